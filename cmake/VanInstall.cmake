@@ -1,0 +1,22 @@
+# The library as others use it: headers, library, tool, CMake package and pkg-config file.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS model_VanAdmin EXPORT model_VanAdminTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/model_VanAdmin)
+install(TARGETS vanlayout RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/model_VanAdmin
+    FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
+install(FILES ${PROJECT_BINARY_DIR}/src/include/model_vanadmin_export.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/model_VanAdmin)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/model_VanAdmin)
+install(EXPORT model_VanAdminTargets NAMESPACE model_VanAdmin:: DESTINATION ${package_dir})
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/model_VanAdminConfig.cmake.in
+    ${PROJECT_BINARY_DIR}/model_VanAdminConfig.cmake INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/model_VanAdminConfigVersion.cmake
+    COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/model_VanAdminConfig.cmake ${PROJECT_BINARY_DIR}/model_VanAdminConfigVersion.cmake
+    DESTINATION ${package_dir})
+
+configure_file(${CMAKE_CURRENT_LIST_DIR}/model_VanAdmin.pc.in ${PROJECT_BINARY_DIR}/model_VanAdmin.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/model_VanAdmin.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

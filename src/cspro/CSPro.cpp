@@ -1,0 +1,258 @@
+#include "cspro/CSPro_p.h"
+
+#include "import/Constants.h"
+#include "util/Numbers_p.h"
+
+#include <algorithm>
+#include <iterator>
+#include <new>
+#include <optional>
+
+namespace
+{
+
+constexpr int codeInvalidContents = 242;
+
+// What stands behind "=" in the first line that contains the key. The key is found anywhere in the line, by substring
+// and in file order: a line that merely contains it wins if it stands first. A second "=" spoils the line.
+std::optional<QStringView> findValue(const TextLines &lines, const QString &key)
+{
+    const auto line = std::find_if(lines.begin(), lines.end(), [&key](QStringView text) { return text.contains(key); });
+    if (line == lines.end())
+        return std::nullopt;
+    const auto equals = line->indexOf(Vocabulary::Equals);
+    if (equals < 0 || line->indexOf(Vocabulary::Equals, equals + 1) >= 0)
+        return std::nullopt;
+    return line->mid(equals + 1);
+}
+
+bool isHeader(QStringView line)
+{
+    return !line.isEmpty() && line.front() == QLatin1Char('[');
+}
+
+bool equalsUpper(const QString &text, const QString &upper)
+{
+    return text.toUpper() == upper;
+}
+
+VpErrorManager *invalidContents(int index)
+{
+    return new VpErrorManager(ClassTag::CSPro, codeInvalidContents, QString(QChar(index)));
+}
+
+} // namespace
+
+void cspro::logException(const std::exception &error)
+{
+    const char *words = error.what();
+    debugLine(words && *words ? words : "Unknown exception");
+}
+
+TCSPro::TCSPro() = default;
+TCSPro::~TCSPro() = default;
+
+void TCSPro::readFile(QString fileName)
+{
+    QString text;
+    try {
+        text = textfile::read(fileName);
+    } catch (const std::bad_alloc &) {
+        throw invalidContents(0);
+    }
+    parseTextLines(TextLines::split(text));
+}
+
+void TCSPro::parseLines(QStringList *lines)
+{
+    parseTextLines(lines);
+}
+
+void TCSPro::parseTextLines(const TextLines &lines)
+{
+    int index = 0;
+    try {
+        for (; index < lines.size(); ++index) {
+            const QStringView line = lines.at(index).trimmed();
+            if (line.size() > 1 && isHeader(line))
+                readSection(sectionKind(line.toString()), lines, index);
+        }
+    } catch (...) {
+        throw invalidContents(index);
+    }
+}
+
+int TCSPro::sectionKind(const QString &line)
+{
+    const struct {
+        const QString &name;
+        int kind;
+    } sections[] = {
+        { CSProKeyword::SectionItem, itemSection },
+        { CSProKeyword::SectionValueSet, valueSetSection },
+        { CSProKeyword::SectionRecord, recordSection },
+        { CSProKeyword::SectionDictionary, dictionarySection },
+    };
+    // Without a closing bracket all of the rest is the name.
+    const int bracket = line.indexOf(QLatin1Char(']'), 1);
+    const QString word = line.mid(1, bracket < 0 ? -1 : bracket - 1).toUpper();
+    for (const auto &section : sections) {
+        if (word == section.name)
+            return section.kind;
+    }
+    currentRecord = commonRecord;
+    return otherSection;
+}
+
+TextLines TCSPro::sectionLines(const TextLines &lines, int &index) const
+{
+    TextLines section;
+    int next = index + 1;
+    // The line is not trimmed here: a header behind blanks ends no section, it is swallowed as a line of this one.
+    for (; next < lines.size() && !isHeader(lines.at(next)); ++next) {
+        const QStringView line = lines.at(next).trimmed();
+        if (!line.isEmpty())
+            section.append(line);
+    }
+    index = next - 1;
+    return section;
+}
+
+QString TCSPro::getStringValue(const TextLines &lines, const QString &key) const
+{
+    QString result;
+    cspro::passOverExceptions([&] {
+        if (const auto value = findValue(lines, key))
+            result = value->toString();
+    });
+    return result;
+}
+
+int TCSPro::getIntValue(const TextLines &lines, const QString &key, int defaultValue) const
+{
+    int result = defaultValue;
+    cspro::passOverExceptions([&] {
+        bool ok = false;
+        const auto value = findValue(lines, key);
+        const int number = value ? numbers::toInt(*value, &ok) : 0;
+        if (ok)
+            result = number;
+    });
+    return result;
+}
+
+void TCSPro::readSection(int kind, const TextLines &lines, int &index)
+{
+    switch (kind) {
+    case dictionarySection:
+        return readDictionary(lines, index);
+    case recordSection:
+        return readRecord(lines, index);
+    case itemSection:
+        return readItem(lines, index);
+    case valueSetSection:
+        return readValueSet(lines, index);
+    default: // the lines of any other section are walked over one by one
+        return;
+    }
+}
+
+void TCSPro::readDictionary(const TextLines &lines, int &index)
+{
+    const TextLines section = sectionLines(lines, index);
+    version = getStringValue(section, QStringLiteral("Version"));
+    label = getStringValue(section, CSProKeyword::Label);
+    name = getStringValue(section, CSProKeyword::Name);
+    recordTypeStart = getIntValue(section, CSProKeyword::RecordTypeStart, 1);
+    recordTypeLen = getIntValue(section, CSProKeyword::RecordTypeLen, 1);
+    positions = getStringValue(section, CSProKeyword::Positions);
+    zeroFill = getStringValue(section, CSProKeyword::ZeroFill);
+    decimalChar = getStringValue(section, CSProKeyword::DecimalChar);
+}
+
+void TCSPro::readRecord(const TextLines &lines, int &index)
+{
+    const TextLines section = sectionLines(lines, index);
+    auto record = std::make_unique<TCSProRecord>();
+    record->label = getStringValue(section, CSProKeyword::Label);
+    record->name = getStringValue(section, CSProKeyword::Name);
+    record->recordType = getStringValue(section, CSProKeyword::RecordTypeValue);
+    record->required = getStringValue(section, CSProKeyword::Required);
+    record->maxRecords = getIntValue(section, CSProKeyword::MaxRecords, 100);
+    record->recordLen = getIntValue(section, CSProKeyword::RecordLen, 0);
+    // The first and the last character go, whether they are quotes or not.
+    record->recordType.chop(1);
+    record->recordType.remove(0, 1);
+    records->append(record.get());
+    currentRecord = record.release();
+    recordMap[currentRecord->recordType] = currentRecord;
+}
+
+bool TCSPro::readFlag(const TextLines &lines, const QString &key) const
+{
+    return equalsUpper(getStringValue(lines, key), Vocabulary::Yes);
+}
+
+void TCSPro::readItem(const TextLines &lines, int &index)
+{
+    const TextLines section = sectionLines(lines, index);
+    auto item = std::make_unique<TCSProItem>();
+    item->label = getStringValue(section, CSProKeyword::Label);
+    item->name = getStringValue(section, CSProKeyword::Name);
+    item->start = getIntValue(section, CSProKeyword::Start, 1);
+    item->length = getIntValue(section, CSProKeyword::Len, 0);
+    item->dataType = equalsUpper(getStringValue(section, CSProKeyword::DataType), QStringLiteral("ALPHA"));
+    currentIsNumeric = item->dataType == 0;
+    item->subItem = equalsUpper(getStringValue(section, CSProKeyword::ItemType), QStringLiteral("SUBITEM"));
+    item->occurrences = getIntValue(section, CSProKeyword::Occurrences, 1);
+    item->decimals = getIntValue(section, CSProKeyword::Decimal, 0);
+    item->decimalChar = readFlag(section, CSProKeyword::DecimalChar);
+    item->zeroFill = readFlag(section, CSProKeyword::ZeroFill);
+    if (item->occurrences != 1) {
+        addOccurrences(*item);
+        return;
+    }
+    requireRoom(1, 0);
+    storeItem(item.release());
+}
+
+// Stores one copy of an item for each occurrence, side by side; none where it occurs less than once. The item itself is
+// stored nowhere.
+void TCSPro::addOccurrences(const TCSProItem &item)
+{
+    if (item.occurrences < 1)
+        return;
+    requireRoom(item.occurrences, qint64(item.occurrences) * (item.name.size() + 2));
+    const int first = items->size();
+    for (int occurrence = 1; occurrence <= item.occurrences; ++occurrence) {
+        auto copy = std::make_unique<TCSProItem>();
+        copy->label = item.label;
+        // The suffix is the character with that code, not a digit: the first copy of X is "X_" and U+0001.
+        copy->name = item.name + QLatin1Char('_') + QChar(occurrence);
+        copy->start = numbers::clamped(qint64(occurrence - 1) * item.length + item.start);
+        copy->length = item.length;
+        copy->dataType = item.dataType;
+        copy->subItem = item.subItem;
+        copy->decimals = item.decimals;
+        copy->decimalChar = item.decimalChar;
+        copy->firstOccurrence = first;
+        // zeroFill is not carried over to a copy, unlike decimalChar.
+        storeItem(copy.release());
+    }
+}
+
+void TCSPro::storeItem(TCSProItem *item)
+{
+    currentRecord->addItem(item);
+    currentItem = item;
+    item->record = currentRecord;
+    items->append(item);
+}
+
+// Gives out before memory does.
+void TCSPro::requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
+{
+    nameCharacters += nameCharactersToCome;
+    if (items->size() + itemsToCome > mostItems || nameCharacters > mostNameCharacters)
+        throw std::bad_alloc();
+}

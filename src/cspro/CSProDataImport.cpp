@@ -1,0 +1,173 @@
+#include "cspro/CSProDataImport.h"
+
+#include "cspro/CSProImportBody_p.h"
+#include "cspro/CSPro_p.h"
+#include "import/Constants.h"
+#include "import/DebugLog_p.h"
+
+namespace
+{
+
+const QLatin1String providerType("CSPRO");
+
+} // namespace
+
+TCSProDataImport::TCSProDataImport(QString fileName)
+    : TDataImport(std::move(fileName))
+    , groupList(new QStringList)
+    , layoutPending(true)
+{
+    debugLine("TCSProDataImport Constructor");
+    initDataImport();
+}
+
+TCSProDataImport::TCSProDataImport() = default;
+TCSProDataImport::TCSProDataImport(const TCSProDataImport &other) = default;
+TCSProDataImport &TCSProDataImport::operator=(const TCSProDataImport &other) = default;
+
+TCSProDataImport::TCSProDataImport(TCSProDataImport && /*other*/)
+    : TCSProDataImport()
+{
+}
+
+TCSProDataImport::~TCSProDataImport() = default;
+
+QString TCSProDataImport::getDataProviderId()
+{
+    return providerType + Vocabulary::Underscore + sourceName;
+}
+
+QString TCSProDataImport::getDataProviderType()
+{
+    return providerType;
+}
+
+bool TCSProDataImport::openFile()
+{
+    openState = 1;
+    stateValue = 1.0;
+    openDataImport();
+    openRead(getSourceName());
+    return true;
+}
+
+QStringList *TCSProDataImport::selectLayoutSource()
+{
+    debugLine("TCSProDataImport - selectLayoutSource");
+    return TDataImport::selectLayoutSource();
+}
+
+bool TCSProDataImport::isMultiple()
+{
+    return getRecordTypeSize() > 0;
+}
+
+int TCSProDataImport::getGroupCount()
+{
+    return groupList ? groupList->size() : 0;
+}
+
+QString TCSProDataImport::getGroupName(int index)
+{
+    return cspro::groupAt(groupList, index);
+}
+
+QString TCSProDataImport::getGroupValue(int index)
+{
+    return cspro::firstGroupWith(groupList, getGroupName(index));
+}
+
+int TCSProDataImport::getRecordTypeIndex(QString value)
+{
+    return cspro::lastRecordOfType(dictionary, value);
+}
+
+int TCSProDataImport::getRecordTypeIndex() const
+{
+    return cspro::firstRecordOfType(dictionary, currentRecordType);
+}
+
+int TCSProDataImport::getRecordTypeStart()
+{
+    return recordTypeStart;
+}
+
+int TCSProDataImport::getRecordTypeSize()
+{
+    return recordTypeLen;
+}
+
+void TCSProDataImport::openRead(QString fileName)
+{
+    dictionary = new TCSPro;
+    dictionary->readFile(std::move(fileName));
+    recordTypeStart = dictionary->recordTypeStart;
+    recordTypeLen = dictionary->recordTypeLen;
+    cspro::listGroups(*dictionary, groupList);
+    layoutPending = false;
+    copyDataFromDictionary();
+}
+
+void TCSProDataImport::copyDataFromDictionary()
+{
+    if (!dictionary)
+        return;
+    cspro::ItemDescriber describer;
+    const int count = dictionary->getItemsCount();
+    for (int i = 0; i < count; ++i) {
+        TCSProItem *item = dictionary->getItem(i);
+        auto field = std::make_unique<TCSProVariable>(this, item);
+        if (isMultiple())
+            field->group = item->record->name;
+        describer.describe(*item, *field);
+        addField(field.release());
+    }
+}
+
+void TCSProDataImport::getNotApplicable(TGenericField *field) const
+{
+    const auto *variable = dynamic_cast<TCSProVariable *>(field);
+    if (variable && variable->item)
+        field->notApplicable = variable->item->notApplicable;
+}
+
+void TCSProDataImport::getVarMissingValue(TGenericField *field) const
+{
+    const auto *variable = dynamic_cast<TCSProVariable *>(field);
+    if (variable && variable->item)
+        field->missingValue = variable->item->missingValue;
+}
+
+QString TCSProDataImport::StringOfChar(QChar c, int count) const
+{
+    return cspro::stringOfChar(c, count);
+}
+
+TCSProVariable::TCSProVariable(TDataImport *importer, TCSProItem *sourceItem)
+    : TGenericField(importer)
+    , item(sourceItem)
+    , optionalAtStart(optional)
+{
+}
+
+TCSProVariable::~TCSProVariable() = default;
+
+bool TCSProVariable::isMissing()
+{
+    return cspro::isMissing(*this, item);
+}
+
+bool TCSProVariable::isNotApplicable()
+{
+    return cspro::isNotApplicable(*this, item);
+}
+
+bool TCSProVariable::isBlank()
+{
+    return cspro::isBlank(*this);
+}
+
+QString TCSProVariable::getGroup()
+{
+    return group;
+}

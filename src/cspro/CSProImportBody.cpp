@@ -1,0 +1,194 @@
+#include "cspro/CSProImportBody_p.h"
+
+#include "cspro/ValueSet_p.h"
+#include "import/Constants.h"
+#include "util/Numbers_p.h"
+
+#include <algorithm>
+
+namespace cspro
+{
+
+namespace
+{
+
+// A numeric item without decimals is an integer up to this length.
+constexpr int longestInteger = 9;
+
+bool isNumeric(eVanVarType type)
+{
+    return type == vtInteger || type == vtReal;
+}
+
+eVanVarType typeOf(const TCSProItem &item)
+{
+    if (item.dataType == 1)
+        return vtString;
+    return item.decimals == 0 && item.length <= longestInteger ? vtInteger : vtReal;
+}
+
+QString decimalsOf(const TCSProItem &item)
+{
+    if (item.dataType == 1)
+        return QString();
+    // The character with that code, not a digit: the source field then shows 0 decimals.
+    return item.decimals == 0 ? QStringLiteral("0") : QString(QChar(item.decimals));
+}
+
+bool isCurrentValue(const TGenericField &field, const QString &code)
+{
+    return !code.isEmpty() && field.currentText() == code;
+}
+
+} // namespace
+
+void listGroups(CSProDictionary &dictionary, QStringList *&groups)
+{
+    const int count = dictionary.getRecordsCount();
+    if (!groups)
+        groups = new QStringList;
+    groups->clear();
+    groups->reserve(count);
+    for (int i = 0; i < count; ++i) {
+        const TCSProRecord *record = dictionary.getRecord(i);
+        groups->append(record->name + Vocabulary::Equals + record->recordType);
+    }
+}
+
+QString groupAt(const QStringList *groups, int index)
+{
+    return groups ? groups->value(index) : QString();
+}
+
+QString firstGroupWith(const QStringList *groups, const QString &text)
+{
+    if (!groups || text.isNull())
+        return QString();
+    const auto found
+        = std::find_if(groups->cbegin(), groups->cend(), [&](const QString &group) { return group.contains(text); });
+    return found != groups->cend() ? *found : QString();
+}
+
+int lastRecordOfType(const CSProDictionary *dictionary, const QString &value)
+{
+    int index = dictionary ? dictionary->records->size() - 1 : -1;
+    while (index >= 0 && dictionary->records->at(index)->recordType != value)
+        --index;
+    return index;
+}
+
+int firstRecordOfType(const CSProDictionary *dictionary, const QString &value)
+{
+    if (!dictionary)
+        return -1;
+    const auto &records = *dictionary->records;
+    const auto found = std::find_if(records.cbegin(), records.cend(),
+                                    [&](const TCSProRecord *record) { return record->recordType == value; });
+    return found != records.cend() ? int(found - records.cbegin()) : -1;
+}
+
+QString stringOfChar(QChar character, int count)
+{
+    return QString(std::max(count, 0), character);
+}
+
+bool isMissing(const TGenericField &field, const TCSProItem *item)
+{
+    return field.isUnset || (item && isCurrentValue(field, item->missingValue));
+}
+
+bool isNotApplicable(const TGenericField &field, const TCSProItem *item)
+{
+    return item && isCurrentValue(field, item->notApplicable);
+}
+
+bool isBlank(const TGenericField &field)
+{
+    return field.currentText().trimmed().isEmpty();
+}
+
+void ItemDescriber::describe(const TCSProItem &item, TGenericField &field)
+{
+    field.type = typeOf(item);
+    field.decimals = decimalsOf(item);
+    field.name = item.name;
+    field.label = item.label;
+    field.length = item.length;
+    field.start = item.start;
+    field.missingValue = item.missingValue;
+    field.notApplicable = item.notApplicable;
+    if (isNumeric(field.type)) {
+        field.minimum = QStringLiteral("0");
+        field.maximum = nines(item.length);
+    }
+    if (!item.hasValueSets()) {
+        if (isNumeric(field.type) && item.decimals > 0)
+            field.maximum = maximumWithoutValues(item);
+        return;
+    }
+    const Labels &found = labelsOf(item, field.type);
+    field.valueLabels = found.text;
+    field.minimum = found.minimum;
+    if (!found.maximum.isNull())
+        field.maximum = found.maximum;
+}
+
+QString ItemDescriber::nines(qint64 count)
+{
+    const int length = int(std::clamp<qint64>(count, 0, mostNines));
+    QString &text = ninesByCount[length];
+    if (text.size() != length)
+        text = stringOfChar(QLatin1Char('9'), length);
+    return text;
+}
+
+QString ItemDescriber::maximumWithoutValues(const TCSProItem &item)
+{
+    // With a decimal character the number of decimals plays no part.
+    if (item.decimalChar)
+        return nines(qint64(item.length) - 1);
+    const qint64 wholeDigits = qint64(item.length) - item.decimals;
+    return nines(wholeDigits == 0 ? 1 : wholeDigits);
+}
+
+const ItemDescriber::Labels &ItemDescriber::labelsOf(const TCSProItem &item, eVanVarType type)
+{
+    const TCSProValueSet *first = item.getValueSet(0);
+    const bool isOnlySet = item.valueSets->size() == 1;
+    if (isOnlySet && first && first == labelsSet && type == labelsType)
+        return labels;
+
+    double minValue = 0;
+    double maxValue = 0;
+    const bool hasRange = isNumeric(type) && first && !first->items->isEmpty();
+    if (hasRange) {
+        minValue = numbers::toDouble(first->items->first()->code);
+        maxValue = numbers::toDouble(first->items->last()->code);
+    }
+    QString text;
+    for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
+        if (!set)
+            continue;
+        for (const TValueSetItem *value : qAsConst(*set->items)) {
+            if (value->special)
+                continue;
+            if (isNumeric(type)) {
+                const double number = numbers::toDouble(value->code);
+                minValue = std::min(minValue, number);
+                maxValue = std::max(maxValue, number);
+                text += type == vtInteger ? numbers::toText(number) : value->code;
+            } else {
+                text += value->code;
+            }
+            text += Vocabulary::Blank + value->name + Vocabulary::Tab;
+        }
+    }
+    text.squeeze();
+    // Every field with a value set has a minimum: "0" for a text.
+    labels = { text, numbers::toText(minValue), hasRange ? numbers::toText(maxValue) : QString() };
+    labelsSet = isOnlySet ? first : nullptr;
+    labelsType = type;
+    return labels;
+}
+
+} // namespace cspro

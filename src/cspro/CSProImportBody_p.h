@@ -1,0 +1,64 @@
+#ifndef CSPRO_CSPROIMPORTBODY_P_H
+#define CSPRO_CSPROIMPORTBODY_P_H
+
+#include "cspro/CSProModel_p.h"
+#include "import/GenericField.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+/// What the importers of the two CSPro dictionary forms do alike.
+namespace cspro
+{
+
+/// Empties \a groups, made first where it is null, and appends "name=type" for each record.
+void listGroups(CSProDictionary &dictionary, QStringList *&groups);
+/// The entry at \a index, or a null text outside of the list.
+QString groupAt(const QStringList *groups, int index);
+/// The first entry that contains \a text, case-sensitively; "" if none does or the text is null.
+QString firstGroupWith(const QStringList *groups, const QString &text);
+/// The index of the last record of type \a value, or of the first; -1 if there is none.
+int lastRecordOfType(const CSProDictionary *dictionary, const QString &value);
+int firstRecordOfType(const CSProDictionary *dictionary, const QString &value);
+/// \a count copies of \a character; "" for none or fewer.
+QString stringOfChar(QChar character, int count);
+
+/// Whether the field's current value is its item's missing code, or is unset.
+bool isMissing(const TGenericField &field, const TCSProItem *item);
+/// Whether the field's current value is its item's not-applicable code.
+bool isNotApplicable(const TGenericField &field, const TCSProItem *item);
+/// Whether the field's current value is nothing but white space.
+bool isBlank(const TGenericField &field);
+
+/// Turns items into fields. What neighbours have in common, such as the value labels of the occurrences of an item, is
+/// made once and shared.
+class ItemDescriber
+{
+public:
+    /// Bounds of nines end here: no number of a dictionary is wider.
+    static constexpr int mostNines = 10000;
+
+    /// Fills the description of \a field from \a item: everything but the group.
+    void describe(const TCSProItem &item, TGenericField &field);
+
+private:
+    struct Labels {
+        QString text;
+        QString minimum;
+        QString maximum; ///< null where the bound without a value set holds
+    };
+
+    QString nines(qint64 count);
+    QString maximumWithoutValues(const TCSProItem &item);
+    const Labels &labelsOf(const TCSProItem &item, eVanVarType type);
+
+    QHash<int, QString> ninesByCount;
+    Labels labels;
+    const TCSProValueSet *labelsSet = nullptr; ///< the value set that `labels` were made from
+    eVanVarType labelsType = vtNone;
+};
+
+} // namespace cspro
+
+#endif

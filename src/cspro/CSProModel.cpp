@@ -1,0 +1,84 @@
+#include "cspro/CSProModel_p.h"
+
+#include "import/Constants.h"
+
+#include <QMessageBox>
+
+namespace cspro
+{
+
+void logFailure(const char *operation, const QString &classTag, int code)
+{
+    // The code is shown as the character with that number.
+    if (operation)
+        debugLine(QLatin1String(operation) + QLatin1String(" ERROR ") + classTag + QLatin1Char(' ') + QChar(code));
+}
+
+} // namespace cspro
+
+void TCSProRecord::addItem(TCSProItem * /*item*/) { }
+
+TCSProItem::TCSProItem()
+    : valueSets(new QList<TCSProValueSet *>)
+{
+}
+
+TCSProItem::~TCSProItem()
+{
+    delete valueSets; // the list alone: the value sets stay alive
+}
+
+int TCSProItem::getValueSetsCount()
+{
+    valueSetsCount = cspro::sizeOf(valueSets, ClassTag::CSProItem);
+    return valueSetsCount;
+}
+
+bool TCSProItem::hasValueSets() const
+{
+    return valueSets && !valueSets->isEmpty();
+}
+
+TCSProValueSet *TCSProItem::getValueSet(int index) const
+{
+    return cspro::elementOf(valueSets, index, ClassTag::CSProItem);
+}
+
+void TCSProItem::addValueSet(TCSProValueSet *valueSet)
+{
+    if (valueSets && valueSets->isEmpty())
+        valueSets->append(valueSet);
+}
+
+CSProDictionary::CSProDictionary()
+    : commonRecord(new TCSProRecord)
+    , records(new QList<TCSProRecord *>)
+    , items(new QList<TCSProItem *>)
+    , currentRecord(commonRecord)
+{
+    commonRecord->name = QStringLiteral("Common");
+    commonRecord->recordType = QStringLiteral("_COMMON_");
+}
+
+CSProDictionary::~CSProDictionary() = default;
+
+TCSProItem *CSProDictionary::getItem(int index) const
+{
+    return cspro::elementOf(items, index, ClassTag::CSPro, "TCSPro::getItem");
+}
+
+int CSProDictionary::getItemsCount() const
+{
+    return cspro::sizeOf(items, ClassTag::CSPro, "TCSPro::getItemsCount");
+}
+
+TCSProRecord *CSProDictionary::getRecord(int index) const
+{
+    return cspro::elementOf(records, index, ClassTag::CSPro, "TCSPro::getRecord");
+}
+
+int CSProDictionary::getRecordsCount()
+{
+    recordsCount = cspro::sizeOf(records, ClassTag::CSPro, "TCSPro::getRecordsCount");
+    return recordsCount;
+}

@@ -1,0 +1,153 @@
+#ifndef CSPRO_CSPROMODEL_P_H
+#define CSPRO_CSPROMODEL_P_H
+
+#include "import/DebugLog_p.h"
+#include "import/ErrorManager.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <stdexcept>
+
+QT_BEGIN_NAMESPACE
+class QMessageBox;
+QT_END_NAMESPACE
+
+class TCSProItem;
+class TCSProValueSet;
+
+namespace cspro
+{
+
+constexpr int codeNoList = 101;
+constexpr int codeBadIndex = 211;
+
+template <typename T> const QList<T *> &listBehind(const QList<T *> *list)
+{
+    if (!list)
+        throw std::invalid_argument("no list");
+    return *list;
+}
+
+// What an accessor logs when it fails; nothing for an accessor that fails in silence.
+void logFailure(const char *operation, const QString &classTag, int code);
+
+/// The size of \a list. Where reading it raises, as it does without a list, logs the failure of \a operation (if that
+/// is named) and throws a `VpErrorManager *` with code 101 under \a classTag.
+template <typename T> int sizeOf(const QList<T *> *list, const QString &classTag, const char *operation = nullptr)
+{
+    try {
+        return listBehind(list).size();
+    } catch (...) {
+        logFailure(operation, classTag, codeNoList);
+        throw new VpErrorManager(classTag, codeNoList);
+    }
+}
+
+/// The element of \a list at \a index; null outside of the list, which is no failure. Fails like sizeOf(), with code
+/// 211 and a text of one character whose code is the index.
+template <typename T>
+T *elementOf(const QList<T *> *list, int index, const QString &classTag, const char *operation = nullptr)
+{
+    try {
+        return listBehind(list).value(index, nullptr);
+    } catch (...) {
+        logFailure(operation, classTag, codeBadIndex);
+        throw new VpErrorManager(classTag, codeBadIndex, QString(QChar(index)));
+    }
+}
+
+} // namespace cspro
+
+/// A record of a dictionary. It keeps no list of its items: the link runs from the item to the record alone.
+struct TCSProRecord {
+    void addItem(TCSProItem *item); ///< does nothing
+
+    QString label;
+    QString name;
+    QString recordType; ///< the record-type value, without quotes
+    QString required;   ///< as text
+    int maxRecords = 100;
+    int recordLen = 0;
+};
+
+/// An item of a dictionary, or one occurrence of an item that occurs several times.
+///
+/// A subitem is an item like any other, with its own place in the line. Items are never freed: fields point at them.
+class TCSProItem : public QObject
+{
+public:
+    TCSProItem();
+    ~TCSProItem() override;
+
+    /// The number of value sets. Throws a `VpErrorManager *` with code 101 where there is no list.
+    int getValueSetsCount();
+    bool hasValueSets() const;
+    /// The value set at an index from 0; null outside of the list. Throws a `VpErrorManager *` with code 211 where
+    /// there is no list.
+    TCSProValueSet *getValueSet(int index) const;
+    /// Appends only if the item has no value set yet: the first one stays.
+    void addValueSet(TCSProValueSet *valueSet);
+
+    int valueSetsCount = 0; ///< written by getValueSetsCount()
+    QString label;
+    QString missingValue;  ///< code of the value marked as missing
+    QString name;          ///< with the occurrence's suffix on copies
+    QString notApplicable; ///< code of the value marked as not applicable
+    int dataType = 0;      ///< 1 alphanumeric, 0 numeric
+    int decimals = 0;
+    int subItem = 0;     ///< 1 for a subitem; recorded, acted on by nothing
+    int length = 0;      ///< characters
+    int occurrences = 1; ///< 1 on every stored item
+    int start = 1;       ///< column, from 1
+    bool decimalChar = false;
+    bool zeroFill = false;
+    int firstOccurrence = 0; ///< 0 for a plain item; on copies the number of items before the first copy
+    TCSProRecord *record = nullptr;
+    QList<TCSProValueSet *> *valueSets;
+};
+
+/// What both dictionary readers hold, and how it is asked for: settings, records, and all items in one list.
+///
+/// Destroying a dictionary frees no record, item or value set: the fields made from it point at them.
+class CSProDictionary : public QObject
+{
+public:
+    CSProDictionary();
+    ~CSProDictionary() override;
+
+    /// The item at an index from 0; null outside of the list. Where there is no list: logs "TCSPro::getItem ERROR ",
+    /// class tag and code, and throws a `VpErrorManager *` with code 211. The other accessors behave alike, the counts
+    /// with code 101.
+    TCSProItem *getItem(int index) const;
+    int getItemsCount() const;
+    TCSProRecord *getRecord(int index) const;
+    int getRecordsCount();
+
+    int recordTypeStart = 1;                 ///< column of the record type in a data line, from 1
+    int recordTypeLen = 1;                   ///< width of the record type; 0 for a dictionary without record types
+    std::unique_ptr<QMessageBox> messageBox; ///< made when the question on decimal codes is first asked
+    int recordsCount = 0;                    ///< written by getRecordsCount()
+    int decimalAnswer = 0;                   ///< sticky answer to that question: 0 and 3 ask, 1 Yes to All, 2 No to All
+    int lastButton = 0;                      ///< last button pressed in it
+    QString version;
+    QString label;
+    QString name;
+    QString positions;              ///< kept as text, acted on by nothing
+    QString zeroFill;               ///< kept as text; no default for the items
+    QString decimalChar;            ///< kept as text; no default for the items
+    TCSProRecord *commonRecord;     ///< the implicit record "Common" of type "_COMMON_"; not among the records
+    QList<TCSProRecord *> *records; ///< in file order
+    std::map<QString, TCSProRecord *> recordMap; ///< by record type; a later record takes the entry
+    QList<TCSProItem *> *items;                  ///< in file order, occurrences expanded
+    TCSProItem *currentItem = nullptr;           ///< the item that a following value set describes
+    TCSProRecord *currentRecord;                 ///< the record that a following item belongs to
+    bool currentIsNumeric = true;                ///< whether the item read last is numeric
+    QList<void *> list1;                         ///< stays empty
+    QList<void *> list2;                         ///< stays empty
+};
+
+#endif

@@ -1,0 +1,109 @@
+#ifndef CSPRO_CSPRO_P_H
+#define CSPRO_CSPRO_P_H
+
+#include "cspro/CSProModel_p.h"
+#include "util/TextFile_p.h"
+
+#include <QMessageBox>
+#include <QStringList>
+
+#include <exception>
+
+class TValueSetItem;
+
+namespace cspro
+{
+
+/// Writes what an exception says to the debug log, or "Unknown exception" where it says nothing.
+void logException(const std::exception &error);
+
+/// Runs \a work; an exception in it is logged and ends it, no more.
+template <typename Work> void passOverExceptions(Work work)
+{
+    try {
+        work();
+    } catch (const std::exception &error) {
+        logException(error);
+    }
+}
+
+} // namespace cspro
+
+/// Reads a CSPro text dictionary (the CSPro dictionary format, files *.dcf): which record and item stands where in a
+/// line of fixed-width data, and which codes it may take.
+///
+/// The file is a series of sections: a header in brackets, then lines "key=value". Lenient: a line that is not
+/// understood is passed over, a number that does not convert takes its default, a file that cannot be opened gives an
+/// empty dictionary. Columns count from 1, lengths are in characters. Not thread-safe; reading may show a dialog.
+class TCSPro : public CSProDictionary
+{
+public:
+    /// No dictionary holds more items: one that would need them ends as if memory had given out, with code 242.
+    static constexpr int mostItems = 1000000;
+    /// Nor more characters in the names of its occurrences.
+    static constexpr qint64 mostNameCharacters = 100000000;
+
+    TCSPro();
+    ~TCSPro() override;
+
+    /// Reads a file to its end, one pass. A second call appends; settings and the current record and item carry over.
+    ///
+    /// Throws a `VpErrorManager *` with code 242 where parseLines() does, and for a text too large to hold; what was
+    /// read until then stays.
+    void readFile(QString fileName);
+    /// Reads the lines of a dictionary. Whatever is raised meanwhile becomes a thrown `VpErrorManager *` with code 242
+    /// and a text of one character whose code is the index of the line, from 0, that reading had reached.
+    void parseLines(QStringList *lines);
+
+private:
+    friend struct TestAccess;
+
+    class ValueLines;
+
+    enum SectionKind {
+        otherSection = 0,
+        dictionarySection = 1,
+        recordSection = 2,
+        itemSection = 3,
+        valueSetSection = 4
+    };
+
+    void parseTextLines(const TextLines &lines);
+    /// The kind of the section that a trimmed header line begins. Any header of kind 0 makes the common record current.
+    int sectionKind(const QString &line);
+    /// The trimmed lines of the section whose header stands at \a index, without empty ones; \a index moves to the last
+    /// line of the section.
+    TextLines sectionLines(const TextLines &lines, int &index) const;
+    /// What follows "=" in the first line that contains \a key anywhere, case-sensitively; "" if no line does, and
+    /// where the line does not have exactly one "=".
+    QString getStringValue(const TextLines &lines, const QString &key) const;
+    /// The same as an integer in base 10; \a defaultValue where there is none.
+    int getIntValue(const TextLines &lines, const QString &key, int defaultValue) const;
+
+    // Each reads the section whose header stands at index, and moves the index to its last line.
+    void readSection(int kind, const TextLines &lines, int &index);
+    void readDictionary(const TextLines &lines, int &index);
+    void readRecord(const TextLines &lines, int &index);
+    void readItem(const TextLines &lines, int &index);
+    /// Leaves the index untouched where the current item has a value set already, or where there is no current item.
+    void readValueSet(const TextLines &lines, int &index);
+
+    bool readFlag(const TextLines &lines, const QString &key) const;
+    void addOccurrences(const TCSProItem &item);
+    void storeItem(TCSProItem *item);
+    void requireRoom(qint64 items, qint64 nameCharacters);
+
+    /// Adds the codes of a text that holds several of them, parted by blanks and colons; the last character in front of
+    /// each colon is lost. Raises `std::bad_alloc` unless the text is blank: no such text can be read to its end.
+    void splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending) const;
+    /// Decides on decimal codes, and whether the set can be kept.
+    bool acceptCodes(TCSProValueSet *set);
+    bool acceptDecimalCodes(TCSProValueSet *set);
+    void attachValueSet(TCSProValueSet *set);
+    /// The button pressed in the question on decimal codes.
+    int askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon);
+
+    qint64 nameCharacters = 0; ///< in the names of all occurrences so far
+};
+
+#endif

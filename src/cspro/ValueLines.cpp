@@ -1,0 +1,307 @@
+#include "cspro/CSPro_p.h"
+
+#include "cspro/DecimalQuestion_p.h"
+#include "cspro/ValueSet_p.h"
+#include "import/Constants.h"
+
+#include <algorithm>
+#include <new>
+
+namespace
+{
+
+enum DecimalAnswerKind { askAlways = 0, yesToAll = 1, noToAll = 2, askAgain = 3 };
+
+constexpr int modeNoDecimal = 0;
+constexpr int modeAllIntegers = 1;
+
+// A set that nobody took over goes, with its values.
+struct DropValueSet {
+    void operator()(TCSProValueSet *set) const
+    {
+        qDeleteAll(*set->items);
+        delete set;
+    }
+};
+using OwnedValueSet = std::unique_ptr<TCSProValueSet, DropValueSet>;
+
+void addValue(TCSProValueSet &set, const QString &code, const QString &label)
+{
+    auto item = std::make_unique<TValueSetItem>();
+    item->code = code;
+    item->name = label;
+    set.addItem(item.release());
+}
+
+// The opening apostrophe goes and the closing one stays: a file's 'A' is the code A'.
+void unquote(QString &code)
+{
+    if (code.startsWith(QLatin1Char('\'')))
+        code.remove(0, 1);
+}
+
+// Turns each colon, together with the character in front of it, into a blank, so that the last character of a lower
+// bound is lost. The text shrinks meanwhile, so the character behind such a colon is passed over; and a colon in front
+// doubles the text first. A later colon then cuts it to one character more than there were.
+QString withoutColons(const QString &code)
+{
+    const int count = code.size();
+    QString text = code.startsWith(QLatin1Char(':')) ? code + QLatin1Char(' ') + code.mid(1) : code;
+    QChar *characters = text.data();
+    int read = 0; // the next character of the old text
+    int end = text.size();
+    int written = 0; // the new text so far: never more than what was read
+    const auto keepNext = [&] {
+        if (read < end)
+            characters[written++] = characters[read++];
+    };
+    for (int i = 0; i < count; ++i) {
+        if (i > 0 && read < end && characters[read] == QLatin1Char(':')) {
+            characters[written - 1] = QLatin1Char(' ');
+            ++read;
+            end = std::min(end, read + count + 1 - i);
+        }
+        keepNext();
+    }
+    while (read < end)
+        keepNext();
+    text.truncate(written);
+    return text;
+}
+
+} // namespace
+
+// The value lines and name lines of one value set. What a line leaves in `code` and `label` stays for the lines behind
+// it: some shapes of line use it.
+class TCSPro::ValueLines
+{
+public:
+    ValueLines(const TCSPro &valueReader, TCSProItem &valueItem, TCSProValueSet &valueSet)
+        : reader(valueReader)
+        , item(valueItem)
+        , set(valueSet)
+    {
+    }
+
+    void readLine(QStringView line)
+    {
+        const QLatin1String valueKey("VALUE=");
+        const QLatin1String nameKey("NAME=");
+        if (line.startsWith(valueKey, Qt::CaseInsensitive))
+            readValue(line.mid(valueKey.size()));
+        else if (pending && line.startsWith(nameKey, Qt::CaseInsensitive)) // before the first value: the set's own name
+            readMark(line.mid(nameKey.size()));
+    }
+
+    // The last value is added as it stands, whatever its code holds; no other escapes the test for several ranges.
+    void finish()
+    {
+        if (pending && !pending->special)
+            set.addItem(pending.release());
+    }
+
+private:
+    void readValue(QStringView line)
+    {
+        flush();
+        pending = std::make_unique<TValueSetItem>();
+        readShape(line);
+        pending->code = code;
+        pending->name = label;
+    }
+
+    // A special value is dropped: its code lives on in the item alone.
+    void flush()
+    {
+        if (!pending || pending->special)
+            return;
+        if (pending->code.contains(Vocabulary::Blank) && pending->code.contains(Vocabulary::Colon)) {
+            debugLine("PROCESAR OTROS RANGOS");
+            reader.splitOtherRanges(&set, pending.get());
+        } else {
+            set.addItem(pending.release());
+        }
+    }
+
+    void readShape(QStringView line)
+    {
+        const int semicolon = int(line.indexOf(QLatin1Char(';')));
+        const int colon = int(line.indexOf(QLatin1Char(':')));
+        if (semicolon <= 0 && colon <= 0)
+            readValueWithoutLabel(line);
+        else if (semicolon <= 0)
+            readRangeWithoutLabel(line, colon);
+        else if (colon <= 0 || colon >= semicolon)
+            readValueWithLabel(line, semicolon);
+        else if (line.left(colon).contains(QLatin1Char(' ')))
+            readSeveral(line, semicolon);
+        else
+            readRangeWithLabel(line, colon);
+    }
+
+    void readValueWithLabel(QStringView line, int semicolon)
+    {
+        code = line.left(semicolon).toString();
+        label = line.mid(semicolon + 1).toString();
+        unquote(code);
+    }
+
+    void readValueWithoutLabel(QStringView line)
+    {
+        label.clear();
+        code = line.toString();
+        unquote(code);
+    }
+
+    // The lower bound is added now, the upper one is what is pending.
+    void readRangeWithLabel(QStringView line, int colon)
+    {
+        const QStringView upper = line.mid(colon + 1);
+        const auto semicolon = upper.indexOf(QLatin1Char(';'));
+        // A semicolon right behind the colon stays in the code, and the label is the one of an earlier line.
+        code = (semicolon > 0 ? upper.left(semicolon) : upper).toString();
+        if (semicolon > 0)
+            label = upper.mid(semicolon + 1).toString();
+        addValue(set, line.left(colon).toString(), label);
+    }
+
+    // The upper bound keeps its colon, so the set of a numeric item is lost; the label, where there is one, keeps its
+    // semicolon, and is else the one of an earlier line.
+    void readRangeWithoutLabel(QStringView line, int colon)
+    {
+        const QStringView upper = line.mid(colon);
+        const auto semicolon = upper.indexOf(QLatin1Char(';'));
+        code = (semicolon > 0 ? upper.left(semicolon) : upper).toString();
+        if (semicolon > 0)
+            label = upper.mid(semicolon).toString();
+        addValue(set, line.left(colon).toString(), label);
+    }
+
+    // Several values and ranges with one label: every piece but the first keeps the blank or colon in front of it.
+    void readSeveral(QStringView line, int semicolon)
+    {
+        label = line.mid(semicolon + 1).toString();
+        QStringView rest = line.left(semicolon);
+        auto cut = rest.indexOf(QLatin1Char(' '));
+        while (cut > 0) {
+            addValue(set, rest.left(cut).toString(), label);
+            rest = rest.mid(cut);
+            cut = rest.indexOf(QLatin1Char(':'));
+            if (cut <= 0)
+                cut = rest.indexOf(QLatin1Char(' '));
+        }
+        code = rest.toString();
+    }
+
+    // A mark is recognised where exactly one more character stands between the word and the comma: the word is what
+    // stands before the comma less its last character.
+    void readMark(QStringView line)
+    {
+        pending->type = 0;
+        const auto comma = line.indexOf(QLatin1Char(','));
+        if (comma <= 0)
+            return;
+        code = line.left(comma - 1).toString().toUpper();
+        label = line.mid(comma).toString().toUpper();
+        // Never true, as the label begins with the comma: the word behind it has no effect.
+        pending->special = label == QLatin1String("SPECIAL");
+        if (code == QLatin1String("MISSING"))
+            mark(1, item.missingValue);
+        else if (code == QLatin1String("NOTAPPL"))
+            mark(2, item.notApplicable);
+    }
+
+    void mark(int type, QString &itemCode)
+    {
+        pending->type = type;
+        pending->special = true;
+        itemCode = pending->code;
+    }
+
+    const TCSPro &reader;
+    TCSProItem &item;
+    TCSProValueSet &set;
+    QString code;
+    QString label;
+    std::unique_ptr<TValueSetItem> pending;
+};
+
+void TCSPro::readValueSet(const TextLines &lines, int &index)
+{
+    // Only the first value set of an item counts; one before any item describes nothing.
+    if (!currentItem || currentItem->hasValueSets())
+        return;
+    const TextLines section = sectionLines(lines, index);
+    OwnedValueSet set(new TCSProValueSet);
+    set->label = getStringValue(section, CSProKeyword::Label);
+    set->name = getStringValue(section, CSProKeyword::Name);
+    set->isNumeric = currentIsNumeric;
+
+    ValueLines values(*this, *currentItem, *set);
+    for (const QStringView line : section)
+        values.readLine(line);
+    values.finish();
+
+    if (!acceptCodes(set.get()))
+        return;
+    set->sortItems();
+    attachValueSet(set.release());
+}
+
+void TCSPro::splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending) const
+{
+    const QString text = withoutColons(pending->code).trimmed();
+    // The last code of such a text would be added again and again until memory gave out.
+    if (!text.isEmpty())
+        throw std::bad_alloc();
+    addValue(*set, text, pending->name);
+}
+
+bool TCSPro::acceptCodes(TCSProValueSet *set)
+{
+    // A code that did not convert loses the whole set, without a word.
+    return acceptDecimalCodes(set) && set->checkCodes(modeAllIntegers);
+}
+
+// Asks about decimal codes, unless an answer holds for all sets of the dictionary; false if the set is to be dropped.
+bool TCSPro::acceptDecimalCodes(TCSProValueSet *set)
+{
+    if (set->checkCodes(modeNoDecimal))
+        return true;
+    if (decimalAnswer == askAlways || decimalAnswer == askAgain) {
+        lastButton
+            = askDecimal(tr("<b>A decimal number was found</b>"),
+                         tr("Would you like to convert it to an integer number?"), tr("Caution"), QMessageBox::Warning);
+    }
+    switch (lastButton) {
+    case QMessageBox::YesToAll:
+        decimalAnswer = yesToAll;
+        break;
+    case QMessageBox::Yes:
+        break;
+    case QMessageBox::NoToAll:
+        decimalAnswer = noToAll;
+        return false;
+    default:
+        return false;
+    }
+    set->convertToInteger();
+    return true;
+}
+
+int TCSPro::askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon)
+{
+    return cspro::answerDecimalQuestion({ text, informativeText, title, icon }, messageBox);
+}
+
+// All copies of an occurring item share the set, unless they began the dictionary: then only the last copy has it.
+void TCSPro::attachValueSet(TCSProValueSet *set)
+{
+    const int group = currentItem->firstOccurrence;
+    if (group == 0) {
+        currentItem->addValueSet(set);
+        return;
+    }
+    for (auto item = items->crbegin(); item != items->crend() && (*item)->firstOccurrence == group; ++item)
+        (*item)->addValueSet(set);
+}

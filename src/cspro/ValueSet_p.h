@@ -1,0 +1,66 @@
+#ifndef CSPRO_VALUESET_P_H
+#define CSPRO_VALUESET_P_H
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+/// One code of a value set and its label. Made by a reader; never freed.
+class TValueSetItem : public QObject
+{
+public:
+    TValueSetItem() = default;
+    ~TValueSetItem() override = default;
+
+    QString name;                     ///< the value's label
+    QString code = QString(QChar(3)); ///< the value as text
+    int type = 0;                     ///< 0 plain, 1 missing, 2 not applicable
+    bool special = false;             ///< the value is a missing or not-applicable mark
+};
+
+/// The codes that an item may take, each with a label. A range stands in it as its two end points.
+///
+/// Made by a reader; shared by the occurrences of an item; never freed, nor are its values.
+class TCSProValueSet : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(int Count READ Count)
+
+public:
+    TCSProValueSet();
+    ~TCSProValueSet() override;
+
+    void addItem(TValueSetItem *item);
+    /// The number of values. Throws a `VpErrorManager *` with code 101 where there is no list.
+    int Count() const;
+    /// The value at an index from 0; null outside of the list. Throws a `VpErrorManager *` with code 211 where there is
+    /// none.
+    TValueSetItem *getItem(int index) const;
+    /// Mode 0: no code is decimal. Mode 1: all codes are integers. Always true on a set that is not numeric.
+    bool checkCodes(int mode) const;
+    /// Makes every code of a numeric set that is no integer "0": 2.5 becomes 0. This is no rounding.
+    void convertToInteger();
+    /// Orders a numeric set by number, another by character code. Equal codes keep their order.
+    void sortItems();
+
+    QString label;
+    QString name;
+    QString extra;                 ///< no reader fills it
+    bool isNumeric = true;         ///< false for the set of an alphanumeric item
+    QList<TValueSetItem *> *items; ///< the values
+
+private:
+    void sortByNumber();
+};
+
+/// Whether a stands before b by character code: "10" comes before "9". Throws `std::invalid_argument` for a null
+/// pointer.
+bool CompareCodes(const TValueSetItem *a, const TValueSetItem *b);
+/// Whether a stands before b by number; true where either is null or no integer.
+bool CompareNumericCodes(const TValueSetItem *a, const TValueSetItem *b);
+/// Digits, a point, digits, nothing else; either run may be empty. Digits of every script count; a sign does not.
+bool IsDecimalCode(QString code);
+/// Whether the code converts to an int in base 10, blanks around it allowed.
+bool IsIntegerCode(QString code);
+
+#endif

@@ -1,0 +1,211 @@
+#include "import/DataImport.h"
+
+#include "import/DebugLog_p.h"
+#include "import/SourceField.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+TDataImport::TDataImport()
+    : TDataImport(QString())
+{
+}
+
+TDataImport::TDataImport(QString name)
+    : sourceName(std::move(name))
+    , fields(new QList<TGenericField *>)
+{
+}
+
+TDataImport::TDataImport(const TDataImport &other) = default;
+TDataImport &TDataImport::operator=(const TDataImport &other) = default;
+
+TDataImport::TDataImport(TDataImport && /*other*/)
+    : fields(nullptr)
+{
+}
+
+TDataImport::~TDataImport() = default;
+
+bool TDataImport::openFile()
+{
+    return false;
+}
+
+void TDataImport::getDictionary(QList<TVpSourceField *> * /*target*/, QStringList * /*recordTypeNames*/) { }
+
+QStringList *TDataImport::selectLayoutSource()
+{
+    debugLine("DataImport - selectLayoutSource");
+    auto names = std::make_unique<QStringList>();
+    openFile();
+    if (fields) {
+        names->reserve(fields->size());
+        for (const TGenericField *field : qAsConst(*fields))
+            names->append(field->name);
+    }
+    return names.release();
+}
+
+bool TDataImport::isMultiple()
+{
+    return false;
+}
+
+int TDataImport::getGroupCount()
+{
+    return 0;
+}
+
+QString TDataImport::getGroupName(int /*index*/)
+{
+    return QString();
+}
+
+QString TDataImport::getGroupValue(int /*index*/)
+{
+    return QString();
+}
+
+int TDataImport::getRecordTypeIndex(QString /*value*/)
+{
+    return -1;
+}
+
+QString TDataImport::getRecordTypeCurrent()
+{
+    return QString();
+}
+
+QStringList *TDataImport::getLayoutSource()
+{
+    return new QStringList;
+}
+
+int TDataImport::getRecordTypeStart()
+{
+    return 0;
+}
+
+int TDataImport::getRecordTypeSize()
+{
+    return 0;
+}
+
+QString TDataImport::getSourceName() const
+{
+    return sourceName;
+}
+
+QString TDataImport::getDataSourceName() const
+{
+    return dataSourceName;
+}
+
+void TDataImport::setSourceName(QString name)
+{
+    const QString path = QFileInfo(name).absoluteFilePath();
+    sourceName = QFile::exists(path) ? path : QString();
+}
+
+void TDataImport::setDataSourceName(QString name)
+{
+    dataSourceName = QFileInfo(name).absoluteFilePath();
+    if (QFile::exists(dataSourceName))
+        return;
+    // No separator between folder and file name: the candidate is normally a path that does not exist.
+    const QString candidate = QFileInfo(sourceName).absolutePath() + QFileInfo(name).fileName();
+    if (QFile::exists(candidate))
+        dataSourceName = candidate;
+}
+
+void TDataImport::getDictionary(QList<TVpSourceField *> *target)
+{
+    if (!fields)
+        return;
+    const int count = fields->size();
+    target->reserve(target->size() + count);
+    const QString providerId = getDataProviderId();
+    const QString providerType = getDataProviderType();
+    // Lives across the loop: a field of no type bears the type name of the field before it.
+    QString typeName;
+    for (int index = 0; index < count; ++index) {
+        TGenericField *field = getField(index);
+        if (!field)
+            continue;
+        switch (field->type) {
+        case vtInteger:
+            typeName = QStringLiteral("INTEGER");
+            break;
+        case vtReal:
+            typeName = QStringLiteral("REAL");
+            break;
+        case vtString:
+            typeName = QStringLiteral("STRING");
+            break;
+        default:
+            break;
+        }
+        auto source = std::make_unique<TVpSourceField>();
+        source->fieldName = field->name;
+        source->label = field->label;
+        source->decimals = field->decimals.toInt(nullptr, 10); // 0 where it does not convert
+        source->start = field->start;
+        source->setFieldType(typeName);
+        source->length = field->length;
+        source->providerId = providerId;
+        source->setDataProviderType(providerType);
+        source->group = field->getGroup();
+        debugLine("getDictionary FIELDS");
+        debugLine("mySF->fieldName", source->fieldName);
+        debugLine("mySF->FieldType", source->FieldType);
+        debugLine("mySF->DataProviderType", source->DataProviderType);
+        source->valueLabels = field->valueLabels;
+        source->minimum = field->minimum;
+        source->maximum = field->maximum;
+        source->notApplicable = field->notApplicable;
+        source->missingValue = field->missingValue;
+        debugLine("\n\n\n");
+        target->append(source.release());
+    }
+}
+
+TGenericField *TDataImport::fieldByName(QString name) const
+{
+    const auto found = fieldsByName.find(name);
+    return found != fieldsByName.end() ? found->second : nullptr;
+}
+
+void TDataImport::registerIOFormat() { }
+
+void TDataImport::addField(TGenericField *field)
+{
+    if (!field)
+        return;
+    if (!fields)
+        fields = new QList<TGenericField *>;
+    fields->append(field);
+    fieldsByName[field->name] = field;
+}
+
+TGenericField *TDataImport::getField(int index) const
+{
+    return fields ? fields->value(index, nullptr) : nullptr;
+}
+
+void TDataImport::initDataImport()
+{
+    getDataProviderType();
+}
+
+void TDataImport::openDataImport()
+{
+    if (fields)
+        fields->clear();
+    fieldsByName.clear();
+}
+
+bool TDataImport::closeDataImport()
+{
+    return true;
+}

@@ -1,0 +1,107 @@
+#ifndef IMPORT_DATAIMPORT_H
+#define IMPORT_DATAIMPORT_H
+
+#include "import/GenericField.h"
+#include "model_vanadmin_export.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <map>
+
+class TVpSourceField;
+
+/// The way by which every outside format enters: one subclass a format reads the layout of a file into a list of
+/// fields.
+///
+/// What a format supplies, in the order of the calls that it receives:
+/// 1. a constructor with a `QString` that hands the path on to `TDataImport(QString)` and calls initDataImport();
+/// 2. getDataProviderId(): the type text, "_" and the source name; getDataProviderType(): the type text;
+/// 3. openFile(): calls openDataImport(), sets `stateValue` to 1.0, reads the file that `sourceName` names, makes its
+/// own
+///    kind of `TGenericField` with `this` as owner, fills it, hands each to addField() in file order and returns true;
+/// 4. selectLayoutSource(), which may log a line of its own and must end in the base operation;
+/// 5. isMultiple() and what follows it, as far as the format has records and groups.
+///
+/// An importer owns nothing: destroying or reopening it leaves the fields and their list alive. Everything runs on the
+/// caller's thread; nothing is locked.
+class MODEL_VANADMIN_EXPORT TDataImport
+{
+public:
+    TDataImport();
+    /// Keeps \a name, unchanged, as the source name; no file is opened.
+    explicit TDataImport(QString name);
+    /// Copies share the list of fields and the fields themselves: reopening one empties the other.
+    TDataImport(const TDataImport &other);
+    TDataImport &operator=(const TDataImport &other);
+    /// Takes nothing from its argument: an empty importer, without a list of fields until one is added.
+    TDataImport(TDataImport &&other);
+
+    // virtual operations, in slot order
+    virtual ~TDataImport();
+    virtual QString getDataProviderId() = 0;   ///< type text, "_", source name
+    virtual QString getDataProviderType() = 0; ///< type text, such as "CSPRO"
+    virtual bool openFile();                   ///< false; a format reads its file here and answers true
+    /// Does nothing: the place where a format with a dictionary of its own fills \a target and the record type names.
+    virtual void getDictionary(QList<TVpSourceField *> *target, QStringList *recordTypeNames);
+    /// Opens the importer and hands back the names of its fields in order, in a new list that the caller owns. Logs
+    /// "DataImport - selectLayoutSource".
+    virtual QStringList *selectLayoutSource();
+    virtual bool isMultiple();                     ///< whether records have types; false
+    virtual int getGroupCount();                   ///< number of groups (record types); 0
+    virtual QString getGroupName(int index);       ///< of the group at an index from 0; ""
+    virtual QString getGroupValue(int index);      ///< of the group at an index from 0; ""
+    virtual int getRecordTypeIndex(QString value); ///< index from 0 of a record type; -1
+    virtual QString getRecordTypeCurrent();        ///< ""
+    virtual QStringList *getLayoutSource();        ///< a new empty list, which the caller owns
+    virtual int getRecordTypeStart();              ///< column of the record type in a line; 0
+    virtual int getRecordTypeSize();               ///< width of the record type; 0
+
+    QString getSourceName() const;
+    QString getDataSourceName() const;
+    /// Takes the absolute path of \a name if such a file exists; otherwise the source name becomes "".
+    void setSourceName(QString name);
+    /// Takes the absolute path of \a name, unless no such file exists and one stands beside the source.
+    ///
+    /// The candidate beside the source is the source's folder directly followed by the file name, with no separator, so
+    /// it is normally no existing path.
+    void setDataSourceName(QString name);
+
+    /// Appends one new source field to \a target for each field, in order; the owner of \a target owns them.
+    ///
+    /// A field of no type takes over the type text of the field before it. A `decimals` text that is no number gives 0.
+    /// Logs five lines a field: "getDictionary FIELDS", "mySF->fieldName", "mySF->FieldType" and
+    /// "mySF->DataProviderType" with their values, and three line feeds.
+    void getDictionary(QList<TVpSourceField *> *target);
+    /// The field added last under exactly this name, or null.
+    TGenericField *fieldByName(QString name) const;
+    void registerIOFormat(); ///< does nothing: formats are not registered
+
+protected:
+    friend struct TestAccess;
+
+    /// Appends \a field, and makes it the one that its name finds. The field stays the caller's.
+    void addField(TGenericField *field);
+    /// The field at \a index from 0; null outside of the list.
+    TGenericField *getField(int index) const;
+    void initDataImport();  ///< asks getDataProviderType() and drops the answer
+    void openDataImport();  ///< empties the list of fields and the names; the fields stay alive
+    bool closeDataImport(); ///< true
+
+    QString baseText;                                ///< carried; never read
+    QString sourceName;                              ///< the layout file, such as a dictionary
+    qint64 state1 = 0;                               ///< carried; never read
+    double stateValue = 0;                           ///< 1.0 once a format has opened; never read
+    bool stateFlag1 = false;                         ///< carried; never read
+    QList<TGenericField *> *fields;                  ///< in the order of addField(); never released
+    QString dataSourceName;                          ///< the data file
+    qint64 state2 = 0;                               ///< carried; never read
+    bool stateFlag2 = false;                         ///< carried; never read
+    qint64 state3 = 0;                               ///< carried; never read
+    std::map<QString, TGenericField *> fieldsByName; ///< the same fields by exact name
+    bool stateFlag3 = false;                         ///< carried; never read
+    QStringList stateList;                           ///< carried; never read
+};
+
+#endif

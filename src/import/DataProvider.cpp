@@ -1,0 +1,264 @@
+#include "import/DataProvider.h"
+
+#include "import/DataImport.h"
+#include "import/LoaderManager_p.h"
+#include "import/SourceField.h"
+#include "record/Record.h"
+
+#include <algorithm>
+
+int currentRecordNumber = 0;
+
+namespace
+{
+
+// The one provider type whose importer fills the list of fields by itself.
+const QLatin1String csvType("CSV");
+
+// The current record type where no record of the tree has it.
+constexpr QChar noRecordType(0xFF);
+
+constexpr int referencesIndex = 4;
+
+} // namespace
+
+TVpDataProvider::TVpDataProvider()
+    : recordTypeNames(new QStringList)
+    , typeNames(new QStringList{ QStringLiteral("NONE"), QStringLiteral("CSPRO"), QStringLiteral("CSV") })
+{
+}
+
+TVpDataProvider::TVpDataProvider(const TVpDataProvider &other) = default;
+TVpDataProvider &TVpDataProvider::operator=(const TVpDataProvider &other) = default;
+
+TVpDataProvider::TVpDataProvider(TVpDataProvider && /*other*/)
+    : number5(0)
+    , number6(0)
+    , recordTypeNames(nullptr)
+    , typeNames(nullptr)
+{
+}
+
+TVpDataProvider::~TVpDataProvider() = default;
+
+bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
+{
+    if (!importer)
+        return false;
+    dataProviderId = importer->getDataProviderId();
+    setDataProviderType(importer->getDataProviderType());
+    importData = importer;
+    renewFields();
+    if (dataProviderType == csvType)
+        importer->getDictionary(fields, recordTypeNames);
+    else
+        importer->getDictionary(fields);
+    recordTypeStart = importer->getRecordTypeStart();
+    recordTypeSize = importer->getRecordTypeSize();
+    record = new TVpRecord;
+    setLayoutFileName(importer->getSourceName());
+    setDataFileName(importer->getDataSourceName());
+    return true;
+}
+
+// The old list goes, unless a copy of this provider still reads it; its source fields stay alive in either case.
+void TVpDataProvider::renewFields()
+{
+    if (fieldsUse.use_count() == 1)
+        delete fields;
+    fields = new QList<TVpSourceField *>;
+    fieldsUse = std::make_shared<int>();
+}
+
+bool TVpDataProvider::openDataProvider()
+{
+    currentRecordNumber = 0;
+    return !dataFileName.isEmpty() || !fallbackFileName.isEmpty();
+}
+
+bool TVpDataProvider::closeDataProvider()
+{
+    return false;
+}
+
+TDataImport *TVpDataProvider::getImportData() const
+{
+    return importData;
+}
+
+void TVpDataProvider::setImportData(TDataImport *value)
+{
+    importData = value;
+}
+
+const QList<TVpSourceField *> *TVpDataProvider::getFields() const
+{
+    return fields;
+}
+
+TVpSourceField *TVpDataProvider::getField(QString name) const
+{
+    if (!fields)
+        return nullptr;
+    const auto found = std::find_if(fields->cbegin(), fields->cend(),
+                                    [&name](const TVpSourceField *field) { return field->fieldName == name; });
+    return found != fields->cend() ? *found : nullptr;
+}
+
+TVpSourceField *TVpDataProvider::getFieldFromRecord(QString name, QString recordName) const
+{
+    if (!fields)
+        return nullptr;
+    // Upper case makes the implicit record of a CSPro dictionary, "Common", answer to "COMMON".
+    const QString wantedGroup = recordName.toUpper();
+    const auto matches = [&](const TVpSourceField *field) {
+        return field->fieldName == name && (field->group.isEmpty() || field->group.toUpper() == wantedGroup);
+    };
+    const auto found = std::find_if(fields->cbegin(), fields->cend(), matches);
+    return found != fields->cend() ? *found : nullptr;
+}
+
+QString TVpDataProvider::getFieldName(QString name) const
+{
+    const TVpSourceField *field = getField(std::move(name));
+    return field ? field->fieldName : QString();
+}
+
+TGenericField *TVpDataProvider::findField(QString name1, QString name2)
+{
+    if (!IsFormatRegistered(dataProviderType))
+        return nullptr;
+    const TDataImport *importer = GetDataClassLoader(dataProviderType);
+    if (!importer)
+        return nullptr;
+    TGenericField *field = importer->fieldByName(name1);
+    return field ? field : importer->fieldByName(name2);
+}
+
+TVpRecord *TVpDataProvider::getRecord(QString name) const
+{
+    return record ? record->retrieveRecord(std::move(name)) : nullptr;
+}
+
+QString TVpDataProvider::getDataFileName() const
+{
+    return dataFileName;
+}
+
+void TVpDataProvider::setDataFileName(QString value)
+{
+    if (dataFileName != value)
+        dataFileName = std::move(value);
+}
+
+QString TVpDataProvider::getLayoutFileName() const
+{
+    return layoutFileName;
+}
+
+void TVpDataProvider::setLayoutFileName(QString value)
+{
+    if (layoutFileName != value)
+        layoutFileName = std::move(value);
+}
+
+QString TVpDataProvider::getDataProviderId() const
+{
+    return dataProviderId;
+}
+
+void TVpDataProvider::setDataProviderId(QString value)
+{
+    dataProviderId = std::move(value);
+}
+
+QString TVpDataProvider::getDataProviderType() const
+{
+    return dataProviderType;
+}
+
+void TVpDataProvider::setDataProviderType(QString type)
+{
+    const int position = typeNames ? typeNames->indexOf(type) : -1;
+    if (position < 1)
+        return;
+    dataProviderTypeIndex = eDataProviderType(position);
+    dataProviderType = std::move(type);
+}
+
+int TVpDataProvider::getRecordTypeStart() const
+{
+    return recordTypeStart;
+}
+
+int TVpDataProvider::getRecordTypeSize() const
+{
+    return recordTypeSize;
+}
+
+QString TVpDataProvider::getRecordTypeValue() const
+{
+    // The bound counts the start from 1, the cut counts it from 0; both are meant.
+    if (currentLine.isEmpty() || currentLine.size() < qint64(recordTypeStart) + recordTypeSize - 1)
+        return QString();
+    return currentLine.mid(recordTypeStart, recordTypeSize);
+}
+
+QString TVpDataProvider::getDataProviderLabel() const
+{
+    return dataProviderLabel;
+}
+
+void TVpDataProvider::setDataProviderLabel(QString value)
+{
+    dataProviderLabel = std::move(value);
+}
+
+eDataProviderType TVpDataProvider::getDataProviderTypeIndex() const
+{
+    return dataProviderTypeIndex;
+}
+
+void TVpDataProvider::getRecordType()
+{
+    currentRecordType = noRecordType;
+    recordTypeValue = getRecordTypeValue();
+    for (TVpRecord *node = record; node; node = node->preOrderNext()) {
+        if (node->typeCode() == recordTypeValue) {
+            currentRecordType = QChar(uchar(node->typeNumber()));
+            return;
+        }
+    }
+}
+
+QStringList *TVpDataProvider::getRecordTypeList() const
+{
+    return recordTypeList;
+}
+
+int TVpDataProvider::getRecordTypes() const
+{
+    return recordTypes;
+}
+
+void TVpDataProvider::setRecordTypes(int /*value*/) { }
+
+int TVpDataProvider::getReferences() const
+{
+    return numbers1[referencesIndex];
+}
+
+void TVpDataProvider::setReferences(int value)
+{
+    numbers1[referencesIndex] = value;
+}
+
+void TVpDataProvider::setRecordTypeStart(int value)
+{
+    recordTypeStart = value;
+}
+
+void TVpDataProvider::setRecordTypeSize(int value)
+{
+    recordTypeSize = value;
+}

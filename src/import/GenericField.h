@@ -1,0 +1,94 @@
+#ifndef IMPORT_GENERICFIELD_H
+#define IMPORT_GENERICFIELD_H
+
+#include "import/Constants.h"
+#include "model_vanadmin_export.h"
+
+#include <QString>
+
+class TDataImport;
+
+/// The description of one variable of a data source, and one current value of it, held as text and as numbers.
+///
+/// Each format derives its own field and answers which values count as missing, not applicable and blank. The
+/// description fields are public and filled by the importer. Lengths are in characters; a number that does not convert
+/// counts as 0. A field points back at its importer without owning it.
+class MODEL_VANADMIN_EXPORT TGenericField
+{
+public:
+    /// Units of 16 bits that `textValue` holds, on every platform.
+    static constexpr int textValueSize = 255;
+
+    explicit TGenericField(TDataImport *importer);
+    TGenericField(const TGenericField &other);
+    TGenericField &operator=(const TGenericField &other);
+    /// Takes nothing from its argument: texts empty, numbers 0, flags false, `owner` null.
+    TGenericField(TGenericField &&other);
+
+    // virtual operations, in slot order
+    virtual ~TGenericField();
+    virtual bool isMissing() = 0;
+    virtual bool isNotApplicable() = 0;
+    virtual bool isBlank() = 0;
+    virtual void addValueLabel(QString code, QString text); ///< does nothing
+    virtual QString getGroup();                             ///< ""
+
+    /// Takes \a value as the current value: copies at most `length` characters of it into `textValue`, zeros up to
+    /// `length` behind a shorter one and no end mark behind a longer one. The copy stops at 255 units and at a NUL.
+    ///
+    /// Unless the value is missing, not applicable or blank, a field of type 1 or 2 then holds it as a number as well;
+    /// with `hasDecimalChar` false a real one is divided by 10 to the power of `decimals`. A field of no type has the
+    /// first eight bytes of `textValue` set to 0x15.
+    void setAsString(QString value);
+    /// The same for a wide text, null counting as empty; a number is trimmed before it is converted.
+    void setAsStringChar(const wchar_t *value);
+
+    /// Looks \a code up in `valueLabels`, taken as one line; null if it is not found.
+    ///
+    /// Every line feed in `valueLabels` becomes a tab first, in the field itself. The code of the line is the text from
+    /// its second character up to the first blank: the first character is skipped in the comparison and kept in the
+    /// result.
+    QString getValueLabel(QString code);
+
+    /// `textValue` up to the first zero, or all of it.
+    QString currentText() const;
+
+    bool optional = false; ///< carried; no behaviour here
+    QString name;          ///< variable name, the key in the importer
+    QString label;         ///< variable label
+    eVanVarType type = vtNone;
+    int length = 0;                         ///< width in characters; bounds the copy into `textValue`
+    int start = 0;                          ///< position in the record
+    QString valueLabels;                    ///< entries code, " ", label, each ended by a tab
+    QString missingValue;                   ///< code that stands for missing
+    QString notApplicable;                  ///< code that stands for not applicable
+    QString minimum;                        ///< lowest valid value, as text
+    QString maximum;                        ///< highest valid value, as text
+    QString decimals;                       ///< number of decimals, as text
+    bool hasDecimalChar = true;             ///< false: stored numbers have implied decimals
+    bool isUnset = false;                   ///< cleared by both string setters
+    char16_t textValue[textValueSize] = {}; ///< current value as text
+    /// Current value of a real field. The start value lies just below the smallest normal double.
+    double realValue = 2.22507e-308;
+    double intValue = 0; ///< current value of an integer field, held as a double
+    TDataImport *owner;  ///< the importer, not owned
+
+protected:
+    friend struct TestAccess;
+
+    /// The current value as text: `missingValue`, `notApplicable` or "" where the value is missing, not applicable or
+    /// blank, else by type; numbers in format g with precision 6. "" for a field of no type.
+    QString getAsString();
+    /// The current value as a number; `missingValue` as a number where the value is missing. 0 for a field of no type.
+    double getAsFloat();
+    /// The same cut toward zero; a text converts in base 10.
+    int getAsInteger();
+    void setAsFloat(double value);
+    void setAsInteger(int value);
+
+private:
+    bool isString() const;
+    void setText(const QString &value, const QString &number);
+};
+
+#endif

@@ -1,0 +1,3 @@
+#include "import/Model_VanAdmin.h"
+
+Model_VanAdmin::Model_VanAdmin() = default;

@@ -1,0 +1,29 @@
+#include "record/QuestIndex.h"
+
+#include <algorithm>
+
+QString TQuestIndex::typeOf(const QString &line) const
+{
+    return line.mid(typeStart, typeLength);
+}
+
+int TQuestIndex::countRecords(QString type) const
+{
+    if (!lines)
+        return 0;
+    return int(
+        std::count_if(lines->cbegin(), lines->cend(), [&](const QString &line) { return typeOf(line) == type; }));
+}
+
+QString TQuestIndex::findRecord(QString type, int occurrence) const
+{
+    if (!lines)
+        return QString();
+    int match = 0;
+    for (const QString &line : qAsConst(*lines)) {
+        const QString code = typeOf(line);
+        if (code == type && match++ == occurrence)
+            return code;
+    }
+    return QString();
+}

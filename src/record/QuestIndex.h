@@ -1,0 +1,29 @@
+#ifndef RECORD_QUESTINDEX_H
+#define RECORD_QUESTINDEX_H
+
+#include "model_vanadmin_export.h"
+
+#include <QString>
+#include <QStringList>
+
+/// The raw lines of one questionnaire, against which a record tree is checked.
+///
+/// Owns nothing; `lines` null counts as no lines. The record type of a line is `mid(typeStart, typeLength)`, the start
+/// counted from 0, compared case-sensitively.
+class MODEL_VANADMIN_EXPORT TQuestIndex
+{
+public:
+    int countRecords(QString type) const; ///< the number of lines of that record type
+    /// The type code found at the match numbered \a occurrence, from 0: the code, not the line. "" if there is none.
+    QString findRecord(QString type, int occurrence) const;
+    /// The record type of a line of this questionnaire.
+    QString typeOf(const QString &line) const;
+
+    int typeStart = 0;  ///< start of the record-type code in a line, from 0
+    int typeLength = 0; ///< its length in characters
+    int status = 0;     ///< outcome of a check: 4 more than one line for a reference, 6 an occurrence not found again
+    QString text;       ///< what a record of the tree is assembled to
+    QStringList *lines = nullptr; ///< the questionnaire lines, not owned
+};
+
+#endif

@@ -1,0 +1,74 @@
+#include "util/Numbers_p.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace numbers
+{
+
+namespace
+{
+
+// More digits than this are left to Qt: up to here an int holds any number.
+constexpr int safeDigits = 9;
+
+// The number that 1 to 9 ASCII digits and nothing else stand for; -1 for any other text.
+int plainDigits(const QChar *begin, qsizetype size)
+{
+    if (size < 1 || size > safeDigits)
+        return -1;
+    int number = 0;
+    for (const QChar *digit = begin; digit != begin + size; ++digit) {
+        if (*digit < QLatin1Char('0') || *digit > QLatin1Char('9'))
+            return -1;
+        number = number * 10 + (digit->unicode() - '0');
+    }
+    return number;
+}
+
+} // namespace
+
+double toDouble(const QString &text)
+{
+    const int digits = plainDigits(text.constData(), text.size());
+    if (digits >= 0)
+        return digits;
+    bool ok = false;
+    const double number = text.toDouble(&ok);
+    return ok ? number : 0.0;
+}
+
+int toInt(QStringView text, bool *ok)
+{
+    const int digits = plainDigits(text.data(), text.size());
+    if (digits >= 0) {
+        *ok = true;
+        return digits;
+    }
+    return QString::fromRawData(text.data(), int(text.size())).toInt(ok, 10);
+}
+
+QString toText(double value)
+{
+    // Below a million, and apart from minus zero, a whole number reads the same in both forms.
+    if (std::abs(value) < 1e6 && value == std::trunc(value) && !std::signbit(value))
+        return QString::number(int(value));
+    return QString::number(value, 'g', 6);
+}
+
+int truncated(double value)
+{
+    const double cut = std::trunc(value);
+    const bool fits = cut >= std::numeric_limits<int>::min() && cut <= std::numeric_limits<int>::max();
+    return fits ? int(cut) : std::numeric_limits<int>::min();
+}
+
+int clamped(qint64 value)
+{
+    constexpr qint64 lowest = std::numeric_limits<int>::min();
+    constexpr qint64 highest = std::numeric_limits<int>::max();
+    return int(std::clamp(value, lowest, highest));
+}
+
+} // namespace numbers

@@ -1,0 +1,47 @@
+#ifndef UTIL_TEXTFILE_P_H
+#define UTIL_TEXTFILE_P_H
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+/// The lines of a text, or of a part of it: views only, so the text must outlive them.
+class TextLines
+{
+public:
+    TextLines() = default;
+    /// Views of the texts of a list, which must outlive them; null counts as empty.
+    TextLines(const QStringList *list);
+    TextLines(const QStringList &list);
+    /// The lines of \a text, each ended by a line feed or by the end of the text. No line follows a final line feed.
+    static TextLines split(QStringView text);
+
+    int size() const { return int(views.size()); }
+    bool isEmpty() const { return views.empty(); }
+    QStringView at(int index) const { return views[size_t(index)]; }
+    void append(QStringView line) { views.push_back(line); }
+    auto begin() const { return views.cbegin(); }
+    auto end() const { return views.cend(); }
+
+private:
+    std::vector<QStringView> views;
+};
+
+namespace textfile
+{
+
+/// The whole text of a file without its carriage returns; "" if it cannot be opened. Raises `std::bad_alloc` for a text
+/// that no `QString` can hold (a gigabyte).
+///
+/// A byte-order mark (UTF-8, UTF-16, UTF-32) decides on the encoding and is no part of the text. Without one the text
+/// is UTF-8 where all of it is valid UTF-8; otherwise in the locale's encoding, or in Windows-1252 where the locale's
+/// is UTF-8 or ASCII.
+QString read(const QString &fileName);
+
+/// The text that \a bytes stand for, by the same rules.
+QString decode(const QByteArray &bytes);
+
+} // namespace textfile
+
+#endif

@@ -1,0 +1,73 @@
+#include "Layout.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace
+{
+
+// As many bytes as tell a type.
+constexpr int headSize = 16;
+
+// Says why a file cannot be read at all, or finds its type by content.
+QString openingProblem(const QString &fileName, const FileType *&type)
+{
+    const QFileInfo info(fileName);
+    if (!info.exists())
+        return QStringLiteral("no such file");
+    if (info.isDir())
+        return QStringLiteral("is a folder");
+    // A pipe can be read once: it is what --type says, or a CSPro text dictionary.
+    const bool canPeek = info.isFile();
+    QFile file(fileName);
+    if (canPeek && !file.open(QIODevice::ReadOnly))
+        return QStringLiteral("cannot be opened: ") + file.errorString();
+    if (!type)
+        type = &fileTypeOf(canPeek ? file.read(headSize) : QByteArray());
+    if (!type->makeImporter)
+        return QLatin1String(type->title) + QLatin1String("s are not read by this version");
+    return QString();
+}
+
+QString describe(const VpErrorManager &error)
+{
+    return QStringLiteral("reading ended in error %1: %2").arg(error.getCode()).arg(error.catalogueMessage());
+}
+
+} // namespace
+
+Layout readLayout(const QString &file, const FileType *type)
+{
+    Layout layout;
+    layout.file = file;
+    layout.problem = openingProblem(file, type);
+    layout.type = type;
+    if (!layout.problem.isEmpty())
+        return layout;
+    try {
+        layout.importer = type->makeImporter(file);
+        const std::unique_ptr<QStringList> names(layout.importer->selectLayoutSource());
+        layout.provider.genericGetFieldsFrom(layout.importer.get());
+        if (layout.provider.getFields()->isEmpty())
+            layout.problem = QStringLiteral("no variable found");
+    } catch (VpErrorManager *error) {
+        layout.error.reset(error);
+        layout.problem = describe(*error);
+    }
+    return layout;
+}
+
+QVector<ValueLabel> cutValueLabels(const QString &text)
+{
+    QVector<ValueLabel> labels;
+    int begin = 0;
+    while (begin < text.size()) {
+        const int tab = text.indexOf(QLatin1Char('\t'), begin);
+        const int end = tab < 0 ? text.size() : tab;
+        const QStringRef entry = text.midRef(begin, end - begin);
+        const int blank = entry.indexOf(QLatin1Char(' '));
+        labels.append({ entry.left(blank), blank < 0 ? QStringRef() : entry.mid(blank + 1) });
+        begin = end + 1;
+    }
+    return labels;
+}

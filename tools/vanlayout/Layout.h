@@ -1,0 +1,35 @@
+#ifndef VANLAYOUT_LAYOUT_H
+#define VANLAYOUT_LAYOUT_H
+
+#include "FileType.h"
+#include "import/DataProvider.h"
+#include "import/ErrorManager.h"
+
+#include <QString>
+
+#include <memory>
+
+/// What was read of one file, or why there is no answer.
+struct Layout {
+    QString file; ///< as it was asked for
+    const FileType *type = nullptr;
+    std::unique_ptr<TDataImport> importer; ///< opened, where there is an answer
+    TVpDataProvider provider;              ///< filled from the importer
+    QString problem;                       ///< one line that says what is wrong; empty where there is an answer
+    std::unique_ptr<VpErrorManager> error; ///< the error of the library in which reading ended, if it did
+};
+
+/// Walks the whole road for one file: picks the importer (by content where \a type is null), opens it, fills a
+/// provider.
+Layout readLayout(const QString &file, const FileType *type);
+
+/// One value label of a field.
+struct ValueLabel {
+    QStringRef code;
+    QStringRef label;
+};
+
+/// The value label text of a field, cut at each tab, and each entry at its first blank. Refers to \a text.
+QVector<ValueLabel> cutValueLabels(const QString &text);
+
+#endif

@@ -1,0 +1,80 @@
+#include "Show.h"
+
+#include "Printer.h"
+#include "cspro/DecimalQuestion.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cstdlib>
+
+#ifdef Q_OS_UNIX
+#include <sys/ioctl.h>
+#include <unistd.h>
+#endif
+
+namespace
+{
+
+// The width of the terminal that standard output is; 0 where it is none.
+int terminalWidth()
+{
+#ifdef Q_OS_UNIX
+    winsize size = {};
+    if (isatty(STDOUT_FILENO) && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+        return size.ws_col;
+#endif
+    return std::max(qEnvironmentVariableIntValue("COLUMNS"), 0);
+}
+
+std::unique_ptr<Printer> makePrinter(const ShowOptions &options)
+{
+    const bool severalFiles = options.files.size() > 1;
+    if (options.format == "json")
+        return makeJsonPrinter(stdout, severalFiles);
+    if (options.format == "csv")
+        return makeCsvPrinter(stdout, severalFiles);
+    return makeTablePrinter(stdout, severalFiles, terminalWidth());
+}
+
+// "ask" leaves the question to the library, which shows its dialog.
+void answerDecimalQuestions(const std::string &decimals)
+{
+    if (decimals == "ask")
+        return;
+    const int button = decimals == "yes" ? QMessageBox::YesToAll : QMessageBox::NoToAll;
+    setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
+}
+
+} // namespace
+
+void complain(const std::string &subject, const std::string &problem)
+{
+    std::string line = "vanlayout: " + (subject.empty() ? problem : subject + ": " + problem);
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    std::fprintf(stderr, "%s\n", line.c_str());
+}
+
+int show(const ShowOptions &options)
+{
+    answerDecimalQuestions(options.decimals);
+    const FileType *type = fileTypeNamed(options.type);
+    const auto printer = makePrinter(options);
+    int status = statusFine;
+    for (const std::string &file : options.files) {
+        const Layout layout = readLayout(QFile::decodeName(file.c_str()), type);
+        if (layout.problem.isEmpty()) {
+            printer->printLayout(layout);
+        } else {
+            printer->printProblem(layout);
+            complain(file, layout.problem.toLocal8Bit().toStdString());
+            status = statusNoAnswer;
+        }
+    }
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        complain("standard output", "cannot be written");
+        status = statusNoAnswer;
+    }
+    return status;
+}

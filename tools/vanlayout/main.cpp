@@ -1,0 +1,101 @@
+#include "Show.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QTextCodec>
+
+#include <clocale>
+#include <cstdlib>
+#include <memory>
+
+namespace
+{
+
+constexpr int mibAscii = 3;
+
+bool isVerbose = false;
+
+// Debug lines reach standard error with --verbose alone; what would end the process becomes one line and a status.
+void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
+{
+    if (type == QtDebugMsg && !isVerbose)
+        return;
+    const std::string text = message.toLocal8Bit().toStdString();
+    if (type == QtFatalMsg) {
+        complain("", text);
+        std::_Exit(statusNoAnswer);
+    }
+    std::fprintf(stderr, "%s\n", text.c_str());
+}
+
+void useLocale()
+{
+    std::setlocale(LC_ALL, "");
+    const QTextCodec *codec = QTextCodec::codecForLocale();
+    if (!codec || codec->mibEnum() == mibAscii || std::setlocale(LC_CTYPE, nullptr) == std::string("C"))
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    std::setlocale(LC_NUMERIC, "C");
+}
+
+bool hasDisplay()
+{
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
+        || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+void describeShow(CLI::App &command, ShowOptions &options)
+{
+    command.add_option("--format", options.format, "table, json or csv")
+        ->check(CLI::IsMember({ "table", "json", "csv" }))
+        ->capture_default_str();
+    command.add_option("--type", options.type, "how to read the files; auto goes by their content")
+        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
+        ->capture_default_str();
+    command.add_option("--decimals", options.decimals, "whether decimal codes become integers; ask shows a dialog")
+        ->check(CLI::IsMember({ "ask", "yes", "no" }))
+        ->capture_default_str();
+    command.add_option("FILE", options.files, "files to show")->required();
+}
+
+int runShow(const ShowOptions &options, int argc, char **argv)
+{
+    std::unique_ptr<QApplication> application;
+    if (options.decimals == "ask") {
+        if (!hasDisplay()) {
+            complain("", "--decimals ask needs a display");
+            return statusNoAnswer;
+        }
+        application = std::make_unique<QApplication>(argc, argv);
+    }
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, isVerbose);
+    return show(options);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qInstallMessageHandler(handleMessage);
+    useLocale();
+
+    CLI::App app("Shows the layout of census and survey data: variables, positions, types and value labels.",
+                 "vanlayout");
+    app.set_version_flag("--version", "vanlayout " VAN_VERSION);
+    app.add_flag("--verbose", isVerbose, "write the library's debug lines to standard error");
+    app.require_subcommand(1);
+    app.fallthrough();
+    ShowOptions showOptions;
+    CLI::App *showCommand = app.add_subcommand("show", "Show the layout of each FILE.");
+    describeShow(*showCommand, showOptions);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success &answer) {
+        return app.exit(answer); // --help and --version
+    } catch (const CLI::ParseError &error) {
+        complain("", error.what());
+        return statusNoAnswer;
+    }
+    return runShow(showOptions, argc, argv);
+}
