@@ -13,15 +13,30 @@ namespace
 
 constexpr int codeInvalidContents = 242;
 
+// Few characters of a line are the first of a key, so this looks for that one first.
+bool containsKey(QStringView line, QStringView key)
+{
+    if (key.isEmpty())
+        return true;
+    const auto *first = line.begin();
+    while ((first = std::find(first, line.end(), key.front())) != line.end()) {
+        if (QStringView(first, line.end()).startsWith(key))
+            return true;
+        ++first;
+    }
+    return false;
+}
+
 // What stands behind "=" in the first line that contains the key. The key is found anywhere in the line, by substring
 // and in file order: a line that merely contains it wins if it stands first. A second "=" spoils the line.
 std::optional<QStringView> findValue(const TextLines &lines, const QString &key)
 {
-    const auto line = std::find_if(lines.begin(), lines.end(), [&key](QStringView text) { return text.contains(key); });
+    const auto line
+        = std::find_if(lines.begin(), lines.end(), [&key](QStringView text) { return containsKey(text, key); });
     if (line == lines.end())
         return std::nullopt;
-    const auto equals = line->indexOf(Vocabulary::Equals);
-    if (equals < 0 || line->indexOf(Vocabulary::Equals, equals + 1) >= 0)
+    const int equals = textfile::indexOf(*line, '=');
+    if (equals < 0 || textfile::indexOf(*line, '=', equals + 1) >= 0)
         return std::nullopt;
     return line->mid(equals + 1);
 }
@@ -106,7 +121,9 @@ int TCSPro::sectionKind(const QString &line)
 
 TextLines TCSPro::sectionLines(const TextLines &lines, int &index) const
 {
+    constexpr int usualSectionSize = 16;
     TextLines section;
+    section.reserve(usualSectionSize);
     int next = index + 1;
     // The line is not trimmed here: a header behind blanks ends no section, it is swallowed as a line of this one.
     for (; next < lines.size() && !isHeader(lines.at(next)); ++next) {

@@ -165,25 +165,29 @@ const ItemDescriber::Labels &ItemDescriber::labelsOf(const TCSProItem &item, eVa
         minValue = numbers::toDouble(first->items->first()->code);
         maxValue = numbers::toDouble(first->items->last()->code);
     }
-    QString text;
+    QString &text = labelsBuffer;
+    text.resize(0);
     for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
         if (!set)
             continue;
         for (const TValueSetItem *value : qAsConst(*set->items)) {
             if (value->special)
                 continue;
+            double number = 0;
             if (isNumeric(type)) {
-                const double number = numbers::toDouble(value->code);
+                number = numbers::toDouble(value->code);
                 minValue = std::min(minValue, number);
                 maxValue = std::max(maxValue, number);
-                text += type == vtInteger ? numbers::toText(number) : value->code;
-            } else {
-                text += value->code;
             }
-            text += Vocabulary::Blank + value->name + Vocabulary::Tab;
+            if (type == vtInteger)
+                numbers::appendText(text, number);
+            else
+                text += value->code;
+            text += Vocabulary::Blank;
+            text += value->name;
+            text += Vocabulary::Tab;
         }
     }
-    text.squeeze();
     // Every field with a value set has a minimum: "0" for a text.
     labels = { text, numbers::toText(minValue), hasRange ? numbers::toText(maxValue) : QString() };
     labelsSet = isOnlySet ? first : nullptr;

@@ -55,6 +55,7 @@ private:
 
     QHash<int, QString> ninesByCount;
     Labels labels;
+    QString labelsBuffer;                      ///< keeps its room from one item to the next
     const TCSProValueSet *labelsSet = nullptr; ///< the value set that `labels` were made from
     eVanVarType labelsType = vtNone;
 };

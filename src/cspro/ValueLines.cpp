@@ -33,6 +33,17 @@ void addValue(TCSProValueSet &set, const QString &code, const QString &label)
     set.addItem(item.release());
 }
 
+// Whether a line begins with an ASCII word in either case; the word is given in lower case.
+bool beginsWith(QStringView line, QLatin1String word)
+{
+    const auto equalsLower = [](QChar unit, char lower) {
+        const ushort code = unit.unicode();
+        return (code >= 'A' && code <= 'Z' ? code + ('a' - 'A') : code) == ushort(lower);
+    };
+    return line.size() >= word.size()
+        && std::equal(line.begin(), line.begin() + word.size(), word.begin(), equalsLower);
+}
+
 // The opening apostrophe goes and the closing one stays: a file's 'A' is the code A'.
 void unquote(QString &code)
 {
@@ -85,11 +96,11 @@ public:
 
     void readLine(QStringView line)
     {
-        const QLatin1String valueKey("VALUE=");
-        const QLatin1String nameKey("NAME=");
-        if (line.startsWith(valueKey, Qt::CaseInsensitive))
+        const QLatin1String valueKey("value=");
+        const QLatin1String nameKey("name=");
+        if (beginsWith(line, valueKey))
             readValue(line.mid(valueKey.size()));
-        else if (pending && line.startsWith(nameKey, Qt::CaseInsensitive)) // before the first value: the set's own name
+        else if (pending && beginsWith(line, nameKey)) // before the first value: the set's own name
             readMark(line.mid(nameKey.size()));
     }
 
@@ -125,8 +136,8 @@ private:
 
     void readShape(QStringView line)
     {
-        const int semicolon = int(line.indexOf(QLatin1Char(';')));
-        const int colon = int(line.indexOf(QLatin1Char(':')));
+        const int semicolon = textfile::indexOf(line, ';');
+        const int colon = textfile::indexOf(line, ':');
         if (semicolon <= 0 && colon <= 0)
             readValueWithoutLabel(line);
         else if (semicolon <= 0)
@@ -157,7 +168,7 @@ private:
     void readRangeWithLabel(QStringView line, int colon)
     {
         const QStringView upper = line.mid(colon + 1);
-        const auto semicolon = upper.indexOf(QLatin1Char(';'));
+        const int semicolon = textfile::indexOf(upper, ';');
         // A semicolon right behind the colon stays in the code, and the label is the one of an earlier line.
         code = (semicolon > 0 ? upper.left(semicolon) : upper).toString();
         if (semicolon > 0)
@@ -170,7 +181,7 @@ private:
     void readRangeWithoutLabel(QStringView line, int colon)
     {
         const QStringView upper = line.mid(colon);
-        const auto semicolon = upper.indexOf(QLatin1Char(';'));
+        const int semicolon = textfile::indexOf(upper, ';');
         code = (semicolon > 0 ? upper.left(semicolon) : upper).toString();
         if (semicolon > 0)
             label = upper.mid(semicolon).toString();
@@ -182,13 +193,13 @@ private:
     {
         label = line.mid(semicolon + 1).toString();
         QStringView rest = line.left(semicolon);
-        auto cut = rest.indexOf(QLatin1Char(' '));
+        int cut = textfile::indexOf(rest, ' ');
         while (cut > 0) {
             addValue(set, rest.left(cut).toString(), label);
             rest = rest.mid(cut);
-            cut = rest.indexOf(QLatin1Char(':'));
+            cut = textfile::indexOf(rest, ':');
             if (cut <= 0)
-                cut = rest.indexOf(QLatin1Char(' '));
+                cut = textfile::indexOf(rest, ' ');
         }
         code = rest.toString();
     }
@@ -198,7 +209,7 @@ private:
     void readMark(QStringView line)
     {
         pending->type = 0;
-        const auto comma = line.indexOf(QLatin1Char(','));
+        const int comma = textfile::indexOf(line, ',');
         if (comma <= 0)
             return;
         code = line.left(comma - 1).toString().toUpper();

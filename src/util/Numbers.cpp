@@ -51,10 +51,28 @@ int toInt(QStringView text, bool *ok)
 
 QString toText(double value)
 {
+    QString text;
+    appendText(text, value);
+    return text;
+}
+
+void appendText(QString &text, double value)
+{
     // Below a million, and apart from minus zero, a whole number reads the same in both forms.
-    if (std::abs(value) < 1e6 && value == std::trunc(value) && !std::signbit(value))
-        return QString::number(int(value));
-    return QString::number(value, 'g', 6);
+    const bool isShort = std::abs(value) < 1e6 && value == std::trunc(value) && !std::signbit(value);
+    if (!isShort) {
+        text += QString::number(value, 'g', 6);
+        return;
+    }
+    QChar digits[safeDigits];
+    QChar *const end = digits + safeDigits;
+    QChar *first = end;
+    int rest = int(value);
+    do {
+        *--first = QLatin1Char(char('0' + rest % 10));
+        rest /= 10;
+    } while (rest > 0);
+    text.append(first, int(end - first));
 }
 
 int truncated(double value)

@@ -17,6 +17,9 @@ int toInt(QStringView text, bool *ok);
 /// `QString::number` in format g with precision 6: 1000000 reads "1e+06".
 QString toText(double value);
 
+/// Appends toText() of \a value to \a text.
+void appendText(QString &text, double value);
+
 /// \a value cut toward zero; the smallest int32 where int32 cannot hold it.
 int truncated(double value);
 

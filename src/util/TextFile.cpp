@@ -23,13 +23,15 @@ TextLines::TextLines(const QStringList &list)
 
 TextLines TextLines::split(QStringView text)
 {
+    constexpr qsizetype usualLineSize = 24;
     TextLines lines;
-    lines.views.reserve(size_t(std::count(text.begin(), text.end(), QLatin1Char('\n'))) + 1);
-    const QChar *begin = text.begin();
-    while (begin != text.end()) {
-        const QChar *end = std::find(begin, text.end(), QLatin1Char('\n'));
-        lines.append(QStringView(begin, end));
-        begin = end == text.end() ? end : end + 1;
+    lines.views.reserve(size_t(text.size() / usualLineSize));
+    qsizetype begin = 0;
+    while (begin < text.size()) {
+        const qsizetype feed = text.indexOf(QLatin1Char('\n'), begin);
+        const qsizetype end = feed < 0 ? text.size() : feed;
+        lines.append(text.mid(begin, end - begin));
+        begin = end + 1;
     }
     return lines;
 }
@@ -71,8 +73,8 @@ const ByteOrderMark *findByteOrderMark(const QByteArray &bytes)
 // Whether a text that was decoded from UTF-8 holds a replacement character that does not stand in its bytes.
 bool hasDecodingErrors(const QString &text, const QByteArray &bytes)
 {
-    const int replacements = text.count(QChar(QChar::ReplacementCharacter));
-    return replacements > 0 && replacements != bytes.count("\xEF\xBF\xBD");
+    const QChar replacement(QChar::ReplacementCharacter);
+    return text.contains(replacement) && text.count(replacement) != bytes.count("\xEF\xBF\xBD");
 }
 
 QTextCodec *codecOfOldFiles()
@@ -93,7 +95,8 @@ QString decodeWithMarks(const QByteArray &bytes)
         QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
         return QTextCodec::codecForName(mark->codec)->toUnicode(begin, size, &state);
     }
-    QString text = QString::fromUtf8(bytes);
+    // By its size: the text may hold NUL characters.
+    QString text = QString::fromUtf8(bytes.constData(), bytes.size());
     return hasDecodingErrors(text, bytes) ? codecOfOldFiles()->toUnicode(bytes) : text;
 }
 
@@ -118,9 +121,9 @@ QByteArray readBytes(QFile &file)
 QString decode(const QByteArray &bytes)
 {
     QString text = decodeWithMarks(bytes);
-    const auto firstReturn = std::find(text.cbegin(), text.cend(), QLatin1Char('\r'));
-    if (firstReturn != text.cend())
-        text.truncate(int(std::remove(text.begin(), text.end(), QLatin1Char('\r')) - text.begin()));
+    const QLatin1Char carriageReturn('\r');
+    if (text.contains(carriageReturn))
+        text.truncate(int(std::remove(text.begin(), text.end(), carriageReturn) - text.begin()));
     return text;
 }
 

@@ -2,6 +2,8 @@
 
 #include "import/SourceField.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -57,7 +59,8 @@ private:
     void addText(const QString &text)
     {
         QByteArray cell = text.toUtf8();
-        const bool needsQuotes = cell.contains(',') || cell.contains('"') || cell.contains('\n') || cell.contains('\r');
+        const auto isSpecial = [](char c) { return c == ',' || c == '"' || c == '\n' || c == '\r'; };
+        const bool needsQuotes = std::any_of(cell.cbegin(), cell.cend(), isSpecial);
         if (needsQuotes)
             cell = '"' + cell.replace('"', "\"\"") + '"';
         line += cell;

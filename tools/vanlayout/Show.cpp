@@ -16,6 +16,8 @@
 namespace
 {
 
+constexpr size_t outputBufferSize = 1 << 16;
+
 // The width of the terminal that standard output is; 0 where it is none.
 int terminalWidth()
 {
@@ -58,6 +60,7 @@ void complain(const std::string &subject, const std::string &problem)
 
 int show(const ShowOptions &options)
 {
+    std::setvbuf(stdout, nullptr, _IOFBF, outputBufferSize);
     answerDecimalQuestions(options.decimals);
     const FileType *type = fileTypeNamed(options.type);
     const auto printer = makePrinter(options);

@@ -1,0 +1,10 @@
+#ifndef BENCH_GENERATEDDICTIONARY_H
+#define BENCH_GENERATEDDICTIONARY_H
+
+#include <QByteArray>
+
+/// A CSPro text dictionary of one record with \a items items, each with a value set of \a values labelled values, or
+/// with none for 0. The same numbers always give the same bytes.
+QByteArray generatedDictionary(int items, int values);
+
+#endif
