@@ -12,7 +12,24 @@ struct ProcessCost {
     double peakBytes = 0;        ///< most resident memory
 };
 
-/// Runs a program with its standard output thrown away, and waits for it.
-ProcessCost runProcess(const std::vector<std::string> &command);
+/// Starts programs from a small process of its own: the system counts the memory of the starting process as the
+/// program's.
+///
+/// Make it first of all, while this process is small.
+class ProcessRunner
+{
+public:
+    ProcessRunner();
+    ~ProcessRunner();
+    ProcessRunner(const ProcessRunner &) = delete;
+    ProcessRunner &operator=(const ProcessRunner &) = delete;
+
+    /// Runs a program with its standard output thrown away, and waits for it. No argument may hold a line feed.
+    ProcessCost run(const std::vector<std::string> &command);
+
+private:
+    int requests = -1;
+    int answers = -1;
+};
 
 #endif

@@ -48,7 +48,7 @@ bool isHeader(QStringView line)
 
 bool equalsUpper(const QString &text, const QString &upper)
 {
-    return text.toUpper() == upper;
+    return text.size() == upper.size() && text.toUpper() == upper;
 }
 
 VpErrorManager *invalidContents(int index)
@@ -69,35 +69,40 @@ TCSPro::~TCSPro() = default;
 
 void TCSPro::readFile(QString fileName)
 {
-    QString text;
+    int lineCount = 0;
     try {
-        text = textfile::read(fileName);
+        TextFileReader file(fileName);
+        QString text;
+        while (file.readBlock(text)) {
+            const TextLines lines = TextLines::split(text);
+            parseTextLines(lines, lineCount);
+            lineCount += lines.size();
+        }
     } catch (const std::bad_alloc &) {
-        throw invalidContents(0);
+        throw invalidContents(lineCount);
     }
-    parseTextLines(TextLines::split(text));
 }
 
 void TCSPro::parseLines(QStringList *lines)
 {
-    parseTextLines(lines);
+    parseTextLines(lines, 0);
 }
 
-void TCSPro::parseTextLines(const TextLines &lines)
+void TCSPro::parseTextLines(const TextLines &lines, int linesBefore)
 {
     int index = 0;
     try {
         for (; index < lines.size(); ++index) {
             const QStringView line = lines.at(index).trimmed();
             if (line.size() > 1 && isHeader(line))
-                readSection(sectionKind(line.toString()), lines, index);
+                readSection(sectionKind(line), lines, index);
         }
     } catch (...) {
-        throw invalidContents(index);
+        throw invalidContents(linesBefore + index);
     }
 }
 
-int TCSPro::sectionKind(const QString &line)
+int TCSPro::sectionKind(QStringView line)
 {
     const struct {
         const QString &name;
@@ -109,8 +114,8 @@ int TCSPro::sectionKind(const QString &line)
         { CSProKeyword::SectionDictionary, dictionarySection },
     };
     // Without a closing bracket all of the rest is the name.
-    const int bracket = line.indexOf(QLatin1Char(']'), 1);
-    const QString word = line.mid(1, bracket < 0 ? -1 : bracket - 1).toUpper();
+    const int bracket = textfile::indexOf(line, ']', 1);
+    const QString word = line.mid(1, (bracket < 0 ? line.size() : bracket) - 1).toString().toUpper();
     for (const auto &section : sections) {
         if (word == section.name)
             return section.kind;
@@ -140,7 +145,7 @@ QString TCSPro::getStringValue(const TextLines &lines, const QString &key) const
     QString result;
     cspro::passOverExceptions([&] {
         if (const auto value = findValue(lines, key))
-            result = value->toString();
+            result = texts.text(*value);
     });
     return result;
 }

@@ -165,6 +165,8 @@ const ItemDescriber::Labels &ItemDescriber::labelsOf(const TCSProItem &item, eVa
         minValue = numbers::toDouble(first->items->first()->code);
         maxValue = numbers::toDouble(first->items->last()->code);
     }
+    const QChar blank = Vocabulary::Blank.front();
+    const QChar tab = Vocabulary::Tab.front();
     QString &text = labelsBuffer;
     text.resize(0);
     for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
@@ -183,9 +185,9 @@ const ItemDescriber::Labels &ItemDescriber::labelsOf(const TCSProItem &item, eVa
                 numbers::appendText(text, number);
             else
                 text += value->code;
-            text += Vocabulary::Blank;
+            text += blank;
             text += value->name;
-            text += Vocabulary::Tab;
+            text += tab;
         }
     }
     // Every field with a value set has a minimum: "0" for a text.

@@ -2,6 +2,7 @@
 #define CSPRO_CSPRO_P_H
 
 #include "cspro/CSProModel_p.h"
+#include "util/TextCache_p.h"
 #include "util/TextFile_p.h"
 
 #include <QMessageBox>
@@ -68,9 +69,10 @@ private:
         valueSetSection = 4
     };
 
-    void parseTextLines(const TextLines &lines);
+    /// Reads a part of the lines that begins with a section; the part in front of it had \a linesBefore lines.
+    void parseTextLines(const TextLines &lines, int linesBefore);
     /// The kind of the section that a trimmed header line begins. Any header of kind 0 makes the common record current.
-    int sectionKind(const QString &line);
+    int sectionKind(QStringView line);
     /// The trimmed lines of the section whose header stands at \a index, without empty ones; \a index moves to the last
     /// line of the section.
     TextLines sectionLines(const TextLines &lines, int &index) const;
@@ -104,6 +106,7 @@ private:
     int askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon);
 
     qint64 nameCharacters = 0; ///< in the names of all occurrences so far
+    mutable TextCache texts;   ///< of the texts that repeat
 };
 
 #endif

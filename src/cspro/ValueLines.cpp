@@ -126,7 +126,7 @@ private:
     {
         if (!pending || pending->special)
             return;
-        if (pending->code.contains(Vocabulary::Blank) && pending->code.contains(Vocabulary::Colon)) {
+        if (textfile::indexOf(pending->code, ' ') >= 0 && textfile::indexOf(pending->code, ':') >= 0) {
             debugLine("PROCESAR OTROS RANGOS");
             reader.splitOtherRanges(&set, pending.get());
         } else {
@@ -152,15 +152,15 @@ private:
 
     void readValueWithLabel(QStringView line, int semicolon)
     {
-        code = line.left(semicolon).toString();
-        label = line.mid(semicolon + 1).toString();
+        code = text(line.left(semicolon));
+        label = text(line.mid(semicolon + 1));
         unquote(code);
     }
 
     void readValueWithoutLabel(QStringView line)
     {
         label.clear();
-        code = line.toString();
+        code = text(line);
         unquote(code);
     }
 
@@ -170,10 +170,10 @@ private:
         const QStringView upper = line.mid(colon + 1);
         const int semicolon = textfile::indexOf(upper, ';');
         // A semicolon right behind the colon stays in the code, and the label is the one of an earlier line.
-        code = (semicolon > 0 ? upper.left(semicolon) : upper).toString();
+        code = text(semicolon > 0 ? upper.left(semicolon) : upper);
         if (semicolon > 0)
-            label = upper.mid(semicolon + 1).toString();
-        addValue(set, line.left(colon).toString(), label);
+            label = text(upper.mid(semicolon + 1));
+        addValue(set, text(line.left(colon)), label);
     }
 
     // The upper bound keeps its colon, so the set of a numeric item is lost; the label, where there is one, keeps its
@@ -182,26 +182,26 @@ private:
     {
         const QStringView upper = line.mid(colon);
         const int semicolon = textfile::indexOf(upper, ';');
-        code = (semicolon > 0 ? upper.left(semicolon) : upper).toString();
+        code = text(semicolon > 0 ? upper.left(semicolon) : upper);
         if (semicolon > 0)
-            label = upper.mid(semicolon).toString();
-        addValue(set, line.left(colon).toString(), label);
+            label = text(upper.mid(semicolon));
+        addValue(set, text(line.left(colon)), label);
     }
 
     // Several values and ranges with one label: every piece but the first keeps the blank or colon in front of it.
     void readSeveral(QStringView line, int semicolon)
     {
-        label = line.mid(semicolon + 1).toString();
+        label = text(line.mid(semicolon + 1));
         QStringView rest = line.left(semicolon);
         int cut = textfile::indexOf(rest, ' ');
         while (cut > 0) {
-            addValue(set, rest.left(cut).toString(), label);
+            addValue(set, text(rest.left(cut)), label);
             rest = rest.mid(cut);
             cut = textfile::indexOf(rest, ':');
             if (cut <= 0)
                 cut = textfile::indexOf(rest, ' ');
         }
-        code = rest.toString();
+        code = text(rest);
     }
 
     // A mark is recognised where exactly one more character stands between the word and the comma: the word is what
@@ -228,6 +228,8 @@ private:
         pending->special = true;
         itemCode = pending->code;
     }
+
+    QString text(QStringView view) const { return reader.texts.text(view); }
 
     const TCSPro &reader;
     TCSProItem &item;

@@ -11,6 +11,9 @@
 namespace
 {
 
+// What the code is before a reader sets it; one text for all.
+const QString unsetCode = QStringLiteral("\u0003");
+
 bool isDecimal(const QString &code)
 {
     const auto isDigit = [](QChar character) { return character.isDigit(); };
@@ -26,6 +29,13 @@ bool isInteger(const QString &code)
 }
 
 } // namespace
+
+TValueSetItem::TValueSetItem()
+    : code(unsetCode)
+{
+}
+
+TValueSetItem::~TValueSetItem() = default;
 
 TCSProValueSet::TCSProValueSet()
     : items(new QList<TValueSetItem *>)

@@ -9,13 +9,13 @@
 class TValueSetItem : public QObject
 {
 public:
-    TValueSetItem() = default;
-    ~TValueSetItem() override = default;
+    TValueSetItem();
+    ~TValueSetItem() override;
 
-    QString name;                     ///< the value's label
-    QString code = QString(QChar(3)); ///< the value as text
-    int type = 0;                     ///< 0 plain, 1 missing, 2 not applicable
-    bool special = false;             ///< the value is a missing or not-applicable mark
+    QString name;         ///< the value's label
+    QString code;         ///< the value as text; U+0003 in a new one
+    int type = 0;         ///< 0 plain, 1 missing, 2 not applicable
+    bool special = false; ///< the value is a missing or not-applicable mark
 };
 
 /// The codes that an item may take, each with a label. A range stands in it as its two end points.

@@ -121,7 +121,7 @@ void TDataImport::setDataSourceName(QString name)
 
 void TDataImport::getDictionary(QList<TVpSourceField *> *target)
 {
-    if (!fields)
+    if (!fields || !target)
         return;
     const int count = fields->size();
     target->reserve(target->size() + count);

@@ -1,6 +1,7 @@
 #include "import/DataProvider.h"
 
 #include "import/DataImport.h"
+#include "import/DataProvider_p.h"
 #include "import/LoaderManager_p.h"
 #include "import/SourceField.h"
 #include "record/Record.h"

@@ -45,7 +45,8 @@ public:
     /// tree; the old list object goes unless a copy of this provider shares it, its source fields and the old tree stay
     /// alive. What the importer throws reaches the caller.
     bool genericGetFieldsFrom(TDataImport *importer);
-    /// Whether a data file name is known. Opens nothing; sets `currentRecordNumber` to 0.
+    /// Whether a data file name is known. Opens nothing; resets the number of the current data
+    /// record, which is one for the process.
     bool openDataProvider();
     bool closeDataProvider(); ///< does nothing; false
 

@@ -23,7 +23,7 @@ TextLines::TextLines(const QStringList &list)
 
 TextLines TextLines::split(QStringView text)
 {
-    constexpr qsizetype usualLineSize = 24;
+    constexpr qsizetype usualLineSize = 16;
     TextLines lines;
     lines.views.reserve(size_t(text.size() / usualLineSize));
     qsizetype begin = 0;
@@ -70,11 +70,44 @@ const ByteOrderMark *findByteOrderMark(const QByteArray &bytes)
     return found != std::end(byteOrderMarks) ? found : nullptr;
 }
 
-// Whether a text that was decoded from UTF-8 holds a replacement character that does not stand in its bytes.
-bool hasDecodingErrors(const QString &text, const QByteArray &bytes)
+// The bytes that follow a lead byte of UTF-8, and the bounds of the first of them; none for a byte that leads nothing.
+struct Utf8Lead {
+    uchar first;
+    uchar last;
+    int following;
+    uchar lowest;
+    uchar highest;
+};
+const Utf8Lead utf8Leads[] = {
+    { 0xC2, 0xDF, 1, 0x80, 0xBF }, { 0xE0, 0xE0, 2, 0xA0, 0xBF }, { 0xE1, 0xEC, 2, 0x80, 0xBF },
+    { 0xED, 0xED, 2, 0x80, 0x9F }, { 0xEE, 0xEF, 2, 0x80, 0xBF }, { 0xF0, 0xF0, 3, 0x90, 0xBF },
+    { 0xF1, 0xF3, 3, 0x80, 0xBF }, { 0xF4, 0xF4, 3, 0x80, 0x8F },
+};
+
+// The size of the UTF-8 sequence of two or more bytes at the begin; 0 if there is none.
+int utf8SequenceSize(const uchar *begin, const uchar *end)
 {
-    const QChar replacement(QChar::ReplacementCharacter);
-    return text.contains(replacement) && text.count(replacement) != bytes.count("\xEF\xBF\xBD");
+    const auto *lead = std::find_if(std::begin(utf8Leads), std::end(utf8Leads),
+                                    [begin](const Utf8Lead &row) { return *begin >= row.first && *begin <= row.last; });
+    if (lead == std::end(utf8Leads) || end - begin <= lead->following)
+        return 0;
+    const bool isFirstFine = begin[1] >= lead->lowest && begin[1] <= lead->highest;
+    const bool areRestFine
+        = std::all_of(begin + 2, begin + 1 + lead->following, [](uchar byte) { return byte >= 0x80 && byte <= 0xBF; });
+    return isFirstFine && areRestFine ? 1 + lead->following : 0;
+}
+
+// The first byte that is not ASCII; eight at a time where they are.
+const uchar *skipAscii(const uchar *begin, const uchar *end)
+{
+    constexpr quint64 highBits = Q_UINT64_C(0x8080808080808080);
+    quint64 eight = 0;
+    for (; end - begin >= qptrdiff(sizeof eight); begin += sizeof eight) {
+        std::memcpy(&eight, begin, sizeof eight);
+        if (eight & highBits)
+            break;
+    }
+    return std::find_if(begin, end, [](uchar byte) { return byte >= 0x80; });
 }
 
 QTextCodec *codecOfOldFiles()
@@ -85,28 +118,41 @@ QTextCodec *codecOfOldFiles()
     return QTextCodec::codecForName("windows-1252");
 }
 
-QString decodeWithMarks(const QByteArray &bytes)
+const ByteOrderMark *const utf8Mark = std::begin(byteOrderMarks);
+
+// By size, as a text may hold NUL characters.
+QString fromUtf8(const QByteArray &bytes)
 {
-    if (const ByteOrderMark *mark = findByteOrderMark(bytes)) {
-        const char *begin = bytes.constData() + mark->size;
-        const int size = bytes.size() - mark->size;
-        if (mark == std::begin(byteOrderMarks))
-            return QString::fromUtf8(begin, size);
-        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-        return QTextCodec::codecForName(mark->codec)->toUnicode(begin, size, &state);
-    }
-    // By its size: the text may hold NUL characters.
-    QString text = QString::fromUtf8(bytes.constData(), bytes.size());
-    return hasDecodingErrors(text, bytes) ? codecOfOldFiles()->toUnicode(bytes) : text;
+    return QString::fromUtf8(bytes.constData(), bytes.size());
 }
 
-QByteArray readBytes(QFile &file)
+QByteArray without(const ByteOrderMark *mark, const QByteArray &bytes)
 {
-    if (file.size() > mostBytes)
-        throw std::bad_alloc();
-    if (!file.isSequential())
-        return file.readAll();
-    // A pipe or a device does not tell its size: it may have no end.
+    return QByteArray::fromRawData(bytes.constData() + mark->size, bytes.size() - mark->size);
+}
+
+QString decodeWithReturns(const QByteArray &bytes)
+{
+    const ByteOrderMark *mark = findByteOrderMark(bytes);
+    if (!mark)
+        return isUtf8(bytes) ? fromUtf8(bytes) : codecOfOldFiles()->toUnicode(bytes);
+    if (mark == utf8Mark)
+        return fromUtf8(without(mark, bytes));
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    return QTextCodec::codecForName(mark->codec)
+        ->toUnicode(bytes.constData() + mark->size, bytes.size() - mark->size, &state);
+}
+
+void removeReturns(QString &text)
+{
+    const QLatin1Char carriageReturn('\r');
+    if (text.contains(carriageReturn))
+        text.truncate(int(std::remove(text.begin(), text.end(), carriageReturn) - text.begin()));
+}
+
+// A pipe or a device does not tell its size: it may have no end.
+QByteArray readToEnd(QFile &file)
+{
     QByteArray bytes;
     for (QByteArray block = file.read(blockSize); !block.isEmpty(); block = file.read(blockSize)) {
         bytes += block;
@@ -118,19 +164,68 @@ QByteArray readBytes(QFile &file)
 
 } // namespace
 
+bool isUtf8(const QByteArray &bytes)
+{
+    const auto *begin = reinterpret_cast<const uchar *>(bytes.constData());
+    const uchar *end = begin + bytes.size();
+    while ((begin = skipAscii(begin, end)) != end) {
+        const int size = utf8SequenceSize(begin, end);
+        if (size == 0)
+            return false;
+        begin += size;
+    }
+    return true;
+}
+
 QString decode(const QByteArray &bytes)
 {
-    QString text = decodeWithMarks(bytes);
-    const QLatin1Char carriageReturn('\r');
-    if (text.contains(carriageReturn))
-        text.truncate(int(std::remove(text.begin(), text.end(), carriageReturn) - text.begin()));
+    QString text = decodeWithReturns(bytes);
+    removeReturns(text);
     return text;
 }
 
-QString read(const QString &fileName)
+} // namespace textfile
+
+TextFileReader::TextFileReader(const QString &fileName)
+    : file(fileName)
 {
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? decode(readBytes(file)) : QString();
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const qint64 size = file.size();
+    if (size > textfile::mostBytes)
+        throw std::bad_alloc();
+    // Bytes that are mapped need no memory of their own.
+    const uchar *mapped = size > 0 ? file.map(0, size) : nullptr;
+    bytes = mapped ? QByteArray::fromRawData(reinterpret_cast<const char *>(mapped), int(size))
+                   : textfile::readToEnd(file);
+    const auto *mark = textfile::findByteOrderMark(bytes);
+    isInBlocks = mark ? mark == textfile::utf8Mark : textfile::isUtf8(bytes);
+    if (isInBlocks && mark)
+        position = mark->size;
 }
 
-} // namespace textfile
+// Behind the next line feed that a bracket follows, once the block has its size.
+int TextFileReader::endOfBlock() const
+{
+    const int least = position + usualBlockSize;
+    if (!isInBlocks || least >= bytes.size())
+        return bytes.size();
+    const int feed = bytes.indexOf("\n[", least);
+    return feed < 0 ? bytes.size() : feed + 1;
+}
+
+bool TextFileReader::readBlock(QString &text)
+{
+    if (position >= bytes.size())
+        return false;
+    const int end = endOfBlock();
+    const QByteArray block = QByteArray::fromRawData(bytes.constData() + position, end - position);
+    position = end;
+    if (isInBlocks) {
+        text = textfile::fromUtf8(block);
+        textfile::removeReturns(text);
+    } else {
+        text = textfile::decode(block);
+    }
+    return true;
+}

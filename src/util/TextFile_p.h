@@ -1,6 +1,8 @@
 #ifndef UTIL_TEXTFILE_P_H
 #define UTIL_TEXTFILE_P_H
 
+#include <QByteArray>
+#include <QFile>
 #include <QString>
 #include <QStringList>
 
@@ -41,17 +43,42 @@ inline int indexOf(QStringView line, char character, qsizetype from = 0)
     return found == line.end() ? -1 : int(found - line.begin());
 }
 
-/// The whole text of a file without its carriage returns; "" if it cannot be opened. Raises `std::bad_alloc` for a text
-/// that no `QString` can hold (a gigabyte).
+/// Whether all of \a bytes are well-formed UTF-8.
+bool isUtf8(const QByteArray &bytes);
+
+/// The text that \a bytes stand for, without its carriage returns.
 ///
 /// A byte-order mark (UTF-8, UTF-16, UTF-32) decides on the encoding and is no part of the text. Without one the text
 /// is UTF-8 where all of it is valid UTF-8; otherwise in the locale's encoding, or in Windows-1252 where the locale's
 /// is UTF-8 or ASCII.
-QString read(const QString &fileName);
-
-/// The text that \a bytes stand for, by the same rules.
 QString decode(const QByteArray &bytes);
 
 } // namespace textfile
+
+/// Reads the text of a file in blocks of whole lines, decoded as `textfile::decode` does. Only a block is in memory at
+/// a time.
+///
+/// Every block but the first begins with a line that begins with "[", so that a section is never parted. A file that
+/// cannot be opened has no block.
+class TextFileReader
+{
+public:
+    /// Bytes after which a block ends as soon as it can.
+    static constexpr int usualBlockSize = 1 << 18;
+
+    /// Raises `std::bad_alloc` for a file that no `QString` can hold (a gigabyte).
+    explicit TextFileReader(const QString &fileName);
+
+    /// Sets \a text to the next block; false at the end of the file.
+    bool readBlock(QString &text);
+
+private:
+    int endOfBlock() const;
+
+    QFile file;
+    QByteArray bytes;        ///< of the whole file, mapped where that is possible
+    int position = 0;        ///< of the next block
+    bool isInBlocks = false; ///< UTF-8 can be read in blocks, any other encoding in one piece
+};
 
 #endif

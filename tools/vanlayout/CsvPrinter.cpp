@@ -58,6 +58,10 @@ private:
 
     void addText(const QString &text)
     {
+        if (text.isEmpty()) {
+            line += ',';
+            return;
+        }
         QByteArray cell = text.toUtf8();
         const auto isSpecial = [](char c) { return c == ',' || c == '"' || c == '\n' || c == '\r'; };
         const bool needsQuotes = std::any_of(cell.cbegin(), cell.cend(), isSpecial);

@@ -6,6 +6,10 @@
 #include <QLoggingCategory>
 #include <QTextCodec>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <clocale>
 #include <cstdlib>
 #include <memory>
@@ -37,6 +41,15 @@ void useLocale()
     if (!codec || codec->mibEnum() == mibAscii || std::setlocale(LC_CTYPE, nullptr) == std::string("C"))
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     std::setlocale(LC_NUMERIC, "C");
+}
+
+// A layout stays in memory as it grows. It grows quicker in larger pieces, and where the text that it was read from stood.
+void tuneMemory()
+{
+#ifdef __GLIBC__
+    mallopt(M_TOP_PAD, 1 << 20);
+    mallopt(M_MMAP_THRESHOLD, 1 << 25);
+#endif
 }
 
 bool hasDisplay()
@@ -79,6 +92,7 @@ int main(int argc, char **argv)
 {
     qInstallMessageHandler(handleMessage);
     useLocale();
+    tuneMemory();
 
     CLI::App app("Shows the layout of census and survey data: variables, positions, types and value labels.",
                  "vanlayout");
