@@ -18,5 +18,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/model_VanAdminConfigVersi
 install(FILES ${PROJECT_BINARY_DIR}/model_VanAdminConfig.cmake ${PROJECT_BINARY_DIR}/model_VanAdminConfigVersion.cmake
     DESTINATION ${package_dir})
 
+# Relative to the file, so that an installation can be moved.
+file(RELATIVE_PATH VAN_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/model_VanAdmin.pc.in ${PROJECT_BINARY_DIR}/model_VanAdmin.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/model_VanAdmin.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -97,9 +97,15 @@ int TCSProDataImport::getRecordTypeSize()
     return recordTypeLen;
 }
 
-void TCSProDataImport::openRead(QString fileName)
+// The former dictionary stays alive: fields point at its items.
+void TCSProDataImport::renewDictionary()
 {
     dictionary = new TCSPro;
+}
+
+void TCSProDataImport::openRead(QString fileName)
+{
+    renewDictionary();
     dictionary->readFile(std::move(fileName));
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;
@@ -117,7 +123,7 @@ void TCSProDataImport::copyDataFromDictionary()
     for (int i = 0; i < count; ++i) {
         TCSProItem *item = dictionary->getItem(i);
         auto field = std::make_unique<TCSProVariable>(this, item);
-        if (isMultiple())
+        if (isMultiple() && item->record)
             field->group = item->record->name;
         describer.describe(*item, *field);
         addField(field.release());
@@ -138,9 +144,9 @@ void TCSProDataImport::getVarMissingValue(TGenericField *field) const
         field->missingValue = variable->item->missingValue;
 }
 
-QString TCSProDataImport::StringOfChar(QChar c, int count) const
+QString TCSProDataImport::StringOfChar(char c, int count) const
 {
-    return cspro::stringOfChar(c, count);
+    return cspro::stringOfChar(QLatin1Char(c), count);
 }
 
 TCSProVariable::TCSProVariable(TDataImport *importer, TCSProItem *sourceItem)

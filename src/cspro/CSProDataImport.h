@@ -58,7 +58,8 @@ protected:
         TGenericField *field) const; ///< copies the code of the field's item; nothing for a foreign field
 
 private:
-    QString StringOfChar(QChar c, int count) const;
+    void renewDictionary();
+    QString StringOfChar(char c, int count) const; ///< "" for no copy or fewer
 
     QStringList *groupList = nullptr; ///< one entry "name=type" for each record; never released
     bool layoutPending = false;       ///< true until the first read; nothing reads it
@@ -90,6 +91,8 @@ public:
     TCSProItem *item; ///< not owned; null counts as an item without codes
 
 private:
+    friend struct TestAccess;
+
     bool optionalAtStart; ///< carried
 };
 

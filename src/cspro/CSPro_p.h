@@ -42,7 +42,7 @@ public:
     /// No dictionary holds more items: one that would need them ends as if memory had given out, with code 242.
     static constexpr int mostItems = 1000000;
     /// Nor more characters in the names of its occurrences.
-    static constexpr qint64 mostNameCharacters = 100000000;
+    static constexpr qint64 mostNameCharacters = 250000000;
 
     TCSPro();
     ~TCSPro() override;

@@ -12,9 +12,6 @@ namespace
 
 enum DecimalAnswerKind { askAlways = 0, yesToAll = 1, noToAll = 2, askAgain = 3 };
 
-constexpr int modeNoDecimal = 0;
-constexpr int modeAllIntegers = 1;
-
 // A set that nobody took over goes, with its values.
 struct DropValueSet {
     void operator()(TCSProValueSet *set) const
@@ -273,13 +270,13 @@ void TCSPro::splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending)
 bool TCSPro::acceptCodes(TCSProValueSet *set)
 {
     // A code that did not convert loses the whole set, without a word.
-    return acceptDecimalCodes(set) && set->checkCodes(modeAllIntegers);
+    return acceptDecimalCodes(set) && set->checkCodes(TCSProValueSet::modeAllIntegers);
 }
 
 // Asks about decimal codes, unless an answer holds for all sets of the dictionary; false if the set is to be dropped.
 bool TCSPro::acceptDecimalCodes(TCSProValueSet *set)
 {
-    if (set->checkCodes(modeNoDecimal))
+    if (set->checkCodes(TCSProValueSet::modeNoDecimal))
         return true;
     if (decimalAnswer == askAlways || decimalAnswer == askAgain) {
         lastButton

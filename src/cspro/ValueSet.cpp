@@ -17,7 +17,7 @@ const QString unsetCode = QStringLiteral("\u0003");
 bool isDecimal(const QString &code)
 {
     const auto isDigit = [](QChar character) { return character.isDigit(); };
-    const auto point = std::find_if_not(code.cbegin(), code.cend(), isDigit);
+    const auto *point = std::find_if_not(code.cbegin(), code.cend(), isDigit);
     return point != code.cend() && *point == QLatin1Char('.') && std::all_of(point + 1, code.cend(), isDigit);
 }
 
@@ -66,9 +66,15 @@ bool TCSProValueSet::checkCodes(int mode) const
 {
     if (!isNumeric)
         return true;
-    constexpr int modeNoDecimal = 0;
     const auto passes = [mode](const TValueSetItem *item) {
-        return mode == modeNoDecimal ? !isDecimal(item->code) : isInteger(item->code);
+        switch (mode) {
+        case modeNoDecimal:
+            return !isDecimal(item->code);
+        case modeAllIntegers:
+            return isInteger(item->code);
+        default:
+            return true;
+        }
     };
     return std::all_of(items->cbegin(), items->cend(), passes);
 }

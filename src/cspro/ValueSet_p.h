@@ -36,6 +36,9 @@ public:
     /// The value at an index from 0; null outside of the list. Throws a `VpErrorManager *` with code 211 where there is
     /// none.
     TValueSetItem *getItem(int index) const;
+    // modes of checkCodes()
+    static constexpr int modeNoDecimal = 0;
+    static constexpr int modeAllIntegers = 1;
     /// Mode 0: no code is decimal. Mode 1: all codes are integers. Always true on a set that is not numeric.
     bool checkCodes(int mode) const;
     /// Makes every code of a numeric set that is no integer "0": 2.5 becomes 0. This is no rounding.

@@ -56,7 +56,7 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
         importer->getDictionary(fields);
     recordTypeStart = importer->getRecordTypeStart();
     recordTypeSize = importer->getRecordTypeSize();
-    record = new TVpRecord;
+    renewRecord();
     setLayoutFileName(importer->getSourceName());
     setDataFileName(importer->getDataSourceName());
     return true;
@@ -69,6 +69,12 @@ void TVpDataProvider::renewFields()
         delete fields;
     fields = new QList<TVpSourceField *>;
     fieldsUse = std::make_shared<int>();
+}
+
+// The old tree stays alive.
+void TVpDataProvider::renewRecord()
+{
+    record = new TVpRecord;
 }
 
 bool TVpDataProvider::openDataProvider()

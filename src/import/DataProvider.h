@@ -104,6 +104,7 @@ private:
     void setRecordTypeSize(int value);
 
     void renewFields();
+    void renewRecord();
 
     // Members without a comment are carried and copied for callers; nothing here reads them.
     // clang-format off

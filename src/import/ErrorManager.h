@@ -13,10 +13,10 @@
 class MODEL_VANADMIN_EXPORT VpErrorManager : public QException
 {
 public:
-    /// Keeps the three values, then composes the message and writes it to the debug log.
-    VpErrorManager(QString className, int code, QString text);
+    /// Keeps the three values and line 0, then composes the message and writes it to the debug log.
+    VpErrorManager(QString classTag, int errorCode, QString extraText);
     /// Keeps the two values and logs nothing.
-    VpErrorManager(QString className, int code);
+    VpErrorManager(QString classTag, int errorCode);
     ~VpErrorManager() override;
 
     /// "Unknown exception", on every platform; never the composed message.

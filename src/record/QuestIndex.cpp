@@ -21,7 +21,7 @@ QString TQuestIndex::findRecord(QString type, int occurrence) const
         return QString();
     int match = 0;
     for (const QString &line : qAsConst(*lines)) {
-        const QString code = typeOf(line);
+        QString code = typeOf(line);
         if (code == type && match++ == occurrence)
             return code;
     }

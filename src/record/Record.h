@@ -32,9 +32,9 @@ public:
     TVpRecord(TVpRecord &&other);
     virtual ~TVpRecord();
 
-    /// The first record named \a name, case-sensitively, in this node, below it, and in and below its later brothers;
+    /// The first record named \a wanted, case-sensitively, in this node, below it, and in and below its later brothers;
     /// null if there is none. "Common" also finds a record named "COMMON"; "COMMON" does not find "Common".
-    TVpRecord *retrieveRecord(QString name);
+    TVpRecord *retrieveRecord(QString wanted);
     /// The node after this one in a walk from the root: children first, then brothers; null at the end.
     TVpRecord *preOrderNext() const;
     /// "name (caption)", or the name alone where there is no caption.
@@ -52,9 +52,9 @@ private:
     void addChild(TVpRecord *record);
     /// Puts \a newRecord in front of the child \a before; at the end for null. Nothing is done for another node.
     void insertChild(TVpRecord *before, TVpRecord *newRecord);
-    /// Unlinks the direct child \a name: it is not freed and keeps its parent. Nothing is done for another node. The
-    /// flag has no effect.
-    void deleteChild(QString name, bool flag);
+    /// Unlinks the direct child \a childName: it is not freed and keeps its parent. Nothing is done for another node.
+    /// The flag has no effect.
+    void deleteChild(QString childName, bool flag);
     /// The next brother of this node or of the nearest ancestor that has one; null at the top.
     TVpRecord *preOrderNextBrother() const;
     void addRecordReferenceToList(TVpRecordReference *reference);

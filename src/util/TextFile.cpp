@@ -74,7 +74,7 @@ const ByteOrderMark *findByteOrderMark(const QByteArray &bytes)
 struct Utf8Lead {
     uchar first;
     uchar last;
-    int following;
+    uchar following;
     uchar lowest;
     uchar highest;
 };

@@ -39,7 +39,7 @@ namespace textfile
 /// characters of a line.
 inline int indexOf(QStringView line, char character, qsizetype from = 0)
 {
-    const auto found = std::find(line.begin() + std::min(from, line.size()), line.end(), QLatin1Char(character));
+    const auto *found = std::find(line.begin() + std::min(from, line.size()), line.end(), QLatin1Char(character));
     return found == line.end() ? -1 : int(found - line.begin());
 }
 

@@ -1,12 +1,13 @@
 #include "Show.h"
 
+#include "Printable.h"
 #include "Printer.h"
 #include "cspro/DecimalQuestion.h"
 
 #include <QFile>
 
 #include <algorithm>
-#include <cstdlib>
+#include <iostream>
 
 #ifdef Q_OS_UNIX
 #include <sys/ioctl.h>
@@ -50,12 +51,19 @@ void answerDecimalQuestions(const std::string &decimals)
 
 } // namespace
 
-void complain(const std::string &subject, const std::string &problem)
+void complain(const QString &subject, const QString &problem)
 {
-    std::string line = "vanlayout: " + (subject.empty() ? problem : subject + ": " + problem);
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-    std::fprintf(stderr, "%s\n", line.c_str());
+    const QString line = subject.isEmpty() ? problem : subject + QLatin1String(": ") + problem;
+    std::fprintf(stderr, "vanlayout: %s\n", printable(line).toLocal8Bit().constData());
+}
+
+int statusAfterOutput(int status)
+{
+    std::cout.flush();
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout) && std::cout)
+        return status;
+    complain(QStringLiteral("standard output"), QStringLiteral("cannot be written"));
+    return statusNoAnswer;
 }
 
 int show(const ShowOptions &options)
@@ -71,13 +79,9 @@ int show(const ShowOptions &options)
             printer->printLayout(layout);
         } else {
             printer->printProblem(layout);
-            complain(file, layout.problem.toLocal8Bit().toStdString());
+            complain(layout.file, layout.problem);
             status = statusNoAnswer;
         }
     }
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        complain("standard output", "cannot be written");
-        status = statusNoAnswer;
-    }
-    return status;
+    return statusAfterOutput(status);
 }

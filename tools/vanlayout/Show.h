@@ -1,6 +1,8 @@
 #ifndef VANLAYOUT_SHOW_H
 #define VANLAYOUT_SHOW_H
 
+#include <QString>
+
 #include <string>
 #include <vector>
 
@@ -19,6 +21,9 @@ enum ExitStatus { statusFine = 0, statusFinding = 1, statusNoAnswer = 2 };
 int show(const ShowOptions &options);
 
 /// Writes the one line that says what is wrong with a file, or with the call where \a subject is empty.
-void complain(const std::string &subject, const std::string &problem);
+void complain(const QString &subject, const QString &problem);
+
+/// \a status, or no answer with a complaint where standard output could not be written.
+int statusAfterOutput(int status);
 
 #endif

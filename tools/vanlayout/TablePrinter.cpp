@@ -1,3 +1,4 @@
+#include "Printable.h"
 #include "Printer.h"
 
 #include "import/SourceField.h"
@@ -11,24 +12,8 @@
 namespace
 {
 
-constexpr int gap = 2;              // blanks between columns
-constexpr int leastLabelWidth = 10; // what a narrow terminal leaves to the label
-
-// Characters that a terminal would act on are shown as a sign for them.
-QString printable(const QString &text)
-{
-    QString shown = text;
-    for (QChar &unit : shown) {
-        const ushort code = unit.unicode();
-        if (code < 0x20)
-            unit = QChar(0x2400 + code);
-        else if (code == 0x7F)
-            unit = QChar(0x2421);
-        else if (code > 0x7F && code < 0xA0)
-            unit = QChar(QChar::ReplacementCharacter);
-    }
-    return shown;
-}
+constexpr int gap = 2;             // blanks between columns
+constexpr int leastLabelWidth = 1; // what a narrow terminal leaves to the label
 
 // Columns that a character takes: none for a mark on the character before it, two for a wide one.
 int columnsOf(uint character)
@@ -39,7 +24,7 @@ int columnsOf(uint character)
         return 0;
     const bool isWide = isIn(0x1100, 0x115F) || isIn(0x2E80, 0xA4CF) || isIn(0xAC00, 0xD7A3) || isIn(0xF900, 0xFAFF)
         || isIn(0xFE30, 0xFE6F) || isIn(0xFF00, 0xFF60) || isIn(0xFFE0, 0xFFE6) || isIn(0x1F300, 0x1F64F)
-        || isIn(0x20000, 0x3FFFD);
+        || isIn(0x1F680, 0x1F6FF) || isIn(0x1F900, 0x1F9FF) || isIn(0x1FA70, 0x1FAFF) || isIn(0x20000, 0x3FFFD);
     return isWide ? 2 : 1;
 }
 

@@ -21,17 +21,16 @@ constexpr int mibAscii = 3;
 
 bool isVerbose = false;
 
-// Debug lines reach standard error with --verbose alone; what would end the process becomes one line and a status.
+// Lines of the library and of Qt reach standard error with --verbose alone; what would end the process becomes one line
+// and a status.
 void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {
-    if (type == QtDebugMsg && !isVerbose)
-        return;
-    const std::string text = message.toLocal8Bit().toStdString();
     if (type == QtFatalMsg) {
-        complain("", text);
+        complain(QString(), message.section(QLatin1Char('\n'), 0, 0));
         std::_Exit(statusNoAnswer);
     }
-    std::fprintf(stderr, "%s\n", text.c_str());
+    if (isVerbose)
+        std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
 }
 
 void useLocale()
@@ -43,7 +42,8 @@ void useLocale()
     std::setlocale(LC_NUMERIC, "C");
 }
 
-// A layout stays in memory as it grows. It grows quicker in larger pieces, and where the text that it was read from stood.
+// A layout stays in memory as it grows. It grows quicker in larger pieces, and where the text that it was read from
+// stood.
 void tuneMemory()
 {
 #ifdef __GLIBC__
@@ -72,12 +72,21 @@ void describeShow(CLI::App &command, ShowOptions &options)
     command.add_option("FILE", options.files, "files to show")->required();
 }
 
+// A word that is no command is named; the parser would only say that a command is missing.
+QString problemWithCall(const CLI::App &app, const CLI::ParseError &error)
+{
+    const std::vector<std::string> rest = app.remaining();
+    if (app.get_subcommands().empty() && !rest.empty())
+        return QString::fromLocal8Bit(rest.front().c_str()) + QLatin1String(": no such command or option");
+    return QString::fromLocal8Bit(error.what());
+}
+
 int runShow(const ShowOptions &options, int argc, char **argv)
 {
     std::unique_ptr<QApplication> application;
     if (options.decimals == "ask") {
         if (!hasDisplay()) {
-            complain("", "--decimals ask needs a display");
+            complain(QString(), QStringLiteral("--decimals ask needs a display"));
             return statusNoAnswer;
         }
         application = std::make_unique<QApplication>(argc, argv);
@@ -106,9 +115,9 @@ int main(int argc, char **argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &answer) {
-        return app.exit(answer); // --help and --version
+        return statusAfterOutput(app.exit(answer)); // --help and --version
     } catch (const CLI::ParseError &error) {
-        complain("", error.what());
+        complain(QString(), problemWithCall(app, error));
         return statusNoAnswer;
     }
     return runShow(showOptions, argc, argv);

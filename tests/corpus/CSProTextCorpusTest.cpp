@@ -1,0 +1,305 @@
+#include <QtTest>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTextCodec>
+
+#include <vector>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+/// Runs every dictionary of the corpus through the command line, and compares its answer with what a scanner of the
+/// test's own finds in the file.
+class CSProTextCorpusTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void everyFileIsRead_data();
+    void everyFileIsRead();
+    void everyFileWithAKnownErrorIsThere();
+
+private:
+    QTemporaryDir folder;
+};
+
+namespace
+{
+
+const QString corpus = QStringLiteral(VAN_CORPUS "/cspro-text");
+
+constexpr qint64 patience = 60000;          // milliseconds for one file
+constexpr qint64 memoryOfAnyRun = 60 << 20; // the process itself, with its libraries
+constexpr qint64 memoryOfAByte = 40;
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool measuresMemory = false; // a sanitizer keeps far more than the program asks for
+#else
+constexpr bool measuresMemory = true;
+#endif
+
+// Files whose reading ends in error 242, and the value set in which it does: there a range without a label, which has
+// further ranges on its line, stands above another value line.
+const QMap<QString, QString> knownErrors = {
+    { QStringLiteral("cspro-ex-rel-ex.dcf"), QStringLiteral("AGE_VS1") },
+};
+
+struct Run {
+    int status = -1; // of wait4: signal and exit status
+    bool isInTime = false;
+    qint64 peakMemory = 0; // bytes
+    QByteArray out;
+    QByteArray err;
+};
+
+QByteArray contentOf(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Waits for the child, and ends it where it takes too long.
+bool waitFor(pid_t child, int *status, rusage *usage)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (wait4(child, status, WNOHANG, usage) == 0) {
+        if (timer.hasExpired(patience)) {
+            kill(child, SIGKILL);
+            wait4(child, status, 0, usage);
+            return false;
+        }
+        usleep(1000);
+    }
+    return true;
+}
+
+Run showAsJson(const QString &fileName, const QTemporaryDir &folder)
+{
+    const QByteArray out = QFile::encodeName(folder.filePath(QStringLiteral("out")));
+    const QByteArray err = QFile::encodeName(folder.filePath(QStringLiteral("err")));
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    constexpr int writing = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.constData(), writing, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.constData(), writing, 0600);
+
+    std::vector<QByteArray> words = { VAN_TOOL, "show", "--format", "json", QFile::encodeName(fileName) };
+    std::vector<char *> arguments;
+    for (QByteArray &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+
+    Run run;
+    pid_t child = 0;
+    const int problem = posix_spawn(&child, VAN_TOOL, &actions, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (problem != 0)
+        return run;
+    rusage usage = {};
+    run.isInTime = waitFor(child, &run.status, &usage);
+    run.peakMemory = qint64(usage.ru_maxrss) * 1024;
+    run.out = contentOf(QString::fromLocal8Bit(out));
+    run.err = contentOf(QString::fromLocal8Bit(err));
+    return run;
+}
+
+// One section: the index of its last line, and its lines, trimmed, the empty ones left out.
+struct Section {
+    QString word;
+    QStringList lines;
+    int lastLine = 0;
+
+    // The first line that holds the key anywhere tells the value, if there is exactly one "=" in it.
+    QString value(const QString &key, const QString &otherwise = QString()) const
+    {
+        for (const QString &line : lines) {
+            if (line.contains(key))
+                return line.count('=') == 1 ? line.section('=', 1) : otherwise;
+        }
+        return otherwise;
+    }
+
+    int number(const QString &key, int otherwise) const
+    {
+        bool isNumber = false;
+        const int number = value(key).toInt(&isNumber);
+        return isNumber ? number : otherwise;
+    }
+};
+
+// A text with or without a mark, in UTF-8 or, where it is none, in the usual one of old files.
+QString decoded(const QByteArray &bytes)
+{
+    QTextCodec::ConverterState state;
+    QString text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    if (state.invalidChars > 0)
+        text = QTextCodec::codecForName("windows-1252")->toUnicode(bytes);
+    return text.remove('\r');
+}
+
+QVector<Section> sectionsOf(const QByteArray &bytes)
+{
+    QVector<Section> sections;
+    const QStringList lines = decoded(bytes).split('\n');
+    for (int i = 0; i < lines.size(); ++i) {
+        const QString &line = lines.at(i);
+        if (line.startsWith('[') && line.trimmed().size() > 1) {
+            sections.append({ line.mid(1).section(']', 0, 0).toUpper(), {}, i });
+        } else if (!sections.isEmpty()) {
+            if (!line.trimmed().isEmpty())
+                sections.last().lines.append(line.trimmed());
+            // What follows the last line break is a line only if it holds something.
+            if (i + 1 < lines.size() || !line.isEmpty())
+                sections.last().lastLine = i;
+        }
+    }
+    return sections;
+}
+
+// What is known of a dictionary by its sections alone.
+struct Expectation {
+    QStringList groups;
+    QStringList fields; // name, start, length, type, group of each
+};
+
+QString describe(const QString &name, int start, int length, const QString &type, const QString &group)
+{
+    return QStringLiteral("%1 %2 %3 %4 %5").arg(name, QString::number(start), QString::number(length), type, group);
+}
+
+QString typeOf(const Section &item)
+{
+    if (item.value(QStringLiteral("DataType")).toUpper() == QLatin1String("ALPHA"))
+        return QStringLiteral("STRING");
+    const bool isWhole = item.number(QStringLiteral("Decimal"), 0) == 0;
+    return isWhole && item.number(QStringLiteral("Len"), 0) <= 9 ? QStringLiteral("INTEGER") : QStringLiteral("REAL");
+}
+
+Expectation expectationOf(const QVector<Section> &sections)
+{
+    bool hasRecordTypes = true;
+    for (const Section &section : sections) {
+        if (section.word == QLatin1String("DICTIONARY"))
+            hasRecordTypes = section.number(QStringLiteral("RecordTypeLen"), 1) > 0;
+    }
+    Expectation expected;
+    const QString common = QStringLiteral("Common");
+    QString record = common;
+    for (const Section &section : sections) {
+        if (section.word == QLatin1String("RECORD")) {
+            record = section.value(QStringLiteral("Name"));
+            const QString type = section.value(QStringLiteral("RecordTypeValue"));
+            expected.groups.append(record + '=' + type.mid(1, std::max(type.size() - 2, 0)));
+        } else if (section.word == QLatin1String("ITEM")) {
+            const QString name = section.value(QStringLiteral("Name"));
+            const int start = section.number(QStringLiteral("Start"), 1);
+            const int length = section.number(QStringLiteral("Len"), 0);
+            const int occurrences = section.number(QStringLiteral("Occurrences"), 1);
+            for (int i = 1; i <= occurrences; ++i)
+                expected.fields.append(describe(occurrences == 1 ? name : name + '_' + QChar(i),
+                                                start + (i - 1) * length, length, typeOf(section),
+                                                hasRecordTypes ? record : QString()));
+        } else if (section.word != QLatin1String("DICTIONARY") && section.word != QLatin1String("VALUESET")) {
+            record = common;
+        }
+    }
+    return expected;
+}
+
+QStringList groupsOf(const QJsonObject &layout)
+{
+    QStringList groups;
+    for (const QJsonValue group : layout.value("importer").toObject().value("groups").toArray())
+        groups.append(group.toObject().value("name").toString());
+    return groups;
+}
+
+QStringList fieldsOf(const QJsonObject &layout)
+{
+    QStringList fields;
+    for (const QJsonValue value : layout.value("fields").toArray()) {
+        const QJsonObject field = value.toObject();
+        fields.append(describe(field.value("name").toString(), field.value("start").toInt(-1),
+                               field.value("length").toInt(-1), field.value("type").toString(),
+                               field.value("group").toString()));
+    }
+    return fields;
+}
+
+} // namespace
+
+void CSProTextCorpusTest::initTestCase()
+{
+    if (!QFileInfo(corpus).isDir())
+        QSKIP("the corpus of dictionaries is not on this machine");
+    QVERIFY(folder.isValid());
+    QVERIFY(QFileInfo(QStringLiteral(VAN_TOOL)).isExecutable());
+    qputenv("LC_ALL", "C.UTF-8");
+    qunsetenv("QT_LOGGING_RULES");
+}
+
+void CSProTextCorpusTest::everyFileIsRead_data()
+{
+    QTest::addColumn<QString>("fileName");
+    const QFileInfoList files = QDir(corpus).entryInfoList(QDir::Files);
+    QVERIFY(!files.isEmpty());
+    for (const QFileInfo &file : files)
+        QTest::newRow(qPrintable(file.fileName())) << file.filePath();
+}
+
+void CSProTextCorpusTest::everyFileIsRead()
+{
+    QFETCH(QString, fileName);
+
+    const QByteArray bytes = contentOf(fileName);
+    QVERIFY(!bytes.isEmpty());
+    const Run run = showAsJson(fileName, folder);
+    QVERIFY2(run.isInTime, "took too long");
+    QVERIFY2(WIFEXITED(run.status), run.err.constData());
+    if (measuresMemory) {
+        const qint64 limit = memoryOfAnyRun + memoryOfAByte * bytes.size();
+        QVERIFY2(run.peakMemory <= limit, qPrintable(QString::number(run.peakMemory)));
+    }
+
+    const QVector<Section> sections = sectionsOf(bytes);
+    const QJsonObject layout = QJsonDocument::fromJson(run.out).object();
+    const QString knownError = knownErrors.value(QFileInfo(fileName).fileName());
+    if (!knownError.isEmpty()) {
+        const auto broken = std::find_if(sections.cbegin(), sections.cend(), [&knownError](const Section &section) {
+            return section.word == QLatin1String("VALUESET") && section.value(QStringLiteral("Name")) == knownError;
+        });
+        QVERIFY(broken != sections.cend());
+        QCOMPARE(WEXITSTATUS(run.status), 2);
+        QCOMPARE(layout.value("error").toObject().value("code").toInt(), 242);
+        QCOMPARE(layout.value("error").toObject().value("line").toInt(), broken->lastLine);
+        return;
+    }
+    QCOMPARE(run.err, QByteArray());
+    QCOMPARE(WEXITSTATUS(run.status), 0);
+    const Expectation expected = expectationOf(sections);
+    QVERIFY(!expected.fields.isEmpty());
+    QCOMPARE(groupsOf(layout), expected.groups);
+    QCOMPARE(fieldsOf(layout).size(), expected.fields.size());
+    QCOMPARE(fieldsOf(layout), expected.fields);
+}
+
+void CSProTextCorpusTest::everyFileWithAKnownErrorIsThere()
+{
+    for (const QString &name : knownErrors.keys())
+        QVERIFY2(QFileInfo::exists(corpus + '/' + name), qPrintable(name));
+}
+
+QTEST_GUILESS_MAIN(CSProTextCorpusTest)
+#include "CSProTextCorpusTest.moc"

@@ -1,0 +1,149 @@
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+
+struct Answer {
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+// What the tool prints for a file of a folder, asked for by its bare name.
+Answer show(const QString &folder, const QString &name)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    QProcess tool;
+    tool.setProcessEnvironment(environment);
+    tool.setWorkingDirectory(folder);
+    tool.start(QStringLiteral(VAN_TOOL),
+               { QStringLiteral("show"), QStringLiteral("--format"), QStringLiteral("json"), name });
+    if (!tool.waitForFinished() || tool.exitStatus() != QProcess::NormalExit)
+        return {};
+    return { tool.exitCode(), tool.readAllStandardOutput(), tool.readAllStandardError() };
+}
+
+QStringList baseNames(const QString &folder, const QString &suffix)
+{
+    QStringList names;
+    const auto files = QDir(folder).entryInfoList({ QStringLiteral("*.") + suffix }, QDir::Files, QDir::Name);
+    for (const QFileInfo &file : files)
+        names.append(file.completeBaseName());
+    return names;
+}
+
+// The files of one suffix that have no fellow of the other.
+QStringList lonely(const QString &folder, const QString &suffix, const QString &fellow)
+{
+    QStringList names;
+    for (const QString &name : baseNames(folder, suffix)) {
+        if (!QDir(folder).exists(name + QLatin1Char('.') + fellow))
+            names.append(name);
+    }
+    return names;
+}
+
+QStringList dataWithoutAnswer(const QString &folder)
+{
+    return lonely(folder, QStringLiteral("dcf"), QStringLiteral("json"));
+}
+
+QStringList answersWithoutData(const QString &folder)
+{
+    return lonely(folder, QStringLiteral("json"), QStringLiteral("dcf"));
+}
+
+void makeFile(const QString &path)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+}
+
+const QString layouts = QStringLiteral(VAN_TEST_DATA "/cspro");
+const QString examples = QStringLiteral(VAN_EXAMPLES);
+
+} // namespace
+
+// Dictionaries and the layouts that a person has read and found right. New answers come from the target update-golden.
+class GoldenLayoutsTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void everyDictionaryHasItsAnswer()
+    {
+        QVERIFY(!baseNames(layouts, QStringLiteral("dcf")).isEmpty());
+        QCOMPARE(dataWithoutAnswer(layouts), QStringList());
+    }
+
+    void everyAnswerHasItsDictionary() { QCOMPARE(answersWithoutData(layouts), QStringList()); }
+
+    void fileWithoutItsFellowIsFound()
+    {
+        const QTemporaryDir folder;
+        makeFile(folder.filePath(QStringLiteral("both.dcf")));
+        makeFile(folder.filePath(QStringLiteral("both.json")));
+        makeFile(folder.filePath(QStringLiteral("data.dcf")));
+        makeFile(folder.filePath(QStringLiteral("answer.json")));
+        QCOMPARE(dataWithoutAnswer(folder.path()), QStringList{ QStringLiteral("data") });
+        QCOMPARE(answersWithoutData(folder.path()), QStringList{ QStringLiteral("answer") });
+    }
+
+    void layoutIsWhatItsAnswerSays_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const QString &name : baseNames(layouts, QStringLiteral("dcf")))
+            QTest::newRow(qPrintable(name)) << name;
+    }
+    void layoutIsWhatItsAnswerSays()
+    {
+        QFETCH(QString, name);
+        QFile file(layouts + QLatin1Char('/') + name + QStringLiteral(".json"));
+        QVERIFY2(file.open(QIODevice::ReadOnly), "no answer: build the target update-golden, then read what it wrote");
+        const QByteArray expected = file.readAll();
+        const Answer answer = show(layouts, name + QStringLiteral(".dcf"));
+        if (answer.out != expected) {
+            const QByteArrayList got = answer.out.split('\n');
+            const QByteArrayList wanted = expected.split('\n');
+            for (int i = 0; i < qMin(got.size(), wanted.size()); ++i)
+                QCOMPARE(got.at(i), wanted.at(i));
+        }
+        QCOMPARE(answer.out, expected);
+        const bool isError = QJsonDocument::fromJson(expected).object().contains(QStringLiteral("error"));
+        QCOMPARE(answer.status, isError ? 2 : 0);
+        QCOMPARE(answer.err.count('\n'), isError ? 1 : 0);
+    }
+
+    void exampleShowsItsVariables_data()
+    {
+        QTest::addColumn<QString>("name");
+        QVERIFY(!baseNames(examples, QStringLiteral("dcf")).isEmpty());
+        for (const QString &name : baseNames(examples, QStringLiteral("dcf")))
+            QTest::newRow(qPrintable(name)) << name;
+    }
+    void exampleShowsItsVariables()
+    {
+        QFETCH(QString, name);
+        const Answer answer = show(examples, name + QStringLiteral(".dcf"));
+        QCOMPARE(answer.err, QByteArray());
+        QCOMPARE(answer.status, 0);
+        const QJsonArray fields
+            = QJsonDocument::fromJson(answer.out).object().value(QStringLiteral("fields")).toArray();
+        QVERIFY(!fields.isEmpty());
+        for (const QJsonValue &field : fields) {
+            QVERIFY(!field[QStringLiteral("name")].toString().isEmpty());
+            QVERIFY(!field[QStringLiteral("label")].toString().isEmpty());
+            QVERIFY(field[QStringLiteral("length")].toInt() > 0);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(GoldenLayoutsTest)
+#include "GoldenLayoutsTest.moc"

@@ -1,0 +1,30 @@
+# What the scripts of this folder share.
+cmake_minimum_required(VERSION 3.25)
+
+# Runs a command and ends the test where it fails.
+function(must)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(NOT status EQUAL 0)
+        list(JOIN ARGN " " command)
+        message(FATAL_ERROR "${command}\nended with ${status}:\n${output}")
+    endif()
+endfunction()
+
+# Configures and builds the project of this folder.
+function(build_consumer folder)
+    must(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_FUNCTION_LIST_DIR} -B ${folder} -G ${GENERATOR}
+        -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_BUILD_TYPE=${BUILD_TYPE} -DCMAKE_CXX_FLAGS=${FLAGS} ${ARGN})
+    must(${CMAKE_COMMAND} --build ${folder})
+endfunction()
+
+# Runs a program on a dictionary and compares what it prints.
+function(check_consumer program)
+    file(WRITE ${SCRATCH}/survey.dcf "[Dictionary]\nName=D\n
+[Item]\nName=PROVINCE\nStart=2\nLen=2\nDataType=Numeric\n
+[Item]\nName=OWNER\nStart=4\nLen=20\nDataType=Alpha\n")
+    execute_process(COMMAND ${ARGN} ${program} ${SCRATCH}/survey.dcf
+        RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE problem)
+    if(NOT status EQUAL 0 OR NOT output STREQUAL "PROVINCE INTEGER 2 2\nOWNER STRING 4 20\n")
+        message(FATAL_ERROR "${program} ended with ${status} and printed:\n${output}\n${problem}")
+    endif()
+endfunction()

@@ -1,0 +1,12 @@
+# Builds the project as a folder of another one, without its tests.
+include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
+file(REMOVE_RECURSE ${SCRATCH})
+build_consumer(${SCRATCH}/build -DVAN_FOLDER=${PROJECT_DIR} -DBUILD_TESTING=OFF)
+check_consumer(${SCRATCH}/build/consumer)
+if(NOT EXISTS ${SCRATCH}/build/van/tools/vanlayout/vanlayout)
+    message(FATAL_ERROR "the tool was not built")
+endif()
+file(GLOB_RECURSE tests ${SCRATCH}/build/*Test)
+if(tests)
+    message(FATAL_ERROR "tests were built: ${tests}")
+endif()

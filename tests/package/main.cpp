@@ -1,0 +1,18 @@
+#include "cspro/CSProDataImport.h"
+#include "import/DataProvider.h"
+#include "import/SourceField.h"
+
+#include <cstdio>
+#include <memory>
+
+int main(int, char **arguments)
+{
+    const std::unique_ptr<TDataImport> importer = std::make_unique<TCSProDataImport>(QString(arguments[1]));
+    const std::unique_ptr<QStringList> names(importer->selectLayoutSource());
+    TVpDataProvider provider;
+    provider.genericGetFieldsFrom(importer.get());
+    for (const TVpSourceField *field : *provider.getFields())
+        std::printf("%s %s %d %d\n", qPrintable(field->fieldName), qPrintable(field->FieldType), field->start,
+                    field->length);
+    return names->size() == 2 ? 0 : 1;
+}

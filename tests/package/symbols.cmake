@@ -1,0 +1,47 @@
+# Compares what the library exports with the list of what is public.
+cmake_minimum_required(VERSION 3.25)
+
+set(public TDataImport TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProDataImport
+    TCSProVariable VpErrorManager formatMessage setDecimalAnswer Model_VanAdmin)
+set(internal TCSPro TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro numbers
+    textfile)
+
+execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE status OUTPUT_VARIABLE output)
+if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${NM} ended with ${status}")
+endif()
+string(REGEX MATCHALL "[^\n]+" lines "${output}")
+
+foreach(line IN LISTS lines)
+    string(REGEX REPLACE "^[0-9a-f]+ (.) .*$" "\\1" kind "${line}")
+    string(REGEX REPLACE "^[0-9a-f]+ . " "" symbol "${line}")
+    string(REGEX REPLACE "[(].*$" "" name_alone "${symbol}") # a public operation may take a pointer to an internal class
+    foreach(name IN LISTS internal)
+        if(name_alone MATCHES "(^|[^A-Za-z0-9_])${name}([^A-Za-z0-9_]|$)")
+            list(APPEND wrong "${symbol}")
+        endif()
+    endforeach()
+
+    # What belongs to a class, its tables included, goes by the class.
+    string(REGEX REPLACE "^(vtable|VTT|typeinfo|typeinfo name) for |^(non-virtual|virtual) thunk to " "" owner "${symbol}")
+    string(REGEX REPLACE "[^A-Za-z0-9_].*$" "" owner "${owner}")
+    if(owner IN_LIST public)
+        list(APPEND found ${owner})
+    elseif(symbol MATCHES "^_")
+        # of the compiler and its run-time libraries
+    elseif(kind MATCHES "[WVu]" AND name_alone MATCHES "std::|Q[A-Z]")
+        # inline code of the standard library and of Qt, which every user of theirs has
+    else()
+        list(APPEND wrong "${symbol}")
+    endif()
+endforeach()
+
+if(wrong)
+    list(REMOVE_DUPLICATES wrong)
+    list(JOIN wrong "\n" wrong)
+    message(FATAL_ERROR "exported, and not public:\n${wrong}")
+endif()
+list(REMOVE_ITEM public ${found})
+if(public)
+    message(FATAL_ERROR "public, and not exported: ${public}")
+endif()

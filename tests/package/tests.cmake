@@ -1,0 +1,24 @@
+# The library as others take it: installed, by CMake and by pkg-config, or as a folder of their own project; and what it
+# exports.
+find_program(VAN_NM nm)
+find_program(VAN_PKG_CONFIG NAMES pkg-config pkgconf)
+set(package_flags ${CMAKE_CXX_FLAGS})
+if(VAN_SANITIZERS)
+    string(APPEND package_flags " -fsanitize=${VAN_SANITIZERS}")
+endif()
+
+# van_add_package_test(Name script.cmake variable=value...): one script of this folder.
+function(van_add_package_test name script)
+    list(TRANSFORM ARGN PREPEND -D)
+    add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} ${ARGN} -P ${CMAKE_CURRENT_SOURCE_DIR}/package/${script})
+    van_test_properties(${name} package)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900)
+endfunction()
+
+set(package_build GENERATOR=${CMAKE_GENERATOR} COMPILER=${CMAKE_CXX_COMPILER} BUILD_TYPE=$<CONFIG>
+    "FLAGS=${package_flags}")
+van_add_package_test(InstalledPackage run.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
+    SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/package PKG_CONFIG=${VAN_PKG_CONFIG})
+van_add_package_test(EmbeddedProject embedded.cmake ${package_build} PROJECT_DIR=${PROJECT_SOURCE_DIR}
+    SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/embedded)
+van_add_package_test(ExportedSymbols symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>)

@@ -1,0 +1,1458 @@
+#include <QtTest>
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTextCodec>
+
+#include <clocale>
+#include <cstdlib>
+#include <cwchar>
+#include <functional>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr int patience = 120000; // milliseconds, far more than any run takes
+constexpr uid_t nobody = 65534;
+
+constexpr int fine = 0;
+constexpr int noAnswer = 2;
+
+// What a run of the tool left behind.
+struct Run {
+    int status = -1;
+    bool ended = false; // in the ordinary way, not by a signal
+    QByteArray out;
+    QByteArray err;
+
+    QList<QByteArray> outLines() const { return linesOf(out); }
+    QList<QByteArray> errLines() const { return linesOf(err); }
+
+private:
+    static QList<QByteArray> linesOf(const QByteArray &text)
+    {
+        QList<QByteArray> lines = text.split('\n');
+        if (lines.last().isEmpty())
+            lines.removeLast();
+        return lines;
+    }
+};
+
+// A process that does something to itself before it becomes the tool.
+class PreparedProcess : public QProcess
+{
+public:
+    std::function<void()> prepare;
+
+protected:
+    void setupChildProcess() override
+    {
+        if (prepare)
+            prepare();
+    }
+};
+
+using Variables = QMap<QString, QString>; // a null value unsets
+
+Variables display(const QString &platform)
+{
+    return { { QStringLiteral("DISPLAY"), QString() },
+             { QStringLiteral("WAYLAND_DISPLAY"), QString() },
+             { QStringLiteral("QT_QPA_PLATFORM"), platform } };
+}
+
+// JSON without the blanks between its tokens.
+QByteArray compact(const QByteArray &json)
+{
+    QByteArray result;
+    bool isInText = false;
+    for (int i = 0; i < json.size(); ++i) {
+        const char c = json.at(i);
+        if (isInText && c == '\\') {
+            result += c;
+            result += json.at(++i);
+            continue;
+        }
+        if (c == '"')
+            isInText = !isInText;
+        if (isInText || !std::isspace(uchar(c)))
+            result += c;
+    }
+    return result;
+}
+
+bool isUtf8(const QByteArray &bytes)
+{
+    QTextCodec::ConverterState state;
+    QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
+
+// Cells by RFC 4180.
+QVector<QStringList> csvCells(const QByteArray &csv)
+{
+    QVector<QStringList> rows;
+    QStringList row;
+    QByteArray cell;
+    bool isQuoted = false;
+    for (int i = 0; i < csv.size(); ++i) {
+        const char c = csv.at(i);
+        const char next = i + 1 < csv.size() ? csv.at(i + 1) : '\0';
+        if (isQuoted && c == '"' && next == '"') {
+            cell += c;
+            ++i;
+        } else if (c == '"') {
+            isQuoted = !isQuoted;
+        } else if (!isQuoted && (c == ',' || (c == '\r' && next == '\n'))) {
+            row.append(QString::fromUtf8(cell));
+            cell.clear();
+            if (c == '\r') {
+                rows.append(row);
+                row.clear();
+                ++i;
+            }
+        } else {
+            cell += c;
+        }
+    }
+    return rows;
+}
+
+// Columns that a terminal gives to a text, as the C library knows them.
+int terminalColumns(const QString &text)
+{
+    int columns = 0;
+    for (const uint character : text.toUcs4())
+        columns += wcwidth(wchar_t(character));
+    return columns;
+}
+
+QByteArray repeated(const QByteArray &text, int count)
+{
+    return text.repeated(count);
+}
+
+} // namespace
+
+class VanlayoutTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    // JSON
+    void jsonHasEveryKeyInItsOrder();
+    void jsonOfADictionaryWithoutRecordTypesHasNoGroupInItsFields();
+    void severalFilesGiveOneJsonObjectALine();
+    void controlCharactersAreEscapedInJson();
+    void halfOfASurrogatePairInANameIsValidJson();
+    void valueLabelsAreCutAtTabsAndTheFirstBlank_data();
+    void valueLabelsAreCutAtTabsAndTheFirstBlank();
+    void errorOfTheLibraryIsAnObjectWithItsLine_data();
+    void errorOfTheLibraryIsAnObjectWithItsLine();
+    void errorOfTheLibraryIsOneLineAmongSeveralFiles();
+    void errorOfTheLibraryLeavesTheOtherFormsEmpty_data();
+    void errorOfTheLibraryLeavesTheOtherFormsEmpty();
+
+    // CSV
+    void csvHasAHeaderAndALineAField();
+    void csvOfSeveralFilesHasAFirstColumnFile();
+    void csvQuotesWhatNeedsIt();
+
+    // table
+    void tableIsTheDefaultForm();
+    void tableHeadingNamesFileTypeGroupsAndCount();
+    void tableColumnsAreAligned();
+    void severalTablesHaveAHeadingEach();
+    void longLabelsAreCutToTheWidth_data();
+    void longLabelsAreCutToTheWidth();
+    void withoutAWidthLabelsStayWhole_data();
+    void withoutAWidthLabelsStayWhole();
+    void widthIsThatOfTheTerminal();
+    void otherFormsAreNeverCut();
+    void wideAndCombiningCharactersAreAligned_data();
+    void wideAndCombiningCharactersAreAligned();
+    void wideLabelsAreCutToTheWidth();
+    void tableSendsNoControlCharacters();
+    void complaintSendsNoControlCharacters();
+
+    // statuses
+    void noAnswerIsStatus2AndOneLine_data();
+    void noAnswerIsStatus2AndOneLine();
+    void wrongUseIsStatus2AndOneLine_data();
+    void wrongUseIsStatus2AndOneLine();
+    void fileWithoutPermissionIsStatus2AndOneLine();
+    void worstStatusCountsAndTheOtherFilesAreShown_data();
+    void worstStatusCountsAndTheOtherFilesAreShown();
+    void eachFileWithoutAnAnswerHasItsLine();
+    void fullDiskIsStatus2AndOneLine_data();
+    void fullDiskIsStatus2AndOneLine();
+    void fullDiskIsStatus2ForHelpAndVersionToo_data();
+    void fullDiskIsStatus2ForHelpAndVersionToo();
+
+    // types
+    void typeGoesByContent_data();
+    void typeGoesByContent();
+    void typeIgnoresTheFileName();
+    void namedTypeOverrulesTheContent_data();
+    void namedTypeOverrulesTheContent();
+
+    // decimals
+    void decimalsAnswersTheQuestion_data();
+    void decimalsAnswersTheQuestion();
+    void askWithoutADisplayIsStatus2AndOneLine();
+    void askOnABogusPlatformIsStatus2AndNoCrash();
+    void askShowsNoDialogWhereThereIsNoQuestion();
+
+    // standard error and standard output
+    void debugLinesNeedVerbose_data();
+    void debugLinesNeedVerbose();
+    void verboseLeavesStandardOutputClean_data();
+    void verboseLeavesStandardOutputClean();
+    void helpGoesToStandardOutput_data();
+    void helpGoesToStandardOutput();
+    void versionGoesToStandardOutput();
+
+    // locale and file names
+    void textsAreUtf8InEveryLocale_data();
+    void textsAreUtf8InEveryLocale();
+    void anyFileNameIsShown_data();
+    void anyFileNameIsShown();
+
+private:
+    QString pathOf(const QString &name) const { return folder->filePath(name); }
+    void write(const QString &name, const QByteArray &content) const;
+    Run run(const QStringList &arguments, const Variables &variables = {},
+            const std::function<void()> &prepare = nullptr, const QString &outFile = QString()) const;
+    Run show(const QByteArray &content, const QStringList &options = {}, const Variables &variables = {}) const;
+    QJsonArray fieldsOf(const QByteArray &content) const;
+    QList<QByteArray> rowsOf(const QByteArray &content, const Variables &variables = {}) const;
+
+    std::unique_ptr<QTemporaryDir> folder;
+};
+
+namespace
+{
+
+const QByteArray survey = R"([Dictionary]
+Version=CSPro 7.7
+Label=Survey
+Name=SURVEY
+RecordTypeStart=1
+RecordTypeLen=1
+Positions=Relative
+
+[Level]
+Label=Level
+Name=LEVEL
+
+[IdItems]
+
+[Item]
+Label=Province
+Name=PROVINCE
+Start=2
+Len=2
+DataType=Numeric
+
+[ValueSet]
+Label=Provinces
+Name=PROVINCE_VS1
+Value=1;Artesia
+Value=2;Copal
+Value=15;San Durdia
+Value=99;Not known
+Name=MISSING ,Special
+Value=98;Not asked
+Name=NOTAPPL ,Special
+
+[Record]
+Label=House
+Name=HOUSE
+RecordTypeValue='1'
+
+[Item]
+Label=Owner, "head"
+Name=OWNER
+Start=4
+Len=20
+DataType=Alpha
+
+[Item]
+Label=Rent
+Name=RENT
+Start=24
+Len=7
+DataType=Numeric
+Decimal=2
+
+[Record]
+Label=Person
+Name=PERSON
+RecordTypeValue='2'
+
+[Item]
+Label=Age
+Name=AGE
+Start=4
+Len=3
+Occurrences=2
+)";
+
+// How `show --format json survey.dcf` answers, without blanks between tokens.
+const QByteArray surveyJson = compact(R"({
+  "importer": {
+    "type": "CSPRO", "id": "CSPRO_survey.dcf", "multiple": true,
+    "groups": [ { "name": "HOUSE=1", "value": "HOUSE=1" }, { "name": "PERSON=2", "value": "PERSON=2" } ]
+  },
+  "provider": {
+    "id": "CSPRO_survey.dcf", "type": "CSPRO", "layoutFile": "survey.dcf", "dataFile": "",
+    "recordTypeStart": 1, "recordTypeSize": 1
+  },
+  "fields": [
+    {
+      "name": "PROVINCE", "label": "Province", "type": "INTEGER", "length": 2, "start": 2, "decimals": 0,
+      "minimum": "1", "maximum": "15", "notApplicable": "98", "missing": "99",
+      "group": "Common", "providerType": "CSPRO",
+      "valueLabelText": "1 Artesia\t2 Copal\t15 San Durdia\t",
+      "valueLabels": [
+        { "code": "1", "label": "Artesia" }, { "code": "2", "label": "Copal" }, { "code": "15", "label": "San Durdia" }
+      ]
+    },
+    {
+      "name": "OWNER", "label": "Owner, \"head\"", "type": "STRING", "length": 20, "start": 4, "decimals": 0,
+      "minimum": "", "maximum": "", "notApplicable": "", "missing": "",
+      "group": "HOUSE", "providerType": "CSPRO", "valueLabelText": "", "valueLabels": []
+    },
+    {
+      "name": "RENT", "label": "Rent", "type": "REAL", "length": 7, "start": 24, "decimals": 0,
+      "minimum": "0", "maximum": "99999", "notApplicable": "", "missing": "",
+      "group": "HOUSE", "providerType": "CSPRO", "valueLabelText": "", "valueLabels": []
+    },
+    {
+      "name": "AGE_\u0001", "label": "Age", "type": "INTEGER", "length": 3, "start": 4, "decimals": 0,
+      "minimum": "0", "maximum": "999", "notApplicable": "", "missing": "",
+      "group": "PERSON", "providerType": "CSPRO", "valueLabelText": "", "valueLabels": []
+    },
+    {
+      "name": "AGE_\u0002", "label": "Age", "type": "INTEGER", "length": 3, "start": 7, "decimals": 0,
+      "minimum": "0", "maximum": "999", "notApplicable": "", "missing": "",
+      "group": "PERSON", "providerType": "CSPRO", "valueLabelText": "", "valueLabels": []
+    }
+  ]
+})");
+
+const QByteArray csvHeader = "name,label,type,length,start,decimals,minimum,maximum,notApplicable,missing,group,"
+                             "providerType,valueLabelText\r\n";
+
+// A dictionary of one item, and one with a further line in its item.
+QByteArray oneItem(const QByteArray &name, const QByteArray &label = "A label")
+{
+    return "[Dictionary]\nName=D\n\n[Item]\nLabel=" + label + "\nName=" + name + "\nStart=2\nLen=3\n";
+}
+
+// A dictionary of one item with a value set of the given lines.
+QByteArray oneValueSet(const QByteArray &dataType, const QByteArray &valueLines)
+{
+    return oneItem("SIZE") + "DataType=" + dataType + "\n\n[ValueSet]\nName=SIZE_VS\n" + valueLines;
+}
+
+// Cannot be read: further ranges on the line of a range, and another value line below.
+const QByteArray unreadableRange = R"([Dictionary]
+Name=D
+
+[Item]
+Name=AGE
+Start=1
+Len=2
+
+[ValueSet]
+Name=AGE_VS
+Value=1:5 7:9
+Value=99;Other
+
+[Item]
+Name=NEXT
+)";
+// The empty line in front of the second item, counted from 0.
+constexpr int unreadableRangeLine = 12;
+
+} // namespace
+
+void VanlayoutTest::write(const QString &name, const QByteArray &content) const
+{
+    QFile file(pathOf(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), qint64(content.size()));
+}
+
+// Runs the tool in the folder of the test.
+Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables, const std::function<void()> &prepare,
+                       const QString &outFile) const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    environment.remove(QStringLiteral("COLUMNS"));
+    environment.remove(QStringLiteral("QT_LOGGING_RULES"));
+    environment.remove(QStringLiteral("QT_MESSAGE_PATTERN"));
+    for (auto variable = variables.cbegin(); variable != variables.cend(); ++variable) {
+        if (variable->isNull())
+            environment.remove(variable.key());
+        else
+            environment.insert(variable.key(), *variable);
+    }
+
+    PreparedProcess process;
+    process.prepare = prepare;
+    process.setWorkingDirectory(folder->path());
+    process.setProcessEnvironment(environment);
+    if (!outFile.isEmpty())
+        process.setStandardOutputFile(outFile);
+    process.start(QStringLiteral(VAN_TOOL), arguments);
+    Run result;
+    if (!process.waitForFinished(patience)) {
+        process.kill();
+        process.waitForFinished();
+        return result;
+    }
+    result.ended = process.exitStatus() == QProcess::NormalExit;
+    result.status = process.exitCode();
+    result.out = process.readAllStandardOutput();
+    result.err = process.readAllStandardError();
+    return result;
+}
+
+// Shows a file with that content.
+Run VanlayoutTest::show(const QByteArray &content, const QStringList &options, const Variables &variables) const
+{
+    write(QStringLiteral("survey.dcf"), content);
+    return run(QStringList{ QStringLiteral("show") } + options + QStringList{ QStringLiteral("survey.dcf") },
+               variables);
+}
+
+QJsonArray VanlayoutTest::fieldsOf(const QByteArray &content) const
+{
+    const Run shown = show(content, { QStringLiteral("--format"), QStringLiteral("json") });
+    return QJsonDocument::fromJson(shown.out).object().value(QStringLiteral("fields")).toArray();
+}
+
+// The lines of the table of that content, from the line with the names of the columns on.
+QList<QByteArray> VanlayoutTest::rowsOf(const QByteArray &content, const Variables &variables) const
+{
+    QList<QByteArray> lines = show(content, {}, variables).outLines();
+    while (!lines.isEmpty() && !lines.first().startsWith("Name "))
+        lines.removeFirst();
+    return lines;
+}
+
+static void verifyComplaint(const Run &result, const QByteArray &subject)
+{
+    QVERIFY(result.ended);
+    QCOMPARE(result.status, noAnswer);
+    QCOMPARE(result.errLines().size(), 1);
+    QVERIFY2(result.err.startsWith("vanlayout: " + subject), result.err.constData());
+    QVERIFY2(result.err.trimmed().size() > QByteArray("vanlayout: " + subject).size() + 2, result.err.constData());
+    QVERIFY(result.err.endsWith('\n'));
+}
+
+void VanlayoutTest::initTestCase()
+{
+    // Arguments and file names of this test are UTF-8 whatever the locale it runs in; wcwidth asks the C library.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    QVERIFY(std::setlocale(LC_CTYPE, "C.UTF-8"));
+}
+
+void VanlayoutTest::init()
+{
+    folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(folder->isValid());
+}
+
+void VanlayoutTest::cleanup()
+{
+    folder.reset();
+}
+
+void VanlayoutTest::jsonHasEveryKeyInItsOrder()
+{
+    const Run shown = show(survey, { "--format", "json" });
+    QCOMPARE(shown.status, fine);
+    QCOMPARE(shown.err, QByteArray());
+    QCOMPARE(QString::fromUtf8(compact(shown.out)), QString::fromUtf8(surveyJson));
+    QVERIFY(shown.out.endsWith('\n'));
+}
+
+void VanlayoutTest::jsonOfADictionaryWithoutRecordTypesHasNoGroupInItsFields()
+{
+    QByteArray content = survey;
+    content.replace("RecordTypeLen=1", "RecordTypeLen=0");
+    const Run shown = show(content, { "--format", "json" });
+    QCOMPARE(shown.status, fine);
+    const QJsonObject layout = QJsonDocument::fromJson(shown.out).object();
+    QCOMPARE(layout.value("importer").toObject().value("multiple").toBool(true), false);
+    QCOMPARE(layout.value("importer").toObject().value("groups").toArray().size(), 2);
+    QCOMPARE(layout.value("provider").toObject().value("recordTypeSize").toInt(-1), 0);
+    QCOMPARE(layout.value("fields").toArray().size(), 5);
+    for (const QJsonValue field : layout.value("fields").toArray())
+        QCOMPARE(field.toObject().value("group").toString("absent"), QString());
+}
+
+void VanlayoutTest::severalFilesGiveOneJsonObjectALine()
+{
+    write("survey.dcf", survey);
+    write("other.dcf", oneItem("OTHER"));
+    const Run shown = run({ "show", "--format", "json", "survey.dcf", "other.dcf", "survey.dcf" });
+    QCOMPARE(shown.status, fine);
+    QVERIFY(shown.out.endsWith('\n'));
+    const QList<QByteArray> lines = shown.outLines();
+    QCOMPARE(lines.size(), 3);
+    QCOMPARE(compact(lines.at(0)), surveyJson);
+    QCOMPARE(compact(lines.at(2)), surveyJson);
+    QJsonParseError problem;
+    const QJsonObject other = QJsonDocument::fromJson(lines.at(1), &problem).object();
+    QCOMPARE(problem.error, QJsonParseError::NoError);
+    QCOMPARE(other.value("provider").toObject().value("layoutFile").toString(), QStringLiteral("other.dcf"));
+}
+
+void VanlayoutTest::controlCharactersAreEscapedInJson()
+{
+    QByteArray label("a");
+    for (char c = 0; c < 0x20; ++c) {
+        if (c != '\n' && c != '\r') // line ends of the dictionary
+            label += c;
+    }
+    label += "\"\\/\x7F\xC2\x85z";
+    const Run shown = show(oneItem("CONTROL", label), { "--format", "json" });
+    QCOMPARE(shown.status, fine);
+    for (const char c : shown.out)
+        QVERIFY(uchar(c) >= 0x20 || c == '\n');
+    QVERIFY(isUtf8(shown.out));
+    QJsonParseError problem;
+    const QJsonArray fields = QJsonDocument::fromJson(shown.out, &problem).object().value("fields").toArray();
+    QCOMPARE(problem.error, QJsonParseError::NoError);
+    QCOMPARE(fields.at(0).toObject().value("label").toString(), QString::fromUtf8(label.constData(), label.size()));
+}
+
+void VanlayoutTest::halfOfASurrogatePairInANameIsValidJson()
+{
+    constexpr int occurrences = 60000;
+    const QByteArray content = oneItem("X") + "Occurrences=60000\n";
+    const Run shown = show(content, { "--format", "json" });
+    QCOMPARE(shown.status, fine);
+    QVERIFY(isUtf8(shown.out));
+    QJsonParseError problem;
+    const QJsonArray fields = QJsonDocument::fromJson(shown.out, &problem).object().value("fields").toArray();
+    QCOMPARE(problem.error, QJsonParseError::NoError);
+    QCOMPARE(fields.size(), occurrences);
+    for (const ushort code : { 1, 0xD7FF, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xE000, occurrences }) {
+        const QString name = fields.at(code - 1).toObject().value("name").toString();
+        QCOMPARE(name.size(), 3);
+        QCOMPARE(name.left(2), QStringLiteral("X_"));
+        QCOMPARE(name.at(2).unicode(), code);
+    }
+    for (const char *format : { "table", "csv" }) {
+        const Run other = show(content, { "--format", format });
+        QCOMPARE(other.status, fine);
+        QVERIFY(isUtf8(other.out));
+        QVERIFY(other.out.count('\n') > occurrences);
+    }
+}
+
+void VanlayoutTest::valueLabelsAreCutAtTabsAndTheFirstBlank_data()
+{
+    QTest::addColumn<QByteArray>("dataType");
+    QTest::addColumn<QByteArray>("values");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("labels"); // code, label, code, label
+
+    // clang-format off
+    QTest::newRow("at the first blank alone")
+        << QByteArray("Numeric") << QByteArray("Value=1;San  Durdia East\n")
+        << "1 San  Durdia East\t" << QStringList{"1", "San  Durdia East"};
+    QTest::newRow("entry of a code alone")
+        << QByteArray("Numeric") << QByteArray("Value=1\nValue=2;Two\n")
+        << "1 \t2 Two\t" << QStringList{"1", "", "2", "Two"};
+    QTest::newRow("tab in a label")
+        << QByteArray("Numeric") << QByteArray("Value=1;One\tor so\nValue=2;Two\n")
+        << "1 One\tor so\t2 Two\t" << QStringList{"1", "One", "or", "so", "2", "Two"};
+    QTest::newRow("tab in a label, no blank behind it")
+        << QByteArray("Numeric") << QByteArray("Value=1;One\tuno\n")
+        << "1 One\tuno\t" << QStringList{"1", "One", "uno", ""};
+    QTest::newRow("blank in a code")
+        << QByteArray("Alpha") << QByteArray("Value='A B';Both\n")
+        << "A B' Both\t" << QStringList{"A", "B' Both"};
+    QTest::newRow("label begins with a blank")
+        << QByteArray("Numeric") << QByteArray("Value=1; One\n")
+        << "1  One\t" << QStringList{"1", " One"};
+    QTest::newRow("no labels")
+        << QByteArray("Numeric") << QByteArray()
+        << "" << QStringList{};
+    // clang-format on
+}
+
+void VanlayoutTest::valueLabelsAreCutAtTabsAndTheFirstBlank()
+{
+    QFETCH(QByteArray, dataType);
+    QFETCH(QByteArray, values);
+    QFETCH(QString, text);
+    QFETCH(QStringList, labels);
+
+    const QJsonArray fields = fieldsOf(oneValueSet(dataType, values));
+    QCOMPARE(fields.size(), 1);
+    const QJsonObject field = fields.at(0).toObject();
+    QCOMPARE(field.value("valueLabelText").toString("absent"), text);
+    QStringList cut;
+    for (const QJsonValue label : field.value("valueLabels").toArray())
+        cut << label.toObject().value("code").toString("absent") << label.toObject().value("label").toString("absent");
+    QCOMPARE(cut, labels);
+}
+
+void VanlayoutTest::errorOfTheLibraryIsAnObjectWithItsLine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("line");
+
+    QByteArray withLabel = unreadableRange;
+    withLabel.replace("1:5 7:9", "1:5 7:9;Label");
+    QByteArray atTheEnd = unreadableRange;
+    atTheEnd.truncate(atTheEnd.indexOf("\n\n[Item]\nName=NEXT") + 1);
+    // clang-format off
+    QTest::newRow("ranges without a label")    << unreadableRange << unreadableRangeLine;
+    QTest::newRow("ranges with a label")       << withLabel << unreadableRangeLine;
+    QTest::newRow("last section of the file")  << atTheEnd << unreadableRangeLine - 1;
+    QTest::newRow("thousands of lines down")   << repeated("\n", 5000) + unreadableRange << 5000 + unreadableRangeLine;
+    // clang-format on
+}
+
+void VanlayoutTest::errorOfTheLibraryIsAnObjectWithItsLine()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(int, line);
+
+    const Run shown = show(content, { "--format", "json" });
+    QCOMPARE(compact(shown.out), "{\"error\":{\"code\":242,\"line\":" + QByteArray::number(line) + "}}");
+    verifyComplaint(shown, "survey.dcf: ");
+}
+
+void VanlayoutTest::errorOfTheLibraryIsOneLineAmongSeveralFiles()
+{
+    write("survey.dcf", survey);
+    write("broken.dcf", unreadableRange);
+    const Run shown = run({ "show", "--format", "json", "survey.dcf", "broken.dcf", "survey.dcf" });
+    const QList<QByteArray> lines = shown.outLines();
+    QCOMPARE(lines.size(), 3);
+    QCOMPARE(compact(lines.at(0)), surveyJson);
+    QCOMPARE(compact(lines.at(1)), QByteArray("{\"error\":{\"code\":242,\"line\":12}}"));
+    QCOMPARE(compact(lines.at(2)), surveyJson);
+    verifyComplaint(shown, "broken.dcf: ");
+}
+
+void VanlayoutTest::errorOfTheLibraryLeavesTheOtherFormsEmpty_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::newRow("table") << "table";
+    QTest::newRow("csv") << "csv";
+}
+
+void VanlayoutTest::errorOfTheLibraryLeavesTheOtherFormsEmpty()
+{
+    QFETCH(QString, format);
+
+    const Run shown = show(unreadableRange, { "--format", format });
+    QCOMPARE(shown.out, QByteArray());
+    verifyComplaint(shown, "survey.dcf: ");
+}
+
+void VanlayoutTest::csvHasAHeaderAndALineAField()
+{
+    const Run shown = show(survey, { "--format", "csv" });
+    QCOMPARE(shown.status, fine);
+    QCOMPARE(shown.err, QByteArray());
+    QCOMPARE(shown.out,
+             csvHeader
+                 + "PROVINCE,Province,INTEGER,2,2,0,1,15,98,99,Common,CSPRO,1 Artesia\t2 Copal\t15 San Durdia\t\r\n"
+                   "OWNER,\"Owner, \"\"head\"\"\",STRING,20,4,0,,,,,HOUSE,CSPRO,\r\n"
+                   "RENT,Rent,REAL,7,24,0,0,99999,,,HOUSE,CSPRO,\r\n"
+                   "AGE_\x01,Age,INTEGER,3,4,0,0,999,,,PERSON,CSPRO,\r\n"
+                   "AGE_\x02,Age,INTEGER,3,7,0,0,999,,,PERSON,CSPRO,\r\n");
+}
+
+void VanlayoutTest::csvOfSeveralFilesHasAFirstColumnFile()
+{
+    write("one.dcf", oneItem("ONE"));
+    write("two, or so.dcf", oneItem("TWO"));
+    const Run shown = run({ "show", "--format", "csv", "one.dcf", "two, or so.dcf" });
+    QCOMPARE(shown.status, fine);
+    QCOMPARE(shown.out,
+             "file," + csvHeader
+                 + "one.dcf,ONE,A label,INTEGER,3,2,0,0,999,,,Common,CSPRO,\r\n"
+                   "\"two, or so.dcf\",TWO,A label,INTEGER,3,2,0,0,999,,,Common,CSPRO,\r\n");
+}
+
+void VanlayoutTest::csvQuotesWhatNeedsIt()
+{
+    const QByteArray label = " comma, \"quotes\"\" and a;semicolon ";
+    const QString fileName = QStringLiteral("a\nb \"c\".dcf");
+    write(fileName, oneItem("ODD", label) + "\n[ValueSet]\nName=VS\nValue=1;x, \"y\"\n");
+    write("plain.dcf", oneItem("PLAIN"));
+    const Run shown = run({ "show", "--format", "csv", fileName, "plain.dcf" });
+    QCOMPARE(shown.status, fine);
+    const QVector<QStringList> rows = csvCells(shown.out);
+    QCOMPARE(rows.size(), 3);
+    for (const QStringList &row : rows)
+        QCOMPARE(row.size(), 14);
+    QCOMPARE(rows.at(1).at(0), fileName);
+    QCOMPARE(rows.at(1).at(1), QStringLiteral("ODD"));
+    QCOMPARE(rows.at(1).at(2), QStringLiteral(" comma, \"quotes\"\" and a;semicolon")); // lines are trimmed
+    QCOMPARE(rows.at(1).at(13), QStringLiteral("1 x, \"y\"\t"));
+    QCOMPARE(rows.at(2).at(0), QStringLiteral("plain.dcf"));
+}
+
+void VanlayoutTest::tableIsTheDefaultForm()
+{
+    const Run named = show(survey, { "--format", "table" });
+    QCOMPARE(named.status, fine);
+    QCOMPARE(named.err, QByteArray());
+    QVERIFY(!named.out.isEmpty());
+    QCOMPARE(show(survey).out, named.out);
+}
+
+void VanlayoutTest::tableHeadingNamesFileTypeGroupsAndCount()
+{
+    const Run shown = show(survey);
+    const QByteArray heading = shown.out.left(shown.out.indexOf("\nName "));
+    QVERIFY(heading.contains("survey.dcf"));
+    QVERIFY(heading.contains("CSPro"));
+    QVERIFY(heading.contains("HOUSE=1"));
+    QVERIFY(heading.contains("PERSON=2"));
+    QVERIFY(QRegularExpression("\\b5 variables\\b").match(QString::fromUtf8(heading)).hasMatch());
+    QVERIFY(QRegularExpression("\\b1 variable\\b").match(QString::fromUtf8(show(oneItem("ONE")).out)).hasMatch());
+}
+
+void VanlayoutTest::tableColumnsAreAligned()
+{
+    const QList<QByteArray> lines = rowsOf(survey);
+    QCOMPARE(lines.size(), 6);
+    // A column begins where its name stands.
+    const auto cell = [&lines](int line, const QByteArray &column) {
+        const int begin = lines.first().indexOf(column);
+        const QByteArray rest = lines.at(line).mid(begin);
+        const int end = rest.indexOf("  ");
+        return begin < 0 ? QByteArray("no column") : rest.left(end < 0 ? rest.size() : end);
+    };
+    const QList<QByteArray> types = { "INTEGER", "STRING", "REAL", "INTEGER", "INTEGER" };
+    const QList<QByteArray> groups = { "Common", "HOUSE", "HOUSE", "PERSON", "PERSON" };
+    const QList<QByteArray> starts = { "2", "4", "24", "4", "7" };
+    for (int i = 0; i < types.size(); ++i) {
+        // The occurrences' suffix is no ASCII character in the table: columns are counted in characters.
+        if (i >= 3)
+            QCOMPARE(QString::fromUtf8(lines.at(i + 1)).indexOf("INTEGER"), lines.first().indexOf("Type"));
+        else
+            QCOMPARE(cell(i + 1, "Type"), types.at(i));
+    }
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(cell(i + 1, "Group"), groups.at(i));
+        QCOMPARE(cell(i + 1, "Start"), starts.at(i));
+    }
+    QCOMPARE(cell(1, "Length"), QByteArray("2"));
+    QVERIFY(lines.at(1).endsWith("Province"));
+    QVERIFY(lines.at(2).endsWith("Owner, \"head\""));
+    for (const QByteArray &line : lines)
+        QVERIFY(!line.endsWith(' '));
+}
+
+void VanlayoutTest::severalTablesHaveAHeadingEach()
+{
+    write("survey.dcf", survey);
+    write("other.dcf", oneItem("OTHER"));
+    const Run shown = run({ "show", "survey.dcf", "other.dcf" });
+    QCOMPARE(shown.status, fine);
+    const int first = shown.out.indexOf("survey.dcf");
+    const int second = shown.out.indexOf("other.dcf");
+    QVERIFY(first >= 0 && first < second);
+    QVERIFY(shown.out.indexOf("PROVINCE") > first && shown.out.indexOf("PROVINCE") < second);
+    QVERIFY(shown.out.lastIndexOf("OTHER") > second);
+    QVERIFY(shown.out.mid(0, second).endsWith("\n\n"));
+}
+
+void VanlayoutTest::longLabelsAreCutToTheWidth_data()
+{
+    QTest::addColumn<int>("width");
+    for (const int width : { 72, 80, 81, 132 })
+        QTest::addRow("%d columns", width) << width;
+}
+
+void VanlayoutTest::longLabelsAreCutToTheWidth()
+{
+    QFETCH(int, width);
+
+    const QByteArray label = repeated("0123456789", 30);
+    const QByteArray content = oneItem("LONG", label) + "\n[Item]\nLabel=short\nName=SHORT\nStart=5\nLen=1\n";
+    const QList<QByteArray> lines = rowsOf(content, { { "COLUMNS", QString::number(width) } });
+    QCOMPARE(lines.size(), 3);
+    for (const QByteArray &line : lines)
+        QVERIFY2(terminalColumns(QString::fromUtf8(line)) <= width, line.constData());
+    const QString cut = QString::fromUtf8(lines.at(1)).mid(lines.first().lastIndexOf("Label"));
+    QVERIFY(terminalColumns(QString::fromUtf8(lines.at(1))) >= width - 1);
+    QVERIFY(label.startsWith(cut.left(cut.size() - 1).toUtf8()));
+    QVERIFY(lines.at(2).endsWith("short"));
+}
+
+void VanlayoutTest::withoutAWidthLabelsStayWhole_data()
+{
+    QTest::addColumn<QString>("columns");
+    QTest::newRow("none told") << QString();
+    QTest::newRow("empty") << "";
+    QTest::newRow("zero") << "0";
+    QTest::newRow("negative") << "-5";
+    QTest::newRow("no number") << "wide";
+}
+
+void VanlayoutTest::withoutAWidthLabelsStayWhole()
+{
+    QFETCH(QString, columns);
+
+    const QByteArray label = repeated("0123456789", 30);
+    const QList<QByteArray> lines = rowsOf(oneItem("LONG", label), { { "COLUMNS", columns } });
+    QCOMPARE(lines.size(), 2);
+    QVERIFY(lines.at(1).endsWith(label));
+}
+
+void VanlayoutTest::widthIsThatOfTheTerminal()
+{
+    constexpr ushort width = 90;
+    write("survey.dcf", oneItem("LONG", repeated("0123456789", 30)));
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+    QVERIFY(terminal >= 0);
+    QCOMPARE(grantpt(terminal), 0);
+    QCOMPARE(unlockpt(terminal), 0);
+    const winsize size = { 24, width, 0, 0 };
+    QCOMPARE(ioctl(terminal, TIOCSWINSZ, &size), 0);
+    const int end = open(ptsname(terminal), O_RDWR | O_NOCTTY);
+    QVERIFY(end >= 0);
+
+    const Run shown = run({ "show", "survey.dcf" }, { { "COLUMNS", "60" } }, [end] { dup2(end, STDOUT_FILENO); });
+    char buffer[1 << 14];
+    const ssize_t count = read(terminal, buffer, sizeof buffer);
+    close(end);
+    close(terminal);
+
+    QCOMPARE(shown.status, fine);
+    QVERIFY(count > 0);
+    int widest = 0;
+    for (const QString &line : QString::fromUtf8(buffer, int(count)).remove('\r').split('\n'))
+        widest = std::max(widest, terminalColumns(line));
+    QCOMPARE(widest, int(width));
+}
+
+void VanlayoutTest::otherFormsAreNeverCut()
+{
+    const QByteArray label = repeated("0123456789", 30);
+    for (const char *format : { "json", "csv" }) {
+        const Run shown = show(oneItem("LONG", label), { "--format", format }, { { "COLUMNS", "40" } });
+        QVERIFY(shown.out.contains(label));
+    }
+}
+
+void VanlayoutTest::wideAndCombiningCharactersAreAligned_data()
+{
+    QTest::addColumn<QString>("name");
+
+    // clang-format off
+    QTest::newRow("accents")            << QStringLiteral("GR\u00D6\u00DFE");
+    QTest::newRow("Chinese")            << QStringLiteral("\u57CE\u5E02\u4EBA\u53E3");
+    QTest::newRow("Japanese")           << QStringLiteral("\u3072\u3089\u30AB\u30CA");
+    QTest::newRow("Korean")             << QStringLiteral("\uAC00\uB098\uB2E4");
+    QTest::newRow("full width")         << QStringLiteral("\uFF21\uFF22\uFF23");
+    QTest::newRow("half width")         << QStringLiteral("\uFF71\uFF72");
+    QTest::newRow("combining accent")   << QStringLiteral("e\u0301a\u0308");
+    QTest::newRow("Arabic with marks")  << QStringLiteral("\u0645\u064F\u062D\u064E\u0645");
+    QTest::newRow("zero width")         << QStringLiteral("A\u200BB\u200DC");
+    QTest::newRow("beyond 16 bits")     << QStringLiteral("\U00020000\U0002A6D6");
+    QTest::newRow("narrow beyond 16 bits") << QStringLiteral("\U0001D400\U0001D401");
+    QTest::newRow("face")               << QStringLiteral("\U0001F600");
+    QTest::newRow("rocket")             << QStringLiteral("\U0001F680");
+    QTest::newRow("newer picture")      << QStringLiteral("\U0001F9D1");
+    // clang-format on
+}
+
+void VanlayoutTest::wideAndCombiningCharactersAreAligned()
+{
+    QFETCH(QString, name);
+
+    const QList<QByteArray> lines
+        = rowsOf(oneItem(name.toUtf8()) + "\n[Item]\nLabel=short\nName=ALONGERNAME\nStart=5\nLen=1\n");
+    QCOMPARE(lines.size(), 3);
+    for (int i : { 1, 2 }) {
+        const QString line = QString::fromUtf8(lines.at(i));
+        QCOMPARE(terminalColumns(line.left(line.indexOf("INTEGER"))), lines.first().indexOf("Type"));
+    }
+    QVERIFY(QString::fromUtf8(lines.at(1)).startsWith(name));
+}
+
+void VanlayoutTest::wideLabelsAreCutToTheWidth()
+{
+    const QByteArray label = repeated("\xE5\x9F\x8E", 100);
+    for (const int width : { 80, 81 }) {
+        const QList<QByteArray> lines = rowsOf(oneItem("WIDE", label), { { "COLUMNS", QString::number(width) } });
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(isUtf8(lines.at(1)));
+        const int columns = terminalColumns(QString::fromUtf8(lines.at(1)));
+        QVERIFY(columns <= width);
+        QVERIFY(columns >= width - 2);
+    }
+}
+
+// No character on which a terminal acts, the line end excepted.
+static void verifyHarmless(const QByteArray &bytes)
+{
+    const QString text = QString::fromUtf8(bytes);
+    for (const QChar unit : text) {
+        const ushort code = unit.unicode();
+        const bool isControl = (code < 0x20 && unit != QLatin1Char('\n')) || (code >= 0x7F && code < 0xA0);
+        QVERIFY2(!isControl, qPrintable(QString::number(code, 16)));
+    }
+}
+
+void VanlayoutTest::tableSendsNoControlCharacters()
+{
+    const QByteArray evil = "\x1B[31m\x07\x08\x7F\xC2\x9B\x0B";
+    const QString fileName = QStringLiteral("a\u001B[2Jb\u009Bc\td.dcf");
+    write(fileName,
+          oneItem("N" + evil, "L" + evil + "\tM") + "Occurrences=3\n\n[Record]\nName=R" + evil
+              + "\nRecordTypeValue='1'\n\n[Item]\nName=A\nDataType=Alpha\n\n[ValueSet]\nName=V\nValue=" + evil
+              + ";x\n");
+    const Run shown = run({ "show", fileName });
+    QCOMPARE(shown.status, fine);
+    QVERIFY(isUtf8(shown.out));
+    verifyHarmless(shown.out);
+    QVERIFY(shown.out.count("INTEGER") == 3);
+}
+
+void VanlayoutTest::complaintSendsNoControlCharacters()
+{
+    const Run shown = run({ "show", QStringLiteral("a\u001B[2Jb\u0007c.dcf") });
+    QCOMPARE(shown.status, noAnswer);
+    QCOMPARE(shown.errLines().size(), 1);
+    verifyHarmless(shown.err);
+}
+
+void VanlayoutTest::noAnswerIsStatus2AndOneLine_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("format");
+
+    for (const char *format : { "table", "json", "csv" }) {
+        QTest::addRow("%s: missing file", format) << "missing.dcf" << format;
+        QTest::addRow("%s: missing folder", format) << "missing/survey.dcf" << format;
+        QTest::addRow("%s: file as a folder", format) << "empty.dcf/survey.dcf" << format;
+        QTest::addRow("%s: folder", format) << "folder" << format;
+        QTest::addRow("%s: folder with a slash", format) << "folder/" << format;
+        QTest::addRow("%s: empty file", format) << "empty.dcf" << format;
+        QTest::addRow("%s: no variables", format) << "no variables.dcf" << format;
+        QTest::addRow("%s: no dictionary", format) << "letter.txt" << format;
+        QTest::addRow("%s: bytes", format) << "bytes.bin" << format;
+    }
+}
+
+void VanlayoutTest::noAnswerIsStatus2AndOneLine()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, format);
+
+    QVERIFY(QDir(folder->path()).mkdir("folder"));
+    write("empty.dcf", QByteArray());
+    write("no variables.dcf", "[Dictionary]\nName=D\n\n[Record]\nName=R\nRecordTypeValue='1'\n");
+    write("letter.txt", "Dear reader,\nthere is no variable here.\n");
+    write("bytes.bin", QByteArray("\xFF\xFE\x00\x80\x90\n[Item", 11));
+    const Run shown = run({ "show", "--format", format, file });
+    QCOMPARE(shown.out, QByteArray());
+    verifyComplaint(shown, file.toUtf8() + ": ");
+}
+
+void VanlayoutTest::wrongUseIsStatus2AndOneLine_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+
+    // clang-format off
+    QTest::newRow("no command")             << QStringList{};
+    QTest::newRow("unknown command")        << QStringList{"list", "survey.dcf"};
+    QTest::newRow("file without a command") << QStringList{"survey.dcf"};
+    QTest::newRow("no FILE")                << QStringList{"show"};
+    QTest::newRow("options and no FILE")    << QStringList{"show", "--format", "json"};
+    QTest::newRow("wrong option")           << QStringList{"show", "--nonsense", "survey.dcf"};
+    QTest::newRow("wrong short option")     << QStringList{"show", "-x", "survey.dcf"};
+    QTest::newRow("wrong option in front")  << QStringList{"--nonsense", "show", "survey.dcf"};
+    QTest::newRow("unknown format")         << QStringList{"show", "--format", "xml", "survey.dcf"};
+    QTest::newRow("empty format")           << QStringList{"show", "--format", "", "survey.dcf"};
+    QTest::newRow("format in capitals")     << QStringList{"show", "--format", "JSON", "survey.dcf"};
+    QTest::newRow("unknown type")           << QStringList{"show", "--type", "dbf", "survey.dcf"};
+    QTest::newRow("unknown decimals")       << QStringList{"show", "--decimals", "maybe", "survey.dcf"};
+    QTest::newRow("option without a value") << QStringList{"show", "survey.dcf", "--format"};
+    // clang-format on
+}
+
+void VanlayoutTest::wrongUseIsStatus2AndOneLine()
+{
+    QFETCH(QStringList, arguments);
+
+    write("survey.dcf", survey);
+    const Run shown = run(arguments);
+    QCOMPARE(shown.out, QByteArray());
+    verifyComplaint(shown, QByteArray());
+}
+
+void VanlayoutTest::fileWithoutPermissionIsStatus2AndOneLine()
+{
+    write("survey.dcf", survey);
+    QCOMPARE(chmod(QFile::encodeName(folder->path()).constData(), 0755), 0);
+    QCOMPARE(chmod(QFile::encodeName(pathOf("survey.dcf")).constData(), 0), 0);
+    // A superuser may read everything: the tool runs as somebody else then.
+    std::function<void()> becomeSomebodyElse;
+    if (geteuid() == 0) {
+        becomeSomebodyElse = [] {
+            if (setuid(nobody) != 0)
+                _exit(127);
+        };
+        if (run({ "--version" }, {}, becomeSomebodyElse).status != fine)
+            QSKIP("the superuser reads every file, and nobody else may run the tool in this folder");
+    }
+    const Run shown = run({ "show", "survey.dcf" }, {}, becomeSomebodyElse);
+    QCOMPARE(shown.out, QByteArray());
+    verifyComplaint(shown, "survey.dcf: ");
+}
+
+void VanlayoutTest::worstStatusCountsAndTheOtherFilesAreShown_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QStringList>("files");
+
+    for (const char *format : { "table", "json", "csv" }) {
+        QTest::addRow("%s: bad file first", format) << format << QStringList{ "missing.dcf", "one.dcf", "two.dcf" };
+        QTest::addRow("%s: in between", format) << format << QStringList{ "one.dcf", "missing.dcf", "two.dcf" };
+        QTest::addRow("%s: last", format) << format << QStringList{ "one.dcf", "two.dcf", "missing.dcf" };
+    }
+}
+
+void VanlayoutTest::worstStatusCountsAndTheOtherFilesAreShown()
+{
+    QFETCH(QString, format);
+    QFETCH(QStringList, files);
+
+    write("one.dcf", oneItem("FIRSTVARIABLE"));
+    write("two.dcf", oneItem("SECONDVARIABLE"));
+    const Run shown = run(QStringList{ "show", "--format", format } + files);
+    verifyComplaint(shown, "missing.dcf: ");
+    QCOMPARE(shown.out.count("FIRSTVARIABLE"), 1);
+    QCOMPARE(shown.out.count("SECONDVARIABLE"), 1);
+    QVERIFY(shown.out.indexOf("FIRSTVARIABLE") < shown.out.indexOf("SECONDVARIABLE"));
+}
+
+void VanlayoutTest::eachFileWithoutAnAnswerHasItsLine()
+{
+    write("one.dcf", oneItem("ONE"));
+    write("empty.dcf", QByteArray());
+    const Run shown = run({ "show", "missing.dcf", "one.dcf", "empty.dcf" });
+    QCOMPARE(shown.status, noAnswer);
+    QCOMPARE(shown.errLines().size(), 2);
+    QVERIFY(shown.errLines().at(0).startsWith("vanlayout: missing.dcf: "));
+    QVERIFY(shown.errLines().at(1).startsWith("vanlayout: empty.dcf: "));
+}
+
+void VanlayoutTest::fullDiskIsStatus2AndOneLine_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QByteArray>("content");
+
+    const QByteArray large = oneItem("X") + "Occurrences=20000\n"; // more than any buffer holds
+    for (const char *format : { "table", "json", "csv" }) {
+        QTest::addRow("%s: small", format) << format << survey;
+        QTest::addRow("%s: large", format) << format << large;
+    }
+}
+
+void VanlayoutTest::fullDiskIsStatus2AndOneLine()
+{
+    QFETCH(QString, format);
+    QFETCH(QByteArray, content);
+
+    if (!QFile::exists("/dev/full"))
+        QSKIP("this system has no /dev/full");
+    write("survey.dcf", content);
+    verifyComplaint(run({ "show", "--format", format, "survey.dcf" }, {}, nullptr, "/dev/full"), QByteArray());
+}
+
+void VanlayoutTest::fullDiskIsStatus2ForHelpAndVersionToo_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("help") << QStringList{ "--help" };
+    QTest::newRow("help of the command") << QStringList{ "show", "--help" };
+    QTest::newRow("version") << QStringList{ "--version" };
+}
+
+void VanlayoutTest::fullDiskIsStatus2ForHelpAndVersionToo()
+{
+    QFETCH(QStringList, arguments);
+
+    if (!QFile::exists("/dev/full"))
+        QSKIP("this system has no /dev/full");
+    verifyComplaint(run(arguments, {}, nullptr, "/dev/full"), QByteArray());
+}
+
+void VanlayoutTest::typeGoesByContent_data()
+{
+    QTest::addColumn<QByteArray>("head");
+    QTest::addColumn<QByteArray>("kind"); // empty for a text dictionary
+
+    // Each head is a file that goes on with a text dictionary, so that it could be read as one.
+    // clang-format off
+    QTest::newRow("brace")                          << QByteArray("{") << QByteArray("JSON");
+    QTest::newRow("white space and a brace")        << QByteArray(" \t\r\n {") << QByteArray("JSON");
+    QTest::newRow("brace as the sixteenth byte")    << repeated(" ", 15) + "{" << QByteArray("JSON");
+    QTest::newRow("brace as the seventeenth byte")  << repeated(" ", 16) + "{" << QByteArray();
+    QTest::newRow("brace behind a letter")          << QByteArray("a{") << QByteArray();
+    QTest::newRow("bracket")                        << QByteArray("[{") << QByteArray();
+    QTest::newRow("$FL2")                           << QByteArray("$FL2") << QByteArray("SPSS");
+    QTest::newRow("$FL3")                           << QByteArray("$FL3@(#)") << QByteArray("SPSS");
+    QTest::newRow("$FL1")                           << QByteArray("$FL1") << QByteArray();
+    QTest::newRow("$FL4")                           << QByteArray("$FL4") << QByteArray();
+    QTest::newRow("$FL2 behind a blank")            << QByteArray(" $FL2") << QByteArray();
+    QTest::newRow("$fl2")                           << QByteArray("$fl2") << QByteArray();
+    QTest::newRow("<stata_dta>")                    << QByteArray("<stata_dta><header>") << QByteArray("Stata");
+    QTest::newRow("<stata_dta")                     << QByteArray("<stata_dta ") << QByteArray();
+    QTest::newRow("<STATA_DTA>")                    << QByteArray("<STATA_DTA>") << QByteArray();
+    QTest::newRow("version 104, byte order 1")      << QByteArray("\x68\x01") << QByteArray("Stata");
+    QTest::newRow("version 104, byte order 2")      << QByteArray("\x68\x02") << QByteArray("Stata");
+    QTest::newRow("version 110, byte order 1")      << QByteArray("\x6E\x01") << QByteArray("Stata");
+    QTest::newRow("version 115, byte order 2")      << QByteArray("\x73\x02") << QByteArray("Stata");
+    QTest::newRow("version 103")                    << QByteArray("\x67\x01") << QByteArray();
+    QTest::newRow("version 116")                    << QByteArray("\x74\x01") << QByteArray();
+    QTest::newRow("byte order 0")                   << QByteArray("\x72\x00", 2) << QByteArray();
+    QTest::newRow("byte order 3")                   << QByteArray("\x72\x03") << QByteArray();
+    QTest::newRow("nothing before the dictionary")  << QByteArray() << QByteArray();
+    QTest::newRow("byte-order mark")                << QByteArray("\xEF\xBB\xBF") << QByteArray();
+    // clang-format on
+}
+
+void VanlayoutTest::typeGoesByContent()
+{
+    QFETCH(QByteArray, head);
+    QFETCH(QByteArray, kind);
+
+    const QByteArray content = head + '\n' + survey;
+    const Run shown = show(content, { "--format", "csv" });
+    QCOMPARE(show(content, { "--format", "csv", "--type", "auto" }).out, shown.out);
+    if (kind.isEmpty()) {
+        QCOMPARE(shown.status, fine);
+        QCOMPARE(csvCells(shown.out).size(), 6);
+    } else {
+        QCOMPARE(shown.out, QByteArray());
+        verifyComplaint(shown, "survey.dcf: ");
+        QVERIFY2(shown.err.contains(kind), shown.err.constData());
+    }
+}
+
+void VanlayoutTest::typeIgnoresTheFileName()
+{
+    for (const char *name : { "a.json", "a.dta", "a.sav", "a" }) {
+        write(name, survey);
+        QCOMPARE(run({ "show", name }).status, fine);
+    }
+    write("a.dcf", "{ \"name\": 1 }");
+    QCOMPARE(run({ "show", "a.dcf" }).status, noAnswer);
+}
+
+void VanlayoutTest::namedTypeOverrulesTheContent_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QByteArray>("head");
+    QTest::addColumn<int>("status");
+
+    // clang-format off
+    QTest::newRow("JSON as cspro")    << "cspro"  << QByteArray("{\n")          << fine;
+    QTest::newRow("SPSS as cspro")    << "cspro"  << QByteArray("$FL2\n")       << fine;
+    QTest::newRow("Stata as cspro")   << "cspro"  << QByteArray("<stata_dta>\n") << fine;
+    QTest::newRow("cspro as cspro")   << "cspro"  << QByteArray()               << fine;
+    QTest::newRow("cspro as cspro8")  << "cspro8" << QByteArray()               << noAnswer;
+    QTest::newRow("cspro as stata")   << "stata"  << QByteArray()               << noAnswer;
+    QTest::newRow("cspro as spss")    << "spss"   << QByteArray()               << noAnswer;
+    // clang-format on
+}
+
+void VanlayoutTest::namedTypeOverrulesTheContent()
+{
+    QFETCH(QString, type);
+    QFETCH(QByteArray, head);
+    QFETCH(int, status);
+
+    const Run shown = show(head + survey, { "--format", "csv", "--type", type });
+    QCOMPARE(shown.status, status);
+    if (status == fine) {
+        QCOMPARE(csvCells(shown.out).size(), 6);
+    } else {
+        QCOMPARE(shown.out, QByteArray());
+        verifyComplaint(shown, "survey.dcf: ");
+    }
+}
+
+void VanlayoutTest::decimalsAnswersTheQuestion_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("maximum");
+
+    // A code that is no integer becomes 0; a set that is not converted is dropped.
+    // clang-format off
+    QTest::newRow("No to All by default") << QStringList{}                      << "" << "999";
+    QTest::newRow("no")                   << QStringList{"--decimals", "no"}    << "" << "999";
+    QTest::newRow("yes")                  << QStringList{"--decimals", "yes"}   << "0 One and a half\t2 Two\t" << "2";
+    QTest::newRow("yes in one word")      << QStringList{"--decimals=yes"}      << "0 One and a half\t2 Two\t" << "2";
+    // clang-format on
+}
+
+void VanlayoutTest::decimalsAnswersTheQuestion()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, text);
+    QFETCH(QString, maximum);
+
+    // Two sets: the answer holds for all of them.
+    const QByteArray values = "\n[ValueSet]\nName=VS\nValue=2;Two\nValue=1.5;One and a half\n";
+    const QByteArray content = oneItem("SIZE") + values + "\n[Item]\nName=WIDTH\nStart=5\nLen=3\n" + values;
+    const Run shown = show(content, QStringList{ "--format", "json" } + options, display(QString()));
+    QCOMPARE(shown.status, fine);
+    QCOMPARE(shown.err, QByteArray());
+    const QJsonArray fields = QJsonDocument::fromJson(shown.out).object().value("fields").toArray();
+    QCOMPARE(fields.size(), 2);
+    for (const QJsonValue field : fields) {
+        QCOMPARE(field.toObject().value("valueLabelText").toString("absent"), text);
+        QCOMPARE(field.toObject().value("minimum").toString(), QStringLiteral("0"));
+        QCOMPARE(field.toObject().value("maximum").toString(), maximum);
+    }
+}
+
+void VanlayoutTest::askWithoutADisplayIsStatus2AndOneLine()
+{
+    const Run shown = show(survey, { "--decimals", "ask" }, display(QString()));
+    QCOMPARE(shown.out, QByteArray());
+    verifyComplaint(shown, QByteArray());
+}
+
+void VanlayoutTest::askOnABogusPlatformIsStatus2AndNoCrash()
+{
+    const Run shown = show(survey, { "--decimals", "ask" }, display("nonsense"));
+    QVERIFY(shown.ended);
+    QCOMPARE(shown.status, noAnswer);
+    QCOMPARE(shown.out, QByteArray());
+    // Qt may put a note of its own in front.
+    int complaints = 0;
+    for (const QByteArray &line : shown.errLines())
+        complaints += line.startsWith("vanlayout: ");
+    QCOMPARE(complaints, 1);
+    QVERIFY(shown.errLines().last().startsWith("vanlayout: "));
+}
+
+void VanlayoutTest::askShowsNoDialogWhereThereIsNoQuestion()
+{
+    const Run shown = show(survey, { "--decimals", "ask", "--format", "json" }, display("offscreen"));
+    QCOMPARE(shown.status, fine);
+    QCOMPARE(compact(shown.out), surveyJson);
+}
+
+void VanlayoutTest::debugLinesNeedVerbose_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("rules");
+    QTest::addColumn<bool>("isTold");
+
+    // clang-format off
+    QTest::newRow("without it")               << QStringList{"show", "survey.dcf"} << QString() << false;
+    QTest::newRow("rules do not stand in for it") << QStringList{"show", "survey.dcf"} << "*.debug=true" << false;
+    QTest::newRow("all rules do not either")  << QStringList{"show", "survey.dcf"} << "*=true" << false;
+    QTest::newRow("in front of the command")  << QStringList{"--verbose", "show", "survey.dcf"} << QString() << true;
+    QTest::newRow("behind the command")       << QStringList{"show", "--verbose", "survey.dcf"} << QString() << true;
+    QTest::newRow("behind the file")          << QStringList{"show", "survey.dcf", "--verbose"} << QString() << true;
+    // clang-format on
+}
+
+void VanlayoutTest::debugLinesNeedVerbose()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, rules);
+    QFETCH(bool, isTold);
+
+    write("survey.dcf", survey);
+    const Run shown = run(arguments, { { "QT_LOGGING_RULES", rules } });
+    QCOMPARE(shown.status, fine);
+    if (!isTold) {
+        QCOMPARE(shown.err, QByteArray());
+        return;
+    }
+    const QList<QByteArray> lines = shown.errLines();
+    QCOMPARE(lines.mid(0, 6),
+             QList<QByteArray>({ "TCSProDataImport Constructor", "TCSProDataImport - selectLayoutSource",
+                                 "DataImport - selectLayoutSource", "getDictionary FIELDS", "mySF->fieldName PROVINCE",
+                                 "mySF->FieldType INTEGER" }));
+}
+
+void VanlayoutTest::verboseLeavesStandardOutputClean_data()
+{
+    QTest::addColumn<QString>("format");
+    for (const char *format : { "table", "json", "csv" })
+        QTest::newRow(format) << format;
+}
+
+void VanlayoutTest::verboseLeavesStandardOutputClean()
+{
+    QFETCH(QString, format);
+
+    const Run silent = show(survey, { "--format", format });
+    const Run verbose = show(survey, { "--format", format, "--verbose" });
+    QVERIFY(!silent.out.isEmpty());
+    QCOMPARE(verbose.out, silent.out);
+    QVERIFY(!verbose.err.isEmpty());
+}
+
+void VanlayoutTest::helpGoesToStandardOutput_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QStringList>("words");
+
+    // clang-format off
+    QTest::newRow("of the tool")     << QStringList{"--help"}
+                                     << QStringList{"--help", "--version", "--verbose", "show"};
+    QTest::newRow("of the command")  << QStringList{"show", "--help"}
+                                     << QStringList{"--format", "table", "json", "csv", "--type", "auto", "cspro",
+                                                    "cspro8", "stata", "spss", "--decimals", "ask", "yes", "no", "FILE"};
+    // clang-format on
+}
+
+void VanlayoutTest::helpGoesToStandardOutput()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QStringList, words);
+
+    const Run shown = run(arguments);
+    QCOMPARE(shown.status, fine);
+    QCOMPARE(shown.err, QByteArray());
+    for (const QString &word : words)
+        QVERIFY2(shown.out.contains(word.toUtf8()), qPrintable(word));
+}
+
+void VanlayoutTest::versionGoesToStandardOutput()
+{
+    const Run shown = run({ "--version" });
+    QCOMPARE(shown.status, fine);
+    QCOMPARE(shown.err, QByteArray());
+    QCOMPARE(shown.out, QByteArray("vanlayout " VAN_VERSION "\n"));
+}
+
+void VanlayoutTest::textsAreUtf8InEveryLocale_data()
+{
+    QTest::addColumn<Variables>("locale");
+
+    const auto localeOf = [](const QString &all, const QString &language) {
+        return Variables{ { "LC_ALL", all }, { "LANG", language }, { "LC_CTYPE", QString() } };
+    };
+    QTest::newRow("C.UTF-8") << localeOf("C.UTF-8", QString());
+    QTest::newRow("C") << localeOf("C", QString());
+    QTest::newRow("POSIX") << localeOf("POSIX", QString());
+    QTest::newRow("C by language") << localeOf(QString(), "C");
+    QTest::newRow("none") << localeOf(QString(), QString());
+    QTest::newRow("unknown") << localeOf("xx_YY", QString());
+}
+
+void VanlayoutTest::textsAreUtf8InEveryLocale()
+{
+    QFETCH(Variables, locale);
+
+    const QString fileName = QStringLiteral("gr\u00F6\u00DFe \u65E5\u672C \U0001F600.dcf");
+    const QString label = QStringLiteral("Gr\u00F6\u00DFe \u65E5\u672C \U0001F600");
+    write(fileName, oneItem("SIZE", label.toUtf8()));
+    write("old.dcf",
+          oneItem("SIZE",
+                  "Gr\xF6\xDF"
+                  "e"));
+
+    const Run json = run({ "show", "--format", "json", fileName }, locale);
+    QCOMPARE(json.status, fine);
+    QCOMPARE(json.err, QByteArray());
+    const QJsonObject layout = QJsonDocument::fromJson(json.out).object();
+    QCOMPARE(layout.value("importer").toObject().value("id").toString(), "CSPRO_" + fileName);
+    QCOMPARE(layout.value("provider").toObject().value("layoutFile").toString(), fileName);
+    QCOMPARE(layout.value("fields").toArray().at(0).toObject().value("label").toString(), label);
+    QVERIFY(json.out.contains(label.toUtf8()));
+
+    const Run table = run({ "show", fileName }, locale);
+    QCOMPARE(table.status, fine);
+    QVERIFY(table.out.contains(fileName.toUtf8()));
+    QVERIFY(table.out.contains(label.toUtf8()));
+
+    const Run csv = run({ "show", "--format", "csv", "old.dcf" }, locale);
+    QVERIFY(csv.out.contains("Gr\xC3\xB6\xC3\x9F"
+                             "e"));
+
+    verifyComplaint(run({ "show", "not " + fileName }, locale), "not " + fileName.toUtf8() + ": ");
+}
+
+void VanlayoutTest::anyFileNameIsShown_data()
+{
+    QTest::addColumn<QString>("fileName");
+
+    // clang-format off
+    QTest::newRow("blanks")          << " two  blanks .dcf ";
+    QTest::newRow("newline")         << "line one\nline two.dcf";
+    QTest::newRow("carriage return") << "line one\rline two.dcf";
+    QTest::newRow("tab")             << "a\tb.dcf";
+    QTest::newRow("quotes")          << "\"a\" 'b' `c`.dcf";
+    QTest::newRow("percent signs")   << "%1 %2 %s %n.dcf";
+    QTest::newRow("backslash")       << "a\\b.dcf";
+    QTest::newRow("comma and colon") << "a,b:c;d.dcf";
+    QTest::newRow("hidden")          << ".dcf";
+    // clang-format on
+}
+
+void VanlayoutTest::anyFileNameIsShown()
+{
+    QFETCH(QString, fileName);
+
+    write(fileName, survey);
+    const Run json = run({ "show", "--format", "json", fileName });
+    QCOMPARE(json.status, fine);
+    QCOMPARE(json.err, QByteArray());
+    const QJsonObject layout = QJsonDocument::fromJson(json.out).object();
+    QCOMPARE(layout.value("importer").toObject().value("id").toString(), "CSPRO_" + fileName);
+    QCOMPARE(layout.value("provider").toObject().value("layoutFile").toString(), fileName);
+
+    const Run table = run({ "show", fileName });
+    QCOMPARE(table.status, fine);
+    QVERIFY(table.outLines().first().contains("variables"));
+    if (!fileName.contains(QRegularExpression("[\\n\\r\\t]")))
+        QVERIFY(table.outLines().first().contains(fileName.toUtf8()));
+
+    // The complaint is one line for any name.
+    const Run missing = run({ "show", "not " + fileName });
+    QCOMPARE(missing.status, noAnswer);
+    QCOMPARE(missing.errLines().size(), 1);
+    QVERIFY(!missing.err.contains('\r'));
+    QVERIFY(missing.err.startsWith("vanlayout: not "));
+}
+
+Q_DECLARE_METATYPE(Variables)
+
+QTEST_GUILESS_MAIN(VanlayoutTest)
+#include "VanlayoutTest.moc"

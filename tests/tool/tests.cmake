@@ -1,0 +1,4 @@
+# The command line, run as a user runs it.
+van_add_test(tool/VanlayoutTest.cpp)
+add_dependencies(VanlayoutTest vanlayout)
+target_compile_definitions(VanlayoutTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>" VAN_VERSION="${PROJECT_VERSION}")
