@@ -145,7 +145,7 @@ public:
     QList<TCSProItem *> *items;                  ///< in file order, occurrences expanded
     TCSProItem *currentItem = nullptr;           ///< the item that a following value set describes
     TCSProRecord *currentRecord;                 ///< the record that a following item belongs to
-    bool currentIsNumeric = true;                ///< whether the item read last is numeric
+    bool currentIsNumeric = false;               ///< whether the item read last is numeric
     QList<void *> list1;                         ///< stays empty
     QList<void *> list2;                         ///< stays empty
 };

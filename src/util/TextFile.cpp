@@ -120,15 +120,10 @@ QTextCodec *codecOfOldFiles()
 
 const ByteOrderMark *const utf8Mark = std::begin(byteOrderMarks);
 
-// By size, as a text may hold NUL characters.
+// By size, as a text may hold NUL characters. A mark in front is left out.
 QString fromUtf8(const QByteArray &bytes)
 {
     return QString::fromUtf8(bytes.constData(), bytes.size());
-}
-
-QByteArray without(const ByteOrderMark *mark, const QByteArray &bytes)
-{
-    return QByteArray::fromRawData(bytes.constData() + mark->size, bytes.size() - mark->size);
 }
 
 QString decodeWithReturns(const QByteArray &bytes)
@@ -137,7 +132,7 @@ QString decodeWithReturns(const QByteArray &bytes)
     if (!mark)
         return isUtf8(bytes) ? fromUtf8(bytes) : codecOfOldFiles()->toUnicode(bytes);
     if (mark == utf8Mark)
-        return fromUtf8(without(mark, bytes));
+        return fromUtf8(bytes);
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
     return QTextCodec::codecForName(mark->codec)
         ->toUnicode(bytes.constData() + mark->size, bytes.size() - mark->size, &state);
@@ -200,8 +195,6 @@ TextFileReader::TextFileReader(const QString &fileName)
                    : textfile::readToEnd(file);
     const auto *mark = textfile::findByteOrderMark(bytes);
     isInBlocks = mark ? mark == textfile::utf8Mark : textfile::isUtf8(bytes);
-    if (isInBlocks && mark)
-        position = mark->size;
 }
 
 // Behind the next line feed that a bracket follows, once the block has its size.

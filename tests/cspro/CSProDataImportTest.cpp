@@ -35,7 +35,7 @@ struct TestAccess {
     }
     static QString stringOfChar(const Importer &importer, char character, int count)
     {
-        return importer.StringOfChar(QLatin1Char(character), count);
+        return importer.StringOfChar(character, count);
     }
 
     // What the members that nothing reads hold: numbers, texts and pointers in one line.
@@ -79,7 +79,7 @@ CALLABLE(CanCopyData, copyDataFromDictionary());
 CALLABLE(CanAskCurrentIndex, getRecordTypeIndex());
 CALLABLE(CanTakeNotApplicable, getNotApplicable(nullptr));
 CALLABLE(CanTakeMissing, getVarMissingValue(nullptr));
-CALLABLE(CanRepeat, StringOfChar(QLatin1Char('9'), 1));
+CALLABLE(CanRepeat, StringOfChar('9', 1));
 
 // Sees what a subclass sees.
 class Heir : public TCSProDataImport
@@ -104,8 +104,7 @@ public:
     template <typename T>
     static auto canTakeMissing(T *heir) -> decltype(heir->getVarMissingValue(nullptr), std::true_type());
     static std::false_type canTakeMissing(...);
-    template <typename T>
-    static auto canRepeat(T *heir) -> decltype(heir->StringOfChar(QLatin1Char('9'), 1), std::true_type());
+    template <typename T> static auto canRepeat(T *heir) -> decltype(heir->StringOfChar('9', 1), std::true_type());
     static std::false_type canRepeat(...);
 
     QString alias;
