@@ -274,7 +274,6 @@ void TCSPro::storeItem(TCSProItem *item)
 // Gives out before memory does.
 void TCSPro::requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
 {
-    nameCharacters += nameCharactersToCome;
-    if (items->size() + itemsToCome > mostItems || nameCharacters > mostNameCharacters)
+    if (!hasRoom(itemsToCome, nameCharactersToCome))
         throw std::bad_alloc();
 }

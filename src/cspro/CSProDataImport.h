@@ -52,10 +52,9 @@ protected:
     void openRead(QString fileName);
     void copyDataFromDictionary();
     int getRecordTypeIndex() const; ///< of the first record of the current record type; -1 if there is none
-    void
-    getNotApplicable(TGenericField *field) const; ///< copies the code of the field's item; nothing for a foreign field
-    void getVarMissingValue(
-        TGenericField *field) const; ///< copies the code of the field's item; nothing for a foreign field
+    // Both copy a code of the field's item into the field; nothing is done for another importer's field.
+    void getNotApplicable(TGenericField *field) const;
+    void getVarMissingValue(TGenericField *field) const;
 
 private:
     void renewDictionary();

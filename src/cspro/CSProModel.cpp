@@ -82,3 +82,9 @@ int CSProDictionary::getRecordsCount()
     recordsCount = cspro::sizeOf(records, ClassTag::CSPro, "TCSPro::getRecordsCount");
     return recordsCount;
 }
+
+bool CSProDictionary::hasRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
+{
+    nameCharacters += nameCharactersToCome;
+    return items->size() + itemsToCome <= mostItems && nameCharacters <= mostNameCharacters;
+}

@@ -3,6 +3,7 @@
 
 #include "import/DebugLog_p.h"
 #include "import/ErrorManager.h"
+#include "util/TextCache_p.h"
 
 #include <QList>
 #include <QObject>
@@ -116,6 +117,11 @@ public:
 class CSProDictionary : public QObject
 {
 public:
+    /// No dictionary holds more items than this, nor more characters in the names of occurrences: a few bytes of a file
+    /// can ask for any number of them.
+    static constexpr int mostItems = 1000000;
+    static constexpr qint64 mostNameCharacters = 250000000;
+
     CSProDictionary();
     ~CSProDictionary() override;
 
@@ -148,6 +154,16 @@ public:
     bool currentIsNumeric = false;               ///< whether the item read last is numeric
     QList<void *> list1;                         ///< stays empty
     QList<void *> list2;                         ///< stays empty
+
+protected:
+    /// Whether the dictionary may grow by so many items and so many characters in the names of occurrences. The
+    /// characters count from then on.
+    bool hasRoom(qint64 itemsToCome, qint64 nameCharactersToCome);
+
+    mutable TextCache texts; ///< of the texts that repeat
+
+private:
+    qint64 nameCharacters = 0; ///< in the names of all occurrences so far
 };
 
 #endif

@@ -2,7 +2,6 @@
 #define CSPRO_CSPRO_P_H
 
 #include "cspro/CSProModel_p.h"
-#include "util/TextCache_p.h"
 #include "util/TextFile_p.h"
 
 #include <QMessageBox>
@@ -39,11 +38,6 @@ template <typename Work> void passOverExceptions(Work work)
 class TCSPro : public CSProDictionary
 {
 public:
-    /// No dictionary holds more items: one that would need them ends as if memory had given out, with code 242.
-    static constexpr int mostItems = 1000000;
-    /// Nor more characters in the names of its occurrences.
-    static constexpr qint64 mostNameCharacters = 250000000;
-
     TCSPro();
     ~TCSPro() override;
 
@@ -93,7 +87,7 @@ private:
     bool readFlag(const TextLines &lines, const QString &key) const;
     void addOccurrences(const TCSProItem &item);
     void storeItem(TCSProItem *item);
-    void requireRoom(qint64 items, qint64 nameCharacters);
+    void requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome);
 
     /// Adds the codes of a text that holds several of them, parted by blanks and colons; the last character in front of
     /// each colon is lost. Raises `std::bad_alloc` unless the text is blank: no such text can be read to its end.
@@ -104,9 +98,6 @@ private:
     void attachValueSet(TCSProValueSet *set);
     /// The button pressed in the question on decimal codes.
     int askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon);
-
-    qint64 nameCharacters = 0; ///< in the names of all occurrences so far
-    mutable TextCache texts;   ///< of the texts that repeat
 };
 
 #endif

@@ -41,8 +41,10 @@ QStringList *TDataImport::selectLayoutSource()
     openFile();
     if (fields) {
         names->reserve(fields->size());
-        for (const TGenericField *field : qAsConst(*fields))
-            names->append(field->name);
+        for (const TGenericField *field : qAsConst(*fields)) {
+            if (field)
+                names->append(field->name);
+        }
     }
     return names.release();
 }
@@ -125,8 +127,8 @@ void TDataImport::getDictionary(QList<TVpSourceField *> *target)
         return;
     const int count = fields->size();
     target->reserve(target->size() + count);
-    const QString providerId = getDataProviderId();
-    const QString providerType = getDataProviderType();
+    // The id is asked for each field; all that are alike share one text.
+    QString providerId;
     // Lives across the loop: a field of no type bears the type name of the field before it.
     QString typeName;
     for (int index = 0; index < count; ++index) {
@@ -153,8 +155,11 @@ void TDataImport::getDictionary(QList<TVpSourceField *> *target)
         source->start = field->start;
         source->setFieldType(typeName);
         source->length = field->length;
+        const QString id = getDataProviderId();
+        if (id != providerId)
+            providerId = id;
         source->providerId = providerId;
-        source->setDataProviderType(providerType);
+        source->setDataProviderType(getDataProviderType());
         source->group = field->getGroup();
         debugLine("getDictionary FIELDS");
         debugLine("mySF->fieldName", source->fieldName);

@@ -17,10 +17,10 @@ class TVpSourceField;
 ///
 /// What a format supplies, in the order of the calls that it receives:
 /// 1. a constructor with a `QString` that hands the path on to `TDataImport(QString)` and calls initDataImport();
-/// 2. getDataProviderId(): the type text, "_" and the source name; getDataProviderType(): the type text;
-/// 3. openFile(): calls openDataImport(), sets `stateValue` to 1.0, reads the file that `sourceName` names, makes its
-/// own
-///    kind of `TGenericField` with `this` as owner, fills it, hands each to addField() in file order and returns true;
+/// 2. getDataProviderId(): type text, "_" and source name; getDataProviderType(): the type text;
+/// 3. openFile(): calls openDataImport(), sets `stateValue` to 1.0, reads the file that `sourceName` names, makes
+/// fields
+///    of its own class with `this` as owner, fills them, hands each to addField() in file order and returns true;
 /// 4. selectLayoutSource(), which may log a line of its own and must end in the base operation;
 /// 5. isMultiple() and what follows it, as far as the format has records and groups.
 ///
@@ -55,8 +55,8 @@ public:
     virtual int getRecordTypeIndex(QString value); ///< index from 0 of a record type; -1
     virtual QString getRecordTypeCurrent();        ///< ""
     virtual QStringList *getLayoutSource();        ///< a new empty list, which the caller owns
-    virtual int getRecordTypeStart();              ///< column of the record type in a line; 0
-    virtual int getRecordTypeSize();               ///< width of the record type; 0
+    virtual int getRecordTypeStart();              ///< column of the record type as the source states it; 0
+    virtual int getRecordTypeSize();               ///< its width in characters; 0
 
     QString getSourceName() const;
     QString getDataSourceName() const;

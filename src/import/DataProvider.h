@@ -16,10 +16,6 @@ class TGenericField;
 class TVpRecord;
 class TVpSourceField;
 
-/// The number of the data record at hand; set to 0 by `TVpDataProvider::openDataProvider`. One for the process, no
-/// lock.
-extern int currentRecordNumber;
-
 /// What the tool holds of one data source: id, type, file names, source fields and a record tree.
 ///
 /// It reads no file itself: an importer reads, and genericGetFieldsFrom() takes over the importer's answers. The road:
@@ -53,7 +49,8 @@ public:
     TDataImport *getImportData() const;
     void setImportData(TDataImport *value);
 
-    /// The source fields in file order, or null before the first genericGetFieldsFrom(). The list stays the provider's.
+    /// The source fields in file order, or null before the first genericGetFieldsFrom(). The next one ends the list,
+    /// unless a copy of this provider shares it.
     const QList<TVpSourceField *> *getFields() const;
     /// The first field of exactly this name, or null.
     TVpSourceField *getField(QString name) const;
@@ -78,8 +75,8 @@ public:
     /// Takes over \a type and its position among "NONE", "CSPRO" and "CSV". Any other text, and "NONE", change nothing,
     /// so the provider of a "CSPRO8", "STATA" or "SPSS" importer keeps its former type.
     void setDataProviderType(QString type);
-    int getRecordTypeStart() const;
-    int getRecordTypeSize() const;
+    int getRecordTypeStart() const; ///< column of the record type as the source states it; CSPro counts from 1
+    int getRecordTypeSize() const;  ///< its width in characters
     /// The record type in the current line; "" if the line is empty or too short.
     ///
     /// The test of the length counts the start from 1, the cut counts it from 0: a start of 1 reads from the second
@@ -129,7 +126,7 @@ private:
     QString dataProviderLabel;
     eDataProviderType dataProviderTypeIndex = dpNone; ///< position of the type text
     QString dataProviderType; ///< the type text
-    int recordTypeStart = 0; ///< column of the record type in a line
+    int recordTypeStart = 0; ///< column as the source states it; used as an index from 0
     int recordTypeSize = 0; ///< width of the record type
     QString layoutFileName;
     QString dataFileName;

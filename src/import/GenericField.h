@@ -19,6 +19,7 @@ public:
     /// Units of 16 bits that `textValue` holds, on every platform.
     static constexpr int textValueSize = 255;
 
+    /// \a importer may be null; it is not owned.
     explicit TGenericField(TDataImport *importer);
     TGenericField(const TGenericField &other);
     TGenericField &operator=(const TGenericField &other);
@@ -58,7 +59,7 @@ public:
     QString label;         ///< variable label
     eVanVarType type = vtNone;
     int length = 0;                         ///< width in characters; bounds the copy into `textValue`
-    int start = 0;                          ///< position in the record
+    int start = 0;                          ///< position as the source states it; CSPro counts from 1
     QString valueLabels;                    ///< entries code, " ", label, each ended by a tab
     QString missingValue;                   ///< code that stands for missing
     QString notApplicable;                  ///< code that stands for not applicable
@@ -83,8 +84,8 @@ protected:
     double getAsFloat();
     /// The same cut toward zero; a text converts in base 10.
     int getAsInteger();
-    void setAsFloat(double value);
-    void setAsInteger(int value);
+    void setAsFloat(double value); ///< sets `realValue` and nothing else, whatever the type
+    void setAsInteger(int value);  ///< sets `intValue` and nothing else, whatever the type
 
 private:
     bool isString() const;

@@ -41,7 +41,7 @@ public:
     QString label;             ///< variable label
     int decimals = 0;          ///< number of decimals
     int length = 0;            ///< width in characters
-    int start = 0;             ///< position in the line
+    int start = 0;             ///< position as the source states it (CSPro counts from 1); used as an index from 0
     QString valueLabels;       ///< entries code, " ", label, each ended by a tab
     QString minimum;           ///< lowest valid value
     QString maximum;           ///< highest valid value

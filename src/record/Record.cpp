@@ -85,9 +85,9 @@ int TVpRecord::typeNumber() const
 void TVpRecord::addBrother(TVpRecord *record)
 {
     TVpRecord *last = this;
-    while (last->brother)
+    while (last->brother && last != record)
         last = last->brother;
-    if (!record || record == last) // a chain that ends in itself could not be walked
+    if (!record || record == last) // a chain that runs back into itself could not be walked
         return;
     last->brother = record;
     record->parent = last->parent;
@@ -115,7 +115,7 @@ TVpRecord *TVpRecord::previousOf(const TVpRecord *record) const
 void TVpRecord::insertChild(TVpRecord *before, TVpRecord *newRecord)
 {
     TVpRecord *previous = previousOf(before);
-    if (!newRecord || (child != before && !previous))
+    if (!newRecord || newRecord == before || (child != before && !previous))
         return;
     newRecord->parent = this;
     newRecord->brother = before;
@@ -185,59 +185,64 @@ QString TVpRecord::typeOfRecord() const
     return recordType ? recordType->code : QString();
 }
 
-// Adds this record's piece for one line, and what the records below it give for it; false if the piece is empty.
-bool TVpRecord::addPiece(TQuestIndex *index, const QString &key, QString &gathered)
-{
-    const QString piece = assembleRecord(index, key);
-    if (piece.isEmpty())
-        return false;
-    gathered += piece + Vocabulary::LineBreak;
-    if (child)
-        gathered += child->checkQuestionnaire(index, key);
-    return true;
-}
-
 QString TVpRecord::checkQuestionnaire(TQuestIndex *index)
 {
     const QString type = typeOfRecord();
     const int count = index->countRecords(type);
+    // Every occurrence that was counted is found again, as its own type; an empty type is found as nothing.
+    if (count > 0 && type.isEmpty()) {
+        index->status = checkNotFoundAgain;
+        return QString();
+    }
     QString gathered;
     for (int occurrence = 0; occurrence < count; ++occurrence) {
-        const QString code = index->findRecord(type, occurrence);
-        if (code.isEmpty()) {
-            index->status = checkNotFoundAgain;
+        const QString key = getKeyValue(type);
+        const QString piece = assembleRecord(index, key);
+        if (piece.isEmpty())
             return QString();
-        }
-        if (!addPiece(index, getKeyValue(code), gathered))
-            return QString();
+        gathered += piece + Vocabulary::LineBreak;
+        if (child)
+            gathered += child->checkQuestionnaire(index, key);
     }
     return gathered;
 }
 
-// This record's own part of a check below the first record; false where a piece is empty.
-bool TVpRecord::gatherLines(TQuestIndex *index, const QString &parentKey, QString &gathered)
-{
-    const QString type = typeOfRecord();
-    if (!index->lines)
-        return true;
-    for (const QString &line : qAsConst(*index->lines)) {
-        if (index->typeOf(line) != type || getParentKeyValue(line) != parentKey)
-            continue;
-        if (!addPiece(index, getKeyValue(line), gathered))
-            return false;
-    }
-    return true;
-}
-
 QString TVpRecord::checkQuestionnaire(TQuestIndex *index, QString parentKey)
 {
-    QString result;
-    // An empty piece drops what its record had gathered, and the brothers behind it are not visited.
-    for (TVpRecord *record = this; record; record = record->brother) {
-        QString gathered;
-        if (!record->gatherLines(index, parentKey, gathered))
-            break;
-        result += gathered;
+    // A record and its later brothers, with the line that is next and what was gathered before the record. The levels
+    // of the tree stand in a list: a deep tree needs no stack.
+    struct Level {
+        TVpRecord *record;
+        QString parentKey;
+        int line;
+        int sizeBefore;
+    };
+    const int lineCount = index->lines ? index->lines->size() : 0;
+    QString gathered;
+    std::vector<Level> levels = { { this, parentKey, 0, 0 } };
+    while (!levels.empty()) {
+        Level &level = levels.back();
+        TVpRecord *record = level.record;
+        if (level.line == lineCount) {
+            level = { record->brother, level.parentKey, 0, gathered.size() };
+            if (!level.record)
+                levels.pop_back();
+            continue;
+        }
+        const QString &line = index->lines->at(level.line++);
+        if (index->typeOf(line) != record->typeOfRecord() || getParentKeyValue(line) != level.parentKey)
+            continue;
+        const QString key = getKeyValue(line);
+        const QString piece = assembleRecord(index, key);
+        if (piece.isEmpty()) {
+            // What this record had gathered is dropped, and its later brothers are not visited.
+            gathered.truncate(level.sizeBefore);
+            levels.pop_back();
+            continue;
+        }
+        gathered += piece + Vocabulary::LineBreak;
+        if (record->child)
+            levels.push_back({ record->child, key, 0, gathered.size() });
     }
-    return result;
+    return gathered;
 }

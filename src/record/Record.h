@@ -72,8 +72,6 @@ private:
     /// The same for a record below the first and for its later brothers. A line of a child matches under every line of
     /// its parent.
     QString checkQuestionnaire(TQuestIndex *index, QString parentKey);
-    bool gatherLines(TQuestIndex *index, const QString &parentKey, QString &gathered);
-    bool addPiece(TQuestIndex *index, const QString &key, QString &gathered);
     QString typeOfRecord() const;
     TVpRecord *previousOf(const TVpRecord *record) const;
 

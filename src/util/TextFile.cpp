@@ -182,17 +182,13 @@ QString decode(const QByteArray &bytes)
 } // namespace textfile
 
 TextFileReader::TextFileReader(const QString &fileName)
-    : file(fileName)
 {
+    QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return;
-    const qint64 size = file.size();
-    if (size > textfile::mostBytes)
+    if (file.size() > textfile::mostBytes)
         throw std::bad_alloc();
-    // Bytes that are mapped need no memory of their own.
-    const uchar *mapped = size > 0 ? file.map(0, size) : nullptr;
-    bytes = mapped ? QByteArray::fromRawData(reinterpret_cast<const char *>(mapped), int(size))
-                   : textfile::readToEnd(file);
+    bytes = file.isSequential() ? textfile::readToEnd(file) : file.readAll();
     const auto *mark = textfile::findByteOrderMark(bytes);
     isInBlocks = mark ? mark == textfile::utf8Mark : textfile::isUtf8(bytes);
 }

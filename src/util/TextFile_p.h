@@ -2,7 +2,6 @@
 #define UTIL_TEXTFILE_P_H
 
 #include <QByteArray>
-#include <QFile>
 #include <QString>
 #include <QStringList>
 
@@ -55,8 +54,8 @@ QString decode(const QByteArray &bytes);
 
 } // namespace textfile
 
-/// Reads the text of a file in blocks of whole lines, decoded as `textfile::decode` does. Only a block is in memory at
-/// a time.
+/// Reads the text of a file in blocks of whole lines, decoded as `textfile::decode` does. Of the
+/// text, only a block is in memory at a time.
 ///
 /// Every block but the first begins with a line that begins with "[", so that a section is never parted. A file that
 /// cannot be opened has no block.
@@ -75,8 +74,7 @@ public:
 private:
     int endOfBlock() const;
 
-    QFile file;
-    QByteArray bytes;        ///< of the whole file, mapped where that is possible
+    QByteArray bytes;        ///< of the whole file
     int position = 0;        ///< of the next block
     bool isInBlocks = false; ///< UTF-8 can be read in blocks, any other encoding in one piece
 };

@@ -1,6 +1,7 @@
 #include "FileType.h"
 
 #include "cspro/CSProDataImport.h"
+#include "cspro/CSProJsonDataImport.h"
 
 #include <algorithm>
 #include <iterator>
@@ -39,10 +40,10 @@ bool isAnything(const QByteArray & /*head*/)
 // clang-format off
 // In the order in which they are tried.
 const FileType fileTypes[] = {
-    {"cspro8", "CSPro 8 JSON dictionary", nullptr,                        isJson},
-    {"spss",   "SPSS file",               nullptr,                        isSpss},
-    {"stata",  "Stata file",              nullptr,                        isStata},
-    {"cspro",  "CSPro text dictionary",   makeImporter<TCSProDataImport>, isAnything},
+    {"cspro8", "CSPro 8 JSON dictionary", makeImporter<TCSProJsonDataImport>, isJson},
+    {"spss",   "SPSS file",               nullptr,                            isSpss},
+    {"stata",  "Stata file",              nullptr,                            isStata},
+    {"cspro",  "CSPro text dictionary",   makeImporter<TCSProDataImport>,     isAnything},
 };
 // clang-format on
 

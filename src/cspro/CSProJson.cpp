@@ -1,0 +1,280 @@
+#include "cspro/CSProJson_p.h"
+
+#include "cspro/ValueSet_p.h"
+#include "import/Constants.h"
+#include "util/Numbers_p.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int headSize = 16;
+
+// The first bytes of a file as text mode gives them: without carriage returns.
+QByteArray readHead(QFile &file)
+{
+    QByteArray head;
+    while (head.size() < headSize && !file.atEnd()) {
+        const QByteArray bytes = file.read(headSize);
+        if (bytes.isEmpty())
+            break;
+        std::copy_if(bytes.cbegin(), bytes.cend(), std::back_inserter(head), [](char byte) { return byte != '\r'; });
+    }
+    return head.left(headSize);
+}
+
+bool beginsLikeAnObject(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) && readHead(file).trimmed().startsWith('{');
+}
+
+QJsonDocument parseFile(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return QJsonDocument();
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    return error.error == QJsonParseError::NoError ? document : QJsonDocument();
+}
+
+// The room that an item takes in a line: a character at least.
+int widthOf(const TCSProItem &item)
+{
+    return std::max(item.length, 1);
+}
+
+void describe(TCSProItem &item, const QJsonObject &object)
+{
+    item.name = object.value(QLatin1String("name")).toString();
+    const QString contentType = object.value(QLatin1String("contentType")).toString();
+    item.dataType = contentType.compare(QLatin1String("alpha"), Qt::CaseInsensitive) == 0;
+    item.length = object.value(QLatin1String("length")).toInt();
+}
+
+// The code of one entry of "values": that of its first pair alone.
+QString codeOf(const QJsonObject &value)
+{
+    const QJsonObject pair = value.value(QLatin1String("pairs")).toArray().at(0).toObject();
+    const auto code = pair.constFind(QLatin1String("value"));
+    if (code != pair.constEnd())
+        return code.value().toString();
+    const QJsonArray range = pair.value(QLatin1String("range")).toArray();
+    if (range.size() != 2 || !range.at(0).isString() || !range.at(1).isString())
+        return QString();
+    return range.at(0).toString() + Vocabulary::Colon + range.at(1).toString();
+}
+
+int occurrencesOf(const QJsonObject &object)
+{
+    const QJsonValue occurrences = object.value(QLatin1String("occurrences"));
+    return occurrences.isObject() ? occurrences.toObject().value(QLatin1String("maximum")).toInt(1) : 1;
+}
+
+} // namespace
+
+TCSProJson::TCSProJson() = default;
+TCSProJson::~TCSProJson() = default;
+
+void TCSProJson::readFile(QString fileName)
+{
+    if (beginsLikeAnObject(fileName))
+        parseJson(fileName);
+}
+
+void TCSProJson::parseJson(const QString &fileName)
+{
+    const QJsonDocument document = parseFile(fileName);
+    if (!document.isObject())
+        return;
+    const QJsonObject root = document.object();
+    const QJsonValue wrapped = root.value(QLatin1String("dictionary"));
+    const QJsonObject dictionary = wrapped.isObject() ? wrapped.toObject() : root;
+
+    constexpr double usualVersion = 8.0;
+    name = dictionary.value(QLatin1String("name")).toString();
+    version = numbers::toText(dictionary.value(QLatin1String("version")).toDouble(usualVersion));
+    const QJsonObject recordType = dictionary.value(QLatin1String("recordType")).toObject();
+    recordTypeStart = recordType.value(QLatin1String("start")).toInt();
+    recordTypeLen = recordType.value(QLatin1String("length")).toInt();
+    const QJsonObject itemDefaults = dictionary.value(QLatin1String("defaults")).toObject();
+    const Defaults defaults = { dictionary.value(QLatin1String("relativePositions")).toBool(true),
+                                itemDefaults.value(QLatin1String("decimalMark")).toBool(),
+                                itemDefaults.value(QLatin1String("zeroFill")).toBool() };
+    commonRecord->label = QStringLiteral("Common");
+    readLevels(dictionary.value(QLatin1String("levels")).toArray(), defaults);
+}
+
+// All ids of all levels come first, then the records of all levels.
+void TCSProJson::readLevels(const QJsonArray &levels, const Defaults &defaults)
+{
+    for (const QJsonValue level : levels) {
+        if (!readIds(level.toObject(), defaults))
+            return;
+    }
+    for (const QJsonValue level : levels) {
+        if (!readRecords(level.toObject(), defaults))
+            return;
+    }
+}
+
+// The position starts anew at every level.
+bool TCSProJson::readIds(const QJsonObject &level, const Defaults &defaults)
+{
+    const QJsonArray objects = level.value(QLatin1String("ids")).toObject().value(QLatin1String("items")).toArray();
+    return readItems(objects, commonRecord, false, defaults);
+}
+
+bool TCSProJson::readRecords(const QJsonObject &level, const Defaults &defaults)
+{
+    const QJsonArray objects = level.value(QLatin1String("records")).toArray();
+    for (const QJsonValue value : objects) {
+        if (!value.isObject())
+            continue;
+        const QJsonObject object = value.toObject();
+        TCSProRecord *record = readRecord(object);
+        if (!readItems(object.value(QLatin1String("items")).toArray(), record, true, defaults))
+            return false;
+    }
+    return true;
+}
+
+TCSProRecord *TCSProJson::readRecord(const QJsonObject &object)
+{
+    auto record = std::make_unique<TCSProRecord>();
+    record->name = object.value(QLatin1String("name")).toString();
+    record->label = readJsonLabel(object);
+    record->recordType = object.value(QLatin1String("recordType")).toString();
+    const QJsonObject occurrences = object.value(QLatin1String("occurrences")).toObject();
+    record->maxRecords = occurrences.value(QLatin1String("maximum")).toInt(1);
+    const bool isRequired = occurrences.value(QLatin1String("required")).toBool();
+    record->required = isRequired ? QStringLiteral("YES") : QStringLiteral("NO");
+    debugLine("Record", record->name, record->recordType);
+    records->append(record.get());
+    currentRecord = record.release();
+    if (!currentRecord->recordType.isEmpty())
+        recordMap[currentRecord->recordType] = currentRecord;
+    return currentRecord;
+}
+
+// The items of one record, from column 1 on; false where the dictionary would grow over its limits.
+bool TCSProJson::readItems(const QJsonArray &objects, TCSProRecord *record, bool canRepeat, const Defaults &defaults)
+{
+    const QLatin1String startKey("start");
+    int position = 1;
+    for (const QJsonValue value : objects) {
+        if (!value.isObject())
+            continue;
+        QJsonObject object = value.toObject();
+        const int count = canRepeat ? occurrencesOf(object) : 1;
+        if (count >= 2) {
+            if (!addCopies(object, record, count, position, defaults))
+                return false;
+            continue;
+        }
+        if (!hasRoom(1, 0) || valuesCount > mostValues)
+            return false;
+        if (defaults.relativePositions && !object.contains(startKey))
+            object.insert(startKey, position);
+        readJsonItem(object, record, position, defaults.relativePositions, defaults.decimalMark, defaults.zeroFill);
+    }
+    return true;
+}
+
+QString TCSProJson::readJsonLabel(const QJsonObject &object) const
+{
+    const QJsonArray labels = object.value(QLatin1String("labels")).toArray();
+    return labels.at(0).toObject().value(QLatin1String("text")).toString();
+}
+
+void TCSProJson::readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position,
+                              bool /*relativePositions*/, bool decimalMarkDefault, bool zeroFillDefault)
+{
+    if (!record)
+        return;
+    auto item = std::make_unique<TCSProItem>();
+    item->record = record;
+    item->label = readJsonLabel(object);
+    describe(*item, object);
+    // A key of another type counts as false, where a missing one takes the default.
+    const QJsonValue decimalMark = object.value(QLatin1String("decimalMark"));
+    const QJsonValue zeros = object.value(QLatin1String("zeroFill"));
+    item->decimalChar = decimalMark.isUndefined() ? decimalMarkDefault : decimalMark.toBool();
+    item->zeroFill = zeros.isUndefined() ? zeroFillDefault : zeros.toBool();
+    const QJsonValue start = object.value(QLatin1String("start"));
+    item->start = start.isUndefined() ? std::max(position, 1) : start.toInt(position);
+    const qint64 base = start.isUndefined() ? position : item->start;
+    position = numbers::clamped(base + widthOf(*item));
+    readJsonValueSets(item.get(), object);
+    record->addItem(item.get());
+    currentItem = item.get();
+    items->append(item.release());
+}
+
+// One copy of a repeated item for each occurrence, each with value-set objects of its own.
+bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int count, int &position,
+                           const Defaults &defaults)
+{
+    TCSProItem item;
+    item.record = record;
+    item.label = readJsonLabel(object);
+    describe(item, object);
+    item.decimalChar = object.value(QLatin1String("decimalMark")).toBool(defaults.decimalMark);
+    item.zeroFill = object.value(QLatin1String("zeroFill")).toBool(defaults.zeroFill);
+    item.start = object.value(QLatin1String("start")).toInt(position);
+
+    constexpr int mostSuffixCharacters = 11;
+    if (!hasRoom(count, qint64(count) * (item.name.size() + mostSuffixCharacters)))
+        return false;
+    const int base = items->size();
+    for (int k = 1; k <= count; ++k) {
+        if (valuesCount > mostValues)
+            return false;
+        auto copy = std::make_unique<TCSProItem>();
+        copy->record = item.record;
+        copy->label = item.label;
+        copy->name = item.name + Vocabulary::Underscore + QString::number(k);
+        copy->start = numbers::clamped(qint64(k - 1) * item.length + item.start);
+        copy->length = item.length;
+        copy->dataType = item.dataType;
+        copy->decimalChar = item.decimalChar;
+        copy->zeroFill = item.zeroFill;
+        copy->firstOccurrence = base;
+        readJsonValueSets(copy.get(), object);
+        record->addItem(copy.get());
+        items->append(copy.release());
+    }
+    position = numbers::clamped(qint64(widthOf(item)) * count + item.start);
+    return true;
+}
+
+void TCSProJson::readJsonValueSets(TCSProItem *item, const QJsonObject &object)
+{
+    const QJsonValue first = object.value(QLatin1String("valueSets")).toArray().at(0);
+    if (!first.isObject())
+        return;
+    const QJsonObject source = first.toObject();
+    auto set = std::make_unique<TCSProValueSet>();
+    set->name = source.value(QLatin1String("name")).toString();
+    set->label = readJsonLabel(source);
+    const QJsonArray values = source.value(QLatin1String("values")).toArray();
+    set->items->reserve(values.size());
+    for (const QJsonValue value : values) {
+        if (!value.isObject())
+            continue;
+        const QJsonObject entry = value.toObject();
+        auto valueItem = std::make_unique<TValueSetItem>();
+        valueItem->code = texts.text(codeOf(entry));
+        valueItem->name = texts.text(readJsonLabel(entry));
+        set->addItem(valueItem.release());
+    }
+    valuesCount += set->items->size();
+    item->addValueSet(set.release());
+}

@@ -1,0 +1,179 @@
+#include "cspro/CSProJsonDataImport.h"
+
+#include "cspro/CSProImportBody_p.h"
+#include "cspro/CSProJson_p.h"
+#include "import/Constants.h"
+#include "import/DebugLog_p.h"
+
+namespace
+{
+
+const QLatin1String providerType("CSPRO8");
+
+} // namespace
+
+TCSProJsonDataImport::TCSProJsonDataImport(QString fileName)
+    : TDataImport(std::move(fileName))
+    , groupList(new QStringList)
+    , layoutPending(true)
+{
+    debugLine("TCSProJsonImport Constructor");
+    initDataImport();
+}
+
+TCSProJsonDataImport::TCSProJsonDataImport() = default;
+TCSProJsonDataImport::TCSProJsonDataImport(const TCSProJsonDataImport &other) = default;
+TCSProJsonDataImport &TCSProJsonDataImport::operator=(const TCSProJsonDataImport &other) = default;
+
+TCSProJsonDataImport::TCSProJsonDataImport(TCSProJsonDataImport && /*other*/)
+    : TCSProJsonDataImport()
+{
+}
+
+TCSProJsonDataImport::~TCSProJsonDataImport() = default;
+
+QString TCSProJsonDataImport::getDataProviderId()
+{
+    return providerType + Vocabulary::Underscore + sourceName;
+}
+
+QString TCSProJsonDataImport::getDataProviderType()
+{
+    return providerType;
+}
+
+bool TCSProJsonDataImport::openFile()
+{
+    openState = 1;
+    stateValue = 1.0;
+    openDataImport();
+    openRead(getSourceName());
+    return true;
+}
+
+QStringList *TCSProJsonDataImport::selectLayoutSource()
+{
+    debugLine("TCSProJsonImport - selectLayoutSource");
+    return TDataImport::selectLayoutSource();
+}
+
+bool TCSProJsonDataImport::isMultiple()
+{
+    return getRecordTypeSize() > 0;
+}
+
+int TCSProJsonDataImport::getGroupCount()
+{
+    return groupList ? groupList->size() : 0;
+}
+
+QString TCSProJsonDataImport::getGroupName(int index)
+{
+    return cspro::groupAt(groupList, index);
+}
+
+QString TCSProJsonDataImport::getGroupValue(int index)
+{
+    return cspro::firstGroupWith(groupList, getGroupName(index));
+}
+
+int TCSProJsonDataImport::getRecordTypeIndex(QString value)
+{
+    return cspro::lastRecordOfType(dictionary, value);
+}
+
+int TCSProJsonDataImport::getRecordTypeIndex() const
+{
+    return cspro::firstRecordOfType(dictionary, currentRecordType);
+}
+
+int TCSProJsonDataImport::getRecordTypeStart()
+{
+    return recordTypeStart;
+}
+
+int TCSProJsonDataImport::getRecordTypeSize()
+{
+    return recordTypeLen;
+}
+
+// The former dictionary stays alive: fields point at its items.
+void TCSProJsonDataImport::renewDictionary()
+{
+    dictionary = new TCSProJson;
+}
+
+void TCSProJsonDataImport::openRead(QString fileName)
+{
+    renewDictionary();
+    dictionary->readFile(std::move(fileName));
+    recordTypeStart = dictionary->recordTypeStart;
+    recordTypeLen = dictionary->recordTypeLen;
+    cspro::listGroups(*dictionary, groupList);
+    layoutPending = false;
+    copyDataFromDictionary();
+}
+
+void TCSProJsonDataImport::copyDataFromDictionary()
+{
+    if (!dictionary)
+        return;
+    cspro::ItemDescriber describer;
+    const int count = dictionary->getItemsCount();
+    for (int i = 0; i < count; ++i) {
+        TCSProItem *item = dictionary->getItem(i);
+        auto field = std::make_unique<TCSProJsonVariable>(this, item);
+        if (isMultiple() && item->record)
+            field->group = item->record->name;
+        describer.describe(*item, *field);
+        addField(field.release());
+    }
+}
+
+void TCSProJsonDataImport::getNotApplicable(TGenericField *field) const
+{
+    const auto *variable = dynamic_cast<TCSProJsonVariable *>(field);
+    if (variable && variable->item)
+        field->notApplicable = variable->item->notApplicable;
+}
+
+void TCSProJsonDataImport::getVarMissingValue(TGenericField *field) const
+{
+    const auto *variable = dynamic_cast<TCSProJsonVariable *>(field);
+    if (variable && variable->item)
+        field->missingValue = variable->item->missingValue;
+}
+
+QString TCSProJsonDataImport::StringOfChar(char c, int count) const
+{
+    return cspro::stringOfChar(QLatin1Char(c), count);
+}
+
+TCSProJsonVariable::TCSProJsonVariable(TDataImport *importer, TCSProItem *sourceItem)
+    : TGenericField(importer)
+    , item(sourceItem)
+    , optionalAtStart(optional)
+{
+}
+
+TCSProJsonVariable::~TCSProJsonVariable() = default;
+
+bool TCSProJsonVariable::isMissing()
+{
+    return cspro::isMissing(*this, item);
+}
+
+bool TCSProJsonVariable::isNotApplicable()
+{
+    return cspro::isNotApplicable(*this, item);
+}
+
+bool TCSProJsonVariable::isBlank()
+{
+    return cspro::isBlank(*this);
+}
+
+QString TCSProJsonVariable::getGroup()
+{
+    return group;
+}

@@ -1,0 +1,97 @@
+#ifndef CSPRO_CSPROJSONDATAIMPORT_H
+#define CSPRO_CSPROJSONDATAIMPORT_H
+
+#include "import/DataImport.h"
+#include "model_vanadmin_export.h"
+
+class TCSProJson;
+class TCSProItem;
+
+/// Reads the layout of a CSPro 8 JSON dictionary: one field for each item and occurrence, one group for each record.
+///
+/// It reads no data, asks nothing and throws nothing. Columns count from 1, lengths are in characters. A file that
+/// cannot be read gives an open importer with no groups and no fields. The twin of `TCSProDataImport`: both do the same
+/// with their dictionaries.
+///
+/// The dictionary and the list of groups outlive the importer, as the fields do. Copies share all of them. Call the
+/// operations through a `TDataImport` pointer or reference.
+class MODEL_VANADMIN_EXPORT TCSProJsonDataImport : public TDataImport
+{
+public:
+    /// Keeps the path, unchanged; reads nothing yet. Logs "TCSProJsonImport Constructor".
+    explicit TCSProJsonDataImport(QString fileName);
+    /// Empty: no path and no list of groups.
+    TCSProJsonDataImport();
+    TCSProJsonDataImport(const TCSProJsonDataImport &other);
+    TCSProJsonDataImport &operator=(const TCSProJsonDataImport &other);
+    /// Takes nothing from its argument: the same as the default constructor.
+    TCSProJsonDataImport(TCSProJsonDataImport &&other);
+    ~TCSProJsonDataImport() override;
+
+    int getGroupCount() override; ///< number of records; the common record is not among them
+
+protected:
+    friend struct TestAccess;
+
+    QString getDataProviderId() override;   ///< "CSPRO8_" and the source name
+    QString getDataProviderType() override; ///< "CSPRO8"
+    /// Reads the dictionary anew, leaving the former one alive. Always true.
+    bool openFile() override;
+    /// As the base, after the line "TCSProJsonImport - selectLayoutSource" in the log.
+    QStringList *selectLayoutSource() override;
+    bool isMultiple() override;               ///< whether the record type has a width above 0
+    QString getGroupName(int index) override; ///< "name=type", the whole entry; null outside of the list
+    /// The first entry that contains the text of getGroupName(): the same whole entry, unless an earlier one holds it
+    /// too.
+    QString getGroupValue(int index) override;
+    int getRecordTypeIndex(QString value) override; ///< of the last record of this type, from 0; -1 if there is none
+    int getRecordTypeStart() override;              ///< column of the record type, from 1
+    int getRecordTypeSize() override;               ///< width of the record type
+
+    void openRead(QString fileName);
+    void copyDataFromDictionary();
+    int getRecordTypeIndex() const; ///< of the first record of the current record type; -1 if there is none
+    // Both copy a code of the field's item into the field; nothing is done for another importer's field.
+    void getNotApplicable(TGenericField *field) const;
+    void getVarMissingValue(TGenericField *field) const;
+
+private:
+    void renewDictionary();
+    QString StringOfChar(char c, int count) const; ///< "" for no copy or fewer
+
+    QStringList *groupList = nullptr; ///< one entry "name=type" for each record; never released
+    bool layoutPending = false;       ///< true until the first read; nothing reads it
+    int recordTypeStart = 0;
+    int recordTypeLen = 0;
+    TCSProJson *dictionary = nullptr; ///< never released: the fields point at its items
+    QString currentRecordType;        ///< what getRecordTypeIndex() looks for; nothing sets it
+    int number1 = 0;                  ///< carried
+    QString text1;                    ///< carried
+    int openState = 0;                ///< 1 once opened; nothing reads it
+    void *pointer1 = nullptr;         ///< carried
+    void *pointer2 = nullptr;         ///< carried
+    QString text2;                    ///< carried
+};
+
+/// The field of a CSPro 8 JSON dictionary. It points at its item without owning it.
+class MODEL_VANADMIN_EXPORT TCSProJsonVariable : public TGenericField
+{
+public:
+    TCSProJsonVariable(TDataImport *importer, TCSProItem *sourceItem);
+    ~TCSProJsonVariable() override;
+
+    bool isMissing() override;       ///< unset, or the current text is the item's missing code
+    bool isNotApplicable() override; ///< the current text is the item's not-applicable code
+    bool isBlank() override;         ///< the current text is white space
+    QString getGroup() override;     ///< name of the item's record where the dictionary has record types, else ""
+
+    QString group;
+    TCSProItem *item; ///< not owned; null counts as an item without codes
+
+private:
+    friend struct TestAccess;
+
+    bool optionalAtStart; ///< carried
+};
+
+#endif

@@ -1,0 +1,61 @@
+#ifndef CSPRO_CSPROJSON_P_H
+#define CSPRO_CSPROJSON_P_H
+
+#include "cspro/CSProModel_p.h"
+
+class QJsonArray;
+class QJsonObject;
+
+/// Reads a CSPro 8 JSON dictionary (the JSON form of the CSPro dictionary format) into the same model as a text
+/// dictionary.
+///
+/// Lenient and silent: it throws nothing, asks nothing and reports nothing; what cannot be read is not there
+/// afterwards. Types are strict: a text is only a JSON string, an integer only a JSON number without a fraction, a flag
+/// only a JSON boolean; anything else counts as its default. Columns count from 1, lengths are in characters. Not
+/// thread-safe.
+class TCSProJson : public CSProDictionary
+{
+public:
+    /// No dictionary holds more values: the copies of an item have their own, so a small file could ask for very many.
+    static constexpr qint64 mostValues = 10000000;
+
+    TCSProJson();
+    ~TCSProJson() override;
+
+    /// Reads a file, if it begins with "{" behind white space, all within its first 16 bytes. A second call appends.
+    ///
+    /// A dictionary that would need more items, name characters or values than the limits say is read up to the item
+    /// that would exceed them.
+    void readFile(QString fileName);
+
+private:
+    friend struct TestAccess;
+
+    /// What the dictionary says for items that do not say it themselves.
+    struct Defaults {
+        bool relativePositions;
+        bool decimalMark;
+        bool zeroFill;
+    };
+
+    void parseJson(const QString &fileName);
+    void readLevels(const QJsonArray &levels, const Defaults &defaults);
+    bool readIds(const QJsonObject &level, const Defaults &defaults);
+    bool readRecords(const QJsonObject &level, const Defaults &defaults);
+    TCSProRecord *readRecord(const QJsonObject &object);
+    bool readItems(const QJsonArray &objects, TCSProRecord *record, bool canRepeat, const Defaults &defaults);
+    bool addCopies(const QJsonObject &object, TCSProRecord *record, int count, int &position, const Defaults &defaults);
+
+    /// The text of the first label of \a object; "" if there is none.
+    QString readJsonLabel(const QJsonObject &object) const;
+    /// Attaches the first value set of \a object to \a item, its values in the order of the document.
+    void readJsonValueSets(TCSProItem *item, const QJsonObject &object);
+    /// Adds one item, and moves \a position behind it. Without a "start" the item stands at the position, at column 1
+    /// at least; with one the position goes by that, whatever the flag says. Nothing for a null record.
+    void readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position, bool relativePositions,
+                      bool decimalMarkDefault, bool zeroFillDefault);
+
+    qint64 valuesCount = 0; ///< values made so far
+};
+
+#endif
