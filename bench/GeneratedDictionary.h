@@ -7,4 +7,7 @@
 /// with none for 0. The same numbers always give the same bytes.
 QByteArray generatedDictionary(int items, int values);
 
+/// The same dictionary in the JSON form, laid out with line breaks and blanks as CSPro writes it.
+QByteArray generatedJsonDictionary(int items, int values);
+
 #endif

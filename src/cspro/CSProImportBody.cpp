@@ -107,6 +107,12 @@ bool isBlank(const TGenericField &field)
     return field.currentText().trimmed().isEmpty();
 }
 
+ItemDescriber::ItemDescriber()
+{
+    constexpr int usualSize = 4096;
+    labelsBuffer.reserve(usualSize); // without it, emptying the buffer gives its room back
+}
+
 void ItemDescriber::describe(const TCSProItem &item, TGenericField &field)
 {
     field.type = typeOf(item);

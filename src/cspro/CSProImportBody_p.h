@@ -39,6 +39,8 @@ public:
     /// Bounds of nines end here: no number of a dictionary is wider.
     static constexpr int mostNines = 10000;
 
+    ItemDescriber();
+
     /// Fills the description of \a field from \a item: everything but the group.
     void describe(const TCSProItem &item, TGenericField &field);
 

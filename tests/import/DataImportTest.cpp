@@ -413,6 +413,58 @@ private Q_SLOTS:
         QCOMPARE(importer.fieldByName("AGE"), static_cast<TGenericField *>(&last));
     }
 
+    void nullIsNotAdded_data()
+    {
+        QTest::addColumn<bool>("moved");
+        QTest::newRow("to a list") << false;
+        QTest::newRow("to an importer without a list") << true;
+    }
+    void nullIsNotAdded()
+    {
+        QFETCH(bool, moved);
+        BareImporter source;
+        BareImporter emptied(std::move(source));
+        BareImporter &importer = moved ? emptied : source;
+        const QList<TGenericField *> *fields = TestAccess::fields(importer);
+        QCOMPARE(fields == nullptr, moved);
+        TestAccess::addField(importer, nullptr);
+        QCOMPARE(TestAccess::namesFound(importer), QStringList());
+        QCOMPARE(selected(importer), QStringList());
+
+        FakeField age(nullptr, "AGE");
+        TestAccess::addField(importer, &age);
+        TestAccess::addField(importer, nullptr);
+        QCOMPARE(*TestAccess::fields(importer), QList<TGenericField *>({ &age }));
+        QCOMPARE(TestAccess::namesFound(importer), QStringList("AGE"));
+    }
+
+    void nullInTheListIsSkipped()
+    {
+        // A format reaches the list itself.
+        struct ReachingImporter : FakeImporter {
+            using FakeImporter::FakeImporter;
+            bool openFile() override
+            {
+                openDataImport();
+                *fields = layout;
+                return true;
+            }
+        };
+        ReachingImporter importer("layout.dcf", "CSPRO");
+        FakeField age(&importer, "AGE", vtInteger);
+        FakeField sex(&importer, "SEX", vtNone);
+        importer.layout = { nullptr, &age, nullptr, nullptr, &sex, nullptr };
+        QCOMPARE(selected(importer), QStringList({ "AGE", "SEX" }));
+        QCOMPARE(TestAccess::fields(importer)->size(), 6);
+
+        const Dictionary dictionary(importer);
+        QCOMPARE(dictionary.fields.size(), 2);
+        QCOMPARE(dictionary.fields[0]->fieldName, QString("AGE"));
+        QCOMPARE(dictionary.fields[1]->fieldName, QString("SEX"));
+        QCOMPARE(dictionary.fields[1]->FieldType, QString("INTEGER")); // of the field before it
+        QCOMPARE(dictionary.lines.size(), 2 * 5);
+    }
+
     void fieldIsFoundByItsExactName_data()
     {
         QTest::addColumn<QString>("name");
@@ -557,6 +609,40 @@ private Q_SLOTS:
         QCOMPARE(importer.getSourceName(), folder.filePath("layout.dcf"));
     }
 
+    void folderCountsAsAnExistingSource()
+    {
+        QTemporaryDir folder;
+        BareImporter importer("former");
+        importer.setSourceName(folder.path());
+        QCOMPARE(importer.getSourceName(), folder.path());
+    }
+
+#ifdef Q_OS_UNIX
+    void symbolicLinkIsNotResolved()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("layout.dcf");
+        const QString link = folder.filePath("link.dcf");
+        QVERIFY(createFile(path));
+        QVERIFY(QFile::link(path, link));
+        BareImporter importer("former");
+        importer.setSourceName(link);
+        QCOMPARE(importer.getSourceName(), link);
+        importer.setDataSourceName(link);
+        QCOMPARE(importer.getDataSourceName(), link);
+    }
+
+    void symbolicLinkToNoFileIsNoSource()
+    {
+        QTemporaryDir folder;
+        const QString link = folder.filePath("link.dcf");
+        QVERIFY(QFile::link(folder.filePath("layout.dcf"), link));
+        BareImporter importer("former");
+        importer.setSourceName(link);
+        QCOMPARE(importer.getSourceName(), QString());
+    }
+#endif
+
     void sourceNameIsEmptyAfterABadName_data()
     {
         QTest::addColumn<QString>("name");
@@ -609,6 +695,42 @@ private Q_SLOTS:
         BareImporter importer(folder.filePath("survey/layout.dcf"));
         importer.setDataSourceName("/no such folder/data.dat");
         QCOMPARE(importer.getDataSourceName(), folder.filePath("surveydata.dat"));
+    }
+
+    void candidateStandsInTheAbsoluteFolderOfARelativeSource()
+    {
+        QTemporaryDir folder;
+        QVERIFY(createFile(folder.filePath("surveydata.dat")));
+        const QString current = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(folder.path()));
+        BareImporter importer("survey/layout.dcf"); // neither the source nor its folder need exist
+        importer.setDataSourceName("/no such folder/data.dat");
+        const QString expected = QDir::currentPath() + "/surveydata.dat";
+        QDir::setCurrent(current);
+        QCOMPARE(importer.getDataSourceName(), expected);
+        QCOMPARE(importer.getSourceName(), QString("survey/layout.dcf"));
+    }
+
+    void emptyDataSourceNameLeadsToTheFolderOfTheSource_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("expected");
+        // The candidate is the folder, followed by no file name. Without a source there is no folder.
+        QTest::newRow("absolute source") << QDir::tempPath() + "/layout.dcf" << QDir::tempPath();
+        QTest::newRow("relative source") << "layout.dcf" << QDir::currentPath();
+        QTest::newRow("source in a missing folder") << "/no such folder/layout.dcf"
+                                                    << "";
+        QTest::newRow("no source") << ""
+                                   << "";
+    }
+    void emptyDataSourceNameLeadsToTheFolderOfTheSource()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, expected);
+        BareImporter importer(source);
+        importer.setDataSourceName("former");
+        importer.setDataSourceName("");
+        QCOMPARE(importer.getDataSourceName(), expected);
     }
 
     void dataFileThatExistsIsTakenBeforeTheCandidate()
@@ -771,6 +893,55 @@ private Q_SLOTS:
         QCOMPARE(source.getDataProviderType(), text);
         QCOMPARE(int(source.dataProviderTypeIndex), value);
         QCOMPARE(source.providerId, type + "_layout.x");
+    }
+
+    void idAndTypeAreAskedForEachField()
+    {
+        FakeImporter importer("layout.dcf", "CSPRO");
+        FakeField fields[] = { FakeField(&importer, "A"), FakeField(&importer, "B"), FakeField(&importer, "C") };
+        importer.layout = { &fields[0], &fields[1], &fields[2] };
+        selected(importer);
+        importer.calls.clear();
+        const Dictionary dictionary(importer);
+        const QStringList once = { "getDataProviderId", "getDataProviderType" };
+        QCOMPARE(importer.calls, once + once + once);
+    }
+
+    void everyFieldTakesTheAnswersOfItsOwnQuestions()
+    {
+        struct ChangingImporter : FakeImporter {
+            using FakeImporter::FakeImporter;
+            QString getDataProviderId() override { return QString("id %1").arg(++ids); }
+            QString getDataProviderType() override { return ++types % 2 ? QString("CSV") : QString("STATA"); }
+            int ids = 0;
+            int types = 0;
+        };
+        ChangingImporter importer("layout.dcf", "CSPRO");
+        FakeField fields[] = { FakeField(&importer, "A"), FakeField(&importer, "B"), FakeField(&importer, "C") };
+        importer.layout = { &fields[0], &fields[1], &fields[2] };
+        selected(importer);
+        importer.types = 0;
+        const Dictionary dictionary(importer);
+        QStringList answers;
+        for (const TVpSourceField *source : dictionary.fields)
+            answers << source->providerId << source->DataProviderType;
+        QCOMPARE(answers, QStringList({ "id 1", "CSV", "id 2", "STATA", "id 3", "CSV" }));
+    }
+
+    void idAndTypeAreNotAskedWithoutFields()
+    {
+        FakeField age(nullptr, "AGE");
+        FakeImporter importer("layout.dcf", "CSPRO");
+        importer.layout = { &age };
+        importer.calls.clear();
+        const Dictionary unopened(importer);
+        QCOMPARE(importer.calls, QStringList());
+
+        importer.layout.clear();
+        selected(importer);
+        importer.calls.clear();
+        const Dictionary opened(importer);
+        QCOMPARE(importer.calls, QStringList());
     }
 
     void fiveLinesAreLoggedForEachField()

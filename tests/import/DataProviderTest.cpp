@@ -10,8 +10,11 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <atomic>
+#include <cstdlib>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <stdexcept>
 #include <type_traits>
 
@@ -122,6 +125,58 @@ struct TestAccess {
     static void addChild(TVpRecord &parent, TVpRecord *child) { parent.addChild(child); }
     static void addBrother(TVpRecord &record, TVpRecord *brother) { record.addBrother(brother); }
 };
+
+namespace
+{
+
+std::atomic<const void *> watchedObject{ nullptr };
+std::atomic<bool> isWatchedReleased{ false };
+
+void release(void *object)
+{
+    if (object && object == watchedObject)
+        isWatchedReleased = true;
+    std::free(object);
+}
+
+// Tells whether an object is released while this lives. One at a time.
+class ReleaseWatch
+{
+public:
+    explicit ReleaseWatch(const void *object)
+    {
+        isWatchedReleased = false;
+        watchedObject = object;
+    }
+    ~ReleaseWatch() { watchedObject = nullptr; }
+    ReleaseWatch(const ReleaseWatch &) = delete;
+    ReleaseWatch &operator=(const ReleaseWatch &) = delete;
+
+    bool isReleased() const { return isWatchedReleased; }
+};
+
+} // namespace
+
+// Every object of the program, the library's included, goes this way; new stands beside delete for the sanitizers,
+// which want the two to match.
+void *operator new(std::size_t size)
+{
+    if (void *object = std::malloc(std::max<std::size_t>(size, 1)))
+        return object;
+    throw std::bad_alloc();
+}
+void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept
+{
+    return std::malloc(std::max<std::size_t>(size, 1));
+}
+void operator delete(void *object) noexcept
+{
+    release(object);
+}
+void operator delete(void *object, std::size_t /*size*/) noexcept
+{
+    release(object);
+}
 
 namespace
 {
@@ -446,6 +501,71 @@ private Q_SLOTS:
         QCOMPARE(oldRecord->typeNumber(), -1);
     }
 
+    void secondFillingReleasesTheOldListObject()
+    {
+        Filled filled({ "AGE" });
+        const TVpSourceField *oldField = filled.provider.getField("AGE");
+        const ReleaseWatch list(filled.provider.getFields());
+        QVERIFY(!list.isReleased());
+        fillFrom(filled.provider, filled.importer);
+        QVERIFY(list.isReleased());
+        QCOMPARE(oldField->fieldName, QString("AGE"));
+    }
+
+    void sourceFieldsAndTreeAreNotReleasedWithTheList()
+    {
+        Filled filled({ "AGE" });
+        {
+            const ReleaseWatch field(filled.provider.getField("AGE"));
+            fillFrom(filled.provider, filled.importer);
+            QVERIFY(!field.isReleased());
+        }
+        const ReleaseWatch record(TestAccess::record(filled.provider));
+        fillFrom(filled.provider, filled.importer);
+        QVERIFY(!record.isReleased());
+    }
+
+    void listThatACopySharesIsReleasedByTheLastToRefill_data() { copyTakesEveryMemberAndSharesAllPointers_data(); }
+    void listThatACopySharesIsReleasedByTheLastToRefill()
+    {
+        QFETCH(bool, assigned);
+        Filled filled({ "AGE" });
+        TVpDataProvider target;
+        if (assigned)
+            target = filled.provider;
+        TVpDataProvider copy(assigned ? target : filled.provider);
+        target = copy; // a third one, which is refilled second
+        const ReleaseWatch list(copy.getFields());
+        fillFrom(filled.provider, filled.importer);
+        QVERIFY(!list.isReleased());
+        fillFrom(target, filled.importer);
+        QVERIFY(!list.isReleased());
+        QCOMPARE(namesOf(*copy.getFields()), QStringList("AGE"));
+        fillFrom(copy, filled.importer);
+        QVERIFY(list.isReleased());
+    }
+
+    void listThatNoCopySharesAnyMoreIsReleased()
+    {
+        Filled filled({ "AGE" });
+        auto copy = std::make_unique<TVpDataProvider>(filled.provider);
+        const ReleaseWatch list(filled.provider.getFields());
+        copy.reset();
+        QVERIFY(!list.isReleased());
+        fillFrom(filled.provider, filled.importer);
+        QVERIFY(list.isReleased());
+    }
+
+    void listIsNotReleasedWithItsProvider()
+    {
+        FakeImporter importer("layout.dcf", "CSPRO");
+        auto provider = std::make_unique<TVpDataProvider>();
+        fillFrom(*provider, importer);
+        const ReleaseWatch list(provider->getFields());
+        provider.reset();
+        QVERIFY(!list.isReleased());
+    }
+
     void fillingAgainFromTheSameImporterMakesNewSourceFields()
     {
         Filled filled({ "AGE" });
@@ -762,6 +882,10 @@ private Q_SLOTS:
         QTest::newRow("absent name")                      << "Z" << "PERSON"  << -1;
         QTest::newRow("record with a blank")              << "A" << "PERSON " << -1;
         QTest::newRow("letters beyond ASCII")             << "E" << QString::fromUtf8("ménage") << 6;
+        QTest::newRow("letter that is two in upper case") << "F" << "STRASSE" << 7;
+        QTest::newRow("two letters for one")              << "F" << "strasse" << 7;
+        QTest::newRow("the same letter")                  << "F" << QString::fromUtf8("straße") << 7;
+        QTest::newRow("one letter for two")               << "G" << QString::fromUtf8("Straße") << 8;
         // clang-format on
     }
     void fieldIsFoundInItsRecord()
@@ -769,9 +893,12 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, record);
         QFETCH(int, position);
-        const Filled filled({ "A", "A", "B", "C", "C", "D", "E" });
+        const Filled filled({ "A", "A", "B", "C", "C", "D", "E", "F", "G" });
         const QList<TVpSourceField *> &fields = *filled.provider.getFields();
-        const QStringList groups = { "Person", "Housing", "", "PERSON", "", "Common", QString::fromUtf8("MÉNAGE") };
+        const QStringList groups = {
+            "Person", "Housing", "", "PERSON", "", "Common", QString::fromUtf8("MÉNAGE"), QString::fromUtf8("Straße"),
+            "STRASSE"
+        };
         for (int i = 0; i < fields.size(); ++i)
             fields[i]->group = groups[i];
         QCOMPARE(filled.provider.getFieldFromRecord(name, record), position < 0 ? nullptr : fields[position]);
@@ -924,6 +1051,8 @@ private Q_SLOTS:
         QTest::newRow("empty line")                        << 0 << 1 << ""           << "";
         QTest::newRow("blanks are kept")                   << 0 << 2 << " 1x"        << " 1";
         QTest::newRow("largest start and size")            << INT_MAX << INT_MAX << "abc" << "";
+        QTest::newRow("negative start counts against the size") << -2 << 5 << "abcdefgh" << "abc";
+        QTest::newRow("negative start as long as the size") << -2 << 2 << "abcdefgh" << "";
         // clang-format on
     }
     void recordTypeIsCutFromTheCurrentLine()

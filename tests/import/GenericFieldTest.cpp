@@ -772,6 +772,13 @@ private Q_SLOTS:
         QTest::newRow("case counts")                         << "xa Male"         << "A"   << false << "";
         QTest::newRow("line feed becomes a tab")             << "x1\nMale end"    << "1\tMale" << true << "xend";
         QTest::newRow("no entries, some code")               << ""                << "1"   << false << "";
+        QTest::newRow("no blank: the code is the rest of the text") << "123"      << "23"  << true  << "123";
+        QTest::newRow("no blank: nothing is removed but white space") << "123\t"  << "23"  << true  << "123";
+        QTest::newRow("no blank: the whole text is not the code")  << "123"       << "123" << false << "";
+        QTest::newRow("no blank: nor is a part of the rest")       << "123"       << "2"   << false << "";
+        QTest::newRow("blank first: the code is the rest of the text") << " 1 Male"  << "1 Male" << true << "1 Male";
+        QTest::newRow("blank first: the first entry is not found")  << " 1 Male"  << "1"   << false << "";
+        QTest::newRow("blank first: nor is the empty code")         << " 1 Male"  << ""    << false << "";
         // clang-format on
     }
     void valueLabelIsFoundInTheFirstEntryFromItsSecondCharacter()

@@ -326,6 +326,10 @@ private Q_SLOTS:
         QTest::newRow("blanks are kept")                     << 1 << 3  << "a   b"    << "   ";
         QTest::newRow("largest start and length")            << INT_MAX << INT_MAX << "abc" << "";
         QTest::newRow("largest length")                      << 1 << INT_MAX << "abc" << "bc";
+        QTest::newRow("negative start counts against the length") << -2 << 5 << "abcdefgh" << "abc";
+        QTest::newRow("negative start, up to the end")       << -2 << 10 << "abcdefgh" << "abcdefgh";
+        QTest::newRow("negative length is the whole line")   << 0 << -1 << "abcdefgh" << "abcdefgh";
+        QTest::newRow("negative length is the rest of the line") << 3 << -1 << "abcdefgh" << "defgh";
         // clang-format on
     }
     void valueIsCutFromTheLine()
@@ -343,19 +347,22 @@ private Q_SLOTS:
     void valueIsNullWhereTheLineDoesNotReach_data()
     {
         QTest::addColumn<int>("start");
+        QTest::addColumn<int>("length");
         QTest::addColumn<QString>("line");
-        QTest::newRow("start beyond the end") << 9 << "abcdefgh";
-        QTest::newRow("start at the end") << 8 << "abcdefgh";
-        QTest::newRow("empty line") << 0 << "";
-        QTest::newRow("null line") << 0 << QString();
+        QTest::newRow("start beyond the end") << 9 << 5 << "abcdefgh";
+        QTest::newRow("start at the end") << 8 << 5 << "abcdefgh";
+        QTest::newRow("field ends before the line begins") << -2 << 1 << "abcdefgh";
+        QTest::newRow("empty line") << 0 << 5 << "";
+        QTest::newRow("null line") << 0 << 5 << QString();
     }
     void valueIsNullWhereTheLineDoesNotReach()
     {
         QFETCH(int, start);
+        QFETCH(int, length);
         QFETCH(QString, line);
         TVpSourceField field;
         field.start = start;
-        field.length = 5;
+        field.length = length;
         QVERIFY(field.getStringValue(line).isNull());
         QCOMPARE(field.isBlankValue, true); // a null text equals the empty blank value
         field.blankValue = "9";

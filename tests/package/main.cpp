@@ -1,6 +1,8 @@
 #include "cspro/CSProDataImport.h"
 #include "import/DataProvider.h"
+#include "import/ErrorManager.h"
 #include "import/SourceField.h"
+#include "record/QuestIndex.h"
 
 #include <cstdio>
 #include <memory>
@@ -14,5 +16,15 @@ int main(int, char **arguments)
     for (const TVpSourceField *field : *provider.getFields())
         std::printf("%s %s %d %d\n", qPrintable(field->fieldName), qPrintable(field->FieldType), field->start,
                     field->length);
-    return names->size() == 2 ? 0 : 1;
+
+    int code = 0;
+    try {
+        provider.findField("A", "B");
+    } catch (VpErrorManager *error) {
+        code = error->getCode();
+        delete error;
+    }
+    TQuestIndex index;
+    index.typeLength = 1;
+    return names->size() == 2 && code == 106 && index.typeOf("H1") == "H" ? 0 : 1;
 }

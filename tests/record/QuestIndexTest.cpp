@@ -65,6 +65,10 @@ void QuestIndexTest::typeOfLineIsCutFromZero_data()
     QTest::newRow("line ends before the code")      << 4 << 1 << "12H" << "";
     QTest::newRow("code of no characters")          << 1 << 0 << "12H" << "";
     QTest::newRow("empty line")                     << 0 << 1 << "" << "";
+    QTest::newRow("negative start counts against the length") << -1 << 2 << "H12" << "H";
+    QTest::newRow("negative start as long as the code")       << -2 << 2 << "H12" << "";
+    QTest::newRow("negative length is the whole line")        << 0 << -1 << "H12" << "H12";
+    QTest::newRow("negative length is the rest of the line")  << 1 << -1 << "H12" << "12";
     // clang-format on
 }
 

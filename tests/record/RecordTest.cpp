@@ -1,5 +1,6 @@
 #include "record/QuestIndex.h"
 #include "record/Record.h"
+#include "support/Callable.h"
 
 #include <QtTest>
 
@@ -66,6 +67,47 @@ namespace
 {
 
 constexpr int manyRecords = 100000;
+constexpr int manyLines = 200000;
+
+CALLABLE(CallsRetrieveRecord, retrieveRecord(QString()));
+CALLABLE(CallsPreOrderNext, preOrderNext());
+CALLABLE(CallsNodeCaption, nodeCaption());
+CALLABLE(CallsAddChild, addChild(static_cast<TVpRecord *>(nullptr)));
+CALLABLE(CallsAddBrother, addBrother(static_cast<TVpRecord *>(nullptr)));
+CALLABLE(CallsInsertChild, insertChild(static_cast<TVpRecord *>(nullptr), static_cast<TVpRecord *>(nullptr)));
+CALLABLE(CallsDeleteChild, deleteChild(QString(), false));
+CALLABLE(CallsPreOrderNextBrother, preOrderNextBrother());
+CALLABLE(CallsAddReference, addRecordReferenceToList(static_cast<TVpRecordReference *>(nullptr)));
+CALLABLE(CallsRemoveReference, removeRecordReferenceFromList(static_cast<TVpRecordReference *>(nullptr)));
+CALLABLE(CallsGetKeyValue, getKeyValue(QString()));
+CALLABLE(CallsGetParentKeyValue, getParentKeyValue(QString()));
+CALLABLE(CallsAssemble, assembleRecord(static_cast<TQuestIndex *>(nullptr)));
+CALLABLE(CallsAssembleWithKey, assembleRecord(static_cast<TQuestIndex *>(nullptr), QString()));
+CALLABLE(CallsCheck, checkQuestionnaire(static_cast<TQuestIndex *>(nullptr)));
+CALLABLE(CallsLowerCheck, checkQuestionnaire(static_cast<TQuestIndex *>(nullptr), QString()));
+
+// Tells from inside of a subclass which operations it may call.
+class Insider : public TVpRecord
+{
+public:
+    template <typename T> static auto reachesNodeCaption(T *record) -> decltype(record->nodeCaption(), true)
+    {
+        return true;
+    }
+    static bool reachesNodeCaption(...) { return false; }
+    template <typename T> static auto reachesAddChild(T *record) -> decltype(record->addChild(record), true)
+    {
+        return true;
+    }
+    static bool reachesAddChild(...) { return false; }
+    template <typename T>
+    static auto reachesCheck(T *record)
+        -> decltype(record->checkQuestionnaire(static_cast<TQuestIndex *>(nullptr)), true)
+    {
+        return true;
+    }
+    static bool reachesCheck(...) { return false; }
+};
 
 // The records of one test: whoever builds a tree frees it.
 class Forest
@@ -125,6 +167,15 @@ struct Tree : Forest {
     TVpRecord *c1 = makeChild(c, QStringLiteral("C1"));
     TVpRecord *c1x = makeChild(c1, QStringLiteral("C1X"));
 };
+
+// Every record of the tree with its three neighbours.
+QList<const TVpRecord *> linksOf(const Tree &tree)
+{
+    QList<const TVpRecord *> links;
+    for (TVpRecord *record : { tree.r, tree.a, tree.a1, tree.a2, tree.a2x, tree.b, tree.c, tree.c1, tree.c1x })
+        links << record << Access::child(record) << Access::parent(record) << Access::brother(record);
+    return links;
+}
 
 // A single record that frees its list of references.
 struct LoneRecord : TVpRecord {
@@ -192,6 +243,10 @@ class RecordTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // what others may call
+    void threeOperationsArePublic();
+    void linkingAndCheckingArePrivate();
+
     // making, copying, destroying
     void newRecordHasTheDefaultsOfEveryMember();
     void everyRecordHasAnEmptyListOfReferencesOfItsOwn();
@@ -213,11 +268,19 @@ private Q_SLOTS:
     void addedBrotherTakesTheParentOfTheLastSibling();
     void addedBrotherOfARootHasNoParent();
     void addedBrotherKeepsItsOwnBrother();
+    void addingARecordThatStandsInTheChainDoesNothing_data();
+    void addingARecordThatStandsInTheChainDoesNothing();
+    void addingNothingDoesNothing_data();
+    void addingNothingDoesNothing();
     void insertChildPutsARecordInFrontOfAChild_data();
     void insertChildPutsARecordInFrontOfAChild();
     void insertedChildGetsItsParentAndBrother();
     void insertChildInFrontOfNothingAppends();
     void insertChildInFrontOfNoChildDoesNothing();
+    void insertChildInFrontOfItselfDoesNothing_data();
+    void insertChildInFrontOfItselfDoesNothing();
+    void insertingNothingDoesNothing_data();
+    void insertingNothingDoesNothing();
     void deleteChildUnlinksADirectChild_data();
     void deleteChildUnlinksADirectChild();
     void deleteChildOfTheOnlyChildLeavesNone();
@@ -270,6 +333,9 @@ private Q_SLOTS:
     void checkGivesOneTextForEachLineOfTheRecord();
     void checkOfATypeWithoutLinesIsEmptyAndLeavesTheStatus();
     void checkWithAnEmptyTextIsEmptyAndLeavesTheStatus();
+    void checkWithAnEmptyTextIsEmptyWhateverTheTree();
+    void emptyTextPlaysNoPartWhereNothingIsFoundAgain();
+    void failedCheckLeavesTheNextOneAlone();
     void checkSetsStatus6WhereAnOccurrenceIsNotFoundAgain_data();
     void checkSetsStatus6WhereAnOccurrenceIsNotFoundAgain();
     void checkWithoutLinesIsEmpty();
@@ -286,12 +352,44 @@ private Q_SLOTS:
     void lowerCheckMatchesNoLineWithAParentKey();
     void lowerCheckOfTheEmptyTypeTakesTheShortLines();
     void lowerCheckWithAnEmptyTextIsEmptyAndLeavesTheStatus();
+    void lowerCheckWithAnEmptyTextIsEmptyWhateverTheTree_data();
+    void lowerCheckWithAnEmptyTextIsEmptyWhateverTheTree();
     void lowerCheckWithoutLinesIsEmpty();
 
     // size
     void manyBrothersNeedNoStack();
     void manyLevelsNeedNoStack();
+    void checksOfManyLevelsNeedNoStack();
+    void checksOfManyLinesAreQuick();
 };
+
+void RecordTest::threeOperationsArePublic()
+{
+    QVERIFY(CallsRetrieveRecord<TVpRecord>::value);
+    QVERIFY(CallsPreOrderNext<TVpRecord>::value);
+    QVERIFY(CallsNodeCaption<TVpRecord>::value);
+    QVERIFY(Insider::reachesNodeCaption(static_cast<Insider *>(nullptr)));
+}
+
+void RecordTest::linkingAndCheckingArePrivate()
+{
+    QVERIFY(!CallsAddChild<TVpRecord>::value);
+    QVERIFY(!CallsAddBrother<TVpRecord>::value);
+    QVERIFY(!CallsInsertChild<TVpRecord>::value);
+    QVERIFY(!CallsDeleteChild<TVpRecord>::value);
+    QVERIFY(!CallsPreOrderNextBrother<TVpRecord>::value);
+    QVERIFY(!CallsAddReference<TVpRecord>::value);
+    QVERIFY(!CallsRemoveReference<TVpRecord>::value);
+    QVERIFY(!CallsGetKeyValue<TVpRecord>::value);
+    QVERIFY(!CallsGetParentKeyValue<TVpRecord>::value);
+    QVERIFY(!CallsAssemble<TVpRecord>::value);
+    QVERIFY(!CallsAssembleWithKey<TVpRecord>::value);
+    QVERIFY(!CallsCheck<TVpRecord>::value);
+    QVERIFY(!CallsLowerCheck<TVpRecord>::value);
+    // Nor are they for subclasses.
+    QVERIFY(!Insider::reachesAddChild(static_cast<Insider *>(nullptr)));
+    QVERIFY(!Insider::reachesCheck(static_cast<Insider *>(nullptr)));
+}
 
 void RecordTest::newRecordHasTheDefaultsOfEveryMember()
 {
@@ -568,6 +666,59 @@ void RecordTest::addedBrotherKeepsItsOwnBrother()
     QVERIFY(!Access::parent(behind));
 }
 
+void RecordTest::addingARecordThatStandsInTheChainDoesNothing_data()
+{
+    QTest::addColumn<QString>("node");
+    QTest::addColumn<QString>("added");
+    QTest::addColumn<bool>("asChild");
+
+    // clang-format off
+    QTest::newRow("brother: the next one")      << "A"  << "B"  << false;
+    QTest::newRow("brother: the last one")      << "A"  << "C"  << false;
+    QTest::newRow("brother: the node itself")   << "A"  << "A"  << false;
+    QTest::newRow("brother: the last, itself")  << "C"  << "C"  << false;
+    QTest::newRow("brother: the root itself")   << "R"  << "R"  << false;
+    QTest::newRow("child: the first")           << "R"  << "A"  << true;
+    QTest::newRow("child: one in the middle")   << "R"  << "B"  << true;
+    QTest::newRow("child: the last")            << "R"  << "C"  << true;
+    QTest::newRow("child: the only one")        << "A2" << "A2X" << true;
+    // clang-format on
+}
+
+void RecordTest::addingARecordThatStandsInTheChainDoesNothing()
+{
+    QFETCH(QString, node);
+    QFETCH(QString, added);
+    QFETCH(bool, asChild);
+
+    const Tree tree;
+    const QList<const TVpRecord *> links = linksOf(tree);
+    TVpRecord *record = tree.r->retrieveRecord(node);
+    if (asChild)
+        Access::addChild(record, tree.r->retrieveRecord(added));
+    else
+        Access::addBrother(record, tree.r->retrieveRecord(added));
+    QCOMPARE(linksOf(tree), links);
+}
+
+void RecordTest::addingNothingDoesNothing_data()
+{
+    QTest::addColumn<QString>("node");
+    for (const char *node : { "R", "A", "A1", "C", "C1X" })
+        QTest::newRow(node) << node;
+}
+
+void RecordTest::addingNothingDoesNothing()
+{
+    QFETCH(QString, node);
+
+    const Tree tree;
+    const QList<const TVpRecord *> links = linksOf(tree);
+    Access::addChild(tree.r->retrieveRecord(node), nullptr);
+    Access::addBrother(tree.r->retrieveRecord(node), nullptr);
+    QCOMPARE(linksOf(tree), links);
+}
+
 void RecordTest::insertChildPutsARecordInFrontOfAChild_data()
 {
     QTest::addColumn<QString>("before");
@@ -626,6 +777,50 @@ void RecordTest::insertChildInFrontOfNoChildDoesNothing()
     QCOMPARE(namesOf(Access::child(tree.a)), QStringList({ "A1", "A2" }));
     QVERIFY(!Access::parent(added));
     QVERIFY(!Access::brother(added));
+}
+
+void RecordTest::insertChildInFrontOfItselfDoesNothing_data()
+{
+    QTest::addColumn<QString>("child");
+    for (const char *child : { "A", "B", "C", "A1", "R" })
+        QTest::newRow(child) << child;
+}
+
+void RecordTest::insertChildInFrontOfItselfDoesNothing()
+{
+    QFETCH(QString, child);
+
+    const Tree tree;
+    const QList<const TVpRecord *> links = linksOf(tree);
+    TVpRecord *record = tree.r->retrieveRecord(child);
+    Access::insertChild(tree.r, record, record);
+    QCOMPARE(linksOf(tree), links);
+}
+
+void RecordTest::insertingNothingDoesNothing_data()
+{
+    QTest::addColumn<QString>("node");
+    QTest::addColumn<QString>("before");
+
+    // clang-format off
+    QTest::newRow("before the first")        << "R" << "A";
+    QTest::newRow("before one in the middle") << "R" << "B";
+    QTest::newRow("before the last")         << "R" << "C";
+    QTest::newRow("before no child")         << "R" << "A1";
+    QTest::newRow("at the end")              << "R" << "";
+    QTest::newRow("as the only child")       << "B" << "";
+    // clang-format on
+}
+
+void RecordTest::insertingNothingDoesNothing()
+{
+    QFETCH(QString, node);
+    QFETCH(QString, before);
+
+    const Tree tree;
+    const QList<const TVpRecord *> links = linksOf(tree);
+    Access::insertChild(tree.r->retrieveRecord(node), tree.r->retrieveRecord(before), nullptr);
+    QCOMPARE(linksOf(tree), links);
 }
 
 void RecordTest::deleteChildUnlinksADirectChild_data()
@@ -1103,6 +1298,41 @@ void RecordTest::checkWithAnEmptyTextIsEmptyAndLeavesTheStatus()
     QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
 }
 
+void RecordTest::checkWithAnEmptyTextIsEmptyWhateverTheTree()
+{
+    Forest forest;
+    TVpRecord *house = forest.make(QStringLiteral("HOUSE"), QStringLiteral("H"));
+    TVpRecord *person = forest.makeChild(house, QStringLiteral("PERSON"), QStringLiteral("P"));
+    forest.makeChild(person, QStringLiteral("TRIP")); // its empty type would not be found again
+    Questionnaire questionnaire({ QStringLiteral("H"), QStringLiteral("P"), QString(), QStringLiteral("H") });
+    questionnaire.index.text.clear();
+    QCOMPARE(Access::check(house, questionnaire.index), QString());
+    QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
+}
+
+void RecordTest::emptyTextPlaysNoPartWhereNothingIsFoundAgain()
+{
+    Forest forest;
+    Questionnaire questionnaire({ QString(), QStringLiteral("H") });
+    questionnaire.index.text.clear();
+    QCOMPARE(Access::check(forest.make(QStringLiteral("HOUSE")), questionnaire.index), QString());
+    QCOMPARE(questionnaire.index.status, 6);
+}
+
+void RecordTest::failedCheckLeavesTheNextOneAlone()
+{
+    Forest forest;
+    TVpRecord *house = forest.make(QStringLiteral("HOUSE"), QStringLiteral("H"));
+    forest.makeChild(house, QStringLiteral("PERSON"), QStringLiteral("P"));
+    Questionnaire questionnaire({ QStringLiteral("H"), QStringLiteral("P"), QStringLiteral("P") });
+    const QString before = Access::check(house, questionnaire.index);
+    questionnaire.index.text.clear();
+    QCOMPARE(Access::check(house, questionnaire.index), QString());
+    questionnaire.index.text = QStringLiteral("piece");
+    QCOMPARE(Access::check(house, questionnaire.index), pieces(1 + 2));
+    QCOMPARE(before, pieces(1 + 2));
+}
+
 void RecordTest::checkSetsStatus6WhereAnOccurrenceIsNotFoundAgain_data()
 {
     QTest::addColumn<QString>("type");
@@ -1265,6 +1495,35 @@ void RecordTest::lowerCheckWithAnEmptyTextIsEmptyAndLeavesTheStatus()
     QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
 }
 
+void RecordTest::lowerCheckWithAnEmptyTextIsEmptyWhateverTheTree_data()
+{
+    QTest::addColumn<QStringList>("lines");
+
+    // clang-format off
+    QTest::newRow("first record fails")                  << QStringList{"P", "T"};
+    QTest::newRow("first record fails at a later line")  << QStringList{"X", "", "P", "P"};
+    QTest::newRow("later brother fails")                 << QStringList{"T"};
+    QTest::newRow("last brother, of no type, fails")     << QStringList{""};
+    QTest::newRow("child of a record without lines")     << QStringList{"L"};
+    QTest::newRow("no line of the tree")                 << QStringList{"X"};
+    // clang-format on
+}
+
+void RecordTest::lowerCheckWithAnEmptyTextIsEmptyWhateverTheTree()
+{
+    QFETCH(QStringList, lines);
+
+    Forest forest;
+    TVpRecord *person = forest.make(QStringLiteral("PERSON"), QStringLiteral("P"));
+    forest.makeChild(person, QStringLiteral("LEG"), QStringLiteral("L"));
+    Access::addBrother(person, forest.make(QStringLiteral("TRIP"), QStringLiteral("T")));
+    Access::addBrother(person, forest.make(QStringLiteral("NONE")));
+    Questionnaire questionnaire(lines);
+    questionnaire.index.text.clear();
+    QCOMPARE(Access::check(person, questionnaire.index, QString()), QString());
+    QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
+}
+
 void RecordTest::lowerCheckWithoutLinesIsEmpty()
 {
     Forest forest;
@@ -1316,6 +1575,45 @@ void RecordTest::manyLevelsNeedNoStack()
     QCOMPARE(root->retrieveRecord(QString::number(manyRecords - 1)), deepest);
     QCOMPARE(root->retrieveRecord(QStringLiteral("NEXT")), next);
     QVERIFY(!root->retrieveRecord(QStringLiteral("absent")));
+}
+
+void RecordTest::checksOfManyLevelsNeedNoStack()
+{
+    // One line that every level matches: a level without a line would end the way down.
+    Forest forest;
+    TVpRecord *root = forest.make(QStringLiteral("R"), QStringLiteral("H"));
+    TVpRecord *deepest = root;
+    for (int i = 0; i < manyRecords; ++i)
+        deepest = forest.makeChild(deepest, QString(), QStringLiteral("H"));
+    Access::addBrother(deepest, forest.make(QStringLiteral("LAST"), QStringLiteral("L")));
+    Questionnaire questionnaire({ QStringLiteral("X"), QStringLiteral("H"), QStringLiteral("L") });
+
+    QVERIFY(Access::check(root, questionnaire.index) == pieces(1 + manyRecords + 1));
+    QVERIFY(Access::check(root, questionnaire.index, QString()) == pieces(1 + manyRecords + 1));
+    QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
+
+    // The way down ends below the first level.
+    questionnaire.lines = QStringList{ QStringLiteral("R"), QStringLiteral("L") };
+    TVpRecordType type{ QStringLiteral("R") };
+    Access::recordType(*root) = &type;
+    QCOMPARE(Access::check(root, questionnaire.index), pieces(1));
+    QCOMPARE(Access::check(root, questionnaire.index, QString()), pieces(1));
+}
+
+void RecordTest::checksOfManyLinesAreQuick()
+{
+    // A search from the first line on for each line would outlast the time of a test.
+    Forest forest;
+    TVpRecord *house = forest.make(QStringLiteral("HOUSE"), QStringLiteral("H"));
+    QStringList lines;
+    lines.reserve(manyLines);
+    for (int i = 0; i < manyLines; ++i)
+        lines.append(QStringLiteral("H"));
+    Questionnaire questionnaire(lines);
+    const int size = manyLines * int(qstrlen("piece\r\n"));
+    QCOMPARE(Access::check(house, questionnaire.index).size(), size);
+    QCOMPARE(Access::check(house, questionnaire.index, QString()).size(), size);
+    QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
 }
 
 QTEST_GUILESS_MAIN(RecordTest)

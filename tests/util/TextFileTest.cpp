@@ -144,6 +144,26 @@ private Q_SLOTS:
                  QString("a") + QChar(0xFEFF) + "b");
     }
 
+    void onlyTheFirstOfTwoMarksIsNoPartOfTheText_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        // clang-format off
+        QTest::newRow("UTF-8")     << bytes("\xEF\xBB\xBF\xEF\xBB\xBF" "a\n");
+        QTest::newRow("UTF-16 LE") << bytes("\xFF\xFE\xFF\xFE" "a\0\n\0");
+        QTest::newRow("UTF-16 BE") << bytes("\xFE\xFF\xFE\xFF\0a\0\n");
+        QTest::newRow("UTF-32 LE") << bytes("\xFF\xFE\0\0\xFF\xFE\0\0a\0\0\0\n\0\0\0");
+        QTest::newRow("UTF-32 BE") << bytes("\0\0\xFE\xFF\0\0\xFE\xFF\0\0\0a\0\0\0\n");
+        // clang-format on
+    }
+    void onlyTheFirstOfTwoMarksIsNoPartOfTheText()
+    {
+        QFETCH(QByteArray, content);
+        const QString expected = QString(QChar(0xFEFF)) + "a\n";
+        QCOMPARE(textfile::decode(content), expected);
+        const FileOf file(content);
+        QCOMPARE(file.blocks(), QStringList(expected));
+    }
+
     void validUtf8WithoutAMarkIsUtf8_data()
     {
         QTest::addColumn<QString>("text");
@@ -442,6 +462,31 @@ private Q_SLOTS:
         QCOMPARE(text, QString("a\n"));
         QVERIFY(!reader.readBlock(text));
         QVERIFY(!reader.readBlock(text));
+    }
+
+    void readerHoldsWhatTheFileHeldWhenItWasMade_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("in blocks") << QByteArray("[Item]\nLabel=x\n").repeated(TextFileReader::usualBlockSize / 8);
+        QTest::newRow("in one piece") << bytes("\xE9\n");
+    }
+    void readerHoldsWhatTheFileHeldWhenItWasMade()
+    {
+        QFETCH(QByteArray, content);
+        const FileOf file(content);
+        const QString before = file.blocks().join(QString());
+        QVERIFY(!before.isEmpty());
+        TextFileReader reader(file.path());
+        QFile other(file.path());
+        QVERIFY(other.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QVERIFY(other.write("other") == 5);
+        other.close();
+        QCOMPARE(file.blocks(), QStringList("other"));
+        QString after;
+        QString text;
+        while (reader.readBlock(text))
+            after += text;
+        QVERIFY(after == before);
     }
 
     void fileThatCannotBeOpenedHasNoBlock_data()

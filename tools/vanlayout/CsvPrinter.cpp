@@ -14,6 +14,7 @@ public:
         : out(stream)
         , hasFileColumn(withFileColumn)
     {
+        line.reserve(usualLineSize); // kept from line to line
     }
 
     void printLayout(const Layout &layout) override
@@ -33,9 +34,11 @@ private:
         if (headerIsPrinted)
             return;
         headerIsPrinted = true;
-        line = hasFileColumn ? "file," : "";
-        line += "name,label,type,length,start,decimals,minimum,maximum,notApplicable,missing,group,providerType,"
-                "valueLabelText,";
+        if (hasFileColumn)
+            line += QLatin1String("file,");
+        line += QLatin1String(
+            "name,label,type,length,start,decimals,minimum,maximum,notApplicable,missing,group,providerType,"
+            "valueLabelText,");
         endLine();
     }
 
@@ -58,38 +61,44 @@ private:
 
     void addText(const QString &text)
     {
-        if (text.isEmpty()) {
-            line += ',';
-            return;
-        }
-        QByteArray cell = text.toUtf8();
-        const auto isSpecial = [](char c) { return c == ',' || c == '"' || c == '\n' || c == '\r'; };
-        const bool needsQuotes = std::any_of(cell.cbegin(), cell.cend(), isSpecial);
-        if (needsQuotes)
-            cell = '"' + cell.replace('"', "\"\"") + '"';
-        line += cell;
-        line += ',';
+        if (needsQuotes(text))
+            line
+                += QLatin1Char('"') + QString(text).replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
+        else
+            line += text;
+        line += QLatin1Char(',');
+    }
+
+    static bool needsQuotes(const QString &text)
+    {
+        return std::any_of(text.cbegin(), text.cend(), [](QChar character) {
+            const ushort code = character.unicode();
+            return code == ',' || code == '"' || code == '\n' || code == '\r';
+        });
     }
 
     void addNumber(int number)
     {
-        line += QByteArray::number(number);
-        line += ',';
+        line += QString::number(number);
+        line += QLatin1Char(',');
     }
 
     // Every cell has put a comma behind itself; the last one goes.
     void endLine()
     {
         line.chop(1);
-        line += "\r\n";
-        std::fwrite(line.constData(), 1, size_t(line.size()), out);
+        line += QLatin1String("\r\n");
+        const QByteArray bytes = line.toUtf8();
+        std::fwrite(bytes.constData(), 1, size_t(bytes.size()), out);
         line.resize(0);
     }
+
+    static constexpr int usualLineSize = 4096;
 
     std::FILE *out;
     bool hasFileColumn;
     bool headerIsPrinted = false;
-    QByteArray line;
+    QString line;
 };
 
 } // namespace

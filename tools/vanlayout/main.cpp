@@ -42,13 +42,15 @@ void useLocale()
     std::setlocale(LC_NUMERIC, "C");
 }
 
-// A layout stays in memory as it grows. It grows quicker in larger pieces, and where the text that it was read from
-// stood.
+// A layout stays in memory as it grows. It grows quicker in larger pieces, and in the memory of what it was read from,
+// which is therefore kept, and joined as it gets free.
 void tuneMemory()
 {
 #ifdef __GLIBC__
     mallopt(M_TOP_PAD, 1 << 20);
     mallopt(M_MMAP_THRESHOLD, 1 << 25);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    mallopt(M_MXFAST, 0);
 #endif
 }
 

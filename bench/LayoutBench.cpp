@@ -1,0 +1,187 @@
+// What reading a dictionary costs, inside a process and as a whole process of the tool.
+
+#include "ChildProcess.h"
+#include "GeneratedDictionary.h"
+
+#include "cspro/CSProDataImport.h"
+#include "cspro/CSProJsonDataImport.h"
+#include "import/DataProvider.h"
+#include "util/TextFile_p.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+
+#include <malloc.h>
+
+#include <memory>
+
+namespace
+{
+
+// One form of dictionary: how it is generated, what reads it, and the least that any reader of it must do.
+struct Form {
+    const char *name;
+    QByteArray (*generate)(int items, int values);
+    std::unique_ptr<TDataImport> (*makeImporter)(const QString &path);
+    void (*readBytes)(const QString &path);
+};
+
+template <typename Importer> std::unique_ptr<TDataImport> makeImporter(const QString &path)
+{
+    return std::make_unique<Importer>(path);
+}
+
+void decodeText(const QString &path)
+{
+    TextFileReader file(path);
+    QString text;
+    while (file.readBlock(text))
+        benchmark::DoNotOptimize(text.constData());
+}
+
+void parseJson(const QString &path)
+{
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly))
+        benchmark::DoNotOptimize(QJsonDocument::fromJson(file.readAll()));
+}
+
+const Form text = { "text", generatedDictionary, makeImporter<TCSProDataImport>, decodeText };
+const Form json = { "json", generatedJsonDictionary, makeImporter<TCSProJsonDataImport>, parseJson };
+
+ProcessRunner *processRunner = nullptr;
+
+// A generated dictionary on disk, for as long as the program runs.
+QString dictionaryFile(const Form &form, const benchmark::State &state)
+{
+    static const QTemporaryDir folder;
+    const QString name
+        = QStringLiteral("%1-%2x%3.dcf").arg(QLatin1String(form.name)).arg(state.range(0)).arg(state.range(1));
+    QFile file(folder.filePath(name));
+    if (!file.exists() && file.open(QIODevice::WriteOnly))
+        file.write(form.generate(int(state.range(0)), int(state.range(1))));
+    return file.fileName();
+}
+
+double bytesInUse()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks + info.hblkhd);
+}
+
+// The whole road: importer, provider. What is made stays alive, as it does for every caller.
+int readLayout(const Form &form, const QString &path)
+{
+    const std::unique_ptr<TDataImport> importer = form.makeImporter(path);
+    const std::unique_ptr<QStringList> names(importer->selectLayoutSource());
+    TVpDataProvider provider;
+    provider.genericGetFieldsFrom(importer.get());
+    return provider.getFields()->size();
+}
+
+void finish(benchmark::State &state, const QString &path)
+{
+    state.SetBytesProcessed(state.iterations() * QFile(path).size());
+    state.SetComplexityN(state.range(0) * (state.range(1) + 1));
+}
+
+void bytesOnly(benchmark::State &state, const Form &form)
+{
+    const QString path = dictionaryFile(form, state);
+    for (auto round : state)
+        form.readBytes(path);
+    finish(state, path);
+}
+
+void wholeRoad(benchmark::State &state, const Form &form)
+{
+    const QString path = dictionaryFile(form, state);
+    const double items = double(state.range(0));
+    const double values = double(state.range(1));
+    const double before = bytesInUse();
+    if (readLayout(form, path) != items) {
+        state.SkipWithError("a variable is missing");
+        return;
+    }
+    const double kept = bytesInUse() - before;
+    for (auto round : state)
+        readLayout(form, path);
+    finish(state, path);
+    state.counters["bytes/item"] = kept / items;
+    if (values > 0)
+        state.counters["bytes/value"] = kept / (items * values);
+}
+
+// The tool, and right behind it a process that does the least.
+void wholeProcess(benchmark::State &state, const Form &form)
+{
+    const QString path = dictionaryFile(form, state);
+    const std::vector<std::string> command = { VAN_TOOL, "show", "--format", "csv", path.toStdString() };
+    const std::vector<std::string> least = { VAN_BYTES_ONLY, form.name, path.toStdString() };
+    ProcessCost most;
+    double toolSeconds = 0;
+    double leastSeconds = 0;
+    for (auto round : state) {
+        const ProcessCost cost = processRunner->run(command);
+        const ProcessCost leastCost = processRunner->run(least);
+        if (cost.status != 0 || leastCost.status != 0) {
+            state.SkipWithError("a process failed");
+            return;
+        }
+        state.SetIterationTime(cost.seconds);
+        most.peakBytes = std::max(most.peakBytes, cost.peakBytes);
+        most.processorSeconds += cost.processorSeconds;
+        toolSeconds += cost.seconds;
+        leastSeconds += leastCost.seconds;
+    }
+    finish(state, path);
+    state.counters["peakMiB"] = most.peakBytes / (1 << 20);
+    state.counters["cpu_ms"] = most.processorSeconds * 1000 / double(state.iterations());
+    state.counters["least_ms"] = leastSeconds * 1000 / double(state.iterations());
+    state.counters["ratio"] = toolSeconds / leastSeconds;
+}
+
+// Dictionaries of items with ten values each, in growing numbers.
+void growing(benchmark::internal::Benchmark *bench)
+{
+    for (const int items : { 100, 1000, 10000, 100000 })
+        bench->Args({ items, 10 });
+    bench->ArgNames({ "items", "values" })->Unit(benchmark::kMillisecond);
+}
+
+// One item with very many values, and items without any.
+void lopsided(benchmark::internal::Benchmark *bench)
+{
+    for (const int values : { 10000, 100000, 1000000 })
+        bench->Args({ 1, values });
+    bench->Args({ 10000, 0 });
+    bench->ArgNames({ "items", "values" })->Unit(benchmark::kMillisecond);
+}
+
+} // namespace
+
+// The layouts that are read stay in memory, hence few rounds.
+BENCHMARK_CAPTURE(bytesOnly, text, text)->Apply(growing)->Complexity();
+BENCHMARK_CAPTURE(bytesOnly, json, json)->Apply(growing)->Complexity();
+BENCHMARK_CAPTURE(wholeRoad, text, text)->Apply(growing)->Iterations(3)->Complexity();
+BENCHMARK_CAPTURE(wholeRoad, json, json)->Apply(growing)->Iterations(3)->Complexity();
+BENCHMARK_CAPTURE(wholeRoad, text, text)->Apply(lopsided)->Iterations(3);
+BENCHMARK_CAPTURE(wholeProcess, text, text)->Apply(growing)->UseManualTime()->Complexity();
+BENCHMARK_CAPTURE(wholeProcess, text, text)->Apply(lopsided)->UseManualTime();
+BENCHMARK_CAPTURE(wholeProcess, json, json)->Apply(growing)->UseManualTime()->Complexity();
+
+int main(int argc, char **argv)
+{
+    ProcessRunner runner;
+    processRunner = &runner;
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
