@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLoggingCategory>
 #include <QPointer>
 #include <QtTest>
 
@@ -239,6 +240,8 @@ class CSProJsonTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); }
+
     // the model
 
     void newDictionaryHasTheDefaultsOfTheTextReader()
@@ -371,6 +374,7 @@ private Q_SLOTS:
     void whatIsNoJsonObjectGivesAnEmptyDictionary()
     {
         QFETCH(QByteArray, bytes);
+        QLoggingCategory::setFilterRules(QString());
         const DebugCapture log;
         const OwnedJson dictionary(bytes);
         QCOMPARE(summary(dictionary), QStringList("dictionary name= version= type=1/1"));
@@ -772,6 +776,7 @@ private Q_SLOTS:
 
     void everyRecordLogsItsNameAndType()
     {
+        QLoggingCategory::setFilterRules(QString());
         const DebugCapture log;
         const OwnedJson dictionary(R"({"levels":[{"ids":{"items":[{"name":"I"}]},"records":[
             {"name":"HOUSE","recordType":"H","items":[{"name":"A","occurrences":{"maximum":3}}]},{"name":"X"}]},
@@ -1484,6 +1489,7 @@ private Q_SLOTS:
         auto *records = dictionary.records;
         dictionary.items = nullptr;
         dictionary.records = nullptr;
+        QLoggingCategory::setFilterRules(QString());
         const DebugCapture log;
         const auto error = thrownBy([&] {
             if (accessor == "getItem")
