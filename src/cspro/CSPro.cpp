@@ -29,7 +29,7 @@ bool containsKey(QStringView line, QStringView key)
 
 // What stands behind "=" in the first line that contains the key. The key is found anywhere in the line, by substring
 // and in file order: a line that merely contains it wins if it stands first. A second "=" spoils the line.
-std::optional<QStringView> findValue(const TextLines &lines, const QString &key)
+std::optional<QStringView> findValue(const SectionLines &lines, const QString &key)
 {
     const auto line
         = std::find_if(lines.begin(), lines.end(), [&key](QStringView text) { return containsKey(text, key); });
@@ -74,9 +74,7 @@ void TCSPro::readFile(QString fileName)
         TextFileReader file(fileName);
         QString text;
         while (file.readBlock(text)) {
-            const TextLines lines = TextLines::split(text);
-            parseTextLines(lines, lineCount);
-            lineCount += lines.size();
+            lineCount += parseTextLines(TextLines::ofText(text), lineCount);
         }
     } catch (const std::bad_alloc &) {
         throw invalidContents(lineCount);
@@ -88,11 +86,11 @@ void TCSPro::parseLines(QStringList *lines)
     parseTextLines(lines, 0);
 }
 
-void TCSPro::parseTextLines(const TextLines &lines, int linesBefore)
+int TCSPro::parseTextLines(const TextLines &lines, int linesBefore)
 {
     int index = 0;
     try {
-        for (; index < lines.size(); ++index) {
+        for (; lines.has(index); ++index) {
             const QStringView line = lines.at(index).trimmed();
             if (line.size() > 1 && isHeader(line))
                 readSection(sectionKind(line), lines, index);
@@ -100,6 +98,7 @@ void TCSPro::parseTextLines(const TextLines &lines, int linesBefore)
     } catch (...) {
         throw invalidContents(linesBefore + index);
     }
+    return index;
 }
 
 int TCSPro::sectionKind(QStringView line)
@@ -124,14 +123,14 @@ int TCSPro::sectionKind(QStringView line)
     return otherSection;
 }
 
-TextLines TCSPro::sectionLines(const TextLines &lines, int &index) const
+SectionLines TCSPro::sectionLines(const TextLines &lines, int &index) const
 {
     constexpr int usualSectionSize = 16;
-    TextLines section;
+    SectionLines section;
     section.reserve(usualSectionSize);
     int next = index + 1;
     // The line is not trimmed here: a header behind blanks ends no section, it is swallowed as a line of this one.
-    for (; next < lines.size() && !isHeader(lines.at(next)); ++next) {
+    for (; lines.has(next) && !isHeader(lines.at(next)); ++next) {
         const QStringView line = lines.at(next).trimmed();
         if (!line.isEmpty())
             section.append(line);
@@ -140,7 +139,7 @@ TextLines TCSPro::sectionLines(const TextLines &lines, int &index) const
     return section;
 }
 
-QString TCSPro::getStringValue(const TextLines &lines, const QString &key) const
+QString TCSPro::getStringValue(const SectionLines &lines, const QString &key) const
 {
     QString result;
     cspro::passOverExceptions([&] {
@@ -150,7 +149,7 @@ QString TCSPro::getStringValue(const TextLines &lines, const QString &key) const
     return result;
 }
 
-int TCSPro::getIntValue(const TextLines &lines, const QString &key, int defaultValue) const
+int TCSPro::getIntValue(const SectionLines &lines, const QString &key, int defaultValue) const
 {
     int result = defaultValue;
     cspro::passOverExceptions([&] {
@@ -181,7 +180,7 @@ void TCSPro::readSection(int kind, const TextLines &lines, int &index)
 
 void TCSPro::readDictionary(const TextLines &lines, int &index)
 {
-    const TextLines section = sectionLines(lines, index);
+    const SectionLines section = sectionLines(lines, index);
     version = getStringValue(section, QStringLiteral("Version"));
     label = getStringValue(section, CSProKeyword::Label);
     name = getStringValue(section, CSProKeyword::Name);
@@ -194,7 +193,7 @@ void TCSPro::readDictionary(const TextLines &lines, int &index)
 
 void TCSPro::readRecord(const TextLines &lines, int &index)
 {
-    const TextLines section = sectionLines(lines, index);
+    const SectionLines section = sectionLines(lines, index);
     auto record = std::make_unique<TCSProRecord>();
     record->label = getStringValue(section, CSProKeyword::Label);
     record->name = getStringValue(section, CSProKeyword::Name);
@@ -210,14 +209,14 @@ void TCSPro::readRecord(const TextLines &lines, int &index)
     recordMap[currentRecord->recordType] = currentRecord;
 }
 
-bool TCSPro::readFlag(const TextLines &lines, const QString &key) const
+bool TCSPro::readFlag(const SectionLines &lines, const QString &key) const
 {
     return equalsUpper(getStringValue(lines, key), Vocabulary::Yes);
 }
 
 void TCSPro::readItem(const TextLines &lines, int &index)
 {
-    const TextLines section = sectionLines(lines, index);
+    const SectionLines section = sectionLines(lines, index);
     auto item = std::make_unique<TCSProItem>();
     item->label = getStringValue(section, CSProKeyword::Label);
     item->name = getStringValue(section, CSProKeyword::Name);

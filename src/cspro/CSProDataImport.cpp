@@ -74,7 +74,7 @@ QString TCSProDataImport::getGroupName(int index)
 
 QString TCSProDataImport::getGroupValue(int index)
 {
-    return cspro::firstGroupWith(groupList, getGroupName(index));
+    return cspro::firstGroupWith(groupList, getGroupName(index), groupSearch);
 }
 
 int TCSProDataImport::getRecordTypeIndex(QString value)

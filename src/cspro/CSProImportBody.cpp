@@ -60,13 +60,13 @@ QString groupAt(const QStringList *groups, int index)
     return groups ? groups->value(index) : QString();
 }
 
-QString firstGroupWith(const QStringList *groups, const QString &text)
+QString firstGroupWith(const QStringList *groups, const QString &text, std::shared_ptr<const GroupSearch> &search)
 {
     if (!groups || text.isNull())
         return QString();
-    const auto found
-        = std::find_if(groups->cbegin(), groups->cend(), [&](const QString &group) { return group.contains(text); });
-    return found != groups->cend() ? *found : QString();
+    if (!search || search->list() != *groups)
+        search = std::make_shared<const GroupSearch>(*groups);
+    return search->firstWith(text);
 }
 
 int lastRecordOfType(const CSProDictionary *dictionary, const QString &value)

@@ -2,11 +2,14 @@
 #define CSPRO_CSPROIMPORTBODY_P_H
 
 #include "cspro/CSProModel_p.h"
+#include "cspro/GroupSearch_p.h"
 #include "import/GenericField.h"
 
 #include <QHash>
 #include <QString>
 #include <QStringList>
+
+#include <memory>
 
 /// What the importers of the two CSPro dictionary forms do alike.
 namespace cspro
@@ -16,8 +19,9 @@ namespace cspro
 void listGroups(CSProDictionary &dictionary, QStringList *&groups);
 /// The entry at \a index, or a null text outside of the list.
 QString groupAt(const QStringList *groups, int index);
-/// The first entry that contains \a text, case-sensitively; "" if none does or the text is null.
-QString firstGroupWith(const QStringList *groups, const QString &text);
+/// The first entry that contains \a text, case-sensitively; "" if none does or the text is null. \a search is made anew
+/// where it is not that of the groups.
+QString firstGroupWith(const QStringList *groups, const QString &text, std::shared_ptr<const GroupSearch> &search);
 /// The index of the last record of type \a value, or of the first; -1 if there is none.
 int lastRecordOfType(const CSProDictionary *dictionary, const QString &value);
 int firstRecordOfType(const CSProDictionary *dictionary, const QString &value);

@@ -74,7 +74,7 @@ QString TCSProJsonDataImport::getGroupName(int index)
 
 QString TCSProJsonDataImport::getGroupValue(int index)
 {
-    return cspro::firstGroupWith(groupList, getGroupName(index));
+    return cspro::firstGroupWith(groupList, getGroupName(index), groupSearch);
 }
 
 int TCSProJsonDataImport::getRecordTypeIndex(QString value)

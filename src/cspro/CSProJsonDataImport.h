@@ -4,8 +4,15 @@
 #include "import/DataImport.h"
 #include "model_vanadmin_export.h"
 
+#include <memory>
+
 class TCSProJson;
 class TCSProItem;
+
+namespace cspro
+{
+class GroupSearch;
+}
 
 /// Reads the layout of a CSPro 8 JSON dictionary: one field for each item and occurrence, one group for each record.
 ///
@@ -63,14 +70,15 @@ private:
     bool layoutPending = false;       ///< true until the first read; nothing reads it
     int recordTypeStart = 0;
     int recordTypeLen = 0;
-    TCSProJson *dictionary = nullptr; ///< never released: the fields point at its items
-    QString currentRecordType;        ///< what getRecordTypeIndex() looks for; nothing sets it
-    int number1 = 0;                  ///< carried
-    QString text1;                    ///< carried
-    int openState = 0;                ///< 1 once opened; nothing reads it
-    void *pointer1 = nullptr;         ///< carried
-    void *pointer2 = nullptr;         ///< carried
-    QString text2;                    ///< carried
+    TCSProJson *dictionary = nullptr;                      ///< never released: the fields point at its items
+    QString currentRecordType;                             ///< what getRecordTypeIndex() looks for; nothing sets it
+    int number1 = 0;                                       ///< carried
+    QString text1;                                         ///< carried
+    int openState = 0;                                     ///< 1 once opened; nothing reads it
+    void *pointer1 = nullptr;                              ///< carried
+    void *pointer2 = nullptr;                              ///< carried
+    QString text2;                                         ///< carried
+    std::shared_ptr<const cspro::GroupSearch> groupSearch; ///< answers getGroupValue(); shared by copies
 };
 
 /// The field of a CSPro 8 JSON dictionary. It points at its item without owning it.

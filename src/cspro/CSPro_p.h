@@ -63,18 +63,19 @@ private:
         valueSetSection = 4
     };
 
-    /// Reads a part of the lines that begins with a section; the part in front of it had \a linesBefore lines.
-    void parseTextLines(const TextLines &lines, int linesBefore);
+    /// Reads a part of the lines that begins with a section; the part in front of it had \a linesBefore
+    /// lines. Answers how many lines this one has.
+    int parseTextLines(const TextLines &lines, int linesBefore);
     /// The kind of the section that a trimmed header line begins. Any header of kind 0 makes the common record current.
     int sectionKind(QStringView line);
     /// The trimmed lines of the section whose header stands at \a index, without empty ones; \a index moves to the last
     /// line of the section.
-    TextLines sectionLines(const TextLines &lines, int &index) const;
+    SectionLines sectionLines(const TextLines &lines, int &index) const;
     /// What follows "=" in the first line that contains \a key anywhere, case-sensitively; "" if no line does, and
     /// where the line does not have exactly one "=".
-    QString getStringValue(const TextLines &lines, const QString &key) const;
+    QString getStringValue(const SectionLines &lines, const QString &key) const;
     /// The same as an integer in base 10; \a defaultValue where there is none.
-    int getIntValue(const TextLines &lines, const QString &key, int defaultValue) const;
+    int getIntValue(const SectionLines &lines, const QString &key, int defaultValue) const;
 
     // Each reads the section whose header stands at index, and moves the index to its last line.
     void readSection(int kind, const TextLines &lines, int &index);
@@ -84,7 +85,7 @@ private:
     /// Leaves the index untouched where the current item has a value set already, or where there is no current item.
     void readValueSet(const TextLines &lines, int &index);
 
-    bool readFlag(const TextLines &lines, const QString &key) const;
+    bool readFlag(const SectionLines &lines, const QString &key) const;
     void addOccurrences(const TCSProItem &item);
     void storeItem(TCSProItem *item);
     void requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome);

@@ -241,7 +241,7 @@ void TCSPro::readValueSet(const TextLines &lines, int &index)
     // Only the first value set of an item counts; one before any item describes nothing.
     if (!currentItem || currentItem->hasValueSets())
         return;
-    const TextLines section = sectionLines(lines, index);
+    const SectionLines section = sectionLines(lines, index);
     OwnedValueSet set(new TCSProValueSet);
     set->label = getStringValue(section, CSProKeyword::Label);
     set->name = getStringValue(section, CSProKeyword::Name);

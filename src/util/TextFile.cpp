@@ -8,32 +8,70 @@
 #include <new>
 
 TextLines::TextLines(const QStringList *list)
+    : texts(list)
+{
+}
+
+TextLines::TextLines(const QStringList &list)
+    : texts(&list)
+{
+}
+
+TextLines TextLines::ofText(QStringView text)
+{
+    TextLines lines;
+    lines.text = text;
+    lines.end = lines.feedBehind(0);
+    return lines;
+}
+
+bool TextLines::has(int index) const
+{
+    if (texts)
+        return index >= 0 && index < texts->size();
+    find(index);
+    return line == index && begin < text.size();
+}
+
+QStringView TextLines::at(int index) const
+{
+    if (texts)
+        return texts->at(index);
+    find(index);
+    return text.mid(begin, end - begin);
+}
+
+// Moves to the line at the index, or behind the last one.
+void TextLines::find(int index) const
+{
+    if (index < line) {
+        line = 0;
+        begin = 0;
+        end = feedBehind(0);
+    }
+    for (; line < index && end < text.size(); ++line) {
+        begin = end + 1;
+        end = feedBehind(begin);
+    }
+}
+
+qsizetype TextLines::feedBehind(qsizetype position) const
+{
+    return std::find(text.begin() + position, text.end(), QLatin1Char('\n')) - text.begin();
+}
+
+SectionLines::SectionLines(const QStringList *list)
 {
     if (!list)
         return;
-    views.reserve(size_t(list->size()));
+    reserve(list->size());
     for (const QString &line : *list)
         append(line);
 }
 
-TextLines::TextLines(const QStringList &list)
-    : TextLines(&list)
+SectionLines::SectionLines(const QStringList &list)
+    : SectionLines(&list)
 {
-}
-
-TextLines TextLines::split(QStringView text)
-{
-    constexpr qsizetype usualLineSize = 16;
-    TextLines lines;
-    lines.views.reserve(size_t(text.size() / usualLineSize));
-    qsizetype begin = 0;
-    while (begin < text.size()) {
-        const qsizetype feed = text.indexOf(QLatin1Char('\n'), begin);
-        const qsizetype end = feed < 0 ? text.size() : feed;
-        lines.append(text.mid(begin, end - begin));
-        begin = end + 1;
-    }
-    return lines;
 }
 
 namespace textfile

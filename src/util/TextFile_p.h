@@ -8,20 +8,43 @@
 #include <algorithm>
 #include <vector>
 
-/// The lines of a text, or of a part of it: views only, so the text must outlive them.
+/// The lines of a text or of a list of texts, asked for one after the other: views, so what they are made from must
+/// outlive them. Going forward costs one pass over the text; going back begins anew.
 class TextLines
 {
 public:
-    TextLines() = default;
-    /// Views of the texts of a list, which must outlive them; null counts as empty.
+    /// The texts of a list, as they are; null counts as empty.
     TextLines(const QStringList *list);
     TextLines(const QStringList &list);
     /// The lines of \a text, each ended by a line feed or by the end of the text. No line follows a final line feed.
-    static TextLines split(QStringView text);
+    static TextLines ofText(QStringView text);
 
-    int size() const { return int(views.size()); }
+    bool has(int index) const;       ///< whether there is a line at an index from 0
+    QStringView at(int index) const; ///< the line at an index that there is
+
+private:
+    TextLines() = default;
+    void find(int index) const;
+    qsizetype feedBehind(qsizetype position) const;
+
+    const QStringList *texts = nullptr;
+    QStringView text;
+    // where the line that was last asked for stands
+    mutable int line = 0;
+    mutable qsizetype begin = 0;
+    mutable qsizetype end = 0;
+};
+
+/// The lines of one section, or of a list of texts: views, so what they are made from must outlive them.
+class SectionLines
+{
+public:
+    SectionLines() = default;
+    /// The texts of a list, as they are; null counts as empty.
+    SectionLines(const QStringList *list);
+    SectionLines(const QStringList &list);
+
     bool isEmpty() const { return views.empty(); }
-    QStringView at(int index) const { return views[size_t(index)]; }
     void append(QStringView line) { views.push_back(line); }
     void reserve(int count) { views.reserve(size_t(count)); }
     auto begin() const { return views.cbegin(); }

@@ -20,8 +20,9 @@ template <size_t size> QByteArray bytes(const char (&literal)[size])
 QStringList linesOf(const QString &text)
 {
     QStringList lines;
-    for (const QStringView line : TextLines::split(text))
-        lines.append(line.toString());
+    const TextLines views = TextLines::ofText(text);
+    for (int i = 0; views.has(i); ++i)
+        lines.append(views.at(i).toString());
     return lines;
 }
 
@@ -306,17 +307,27 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QStringList, expected);
         QCOMPARE(linesOf(text), expected);
-        const TextLines lines = TextLines::split(text);
-        QCOMPARE(lines.size(), expected.size());
-        QCOMPARE(lines.isEmpty(), expected.isEmpty());
-        for (int i = 0; i < lines.size(); ++i)
-            QCOMPARE(lines.at(i).toString(), expected[i]);
+    }
+
+    void linesCanBeAskedForInAnyOrder()
+    {
+        const QString text = "first\n\nthird\nfourth";
+        const TextLines lines = TextLines::ofText(text);
+        QCOMPARE(lines.at(3).toString(), QString("fourth"));
+        QCOMPARE(lines.at(0).toString(), QString("first"));
+        QCOMPARE(lines.at(2).toString(), QString("third"));
+        QVERIFY(lines.at(1).isEmpty());
+        QVERIFY(!lines.has(4));
+        QVERIFY(!lines.has(400));
+        QVERIFY(lines.has(3));
+        QVERIFY(!lines.has(-1));
+        QVERIFY(lines.has(0));
     }
 
     void linesAreViewsOfTheirText()
     {
         const QString text = "first\nsecond";
-        const TextLines lines = TextLines::split(text);
+        const TextLines lines = TextLines::ofText(text);
         QCOMPARE(lines.at(1).data(), text.constData() + 6);
     }
 
@@ -324,27 +335,43 @@ private Q_SLOTS:
     {
         const QStringList list = { "a", "", "b\nc" };
         const TextLines lines(list);
-        QCOMPARE(lines.size(), 3);
+        QVERIFY(lines.has(2));
+        QVERIFY(!lines.has(3));
+        QVERIFY(!lines.has(-1));
         QCOMPARE(lines.at(1).size(), qsizetype(0));
         QCOMPARE(lines.at(2).toString(), QString("b\nc"));
-        QCOMPARE(TextLines(&list).size(), 3);
+        QVERIFY(TextLines(&list).has(2));
+        QVERIFY(!TextLines(&list).has(3));
+    }
+
+    void listOfTextsServesAsASection()
+    {
+        const QStringList list = { "a", "", "b\nc" };
+        QStringList got;
+        for (const QStringView line : SectionLines(&list))
+            got.append(line.toString());
+        QCOMPARE(got, list);
+        QVERIFY(!SectionLines(list).isEmpty());
     }
 
     void nullListCountsAsNoLines()
     {
         const QStringList *none = nullptr;
-        QVERIFY(TextLines(none).isEmpty());
-        QCOMPARE(TextLines(none).size(), 0);
-        QVERIFY(TextLines().isEmpty());
+        QVERIFY(!TextLines(none).has(0));
+        QVERIFY(SectionLines(none).isEmpty());
+        QVERIFY(SectionLines().isEmpty());
     }
 
-    void lineIsAppendedAtTheEnd()
+    void lineIsAppendedAtTheEndOfASection()
     {
-        const QString text = "a\nb";
-        TextLines lines = TextLines::split(text);
-        lines.append(QStringView(text).mid(1));
-        QCOMPARE(lines.size(), 3);
-        QCOMPARE(lines.at(2).toString(), QString("\nb"));
+        const QStringList list = { "a", "b" };
+        const QString text = "c";
+        SectionLines lines(list);
+        lines.append(text);
+        QStringList got;
+        for (const QStringView line : lines)
+            got.append(line.toString());
+        QCOMPARE(got, QStringList({ "a", "b", "c" }));
     }
 
     void fileReadsAsItsBytesDecode_data()

@@ -40,10 +40,10 @@ bool isAnything(const QByteArray & /*head*/)
 // clang-format off
 // In the order in which they are tried.
 const FileType fileTypes[] = {
-    {"cspro8", "CSPro 8 JSON dictionary", makeImporter<TCSProJsonDataImport>, isJson},
-    {"spss",   "SPSS file",               nullptr,                            isSpss},
-    {"stata",  "Stata file",              nullptr,                            isStata},
-    {"cspro",  "CSPro text dictionary",   makeImporter<TCSProDataImport>,     isAnything},
+    {"cspro8", "CSPro 8 JSON dictionary", makeImporter<TCSProJsonDataImport>, isJson,     false},
+    {"spss",   "SPSS file",               nullptr,                            isSpss,     false},
+    {"stata",  "Stata file",              nullptr,                            isStata,    false},
+    {"cspro",  "CSPro text dictionary",   makeImporter<TCSProDataImport>,     isAnything, true},
 };
 // clang-format on
 

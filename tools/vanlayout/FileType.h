@@ -14,6 +14,7 @@ struct FileType {
     const char *title;                                                 ///< for a person
     std::unique_ptr<TDataImport> (*makeImporter)(const QString &file); ///< null where this version does not read it
     bool (*recognises)(const QByteArray &head);                        ///< by the first bytes of a file
+    bool canBePiped;                                                   ///< read from begin to end, once
 };
 
 /// The type that --type names, or null.

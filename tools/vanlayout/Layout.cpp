@@ -25,7 +25,9 @@ QString openingProblem(const QString &fileName, const FileType *&type)
     if (!type)
         type = &fileTypeOf(canPeek ? file.read(headSize) : QByteArray());
     if (!type->makeImporter)
-        return QLatin1String(type->title) + QLatin1String("s are not read by this version");
+        return QLatin1String(type->title) + QLatin1String(": not read by this version");
+    if (!canPeek && !type->canBePiped)
+        return QLatin1String(type->title) + QLatin1String(": not read from a pipe");
     return QString();
 }
 
@@ -49,7 +51,7 @@ Layout readLayout(const QString &file, const FileType *type)
         const std::unique_ptr<QStringList> names(layout.importer->selectLayoutSource());
         layout.provider.genericGetFieldsFrom(layout.importer.get());
         if (layout.provider.getFields()->isEmpty())
-            layout.problem = QStringLiteral("no variable found");
+            layout.problem = QStringLiteral("no variable found, read as a ") + QLatin1String(type->title);
     } catch (VpErrorManager *error) {
         layout.error.reset(error);
         layout.problem = describe(*error);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <new>
 
 #ifdef Q_OS_UNIX
 #include <sys/ioctl.h>
@@ -49,6 +50,23 @@ void answerDecimalQuestions(const std::string &decimals)
     setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
 }
 
+int showFile(const QString &file, const FileType *type, Printer &printer)
+{
+    const QString subject = file.isEmpty() ? QStringLiteral("''") : file;
+    try {
+        const Layout layout = readLayout(file, type);
+        if (layout.problem.isEmpty()) {
+            printer.printLayout(layout);
+            return statusFine;
+        }
+        printer.printProblem(layout);
+        complain(subject, layout.problem);
+    } catch (const std::bad_alloc &) {
+        complain(subject, QStringLiteral("not enough memory"));
+    }
+    return statusNoAnswer;
+}
+
 } // namespace
 
 void complain(const QString &subject, const QString &problem)
@@ -73,15 +91,7 @@ int show(const ShowOptions &options)
     const FileType *type = fileTypeNamed(options.type);
     const auto printer = makePrinter(options);
     int status = statusFine;
-    for (const std::string &file : options.files) {
-        const Layout layout = readLayout(QFile::decodeName(file.c_str()), type);
-        if (layout.problem.isEmpty()) {
-            printer->printLayout(layout);
-        } else {
-            printer->printProblem(layout);
-            complain(layout.file, layout.problem);
-            status = statusNoAnswer;
-        }
-    }
+    for (const std::string &file : options.files)
+        status = std::max(status, showFile(QFile::decodeName(file.c_str()), type, *printer));
     return statusAfterOutput(status);
 }

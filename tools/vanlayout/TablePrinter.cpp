@@ -13,6 +13,7 @@ namespace
 {
 
 constexpr int gap = 2;             // blanks between columns
+constexpr int mostRangeWidth = 40; // bounds can have very many digits
 constexpr int leastLabelWidth = 1; // what a narrow terminal leaves to the label
 
 // Columns that a character takes: none for a mark on the character before it, two for a wide one.
@@ -55,7 +56,8 @@ QString rangeOf(const TVpSourceField &field)
 {
     if (field.minimum.isEmpty() && field.maximum.isEmpty())
         return QString();
-    return field.minimum + QLatin1String(" to ") + field.maximum;
+    return cutToColumns(field.minimum.left(mostRangeWidth) + QLatin1String(" to ") + field.maximum.left(mostRangeWidth),
+                        mostRangeWidth);
 }
 
 QString countOrNothing(int count)
@@ -73,15 +75,21 @@ public:
     {
     }
 
+    // The rows are made twice, for their widths and for themselves: there can be very many.
     void printLayout(const Layout &layout) override
     {
         printHeading(layout);
-        QVector<QStringList> rows = { { QStringLiteral("Name"), QStringLiteral("Type"), QStringLiteral("Start"),
-                                        QStringLiteral("Length"), QStringLiteral("Decimals"), QStringLiteral("Range"),
-                                        QStringLiteral("Labels"), QStringLiteral("Group"), QStringLiteral("Label") } };
-        for (const TVpSourceField *field : *layout.provider.getFields())
-            rows.append(rowOf(*field));
-        printRows(rows);
+        const QList<TVpSourceField *> &fields = *layout.provider.getFields();
+        const QStringList head = { QStringLiteral("Name"),   QStringLiteral("Type"),     QStringLiteral("Start"),
+                                   QStringLiteral("Length"), QStringLiteral("Decimals"), QStringLiteral("Range"),
+                                   QStringLiteral("Labels"), QStringLiteral("Group"),    QStringLiteral("Label") };
+        QVector<int> widths(head.size(), 0);
+        widen(widths, head);
+        for (const TVpSourceField *field : fields)
+            widen(widths, rowOf(*field));
+        printRow(head, widths);
+        for (const TVpSourceField *field : fields)
+            printRow(rowOf(*field), widths);
     }
 
 private:
@@ -115,21 +123,20 @@ private:
                  printable(field.label) };
     }
 
-    void printRows(const QVector<QStringList> &rows)
+    static void widen(QVector<int> &widths, const QStringList &row)
     {
-        QVector<int> widths(rows.first().size(), 0);
-        for (const QStringList &row : rows) {
-            for (int i = 0; i < row.size(); ++i)
-                widths[i] = std::max(widths[i], columnsOf(row.at(i)));
-        }
+        for (int i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths[i], columnsOf(row.at(i)));
+    }
+
+    void printRow(const QStringList &row, const QVector<int> &widths)
+    {
         const int labelStart = std::accumulate(widths.cbegin(), widths.cend() - 1, gap * (widths.size() - 1));
         const int labelWidth = width > 0 ? std::max(width - labelStart, leastLabelWidth) : 0;
-        for (const QStringList &row : rows) {
-            QString line;
-            for (int i = 0; i < row.size() - 1; ++i)
-                line += row.at(i) + QString(widths[i] - columnsOf(row.at(i)) + gap, QLatin1Char(' '));
-            printLine(line + cutToColumns(row.last(), labelWidth));
-        }
+        QString line;
+        for (int i = 0; i < row.size() - 1; ++i)
+            line += row.at(i) + QString(widths[i] - columnsOf(row.at(i)) + gap, QLatin1Char(' '));
+        printLine(line + cutToColumns(row.last(), labelWidth));
     }
 
     void printLine(QString line)
