@@ -1,22 +1,14 @@
+#include "support/MeasuredRun.h"
+
 #include <QtTest>
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTextCodec>
-
-#include <vector>
-
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 /// Runs every dictionary of the corpus through the command line, and compares its answer with what a scanner of the
 /// test's own finds in the file.
@@ -39,81 +31,13 @@ namespace
 
 const QString corpus = QStringLiteral(VAN_CORPUS "/cspro-text");
 
-constexpr qint64 patience = 60000;          // milliseconds for one file
-constexpr qint64 memoryOfAnyRun = 60 << 20; // the process itself, with its libraries
 constexpr qint64 memoryOfAByte = 40;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool measuresMemory = false; // a sanitizer keeps far more than the program asks for
-#else
-constexpr bool measuresMemory = true;
-#endif
 
 // Files whose reading ends in error 242, and the value set in which it does: there a range without a label, which has
 // further ranges on its line, stands above another value line.
 const QMap<QString, QString> knownErrors = {
     { QStringLiteral("cspro-ex-rel-ex.dcf"), QStringLiteral("AGE_VS1") },
 };
-
-struct Run {
-    int status = -1; // of wait4: signal and exit status
-    bool isInTime = false;
-    qint64 peakMemory = 0; // bytes
-    QByteArray out;
-    QByteArray err;
-};
-
-QByteArray contentOf(const QString &fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-// Waits for the child, and ends it where it takes too long.
-bool waitFor(pid_t child, int *status, rusage *usage)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (wait4(child, status, WNOHANG, usage) == 0) {
-        if (timer.hasExpired(patience)) {
-            kill(child, SIGKILL);
-            wait4(child, status, 0, usage);
-            return false;
-        }
-        usleep(1000);
-    }
-    return true;
-}
-
-Run showAsJson(const QString &fileName, const QTemporaryDir &folder)
-{
-    const QByteArray out = QFile::encodeName(folder.filePath(QStringLiteral("out")));
-    const QByteArray err = QFile::encodeName(folder.filePath(QStringLiteral("err")));
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    constexpr int writing = O_WRONLY | O_CREAT | O_TRUNC;
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.constData(), writing, 0600);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.constData(), writing, 0600);
-
-    std::vector<QByteArray> words = { VAN_TOOL, "show", "--format", "json", QFile::encodeName(fileName) };
-    std::vector<char *> arguments;
-    for (QByteArray &word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-
-    Run run;
-    pid_t child = 0;
-    const int problem = posix_spawn(&child, VAN_TOOL, &actions, nullptr, arguments.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (problem != 0)
-        return run;
-    rusage usage = {};
-    run.isInTime = waitFor(child, &run.status, &usage);
-    run.peakMemory = qint64(usage.ru_maxrss) * 1024;
-    run.out = contentOf(QString::fromLocal8Bit(out));
-    run.err = contentOf(QString::fromLocal8Bit(err));
-    return run;
-}
 
 // One section: the index of its last line, and its lines, trimmed, the empty ones left out.
 struct Section {
@@ -265,7 +189,7 @@ void CSProTextCorpusTest::everyFileIsRead()
 
     const QByteArray bytes = contentOf(fileName);
     QVERIFY(!bytes.isEmpty());
-    const Run run = showAsJson(fileName, folder);
+    const MeasuredRun run = showAsJson(fileName, folder);
     QVERIFY2(run.isInTime, "took too long");
     QVERIFY2(WIFEXITED(run.status), run.err.constData());
     if (measuresMemory) {

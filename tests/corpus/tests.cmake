@@ -2,3 +2,14 @@
 van_add_test(corpus/CSProTextCorpusTest.cpp)
 add_dependencies(CSProTextCorpusTest vanlayout)
 target_compile_definitions(CSProTextCorpusTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+
+# A second reader of JSON says what stands in a file.
+find_package(nlohmann_json QUIET)
+if(nlohmann_json_FOUND)
+    van_add_test(corpus/CSProJsonCorpusTest.cpp)
+    add_dependencies(CSProJsonCorpusTest vanlayout)
+    target_compile_definitions(CSProJsonCorpusTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+    target_link_libraries(CSProJsonCorpusTest PRIVATE nlohmann_json::nlohmann_json)
+else()
+    message(STATUS "nlohmann-json is not installed: the corpus of JSON dictionaries is not tested")
+endif()

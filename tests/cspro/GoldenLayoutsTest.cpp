@@ -67,7 +67,8 @@ void makeFile(const QString &path)
     QVERIFY(file.open(QIODevice::WriteOnly));
 }
 
-const QString layouts = QStringLiteral(VAN_TEST_DATA "/cspro");
+// A folder for each form of a dictionary.
+const QStringList layouts = { QStringLiteral(VAN_TEST_DATA "/cspro"), QStringLiteral(VAN_TEST_DATA "/cspro8") };
 const QString examples = QStringLiteral(VAN_EXAMPLES);
 
 } // namespace
@@ -79,11 +80,17 @@ class GoldenLayoutsTest : public QObject
 private Q_SLOTS:
     void everyDictionaryHasItsAnswer()
     {
-        QVERIFY(!baseNames(layouts, QStringLiteral("dcf")).isEmpty());
-        QCOMPARE(dataWithoutAnswer(layouts), QStringList());
+        for (const QString &folder : layouts) {
+            QVERIFY(!baseNames(folder, QStringLiteral("dcf")).isEmpty());
+            QCOMPARE(dataWithoutAnswer(folder), QStringList());
+        }
     }
 
-    void everyAnswerHasItsDictionary() { QCOMPARE(answersWithoutData(layouts), QStringList()); }
+    void everyAnswerHasItsDictionary()
+    {
+        for (const QString &folder : layouts)
+            QCOMPARE(answersWithoutData(folder), QStringList());
+    }
 
     void fileWithoutItsFellowIsFound()
     {
@@ -98,17 +105,22 @@ private Q_SLOTS:
 
     void layoutIsWhatItsAnswerSays_data()
     {
+        QTest::addColumn<QString>("folder");
         QTest::addColumn<QString>("name");
-        for (const QString &name : baseNames(layouts, QStringLiteral("dcf")))
-            QTest::newRow(qPrintable(name)) << name;
+        for (const QString &folder : layouts) {
+            const QString form = QDir(folder).dirName();
+            for (const QString &name : baseNames(folder, QStringLiteral("dcf")))
+                QTest::newRow(qPrintable(form + QLatin1Char('/') + name)) << folder << name;
+        }
     }
     void layoutIsWhatItsAnswerSays()
     {
+        QFETCH(QString, folder);
         QFETCH(QString, name);
-        QFile file(layouts + QLatin1Char('/') + name + QStringLiteral(".json"));
+        QFile file(folder + QLatin1Char('/') + name + QStringLiteral(".json"));
         QVERIFY2(file.open(QIODevice::ReadOnly), "no answer: build the target update-golden, then read what it wrote");
         const QByteArray expected = file.readAll();
-        const Answer answer = show(layouts, name + QStringLiteral(".dcf"));
+        const Answer answer = show(folder, name + QStringLiteral(".dcf"));
         if (answer.out != expected) {
             const QByteArrayList got = answer.out.split('\n');
             const QByteArrayList wanted = expected.split('\n');

@@ -2,8 +2,8 @@
 cmake_minimum_required(VERSION 3.25)
 
 set(public TDataImport TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProDataImport
-    TCSProVariable VpErrorManager formatMessage setDecimalAnswer Model_VanAdmin)
-set(internal TCSPro TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro numbers
+    TCSProVariable TCSProJsonDataImport TCSProJsonVariable VpErrorManager formatMessage setDecimalAnswer Model_VanAdmin)
+set(internal TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro numbers
     textfile)
 
 execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE status OUTPUT_VARIABLE output)

@@ -313,6 +313,27 @@ Len=3
 Occurrences=2
 )";
 
+// A CSPro 8 JSON dictionary; its first byte is the brace.
+const QByteArray survey8 = R"({
+  "software": "CSPro",
+  "version": 8.0,
+  "name": "SURVEY",
+  "recordType": { "start": 1, "length": 1 },
+  "levels": [
+    {
+      "ids": { "items": [ { "name": "PROVINCE", "start": 2, "length": 2 } ] },
+      "records": [
+        {
+          "name": "HOUSE",
+          "recordType": "1",
+          "items": [ { "name": "OWNER", "contentType": "alpha", "start": 4, "length": 20 }, { "name": "RENT", "length": 7 } ]
+        }
+      ]
+    }
+  ]
+}
+)";
+
 // How `show --format json survey.dcf` answers, without blanks between tokens.
 const QByteArray surveyJson = compact(R"({
   "importer": {
@@ -1153,6 +1174,20 @@ void VanlayoutTest::typeGoesByContent()
     QFETCH(QByteArray, head);
     QFETCH(QByteArray, kind);
 
+    if (kind == "JSON") {
+        const QByteArray content = head.chopped(1) + survey8;
+        const Run shown = show(content, { "--format", "json" });
+        QCOMPARE(shown.status, fine);
+        QCOMPARE(show(content, { "--format", "json", "--type", "auto" }).out, shown.out);
+        const QJsonObject layout = QJsonDocument::fromJson(shown.out).object();
+        QCOMPARE(layout.value("importer").toObject().value("type").toString(), QString("CSPRO8"));
+        QCOMPARE(layout.value("fields").toArray().size(), 3);
+        // With a brace in front, a text dictionary is no longer read as one.
+        const Run broken = show(head + '\n' + survey, { "--format", "csv" });
+        QCOMPARE(broken.out, QByteArray());
+        verifyComplaint(broken, "survey.dcf: no variable found");
+        return;
+    }
     const QByteArray content = head + '\n' + survey;
     const Run shown = show(content, { "--format", "csv" });
     QCOMPARE(show(content, { "--format", "csv", "--type", "auto" }).out, shown.out);
@@ -1172,6 +1207,12 @@ void VanlayoutTest::typeIgnoresTheFileName()
         write(name, survey);
         QCOMPARE(run({ "show", name }).status, fine);
     }
+    for (const char *name : { "b.dcf", "b.json", "b.sav", "b" }) {
+        write(name, survey8);
+        const Run shown = run({ "show", "--format", "json", name });
+        QCOMPARE(shown.status, fine);
+        QVERIFY(shown.out.contains("\"CSPRO8\""));
+    }
     write("a.dcf", "{ \"name\": 1 }");
     QCOMPARE(run({ "show", "a.dcf" }).status, noAnswer);
 }
@@ -1179,30 +1220,34 @@ void VanlayoutTest::typeIgnoresTheFileName()
 void VanlayoutTest::namedTypeOverrulesTheContent_data()
 {
     QTest::addColumn<QString>("type");
-    QTest::addColumn<QByteArray>("head");
-    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("rows"); // 0 for no answer
 
     // clang-format off
-    QTest::newRow("JSON as cspro")    << "cspro"  << QByteArray("{\n")          << fine;
-    QTest::newRow("SPSS as cspro")    << "cspro"  << QByteArray("$FL2\n")       << fine;
-    QTest::newRow("Stata as cspro")   << "cspro"  << QByteArray("<stata_dta>\n") << fine;
-    QTest::newRow("cspro as cspro")   << "cspro"  << QByteArray()               << fine;
-    QTest::newRow("cspro as cspro8")  << "cspro8" << QByteArray()               << noAnswer;
-    QTest::newRow("cspro as stata")   << "stata"  << QByteArray()               << noAnswer;
-    QTest::newRow("cspro as spss")    << "spss"   << QByteArray()               << noAnswer;
+    QTest::newRow("JSON head as cspro") << "cspro"  << "{\n" + survey           << 6;
+    QTest::newRow("SPSS as cspro")      << "cspro"  << "$FL2\n" + survey        << 6;
+    QTest::newRow("Stata as cspro")     << "cspro"  << "<stata_dta>\n" + survey << 6;
+    QTest::newRow("cspro as cspro")     << "cspro"  << survey                   << 6;
+    QTest::newRow("JSON as cspro8")     << "cspro8" << survey8                  << 4;
+    QTest::newRow("JSON as cspro")      << "cspro"  << survey8                  << 0;
+    QTest::newRow("cspro as cspro8")    << "cspro8" << survey                   << 0;
+    QTest::newRow("cspro as stata")     << "stata"  << survey                   << 0;
+    QTest::newRow("cspro as spss")      << "spss"   << survey                   << 0;
+    QTest::newRow("JSON as stata")      << "stata"  << survey8                  << 0;
+    QTest::newRow("JSON as spss")       << "spss"   << survey8                  << 0;
     // clang-format on
 }
 
 void VanlayoutTest::namedTypeOverrulesTheContent()
 {
     QFETCH(QString, type);
-    QFETCH(QByteArray, head);
-    QFETCH(int, status);
+    QFETCH(QByteArray, content);
+    QFETCH(int, rows);
 
-    const Run shown = show(head + survey, { "--format", "csv", "--type", type });
-    QCOMPARE(shown.status, status);
-    if (status == fine) {
-        QCOMPARE(csvCells(shown.out).size(), 6);
+    const Run shown = show(content, { "--format", "csv", "--type", type });
+    QCOMPARE(csvCells(shown.out).size(), rows);
+    if (rows > 0) {
+        QCOMPARE(shown.status, fine);
     } else {
         QCOMPARE(shown.out, QByteArray());
         verifyComplaint(shown, "survey.dcf: ");

@@ -1,3 +1,4 @@
+#include "Memory.h"
 #include "Show.h"
 
 #include <CLI/CLI.hpp>
@@ -5,10 +6,6 @@
 #include <QApplication>
 #include <QLoggingCategory>
 #include <QTextCodec>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 #include <clocale>
 #include <cstdlib>
@@ -40,18 +37,6 @@ void useLocale()
     if (!codec || codec->mibEnum() == mibAscii || std::setlocale(LC_CTYPE, nullptr) == std::string("C"))
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     std::setlocale(LC_NUMERIC, "C");
-}
-
-// A layout stays in memory as it grows. It grows quicker in larger pieces, and in the memory of what it was read from,
-// which is therefore kept, and joined as it gets free.
-void tuneMemory()
-{
-#ifdef __GLIBC__
-    mallopt(M_TOP_PAD, 1 << 20);
-    mallopt(M_MMAP_THRESHOLD, 1 << 25);
-    mallopt(M_TRIM_THRESHOLD, 1 << 30);
-    mallopt(M_MXFAST, 0);
-#endif
 }
 
 bool hasDisplay()
