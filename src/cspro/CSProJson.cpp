@@ -112,17 +112,13 @@ void TCSProJson::parseJson(const QString &fileName)
     readLevels(dictionary.value(QLatin1String("levels")).toArray(), defaults);
 }
 
-// All ids of all levels come first, then the records of all levels.
-void TCSProJson::readLevels(const QJsonArray &levels, const Defaults &defaults)
+// All ids of all levels come first, then the records of all levels; false where the dictionary would grow over its
+// limits.
+bool TCSProJson::readLevels(const QJsonArray &levels, const Defaults &defaults)
 {
-    for (const QJsonValue level : levels) {
-        if (!readIds(level.toObject(), defaults))
-            return;
-    }
-    for (const QJsonValue level : levels) {
-        if (!readRecords(level.toObject(), defaults))
-            return;
-    }
+    const auto idsOf = [&](const QJsonValue &level) { return readIds(level.toObject(), defaults); };
+    const auto recordsOf = [&](const QJsonValue &level) { return readRecords(level.toObject(), defaults); };
+    return std::all_of(levels.begin(), levels.end(), idsOf) && std::all_of(levels.begin(), levels.end(), recordsOf);
 }
 
 // The position starts anew at every level.

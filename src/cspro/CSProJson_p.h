@@ -39,7 +39,7 @@ private:
     };
 
     void parseJson(const QString &fileName);
-    void readLevels(const QJsonArray &levels, const Defaults &defaults);
+    bool readLevels(const QJsonArray &levels, const Defaults &defaults);
     bool readIds(const QJsonObject &level, const Defaults &defaults);
     bool readRecords(const QJsonObject &level, const Defaults &defaults);
     TCSProRecord *readRecord(const QJsonObject &object);

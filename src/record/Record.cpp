@@ -217,19 +217,19 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index, QString parentKey)
         int line;
         int sizeBefore;
     };
-    const int lineCount = index->lines ? index->lines->size() : 0;
+    const QStringList lines = index->lines ? *index->lines : QStringList();
     QString gathered;
     std::vector<Level> levels = { { this, parentKey, 0, 0 } };
     while (!levels.empty()) {
         Level &level = levels.back();
         TVpRecord *record = level.record;
-        if (level.line == lineCount) {
+        if (level.line == lines.size()) {
             level = { record->brother, level.parentKey, 0, gathered.size() };
             if (!level.record)
                 levels.pop_back();
             continue;
         }
-        const QString &line = index->lines->at(level.line++);
+        const QString &line = lines.at(level.line++);
         if (index->typeOf(line) != record->typeOfRecord() || getParentKeyValue(line) != level.parentKey)
             continue;
         const QString key = getKeyValue(line);

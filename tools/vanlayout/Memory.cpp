@@ -30,14 +30,14 @@ bool areAddressesLimited()
 void useLargePages()
 {
     constexpr std::uintptr_t largePage = 1 << 21;
-    const auto oldEnd = reinterpret_cast<std::uintptr_t>(sbrk(0));
+    auto *oldEnd = static_cast<char *>(sbrk(0));
     mallopt(M_TOP_PAD, roomAhead);
     void *volatile grown = std::malloc(usualPad); // volatile: not to be left out
     std::free(grown);
-    const auto newEnd = reinterpret_cast<std::uintptr_t>(sbrk(0));
-    const auto begin = (oldEnd + largePage - 1) / largePage * largePage;
+    const auto *newEnd = static_cast<char *>(sbrk(0));
+    char *begin = oldEnd + (largePage - reinterpret_cast<std::uintptr_t>(oldEnd) % largePage);
     if (newEnd > begin)
-        madvise(reinterpret_cast<void *>(begin), newEnd - begin, MADV_HUGEPAGE);
+        madvise(begin, size_t(newEnd - begin), MADV_HUGEPAGE);
 }
 
 } // namespace
