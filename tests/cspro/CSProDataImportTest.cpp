@@ -548,6 +548,95 @@ private Q_SLOTS:
         QCOMPARE(base.getGroupValue(0), QString());
     }
 
+    void nameThatIsNoEntryHasTheFirstEntryThatContainsItAsItsValue_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("expected");
+        // clang-format off
+        QTest::newRow("in all entries")          << "="        << "FARMER=1";
+        QTest::newRow("begin of an entry")       << "FARM"     << "FARMER=1";
+        QTest::newRow("begin of a later entry")  << "HOUSE"    << "HOUSE=2";
+        QTest::newRow("end of two entries")      << "=2"       << "HOUSE=2";
+        QTest::newRow("middle of an entry")      << "ARM=1"    << "FARM=12";
+        QTest::newRow("empty text")              << ""         << "FARMER=1";
+        QTest::newRow("longer than its entry")   << "HOUSE=2 " << "";
+        QTest::newRow("in another case")         << "house"    << "";
+        // clang-format on
+    }
+    void nameThatIsNoEntryHasTheFirstEntryThatContainsItAsItsValue()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, expected);
+        const DictionaryFile file(record(QStringLiteral("FARMER"), QStringLiteral("1"))
+                                  + record(QStringLiteral("HOUSE"), QStringLiteral("2"))
+                                  + record(QStringLiteral("FARM"), QStringLiteral("12"))
+                                  + record(QStringLiteral("BARN"), QStringLiteral("2")));
+        Heir heir(file.path());
+        TDataImport &base = heir;
+        base.openFile();
+        heir.alias = name;
+        QCOMPARE(base.getGroupValue(0), expected);
+        QCOMPARE(base.getGroupValue(3), expected);
+    }
+
+    void groupValueComesFromTheEntriesOfTheLastOpening()
+    {
+        OpenDictionary open(record(QStringLiteral("OLD_HOUSE"), QStringLiteral("1"))
+                            + record(QStringLiteral("HOUSE"), QStringLiteral("1")));
+        QCOMPARE(open.base().getGroupValue(1), QStringLiteral("OLD_HOUSE=1"));
+
+        open.file.write(record(QStringLiteral("PERSON"), QStringLiteral("1"))
+                        + record(QStringLiteral("HOUSE"), QStringLiteral("1"))
+                        + record(QStringLiteral("ROOM"), QStringLiteral("1")));
+        open.base().openFile();
+        QCOMPARE(open.base().getGroupValue(0), QStringLiteral("PERSON=1"));
+        QCOMPARE(open.base().getGroupValue(1), QStringLiteral("HOUSE=1"));
+        QCOMPARE(open.base().getGroupValue(2), QStringLiteral("ROOM=1"));
+        QCOMPARE(open.base().getGroupValue(3), QString());
+
+        // As many entries as before, in another order.
+        open.file.write(record(QStringLiteral("WAREHOUSE"), QStringLiteral("1"))
+                        + record(QStringLiteral("HOUSE"), QStringLiteral("1"))
+                        + record(QStringLiteral("PERSON"), QStringLiteral("1")));
+        open.base().openFile();
+        QCOMPARE(open.base().getGroupValue(1), QStringLiteral("WAREHOUSE=1"));
+        QCOMPARE(open.base().getGroupValue(2), QStringLiteral("PERSON=1"));
+    }
+
+    void copiesAnswerTheSameGroupValues_data()
+    {
+        QTest::addColumn<bool>("askedBefore");
+        QTest::newRow("copied before it was asked") << false;
+        QTest::newRow("copied when it was asked") << true;
+    }
+    void copiesAnswerTheSameGroupValues()
+    {
+        QFETCH(bool, askedBefore);
+        const QStringList expected = { QStringLiteral("OLD_HOUSE=1"), QStringLiteral("OLD_HOUSE=1") };
+        const auto values = [](TDataImport &importer) {
+            return QStringList{ importer.getGroupValue(0), importer.getGroupValue(1) };
+        };
+        OpenDictionary open(record(QStringLiteral("OLD_HOUSE"), QStringLiteral("1"))
+                            + record(QStringLiteral("HOUSE"), QStringLiteral("1")));
+        if (askedBefore)
+            QCOMPARE(values(open.base()), expected);
+        TCSProDataImport copy(open.importer);
+        TCSProDataImport assigned;
+        assigned = open.importer;
+        QCOMPARE(values(copy), expected);
+        QCOMPARE(values(assigned), expected);
+        QCOMPARE(values(open.base()), expected);
+
+        // The entries are shared, so new ones are the copies' too.
+        open.file.write(record(QStringLiteral("ROOM"), QStringLiteral("1"))
+                        + record(QStringLiteral("HOUSE"), QStringLiteral("1")));
+        open.base().openFile();
+        const QStringList renewed = { QStringLiteral("ROOM=1"), QStringLiteral("HOUSE=1") };
+        QCOMPARE(values(copy), renewed);
+        QCOMPARE(values(assigned), renewed);
+        QCOMPARE(values(open.base()), renewed);
+    }
+
     void groupOutsideOfTheListIsEmpty()
     {
         OpenDictionary open(sample());
@@ -654,6 +743,20 @@ private Q_SLOTS:
         QVERIFY(!TestAccess::layoutPending(importer));
         QVERIFY(TestAccess::dictionary(importer));
         QCOMPARE(TestAccess::dictionary(importer)->recordsCount, 2);
+    }
+
+    void copyingWithoutADictionaryAddsNothing()
+    {
+        const DictionaryFile file(sample());
+        TCSProDataImport importer(file.path());
+        TestAccess::copyDataFromDictionary(importer);
+        QVERIFY(TestAccess::fields(importer)->isEmpty());
+        QVERIFY(!TestAccess::dictionary(importer));
+        QCOMPARE(importer.getGroupCount(), 0);
+
+        TCSProDataImport empty;
+        TestAccess::copyDataFromDictionary(empty);
+        QVERIFY(TestAccess::fields(empty)->isEmpty());
     }
 
     void secondOpeningReplacesFieldsGroupsAndDictionary()

@@ -3,8 +3,8 @@ cmake_minimum_required(VERSION 3.25)
 
 set(public TDataImport TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProDataImport
     TCSProVariable TCSProJsonDataImport TCSProJsonVariable VpErrorManager formatMessage setDecimalAnswer Model_VanAdmin)
-set(internal TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro numbers
-    textfile)
+set(internal TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro
+    numbers textfile)
 
 execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE status OUTPUT_VARIABLE output)
 if(NOT status EQUAL 0)

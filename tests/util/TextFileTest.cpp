@@ -1,3 +1,4 @@
+#include "support/Sanitizer.h"
 #include "util/TextFile_p.h"
 
 #include <QFile>
@@ -7,6 +8,10 @@
 #include <QtTest>
 
 #include <new>
+
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#endif
 
 namespace
 {
@@ -537,6 +542,19 @@ private Q_SLOTS:
         TextFileReader reader("/dev/null");
         QString text;
         QVERIFY(!reader.readBlock(text));
+    }
+
+    void deviceWithoutAnEndRaisesBadAlloc()
+    {
+        if (sanitizesMemory)
+            QSKIP("a gigabyte takes too long under a sanitizer");
+        QVERIFY_EXCEPTION_THROWN(TextFileReader{ "/dev/zero" }, std::bad_alloc);
+        // It ended at a gigabyte, not where memory gives out.
+        constexpr long gigabyte = 1 << 20; // in kilobytes
+        rusage usage = {};
+        QCOMPARE(getrusage(RUSAGE_SELF, &usage), 0);
+        QVERIFY2(usage.ru_maxrss > gigabyte, qPrintable(QString::number(usage.ru_maxrss)));
+        QVERIFY2(usage.ru_maxrss < gigabyte + gigabyte / 4, qPrintable(QString::number(usage.ru_maxrss)));
     }
 
     void fileOfSizeZeroIsReadToItsEnd()
