@@ -17,7 +17,7 @@ class TCSProJson : public CSProDictionary
 {
 public:
     /// No dictionary holds more values: the copies of an item have their own, so a small file could ask for very many.
-    static constexpr qint64 mostValues = 10000000;
+    static constexpr qint64 mostValues = 4000000;
 
     TCSProJson();
     ~TCSProJson() override;

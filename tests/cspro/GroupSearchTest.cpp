@@ -1,0 +1,226 @@
+#include "cspro/GroupSearch_p.h"
+
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QtTest>
+
+using cspro::GroupSearch;
+
+namespace
+{
+
+constexpr qint64 patience = 20000; // milliseconds, far more than one pass takes and far less than a pass for each text
+
+// The rule itself: one look at every text, in their order.
+QString firstThatContains(const QStringList &list, const QString &text)
+{
+    for (const QString &entry : list) {
+        if (entry.contains(text, Qt::CaseSensitive))
+            return entry;
+    }
+    return QString();
+}
+
+QString randomText(QRandomGenerator &random, const QString &alphabet, int longest)
+{
+    QString text;
+    for (int size = random.bounded(longest + 1); size > 0; --size)
+        text += alphabet.at(random.bounded(alphabet.size()));
+    return text;
+}
+
+// Every part of every text, the whole and the empty one included.
+QStringList partsOf(const QStringList &list)
+{
+    QStringList parts;
+    for (const QString &text : list) {
+        for (int begin = 0; begin <= text.size(); ++begin) {
+            for (int size = 0; size <= text.size() - begin; ++size)
+                parts.append(text.mid(begin, size));
+        }
+    }
+    parts.removeDuplicates();
+    return parts;
+}
+
+} // namespace
+
+class GroupSearchTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void firstTextThatContainsItIsFound_data()
+    {
+        QTest::addColumn<QStringList>("list");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+
+        const QStringList endings = { "abab", "bab", "ab", "b" };
+        const QStringList shortFirst = { "b", "ab", "bab", "abab" };
+        const QString face = QStringLiteral("\U0001F600");
+        const QString otherFace = QStringLiteral("\U0001F601"); // begins with the same half
+        // clang-format off
+        QTest::newRow("itself alone")               << QStringList{"a=1"}                  << "a=1"  << "a=1";
+        QTest::newRow("itself among others")        << QStringList{"a=1", "b=2", "c=3"}    << "b=2"  << "b=2";
+        QTest::newRow("at the begin of an earlier one")  << QStringList{"a=12", "a=1"}     << "a=1"  << "a=12";
+        QTest::newRow("in the middle of an earlier one") << QStringList{"xa=12", "a=1"}    << "a=1"  << "xa=12";
+        QTest::newRow("at the end of an earlier one")    << QStringList{"xa=1", "a=1"}     << "a=1"  << "xa=1";
+        QTest::newRow("in a later one alone")       << QStringList{"a=1", "xa=12"}         << "a=1"  << "a=1";
+        QTest::newRow("longer than an earlier one") << QStringList{"a=1", "xa=12"}         << "xa=12" << "xa=12";
+        QTest::newRow("the first of several")       << QStringList{"q", "xa", "ya", "a"}   << "a"    << "xa";
+        QTest::newRow("one in one in one")          << QStringList{"abcde", "bcd", "c"}    << "c"    << "abcde";
+        QTest::newRow("the middle of these")        << QStringList{"abcde", "bcd", "c"}    << "bcd"  << "abcde";
+        QTest::newRow("one in one, the outer last") << QStringList{"bcd", "c", "abcde"}    << "c"    << "bcd";
+        QTest::newRow("equal texts")                << QStringList{"a", "a", "a"}          << "a"    << "a";
+        QTest::newRow("equal texts behind a longer one") << QStringList{"ba", "a", "a"}    << "a"    << "ba";
+        QTest::newRow("equal longer texts")         << QStringList{"ab", "ab", "b"}        << "b"    << "ab";
+        QTest::newRow("overlapping ends: longest")  << endings << "abab" << "abab";
+        QTest::newRow("overlapping ends: second")   << endings << "bab"  << "abab";
+        QTest::newRow("overlapping ends: third")    << endings << "ab"   << "abab";
+        QTest::newRow("overlapping ends: shortest") << endings << "b"    << "abab";
+        QTest::newRow("short ones first: shortest") << shortFirst << "b"    << "b";
+        QTest::newRow("short ones first: second")   << shortFirst << "ab"   << "ab";
+        QTest::newRow("short ones first: third")    << shortFirst << "bab"  << "bab";
+        QTest::newRow("short ones first: longest")  << shortFirst << "abab" << "abab";
+        QTest::newRow("begun in vain")              << QStringList{"aab", "ab"}            << "ab"   << "aab";
+        QTest::newRow("begun in vain twice")        << QStringList{"aaab", "aac", "aab"}   << "aab"  << "aaab";
+        QTest::newRow("end of a text that another begins with") << QStringList{"xab", "abc", "b"} << "b" << "xab";
+        QTest::newRow("runs of one character")      << QStringList{"aa", "aaaa", "aaa"}    << "aaa"  << "aaaa";
+        QTest::newRow("across two texts")           << QStringList{"a", "b", "ab"}         << "ab"   << "ab";
+        QTest::newRow("case counts")                << QStringList{"A=1", "a=1"}           << "a=1"  << "a=1";
+        QTest::newRow("case counts for letters beyond ASCII")
+            << QStringList{QStringLiteral("\u00C4"), QStringLiteral("\u00E4")} << QStringLiteral("\u00E4") << QStringLiteral("\u00E4");
+        QTest::newRow("not in the list, part of two") << QStringList{"xab", "yab"}         << "ab"   << "xab";
+        QTest::newRow("not in the list, begin of one") << QStringList{"b", "abc"}          << "ab"   << "abc";
+        QTest::newRow("not in the list, begin of one and in an earlier one") << QStringList{"xab", "abc"} << "ab" << "xab";
+        QTest::newRow("not in the list, longer than all") << QStringList{"a", "ab"}        << "abc"  << QString();
+        QTest::newRow("not in the list, in no text") << QStringList{"a", "b"}              << "c"    << QString();
+        QTest::newRow("not in the list, in another case") << QStringList{"AB"}             << "b"    << QString();
+        QTest::newRow("empty list")                 << QStringList()                       << "a"    << QString();
+        QTest::newRow("empty list, empty text")     << QStringList()                       << ""     << QString();
+        QTest::newRow("empty text is in every text") << QStringList{"a", "b"}              << ""     << "a";
+        QTest::newRow("empty text among the texts") << QStringList{"a", "", "b"}           << ""     << "a";
+        QTest::newRow("behind an empty text")       << QStringList{"", "b", "a"}           << "a"    << "a";
+        QTest::newRow("texts that are all empty, a text") << QStringList{"", ""}           << "a"    << QString();
+        QTest::newRow("blanks count")               << QStringList{"a =1", "a=1 "}         << "a=1"  << "a=1 ";
+        QTest::newRow("NUL characters")
+            << QStringList{QString("a") + QChar(0) + "b", "b", QString(QChar(0))} << QString(QChar(0)) << QString("a") + QChar(0) + "b";
+        QTest::newRow("characters beyond 16 bits")
+            << QStringList{"x" + otherFace, "x" + face + "y", face} << face << "x" + face + "y";
+        QTest::newRow("half of such a character")
+            << QStringList{"a", "x" + face, QString(face.at(0))} << QString(face.at(0)) << "x" + face;
+        QTest::newRow("characters of one low byte")
+            << QStringList{QString(QChar(0x0141)), "A"} << "A" << "A";
+        QTest::newRow("last of 16 bits") << QStringList{QString(QChar(0xFFFF)) + "a", QString(QChar(0xFFFF))}
+            << QString(QChar(0xFFFF)) << QString(QChar(0xFFFF)) + "a";
+        // clang-format on
+    }
+    void firstTextThatContainsItIsFound()
+    {
+        QFETCH(QStringList, list);
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        QCOMPARE(GroupSearch(list).firstWith(text), expected);
+        QCOMPARE(firstThatContains(list, text), expected);
+    }
+
+    void answerIsNullWhereNoTextContainsIt()
+    {
+        QVERIFY(GroupSearch({ "a" }).firstWith("b").isNull());
+        QVERIFY(GroupSearch({ "" }).firstWith("b").isNull());
+        QVERIFY(GroupSearch({}).firstWith("").isNull());
+    }
+
+    void emptyTextFirstInTheListAnswersToTheEmptyTextAlone()
+    {
+        const GroupSearch search({ "", "a" });
+        QVERIFY(!search.firstWith("").isNull());
+        QCOMPARE(search.firstWith(""), QString(""));
+        QCOMPARE(search.firstWith("a"), QString("a"));
+    }
+
+    void listIsKeptAsItWas()
+    {
+        QStringList list = { "xa", "a" };
+        const GroupSearch search(list);
+        list[0] = "other";
+        QCOMPARE(search.list(), QStringList({ "xa", "a" }));
+        QCOMPARE(search.firstWith("a"), QString("xa"));
+    }
+
+    void randomListsAnswerAsAScanDoes_data()
+    {
+        QTest::addColumn<QString>("alphabet");
+        QTest::addColumn<int>("longest");
+        QTest::addColumn<int>("most");
+        QTest::newRow("one character") << "a" << 7 << 6;
+        QTest::newRow("two characters, short texts") << "ab" << 4 << 10;
+        QTest::newRow("two characters, longer texts") << "ab" << 12 << 8;
+        QTest::newRow("three characters") << "abc" << 6 << 12;
+        QTest::newRow("names and types") << "A1=" << 8 << 12;
+        // Halves of the characters beyond 16 bits, in and out of their pairs.
+        QTest::newRow("surrogates") << QStringLiteral("a\U0001F600\U0001F601") << 6 << 8;
+    }
+    void randomListsAnswerAsAScanDoes()
+    {
+        QFETCH(QString, alphabet);
+        QFETCH(int, longest);
+        QFETCH(int, most);
+        constexpr int lists = 600;
+        QRandomGenerator random(20240229);
+        for (int i = 0; i < lists; ++i) {
+            QStringList list;
+            for (int size = random.bounded(most + 1); size > 0; --size)
+                list.append(randomText(random, alphabet, longest));
+            QStringList questions = partsOf(list);
+            for (int more = 0; more < 5; ++more)
+                questions.append(randomText(random, alphabet, longest + 1));
+            const GroupSearch search(list);
+            for (const QString &text : qAsConst(questions)) {
+                const QString told = list.join('|') + " asked for " + text;
+                QVERIFY2(search.firstWith(text) == firstThatContains(list, text), qPrintable(told));
+            }
+        }
+    }
+
+    // A scan for each of these texts would look at half of the list: some 10^10 comparisons.
+    void longListOfEverShorterTextsAnswersQuickly()
+    {
+        constexpr int count = 250000;
+        constexpr int longest = 40;
+        QStringList list;
+        list.reserve(count);
+        for (int i = 0; i < count; ++i) {
+            const QString number = QString::number(count - i).rightJustified(6, '0');
+            list.append(QString(longest - number.size() - i * 30 / count, '_') + number);
+        }
+        QCOMPARE(list.first().size(), longest);
+        QCOMPARE(list.last().size(), longest - 29);
+        QElapsedTimer timer;
+        timer.start();
+        const GroupSearch search(list);
+        int found = 0;
+        for (const QString &text : qAsConst(list))
+            found += search.firstWith(text) == text; // each has a number of its own
+        QCOMPARE(found, count);
+        QVERIFY2(timer.elapsed() < patience, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    // Every end of these texts is a text: the many ends of a long text are gone through once, not at every character.
+    void nestedEndsAnswerQuickly()
+    {
+        constexpr int count = 3000;
+        QStringList list;
+        for (int size = count; size > 0; --size)
+            list.append(QString(size, 'a'));
+        QElapsedTimer timer;
+        timer.start();
+        const GroupSearch search(list);
+        for (const QString &text : qAsConst(list))
+            QCOMPARE(search.firstWith(text).size(), count);
+        QVERIFY2(timer.elapsed() < patience, qPrintable(QString::number(timer.elapsed())));
+    }
+};
+
+QTEST_GUILESS_MAIN(GroupSearchTest)
+#include "GroupSearchTest.moc"

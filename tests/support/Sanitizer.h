@@ -1,0 +1,20 @@
+#ifndef SUPPORT_SANITIZER_H
+#define SUPPORT_SANITIZER_H
+
+#ifdef __has_feature // the way of clang
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define SUPPORT_SANITIZES_MEMORY
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define SUPPORT_SANITIZES_MEMORY
+#endif
+
+/// Whether a sanitizer is built in that keeps far more memory than the program asks for: no bound holds under it.
+#ifdef SUPPORT_SANITIZES_MEMORY
+constexpr bool sanitizesMemory = true;
+#else
+constexpr bool sanitizesMemory = false;
+#endif
+
+#endif
