@@ -1,9 +1,9 @@
 #ifndef UTIL_TEXTCACHE_P_H
 #define UTIL_TEXTCACHE_P_H
 
-#include <QHash>
 #include <QString>
 
+#include <algorithm>
 #include <array>
 
 /// Makes texts of views and hands out the same text again for an equal view, as long as its place is not taken by
@@ -15,14 +15,23 @@ public:
     {
         if (view.isEmpty() || view.size() > longestKept)
             return view.toString();
-        QString &place = places[qHash(view) % places.size()];
-        if (place != view)
+        QString &place = places[hashOf(view) % places.size()];
+        if (place.size() != view.size() || !std::equal(view.begin(), view.end(), place.cbegin()))
             place = view.toString();
         return place;
     }
 
 private:
     static constexpr qsizetype longestKept = 64;
+
+    // For short texts quicker than Qt's hash.
+    static size_t hashOf(QStringView view)
+    {
+        size_t hash = 0;
+        for (const QChar unit : view)
+            hash = hash * 31 + unit.unicode();
+        return hash;
+    }
 
     std::array<QString, 2048> places;
 };

@@ -25,24 +25,8 @@ TextLines TextLines::ofText(QStringView text)
     return lines;
 }
 
-bool TextLines::has(int index) const
-{
-    if (texts)
-        return index >= 0 && index < texts->size();
-    find(index);
-    return line == index && begin < text.size();
-}
-
-QStringView TextLines::at(int index) const
-{
-    if (texts)
-        return texts->at(index);
-    find(index);
-    return text.mid(begin, end - begin);
-}
-
 // Moves to the line at the index, or behind the last one.
-void TextLines::find(int index) const
+void TextLines::moveTo(int index) const
 {
     if (index < line) {
         line = 0;

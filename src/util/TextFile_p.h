@@ -19,12 +19,31 @@ public:
     /// The lines of \a text, each ended by a line feed or by the end of the text. No line follows a final line feed.
     static TextLines ofText(QStringView text);
 
-    bool has(int index) const;       ///< whether there is a line at an index from 0
-    QStringView at(int index) const; ///< the line at an index that there is
+    /// Whether there is a line at an index from 0.
+    bool has(int index) const
+    {
+        if (texts)
+            return index >= 0 && index < texts->size();
+        find(index);
+        return line == index && begin < text.size();
+    }
+    /// The line at an index that there is.
+    QStringView at(int index) const
+    {
+        if (texts)
+            return texts->at(index);
+        find(index);
+        return QStringView(text.data() + begin, end - begin);
+    }
 
 private:
     TextLines() = default;
-    void find(int index) const;
+    void find(int index) const
+    {
+        if (index != line)
+            moveTo(index);
+    }
+    void moveTo(int index) const;
     qsizetype feedBehind(qsizetype position) const;
 
     const QStringList *texts = nullptr;
