@@ -2,6 +2,7 @@
 
 add_library(van_warnings INTERFACE)
 target_compile_options(van_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments> # Qt Test's own macros
     $<$<BOOL:${VAN_WARNINGS_AS_ERRORS}>:-Werror>)
 
 add_library(van_sanitizers INTERFACE)

@@ -372,7 +372,8 @@ private Q_SLOTS:
     {
         const VpErrorManager error("DataImport", 106);
         const std::unique_ptr<QException> clone(error.clone());
-        QVERIFY(typeid(*clone) == typeid(QException));
+        const QException &copy = *clone;
+        QVERIFY(typeid(copy) == typeid(QException));
     }
 
     void raiseThrowsASliceByValue()

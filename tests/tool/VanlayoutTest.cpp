@@ -187,6 +187,8 @@ private:
 
 } // namespace
 
+Q_DECLARE_METATYPE(Variables)
+
 class VanlayoutTest : public QObject
 {
     Q_OBJECT
@@ -1737,8 +1739,6 @@ void VanlayoutTest::anyFileNameIsShown()
     QVERIFY(!missing.err.contains('\r'));
     QVERIFY(missing.err.startsWith("vanlayout: not "));
 }
-
-Q_DECLARE_METATYPE(Variables)
 
 QTEST_GUILESS_MAIN(VanlayoutTest)
 #include "VanlayoutTest.moc"
