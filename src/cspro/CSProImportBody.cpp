@@ -35,6 +35,17 @@ QString decimalsOf(const TCSProItem &item)
     return item.decimals == 0 ? QStringLiteral("0") : QString(QChar(item.decimals));
 }
 
+// Quick where the sets share their texts, as those of one repeated item do.
+bool haveSameRows(const TCSProValueSet &a, const TCSProValueSet &b)
+{
+    const auto isSameRow = [](const TValueSetItem *left, const TValueSetItem *right) {
+        return left->code == right->code && left->name == right->name && left->special == right->special;
+    };
+    return &a == &b
+        || (a.items->size() == b.items->size()
+            && std::equal(a.items->cbegin(), a.items->cend(), b.items->cbegin(), isSameRow));
+}
+
 bool isCurrentValue(const TGenericField &field, const QString &code)
 {
     return !code.isEmpty() && field.currentText() == code;
@@ -161,7 +172,7 @@ const ItemDescriber::Labels &ItemDescriber::labelsOf(const TCSProItem &item, eVa
 {
     const TCSProValueSet *first = item.getValueSet(0);
     const bool isOnlySet = item.valueSets->size() == 1;
-    if (isOnlySet && first && first == labelsSet && type == labelsType)
+    if (isOnlySet && first && labelsSet && type == labelsType && haveSameRows(*first, *labelsSet))
         return labels;
 
     double minValue = 0;

@@ -72,6 +72,22 @@ QString codeOf(const QJsonObject &value)
     return range.at(0).toString() + Vocabulary::Colon + range.at(1).toString();
 }
 
+// Objects of its own over the same texts.
+TCSProValueSet *copyOf(const TCSProValueSet &source)
+{
+    auto set = std::make_unique<TCSProValueSet>();
+    set->name = source.name;
+    set->label = source.label;
+    set->items->reserve(source.items->size());
+    for (const TValueSetItem *sourceItem : qAsConst(*source.items)) {
+        auto item = std::make_unique<TValueSetItem>();
+        item->code = sourceItem->code;
+        item->name = sourceItem->name;
+        set->addItem(item.release());
+    }
+    return set.release();
+}
+
 int occurrencesOf(const QJsonObject &object)
 {
     const QJsonValue occurrences = object.value(QLatin1String("occurrences"));
@@ -175,7 +191,7 @@ bool TCSProJson::readItems(const QJsonArray &objects, TCSProRecord *record, bool
                 return false;
             continue;
         }
-        if (!hasRoom(1, 0) || valuesCount > mostValues)
+        if (!hasRoom(1, 0))
             return false;
         if (defaults.relativePositions && !object.contains(startKey))
             object.insert(startKey, position);
@@ -214,7 +230,8 @@ void TCSProJson::readJsonItem(const QJsonObject &object, TCSProRecord *record, i
     items->append(item.release());
 }
 
-// One copy of a repeated item for each occurrence, each with value-set objects of its own.
+// One copy of a repeated item for each occurrence, each with value-set objects of its own. Nothing is added, and false
+// answered, where the dictionary would grow over its limits.
 bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int count, int &position,
                            const Defaults &defaults)
 {
@@ -226,13 +243,15 @@ bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int 
     item.zeroFill = object.value(QLatin1String("zeroFill")).toBool(defaults.zeroFill);
     item.start = object.value(QLatin1String("start")).toInt(position);
 
+    readJsonValueSets(&item, object);
+    const OwnedValueSet source(item.hasValueSets() ? item.getValueSet(0) : nullptr);
+
     constexpr int mostSuffixCharacters = 11;
-    if (!hasRoom(count, qint64(count) * (item.name.size() + mostSuffixCharacters)))
+    valuesOfCopies += source ? qint64(count) * source->Count() : 0;
+    if (valuesOfCopies > mostValues || !hasRoom(count, qint64(count) * (item.name.size() + mostSuffixCharacters)))
         return false;
     const int base = items->size();
     for (int k = 1; k <= count; ++k) {
-        if (valuesCount > mostValues)
-            return false;
         auto copy = std::make_unique<TCSProItem>();
         copy->record = item.record;
         copy->label = item.label;
@@ -243,7 +262,8 @@ bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int 
         copy->decimalChar = item.decimalChar;
         copy->zeroFill = item.zeroFill;
         copy->firstOccurrence = base;
-        readJsonValueSets(copy.get(), object);
+        if (source)
+            copy->addValueSet(copyOf(*source));
         record->addItem(copy.get());
         items->append(copy.release());
     }
@@ -271,6 +291,5 @@ void TCSProJson::readJsonValueSets(TCSProItem *item, const QJsonObject &object)
         valueItem->name = texts.text(readJsonLabel(entry));
         set->addItem(valueItem.release());
     }
-    valuesCount += set->items->size();
     item->addValueSet(set.release());
 }

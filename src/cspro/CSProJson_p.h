@@ -16,7 +16,8 @@ class QJsonObject;
 class TCSProJson : public CSProDictionary
 {
 public:
-    /// No dictionary holds more values: the copies of an item have their own, so a small file could ask for very many.
+    /// The copies of repeated items have no more values than this: each has its own, so a small file could ask for any
+    /// number of them.
     static constexpr qint64 mostValues = 4000000;
 
     TCSProJson();
@@ -55,7 +56,7 @@ private:
     void readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position, bool relativePositions,
                       bool decimalMarkDefault, bool zeroFillDefault);
 
-    qint64 valuesCount = 0; ///< values made so far
+    qint64 valuesOfCopies = 0; ///< values that repeated items have asked for so far
 };
 
 #endif

@@ -12,16 +12,6 @@ namespace
 
 enum DecimalAnswerKind { askAlways = 0, yesToAll = 1, noToAll = 2, askAgain = 3 };
 
-// A set that nobody took over goes, with its values.
-struct DropValueSet {
-    void operator()(TCSProValueSet *set) const
-    {
-        qDeleteAll(*set->items);
-        delete set;
-    }
-};
-using OwnedValueSet = std::unique_ptr<TCSProValueSet, DropValueSet>;
-
 void addValue(TCSProValueSet &set, const QString &code, const QString &label)
 {
     auto item = std::make_unique<TValueSetItem>();

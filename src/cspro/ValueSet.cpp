@@ -120,6 +120,12 @@ void TCSProValueSet::sortByNumber()
     std::transform(entries.cbegin(), entries.cend(), items->begin(), [](const Entry &entry) { return entry.item; });
 }
 
+void DropValueSet::operator()(TCSProValueSet *set) const
+{
+    qDeleteAll(*set->items);
+    delete set;
+}
+
 bool CompareCodes(const TValueSetItem *a, const TValueSetItem *b)
 {
     if (!a || !b)

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 /// One code of a value set and its label. Made by a reader; never freed.
 class TValueSetItem : public QObject
 {
@@ -55,6 +57,12 @@ public:
 private:
     void sortByNumber();
 };
+
+/// Frees a set that nobody took over, with its values.
+struct DropValueSet {
+    void operator()(TCSProValueSet *set) const;
+};
+using OwnedValueSet = std::unique_ptr<TCSProValueSet, DropValueSet>;
 
 /// Whether a stands before b by character code: "10" comes before "9". Throws `std::invalid_argument` for a null
 /// pointer.

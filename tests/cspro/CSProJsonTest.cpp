@@ -1123,6 +1123,14 @@ private Q_SLOTS:
         QCOMPARE(dictionary.starts(), QList<int>({ 1, 5, 5, 5, 8 }));
     }
 
+    void copiesOfNegativeLengthRunBackwardsAndThePositionForwards()
+    {
+        const QByteArray repeated = R"({"start":10,"length":-3,"occurrences":{"maximum":3}},{"length":1})";
+        QCOMPARE(OwnedJson(withItems(repeated)).starts(), QList<int>({ 10, 7, 4, 13 }));
+        const QByteArray empty = R"({"start":10,"length":0,"occurrences":{"maximum":3}},{"length":1})";
+        QCOMPARE(OwnedJson(withItems(empty)).starts(), QList<int>({ 10, 10, 10, 13 }));
+    }
+
     void copiesWithoutStartStandAtThePosition_data()
     {
         QTest::addColumn<QByteArray>("keys");

@@ -921,7 +921,8 @@ void VanlayoutTest::widthIsThatOfTheTerminal()
     constexpr ushort width = 90;
     write("survey.dcf", oneItem("LONG", repeated("0123456789", 30)));
     const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    QVERIFY(terminal >= 0);
+    if (terminal < 0)
+        QSKIP("this system has no pseudo terminals");
     QCOMPARE(grantpt(terminal), 0);
     QCOMPARE(unlockpt(terminal), 0);
     const winsize size = { 24, width, 0, 0 };
