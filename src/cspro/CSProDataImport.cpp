@@ -116,32 +116,20 @@ void TCSProDataImport::openRead(QString fileName)
 
 void TCSProDataImport::copyDataFromDictionary()
 {
-    if (!dictionary)
-        return;
-    cspro::ItemDescriber describer;
-    const int count = dictionary->getItemsCount();
-    for (int i = 0; i < count; ++i) {
-        TCSProItem *item = dictionary->getItem(i);
-        auto field = std::make_unique<TCSProVariable>(this, item);
-        if (isMultiple() && item->record)
-            field->group = item->record->name;
-        describer.describe(*item, *field);
-        addField(field.release());
-    }
+    if (dictionary)
+        cspro::makeFields<TCSProVariable>(*dictionary, this, [this](TGenericField *field) { addField(field); });
 }
 
 void TCSProDataImport::getNotApplicable(TGenericField *field) const
 {
-    const auto *variable = dynamic_cast<TCSProVariable *>(field);
-    if (variable && variable->item)
-        field->notApplicable = variable->item->notApplicable;
+    if (const TCSProItem *item = cspro::itemBehind<TCSProVariable>(field))
+        field->notApplicable = item->notApplicable;
 }
 
 void TCSProDataImport::getVarMissingValue(TGenericField *field) const
 {
-    const auto *variable = dynamic_cast<TCSProVariable *>(field);
-    if (variable && variable->item)
-        field->missingValue = variable->item->missingValue;
+    if (const TCSProItem *item = cspro::itemBehind<TCSProVariable>(field))
+        field->missingValue = item->missingValue;
 }
 
 QString TCSProDataImport::StringOfChar(char c, int count) const

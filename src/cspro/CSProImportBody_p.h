@@ -3,6 +3,7 @@
 
 #include "cspro/CSProModel_p.h"
 #include "cspro/GroupSearch_p.h"
+#include "import/DataImport.h"
 #include "import/GenericField.h"
 
 #include <QHash>
@@ -65,6 +66,31 @@ private:
     const TCSProValueSet *labelsSet = nullptr; ///< the value set that `labels` were made from
     eVanVarType labelsType = vtNone;
 };
+
+/// Makes one field of class \a Variable for each item of \a dictionary and hands it to \a add, which keeps it. Where
+/// \a importer is multiple, the field's group is the name of its item's record.
+template <typename Variable, typename Add>
+void makeFields(const CSProDictionary &dictionary, TDataImport *importer, Add add)
+{
+    ItemDescriber describer;
+    const bool hasGroups = importer->isMultiple();
+    const int count = dictionary.getItemsCount();
+    for (int i = 0; i < count; ++i) {
+        TCSProItem *item = dictionary.getItem(i);
+        auto field = std::make_unique<Variable>(importer, item);
+        if (hasGroups && item->record)
+            field->group = item->record->name;
+        describer.describe(*item, *field);
+        add(field.release());
+    }
+}
+
+/// The item behind a field of class \a Variable; null for any other field.
+template <typename Variable> const TCSProItem *itemBehind(TGenericField *field)
+{
+    const auto *variable = dynamic_cast<Variable *>(field);
+    return variable ? variable->item : nullptr;
+}
 
 } // namespace cspro
 

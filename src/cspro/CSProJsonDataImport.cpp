@@ -116,32 +116,20 @@ void TCSProJsonDataImport::openRead(QString fileName)
 
 void TCSProJsonDataImport::copyDataFromDictionary()
 {
-    if (!dictionary)
-        return;
-    cspro::ItemDescriber describer;
-    const int count = dictionary->getItemsCount();
-    for (int i = 0; i < count; ++i) {
-        TCSProItem *item = dictionary->getItem(i);
-        auto field = std::make_unique<TCSProJsonVariable>(this, item);
-        if (isMultiple() && item->record)
-            field->group = item->record->name;
-        describer.describe(*item, *field);
-        addField(field.release());
-    }
+    if (dictionary)
+        cspro::makeFields<TCSProJsonVariable>(*dictionary, this, [this](TGenericField *field) { addField(field); });
 }
 
 void TCSProJsonDataImport::getNotApplicable(TGenericField *field) const
 {
-    const auto *variable = dynamic_cast<TCSProJsonVariable *>(field);
-    if (variable && variable->item)
-        field->notApplicable = variable->item->notApplicable;
+    if (const TCSProItem *item = cspro::itemBehind<TCSProJsonVariable>(field))
+        field->notApplicable = item->notApplicable;
 }
 
 void TCSProJsonDataImport::getVarMissingValue(TGenericField *field) const
 {
-    const auto *variable = dynamic_cast<TCSProJsonVariable *>(field);
-    if (variable && variable->item)
-        field->missingValue = variable->item->missingValue;
+    if (const TCSProItem *item = cspro::itemBehind<TCSProJsonVariable>(field))
+        field->missingValue = item->missingValue;
 }
 
 QString TCSProJsonDataImport::StringOfChar(char c, int count) const
