@@ -150,15 +150,6 @@ void ItemDescriber::describe(const TCSProItem &item, TGenericField &field)
         field.maximum = found.maximum;
 }
 
-QString ItemDescriber::nines(qint64 count)
-{
-    const int length = int(std::clamp<qint64>(count, 0, mostNines));
-    QString &text = ninesByCount[length];
-    if (text.size() != length)
-        text = stringOfChar(QLatin1Char('9'), length);
-    return text;
-}
-
 QString ItemDescriber::maximumWithoutValues(const TCSProItem &item)
 {
     // With a decimal character the number of decimals plays no part.

@@ -5,8 +5,8 @@
 #include "cspro/GroupSearch_p.h"
 #include "import/DataImport.h"
 #include "import/GenericField.h"
+#include "util/Nines_p.h"
 
-#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -41,9 +41,6 @@ bool isBlank(const TGenericField &field);
 class ItemDescriber
 {
 public:
-    /// Bounds of nines end here: no number of a dictionary is wider.
-    static constexpr int mostNines = 10000;
-
     ItemDescriber();
 
     /// Fills the description of \a field from \a item: everything but the group.
@@ -56,11 +53,10 @@ private:
         QString maximum; ///< null where the bound without a value set holds
     };
 
-    QString nines(qint64 count);
     QString maximumWithoutValues(const TCSProItem &item);
     const Labels &labelsOf(const TCSProItem &item, eVanVarType type);
 
-    QHash<int, QString> ninesByCount;
+    Nines nines;
     Labels labels;
     QString labelsBuffer;                      ///< keeps its room from one item to the next
     const TCSProValueSet *labelsSet = nullptr; ///< the value set that `labels` were made from

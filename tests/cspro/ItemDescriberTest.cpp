@@ -274,7 +274,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("decimalChar");
         QTest::addColumn<int>("nines");
 
-        const int most = cspro::ItemDescriber::mostNines;
+        const int most = Nines::most;
         const int highest = std::numeric_limits<int>::max();
         const int lowest = std::numeric_limits<int>::min();
         // clang-format off

@@ -2,6 +2,8 @@
 
 #include "cspro/CSProDataImport.h"
 #include "cspro/CSProJsonDataImport.h"
+#include "statistical/SPSSDataImport.h"
+#include "statistical/STATADataImport.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,6 +14,21 @@ namespace
 template <typename Importer> std::unique_ptr<TDataImport> makeImporter(const QString &file)
 {
     return std::make_unique<Importer>(file);
+}
+
+std::unique_ptr<TDataImport> makeSpssImporter(const QString &file)
+{
+    auto importer = std::make_unique<TSPSSDataImport>(file);
+    importer->setReadingBuffered(true);
+    return importer;
+}
+
+std::unique_ptr<TDataImport> makeStataImporter(const QString &file)
+{
+    auto importer = std::make_unique<TSTATADataImport>(file);
+    importer->setReadingBuffered(true);
+    importer->setErrorStream(stderr); // standard output holds the result alone
+    return importer;
 }
 
 bool isJson(const QByteArray &head)
@@ -41,8 +58,8 @@ bool isAnything(const QByteArray & /*head*/)
 // In the order in which they are tried.
 const FileType fileTypes[] = {
     {"cspro8", "CSPro 8 JSON dictionary", makeImporter<TCSProJsonDataImport>, isJson,     false},
-    {"spss",   "SPSS file",               nullptr,                            isSpss,     false},
-    {"stata",  "Stata file",              nullptr,                            isStata,    false},
+    {"spss",   "SPSS file",               makeSpssImporter,                   isSpss,     false},
+    {"stata",  "Stata file",              makeStataImporter,                  isStata,    false},
     {"cspro",  "CSPro text dictionary",   makeImporter<TCSProDataImport>,     isAnything, true},
 };
 // clang-format on

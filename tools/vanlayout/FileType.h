@@ -10,11 +10,11 @@
 
 /// One format that can be asked for.
 struct FileType {
-    const char *name;                                                  ///< as --type takes it
-    const char *title;                                                 ///< for a person
-    std::unique_ptr<TDataImport> (*makeImporter)(const QString &file); ///< null where this version does not read it
-    bool (*recognises)(const QByteArray &head);                        ///< by the first bytes of a file
-    bool canBePiped;                                                   ///< read from begin to end, once
+    const char *name;  ///< as --type takes it
+    const char *title; ///< for a person
+    std::unique_ptr<TDataImport> (*makeImporter)(const QString &file);
+    bool (*recognises)(const QByteArray &head); ///< by the first bytes of a file
+    bool canBePiped;                            ///< read from begin to end, once
 };
 
 /// The type that --type names, or null.

@@ -24,8 +24,6 @@ QString openingProblem(const QString &fileName, const FileType *&type)
         return QStringLiteral("cannot be opened: ") + file.errorString();
     if (!type)
         type = &fileTypeOf(canPeek ? file.read(headSize) : QByteArray());
-    if (!type->makeImporter)
-        return QLatin1String(type->title) + QLatin1String(": not read by this version");
     if (!canPeek && !type->canBePiped)
         return QLatin1String(type->title) + QLatin1String(": not read from a pipe");
     return QString();

@@ -1,0 +1,100 @@
+#include "statistical/BufferedFile_p.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace statistical
+{
+
+namespace
+{
+
+constexpr size_t pieceSize = 1 << 16;
+
+} // namespace
+
+void BufferedFile::attachTo(readstat_parser_t *parser)
+{
+    readstat_set_open_handler(parser, onOpen);
+    readstat_set_close_handler(parser, onClose);
+    readstat_set_seek_handler(parser, onSeek);
+    readstat_set_read_handler(parser, onRead);
+    readstat_set_update_handler(parser, onUpdate);
+    readstat_set_io_ctx(parser, this);
+}
+
+int BufferedFile::onOpen(const char *path, void *context)
+{
+    auto *self = static_cast<BufferedFile *>(context);
+    self->file.setFileName(QFile::decodeName(path));
+    self->bufferStart = self->bufferSize = self->position = 0;
+    return self->file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? 0 : -1;
+}
+
+int BufferedFile::onClose(void *context)
+{
+    static_cast<BufferedFile *>(context)->file.close();
+    return 0;
+}
+
+readstat_off_t BufferedFile::onSeek(readstat_off_t offset, readstat_io_flags_t whence, void *context)
+{
+    auto *self = static_cast<BufferedFile *>(context);
+    qint64 base = 0;
+    if (whence == READSTAT_SEEK_CUR)
+        base = self->position;
+    else if (whence == READSTAT_SEEK_END)
+        base = self->file.size();
+    if (offset < -base || offset > std::numeric_limits<qint64>::max() - base)
+        return -1;
+    self->position = base + offset; // behind the end, too, where nothing can be read
+    return self->position;
+}
+
+ssize_t BufferedFile::onRead(void *target, size_t size, void *context)
+{
+    return static_cast<BufferedFile *>(context)->read(static_cast<char *>(target), qint64(size));
+}
+
+readstat_error_t BufferedFile::onUpdate(long /*fileSize*/, readstat_progress_handler /*progress*/,
+                                        void * /*userContext*/, void * /*context*/)
+{
+    return READSTAT_OK;
+}
+
+qint64 BufferedFile::read(char *target, qint64 size)
+{
+    qint64 done = 0;
+    while (done < size) {
+        qint64 offset = position - bufferStart;
+        if (offset < 0 || offset >= bufferSize) {
+            if (!fill())
+                return done > 0 ? done : -1;
+            if (bufferSize == 0)
+                break;
+            offset = 0;
+        }
+        const qint64 count = std::min(size - done, bufferSize - offset);
+        std::memcpy(target + done, buffer.data() + offset, size_t(count));
+        done += count;
+        position += count;
+    }
+    return done;
+}
+
+// Fills the buffer from the position on; nothing behind the end of the file.
+bool BufferedFile::fill()
+{
+    buffer.resize(pieceSize);
+    bufferStart = position;
+    bufferSize = 0;
+    if (position >= file.size())
+        return true;
+    if (!file.seek(position))
+        return false;
+    bufferSize = std::max<qint64>(file.read(buffer.data(), qint64(buffer.size())), 0);
+    return bufferSize > 0;
+}
+
+} // namespace statistical

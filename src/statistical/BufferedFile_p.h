@@ -1,0 +1,42 @@
+#ifndef STATISTICAL_BUFFEREDFILE_P_H
+#define STATISTICAL_BUFFEREDFILE_P_H
+
+#include <readstat.h>
+
+#include <QFile>
+
+#include <vector>
+
+namespace statistical
+{
+
+/// A file as ReadStat reads it, in large pieces: ReadStat itself asks the system for each number.
+///
+/// Answers what the system would answer, so that a parse ends the same way.
+class BufferedFile
+{
+public:
+    /// Has the parser read through this object, which must outlive the parse. For regular files only.
+    void attachTo(readstat_parser_t *parser);
+
+private:
+    static int onOpen(const char *path, void *context);
+    static int onClose(void *context);
+    static readstat_off_t onSeek(readstat_off_t offset, readstat_io_flags_t whence, void *context);
+    static ssize_t onRead(void *buffer, size_t size, void *context);
+    static readstat_error_t onUpdate(long fileSize, readstat_progress_handler progress, void *userContext,
+                                     void *context);
+
+    qint64 read(char *target, qint64 size);
+    bool fill();
+
+    QFile file;
+    std::vector<char> buffer;
+    qint64 bufferStart = 0; ///< of its first byte in the file
+    qint64 bufferSize = 0;  ///< bytes that are filled
+    qint64 position = 0;    ///< from which the next byte is read
+};
+
+} // namespace statistical
+
+#endif

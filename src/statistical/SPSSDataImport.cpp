@@ -1,0 +1,104 @@
+#include "statistical/SPSSDataImport.h"
+
+#include "import/Constants.h"
+#include "statistical/StatisticalImport_p.h"
+
+namespace
+{
+
+const QLatin1String providerType("SPSS");
+
+using Body = statistical::ImportBody<TSPSSDataImport>;
+
+} // namespace
+
+TSPSSDataImport::TSPSSDataImport(QString fileName)
+    : TDataImport(std::move(fileName))
+{
+    initDataImport();
+}
+
+TSPSSDataImport::TSPSSDataImport() = default;
+TSPSSDataImport::TSPSSDataImport(const TSPSSDataImport &other) = default;
+TSPSSDataImport &TSPSSDataImport::operator=(const TSPSSDataImport &other) = default;
+
+TSPSSDataImport::TSPSSDataImport(TSPSSDataImport && /*other*/)
+    : TSPSSDataImport()
+{
+}
+
+TSPSSDataImport::~TSPSSDataImport() = default;
+
+bool TSPSSDataImport::isReadingBuffered() const
+{
+    return readsBuffered;
+}
+
+void TSPSSDataImport::setReadingBuffered(bool on)
+{
+    readsBuffered = on;
+}
+
+QString TSPSSDataImport::getDataProviderId()
+{
+    return providerType + Vocabulary::Underscore + sourceName;
+}
+
+QString TSPSSDataImport::getDataProviderType()
+{
+    return providerType;
+}
+
+bool TSPSSDataImport::openFile()
+{
+    // The variables of a former opening stay: a second one gives every field twice.
+    openDataImport();
+    stateValue = 1.0;
+    openRead(getSourceName());
+    return true;
+}
+
+QStringList *TSPSSDataImport::selectLayoutSource()
+{
+    return TDataImport::selectLayoutSource();
+}
+
+void TSPSSDataImport::openRead(QString path)
+{
+    statistical::Reading file(statistical::spss, path, readsBuffered);
+    Body::read(this, file); // a failure is silent
+}
+
+int TSPSSDataImport::handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context)
+{
+    if (!statistical::isSupported(value))
+        statistical::endAtUnsupportedType("SPSSDataImport", __LINE__);
+    return Body::handleValueLabel(static_cast<TSPSSDataImport *>(context), labelSet, value, label);
+}
+
+int TSPSSDataImport::handleVariable(int /*index*/, readstat_variable_s *variable, const char *labelSet, void *context)
+{
+    return Body::handleVariable(statistical::spss, static_cast<TSPSSDataImport *>(context), variable, labelSet);
+}
+
+TSPSSVariable::TSPSSVariable(TDataImport *importer)
+    : TGenericField(importer)
+{
+}
+
+TSPSSVariable::~TSPSSVariable() = default;
+
+bool TSPSSVariable::isMissing()
+{
+    return true;
+}
+
+bool TSPSSVariable::isNotApplicable()
+{
+    return false;
+}
+
+bool TSPSSVariable::isBlank()
+{
+    return statistical::isBlank(*this);
+}

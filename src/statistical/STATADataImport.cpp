@@ -1,0 +1,114 @@
+#include "statistical/STATADataImport.h"
+
+#include "import/Constants.h"
+#include "import/DebugLog_p.h"
+#include "statistical/StatisticalImport_p.h"
+
+namespace
+{
+
+const QLatin1String providerType("STATA");
+
+using Body = statistical::ImportBody<TSTATADataImport>;
+
+} // namespace
+
+TSTATADataImport::TSTATADataImport(QString fileName)
+    : TDataImport(std::move(fileName))
+{
+    initDataImport();
+}
+
+TSTATADataImport::TSTATADataImport() = default;
+TSTATADataImport::TSTATADataImport(const TSTATADataImport &other) = default;
+TSTATADataImport &TSTATADataImport::operator=(const TSTATADataImport &other) = default;
+
+TSTATADataImport::TSTATADataImport(TSTATADataImport && /*other*/)
+    : TSTATADataImport()
+{
+}
+
+TSTATADataImport::~TSTATADataImport() = default;
+
+bool TSTATADataImport::isReadingBuffered() const
+{
+    return readsBuffered;
+}
+
+void TSTATADataImport::setReadingBuffered(bool on)
+{
+    readsBuffered = on;
+}
+
+void TSTATADataImport::setErrorStream(std::FILE *stream)
+{
+    errorStream = stream;
+}
+
+QString TSTATADataImport::getDataProviderId()
+{
+    return providerType + Vocabulary::Underscore + sourceName;
+}
+
+QString TSTATADataImport::getDataProviderType()
+{
+    return providerType;
+}
+
+bool TSTATADataImport::openFile()
+{
+    openDataImport();
+    variables.clear();
+    variablesByName.clear();
+    stateValue = 1.0;
+    openRead(getSourceName());
+    return true;
+}
+
+QStringList *TSTATADataImport::selectLayoutSource()
+{
+    debugLine("TSTATADataImport - selectLayoutSource");
+    return TDataImport::selectLayoutSource();
+}
+
+void TSTATADataImport::openRead(QString path)
+{
+    statistical::Reading file(statistical::stata, path, readsBuffered);
+    const readstat_error_t result = Body::read(this, file);
+    if (result != READSTAT_OK && errorStream)
+        std::fprintf(errorStream, "Error processing %s: %d\n", file.path().constData(), int(result));
+}
+
+int TSTATADataImport::handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context)
+{
+    if (!statistical::isSupported(value))
+        statistical::endAtUnsupportedType("STATADataImport", __LINE__);
+    return Body::handleValueLabel(static_cast<TSTATADataImport *>(context), labelSet, value, label);
+}
+
+int TSTATADataImport::handleVariable(int /*index*/, readstat_variable_s *variable, const char *labelSet, void *context)
+{
+    return Body::handleVariable(statistical::stata, static_cast<TSTATADataImport *>(context), variable, labelSet);
+}
+
+TSTATAVariable::TSTATAVariable(TDataImport *importer)
+    : TGenericField(importer)
+{
+}
+
+TSTATAVariable::~TSTATAVariable() = default;
+
+bool TSTATAVariable::isMissing()
+{
+    return missing;
+}
+
+bool TSTATAVariable::isNotApplicable()
+{
+    return false;
+}
+
+bool TSTATAVariable::isBlank()
+{
+    return statistical::isBlank(*this);
+}

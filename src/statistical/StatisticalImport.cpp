@@ -1,0 +1,375 @@
+#include "statistical/StatisticalImport_p.h"
+
+#include "statistical/BufferedFile_p.h"
+#include "statistical/FileGuards_p.h"
+#include "util/Numbers_p.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace statistical
+{
+
+namespace
+{
+
+// What no value has: an integer, a double and a text of nothing together are a label without a value.
+constexpr qint32 noInt = -1;
+constexpr double noDouble = -1.0;
+constexpr qint32 stringReference = -88;
+
+// The search for the span of the labelled values begins with these. A bound that no value goes beyond is no bound.
+constexpr double lowerStart = 999999999.0;
+constexpr double upperStart = -999999999.0;
+
+void appendLatin1(QString &text, const char *bytes, size_t size)
+{
+    text.append(QLatin1String(bytes, int(size)));
+}
+
+void appendUtf8(QString &text, const char *bytes, size_t size)
+{
+    // The short way for what is the same in both.
+    if (std::all_of(bytes, bytes + size, [](char byte) { return static_cast<signed char>(byte) >= 0; }))
+        appendLatin1(text, bytes, size);
+    else
+        text.append(QString::fromUtf8(bytes, int(size)));
+}
+
+qint32 storageWidth(const readstat_variable_t &variable)
+{
+    return static_cast<qint32>(static_cast<quint32>(variable.storage_width));
+}
+
+template <size_t Size> size_t lengthOf(const char (&field)[Size])
+{
+    return qstrnlen(field, Size);
+}
+
+bool isDigit(char character)
+{
+    return character >= '0' && character <= '9';
+}
+
+// One digit, the second character of the format, and 0 where it is none: "F10.2" gives 1, which is meant.
+qint32 firstDigitOfFormat(const readstat_variable_t &variable)
+{
+    return lengthOf(variable.format) > 1 && isDigit(variable.format[1]) ? variable.format[1] - '0' : 0;
+}
+
+// ReadStat leaves `decimals` at 0 when it reads; the digits behind the point of the format tell then.
+bool hasDecimals(const readstat_variable_t &variable)
+{
+    if (variable.decimals != 0)
+        return true;
+    const char *end = variable.format + lengthOf(variable.format);
+    const char *point = std::find(variable.format, end, '.');
+    if (point == end)
+        return false;
+    const char *digit = std::find_if(point + 1, end, [](char character) { return character != '0'; });
+    return digit != end && isDigit(*digit);
+}
+
+bool anyIsSafe(const QString & /*path*/)
+{
+    return true;
+}
+
+NameBounds widestOfAny(const QString & /*path*/)
+{
+    return widestNames;
+}
+
+// As a number: it may be none of the enumeration.
+int typeNumber(const readstat_type_t &type)
+{
+    int number = 0;
+    std::memcpy(&number, &type, std::min(sizeof(number), sizeof(type)));
+    return number;
+}
+
+eVanVarType typeOf(const Format &format, const readstat_variable_t &variable)
+{
+    switch (typeNumber(variable.type)) {
+    case READSTAT_TYPE_STRING:
+        return vtString;
+    case READSTAT_TYPE_INT8:
+    case READSTAT_TYPE_INT16:
+    case READSTAT_TYPE_INT32:
+        return vtInteger;
+    case READSTAT_TYPE_FLOAT:
+    case READSTAT_TYPE_DOUBLE:
+        return format.decimalsDecide && !hasDecimals(variable) ? vtInteger : vtReal;
+    default:
+        return vtNone; // a long text of Stata's, where ReadStat tells it apart
+    }
+}
+
+char *copyOf(const char *text, size_t length)
+{
+    auto *copy = new char[length + 1];
+    std::memcpy(copy, text, length);
+    copy[length] = '\0';
+    return copy;
+}
+
+TStatValueLabel makeValueLabel(const readstat_value_t &value)
+{
+    TStatValueLabel made;
+    switch (typeNumber(value.type)) {
+    case READSTAT_TYPE_DOUBLE:
+    case READSTAT_TYPE_FLOAT:
+        // All eight bytes, also where four of them are a float: nothing is converted.
+        std::memcpy(&made.doubleValue, &value.v, sizeof(made.doubleValue));
+        break;
+    case READSTAT_TYPE_STRING:
+        if (value.v.string_value) {
+            made.stringLength = std::strlen(value.v.string_value);
+            made.stringValue = copyOf(value.v.string_value, made.stringLength);
+        }
+        break;
+    case READSTAT_TYPE_INT8:
+        made.intValue = value.v.i8_value;
+        break;
+    case READSTAT_TYPE_INT16:
+        made.intValue = value.v.i16_value;
+        break;
+    case READSTAT_TYPE_INT32:
+        made.intValue = value.v.i32_value;
+        break;
+    default:
+        made.intValue = stringReference;
+        break;
+    }
+    return made;
+}
+
+LabelSet *setNamed(LabelSets &sets, const char *labelSet, Reading *reading)
+{
+    const size_t bound = (reading ? reading->bounds : widestNames).withLabel;
+    const size_t length = qstrnlen(labelSet, uint(bound));
+    // The labels of a set follow each other.
+    if (reading && reading->lastSet && reading->lastSetName.compare(0, std::string::npos, labelSet, length) == 0)
+        return reading->lastSet;
+    std::string name(labelSet, length);
+    LabelSet *&set = sets[name];
+    if (!set)
+        set = new LabelSet;
+    if (reading) {
+        reading->lastSet = set;
+        reading->lastSetName = std::move(name);
+    }
+    return set;
+}
+
+// As "%d" or "%f" write it, in every locale.
+template <typename Number, typename... Form> void appendNumber(QString &text, Number number, Form... form)
+{
+    constexpr size_t longest = 512;
+    char digits[longest];
+    const auto end = std::to_chars(digits, digits + longest, number, form...).ptr;
+    text.append(QLatin1String(digits, int(end - digits)));
+}
+
+/// Lowest and highest of the labelled values.
+class Span
+{
+public:
+    void add(double value)
+    {
+        if (value < lower) {
+            lower = value;
+            hasLower = true;
+        }
+        if (value > upper) {
+            upper = value;
+            hasUpper = true;
+        }
+    }
+    QString minimum() const { return hasLower ? numbers::toText(lower) : QString(); }
+    QString maximum() const { return hasUpper ? numbers::toText(upper) : QString(); }
+
+private:
+    double lower = lowerStart;
+    double upper = upperStart;
+    bool hasLower = false;
+    bool hasUpper = false;
+};
+
+// Appends the value of a label; false where it holds none, as one of -1 does.
+bool appendValue(const Format &format, const TStatValueLabel &label, QString &text, Span &span)
+{
+    constexpr int decimals = 6;
+    if (label.intValue != noInt) {
+        appendNumber(text, label.intValue);
+        span.add(label.intValue);
+    } else if (label.doubleValue != noDouble) {
+        appendNumber(text, label.doubleValue, std::chars_format::fixed, decimals);
+        span.add(label.doubleValue);
+    } else if (label.stringValue) {
+        format.appendText(text, label.stringValue, std::strlen(label.stringValue));
+    } else {
+        return false;
+    }
+    return true;
+}
+
+// In the set itself: a variable with decimals that comes later sees the integers.
+void turnToIntegers(const LabelSet &set)
+{
+    for (TStatValueLabel *label : set) {
+        if (label && label->doubleValue != noDouble) {
+            label->intValue = numbers::truncated(label->doubleValue);
+            label->doubleValue = noDouble;
+        }
+    }
+}
+
+void makeLabelText(const Format &format, const LabelSet &set, Reading::LabelText &made)
+{
+    Span span;
+    QString text;
+    for (const TStatValueLabel *label : set) {
+        if (!label || !appendValue(format, *label, text, span))
+            continue;
+        text.append(QLatin1Char(' '));
+        if (label->label)
+            format.appendText(text, label->label, std::strlen(label->label));
+        text.append(QLatin1Char('\t'));
+    }
+    text.squeeze();
+    made.isMade = true;
+    made.text = text;
+    made.minimum = span.minimum();
+    made.maximum = span.maximum();
+}
+
+void takeLabels(const Format &format, const LabelSet &set, bool asIntegers, Reading::LabelText &known,
+                TGenericField &field, bool isNumeric)
+{
+    const bool turns = asIntegers && !known.isOfIntegers;
+    if (turns)
+        turnToIntegers(set);
+    if (turns || !known.isMade)
+        makeLabelText(format, set, known);
+    known.isOfIntegers |= asIntegers;
+    field.valueLabels = known.text;
+    if (!isNumeric)
+        return;
+    if (!known.minimum.isNull())
+        field.minimum = known.minimum;
+    if (!known.maximum.isNull())
+        field.maximum = known.maximum;
+}
+
+} // namespace
+
+const Format stata = { readstat_parse_dta, appendLatin1, false, storageWidth, true, anyIsSafe, stataNameBounds };
+const Format spss = { readstat_parse_sav, appendUtf8, true, firstDigitOfFormat, false, isSafeSpssFile, widestOfAny };
+
+Reading::Reading(const Format &fileFormat, const QString &path, bool buffered)
+    : format(fileFormat)
+    , localPath(path.toLocal8Bit())
+    , isBuffered(buffered)
+{
+    // The path as ReadStat sees it: up to the first NUL.
+    const QString seenPath = QFile::decodeName(localPath.constData());
+    bounds = format.nameBounds(seenPath);
+    isSafe = format.isSafe(seenPath);
+    isBuffered = buffered && QFileInfo(seenPath).isFile();
+}
+
+readstat_error_t Reading::pass(readstat_value_label_handler onLabel, readstat_variable_handler onVariable,
+                               void *context)
+{
+    if (!isSafe)
+        return READSTAT_ERROR_PARSE;
+    const std::unique_ptr<readstat_parser_t, void (*)(readstat_parser_t *)> parser(readstat_parser_init(),
+                                                                                   readstat_parser_free);
+    if (!parser)
+        return READSTAT_ERROR_MALLOC;
+    if (onLabel)
+        readstat_set_value_label_handler(parser.get(), onLabel);
+    if (onVariable)
+        readstat_set_variable_handler(parser.get(), onVariable);
+    BufferedFile file;
+    if (isBuffered)
+        file.attachTo(parser.get());
+    const readstat_error_t result = format.parse(parser.get(), localPath.constData(), context);
+    if (problem)
+        std::rethrow_exception(std::exchange(problem, nullptr));
+    return result;
+}
+
+bool isSupported(const readstat_value_t &value)
+{
+    switch (typeNumber(value.type)) {
+    case READSTAT_TYPE_STRING:
+    case READSTAT_TYPE_INT8:
+    case READSTAT_TYPE_INT16:
+    case READSTAT_TYPE_INT32:
+    case READSTAT_TYPE_FLOAT:
+    case READSTAT_TYPE_DOUBLE:
+    case READSTAT_TYPE_STRING_REF:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void endAtUnsupportedType(const char *sourceFile, int line)
+{
+    std::fprintf(stderr, "%s:%d unsupported type!\n", sourceFile, line);
+    std::exit(1);
+}
+
+void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t &value, const char *label,
+                   Reading *reading)
+{
+    LabelSet *set = setNamed(sets, labelSet, reading);
+    if (!label)
+        return;
+    auto made = std::make_unique<TStatValueLabel>(makeValueLabel(value));
+    made->labelLength = std::strlen(label);
+    made->label = copyOf(label, made->labelLength);
+    set->push_back(made.get());
+    made.release();
+}
+
+void describe(const Format &format, const readstat_variable_t &variable, const char *labelSet, const LabelSets &sets,
+              Reading *reading, TGenericField &field)
+{
+    field.optional = true;
+    field.type = typeOf(format, variable);
+    field.name = QString::fromUtf8(variable.name, int(lengthOf(variable.name)));
+    format.appendText(field.label, variable.label, lengthOf(variable.label));
+    field.length = format.widthOf(variable);
+    if (field.type != vtString || format.textsHaveRange) {
+        field.minimum = QStringLiteral("0");
+        field.maximum = reading ? reading->nines(field.length) : Nines()(field.length);
+    }
+    if (!labelSet)
+        return;
+    const size_t bound = (reading ? reading->bounds : widestNames).withVariable;
+    const auto found = sets.find(std::string(labelSet, qstrnlen(labelSet, uint(bound))));
+    if (found == sets.end() || !found->second)
+        return;
+    const bool asIntegers = format.decimalsDecide && !hasDecimals(variable);
+    const bool isNumeric = field.type == vtInteger || field.type == vtReal;
+    Reading::LabelText once;
+    takeLabels(format, *found->second, asIntegers, reading ? reading->labelTexts[found->second] : once, field,
+               isNumeric);
+}
+
+bool isBlank(const TGenericField &field)
+{
+    return field.type == vtString && field.currentText().trimmed().isEmpty();
+}
+
+} // namespace statistical

@@ -1,0 +1,179 @@
+#ifndef STATISTICAL_STATISTICALIMPORT_P_H
+#define STATISTICAL_STATISTICALIMPORT_P_H
+
+#include "import/GenericField.h"
+#include "util/Nines_p.h"
+
+#include <readstat.h>
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstddef>
+#include <exception>
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+/// One value label, held from the parse of the labels to that of the variables. Stays alive with its set.
+///
+/// An integer of -1, a double of -1.0 and no text together mean that it holds no value, so -1 itself cannot be held.
+struct TStatValueLabel {
+    double doubleValue = -1.0;   ///< the value when it is floating
+    qint32 intValue = -1;        ///< the value when it is integer
+    char *stringValue = nullptr; ///< the value when it is text: a copy of its own
+    size_t stringLength = 0;     ///< in bytes
+    char *label = nullptr;       ///< a copy of its own
+    size_t labelLength = 0;      ///< in bytes
+};
+
+/// What the importers of the two statistical formats do alike.
+namespace statistical
+{
+
+using LabelSet = std::vector<TStatValueLabel *>;
+using LabelSets = std::map<std::string, LabelSet *>;
+
+/// Most bytes of a label set's name that may be looked at: where its field is full, ReadStat hands it over without an
+/// end mark.
+struct NameBounds {
+    size_t withVariable;
+    size_t withLabel;
+};
+constexpr NameBounds widestNames = { 129, 129 };
+
+/// What sets one format apart. Whatever is not named here is the same for both.
+struct Format {
+    readstat_error_t (*parse)(readstat_parser_t *, const char *path, void *context);
+    /// Appends a label, or a value that is a text, in the format's reading of its bytes.
+    void (*appendText)(QString &text, const char *bytes, size_t size);
+    /// A float is an integer where it has no decimals, and so are the values of its labels then.
+    bool decimalsDecide;
+    qint32 (*widthOf)(const readstat_variable_t &variable);
+    bool textsHaveRange;
+    /// Whether ReadStat can be trusted with the file.
+    bool (*isSafe)(const QString &path);
+    NameBounds (*nameBounds)(const QString &path);
+};
+extern const Format stata;
+extern const Format spss;
+
+/// The parse of one file: what is remembered from one call of a handler to the next.
+class Reading
+{
+public:
+    Reading(const Format &format, const QString &path, bool isBuffered);
+
+    /// One pass over the file. A handler that is null is not installed. An exception out of a handler ends the pass and
+    /// is raised here.
+    readstat_error_t pass(readstat_value_label_handler onLabel, readstat_variable_handler onVariable, void *context);
+    const QByteArray &path() const { return localPath; }
+
+    /// Runs the body of a handler. No exception may cross ReadStat: it is kept until the pass has ended.
+    template <typename Body> int run(Body body)
+    {
+        try {
+            body();
+            return READSTAT_HANDLER_OK;
+        } catch (...) {
+            problem = std::current_exception();
+            return READSTAT_HANDLER_ABORT;
+        }
+    }
+
+    NameBounds bounds = widestNames;
+
+    /// What the labels of one set give to a variable: the same text for all that share the set.
+    struct LabelText {
+        bool isMade = false;
+        QString text;
+        QString minimum;           ///< null where no value lies below the start of the search
+        QString maximum;           ///< null where none lies above
+        bool isOfIntegers = false; ///< made after the values were turned to integers
+    };
+    std::unordered_map<const LabelSet *, LabelText> labelTexts;
+    LabelSet *lastSet = nullptr; ///< where the last label went
+    std::string lastSetName;
+    Nines nines;
+
+private:
+    const Format &format;
+    QByteArray localPath;    ///< in the encoding of the system
+    bool isBuffered = false; ///< what is no regular file is left to ReadStat's own reading
+    bool isSafe = false;
+    std::exception_ptr problem;
+};
+
+/// Whether a value label can hold a value of this type.
+bool isSupported(const readstat_value_t &value);
+/// Writes the line about such a value to standard error and ends the process with status 1.
+[[noreturn]] void endAtUnsupportedType(const char *sourceFile, int line);
+
+/// Keeps a label in its set, which is made if there is none; a label without text is dropped. Of a type that is
+/// supported.
+void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t &value, const char *label,
+                   Reading *reading);
+/// Fills the description of \a field from \a variable and the labels of its set. Without a \a reading nothing is
+/// remembered for the next variable.
+void describe(const Format &format, const readstat_variable_t &variable, const char *labelSet, const LabelSets &sets,
+              Reading *reading, TGenericField &field);
+/// Whether the field is a text whose current value is white space.
+bool isBlank(const TGenericField &field);
+
+/// The operations of an importer of class \a Importer that touch its members.
+template <typename Importer> struct ImportBody {
+    static int handleValueLabel(Importer *importer, const char *labelSet, const readstat_value_t &value,
+                                const char *label)
+    {
+        if (!importer || !labelSet)
+            return READSTAT_HANDLER_OK;
+        return inHandler(importer->reading,
+                         [&] { addValueLabel(importer->labelSets, labelSet, value, label, importer->reading); });
+    }
+
+    static int handleVariable(const Format &format, Importer *importer, const readstat_variable_t *variable,
+                              const char *labelSet)
+    {
+        if (!importer || !variable)
+            return READSTAT_HANDLER_OK;
+        return inHandler(importer->reading, [&] {
+            auto field = std::make_unique<typename Importer::Variable>(importer);
+            describe(format, *variable, labelSet, importer->labelSets, importer->reading, *field);
+            importer->variables.push_back(field.get());
+            importer->variablesByName[variable->name] = field.release();
+        });
+    }
+
+    /// Both passes over the file, the labels first: a variable takes its labels as it arrives. Answers the result of
+    /// the second.
+    static readstat_error_t read(Importer *importer, Reading &reading)
+    {
+        importer->labelSets.clear();
+        importer->reading = &reading;
+        const std::unique_ptr<Importer, EndReading> atEnd(importer);
+        reading.pass(Importer::handleValueLabel, nullptr, importer);
+        const readstat_error_t result = reading.pass(nullptr, Importer::handleVariable, importer);
+        for (auto *variable : importer->variables)
+            importer->addField(variable);
+        return result;
+    }
+
+private:
+    struct EndReading {
+        void operator()(Importer *importer) const { importer->reading = nullptr; }
+    };
+
+    template <typename Body> static int inHandler(Reading *reading, Body body)
+    {
+        if (reading)
+            return reading->run(body);
+        body();
+        return READSTAT_HANDLER_OK;
+    }
+};
+
+} // namespace statistical
+
+#endif
