@@ -1,0 +1,1 @@
+# Stata and SPSS files.
