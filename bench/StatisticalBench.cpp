@@ -1,0 +1,91 @@
+// What reading a Stata or SPSS file costs: as a whole process of the tool, beside a process that makes ReadStat's two
+// passes alone.
+
+#include "ChildProcess.h"
+#include "GeneratedStatFile.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+namespace
+{
+
+ProcessRunner *processRunner = nullptr;
+
+// A generated file on disk, for as long as the program runs.
+QString statFile(const StatFileShape &shape)
+{
+    static const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("%1x%2%3-%4.%5")
+                                             .arg(shape.variables)
+                                             .arg(shape.labels)
+                                             .arg(QLatin1String(shape.isOneSet ? "shared" : ""))
+                                             .arg(shape.rows)
+                                             .arg(QLatin1String(shape.kind == StatFile::dta ? "dta" : "sav")));
+    if (!QFile::exists(path))
+        generateStatFile(shape, path);
+    return path;
+}
+
+void wholeProcess(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
+{
+    const QString path = statFile({ kind, int(state.range(0)), int(state.range(1)), isOneSet, qint64(state.range(2)) });
+    const std::vector<std::string> command = { VAN_TOOL, "show", "--format", "csv", path.toStdString() };
+    const std::vector<std::string> least = { VAN_STAT_PASSES_ONLY, path.toStdString() };
+    double peakBytes = 0;
+    std::vector<double> leastSeconds;
+    for (auto round : state) {
+        const ProcessCost cost = processRunner->run(command);
+        const ProcessCost leastCost = processRunner->run(least);
+        if (cost.status != 0 || leastCost.status != 0) {
+            state.SkipWithError("a process failed");
+            return;
+        }
+        state.SetIterationTime(cost.seconds);
+        peakBytes = std::max(peakBytes, cost.peakBytes);
+        leastSeconds.push_back(leastCost.seconds);
+    }
+    std::nth_element(leastSeconds.begin(), leastSeconds.begin() + long(leastSeconds.size() / 2), leastSeconds.end());
+    state.counters["peakMiB"] = peakBytes / (1 << 20);
+    state.counters["passes_ms"] = leastSeconds[leastSeconds.size() / 2] * 1000;
+}
+
+// Variables in growing numbers with ten labels each, without rows and with so many that the largest file has 8 GB.
+void growing(benchmark::internal::Benchmark *bench)
+{
+    for (const int rows : { 0, 100000 }) {
+        for (const int variables : { 100, 1000, 10000 })
+            bench->Args({ variables, 10, rows });
+    }
+    bench->ArgNames({ "variables", "labels", "rows" })->Unit(benchmark::kMillisecond)->UseManualTime();
+}
+
+void shared(benchmark::internal::Benchmark *bench)
+{
+    bench->Args({ 10000, 1000, 0 })
+        ->ArgNames({ "variables", "labels", "rows" })
+        ->Unit(benchmark::kMillisecond)
+        ->UseManualTime();
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(wholeProcess, sav, StatFile::sav, false)->Apply(growing);
+BENCHMARK_CAPTURE(wholeProcess, dta, StatFile::dta, false)->Apply(growing);
+BENCHMARK_CAPTURE(wholeProcess, savOneSet, StatFile::sav, true)->Apply(shared);
+BENCHMARK_CAPTURE(wholeProcess, dtaOneSet, StatFile::dta, true)->Apply(shared);
+
+int main(int argc, char **argv)
+{
+    ProcessRunner runner;
+    processRunner = &runner;
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
