@@ -145,7 +145,10 @@ QString formatMessage(QString /*key*/, QString message, QString a1, QString a2, 
 {
     const QString *arguments[] = { &a1, &a2, &a3, &a4, &a5, &a6 };
     int number = 1;
-    for (const QString *argument : arguments)
+    for (const QString *argument : arguments) {
+        if (!message.contains(QLatin1Char('%')))
+            break;
         message.replace(QLatin1Char('%') + QString::number(number++), *argument);
+    }
     return message;
 }

@@ -1,38 +1,10 @@
+#include "Json.h"
 #include "Printer.h"
 
 #include "import/SourceField.h"
 
-#include <rapidjson/filewritestream.h>
-#include <rapidjson/prettywriter.h>
-
-#include <algorithm>
-
 namespace
 {
-
-constexpr unsigned indentation = 2;
-
-// Half of a surrogate pair can stand in a name, as an occurrence's suffix. UTF-8 cannot hold it; an escape can.
-bool hasLoneSurrogate(QStringView text)
-{
-    for (const QChar *unit = text.begin(); unit != text.end(); ++unit) {
-        if (unit->isHighSurrogate() && unit + 1 != text.end() && unit[1].isLowSurrogate())
-            ++unit;
-        else if (unit->isSurrogate())
-            return true;
-    }
-    return false;
-}
-
-QByteArray escaped(QStringView text)
-{
-    QByteArray literal(1, '"');
-    for (const QChar unit : text) {
-        literal += "\\u";
-        literal += QByteArray::number(unit.unicode(), 16).rightJustified(4, '0');
-    }
-    return literal + '"';
-}
 
 // The one order of keys, for both the form of a person and the form of a line.
 template <typename Writer> class LayoutWriter
@@ -132,23 +104,7 @@ private:
         json.EndObject();
     }
 
-    void write(const char *key, QStringView text)
-    {
-        json.Key(key);
-        if (hasLoneSurrogate(text)) {
-            const QByteArray literal = escaped(text);
-            json.RawValue(literal.constData(), size_t(literal.size()), rapidjson::kStringType);
-        } else {
-            const QByteArray utf8 = text.toUtf8();
-            json.String(utf8.constData(), rapidjson::SizeType(utf8.size()));
-        }
-    }
-
-    void write(const char *key, int number)
-    {
-        json.Key(key);
-        json.Int(number);
-    }
+    template <typename Value> void write(const char *key, const Value &value) { writeJson(json, key, value); }
 
     Writer &json;
 };
@@ -164,34 +120,16 @@ public:
 
     void printLayout(const Layout &layout) override
     {
-        print([&layout](auto &writer) { writer.writeLayout(layout); });
+        printJson(out, isCompact, [&](auto &json) { LayoutWriter(json).writeLayout(layout); });
     }
 
     void printProblem(const Layout &layout) override
     {
         if (layout.error)
-            print([&layout](auto &writer) { writer.writeError(*layout.error); });
+            printJson(out, isCompact, [&](auto &json) { LayoutWriter(json).writeError(*layout.error); });
     }
 
 private:
-    template <typename Work> void print(Work work)
-    {
-        char buffer[1 << 16];
-        rapidjson::FileWriteStream stream(out, buffer, sizeof buffer);
-        if (isCompact) {
-            rapidjson::Writer<rapidjson::FileWriteStream> json(stream);
-            LayoutWriter<decltype(json)> writer(json);
-            work(writer);
-        } else {
-            rapidjson::PrettyWriter<rapidjson::FileWriteStream> json(stream);
-            json.SetIndent(' ', indentation);
-            LayoutWriter<decltype(json)> writer(json);
-            work(writer);
-        }
-        stream.Put('\n');
-        stream.Flush();
-    }
-
     std::FILE *out;
     bool isCompact;
 };

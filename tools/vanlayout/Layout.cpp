@@ -1,5 +1,7 @@
 #include "Layout.h"
 
+#include "InputFile.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -9,21 +11,18 @@ namespace
 // As many bytes as tell a type.
 constexpr int headSize = 16;
 
-// Says why a file cannot be read at all, or finds its type by content.
-QString openingProblem(const QString &fileName, const FileType *&type)
+// Says why a file cannot be read, or finds its type by content.
+QString readingProblem(const QString &fileName, const FileType *&type)
 {
-    const QFileInfo info(fileName);
-    if (!info.exists())
-        return QStringLiteral("no such file");
-    if (info.isDir())
-        return QStringLiteral("is a folder");
+    const QString problem = openingProblem(fileName);
+    if (!problem.isEmpty())
+        return problem;
     // A pipe can be read once: it is what --type says, or a CSPro text dictionary.
-    const bool canPeek = info.isFile();
-    QFile file(fileName);
-    if (canPeek && !file.open(QIODevice::ReadOnly))
-        return QStringLiteral("cannot be opened: ") + file.errorString();
-    if (!type)
-        type = &fileTypeOf(canPeek ? file.read(headSize) : QByteArray());
+    const bool canPeek = QFileInfo(fileName).isFile();
+    if (!type) {
+        QFile file(fileName);
+        type = &fileTypeOf(canPeek && file.open(QIODevice::ReadOnly) ? file.read(headSize) : QByteArray());
+    }
     if (!canPeek && !type->canBePiped)
         return QLatin1String(type->title) + QLatin1String(": not read from a pipe");
     return QString();
@@ -40,7 +39,7 @@ Layout readLayout(const QString &file, const FileType *type)
 {
     Layout layout;
     layout.file = file;
-    layout.problem = openingProblem(file, type);
+    layout.problem = readingProblem(file, type);
     layout.type = type;
     if (!layout.problem.isEmpty())
         return layout;

@@ -1,3 +1,4 @@
+#include "LookupCheck.h"
 #include "Memory.h"
 #include "Show.h"
 
@@ -9,6 +10,7 @@
 
 #include <clocale>
 #include <cstdlib>
+#include <limits>
 #include <memory>
 
 namespace
@@ -59,6 +61,23 @@ void describeShow(CLI::App &command, ShowOptions &options)
     command.add_option("FILE", options.files, "files to show")->required();
 }
 
+void describeLookup(CLI::App &command, LookupOptions &options)
+{
+    command.add_option("--format", options.format, "table or json")
+        ->check(CLI::IsMember({ "table", "json" }))
+        ->capture_default_str();
+    command.add_option("--separator", options.separator, "what parts a key from its value")
+        ->check(CLI::IsMember({ "space", "tab", "comma", "semicolon", "colon" }))
+        ->capture_default_str();
+    command.add_option("--mode", options.mode, "count the values, report errors, or both")
+        ->check(CLI::IsMember({ "count", "errors", "both" }))
+        ->capture_default_str();
+    command.add_option("--max-messages", options.maxMessages, "the message behind so many says so; none by default")
+        ->check(CLI::Range(0, std::numeric_limits<int>::max()))
+        ->type_name("N");
+    command.add_option("FILE", options.file, "lookup file to check")->required();
+}
+
 // A word that is no command is named; the parser would only say that a command is missing.
 QString problemWithCall(const CLI::App &app, const CLI::ParseError &error)
 {
@@ -78,7 +97,6 @@ int runShow(const ShowOptions &options, int argc, char **argv)
         }
         application = std::make_unique<QApplication>(argc, argv);
     }
-    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, isVerbose);
     return show(options);
 }
 
@@ -90,7 +108,8 @@ int main(int argc, char **argv)
     useLocale();
     tuneMemory();
 
-    CLI::App app("Shows the layout of census and survey data: variables, positions, types and value labels.",
+    CLI::App app("Shows the layout of census and survey data: variables, positions, types and value labels; checks "
+                 "lookup files.",
                  "vanlayout");
     app.set_version_flag("--version", "vanlayout " VAN_VERSION);
     app.add_flag("--verbose", isVerbose, "write the library's debug lines to standard error");
@@ -99,6 +118,9 @@ int main(int argc, char **argv)
     ShowOptions showOptions;
     CLI::App *showCommand = app.add_subcommand("show", "Show the layout of each FILE.");
     describeShow(*showCommand, showOptions);
+    LookupOptions lookupOptions;
+    CLI::App *lookupCommand = app.add_subcommand("lookup", "Check the lookup FILE and print the report.");
+    describeLookup(*lookupCommand, lookupOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &answer) {
@@ -107,5 +129,6 @@ int main(int argc, char **argv)
         complain(QString(), problemWithCall(app, error));
         return statusNoAnswer;
     }
-    return runShow(showOptions, argc, argv);
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, isVerbose);
+    return lookupCommand->parsed() ? checkLookup(lookupOptions) : runShow(showOptions, argc, argv);
 }

@@ -1,0 +1,37 @@
+#include "GeneratedLookup.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+#include <vector>
+
+void generateLookup(LookupKeys keys, int lines, const QString &path)
+{
+    constexpr int firstKey = 100000000; // of nine digits
+    constexpr int keyStep = 7;
+    constexpr int values = 1000;
+    constexpr unsigned percent = 100;
+    constexpr unsigned faults = 5;
+    std::mt19937 random(1); // NOLINT: the same file every time is wanted
+    std::vector<int> numbers(static_cast<size_t>(lines));
+    std::iota(numbers.begin(), numbers.end(), 0);
+    if (keys != LookupKeys::ascending)
+        std::shuffle(numbers.begin(), numbers.end(), random);
+
+    QByteArray text;
+    for (size_t line = 0; line < numbers.size(); ++line) {
+        const unsigned draw = keys == LookupKeys::faulty ? unsigned(random()) % percent : percent;
+        const size_t source = draw < faults && line > 0 ? random() % line : line;
+        text += QByteArray::number(firstKey + keyStep * numbers[source]);
+        if (draw >= faults && draw < 2 * faults && line > 0)
+            text += '0';
+        text += " Label number ";
+        text += QByteArray::number(int(random() % values));
+        text += '\n';
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("%s cannot be written", qPrintable(path));
+}

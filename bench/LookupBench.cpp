@@ -1,0 +1,112 @@
+// What the check of a lookup file costs: inside a process, and as a whole process of the tool beside one of awk.
+
+#include "ChildProcess.h"
+#include "GeneratedLookup.h"
+
+#include "lookup/Lookup.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace
+{
+
+ProcessRunner *processRunner = nullptr;
+
+// A generated file on disk, for as long as the program runs.
+QString lookupFile(LookupKeys keys, const benchmark::State &state)
+{
+    static const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("%1-%2.txt").arg(int(keys)).arg(state.range(0)));
+    if (!QFile::exists(path))
+        generateLookup(keys, int(state.range(0)), path);
+    return path;
+}
+
+double bytesInUse()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks + info.hblkhd);
+}
+
+double check(TVpLookup &lookup)
+{
+    std::map<QString, int *> frequencies;
+    QStringList errors;
+    lookup.consistencyCheck(ccBoth, frequencies, &errors);
+    for (const auto &entry : frequencies)
+        delete entry.second;
+    return double(frequencies.size());
+}
+
+void inProcess(benchmark::State &state, LookupKeys keys)
+{
+    TVpLookup lookup;
+    lookup.setFfileName(lookupFile(keys, state));
+    const double before = bytesInUse();
+    check(lookup);
+    const double afterFirst = bytesInUse();
+    for (auto round : state)
+        benchmark::DoNotOptimize(check(lookup));
+    state.counters["bytes/line"] = (afterFirst - before) / double(state.range(0));
+    state.counters["moreAfterFurtherChecks"] = bytesInUse() - afterFirst;
+    state.SetComplexityN(state.range(0));
+}
+
+void wholeProcess(benchmark::State &state, LookupKeys keys)
+{
+    const QString path = lookupFile(keys, state);
+    const std::vector<std::string> command = { VAN_TOOL, "lookup", "--mode", "both", path.toStdString() };
+    const std::vector<std::string> awk = { "/usr/bin/awk", "-f", VAN_LOOKUP_AWK, path.toStdString() };
+    const int expected = keys == LookupKeys::faulty ? 1 : 0;
+    double peakBytes = 0;
+    std::vector<double> awkSeconds;
+    for (auto round : state) {
+        const ProcessCost cost = processRunner->run(command);
+        const ProcessCost awkCost = processRunner->run(awk);
+        if (cost.status != expected || awkCost.status != 0) {
+            state.SkipWithError("a process failed");
+            return;
+        }
+        state.SetIterationTime(cost.seconds);
+        peakBytes = std::max(peakBytes, cost.peakBytes);
+        awkSeconds.push_back(awkCost.seconds);
+    }
+    std::nth_element(awkSeconds.begin(), awkSeconds.begin() + long(awkSeconds.size() / 2), awkSeconds.end());
+    state.counters["peakMiB"] = peakBytes / (1 << 20);
+    state.counters["awk_ms"] = awkSeconds[awkSeconds.size() / 2] * 1000;
+    state.SetComplexityN(state.range(0));
+}
+
+void growing(benchmark::internal::Benchmark *bench)
+{
+    bench->Arg(10000)->Arg(100000)->Arg(1000000)->ArgName("lines")->Unit(benchmark::kMillisecond);
+    bench->Complexity(benchmark::oNLogN);
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(inProcess, shuffled, LookupKeys::shuffled)->Apply(growing);
+BENCHMARK_CAPTURE(inProcess, ascending, LookupKeys::ascending)->Apply(growing);
+BENCHMARK_CAPTURE(inProcess, faulty, LookupKeys::faulty)->Apply(growing);
+BENCHMARK_CAPTURE(wholeProcess, shuffled, LookupKeys::shuffled)->Apply(growing)->UseManualTime();
+BENCHMARK_CAPTURE(wholeProcess, ascending, LookupKeys::ascending)->Apply(growing)->UseManualTime();
+BENCHMARK_CAPTURE(wholeProcess, faulty, LookupKeys::faulty)->Apply(growing)->UseManualTime();
+
+int main(int argc, char **argv)
+{
+    ProcessRunner runner;
+    processRunner = &runner;
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,164 @@
+#include "lookup/LookupEntries_p.h"
+
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace lookup
+{
+
+namespace
+{
+
+constexpr size_t firstSize = 1 << 10; // a power of two
+
+// An entry, and the first characters of its key as a number that compares as they do, so that few texts must be looked
+// at: eight of Latin-1, or four of any kind.
+struct SortKey {
+    quint64 prefix;
+    int number;
+};
+
+bool isLatin1(const QString &text)
+{
+    constexpr ushort mostLatin1 = 0xFF;
+    return std::all_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.unicode() <= mostLatin1; });
+}
+
+template <int UnitBits> quint64 prefixOf(const QString &text)
+{
+    constexpr int units = 64 / UnitBits;
+    quint64 prefix = 0;
+    for (int i = 0; i < units; ++i)
+        prefix = prefix << UnitBits | (i < text.size() ? text.at(i).unicode() : 0U);
+    return prefix;
+}
+
+quint64 mixed(quint64 hash, quint64 bits)
+{
+    constexpr quint64 odd = 0x9E3779B97F4A7C15U;
+    hash = (hash ^ bits) * odd;
+    return hash ^ hash >> 29;
+}
+
+} // namespace
+
+quint32 hashOf(const QString &text)
+{
+    static const quint64 seed = QRandomGenerator::global()->generate64();
+    const auto *bytes = reinterpret_cast<const char *>(text.constData());
+    size_t left = size_t(text.size()) * sizeof(QChar);
+    quint64 hash = mixed(seed, left);
+    quint64 bits = 0;
+    for (; left >= sizeof(bits); left -= sizeof(bits), bytes += sizeof(bits)) {
+        std::memcpy(&bits, bytes, sizeof(bits));
+        hash = mixed(hash, bits);
+    }
+    bits = 0;
+    std::memcpy(&bits, bytes, left);
+    return quint32(mixed(mixed(hash, bits), seed) >> 32);
+}
+
+TextIndex::TextIndex()
+    : places(firstSize)
+{
+}
+
+void TextIndex::add(quint32 hash, int number)
+{
+    if (++used * 2 > places.size()) {
+        std::vector<Place> former(places.size() * 2);
+        former.swap(places);
+        for (const Place &place : former) {
+            if (place.number >= 0)
+                put(place);
+        }
+    }
+    put({ hash, number });
+}
+
+void TextIndex::put(Place added)
+{
+    size_t place = added.hash & mask();
+    while (places[place].number >= 0)
+        place = (place + 1) & mask();
+    places[place] = added;
+}
+
+bool Entries::add(const QString &key, quint32 keyHash, const QString &value)
+{
+    const auto isKey = [&](int number) { return entries[size_t(number)].key == key; };
+    if (index.find(keyHash, isKey) >= 0)
+        return false;
+    isAscending = isAscending && (entries.empty() || entries.back().key < key);
+    index.add(keyHash, int(entries.size()));
+    entries.push_back({ key, value });
+    return true;
+}
+
+// A map that is filled in order takes each entry at its end at once.
+void Entries::moveTo(std::map<QString, QString> &map)
+{
+    index = TextIndex();
+    const auto append
+        = [&](Entry &entry) { map.emplace_hint(map.end(), std::move(entry.key), std::move(entry.value)); };
+    if (isAscending) {
+        std::for_each(entries.begin(), entries.end(), append);
+    } else {
+        const bool areLatin1
+            = std::all_of(entries.cbegin(), entries.cend(), [](const Entry &entry) { return isLatin1(entry.key); });
+        std::vector<SortKey> order;
+        order.reserve(entries.size());
+        for (const Entry &entry : entries)
+            order.push_back({ areLatin1 ? prefixOf<8>(entry.key) : prefixOf<16>(entry.key), int(order.size()) });
+        std::sort(order.begin(), order.end(), [this](const SortKey &a, const SortKey &b) {
+            return a.prefix != b.prefix ? a.prefix < b.prefix
+                                        : entries[size_t(a.number)].key < entries[size_t(b.number)].key;
+        });
+        for (const SortKey &key : order)
+            append(entries[size_t(key.number)]);
+    }
+    entries.clear();
+}
+
+Frequencies::Frequencies(std::map<QString, int *> &callersMap)
+    : map(callersMap)
+{
+    for (auto entry = map.begin(); entry != map.end(); ++entry)
+        remember(entry, hashOf(entry->first), false);
+}
+
+void Frequencies::count(const QString &key, quint32 keyHash, const QString &value)
+{
+    // A key that an earlier value was entered under: its int stays as it is.
+    if (find(key, keyHash) >= 0)
+        return;
+    const quint32 valueHash = hashOf(value);
+    const int number = find(value, valueHash);
+    if (number < 0) {
+        const auto entry = map.emplace(value, nullptr).first;
+        entry->second = std::make_unique<int>(1).release();
+        remember(entry, valueHash, true);
+        return;
+    }
+    // The entry is replaced, so the count stays 1. What this check has put there is just that.
+    Frequency &frequency = frequencies[size_t(number)];
+    if (!frequency.isOfThisCheck)
+        frequency.entry->second = std::make_unique<int>(1).release();
+    frequency.isOfThisCheck = true;
+}
+
+int Frequencies::find(const QString &text, quint32 hash) const
+{
+    return index.find(hash, [&](int number) { return frequencies[size_t(number)].entry->first == text; });
+}
+
+void Frequencies::remember(std::map<QString, int *>::iterator entry, quint32 hash, bool isOfThisCheck)
+{
+    index.add(hash, int(frequencies.size()));
+    frequencies.push_back({ entry, isOfThisCheck });
+}
+
+} // namespace lookup

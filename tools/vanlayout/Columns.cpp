@@ -1,0 +1,59 @@
+#include "Columns.h"
+
+#include <QVector>
+
+#include <algorithm>
+#include <numeric>
+
+namespace
+{
+
+// Columns that a character takes: none for a mark on the character before it, two for a wide one.
+int columnsOf(uint character)
+{
+    const auto isIn = [character](uint first, uint last) { return character >= first && character <= last; };
+    const QChar::Category category = QChar::category(character);
+    if (category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing || category == QChar::Other_Format)
+        return 0;
+    const bool isWide = isIn(0x1100, 0x115F) || isIn(0x2E80, 0xA4CF) || isIn(0xAC00, 0xD7A3) || isIn(0xF900, 0xFAFF)
+        || isIn(0xFE30, 0xFE6F) || isIn(0xFF00, 0xFF60) || isIn(0xFFE0, 0xFFE6) || isIn(0x1F300, 0x1F64F)
+        || isIn(0x1F680, 0x1F6FF) || isIn(0x1F900, 0x1F9FF) || isIn(0x1FA70, 0x1FAFF) || isIn(0x20000, 0x3FFFD);
+    return isWide ? 2 : 1;
+}
+
+} // namespace
+
+int columnsOf(const QString &text)
+{
+    const auto characters = text.toUcs4();
+    return std::accumulate(characters.cbegin(), characters.cend(), 0,
+                           [](int sum, uint character) { return sum + columnsOf(character); });
+}
+
+QString cutToColumns(const QString &text, int width)
+{
+    if (width <= 0 || columnsOf(text) <= width)
+        return text;
+    QVector<uint> kept;
+    int used = 1; // the ellipsis
+    for (const uint character : text.toUcs4()) {
+        used += columnsOf(character);
+        if (used > width)
+            break;
+        kept.append(character);
+    }
+    return QString::fromUcs4(kept.constData(), kept.size()) + QChar(0x2026);
+}
+
+QString paddedToColumns(const QString &text, int width)
+{
+    return text + QString(std::max(width - columnsOf(text), 0), QLatin1Char(' '));
+}
+
+void printLine(std::FILE *out, QString line)
+{
+    while (line.endsWith(QLatin1Char(' ')))
+        line.chop(1);
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), out);
+}

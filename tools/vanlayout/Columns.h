@@ -1,0 +1,20 @@
+#ifndef VANLAYOUT_COLUMNS_H
+#define VANLAYOUT_COLUMNS_H
+
+#include <QString>
+
+#include <cstdio>
+
+/// Columns of a terminal that a text takes: none for a mark on the character before it, two for a wide character.
+int columnsOf(const QString &text);
+
+/// The text as far as it fits, an ellipsis in place of what does not; all of it where \a width is no bound (0).
+QString cutToColumns(const QString &text, int width);
+
+/// The text and blanks up to \a width columns.
+QString paddedToColumns(const QString &text, int width);
+
+/// Writes a line in UTF-8, without the blanks at its end.
+void printLine(std::FILE *out, QString line);
+
+#endif
