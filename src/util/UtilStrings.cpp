@@ -1,0 +1,115 @@
+#include "util/UtilStrings.h"
+
+#include "util/UtilFiles.h"
+
+#include <QDir>
+#include <QFont>
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QLabel>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int labelFontSize = 10; // points
+
+// The stored forms of a line break and a tab.
+struct StoredForm {
+    QLatin1String stored;
+    QLatin1String restored;
+};
+const StoredForm storedForms[]
+    = { { QLatin1String("#\\#n"), QLatin1String("\r\n") }, { QLatin1String("#\\#t"), QLatin1String("\t") } };
+
+// The form that stands at the place, or null.
+const StoredForm *formAt(const QString &text, int place)
+{
+    const auto *found = std::find_if(std::begin(storedForms), std::end(storedForms), [&](const StoredForm &form) {
+        return text.midRef(place, form.stored.size()) == form.stored;
+    });
+    return found != std::end(storedForms) ? found : nullptr;
+}
+
+// Where the separator stands from a position on; one behind the end of the line if it does not.
+int endOfWord(const QString &line, int position, const QString &separator)
+{
+    const int notFound = line.size() + 1;
+    if (position > line.size())
+        return notFound;
+    // Outside of the line the text of one character is empty, as the separator may be.
+    if (separator.isEmpty())
+        return position < 0 ? position : line.size();
+    if (separator.size() > 1)
+        return notFound;
+    const int found = line.indexOf(separator, std::max(position, 0));
+    return found >= 0 ? found : notFound;
+}
+
+} // namespace
+
+UtilStrings &UtilStrings::operator=(const UtilStrings & /*other*/) = default;
+UtilStrings &UtilStrings::operator=(UtilStrings && /*other*/) = default;
+
+QString UtilStrings::GetWordSeparator(QString line, int &position, QString separator, QString qualifier)
+{
+    const int start = std::max(position, 0);
+    const int end = endOfWord(line, position, separator);
+    const QString word = end > start ? line.mid(start, end - start) : QString();
+    // A separator that stands last finishes the line: end is below the size there, but nothing follows.
+    position = end < line.size() - 1 ? end + 1 : -1;
+    if (!qualifier.isEmpty() && word.midRef(1, 1) == qualifier)
+        return word.mid(2);
+    return word;
+}
+
+QString UtilStrings::returnLineBreak(QString text)
+{
+    QString restored;
+    restored.reserve(text.size());
+    for (int place = 0; place < text.size();) {
+        if (const StoredForm *form = formAt(text, place)) {
+            restored += form->restored;
+            place += form->stored.size();
+        } else {
+            restored += text.at(place++);
+        }
+    }
+    return restored;
+}
+
+QString UtilStrings::getBetterPathString(QString path, int width, int fontSize)
+{
+    if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+        return path;
+    const QLatin1Char separator('\\');
+    const QFontMetrics metrics(QFont(QStringLiteral("Arial"), fontSize));
+    const QStringList parts = path.split(separator);
+    const int last = parts.size() - 1;
+    // The length of the parts before `keep`, each with its separator.
+    int headSize = path.size() - parts.last().size();
+    QString candidate;
+    for (int keep = last; keep >= 0; --keep) {
+        candidate = path.left(headSize);
+        if (keep != last)
+            candidate += QLatin1String("...\\");
+        candidate += parts.last();
+        const qint64 measured = qint64(metrics.horizontalAdvance(candidate)) * 11 / 10;
+        if (measured < width || keep == 0)
+            break;
+        headSize -= parts.at(keep - 1).size() + 1;
+    }
+    return candidate;
+}
+
+QString UtilStrings::setBetterPathInQDockWidget(QString path, int width, QLabel *label)
+{
+    const QString repaired = UtilFiles::getDataBaseEntityFilePath(std::move(path));
+    if (label) {
+        const QString nativePath = QDir::toNativeSeparators(repaired);
+        label->setText(getBetterPathString(nativePath, width, labelFontSize));
+        label->setToolTip(nativePath);
+    }
+    return repaired;
+}
