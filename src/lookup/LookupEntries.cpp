@@ -89,11 +89,19 @@ void TextIndex::put(Place added)
 
 bool Entries::add(const QString &key, quint32 keyHash, const QString &value)
 {
-    const auto isKey = [&](int number) { return entries[size_t(number)].key == key; };
-    if (index.find(keyHash, isKey) >= 0)
-        return false;
-    isAscending = isAscending && (entries.empty() || entries.back().key < key);
-    index.add(keyHash, int(entries.size()));
+    // As long as the keys ascend, the last one tells whether a key is new.
+    if (isAscending && !entries.empty() && !(entries.back().key < key)) {
+        if (entries.back().key == key)
+            return false;
+        isAscending = false;
+        for (const Entry &entry : entries)
+            index.add(hashOf(entry.key), int(&entry - entries.data()));
+    }
+    if (!isAscending) {
+        if (index.find(keyHash, [&](int number) { return entries[size_t(number)].key == key; }) >= 0)
+            return false;
+        index.add(keyHash, int(entries.size()));
+    }
     entries.push_back({ key, value });
     return true;
 }

@@ -59,7 +59,7 @@ private:
     };
 
     std::vector<Entry> entries;
-    TextIndex index;
+    TextIndex index; ///< empty while the keys ascend
     bool isAscending = true;
 };
 
