@@ -10,11 +10,16 @@ function(must)
     endif()
 endfunction()
 
-# Configures and builds the project of this folder.
-function(build_consumer folder)
-    must(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_FUNCTION_LIST_DIR} -B ${folder} -G ${GENERATOR}
+# Configures and builds a project.
+function(build_project source folder)
+    must(${CMAKE_COMMAND} -S ${source} -B ${folder} -G ${GENERATOR}
         -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_BUILD_TYPE=${BUILD_TYPE} -DCMAKE_CXX_FLAGS=${FLAGS} ${ARGN})
     must(${CMAKE_COMMAND} --build ${folder})
+endfunction()
+
+# Configures and builds the project of this folder.
+function(build_consumer folder)
+    build_project(${CMAKE_CURRENT_FUNCTION_LIST_DIR} ${folder} ${ARGN})
 endfunction()
 
 # Runs a program on a dictionary and compares what it prints.

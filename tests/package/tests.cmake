@@ -21,4 +21,12 @@ van_add_package_test(InstalledPackage run.cmake ${package_build} BINARY_DIR=${PR
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/package PKG_CONFIG=${VAN_PKG_CONFIG})
 van_add_package_test(EmbeddedProject embedded.cmake ${package_build} PROJECT_DIR=${PROJECT_SOURCE_DIR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/embedded)
+van_add_package_test(ExampleReader reader.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
+    SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/reader EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
+find_program(VAN_DPKG_DEB dpkg-deb)
+find_program(VAN_DPKG_SHLIBDEPS dpkg-shlibdeps)
+if(VAN_DPKG_DEB AND VAN_DPKG_SHLIBDEPS)
+    van_add_package_test(DebianPackage deb.cmake CPACK=${CMAKE_CPACK_COMMAND} DPKG_DEB=${VAN_DPKG_DEB}
+        BINARY_DIR=${PROJECT_BINARY_DIR} SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/deb EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
+endif()
 van_add_package_test(ExportedSymbols symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>)
