@@ -27,9 +27,12 @@ void BufferedFile::attachTo(readstat_parser_t *parser)
 int BufferedFile::onOpen(const char *path, void *context)
 {
     auto *self = static_cast<BufferedFile *>(context);
-    self->file.setFileName(QFile::decodeName(path));
+    self->file.pubsetbuf(nullptr, 0);
+    if (!self->file.open(path, std::ios::in | std::ios::binary))
+        return -1;
+    self->fileSize = self->file.pubseekoff(0, std::ios::end);
     self->bufferStart = self->bufferSize = self->position = 0;
-    return self->file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? 0 : -1;
+    return 0;
 }
 
 int BufferedFile::onClose(void *context)
@@ -40,16 +43,7 @@ int BufferedFile::onClose(void *context)
 
 readstat_off_t BufferedFile::onSeek(readstat_off_t offset, readstat_io_flags_t whence, void *context)
 {
-    auto *self = static_cast<BufferedFile *>(context);
-    qint64 base = 0;
-    if (whence == READSTAT_SEEK_CUR)
-        base = self->position;
-    else if (whence == READSTAT_SEEK_END)
-        base = self->file.size();
-    if (offset < -base || offset > std::numeric_limits<qint64>::max() - base)
-        return -1;
-    self->position = base + offset; // behind the end, too, where nothing can be read
-    return self->position;
+    return static_cast<BufferedFile *>(context)->seek(offset, whence);
 }
 
 ssize_t BufferedFile::onRead(void *target, size_t size, void *context)
@@ -61,6 +55,23 @@ readstat_error_t BufferedFile::onUpdate(long /*fileSize*/, readstat_progress_han
                                         void * /*userContext*/, void * /*context*/)
 {
     return READSTAT_OK;
+}
+
+qint64 BufferedFile::seek(qint64 offset, readstat_io_flags_t whence)
+{
+    qint64 base = 0;
+    if (whence == READSTAT_SEEK_CUR)
+        base = position;
+    else if (whence == READSTAT_SEEK_END)
+        base = fileSize;
+    if (offset < -base || offset > std::numeric_limits<qint64>::max() - base)
+        return -1;
+    const qint64 target = base + offset;
+    // Behind the end, where nothing can be read, the system may still refuse a place.
+    if (target > fileSize && file.pubseekoff(target, std::ios::beg) == std::streampos(-1))
+        return -1;
+    position = target;
+    return target;
 }
 
 qint64 BufferedFile::read(char *target, qint64 size)
@@ -89,12 +100,16 @@ bool BufferedFile::fill()
     buffer.resize(pieceSize);
     bufferStart = position;
     bufferSize = 0;
-    if (position >= file.size())
+    if (position >= fileSize)
         return true;
-    if (!file.seek(position))
-        return false;
-    bufferSize = std::max<qint64>(file.read(buffer.data(), qint64(buffer.size())), 0);
-    return bufferSize > 0;
+    try {
+        if (file.pubseekoff(position, std::ios::beg) == std::streampos(-1))
+            return false;
+        bufferSize = file.sgetn(buffer.data(), std::streamsize(buffer.size()));
+    } catch (const std::ios_base::failure &) {
+        return false; // the way of some standard libraries to tell an error
+    }
+    return true;
 }
 
 } // namespace statistical

@@ -3,8 +3,9 @@
 
 #include <readstat.h>
 
-#include <QFile>
+#include <QtGlobal>
 
+#include <fstream>
 #include <vector>
 
 namespace statistical
@@ -27,10 +28,12 @@ private:
     static readstat_error_t onUpdate(long fileSize, readstat_progress_handler progress, void *userContext,
                                      void *context);
 
+    qint64 seek(qint64 offset, readstat_io_flags_t whence);
     qint64 read(char *target, qint64 size);
     bool fill();
 
-    QFile file;
+    std::filebuf file; ///< not `QFile`, which warns of a place that the system refuses
+    qint64 fileSize = 0;
     std::vector<char> buffer;
     qint64 bufferStart = 0; ///< of its first byte in the file
     qint64 bufferSize = 0;  ///< bytes that are filled

@@ -26,6 +26,7 @@ class SpssDictionary
 public:
     explicit SpssDictionary(QFile &source)
         : file(source)
+        , fileSize(source.size())
     {
     }
 
@@ -116,9 +117,11 @@ private:
         return true;
     }
 
-    bool skip(qint64 size) { return size >= 0 && file.seek(file.pos() + size); }
+    // Not beyond the end, where there is nothing more to walk.
+    bool skip(qint64 size) { return size >= 0 && size <= fileSize - file.pos() && file.seek(file.pos() + size); }
 
     QFile &file;
+    qint64 fileSize;
     bool isBigEndian = false;
 };
 
@@ -145,7 +148,7 @@ NameBounds stataNameBounds(const QString &path)
 
     QFile file(path);
     QByteArray head;
-    if (file.open(QIODevice::ReadOnly) && !file.isSequential())
+    if (file.open(QIODevice::ReadOnly))
         head = file.read(begin.size() + 3);
     int version = head.isEmpty() ? 0 : static_cast<unsigned char>(head.at(0));
     if (head.startsWith(begin))

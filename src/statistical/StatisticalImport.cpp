@@ -276,13 +276,14 @@ const Format spss = { readstat_parse_sav, appendUtf8, true, firstDigitOfFormat, 
 Reading::Reading(const Format &fileFormat, const QString &path, bool buffered)
     : format(fileFormat)
     , localPath(path.toLocal8Bit())
-    , isBuffered(buffered)
 {
-    // The path as ReadStat sees it: up to the first NUL.
+    // The path as ReadStat sees it: up to the first NUL. What is no regular file is not opened here: a pipe would wait.
     const QString seenPath = QFile::decodeName(localPath.constData());
+    if (!QFileInfo(seenPath).isFile())
+        return;
     bounds = format.nameBounds(seenPath);
     isSafe = format.isSafe(seenPath);
-    isBuffered = buffered && QFileInfo(seenPath).isFile();
+    isBuffered = buffered;
 }
 
 readstat_error_t Reading::pass(readstat_value_label_handler onLabel, readstat_variable_handler onVariable,

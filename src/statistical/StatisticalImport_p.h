@@ -102,7 +102,7 @@ private:
     const Format &format;
     QByteArray localPath;    ///< in the encoding of the system
     bool isBuffered = false; ///< what is no regular file is left to ReadStat's own reading
-    bool isSafe = false;
+    bool isSafe = true;
     std::exception_ptr problem;
 };
 

@@ -13,3 +13,7 @@ if(nlohmann_json_FOUND)
 else()
     message(STATUS "nlohmann-json is not installed: the corpus of JSON dictionaries is not tested")
 endif()
+
+van_add_test(corpus/StatisticalCorpusTest.cpp)
+add_dependencies(StatisticalCorpusTest vanlayout)
+target_compile_definitions(StatisticalCorpusTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")

@@ -1,0 +1,313 @@
+#include "StatFile.h"
+#include "statistical/SPSSDataImport.h"
+#include "statistical/STATADataImport.h"
+#include "statistical/StatisticalImport_p.h"
+#include "support/DebugCapture.h"
+#include "support/StandardStream.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cstdio>
+#include <memory>
+
+struct TestAccess {
+    static bool open(TDataImport &importer) { return importer.openFile(); }
+    static const QList<TGenericField *> &fields(const TDataImport &importer) { return *importer.fields; }
+    template <typename Importer> static auto &labelSets(Importer &importer) { return importer.labelSets; }
+};
+
+namespace
+{
+
+// Of the bytes up to here each bit counts.
+constexpr int headSize = 400;
+
+const QString made = QStringLiteral(VAN_MADE_DATA "/");
+
+bool isStata(const QString &path)
+{
+    return path.endsWith(QLatin1String(".dta"));
+}
+
+/// What an importer makes of a file: its fields, and the line that it writes.
+struct Outcome {
+    bool isOpen = false;
+    QStringList fields;
+    QByteArray line;
+
+    bool operator==(const Outcome &other) const
+    {
+        return isOpen == other.isOpen && fields == other.fields && line == other.line;
+    }
+};
+
+// Frees what the importer has made: thousands are opened here.
+template <typename Importer> void freeAll(Importer &importer)
+{
+    qDeleteAll(TestAccess::fields(importer));
+    delete &TestAccess::fields(importer);
+    for (const auto &set : TestAccess::labelSets(importer)) {
+        for (TStatValueLabel *label : *set.second) {
+            delete[] label->label;
+            delete[] label->stringValue;
+            delete label;
+        }
+        delete set.second;
+    }
+}
+
+template <typename Importer> Outcome openWith(Importer &importer)
+{
+    Outcome outcome;
+    outcome.isOpen = TestAccess::open(importer);
+    for (const TGenericField *field : TestAccess::fields(importer)) {
+        outcome.fields.append(QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
+                                  .arg(field->name, field->label)
+                                  .arg(int(field->type))
+                                  .arg(field->length)
+                                  .arg(field->minimum, field->maximum, field->valueLabels));
+    }
+    freeAll(importer);
+    return outcome;
+}
+
+Outcome outcomeOf(const QString &path, bool isBuffered)
+{
+    if (isStata(path)) {
+        std::FILE *stream = std::tmpfile();
+        TSTATADataImport importer(path);
+        importer.setReadingBuffered(isBuffered);
+        importer.setErrorStream(stream);
+        Outcome outcome = openWith(importer);
+        std::rewind(stream);
+        char line[4096] = {};
+        if (std::fgets(line, sizeof(line), stream))
+            outcome.line = line;
+        std::fclose(stream);
+        return outcome;
+    }
+    TSPSSDataImport importer(path);
+    importer.setReadingBuffered(isBuffered);
+    return openWith(importer);
+}
+
+// Both ways of reading give the same; the one result is handed back.
+Outcome outcomeOf(const QString &path)
+{
+    const Outcome plain = outcomeOf(path, false);
+    const Outcome buffered = outcomeOf(path, true);
+    if (!(plain == buffered))
+        qWarning("%s: %s / %s, %d / %d fields", qPrintable(path), plain.line.constData(), buffered.line.constData(),
+                 plain.fields.size(), buffered.fields.size());
+    return plain == buffered ? plain : Outcome();
+}
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void addMadeFiles()
+{
+    QTest::addColumn<QString>("name");
+    for (const QString &name : QDir(made).entryList({ "types*" }))
+        QTest::newRow(qPrintable(name)) << name;
+}
+
+} // namespace
+
+/// Damaged and foreign files: every one opens with what could be read, in both ways of reading.
+class StatisticalBadInputTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(folder.isValid());
+        QVERIFY(!QDir(made).entryList({ "types*" }).isEmpty());
+    }
+
+    void truncatedFileGivesWhatWasRead_data() { addMadeFiles(); }
+    void truncatedFileGivesWhatWasRead()
+    {
+        QFETCH(QString, name);
+        const QByteArray bytes = bytesOf(made + name);
+        const QStringList whole = outcomeOf(made + name).fields;
+        QVERIFY(!whole.isEmpty());
+        int most = 0;
+        for (int size = 0; size < bytes.size(); ++size) {
+            const Outcome outcome = outcomeOf(write(name, bytes.left(size)));
+            QVERIFY2(outcome.isOpen, qPrintable(QString::number(size)));
+            // A failure is told for Stata and never for SPSS.
+            QVERIFY(outcome.line.isEmpty() || isStata(name));
+            if (outcome.fields.isEmpty() && isStata(name))
+                QVERIFY2(outcome.line.startsWith("Error processing "), qPrintable(QString::number(size)));
+            most = std::max(most, int(outcome.fields.size()));
+        }
+        QCOMPARE(most, int(whole.size()));
+    }
+
+    void flippedBytesDoNoHarm_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char *name :
+             { "types-105.dta", "types-114.dta", "types-117.dta", "types-118.dta", "types.sav", "types.zsav" })
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void flippedBytesDoNoHarm()
+    {
+        QFETCH(QString, name);
+        const QByteArray bytes = bytesOf(made + name);
+        for (int place = 0; place < bytes.size(); ++place) {
+            for (const int bits : { 0xFF, 0x01, 0x80 }) {
+                if (place > headSize && bits != 0xFF)
+                    break;
+                QByteArray flipped = bytes;
+                flipped[place] = char(flipped.at(place) ^ bits);
+                QVERIFY2(outcomeOf(write(name, flipped)).isOpen, qPrintable(QString::number(place)));
+            }
+        }
+    }
+
+    void otherContentGivesNoField_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("text") << QByteArray("[Dictionary]\nVersion=CSPro 7.7\nName=D\n");
+        QTest::newRow("head of SPSS alone") << QByteArray("$FL2");
+        QTest::newRow("tag of Stata alone") << QByteArray("<stata_dta>");
+        QTest::newRow("zeros") << QByteArray(5000, '\0');
+        QTest::newRow("ones") << QByteArray(5000, '\xFF');
+    }
+    void otherContentGivesNoField()
+    {
+        QFETCH(QByteArray, bytes);
+        for (const char *name : { "other.sav", "other.dta" }) {
+            const QString path = write(QLatin1String(name), bytes);
+            const Outcome outcome = outcomeOf(path);
+            QVERIFY(outcome.isOpen);
+            QVERIFY(outcome.fields.isEmpty());
+            QCOMPARE(outcome.line.startsWith("Error processing " + path.toLocal8Bit() + ": "), isStata(path));
+        }
+    }
+
+    void pathThatIsNoFileGivesNoField_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<int>("number");
+        QTest::newRow("folder, spss") << QString() << 0;
+        QTest::newRow("folder, stata") << QStringLiteral("folder.dta") << int(READSTAT_ERROR_READ);
+        QTest::newRow("absent, spss") << QStringLiteral("absent.sav") << 0;
+        QTest::newRow("absent, stata") << QStringLiteral("absent.dta") << int(READSTAT_ERROR_OPEN);
+        QTest::newRow("NUL in the path") << QStringLiteral("a") + QChar(0) + QStringLiteral(".dta")
+                                         << int(READSTAT_ERROR_OPEN);
+    }
+    void pathThatIsNoFileGivesNoField()
+    {
+        QFETCH(QString, path);
+        QFETCH(int, number);
+        QDir(folder.path()).mkdir(QStringLiteral("folder.dta"));
+        const Outcome outcome = outcomeOf(folder.filePath(path));
+        QVERIFY(outcome.isOpen);
+        QVERIFY(outcome.fields.isEmpty());
+        QCOMPARE(outcome.line.isEmpty(), number == 0);
+        QVERIFY(number == 0 || outcome.line.endsWith(": " + QByteArray::number(number) + '\n'));
+    }
+
+    void emptyPathGivesNoField()
+    {
+        TSTATADataImport stata;
+        stata.setErrorStream(nullptr);
+        QVERIFY(TestAccess::open(stata));
+        QVERIFY(TestAccess::fields(stata).isEmpty());
+        TSPSSDataImport spss;
+        QVERIFY(TestAccess::open(spss));
+        QVERIFY(TestAccess::fields(spss).isEmpty());
+    }
+
+    void fileWithoutPermissionGivesNoField()
+    {
+        const QString path = write(QStringLiteral("closed.dta"), bytesOf(made + QStringLiteral("types-118.dta")));
+        QFile::setPermissions(path, QFileDevice::WriteOwner);
+        QFile file(path);
+        if (file.open(QIODevice::ReadOnly))
+            QSKIP("this user may read every file");
+        const Outcome outcome = outcomeOf(path);
+        QVERIFY(outcome.isOpen);
+        QVERIFY(outcome.fields.isEmpty());
+        QVERIFY(outcome.line.endsWith(": 1\n"));
+    }
+
+    void pathWithLettersBeyondAsciiIsRead_data() { addMadeFiles(); }
+    void pathWithLettersBeyondAsciiIsRead()
+    {
+        QFETCH(QString, name);
+        const QString path = write(QString::fromUtf8("\xC3\xA9tat-\xE6\x97\xA5-") + name, bytesOf(made + name));
+        QCOMPARE(outcomeOf(path).fields, outcomeOf(made + name).fields);
+    }
+
+    void nameOfASetNeedsNoEndMarkWhereItsFieldIsFull_data()
+    {
+        QTest::addColumn<int>("version");
+        QTest::addColumn<int>("size");
+        QTest::newRow("105") << 105 << 9;
+        QTest::newRow("108") << 108 << 9;
+        QTest::newRow("110") << 110 << 33;
+        QTest::newRow("115") << 115 << 33;
+        QTest::newRow("117") << 117 << 33;
+        QTest::newRow("118") << 118 << 129;
+        QTest::newRow("119") << 119 << 129;
+    }
+    void nameOfASetNeedsNoEndMarkWhereItsFieldIsFull()
+    {
+        QFETCH(int, version);
+        QFETCH(int, size);
+        StatFile file(StatFile::dta, version);
+        const std::string name(size_t(size), 'n');
+        const auto *set = file.intLabels(name.c_str(), { { 1, "Yes" }, { 2, "No" } });
+        file.variable("v", READSTAT_TYPE_INT16, "V", "%8.0g", set);
+        const std::string bytes = file.bytes();
+        const QString path = write(QStringLiteral("full.dta"), QByteArray(bytes.data(), int(bytes.size())));
+        const QStringList expected(QStringLiteral("v|V|1|2|1|2|1 Yes\t2 No\t"));
+        QCOMPARE(outcomeOf(path).fields, expected);
+
+        // Behind the field with the variable stands what follows in the file, which is not of the name.
+        const int place = int(bytes.find(name));
+        QByteArray followed(bytes.data(), int(bytes.size()));
+        followed[place + size] = 'x';
+        const Outcome outcome = outcomeOf(write(QStringLiteral("followed.dta"), followed));
+        QVERIFY(outcome.isOpen);
+    }
+
+    void exceptionOutOfAHandlerIsRaisedOnceThePassHasEnded()
+    {
+        statistical::Reading reading(statistical::spss, made + QStringLiteral("types.sav"), true);
+        const auto onVariable = [](int, readstat_variable_t *, const char *, void *context) {
+            return static_cast<statistical::Reading *>(context)->run([] { throw std::bad_alloc(); });
+        };
+        QVERIFY_EXCEPTION_THROWN(reading.pass(nullptr, onVariable, &reading), std::bad_alloc);
+        // The next pass is not concerned.
+        const auto nothing
+            = [](int, readstat_variable_t *, const char *, void *) -> int { return READSTAT_HANDLER_OK; };
+        QCOMPARE(int(reading.pass(nullptr, nothing, &reading)), int(READSTAT_OK));
+    }
+
+private:
+    QString write(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = folder.filePath(name);
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("%s cannot be written", qPrintable(path));
+        return path;
+    }
+
+    QTemporaryDir folder;
+};
+
+QTEST_APPLESS_MAIN(StatisticalBadInputTest)
+#include "StatisticalBadInputTest.moc"
