@@ -10,6 +10,11 @@ foreach(header IN LISTS headers)
     if(header MATCHES "_p\\.h$" OR NOT header MATCHES "^include/model_VanAdmin/([a-z]+/[A-Za-z_]+|model_vanadmin_export)\\.h$")
         message(FATAL_ERROR "${header} is installed")
     endif()
+    # Who uses the library needs no ReadStat.
+    file(STRINGS ${prefix}/${header} outside REGEX "include.*readstat")
+    if(outside)
+        message(FATAL_ERROR "${header}: ${outside}")
+    endif()
 endforeach()
 
 build_consumer(${SCRATCH}/cmake -DCMAKE_PREFIX_PATH=${prefix})

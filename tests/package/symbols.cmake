@@ -2,9 +2,13 @@
 cmake_minimum_required(VERSION 3.25)
 
 set(public TDataImport TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProDataImport
-    TCSProVariable TCSProJsonDataImport TCSProJsonVariable VpErrorManager formatMessage setDecimalAnswer Model_VanAdmin)
+    TCSProVariable TCSProJsonDataImport TCSProJsonVariable TSTATADataImport TSTATAVariable TSPSSDataImport TSPSSVariable
+    TVpLookup ReportLookup DtoReportRunCreation TVpEntity TVpVariable Range ValueLabelElement VarWipChoice Config ConfigDb
+    ConfigOptions ConfigEntities ConfigToolsExtend ConfigToolsSplit ConfigWipxToJson Dictionary MetadataDictionary Datasource
+    MetadataDataSource MetadataVariables LookupDictionary SelectionTreeUnit StructVariableItem UtilFiles UtilStrings
+    VpErrorManager formatMessage setDecimalAnswer Model_VanAdmin)
 set(internal TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro
-    numbers textfile)
+    numbers textfile TStatValueLabel statistical lookup)
 
 execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE status OUTPUT_VARIABLE output)
 if(NOT status EQUAL 0)

@@ -57,10 +57,10 @@ bool isAnything(const QByteArray & /*head*/)
 // clang-format off
 // In the order in which they are tried.
 const FileType fileTypes[] = {
-    {"cspro8", "CSPro 8 JSON dictionary", makeImporter<TCSProJsonDataImport>, isJson,     false},
-    {"spss",   "SPSS file",               makeSpssImporter,                   isSpss,     false},
-    {"stata",  "Stata file",              makeStataImporter,                  isStata,    false},
-    {"cspro",  "CSPro text dictionary",   makeImporter<TCSProDataImport>,     isAnything, true},
+    {"cspro8", "a",  "CSPro 8 JSON dictionary", makeImporter<TCSProJsonDataImport>, isJson,     false},
+    {"spss",   "an", "SPSS file",               makeSpssImporter,                   isSpss,     false},
+    {"stata",  "a",  "Stata file",              makeStataImporter,                  isStata,    false},
+    {"cspro",  "a",  "CSPro text dictionary",   makeImporter<TCSProDataImport>,     isAnything, true},
 };
 // clang-format on
 

@@ -10,8 +10,9 @@
 
 /// One format that can be asked for.
 struct FileType {
-    const char *name;  ///< as --type takes it
-    const char *title; ///< for a person
+    const char *name;    ///< as --type takes it
+    const char *article; ///< of the title
+    const char *title;   ///< for a person
     std::unique_ptr<TDataImport> (*makeImporter)(const QString &file);
     bool (*recognises)(const QByteArray &head); ///< by the first bytes of a file
     bool canBePiped;                            ///< read from begin to end, once

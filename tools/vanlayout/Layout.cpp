@@ -48,7 +48,8 @@ Layout readLayout(const QString &file, const FileType *type)
         const std::unique_ptr<QStringList> names(layout.importer->selectLayoutSource());
         layout.provider.genericGetFieldsFrom(layout.importer.get());
         if (layout.provider.getFields()->isEmpty())
-            layout.problem = QStringLiteral("no variable found, read as a ") + QLatin1String(type->title);
+            layout.problem = QStringLiteral("no variable found, read as %1 %2")
+                                 .arg(QLatin1String(type->article), QLatin1String(type->title));
     } catch (VpErrorManager *error) {
         layout.error.reset(error);
         layout.problem = describe(*error);
