@@ -1,0 +1,3 @@
+# Lookup files and reports.
+van_add_test(lookup/LookupTest.cpp)
+van_add_test(lookup/ReportsTest.cpp)
