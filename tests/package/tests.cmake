@@ -30,3 +30,5 @@ if(VAN_DPKG_DEB AND VAN_DPKG_SHLIBDEPS)
         BINARY_DIR=${PROJECT_BINARY_DIR} SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/deb EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
 endif()
 van_add_package_test(ExportedSymbols symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>)
+van_add_package_test(AccessorSymbols ../model/symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>
+    TABLE=${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.txt)

@@ -1,0 +1,517 @@
+#include "import/Model_VanAdmin.h"
+#include "model/Config.h"
+#include "model/Entity.h"
+#include "model/Metadata.h"
+#include "model/Selection.h"
+#include "model/Variable.h"
+
+#include <QDir>
+#include <QSet>
+#include <QtTest>
+
+#include <memory>
+#include <type_traits>
+#include <vector>
+
+#ifdef __GNUC__
+#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted as what they are
+#endif
+
+struct TestAccess {
+    template <typename Record> static bool &flag(Record &record) { return record.flag1; }
+};
+
+namespace
+{
+
+TVpEntity *newEntity(const QString &name, TVpEntity *parent = nullptr)
+{
+    auto *entity = new TVpEntity;
+    entity->setName(name);
+    if (parent)
+        parent->addChildren(entity);
+    return entity;
+}
+
+} // namespace
+
+/// What a table of accessors cannot say of the records: what copies share, what moves take, what constructors make.
+class RecordsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void searchFindsTheEntityItself()
+    {
+        TVpEntity entity;
+        entity.setName("Household");
+        QVERIFY(entity.findEntity("Household") == &entity);
+    }
+
+    void searchGoesParentsFirstAndInOrder()
+    {
+        TVpEntity root;
+        root.setName("root");
+        TVpEntity *first = newEntity("first", &root);
+        TVpEntity *deep = newEntity("twice", first);
+        TVpEntity *second = newEntity("twice", &root);
+        TVpEntity *last = newEntity("last", second);
+        QVERIFY(root.findEntity("twice") == deep);
+        QVERIFY(root.findEntity("last") == last);
+        QVERIFY(root.findEntity("first") == first);
+        QVERIFY(second->findEntity("twice") == second);
+        QVERIFY(root.findEntity("First") != first); // case-sensitive
+    }
+
+    void failedSearchGivesANewEntity()
+    {
+        TVpEntity leaf;
+        leaf.setName("leaf");
+        TVpEntity *found = leaf.findEntity("absent");
+        QCOMPARE(found->getName(), QString("nullEntity"));
+        QCOMPARE(found->getLabel(), QString());
+        QVERIFY(found->getChildren()->isEmpty());
+        QVERIFY(found->getVariables()->isEmpty());
+        QVERIFY(leaf.findEntity("absent") != found);
+    }
+
+    void searchForTheNameOfAFailureSucceeds()
+    {
+        TVpEntity root;
+        root.setName("root");
+        TVpEntity *child = newEntity("child", &root);
+        TVpEntity *found = root.findEntity("nullEntity");
+        QCOMPARE(found->getName(), QString("nullEntity"));
+        QVERIFY(found != child && found != &root);
+        newEntity("nullEntity", child);
+        QVERIFY(root.findEntity("nullEntity") == child->getChildren()->first());
+        // The search below the first child ends before the second one is looked at.
+        TVpEntity other;
+        newEntity("a", &other);
+        TVpEntity *named = newEntity("nullEntity", &other);
+        QVERIFY(other.findEntity("nullEntity") != named);
+    }
+
+    void nullAndMissingChildrenArePassedOver()
+    {
+        TVpEntity root;
+        root.setName("root");
+        root.addChildren(nullptr);
+        TVpEntity *child = newEntity("child", &root);
+        child->setChildren(nullptr);
+        root.addChildren(nullptr);
+        QVERIFY(root.findEntity("child") == child);
+        QCOMPARE(root.findEntity("absent")->getName(), QString("nullEntity"));
+        QCOMPARE(root.findEntity("nullEntity")->getName(), QString("nullEntity"));
+    }
+
+    void entityThatIsItsOwnAncestorIsNotEnteredAgain()
+    {
+        TVpEntity root;
+        root.setName("root");
+        TVpEntity *child = newEntity("child", &root);
+        child->addChildren(&root);
+        child->addChildren(child);
+        TVpEntity *last = newEntity("last", child);
+        QVERIFY(root.findEntity("last") == last);
+        QCOMPARE(root.findEntity("absent")->getName(), QString("nullEntity"));
+    }
+
+    void deepHierarchyIsSearched()
+    {
+        constexpr int levels = 200000;
+        std::vector<TVpEntity> chain(levels);
+        for (int i = 0; i + 1 < levels; ++i)
+            chain[size_t(i)].addChildren(&chain[size_t(i) + 1]);
+        chain.back().setName("last");
+        QVERIFY(chain.front().findEntity("last") == &chain.back());
+    }
+
+    void toStringIsTheName()
+    {
+        TVpEntity entity;
+        entity.setName(QString::fromUtf8("M\xC3\xA9nage"));
+        QCOMPARE(entity.toString(), std::string("M\xC3\xA9nage"));
+    }
+
+    void destructorOfAnEntityIsNotVirtual()
+    {
+        QVERIFY(std::is_polymorphic<TVpEntity>::value);
+        QVERIFY(!std::has_virtual_destructor<TVpEntity>::value);
+        QVERIFY(!std::is_polymorphic<TVpVariable>::value);
+        QVERIFY(std::is_empty<Model_VanAdmin>::value);
+    }
+
+    void copiesShareWhatTheyPointTo()
+    {
+        TVpEntity entity;
+        entity.setName("name");
+        TestAccess::flag(entity) = true;
+        shareLists(
+            entity, [](TVpEntity &record) { record.addChildren(nullptr); },
+            [](const TVpEntity &record) { return record.getChildren(); });
+        QVERIFY(TestAccess::flag(*std::make_unique<TVpEntity>(entity)));
+        shareLists(
+            entity, [](TVpEntity &record) { record.addVariables(nullptr); },
+            [](const TVpEntity &record) { return record.getVariables(); });
+
+        TVpVariable variable;
+        Range range;
+        ValueLabelElement element;
+        shareLists(
+            variable, [&](TVpVariable &record) { record.addItemRange(&range); },
+            [](const TVpVariable &record) { return record.getRange(); });
+        shareLists(
+            variable, [&](TVpVariable &record) { record.addValueLabelElement(&element); },
+            [](const TVpVariable &record) { return record.getValueLabelElementList(); });
+        QVERIFY(TVpVariable(variable).getMetadataVariables() == variable.getMetadataVariables());
+
+        Config config;
+        ConfigEntities entities;
+        TestAccess::flag(entities) = true;
+        QVERIFY(TestAccess::flag(*std::make_unique<ConfigEntities>(entities)));
+        shareLists(
+            config, [&](Config &record) { record.addEntities(&entities); },
+            [](const Config &record) { return record.getEntities(); });
+        shareLists(
+            entities, [](ConfigEntities &record) { record.addVariables("v"); },
+            [](const ConfigEntities &record) { return record.getVariables(); });
+        const Config copy(config);
+        copy.getDataBase()->setName("shared");
+        QCOMPARE(config.getDataBase()->getName(), QString("shared"));
+        QVERIFY(copy.getOptions() == config.getOptions());
+
+        Dictionary dictionary;
+        QVERIFY(Dictionary(dictionary).getRoot() == dictionary.getRoot());
+        QVERIFY(Dictionary(dictionary).getMetadataDictionary() == dictionary.getMetadataDictionary());
+        MetadataDictionary metadata;
+        LookupDictionary lookup;
+        shareLists(
+            metadata, [&](MetadataDictionary &record) { record.addLookUp(&lookup); },
+            [](const MetadataDictionary &record) { return record.getLookUp(); });
+        QVERIFY(MetadataDictionary(metadata).getDatasource() == metadata.getDatasource());
+        Datasource source;
+        QVERIFY(Datasource(source).getMetadataDataSource() == source.getMetadataDataSource());
+        MetadataVariables variables;
+        shareLists(
+            variables, [&](MetadataVariables &record) { record.addItemRange(&range); },
+            [](const MetadataVariables &record) { return record.getRange(); });
+
+        SelectionTreeUnit unit;
+        shareLists(
+            unit, [](SelectionTreeUnit &record) { record.addChildren(nullptr); },
+            [](const SelectionTreeUnit &record) { return record.getChildren(); });
+        StructVariableItem item;
+        StructVariableItem *none = nullptr;
+        shareLists(
+            item, [&](StructVariableItem &record) { record.addChildren(none); },
+            [](const StructVariableItem &record) { return record.getChildren(); });
+    }
+
+    void copiesHoldTextsOfTheirOwn()
+    {
+        TVpVariable variable;
+        variable.setName("a");
+        TVpVariable copy(variable);
+        copy.setName("b");
+        QCOMPARE(variable.getName(), QString("a"));
+        variable = copy;
+        QCOMPARE(variable.getName(), QString("b"));
+        TVpVariable &same = variable;
+        variable = same; // to itself
+        QCOMPARE(variable.getName(), QString("b"));
+        MetadataDataSource source;
+        QString field("f");
+        source.addCsvFields(field);
+        MetadataDataSource sourceCopy(source);
+        sourceCopy.addCsvFields(field);
+        QCOMPARE(source.getCsvFields(), QStringList("f"));
+    }
+
+    void moveTakesNothing()
+    {
+        TVpEntity entity;
+        fillNames(entity);
+        TestAccess::flag(entity) = true;
+        TVpEntity movedEntity(std::move(entity));
+        QCOMPARE(movedEntity.getName(), QString());
+        QVERIFY(!movedEntity.getChildren() && !movedEntity.getVariables());
+        QVERIFY(!TestAccess::flag(movedEntity));
+        QCOMPARE(entity.getName(), QString("name")); // NOLINT(bugprone-use-after-move): it keeps all
+        QVERIFY(entity.getChildren() != nullptr);
+
+        TVpVariable variable;
+        fillNames(variable);
+        variable.setLevel(7);
+        TVpVariable movedVariable(std::move(variable));
+        QCOMPARE(movedVariable.getName(), QString());
+        QCOMPARE(movedVariable.getLevel(), 1);
+        QVERIFY(!movedVariable.getRange() && !movedVariable.getValueLabelElementList());
+        QVERIFY(!movedVariable.getMetadataVariables());
+        QCOMPARE(variable.getName(), QString("name")); // NOLINT(bugprone-use-after-move)
+
+        Range range;
+        range.setRangeMax(3);
+        QCOMPARE(Range(std::move(range)).getRangeMax(), 0.0);
+        QCOMPARE(range.getRangeMax(), 3.0); // NOLINT(bugprone-use-after-move)
+        ValueLabelElement element;
+        element.setValue("v");
+        QCOMPARE(ValueLabelElement(std::move(element)).getValue(), QString());
+        VarWipChoice choice;
+        choice.setStart(3);
+        QCOMPARE(VarWipChoice(std::move(choice)).getStart(), 0);
+
+        Config config;
+        config.setPath("path");
+        Config movedConfig(std::move(config));
+        QCOMPARE(movedConfig.getPath(), QString());
+        QVERIFY(!movedConfig.getDataBase() && !movedConfig.getOptions() && !movedConfig.getEntities());
+        ConfigDb db;
+        db.setName("name");
+        QCOMPARE(ConfigDb(std::move(db)).getName(), QString());
+        ConfigOptions options;
+        options.setCreateNoRanges(true);
+        QVERIFY(!ConfigOptions(std::move(options)).getCreateNoRanges());
+        ConfigEntities entities;
+        entities.setName("name");
+        entities.setCreateSDC(true);
+        const ConfigEntities movedEntities(std::move(entities));
+        QCOMPARE(movedEntities.getName(), QString());
+        QVERIFY(!movedEntities.getCreateSDC() && !movedEntities.getVariables());
+        ConfigWipxToJson json;
+        json.setInputFile("file");
+        QCOMPARE(ConfigWipxToJson(std::move(json)).getInputFile(), QString());
+
+        Dictionary dictionary;
+        const Dictionary movedDictionary(std::move(dictionary));
+        QVERIFY(!movedDictionary.getRoot() && !movedDictionary.getMetadataDictionary());
+        MetadataDictionary metadata;
+        const MetadataDictionary movedMetadata(std::move(metadata));
+        QVERIFY(!movedMetadata.getDatasource() && !movedMetadata.getLookUp());
+        Datasource source;
+        source.setType("type");
+        const Datasource movedSource(std::move(source));
+        QCOMPARE(movedSource.getType(), QString());
+        QVERIFY(!movedSource.getMetadataDataSource());
+        MetadataDataSource text;
+        text.setCsvHasHeader(true);
+        QVERIFY(!MetadataDataSource(std::move(text)).getCsvHasHeader());
+        LookupDictionary lookup;
+        lookup.setName("name");
+        QCOMPARE(LookupDictionary(std::move(lookup)).getName(), QString());
+        MetadataVariables variables;
+        variables.setStart(3);
+        variables.setRecord("record");
+        const MetadataVariables movedVariables(std::move(variables));
+        QCOMPARE(movedVariables.getRecord(), QString());
+        QCOMPARE(movedVariables.getStart(), 0);
+        QVERIFY(!movedVariables.getRange());
+
+        StructVariableItem item;
+        item.setLevel(3);
+        item.setChecked(true);
+        const StructVariableItem movedItem(std::move(item));
+        QCOMPARE(movedItem.getLevel(), 0);
+        QVERIFY(!movedItem.getChecked() && !movedItem.getChildren());
+        QVERIFY(movedItem.getData().getRange() != nullptr); // a default variable
+    }
+
+    void trueMovesTakeTheTexts()
+    {
+        ConfigToolsExtend extend;
+        extend.setUrlPrimaryBd("one");
+        extend.setUrlSecondaryBd("two");
+        ConfigToolsExtend movedExtend(std::move(extend));
+        QCOMPARE(movedExtend.getUrlPrimaryBd() + movedExtend.getUrlSecondaryBd(), QString("onetwo"));
+        QVERIFY(extend.getUrlPrimaryBd().isEmpty()); // NOLINT(bugprone-use-after-move): it loses them
+        extend.setUrlPrimaryBd("former");
+        extend = std::move(movedExtend);
+        QCOMPARE(extend.getUrlPrimaryBd(), QString("one"));
+        QVERIFY(movedExtend.getUrlPrimaryBd().isEmpty()); // NOLINT(bugprone-use-after-move)
+
+        ConfigToolsSplit split;
+        split.setFileName("file");
+        split.setFolder("folder");
+        split.setFactor(2.5);
+        split.setOptionSampling(true);
+        const TVpEntity *entity = split.getEntitySampling();
+        ConfigToolsSplit movedSplit(std::move(split));
+        QCOMPARE(movedSplit.getFileName() + movedSplit.getFolder(), QString("filefolder"));
+        QCOMPARE(movedSplit.getFactor(), 2.5);
+        QVERIFY(movedSplit.getEntitySampling() == entity);
+        QVERIFY(split.getFileName().isEmpty()); // NOLINT(bugprone-use-after-move)
+        QVERIFY(split.getEntitySampling() == entity && split.getOptionSampling());
+        split = std::move(movedSplit);
+        QCOMPARE(split.getFileName(), QString("file"));
+        QVERIFY(movedSplit.getFolder().isEmpty()); // NOLINT(bugprone-use-after-move)
+
+        SelectionTreeUnit unit;
+        unit.setName("name");
+        unit.setCode("code");
+        unit.setCodeEntity("entity");
+        unit.setArea({ "a", "b" });
+        unit.setChildAreas({ { "c", "d" } });
+        unit.setInfoProperties({ { "info", 1 } });
+        unit.setLevel(3);
+        SelectionTreeUnit movedUnit(std::move(unit));
+        QCOMPARE(movedUnit.getName() + movedUnit.getCode() + movedUnit.getCodeEntity(), QString("namecodeentity"));
+        QCOMPARE(movedUnit.getArea().second, std::string("b"));
+        QCOMPARE(movedUnit.getChildAreas().size(), size_t(1));
+        QCOMPARE(movedUnit.getInfoProperties().size(), 1);
+        QCOMPARE(movedUnit.getLevel(), 3);
+        QVERIFY(movedUnit.getChildren() == unit.getChildren()); // NOLINT(bugprone-use-after-move): shared
+        QVERIFY(unit.getName().isEmpty() && unit.getCode().isEmpty() && unit.getCodeEntity().isEmpty());
+        QVERIFY(unit.getArea().first.empty() && unit.getChildAreas().empty() && unit.getInfoProperties().isEmpty());
+        unit.setName("former");
+        unit = std::move(movedUnit);
+        QCOMPARE(unit.getName(), QString("name"));
+        QVERIFY(movedUnit.getName().isEmpty()); // NOLINT(bugprone-use-after-move)
+    }
+
+    void movedRecordMakesItsListWhenSomethingIsAppended()
+    {
+        TVpEntity entity((TVpEntity()));
+        TVpEntity source;
+        TVpEntity movedEntity(std::move(source));
+        movedEntity.addChildren(&entity);
+        movedEntity.addVariables(nullptr);
+        QCOMPARE(movedEntity.getChildren()->size() + movedEntity.getVariables()->size(), 2);
+        TVpVariable variable;
+        TVpVariable movedVariable(std::move(variable));
+        movedVariable.addItemRange(nullptr);
+        movedVariable.addValueLabelElement(nullptr);
+        QCOMPARE(movedVariable.getRange()->size(), 1);
+        Config config;
+        Config movedConfig(std::move(config));
+        movedConfig.addEntities(nullptr);
+        QCOMPARE(movedConfig.getEntities()->size(), 1);
+        ConfigEntities entities;
+        ConfigEntities movedEntities(std::move(entities));
+        movedEntities.addVariables("v");
+        QCOMPARE(*movedEntities.getVariables(), QList<QString>({ "v" }));
+        MetadataDictionary metadata;
+        MetadataDictionary movedMetadata(std::move(metadata));
+        movedMetadata.addLookUp(nullptr);
+        QCOMPARE(movedMetadata.getLookUp()->size(), 1);
+        StructVariableItem item;
+        StructVariableItem movedItem(std::move(item));
+        StructVariableItem *child = &item;
+        movedItem.addChildren(child);
+        movedItem.addChildren(child); // twice
+        QCOMPARE(movedItem.getChildren()->size(), 2);
+    }
+
+    void constructorsMakeTheirObjects()
+    {
+        Config config;
+        QVERIFY(config.getDataBase() && config.getOptions());
+        QVERIFY(config.getEntities()->isEmpty());
+        const ConfigToolsSplit split;
+        const QSet<TVpEntity *> entities
+            = { split.getEntitySelect(), split.getEntitySampling(), split.getEntityRestartSampling() };
+        QCOMPARE(entities.size(), 3);
+        QVERIFY(!entities.contains(nullptr));
+        const Dictionary dictionary;
+        QVERIFY(dictionary.getRoot()->getChildren()->isEmpty());
+        QVERIFY(dictionary.getMetadataDictionary()->getDatasource()->getMetadataDataSource());
+        QVERIFY(dictionary.getMetadataDictionary()->getLookUp()->isEmpty());
+        QVERIFY(TVpVariable().getMetadataVariables()->getRange()->isEmpty());
+    }
+
+    void destructorsFreeNothingTheyPointTo()
+    {
+        auto config = std::make_unique<Config>();
+        std::unique_ptr<ConfigDb> db(config->getDataBase());
+        config.reset();
+        db->setName("alive");
+        QCOMPARE(db->getName(), QString("alive"));
+        auto unit = std::make_unique<SelectionTreeUnit>();
+        const std::unique_ptr<QList<SelectionTreeUnit *>> children(unit->getChildren());
+        unit.reset();
+        QVERIFY(children->isEmpty());
+    }
+
+    void pathsAreReadInNativeSeparators()
+    {
+        const QString path("C:/data\\base/x");
+        ConfigDb db;
+        db.setFolder(path);
+        db.setSourceFile(path);
+        db.setFileFilter(path);
+        Datasource source;
+        source.setFile(path);
+        LookupDictionary lookup;
+        lookup.setFile(path);
+        for (const QString &shown : { db.getFolder(), db.getSourceFile(), source.getFile() })
+            QCOMPARE(shown, QDir::toNativeSeparators(path));
+        QCOMPARE(db.getFileFilter(), path);
+        QCOMPARE(lookup.getFile(), path);
+        QCOMPARE(ConfigDb().getFolder(), QString());
+    }
+
+    void checkedIsOneOrNothing_data()
+    {
+        QTest::addColumn<int>("number");
+        for (const int number : { 0, 1, 5, -1, 256, 1 << 31 })
+            QTest::addRow("%d", number) << number;
+    }
+    void checkedIsOneOrNothing()
+    {
+        QFETCH(int, number);
+        TVpVariable variable;
+        variable.setChecked(number);
+        QCOMPARE(variable.getChecked(), number != 0 ? 1 : 0);
+    }
+
+    void fieldsOfDelimitedTextAreNotTestedForDoubles()
+    {
+        MetadataDataSource source;
+        QString field("f");
+        source.addCsvFields(field);
+        source.addCsvFields(field);
+        QCOMPARE(source.getCsvFields(), (QStringList{ "f", "f" }));
+        source.getCsvFields().append("more");
+        QCOMPARE(source.getCsvFields().size(), 2);
+    }
+
+    void appendingTestsNothingAndSetsNoParent()
+    {
+        SelectionTreeUnit unit;
+        SelectionTreeUnit child;
+        unit.addChildren(&child);
+        unit.addChildren(&child);
+        QCOMPARE(unit.getChildren()->size(), 2);
+        QVERIFY(!child.getParent());
+        child.setUnitState(Qt::Checked);
+        QCOMPARE(unit.getUnitState(), Qt::Unchecked);
+        QList<SelectionTreeUnit *> others;
+        const QList<SelectionTreeUnit *> *former = unit.getChildren();
+        unit.setChildren(&others);
+        QCOMPARE(former->size(), 2); // neither freed nor emptied
+    }
+
+private:
+    template <typename Record> static void fillNames(Record &record)
+    {
+        record.setName("name");
+        record.setLabel("label");
+    }
+
+    // What is appended through a copy shows in the source.
+    template <typename Record, typename Append, typename ListOf>
+    static void shareLists(Record &record, Append append, ListOf listOf)
+    {
+        Record copy(record);
+        Record assigned;
+        assigned = record;
+        const int before = listOf(record)->size();
+        append(copy);
+        append(assigned);
+        QCOMPARE(listOf(record)->size(), before + 2);
+        QVERIFY(listOf(copy) == listOf(record));
+        QVERIFY(listOf(assigned) == listOf(record));
+    }
+};
+
+QTEST_APPLESS_MAIN(RecordsTest)
+#include "RecordsTest.moc"

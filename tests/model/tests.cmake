@@ -1,0 +1,11 @@
+# The records of a database. Their accessors stand in a table.
+set(accessor_table ${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.txt)
+set(accessor_rows ${CMAKE_CURRENT_BINARY_DIR}/model/accessor-rows.inc)
+add_custom_command(OUTPUT ${accessor_rows}
+    COMMAND ${CMAKE_COMMAND} -DTABLE=${accessor_table} -DOUT=${accessor_rows} -P ${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.cmake
+    DEPENDS ${accessor_table} ${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.cmake VERBATIM)
+van_add_test(model/AccessorsTest.cpp)
+target_sources(AccessorsTest PRIVATE ${accessor_rows})
+target_include_directories(AccessorsTest PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/model)
+van_add_test(model/RecordsTest.cpp)
+van_add_test(model/OverridesTest.cpp)
