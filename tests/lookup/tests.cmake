@@ -1,3 +1,5 @@
 # Lookup files and reports.
 van_add_test(lookup/LookupTest.cpp)
+van_add_test(lookup/LookupEntriesTest.cpp)
+van_add_test(lookup/LookupBadInputTest.cpp)
 van_add_test(lookup/ReportsTest.cpp)

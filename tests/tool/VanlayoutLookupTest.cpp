@@ -232,7 +232,7 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::WriteOnly));
         QByteArray piece;
         for (int i = 0; i < 500000; ++i)
-            piece += QByteArray::number(i * 7919) + " Label\n";
+            piece += QByteArray::number(qint64(i) * 7919) + " Label\n";
         for (int i = 0; i < 12; ++i)
             file.write(piece);
         file.close();
