@@ -1,5 +1,9 @@
 // What the records cost: the search in a hierarchy, and copies.
 
+#ifdef __GNUC__
+#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted as what they are
+#endif
+
 #include "model/Entity.h"
 #include "model/Selection.h"
 #include "model/Variable.h"

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <random>
@@ -49,6 +51,10 @@ struct TestAccess {
         return { lookup.id,  lookup.label, lookup.errorText, lookup.text1,      lookup.text2,
                  lookup.key, lookup.value, lookup.fileName,  lookup.currentLine };
     }
+    static bool hasNullTexts(const TVpLookup &lookup)
+    {
+        return lookup.key.isNull() && lookup.value.isNull() && lookup.currentLine.isNull();
+    }
     static bool isAccepted(const TVpLookup &lookup) { return lookup.fileAccepted; }
     static int errorCode(const TVpLookup &lookup) { return lookup.errorCode; }
     static int errorCount(const TVpLookup &lookup) { return lookup.errorCount; }
@@ -79,6 +85,13 @@ struct Frequencies {
     std::map<QString, int *> map;
 };
 
+/// Adds one virtual operation: its place tells how many TVpLookup has.
+class DerivedLookup : public TVpLookup
+{
+public:
+    virtual void next() { }
+};
+
 QStringList pairsOf(const TVpLookup &lookup)
 {
     QStringList list;
@@ -101,6 +114,7 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::numbers(lookup), (QVector<qint64>{ -1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0 }));
         QCOMPARE(TestAccess::texts(lookup).join(QString()), QString());
         QVERIFY(TestAccess::entries(lookup).empty());
+        QVERIFY(TestAccess::hasNullTexts(lookup));
     }
 
     void accessorsHoldWhatWasSet()
@@ -245,6 +259,7 @@ private Q_SLOTS:
         QTest::newRow("2 reports") << 2 << false << true;
         QTest::newRow("3 does both") << 3 << true << true;
         QTest::newRow("4") << 4 << false << false;
+        QTest::newRow("7") << 7 << false << false;
         QTest::newRow("-1") << -1 << false << false;
     }
     void modeSaysWhatIsDone()
@@ -510,6 +525,183 @@ private Q_SLOTS:
 
     void destructorIsVirtual() { QVERIFY(std::has_virtual_destructor<TVpLookup>::value); }
 
+#ifdef SUPPORT_HAS_VIRTUALSLOT
+    void destructorIsTheOnlyVirtualOperation()
+    {
+        constexpr std::ptrdiff_t slotsOfTheDestructor = 2;
+        QCOMPARE(virtualSlot(&DerivedLookup::next), slotsOfTheDestructor);
+    }
+#endif
+
+    void messageOfTheLimitStandsForTheOneBeyondIt_data()
+    {
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<int>("replaced");
+        QTest::newRow("none allowed") << 0 << 0;
+        QTest::newRow("below none") << -5 << 0;
+        QTest::newRow("one") << 1 << 1;
+        QTest::newRow("in the middle of a line's messages") << 2 << 2;
+        QTest::newRow("the last") << 4 << 4;
+        QTest::newRow("as many as there are") << 5 << -1;
+        QTest::newRow("the largest") << noLimit << -1;
+    }
+    void messageOfTheLimitStandsForTheOneBeyondIt()
+    {
+        QFETCH(int, limit);
+        QFETCH(int, replaced);
+        TVpLookup lookup;
+        lookup.setMaxMessages(limit);
+        check(lookup, ccErrors, "AA x\nB y\nnone\nAA z\n");
+        QStringList expected
+            = { "2_Key [B] has a different key size [1] from the first record [2]", "3_Separator [ ] does not exist",
+                "3_Key [B] has a different key size [1] from the first record [2]", "3_Key [B] already exists",
+                "4_Key [AA] already exists" };
+        if (replaced >= 0)
+            expected[replaced] = expected.at(replaced).left(2)
+                + QString("Too many error messages [%1], only the first [%2] will be shown")
+                      .arg(QChar(ushort(replaced + 1)))
+                      .arg(QChar(ushort(limit)));
+        QCOMPARE(errors, expected);
+        QCOMPARE(TestAccess::errorCount(lookup), 5);
+    }
+
+    void placeholderInAKeyIsFilledToo()
+    {
+        TVpLookup lookup;
+        lookup.setMaxMessages(noLimit);
+        check(lookup, ccErrors, "A x\n%2%3 y\n%2%3 z\n");
+        QCOMPARE(errors,
+                 (QStringList{ "2_Key [41] has a different key size [4] from the first record [1]",
+                               "3_Key [41] has a different key size [4] from the first record [1]",
+                               "3_Key [] already exists" })); // there is no second argument
+        QCOMPARE(pairsOf(lookup), (QStringList{ "%2%3=y", "A=x" }));
+    }
+
+    void keyMayBeOfSurrogates()
+    {
+        TVpLookup lookup;
+        lookup.setMaxMessages(noLimit);
+        // A key's length is that of its UTF-16 units.
+        check(lookup, ccErrors, QString::fromUtf8("\xF0\x9F\x98\x80 x\nAA y\nA z\n"));
+        QCOMPARE(errors, QStringList("3_Key [A] has a different key size [1] from the first record [2]"));
+    }
+
+    void ordinaryCheckSucceeds()
+    {
+        TVpLookup lookup;
+        write("A x\n");
+        lookup.setFfileName(path());
+        QVERIFY(TestAccess::importAVL(lookup, frequencies.map, &errors));
+        QCOMPARE(TestAccess::errorCode(lookup), -1);
+        QCOMPARE(TestAccess::errorText(lookup), QString());
+    }
+
+    void failureIsRememberedAndTheMode()
+    {
+        TVpLookup lookup;
+        lookup.setFfileName("/nowhere");
+        lookup.consistencyCheck(ccBoth, frequencies.map, &errors);
+        QCOMPARE(int(TestAccess::numbers(lookup).at(7)), int(ccBoth));
+        QVERIFY(errors.isEmpty() && frequencies.map.empty()); // all that the caller sees
+        // Nothing takes it back.
+        check(lookup, ccErrors, "A x\n");
+        QCOMPARE(TestAccess::errorCode(lookup), 1);
+        QCOMPARE(TestAccess::errorText(lookup), QString("Input data file [/nowhere] was not found"));
+    }
+
+    void failureToOpenLeavesSizes()
+    {
+        TVpLookup lookup;
+        check(lookup, ccNone, "A x\nBB y\n");
+        TestAccess::setReadFailed(lookup);
+        lookup.setFfileName("/nowhere");
+        QVERIFY(!TestAccess::openLookup(lookup));
+        QCOMPARE(TestAccess::fileSize(lookup), qint64(9));
+        QCOMPARE(TestAccess::currentSize(lookup), qint64(4));
+        QVERIFY(TestAccess::numbers(lookup).at(3)); // the failure to read
+    }
+
+    void keyAndValueOutlastAFileThatIsMissing()
+    {
+        TVpLookup lookup;
+        lookup.setMaxMessages(noLimit);
+        check(lookup, ccErrors, "A x\n");
+        lookup.setFfileName("/nowhere");
+        lookup.consistencyCheck(ccErrors, frequencies.map, &errors);
+        QCOMPARE(TestAccess::key(lookup), QString("A"));
+        QCOMPARE(TestAccess::value(lookup), QString("x"));
+        check(lookup, ccFrequencies, "none\nB y\n"); // in every mode
+        QCOMPARE(pairsOf(lookup), (QStringList{ "A=x", "B=y" }));
+        QCOMPARE(frequencies.texts(), (QStringList{ "x=1", "y=1" }));
+    }
+
+    void frequenciesRunOnFromCheckToCheck()
+    {
+        TVpLookup lookup;
+        check(lookup, ccFrequencies, "A x\nB y\n");
+        int *const former = frequencies.map.at("x");
+        // "y" is a value of the first check and now a key; "x" is one again.
+        check(lookup, ccFrequencies, "C x\ny z\n");
+        QCOMPARE(frequencies.texts(), (QStringList{ "x=1", "y=1" }));
+        QVERIFY(frequencies.map.at("x") != former);
+        delete former;
+    }
+
+    void checkLeavesWhatItOnlyCarries()
+    {
+        TVpLookup lookup;
+        lookup.setId("id");
+        lookup.setLabel("label");
+        TestAccess::fill(lookup);
+        check(lookup, ccBoth, "AA x\nB y\n");
+        const QStringList texts = TestAccess::texts(lookup);
+        QCOMPARE(texts.mid(0, 5), (QStringList{ "id", "label", "error", "one", "two" }));
+        QCOMPARE(TestAccess::numbers(lookup).at(5), qint64(0)); // a flag
+        QCOMPARE(TestAccess::numbers(lookup).at(6), qint64(7)); // the size of a key, which nothing maintains
+    }
+
+    void folderIsNoNewFileName()
+    {
+        TVpLookup lookup;
+        lookup.updateFileName(folder.path());
+        QVERIFY(!TestAccess::isAccepted(lookup));
+        QCOMPARE(lookup.getFfileName(), QString());
+    }
+
+    void copiesTellTheSameListenerOfProgress()
+    {
+        int heard = 0;
+        TVpLookup lookup;
+        lookup.setProgressListener([&](qint64 /*done*/, qint64 /*size*/) { ++heard; });
+        TVpLookup copy(lookup);
+        const QString text = QString("K v\n").repeated(10000);
+        check(copy, ccNone, text);
+        QCOMPARE(heard, 1);
+        copy.setProgressListener(nullptr);
+        check(copy, ccNone, text);
+        QCOMPARE(heard, 1);
+        check(lookup, ccNone, text);
+        QCOMPARE(heard, 2);
+    }
+
+    void progressGrowsUpToTheSizeOfTheFile()
+    {
+        QVector<qint64> heard;
+        QVector<qint64> sizes;
+        TVpLookup lookup;
+        lookup.setProgressListener([&](qint64 done, qint64 size) {
+            heard.append(done);
+            sizes.append(size);
+        });
+        const QString text = QString("Key value\n").repeated(50000);
+        check(lookup, ccNone, text);
+        QVERIFY(heard.size() > 3);
+        QVERIFY(heard.first() > 0);
+        QVERIFY(heard.last() <= text.size());
+        QVERIFY(std::adjacent_find(heard.begin(), heard.end(), std::greater_equal<>()) == heard.end());
+        QCOMPARE(sizes, QVector<qint64>(heard.size(), text.size()));
+    }
+
     void textIsDecodedByItsMark_data()
     {
         QTest::addColumn<QByteArray>("bytes");
@@ -651,14 +843,20 @@ private Q_SLOTS:
     }
 
 private:
-    QString path() const { return folder.filePath("lookup.txt"); }
+    QString path() const
+    {
+        return folder.filePath("lookup.txt");
+    }
     void writeBytes(const QByteArray &bytes) const
     {
         QFile file(path());
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("%s cannot be written", qPrintable(path()));
     }
-    void write(const QString &text) const { writeBytes(text.toUtf8()); }
+    void write(const QString &text) const
+    {
+        writeBytes(text.toUtf8());
+    }
     void check(TVpLookup &lookup, econsistencyCheck mode, const QString &text)
     {
         write(text);

@@ -1,6 +1,11 @@
 #include "lookup/Reports.h"
+#include "support/Callable.h"
 
+#include <QCoreApplication>
+#include <QTranslator>
 #include <QtTest>
+
+#include <type_traits>
 
 // The caller's layer gives these their content.
 class TVanDataset
@@ -25,6 +30,23 @@ template <typename Report> QStringList valuesOf(const Report &report)
 {
     return { report.idValue(), report.labelValue(), report.dataFileValue() };
 }
+
+CALLABLE(SetsTitle, setTitleReport(QString()));
+CALLABLE(SetsIdCaption, setIdLabel(QString()));
+CALLABLE(SetsLabelCaption, setLabelLabel(QString()));
+CALLABLE(SetsFileCaption, setDataFileLabel(QString()));
+
+/// Translates what is of QObject's context.
+class MarkingTranslator : public QTranslator
+{
+public:
+    QString translate(const char *context, const char *sourceText, const char * /*disambiguation*/,
+                      int /*n*/) const override
+    {
+        return qstrcmp(context, "QObject") == 0 ? '<' + QString::fromLatin1(sourceText) + '>' : QString();
+    }
+    bool isEmpty() const override { return false; }
+};
 
 const QStringList usualCaptions = { "VanX Lookup Checking", "Lookup Identification", "Lookup Label", "Lookup File" };
 const QStringList nothing3 = { QString(), QString(), QString() };
@@ -65,6 +87,84 @@ private Q_SLOTS:
         holdValues(run);
         lookup.setConsistency(ccBoth);
         QCOMPARE(int(lookup.getConsistency()), 3);
+    }
+
+    void captionsAreTranslatedAsQObjectsOwn()
+    {
+        int count = 1;
+        char name[] = "test";
+        char *arguments[] = { name, nullptr };
+        const QCoreApplication application(count, arguments);
+        MarkingTranslator translator;
+        QVERIFY(QCoreApplication::installTranslator(&translator));
+        QStringList translated = usualCaptions;
+        for (QString &caption : translated)
+            caption = '<' + caption + '>';
+        ReportLookup lookup;
+        QCOMPARE(captionsOf(lookup), translated);
+        DtoReportRunCreation run;
+        QCOMPARE(captionsOf(run), translated);
+        QCOMPARE(captionsOf(ReportLookup(std::move(lookup))), nothing4);
+        QCOMPARE(captionsOf(DtoReportRunCreation(std::move(run))), nothing4);
+    }
+
+    void captionsOfALookupStay()
+    {
+        QVERIFY(!SetsTitle<ReportLookup>::value && SetsTitle<DtoReportRunCreation>::value);
+        QVERIFY(!SetsIdCaption<ReportLookup>::value && SetsIdCaption<DtoReportRunCreation>::value);
+        QVERIFY(!SetsLabelCaption<ReportLookup>::value && SetsLabelCaption<DtoReportRunCreation>::value);
+        QVERIFY(!SetsFileCaption<ReportLookup>::value && SetsFileCaption<DtoReportRunCreation>::value);
+    }
+
+    void gettersReturnByValue()
+    {
+        QVERIFY((std::is_same<decltype(std::declval<ReportLookup>().titleReport()), QString>::value));
+        QVERIFY((std::is_same<decltype(std::declval<ReportLookup>().idValue()), QString>::value));
+        QVERIFY(
+            (std::is_same<decltype(std::declval<ReportLookup>().frequenciesTree()), std::map<QString, int *>>::value));
+        QVERIFY((std::is_same<decltype(std::declval<DtoReportRunCreation>().labelValue()), QString>::value));
+        QVERIFY((std::is_same<decltype(std::declval<DtoReportRunCreation>().getReport()),
+                              std::shared_ptr<TVanDataset>>::value));
+        QVERIFY((std::is_same<decltype(std::declval<DtoReportRunCreation>().getDic()),
+                              std::shared_ptr<TVanDictionary>>::value));
+        QVERIFY((std::is_same<decltype(std::declval<DtoReportRunCreation>().getInfo()),
+                              std::shared_ptr<TVanDatabaseCreationInfo>>::value));
+    }
+
+    void everyValueHasAPlaceOfItsOwn()
+    {
+        DtoReportRunCreation run;
+        run.setIdValue("id");
+        QCOMPARE(valuesOf(run), (QStringList{ "id", "", "" }));
+        run.setDataFileValue("file");
+        QCOMPARE(valuesOf(run), (QStringList{ "id", "", "file" }));
+        run.setIdLabel("caption");
+        QCOMPARE(captionsOf(run),
+                 (QStringList{ usualCaptions.at(0), "caption", usualCaptions.at(2), usualCaptions.at(3) }));
+        ReportLookup lookup;
+        lookup.setLabelValue("label");
+        QCOMPARE(valuesOf(lookup), (QStringList{ "", "label", "" }));
+        lookup.setConsistency(econsistencyCheck(7)); // not judged
+        QCOMPARE(int(lookup.getConsistency()), 7);
+    }
+
+    void pointersCanBeTakenBack()
+    {
+        QStringList errors;
+        ReportLookup lookup;
+        lookup.setErrorMessages(&errors);
+        lookup.setErrorMessages(nullptr);
+        QVERIFY(!lookup.errorMessages());
+        const auto dictionary = std::make_shared<TVanDictionary>();
+        DtoReportRunCreation run;
+        run.setDic(dictionary);
+        QCOMPARE(run.getDic().use_count(), 3L); // the test's, the run's and the one returned
+        run.setDic(nullptr);
+        QVERIFY(!run.getDic());
+        QCOMPARE(dictionary.use_count(), 1L);
+        run.setErrorMessages(&errors);
+        run.setErrorMessages(nullptr);
+        QVERIFY(!run.errorMessages());
     }
 
     void captionsOfARunCanBeChanged()

@@ -1,3 +1,7 @@
+#ifdef __GNUC__
+#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted as what they are
+#endif
+
 #include "import/Constants.h"
 #include "model/Config.h"
 #include "model/Entity.h"

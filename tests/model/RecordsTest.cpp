@@ -1,3 +1,7 @@
+#ifdef __GNUC__
+#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted as what they are
+#endif
+
 #include "import/Model_VanAdmin.h"
 #include "model/Config.h"
 #include "model/Entity.h"
@@ -12,10 +16,6 @@
 #include <memory>
 #include <type_traits>
 #include <vector>
-
-#ifdef __GNUC__
-#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted as what they are
-#endif
 
 struct TestAccess {
     template <typename Record> static bool &flag(Record &record) { return record.flag1; }

@@ -18,6 +18,7 @@ private Q_SLOTS:
         QVERIFY(folder.isValid());
         write("file", 10);
         QVERIFY(QDir(folder.path()).mkdir("folder"));
+        QVERIFY(QDir(folder.path()).mkpath("data/base/ent"));
     }
 
     void statusIsTheFirstThatApplies_data()
@@ -94,6 +95,64 @@ private Q_SLOTS:
         QVERIFY(UtilFiles::FileSizeReachedInKB(pathOf("absent"), -1));
     }
 
+    void largeFileIsMeasuredInFull()
+    {
+        const qint64 size = (qint64(5) << 30) + 1023; // more than an int of 32 bits holds, in bytes
+        QFile file(pathOf("large"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        if (!file.resize(size))
+            QSKIP("this disk holds no such file");
+        QVERIFY(UtilFiles::FileSizeReachedInKB(pathOf("large"), (5 << 20) - 1));
+        QVERIFY(!UtilFiles::FileSizeReachedInKB(pathOf("large"), 5 << 20));
+        QVERIFY(file.remove());
+    }
+
+#ifdef Q_OS_UNIX
+    void linksAreFollowed()
+    {
+        QVERIFY(QFile::link(pathOf("file"), pathOf("toFile")));
+        QVERIFY(QFile::link(pathOf("folder"), pathOf("toFolder")));
+        QVERIFY(QFile::link(pathOf("absent"), pathOf("toNothing")));
+        QVERIFY(UtilFiles::FileExists(pathOf("toFile")) && !UtilFiles::DirExists(pathOf("toFile")));
+        QVERIFY(!UtilFiles::FileExists(pathOf("toFolder")) && UtilFiles::DirExists(pathOf("toFolder")));
+        QVERIFY(!UtilFiles::FileExists(pathOf("toNothing")) && !UtilFiles::DirExists(pathOf("toNothing")));
+        QCOMPARE(UtilFiles::GetFileStatus(pathOf("toFile")), 0);
+        QCOMPARE(UtilFiles::GetFileStatus(pathOf("toFolder/absent")), 3);
+    }
+
+    void deviceIsNeitherFileNorFolder()
+    {
+        QVERIFY(!UtilFiles::FileExists("/dev/null"));
+        QVERIFY(!UtilFiles::DirExists("/dev/null"));
+    }
+#endif
+
+    void relativePathStartsAtTheCurrentFolder()
+    {
+        const QString former = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(folder.path()));
+        const QList<int> statuses = { UtilFiles::GetFileStatus("file"), UtilFiles::GetFileStatus("absent"),
+                                      UtilFiles::GetFileStatus("absent/file"), UtilFiles::GetFileStatus("folder/x") };
+        const bool isFile = UtilFiles::FileExists("folder/../file");
+        const bool isFolder = UtilFiles::DirExists(".");
+        QDir::setCurrent(former);
+        QCOMPARE(statuses, (QList<int>{ 0, 3, 2, 3 }));
+        QVERIFY(isFile && isFolder);
+    }
+
+    void textsAreTakenByValue()
+    {
+        QVERIFY((std::is_same<decltype(&UtilFiles::GetFileStatus), int (*)(QString)>::value));
+        QVERIFY((std::is_same<decltype(&UtilFiles::CheckFileStatus), int (*)(QString)>::value));
+        QVERIFY((std::is_same<decltype(&UtilFiles::GetFileSaveStatus), int (*)(QString, QString)>::value));
+        QVERIFY((std::is_same<decltype(&UtilFiles::CheckFileSave), bool (*)(QString, QString)>::value));
+        QVERIFY((std::is_same<decltype(&UtilFiles::DirExists), bool (*)(QString)>::value));
+        QVERIFY((std::is_same<decltype(&UtilFiles::FileExists), bool (*)(QString)>::value));
+        QVERIFY((std::is_same<decltype(&UtilFiles::FileSizeReachedInKB), bool (*)(QString, int)>::value));
+        QVERIFY((std::is_same<decltype(&UtilFiles::GetFileDir), QString (*)(QString)>::value));
+        QVERIFY((std::is_same<decltype(&UtilFiles::getDataBaseEntityFilePath), QString (*)(QString)>::value));
+    }
+
     void folderOfAFileIsAbsolute()
     {
         QCOMPARE(UtilFiles::GetFileDir("/data/base/file.ext"), QString("/data/base"));
@@ -114,6 +173,13 @@ private Q_SLOTS:
                                      << "/ent/file.ext";
         QTest::newRow("one folder") << "/nowhere/file.ext"
                                     << "/nowhere/file.ext";
+        QTest::newRow("in the root") << "/absent.ext"
+                                     << "//absent.ext";
+        QTest::newRow("four folders") << "/nowhere/data/base/ent/file.ext"
+                                      << "/nowhere/data/ent/file.ext";
+        QTest::newRow("no file name") << "/nowhere/base/ent/"
+                                      << "/nowhere/ent/";
+        QTest::newRow("a folder is no file") << pathOf("data/base/ent") << pathOf("base/ent"); // "data" goes
         QTest::newRow("dots go") << "/nowhere/base/x/../ent/file.ext"
                                  << "/nowhere/ent/file.ext";
         QTest::newRow("relative name") << "absent.ext"
@@ -144,7 +210,10 @@ private Q_SLOTS:
     }
 
 private:
-    QString pathOf(const QString &name) const { return folder.filePath(name); }
+    QString pathOf(const QString &name) const
+    {
+        return folder.filePath(name);
+    }
     void write(const QString &name, int size) const
     {
         QFile file(pathOf(name));
