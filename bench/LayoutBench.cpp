@@ -1,7 +1,7 @@
 // What reading a dictionary costs, inside a process and as a whole process of the tool.
 
-#include "ChildProcess.h"
 #include "GeneratedDictionary.h"
+#include "WholeProcess.h"
 
 #include "cspro/CSProDataImport.h"
 #include "cspro/CSProJsonDataImport.h"
@@ -122,27 +122,8 @@ void wholeProcess(benchmark::State &state, const Form &form)
     const QString path = dictionaryFile(form, state);
     const std::vector<std::string> command = { VAN_TOOL, "show", "--format", "csv", path.toStdString() };
     const std::vector<std::string> least = { VAN_BYTES_ONLY, form.name, path.toStdString() };
-    ProcessCost most;
-    double toolSeconds = 0;
-    double leastSeconds = 0;
-    for (auto round : state) {
-        const ProcessCost cost = processRunner->run(command);
-        const ProcessCost leastCost = processRunner->run(least);
-        if (cost.status != 0 || leastCost.status != 0) {
-            state.SkipWithError("a process failed");
-            return;
-        }
-        state.SetIterationTime(cost.seconds);
-        most.peakBytes = std::max(most.peakBytes, cost.peakBytes);
-        most.processorSeconds += cost.processorSeconds;
-        toolSeconds += cost.seconds;
-        leastSeconds += leastCost.seconds;
-    }
+    measureProcesses(state, *processRunner, command, least);
     finish(state, path);
-    state.counters["peakMiB"] = most.peakBytes / (1 << 20);
-    state.counters["cpu_ms"] = most.processorSeconds * 1000 / double(state.iterations());
-    state.counters["least_ms"] = leastSeconds * 1000 / double(state.iterations());
-    state.counters["ratio"] = toolSeconds / leastSeconds;
 }
 
 // Dictionaries of items with ten values each, in growing numbers.

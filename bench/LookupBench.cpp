@@ -1,7 +1,7 @@
 // What the check of a lookup file costs: inside a process, and as a whole process of the tool beside one of awk.
 
-#include "ChildProcess.h"
 #include "GeneratedLookup.h"
+#include "WholeProcess.h"
 
 #include "lookup/Lookup.h"
 
@@ -12,7 +12,6 @@
 
 #include <malloc.h>
 
-#include <algorithm>
 #include <memory>
 
 namespace
@@ -65,23 +64,7 @@ void wholeProcess(benchmark::State &state, LookupKeys keys)
     const QString path = lookupFile(keys, state);
     const std::vector<std::string> command = { VAN_TOOL, "lookup", "--mode", "both", path.toStdString() };
     const std::vector<std::string> awk = { "/usr/bin/awk", "-f", VAN_LOOKUP_AWK, path.toStdString() };
-    const int expected = keys == LookupKeys::faulty ? 1 : 0;
-    double peakBytes = 0;
-    std::vector<double> awkSeconds;
-    for (auto round : state) {
-        const ProcessCost cost = processRunner->run(command);
-        const ProcessCost awkCost = processRunner->run(awk);
-        if (cost.status != expected || awkCost.status != 0) {
-            state.SkipWithError("a process failed");
-            return;
-        }
-        state.SetIterationTime(cost.seconds);
-        peakBytes = std::max(peakBytes, cost.peakBytes);
-        awkSeconds.push_back(awkCost.seconds);
-    }
-    std::nth_element(awkSeconds.begin(), awkSeconds.begin() + long(awkSeconds.size() / 2), awkSeconds.end());
-    state.counters["peakMiB"] = peakBytes / (1 << 20);
-    state.counters["awk_ms"] = awkSeconds[awkSeconds.size() / 2] * 1000;
+    measureProcesses(state, *processRunner, command, awk, keys == LookupKeys::faulty ? 1 : 0);
     state.SetComplexityN(state.range(0));
 }
 

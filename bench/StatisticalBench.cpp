@@ -1,15 +1,13 @@
 // What reading a Stata or SPSS file costs: as a whole process of the tool, beside a process that makes ReadStat's two
 // passes alone.
 
-#include "ChildProcess.h"
 #include "GeneratedStatFile.h"
+#include "WholeProcess.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QFile>
 #include <QTemporaryDir>
-
-#include <algorithm>
 
 namespace
 {
@@ -36,22 +34,7 @@ void wholeProcess(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
     const QString path = statFile({ kind, int(state.range(0)), int(state.range(1)), isOneSet, qint64(state.range(2)) });
     const std::vector<std::string> command = { VAN_TOOL, "show", "--format", "csv", path.toStdString() };
     const std::vector<std::string> least = { VAN_STAT_PASSES_ONLY, path.toStdString() };
-    double peakBytes = 0;
-    std::vector<double> leastSeconds;
-    for (auto round : state) {
-        const ProcessCost cost = processRunner->run(command);
-        const ProcessCost leastCost = processRunner->run(least);
-        if (cost.status != 0 || leastCost.status != 0) {
-            state.SkipWithError("a process failed");
-            return;
-        }
-        state.SetIterationTime(cost.seconds);
-        peakBytes = std::max(peakBytes, cost.peakBytes);
-        leastSeconds.push_back(leastCost.seconds);
-    }
-    std::nth_element(leastSeconds.begin(), leastSeconds.begin() + long(leastSeconds.size() / 2), leastSeconds.end());
-    state.counters["peakMiB"] = peakBytes / (1 << 20);
-    state.counters["passes_ms"] = leastSeconds[leastSeconds.size() / 2] * 1000;
+    measureProcesses(state, *processRunner, command, least);
 }
 
 // Variables in growing numbers with ten labels each, without rows and with so many that the largest file has 8 GB.

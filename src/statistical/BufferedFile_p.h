@@ -24,7 +24,7 @@ private:
     static int onOpen(const char *path, void *context);
     static int onClose(void *context);
     static readstat_off_t onSeek(readstat_off_t offset, readstat_io_flags_t whence, void *context);
-    static ssize_t onRead(void *buffer, size_t size, void *context);
+    static ssize_t onRead(void *target, size_t size, void *context);
     static readstat_error_t onUpdate(long fileSize, readstat_progress_handler progress, void *userContext,
                                      void *context);
 

@@ -135,7 +135,7 @@ TStatValueLabel makeValueLabel(const readstat_value_t &value)
         }
         break;
     case READSTAT_TYPE_INT8:
-        made.intValue = value.v.i8_value;
+        made.intValue = static_cast<int>(value.v.i8_value); // sign-extended
         break;
     case READSTAT_TYPE_INT16:
         made.intValue = value.v.i16_value;
@@ -339,8 +339,8 @@ void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t
     auto made = std::make_unique<TStatValueLabel>(makeValueLabel(value));
     made->labelLength = std::strlen(label);
     made->label = copyOf(label, made->labelLength);
-    set->push_back(made.get());
-    made.release();
+    set->push_back(nullptr); // may raise, so it comes first
+    set->back() = made.release();
 }
 
 void describe(const Format &format, const readstat_variable_t &variable, const char *labelSet, const LabelSets &sets,

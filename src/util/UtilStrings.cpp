@@ -56,7 +56,7 @@ QString UtilStrings::GetWordSeparator(QString line, int &position, QString separ
 {
     const int start = std::max(position, 0);
     const int end = endOfWord(line, position, separator);
-    const QString word = end > start ? line.mid(start, end - start) : QString();
+    QString word = end > start ? line.mid(start, end - start) : QString();
     // A separator that stands last finishes the line: end is below the size there, but nothing follows.
     position = end < line.size() - 1 ? end + 1 : -1;
     if (!qualifier.isEmpty() && word.midRef(1, 1) == qualifier)
@@ -105,7 +105,7 @@ QString UtilStrings::getBetterPathString(QString path, int width, int fontSize)
 
 QString UtilStrings::setBetterPathInQDockWidget(QString path, int width, QLabel *label)
 {
-    const QString repaired = UtilFiles::getDataBaseEntityFilePath(std::move(path));
+    QString repaired = UtilFiles::getDataBaseEntityFilePath(std::move(path));
     if (label) {
         const QString nativePath = QDir::toNativeSeparators(repaired);
         label->setText(getBetterPathString(nativePath, width, labelFontSize));

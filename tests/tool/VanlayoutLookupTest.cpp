@@ -168,6 +168,13 @@ private Q_SLOTS:
         QTest::newRow("unknown separator")
             << (QStringList{ "--separator", "|", "lookup.txt" }) << QByteArray("vanlayout: ");
         QTest::newRow("csv") << (QStringList{ "--format", "csv", "lookup.txt" }) << QByteArray("vanlayout: ");
+        QTest::newRow("limit is no number")
+            << (QStringList{ "--max-messages", "all", "lookup.txt" }) << QByteArray("vanlayout: ");
+        QTest::newRow("limit is larger than an int")
+            << (QStringList{ "--max-messages", "2147483648", "lookup.txt" }) << QByteArray("vanlayout: ");
+        QTest::newRow("option of show") << (QStringList{ "--type", "auto", "lookup.txt" }) << QByteArray("vanlayout: ");
+        QTest::newRow("below a file") << QStringList("lookup.txt/x")
+                                      << QByteArray("vanlayout: lookup.txt/x: no such file\n");
         QTest::newRow("negative limit") << (QStringList{ "--max-messages", "-1", "lookup.txt" })
                                         << QByteArray("vanlayout: ");
     }
@@ -274,6 +281,108 @@ private Q_SLOTS:
         QCOMPARE(piped.status, fine);
         QCOMPARE(piped.err, QByteArray());
         QFile::remove(folder.filePath("large.txt"));
+    }
+
+    void shortCheckTellsNothingOnATerminal()
+    {
+        write("AA x\n");
+        const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+        if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0 || !ptsname(terminal))
+            QSKIP("there is no terminal");
+        const QString name = QString::fromLocal8Bit(ptsname(terminal));
+        const int end = open(ptsname(terminal), O_RDWR | O_NOCTTY);
+        QVERIFY(end >= 0);
+        QProcess tool;
+        tool.setStandardErrorFile(name);
+        const Run run = check({ "lookup.txt" }, tool);
+        fcntl(terminal, F_SETFL, O_NONBLOCK);
+        char byte = 0;
+        const ssize_t count = read(terminal, &byte, 1);
+        close(end);
+        close(terminal);
+        QCOMPARE(run.status, fine);
+        QVERIFY(count <= 0);
+    }
+
+    void limitOfNoneReplacesTheFirstMessage()
+    {
+        write("AA x\nAA y\nAA z\n");
+        const Run run = check({ "--format", "json", "--max-messages", "0", "lookup.txt" });
+        QCOMPARE(run.status, finding);
+        const QJsonArray errors = QJsonDocument::fromJson(run.out).object()["errors"].toArray();
+        QCOMPARE(errors.size(), 2);
+        QVERIFY(errors.at(0).toString().startsWith("2_Too many error messages ["));
+        QCOMPARE(errors.at(1).toString(), QString("3_Key [AA] already exists"));
+        QVERIFY(run.out.contains("only the first [\\u0000] will be shown")); // a character, not a digit
+    }
+
+    void frequenciesStandInTheOrderOfTheirTexts()
+    {
+        write("1 z\n2 a\n3 B\n4 10\n5 9\n6 \xC3\xA9\n7 z\n8 \n");
+        const Run run = check({ "--format", "json", "lookup.txt" });
+        QStringList texts;
+        for (const auto &entry : QJsonDocument::fromJson(run.out).object()["frequencies"].toArray()) {
+            texts.append(entry.toObject()["text"].toString());
+            QCOMPARE(entry.toObject()["count"].toInt(), 1); // of "z" too
+        }
+        QCOMPARE(texts, (QStringList{ "", "10", "9", "B", "a", "z", QString::fromUtf8("\xC3\xA9") }));
+    }
+
+    void jsonEscapesWhatItMust()
+    {
+        write("A \"\\\t\x01\n");
+        QVERIFY(check({ "--format", "json", "lookup.txt" }).out.contains("\"text\": \"\\\"\\\\\\t\\u0001\""));
+        // Half of a surrogate pair, which UTF-8 cannot hold; the file is in UTF-16.
+        write(QByteArray("\xFF\xFE"
+                         "A\0 \0\x3D\xD8",
+                         8));
+        QVERIFY(check({ "--format", "json", "lookup.txt" }).out.toLower().contains("\"text\": \"\\ud83d\""));
+    }
+
+    void columnsOfTheTableAreAligned()
+    {
+        write("1 x\n2 \xE5\x9F\x8E\xE5\xB8\x82\n3 " + QByteArray(100, 'w') + '\n');
+        const QList<QByteArray> lines = check({ "lookup.txt" }).out.split('\n');
+        constexpr int width = 60; // a longer text does not push the counts of the others away
+        QVERIFY(lines.contains(QByteArray("Value").leftJustified(width + 2) + "Count"));
+        QVERIFY(lines.contains(QByteArray("x").leftJustified(width + 2) + '1'));
+        QVERIFY(lines.contains("\xE5\x9F\x8E\xE5\xB8\x82" + QByteArray(width + 2 - 4, ' ') + '1')); // two columns each
+    }
+
+    void namesAndTextsAreUtf8InAPlainLocale()
+    {
+        const QString name = QString::fromUtf8("caf\xC3\xA9.txt");
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write("A \xC3\xA9\n"), qint64(5));
+        file.close();
+        QProcess tool;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("LC_ALL", "C");
+        tool.setProcessEnvironment(environment);
+        const Run run = check({ "--format", "json", name }, tool);
+        QCOMPARE(run.status, fine);
+        const QJsonObject report = QJsonDocument::fromJson(run.out).object();
+        QCOMPARE(report["file"].toString(), name);
+        QCOMPARE(report["frequencies"].toArray().at(0)["text"].toString(), QString(QChar(0xE9)));
+    }
+
+    void fileIsReadThroughALink()
+    {
+        write("AA x\n");
+        QVERIFY(QFile::link("lookup.txt", folder.filePath("link")));
+        const Run run = check({ "--format", "json", "link" });
+        QCOMPARE(run.status, fine);
+        QCOMPARE(QJsonDocument::fromJson(run.out).object()["file"].toString(), QString("link"));
+    }
+
+    void optionsMayStandBehindTheFile()
+    {
+        write("AA,x\n");
+        const Run run = check({ "lookup.txt", "--separator", "comma", "--mode", "count", "--verbose" });
+        QCOMPARE(run.status, fine);
+        QVERIFY(run.out.contains("x      1\n"));
+        QVERIFY(!run.out.contains("rror"));
     }
 
     void exampleHasItsFindings()

@@ -126,7 +126,8 @@ private Q_SLOTS:
                                         << "#\\#x";
         QTest::newRow("capital letter") << "#\\#N"
                                         << "#\\#N";
-        QTest::newRow("begun twice") << "#\\#\\#n" << "#\\\r\n";
+        QTest::newRow("begun twice") << "#\\#\\#n"
+                                     << "#\\\r\n";
         QTest::newRow("begun within") << "#\\##\\#n"
                                       << "#\\#\r\n";
     }

@@ -14,7 +14,7 @@ constexpr int headSize = 16;
 // Says why a file cannot be read, or finds its type by content.
 QString readingProblem(const QString &fileName, const FileType *&type)
 {
-    const QString problem = openingProblem(fileName);
+    QString problem = openingProblem(fileName);
     if (!problem.isEmpty())
         return problem;
     // A pipe can be read once: it is what --type says, or a CSPro text dictionary.
