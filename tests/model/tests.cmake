@@ -4,8 +4,9 @@ set(accessor_rows ${CMAKE_CURRENT_BINARY_DIR}/model/accessor-rows.inc)
 add_custom_command(OUTPUT ${accessor_rows}
     COMMAND ${CMAKE_COMMAND} -DTABLE=${accessor_table} -DOUT=${accessor_rows} -P ${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.cmake
     DEPENDS ${accessor_table} ${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.cmake VERBATIM)
+add_custom_target(accessor_rows DEPENDS ${accessor_rows})
 van_add_test(model/AccessorsTest.cpp)
-target_sources(AccessorsTest PRIVATE ${accessor_rows})
+add_dependencies(AccessorsTest accessor_rows)
 target_include_directories(AccessorsTest PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/model)
 van_add_test(model/RecordsTest.cpp)
 van_add_test(model/OverridesTest.cpp)
