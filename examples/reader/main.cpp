@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QLoggingCategory>
 #include <QTextStream>
 
 #include <memory>
@@ -44,6 +45,7 @@ bool list(const QString &path, QTextStream &out)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); // the library tells a lot there
     QTextStream out(stdout);
     bool isFine = true;
     for (const QString &path : application.arguments().mid(1)) {
