@@ -26,13 +26,7 @@ void BufferedFile::attachTo(readstat_parser_t *parser)
 
 int BufferedFile::onOpen(const char *path, void *context)
 {
-    auto *self = static_cast<BufferedFile *>(context);
-    self->file.pubsetbuf(nullptr, 0);
-    if (!self->file.open(path, std::ios::in | std::ios::binary))
-        return -1;
-    self->fileSize = self->file.pubseekoff(0, std::ios::end);
-    self->bufferStart = self->bufferSize = self->position = 0;
-    return 0;
+    return static_cast<BufferedFile *>(context)->open(path) ? 0 : -1;
 }
 
 int BufferedFile::onClose(void *context)
@@ -55,6 +49,16 @@ readstat_error_t BufferedFile::onUpdate(long /*fileSize*/, readstat_progress_han
                                         void * /*userContext*/, void * /*context*/)
 {
     return READSTAT_OK;
+}
+
+bool BufferedFile::open(const char *path)
+{
+    file.pubsetbuf(nullptr, 0);
+    if (!file.open(path, std::ios::in | std::ios::binary))
+        return false;
+    fileSize = file.pubseekoff(0, std::ios::end);
+    bufferStart = bufferSize = position = 0;
+    return true;
 }
 
 qint64 BufferedFile::seek(qint64 offset, readstat_io_flags_t whence)

@@ -20,6 +20,14 @@ public:
     /// Has the parser read through this object, which must outlive the parse. For regular files only.
     void attachTo(readstat_parser_t *parser);
 
+    /// \a path is in the encoding of the system.
+    bool open(const char *path);
+    /// The place that is reached, or -1 where there is none. One behind the end may be; nothing is read there.
+    qint64 seek(qint64 offset, readstat_io_flags_t whence);
+    /// As many bytes as there are, or -1 where reading failed.
+    qint64 read(char *target, qint64 size);
+    qint64 size() const { return fileSize; }
+
 private:
     static int onOpen(const char *path, void *context);
     static int onClose(void *context);
@@ -28,8 +36,6 @@ private:
     static readstat_error_t onUpdate(long fileSize, readstat_progress_handler progress, void *userContext,
                                      void *context);
 
-    qint64 seek(qint64 offset, readstat_io_flags_t whence);
-    qint64 read(char *target, qint64 size);
     bool fill();
 
     std::filebuf file; ///< not `QFile`, which warns of a place that the system refuses

@@ -1,5 +1,7 @@
 #include "statistical/FileGuards_p.h"
 
+#include "statistical/BufferedFile_p.h"
+
 #include <QFile>
 #include <QtEndian>
 
@@ -24,9 +26,8 @@ enum ExtensionType { longNames = 13, veryLongTexts = 14 };
 class SpssDictionary
 {
 public:
-    explicit SpssDictionary(QFile &source)
+    explicit SpssDictionary(BufferedFile &source)
         : file(source)
-        , fileSize(source.size())
     {
     }
 
@@ -117,11 +118,9 @@ private:
         return true;
     }
 
-    // Not beyond the end, where there is nothing more to walk.
-    bool skip(qint64 size) { return size >= 0 && size <= fileSize - file.pos() && file.seek(file.pos() + size); }
+    bool skip(qint64 size) { return size >= 0 && file.seek(size, READSTAT_SEEK_CUR) >= 0; }
 
-    QFile &file;
-    qint64 fileSize;
+    BufferedFile &file;
     bool isBigEndian = false;
 };
 
@@ -129,9 +128,9 @@ private:
 
 bool isSafeSpssFile(const QString &path)
 {
-    QFile file(path);
+    BufferedFile file;
     // A file that has no room for so many variables need not be walked through.
-    if (file.size() < mostLongNames * variableSize || !file.open(QIODevice::ReadOnly))
+    if (!file.open(QFile::encodeName(path).constData()) || file.size() < mostLongNames * variableSize)
         return true;
     SpssDictionary dictionary(file);
     if (dictionary.readHeader())
