@@ -53,3 +53,42 @@ function(van_add_bench source)
     van_own_code(${name})
     target_link_libraries(${name} PRIVATE van_objects benchmark::benchmark)
 endfunction()
+
+# van_add_fuzzer(StataFuzzer.cpp DICTIONARY stata.dict SEEDS a/*.dta MADE_SEEDS *.dta): one libFuzzer program, part of the
+# target `fuzzers`. Its seeds are gathered in a folder: what is named, files made for the tests, and what stands under
+# its name in seeds/ and in finds/. VAN_FUZZ_SECONDS is how long its test goes on behind the seeds.
+function(van_add_fuzzer source)
+    cmake_parse_arguments(arg "" "DICTIONARY" "SEEDS;MADE_SEEDS" ${ARGN})
+    get_filename_component(name ${source} NAME_WE)
+    add_executable(${name} EXCLUDE_FROM_ALL ${source})
+    van_own_code(${name})
+    target_link_libraries(${name} PRIVATE van_objects -fsanitize=fuzzer)
+    target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
+
+    set(seeds ${CMAKE_CURRENT_BINARY_DIR}/seeds/${name})
+    file(GLOB seed_files CONFIGURE_DEPENDS ${arg_SEEDS} seeds/${name}/* finds/${name}/*)
+    set(made "")
+    if(arg_MADE_SEEDS)
+        set(made made_test_data)
+        list(TRANSFORM arg_MADE_SEEDS PREPEND ${VAN_MADE_DATA}/)
+    endif()
+    add_custom_command(OUTPUT ${seeds}.stamp
+        COMMAND ${CMAKE_COMMAND} -DTARGET=${seeds} "-DFILES=${seed_files}" "-DPATTERNS=${arg_MADE_SEEDS}"
+            -P ${CMAKE_CURRENT_SOURCE_DIR}/gather-seeds.cmake
+        COMMAND ${CMAKE_COMMAND} -E touch ${seeds}.stamp
+        DEPENDS ${seed_files} gather-seeds.cmake ${made} VERBATIM)
+    add_custom_target(${name}Seeds DEPENDS ${seeds}.stamp)
+    add_dependencies(fuzzers ${name} ${name}Seeds)
+
+    set(found ${CMAKE_CURRENT_BINARY_DIR}/found/${name})
+    file(MAKE_DIRECTORY ${found})
+    set(options -max_total_time=${VAN_FUZZ_SECONDS} -timeout=10 -rss_limit_mb=4096 -max_len=65536 -artifact_prefix=${found}/find-)
+    if(arg_DICTIONARY)
+        list(APPEND options -dict=${CMAKE_CURRENT_SOURCE_DIR}/${arg_DICTIONARY})
+    endif()
+    add_test(NAME ${name} COMMAND ${name} ${options} ${found} ${seeds})
+    van_test_properties(${name} fuzz)
+    # Here the readers give back what they make, so the list of what is kept does not hold.
+    set_tests_properties(${name} PROPERTIES TIMEOUT 0 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;\
+LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp:print_suppressions=0")
+endfunction()

@@ -14,7 +14,7 @@ const QLatin1String providerType("CSPRO");
 
 TCSProDataImport::TCSProDataImport(QString fileName)
     : TDataImport(std::move(fileName))
-    , groupList(new QStringList)
+    , groupList(kept.make<QStringList>())
     , layoutPending(true)
 {
     debugLine("TCSProDataImport Constructor");
@@ -100,7 +100,15 @@ int TCSProDataImport::getRecordTypeSize()
 // The former dictionary stays alive: fields point at its items.
 void TCSProDataImport::renewDictionary()
 {
-    dictionary = new TCSPro;
+    dictionary = cspro::newDictionary<TCSPro>(kept);
+}
+
+void TCSProDataImport::releaseContents()
+{
+    groupList = nullptr;
+    groupSearch.reset();
+    dictionary = nullptr;
+    TDataImport::releaseContents();
 }
 
 void TCSProDataImport::openRead(QString fileName)
@@ -109,7 +117,7 @@ void TCSProDataImport::openRead(QString fileName)
     dictionary->readFile(std::move(fileName));
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;
-    cspro::listGroups(*dictionary, groupList);
+    cspro::listGroups(*dictionary, groupList, kept);
     layoutPending = false;
     copyDataFromDictionary();
 }

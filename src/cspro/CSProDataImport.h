@@ -36,7 +36,8 @@ public:
     TCSProDataImport(TCSProDataImport &&other);
     ~TCSProDataImport() override;
 
-    int getGroupCount() override; ///< number of records; the common record is not among them
+    int getGroupCount() override;    ///< number of records; the common record is not among them
+    void releaseContents() override; ///< groups and dictionary included
 
 protected:
     friend struct TestAccess;
@@ -67,11 +68,11 @@ private:
     void renewDictionary();
     QString StringOfChar(char c, int count) const; ///< "" for no copy or fewer
 
-    QStringList *groupList = nullptr; ///< one entry "name=type" for each record; never released
+    QStringList *groupList = nullptr; ///< one entry "name=type" for each record; kept
     bool layoutPending = false;       ///< true until the first read; nothing reads it
     int recordTypeStart = 0;
     int recordTypeLen = 0;
-    TCSPro *dictionary = nullptr;                          ///< never released: the fields point at its items
+    TCSPro *dictionary = nullptr;                          ///< kept: the fields point at its items
     QString currentRecordType;                             ///< what getRecordTypeIndex() looks for; nothing sets it
     int number1 = 0;                                       ///< carried
     QString text1;                                         ///< carried

@@ -53,11 +53,11 @@ bool isCurrentValue(const TGenericField &field, const QString &code)
 
 } // namespace
 
-void listGroups(CSProDictionary &dictionary, QStringList *&groups)
+void listGroups(CSProDictionary &dictionary, QStringList *&groups, KeptObjects &kept)
 {
     const int count = dictionary.getRecordsCount();
     if (!groups)
-        groups = new QStringList;
+        groups = kept.make<QStringList>();
     groups->clear();
     groups->reserve(count);
     for (int i = 0; i < count; ++i) {

@@ -5,6 +5,7 @@
 #include "cspro/GroupSearch_p.h"
 #include "import/DataImport.h"
 #include "import/GenericField.h"
+#include "import/KeptObjects.h"
 #include "util/Nines_p.h"
 
 #include <QString>
@@ -16,8 +17,20 @@
 namespace cspro
 {
 
-/// Empties \a groups, made first where it is null, and appends "name=type" for each record.
-void listGroups(CSProDictionary &dictionary, QStringList *&groups);
+/// A new dictionary of class \a Dictionary, kept with all that hangs on it.
+template <typename Dictionary> Dictionary *newDictionary(KeptObjects &kept)
+{
+    auto made = std::make_unique<Dictionary>();
+    Dictionary *dictionary = made.get();
+    kept.add(dictionary, [dictionary] {
+        freeContents(*dictionary);
+        delete dictionary;
+    });
+    return made.release();
+}
+
+/// Empties \a groups, made and kept first where it is null, and appends "name=type" for each record.
+void listGroups(CSProDictionary &dictionary, QStringList *&groups, KeptObjects &kept);
 /// The entry at \a index, or a null text outside of the list.
 QString groupAt(const QStringList *groups, int index);
 /// The first entry that contains \a text, case-sensitively; "" if none does or the text is null. \a search is made anew

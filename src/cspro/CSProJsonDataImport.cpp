@@ -14,7 +14,7 @@ const QLatin1String providerType("CSPRO8");
 
 TCSProJsonDataImport::TCSProJsonDataImport(QString fileName)
     : TDataImport(std::move(fileName))
-    , groupList(new QStringList)
+    , groupList(kept.make<QStringList>())
     , layoutPending(true)
 {
     debugLine("TCSProJsonImport Constructor");
@@ -100,7 +100,15 @@ int TCSProJsonDataImport::getRecordTypeSize()
 // The former dictionary stays alive: fields point at its items.
 void TCSProJsonDataImport::renewDictionary()
 {
-    dictionary = new TCSProJson;
+    dictionary = cspro::newDictionary<TCSProJson>(kept);
+}
+
+void TCSProJsonDataImport::releaseContents()
+{
+    groupList = nullptr;
+    groupSearch.reset();
+    dictionary = nullptr;
+    TDataImport::releaseContents();
 }
 
 void TCSProJsonDataImport::openRead(QString fileName)
@@ -109,7 +117,7 @@ void TCSProJsonDataImport::openRead(QString fileName)
     dictionary->readFile(std::move(fileName));
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;
-    cspro::listGroups(*dictionary, groupList);
+    cspro::listGroups(*dictionary, groupList, kept);
     layoutPending = false;
     copyDataFromDictionary();
 }

@@ -1,8 +1,13 @@
 #include "cspro/CSProModel_p.h"
 
+#include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
 
 #include <QMessageBox>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace cspro
 {
@@ -87,4 +92,27 @@ bool CSProDictionary::hasRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
 {
     nameCharacters += nameCharactersToCome;
     return items->size() + itemsToCome <= mostItems && nameCharacters <= mostNameCharacters;
+}
+
+void cspro::freeContents(CSProDictionary &dictionary)
+{
+    const std::unique_ptr<QList<TCSProItem *>> items(std::exchange(dictionary.items, nullptr));
+    const std::unique_ptr<QList<TCSProRecord *>> records(std::exchange(dictionary.records, nullptr));
+    std::vector<TCSProValueSet *> sets; // the occurrences of an item share theirs
+    if (items) {
+        for (const TCSProItem *item : qAsConst(*items)) {
+            if (item->hasValueSets())
+                sets.push_back(item->getValueSet(0));
+        }
+        qDeleteAll(*items);
+    }
+    std::sort(sets.begin(), sets.end());
+    sets.erase(std::unique(sets.begin(), sets.end()), sets.end());
+    std::for_each(sets.cbegin(), sets.cend(), DropValueSet());
+    if (records)
+        qDeleteAll(*records);
+    dictionary.recordMap.clear();
+    dictionary.currentItem = nullptr;
+    dictionary.currentRecord = nullptr;
+    delete std::exchange(dictionary.commonRecord, nullptr);
 }

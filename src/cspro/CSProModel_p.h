@@ -113,7 +113,8 @@ public:
 
 /// What both dictionary readers hold, and how it is asked for: settings, records, and all items in one list.
 ///
-/// Destroying a dictionary frees no record, item or value set: the fields made from it point at them.
+/// Destroying a dictionary frees no record, item or value set: the fields made from it point at them. See
+/// freeContents().
 class CSProDictionary : public QObject
 {
 public:
@@ -165,5 +166,13 @@ protected:
 private:
     qint64 nameCharacters = 0; ///< in the names of all occurrences so far
 };
+
+namespace cspro
+{
+
+/// Frees what hangs on a dictionary, which then has no lists: records, items, value sets and values, with their lists.
+void freeContents(CSProDictionary &dictionary);
+
+} // namespace cspro
 
 #endif

@@ -13,7 +13,7 @@ TDataImport::TDataImport()
 
 TDataImport::TDataImport(QString name)
     : sourceName(std::move(name))
-    , fields(new QList<TGenericField *>)
+    , fields(kept.make<QList<TGenericField *>>())
 {
 }
 
@@ -92,6 +92,13 @@ int TDataImport::getRecordTypeStart()
 int TDataImport::getRecordTypeSize()
 {
     return 0;
+}
+
+void TDataImport::releaseContents()
+{
+    fields = nullptr;
+    fieldsByName.clear();
+    kept.giveBack();
 }
 
 QString TDataImport::getSourceName() const
@@ -188,7 +195,8 @@ void TDataImport::addField(TGenericField *field)
     if (!field)
         return;
     if (!fields)
-        fields = new QList<TGenericField *>;
+        fields = kept.make<QList<TGenericField *>>();
+    kept.addField(field);
     fields->append(field);
     // The hint makes names that come in their order cheap, as numbered ones do.
     fieldsByName.insert_or_assign(fieldsByName.end(), field->name, field);

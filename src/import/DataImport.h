@@ -2,6 +2,7 @@
 #define IMPORT_DATAIMPORT_H
 
 #include "import/GenericField.h"
+#include "import/KeptObjects.h"
 #include "model_vanadmin_export.h"
 
 #include <QList>
@@ -24,8 +25,9 @@ class TVpSourceField;
 /// 4. selectLayoutSource(), which may log a line of its own and must end in the base operation;
 /// 5. isMultiple() and what follows it, as far as the format has records and groups.
 ///
-/// An importer owns nothing: destroying or reopening it leaves the fields and their list alive. Everything runs on the
-/// caller's thread; nothing is locked.
+/// An importer owns nothing: destroying or reopening it leaves the fields and their list alive, until releaseContents()
+/// gives them back. Everything runs on the caller's thread; nothing is locked. Importers share nothing with each other,
+/// so they may be used in turn, and on different threads.
 class MODEL_VANADMIN_EXPORT TDataImport
 {
 public:
@@ -57,6 +59,14 @@ public:
     virtual QStringList *getLayoutSource();        ///< a new empty list, which the caller owns
     virtual int getRecordTypeStart();              ///< column of the record type as the source states it; 0
     virtual int getRecordTypeSize();               ///< its width in characters; 0
+    /// Frees everything that this importer has made in all its openings, and its copies with it: the fields handed to
+    /// addField(), which must have been made with `new`, their list, and what a format has kept in `kept`.
+    ///
+    /// To be called once nobody uses any of these any more; a caller who frees fields itself must not call it. The
+    /// importer is then as it was before its first opening, and can be opened again. A copy of it may from then on be
+    /// destroyed or assigned to; giving back its contents too, which frees nothing again, makes it usable. A format
+    /// that overrides this forgets its own pointers and ends in the base operation.
+    virtual void releaseContents();
 
     QString getSourceName() const;
     QString getDataSourceName() const;
@@ -89,12 +99,13 @@ protected:
     void openDataImport();  ///< empties the list of fields and the names; the fields stay alive
     bool closeDataImport(); ///< true
 
+    KeptObjects kept;                                ///< what releaseContents() frees; shared by copies
     QString baseText;                                ///< carried; never read
     QString sourceName;                              ///< the layout file, such as a dictionary
     qint64 state1 = 0;                               ///< carried; never read
     double stateValue = 0;                           ///< 1.0 once a format has opened; never read
     bool stateFlag1 = false;                         ///< carried; never read
-    QList<TGenericField *> *fields;                  ///< in the order of addField(); never released
+    QList<TGenericField *> *fields;                  ///< in the order of addField(); kept
     QString dataSourceName;                          ///< the data file
     qint64 state2 = 0;                               ///< carried; never read
     bool stateFlag2 = false;                         ///< carried; never read

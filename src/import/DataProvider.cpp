@@ -7,6 +7,7 @@
 #include "record/Record.h"
 
 #include <algorithm>
+#include <vector>
 
 int currentRecordNumber = 0;
 
@@ -21,12 +22,30 @@ constexpr QChar noRecordType(0xFF);
 
 constexpr int referencesIndex = 4;
 
+// Frees source fields and the lists of type names of their own. A field may stand in the list several times.
+void freeFields(const QList<TVpSourceField *> &fields)
+{
+    std::vector<TVpSourceField *> sources(fields.cbegin(), fields.cend());
+    const auto dropRepeated = [](auto &pointers) {
+        std::sort(pointers.begin(), pointers.end());
+        pointers.erase(std::unique(pointers.begin(), pointers.end()), pointers.end());
+    };
+    dropRepeated(sources);
+    std::vector<QStringList *> names;
+    for (const TVpSourceField *source : sources) {
+        if (source)
+            names.push_back(source->typeNames);
+    }
+    dropRepeated(names);
+    qDeleteAll(sources);
+    qDeleteAll(names);
+}
+
 } // namespace
 
 TVpDataProvider::TVpDataProvider()
-    : recordTypeNames(new QStringList)
-    , typeNames(new QStringList{ QStringLiteral("NONE"), QStringLiteral("CSPRO"), QStringLiteral("CSV") })
 {
+    makeLists();
 }
 
 TVpDataProvider::TVpDataProvider(const TVpDataProvider &other) = default;
@@ -35,8 +54,6 @@ TVpDataProvider &TVpDataProvider::operator=(const TVpDataProvider &other) = defa
 TVpDataProvider::TVpDataProvider(TVpDataProvider && /*other*/)
     : number5(0)
     , number6(0)
-    , recordTypeNames(nullptr)
-    , typeNames(nullptr)
 {
 }
 
@@ -46,6 +63,8 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
 {
     if (!importer)
         return false;
+    if (hasGivenBack)
+        makeLists();
     dataProviderId = importer->getDataProviderId();
     setDataProviderType(importer->getDataProviderType());
     importData = importer;
@@ -65,16 +84,47 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
 // The old list goes, unless a copy of this provider still reads it; its source fields stay alive in either case.
 void TVpDataProvider::renewFields()
 {
-    if (fieldsUse.use_count() == 1)
+    if (fields && fieldsUse.use_count() == 1) {
+        kept.add(nullptr, [former = *fields] { freeFields(former); });
+        kept.forget(fields);
         delete fields;
-    fields = new QList<TVpSourceField *>;
+    }
+    auto list = std::make_unique<QList<TVpSourceField *>>();
+    fields = list.get();
+    kept.add(fields, [made = fields] {
+        freeFields(*made);
+        delete made;
+    });
+    list.release();
     fieldsUse = std::make_shared<int>();
 }
 
 // The old tree stays alive.
 void TVpDataProvider::renewRecord()
 {
-    record = new TVpRecord;
+    auto made = std::make_unique<TVpRecord>();
+    record = made.get();
+    kept.add(record, [root = record] { TVpRecord::freeWithReferences(root); });
+    made.release();
+}
+
+void TVpDataProvider::makeLists()
+{
+    recordTypeNames = kept.make<QStringList>();
+    typeNames = kept.make<QStringList>();
+    *typeNames << QStringLiteral("NONE") << QStringLiteral("CSPRO") << QStringLiteral("CSV");
+    hasGivenBack = false;
+}
+
+void TVpDataProvider::releaseContents()
+{
+    fields = nullptr;
+    fieldsUse.reset();
+    record = nullptr;
+    recordTypeNames = nullptr;
+    typeNames = nullptr;
+    hasGivenBack = true; // the lists are made again when they are needed: what is given back leaves nothing behind
+    kept.giveBack();
 }
 
 bool TVpDataProvider::openDataProvider()
@@ -186,6 +236,8 @@ QString TVpDataProvider::getDataProviderType() const
 
 void TVpDataProvider::setDataProviderType(QString type)
 {
+    if (hasGivenBack)
+        makeLists();
     const int position = typeNames ? typeNames->indexOf(type) : -1;
     if (position < 1)
         return;

@@ -2,6 +2,7 @@
 #define IMPORT_DATAPROVIDER_H
 
 #include "import/Constants.h"
+#include "import/KeptObjects.h"
 #include "model_vanadmin_export.h"
 
 #include <QList>
@@ -22,8 +23,8 @@ class TVpSourceField;
 /// create the importer with the file's path, call its selectLayoutSource(), hand it to genericGetFieldsFrom(), read the
 /// fields through getField() and getFieldFromRecord().
 ///
-/// A provider owns nothing: source fields, their list, record tree and importer outlive it. Copies share all of these.
-/// Everything runs on the caller's thread; nothing is locked.
+/// A provider owns nothing: source fields, their list, record tree and importer outlive it, until releaseContents()
+/// gives back what it has made. Copies share all of these. Everything runs on the caller's thread; nothing is locked.
 class MODEL_VANADMIN_EXPORT TVpDataProvider
 {
 public:
@@ -45,6 +46,14 @@ public:
     /// record, which is one for the process.
     bool openDataProvider();
     bool closeDataProvider(); ///< does nothing; false
+    /// Frees everything that this provider has made in all its fillings, and its copies with it: source fields with
+    /// their type names, their lists, the record trees' roots, the lists of type names. The importer stays.
+    ///
+    /// To be called once nobody uses any of these any more; a caller who frees them itself must not call it. The
+    /// provider then has no fields and no record tree, keeps its texts and numbers, and can be filled again. A copy of
+    /// it may from then on be destroyed or assigned to; giving back its contents too, which frees nothing again, makes
+    /// it usable. Nodes that a caller has put below a root stay the caller's.
+    void releaseContents();
 
     TDataImport *getImportData() const;
     void setImportData(TDataImport *value);
@@ -102,9 +111,11 @@ private:
 
     void renewFields();
     void renewRecord();
+    void makeLists();
 
     // Members without a comment are carried and copied for callers; nothing here reads them.
     // clang-format off
+    KeptObjects kept; ///< what releaseContents() frees; shared by copies
     TDataImport *importData = nullptr; ///< the importer, not owned
     int counter = 0;
     QString recordTypeValue; ///< written by getRecordType()
@@ -149,8 +160,9 @@ private:
     int number5 = 3;
     int number6 = -1;
     QString text8;
-    QStringList *recordTypeNames; ///< second argument of the virtual `getDictionary`
-    QStringList *typeNames; ///< "NONE", "CSPRO", "CSV"
+    QStringList *recordTypeNames = nullptr; ///< second argument of the virtual `getDictionary`
+    QStringList *typeNames = nullptr; ///< "NONE", "CSPRO", "CSV"
+    bool hasGivenBack = false; ///< there are no lists since releaseContents()
     std::shared_ptr<int> fieldsUse; ///< counts the providers that share `fields`
     // clang-format on
 };

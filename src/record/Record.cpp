@@ -180,6 +180,12 @@ QString TVpRecord::assembleRecord(TQuestIndex *index, QString /*key*/) const
     return index->text;
 }
 
+void TVpRecord::freeWithReferences(TVpRecord *record)
+{
+    delete record->references;
+    delete record;
+}
+
 QString TVpRecord::typeOfRecord() const
 {
     return recordType ? recordType->code : QString();

@@ -45,6 +45,7 @@ public:
 
 private:
     friend struct TestAccess;
+    friend class TVpDataProvider;
 
     /// Appends \a record as the last brother in this node's chain, with the parent of the chain. Its own brother stays.
     void addBrother(TVpRecord *record);
@@ -73,6 +74,7 @@ private:
     /// its parent.
     QString checkQuestionnaire(TQuestIndex *index, QString parentKey);
     QString typeOfRecord() const;
+    static void freeWithReferences(TVpRecord *record); ///< the record and its list of references, no neighbour
     TVpRecord *previousOf(const TVpRecord *record) const;
 
     // Members without a comment are carried and copied for callers; nothing here reads them.

@@ -49,6 +49,12 @@ QString TSPSSDataImport::getDataProviderType()
     return providerType;
 }
 
+void TSPSSDataImport::releaseContents()
+{
+    Body::forget(this);
+    TDataImport::releaseContents();
+}
+
 bool TSPSSDataImport::openFile()
 {
     // The variables of a former opening stay: a second one gives every field twice.

@@ -52,6 +52,8 @@ public:
     bool isReadingBuffered() const;
     void setReadingBuffered(bool on);
 
+    void releaseContents() override; ///< label sets included
+
 protected:
     friend struct TestAccess;
 
@@ -71,10 +73,10 @@ private:
     static int handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context);
     static int handleVariable(int index, readstat_variable_s *variable, const char *labelSet, void *context);
 
-    std::vector<TSPSSVariable *> variables; ///< in file order; never released
+    std::vector<TSPSSVariable *> variables; ///< in file order; kept
     /// By the address of ReadStat's own name, which is stale once the handler returns; nothing reads it.
     std::map<const char *, TSPSSVariable *> variablesByName;
-    std::map<std::string, std::vector<TStatValueLabel *> *> labelSets; ///< by name; never released
+    std::map<std::string, std::vector<TStatValueLabel *> *> labelSets; ///< by name; kept
     statistical::Reading *reading = nullptr;                           ///< the parse under way, or null
     bool readsBuffered = false;
 };

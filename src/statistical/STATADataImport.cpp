@@ -55,6 +55,12 @@ QString TSTATADataImport::getDataProviderType()
     return providerType;
 }
 
+void TSTATADataImport::releaseContents()
+{
+    Body::forget(this);
+    TDataImport::releaseContents();
+}
+
 bool TSTATADataImport::openFile()
 {
     openDataImport();

@@ -51,6 +51,8 @@ public:
     bool isReadingBuffered() const;
     void setReadingBuffered(bool on);
 
+    void releaseContents() override; ///< label sets included
+
     /// Where the line about a failed parse goes: standard output in a new importer, nowhere for null. Not owned.
     void setErrorStream(std::FILE *stream);
 
@@ -74,10 +76,10 @@ private:
     static int handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context);
     static int handleVariable(int index, readstat_variable_s *variable, const char *labelSet, void *context);
 
-    std::vector<TSTATAVariable *> variables; ///< in file order; never released
+    std::vector<TSTATAVariable *> variables; ///< in file order; kept
     /// By the address of ReadStat's own name, which is stale once the handler returns; nothing reads it.
     std::map<const char *, TSTATAVariable *> variablesByName;
-    std::map<std::string, std::vector<TStatValueLabel *> *> labelSets; ///< by name; never released
+    std::map<std::string, std::vector<TStatValueLabel *> *> labelSets; ///< by name; kept
     qint32 number1 = 0;                                                ///< carried
     qint32 number2 = 0;                                                ///< carried
     statistical::Reading *reading = nullptr;                           ///< the parse under way, or null

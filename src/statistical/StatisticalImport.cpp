@@ -150,7 +150,25 @@ TStatValueLabel makeValueLabel(const readstat_value_t &value)
     return made;
 }
 
-LabelSet *setNamed(LabelSets &sets, const char *labelSet, Reading *reading)
+void freeLabelSet(const LabelSet *set)
+{
+    for (const TStatValueLabel *label : *set) {
+        delete[] label->stringValue;
+        delete[] label->label;
+        delete label;
+    }
+    delete set;
+}
+
+LabelSet *newLabelSet(KeptObjects &kept)
+{
+    auto made = std::make_unique<LabelSet>();
+    LabelSet *set = made.get();
+    kept.add(set, [set] { freeLabelSet(set); });
+    return made.release();
+}
+
+LabelSet *setNamed(LabelSets &sets, const char *labelSet, Reading *reading, KeptObjects &kept)
 {
     const size_t bound = (reading ? reading->bounds : widestNames).withLabel;
     const size_t length = qstrnlen(labelSet, uint(bound));
@@ -160,7 +178,7 @@ LabelSet *setNamed(LabelSets &sets, const char *labelSet, Reading *reading)
     std::string name(labelSet, length);
     LabelSet *&set = sets[name];
     if (!set)
-        set = new LabelSet;
+        set = newLabelSet(kept);
     if (reading) {
         reading->lastSet = set;
         reading->lastSetName = std::move(name);
@@ -331,9 +349,9 @@ void endAtUnsupportedType(const char *sourceFile, int line)
 }
 
 void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t &value, const char *label,
-                   Reading *reading)
+                   Reading *reading, KeptObjects &kept)
 {
-    LabelSet *set = setNamed(sets, labelSet, reading);
+    LabelSet *set = setNamed(sets, labelSet, reading, kept);
     if (!label)
         return;
     auto made = std::make_unique<TStatValueLabel>(makeValueLabel(value));

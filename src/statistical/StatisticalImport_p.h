@@ -2,6 +2,7 @@
 #define STATISTICAL_STATISTICALIMPORT_P_H
 
 #include "import/GenericField.h"
+#include "import/KeptObjects.h"
 #include "util/Nines_p.h"
 
 #include <readstat.h>
@@ -111,10 +112,10 @@ bool isSupported(const readstat_value_t &value);
 /// Writes the line about such a value to standard error and ends the process with status 1.
 [[noreturn]] void endAtUnsupportedType(const char *sourceFile, int line);
 
-/// Keeps a label in its set, which is made if there is none; a label without text is dropped. Of a type that is
-/// supported.
+/// Keeps a label in its set, which is made, and kept, if there is none; a label without text is dropped. Of a type that
+/// is supported.
 void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t &value, const char *label,
-                   Reading *reading);
+                   Reading *reading, KeptObjects &kept);
 /// Fills the description of \a field from \a variable and the labels of its set. Without a \a reading nothing is
 /// remembered for the next variable.
 void describe(const Format &format, const readstat_variable_t &variable, const char *labelSet, const LabelSets &sets,
@@ -129,8 +130,9 @@ template <typename Importer> struct ImportBody {
     {
         if (!importer || !labelSet)
             return READSTAT_HANDLER_OK;
-        return inHandler(importer->reading,
-                         [&] { addValueLabel(importer->labelSets, labelSet, value, label, importer->reading); });
+        return inHandler(importer->reading, [&] {
+            addValueLabel(importer->labelSets, labelSet, value, label, importer->reading, importer->kept);
+        });
     }
 
     static int handleVariable(const Format &format, Importer *importer, const readstat_variable_t *variable,
@@ -142,6 +144,7 @@ template <typename Importer> struct ImportBody {
             auto field = std::make_unique<typename Importer::Variable>(importer);
             describe(format, *variable, labelSet, importer->labelSets, importer->reading, *field);
             importer->variables.push_back(field.get());
+            importer->kept.addField(field.get());
             importer->variablesByName[variable->name] = field.release();
         });
     }
@@ -158,6 +161,14 @@ template <typename Importer> struct ImportBody {
         for (auto *variable : importer->variables)
             importer->addField(variable);
         return result;
+    }
+
+    /// Forgets what is about to be freed.
+    static void forget(Importer *importer)
+    {
+        importer->variables.clear();
+        importer->variablesByName.clear();
+        importer->labelSets.clear();
     }
 
 private:

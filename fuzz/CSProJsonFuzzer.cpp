@@ -1,0 +1,13 @@
+// A CSPro 8 JSON dictionary, from the file to a filled provider.
+
+#include "FuzzedFile.h"
+#include "WholeRoad.h"
+#include "cspro/CSProJsonDataImport.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    static FuzzedFile file;
+    TCSProJsonDataImport importer(file.holding(data, size));
+    takeWholeRoad(importer);
+    return 0;
+}
