@@ -190,6 +190,16 @@ TGenericField *TDataImport::fieldByName(QString name) const
 
 void TDataImport::registerIOFormat() { }
 
+void TDataImport::setReadReport(ReadReport *newReport)
+{
+    report = newReport;
+}
+
+ReadReport *TDataImport::getReadReport() const
+{
+    return report;
+}
+
 void TDataImport::addField(TGenericField *field)
 {
     if (!field)

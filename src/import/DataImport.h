@@ -11,6 +11,7 @@
 
 #include <map>
 
+class ReadReport;
 class TVpSourceField;
 
 /// The way by which every outside format enters: one subclass a format reads the layout of a file into a list of
@@ -88,6 +89,11 @@ public:
     TGenericField *fieldByName(QString name) const;
     void registerIOFormat(); ///< does nothing: formats are not registered
 
+    /// Has readings from now on tell \a report where the layout is not what the file says; null, as in a new importer,
+    /// tells nobody and costs nothing. Not owned: it must outlive the readings. Copies tell the same report.
+    void setReadReport(ReadReport *newReport);
+    ReadReport *getReadReport() const;
+
 protected:
     friend struct TestAccess;
 
@@ -99,6 +105,7 @@ protected:
     void openDataImport();  ///< empties the list of fields and the names; the fields stay alive
     bool closeDataImport(); ///< true
 
+    ReadReport *report = nullptr;                    ///< hears of what is lost or changed; null for nobody
     KeptObjects kept;                                ///< what releaseContents() frees; shared by copies
     QString baseText;                                ///< carried; never read
     QString sourceName;                              ///< the layout file, such as a dictionary
