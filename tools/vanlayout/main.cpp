@@ -8,10 +8,14 @@
 #include <QLoggingCategory>
 #include <QTextCodec>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdlib>
+#include <functional>
 #include <limits>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -115,12 +119,16 @@ int main(int argc, char **argv)
     app.add_flag("--verbose", isVerbose, "write the library's debug lines to standard error");
     app.require_subcommand(1);
     app.fallthrough();
+    // What each command was asked for, and what answers it.
+    std::vector<std::pair<const CLI::App *, std::function<int()>>> commands;
     ShowOptions showOptions;
     CLI::App *showCommand = app.add_subcommand("show", "Show the layout of each FILE.");
     describeShow(*showCommand, showOptions);
+    commands.emplace_back(showCommand, [&] { return runShow(showOptions, argc, argv); });
     LookupOptions lookupOptions;
     CLI::App *lookupCommand = app.add_subcommand("lookup", "Check the lookup FILE and print the report.");
     describeLookup(*lookupCommand, lookupOptions);
+    commands.emplace_back(lookupCommand, [&] { return checkLookup(lookupOptions); });
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &answer) {
@@ -130,5 +138,6 @@ int main(int argc, char **argv)
         return statusNoAnswer;
     }
     QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, isVerbose);
-    return lookupCommand->parsed() ? checkLookup(lookupOptions) : runShow(showOptions, argc, argv);
+    const auto asked = [](const auto &command) { return command.first->parsed(); };
+    return std::find_if(commands.begin(), commands.end(), asked)->second();
 }
