@@ -39,10 +39,15 @@ function(van_add_test source)
     van_test_properties(${name} ${room})
 endfunction()
 
-# Label, timeout and environment of a test that CTest runs.
+# Label, timeout and environment of a test that CTest runs. Leaks are reported but for those of the list SUPPRESSIONS
+# (that of the objects that stay alive on purpose).
 function(van_test_properties name label)
+    cmake_parse_arguments(arg "" "SUPPRESSIONS" "" ${ARGN})
+    if(NOT arg_SUPPRESSIONS)
+        set(arg_SUPPRESSIONS ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../tests/lsan.supp)
+    endif()
     set(environment QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
-        LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../tests/lsan.supp:print_suppressions=0)
+        LSAN_OPTIONS=suppressions=${arg_SUPPRESSIONS}:print_suppressions=0)
     set_tests_properties(${name} PROPERTIES LABELS "${label}" TIMEOUT 300 ENVIRONMENT "${environment}")
 endfunction()
 
@@ -60,7 +65,7 @@ endfunction()
 function(van_add_fuzzer source)
     cmake_parse_arguments(arg "" "DICTIONARY" "SEEDS;MADE_SEEDS" ${ARGN})
     get_filename_component(name ${source} NAME_WE)
-    add_executable(${name} EXCLUDE_FROM_ALL ${source})
+    add_executable(${name} EXCLUDE_FROM_ALL ${source} Setup.cpp)
     van_own_code(${name})
     target_link_libraries(${name} PRIVATE van_objects -fsanitize=fuzzer)
     target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
@@ -87,8 +92,6 @@ function(van_add_fuzzer source)
         list(APPEND options -dict=${CMAKE_CURRENT_SOURCE_DIR}/${arg_DICTIONARY})
     endif()
     add_test(NAME ${name} COMMAND ${name} ${options} ${found} ${seeds})
-    van_test_properties(${name} fuzz)
-    # Here the readers give back what they make, so the list of what is kept does not hold.
-    set_tests_properties(${name} PROPERTIES TIMEOUT 0 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;\
-LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp:print_suppressions=0")
+    van_test_properties(${name} fuzz SUPPRESSIONS ${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 0)
 endfunction()

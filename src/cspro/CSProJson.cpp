@@ -147,7 +147,7 @@ bool TCSProJson::readIds(const QJsonObject &level, const Defaults &defaults)
 bool TCSProJson::readRecords(const QJsonObject &level, const Defaults &defaults)
 {
     const QJsonArray objects = level.value(QLatin1String("records")).toArray();
-    for (const QJsonValue value : objects) {
+    for (const QJsonValue &value : objects) {
         if (!value.isObject())
             continue;
         const QJsonObject object = value.toObject();
@@ -181,7 +181,7 @@ bool TCSProJson::readItems(const QJsonArray &objects, TCSProRecord *record, bool
 {
     const QLatin1String startKey("start");
     int position = 1;
-    for (const QJsonValue value : objects) {
+    for (const QJsonValue &value : objects) {
         if (!value.isObject())
             continue;
         QJsonObject object = value.toObject();
@@ -282,7 +282,7 @@ void TCSProJson::readJsonValueSets(TCSProItem *item, const QJsonObject &object)
     set->label = readJsonLabel(source);
     const QJsonArray values = source.value(QLatin1String("values")).toArray();
     set->items->reserve(values.size());
-    for (const QJsonValue value : values) {
+    for (const QJsonValue &value : values) {
         if (!value.isObject())
             continue;
         const QJsonObject entry = value.toObject();

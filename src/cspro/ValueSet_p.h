@@ -26,7 +26,7 @@ public:
 class TCSProValueSet : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(int Count READ Count)
+    Q_PROPERTY(int Count READ Count) // clazy:exclude=qproperty-without-notify
 
 public:
     TCSProValueSet();

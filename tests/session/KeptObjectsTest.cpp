@@ -1,0 +1,173 @@
+#include <QtTest>
+
+#include "import/KeptObjects.h"
+#include "support/FakeImporter.h"
+
+namespace
+{
+
+/// A field that tells a list when it goes.
+class MarkedField : public FakeField
+{
+public:
+    explicit MarkedField(QStringList *goneFields, const QString &fieldName)
+        : FakeField(nullptr, fieldName)
+        , gone(goneFields)
+    {
+    }
+    ~MarkedField() override { gone->append(name); }
+
+private:
+    QStringList *gone;
+};
+
+} // namespace
+
+/// What is kept within reach, and how it is given back.
+class KeptObjectsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { gone.clear(); }
+
+    void lastAddedIsFreedFirst()
+    {
+        KeptObjects kept;
+        addMark(kept, "list");
+        addMark(kept, "dictionary");
+        kept.giveBack();
+        QCOMPARE(gone, QStringList({ "dictionary", "list" }));
+    }
+
+    void fieldsAreFreedBeforeWhatTheyPointAt()
+    {
+        KeptObjects kept;
+        kept.addField(new MarkedField(&gone, "AGE"));
+        addMark(kept, "dictionary");
+        kept.giveBack();
+        QCOMPARE(gone, QStringList({ "AGE", "dictionary" }));
+    }
+
+    void fieldThatWasAddedOftenIsFreedOnce()
+    {
+        KeptObjects kept;
+        auto *age = new MarkedField(&gone, "AGE");
+        auto *sex = new MarkedField(&gone, "SEX");
+        for (int i = 0; i < 1000; ++i) {
+            kept.addField(age);
+            kept.addField(sex);
+        }
+        kept.giveBack();
+        gone.sort();
+        QCOMPARE(gone, QStringList({ "AGE", "SEX" }));
+    }
+
+    void nothingIsFreedTwice()
+    {
+        KeptObjects kept;
+        addMark(kept, "list");
+        kept.giveBack();
+        kept.giveBack();
+        QCOMPARE(gone, QStringList({ "list" }));
+    }
+
+    void copiesShareWhatEitherAddsBeforeOrAfter()
+    {
+        KeptObjects kept;
+        addMark(kept, "before");
+        KeptObjects copy(kept);
+        addMark(kept, "after");
+        addMark(copy, "of the copy");
+        copy.giveBack();
+        QCOMPARE(gone, QStringList({ "of the copy", "after", "before" }));
+        kept.giveBack();
+        QCOMPARE(gone.size(), 3);
+    }
+
+    void assignmentKeepsWhatItsTargetHadWithinReach()
+    {
+        KeptObjects target;
+        addMark(target, "of the target");
+        KeptObjects source;
+        addMark(source, "of the source");
+        target = source;
+        addMark(target, "later");
+        target.giveBack();
+        gone.sort();
+        QCOMPARE(gone, QStringList({ "later", "of the source", "of the target" }));
+    }
+
+    void sourceOfAnAssignmentDoesNotReachWhatTheTargetHad()
+    {
+        KeptObjects target;
+        addMark(target, "of the target");
+        KeptObjects source;
+        target = source;
+        source.giveBack();
+        QCOMPARE(gone, QStringList());
+        target.giveBack();
+        QCOMPARE(gone, QStringList({ "of the target" }));
+    }
+
+    void selfAssignmentChangesNothing()
+    {
+        KeptObjects kept;
+        addMark(kept, "list");
+        const KeptObjects &same = kept;
+        kept = same;
+        kept.giveBack();
+        QCOMPARE(gone, QStringList({ "list" }));
+    }
+
+    void destroyingTheLastCopyFreesNothing()
+    {
+        {
+            KeptObjects kept;
+            addMark(kept, "list");
+        }
+        QCOMPARE(gone, QStringList());
+    }
+
+    void whatIsForgottenIsNotFreed()
+    {
+        KeptObjects kept;
+        int former = 0;
+        int later = 0;
+        kept.add(&former, [this] { gone.append("former"); });
+        kept.add(&later, [this] { gone.append("later"); });
+        kept.forget(&former);
+        kept.forget(this); // never added
+        kept.giveBack();
+        QCOMPARE(gone, QStringList({ "later" }));
+    }
+
+    void whatIsAddedWhileOthersGoIsKept()
+    {
+        KeptObjects kept;
+        kept.add(nullptr, [&] { addMark(kept, "added meanwhile"); });
+        kept.giveBack();
+        QCOMPARE(gone, QStringList());
+        kept.giveBack();
+        QCOMPARE(gone, QStringList({ "added meanwhile" }));
+    }
+
+    void madeObjectIsFreedByItsType()
+    {
+        KeptObjects kept;
+        auto *list = kept.make<QStringList>();
+        list->append("a text");
+        kept.giveBack(); // a leak or a second delete is the sanitizer's to find
+    }
+
+private:
+    void addMark(KeptObjects &kept, const QString &name)
+    {
+        kept.add(nullptr, [this, name] { gone.append(name); });
+    }
+
+    QStringList gone;
+};
+
+QTEST_APPLESS_MAIN(KeptObjectsTest)
+#include "KeptObjectsTest.moc"

@@ -1,0 +1,398 @@
+#include <QtTest>
+
+#include "cspro/CSProDataImport.h"
+#include "cspro/CSProJsonDataImport.h"
+#include "import/DataProvider.h"
+#include "import/SourceField.h"
+#include "record/Record.h"
+#include "statistical/SPSSDataImport.h"
+#include "statistical/STATADataImport.h"
+#include "support/FakeImporter.h"
+
+#include <QLoggingCategory>
+
+#include <memory>
+
+struct TestAccess {
+    static const TVpRecord *record(const TVpDataProvider &provider) { return provider.record; }
+};
+
+namespace
+{
+
+using MakeImporter = std::unique_ptr<TDataImport> (*)();
+using CopyImporter = std::unique_ptr<TDataImport> (*)(const TDataImport &);
+
+template <typename Importer> const char *fileOf();
+template <> const char *fileOf<TCSProDataImport>()
+{
+    return VAN_EXAMPLES "/census.dcf";
+}
+template <> const char *fileOf<TCSProJsonDataImport>()
+{
+    return VAN_EXAMPLES "/census8.dcf";
+}
+template <> const char *fileOf<TSTATADataImport>()
+{
+    return VAN_MADE_DATA "/types-118.dta";
+}
+template <> const char *fileOf<TSPSSDataImport>()
+{
+    return VAN_MADE_DATA "/types.sav";
+}
+
+template <typename Importer> std::unique_ptr<TDataImport> make()
+{
+    return std::make_unique<Importer>(QString::fromUtf8(fileOf<Importer>()));
+}
+
+template <typename Importer> std::unique_ptr<TDataImport> copyOf(const TDataImport &importer)
+{
+    return std::make_unique<Importer>(static_cast<const Importer &>(importer));
+}
+
+template <typename Importer> void assign(TDataImport &target, const TDataImport &source)
+{
+    static_cast<Importer &>(target) = static_cast<const Importer &>(source);
+}
+
+QStringList opened(TDataImport &importer)
+{
+    const std::unique_ptr<QStringList> names(importer.selectLayoutSource());
+    return *names;
+}
+
+QStringList toldBy(const TVpDataProvider &provider)
+{
+    QStringList told;
+    for (const TVpSourceField *field : *provider.getFields())
+        told << field->fieldName << field->label << field->valueLabels << field->group << field->typeNames->join(' ');
+    return told;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(MakeImporter)
+Q_DECLARE_METATYPE(CopyImporter)
+using AssignImporter = void (*)(TDataImport &, const TDataImport &);
+Q_DECLARE_METATYPE(AssignImporter)
+
+/// Everything that an importer or a provider made, given back. What is freed twice, used afterwards or left behind is
+/// the sanitizers' to find.
+class ReleaseContentsTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    template <typename Importer> static void addRow(const char *name)
+    {
+        QTest::newRow(name) << MakeImporter(make<Importer>) << CopyImporter(copyOf<Importer>)
+                            << AssignImporter(assign<Importer>);
+    }
+    static void addRows()
+    {
+        QTest::addColumn<MakeImporter>("newImporter");
+        QTest::addColumn<CopyImporter>("newCopy");
+        QTest::addColumn<AssignImporter>("assignTo");
+        addRow<TCSProDataImport>("CSPro text");
+        addRow<TCSProJsonDataImport>("CSPro 8");
+        addRow<TSTATADataImport>("Stata");
+        addRow<TSPSSDataImport>("SPSS");
+    }
+
+private Q_SLOTS:
+    void initTestCase() { QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); }
+
+    void importerIsAsBeforeItsFirstOpening_data() { addRows(); }
+    void importerIsAsBeforeItsFirstOpening()
+    {
+        QFETCH(MakeImporter, newImporter);
+        const auto importer = newImporter();
+        const QString path = importer->getSourceName();
+        const QStringList names = opened(*importer);
+        QVERIFY(!names.isEmpty());
+        importer->releaseContents();
+        QCOMPARE(importer->fieldByName(names.first()), nullptr);
+        QCOMPARE(importer->getGroupCount(), 0);
+        QCOMPARE(importer->getGroupName(0), QString());
+        QCOMPARE(importer->getGroupValue(0), QString());
+        QCOMPARE(importer->getRecordTypeIndex(QString("1")), -1);
+        QCOMPARE(importer->getSourceName(), path);
+        QList<TVpSourceField *> none;
+        importer->getDictionary(&none);
+        QCOMPARE(none.size(), 0);
+    }
+
+    void releasedImporterCanBeOpenedAgain_data() { addRows(); }
+    void releasedImporterCanBeOpenedAgain()
+    {
+        QFETCH(MakeImporter, newImporter);
+        const auto importer = newImporter();
+        const QStringList names = opened(*importer);
+        const int groups = importer->getGroupCount();
+        importer->releaseContents();
+        QCOMPARE(opened(*importer), names); // an SPSS file, too, gives every variable once
+        QCOMPARE(importer->getGroupCount(), groups);
+        QVERIFY(importer->fieldByName(names.last()));
+        importer->releaseContents();
+    }
+
+    void everyOpeningIsGivenBack_data() { addRows(); }
+    void everyOpeningIsGivenBack()
+    {
+        QFETCH(MakeImporter, newImporter);
+        const auto importer = newImporter();
+        for (int i = 0; i < 5; ++i)
+            opened(*importer);
+        importer->releaseContents();
+    }
+
+    void importerThatNeverOpenedGivesBack_data() { addRows(); }
+    void importerThatNeverOpenedGivesBack()
+    {
+        QFETCH(MakeImporter, newImporter);
+        newImporter()->releaseContents();
+    }
+
+    void secondGivingBackDoesNothing_data() { addRows(); }
+    void secondGivingBackDoesNothing()
+    {
+        QFETCH(MakeImporter, newImporter);
+        const auto importer = newImporter();
+        opened(*importer);
+        importer->releaseContents();
+        importer->releaseContents();
+        QCOMPARE(importer->getGroupCount(), 0);
+    }
+
+    void copyMayGoOrGiveBackToo_data() { addRows(); }
+    void copyMayGoOrGiveBackToo()
+    {
+        QFETCH(MakeImporter, newImporter);
+        QFETCH(CopyImporter, newCopy);
+        const auto importer = newImporter();
+        const QStringList names = opened(*importer);
+        const auto copy = newCopy(*importer);
+        const auto idleCopy = newCopy(*importer);
+        importer->releaseContents();
+        copy->releaseContents();
+        QCOMPARE(opened(*copy), names);
+        QCOMPARE(opened(*importer), names);
+        copy->releaseContents(); // what the two have made since is shared again
+        importer->releaseContents();
+    }
+
+    void copyGivesBackForItsSource_data() { addRows(); }
+    void copyGivesBackForItsSource()
+    {
+        QFETCH(MakeImporter, newImporter);
+        QFETCH(CopyImporter, newCopy);
+        auto importer = newImporter();
+        opened(*importer);
+        const auto copy = newCopy(*importer);
+        importer.reset();
+        opened(*copy);
+        copy->releaseContents();
+    }
+
+    void assignedImporterGivesBackWhatItHadBefore_data() { addRows(); }
+    void assignedImporterGivesBackWhatItHadBefore()
+    {
+        QFETCH(MakeImporter, newImporter);
+        QFETCH(AssignImporter, assignTo);
+        const auto importer = newImporter();
+        const auto other = newImporter();
+        const QStringList names = opened(*importer);
+        opened(*other);
+        assignTo(*importer, *other);
+        QVERIFY(opened(*importer).contains(names.last()));
+        importer->releaseContents();
+        other->releaseContents();
+    }
+
+    void releasedImporterCanBeAssignedTo_data() { addRows(); }
+    void releasedImporterCanBeAssignedTo()
+    {
+        QFETCH(MakeImporter, newImporter);
+        QFETCH(AssignImporter, assignTo);
+        const auto importer = newImporter();
+        const auto other = newImporter();
+        opened(*importer);
+        const QStringList names = opened(*other);
+        importer->releaseContents();
+        assignTo(*importer, *other);
+        QVERIFY(importer->fieldByName(names.first()));
+        importer->releaseContents();
+        other->releaseContents();
+    }
+
+    void providerGivesBackAndIsFilledAgain_data() { addRows(); }
+    void providerGivesBackAndIsFilledAgain()
+    {
+        QFETCH(MakeImporter, newImporter);
+        const auto importer = newImporter();
+        opened(*importer);
+        TVpDataProvider provider;
+        provider.genericGetFieldsFrom(importer.get());
+        const QStringList told = toldBy(provider);
+        const QString type = provider.getDataProviderType();
+        provider.releaseContents();
+        QCOMPARE(provider.getFields(), nullptr);
+        QCOMPARE(provider.getField(told.first()), nullptr);
+        QCOMPARE(provider.getFieldFromRecord(told.first(), QString()), nullptr);
+        QCOMPARE(provider.getFieldName(told.first()), QString());
+        QCOMPARE(provider.getRecord(QString()), nullptr);
+        QCOMPARE(TestAccess::record(provider), nullptr);
+        QCOMPARE(provider.getImportData(), importer.get()); // the importer stays
+        QCOMPARE(provider.getDataProviderType(), type);
+        QCOMPARE(provider.getLayoutFileName(), importer->getSourceName());
+        provider.genericGetFieldsFrom(importer.get());
+        QCOMPARE(toldBy(provider), told);
+        QCOMPARE(provider.getDataProviderType(), type);
+        QVERIFY(TestAccess::record(provider));
+        provider.releaseContents();
+        importer->releaseContents();
+    }
+
+    void everyFillingOfAProviderIsGivenBack()
+    {
+        const auto importer = make<TCSProDataImport>();
+        opened(*importer);
+        TVpDataProvider provider;
+        for (int i = 0; i < 5; ++i)
+            provider.genericGetFieldsFrom(importer.get());
+        const TVpDataProvider copy(provider);
+        provider.genericGetFieldsFrom(importer.get()); // the copy keeps the former list
+        QCOMPARE(copy.getFields()->size(), provider.getFields()->size());
+        provider.releaseContents();
+        importer->releaseContents();
+    }
+
+    void copiedProviderGivesBackOnce()
+    {
+        const auto importer = make<TCSProJsonDataImport>();
+        opened(*importer);
+        TVpDataProvider provider;
+        provider.genericGetFieldsFrom(importer.get());
+        TVpDataProvider copy(provider);
+        TVpDataProvider assigned;
+        assigned.genericGetFieldsFrom(importer.get());
+        assigned = provider;
+        copy.releaseContents();
+        provider.releaseContents();
+        assigned.releaseContents(); // with what it had made before the assignment
+        importer->releaseContents();
+    }
+
+    void providerKnowsTypesAfterGivingBack()
+    {
+        TVpDataProvider provider;
+        provider.releaseContents();
+        provider.setDataProviderType(QString("CSPRO"));
+        QCOMPARE(provider.getDataProviderType(), QString("CSPRO"));
+        provider.releaseContents();
+    }
+
+    void movedProviderKnowsNoTypeStill()
+    {
+        TVpDataProvider source;
+        TVpDataProvider moved(std::move(source));
+        moved.setDataProviderType(QString("CSPRO"));
+        QCOMPARE(moved.getDataProviderType(), QString());
+        moved.releaseContents();
+        source.releaseContents();
+    }
+
+    void sourceFieldThatStandsTwiceInTheListGoesOnce()
+    {
+        // A format that fills the list by itself.
+        class TwiceImporter : public FakeImporter
+        {
+        public:
+            using FakeImporter::FakeImporter;
+            void getDictionary(QList<TVpSourceField *> *target, QStringList * /*names*/) override
+            {
+                auto *field = new TVpSourceField;
+                auto *sharing = new TVpSourceField(*field); // with the list of type names
+                target->append({ field, sharing, field, nullptr });
+            }
+        };
+        TwiceImporter importer("data.csv", "CSV");
+        TVpDataProvider provider;
+        provider.genericGetFieldsFrom(&importer);
+        QCOMPARE(provider.getFields()->size(), 4);
+        provider.releaseContents();
+        importer.releaseContents();
+    }
+
+    void fieldsOfAnotherFormatGoWithTheirImporter()
+    {
+        FakeImporter importer("layout.txt", "CSPRO");
+        importer.layout = { new FakeField(&importer, "AGE"), new FakeField(&importer, "SEX") };
+        QCOMPARE(opened(importer), QStringList({ "AGE", "SEX" }));
+        importer.releaseContents();
+        importer.layout.clear();
+        QCOMPARE(opened(importer), QStringList());
+        importer.releaseContents();
+    }
+
+    // The rules of the destructors hold on: what was made stays alive.
+    void destroyingGivesNothingBack()
+    {
+        auto importer = make<TCSProDataImport>();
+        opened(*importer);
+        auto provider = std::make_unique<TVpDataProvider>();
+        provider->genericGetFieldsFrom(importer.get());
+        auto *field = provider->getField(importer->fieldByName("P03_SEX") ? "P03_SEX"
+                                                                          : provider->getFields()->first()->fieldName);
+        const QString name = field->fieldName;
+        TVpDataProvider copy(*provider);
+        TCSProDataImport importerCopy(static_cast<TCSProDataImport &>(*importer));
+        provider.reset();
+        importer.reset();
+        QCOMPARE(copy.getField(name), field);
+        QCOMPARE(field->typeNames->size(), 5);
+        copy.releaseContents();
+        importerCopy.releaseContents();
+    }
+
+    void importersUsedInTurnDoNotInfluenceEachOther_data() { addRows(); }
+    void importersUsedInTurnDoNotInfluenceEachOther()
+    {
+        QFETCH(MakeImporter, newImporter);
+        const auto alone = newImporter();
+        TVpDataProvider aloneProvider;
+        const QStringList names = opened(*alone);
+        aloneProvider.genericGetFieldsFrom(alone.get());
+        const QStringList told = toldBy(aloneProvider);
+
+        // Each step of one stands between two steps of another, of its own format and of every other.
+        for (const MakeImporter newOther :
+             { MakeImporter(make<TCSProDataImport>), MakeImporter(make<TCSProJsonDataImport>),
+               MakeImporter(make<TSTATADataImport>), MakeImporter(make<TSPSSDataImport>) }) {
+            const auto first = newImporter();
+            const auto other = newOther();
+            QCOMPARE(opened(*first), names);
+            const QStringList otherNames = opened(*other);
+            TVpDataProvider provider;
+            TVpDataProvider otherProvider;
+            provider.genericGetFieldsFrom(first.get());
+            otherProvider.genericGetFieldsFrom(other.get());
+            first->fieldByName(names.first())->setAsString("1");
+            QCOMPARE(toldBy(provider), told);
+            other->releaseContents();
+            QCOMPARE(toldBy(provider), told);
+            QCOMPARE(opened(*other), otherNames);
+            otherProvider.releaseContents();
+            QCOMPARE(toldBy(provider), told);
+            other->releaseContents();
+            provider.releaseContents();
+            first->releaseContents();
+        }
+        aloneProvider.releaseContents();
+        alone->releaseContents();
+    }
+};
+
+QTEST_GUILESS_MAIN(ReleaseContentsTest)
+#include "ReleaseContentsTest.moc"

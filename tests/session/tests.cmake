@@ -1,0 +1,10 @@
+# Memory that is given back. These run without the list of kept objects: nothing may be left behind.
+van_add_test(session/KeptObjectsTest.cpp)
+van_add_test(session/ReleaseContentsTest.cpp)
+van_use_made_data(ReleaseContentsTest)
+van_add_test(session/LongSessionTest.cpp)
+target_compile_definitions(LongSessionTest PRIVATE VAN_MADE_EXAMPLES="${PROJECT_BINARY_DIR}/examples")
+add_dependencies(LongSessionTest examples)
+foreach(test ReleaseContentsTest LongSessionTest)
+    van_test_properties(${test} session SUPPRESSIONS ${PROJECT_SOURCE_DIR}/fuzz/lsan.supp)
+endforeach()
