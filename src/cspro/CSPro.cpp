@@ -1,5 +1,6 @@
 #include "cspro/CSPro_p.h"
 
+#include "cspro/CSProNotes_p.h"
 #include "import/Constants.h"
 #include "util/Numbers_p.h"
 
@@ -7,6 +8,7 @@
 #include <iterator>
 #include <new>
 #include <optional>
+#include <utility>
 
 namespace
 {
@@ -51,6 +53,13 @@ bool equalsUpper(const QString &text, const QString &upper)
     return text.size() == upper.size() && text.toUpper() == upper;
 }
 
+// The name of a section in capitals; without a closing bracket all of the rest is the name.
+QString sectionWord(QStringView line)
+{
+    const int bracket = textfile::indexOf(line, ']', 1);
+    return line.mid(1, (bracket < 0 ? line.size() : bracket) - 1).toString().toUpper();
+}
+
 VpErrorManager *invalidContents(int index)
 {
     return new VpErrorManager(ClassTag::CSPro, codeInvalidContents, QString(QChar(index)));
@@ -76,7 +85,11 @@ void TCSPro::readFile(QString fileName)
         while (file.readBlock(text)) {
             lineCount += parseTextLines(TextLines::ofText(text), lineCount);
         }
+        if (report && file.isEncodingGuessed())
+            report->add(NoteKind::encodingGuessed, QString());
     } catch (const std::bad_alloc &) {
+        if (report)
+            report->add(NoteKind::readingEnded, QString(), lineCount);
         throw invalidContents(lineCount);
     }
 }
@@ -89,13 +102,23 @@ void TCSPro::parseLines(QStringList *lines)
 int TCSPro::parseTextLines(const TextLines &lines, int linesBefore)
 {
     int index = 0;
+    firstLine = linesBefore + 1;
     try {
         for (; lines.has(index); ++index) {
             const QStringView line = lines.at(index).trimmed();
-            if (line.size() > 1 && isHeader(line))
-                readSection(sectionKind(line), lines, index);
+            if (line.size() > 1 && isHeader(line)) {
+                const int kind = sectionKind(line);
+                if (report)
+                    tellOfHeader(line, kind, index);
+                readSection(kind, lines, index);
+            } else if (report && !line.isEmpty()) {
+                tellOfLineOutside(line, index);
+            }
         }
     } catch (...) {
+        if (report)
+            report->add(NoteKind::readingEnded, lines.has(index) ? lines.at(index).toString() : QString(),
+                        firstLine + index);
         throw invalidContents(linesBefore + index);
     }
     return index;
@@ -112,9 +135,7 @@ int TCSPro::sectionKind(QStringView line)
         { CSProKeyword::SectionRecord, recordSection },
         { CSProKeyword::SectionDictionary, dictionarySection },
     };
-    // Without a closing bracket all of the rest is the name.
-    const int bracket = textfile::indexOf(line, ']', 1);
-    const QString word = line.mid(1, (bracket < 0 ? line.size() : bracket) - 1).toString().toUpper();
+    const QString word = sectionWord(line);
     for (const auto &section : sections) {
         if (word == section.name)
             return section.kind;
@@ -132,8 +153,11 @@ SectionLines TCSPro::sectionLines(const TextLines &lines, int &index) const
     // The line is not trimmed here: a header behind blanks ends no section, it is swallowed as a line of this one.
     for (; lines.has(next) && !isHeader(lines.at(next)); ++next) {
         const QStringView line = lines.at(next).trimmed();
-        if (!line.isEmpty())
-            section.append(line);
+        if (line.isEmpty())
+            continue;
+        section.append(line);
+        if (report)
+            section.numberLast(firstLine + next);
     }
     index = next - 1;
     return section;
@@ -180,7 +204,10 @@ void TCSPro::readSection(int kind, const TextLines &lines, int &index)
 
 void TCSPro::readDictionary(const TextLines &lines, int &index)
 {
+    const int header = firstLine + index;
     const SectionLines section = sectionLines(lines, index);
+    if (report)
+        cspro::tellOfSection(*report, cspro::Section::dictionary, section, header);
     version = getStringValue(section, QStringLiteral("Version"));
     label = getStringValue(section, CSProKeyword::Label);
     name = getStringValue(section, CSProKeyword::Name);
@@ -193,6 +220,7 @@ void TCSPro::readDictionary(const TextLines &lines, int &index)
 
 void TCSPro::readRecord(const TextLines &lines, int &index)
 {
+    const int header = firstLine + index;
     const SectionLines section = sectionLines(lines, index);
     auto record = std::make_unique<TCSProRecord>();
     record->label = getStringValue(section, CSProKeyword::Label);
@@ -201,6 +229,8 @@ void TCSPro::readRecord(const TextLines &lines, int &index)
     record->required = getStringValue(section, CSProKeyword::Required);
     record->maxRecords = getIntValue(section, CSProKeyword::MaxRecords, 100);
     record->recordLen = getIntValue(section, CSProKeyword::RecordLen, 0);
+    if (report)
+        tellOfRecord(*record, section, header);
     // The first and the last character go, whether they are quotes or not.
     record->recordType.chop(1);
     record->recordType.remove(0, 1);
@@ -216,6 +246,7 @@ bool TCSPro::readFlag(const SectionLines &lines, const QString &key) const
 
 void TCSPro::readItem(const TextLines &lines, int &index)
 {
+    const int header = firstLine + index;
     const SectionLines section = sectionLines(lines, index);
     auto item = std::make_unique<TCSProItem>();
     item->label = getStringValue(section, CSProKeyword::Label);
@@ -229,6 +260,9 @@ void TCSPro::readItem(const TextLines &lines, int &index)
     item->decimals = getIntValue(section, CSProKeyword::Decimal, 0);
     item->decimalChar = readFlag(section, CSProKeyword::DecimalChar);
     item->zeroFill = readFlag(section, CSProKeyword::ZeroFill);
+    if (report)
+        tellOfItem(*item, section, header);
+    currentOccurrences = item->occurrences;
     if (item->occurrences != 1) {
         addOccurrences(*item);
         return;
@@ -275,4 +309,55 @@ void TCSPro::requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
 {
     if (!hasRoom(itemsToCome, nameCharactersToCome))
         throw std::bad_alloc();
+}
+
+void TCSPro::tellOfHeader(QStringView line, int kind, int index)
+{
+    const QString word = sectionWord(line);
+    const int number = firstLine + index;
+    hasSection = true;
+    if (textfile::indexOf(line, ']') < 0)
+        report->add(NoteKind::unclosedHeader, line.toString(), number);
+    if (kind != otherSection)
+        return;
+    // Id items are meant to stand in the record Common.
+    isCommonMeant = word == QLatin1String("IDITEMS");
+    const bool isLevel = word == QLatin1String("LEVEL");
+    if (isLevel && std::exchange(hasLevel, true))
+        report->add(NoteKind::furtherLevel, line.toString(), number);
+    else if (!isLevel && !isCommonMeant)
+        report->add(NoteKind::unknownSection, line.toString(), number);
+}
+
+// The first one is told for all: a file that is no dictionary has nothing else.
+void TCSPro::tellOfLineOutside(QStringView line, int index)
+{
+    if (!hasSection && report->count(NoteKind::lineOutsideSection) == 0)
+        report->add(NoteKind::lineOutsideSection, line.toString(), firstLine + index);
+}
+
+void TCSPro::tellOfRecord(const TCSProRecord &record, const SectionLines &section, int header)
+{
+    cspro::tellOfSection(*report, cspro::Section::record, section, header);
+    const QString &type = record.recordType;
+    const auto isQuote
+        = [](QChar character) { return character == QLatin1Char('\'') || character == QLatin1Char('"'); };
+    if (!type.isEmpty() && (type.size() < 2 || !isQuote(type.front()) || type.front() != type.back()))
+        report->add(NoteKind::recordTypeCut, type, header);
+}
+
+void TCSPro::tellOfItem(const TCSProItem &item, const SectionLines &section, int header)
+{
+    const size_t first = report->size();
+    cspro::tellOfSection(*report, cspro::Section::item, section, header);
+    if (currentRecord == commonRecord && !isCommonMeant)
+        report->add(NoteKind::itemOutsideRecord, item.name, header);
+    if (item.occurrences < 1)
+        report->add(NoteKind::noOccurrences, item.name, header);
+    if (item.occurrences > 1)
+        report->add(NoteKind::occurrenceNames, item.name, header);
+    if (item.subItem)
+        report->add(NoteKind::subitem, item.name, header);
+    // The first occurrence stands for all.
+    report->nameVariable(first, item.occurrences > 1 ? item.name + QLatin1Char('_') + QChar(1) : item.name);
 }

@@ -4,6 +4,7 @@
 #include "cspro/CSPro_p.h"
 #include "import/Constants.h"
 #include "import/DebugLog_p.h"
+#include "import/LayoutNotes_p.h"
 
 namespace
 {
@@ -114,12 +115,18 @@ void TCSProDataImport::releaseContents()
 void TCSProDataImport::openRead(QString fileName)
 {
     renewDictionary();
+    if (report && !tellOfMissingFile(*report, fileName))
+        dictionary->report = report;
     dictionary->readFile(std::move(fileName));
+    dictionary->report = report;
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;
     cspro::listGroups(*dictionary, groupList, kept);
     layoutPending = false;
     copyDataFromDictionary();
+    if (report)
+        cspro::tellOfLayout(*report, *dictionary, groupList, fields);
+    dictionary->report = nullptr;
 }
 
 void TCSProDataImport::copyDataFromDictionary()

@@ -2,6 +2,7 @@
 #define CSPRO_CSPROIMPORTBODY_P_H
 
 #include "cspro/CSProModel_p.h"
+#include "cspro/CSProNotes_p.h"
 #include "cspro/GroupSearch_p.h"
 #include "import/DataImport.h"
 #include "import/GenericField.h"
@@ -90,6 +91,8 @@ void makeFields(const CSProDictionary &dictionary, TDataImport *importer, Add ad
         if (hasGroups && item->record)
             field->group = item->record->name;
         describer.describe(*item, *field);
+        if (dictionary.report)
+            tellOfDigits(*dictionary.report, *item, *field);
         add(field.release());
     }
 }

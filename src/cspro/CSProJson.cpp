@@ -1,5 +1,6 @@
 #include "cspro/CSProJson_p.h"
 
+#include "cspro/CSProNotes_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
 #include "util/Numbers_p.h"
@@ -35,13 +36,14 @@ bool beginsLikeAnObject(const QString &fileName)
     return file.open(QIODevice::ReadOnly) && readHead(file).trimmed().startsWith('{');
 }
 
-QJsonDocument parseFile(const QString &fileName)
+QJsonDocument parseFile(const QString &fileName, QString &problem)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return QJsonDocument();
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    problem = error.errorString() + QStringLiteral(", at byte %1").arg(error.offset);
     return error.error == QJsonParseError::NoError ? document : QJsonDocument();
 }
 
@@ -103,11 +105,16 @@ void TCSProJson::readFile(QString fileName)
 {
     if (beginsLikeAnObject(fileName))
         parseJson(fileName);
+    else if (report)
+        report->add(NoteKind::fileNotRead, QStringLiteral("no \"{\" among the first 16 bytes"));
 }
 
 void TCSProJson::parseJson(const QString &fileName)
 {
-    const QJsonDocument document = parseFile(fileName);
+    QString problem;
+    const QJsonDocument document = parseFile(fileName, problem);
+    if (report && !document.isObject())
+        report->add(NoteKind::fileNotRead, problem);
     if (!document.isObject())
         return;
     const QJsonObject root = document.object();
@@ -125,7 +132,10 @@ void TCSProJson::parseJson(const QString &fileName)
                                 itemDefaults.value(QLatin1String("decimalMark")).toBool(),
                                 itemDefaults.value(QLatin1String("zeroFill")).toBool() };
     commonRecord->label = QStringLiteral("Common");
-    readLevels(dictionary.value(QLatin1String("levels")).toArray(), defaults);
+    if (report)
+        cspro::tellOfJson(*report, dictionary);
+    if (!readLevels(dictionary.value(QLatin1String("levels")).toArray(), defaults) && report)
+        report->add(NoteKind::readingEnded, currentRecord->name);
 }
 
 // All ids of all levels come first, then the records of all levels; false where the dictionary would grow over its

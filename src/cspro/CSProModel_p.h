@@ -17,6 +17,7 @@ QT_BEGIN_NAMESPACE
 class QMessageBox;
 QT_END_NAMESPACE
 
+class ReadReport;
 class TCSProItem;
 class TCSProValueSet;
 
@@ -155,6 +156,7 @@ public:
     bool currentIsNumeric = false;               ///< whether the item read last is numeric
     QList<void *> list1;                         ///< stays empty
     QList<void *> list2;                         ///< stays empty
+    ReadReport *report = nullptr;                ///< hears of what is lost or changed; not owned
 
 protected:
     /// Whether the dictionary may grow by so many items and so many characters in the names of occurrences. The

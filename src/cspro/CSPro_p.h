@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <exception>
+#include <vector>
 
 class TValueSetItem;
 
@@ -94,11 +95,24 @@ private:
     /// each colon is lost. Raises `std::bad_alloc` unless the text is blank: no such text can be read to its end.
     void splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending) const;
     /// Decides on decimal codes, and whether the set can be kept.
-    bool acceptCodes(TCSProValueSet *set);
-    bool acceptDecimalCodes(TCSProValueSet *set);
+    bool acceptCodes(TCSProValueSet *set, const std::vector<int> &lines);
+    bool acceptDecimalCodes(TCSProValueSet *set, const std::vector<int> &lines);
     void attachValueSet(TCSProValueSet *set);
     /// The button pressed in the question on decimal codes.
     int askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon);
+
+    // What a report hears; called with one alone. An index is that of a line, a header the number of a line.
+    void tellOfHeader(QStringView line, int kind, int index);
+    void tellOfLineOutside(QStringView line, int index);
+    void tellOfRecord(const TCSProRecord &record, const SectionLines &section, int header);
+    void tellOfItem(const TCSProItem &item, const SectionLines &section, int header);
+    void tellOfUnusedValueSet(const TextLines &lines, int index);
+
+    int currentOccurrences = 1; ///< of the item read last
+    int firstLine = 1;          ///< number in the file of the line at index 0
+    bool hasSection = false;
+    bool hasLevel = false;
+    bool isCommonMeant = false; ///< whether items belong into the common record
 };
 
 #endif

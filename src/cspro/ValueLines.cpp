@@ -1,5 +1,6 @@
 #include "cspro/CSPro_p.h"
 
+#include "cspro/CSProNotes_p.h"
 #include "cspro/DecimalQuestion_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
@@ -32,10 +33,12 @@ bool beginsWith(QStringView line, QLatin1String word)
 }
 
 // The opening apostrophe goes and the closing one stays: a file's 'A' is the code A'.
-void unquote(QString &code)
+bool unquote(QString &code)
 {
-    if (code.startsWith(QLatin1Char('\'')))
-        code.remove(0, 1);
+    if (!code.startsWith(QLatin1Char('\'')))
+        return false;
+    code.remove(0, 1);
+    return true;
 }
 
 // Turns each colon, together with the character in front of it, into a blank, so that the last character of a lower
@@ -81,6 +84,26 @@ public:
     {
     }
 
+    /// Reads a line; \a number is the one it has in the file.
+    void readLine(QStringView line, int number)
+    {
+        currentLine = number;
+        readLine(line);
+        noteLines(number);
+    }
+
+    // The last value is added as it stands, whatever its code holds; no other escapes the test for several ranges.
+    void finish()
+    {
+        if (pending && !pending->special)
+            set.addItem(pending.release());
+        noteLines(pendingLine);
+    }
+
+    /// The lines that the values of the set stand in, where there is a report.
+    const std::vector<int> &lines() const { return valueLines; }
+
+private:
     void readLine(QStringView line)
     {
         const QLatin1String valueKey("value=");
@@ -91,17 +114,23 @@ public:
             readMark(line.mid(nameKey.size()));
     }
 
-    // The last value is added as it stands, whatever its code holds; no other escapes the test for several ranges.
-    void finish()
+    void noteLines(int number)
     {
-        if (pending && !pending->special)
-            set.addItem(pending.release());
+        if (reader.report)
+            valueLines.resize(size_t(set.items->size()), number);
     }
 
-private:
+    void tell(NoteKind kind, QStringView text) const
+    {
+        if (reader.report)
+            reader.report->add(kind, text.toString(), currentLine, item.name);
+    }
+
     void readValue(QStringView line)
     {
         flush();
+        noteLines(pendingLine);
+        pendingLine = currentLine;
         pending = std::make_unique<TValueSetItem>();
         readShape(line);
         pending->code = code;
@@ -141,14 +170,21 @@ private:
     {
         code = text(line.left(semicolon));
         label = text(line.mid(semicolon + 1));
-        unquote(code);
+        takeQuoteFrom(line);
     }
 
     void readValueWithoutLabel(QStringView line)
     {
         label.clear();
         code = text(line);
-        unquote(code);
+        takeQuoteFrom(line);
+        tell(NoteKind::valueWithoutLabel, line);
+    }
+
+    void takeQuoteFrom(QStringView line)
+    {
+        if (unquote(code) && code.endsWith(QLatin1Char('\'')))
+            tell(NoteKind::keptApostrophe, line);
     }
 
     // The lower bound is added now, the upper one is what is pending.
@@ -161,6 +197,7 @@ private:
         if (semicolon > 0)
             label = text(upper.mid(semicolon + 1));
         addValue(set, text(line.left(colon)), label);
+        tell(semicolon > 0 ? NoteKind::rangeAsEndPoints : NoteKind::rangeWithoutUpper, line);
     }
 
     // The upper bound keeps its colon, so the set of a numeric item is lost; the label, where there is one, keeps its
@@ -173,11 +210,13 @@ private:
         if (semicolon > 0)
             label = text(upper.mid(semicolon));
         addValue(set, text(line.left(colon)), label);
+        tell(NoteKind::rangeWithoutLabel, line);
     }
 
     // Several values and ranges with one label: every piece but the first keeps the blank or colon in front of it.
     void readSeveral(QStringView line, int semicolon)
     {
+        tell(NoteKind::severalInALine, line);
         label = text(line.mid(semicolon + 1));
         QStringView rest = line.left(semicolon);
         int cut = textfile::indexOf(rest, ' ');
@@ -198,7 +237,7 @@ private:
         pending->type = 0;
         const int comma = textfile::indexOf(line, ',');
         if (comma <= 0)
-            return;
+            return tell(NoteKind::markNotRecognised, line);
         code = line.left(comma - 1).toString().toUpper();
         label = line.mid(comma).toString().toUpper();
         // Never true, as the label begins with the comma: the word behind it has no effect.
@@ -207,6 +246,10 @@ private:
             mark(1, item.missingValue);
         else if (code == QLatin1String("NOTAPPL"))
             mark(2, item.notApplicable);
+        if (pending->type != 0)
+            tell(NoteKind::markedValue, pending->code + QLatin1Char(' ') + pending->name);
+        else
+            tell(NoteKind::markNotRecognised, line);
     }
 
     void mark(int type, QString &itemCode)
@@ -224,28 +267,53 @@ private:
     QString code;
     QString label;
     std::unique_ptr<TValueSetItem> pending;
+    int currentLine = 0;
+    int pendingLine = 0;
+    std::vector<int> valueLines; ///< parallel to the values of the set
 };
 
 void TCSPro::readValueSet(const TextLines &lines, int &index)
 {
     // Only the first value set of an item counts; one before any item describes nothing.
-    if (!currentItem || currentItem->hasValueSets())
+    if (!currentItem || currentItem->hasValueSets()) {
+        if (report)
+            tellOfUnusedValueSet(lines, index);
         return;
+    }
+    const int header = firstLine + index;
+    const size_t firstNote = report ? report->size() : 0;
     const SectionLines section = sectionLines(lines, index);
+    if (report)
+        cspro::tellOfSection(*report, cspro::Section::valueSet, section, header);
     OwnedValueSet set(new TCSProValueSet);
     set->label = getStringValue(section, CSProKeyword::Label);
     set->name = getStringValue(section, CSProKeyword::Name);
     set->isNumeric = currentIsNumeric;
 
     ValueLines values(*this, *currentItem, *set);
-    for (const QStringView line : section)
-        values.readLine(line);
+    for (size_t i = 0; i < section.size(); ++i)
+        values.readLine(section.at(i), section.numberOf(i));
     values.finish();
 
-    if (!acceptCodes(set.get()))
+    const bool isAccepted = acceptCodes(set.get(), values.lines());
+    if (report && isAccepted)
+        cspro::tellOfRepeatedCodes(*report, *set, currentItem->name);
+    if (report)
+        report->nameVariable(firstNote, currentItem->name);
+    if (!isAccepted)
         return;
     set->sortItems();
     attachValueSet(set.release());
+}
+
+void TCSPro::tellOfUnusedValueSet(const TextLines &lines, int index)
+{
+    const int header = firstLine + index;
+    const QString setName = getStringValue(sectionLines(lines, index), CSProKeyword::Name);
+    if (currentItem)
+        report->add(NoteKind::furtherValueSet, setName, header, currentItem->name);
+    else
+        report->add(NoteKind::valueSetWithoutItem, setName, header);
 }
 
 void TCSPro::splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending) const
@@ -257,14 +325,19 @@ void TCSPro::splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending)
     addValue(*set, text, pending->name);
 }
 
-bool TCSPro::acceptCodes(TCSProValueSet *set)
+bool TCSPro::acceptCodes(TCSProValueSet *set, const std::vector<int> &lines)
 {
-    // A code that did not convert loses the whole set, without a word.
-    return acceptDecimalCodes(set) && set->checkCodes(TCSProValueSet::modeAllIntegers);
+    if (!acceptDecimalCodes(set, lines))
+        return false;
+    // A code that did not convert loses the whole set, without a word but to a report.
+    const bool areIntegers = set->checkCodes(TCSProValueSet::modeAllIntegers);
+    if (report && !areIntegers)
+        cspro::tellOfDroppedSet(*report, *set, lines);
+    return areIntegers;
 }
 
 // Asks about decimal codes, unless an answer holds for all sets of the dictionary; false if the set is to be dropped.
-bool TCSPro::acceptDecimalCodes(TCSProValueSet *set)
+bool TCSPro::acceptDecimalCodes(TCSProValueSet *set, const std::vector<int> &lines)
 {
     if (set->checkCodes(TCSProValueSet::modeNoDecimal))
         return true;
@@ -273,20 +346,16 @@ bool TCSPro::acceptDecimalCodes(TCSProValueSet *set)
             = askDecimal(tr("<b>A decimal number was found</b>"),
                          tr("Would you like to convert it to an integer number?"), tr("Caution"), QMessageBox::Warning);
     }
-    switch (lastButton) {
-    case QMessageBox::YesToAll:
+    const bool becomesInteger = lastButton == QMessageBox::YesToAll || lastButton == QMessageBox::Yes;
+    if (lastButton == QMessageBox::YesToAll)
         decimalAnswer = yesToAll;
-        break;
-    case QMessageBox::Yes:
-        break;
-    case QMessageBox::NoToAll:
+    else if (lastButton == QMessageBox::NoToAll)
         decimalAnswer = noToAll;
-        return false;
-    default:
-        return false;
-    }
-    set->convertToInteger();
-    return true;
+    if (report)
+        cspro::tellOfDecimalCodes(*report, *set, lines, becomesInteger);
+    if (becomesInteger)
+        set->convertToInteger();
+    return becomesInteger;
 }
 
 int TCSPro::askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon)
@@ -299,6 +368,8 @@ void TCSPro::attachValueSet(TCSProValueSet *set)
 {
     const int group = currentItem->firstOccurrence;
     if (group == 0) {
+        if (report && currentOccurrences > 1)
+            report->add(NoteKind::onlyLastOccurrence, set->name, 0, currentItem->name);
         currentItem->addValueSet(set);
         return;
     }

@@ -22,6 +22,7 @@ enum class NoteKind {
     readingEnded,         ///< reading ended before the end of the file
     duplicateVariable,    ///< two variables of one name
     overlappingPositions, ///< two variables of one record that stand on the same columns
+    codeRounded,          ///< a code of more than six digits
     boundRounded,         ///< a minimum or maximum of more than six digits
     decimalsLost,         ///< a variable with decimals
     duplicateCode,        ///< a code that stands twice in the value labels of a variable
@@ -31,6 +32,7 @@ enum class NoteKind {
     lineOutsideSection,  ///< a line in front of the first section
     swallowedHeader,     ///< a section header behind blanks
     unclosedHeader,      ///< a section header without its closing bracket
+    furtherLevel,        ///< a second level
     unknownKey,          ///< a key that is not read
     keyBySubstring,      ///< a key that was taken from another line
     keyWithoutEquals,    ///< a line with a key and no "="
@@ -64,7 +66,7 @@ enum class NoteKind {
     furtherPairs,     ///< a value of several pairs
     valueWithoutCode, ///< a value without a code
     rangeAsCode,      ///< a range
-    subitemsNotRead,  ///< subitems inside of an item
+    subitemReadFlat,  ///< a subitem
     decimalsNotRead,  ///< an item with decimals
     specialNotRead,   ///< a value that stands for missing or not applicable
     firstAtColumnOne, ///< the first item of a record has no position

@@ -1,6 +1,7 @@
 #include "lookup/Lookup.h"
 
 #include "import/ErrorManager.h"
+#include "import/ReadReport.h"
 #include "lookup/LookupEntries_p.h"
 #include "util/TextCache_p.h"
 #include "util/UtilFiles.h"
@@ -169,6 +170,8 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
         errorText = formatMessage(QStringLiteral("Workspace.LoadDefinition.InputDataFile"),
                                   QStringLiteral("Input data file [%1] was not found"), fileName);
         errorCode = 1;
+        if (report)
+            report->add(NoteKind::fileNotRead, fileName);
         return false;
     }
     // Key and value stay as the last line of an earlier check has left them.
@@ -224,12 +227,21 @@ void TVpLookup::splitKeyValueAVL(QStringList *errors)
         const QStringRef rest = currentLine.midRef(position + 1);
         key = currentLine.left(position);
         value = separator == spaceSeparator ? withoutLeadingBlanks(rest) : rest.toString();
-    } else if (isReporting()) {
-        // Key and value stay those of the line before.
+        return;
+    }
+    // Key and value stay those of the line before.
+    if (report)
+        report->add(NoteKind::repeatsLineBefore, currentLine, lineNumber);
+    if (isReporting()) {
         issueErrorMessage(errors,
                           formatMessage(QStringLiteral("VpLookup.splitKeyValueAVL.noSeparator"),
                                         QStringLiteral("Separator [%1] does not exist"), text));
     }
+}
+
+void TVpLookup::setReadReport(ReadReport *newReport)
+{
+    report = newReport;
 }
 
 void TVpLookup::issueErrorMessage(QStringList *errors, QString message)

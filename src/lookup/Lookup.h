@@ -10,6 +10,8 @@
 #include <functional>
 #include <map>
 
+class ReadReport;
+
 /// A lookup file, which pairs a key with a value on each line, and its check.
 ///
 /// A line is a key, one separator and a value. The key is everything before the first separator and has at least one
@@ -69,6 +71,10 @@ public:
     /// caller's.
     void consistencyCheck(econsistencyCheck mode, std::map<QString, int *> &frequencies, QStringList *errors);
 
+    /// Has checks from now on tell \a newReport where a line is not what it looks like; null, as in a new object, tells
+    /// nobody. Not owned: it must outlive the checks. Copies tell the same report.
+    void setReadReport(ReadReport *newReport);
+
     /// Who hears of the progress of checks, a few times for each megabyte; nobody in a new object. Copies share it.
     void setProgressListener(ProgressListener listener);
 
@@ -108,6 +114,7 @@ private:
     qint64 fileSize = 0;    ///< in bytes
     qint64 currentSize = 0; ///< length in characters of the line in hand
     ProgressListener progressListener;
+    ReadReport *report = nullptr; ///< see setReadReport()
 };
 
 #endif

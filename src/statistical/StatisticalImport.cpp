@@ -33,10 +33,15 @@ void appendLatin1(QString &text, const char *bytes, size_t size)
     text.append(QLatin1String(bytes, int(size)));
 }
 
+bool isAscii(const char *text, size_t size)
+{
+    return std::all_of(text, text + size, [](char byte) { return static_cast<signed char>(byte) >= 0; });
+}
+
 void appendUtf8(QString &text, const char *bytes, size_t size)
 {
     // The short way for what is the same in both.
-    if (std::all_of(bytes, bytes + size, [](char byte) { return static_cast<signed char>(byte) >= 0; }))
+    if (isAscii(bytes, size))
         appendLatin1(text, bytes, size);
     else
         text.append(QString::fromUtf8(bytes, int(size)));
@@ -61,6 +66,16 @@ bool isDigit(char character)
 qint32 firstDigitOfFormat(const readstat_variable_t &variable)
 {
     return lengthOf(variable.format) > 1 && isDigit(variable.format[1]) ? variable.format[1] - '0' : 0;
+}
+
+// The width as the format tells it: 10 for "F10.2", 11 for "DATE11".
+int widthInFormat(const readstat_variable_t &variable)
+{
+    const char *end = variable.format + lengthOf(variable.format);
+    const char *digit = std::find_if(variable.format, end, isDigit);
+    int width = 0;
+    std::from_chars(digit, end, width);
+    return width;
 }
 
 // ReadStat leaves `decimals` at 0 when it reads; the digits behind the point of the format tell then.
@@ -168,6 +183,18 @@ LabelSet *newLabelSet(KeptObjects &kept)
     return made.release();
 }
 
+// The value of a label and its text, for a report.
+QString describeLabel(QString set, const TStatValueLabel &value, const char *label)
+{
+    constexpr int allDigits = 15;
+    set += QLatin1String(": ");
+    if (value.stringValue)
+        set += QString::fromUtf8(value.stringValue, int(value.stringLength));
+    else
+        set += QString::number(value.intValue != noInt ? value.intValue : value.doubleValue, 'g', allDigits);
+    return label ? set + QLatin1Char(' ') + QString::fromUtf8(label) : set;
+}
+
 LabelSet *setNamed(LabelSets &sets, const char *labelSet, Reading *reading, KeptObjects &kept)
 {
     const size_t bound = (reading ? reading->bounds : widestNames).withLabel;
@@ -210,6 +237,11 @@ public:
             hasUpper = true;
         }
     }
+    bool isRounded() const
+    {
+        return (hasLower && numbers::toDouble(minimum()) != lower)
+            || (hasUpper && numbers::toDouble(maximum()) != upper);
+    }
     QString minimum() const { return hasLower ? numbers::toText(lower) : QString(); }
     QString maximum() const { return hasUpper ? numbers::toText(upper) : QString(); }
 
@@ -249,6 +281,14 @@ void turnToIntegers(const LabelSet &set)
     }
 }
 
+void tellOfCutValues(ReadReport &report, const LabelSet &set, const QString &variable)
+{
+    for (const TStatValueLabel *label : set) {
+        if (label && label->intValue == noInt && label->doubleValue != numbers::truncated(label->doubleValue))
+            report.add(NoteKind::valueCutToInteger, QString::number(label->doubleValue, 'g', 15), 0, variable);
+    }
+}
+
 void makeLabelText(const Format &format, const LabelSet &set, Reading::LabelText &made)
 {
     Span span;
@@ -266,6 +306,7 @@ void makeLabelText(const Format &format, const LabelSet &set, Reading::LabelText
     made.text = text;
     made.minimum = span.minimum();
     made.maximum = span.maximum();
+    made.isRounded = span.isRounded();
 }
 
 void takeLabels(const Format &format, const LabelSet &set, bool asIntegers, Reading::LabelText &known,
@@ -288,8 +329,9 @@ void takeLabels(const Format &format, const LabelSet &set, bool asIntegers, Read
 
 } // namespace
 
-const Format stata = { readstat_parse_dta, appendLatin1, false, storageWidth, true, anyIsSafe, stataNameBounds };
-const Format spss = { readstat_parse_sav, appendUtf8, true, firstDigitOfFormat, false, isSafeSpssFile, widestOfAny };
+const Format stata = { readstat_parse_dta, appendLatin1, false, storageWidth, true, true, anyIsSafe, stataNameBounds };
+const Format spss
+    = { readstat_parse_sav, appendUtf8, true, firstDigitOfFormat, false, false, isSafeSpssFile, widestOfAny };
 
 Reading::Reading(const Format &fileFormat, const QString &path, bool buffered)
     : format(fileFormat)
@@ -302,6 +344,49 @@ Reading::Reading(const Format &fileFormat, const QString &path, bool buffered)
     bounds = format.nameBounds(seenPath);
     isSafe = format.isSafe(seenPath);
     isBuffered = buffered;
+}
+
+void Reading::tellOfLabel(const char *labelSet, const TStatValueLabel &value, const char *label) const
+{
+    const auto tell = [&](NoteKind kind) {
+        const QString set = QString::fromUtf8(labelSet, int(qstrnlen(labelSet, uint(bounds.withLabel))));
+        report->add(kind, describeLabel(set, value, label));
+    };
+    if (!label)
+        tell(NoteKind::labelWithoutText);
+    else if (value.intValue == noInt && value.doubleValue == noDouble && !value.stringValue)
+        tell(NoteKind::labelOfMinusOne);
+    else if (format.textsAreLatin1 && !isAscii(label, std::strlen(label)))
+        tell(NoteKind::textNotAscii);
+}
+
+void Reading::tellOfVariable(const readstat_variable_t &variable, const TGenericField &field) const
+{
+    const auto tell = [&](NoteKind kind, const QString &text) { report->add(kind, text, 0, field.name); };
+    const QString variableFormat = QString::fromLatin1(variable.format, int(lengthOf(variable.format)));
+    if (format.textsAreLatin1 && !isAscii(variable.label, lengthOf(variable.label)))
+        tell(NoteKind::textNotAscii, QString::fromUtf8(variable.label, int(lengthOf(variable.label))));
+    if (field.type == vtNone)
+        tell(NoteKind::typeUnknown, variableFormat);
+    if (variable.missingness.missing_ranges_count > 0)
+        tell(NoteKind::missingNotRead, QString::number(variable.missingness.missing_ranges_count));
+    if (format.decimalsDecide && field.type != vtString && hasDecimals(variable))
+        tell(NoteKind::decimalsLost, variableFormat);
+    if (format.widthOf == firstDigitOfFormat && widthInFormat(variable) != field.length)
+        tell(NoteKind::widthCut, variableFormat);
+}
+
+void Reading::tellOfEnd(readstat_error_t labelPass, readstat_error_t variablePass, bool hasVariables) const
+{
+    const readstat_error_t error = variablePass != READSTAT_OK ? variablePass : labelPass;
+    if (error == READSTAT_OK)
+        return;
+    const QString words = isSafe ? QString::fromUtf8(readstat_error_message(error))
+                                 : QStringLiteral("more than %1 variables with long names").arg(mostLongNames);
+    if (error == READSTAT_ERROR_UNSUPPORTED_FILE_FORMAT_VERSION)
+        report->add(NoteKind::versionRefused, words);
+    else
+        report->add(hasVariables ? NoteKind::readingEnded : NoteKind::fileNotRead, words);
 }
 
 readstat_error_t Reading::pass(readstat_value_label_handler onLabel, readstat_variable_handler onVariable,
@@ -352,9 +437,16 @@ void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t
                    Reading *reading, KeptObjects &kept)
 {
     LabelSet *set = setNamed(sets, labelSet, reading, kept);
-    if (!label)
+    const bool isTold = reading && reading->report;
+    if (!label && !isTold)
         return;
     auto made = std::make_unique<TStatValueLabel>(makeValueLabel(value));
+    if (isTold)
+        reading->tellOfLabel(labelSet, *made, label);
+    if (!label) {
+        delete[] made->stringValue;
+        return;
+    }
     made->labelLength = std::strlen(label);
     made->label = copyOf(label, made->labelLength);
     set->push_back(nullptr); // may raise, so it comes first
@@ -369,6 +461,8 @@ void describe(const Format &format, const readstat_variable_t &variable, const c
     field.name = QString::fromUtf8(variable.name, int(lengthOf(variable.name)));
     format.appendText(field.label, variable.label, lengthOf(variable.label));
     field.length = format.widthOf(variable);
+    if (reading && reading->report)
+        reading->tellOfVariable(variable, field);
     if (field.type != vtString || format.textsHaveRange) {
         field.minimum = QStringLiteral("0");
         field.maximum = reading ? reading->nines(field.length) : Nines()(field.length);
@@ -377,13 +471,22 @@ void describe(const Format &format, const readstat_variable_t &variable, const c
         return;
     const size_t bound = (reading ? reading->bounds : widestNames).withVariable;
     const auto found = sets.find(std::string(labelSet, qstrnlen(labelSet, uint(bound))));
-    if (found == sets.end() || !found->second)
+    const bool hasSet = found != sets.end() && found->second;
+    if (!hasSet && *labelSet && reading && reading->report)
+        reading->report->add(NoteKind::labelSetMissing,
+                             QString::fromUtf8(labelSet, int(qstrnlen(labelSet, uint(bound)))), 0, field.name);
+    if (!hasSet)
         return;
     const bool asIntegers = format.decimalsDecide && !hasDecimals(variable);
     const bool isNumeric = field.type == vtInteger || field.type == vtReal;
     Reading::LabelText once;
-    takeLabels(format, *found->second, asIntegers, reading ? reading->labelTexts[found->second] : once, field,
-               isNumeric);
+    Reading::LabelText &known = reading ? reading->labelTexts[found->second] : once;
+    ReadReport *report = reading ? reading->report : nullptr;
+    if (report && asIntegers && !known.isOfIntegers)
+        tellOfCutValues(*report, *found->second, field.name);
+    takeLabels(format, *found->second, asIntegers, known, field, isNumeric);
+    if (report && isNumeric && known.isRounded)
+        report->add(NoteKind::boundRounded, known.minimum + QLatin1String(" to ") + known.maximum, 0, field.name);
 }
 
 bool isBlank(const TGenericField &field)

@@ -3,6 +3,7 @@
 
 #include "import/GenericField.h"
 #include "import/KeptObjects.h"
+#include "import/LayoutNotes_p.h"
 #include "util/Nines_p.h"
 
 #include <readstat.h>
@@ -54,6 +55,7 @@ struct Format {
     bool decimalsDecide;
     qint32 (*widthOf)(const readstat_variable_t &variable);
     bool textsHaveRange;
+    bool textsAreLatin1; ///< so that each letter beyond ASCII becomes several
     /// Whether ReadStat can be trusted with the file.
     bool (*isSafe)(const QString &path);
     NameBounds (*nameBounds)(const QString &path);
@@ -85,6 +87,12 @@ public:
     }
 
     NameBounds bounds = widestNames;
+    ReadReport *report = nullptr; ///< hears of what is lost or changed; not owned
+    // What a report hears; called with one alone.
+    void tellOfLabel(const char *labelSet, const TStatValueLabel &value, const char *label) const;
+    void tellOfVariable(const readstat_variable_t &variable, const TGenericField &field) const;
+    /// Tells how the two passes ended, where they did not end well.
+    void tellOfEnd(readstat_error_t labelPass, readstat_error_t variablePass, bool hasVariables) const;
 
     /// What the labels of one set give to a variable: the same text for all that share the set.
     struct LabelText {
@@ -93,6 +101,7 @@ public:
         QString minimum;           ///< null where no value lies below the start of the search
         QString maximum;           ///< null where none lies above
         bool isOfIntegers = false; ///< made after the values were turned to integers
+        bool isRounded = false;    ///< a bound has lost digits
     };
     std::unordered_map<const LabelSet *, LabelText> labelTexts;
     LabelSet *lastSet = nullptr; ///< where the last label went
@@ -155,11 +164,20 @@ template <typename Importer> struct ImportBody {
     {
         importer->labelSets.clear();
         importer->reading = &reading;
+        ReadReport *report = importer->getReadReport();
+        const bool canTell = report && !tellOfMissingFile(*report, importer->getSourceName());
+        reading.report = canTell ? report : nullptr;
+        if (canTell && !importer->variables.empty())
+            report->add(NoteKind::openedTwice, importer->getSourceName());
         const std::unique_ptr<Importer, EndReading> atEnd(importer);
-        reading.pass(Importer::handleValueLabel, nullptr, importer);
+        const readstat_error_t labelResult = reading.pass(Importer::handleValueLabel, nullptr, importer);
         const readstat_error_t result = reading.pass(nullptr, Importer::handleVariable, importer);
         for (auto *variable : importer->variables)
             importer->addField(variable);
+        if (canTell) {
+            reading.tellOfEnd(labelResult, result, !importer->variables.empty());
+            tellOfRepeatedNames(*report, importer->fields);
+        }
         return result;
     }
 

@@ -208,11 +208,13 @@ TextFileReader::TextFileReader(const QString &fileName)
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return;
+    opened = true;
     if (file.size() > textfile::mostBytes)
         throw std::bad_alloc();
     bytes = file.isSequential() ? textfile::readToEnd(file) : file.readAll();
     const auto *mark = textfile::findByteOrderMark(bytes);
     isInBlocks = mark ? mark == textfile::utf8Mark : textfile::isUtf8(bytes);
+    encodingGuessed = !mark && !isInBlocks;
 }
 
 // Behind the next line feed that a bracket follows, once the block has its size.

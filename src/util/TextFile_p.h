@@ -65,12 +65,19 @@ public:
 
     bool isEmpty() const { return views.empty(); }
     void append(QStringView line) { views.push_back(line); }
+    /// Remembers the number in the file of the line appended last; for all lines of a section or for none.
+    void numberLast(int number) { numbers.push_back(number); }
+    /// The number in the file, from 1, of the line at \a index; 0 where none was given.
+    int numberOf(size_t index) const { return index < numbers.size() ? numbers[index] : 0; }
+    size_t size() const { return views.size(); }
+    QStringView at(size_t index) const { return views[index]; }
     void reserve(int count) { views.reserve(size_t(count)); }
     auto begin() const { return views.cbegin(); }
     auto end() const { return views.cend(); }
 
 private:
     std::vector<QStringView> views;
+    std::vector<int> numbers;
 };
 
 namespace textfile
@@ -113,11 +120,17 @@ public:
     /// Sets \a text to the next block; false at the end of the file.
     bool readBlock(QString &text);
 
+    bool isOpened() const { return opened; }
+    /// Whether nothing in the file tells its encoding.
+    bool isEncodingGuessed() const { return encodingGuessed; }
+
 private:
     int endOfBlock() const;
 
-    QByteArray bytes;        ///< of the whole file
-    int position = 0;        ///< of the next block
+    QByteArray bytes; ///< of the whole file
+    int position = 0; ///< of the next block
+    bool opened = false;
+    bool encodingGuessed = false;
     bool isInBlocks = false; ///< UTF-8 can be read in blocks, any other encoding in one piece
 };
 

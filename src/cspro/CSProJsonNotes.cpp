@@ -1,0 +1,262 @@
+#include "cspro/CSProNotes_p.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <vector>
+
+namespace cspro
+{
+
+namespace
+{
+
+enum JsonType { textType, integerType, numberType, flagType, arrayType, objectType, anyType };
+
+struct JsonKey {
+    const char *name;
+    JsonType type;
+};
+using JsonKeys = std::vector<JsonKey>;
+
+// The keys of each object: those that are read with their type, and those that a layout has no place for.
+const JsonKeys dictionaryKeys = { { "name", textType },
+                                  { "version", numberType },
+                                  { "recordType", objectType },
+                                  { "relativePositions", flagType },
+                                  { "defaults", objectType },
+                                  { "levels", arrayType },
+                                  { "labels", anyType },
+                                  { "languages", anyType },
+                                  { "software", anyType },
+                                  { "fileType", anyType },
+                                  { "editable", anyType },
+                                  { "security", anyType },
+                                  { "readOptimization", anyType },
+                                  { "enableBinaryItems", anyType } };
+const JsonKeys recordTypeKeys = { { "start", integerType }, { "length", integerType } };
+const JsonKeys defaultsKeys = { { "decimalMark", flagType }, { "zeroFill", flagType } };
+const JsonKeys levelKeys
+    = { { "name", anyType }, { "labels", anyType }, { "ids", objectType }, { "records", arrayType } };
+const JsonKeys idsKeys = { { "items", arrayType } };
+const JsonKeys recordKeys = { { "name", textType },
+                              { "labels", arrayType },
+                              { "recordType", textType },
+                              { "occurrences", objectType },
+                              { "items", arrayType } };
+const JsonKeys occurrencesKeys = { { "maximum", integerType }, { "required", flagType } };
+const JsonKeys itemKeys = { { "name", textType },      { "labels", arrayType },       { "contentType", textType },
+                            { "length", integerType }, { "start", integerType },      { "decimalMark", flagType },
+                            { "zeroFill", flagType },  { "occurrences", objectType }, { "valueSets", arrayType },
+                            { "decimals", anyType },   { "subitem", anyType },        { "subitemOffset", anyType } };
+const JsonKeys valueSetKeys = { { "name", textType }, { "labels", arrayType }, { "values", arrayType } };
+const JsonKeys valueKeys = { { "labels", arrayType }, { "pairs", arrayType }, { "special", anyType } };
+const JsonKeys pairKeys = { { "value", textType }, { "range", arrayType } };
+
+bool isInteger(const QJsonValue &value)
+{
+    constexpr int no = 1;
+    constexpr int other = 2;
+    return value.isDouble() && (value.toInt(no) != no || value.toInt(other) != other);
+}
+
+bool hasType(const QJsonValue &value, JsonType type)
+{
+    switch (type) {
+    case textType:
+        return value.isString();
+    case integerType:
+        return isInteger(value);
+    case numberType:
+        return value.isDouble();
+    case flagType:
+        return value.isBool();
+    case arrayType:
+        return value.isArray();
+    case objectType:
+        return value.isObject();
+    default:
+        return true;
+    }
+}
+
+// A key with the beginning of its value.
+QString textOf(const QString &key, const QJsonValue &value)
+{
+    constexpr int mostCharacters = 80;
+    QJsonObject alone;
+    alone.insert(key, value);
+    QString text = QString::fromUtf8(QJsonDocument(alone).toJson(QJsonDocument::Compact)).mid(1);
+    text.chop(1);
+    return text.left(mostCharacters);
+}
+
+/// One walk over a dictionary object, in the order of the reader.
+class Walk
+{
+public:
+    explicit Walk(ReadReport &toldReport)
+        : report(toldReport)
+    {
+    }
+
+    void overDictionary(const QJsonObject &dictionary)
+    {
+        overKeys(dictionary, dictionaryKeys);
+        overKeys(objectOf(dictionary, "recordType"), recordTypeKeys);
+        overKeys(objectOf(dictionary, "defaults"), defaultsKeys);
+        const QJsonArray levels = arrayOf(dictionary, "levels");
+        forEachObject(levels, [this](const QJsonObject &level) { overLevelHead(level); });
+        forEachObject(levels, [this](const QJsonObject &level) {
+            const QJsonArray records = arrayOf(level, "records");
+            forEachObject(records, [this](const QJsonObject &record) { overRecord(record); });
+        });
+    }
+
+private:
+    static QJsonObject objectOf(const QJsonObject &parent, const char *key)
+    {
+        return parent.value(QLatin1String(key)).toObject();
+    }
+    static QJsonArray arrayOf(const QJsonObject &parent, const char *key)
+    {
+        return parent.value(QLatin1String(key)).toArray();
+    }
+
+    void tell(NoteKind kind, const QString &text) { report.add(kind, text, 0, variable); }
+
+    // Types of what is read, and keys that are not.
+    void overKeys(const QJsonObject &object, const JsonKeys &keys)
+    {
+        for (auto entry = object.constBegin(); entry != object.constEnd(); ++entry) {
+            const auto known = std::find_if(keys.cbegin(), keys.cend(),
+                                            [&](const JsonKey &key) { return entry.key() == QLatin1String(key.name); });
+            if (known == keys.cend())
+                tell(NoteKind::unknownKey, textOf(entry.key(), entry.value()));
+            else if (!hasType(entry.value(), known->type))
+                tell(NoteKind::wrongType, textOf(entry.key(), entry.value()));
+        }
+    }
+
+    // What is no object is passed over.
+    template <typename Body> void forEachObject(const QJsonArray &array, Body body)
+    {
+        for (const QJsonValue &value : array) {
+            if (value.isObject())
+                body(value.toObject());
+            else
+                tell(NoteKind::wrongType, textOf(QStringLiteral("[]"), value));
+        }
+    }
+
+    void overLabels(const QJsonObject &object)
+    {
+        const QJsonArray labels = arrayOf(object, "labels");
+        if (labels.size() > 1)
+            tell(NoteKind::furtherLanguages, labels.at(1).toObject().value(QLatin1String("text")).toString());
+    }
+
+    void overLevelHead(const QJsonObject &level)
+    {
+        overKeys(level, levelKeys);
+        if (isBehindFirstLevel)
+            tell(NoteKind::furtherLevel, level.value(QLatin1String("name")).toString());
+        isBehindFirstLevel = true;
+        const QJsonObject ids = objectOf(level, "ids");
+        overKeys(ids, idsKeys);
+        overItems(arrayOf(ids, "items"), false);
+    }
+
+    void overRecord(const QJsonObject &record)
+    {
+        overKeys(record, recordKeys);
+        overKeys(objectOf(record, "occurrences"), occurrencesKeys);
+        overLabels(record);
+        overItems(arrayOf(record, "items"), true);
+    }
+
+    void overItems(const QJsonArray &items, bool isInRecord)
+    {
+        bool isFirst = isInRecord;
+        forEachObject(items, [&](const QJsonObject &item) {
+            overItem(item, isInRecord);
+            if (isFirst && !item.contains(QLatin1String("start")))
+                tell(NoteKind::firstAtColumnOne, variable);
+            isFirst = false;
+            variable.clear();
+        });
+    }
+
+    void overItem(const QJsonObject &item, bool canRepeat)
+    {
+        const QJsonObject occurrences = objectOf(item, "occurrences");
+        const int count = canRepeat ? occurrences.value(QLatin1String("maximum")).toInt(1) : 1;
+        variable = item.value(QLatin1String("name")).toString();
+        if (count >= 2)
+            variable += QLatin1String("_1");
+        overKeys(item, itemKeys);
+        overKeys(occurrences, occurrencesKeys);
+        if (!canRepeat && !occurrences.isEmpty())
+            tell(NoteKind::unknownKey, textOf(QStringLiteral("occurrences"), occurrences));
+        overLabels(item);
+        if (item.value(QLatin1String("decimals")).toDouble() > 0)
+            tell(NoteKind::decimalsNotRead, textOf(QStringLiteral("decimals"), item.value(QLatin1String("decimals"))));
+        if (item.value(QLatin1String("subitem")).toBool())
+            tell(NoteKind::subitemReadFlat, variable);
+        overValueSets(arrayOf(item, "valueSets"));
+    }
+
+    void overValueSets(const QJsonArray &sets)
+    {
+        for (int i = 1; i < sets.size(); ++i) {
+            const QString name = sets.at(i).toObject().value(QLatin1String("name")).toString();
+            tell(NoteKind::furtherValueSet, name);
+        }
+        if (sets.isEmpty())
+            return;
+        if (!sets.at(0).isObject())
+            return tell(NoteKind::wrongType, textOf(QStringLiteral("valueSets"), sets.at(0)));
+        const QJsonObject set = sets.at(0).toObject();
+        overKeys(set, valueSetKeys);
+        overLabels(set);
+        forEachObject(arrayOf(set, "values"), [this](const QJsonObject &value) { overValue(value); });
+    }
+
+    void overValue(const QJsonObject &value)
+    {
+        overKeys(value, valueKeys);
+        overLabels(value);
+        const QString label = arrayOf(value, "labels").at(0).toObject().value(QLatin1String("text")).toString();
+        if (value.contains(QLatin1String("special")))
+            tell(NoteKind::specialNotRead, label);
+        const QJsonArray pairs = arrayOf(value, "pairs");
+        if (pairs.size() > 1)
+            tell(NoteKind::furtherPairs, label);
+        overPair(pairs.at(0).toObject(), label);
+    }
+
+    void overPair(const QJsonObject &pair, const QString &label)
+    {
+        overKeys(pair, pairKeys);
+        const QJsonArray range = arrayOf(pair, "range");
+        const bool isRange = range.size() == 2 && range.at(0).isString() && range.at(1).isString();
+        if (pair.contains(QLatin1String("value")) ? !pair.value(QLatin1String("value")).isString() : !isRange)
+            tell(NoteKind::valueWithoutCode, label);
+        else if (!pair.contains(QLatin1String("value")))
+            tell(NoteKind::rangeAsCode, range.at(0).toString() + QLatin1Char(':') + range.at(1).toString());
+    }
+
+    ReadReport &report;
+    QString variable; ///< of the item in hand
+    bool isBehindFirstLevel = false;
+};
+
+} // namespace
+
+void tellOfJson(ReadReport &report, const QJsonObject &dictionary)
+{
+    Walk(report).overDictionary(dictionary);
+}
+
+} // namespace cspro

@@ -1,0 +1,32 @@
+#include "import/LayoutNotes_p.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+
+void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields)
+{
+    if (!fields)
+        return;
+    QSet<QString> names;
+    names.reserve(fields->size());
+    for (const TGenericField *field : qAsConst(*fields)) {
+        if (!field)
+            continue;
+        const int before = names.size();
+        names.insert(field->name);
+        if (names.size() == before)
+            report.add(NoteKind::duplicateVariable, field->name, 0, field->name);
+    }
+}
+
+bool tellOfMissingFile(ReadReport &report, const QString &path)
+{
+    const QFileInfo info(path);
+    QFile file(path);
+    const bool canBeRead = !info.isDir() && (!info.isFile() || file.open(QIODevice::ReadOnly));
+    if (info.exists() && canBeRead)
+        return false;
+    report.add(NoteKind::fileNotRead, path);
+    return true;
+}

@@ -1,0 +1,15 @@
+#ifndef IMPORT_LAYOUTNOTES_P_H
+#define IMPORT_LAYOUTNOTES_P_H
+
+#include "import/GenericField.h"
+#include "import/ReadReport.h"
+
+#include <QList>
+
+/// Tells of variables of one name: a search by name finds the last one alone.
+void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields);
+
+/// Tells of a file that cannot be read at all; false if there is one.
+bool tellOfMissingFile(ReadReport &report, const QString &path);
+
+#endif
