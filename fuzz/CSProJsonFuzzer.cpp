@@ -7,7 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     static FuzzedFile file;
-    TCSProJsonDataImport importer(file.holding(data, size));
-    takeWholeRoad(importer);
+    const QString name = file.holding(data, size);
+    requireSameWithReport(TCSProJsonDataImport(name), TCSProJsonDataImport(name));
     return 0;
 }

@@ -1,6 +1,7 @@
 // A lookup file. The first byte chooses separator, mode and limit of the check.
 
 #include "FuzzedFile.h"
+#include "import/ReadReport.h"
 #include "lookup/Lookup.h"
 #include "lookup/Reports.h"
 
@@ -28,6 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     lookup.setFfileName(file.holding(data + 1, size - 1));
     lookup.setSeparator(data[0] % 6);
     lookup.setMaxMessages(data[0] & 0x40 ? 3 : 1000000);
+    ReadReport report;
+    lookup.setReadReport(&report);
     std::map<QString, int *> frequencies;
     QStringList errors;
     const auto mode = econsistencyCheck(data[0] / 6 % 4);

@@ -19,6 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     QStringList lines = { "[Item]", "Name=A", "Len=4", isText ? "DataType=Alpha" : "DataType=Numeric", "[ValueSet]" };
     lines += QString::fromUtf8(reinterpret_cast<const char *>(data + 1), int(size - 1)).split(QLatin1Char('\n'));
     TCSPro dictionary;
+    ReadReport report;
+    dictionary.report = data[0] & 4 ? &report : nullptr;
     try {
         dictionary.parseLines(&lines);
     } catch (VpErrorManager *error) {

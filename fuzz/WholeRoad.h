@@ -4,6 +4,7 @@
 #include "import/DataImport.h"
 #include "import/DataProvider.h"
 #include "import/ErrorManager.h"
+#include "import/ReadReport.h"
 #include "import/SourceField.h"
 
 #include <QString>
@@ -50,6 +51,19 @@ inline QString takeWholeRoad(TDataImport &importer)
     provider.releaseContents();
     importer.releaseContents();
     return told;
+}
+
+/// Reads a file without a report and with one: both must tell the same.
+template <typename Importer> void requireSameWithReport(Importer &&alone, Importer &&toldOf)
+{
+    ReadReport report;
+    toldOf.setReadReport(&report);
+    if (takeWholeRoad(alone) != takeWholeRoad(toldOf))
+        qFatal("a report changes what is read");
+    for (const ReadNote &note : report.notes()) {
+        if (note.id().isEmpty() || note.sentence().isEmpty() || note.line < 0)
+            qFatal("a note that tells nothing");
+    }
 }
 
 #endif

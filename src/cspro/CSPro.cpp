@@ -29,20 +29,6 @@ bool containsKey(QStringView line, QStringView key)
     return false;
 }
 
-// What stands behind "=" in the first line that contains the key. The key is found anywhere in the line, by substring
-// and in file order: a line that merely contains it wins if it stands first. A second "=" spoils the line.
-std::optional<QStringView> findValue(const SectionLines &lines, const QString &key)
-{
-    const auto line
-        = std::find_if(lines.begin(), lines.end(), [&key](QStringView text) { return containsKey(text, key); });
-    if (line == lines.end())
-        return std::nullopt;
-    const int equals = textfile::indexOf(*line, '=');
-    if (equals < 0 || textfile::indexOf(*line, '=', equals + 1) >= 0)
-        return std::nullopt;
-    return line->mid(equals + 1);
-}
-
 bool isHeader(QStringView line)
 {
     return !line.isEmpty() && line.front() == QLatin1Char('[');
@@ -160,7 +146,25 @@ SectionLines TCSPro::sectionLines(const TextLines &lines, int &index) const
             section.numberLast(firstLine + next);
     }
     index = next - 1;
+    if (report)
+        sectionNotes.begin(section.size());
     return section;
+}
+
+// What stands behind "=" in the first line that contains the key. The key is found anywhere in the line, by substring
+// and in file order: a line that merely contains it wins if it stands first. A second "=" spoils the line.
+std::optional<QStringView> TCSPro::findValue(const SectionLines &lines, const QString &key) const
+{
+    const auto line
+        = std::find_if(lines.begin(), lines.end(), [&key](QStringView text) { return containsKey(text, key); });
+    if (report)
+        sectionNotes.useKey(*report, lines, size_t(line - lines.begin()), key);
+    if (line == lines.end())
+        return std::nullopt;
+    const int equals = textfile::indexOf(*line, '=');
+    if (equals < 0 || textfile::indexOf(*line, '=', equals + 1) >= 0)
+        return std::nullopt;
+    return line->mid(equals + 1);
 }
 
 QString TCSPro::getStringValue(const SectionLines &lines, const QString &key) const
@@ -182,6 +186,8 @@ int TCSPro::getIntValue(const SectionLines &lines, const QString &key, int defau
         const int number = value ? numbers::toInt(*value, &ok) : 0;
         if (ok)
             result = number;
+        else if (value && report)
+            sectionNotes.failToConvert(*report, lines);
     });
     return result;
 }
@@ -206,8 +212,6 @@ void TCSPro::readDictionary(const TextLines &lines, int &index)
 {
     const int header = firstLine + index;
     const SectionLines section = sectionLines(lines, index);
-    if (report)
-        cspro::tellOfSection(*report, cspro::Section::dictionary, section, header);
     version = getStringValue(section, QStringLiteral("Version"));
     label = getStringValue(section, CSProKeyword::Label);
     name = getStringValue(section, CSProKeyword::Name);
@@ -216,6 +220,8 @@ void TCSPro::readDictionary(const TextLines &lines, int &index)
     positions = getStringValue(section, CSProKeyword::Positions);
     zeroFill = getStringValue(section, CSProKeyword::ZeroFill);
     decimalChar = getStringValue(section, CSProKeyword::DecimalChar);
+    if (report)
+        sectionNotes.end(*report, cspro::Section::dictionary, section, header);
 }
 
 void TCSPro::readRecord(const TextLines &lines, int &index)
@@ -247,6 +253,7 @@ bool TCSPro::readFlag(const SectionLines &lines, const QString &key) const
 void TCSPro::readItem(const TextLines &lines, int &index)
 {
     const int header = firstLine + index;
+    const size_t firstNote = report ? report->size() : 0;
     const SectionLines section = sectionLines(lines, index);
     auto item = std::make_unique<TCSProItem>();
     item->label = getStringValue(section, CSProKeyword::Label);
@@ -261,7 +268,7 @@ void TCSPro::readItem(const TextLines &lines, int &index)
     item->decimalChar = readFlag(section, CSProKeyword::DecimalChar);
     item->zeroFill = readFlag(section, CSProKeyword::ZeroFill);
     if (report)
-        tellOfItem(*item, section, header);
+        tellOfItem(*item, section, header, firstNote);
     currentOccurrences = item->occurrences;
     if (item->occurrences != 1) {
         addOccurrences(*item);
@@ -338,7 +345,7 @@ void TCSPro::tellOfLineOutside(QStringView line, int index)
 
 void TCSPro::tellOfRecord(const TCSProRecord &record, const SectionLines &section, int header)
 {
-    cspro::tellOfSection(*report, cspro::Section::record, section, header);
+    sectionNotes.end(*report, cspro::Section::record, section, header);
     const QString &type = record.recordType;
     const auto isQuote
         = [](QChar character) { return character == QLatin1Char('\'') || character == QLatin1Char('"'); };
@@ -346,10 +353,9 @@ void TCSPro::tellOfRecord(const TCSProRecord &record, const SectionLines &sectio
         report->add(NoteKind::recordTypeCut, type, header);
 }
 
-void TCSPro::tellOfItem(const TCSProItem &item, const SectionLines &section, int header)
+void TCSPro::tellOfItem(const TCSProItem &item, const SectionLines &section, int header, size_t firstNote)
 {
-    const size_t first = report->size();
-    cspro::tellOfSection(*report, cspro::Section::item, section, header);
+    sectionNotes.end(*report, cspro::Section::item, section, header);
     if (currentRecord == commonRecord && !isCommonMeant)
         report->add(NoteKind::itemOutsideRecord, item.name, header);
     if (item.occurrences < 1)
@@ -359,5 +365,5 @@ void TCSPro::tellOfItem(const TCSProItem &item, const SectionLines &section, int
     if (item.subItem)
         report->add(NoteKind::subitem, item.name, header);
     // The first occurrence stands for all.
-    report->nameVariable(first, item.occurrences > 1 ? item.name + QLatin1Char('_') + QChar(1) : item.name);
+    report->nameVariable(firstNote, item.occurrences > 1 ? item.name + QLatin1Char('_') + QChar(1) : item.name);
 }

@@ -124,8 +124,10 @@ void TCSProDataImport::openRead(QString fileName)
     cspro::listGroups(*dictionary, groupList, kept);
     layoutPending = false;
     copyDataFromDictionary();
-    if (report)
-        cspro::tellOfLayout(*report, *dictionary, groupList, fields);
+    if (report) {
+        cspro::tellOfLayout(*report, *dictionary, groupList);
+        tellOfRepeatedNames(*report, fields, fieldsByName.size());
+    }
     dictionary->report = nullptr;
 }
 

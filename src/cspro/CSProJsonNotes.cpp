@@ -203,7 +203,7 @@ private:
         if (item.value(QLatin1String("decimals")).toDouble() > 0)
             tell(NoteKind::decimalsNotRead, textOf(QStringLiteral("decimals"), item.value(QLatin1String("decimals"))));
         if (item.value(QLatin1String("subitem")).toBool())
-            tell(NoteKind::subitemReadFlat, variable);
+            tell(item.contains(QLatin1String("start")) ? NoteKind::subitem : NoteKind::subitemReadFlat, variable);
         overValueSets(arrayOf(item, "valueSets"));
     }
 

@@ -18,7 +18,11 @@ class TCSProJson : public CSProDictionary
 public:
     /// The copies of repeated items have no more values than this: each has its own, so a small file could ask for any
     /// number of them.
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
+    static constexpr qint64 mostValues = 4000;
+#else
     static constexpr qint64 mostValues = 4000000;
+#endif
 
     TCSProJson();
     ~TCSProJson() override;

@@ -3,10 +3,7 @@
 #include "cspro/GroupSearch_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
-#include "import/LayoutNotes_p.h"
 #include "util/Numbers_p.h"
-
-#include <QSet>
 
 #include <algorithm>
 #include <map>
@@ -18,42 +15,21 @@ namespace cspro
 namespace
 {
 
-enum KeyUse { textKey, neededKey, numberKey, neededNumberKey };
+using Keys = std::vector<QString>;
 
-struct Key {
-    QString name;
-    KeyUse use;
-};
-using Keys = std::vector<Key>;
-
+// The keys that are read of a section.
 const Keys &keysOf(Section kind)
 {
-    static const Keys dictionary = {
-        { QStringLiteral("Version"), textKey },
-        { CSProKeyword::Label, textKey },
-        { CSProKeyword::Name, textKey },
-        { CSProKeyword::RecordTypeStart, numberKey },
-        { CSProKeyword::RecordTypeLen, numberKey },
-        { CSProKeyword::Positions, textKey },
-        { CSProKeyword::ZeroFill, textKey },
-        { CSProKeyword::DecimalChar, textKey },
-    };
-    static const Keys record = {
-        { CSProKeyword::Label, textKey },           { CSProKeyword::Name, neededKey },
-        { CSProKeyword::RecordTypeValue, textKey }, { CSProKeyword::Required, textKey },
-        { CSProKeyword::MaxRecords, numberKey },    { CSProKeyword::RecordLen, numberKey },
-    };
-    static const Keys item = {
-        { CSProKeyword::Label, textKey },         { CSProKeyword::Name, neededKey },
-        { CSProKeyword::Start, neededNumberKey }, { CSProKeyword::Len, neededNumberKey },
-        { CSProKeyword::DataType, textKey },      { CSProKeyword::ItemType, textKey },
-        { CSProKeyword::Occurrences, numberKey }, { CSProKeyword::Decimal, numberKey },
-        { CSProKeyword::DecimalChar, textKey },   { CSProKeyword::ZeroFill, textKey },
-    };
-    static const Keys valueSet = {
-        { CSProKeyword::Label, textKey },
-        { CSProKeyword::Name, textKey },
-    };
+    static const Keys dictionary
+        = { QStringLiteral("Version"),   CSProKeyword::Label,     CSProKeyword::Name,     CSProKeyword::RecordTypeStart,
+            CSProKeyword::RecordTypeLen, CSProKeyword::Positions, CSProKeyword::ZeroFill, CSProKeyword::DecimalChar };
+    static const Keys record = { CSProKeyword::Label,    CSProKeyword::Name,       CSProKeyword::RecordTypeValue,
+                                 CSProKeyword::Required, CSProKeyword::MaxRecords, CSProKeyword::RecordLen };
+    static const Keys item
+        = { CSProKeyword::Label,       CSProKeyword::Name,     CSProKeyword::Start,       CSProKeyword::Len,
+            CSProKeyword::DataType,    CSProKeyword::ItemType, CSProKeyword::Occurrences, CSProKeyword::Decimal,
+            CSProKeyword::DecimalChar, CSProKeyword::ZeroFill };
+    static const Keys valueSet = { CSProKeyword::Label, CSProKeyword::Name };
     switch (kind) {
     case Section::dictionary:
         return dictionary;
@@ -66,6 +42,22 @@ const Keys &keysOf(Section kind)
     }
 }
 
+// The keys that have to be there: without them a default is taken that is hardly meant.
+const Keys &neededKeysOf(Section kind)
+{
+    static const Keys none;
+    static const Keys record = { CSProKeyword::Name };
+    static const Keys item = { CSProKeyword::Name, CSProKeyword::Start, CSProKeyword::Len };
+    switch (kind) {
+    case Section::record:
+        return record;
+    case Section::item:
+        return item;
+    default:
+        return none;
+    }
+}
+
 // The key of a line as a person reads it: what stands in front of its first "=".
 QStringView keyOf(QStringView line)
 {
@@ -75,70 +67,74 @@ QStringView keyOf(QStringView line)
 
 bool isAmong(const Keys &keys, QStringView name)
 {
-    return std::any_of(keys.cbegin(), keys.cend(), [name](const Key &key) { return name == key.name; });
+    return std::any_of(keys.cbegin(), keys.cend(), [name](const QString &key) { return name == key; });
 }
 
-bool needsANumber(KeyUse use)
+bool standsEarlier(const SectionLines &lines, size_t index, QStringView key)
 {
-    return use == numberKey || use == neededNumberKey;
-}
-
-// The line from which a key is taken, by substring, as the reader takes it.
-void tellOfKey(ReadReport &report, const Key &key, const SectionLines &lines, int headerLine)
-{
-    const auto found
-        = std::find_if(lines.begin(), lines.end(), [&key](QStringView line) { return line.contains(key.name); });
-    if (found == lines.end()) {
-        if (key.use == neededKey || key.use == neededNumberKey)
-            report.add(NoteKind::missingKey, key.name, headerLine);
-        return;
+    for (size_t i = 0; i < index; ++i) {
+        if (keyOf(lines.at(i)) == key)
+            return true;
     }
-    const QStringView line = *found;
-    const int number = lines.numberOf(size_t(found - lines.begin()));
-    const QString text = key.name + QLatin1String(": ") + line.toString();
-    const int equals = textfile::indexOf(line, '=');
-    if (equals < 0)
-        return report.add(NoteKind::keyWithoutEquals, text, number);
-    if (keyOf(line) != key.name)
-        report.add(NoteKind::keyBySubstring, text, number);
-    if (textfile::indexOf(line, '=', equals + 1) >= 0)
-        return report.add(NoteKind::secondEquals, text, number);
-    bool isNumber = true;
-    if (needsANumber(key.use))
-        numbers::toInt(line.mid(equals + 1), &isNumber);
-    if (!isNumber)
-        report.add(NoteKind::numberNotConverted, line.toString(), number);
-}
-
-bool isValueLine(QStringView line)
-{
-    return line.startsWith(QLatin1String("value="), Qt::CaseInsensitive)
-        || line.startsWith(QLatin1String("name="), Qt::CaseInsensitive);
+    return false;
 }
 
 } // namespace
 
-void tellOfSection(ReadReport &report, Section kind, const SectionLines &lines, int headerLine)
+void SectionNotes::begin(size_t lineCount)
 {
-    const Keys &keys = keysOf(kind);
-    for (const Key &key : keys)
-        tellOfKey(report, key, lines, headerLine);
-    std::vector<QStringView> seen; // few: keys that are read
-    for (size_t i = 0; i < lines.size(); ++i) {
-        const QStringView line = lines.at(i);
-        const QStringView key = keyOf(line);
-        if (line.front() == QLatin1Char('[')) {
-            report.add(NoteKind::swallowedHeader, line.toString(), lines.numberOf(i));
-        } else if (kind == Section::valueSet && isValueLine(line)) {
-            continue;                                                                // told by the reader of values
-        } else if (!isAmong(keys, key) && key != QLatin1String("SecurityOptions")) { // which says nothing of the layout
-            report.add(NoteKind::unknownKey, line.toString(), lines.numberOf(i));
-        } else if (std::find(seen.cbegin(), seen.cend(), key) != seen.cend()) {
-            report.add(NoteKind::repeatedKey, line.toString(), lines.numberOf(i));
-        } else {
-            seen.push_back(key);
-        }
+    isUsed.assign(lineCount, false);
+    absentKeys.clear();
+}
+
+void SectionNotes::useKey(ReadReport &report, const SectionLines &lines, size_t index, const QString &key)
+{
+    lastLine = index;
+    if (index == lines.size()) {
+        absentKeys.push_back(key);
+        return;
     }
+    const QStringView line = lines.at(index);
+    const int equals = textfile::indexOf(line, '=');
+    const auto tell
+        = [&](NoteKind kind) { report.add(kind, key + QLatin1String(": ") + line.toString(), lines.numberOf(index)); };
+    if (equals >= 0 && line.left(equals).trimmed() == key)
+        use(index);
+    else
+        tell(equals < 0 ? NoteKind::keyWithoutEquals : NoteKind::keyBySubstring);
+    if (equals >= 0 && textfile::indexOf(line, '=', equals + 1) >= 0)
+        tell(NoteKind::secondEquals);
+}
+
+void SectionNotes::failToConvert(ReadReport &report, const SectionLines &lines) const
+{
+    report.add(NoteKind::numberNotConverted, lines.at(lastLine).toString(), lines.numberOf(lastLine));
+}
+
+void SectionNotes::end(ReadReport &report, Section kind, const SectionLines &lines, int headerLine) const
+{
+    for (const QString &key : neededKeysOf(kind)) {
+        if (std::find(absentKeys.cbegin(), absentKeys.cend(), key) != absentKeys.cend())
+            report.add(NoteKind::missingKey, key, headerLine);
+    }
+    for (size_t i = 0; i < isUsed.size(); ++i) {
+        if (!isUsed[i])
+            tellOfUnusedLine(report, kind, lines, i);
+    }
+}
+
+void SectionNotes::tellOfUnusedLine(ReadReport &report, Section kind, const SectionLines &lines, size_t index)
+{
+    const QStringView line = lines.at(index);
+    const QStringView key = keyOf(line);
+    const auto tell = [&](NoteKind noteKind) { report.add(noteKind, line.toString(), lines.numberOf(index)); };
+    if (line.front() == QLatin1Char('['))
+        tell(NoteKind::swallowedHeader);
+    else if (isAmong(keysOf(kind), key)) {
+        if (standsEarlier(lines, index, key)) // else another line was taken for it, which is told there
+            tell(NoteKind::repeatedKey);
+    } else if (key != QLatin1String("SecurityOptions")) // says nothing of the layout
+        tell(NoteKind::unknownKey);
 }
 
 void tellOfDecimalCodes(ReadReport &report, const TCSProValueSet &set, const std::vector<int> &lines,
@@ -167,12 +163,16 @@ void tellOfDroppedSet(ReadReport &report, const TCSProValueSet &set, const std::
 
 void tellOfRepeatedCodes(ReadReport &report, const TCSProValueSet &set, const QString &variable)
 {
-    QSet<QString> codes;
-    for (const TValueSetItem *value : qAsConst(*set.items)) {
-        const int before = codes.size();
-        codes.insert(value->code);
-        if (!value->special && codes.size() == before)
-            report.add(NoteKind::duplicateCode, value->code + QLatin1Char(' ') + value->name, 0, variable);
+    const auto isSame = [&](const QString &a, const QString &b) {
+        bool areNumbers[2] = {};
+        return a == b
+            || (set.isNumeric && numbers::toInt(a, &areNumbers[0]) == numbers::toInt(b, &areNumbers[1]) && areNumbers[0]
+                && areNumbers[1]);
+    };
+    for (int i = 1; i < set.items->size(); ++i) {
+        const TValueSetItem &value = *set.items->at(i);
+        if (isSame(value.code, set.items->at(i - 1)->code))
+            report.add(NoteKind::duplicateCode, value.code + QLatin1Char(' ') + value.name, 0, variable);
     }
 }
 
@@ -213,8 +213,9 @@ Span spanOf(const TCSProItem &item)
 
 void tellOfOverlaps(ReadReport &report, std::vector<const TCSProItem *> items, const std::vector<Span> &everyLine)
 {
-    std::stable_sort(items.begin(), items.end(),
-                     [](const TCSProItem *a, const TCSProItem *b) { return a->start < b->start; });
+    const auto before = [](const TCSProItem *a, const TCSProItem *b) { return a->start < b->start; };
+    if (!std::is_sorted(items.cbegin(), items.cend(), before))
+        std::stable_sort(items.begin(), items.end(), before);
     qint64 taken = 0; // the column behind those of the items so far
     for (const TCSProItem *item : items) {
         const Span span = spanOf(*item);
@@ -254,17 +255,21 @@ void tellOfDigits(ReadReport &report, const TCSProItem &item, const TGenericFiel
         report.add(NoteKind::decimalsLost, QString::number(item.decimals), 0, field.name);
     if (field.type != vtInteger && field.type != vtReal)
         return;
-    const auto isRounded = [](double number) { return numbers::toDouble(numbers::toText(number)) != number; };
+    // Few codes are longer than what is kept of every number.
+    constexpr int keptDigits = 6;
+    const auto isRounded = [](const QString &code) {
+        const double number = code.size() > keptDigits ? numbers::toDouble(code) : 0;
+        return number != 0 && numbers::toDouble(numbers::toText(number)) != number;
+    };
     const auto tell = [&](NoteKind kind, const QString &text) { report.add(kind, text, 0, field.name); };
     QString roundedBound;
     for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
         for (const TValueSetItem *value : qAsConst(*set->items)) {
-            const double number = numbers::toDouble(value->code);
-            if (value->special || !isRounded(number))
+            if (value->special || !isRounded(value->code))
                 continue;
             if (field.type == vtInteger)
                 tell(NoteKind::codeRounded, value->code);
-            const QString text = numbers::toText(number);
+            const QString text = numbers::toText(numbers::toDouble(value->code));
             if (text == field.minimum || text == field.maximum)
                 roundedBound = value->code;
         }
@@ -284,12 +289,10 @@ void tellOfGroups(ReadReport &report, const QStringList *groups)
     }
 }
 
-void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups,
-                  const QList<TGenericField *> *fields)
+void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups)
 {
     tellOfPositions(report, dictionary);
     tellOfGroups(report, groups);
-    tellOfRepeatedNames(report, fields);
 }
 
 } // namespace cspro

@@ -8,6 +8,8 @@
 
 #include <QJsonObject>
 
+#include <vector>
+
 /// What the CSPro readers tell a report. All of it is asked for only where there is one.
 namespace cspro
 {
@@ -15,15 +17,34 @@ namespace cspro
 /// A kind of section with the keys that are read of it.
 enum class Section { dictionary, record, item, valueSet };
 
-/// Tells of the lines and keys of a section: what is not read, and what is read otherwise than it looks. \a headerLine
-/// is the number of its header.
-void tellOfSection(ReadReport &report, Section kind, const SectionLines &lines, int headerLine);
+/// Follows the reading of one section after the other: which line each key is taken from, and which lines nothing took.
+class SectionNotes
+{
+public:
+    void begin(size_t lineCount);
+    /// The line at \a index is taken for \a key; the index behind the last line where none is.
+    void useKey(ReadReport &report, const SectionLines &lines, size_t index, const QString &key);
+    /// What the last key has is no number.
+    void failToConvert(ReadReport &report, const SectionLines &lines) const;
+    /// The line at \a index is read by something else.
+    void use(size_t index) { isUsed[index] = true; }
+    /// Tells of keys that are missing and of lines that nothing took. \a headerLine is the number of the header.
+    void end(ReadReport &report, Section kind, const SectionLines &lines, int headerLine) const;
+
+private:
+    static void tellOfUnusedLine(ReadReport &report, Section kind, const SectionLines &lines, size_t index);
+
+    std::vector<char> isUsed;
+    std::vector<QString> absentKeys;
+    size_t lastLine = 0;
+};
 
 /// Tells of codes that a numeric value set makes unusable: \a lines are the lines of its values. Whether decimal codes
 /// become 0 is \a becomesInteger.
 void tellOfDecimalCodes(ReadReport &report, const TCSProValueSet &set, const std::vector<int> &lines,
                         bool becomesInteger);
 void tellOfDroppedSet(ReadReport &report, const TCSProValueSet &set, const std::vector<int> &lines);
+/// Of a set that is sorted: equal codes stand side by side.
 void tellOfRepeatedCodes(ReadReport &report, const TCSProValueSet &set, const QString &variable);
 
 /// Tells of the items of one record, or of the record type and the id items, that stand on the same columns.
@@ -32,9 +53,8 @@ void tellOfPositions(ReadReport &report, const CSProDictionary &dictionary);
 void tellOfDigits(ReadReport &report, const TCSProItem &item, const TGenericField &field);
 /// Tells of groups whose value is that of another one.
 void tellOfGroups(ReadReport &report, const QStringList *groups);
-/// Tells of the layout as a whole: positions, groups and names.
-void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups,
-                  const QList<TGenericField *> *fields);
+/// Tells of the layout as a whole: positions and groups.
+void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups);
 
 /// Tells what the reader does not read, or reads otherwise, of a CSPro 8 dictionary object.
 void tellOfJson(ReadReport &report, const QJsonObject &dictionary);

@@ -2,12 +2,14 @@
 #define CSPRO_CSPRO_P_H
 
 #include "cspro/CSProModel_p.h"
+#include "cspro/CSProNotes_p.h"
 #include "util/TextFile_p.h"
 
 #include <QMessageBox>
 #include <QStringList>
 
 #include <exception>
+#include <optional>
 #include <vector>
 
 class TValueSetItem;
@@ -86,6 +88,7 @@ private:
     /// Leaves the index untouched where the current item has a value set already, or where there is no current item.
     void readValueSet(const TextLines &lines, int &index);
 
+    std::optional<QStringView> findValue(const SectionLines &lines, const QString &key) const;
     bool readFlag(const SectionLines &lines, const QString &key) const;
     void addOccurrences(const TCSProItem &item);
     void storeItem(TCSProItem *item);
@@ -105,9 +108,10 @@ private:
     void tellOfHeader(QStringView line, int kind, int index);
     void tellOfLineOutside(QStringView line, int index);
     void tellOfRecord(const TCSProRecord &record, const SectionLines &section, int header);
-    void tellOfItem(const TCSProItem &item, const SectionLines &section, int header);
+    void tellOfItem(const TCSProItem &item, const SectionLines &section, int header, size_t firstNote);
     void tellOfUnusedValueSet(const TextLines &lines, int index);
 
+    mutable cspro::SectionNotes sectionNotes;
     int currentOccurrences = 1; ///< of the item read last
     int firstLine = 1;          ///< number in the file of the line at index 0
     bool hasSection = false;

@@ -84,12 +84,22 @@ public:
     {
     }
 
-    /// Reads a line; \a number is the one it has in the file.
-    void readLine(QStringView line, int number)
+    /// Reads a line, if it is one of a value or a name; \a number is the one it has in the file.
+    bool readLine(QStringView line, int number)
     {
         currentLine = number;
-        readLine(line);
+        const QLatin1String valueKey("value=");
+        const QLatin1String nameKey("name=");
+        if (beginsWith(line, valueKey))
+            readValue(line.mid(valueKey.size()));
+        else if (!beginsWith(line, nameKey))
+            return false;
+        else if (pending) // before the first value: the set's own name
+            readMark(line.mid(nameKey.size()));
+        else
+            return false;
         noteLines(number);
+        return true;
     }
 
     // The last value is added as it stands, whatever its code holds; no other escapes the test for several ranges.
@@ -104,16 +114,6 @@ public:
     const std::vector<int> &lines() const { return valueLines; }
 
 private:
-    void readLine(QStringView line)
-    {
-        const QLatin1String valueKey("value=");
-        const QLatin1String nameKey("name=");
-        if (beginsWith(line, valueKey))
-            readValue(line.mid(valueKey.size()));
-        else if (pending && beginsWith(line, nameKey)) // before the first value: the set's own name
-            readMark(line.mid(nameKey.size()));
-    }
-
     void noteLines(int number)
     {
         if (reader.report)
@@ -283,26 +283,29 @@ void TCSPro::readValueSet(const TextLines &lines, int &index)
     const int header = firstLine + index;
     const size_t firstNote = report ? report->size() : 0;
     const SectionLines section = sectionLines(lines, index);
-    if (report)
-        cspro::tellOfSection(*report, cspro::Section::valueSet, section, header);
     OwnedValueSet set(new TCSProValueSet);
     set->label = getStringValue(section, CSProKeyword::Label);
     set->name = getStringValue(section, CSProKeyword::Name);
     set->isNumeric = currentIsNumeric;
 
     ValueLines values(*this, *currentItem, *set);
-    for (size_t i = 0; i < section.size(); ++i)
-        values.readLine(section.at(i), section.numberOf(i));
+    for (size_t i = 0; i < section.size(); ++i) {
+        if (values.readLine(section.at(i), section.numberOf(i)) && report)
+            sectionNotes.use(i);
+    }
     values.finish();
+    if (report)
+        sectionNotes.end(*report, cspro::Section::valueSet, section, header);
 
     const bool isAccepted = acceptCodes(set.get(), values.lines());
+    if (isAccepted)
+        set->sortItems();
     if (report && isAccepted)
         cspro::tellOfRepeatedCodes(*report, *set, currentItem->name);
     if (report)
         report->nameVariable(firstNote, currentItem->name);
     if (!isAccepted)
         return;
-    set->sortItems();
     attachValueSet(set.release());
 }
 

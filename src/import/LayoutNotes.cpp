@@ -4,9 +4,9 @@
 #include <QFileInfo>
 #include <QSet>
 
-void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields)
+void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t differentNames)
 {
-    if (!fields)
+    if (!fields || size_t(fields->size()) == differentNames)
         return;
     QSet<QString> names;
     names.reserve(fields->size());

@@ -6,8 +6,8 @@
 
 #include <QList>
 
-/// Tells of variables of one name: a search by name finds the last one alone.
-void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields);
+/// Tells of variables of one name: a search by name finds the last one alone. There are \a names different names.
+void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t names);
 
 /// Tells of a file that cannot be read at all; false if there is one.
 bool tellOfMissingFile(ReadReport &report, const QString &path);

@@ -176,7 +176,7 @@ template <typename Importer> struct ImportBody {
             importer->addField(variable);
         if (canTell) {
             reading.tellOfEnd(labelResult, result, !importer->variables.empty());
-            tellOfRepeatedNames(*report, importer->fields);
+            tellOfRepeatedNames(*report, importer->fields, importer->fieldsByName.size());
         }
         return result;
     }

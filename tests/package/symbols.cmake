@@ -1,7 +1,7 @@
 # Compares what the library exports with the list of what is public.
 cmake_minimum_required(VERSION 3.25)
 
-set(public TDataImport TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProDataImport
+set(public TDataImport ReadReport ReadNote KeptObjects TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProDataImport
     TCSProVariable TCSProJsonDataImport TCSProJsonVariable TSTATADataImport TSTATAVariable TSPSSDataImport TSPSSVariable
     TVpLookup ReportLookup DtoReportRunCreation TVpEntity TVpVariable Range ValueLabelElement VarWipChoice Config ConfigDb
     ConfigOptions ConfigEntities ConfigToolsExtend ConfigToolsSplit ConfigWipxToJson Dictionary MetadataDictionary Datasource
@@ -33,7 +33,7 @@ foreach(line IN LISTS lines)
         list(APPEND found ${owner})
     elseif(symbol MATCHES "^_")
         # of the compiler and its run-time libraries
-    elseif(kind MATCHES "[WVu]" AND name_alone MATCHES "std::|Q[A-Z]")
+    elseif(kind MATCHES "[WVu]" AND name_alone MATCHES "std::|Q[A-Z]|^decltype ")
         # inline code of the standard library and of Qt, which every user of theirs has
     else()
         list(APPEND wrong "${symbol}")
