@@ -1,3 +1,4 @@
+#include "support/NotesLine.h"
 #include "support/Sanitizer.h"
 
 #include <QtTest>
@@ -38,7 +39,8 @@ struct Run {
     int status = -1;
     bool ended = false; // in the ordinary way, not by a signal
     QByteArray out;
-    QByteArray err;
+    QByteArray err;   // without the lines that say how many notes there are
+    QByteArray notes; // those lines
 
     QList<QByteArray> outLines() const { return linesOf(out); }
     QList<QByteArray> errLines() const { return linesOf(err); }
@@ -519,7 +521,9 @@ Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables,
     result.ended = process.exitStatus() == QProcess::NormalExit;
     result.status = process.exitCode();
     result.out = process.readAllStandardOutput();
-    result.err = process.readAllStandardError();
+    const QByteArray all = process.readAllStandardError();
+    result.err = withoutNotesLine(all);
+    result.notes = notesLinesOf(all);
     return result;
 }
 

@@ -1,0 +1,31 @@
+#ifndef SUPPORT_NOTESLINE_H
+#define SUPPORT_NOTESLINE_H
+
+#include <QByteArray>
+#include <QRegularExpression>
+#include <QString>
+
+/// The line that `vanlayout show` writes to standard error where a file has notes.
+inline const QRegularExpression &notesLine()
+{
+    static const QRegularExpression line(
+        QStringLiteral("^vanlayout: .*: \\d+ notes? \\([^()]+\\); vanlayout explain shows them\n"),
+        QRegularExpression::MultilineOption);
+    return line;
+}
+
+inline QByteArray withoutNotesLine(const QByteArray &err)
+{
+    return QString::fromLatin1(err).remove(notesLine()).toLatin1();
+}
+
+inline QByteArray notesLinesOf(const QByteArray &err)
+{
+    QByteArray lines;
+    QRegularExpressionMatchIterator found = notesLine().globalMatch(QString::fromLatin1(err));
+    while (found.hasNext())
+        lines += found.next().captured().toLatin1();
+    return lines;
+}
+
+#endif
