@@ -36,7 +36,8 @@ QString cutToColumns(const QString &text, int width)
         return text;
     QVector<uint> kept;
     int used = 1; // the ellipsis
-    for (const uint character : text.toUcs4()) {
+    const QVector<uint> characters = text.toUcs4();
+    for (const uint character : characters) {
         used += columnsOf(character);
         if (used > width)
             break;

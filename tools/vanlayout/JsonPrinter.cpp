@@ -94,7 +94,8 @@ private:
         write("valueLabelText", field.valueLabels);
         json.Key("valueLabels");
         json.StartArray();
-        for (const ValueLabel &label : cutValueLabels(field.valueLabels)) {
+        const QVector<ValueLabel> labels = cutValueLabels(field.valueLabels);
+        for (const ValueLabel &label : labels) {
             json.StartObject();
             write("code", label.code);
             write("label", label.label);

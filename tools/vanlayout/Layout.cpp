@@ -35,7 +35,7 @@ QString describe(const VpErrorManager &error)
 
 } // namespace
 
-Layout readLayout(const QString &file, const FileType *type)
+Layout readLayout(const QString &file, const FileType *type, ReadReport *report)
 {
     Layout layout;
     layout.file = file;
@@ -45,6 +45,7 @@ Layout readLayout(const QString &file, const FileType *type)
         return layout;
     try {
         layout.importer = type->makeImporter(file);
+        layout.importer->setReadReport(report);
         const std::unique_ptr<QStringList> names(layout.importer->selectLayoutSource());
         layout.provider.genericGetFieldsFrom(layout.importer.get());
         if (layout.provider.getFields()->isEmpty())

@@ -4,6 +4,7 @@
 #include "FileType.h"
 #include "import/DataProvider.h"
 #include "import/ErrorManager.h"
+#include "import/ReadReport.h"
 
 #include <QString>
 
@@ -20,8 +21,8 @@ struct Layout {
 };
 
 /// Walks the whole road for one file: picks the importer (by content where \a type is null), opens it, fills a
-/// provider.
-Layout readLayout(const QString &file, const FileType *type);
+/// provider. What is lost or changed on the way is told to \a report, if there is one; it must outlive the layout.
+Layout readLayout(const QString &file, const FileType *type, ReadReport *report = nullptr);
 
 /// One value label of a field.
 struct ValueLabel {

@@ -35,12 +35,6 @@ template <size_t Count> int numberOf(const char *const (&names)[Count], const st
     return int(std::find(std::begin(names), std::end(names), name) - std::begin(names));
 }
 
-int separatorNumber(const std::string &name)
-{
-    static const char *const names[] = { "space", "tab", "comma", "semicolon", "colon" };
-    return numberOf(names, name);
-}
-
 econsistencyCheck modeNumber(const std::string &name)
 {
     static const char *const names[] = { "", "count", "errors", "both" };
@@ -111,7 +105,7 @@ void printAsJson(const ReportLookup &report)
         writeJson(json, "mode", int(report.getConsistency()));
         json.Key("errors");
         json.StartArray();
-        for (const QString &error : *report.errorMessages())
+        for (const QString &error : qAsConst(*report.errorMessages()))
             writeJson(json, error);
         json.EndArray();
         json.Key("frequencies");
@@ -202,6 +196,12 @@ int check(const LookupOptions &options, const QString &file)
 }
 
 } // namespace
+
+int separatorNumber(const std::string &name)
+{
+    static const char *const names[] = { "space", "tab", "comma", "semicolon", "colon" };
+    return numberOf(names, name);
+}
 
 int checkLookup(const LookupOptions &options)
 {

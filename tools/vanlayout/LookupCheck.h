@@ -13,6 +13,9 @@ struct LookupOptions {
     std::string file;                                  ///< in the encoding of the system
 };
 
+/// The number by which the library knows a separator.
+int separatorNumber(const std::string &name);
+
 /// Checks the lookup file, prints the report and answers the status: a finding where there are error lines.
 int checkLookup(const LookupOptions &options);
 

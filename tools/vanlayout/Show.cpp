@@ -1,8 +1,10 @@
 #include "Show.h"
 
+#include "Explain.h"
 #include "Printable.h"
 #include "Printer.h"
 #include "cspro/DecimalQuestion.h"
+#include "import/ReadReport.h"
 
 #include <QFile>
 
@@ -41,22 +43,22 @@ std::unique_ptr<Printer> makePrinter(const ShowOptions &options)
     return makeTablePrinter(stdout, severalFiles, terminalWidth());
 }
 
-// "ask" leaves the question to the library, which shows its dialog.
-void answerDecimalQuestions(const std::string &decimals)
+// One line that a person can follow; the name stands once, so that a long one does not hide the counts.
+void tellOfNotes(const QString &file, const ReadReport &report)
 {
-    if (decimals == "ask")
-        return;
-    const int button = decimals == "yes" ? QMessageBox::YesToAll : QMessageBox::NoToAll;
-    setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
+    if (!report.isEmpty())
+        complain(file, QStringLiteral("%1; vanlayout explain shows them").arg(countsOf(report)));
 }
 
 int showFile(const QString &file, const FileType *type, Printer &printer)
 {
     const QString subject = file.isEmpty() ? QStringLiteral("''") : file;
     try {
-        const Layout layout = readLayout(file, type);
+        ReadReport report;
+        const Layout layout = readLayout(file, type, &report);
         if (layout.problem.isEmpty()) {
             printer.printLayout(layout);
+            tellOfNotes(subject, report);
             return statusFine;
         }
         printer.printProblem(layout);
@@ -68,6 +70,14 @@ int showFile(const QString &file, const FileType *type, Printer &printer)
 }
 
 } // namespace
+
+void answerDecimalQuestions(const std::string &decimals)
+{
+    if (decimals == "ask")
+        return;
+    const int button = decimals == "yes" ? QMessageBox::YesToAll : QMessageBox::NoToAll;
+    setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
+}
 
 void complain(const QString &subject, const QString &problem)
 {

@@ -20,6 +20,10 @@ enum ExitStatus { statusFine = 0, statusFinding = 1, statusNoAnswer = 2 };
 /// Shows each file and answers the worst status.
 int show(const ShowOptions &options);
 
+/// Has the question on decimal codes answered by "yes" or "no" from now on; "ask" leaves it to the library, which shows
+/// its dialog.
+void answerDecimalQuestions(const std::string &decimals);
+
 /// Writes the one line that says what is wrong with a file, or with the call where \a subject is empty.
 void complain(const QString &subject, const QString &problem);
 

@@ -1,3 +1,7 @@
+#include "Codebook.h"
+#include "DiffCommand.h"
+#include "Explain.h"
+#include "Export.h"
 #include "LookupCheck.h"
 #include "Memory.h"
 #include "Show.h"
@@ -82,6 +86,72 @@ void describeLookup(CLI::App &command, LookupOptions &options)
     command.add_option("FILE", options.file, "lookup file to check")->required();
 }
 
+void describeExplain(CLI::App &command, ExplainOptions &options)
+{
+    command.add_option("--format", options.format, "table or json")
+        ->check(CLI::IsMember({ "table", "json" }))
+        ->capture_default_str();
+    command.add_option("--type", options.type, "how to read the files; auto goes by their content")
+        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss", "lookup" }))
+        ->capture_default_str();
+    command.add_option("--decimals", options.decimals, "whether decimal codes become integers")
+        ->check(CLI::IsMember({ "yes", "no" }))
+        ->capture_default_str();
+    command.add_option("--separator", options.separator, "of lookups: what parts a key from its value")
+        ->check(CLI::IsMember({ "space", "tab", "comma", "semicolon", "colon" }))
+        ->capture_default_str();
+    command.add_flag("--all", options.showsAll, "show every place of a kind, not the first ten");
+    command.add_option("FILE", options.files, "files to explain")->required();
+}
+
+void describeDiff(CLI::App &command, DiffOptions &options)
+{
+    command.add_option("--format", options.format, "table or json")
+        ->check(CLI::IsMember({ "table", "json" }))
+        ->capture_default_str();
+    command.add_option("--old-type", options.oldType, "how to read OLD; auto goes by its content")
+        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
+        ->capture_default_str();
+    command.add_option("--new-type", options.newType, "how to read NEW; auto goes by its content")
+        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
+        ->capture_default_str();
+    command.add_option("--decimals", options.decimals, "whether decimal codes become integers")
+        ->check(CLI::IsMember({ "yes", "no" }))
+        ->capture_default_str();
+    command.add_option("OLD", options.oldFile, "file with the layout as it was")->required();
+    command.add_option("NEW", options.newFile, "file with the layout as it is")->required();
+}
+
+void describeCodebook(CLI::App &command, CodebookOptions &options)
+{
+    command.add_option("--type", options.type, "how to read the file; auto goes by its content")
+        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
+        ->capture_default_str();
+    command.add_option("--decimals", options.decimals, "whether decimal codes become integers")
+        ->check(CLI::IsMember({ "yes", "no" }))
+        ->capture_default_str();
+    command.add_option("-o,--output", options.output, "page to write; - is standard output")
+        ->required()
+        ->type_name("PAGE");
+    command.add_option("FILE", options.file, "file to write the codebook of")->required();
+}
+
+void describeExport(CLI::App &command, ExportOptions &options)
+{
+    command.add_option("--to", options.target, "DDI Codebook, CSV on the Web metadata, or JSON Schema of the data")
+        ->check(CLI::IsMember({ "ddi", "csvw", "json-schema" }))
+        ->required();
+    command.add_option("--type", options.type, "how to read the file; auto goes by its content")
+        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
+        ->capture_default_str();
+    command.add_option("--decimals", options.decimals, "whether decimal codes become integers")
+        ->check(CLI::IsMember({ "yes", "no" }))
+        ->capture_default_str();
+    command.add_option("-o,--output", options.output, "file to write; - is standard output, as is none")
+        ->type_name("OUTPUT");
+    command.add_option("FILE", options.file, "file to export the layout of")->required();
+}
+
 // A word that is no command is named; the parser would only say that a command is missing.
 QString problemWithCall(const CLI::App &app, const CLI::ParseError &error)
 {
@@ -125,10 +195,27 @@ int main(int argc, char **argv)
     CLI::App *showCommand = app.add_subcommand("show", "Show the layout of each FILE.");
     describeShow(*showCommand, showOptions);
     commands.emplace_back(showCommand, [&] { return runShow(showOptions, argc, argv); });
+    ExplainOptions explainOptions;
+    CLI::App *explainCommand
+        = app.add_subcommand("explain", "Tell what of each FILE was lost or changed on the way in.");
+    describeExplain(*explainCommand, explainOptions);
+    commands.emplace_back(explainCommand, [&] { return explain(explainOptions); });
     LookupOptions lookupOptions;
     CLI::App *lookupCommand = app.add_subcommand("lookup", "Check the lookup FILE and print the report.");
     describeLookup(*lookupCommand, lookupOptions);
     commands.emplace_back(lookupCommand, [&] { return checkLookup(lookupOptions); });
+    DiffOptions diffOptions;
+    CLI::App *diffCommand = app.add_subcommand("diff", "Compare the layouts of OLD and NEW variable by variable.");
+    describeDiff(*diffCommand, diffOptions);
+    commands.emplace_back(diffCommand, [&] { return diffLayouts(diffOptions); });
+    CodebookOptions codebookOptions;
+    CLI::App *codebookCommand = app.add_subcommand("codebook", "Write the codebook of FILE as an HTML page.");
+    describeCodebook(*codebookCommand, codebookOptions);
+    commands.emplace_back(codebookCommand, [&] { return writeCodebook(codebookOptions); });
+    ExportOptions exportOptions;
+    CLI::App *exportCommand = app.add_subcommand("export", "Write the layout of FILE in a form of another standard.");
+    describeExport(*exportCommand, exportOptions);
+    commands.emplace_back(exportCommand, [&] { return exportLayout(exportOptions); });
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &answer) {

@@ -1,0 +1,134 @@
+#ifndef TOOL_JSONSCHEMA_H
+#define TOOL_JSONSCHEMA_H
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringList>
+
+#include <algorithm>
+#include <cmath>
+
+/// Tells whether a JSON value is one that a JSON Schema describes, as far as the schemas of this project go: a keyword
+/// that is not known here is a violation of its own.
+class JsonSchema
+{
+public:
+    explicit JsonSchema(const QJsonObject &schema)
+        : root(schema)
+    {
+    }
+
+    /// What is wrong first, with the place where; empty where nothing is.
+    QString violation(const QJsonValue &value) const { return violation(root, value, QStringLiteral("$")); }
+
+private:
+    QString violation(const QJsonObject &schema, const QJsonValue &value, const QString &place) const
+    {
+        for (auto keyword = schema.begin(); keyword != schema.end(); ++keyword) {
+            const QString problem = violationOf(keyword.key(), schema, value, place);
+            if (!problem.isEmpty())
+                return problem;
+        }
+        return QString();
+    }
+
+    QString violationOf(const QString &keyword, const QJsonObject &schema, const QJsonValue &value,
+                        const QString &place) const
+    {
+        static const QStringList notes{ "$schema", "$defs", "title", "description" };
+        const QJsonValue stated = schema.value(keyword);
+        if (notes.contains(keyword))
+            return QString();
+        if (keyword == "$ref")
+            return violation(definition(stated.toString()), value, place);
+        if (keyword == "properties" || keyword == "additionalProperties")
+            return violationOfMembers(schema, value.toObject(), place);
+        if (keyword == "items")
+            return violationOfItems(stated.toObject(), value.toArray(), place);
+        return holds(keyword, stated, value, place) ? QString() : place + ": " + keyword;
+    }
+
+    bool holds(const QString &keyword, const QJsonValue &stated, const QJsonValue &value, const QString &place) const
+    {
+        if (keyword == "type")
+            return isOfType(value, stated.toString());
+        if (keyword == "const")
+            return value == stated;
+        if (keyword == "enum")
+            return stated.toArray().contains(value);
+        if (keyword == "minimum")
+            return !value.isDouble() || value.toDouble() >= stated.toDouble();
+        if (keyword == "maximum")
+            return !value.isDouble() || value.toDouble() <= stated.toDouble();
+        if (keyword == "maxLength")
+            return !value.isString() || value.toString().toUcs4().size() <= stated.toInt();
+        if (keyword == "minItems")
+            return !value.isArray() || value.toArray().size() >= stated.toInt();
+        if (keyword == "required")
+            return hasAll(value.toObject(), stated.toArray());
+        if (keyword == "anyOf")
+            return countOfMatches(stated.toArray(), value, place) > 0;
+        if (keyword == "oneOf")
+            return countOfMatches(stated.toArray(), value, place) == 1;
+        return false;
+    }
+
+    QJsonObject definition(const QString &reference) const
+    {
+        return root["$defs"].toObject().value(reference.section('/', -1)).toObject();
+    }
+
+    static bool isOfType(const QJsonValue &value, const QString &type)
+    {
+        if (type == "integer")
+            return value.isDouble() && std::floor(value.toDouble()) == value.toDouble();
+        static const QMap<QString, QJsonValue::Type> types{ { "object", QJsonValue::Object },
+                                                            { "array", QJsonValue::Array },
+                                                            { "string", QJsonValue::String },
+                                                            { "number", QJsonValue::Double },
+                                                            { "boolean", QJsonValue::Bool } };
+        return value.type() == types.value(type, QJsonValue::Undefined);
+    }
+
+    static bool hasAll(const QJsonObject &object, const QJsonArray &keys)
+    {
+        return std::all_of(keys.begin(), keys.end(),
+                           [&](const QJsonValue &key) { return object.contains(key.toString()); });
+    }
+
+    int countOfMatches(const QJsonArray &schemas, const QJsonValue &value, const QString &place) const
+    {
+        return int(std::count_if(schemas.begin(), schemas.end(), [&](const QJsonValue &schema) {
+            return violation(schema.toObject(), value, place).isEmpty();
+        }));
+    }
+
+    QString violationOfMembers(const QJsonObject &schema, const QJsonObject &object, const QString &place) const
+    {
+        const QJsonObject properties = schema["properties"].toObject();
+        for (auto member = object.begin(); member != object.end(); ++member) {
+            const QString path = place + '.' + member.key();
+            if (!properties.contains(member.key()) && schema.contains("additionalProperties"))
+                return path + ": is no property";
+            const QString problem = violation(properties[member.key()].toObject(), member.value(), path);
+            if (!problem.isEmpty())
+                return problem;
+        }
+        return QString();
+    }
+
+    QString violationOfItems(const QJsonObject &schema, const QJsonArray &array, const QString &place) const
+    {
+        for (int i = 0; i < array.size(); ++i) {
+            const QString problem = violation(schema, array.at(i), place + '[' + QString::number(i) + ']');
+            if (!problem.isEmpty())
+                return problem;
+        }
+        return QString();
+    }
+
+    QJsonObject root;
+};
+
+#endif

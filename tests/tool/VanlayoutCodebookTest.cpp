@@ -1,0 +1,496 @@
+#include <QtTest>
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr int fine = 0;
+constexpr int noAnswer = 2;
+
+struct Run {
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+// What stands between two texts, the first behind which there is one.
+QByteArray between(const QByteArray &whole, const QByteArray &before, const QByteArray &behind)
+{
+    const int begin = whole.indexOf(before) + before.size();
+    return whole.mid(begin, whole.indexOf(behind, begin) - begin);
+}
+
+QByteArray scriptOf(const QByteArray &page)
+{
+    return between(page, "<script>", "</script>");
+}
+
+QByteArray dataTextOf(const QByteArray &page)
+{
+    return between(page, "<script type=\"application/json\" id=\"data\">", "</script>");
+}
+
+QJsonObject dataOf(const QByteArray &page)
+{
+    return QJsonDocument::fromJson(dataTextOf(page)).object();
+}
+
+// The value labels of a variable of the data, each as code and label.
+QVector<QStringList> labelsOf(const QJsonObject &data, const QJsonObject &variable)
+{
+    QVector<QStringList> labels;
+    if (!variable.contains("labels"))
+        return labels;
+    const QJsonArray set = data["labelSets"].toArray().at(variable["labels"].toInt()).toArray();
+    for (int i = 0; i + 1 < set.size(); i += 2)
+        labels.append({ set.at(i).toString(), set.at(i + 1).toString() });
+    return labels;
+}
+
+// A dictionary of one variable with a label and a value label.
+QString dictionaryWith(const QString &label, const QString &valueLabel)
+{
+    return QStringLiteral(
+               "[Dictionary]\nVersion=CSPro 7.7\nLabel=D\nName=D\nRecordTypeStart=0\nRecordTypeLen=0\n"
+               "Positions=Absolute\nZeroFill=Yes\nDecimalChar=No\n\n[Level]\nLabel=L\nName=L\n\n[IdItems]\n\n"
+               "[Item]\nLabel=%1\nName=ODD\nStart=1\nLen=2\nDataType=Numeric\n\n"
+               "[ValueSet]\nLabel=V\nName=V\nValue=1;%2\n")
+        .arg(label, valueLabel);
+}
+
+} // namespace
+
+/// `vanlayout codebook`, run as a user runs it. That the page works is for the test in a browser.
+class VanlayoutCodebookTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyVariableAndLabelIsInThePage_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("cspro") << QStringLiteral(VAN_EXAMPLES "/census.dcf") << "CSPro text dictionary";
+        QTest::newRow("cspro8") << QStringLiteral(VAN_EXAMPLES "/census8.dcf") << "CSPro 8 JSON dictionary";
+        QTest::newRow("spss") << QStringLiteral(VAN_MADE_DATA "/types.sav") << "SPSS file";
+        QTest::newRow("stata") << QStringLiteral(VAN_MADE_DATA "/types-118.dta") << "Stata file";
+    }
+    void everyVariableAndLabelIsInThePage()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, title);
+        const QByteArray page = pageOf(file);
+        QVERIFY(page.contains("<p class=\"format\">" + title.toUtf8() + "</p>"));
+        const QJsonObject data = dataOf(page);
+        const QJsonArray variables = data["variables"].toArray();
+        const Run shown = run({ "show", "--format", "json", file });
+        const QJsonArray fields = QJsonDocument::fromJson(shown.out).object()["fields"].toArray();
+        QVERIFY(!fields.isEmpty());
+        QCOMPARE(variables.size(), fields.size());
+        int labelCount = 0;
+        for (int i = 0; i < fields.size(); ++i) {
+            const QJsonObject variable = variables.at(i).toObject();
+            const QJsonObject field = fields.at(i).toObject();
+            for (const char *text : { "name", "label", "type", "minimum", "maximum", "notApplicable", "missing" })
+                QCOMPARE(variable[text].toString(), field[text].toString());
+            for (const char *number : { "start", "length", "decimals" })
+                QCOMPARE(variable[number].toInt(), field[number].toInt());
+            const QJsonObject group = data["groups"].toArray().at(variable["group"].toInt()).toObject();
+            QCOMPARE(group["name"].toString(), field["group"].toString());
+            QVector<QStringList> expected;
+            for (const auto &label : field["valueLabels"].toArray())
+                expected.append({ label.toObject()["code"].toString(), label.toObject()["label"].toString() });
+            QCOMPARE(labelsOf(data, variable), expected);
+            labelCount += expected.size();
+        }
+        QVERIFY(page.contains("<li><b>" + QByteArray::number(fields.size()) + "</b> variables</li>"));
+        QVERIFY(page.contains("<li><b>" + QByteArray::number(labelCount) + "</b> value labels</li>"));
+    }
+
+    void recordsHaveTheirTypes()
+    {
+        const QJsonObject data = dataOf(pageOf(QStringLiteral(VAN_EXAMPLES "/census.dcf")));
+        QStringList records;
+        for (const auto &group : data["groups"].toArray())
+            records.append(group.toObject()["name"].toString() + '/' + group.toObject()["type"].toString());
+        QCOMPARE(records, (QStringList{ "Common/", "HOUSING/H", "POPULATION/P", "MORTALITY/M" }));
+        QCOMPARE(data["recordType"].toObject()["start"].toInt(), 1);
+        QCOMPARE(data["recordType"].toObject()["length"].toInt(), 1);
+    }
+
+    void equalValueLabelsStandOnce()
+    {
+        const QJsonObject data = dataOf(pageOf(QStringLiteral(VAN_EXAMPLES "/occurrences.dcf")));
+        QCOMPARE(data["labelSets"].toArray().size(), 1);
+        int uses = 0;
+        for (const auto &variable : data["variables"].toArray())
+            uses += variable.toObject().contains("labels");
+        QVERIFY(uses > 1);
+    }
+
+    void notesStandInThePage()
+    {
+        // Two value sets; the second is not read.
+        write("notes.dcf", dictionaryWith("L", "One") + "\n[ValueSet]\nLabel=W\nName=W\nValue=2;Two\n");
+        const QByteArray page = pageOf("notes.dcf");
+        const QJsonObject data = dataOf(page);
+        const QJsonArray kinds = data["kinds"].toArray();
+        int lost = 0;
+        bool isFound = false;
+        for (const auto &value : data["notes"].toArray()) {
+            const QJsonArray note = value.toArray();
+            const QJsonObject kind = kinds.at(note.at(0).toInt()).toObject();
+            lost += kind["gravity"].toString() == "lost";
+            if (kind["id"].toString() != "further-value-set")
+                continue;
+            isFound = true;
+            QVERIFY(kind["sentence"].toString().contains("value set"));
+            QCOMPARE(kind["count"].toInt(), 1);
+            QVERIFY(note.at(1).toInt() > 0);
+            QCOMPARE(note.at(2).toString(), QString("ODD"));
+        }
+        QVERIFY(isFound);
+        QVERIFY(page.contains("<a href=\"#lost\"><b>" + QByteArray::number(lost) + "</b> lost</a>"));
+    }
+
+    void fileWithoutNotesSaysSo()
+    {
+        const QByteArray page = pageOf(QStringLiteral(VAN_MADE_DATA "/types-118.dta"));
+        if (!dataOf(page)["notes"].toArray().isEmpty())
+            QSKIP("the reader has something to say of this file");
+        QVERIFY(page.contains("<li><b>0</b> notes</li>"));
+    }
+
+    void labelIsOnlyText_data()
+    {
+        QTest::addColumn<QString>("label");
+        QTest::newRow("script") << "<script>alert(1)</script>";
+        QTest::newRow("end of the script") << "</script><script>alert(1)</script>";
+        QTest::newRow("comment") << "<!-- <script> -->";
+        QTest::newRow("ampersand") << "R&amp;D & &lt;b&gt;";
+        QTest::newRow("quotes") << "\"double\" 'single' \\ back";
+        QTest::newRow("line separator") << QString("a") + QChar(0x2028) + 'b' + QChar(0x2029) + 'c';
+        QTest::newRow("control characters") << QString("a") + QChar(1) + QChar(0x1B) + QChar(0x7F) + QChar(0x85) + 'b';
+        QTest::newRow("no character") << QString("a") + QChar(0xFFFE) + 'b';
+        QTest::newRow("right to left") << QString::fromUtf8(
+            "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D \xD8\xB3\xD9\x84\xD8\xA7\xD9\x85");
+        QTest::newRow("beyond 16 bits") << QString::fromUtf8("\xF0\x9F\x8F\xA0 house");
+        QTest::newRow("braces of the template") << "{{script}} {{data}}";
+    }
+    void labelIsOnlyText()
+    {
+        QFETCH(QString, label);
+        write("odd.dcf", dictionaryWith(label, label));
+        const QByteArray page = pageOf("odd.dcf");
+        const QJsonObject data = dataOf(page);
+        const QJsonObject variable = data["variables"].toArray().at(0).toObject();
+        // As the library holds it, which JSON can tell in full.
+        const Run shown = run({ "show", "--format", "json", "odd.dcf" });
+        const QJsonObject field = QJsonDocument::fromJson(shown.out).object()["fields"].toArray().at(0).toObject();
+        QVERIFY(!field["label"].toString().isEmpty());
+        QCOMPARE(variable["label"].toString(), field["label"].toString());
+        QCOMPARE(labelsOf(data, variable).value(0).value(1),
+                 field["valueLabels"].toArray().at(0).toObject()["label"].toString());
+        // Two scripts, the data and the page's own, whatever a label holds.
+        QCOMPARE(page.count("<script"), 2);
+        QCOMPARE(page.count("</script"), 2);
+        QVERIFY(isHarmless(dataTextOf(page)));
+    }
+
+    void halfOfASurrogatePairIsAnEscape()
+    {
+        QByteArray bytes("\xFF\xFE", 2);
+        const QString text = dictionaryWith(QString("a") + QChar(0xD83D) + 'b', QString(QChar(0xDE00)) + "z");
+        bytes.append(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
+        QFile file(folder.filePath("half.dcf"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(bytes), qint64(bytes.size()));
+        file.close();
+        const QByteArray data = dataTextOf(pageOf("half.dcf"));
+        QVERIFY2(data.contains("\"label\":\"a\\ud83db\""), data.constData());
+        QVERIFY2(data.contains("\\ude00z"), data.constData());
+        QVERIFY(isHarmless(data));
+    }
+
+    void occurrenceSuffixIsAnEscape()
+    {
+        const QByteArray data = dataTextOf(pageOf(QStringLiteral(VAN_EXAMPLES "/occurrences.dcf")));
+        QVERIFY(data.contains("\"name\":\"BARLEY_\\u0001\""));
+        QVERIFY(isHarmless(data));
+    }
+
+    void fileNameIsOnlyText()
+    {
+        const QString name = "<b>&\"{{data}}\033.dcf";
+        write(name, dictionaryWith("L", "One"));
+        const QByteArray page = pageOf(name);
+        QCOMPARE(page.count("&lt;b&gt;&amp;&quot;{{data}}\xE2\x90\x9B.dcf"), 2); // in title and heading
+        QVERIFY(!page.contains("<b>&\""));
+        QVERIFY(!page.contains('\033'));
+    }
+
+    void pageNeedsNothingBesideIt()
+    {
+        const QByteArray page = pageOf(QStringLiteral(VAN_EXAMPLES "/census.dcf"));
+        const QByteArray frame = QByteArray(page).replace(dataTextOf(page), QByteArray());
+        QVERIFY(!frame.contains("://"));
+        QVERIFY(!frame.contains("@import"));
+        QVERIFY(!frame.contains("url("));
+        QVERIFY(!frame.contains(" src="));
+        QVERIFY(!frame.contains("<link"));
+        QVERIFY(!frame.contains("{{")); // nothing of the template is left
+        for (const char *name : { "innerHTML", "outerHTML", "insertAdjacentHTML", "document.write", "eval(" })
+            QVERIFY2(!scriptOf(page).contains(name), name);
+        auto links = QRegularExpression("href=\"([^\"]*)\"").globalMatch(QString::fromUtf8(frame));
+        QVERIFY(links.hasNext());
+        while (links.hasNext())
+            QVERIFY(links.next().captured(1).startsWith('#'));
+    }
+
+    void policyAllowsThePagesOwnStyleAndScriptAlone()
+    {
+        const QByteArray page = pageOf(QStringLiteral(VAN_EXAMPLES "/census.dcf"));
+        const QByteArray policy = between(page, "http-equiv=\"Content-Security-Policy\" content=\"", "\"");
+        const auto sourceOf = [](const QByteArray &content) {
+            const QByteArray hash = QCryptographicHash::hash(content, QCryptographicHash::Sha256);
+            return "'sha256-" + hash.toBase64() + '\'';
+        };
+        QCOMPARE(policy,
+                 "default-src 'none'; style-src " + sourceOf(between(page, "<style>", "</style>")) + "; script-src "
+                     + sourceOf(scriptOf(page)) + "; base-uri 'none'; form-action 'none'");
+        QVERIFY(!page.contains(" style=\"")); // it would be forbidden
+    }
+
+    void pageIsUtf8AndSaysSo()
+    {
+        write("letters.dcf", dictionaryWith(QString::fromUtf8("Wohnverh\xC3\xA4ltnisse"), "x"));
+        const QByteArray page = pageOf("letters.dcf");
+        QVERIFY(page.startsWith("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"));
+        QVERIFY(page.contains("Wohnverh\xC3\xA4ltnisse"));
+        QVERIFY(page.contains("<noscript>"));
+    }
+
+    void sameFileGivesTheSamePage()
+    {
+        const QString file = QStringLiteral(VAN_EXAMPLES "/census.dcf");
+        const QByteArray page = pageOf(file);
+        QVERIFY(page == pageOf(file));
+        const Run toOutput = run({ "codebook", file, "-o", "-" });
+        QCOMPARE(toOutput.status, fine);
+        QVERIFY(toOutput.out == page);
+    }
+
+    void decimalsAreAnswered()
+    {
+        const QString file = QStringLiteral(VAN_EXAMPLES "/decimals.dcf");
+        const auto setsFor = [&](const char *answer) {
+            const Run made = run({ "codebook", "--decimals", answer, file, "-o", "-" });
+            return dataOf(made.out)["labelSets"].toArray();
+        };
+        QVERIFY(setsFor("yes") != setsFor("no"));
+    }
+
+    void noAnswerIsStatus2AndOneLineAndNoPage_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("problem");
+        const QStringList toPage = { "-o", "page.html" };
+        QTest::newRow("absent") << QStringList("absent.dcf") + toPage
+                                << QByteArray("vanlayout: absent.dcf: no such file\n");
+        QTest::newRow("folder") << QStringList(".") + toPage << QByteArray("vanlayout: .: is a folder\n");
+        QTest::newRow("empty name") << QStringList("") + toPage << QByteArray("vanlayout: '': no such file\n");
+        QTest::newRow("no variable") << QStringList("empty.dcf") + toPage
+                                     << QByteArray("vanlayout: empty.dcf: no variable found, read as ");
+        QTest::newRow("another type") << (QStringList{ "--type", "stata", "fine.dcf" } + toPage)
+                                      << QByteArray("vanlayout: fine.dcf: ");
+        QTest::newRow("no file") << toPage << QByteArray("vanlayout: ");
+        QTest::newRow("no page") << QStringList("fine.dcf") << QByteArray("vanlayout: ");
+        QTest::newRow("two files") << (QStringList{ "fine.dcf", "fine.dcf" } + toPage) << QByteArray("vanlayout: ");
+        QTest::newRow("question") << (QStringList{ "--decimals", "ask", "fine.dcf" } + toPage)
+                                  << QByteArray("vanlayout: ");
+        QTest::newRow("output is a folder")
+            << QStringList{ "fine.dcf", "-o", "." } << QByteArray("vanlayout: .: is a folder\n");
+        QTest::newRow("output without a name")
+            << QStringList{ "fine.dcf", "-o", "" } << QByteArray("vanlayout: '': no such file\n");
+        QTest::newRow("output in an absent folder") << QStringList{ "fine.dcf", "-o", "absent/page.html" }
+                                                    << QByteArray("vanlayout: absent/page.html: cannot be written: ");
+        QTest::newRow("output is the input") << QStringList{ "fine.dcf", "-o", "./fine.dcf" }
+                                             << QByteArray("vanlayout: ./fine.dcf: is the file to read\n");
+    }
+    void noAnswerIsStatus2AndOneLineAndNoPage()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, problem);
+        write("empty.dcf", QString());
+        write("fine.dcf", dictionaryWith("L", "One"));
+        QFile::remove(folder.filePath("page.html"));
+        const QStringList before = QDir(folder.path()).entryList();
+        const Run made = run(QStringList("codebook") + arguments);
+        QCOMPARE(made.status, noAnswer);
+        QCOMPARE(made.out, QByteArray());
+        QVERIFY2(made.err.startsWith(problem), made.err.constData());
+        QCOMPARE(made.err.count('\n'), 1);
+        QCOMPARE(QDir(folder.path()).entryList(), before);
+        QCOMPARE(contentOf("fine.dcf"), dictionaryWith("L", "One").toUtf8());
+    }
+
+    void pageThatStoodThereStaysWithoutAnAnswer()
+    {
+        write("page.html", "old");
+        QCOMPARE(run({ "codebook", "absent.dcf", "-o", "page.html" }).status, noAnswer);
+        QCOMPARE(contentOf("page.html"), QByteArray("old"));
+    }
+
+    void fullDiskIsStatus2AndOneLine()
+    {
+        if (!QFile::exists("/dev/full"))
+            QSKIP("there is no /dev/full");
+        write("fine.dcf", dictionaryWith("L", "One"));
+        const Run named = run({ "codebook", "fine.dcf", "-o", "/dev/full" });
+        QCOMPARE(named.status, noAnswer);
+        QVERIFY2(named.err.startsWith("vanlayout: /dev/full: cannot be written: "), named.err.constData());
+        QCOMPARE(named.err.count('\n'), 1);
+        QFileInfo device("/dev/full");
+        QVERIFY(!device.isFile()); // still the device
+        QProcess tool;
+        tool.setStandardOutputFile("/dev/full");
+        const Run piped = run({ "codebook", "fine.dcf", "-o", "-" }, tool);
+        QCOMPARE(piped.status, noAnswer);
+        QCOMPARE(piped.err, QByteArray("vanlayout: standard output: cannot be written\n"));
+    }
+
+    void folderWithoutPermissionIsStatus2AndOneLine()
+    {
+        write("fine.dcf", dictionaryWith("L", "One"));
+        QDir(folder.path()).mkdir("locked");
+        const QByteArray locked = QFile::encodeName(folder.filePath("locked"));
+        QCOMPARE(chmod(locked.constData(), 0500), 0);
+        if (access(locked.constData(), W_OK) == 0)
+            QSKIP("this user may write to every folder");
+        const Run made = run({ "codebook", "fine.dcf", "-o", "locked/page.html" });
+        QCOMPARE(made.status, noAnswer);
+        QVERIFY2(made.err.startsWith("vanlayout: locked/page.html: cannot be written: "), made.err.constData());
+        QCOMPARE(made.err.count('\n'), 1);
+    }
+
+    void manyVariablesStaySmall()
+    {
+        constexpr int variables = 10000;
+        constexpr int labels = 10;
+        constexpr int largest = 15 << 20;
+        QString text = dictionaryWith("L", "One");
+        for (int i = 0; i < variables; ++i) {
+            text += QStringLiteral("\n[Item]\nLabel=Question %1 of the survey\nName=V%1\nStart=%2\nLen=2\n"
+                                   "DataType=Numeric\n\n[ValueSet]\nLabel=S\nName=S\n")
+                        .arg(i)
+                        .arg(3 + 2 * i);
+            for (int code = 1; code <= labels; ++code)
+                text += QStringLiteral("Value=%1;Answer %1 to question %2\n").arg(code).arg(i);
+        }
+        write("many.dcf", text);
+        const QByteArray page = pageOf("many.dcf");
+        QVERIFY(page.size() < largest);
+        const QJsonObject data = dataOf(page);
+        QCOMPARE(data["variables"].toArray().size(), variables + 1);
+        QCOMPARE(labelsOf(data, data["variables"].toArray().at(variables).toObject()).size(), labels);
+    }
+
+    void corpusGivesAPageForEachLayout()
+    {
+        if (!QFile::exists(QStringLiteral(VAN_CORPUS)))
+            QSKIP("the corpus of real files is not here");
+        int pages = 0;
+        for (const char *room : { "cspro-text", "cspro-json", "spss", "stata" }) {
+            const QDir files(QStringLiteral(VAN_CORPUS "/") + room);
+            for (const QString &name : files.entryList(QDir::Files, QDir::Name).mid(0, 12)) {
+                const QString file = files.filePath(name);
+                const Run shown = run({ "show", "--format", "json", file });
+                const Run made = run({ "codebook", file, "-o", "-" });
+                QCOMPARE(made.status, shown.status);
+                if (made.status != fine)
+                    continue;
+                const QJsonArray fields = QJsonDocument::fromJson(shown.out).object()["fields"].toArray();
+                QVERIFY2(!fields.isEmpty(), qPrintable(name));
+                QCOMPARE(dataOf(made.out)["variables"].toArray().size(), fields.size());
+                QVERIFY2(isHarmless(dataTextOf(made.out)), qPrintable(name));
+                ++pages;
+            }
+        }
+        QVERIFY(pages > 0);
+    }
+
+    void helpTellsOfTheCommand()
+    {
+        QVERIFY(run({ "--help" }).out.contains("codebook"));
+        const QByteArray help = run({ "codebook", "--help" }).out;
+        for (const char *option : { "--type", "--decimals", "--output", "FILE" })
+            QVERIFY2(help.contains(option), option);
+    }
+
+private:
+    // Nothing that ends a script, and nothing that HTML forbids or UTF-8 cannot hold.
+    static bool isHarmless(const QByteArray &data)
+    {
+        const QString text = QString::fromUtf8(data);
+        return !text.contains(
+                   QRegularExpression("[<>&\\x{0}-\\x{1F}\\x{7F}-\\x{9F}\\x{2028}\\x{2029}\\x{FFFE}\\x{FFFF}]"))
+            && text.toUtf8() == data;
+    }
+
+    void write(const QString &name, const QString &content) const
+    {
+        const QByteArray bytes = content.toUtf8();
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(bytes), qint64(bytes.size()));
+    }
+
+    QByteArray contentOf(const QString &name) const
+    {
+        QFile file(folder.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    // The page that the tool writes, or nothing.
+    QByteArray pageOf(const QString &file) const
+    {
+        QFile::remove(folder.filePath("page.html"));
+        const Run made = run({ "codebook", file, "-o", "page.html" });
+        if (made.status != fine || !made.out.isEmpty() || !made.err.isEmpty())
+            return {};
+        return contentOf("page.html");
+    }
+
+    Run run(const QStringList &arguments) const
+    {
+        QProcess tool;
+        return run(arguments, tool);
+    }
+
+    Run run(const QStringList &arguments, QProcess &tool) const
+    {
+        tool.setWorkingDirectory(folder.path());
+        tool.start(VAN_TOOL, arguments);
+        constexpr int patience = 120000;
+        if (!tool.waitForFinished(patience) || tool.exitStatus() != QProcess::NormalExit)
+            return {};
+        return { tool.exitCode(), tool.readAllStandardOutput(), tool.readAllStandardError() };
+    }
+
+    QTemporaryDir folder;
+};
+
+QTEST_GUILESS_MAIN(VanlayoutCodebookTest)
+#include "VanlayoutCodebookTest.moc"

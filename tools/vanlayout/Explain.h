@@ -1,0 +1,27 @@
+#ifndef VANLAYOUT_EXPLAIN_H
+#define VANLAYOUT_EXPLAIN_H
+
+#include <string>
+#include <vector>
+
+class QString;
+class ReadReport;
+
+/// What `vanlayout explain` was asked for.
+struct ExplainOptions {
+    std::string format = "table";    ///< table or json
+    std::string type = "auto";       ///< auto, the name of a file type, or lookup
+    std::string decimals = "no";     ///< yes or no
+    std::string separator = "space"; ///< of lookups
+    bool showsAll = false;           ///< every place of a kind, where the table shows the first ones
+    std::vector<std::string> files;  ///< in the encoding of the system
+};
+
+/// Reads each file with a report attached, prints the reports by gravity, and answers the worst status: a finding where
+/// anything was lost.
+int explain(const ExplainOptions &options);
+
+/// How many notes a report holds, in words: "3 lost, 2 changed, 1 curious".
+QString countsOf(const ReadReport &report);
+
+#endif
