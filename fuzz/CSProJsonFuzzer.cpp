@@ -1,7 +1,7 @@
 // A CSPro 8 JSON dictionary, from the file to a filled provider.
 
 #include "FuzzedFile.h"
-#include "WholeRoad.h"
+#include "SameWithReport.h"
 #include "cspro/CSProJsonDataImport.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)

@@ -1,7 +1,7 @@
 // A CSPro text dictionary, from the file to a filled provider. The first byte answers the question on decimal codes.
 
 #include "FuzzedFile.h"
-#include "WholeRoad.h"
+#include "SameWithReport.h"
 #include "cspro/CSProDataImport.h"
 #include "cspro/DecimalQuestion.h"
 

@@ -1,7 +1,8 @@
 // A Stata file in both ways of reading, which must tell the same.
 
 #include "FuzzedFile.h"
-#include "WholeRoad.h"
+#include "import/ReadReport.h"
+#include "support/WholeRoad.h"
 #include "statistical/STATADataImport.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)

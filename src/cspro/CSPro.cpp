@@ -339,7 +339,7 @@ void TCSPro::tellOfHeader(QStringView line, int kind, int index)
 // The first one is told for all: a file that is no dictionary has nothing else.
 void TCSPro::tellOfLineOutside(QStringView line, int index)
 {
-    if (!hasSection && report->count(NoteKind::lineOutsideSection) == 0)
+    if (!hasSection && !std::exchange(isOutsideTold, true))
         report->add(NoteKind::lineOutsideSection, line.toString(), firstLine + index);
 }
 

@@ -65,18 +65,56 @@ QStringView keyOf(QStringView line)
     return equals < 0 ? line : line.left(equals).trimmed();
 }
 
-bool isAmong(const Keys &keys, QStringView name)
+/// The keys of a section's lines that are read of it, from the first line on. Asked in the order of the lines, it looks
+/// at each once.
+class KeysSoFar
 {
-    return std::any_of(keys.cbegin(), keys.cend(), [name](const QString &key) { return name == key; });
-}
-
-bool standsEarlier(const SectionLines &lines, size_t index, QStringView key)
-{
-    for (size_t i = 0; i < index; ++i) {
-        if (keyOf(lines.at(i)) == key)
-            return true;
+public:
+    KeysSoFar(const SectionLines &sectionLines, const Keys &readKeys)
+        : lines(sectionLines)
+        , keys(readKeys)
+        , stands(readKeys.size(), false)
+    {
     }
-    return false;
+
+    /// Whether a line in front of the one at \a index has \a key, which is one of those that are read.
+    bool has(QStringView key, size_t index)
+    {
+        for (; next < index; ++next) {
+            const size_t found = placeOf(keyOf(lines.at(next)));
+            if (found < keys.size())
+                stands[found] = true;
+        }
+        return stands[placeOf(key)];
+    }
+
+    bool reads(QStringView key) const { return placeOf(key) < keys.size(); }
+
+private:
+    size_t placeOf(QStringView key) const
+    {
+        const auto isSame = [key](const QString &name) { return key == name; };
+        return size_t(std::find_if(keys.cbegin(), keys.cend(), isSame) - keys.cbegin());
+    }
+
+    const SectionLines &lines;
+    const Keys &keys;
+    std::vector<bool> stands;
+    size_t next = 0;
+};
+
+void tellOfUnusedLine(ReadReport &report, const SectionLines &lines, size_t index, KeysSoFar &keys)
+{
+    const QStringView line = lines.at(index);
+    const QStringView key = keyOf(line);
+    const auto tell = [&](NoteKind noteKind) { report.add(noteKind, line.toString(), lines.numberOf(index)); };
+    if (line.front() == QLatin1Char('['))
+        tell(NoteKind::swallowedHeader);
+    else if (keys.reads(key)) {
+        if (keys.has(key, index)) // else another line was taken for it, which is told there
+            tell(NoteKind::repeatedKey);
+    } else if (key != QLatin1String("SecurityOptions")) // says nothing of the layout
+        tell(NoteKind::unknownKey);
 }
 
 } // namespace
@@ -117,24 +155,11 @@ void SectionNotes::end(ReadReport &report, Section kind, const SectionLines &lin
         if (std::find(absentKeys.cbegin(), absentKeys.cend(), key) != absentKeys.cend())
             report.add(NoteKind::missingKey, key, headerLine);
     }
+    KeysSoFar keys(lines, keysOf(kind));
     for (size_t i = 0; i < isUsed.size(); ++i) {
         if (!isUsed[i])
-            tellOfUnusedLine(report, kind, lines, i);
+            tellOfUnusedLine(report, lines, i, keys);
     }
-}
-
-void SectionNotes::tellOfUnusedLine(ReadReport &report, Section kind, const SectionLines &lines, size_t index)
-{
-    const QStringView line = lines.at(index);
-    const QStringView key = keyOf(line);
-    const auto tell = [&](NoteKind noteKind) { report.add(noteKind, line.toString(), lines.numberOf(index)); };
-    if (line.front() == QLatin1Char('['))
-        tell(NoteKind::swallowedHeader);
-    else if (isAmong(keysOf(kind), key)) {
-        if (standsEarlier(lines, index, key)) // else another line was taken for it, which is told there
-            tell(NoteKind::repeatedKey);
-    } else if (key != QLatin1String("SecurityOptions")) // says nothing of the layout
-        tell(NoteKind::unknownKey);
 }
 
 void tellOfDecimalCodes(ReadReport &report, const TCSProValueSet &set, const std::vector<int> &lines,

@@ -32,8 +32,6 @@ public:
     void end(ReadReport &report, Section kind, const SectionLines &lines, int headerLine) const;
 
 private:
-    static void tellOfUnusedLine(ReadReport &report, Section kind, const SectionLines &lines, size_t index);
-
     std::vector<char> isUsed;
     std::vector<QString> absentKeys;
     size_t lastLine = 0;

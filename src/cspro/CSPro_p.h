@@ -116,6 +116,7 @@ private:
     int firstLine = 1;          ///< number in the file of the line at index 0
     bool hasSection = false;
     bool hasLevel = false;
+    bool isOutsideTold = false; ///< a line in front of the first section
     bool isCommonMeant = false; ///< whether items belong into the common record
 };
 

@@ -137,12 +137,17 @@ private:
         pending->name = label;
     }
 
+    static bool holdsSeveral(const QString &text)
+    {
+        return textfile::indexOf(text, ' ') >= 0 && textfile::indexOf(text, ':') >= 0;
+    }
+
     // A special value is dropped: its code lives on in the item alone.
     void flush()
     {
         if (!pending || pending->special)
             return;
-        if (textfile::indexOf(pending->code, ' ') >= 0 && textfile::indexOf(pending->code, ':') >= 0) {
+        if (holdsSeveral(pending->code)) {
             debugLine("PROCESAR OTROS RANGOS");
             reader.splitOtherRanges(&set, pending.get());
         } else {
@@ -197,7 +202,10 @@ private:
         if (semicolon > 0)
             label = text(upper.mid(semicolon + 1));
         addValue(set, text(line.left(colon)), label);
-        tell(semicolon > 0 ? NoteKind::rangeAsEndPoints : NoteKind::rangeWithoutUpper, line);
+        if (holdsSeveral(code))
+            tell(NoteKind::severalInALine, line);
+        else
+            tell(semicolon > 0 ? NoteKind::rangeAsEndPoints : NoteKind::rangeWithoutUpper, line);
     }
 
     // The upper bound keeps its colon, so the set of a numeric item is lost; the label, where there is one, keeps its

@@ -8,16 +8,26 @@ van_add_test(tool/VanlayoutLookupTest.cpp)
 add_dependencies(VanlayoutLookupTest vanlayout)
 target_compile_definitions(VanlayoutLookupTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
+# Beside the command, what writes the forms.
+set(tool_folder ${PROJECT_SOURCE_DIR}/tools/vanlayout)
+van_add_test(tool/VanlayoutExplainTest.cpp)
+add_dependencies(VanlayoutExplainTest vanlayout)
+target_compile_definitions(VanlayoutExplainTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+
 van_add_test(tool/VanlayoutExportTest.cpp)
+set_target_properties(VanlayoutExportTest PROPERTIES AUTORCC ON) # the schema of the JSON form
 add_dependencies(VanlayoutExportTest vanlayout)
+target_sources(VanlayoutExportTest PRIVATE ${tool_folder}/ExportCsvw.cpp ${tool_folder}/ExportDdi.cpp
+    ${tool_folder}/ExportJsonSchema.cpp ${tool_folder}/ExportedVariable.cpp ${tool_folder}/export/export.qrc
+    ${tool_folder}/FileType.cpp ${tool_folder}/InputFile.cpp ${tool_folder}/Layout.cpp)
+target_include_directories(VanlayoutExportTest PRIVATE ${tool_folder})
 target_compile_definitions(VanlayoutExportTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>"
-    VAN_DOCS="${PROJECT_SOURCE_DIR}/docs" VAN_SCHEMAS="${PROJECT_SOURCE_DIR}/../shared/schemas")
+    VAN_SCHEMAS="${PROJECT_SOURCE_DIR}/../shared/schemas")
 van_use_made_data(VanlayoutExportTest)
 
 # Beside the command, the comparison itself.
 van_add_test(tool/VanlayoutDiffTest.cpp)
 add_dependencies(VanlayoutDiffTest vanlayout)
-set(tool_folder ${PROJECT_SOURCE_DIR}/tools/vanlayout)
 target_sources(VanlayoutDiffTest PRIVATE ${tool_folder}/Diff.cpp ${tool_folder}/FileType.cpp
     ${tool_folder}/InputFile.cpp ${tool_folder}/Layout.cpp)
 target_include_directories(VanlayoutDiffTest PRIVATE ${tool_folder})
@@ -29,11 +39,11 @@ add_dependencies(VanlayoutCodebookTest vanlayout)
 target_compile_definitions(VanlayoutCodebookTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutCodebookTest)
 
-# The page of the codebook, used in a browser where there is one.
+# The page of the codebook, used in a browser where there is one. What it reads is made for the test above.
 find_program(VAN_PYTHON python3)
 if(VAN_PYTHON)
-    add_test(NAME CodebookBrowser COMMAND ${CMAKE_COMMAND} -E env VAN_MADE_DATA=${VAN_MADE_DATA} ${VAN_PYTHON}
-        ${CMAKE_CURRENT_SOURCE_DIR}/tool/codebook-browser.py $<TARGET_FILE:vanlayout> ${PROJECT_SOURCE_DIR}/examples)
+    add_test(NAME CodebookBrowser COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/tool/codebook-browser.py
+        $<TARGET_FILE:vanlayout> ${PROJECT_SOURCE_DIR}/examples ${made_data})
     van_test_properties(CodebookBrowser tool)
     set_tests_properties(CodebookBrowser PROPERTIES SKIP_RETURN_CODE 77)
 else()

@@ -142,10 +142,12 @@ private:
         }
         const auto padded
             = [](const QString &text, int width) { return width > 0 ? paddedToColumns(text, width + gap) : QString(); };
-        for (const QStringList &row : rows)
-            printLine(out,
-                      QStringLiteral("      ") + padded(row.at(0), lineWidth) + padded(row.at(1), variableWidth)
-                          + row.at(2));
+        for (const QStringList &row : rows) {
+            QString line = padded(row.at(0), lineWidth) + padded(row.at(1), variableWidth) + row.at(2);
+            while (line.endsWith(QLatin1Char(' ')))
+                line.chop(1);
+            printLine(out, QStringLiteral("      ") + line);
+        }
     }
 
     std::FILE *out;

@@ -1,10 +1,9 @@
-#ifndef FUZZ_WHOLEROAD_H
-#define FUZZ_WHOLEROAD_H
+#ifndef SUPPORT_WHOLEROAD_H
+#define SUPPORT_WHOLEROAD_H
 
 #include "import/DataImport.h"
 #include "import/DataProvider.h"
 #include "import/ErrorManager.h"
-#include "import/ReadReport.h"
 #include "import/SourceField.h"
 
 #include <QString>
@@ -51,19 +50,6 @@ inline QString takeWholeRoad(TDataImport &importer)
     provider.releaseContents();
     importer.releaseContents();
     return told;
-}
-
-/// Reads a file without a report and with one: both must tell the same.
-template <typename Importer> void requireSameWithReport(Importer &&alone, Importer &&toldOf)
-{
-    ReadReport report;
-    toldOf.setReadReport(&report);
-    if (takeWholeRoad(alone) != takeWholeRoad(toldOf))
-        qFatal("a report changes what is read");
-    for (const ReadNote &note : report.notes()) {
-        if (note.id().isEmpty() || note.sentence().isEmpty() || note.line < 0)
-            qFatal("a note that tells nothing");
-    }
 }
 
 #endif

@@ -1,0 +1,20 @@
+#ifndef FUZZ_SAMEWITHREPORT_H
+#define FUZZ_SAMEWITHREPORT_H
+
+#include "import/ReadReport.h"
+#include "support/WholeRoad.h"
+
+/// Reads a file without a report and with one: both must tell the same.
+template <typename Importer> void requireSameWithReport(Importer &&alone, Importer &&toldOf)
+{
+    ReadReport report;
+    toldOf.setReadReport(&report);
+    if (takeWholeRoad(alone) != takeWholeRoad(toldOf))
+        qFatal("a report changes what is read");
+    for (const ReadNote &note : report.notes()) {
+        if (note.id().isEmpty() || note.sentence().isEmpty() || note.line < 0)
+            qFatal("a note that tells nothing");
+    }
+}
+
+#endif

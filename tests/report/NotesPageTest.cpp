@@ -1,0 +1,181 @@
+#include "cspro/CSProDataImport.h"
+#include "cspro/CSProJsonDataImport.h"
+#include "cspro/DecimalQuestion.h"
+#include "import/ReadReport.h"
+#include "lookup/Lookup.h"
+#include "support/WholeRoad.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <QtTest>
+
+#include <memory>
+
+namespace
+{
+
+/// A kind as the page shows it.
+struct Entry {
+    QString id;
+    QString gravity;
+    QString sentence;
+    QString format; ///< of the example; "" where words stand for it
+    QString example;
+    QStringList notes; ///< that the example gives, one text each
+};
+
+QStringList linesOfPage()
+{
+    QFile page(QStringLiteral(VAN_DOCS "/notes.md"));
+    return page.open(QIODevice::ReadOnly) ? QString::fromUtf8(page.readAll()).split(QLatin1Char('\n')) : QStringList();
+}
+
+// The cells of a row, without the marks of code around them.
+QString noteOfRow(const QString &row)
+{
+    QStringList cells = row.split(QLatin1Char('|')).mid(1, 4);
+    for (QString &cell : cells) {
+        cell = cell.trimmed();
+        if (cell.startsWith(QLatin1Char('`')))
+            cell = cell.mid(1, cell.size() - 2);
+    }
+    return cells.join(QLatin1Char('|'));
+}
+
+QString noteInWords(const ReadNote &note)
+{
+    QString variable = note.variable;
+    for (int code = 1; code < 4; ++code) // the numbers of occurrences
+        variable.replace(QChar(code), QStringLiteral("\\x0%1").arg(code));
+    const QString line = note.line > 0 ? QString::number(note.line) : QString();
+    return QStringList{ note.id(), line, variable, note.text }.join(QLatin1Char('|'));
+}
+
+std::vector<Entry> entriesOfPage()
+{
+    std::vector<Entry> entries;
+    bool isExample = false;
+    for (const QString &line : linesOfPage()) {
+        if (isExample || line.startsWith(QLatin1String("```"))) {
+            if (!entries.empty() && isExample && !line.startsWith(QLatin1String("```")))
+                entries.back().example += line + QLatin1Char('\n');
+            else if (!entries.empty() && !isExample)
+                entries.back().format = line.mid(3);
+            if (line.startsWith(QLatin1String("```")))
+                isExample = !isExample;
+        } else if (line.startsWith(QLatin1String("### "))) {
+            entries.push_back({ line.mid(4), {}, {}, {}, {}, {} });
+        } else if (!entries.empty() && line.startsWith(QLatin1Char('*'))) {
+            entries.back().gravity = line.section(QLatin1Char('*'), 1, 1).remove(QLatin1Char('.')).toLower();
+            entries.back().sentence = line.section(QLatin1String("* "), 1);
+        } else if (line.startsWith(QLatin1Char('|')) && !line.startsWith(QLatin1String("| kind"))
+                   && !line.startsWith(QLatin1String("|--"))) {
+            entries.back().notes += noteOfRow(line);
+        }
+    }
+    return entries;
+}
+
+template <typename Importer> void readWith(const QString &path, ReadReport &report)
+{
+    Importer importer(path);
+    importer.setReadReport(&report);
+    takeWholeRoad(importer);
+}
+
+void checkLookup(const QString &path, ReadReport &report)
+{
+    TVpLookup lookup;
+    lookup.setFfileName(path);
+    lookup.setSeparator(0);
+    lookup.setReadReport(&report);
+    std::map<QString, int *> frequencies;
+    lookup.consistencyCheck(ccNone, frequencies, nullptr);
+}
+
+} // namespace
+
+/// The page that lists what readers tell says it as they do.
+class NotesPageTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
+        QVERIFY(folder.isValid());
+    }
+
+    void everyKindIsListedInItsOrder()
+    {
+        QStringList listed;
+        for (const Entry &entry : entriesOfPage())
+            listed += entry.id;
+        QStringList kinds;
+        for (int i = 0; i < ReadReport::kinds; ++i)
+            kinds += ReadReport::idOf(NoteKind(i));
+        QCOMPARE(listed, kinds);
+    }
+
+    void gravityAndSentenceAreThoseOfTheKind_data() { makeRows(false); }
+    void gravityAndSentenceAreThoseOfTheKind()
+    {
+        QFETCH(int, index);
+        const Entry entry = entriesOfPage().at(size_t(index));
+        QCOMPARE(entry.gravity, ReadReport::nameOf(ReadReport::gravityOf(NoteKind(index))));
+        QCOMPARE(entry.sentence, ReadReport::sentenceOf(NoteKind(index)));
+    }
+
+    void exampleGivesItsNotesAndNoOther_data() { makeRows(true); }
+    void exampleGivesItsNotesAndNoOther()
+    {
+        QFETCH(int, index);
+        const Entry entry = entriesOfPage().at(size_t(index));
+        ReadReport report;
+        read(entry, report);
+        QStringList told;
+        for (const ReadNote &note : report.notes())
+            told += noteInWords(note);
+        QCOMPARE(told, entry.notes);
+        QVERIFY(report.count(NoteKind(index)) > 0);
+    }
+
+private:
+    // Those without an example are of Stata and SPSS files, or are about files that cannot be read.
+    void makeRows(bool withExample)
+    {
+        QTest::addColumn<int>("index");
+        const std::vector<Entry> entries = entriesOfPage();
+        for (size_t i = 0; i < entries.size(); ++i) {
+            if (!withExample || !entries[i].format.isEmpty())
+                QTest::newRow(qPrintable(entries[i].id)) << int(i);
+        }
+    }
+
+    void read(const Entry &entry, ReadReport &report)
+    {
+        const QString path = folder.filePath(QStringLiteral("example"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        const bool isUtf8 = entry.format != QLatin1String("windows-1252");
+        file.write(isUtf8 ? entry.example.toUtf8()
+                          : QTextCodec::codecForName("windows-1252")->fromUnicode(entry.example));
+        file.close();
+        const int button = entry.format == QLatin1String("cspro-yes") ? QMessageBox::YesToAll : QMessageBox::NoToAll;
+        setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
+        if (entry.format == QLatin1String("lookup"))
+            checkLookup(path, report);
+        else if (entry.format == QLatin1String("cspro8"))
+            readWith<TCSProJsonDataImport>(path, report);
+        else
+            readWith<TCSProDataImport>(path, report);
+    }
+
+    QTemporaryDir folder;
+};
+
+QTEST_GUILESS_MAIN(NotesPageTest)
+#include "NotesPageTest.moc"

@@ -1,0 +1,208 @@
+#include "StatFile.h"
+#include "import/ReadReport.h"
+#include "statistical/SPSSDataImport.h"
+#include "statistical/STATADataImport.h"
+#include "support/WholeRoad.h"
+
+#include <QFile>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace
+{
+
+// Every note in words, one kind after the other as they came.
+QStringList inWords(const ReadReport &report)
+{
+    QStringList words;
+    for (const ReadNote &note : report.notes())
+        words += QStringList{ note.id(), note.variable, note.text }.join(QLatin1Char('|'));
+    return words;
+}
+
+template <typename Importer> void setQuiet(Importer &importer)
+{
+    importer.setReadingBuffered(true);
+}
+template <> void setQuiet(TSTATADataImport &importer)
+{
+    importer.setErrorStream(nullptr);
+}
+
+template <typename Importer> QStringList notesOf(const QString &path)
+{
+    ReadReport report;
+    Importer importer(path);
+    setQuiet(importer);
+    importer.setReadReport(&report);
+    takeWholeRoad(importer);
+    return inWords(report);
+}
+
+} // namespace
+
+/// What the readers of Stata and SPSS files tell.
+class StatisticalNotesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
+        QVERIFY(folder.isValid());
+    }
+
+    void fileWithNothingLostIsSilent()
+    {
+        StatFile stata(StatFile::dta, 118);
+        stata.variable("age", READSTAT_TYPE_INT8, "Age", "%8.0g", stata.intLabels("ages", { { 1, "One" } }));
+        QCOMPARE(notesOf<TSTATADataImport>(saved(stata)), QStringList());
+        StatFile spss(StatFile::sav);
+        spss.variable("AGE", READSTAT_TYPE_DOUBLE, "Age", "F3.0", spss.labels("ages", { { 1, "One" } }));
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(spss)), QStringList());
+    }
+
+    void fileThatIsNotThereIsToldOnce()
+    {
+        const QString path = folder.filePath(QStringLiteral("missing"));
+        QCOMPARE(notesOf<TSTATADataImport>(path).filter(QStringLiteral("file-not-read")).size(), 1);
+        QCOMPARE(notesOf<TSPSSDataImport>(path).filter(QStringLiteral("file-not-read")).size(), 1);
+    }
+
+    void readersOwnErrorIsToldInWords()
+    {
+        QCOMPARE(notesOf<TSPSSDataImport>(write(std::string(1000, 'x'))),
+                 QStringList(QStringLiteral("file-not-read||Invalid file, or file has unsupported features")));
+    }
+
+    void truncatedFileEndsTheReading()
+    {
+        StatFile file(StatFile::dta, 118);
+        file.variable("age", READSTAT_TYPE_INT8, "Age", "%8.0g", file.intLabels("ages", { { 1, "One" } }));
+        const std::string bytes = file.bytes();
+        const QString path = write(bytes.substr(0, bytes.find("<value_labels>") + 5));
+        QCOMPARE(notesOf<TSTATADataImport>(path),
+                 (QStringList{ QStringLiteral("label-set-missing|age|ages"),
+                               QStringLiteral("reading-ended||Unable to read from file") }));
+    }
+
+    void refusedVersionIsTold()
+    {
+        StatFile file(StatFile::dta, 114);
+        file.variable("age", READSTAT_TYPE_INT8);
+        std::string bytes = file.bytes();
+        bytes.front() = char(103);
+        QCOMPARE(notesOf<TSTATADataImport>(write(bytes)),
+                 QStringList(QStringLiteral("version-refused||This version of the file format is not supported")));
+    }
+
+    void labelOfMinusOneIsLost()
+    {
+        StatFile file(StatFile::dta, 118);
+        const auto *set = file.intLabels("yesno", { { -1, "Refused" }, { 1, "Yes" } });
+        file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", set);
+        QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
+                 QStringList(QStringLiteral("label-of-minus-one||yesno: -1 Refused")));
+    }
+
+    void missingLabelSetIsTold()
+    {
+        StatFile file(StatFile::dta, 118);
+        file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", file.intLabels("set", { { 1, "One" } }));
+        std::string bytes = file.bytes();
+        bytes.replace(bytes.rfind("set"), 3, "SET");
+        QCOMPARE(notesOf<TSTATADataImport>(write(bytes)), QStringList(QStringLiteral("label-set-missing|v|set")));
+    }
+
+    void labelledValueWithDecimalsIsCutForAVariableWithout()
+    {
+        StatFile file(StatFile::sav);
+        const auto *set = file.labels("shares", { { 0.5, "Half" }, { 1, "One" } });
+        file.variable("SHARE", READSTAT_TYPE_DOUBLE, "Share", "F3.0", set);
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("value-cut-to-integer|SHARE|0.5")));
+    }
+
+    void widthOfMoreThanOneDigitIsCut()
+    {
+        StatFile file(StatFile::sav);
+        file.variable("WIDE", READSTAT_TYPE_DOUBLE, "Wide", "F12.0");
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("width-cut|WIDE|F12.0")));
+    }
+
+    void decimalsOfSPSSAreLost()
+    {
+        StatFile file(StatFile::sav);
+        file.variable("RENT", READSTAT_TYPE_DOUBLE, "Rent", "F8.2");
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("decimals-lost|RENT|F8.2")));
+    }
+
+    void declaredMissingValuesAreNotRead()
+    {
+        StatFile file(StatFile::sav);
+        readstat_variable_t *age = file.variable("AGE", READSTAT_TYPE_DOUBLE, "Age", "F3.0");
+        readstat_variable_add_missing_double_value(age, 99);
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("missing-not-read|AGE|1")));
+    }
+
+    void stataTextOutsideOfAsciiIsTold()
+    {
+        StatFile file(StatFile::dta, 118);
+        const auto *set = file.intLabels("sexes", { { 1, "F\xC3\xA9minin" } });
+        file.variable("age", READSTAT_TYPE_INT8, "\xC3\x82ge", "%8.0g", set);
+        QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
+                 (QStringList{ QString::fromUtf8("text-not-ascii||sexes: 1 F\xC3\xA9minin"),
+                               QString::fromUtf8("text-not-ascii|age|\xC3\x82ge") }));
+    }
+
+    void secondOpeningOfAnSPSSImporterIsTold()
+    {
+        StatFile file(StatFile::sav);
+        file.variable("AGE", READSTAT_TYPE_DOUBLE, "Age", "F3.0");
+        const QString path = saved(file);
+        ReadReport report;
+        TSPSSDataImport importer(path);
+        importer.setReadReport(&report);
+        open(importer);
+        QCOMPARE(inWords(report), QStringList());
+        open(importer);
+        QCOMPARE(inWords(report).first(), QStringLiteral("opened-twice||") + path);
+        importer.releaseContents();
+    }
+
+    void oneReportServesSeveralFiles()
+    {
+        StatFile file(StatFile::sav);
+        file.variable("WIDE", READSTAT_TYPE_DOUBLE, "Wide", "F12.0");
+        const QString path = saved(file);
+        ReadReport report;
+        for (int i = 0; i < 2; ++i) {
+            TSPSSDataImport importer(path);
+            importer.setReadReport(&report);
+            QCOMPARE(importer.getReadReport(), &report);
+            takeWholeRoad(importer);
+        }
+        QCOMPARE(report.count(NoteKind::widthCut), 2);
+    }
+
+private:
+    static void open(TDataImport &importer) { const std::unique_ptr<QStringList> names(importer.selectLayoutSource()); }
+
+    QString write(const std::string &bytes)
+    {
+        const QString path = folder.filePath(QStringLiteral("file"));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), qint64(bytes.size())) != qint64(bytes.size()))
+            qFatal("a test file cannot be written");
+        return path;
+    }
+    QString saved(StatFile &file) { return write(file.bytes()); }
+
+    QTemporaryDir folder;
+};
+
+QTEST_GUILESS_MAIN(StatisticalNotesTest)
+#include "StatisticalNotesTest.moc"

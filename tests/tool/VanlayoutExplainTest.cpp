@@ -1,0 +1,309 @@
+#include "import/ReadReport.h"
+#include "support/NotesLine.h"
+
+#include <QtTest>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSet>
+#include <QTemporaryDir>
+
+namespace
+{
+
+constexpr int fine = 0;
+constexpr int finding = 1;
+constexpr int noAnswer = 2;
+
+const QString planted = QStringLiteral(VAN_TEST_DATA "/report/planted.dcf");
+const QString planted8 = QStringLiteral(VAN_TEST_DATA "/report/planted8.dcf");
+const QString ended = QStringLiteral(VAN_TEST_DATA "/report/ended.dcf");
+const QString clean = QStringLiteral(VAN_TEST_DATA "/report/clean.dcf");
+const QString clean8 = QStringLiteral(VAN_TEST_DATA "/report/clean8.dcf");
+
+struct Run {
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+QSet<QString> kindsIn(const QByteArray &json)
+{
+    QSet<QString> kinds;
+    for (const QJsonValue &note : QJsonDocument::fromJson(json).object().value(QStringLiteral("notes")).toArray())
+        kinds.insert(note.toObject().value(QStringLiteral("kind")).toString());
+    return kinds;
+}
+
+QSet<QString> kindsBetween(NoteKind first, NoteKind last)
+{
+    QSet<QString> kinds;
+    for (int i = int(first); i <= int(last); ++i)
+        kinds.insert(ReadReport::idOf(NoteKind(i)));
+    return kinds;
+}
+
+QStringList sorted(const QSet<QString> &kinds)
+{
+    QStringList list = kinds.values();
+    list.sort();
+    return list;
+}
+
+} // namespace
+
+/// `vanlayout explain`, run as a user runs it, and what `vanlayout show` says of it.
+class VanlayoutExplainTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyOddityPlantedInATextDictionaryIsFound()
+    {
+        QSet<QString> expected = kindsBetween(NoteKind::unknownSection, NoteKind::encodingGuessed);
+        expected += kindsBetween(NoteKind::duplicateVariable, NoteKind::groupValueOfAnother);
+        QSet<QString> found;
+        for (const char *decimals : { "no", "yes" })
+            found += kindsIn(run({ "explain", "--format", "json", "--decimals", decimals, planted }).out);
+        QCOMPARE(sorted(expected - found), QStringList());
+        QCOMPARE(sorted(found - expected), QStringList());
+        QCOMPARE(sorted(kindsIn(run({ "explain", "--format", "json", ended }).out)),
+                 (QStringList{ "reading-ended", "several-in-a-line" }));
+    }
+
+    void everyOddityPlantedInACSPro8DictionaryIsFound()
+    {
+        const Run explained = run({ "explain", "--format", "json", planted8 });
+        QCOMPARE(explained.status, finding);
+        const QSet<QString> found = kindsIn(explained.out);
+        QCOMPARE(sorted(kindsBetween(NoteKind::wrongType, NoteKind::firstAtColumnOne) - found), QStringList());
+        QVERIFY(found.contains(QStringLiteral("unknown-key")));
+        QVERIFY(found.contains(QStringLiteral("further-level")));
+        QVERIFY(found.contains(QStringLiteral("further-value-set")));
+    }
+
+    void cleanDictionaryIsExplainedInSilence_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("type");
+        QTest::newRow("text") << clean << "CSPro text dictionary";
+        QTest::newRow("CSPro 8") << clean8 << "CSPro 8 JSON dictionary";
+    }
+    void cleanDictionaryIsExplainedInSilence()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, type);
+        const Run explained = run({ "explain", file });
+        QCOMPARE(explained.status, fine);
+        QCOMPARE(explained.err, QByteArray());
+        QCOMPARE(QString::fromUtf8(explained.out), file + ": " + type + ", no note\n");
+        const Run shown = run({ "show", file });
+        QCOMPARE(shown.status, fine);
+        QCOMPARE(shown.err, QByteArray());
+    }
+
+    void tableIsByGravityThenByKind()
+    {
+        write("d.dcf",
+              "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\nLen=2\nTaste=sweet\n"
+              "[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n"
+              "[Item]\nName=AGE\nStart=9\nLen=1\n");
+        const Run explained = run({ "explain", "d.dcf" });
+        QCOMPARE(explained.status, finding);
+        QCOMPARE(explained.err, QByteArray());
+        QCOMPARE(QString::fromUtf8(explained.out),
+                 "d.dcf: CSPro text dictionary, 5 notes (3 lost, 1 changed, 1 curious)\n"
+                 "\n"
+                 "LOST: 3\n"
+                 "  unknown-key (2)\n"
+                 "    "
+                     + ReadReport::sentenceOf(NoteKind::unknownKey)
+                     + "\n"
+                       "      line 6  AGE  Colour=red\n"
+                       "      line 8  AGE  Taste=sweet\n"
+                       "  repeated-key (1)\n"
+                       "    "
+                     + ReadReport::sentenceOf(NoteKind::repeatedKey)
+                     + "\n"
+                       "      line 7  AGE  Len=2\n"
+                       "\n"
+                       "CHANGED: 1\n"
+                       "  duplicate-variable (1)\n"
+                       "    "
+                     + ReadReport::sentenceOf(NoteKind::duplicateVariable)
+                     + "\n"
+                       "      AGE\n"
+                       "\n"
+                       "CURIOUS: 1\n"
+                       "  subitem (1)\n"
+                       "    "
+                     + ReadReport::sentenceOf(NoteKind::subitem)
+                     + "\n"
+                       "      line 9  TENS\n");
+    }
+
+    void jsonHasEveryKeyInItsOrder()
+    {
+        write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
+        const Run explained = run({ "explain", "--format", "json", "d.dcf" });
+        QCOMPARE(explained.status, finding);
+        QCOMPARE(QString::fromUtf8(explained.out),
+                 "{\n"
+                 "  \"file\": \"d.dcf\",\n"
+                 "  \"type\": \"cspro\",\n"
+                 "  \"lost\": 1,\n"
+                 "  \"changed\": 0,\n"
+                 "  \"curious\": 0,\n"
+                 "  \"notes\": [\n"
+                 "    {\n"
+                 "      \"kind\": \"unknown-key\",\n"
+                 "      \"gravity\": \"lost\",\n"
+                 "      \"line\": 6,\n"
+                 "      \"variable\": \"AGE\",\n"
+                 "      \"text\": \"Colour=red\",\n"
+                 "      \"sentence\": \""
+                     + ReadReport::sentenceOf(NoteKind::unknownKey)
+                     + "\"\n"
+                       "    }\n"
+                       "  ]\n"
+                       "}\n");
+    }
+
+    void severalFilesAreOneJsonObjectALine()
+    {
+        const Run explained = run({ "explain", "--format", "json", clean, planted8 });
+        const QList<QByteArray> lines = explained.out.trimmed().split('\n');
+        QCOMPARE(lines.size(), 2);
+        QCOMPARE(kindsIn(lines.at(0)).size(), 0);
+        QVERIFY(!kindsIn(lines.at(1)).isEmpty());
+        QCOMPARE(explained.status, finding); // the worst one counts
+    }
+
+    void whatIsChangedOrCuriousIsNoFinding()
+    {
+        write("d.dcf", "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
+        const Run explained = run({ "explain", "d.dcf" });
+        QVERIFY(explained.out.startsWith("d.dcf: CSPro text dictionary, 3 notes (2 changed, 1 curious)\n"));
+        QCOMPARE(explained.status, fine);
+    }
+
+    void tableShowsTheFirstTenPlacesOfAKind()
+    {
+        QByteArray lines;
+        for (int i = 0; i < 12; ++i)
+            lines += "Key" + QByteArray::number(i) + "=x\n";
+        write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n" + lines);
+        const QByteArray some = run({ "explain", "d.dcf" }).out;
+        QVERIFY(some.contains("unknown-key (12)\n"));
+        QVERIFY(some.contains("Key9=x\n      and 2 more\n"));
+        const QByteArray all = run({ "explain", "--all", "d.dcf" }).out;
+        QVERIFY(all.contains("Key10=x\n"));
+        QVERIFY(all.endsWith("Key11=x\n"));
+    }
+
+    void controlCharactersOfTheFileReachNoTerminal()
+    {
+        write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nCo\x1b[31m=red\n");
+        const Run explained = run({ "explain", "d.dcf" });
+        QCOMPARE(explained.status, finding);
+        QVERIFY(!explained.out.contains('\x1b'));
+        QVERIFY(explained.out.contains("[31m=red"));
+    }
+
+    void lookupLinesWithoutASeparatorAreTold()
+    {
+        write("codes.txt", "1;Artesia\n2;Copal\nDorado\n");
+        const Run explained = run({ "explain", "--type", "lookup", "--separator", "semicolon", "codes.txt" });
+        QCOMPARE(explained.status, fine); // changed, not lost
+        QCOMPARE(QString::fromUtf8(explained.out),
+                 "codes.txt: lookup file, 1 note (1 changed)\n"
+                 "\n"
+                 "CHANGED: 1\n"
+                 "  repeats-line-before (1)\n"
+                 "    "
+                     + ReadReport::sentenceOf(NoteKind::repeatsLineBefore)
+                     + "\n"
+                       "      line 3  Dorado\n");
+    }
+
+    void fileWithoutLayoutIsExplainedAndHasStatus2()
+    {
+        const Run explained = run({ "explain", ended });
+        QCOMPARE(explained.status, noAnswer);
+        QVERIFY(explained.out.contains("reading-ended (1)\n"));
+        QCOMPARE(QString::fromUtf8(explained.err),
+                 "vanlayout: " + ended + ": reading ended in error 242: Invalid contents in line\n");
+    }
+
+    void noAnswerIsStatus2AndOneLine_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("problem");
+        QTest::newRow("no file") << QStringList{ "explain" } << QByteArray("vanlayout: FILE");
+        QTest::newRow("missing") << QStringList{ "explain", "missing.dcf" } << QByteArray("vanlayout: missing.dcf: ");
+        QTest::newRow("missing lookup") << QStringList{ "explain", "--type", "lookup", "missing.txt" }
+                                        << QByteArray("vanlayout: missing.txt: ");
+        QTest::newRow("folder") << QStringList{ "explain", "." } << QByteArray("vanlayout: .: ");
+        QTest::newRow("format") << QStringList{ "explain", "--format", "csv", clean }
+                                << QByteArray("vanlayout: --format");
+    }
+    void noAnswerIsStatus2AndOneLine()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, problem);
+        const Run explained = run(arguments);
+        QCOMPARE(explained.status, noAnswer);
+        QVERIFY2(explained.err.startsWith(problem), explained.err.constData());
+        QCOMPARE(explained.err.count('\n'), 1);
+    }
+
+    void showSaysInOneLineHowManyNotesThereAre_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::newRow("table") << "table";
+        QTest::newRow("json") << "json";
+        QTest::newRow("csv") << "csv";
+    }
+    void showSaysInOneLineHowManyNotesThereAre()
+    {
+        QFETCH(QString, format);
+        write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
+        const Run shown = run({ "show", "--format", format, "d.dcf" });
+        QCOMPARE(shown.status, fine);
+        QCOMPARE(shown.err, QByteArray("vanlayout: d.dcf: 1 note (1 lost); vanlayout explain shows them\n"));
+        QVERIFY(!shown.out.contains("note"));
+    }
+
+    void showOfAFileWithoutLayoutSaysWhatIsWrongAlone()
+    {
+        const Run shown = run({ "show", ended });
+        QCOMPARE(shown.status, noAnswer);
+        QCOMPARE(notesLinesOf(shown.err), QByteArray());
+        QCOMPARE(shown.err.count('\n'), 1);
+    }
+
+private:
+    void write(const QString &name, const QByteArray &content)
+    {
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), qint64(content.size()));
+    }
+
+    Run run(const QStringList &arguments)
+    {
+        QProcess process;
+        process.setWorkingDirectory(folder.path());
+        process.start(QStringLiteral(VAN_TOOL), arguments);
+        process.waitForFinished(-1);
+        return { process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError() };
+    }
+
+    QTemporaryDir folder;
+};
+
+QTEST_GUILESS_MAIN(VanlayoutExplainTest)
+#include "VanlayoutExplainTest.moc"
