@@ -67,6 +67,7 @@ function(van_add_fuzzer source)
     get_filename_component(name ${source} NAME_WE)
     add_executable(${name} EXCLUDE_FROM_ALL ${source} Setup.cpp)
     van_own_code(${name})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests) # support/
     target_link_libraries(${name} PRIVATE van_objects -fsanitize=fuzzer)
     target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
 
