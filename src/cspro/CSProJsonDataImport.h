@@ -22,6 +22,8 @@ class GroupSearch;
 ///
 /// The dictionary and the list of groups outlive the importer, as the fields do. Copies share all of them. Call the
 /// operations through a `TDataImport` pointer or reference.
+///
+/// Everything runs on the caller's thread; nothing is locked. Different importers may be used on different threads.
 class MODEL_VANADMIN_EXPORT TCSProJsonDataImport : public TDataImport
 {
 public:
@@ -83,6 +85,7 @@ private:
 };
 
 /// The field of a CSPro 8 JSON dictionary. It points at its item without owning it.
+/// Used by the thread that uses its importer.
 class MODEL_VANADMIN_EXPORT TCSProJsonVariable : public TGenericField
 {
 public:

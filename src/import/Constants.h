@@ -6,7 +6,8 @@
 /// The vocabulary that all rooms of the library share: 108 constant texts in three groups, and four enumerations.
 ///
 /// Texts are compared by content, never by identity. They exist before the first exported call and live as long as
-/// the library. A text that no operation of the library reads is declared vocabulary all the same.
+/// the library. A text that no operation of the library reads is declared vocabulary all the same. Nothing writes to
+/// them: they may be read on any thread.
 
 // clang-format off
 

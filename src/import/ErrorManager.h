@@ -10,6 +10,8 @@
 ///
 /// Catch a `VpErrorManager *` (or a pointer to one of its bases); a handler by value or by reference does not match.
 /// The words of an error go to the debug log and nowhere else: what() knows none of them.
+///
+/// Belongs to the thread that catches it; making one writes to the debug log and touches nothing shared.
 class MODEL_VANADMIN_EXPORT VpErrorManager : public QException
 {
 public:

@@ -13,6 +13,8 @@ class TDataImport;
 /// Each format derives its own field and answers which values count as missing, not applicable and blank. The
 /// description fields are public and filled by the importer. Lengths are in characters; a number that does not convert
 /// counts as 0. A field points back at its importer without owning it.
+///
+/// Used by the thread that uses its importer; fields of different importers share nothing.
 class MODEL_VANADMIN_EXPORT TGenericField
 {
 public:

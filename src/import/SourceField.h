@@ -12,6 +12,9 @@
 ///
 /// It reads no file; it can cut its own value out of a line that it is given. Copies share the list of type texts.
 /// Lengths are in characters. Destroying a source field leaves `typeNames` alive.
+///
+/// Re-entrant: different objects may be used on different threads, except where copies share `typeNames` and one of
+/// them is written to. One object is used by one thread at a time.
 class MODEL_VANADMIN_EXPORT TVpSourceField
 {
 public:

@@ -32,6 +32,8 @@ struct LookupReportTexts {
 ///
 /// The list of error lines and the ints of the frequencies are the caller's and must live as long as they are asked
 /// for.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ReportLookup : public QObject
 {
     Q_OBJECT
@@ -71,6 +73,8 @@ private:
 /// The captions and values of a report run, with what it was made from. The caller fills it.
 ///
 /// The list of error lines is the caller's; dataset, dictionary and creation information are shared.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT DtoReportRunCreation : public QObject
 {
     Q_OBJECT

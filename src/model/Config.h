@@ -17,6 +17,8 @@ class TVpEntity;
 /// The database to be made.
 ///
 /// `getFolder` and `getSourceFile` answer in the separators of the platform; what was set is kept as it is.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigDb
 {
 public:
@@ -56,6 +58,8 @@ private:
 };
 
 /// Options of the generation.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigOptions
 {
 public:
@@ -77,6 +81,8 @@ private:
 };
 
 /// What of one entity goes in. The list of variables belongs to the caller.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigEntities
 {
 public:
@@ -115,6 +121,8 @@ private:
 /// What the calling application has gathered for one generation of a database.
 ///
 /// What the pointers lead to belongs to the caller; the destructor frees nothing.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Config
 {
 public:
@@ -142,6 +150,8 @@ private:
 };
 
 /// Settings for extending a database by another.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigToolsExtend
 {
 public:
@@ -164,6 +174,8 @@ private:
 };
 
 /// Settings for splitting and sampling. The entities belong to the caller.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigToolsSplit
 {
 public:
@@ -206,6 +218,8 @@ private:
 };
 
 /// Settings for the conversion to JSON.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigWipxToJson
 {
 public:

@@ -21,6 +21,8 @@ class TVpVariable;
 ///
 /// The library only holds it: no field has an effect. Lists and what they hold belong to the caller; no destructor frees
 /// them. Null pointers are held like any other and never followed.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT TVpEntity
 {
 public:

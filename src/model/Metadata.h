@@ -18,6 +18,8 @@ class TVpEntity;
 
 // clang-format off
 /// Names one lookup file.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT LookupDictionary
 {
 public:
@@ -43,6 +45,8 @@ private:
 };
 
 /// How delimited text is read. Fields are held without a test for doubles.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT MetadataDataSource
 {
 public:
@@ -66,6 +70,8 @@ private:
 };
 
 /// The source of the data. `getFile` answers in the separators of the platform; what was set is kept as it is.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Datasource
 {
 public:
@@ -91,6 +97,8 @@ private:
 };
 
 /// Where a variable lies in its source. The list belongs to the caller.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT MetadataVariables
 {
 public:
@@ -122,6 +130,8 @@ private:
 };
 
 /// The data source and the lookup files of a dictionary. What the pointers lead to belongs to the caller.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT MetadataDictionary
 {
 public:
@@ -144,6 +154,8 @@ private:
 };
 
 /// A root entity and where its data comes from. What the pointers lead to belongs to the caller.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Dictionary
 {
 public:

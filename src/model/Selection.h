@@ -21,6 +21,8 @@ class TVanEntity;
 /// A node of the tree of areas by which part of a database is selected.
 ///
 /// Whoever builds a tree frees it: neither the list of children nor the children are released here.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT SelectionTreeUnit
 {
 public:
@@ -73,6 +75,8 @@ private:
 /// A node of the tree of variables with check marks.
 ///
 /// Whoever builds a tree frees it: neither the list of children nor the children are released here.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT StructVariableItem
 {
 public:

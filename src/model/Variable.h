@@ -11,6 +11,8 @@ class TVpEntity;
 
 // clang-format off
 /// A range of values, both bounds included.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Range
 {
 public:
@@ -32,6 +34,8 @@ private:
 };
 
 /// A value of a variable with its label.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ValueLabelElement
 {
 public:
@@ -53,6 +57,8 @@ private:
 };
 
 /// Where the value of a variable is taken from.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT VarWipChoice
 {
 public:
@@ -83,6 +89,8 @@ private:
 ///
 /// The library only holds it. Lists, what they hold, and `metadataVariables` belong to the caller; the destructor frees
 /// none of them.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT TVpVariable
 {
 public:

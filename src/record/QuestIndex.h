@@ -10,6 +10,8 @@
 ///
 /// Owns nothing; `lines` null counts as no lines. The record type of a line is `mid(typeStart, typeLength)`, the start
 /// counted from 0, compared case-sensitively.
+///
+/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT TQuestIndex
 {
 public:
