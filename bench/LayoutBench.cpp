@@ -6,6 +6,7 @@
 #include "cspro/CSProDataImport.h"
 #include "cspro/CSProJsonDataImport.h"
 #include "import/DataProvider.h"
+#include "import/ReadReport.h"
 #include "util/TextFile_p.h"
 
 #include <benchmark/benchmark.h>
@@ -74,9 +75,12 @@ double bytesInUse()
 }
 
 // The whole road: importer, provider. What is made stays alive, as it does for every caller.
-int readLayout(const Form &form, const QString &path)
+int readLayout(const Form &form, const QString &path, bool isReported)
 {
     const std::unique_ptr<TDataImport> importer = form.makeImporter(path);
+    ReadReport report;
+    if (isReported)
+        importer->setReadReport(&report);
     const std::unique_ptr<QStringList> names(importer->selectLayoutSource());
     TVpDataProvider provider;
     provider.genericGetFieldsFrom(importer.get());
@@ -97,19 +101,19 @@ void bytesOnly(benchmark::State &state, const Form &form)
     finish(state, path);
 }
 
-void wholeRoad(benchmark::State &state, const Form &form)
+void wholeRoad(benchmark::State &state, const Form &form, bool isReported)
 {
     const QString path = dictionaryFile(form, state);
     const double items = double(state.range(0));
     const double values = double(state.range(1));
     const double before = bytesInUse();
-    if (readLayout(form, path) != items) {
+    if (readLayout(form, path, isReported) != items) {
         state.SkipWithError("a variable is missing");
         return;
     }
     const double kept = bytesInUse() - before;
     for (auto round : state)
-        readLayout(form, path);
+        readLayout(form, path, isReported);
     finish(state, path);
     state.counters["bytes/item"] = kept / items;
     if (values > 0)
@@ -148,9 +152,11 @@ void lopsided(benchmark::internal::Benchmark *bench)
 // The layouts that are read stay in memory, hence few rounds.
 BENCHMARK_CAPTURE(bytesOnly, text, text)->Apply(growing)->Complexity();
 BENCHMARK_CAPTURE(bytesOnly, json, json)->Apply(growing)->Complexity();
-BENCHMARK_CAPTURE(wholeRoad, text, text)->Apply(growing)->Iterations(3)->Complexity();
-BENCHMARK_CAPTURE(wholeRoad, json, json)->Apply(growing)->Iterations(3)->Complexity();
-BENCHMARK_CAPTURE(wholeRoad, text, text)->Apply(lopsided)->Iterations(3);
+BENCHMARK_CAPTURE(wholeRoad, text, text, false)->Apply(growing)->Iterations(3)->Complexity();
+BENCHMARK_CAPTURE(wholeRoad, json, json, false)->Apply(growing)->Iterations(3)->Complexity();
+BENCHMARK_CAPTURE(wholeRoad, textReported, text, true)->Apply(growing)->Iterations(3)->Complexity();
+BENCHMARK_CAPTURE(wholeRoad, jsonReported, json, true)->Apply(growing)->Iterations(3)->Complexity();
+BENCHMARK_CAPTURE(wholeRoad, text, text, false)->Apply(lopsided)->Iterations(3);
 BENCHMARK_CAPTURE(wholeProcess, text, text)->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(wholeProcess, text, text)->Apply(lopsided)->UseManualTime();
 BENCHMARK_CAPTURE(wholeProcess, json, json)->Apply(growing)->UseManualTime()->Complexity();

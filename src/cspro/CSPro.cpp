@@ -320,13 +320,13 @@ void TCSPro::requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
 
 void TCSPro::tellOfHeader(QStringView line, int kind, int index)
 {
-    const QString word = sectionWord(line);
     const int number = firstLine + index;
     hasSection = true;
     if (textfile::indexOf(line, ']') < 0)
         report->add(NoteKind::unclosedHeader, line.toString(), number);
     if (kind != otherSection)
         return;
+    const QString word = sectionWord(line);
     // Id items are meant to stand in the record Common.
     isCommonMeant = word == QLatin1String("IDITEMS");
     const bool isLevel = word == QLatin1String("LEVEL");

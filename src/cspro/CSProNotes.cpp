@@ -6,6 +6,7 @@
 #include "util/Numbers_p.h"
 
 #include <algorithm>
+#include <bitset>
 #include <map>
 #include <vector>
 
@@ -73,7 +74,6 @@ public:
     KeysSoFar(const SectionLines &sectionLines, const Keys &readKeys)
         : lines(sectionLines)
         , keys(readKeys)
-        , stands(readKeys.size(), false)
     {
     }
 
@@ -81,11 +81,9 @@ public:
     bool has(QStringView key, size_t index)
     {
         for (; next < index; ++next) {
-            const size_t found = placeOf(keyOf(lines.at(next)));
-            if (found < keys.size())
-                stands[found] = true;
+            stands.set(placeOf(keyOf(lines.at(next))));
         }
-        return stands[placeOf(key)];
+        return stands.test(placeOf(key));
     }
 
     bool reads(QStringView key) const { return placeOf(key) < keys.size(); }
@@ -99,7 +97,7 @@ private:
 
     const SectionLines &lines;
     const Keys &keys;
-    std::vector<bool> stands;
+    std::bitset<64> stands; ///< by the place of a key; what is read of no section stands behind them
     size_t next = 0;
 };
 
