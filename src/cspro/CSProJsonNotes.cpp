@@ -4,7 +4,7 @@
 #include <QJsonDocument>
 
 #include <algorithm>
-#include <vector>
+#include <iterator>
 
 namespace cspro
 {
@@ -18,41 +18,41 @@ struct JsonKey {
     const char *name;
     JsonType type;
 };
-using JsonKeys = std::vector<JsonKey>;
 
 // The keys of each object: those that are read with their type, and those that a layout has no place for.
-const JsonKeys dictionaryKeys = { { "name", textType },
-                                  { "version", numberType },
-                                  { "recordType", objectType },
-                                  { "relativePositions", flagType },
-                                  { "defaults", objectType },
-                                  { "levels", arrayType },
-                                  { "labels", anyType },
-                                  { "languages", anyType },
-                                  { "software", anyType },
-                                  { "fileType", anyType },
-                                  { "editable", anyType },
-                                  { "security", anyType },
-                                  { "readOptimization", anyType },
-                                  { "enableBinaryItems", anyType } };
-const JsonKeys recordTypeKeys = { { "start", integerType }, { "length", integerType } };
-const JsonKeys defaultsKeys = { { "decimalMark", flagType }, { "zeroFill", flagType } };
-const JsonKeys levelKeys
+constexpr JsonKey dictionaryKeys[] = { { "name", textType },
+                                       { "version", numberType },
+                                       { "recordType", objectType },
+                                       { "relativePositions", flagType },
+                                       { "defaults", objectType },
+                                       { "levels", arrayType },
+                                       { "labels", anyType },
+                                       { "languages", anyType },
+                                       { "software", anyType },
+                                       { "fileType", anyType },
+                                       { "editable", anyType },
+                                       { "security", anyType },
+                                       { "readOptimization", anyType },
+                                       { "enableBinaryItems", anyType } };
+constexpr JsonKey recordTypeKeys[] = { { "start", integerType }, { "length", integerType } };
+constexpr JsonKey defaultsKeys[] = { { "decimalMark", flagType }, { "zeroFill", flagType } };
+constexpr JsonKey levelKeys[]
     = { { "name", anyType }, { "labels", anyType }, { "ids", objectType }, { "records", arrayType } };
-const JsonKeys idsKeys = { { "items", arrayType } };
-const JsonKeys recordKeys = { { "name", textType },
-                              { "labels", arrayType },
-                              { "recordType", textType },
-                              { "occurrences", objectType },
-                              { "items", arrayType } };
-const JsonKeys occurrencesKeys = { { "maximum", integerType }, { "required", flagType } };
-const JsonKeys itemKeys = { { "name", textType },      { "labels", arrayType },       { "contentType", textType },
-                            { "length", integerType }, { "start", integerType },      { "decimalMark", flagType },
-                            { "zeroFill", flagType },  { "occurrences", objectType }, { "valueSets", arrayType },
-                            { "decimals", anyType },   { "subitem", anyType },        { "subitemOffset", anyType } };
-const JsonKeys valueSetKeys = { { "name", textType }, { "labels", arrayType }, { "values", arrayType } };
-const JsonKeys valueKeys = { { "labels", arrayType }, { "pairs", arrayType }, { "special", anyType } };
-const JsonKeys pairKeys = { { "value", textType }, { "range", arrayType } };
+constexpr JsonKey idsKeys[] = { { "items", arrayType } };
+constexpr JsonKey recordKeys[] = { { "name", textType },
+                                   { "labels", arrayType },
+                                   { "recordType", textType },
+                                   { "occurrences", objectType },
+                                   { "items", arrayType } };
+constexpr JsonKey occurrencesKeys[] = { { "maximum", integerType }, { "required", flagType } };
+constexpr JsonKey itemKeys[]
+    = { { "name", textType },      { "labels", arrayType },       { "contentType", textType },
+        { "length", integerType }, { "start", integerType },      { "decimalMark", flagType },
+        { "zeroFill", flagType },  { "occurrences", objectType }, { "valueSets", arrayType },
+        { "decimals", anyType },   { "subitem", anyType },        { "subitemOffset", anyType } };
+constexpr JsonKey valueSetKeys[] = { { "name", textType }, { "labels", arrayType }, { "values", arrayType } };
+constexpr JsonKey valueKeys[] = { { "labels", arrayType }, { "pairs", arrayType }, { "special", anyType } };
+constexpr JsonKey pairKeys[] = { { "value", textType }, { "range", arrayType } };
 
 bool isInteger(const QJsonValue &value)
 {
@@ -127,12 +127,12 @@ private:
     void tell(NoteKind kind, const QString &text) { report.add(kind, text, 0, variable); }
 
     // Types of what is read, and keys that are not.
-    void overKeys(const QJsonObject &object, const JsonKeys &keys)
+    template <size_t count> void overKeys(const QJsonObject &object, const JsonKey (&keys)[count])
     {
         for (auto entry = object.constBegin(); entry != object.constEnd(); ++entry) {
-            const auto known = std::find_if(keys.cbegin(), keys.cend(),
+            const auto known = std::find_if(std::begin(keys), std::end(keys),
                                             [&](const JsonKey &key) { return entry.key() == QLatin1String(key.name); });
-            if (known == keys.cend())
+            if (known == std::end(keys))
                 tell(NoteKind::unknownKey, textOf(entry.key(), entry.value()));
             else if (!hasType(entry.value(), known->type))
                 tell(NoteKind::wrongType, textOf(entry.key(), entry.value()));

@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Static analysis of src/ and tools/: clazy's level 1 on every file, and clang-tidy too; or, with a commit as argument,
+# clang-tidy on those files alone that changed since. Uses the commands of the preset `clang`.
+set -euo pipefail
+. "$(dirname "$(readlink -f "$0")")/setup.sh"
+cd "$root"
+
+# A file counts as changed where it has, or the header of its name.
+changed_since() {
+    git diff --name-only "$1" -- src tools | sed -E 's/(_p)?\.(cpp|h)$/.cpp/' | sort -u | while read -r file; do
+        [ ! -f "$file" ] || echo "$file"
+    done
+}
+
+# Runs a tool on each of the files, one process a core; shows what it found and ends with 1 where it found something.
+on_each() {
+    local found
+    found=$(tr '\n' '\0' | xargs -0 -r -n 1 -P "$(nproc)" "$@" 2>&1 | grep -E '(warning|error):' || true)
+    [ -z "$found" ] || { echo "$found" | sort -u; return 1; }
+}
+
+install_packages $analysis_packages
+all=$(find src tools -name '*.cpp' | sort)
+files=$all
+[ $# -eq 0 ] || files=$(changed_since "$1")
+build_preset clang vanlayout # so that what is generated is there
+echo "$all" | on_each clazy-standalone -checks=level1 -p build/clang
+echo "$files" | on_each clang-tidy -quiet -p build/clang
