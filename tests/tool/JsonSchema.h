@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <regex>
+#include <string>
 
 /// Tells whether a JSON value is one that a JSON Schema describes, as far as the schemas of this project go: a keyword
 /// that is not known here is a violation of its own.
@@ -36,7 +38,7 @@ private:
     QString violationOf(const QString &keyword, const QJsonObject &schema, const QJsonValue &value,
                         const QString &place) const
     {
-        static const QStringList notes{ "$schema", "$defs", "title", "description" };
+        static const QStringList notes{ "$schema", "$comment", "$defs", "title", "description" };
         const QJsonValue stated = schema.value(keyword);
         if (notes.contains(keyword))
             return QString();
@@ -65,6 +67,10 @@ private:
             return !value.isString() || value.toString().toUcs4().size() <= stated.toInt();
         if (keyword == "minItems")
             return !value.isArray() || value.toArray().size() >= stated.toInt();
+        if (keyword == "maxItems")
+            return !value.isArray() || value.toArray().size() <= stated.toInt();
+        if (keyword == "pattern")
+            return !value.isString() || matches(value.toString(), stated.toString());
         if (keyword == "required")
             return hasAll(value.toObject(), stated.toArray());
         if (keyword == "anyOf")
@@ -91,6 +97,18 @@ private:
         return value.type() == types.value(type, QJsonValue::Undefined);
     }
 
+    // Unit by unit, as a half of a surrogate pair may be looked for.
+    static bool matches(const QString &text, const QString &pattern)
+    {
+        const auto units = [](const QString &string) {
+            std::wstring result;
+            for (const QChar unit : string)
+                result += wchar_t(unit.unicode());
+            return result;
+        };
+        return std::regex_search(units(text), std::wregex(units(pattern)));
+    }
+
     static bool hasAll(const QJsonObject &object, const QJsonArray &keys)
     {
         return std::all_of(keys.begin(), keys.end(),
@@ -109,7 +127,7 @@ private:
         const QJsonObject properties = schema["properties"].toObject();
         for (auto member = object.begin(); member != object.end(); ++member) {
             const QString path = place + '.' + member.key();
-            if (!properties.contains(member.key()) && schema.contains("additionalProperties"))
+            if (!properties.contains(member.key()) && schema["additionalProperties"] == false)
                 return path + ": is no property";
             const QString problem = violation(properties[member.key()].toObject(), member.value(), path);
             if (!problem.isEmpty())

@@ -1,7 +1,10 @@
+#include "Export.h"
+#include "import/SourceField.h"
 #include "tool/JsonSchema.h"
 
 #include <QtTest>
 
+#include <QBuffer>
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -101,21 +104,9 @@ class VanlayoutExportTest : public QObject
 private Q_SLOTS:
     void ddiIsValid_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::newRow("CSPro text") << QStringLiteral(VAN_EXAMPLES "/census.dcf");
-        QTest::newRow("CSPro 8") << QStringLiteral(VAN_EXAMPLES "/census8.dcf");
+        addFiles();
         QTest::newRow("marks") << QStringLiteral(VAN_EXAMPLES "/marks.dcf");
-        QTest::newRow("occurrences") << QStringLiteral(VAN_EXAMPLES "/occurrences.dcf");
-        QTest::newRow("SPSS") << QStringLiteral(VAN_MADE_DATA "/types.sav");
-        QTest::newRow("Stata") << QStringLiteral(VAN_MADE_DATA "/types-118.dta");
-        for (const char *file : { "cspro-text/dhs-tj-tjhh80.dcf", "cspro-text/chimera-dictionary.dcf",
-                                  "cspro-json/cspro-ex-geocodes.dcf" })
-            QTest::newRow(file) << QStringLiteral(VAN_CORPUS "/") + file;
-        for (const char *kind : { "spss", "stata" }) {
-            const QDir files(QStringLiteral(VAN_CORPUS "/") + kind);
-            for (const QString &file : files.entryList(QDir::Files).mid(0, 3))
-                QTest::addRow("%s/%s", kind, qPrintable(file)) << files.filePath(file);
-        }
+        addCorpus();
     }
     void ddiIsValid()
     {
@@ -158,6 +149,8 @@ private Q_SLOTS:
         QCOMPARE(age.one("location")["StartPos"], QString("4"));
         QCOMPARE(age.one("location")["EndPos"], QString("6"));
         QCOMPARE(age.one("location")["width"], QString("3"));
+        QCOMPARE(age.one("location")["fileid"], QString("F1"));
+        QVERIFY(!age.one("location").attributes.hasAttribute("RecSegNo"));
         QCOMPARE(age.one("valrng/range")["UNITS"], QString("INT"));
         QCOMPARE(age.one("valrng/range")["min"], QString("0"));
         QCOMPARE(age.one("valrng/range")["max"], QString("110"));
@@ -181,6 +174,160 @@ private Q_SLOTS:
         QVERIFY(remark.all("labl").isEmpty());
         QVERIFY(remark.all("valrng").isEmpty());
         QCOMPARE(remark.one("varFormat")["type"], QString("character"));
+        QCOMPARE(remark["intrvl"], QString("discrete"));
+        QVERIFY(!remark.attributes.hasAttribute("dcml"));
+    }
+
+    void ddiDescribesTheFile_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("type");
+        QTest::newRow("dictionary, the data elsewhere") << QStringLiteral(VAN_EXAMPLES "/census.dcf") << "census"
+                                                        << "";
+        QTest::newRow("SPSS") << QStringLiteral(VAN_MADE_DATA "/types.sav") << "types"
+                              << "SPSS file";
+        QTest::newRow("Stata") << QStringLiteral(VAN_MADE_DATA "/types-118.dta") << "types-118"
+                               << "Stata file";
+    }
+    void ddiDescribesTheFile()
+    {
+        QFETCH(QString, file);
+        const Element codeBook = ddi(file);
+        const Element description = codeBook.one("fileDscr");
+        QCOMPARE(description["ID"], QString("F1"));
+        QTEST(description.one("fileTxt/fileName").text, "name");
+        QTEST(description.one("fileTxt/fileType").text, "type");
+        QCOMPARE(description.one("fileTxt/dimensns/varQnty").text.toInt(), codeBook.one("dataDscr").children.size());
+    }
+
+    void titleIsTheFilesNameWithoutFolderAndSuffix_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("url");
+        QTest::newRow("suffix") << "survey.dcf"
+                                << "survey"
+                                << "survey.csv";
+        QTest::newRow("several points") << "survey.v2.dcf"
+                                        << "survey.v2"
+                                        << "survey.v2.csv";
+        QTest::newRow("blank") << "a survey.dcf"
+                               << "a survey"
+                               << "a%20survey.csv";
+        QTest::newRow("nothing but a suffix") << ".dcf"
+                                              << ".dcf"
+                                              << ".dcf.csv";
+    }
+    void titleIsTheFilesNameWithoutFolderAndSuffix()
+    {
+        QFETCH(QString, file);
+        write(dictionary(item("X", "A label")), file);
+        const QString path = folder.filePath(file);
+        for (const char *description : { "docDscr", "stdyDscr" })
+            QTEST(ddi(path).one(QString(description) + "/citation/titlStmt/titl").text, "title");
+        QTEST(json("csvw", path)["dc:title"].toString(), "title");
+        QTEST(json("csvw", path)["url"].toString(), "url");
+        QTEST(json("json-schema", path)["title"].toString(), "title");
+    }
+
+    void codesAreAsTheLayoutHoldsThem()
+    {
+        const QString file = QStringLiteral(VAN_MADE_DATA "/types.sav");
+        const QJsonArray fields = form(file)["fields"].toArray();
+        const QVector<Element> variables = ddiVariables(file);
+        const QJsonArray columns = json("csvw", file)["tableSchema"].toObject()["columns"].toArray();
+        QStringList codesOfAll;
+        for (int i = 0; i < fields.size(); ++i) {
+            QStringList codes;
+            for (const QJsonValue &label : fields.at(i)["valueLabels"].toArray())
+                codes.append(label["code"].toString());
+            QStringList categories;
+            for (const Element &category : variables.at(i).all("catgry"))
+                categories.append(category.one("catValu").text);
+            QCOMPARE(categories, codes);
+            QStringList notations;
+            for (const QJsonValue &concept : columns.at(i)["qb:codeList"]["skos:hasTopConcept"].toArray())
+                notations.append(concept["skos:notation"].toString());
+            QCOMPARE(notations, codes);
+            codesOfAll += codes;
+        }
+        QVERIFY(codesOfAll.contains("1.000000"));
+        const QByteArray schema = exported("json-schema", file).out;
+        QVERIFY(schema.contains("\"const\": 0.5,"));
+        QVERIFY(!schema.contains("1.000000"));
+    }
+
+    void numberThatADoubleWouldRoundIsNotInTheJsonSchema_data()
+    {
+        QTest::addColumn<QByteArray>("code");
+        QTest::addColumn<bool>("isExact");
+        QTest::newRow("highest") << QByteArray("9007199254740991") << true;
+        QTest::newRow("lowest") << QByteArray("-9007199254740991") << true;
+        QTest::newRow("above") << QByteArray("9007199254740993") << false;
+        QTest::newRow("below") << QByteArray("-9007199254740993") << false;
+        QTest::newRow("far above") << QByteArray("99999999999999999999") << false;
+    }
+    void numberThatADoubleWouldRoundIsNotInTheJsonSchema()
+    {
+        QFETCH(QByteArray, code);
+        write(dictionary(item("WAGE", "Wage", "Start=1\nLen=16\nDecimal=2\n")
+                         + valueSet("Value=1;One\nValue=" + code + ";Not stated\nName=MISSING ,Special\n")));
+        const Element wage = ddiVariables("survey.dcf").value(0);
+        QCOMPARE(wage.one("valrng/range")["UNITS"], QString("REAL")); // the value labels tell its bounds
+        QCOMPARE(wage.one("invalrng/item")["UNITS"], QString("REAL"));
+        QCOMPARE(wage.one("invalrng/item")["VALUE"], QString(code));
+        QCOMPARE(column(0)["null"].toArray().at(1).toString(), QString(code));
+        QTEST(exported("json-schema", "survey.dcf").out.contains("\"const\": " + code + ','), "isExact");
+        QFETCH(bool, isExact);
+        QCOMPARE(properties()["WAGE"].toObject()["anyOf"].toArray().size(), isExact ? 3 : 2);
+    }
+
+    void missingCodeWithAValueLabelIsOneCategory()
+    {
+        write(dictionary(item("X", "A number")
+                         + valueSet("Value=9;Refused\nValue=9;Not stated\nName=MISSING ,Special\n")));
+        const QVector<Element> categories = ddiVariables("survey.dcf").value(0).all("catgry");
+        QCOMPARE(categories.size(), 1);
+        QCOMPARE(categories.at(0).one("labl").text, QString("Refused"));
+        QCOMPARE(categories.at(0)["missing"], QString("Y"));
+        QCOMPARE(column(0)["qb:codeList"].toObject()["skos:hasTopConcept"].toArray().size(), 1);
+    }
+
+    void missingCodesOfATextAreCategoriesAlone()
+    {
+        write(dictionary(item("SEX", "Sex", "Start=1\nLen=1\nDataType=Alpha\n")
+                         + valueSet("Value=M;Male\nValue=X;Nobody\nName=NOTAPPL ,Special\n")));
+        const Element sex = ddiVariables("survey.dcf").value(0);
+        QVERIFY(sex.all("invalrng").isEmpty());
+        QVERIFY(sex.all("valrng").isEmpty());
+        const QVector<Element> categories = sex.all("catgry");
+        QCOMPARE(categories.size(), 2);
+        QCOMPARE(categories.at(0)["missing"], QString());
+        QCOMPARE(categories.at(1)["missing"], QString("Y"));
+        QCOMPARE(categories.at(1).one("labl").text, QString("Not applicable"));
+    }
+
+    void variableOfNoType()
+    {
+        write(dictionary(item("X", "Of no type", "Start=1\nLen=2\nDataType=Alpha\n") + valueSet("Value=M;Male\n")));
+        const Layout layout = readLayout(folder.filePath("survey.dcf"), nullptr);
+        QCOMPARE(layout.problem, QString());
+        TVpSourceField &field = *layout.provider.getFields()->first();
+        field.setFieldType(QString()); // as of a first variable that no type is known of
+        const Element variable = readDdi(written(layout, writeDdi)).one("dataDscr/var");
+        QCOMPARE(variable["name"], QString("X"));
+        QVERIFY(variable.all("varFormat").isEmpty());
+        QVERIFY(!variable.attributes.hasAttribute("dcml"));
+        QCOMPARE(variable["intrvl"], QString("discrete"));
+        const QJsonObject table = QJsonDocument::fromJson(written(layout, writeCsvw)).object();
+        QCOMPARE(table["tableSchema"]["columns"].toArray().at(0)["datatype"].toObject(),
+                 (QJsonObject{ { "base", "string" } }));
+        const QJsonObject schema = QJsonDocument::fromJson(written(layout, writeJsonSchema)).object();
+        const QJsonObject property = schema["$defs"]["record"]["properties"]["X"].toObject();
+        QCOMPARE(property.keys(), (QStringList{ "anyOf", "title" }));
+        QCOMPARE(property["anyOf"].toArray().at(0).toObject(), QJsonObject());
+        QCOMPARE(property["anyOf"].toArray().at(1)["const"].toString(), QString("M"));
     }
 
     void ddiTellsTheRecordTypes()
@@ -192,6 +339,7 @@ private Q_SLOTS:
         QCOMPARE(structure["type"], QString("hierarchical"));
         const QVector<Element> groups = structure.all("recGrp");
         QCOMPARE(groups.size(), 3);
+        QCOMPARE(groups.at(1)["ID"], QString("R2"));
         QCOMPARE(groups.at(1)["rectype"], QString("P"));
         QCOMPARE(groups.at(1)["rtypeloc"], QString("1"));
         QCOMPARE(groups.at(1)["rtypewidth"], QString("1"));
@@ -204,6 +352,35 @@ private Q_SLOTS:
         QCOMPARE(groups.at(1).one("recDimnsn/varQnty").text.toInt(), variablesOfPopulation);
         // What stands on every record belongs to none.
         QVERIFY(!codeBook.one("dataDscr").children.at(0).attributes.hasAttribute("rectype"));
+    }
+
+    void valueOfARecordTypeIsANumberOrAnyText()
+    {
+        const auto record = [](const QByteArray &name, const QByteArray &value) {
+            return "{ \"name\": \"" + name + "\", \"recordType\": \"" + value + "\", \"items\": [ "
+                + jsonItem(name + "_1") + " ] }";
+        };
+        write("{ \"recordType\": { \"start\": 1, \"length\": 1 }, \"levels\": [ { \"name\": \"L\", \"ids\": { "
+              "\"items\": [] "
+              "}, \"records\": [ "
+              + record("HOUSE", "1") + ", " + record("PERSON", "=") + " ] } ] }");
+        const QVector<Element> groups = ddi("survey.dcf").one("fileDscr/fileTxt/fileStrc").all("recGrp");
+        QCOMPARE(groups.size(), 2);
+        QCOMPARE(groups.at(0)["rectype"], QString("1"));
+        QCOMPARE(groups.at(0)["rtypevtype"], QString("numeric"));
+        QCOMPARE(groups.at(1)["rectype"], QString("="));
+        QCOMPARE(groups.at(1)["rtypevtype"], QString("character"));
+        QCOMPARE(groups.at(1).one("labl").text, QString("PERSON"));
+        QCOMPARE(ddiVariables("survey.dcf").value(1)["rectype"], QString("="));
+    }
+
+    void recordsThatAreAllAlikeAreOfNoType()
+    {
+        write(dictionary(item("X", "A label")));
+        const Element codeBook = ddi("survey.dcf");
+        QCOMPARE(codeBook.one("fileDscr/fileTxt/fileName").text, QString("survey"));
+        QVERIFY(codeBook.one("fileDscr/fileTxt").all("fileStrc").isEmpty());
+        QVERIFY(!codeBook.one("dataDscr/var").attributes.hasAttribute("rectype"));
     }
 
     void xmlHoldsEveryText_data()
@@ -235,19 +412,65 @@ private Q_SLOTS:
         QCOMPARE(variables.at(4)["name"], QString::fromUtf8("BARLEY_\u2404"));
     }
 
-    void halfOfASurrogatePairIsReplacedInXmlAndEscapedInJson()
+    // The JSON form of a dictionary can hold every unit.
+    void everyUnitBecomesOneThatTheFormHolds_data()
     {
-        write("{ \"levels\": [ { \"name\": \"L\", \"ids\": { \"items\": [ { \"name\": \"X\\uD83D\", \"labels\": [ { "
-              "\"text\": \"half \\uDE00\" } ], \"contentType\": \"numeric\", \"start\": 1, \"length\": 2 } ] }, "
-              "\"records\": [] } ] }");
-        const QJsonObject shown
-            = QJsonDocument::fromJson(tool({ "show", "--format", "json", "survey.dcf" }).out).object();
-        const QJsonObject field = shown["fields"].toArray().at(0).toObject();
-        QVERIFY(field["label"].toString().contains(QChar(0xDE00)));
+        QTest::addColumn<QByteArray>("escaped");
+        QTest::addColumn<QString>("inXml");
+        QTest::addColumn<QString>("inJson");
+        const QString replaced = QString("a") + QChar(0xFFFD) + "z";
+        QTest::newRow("first half") << QByteArray("a\\uD83Dz") << replaced << replaced;
+        QTest::newRow("second half") << QByteArray("a\\uDE00z") << replaced << replaced;
+        QTest::newRow("halves the wrong way round")
+            << QByteArray("\\uDE00\\uD83D") << QString(2, QChar(0xFFFD)) << QString(2, QChar(0xFFFD));
+        QTest::newRow("pair") << QByteArray("\\uD83D\\uDE00") << QString::fromUtf8("\U0001F600")
+                              << QString::fromUtf8("\U0001F600");
+        QTest::newRow("half behind a pair")
+            << QByteArray("\\uD83D\\uDE00\\uD83D") << QString::fromUtf8("\U0001F600\uFFFD")
+            << QString::fromUtf8("\U0001F600\uFFFD");
+        QTest::newRow("no characters") << QByteArray("a\\uFFFE\\uFFFF") << QString::fromUtf8("a\uFFFD\uFFFD")
+                                       << QString("a") + QChar(0xFFFE) + QChar(0xFFFF);
+        QTest::newRow("carriage return") << QByteArray("a\\u000Dz") << QString::fromUtf8("a\u240Dz") << "a\rz";
+        QTest::newRow("tab and line feed") << QByteArray("a\\u0009\\u000Az") << "a\t\nz"
+                                           << "a\t\nz";
+    }
+    void everyUnitBecomesOneThatTheFormHolds()
+    {
+        QFETCH(QByteArray, escaped);
+        write(jsonDictionary({ escaped }));
         const Element variable = ddiVariables("survey.dcf").value(0);
-        QCOMPARE(variable.one("labl").text, QString("half ") + QChar(0xFFFD));
-        QCOMPARE(column(0)["dc:description"], field["label"]);
-        QCOMPARE(properties().value(field["name"].toString()).toObject()["title"], field["label"]);
+        QTEST(variable["name"], "inXml");
+        QTEST(variable.one("labl").text, "inXml");
+        QTEST(column(0)["titles"].toString(), "inJson");
+        QTEST(column(0)["dc:description"].toString(), "inJson");
+        QFETCH(QString, inJson);
+        QCOMPARE(properties().keys(), QStringList(inJson));
+        QTEST(properties()[inJson].toObject()["title"].toString(), "inJson");
+    }
+
+    void halvesInEveryTextOfAVariableAreReplacedInJson()
+    {
+        write("{ \"levels\": [ { \"name\": \"L\", \"ids\": { \"items\": [ { \"name\": \"X\", \"labels\": [], "
+              "\"contentType\": \"alpha\", \"start\": 1, \"length\": 2, \"valueSets\": [ { \"name\": \"VS\", "
+              "\"values\": [ { \"labels\": [ { \"text\": \"y\\uD83D\" } ], \"pairs\": [ { \"value\": \"c\\uD83D\" } "
+              "] } ] } ] } ] }, \"records\": [] } ] }");
+        const QString code = QString("c") + QChar(0xFFFD);
+        const QString label = QString("y") + QChar(0xFFFD);
+        const QJsonValue concept = column(0)["qb:codeList"].toObject()["skos:hasTopConcept"].toArray().at(0);
+        QCOMPARE(concept["skos:notation"].toString(), code);
+        QCOMPARE(concept["skos:prefLabel"].toString(), label);
+        const QJsonValue alternative = properties()["X"].toObject()["anyOf"].toArray().at(1);
+        QCOMPARE(alternative["const"].toString(), code);
+        QCOMPARE(alternative["title"].toString(), label);
+    }
+
+    void namesThatDifferInHalvesAloneBecomeUnique()
+    {
+        write(jsonDictionary({ "X\\uD83D", "X\\uD83E" }));
+        const QString name = QString("X") + QChar(0xFFFD);
+        QCOMPARE(properties().keys(), (QStringList{ name, name + "_2" }));
+        QCOMPARE(column(0)["name"].toString(), QString("X%EF%BF%BD"));
+        QCOMPARE(column(1)["name"].toString(), QString("X%EF%BF%BD_2"));
     }
 
     void csvwSaysWhatTheLayoutHolds()
@@ -269,8 +492,10 @@ private Q_SLOTS:
         QCOMPARE(age["datatype"].toObject(),
                  (QJsonObject{ { "base", "integer" }, { "minimum", "0" }, { "maximum", "110" } }));
         QCOMPARE(age["null"].toArray(), (QJsonArray{ "", "999" }));
+        QCOMPARE(age["qb:codeList"]["@type"].toString(), QString("skos:ConceptScheme"));
         const QJsonArray codes = age["qb:codeList"].toObject()["skos:hasTopConcept"].toArray();
         QCOMPARE(codes.size(), 3);
+        QCOMPARE(codes.at(1)["@type"].toString(), QString("skos:Concept"));
         QCOMPARE(codes.at(1)["skos:notation"].toString(), QString("110"));
         QCOMPARE(codes.at(1)["skos:prefLabel"].toString(), QString("Years"));
         QCOMPARE(codes.at(2)["skos:notation"].toString(), QString("999"));
@@ -342,7 +567,6 @@ private Q_SLOTS:
         const QJsonDocument document = QJsonDocument::fromJson(record.toUtf8());
         const QJsonValue value = document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object());
         const QString violation = JsonSchema(json("json-schema", "survey.dcf")).violation(value);
-        QVERIFY2(!violation.contains("$schema"), qPrintable(violation));
         QFETCH(bool, isValid);
         QVERIFY2(violation.isEmpty() == isValid, qPrintable(violation));
     }
@@ -351,9 +575,6 @@ private Q_SLOTS:
     {
         write(dictionary(item("SEX", "Sex of the person", "Start=1\nLen=1\n")
                          + valueSet("Value=1;Male\nValue=2;Female\nValue=9;Not stated\nName=MISSING ,Special\n")));
-        const QJsonObject schema = json("json-schema", "survey.dcf");
-        QCOMPARE(schema["$schema"].toString(), QString("https://json-schema.org/draft/2020-12/schema"));
-        QCOMPARE(schema["title"].toString(), QString("survey"));
         const QJsonObject sex = properties()["SEX"].toObject();
         QCOMPARE(sex["title"].toString(), QString("Sex of the person"));
         QCOMPARE(sex["type"].toString(), QString("integer"));
@@ -364,18 +585,77 @@ private Q_SLOTS:
         QCOMPARE(alternatives.at(1).toObject(), (QJsonObject{ { "const", 1 }, { "title", "Male" } }));
         QCOMPARE(alternatives.at(3)["const"].toInt(), 9);
         QVERIFY(!alternatives.at(3)["description"].toString().isEmpty());
+        QCOMPARE(alternatives.at(1)["description"], QJsonValue(QJsonValue::Undefined));
     }
 
+    void propertyWithoutALabelIsTitledByItsName()
+    {
+        write(dictionary(item("REMARK", "")));
+        QCOMPARE(properties()["REMARK"].toObject()["title"].toString(), QString("REMARK"));
+    }
+
+    void codeThatIsNoValueOfTheTypeIsNotInTheJsonSchema_data()
+    {
+        QTest::addColumn<QByteArray>("code");
+        QTest::addColumn<int>("codes");
+        QTest::newRow("number") << QByteArray("9") << 1;
+        QTest::newRow("text") << QByteArray("none") << 0;
+        QTest::newRow("fraction of an integer") << QByteArray("0.5") << 0;
+    }
+    void codeThatIsNoValueOfTheTypeIsNotInTheJsonSchema()
+    {
+        QFETCH(QByteArray, code);
+        write(dictionary(item("X", "A number") + valueSet("Value=" + code + ";Not stated\nName=MISSING ,Special\n")));
+        const Element category = ddiVariables("survey.dcf").value(0).one("catgry");
+        QCOMPARE(category.one("catValu").text, QString(code));
+        QCOMPARE(properties()["X"].toObject()["type"].toString(), QString("integer"));
+        // The first alternative is any value in the bounds.
+        QTEST(properties()["X"].toObject()["anyOf"].toArray().size() - 1, "codes");
+    }
+
+    void jsonSchemaIsOfTheLayoutOrOfARecord()
+    {
+        write(dictionary(item("X", "A label")));
+        const QJsonObject schema = json("json-schema", "survey.dcf");
+        QCOMPARE(schema["$schema"].toString(), QString("https://json-schema.org/draft/2020-12/schema"));
+        QCOMPARE(
+            schema["anyOf"].toArray(),
+            (QJsonArray{ QJsonObject{ { "$ref", "#/$defs/layout" } }, QJsonObject{ { "$ref", "#/$defs/record" } } }));
+        QVERIFY(!schema["$defs"].toObject().contains("failure"));
+    }
+
+    void roundedBoundsAndCodesAreNotNumbersOfTheData_data()
+    {
+        QTest::addColumn<QByteArray>("rest");
+        QTest::addColumn<QString>("base");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<int>("alternatives");
+        QTest::newRow("integer") << QByteArray("Start=1\nLen=7\n") << "integer"
+                                 << "integer"
+                                 << "1.23457e+06" << 2;
+        // The layout holds the code as it stands, and rounds the bound.
+        QTest::newRow("real") << QByteArray("Start=1\nLen=9\nDecimal=1\n") << "decimal"
+                              << "number"
+                              << "1234567" << 3;
+    }
     void roundedBoundsAndCodesAreNotNumbersOfTheData()
     {
-        write(dictionary(item("BIG", "A large number", "Start=1\nLen=7\n")
-                         + valueSet("Value=5;Five\nValue=1234567;More\n")));
-        const QJsonObject big = properties()["BIG"].toObject();
-        QCOMPARE(big["anyOf"].toArray().size(), 2); // 1.23457e+06 is neither
-        QCOMPARE(big["anyOf"].toArray().at(0).toObject(), (QJsonObject{ { "type", "integer" }, { "minimum", 5 } }));
+        QFETCH(QByteArray, rest);
+        QFETCH(QString, base);
+        QFETCH(QString, type);
+        write(dictionary(item("BIG", "A large number", rest) + valueSet("Value=5;Five\nValue=1234567;More\n")));
+        QCOMPARE(form("survey.dcf")["fields"].toArray().at(0)["maximum"].toString(), QString("1.23457e+06"));
+        const QJsonArray alternatives = properties()["BIG"].toObject()["anyOf"].toArray();
+        QTEST(alternatives.size(), "alternatives");
+        QCOMPARE(alternatives.at(0).toObject(), (QJsonObject{ { "type", type }, { "minimum", 5 } }));
         const Element variable = ddiVariables("survey.dcf").at(0);
+        QCOMPARE(variable.one("valrng/range")["min"], QString("5"));
         QVERIFY(!variable.one("valrng/range").attributes.hasAttribute("max"));
-        QCOMPARE(variable.all("catgry").at(1).one("catValu").text, QString("1.23457e+06"));
+        QTEST(variable.all("catgry").at(1).one("catValu").text, "code");
+        QCOMPARE(column(0)["datatype"].toObject(), (QJsonObject{ { "base", base }, { "minimum", "5" } }));
+        const QJsonArray concepts = column(0)["qb:codeList"].toObject()["skos:hasTopConcept"].toArray();
+        QTEST(concepts.at(1)["skos:notation"].toString(), "code");
     }
 
     void sourcesWithoutColumnsStateNoPositionsAndBounds_data()
@@ -396,7 +676,7 @@ private Q_SLOTS:
             hasCategories = hasCategories || !variable.all("catgry").isEmpty();
         }
         QVERIFY(hasCategories);
-        const QByteArray schema = exported("json-schema", file).out;
+        const QByteArray schema = QJsonDocument(record(file)).toJson();
         for (const char *keyword : { "\"minimum\"", "\"maximum\"", "\"maxLength\"" })
             QVERIFY2(!schema.contains(keyword), keyword);
         for (const QJsonValue &column : json("csvw", file)["tableSchema"].toObject()["columns"].toArray())
@@ -437,25 +717,25 @@ private Q_SLOTS:
         QCOMPARE(plain, titles);
     }
 
-    void everyVariableIsExportedInItsOrder_data()
+    void variableWithoutANameIsNamedByItsPosition()
     {
-        QTest::addColumn<QString>("file");
-        QTest::newRow("CSPro text") << QStringLiteral(VAN_EXAMPLES "/census.dcf");
-        QTest::newRow("CSPro 8") << QStringLiteral(VAN_EXAMPLES "/census8.dcf");
-        QTest::newRow("occurrences") << QStringLiteral(VAN_EXAMPLES "/occurrences.dcf");
-        QTest::newRow("SPSS") << QStringLiteral(VAN_MADE_DATA "/types.sav");
-        QTest::newRow("Stata") << QStringLiteral(VAN_MADE_DATA "/types-118.dta");
+        write(dictionary(item("X", "One") + item("", "Two")));
+        QCOMPARE(column(1)["name"].toString(), QString("V2"));
+        QVERIFY(!column(1).contains("titles"));
+        QCOMPARE(properties()["V2"].toObject()["title"].toString(), QString("Two"));
+        QCOMPARE(ddiVariables("survey.dcf").value(1)["name"], QString());
     }
+
+    void everyVariableIsExportedInItsOrder_data() { addFiles(); }
     void everyVariableIsExportedInItsOrder()
     {
         QFETCH(QString, file);
-        const QJsonObject layout = QJsonDocument::fromJson(tool({ "show", "--format", "json", file }).out).object();
-        const QJsonArray fields = layout["fields"].toArray();
+        const QJsonArray fields = form(file)["fields"].toArray();
         const QVector<Element> variables = ddiVariables(file);
         const QJsonArray columns = json("csvw", file)["tableSchema"].toObject()["columns"].toArray();
         QCOMPARE(variables.size(), fields.size());
         QCOMPARE(columns.size(), fields.size());
-        QCOMPARE(json("json-schema", file)["properties"].toObject().size(), fields.size());
+        QCOMPARE(record(file)["properties"].toObject().size(), fields.size());
         QSet<QString> names;
         for (int i = 0; i < fields.size(); ++i) {
             QCOMPARE(variables.at(i).one("labl").text, fields.at(i)["label"].toString());
@@ -469,7 +749,7 @@ private Q_SLOTS:
 
     void formOfShowIsWhatItsSchemaSays_data()
     {
-        everyVariableIsExportedInItsOrder_data();
+        addFiles();
         QTest::newRow("error") << folder.filePath("error.dcf");
     }
     void formOfShowIsWhatItsSchemaSays()
@@ -481,7 +761,7 @@ private Q_SLOTS:
         QVERIFY(!form.isEmpty());
         const QJsonObject shown = QJsonDocument::fromJson(form).object();
         QCOMPARE(shown.contains("error"), file.endsWith("error.dcf"));
-        QFile schemaFile(QStringLiteral(VAN_DOCS "/layout.schema.json"));
+        QFile schemaFile(QStringLiteral(":/export/layout.schema.json"));
         QVERIFY(schemaFile.open(QIODevice::ReadOnly));
         const JsonSchema schema(QJsonDocument::fromJson(schemaFile.readAll()).object());
         QCOMPARE(schema.violation(shown), QString());
@@ -492,6 +772,156 @@ private Q_SLOTS:
         QJsonObject with = shown;
         with["more"] = true;
         QVERIFY(!schema.violation(with).isEmpty());
+    }
+
+    void formOfShowIsValidByTheExportedSchema_data()
+    {
+        addFiles();
+        addCorpus();
+    }
+    void formOfShowIsValidByTheExportedSchema()
+    {
+        QFETCH(QString, file);
+        if (!QFile::exists(file))
+            QSKIP("the corpus is not here");
+        const QJsonObject shown = form(file);
+        QVERIFY(shown.contains("fields"));
+        QCOMPARE(JsonSchema(json("json-schema", file)).violation(shown), QString());
+    }
+
+    void anotherFormIsNotValidByTheExportedSchema_data()
+    {
+        QTest::addColumn<QString>("replaced");
+        QTest::addColumn<QString>("by");
+        QTest::addColumn<bool>("isValid");
+        QTest::newRow("the layout itself") << ""
+                                           << "" << true;
+        QTest::newRow("missing key") << R"("label":"Two",)"
+                                     << "" << false;
+        QTest::newRow("further key") << R"("label":"Two",)"
+                                     << R"("label":"Two","more":1,)" << false;
+        QTest::newRow("wrong type") << R"("start":1)"
+                                    << R"("start":"1")" << false;
+        QTest::newRow("unknown type of a variable") << R"("type":"INTEGER")"
+                                                    << R"("type":"DATE")" << false;
+        QTest::newRow("unknown name") << R"("name":"B")"
+                                      << R"("name":"C")" << false;
+        QTest::newRow("another label") << R"("label":"Two")"
+                                       << R"("label":"Three")" << true;
+    }
+    void anotherFormIsNotValidByTheExportedSchema()
+    {
+        write(dictionary(item("A", "One") + item("B", "Two")));
+        const JsonSchema schema(json("json-schema", "survey.dcf"));
+        QString text = QJsonDocument(form("survey.dcf")).toJson(QJsonDocument::Compact);
+        QFETCH(QString, replaced);
+        QFETCH(QString, by);
+        QVERIFY(text.contains(replaced));
+        if (!replaced.isEmpty())
+            text.replace(replaced, by);
+        const QJsonDocument other = QJsonDocument::fromJson(text.toUtf8());
+        QVERIFY(other.isObject());
+        QTEST(schema.violation(other.object()).isEmpty(), "isValid");
+    }
+
+    void formOfShowHasSoManyVariables_data()
+    {
+        QTest::addColumn<QByteArray>("items");
+        QTest::addColumn<bool>("isValid");
+        QTest::newRow("as many") << item("B", "Two") + item("A", "One") << true;
+        QTest::newRow("one too few") << item("A", "One") << false;
+        QTest::newRow("one too many") << item("A", "One") + item("B", "Two") + item("B", "Three") << false;
+    }
+    void formOfShowHasSoManyVariables()
+    {
+        QFETCH(QByteArray, items);
+        write(dictionary(item("A", "One") + item("B", "Two")));
+        const JsonSchema schema(json("json-schema", "survey.dcf"));
+        write(dictionary(items));
+        QTEST(schema.violation(form("survey.dcf")).isEmpty(), "isValid");
+    }
+
+    void errorIsNotValidByTheExportedSchema()
+    {
+        write(dictionary(item("A", "One")));
+        const JsonSchema schema(json("json-schema", "survey.dcf"));
+        const QJsonObject error{ { "error", QJsonObject{ { "code", 242 }, { "line", 17 } } } };
+        QVERIFY(!schema.violation(error).isEmpty());
+    }
+
+    void formOfOddTextsIsValidByTheExportedSchema()
+    {
+        write(oddDictionary());
+        QCOMPARE(JsonSchema(json("json-schema", "survey.dcf")).violation(form("survey.dcf")), QString());
+    }
+
+    void namesAreListedOnce()
+    {
+        write(dictionary(item("B", "One") + item("A", "Two") + item("B", "Three") + item("", "Four")));
+        const QJsonObject name = fieldSchema()["name"].toObject();
+        QCOMPARE(name["enum"].toArray(), (QJsonArray{ "B", "A", "" }));
+        QCOMPARE(name["type"].toString(), QString("string"));
+    }
+
+    void nameWithAHalfIsValidAsItStandsAndReplaced_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("isValid");
+        const QString head("X+");
+        QTest::newRow("as it stands") << head + QChar(0xD83D) << true;
+        QTest::newRow("replaced") << head + QChar(0xFFFD) << true;
+        QTest::newRow("another character") << head + "e" << false;
+        QTest::newRow("letter with an accent") << head + QChar(0xE9) << false;
+        QTest::newRow("no character") << head << false;
+        QTest::newRow("more behind") << head + QChar(0xFFFD) + "e" << false;
+        QTest::newRow("more in front") << "e" + head + QChar(0xFFFD) << false;
+        QTest::newRow("signs are no expressions") << QString("XX") + QChar(0xFFFD) << false;
+        QTest::newRow("name of the other variable") << "Y" << true;
+    }
+    void nameWithAHalfIsValidAsItStandsAndReplaced()
+    {
+        write(jsonDictionary({ "X+\\uD83D", "Y", "X+\\uD83E" }));
+        const JsonSchema schema(json("json-schema", "survey.dcf"));
+        QJsonObject shown = form("survey.dcf");
+        QCOMPARE(schema.violation(shown), QString());
+        QJsonArray fields = shown["fields"].toArray();
+        QJsonObject field = fields.at(0).toObject();
+        QFETCH(QString, name);
+        field["name"] = name;
+        fields[0] = field;
+        shown["fields"] = fields;
+        QTEST(schema.violation(shown).isEmpty(), "isValid");
+        QCOMPARE(fieldSchema()["name"].toObject()["anyOf"].toArray().size(), 2); // both halves make one pattern
+    }
+
+    void jsonIsLaidOutForAPersonInTheOrderOfTheKeys_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::newRow("csvw") << "csvw";
+        QTest::newRow("json-schema") << "json-schema";
+    }
+    void jsonIsLaidOutForAPersonInTheOrderOfTheKeys()
+    {
+        QFETCH(QString, target);
+        const QByteArray printed = exported(target, QStringLiteral(VAN_EXAMPLES "/census.dcf")).out;
+        QVERIFY(printed.startsWith("{\n    \""));
+        QCOMPARE(printed, QJsonDocument::fromJson(printed).toJson(QJsonDocument::Indented));
+    }
+
+    // The example of docs/export.md.
+    void recordsOfTheExample_data()
+    {
+        QTest::addColumn<int>("minutes");
+        QTest::addColumn<bool>("isValid");
+        QTest::newRow("in the bounds") << 90 << true;
+        QTest::newRow("missing") << 999 << true;
+        QTest::newRow("beyond the bounds") << 181 << false;
+    }
+    void recordsOfTheExample()
+    {
+        QFETCH(int, minutes);
+        const JsonSchema schema(json("json-schema", QStringLiteral(VAN_EXAMPLES "/marks.dcf")));
+        QTEST(schema.violation(QJsonObject{ { "MINUTES", minutes } }).isEmpty(), "isValid");
     }
 
     void outputGoesIntoAFile()
@@ -604,11 +1034,49 @@ private Q_SLOTS:
     }
 
 private:
+    static void addFiles()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("CSPro text") << QStringLiteral(VAN_EXAMPLES "/census.dcf");
+        QTest::newRow("CSPro 8") << QStringLiteral(VAN_EXAMPLES "/census8.dcf");
+        QTest::newRow("occurrences") << QStringLiteral(VAN_EXAMPLES "/occurrences.dcf");
+        QTest::newRow("SPSS") << QStringLiteral(VAN_MADE_DATA "/types.sav");
+        QTest::newRow("Stata") << QStringLiteral(VAN_MADE_DATA "/types-118.dta");
+    }
+
+    static void addCorpus()
+    {
+        for (const char *file : { "cspro-text/dhs-tj-tjhh80.dcf", "cspro-text/chimera-dictionary.dcf",
+                                  "cspro-json/cspro-ex-geocodes.dcf" })
+            QTest::newRow(file) << QStringLiteral(VAN_CORPUS "/") + file;
+        for (const char *kind : { "spss", "stata" }) {
+            const QDir files(QStringLiteral(VAN_CORPUS "/") + kind);
+            for (const QString &file : files.entryList(QDir::Files).mid(0, 3))
+                QTest::addRow("%s/%s", kind, qPrintable(file)) << files.filePath(file);
+        }
+    }
+
     static void addTargets()
     {
         QTest::addColumn<QString>("target");
         for (const char *target : { "ddi", "csvw", "json-schema" })
             QTest::newRow(target) << target;
+    }
+
+    static QByteArray jsonItem(const QByteArray &text)
+    {
+        return "{ \"name\": \"" + text + "\", \"labels\": [ { \"text\": \"" + text
+            + "\" } ], \"contentType\": \"numeric\", \"start\": 1, \"length\": 2 }";
+    }
+
+    // A dictionary in the JSON form of one item for each text, which is its name and its label, with JSON's escapes.
+    static QByteArray jsonDictionary(const QByteArrayList &texts)
+    {
+        QByteArrayList items;
+        for (const QByteArray &text : texts)
+            items.append(jsonItem(text));
+        return "{ \"levels\": [ { \"name\": \"L\", \"ids\": { \"items\": [ " + items.join(", ")
+            + " ] }, \"records\": [] } ] }";
     }
 
     // Names and labels of every odd kind.
@@ -647,9 +1115,11 @@ private:
         return pattern.match(name).hasMatch();
     }
 
-    Element ddi(const QString &file) const
+    Element ddi(const QString &file) const { return readDdi(exported("ddi", file).out); }
+
+    static Element readDdi(const QByteArray &document)
     {
-        QXmlStreamReader xml(exported("ddi", file).out);
+        QXmlStreamReader xml(document);
         if (!xml.readNextStartElement())
             return {};
         const Element root = readElement(xml);
@@ -668,7 +1138,32 @@ private:
         return json("csvw", "survey.dcf")["tableSchema"].toObject()["columns"].toArray().at(index).toObject();
     }
 
-    QJsonObject properties() const { return json("json-schema", "survey.dcf")["properties"].toObject(); }
+    QJsonObject record(const QString &file) const
+    {
+        return json("json-schema", file)["$defs"].toObject()["record"].toObject();
+    }
+
+    QJsonObject properties() const { return record("survey.dcf")["properties"].toObject(); }
+
+    QJsonObject fieldSchema() const
+    {
+        const QJsonObject definitions = json("json-schema", "survey.dcf")["$defs"].toObject();
+        return definitions["field"].toObject()["properties"].toObject();
+    }
+
+    // What `show` prints.
+    QJsonObject form(const QString &file) const
+    {
+        return QJsonDocument::fromJson(tool({ "show", "--format", "json", file }).out).object();
+    }
+
+    static QByteArray written(const Layout &layout, void (*write)(const Layout &layout, QIODevice &device))
+    {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        write(layout, buffer);
+        return buffer.data();
+    }
 
     void write(const QByteArray &content, const QString &name = QStringLiteral("survey.dcf")) const
     {

@@ -4,7 +4,6 @@
 #include <QtTest>
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -151,14 +150,23 @@ QByteArray repeated(const QByteArray &text, int count)
 
 constexpr int megabyte = 1 << 20;
 
+void limit(__rlimit_resource resource, rlim_t most)
+{
+    const rlimit bounds = { most, most };
+    if (setrlimit(resource, &bounds) != 0)
+        _exit(127);
+}
+
 // Gives a process no more than that for what it reads and makes; its code does not count.
 std::function<void()> memoryOf(rlim_t bytes)
 {
-    return [bytes] {
-        const rlimit limit = { bytes, bytes };
-        if (setrlimit(RLIMIT_DATA, &limit) != 0)
-            _exit(127);
-    };
+    return [bytes] { limit(RLIMIT_DATA, bytes); };
+}
+
+// Gives a process no more processor time than that; a process that takes it does not end in the ordinary way.
+std::function<void()> processorTimeOf(rlim_t seconds)
+{
+    return [seconds] { limit(RLIMIT_CPU, seconds); };
 }
 
 // A pipe with a text in it that ends there; small enough to need no reader.
@@ -1342,16 +1350,15 @@ void VanlayoutTest::emptyLinesTakeAFewTimesTheirSize()
 void VanlayoutTest::manyRecordsArePrintedInAFewSeconds()
 {
     constexpr int count = 100000;
-    constexpr int fewSeconds = 20000; // milliseconds; a look at all entries for each would take minutes
+    constexpr rlim_t fewSeconds = 30; // a look at all entries for each would take minutes
     QByteArray content = oneItem("ONE");
     for (int i = 0; i < count; ++i) {
         const QByteArray number = QByteArray::number(i).rightJustified(6, '0');
         content += "[Record]\nName=R" + number + "\nRecordTypeValue='" + number + "'\n";
     }
-    QElapsedTimer timer;
-    timer.start();
-    const Run shown = show(content, { "--format", "json" });
-    const qint64 taken = timer.elapsed();
+    write("survey.dcf", content);
+    const Run shown = run({ "show", "--format", "json", "survey.dcf" }, {}, processorTimeOf(fewSeconds));
+    QVERIFY(shown.ended);
     QCOMPARE(shown.status, fine);
     const QJsonArray groups
         = QJsonDocument::fromJson(shown.out).object().value("importer").toObject().value("groups").toArray();
@@ -1362,7 +1369,6 @@ void VanlayoutTest::manyRecordsArePrintedInAFewSeconds()
         QCOMPARE(groups.at(i).toObject().value("name").toString(), entry);
         QCOMPARE(groups.at(i).toObject().value("value").toString(), entry);
     }
-    QVERIFY2(taken < fewSeconds, qPrintable(QString::number(taken)));
 }
 
 void VanlayoutTest::statisticalFilesAreShown_data()

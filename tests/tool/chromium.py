@@ -118,8 +118,11 @@ class Browser:
 
     def click(self, element):
         """Clicks, as a hand does, in the middle of the element that an expression gives."""
-        x, y = self.run("(() => { const e = %s; e.scrollIntoView({ block: 'center' }); const r = "
-                        "e.getClientRects()[0]; return [r.x + r.width / 2, r.y + r.height / 2]; })()" % element)
+        # What comes near to the window may be drawn then, and move the element.
+        self.run("(async () => { for (let i = 0; i < 3; ++i) { %s.scrollIntoView({ block: 'center' }); await new "
+                 "Promise(requestAnimationFrame); } })()" % element)
+        x, y = self.run("(() => { const r = %s.getClientRects()[0]; return [r.x + r.width / 2, r.y + r.height / 2]; "
+                        "})()" % element)
         for kind in ("mousePressed", "mouseReleased"):
             self.call("Input.dispatchMouseEvent", type=kind, x=x, y=y, button="left", clickCount=1)
 

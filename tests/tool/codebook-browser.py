@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """Uses the page of `vanlayout codebook` in a browser, as a person does.
 
-    codebook-browser.py TOOL EXAMPLES                    the tests; ends in 77 where there is no Chromium
+    codebook-browser.py TOOL EXAMPLES MADE_DATA          the tests; ends in 77 where there is no Chromium
     codebook-browser.py TOOL EXAMPLES --screenshot PNG   a picture of the codebook of census.dcf, 1200 pixels wide
+
+MADE_DATA is the folder of the Stata and SPSS files that are made for the tests.
 """
 
 import json
@@ -83,7 +85,7 @@ class Codebook:
         return self.browser.run("[...document.querySelectorAll('article button.name')].map(e => e.textContent)")
 
     def found(self):
-        return self.browser.run("document.getElementById('found').textContent")
+        return self.browser.run("document.getElementById('page-found').textContent")
 
     def details(self, name):
         """The text of a variable that is open, or null."""
@@ -94,7 +96,7 @@ class Codebook:
         return self.browser.run(
             "(() => { const e = document.querySelector('article.current'); if (!e) return null; const r = "
             "e.querySelector('button.name').getBoundingClientRect(); const bar = "
-            "document.getElementById('bar').getBoundingClientRect(); return r.top >= bar.bottom - 1 && r.bottom <= "
+            "document.getElementById('page-bar').getBoundingClientRect(); return r.top >= bar.bottom - 1 && r.bottom <= "
             "innerHeight ? e.querySelector('button.name').textContent : 'out of sight'; })()")
 
     def focused(self):
@@ -109,19 +111,20 @@ class Codebook:
         return self.row(name) + ".querySelector('button.name')"
 
     def search(self, text):
-        self.browser.run("document.getElementById('search').select()")
-        self.browser.click("document.getElementById('search')")
-        self.browser.run("document.getElementById('search').select()")
+        self.browser.run("document.getElementById('page-search').select()")
+        self.browser.click("document.getElementById('page-search')")
+        self.browser.run("document.getElementById('page-search').select()")
         self.browser.type(text)
 
     def wait_for_found(self, text):
-        self.browser.wait_for("document.getElementById('found').textContent === %s" % json.dumps(text))
+        self.browser.wait_for("document.getElementById('page-found').textContent === %s" % json.dumps(text))
 
 
 class Tests:
-    def __init__(self, book):
+    def __init__(self, book, made_data):
         self.book = book
         self.browser = book.browser
+        self.made_data = made_data
 
     # ---------------------------------------------------------------------------------------------- search
     def typing_narrows_the_list(self):
@@ -143,7 +146,7 @@ class Tests:
     def escape_brings_back_every_variable(self):
         self.book.open_example()
         self.browser.press("/")
-        expect(self.browser.run("document.activeElement.id"), "search")
+        expect(self.browser.run("document.activeElement.id"), "page-search")
         self.browser.type("roof")
         self.book.wait_for_found("1 of 63 variables")
         self.browser.press("Escape", 27)
@@ -152,7 +155,7 @@ class Tests:
     def only_variables_with_notes_can_be_shown(self):
         self.book.open_made(DICTIONARY + item("A", "One", 1, 1, [("1", "x")]) + item("B", "Two", 2, 1, [("1", "x"), ("1", "y")]))
         expect(self.book.names(), ["A", "B"])
-        self.browser.click("document.getElementById('noted')")
+        self.browser.click("document.getElementById('page-noted')")
         self.book.wait_for_found("1 of 2 variables")
         expect(self.book.names(), ["B"])
 
@@ -197,8 +200,23 @@ class Tests:
         self.browser.wait_for("document.querySelector('article.current') !== null")
         expect(self.browser.run("document.querySelector('article.current .label').textContent"), "Second")
 
+    def variable_can_have_a_name_of_the_page(self):
+        names = ["notes", "search", "lost", "page-notes", "page-lost"]
+        text = DICTIONARY + item("FIRST", "First", 1, 1)
+        text += "".join(item("FILL%d" % i, "Filler", 2 + i, 1) for i in range(60))
+        text += "".join(item(name, "Label of " + name, 70 + i, 1, [("1", "x"), ("1", "y")])
+                        for i, name in enumerate(names))
+        for name in names:
+            self.book.open_made(text, "#" + ("~" if name.startswith("page-") else "") + name)
+            self.browser.wait_for("document.querySelector('article.current') !== null")
+            self.browser.wait_for("document.readyState === 'complete'")
+            self.browser.run("new Promise(done => setTimeout(done, 100))")
+            expect(self.book.current(), name)
+
     def fragment_of_no_variable_opens_nothing(self):
         self.book.open_example(fragment="#%E0%A4%A")
+        expect(self.book.current(), None)
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1), "#page-lost")  # there is no note
         expect(self.book.current(), None)
         self.book.open_example(fragment="#constructor")
         expect(self.book.current(), None)
@@ -206,11 +224,12 @@ class Tests:
     # ----------------------------------------------------------------------------------------------- notes
     def note_leads_to_its_variable(self):
         self.book.open_example()
-        self.browser.click("document.querySelector('header a[href=\"#lost\"]')")
-        self.browser.wait_for("document.getElementById('lost').open")
-        self.browser.click("document.querySelector('#lost .kind:has(.sentence) summary')")
-        kind = "document.querySelector('#lost .kind')"
+        self.browser.click("document.querySelector('header a[href=\"#page-lost\"]')")
+        self.browser.wait_for("document.getElementById('page-lost').open")
+        self.browser.click("document.querySelector('#page-lost .kind:has(.sentence) summary')")
+        kind = "document.querySelector('#page-lost .kind')"
         self.browser.wait_for(kind + ".querySelector('.places a') !== null")
+        expect(self.browser.run(kind + ".querySelector('.id').textContent"), "decimals-lost")
         sentence = self.browser.run(kind + ".querySelector('.sentence').textContent")
         name = self.browser.run(kind + ".querySelector('.places a').textContent")
         self.browser.click(kind + ".querySelector('.places a')")
@@ -218,21 +237,22 @@ class Tests:
         self.browser.run("new Promise(requestAnimationFrame)")
         expect(self.book.current(), name)
         beside = self.browser.run("document.querySelector('article.current .notes-beside').innerText")
-        if sentence not in beside:
-            raise AssertionError("%r is not in %r" % (sentence, beside))
+        for part in (sentence, "lost", "decimals-lost"):
+            if part not in beside:
+                raise AssertionError("%r is not in %r" % (part, beside))
 
     def every_note_is_listed_under_its_gravity(self):
         self.book.open_example()
         for gravity in ("lost", "changed", "curious"):
-            count = self.browser.run("Number(document.querySelector('header a[href=\"#%s\"] b')?.textContent ?? 0)"
+            count = self.browser.run("Number(document.querySelector('header a[href=\"#page-%s\"] b')?.textContent ?? 0)"
                                      % gravity)
-            self.browser.run("document.querySelectorAll('#%s .kind').forEach(e => e.open = true)" % gravity)
-            self.browser.wait_for("[...document.querySelectorAll('#%s .kind')].every(e => e.childElementCount > 1)"
+            self.browser.run("document.querySelectorAll('#page-%s .kind').forEach(e => e.open = true)" % gravity)
+            self.browser.wait_for("[...document.querySelectorAll('#page-%s .kind')].every(e => e.childElementCount > 1)"
                                   % gravity)
-            while self.browser.run("(() => { const more = document.querySelector('#%s .more:not([hidden])'); "
+            while self.browser.run("(() => { const more = document.querySelector('#page-%s .more:not([hidden])'); "
                                    "more?.click(); return more !== null; })()" % gravity):
                 pass
-            expect(self.browser.run("document.querySelectorAll('#%s .places li').length" % gravity), count)
+            expect(self.browser.run("document.querySelectorAll('#page-%s .places li').length" % gravity), count)
 
     def back_leads_back(self):
         self.book.open_example(fragment="#EA")
@@ -245,7 +265,7 @@ class Tests:
     # ---------------------------------------------------------------------------------------------- rulers
     def block_leads_to_its_variable(self):
         self.book.open_example()
-        block = "document.querySelector('#group-0 .block[aria-label^=HOUSEHOLD]')"
+        block = "document.querySelector('#page-group-0 .block[aria-label^=HOUSEHOLD]')"
         self.browser.wait_for(block + " !== null")
         expect(self.browser.run(block + ".getAttribute('aria-label')"), "HOUSEHOLD, columns 9–11")
         self.browser.click(block)
@@ -278,16 +298,16 @@ class Tests:
 
     def ruler_is_one_stop_and_arrows_move_in_it(self):
         self.book.open_example()
-        self.browser.wait_for("document.querySelectorAll('#group-0 .block').length === 4")
-        expect(self.browser.run("document.querySelectorAll('#group-0 .block[tabindex=\"0\"]').length"), 1)
-        self.browser.run("document.querySelector('#group-0 .block[tabindex=\"0\"]').focus()")
+        stops = "[...document.querySelectorAll('#page-group-0 .block')].filter(e => e.tabIndex === 0).length"
+        self.browser.wait_for("document.querySelectorAll('#page-group-0 .block').length === 4")
+        expect(self.browser.run(stops), 1)
+        self.browser.run("document.querySelector('#page-group-0 .block[tabindex=\"0\"]').focus()")
         self.browser.press("ArrowRight", 39)
         expect(self.browser.run("document.activeElement.getAttribute('aria-label')"), "DISTRICT, columns 4–5")
-        expect(self.browser.run("document.querySelectorAll('#group-0 .block[tabindex=\"0\"]').length"), 1)
+        expect(self.browser.run(stops), 1)
 
     def layout_without_positions_has_no_ruler(self):
-        made = os.environ.get("VAN_MADE_DATA", "")
-        self.book.open(os.path.join(made, "types-118.dta"))
+        self.book.open(os.path.join(self.made_data, "types-118.dta"))
         expect(self.browser.run("document.querySelectorAll('.ruler').length"), 0)
 
     # ----------------------------------------------------------------------------------------------- texts
@@ -322,12 +342,12 @@ class Tests:
             raise AssertionError("nothing was forbidden")
         self.browser.events.clear()
 
-    def control_characters_show_as_signs(self):
+    def control_characters_show_as_escapes(self):
         self.book.open_example("occurrences.dcf")
-        expect(self.book.names()[1], "BARLEY_\u2401")
+        expect(self.book.names()[1], "BARLEY_\\u0001")
         expect(self.browser.run("document.body.innerText.includes('\\u0001')"), False)
-        self.browser.click(self.book.button("BARLEY_\u2401"))
-        expect(self.browser.run("decodeURIComponent(location.hash)"), "#BARLEY_\u2401")
+        self.browser.click(self.book.button("BARLEY_\\u0001"))
+        expect(self.browser.run("decodeURIComponent(location.hash)"), "#BARLEY_\\u0001")
 
     def half_of_a_surrogate_pair_shows_as_an_escape(self):
         text = (DICTIONARY + item("HALF", "a\ud83db", 1, 1)).encode("utf-16-le", "surrogatepass")
@@ -342,7 +362,7 @@ class Tests:
         expect(self.browser.run("[...document.querySelectorAll('.variable .label')].map(e => "
                                 "getComputedStyle(e).direction)"), ["rtl", "ltr"])
         expect(self.browser.run("[...document.querySelectorAll('.variable .label')].every(e => e.dir === 'auto' && "
-                                "e.lang === '')"), True)
+                                "e.getAttribute('lang') === '')"), True)
 
     # ----------------------------------------------------------------------------- sizes, print, no script
     def large_layout_is_drawn_as_far_as_it_is_seen(self):
@@ -364,13 +384,29 @@ class Tests:
 
     def paper_has_every_variable_with_its_details(self):
         self.book.open_example()
-        self.browser.run("dispatchEvent(new Event('beforeprint'))")
-        expect(self.browser.run("document.querySelectorAll('article .details').length"), 63)
-        expect(self.browser.run("document.querySelectorAll('details:not([open])').length"), 0)
+        # The browser takes the page as it is when the event has been handled.
+        variables, closed, undrawn = self.browser.run(
+            "(() => { dispatchEvent(new Event('beforeprint')); const count = what => "
+            "document.querySelectorAll(what).length; return [count('article .details'), count('details:not([open])'), "
+            "count('.kind:not(:has(.places li))')]; })()")
+        expect((variables, closed, undrawn), (63, 0, 0))
         self.browser.run("dispatchEvent(new Event('afterprint'))")
         expect(self.browser.run("document.querySelectorAll('article .details').length"), 0)
         if not self.browser.print().startswith(b"%PDF"):
             raise AssertionError("no PDF")
+
+    def paper_has_all_labels_of_a_long_set(self):
+        self.book.open_made(DICTIONARY + item("LONG", "Many", 1, 3, [(str(i), "Place %d" % i) for i in range(1, 701)]))
+        self.browser.click(self.book.button("LONG"))
+        rows = "document.querySelectorAll('.value-labels tbody tr').length"
+        expect(self.browser.run(rows), 200)
+        expect(self.browser.run("document.querySelector('.value-labels .more').textContent"), "and 500 more")
+        self.browser.run("dispatchEvent(new Event('beforeprint'))")
+        expect(self.browser.run(rows), 700)
+        self.browser.run("dispatchEvent(new Event('afterprint'))")
+        self.browser.click("document.querySelector('.value-labels .more')")
+        expect(self.browser.run(rows), 700)
+        expect(self.browser.run("document.querySelector('.value-labels .more').hidden"), True)
 
     def narrow_window_needs_no_sideways_scrolling(self):
         self.browser.look(390, 844)
@@ -407,8 +443,8 @@ class Tests:
             self.browser.call("Emulation.setScriptExecutionDisabled", value=False)
 
 
-def run_tests(book):
-    tests = Tests(book)
+def run_tests(book, made_data):
+    tests = Tests(book, made_data)
     failures = 0
     for name in [name for name in vars(Tests) if not name.startswith("_")]:
         try:
@@ -424,7 +460,7 @@ def run_tests(book):
 
 
 def take_screenshot(book, file):
-    book.browser.look(1200, 1180)
+    book.browser.look(1200, 1500)
     book.open_example()
     book.browser.run(book.button("DISTRICT") + ".click()")
     book.browser.run("scrollTo(0, 0)")
@@ -438,13 +474,13 @@ def main(arguments):
     if not program:
         print("there is no Chromium here")
         return SKIPPED
-    tool, examples = arguments[:2]
+    tool, examples, *rest = arguments
     with tempfile.TemporaryDirectory() as folder, chromium.Browser(program) as browser:
         browser.look(1200, 900)
         book = Codebook(tool, examples, browser, folder)
-        if arguments[2:3] == ["--screenshot"]:
-            return take_screenshot(book, arguments[3])
-        return run_tests(book)
+        if rest[0] == "--screenshot":
+            return take_screenshot(book, rest[1])
+        return run_tests(book, rest[0])
 
 
 if __name__ == "__main__":

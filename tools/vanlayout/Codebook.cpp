@@ -1,7 +1,7 @@
 #include "Codebook.h"
 
 #include "CodebookData.h"
-#include "Json.h"
+#include "OutputFile.h"
 #include "Printable.h"
 #include "Show.h"
 #include "import/SourceField.h"
@@ -9,10 +9,8 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+#include <QLocale>
 
-#include <cstdio>
-#include <memory>
 #include <new>
 
 namespace
@@ -25,15 +23,9 @@ QByteArray resource(const QString &name)
     return file.readAll();
 }
 
-// A text of the file in HTML, in an element or in quotes.
-QByteArray html(QString text)
+// A text in HTML, in an element or in quotes.
+QByteArray html(const QString &text)
 {
-    if (hasLoneSurrogate(text)) {
-        for (QChar &unit : text) {
-            if (unit.isSurrogate())
-                unit = QChar::ReplacementCharacter;
-        }
-    }
     return printable(text).toHtmlEscaped().toUtf8();
 }
 
@@ -43,14 +35,20 @@ QByteArray hashSource(const QByteArray &content)
     return "'sha256-" + QCryptographicHash::hash(content, QCryptographicHash::Sha256).toBase64() + '\'';
 }
 
+// As the page's script writes a number.
+QByteArray written(int count)
+{
+    return QLocale(QLocale::English, QLocale::UnitedStates).toString(count).toLatin1();
+}
+
 QByteArray countItem(int count, const char *one, const char *several)
 {
-    return "<li><b>" + QByteArray::number(count) + "</b> " + (count == 1 ? one : several) + "</li>\n";
+    return "<li><b>" + written(count) + "</b> " + (count == 1 ? one : several) + "</li>\n";
 }
 
 QByteArray gravityItem(int count, const QByteArray &gravity)
 {
-    return "<li><a href=\"#" + gravity + "\"><b>" + QByteArray::number(count) + "</b> " + gravity + "</a></li>\n";
+    return "<li><a href=\"#page-" + gravity + "\"><b>" + written(count) + "</b> " + gravity + "</a></li>\n";
 }
 
 /// Writes the page: its template with what stands in place of each name in double braces.
@@ -143,83 +141,23 @@ private:
     const QByteArray script;
 };
 
-// What a page must not be written to, or nothing.
-QString problemWithOutput(const QString &output, const QString &file)
-{
-    const QFileInfo info(output);
-    if (output.isEmpty())
-        return QStringLiteral("no such file");
-    if (info.isDir())
-        return QStringLiteral("is a folder");
-    if (info.exists() && info.canonicalFilePath() == QFileInfo(file).canonicalFilePath())
-        return QStringLiteral("is the file to read");
-    return QString();
-}
-
-// A file is replaced once all of the page is written; what is no file, a pipe for one, is written to.
-QString writeToFile(const QString &name, const Layout &layout, const ReadReport &report)
-{
-    const QFileInfo info(name);
-    std::unique_ptr<QFileDevice> file;
-    if (info.exists() && !info.isFile())
-        file = std::make_unique<QFile>(name);
-    else
-        file = std::make_unique<QSaveFile>(name);
-    if (file->open(QIODevice::WriteOnly))
-        PageWriter(*file, layout, report).write();
-    auto *const saved = qobject_cast<QSaveFile *>(file.get());
-    const bool isWritten = saved ? saved->commit() : file->isOpen() && file->flush();
-    if (isWritten && file->error() == QFileDevice::NoError)
-        return QString();
-    return QStringLiteral("cannot be written: ") + file->errorString();
-}
-
-int writeToStandardOutput(const Layout &layout, const ReadReport &report)
-{
-    QFile out;
-    if (out.open(stdout, QIODevice::WriteOnly)) {
-        PageWriter(out, layout, report).write();
-        out.close();
-    }
-    return statusAfterOutput(statusFine);
-}
-
-QString subjectOf(const QString &file)
-{
-    return file.isEmpty() ? QStringLiteral("''") : file;
-}
-
-int noAnswer(const QString &file, const QString &problem)
-{
-    complain(subjectOf(file), problem);
-    return statusNoAnswer;
-}
-
-int writeCodebook(const QString &file, const QString &output, const FileType *type)
-{
-    const bool isStandardOutput = output == QLatin1String("-");
-    QString problem = isStandardOutput ? QString() : problemWithOutput(output, file);
-    if (!problem.isEmpty())
-        return noAnswer(output, problem);
-    ReadReport report;
-    const Layout layout = readLayout(file, type, &report);
-    if (!layout.problem.isEmpty())
-        return noAnswer(file, layout.problem);
-    if (isStandardOutput)
-        return writeToStandardOutput(layout, report);
-    problem = writeToFile(output, layout, report);
-    return problem.isEmpty() ? statusFine : noAnswer(output, problem);
-}
-
 } // namespace
 
 int writeCodebook(const CodebookOptions &options)
 {
     answerDecimalQuestions(options.decimals);
     const QString file = QFile::decodeName(options.file.c_str());
+    const QString subject = file.isEmpty() ? QStringLiteral("''") : file;
     try {
-        return writeCodebook(file, QFile::decodeName(options.output.c_str()), fileTypeNamed(options.type));
+        ReadReport report;
+        const Layout layout = readLayout(file, fileTypeNamed(options.type), &report);
+        if (layout.problem.isEmpty()) {
+            return writeAnswer(QFile::decodeName(options.output.c_str()), file,
+                               [&](QIODevice &device) { PageWriter(device, layout, report).write(); });
+        }
+        complain(subject, layout.problem);
     } catch (const std::bad_alloc &) {
-        return noAnswer(file, QStringLiteral("not enough memory"));
+        complain(subject, QStringLiteral("not enough memory"));
     }
+    return statusNoAnswer;
 }

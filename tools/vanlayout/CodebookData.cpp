@@ -1,7 +1,8 @@
 #include "CodebookData.h"
 
-#include "JsonDevice.h"
 #include "import/SourceField.h"
+
+#include <rapidjson/writer.h>
 
 #include <QHash>
 
@@ -12,7 +13,39 @@
 namespace
 {
 
-using Json = rapidjson::Writer<JsonDevice>;
+/// What RapidJSON writes to: a device, which is handed large pieces.
+class DeviceStream
+{
+public:
+    using Ch = char;
+
+    explicit DeviceStream(QIODevice &output)
+        : device(output)
+    {
+        piece.reserve(pieceSize);
+    }
+
+    void Put(char byte)
+    {
+        piece += byte;
+        if (piece.size() == pieceSize)
+            Flush();
+    }
+
+    void Flush()
+    {
+        device.write(piece);
+        piece.resize(0);
+    }
+
+private:
+    static constexpr int pieceSize = 1 << 16;
+
+    QIODevice &device;
+    QByteArray piece;
+};
+
+using Json = rapidjson::Writer<DeviceStream>;
 
 // Whether a character can stand for itself inside of a JSON text inside of a script element.
 bool isPlain(QChar unit)
@@ -148,7 +181,8 @@ private:
         json.StartArray();
         for (const QString &set : labelSets.inOrder()) {
             json.StartArray();
-            for (const ValueLabel &label : cutValueLabels(set)) {
+            const QVector<ValueLabel> labels = cutValueLabels(set);
+            for (const ValueLabel &label : labels) {
                 writeText(json, label.code);
                 writeText(json, label.label);
             }
@@ -236,7 +270,7 @@ private:
 
 void writeCodebookData(QIODevice &device, const Layout &layout, const ReadReport &report)
 {
-    JsonDevice stream(device);
+    DeviceStream stream(device);
     Json json(stream);
     DataWriter(json, layout, report).write();
     stream.Flush();

@@ -12,7 +12,7 @@ struct ExportOptions {
     std::string target;          ///< ddi, csvw or json-schema
     std::string type = "auto";   ///< auto, or the name of a file type
     std::string decimals = "no"; ///< yes or no
-    std::string output;          ///< file to write, in the encoding of the system; - or empty for standard output
+    std::string output = "-";    ///< file to write, in the encoding of the system; - is standard output
     std::string file;            ///< in the encoding of the system
 };
 
@@ -25,7 +25,8 @@ void writeDdi(const Layout &layout, QIODevice &device);
 /// Writes the layout as metadata of CSV on the Web, for one table with a column for each variable.
 void writeCsvw(const Layout &layout, QIODevice &device);
 
-/// Writes a JSON Schema of the data: of one record, as an object with a property for each variable.
+/// Writes a JSON Schema of the layout: of its JSON form, and of one record of the data, as an object with a property
+/// for each variable.
 void writeJsonSchema(const Layout &layout, QIODevice &device);
 
 #endif

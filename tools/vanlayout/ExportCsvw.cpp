@@ -1,8 +1,10 @@
 #include "Export.h"
 
 #include "ExportedVariable.h"
-#include "JsonDevice.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QUrl>
 
 namespace
@@ -18,7 +20,7 @@ bool isPoint(const QByteArray &text, int index)
 // in percent. A `_` in front is kept for names that a processor makes.
 QString columnName(const QString &name)
 {
-    const QByteArray encoded = QUrl::toPercentEncoding(name, QByteArray(), "-~");
+    const QByteArray encoded = QUrl::toPercentEncoding(wholeCharacters(name), QByteArray(), "-~");
     QString result;
     for (int i = 0; i < encoded.size(); ++i) {
         if (i == 0 && encoded.at(i) == '_')
@@ -45,119 +47,98 @@ const char *datatypeOf(ValueKind kind)
     return "string";
 }
 
-class CsvwWriter
+class CsvwTable
 {
 public:
-    CsvwWriter(const Layout &source, DeviceJson &writer)
+    explicit CsvwTable(const Layout &source)
         : layout(source)
-        , json(writer)
         , isInColumns(hasColumns(source))
     {
     }
 
-    void write()
+    QJsonObject table() const
     {
-        const QString title = titleOf(layout);
-        json.StartObject();
-        writeJson(json, "@context", QStringLiteral("http://www.w3.org/ns/csvw"));
-        writeJson(json, "@type", QStringLiteral("Table"));
-        writeJson(json, "url", QString::fromLatin1(QUrl::toPercentEncoding(title)) + QLatin1String(".csv"));
-        writeJson(json, "dc:title", title);
-        json.Key("tableSchema");
-        json.StartObject();
-        json.Key("columns");
-        json.StartArray();
-        writeColumns();
-        json.EndArray();
-        json.EndObject();
-        json.EndObject();
+        const QString title = wholeCharacters(titleOf(layout));
+        return {
+            { QStringLiteral("@context"), QStringLiteral("http://www.w3.org/ns/csvw") },
+            { QStringLiteral("@type"), QStringLiteral("Table") },
+            { QStringLiteral("url"), QString::fromLatin1(QUrl::toPercentEncoding(title)) + QLatin1String(".csv") },
+            { QStringLiteral("dc:title"), title },
+            { QStringLiteral("tableSchema"), QJsonObject{ { QStringLiteral("columns"), columns() } } },
+        };
     }
 
 private:
-    void writeColumns()
+    QJsonArray columns() const
     {
         const QList<TVpSourceField *> &fields = *layout.provider.getFields();
         const QStringList names = uniqueNames(fields, columnName);
+        QJsonArray columns;
         for (int i = 0; i < fields.size(); ++i)
-            writeColumn(*fields.at(i), names.at(i));
+            columns.append(column(*fields.at(i), names.at(i)));
+        return columns;
     }
 
-    void writeColumn(const TVpSourceField &field, const QString &name)
+    QJsonObject column(const TVpSourceField &field, const QString &name) const
     {
-        json.StartObject();
-        writeJson(json, "name", name);
+        QJsonObject column{ { QStringLiteral("name"), name }, { QStringLiteral("datatype"), datatype(field) } };
         if (!field.fieldName.isEmpty())
-            writeJson(json, "titles", field.fieldName);
+            column.insert(QLatin1String("titles"), wholeCharacters(field.fieldName));
         if (!field.label.isEmpty())
-            writeJson(json, "dc:description", field.label);
-        writeDatatype(field);
-        writeNulls(missingCodesOf(field));
-        writeCodeList(categoriesOf(field));
-        json.EndObject();
+            column.insert(QLatin1String("dc:description"), wholeCharacters(field.label));
+        const QStringList missingCodes = missingCodesOf(field);
+        if (!missingCodes.isEmpty())
+            column.insert(QLatin1String("null"), nulls(missingCodes));
+        const QVector<Category> categories = categoriesOf(field);
+        if (!categories.isEmpty())
+            column.insert(QLatin1String("qb:codeList"), codeList(categories));
+        return column;
     }
 
-    void writeDatatype(const TVpSourceField &field)
+    QJsonObject datatype(const TVpSourceField &field) const
     {
         const ValueKind kind = kindOf(field);
-        json.Key("datatype");
-        json.StartObject();
-        json.Key("base");
-        json.String(datatypeOf(kind));
-        if (isInColumns && isNumber(kind))
-            writeBounds(boundsOf(field));
-        else if (isInColumns && kind == ValueKind::text && field.length > 0)
-            writeJson(json, "maxLength", field.length);
-        json.EndObject();
-    }
-
-    void writeBounds(const Bounds &bounds)
-    {
+        QJsonObject datatype{ { QStringLiteral("base"), QLatin1String(datatypeOf(kind)) } };
+        if (!isInColumns)
+            return datatype;
+        if (kind == ValueKind::text && field.length > 0)
+            datatype.insert(QLatin1String("maxLength"), field.length);
+        const Bounds bounds = boundsOf(field);
         if (!bounds.minimum.isEmpty())
-            writeJson(json, "minimum", bounds.minimum);
+            datatype.insert(QLatin1String("minimum"), bounds.minimum);
         if (!bounds.maximum.isEmpty())
-            writeJson(json, "maximum", bounds.maximum);
+            datatype.insert(QLatin1String("maximum"), bounds.maximum);
+        return datatype;
     }
 
     // An empty cell is null by default, and stays so beside the codes.
-    void writeNulls(const QStringList &codes)
+    static QJsonArray nulls(const QStringList &codes)
     {
-        if (codes.isEmpty())
-            return;
-        json.Key("null");
-        json.StartArray();
-        json.String("");
+        QJsonArray nulls{ QString() };
         for (const QString &code : codes)
-            writeJson(json, code);
-        json.EndArray();
+            nulls.append(wholeCharacters(code));
+        return nulls;
     }
 
-    void writeCodeList(const QVector<Category> &categories)
+    static QJsonObject codeList(const QVector<Category> &categories)
     {
-        if (categories.isEmpty())
-            return;
-        json.Key("qb:codeList");
-        json.StartObject();
-        writeJson(json, "@type", QStringLiteral("skos:ConceptScheme"));
-        json.Key("skos:hasTopConcept");
-        json.StartArray();
+        QJsonArray concepts;
         for (const Category &category : categories)
-            writeConcept(category);
-        json.EndArray();
-        json.EndObject();
+            concepts.append(topConcept(category));
+        return { { QStringLiteral("@type"), QStringLiteral("skos:ConceptScheme") },
+                 { QStringLiteral("skos:hasTopConcept"), concepts } };
     }
 
-    void writeConcept(const Category &category)
+    static QJsonObject topConcept(const Category &category)
     {
-        json.StartObject();
-        writeJson(json, "@type", QStringLiteral("skos:Concept"));
-        writeJson(json, "skos:notation", category.code);
+        QJsonObject result{ { QStringLiteral("@type"), QStringLiteral("skos:Concept") },
+                            { QStringLiteral("skos:notation"), wholeCharacters(category.code) } };
         if (!category.label.isEmpty())
-            writeJson(json, "skos:prefLabel", category.label);
-        json.EndObject();
+            result.insert(QLatin1String("skos:prefLabel"), wholeCharacters(category.label));
+        return result;
     }
 
     const Layout &layout;
-    DeviceJson &json;
     bool isInColumns;
 };
 
@@ -165,5 +146,5 @@ private:
 
 void writeCsvw(const Layout &layout, QIODevice &device)
 {
-    writeJsonDocument(device, [&](DeviceJson &json) { CsvwWriter(layout, json).write(); });
+    device.write(QJsonDocument(CsvwTable(layout).table()).toJson());
 }

@@ -10,12 +10,13 @@ namespace
 
 constexpr ushort firstPicture = 0x2400; // the signs of the control characters, in their order
 
+// Of a unit that is no half of a surrogate pair.
 bool isHeldByXml(QChar unit)
 {
     const ushort code = unit.unicode();
     if (code < 0x20)
         return code == '\t' || code == '\n'; // a parser makes a line feed of CR
-    return code < 0xFFFE && !unit.isSurrogate();
+    return code < 0xFFFE;
 }
 
 QChar visibleSign(QChar unit)
@@ -24,17 +25,14 @@ QChar visibleSign(QChar unit)
 }
 
 // The text with a sign in place of each character that XML cannot hold.
-QString xmlText(QString text)
+QString xmlText(const QString &text)
 {
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar unit = text.at(i);
-        const bool isPair = unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-        if (isPair)
-            ++i;
-        else if (!isHeldByXml(unit))
-            text[i] = visibleSign(unit);
+    QString shown = wholeCharacters(text);
+    for (QChar &unit : shown) {
+        if (!isHeldByXml(unit))
+            unit = visibleSign(unit);
     }
-    return text;
+    return shown;
 }
 
 // A record type: its name in the layout, and the value in the data that tells it.
@@ -43,10 +41,10 @@ struct RecordType {
     QString value;
 };
 
-// A group reads name, `=`, value.
+// A group reads name, `=`, value: the value is any text, a name holds no `=`.
 RecordType recordTypeOf(const QString &group)
 {
-    const int sign = group.lastIndexOf(QLatin1Char('='));
+    const int sign = group.indexOf(QLatin1Char('='));
     return { group.left(sign), sign < 0 ? QString() : group.mid(sign + 1) };
 }
 
@@ -82,9 +80,10 @@ public:
     }
 
 private:
+    // Where all records are alike, their only group is no type.
     void readRecordTypes()
     {
-        const int count = layout.importer->getGroupCount();
+        const int count = layout.importer->isMultiple() ? layout.importer->getGroupCount() : 0;
         for (int i = 0; i < count; ++i) {
             recordTypes.append(recordTypeOf(layout.importer->getGroupName(i)));
             recordTypeValues.insert(recordTypes.last().name, recordTypes.last().value);
@@ -172,9 +171,8 @@ private:
         writeAttribute(QStringLiteral("ID"), QLatin1Char('V') + QString::number(number));
         writeAttribute(QStringLiteral("name"), field.fieldName);
         writeAttribute(QStringLiteral("files"), fileId);
-        // A real number of 0 decimals is one whose decimals the layout does not tell.
-        if (kind == ValueKind::whole || (kind == ValueKind::real && field.decimals > 0))
-            writeAttribute(QStringLiteral("dcml"), QString::number(field.decimals));
+        if (kind == ValueKind::whole) // of a real number the layout does not tell the decimals
+            writeAttribute(QStringLiteral("dcml"), QStringLiteral("0"));
         writeAttribute(QStringLiteral("intrvl"), isContinuous ? QStringLiteral("contin") : QStringLiteral("discrete"));
         const auto type = recordTypeValues.constFind(field.group);
         if (type != recordTypeValues.constEnd())
@@ -183,7 +181,7 @@ private:
 
     void writeLocation(const TVpSourceField &field)
     {
-        if (!isInColumns || field.start <= 0 || field.length <= 0)
+        if (field.start <= 0 || field.length <= 0)
             return;
         xml.writeEmptyElement(QStringLiteral("location"));
         writeAttribute(QStringLiteral("StartPos"), QString::number(field.start));

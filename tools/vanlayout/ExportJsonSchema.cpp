@@ -1,154 +1,231 @@
 #include "Export.h"
 
 #include "ExportedVariable.h"
-#include "JsonDevice.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
+
+#include <cmath>
+#include <iterator>
 
 namespace
 {
 
-QString asItIs(const QString &name)
-{
-    return name;
-}
+// JSON is read into doubles: up to here, each whole number is another one.
+constexpr double largestExact = 9007199254740991.0;
 
-class JsonSchemaWriter
+// Of one record of the data, as an object with a property for each variable.
+class RecordSchema
 {
 public:
-    JsonSchemaWriter(const Layout &source, DeviceJson &writer)
+    explicit RecordSchema(const Layout &source)
         : layout(source)
-        , json(writer)
         , isInColumns(hasColumns(source))
     {
     }
 
-    void write()
+    QJsonObject schema() const
     {
-        json.StartObject();
-        writeJson(json, "$schema", QStringLiteral("https://json-schema.org/draft/2020-12/schema"));
-        writeJson(json, "title", titleOf(layout));
-        writeJson(json, "type", QStringLiteral("object"));
-        json.Key("properties");
-        json.StartObject();
-        writeProperties();
-        json.EndObject();
-        json.Key("additionalProperties");
-        json.Bool(false);
-        json.EndObject();
+        return { { QStringLiteral("title"), QStringLiteral("Record of the data") },
+                 { QStringLiteral("type"), QStringLiteral("object") },
+                 { QStringLiteral("properties"), properties() },
+                 { QStringLiteral("additionalProperties"), false } };
     }
 
 private:
-    void writeProperties()
+    // In the order of the keys, in which an object grows at its end.
+    QJsonObject properties() const
     {
         const QList<TVpSourceField *> &fields = *layout.provider.getFields();
-        const QStringList names = uniqueNames(fields, asItIs);
-        for (int i = 0; i < fields.size(); ++i) {
-            writeJson(json, names.at(i));
-            writeProperty(*fields.at(i), names.at(i));
-        }
+        const QStringList names = uniqueNames(fields, wholeCharacters);
+        QMap<QString, const TVpSourceField *> sorted;
+        for (int i = 0; i < fields.size(); ++i)
+            sorted.insert(names.at(i), fields.at(i));
+        QJsonObject properties;
+        for (auto field = sorted.cbegin(); field != sorted.cend(); ++field)
+            properties.insert(field.key(), property(*field.value(), field.key()));
+        return properties;
     }
 
-    void writeProperty(const TVpSourceField &field, const QString &key)
+    QJsonObject property(const TVpSourceField &field, const QString &key) const
     {
         const QVector<Category> categories = categoriesOf(field);
-        json.StartObject();
-        writeJson(json, "title", titleOfProperty(field, key));
-        if (categories.isEmpty()) {
-            writeValues(field);
-        } else {
-            writeType(kindOf(field));
-            writeAlternatives(field, categories);
-        }
-        json.EndObject();
+        QJsonObject property = categories.isEmpty() ? values(field) : typeSchema(kindOf(field));
+        property.insert(QLatin1String("title"), propertyTitle(field, key));
+        if (!categories.isEmpty())
+            property.insert(QLatin1String("anyOf"), alternatives(field, categories));
+        return property;
     }
 
     // The label; the name stands in front where the key is another.
-    static QString titleOfProperty(const TVpSourceField &field, const QString &key)
+    static QString propertyTitle(const TVpSourceField &field, const QString &key)
     {
-        if (field.label.isEmpty())
-            return field.fieldName;
-        const bool isRenamed = key != field.fieldName && !field.fieldName.isEmpty();
-        return isRenamed ? field.fieldName + QLatin1String(": ") + field.label : field.label;
+        const bool isRenamed = key != wholeCharacters(field.fieldName);
+        if (field.label.isEmpty() || field.fieldName.isEmpty() || !isRenamed)
+            return wholeCharacters(field.label.isEmpty() ? field.fieldName : field.label);
+        return wholeCharacters(field.fieldName) + QLatin1String(": ") + wholeCharacters(field.label);
     }
 
     // Any value in the bounds, or a code: a value set need not list every value, and a missing code need not lie in the
-    // bounds.
-    void writeAlternatives(const TVpSourceField &field, const QVector<Category> &categories)
+    // bounds. A code that is no value of the variable's type cannot stand in a record.
+    QJsonArray alternatives(const TVpSourceField &field, const QVector<Category> &categories) const
     {
-        json.Key("anyOf");
-        json.StartArray();
-        json.StartObject();
-        writeValues(field);
-        json.EndObject();
-        for (const Category &category : categories)
-            writeCode(category, kindOf(field));
-        json.EndArray();
+        QJsonArray alternatives{ values(field) };
+        for (const Category &category : categories) {
+            const QJsonValue value = valueOf(category.code, kindOf(field));
+            if (!value.isUndefined())
+                alternatives.append(codeSchema(category, value));
+        }
+        return alternatives;
     }
 
-    void writeValues(const TVpSourceField &field)
+    QJsonObject values(const TVpSourceField &field) const
     {
         const ValueKind kind = kindOf(field);
-        writeType(kind);
+        QJsonObject values = typeSchema(kind);
         if (!isInColumns)
-            return;
+            return values;
         if (kind == ValueKind::text && field.length > 0)
-            writeJson(json, "maxLength", field.length);
+            values.insert(QLatin1String("maxLength"), field.length);
         const Bounds bounds = boundsOf(field);
         if (!bounds.minimum.isEmpty())
-            writeNumber("minimum", bounds.minimum, kind);
+            values.insert(QLatin1String("minimum"), valueOf(bounds.minimum, kind));
         if (!bounds.maximum.isEmpty())
-            writeNumber("maximum", bounds.maximum, kind);
+            values.insert(QLatin1String("maximum"), valueOf(bounds.maximum, kind));
+        return values;
     }
 
-    void writeType(ValueKind kind)
+    static QJsonObject typeSchema(ValueKind kind)
     {
         if (kind == ValueKind::unknown)
-            return;
+            return {};
         const char *const names[] = { "", "integer", "number", "string" };
-        json.Key("type");
-        json.String(names[int(kind)]);
+        return { { QStringLiteral("type"), QLatin1String(names[int(kind)]) } };
     }
 
-    // A code that is no value of the variable's type cannot stand in a record.
-    void writeCode(const Category &category, ValueKind kind)
+    static QJsonObject codeSchema(const Category &category, const QJsonValue &value)
     {
-        if (!isValue(category.code, kind))
-            return;
-        json.StartObject();
-        if (isNumber(kind))
-            writeNumber("const", category.code, kind);
-        else
-            writeJson(json, "const", category.code);
+        QJsonObject code{ { QStringLiteral("const"), value } };
         if (!category.label.isEmpty())
-            writeJson(json, "title", category.label);
+            code.insert(QLatin1String("title"), wholeCharacters(category.label));
         if (category.isMissing)
-            writeJson(json, "description", QStringLiteral("stands for a missing value"));
-        json.EndObject();
+            code.insert(QLatin1String("description"), QStringLiteral("stands for a missing value"));
+        return code;
     }
 
-    static bool isValue(const QString &code, ValueKind kind)
+    // Undefined, which an object takes for nothing, where the code is no value of that kind that JSON holds exactly.
+    static QJsonValue valueOf(const QString &code, ValueKind kind)
     {
-        if (kind == ValueKind::whole)
-            return wholeNumberOf(code).has_value();
-        return kind != ValueKind::real || realNumberOf(code).has_value();
-    }
-
-    void writeNumber(const char *key, const QString &number, ValueKind kind)
-    {
-        json.Key(key);
-        if (kind == ValueKind::whole)
-            json.Int64(*wholeNumberOf(number));
-        else
-            json.Double(*realNumberOf(number));
+        if (!isNumber(kind))
+            return wholeCharacters(code);
+        if (kind == ValueKind::whole && !wholeNumberOf(code))
+            return QJsonValue::Undefined;
+        const std::optional<double> number = realNumberOf(code);
+        return number && std::abs(*number) <= largestExact ? QJsonValue(*number) : QJsonValue(QJsonValue::Undefined);
     }
 
     const Layout &layout;
-    DeviceJson &json;
     bool isInColumns;
 };
+
+// A regular expression that is the character itself.
+QString expressionOf(QChar unit)
+{
+    const bool isSign = QStringLiteral("^$\\.*+?()[]{}|").contains(unit);
+    return isSign ? QLatin1Char('\\') + QString(unit) : QString(unit);
+}
+
+// Half of a surrogate pair, or U+FFFD in its place: one program reads the JSON form as it stands, another replaces. Set
+// apart from other characters without escapes, which not every kind of regular expressions knows.
+QString halfExpression()
+{
+    const ushort units[] = { '[', '^', 0x0001, '-', 0xD7FF, 0xE000, '-', 0xFFFC, ']' };
+    return QString::fromUtf16(units, int(std::size(units)));
+}
+
+QString namePattern(const QString &name)
+{
+    const QString whole = wholeCharacters(name);
+    QString pattern(QLatin1Char('^'));
+    for (int i = 0; i < name.size(); ++i)
+        pattern += whole.at(i) == name.at(i) ? expressionOf(name.at(i)) : halfExpression();
+    return pattern + QLatin1Char('$');
+}
+
+// Of the names of this layout alone.
+QJsonObject nameSchema(const QList<TVpSourceField *> &fields)
+{
+    QStringList names;
+    QStringList patterns;
+    for (const TVpSourceField *field : fields) {
+        if (wholeCharacters(field->fieldName) == field->fieldName)
+            names.append(field->fieldName);
+        else
+            patterns.append(namePattern(field->fieldName));
+    }
+    names.removeDuplicates();
+    patterns.removeDuplicates();
+    QJsonObject listed{ { QStringLiteral("enum"), QJsonArray::fromStringList(names) } };
+    if (patterns.isEmpty())
+        return listed;
+    QJsonArray alternatives;
+    if (!names.isEmpty())
+        alternatives.append(listed);
+    for (const QString &pattern : qAsConst(patterns))
+        alternatives.append(QJsonObject{ { QStringLiteral("pattern"), pattern } });
+    return { { QStringLiteral("anyOf"), alternatives } };
+}
+
+// The object with these members at the end of the path, beside those that are there.
+QJsonObject extended(QJsonObject object, const QStringList &path, const QJsonObject &members)
+{
+    if (path.isEmpty()) {
+        for (auto member = members.begin(); member != members.end(); ++member)
+            object.insert(member.key(), member.value());
+        return object;
+    }
+    const QJsonObject inner = object.value(path.first()).toObject();
+    object.insert(path.first(), extended(inner, path.mid(1), members));
+    return object;
+}
+
+// The definitions of any layout's JSON form, narrowed to this one: so many variables, of these names, and no error.
+QJsonObject layoutDefinitions(const QList<TVpSourceField *> &fields)
+{
+    QFile file(QStringLiteral(":/export/layout.schema.json"));
+    file.open(QIODevice::ReadOnly);
+    QJsonObject definitions = QJsonDocument::fromJson(file.readAll()).object().value(QLatin1String("$defs")).toObject();
+    definitions.remove(QStringLiteral("failure"));
+    const QJsonObject count{ { QStringLiteral("minItems"), fields.size() },
+                             { QStringLiteral("maxItems"), fields.size() } };
+    definitions = extended(definitions,
+                           { QStringLiteral("layout"), QStringLiteral("properties"), QStringLiteral("fields") }, count);
+    return extended(definitions, { QStringLiteral("field"), QStringLiteral("properties"), QStringLiteral("name") },
+                    nameSchema(fields));
+}
+
+QJsonObject reference(const QString &definition)
+{
+    return { { QStringLiteral("$ref"), QString(QLatin1String("#/$defs/") + definition) } };
+}
 
 } // namespace
 
 void writeJsonSchema(const Layout &layout, QIODevice &device)
 {
-    writeJsonDocument(device, [&](DeviceJson &json) { JsonSchemaWriter(layout, json).write(); });
+    QJsonObject definitions = layoutDefinitions(*layout.provider.getFields());
+    definitions.insert(QLatin1String("record"), RecordSchema(layout).schema());
+    const QJsonObject schema{
+        { QStringLiteral("$schema"), QStringLiteral("https://json-schema.org/draft/2020-12/schema") },
+        { QStringLiteral("$comment"),
+          QStringLiteral("Valid are the JSON form of this layout, and a record of its data.") },
+        { QStringLiteral("title"), wholeCharacters(titleOf(layout)) },
+        { QStringLiteral("anyOf"),
+          QJsonArray{ reference(QStringLiteral("layout")), reference(QStringLiteral("record")) } },
+        { QStringLiteral("$defs"), definitions },
+    };
+    device.write(QJsonDocument(schema).toJson());
 }

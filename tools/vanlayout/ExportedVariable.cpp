@@ -69,6 +69,20 @@ QString titleOf(const Layout &layout)
     return title.isEmpty() ? info.fileName() : title;
 }
 
+QString wholeCharacters(const QString &text)
+{
+    QString whole = text;
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar unit = text.at(i);
+        const bool isPair = unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (isPair)
+            ++i;
+        else if (unit.isSurrogate())
+            whole[i] = QChar::ReplacementCharacter;
+    }
+    return whole;
+}
+
 QStringList missingCodesOf(const TVpSourceField &field)
 {
     QStringList codes;
@@ -83,7 +97,8 @@ QVector<Category> categoriesOf(const TVpSourceField &field)
 {
     QStringList unlabelled = missingCodesOf(field);
     QVector<Category> categories;
-    for (const ValueLabel &entry : cutValueLabels(field.valueLabels)) {
+    const QVector<ValueLabel> entries = cutValueLabels(field.valueLabels);
+    for (const ValueLabel &entry : entries) {
         const QString code = entry.code.toString();
         const bool isMissing = !code.isEmpty() && (code == field.missingValue || code == field.notApplicable);
         if (isMissing)

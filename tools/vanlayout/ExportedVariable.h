@@ -18,6 +18,9 @@ bool hasColumns(const Layout &layout);
 /// The name of the file without its folder and suffix.
 QString titleOf(const Layout &layout);
 
+/// The text with U+FFFD in place of each half of a surrogate pair, which UTF-8 cannot hold.
+QString wholeCharacters(const QString &text);
+
 /// One code of a variable and what it means.
 struct Category {
     QString code;

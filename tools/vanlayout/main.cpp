@@ -138,7 +138,7 @@ void describeCodebook(CLI::App &command, CodebookOptions &options)
 
 void describeExport(CLI::App &command, ExportOptions &options)
 {
-    command.add_option("--to", options.target, "DDI Codebook, CSV on the Web metadata, or JSON Schema of the data")
+    command.add_option("--to", options.target, "DDI Codebook, CSV on the Web metadata, or JSON Schema")
         ->check(CLI::IsMember({ "ddi", "csvw", "json-schema" }))
         ->required();
     command.add_option("--type", options.type, "how to read the file; auto goes by its content")
@@ -182,9 +182,10 @@ int main(int argc, char **argv)
     useLocale();
     tuneMemory();
 
-    CLI::App app("Shows the layout of census and survey data: variables, positions, types and value labels; checks "
-                 "lookup files.",
-                 "vanlayout");
+    CLI::App app(
+        "Shows, explains, compares and exports the layout of census and survey data: variables, positions, types "
+        "and value labels; checks lookup files.",
+        "vanlayout");
     app.set_version_flag("--version", "vanlayout " VAN_VERSION);
     app.add_flag("--verbose", isVerbose, "write the library's debug lines to standard error");
     app.require_subcommand(1);

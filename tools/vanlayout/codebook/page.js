@@ -2,11 +2,12 @@
 // Draws the codebook out of the data in the page. Texts become text nodes alone, whatever they hold.
 (() => {
 
-const data = JSON.parse(document.getElementById("data").textContent);
+const data = JSON.parse(document.getElementById("page-data").textContent);
 const { variables, groups, labelSets, kinds, notes } = data;
 
 const chunkSize = 50;          // variables that are drawn at a time
 const mostPrintedWhole = 2000; // variables that are printed with details and rulers
+const mostPrintedLabels = 50000; // of all variables that are printed; of more each has the first ones
 const labelStep = 200;         // value labels that are shown at a time
 const noteStep = 25;           // places of a kind of note that are shown at a time
 const mostNotesBeside = 100;   // notes that are shown beside a variable
@@ -22,19 +23,17 @@ const gravities = {
     curious: "The layout is right as the rules are, and may surprise.",
 };
 
-const page = id => document.getElementById(id);
+// What the page itself is made of; no fragment of a variable begins like these.
+const ownPrefix = "page-";
+const page = id => document.getElementById(ownPrefix + id);
 
 // ---------------------------------------------------------------------------------------------------- texts
 
-// A sign or an escape in place of each character that shows nothing or cannot be shown.
+// An escape in place of each character that shows nothing, that cannot be shown, or that many fonts lack a sign for.
 function shown(text)
 {
-    return text.replace(/[\0-\x1f\x7f-\x9f\u2028\u2029\ud800-\udfff\ufffe\uffff]/gu, character => {
-        const code = character.charCodeAt(0);
-        if (code < 0x20)
-            return String.fromCharCode(0x2400 + code);
-        return code === 0x7f ? "\u2421" : "\\u" + code.toString(16).padStart(4, "0");
-    });
+    return text.replace(/[\0-\x1f\x7f-\x9f\u2028\u2029\ud800-\udfff\ufffe\uffff]/gu,
+                        character => "\\u" + character.charCodeAt(0).toString(16).padStart(4, "0"));
 }
 
 // What a search compares: letters without case, and Latin ones without accents.
@@ -99,16 +98,15 @@ const variableOfFragment = new Map();
 
 function nameFragments()
 {
-    const taken = new Set(["variables", ...Object.keys(gravities), ...groups.map((group, i) => "group-" + i)]);
     const times = new Map();
     variables.forEach((variable, i) => {
         const name = shown(variable.name);
-        let time = (times.get(name) || 0) + 1;
-        let fragment = time === 1 ? name : name + "~" + time;
-        while (!fragment || taken.has(fragment))
-            fragment = name + "~" + ++time;
-        times.set(name, time);
-        taken.add(fragment);
+        const base = name === "" || name.startsWith(ownPrefix) ? "~" + name : name;
+        let time = (times.get(base) || 0) + 1;
+        let fragment = time === 1 ? base : base + "~" + time;
+        while (variableOfFragment.has(fragment))
+            fragment = base + "~" + ++time;
+        times.set(base, time);
         fragments.push(fragment);
         variableOfFragment.set(fragment, i);
     });
@@ -182,7 +180,7 @@ function addInSteps(list, count, step, makeItem)
         const end = Math.min(count, done + some);
         for (; done < end; ++done)
             list.append(makeItem(done));
-        more.textContent = "Show more (" + counted(count - done, "is", "are") + " left)";
+        more.textContent = "and " + (count - done).toLocaleString("en") + " more";
         more.hidden = done === count;
     };
     add(step);
@@ -209,9 +207,8 @@ function makePlace([, line, name, text])
 function makeKind(kind, places)
 {
     const summary = make("summary", "", make("span", "sentence", kind.sentence), " ",
-                         make("span", "count", kind.count.toLocaleString("en")));
+                         make("span", "count", kind.count.toLocaleString("en")), " ", make("code", "id", kind.id));
     const element = make("details", "kind", summary);
-    element.dataset.kind = kind.id;
     const draw = () => {
         if (element.childElementCount > 1)
             return;
@@ -242,7 +239,7 @@ function drawNotes()
         const heading = make("h3", "", make("span", "gravity " + gravity, gravity), " ", sum.toLocaleString("en"));
         const element = make("details", "of-gravity", make("summary", "", heading, " ", make("span", "hint", meaning)),
                              ...ofGravity.map(i => makeKind(kinds[i], places[i])));
-        element.id = gravity;
+        element.id = ownPrefix + gravity;
         page("notes").append(element);
     }
     page("notes").hidden = false;
@@ -253,6 +250,7 @@ function drawNotes()
 const opened = new Set();
 let isPrinting = false;
 let printsDetails = false;
+let printedLabels = 0; // value labels of the variables that are printed
 let terms = [];
 
 // The text with what was searched for marked.
@@ -370,13 +368,14 @@ function makeValueLabels(variable)
 {
     const labels = labelsOf(variable);
     const body = make("tbody");
+    const step = printsDetails && printedLabels <= mostPrintedLabels ? labels.length / 2 : labelStep;
     const head = make("tr", "", make("th", "", "Code"), make("th", "", "Label"));
     for (const cell of head.children)
         cell.scope = "col";
     const table = make("table", "", make("caption", "", counted(labels.length / 2, "value label")),
                        make("thead", "", head), body);
     const box = make("div", "value-labels", table);
-    addInSteps(body, labels.length / 2, labelStep, k => {
+    addInSteps(body, labels.length / 2, step, k => {
         const code = makeText("td", "code", labels[2 * k]);
         return make("tr", "", code, makeMarked("td", "", labels[2 * k + 1]));
     });
@@ -390,8 +389,7 @@ function makeNotesBeside(variable)
     for (const [kind, line, , text] of all.slice(0, mostNotesBeside)) {
         const item = make("li", "", make("span", "gravity " + kinds[kind].gravity, kinds[kind].gravity), " ",
                           make("span", "sentence", kinds[kind].sentence));
-        if (line)
-            item.append(" ", make("span", "where", "line " + line));
+        item.append(" ", make("span", "where", kinds[kind].id + (line ? ", line " + line : "")));
         if (text)
             item.append(" ", makeText("q", "", text));
         list.append(item);
@@ -406,7 +404,7 @@ function showDetails(row, i)
 {
     const variable = variables[i];
     const details = make("div", "details", makeProperties(i));
-    details.id = "details-" + i;
+    details.id = ownPrefix + "details-" + i;
     if (notesOfName.has(variable.name))
         details.append(makeNotesBeside(variable));
     if (labelsOf(variable).length > 0)
@@ -756,14 +754,14 @@ function makeSection(group, i)
     const section = sections[i];
     const members = membersOf[i];
     const heading = make("h2", "", titleOf(group));
-    heading.id = "heading-" + i;
+    heading.id = ownPrefix + "heading-" + i;
     const facts = make("p", "facts");
     if (group.type)
         facts.append("record type ", makeText("code", "", group.type), " · ");
     facts.append(counted(members.length, "variable"));
     section.list = make("div", "list");
     section.element = make("section", "record", make("header", "", heading, facts));
-    section.element.id = "group-" + i;
+    section.element.id = ownPrefix + "group-" + i;
     section.element.setAttribute("aria-labelledby", heading.id);
     if (members.some(v => hasColumns(variables[v]) && variables[v].start <= lastColumn)) {
         section.map = make("div", "ruler");
@@ -833,7 +831,7 @@ function drawRecords()
     page("variables").append(...groups.map(makeSection));
     sections.forEach((section, i) => {
         section.link = make("a", "", titleOf(groups[i]), " ", make("span", "count"));
-        section.link.href = "#group-" + i;
+        section.link.href = "#" + section.element.id;
     });
     page("groups").append(...sections.map(section => section.link));
     page("groups").hidden = groups.length < 2;
@@ -880,10 +878,14 @@ function goToFragment()
         return;
     }
     const i = variableOfFragment.get(fragment);
-    if (i !== undefined)
+    if (i !== undefined) {
         goTo(i);
-    else if (gravities[fragment] && page(fragment))
-        page(fragment).open = true;
+        return;
+    }
+    for (const ofGravity of document.querySelectorAll("details.of-gravity")) {
+        if (ofGravity.id === fragment)
+            ofGravity.open = true;
+    }
 }
 
 // ----------------------------------------------------------------------------------------------------- search
@@ -987,6 +989,7 @@ function beforePrint()
     isPrinting = true;
     scrolledTo = scrollY;
     printsDetails = inOrder.length <= mostPrintedWhole;
+    printedLabels = inOrder.reduce((sum, i) => sum + labelsOf(variables[i]).length / 2, 0);
     page("brief").hidden = printsDetails;
     page("variables").classList.toggle("is-brief", !printsDetails);
     drawLists();
