@@ -157,12 +157,12 @@ private:
     qint64 block2[5] = {};
     bool flag5 = false;
     bool flag6 = false;
+    bool hasGivenBack = false; ///< there are no lists since releaseContents()
     int number5 = 3;
     int number6 = -1;
     QString text8;
     QStringList *recordTypeNames = nullptr; ///< second argument of the virtual `getDictionary`
     QStringList *typeNames = nullptr; ///< "NONE", "CSPRO", "CSV"
-    bool hasGivenBack = false; ///< there are no lists since releaseContents()
     std::shared_ptr<int> fieldsUse; ///< counts the providers that share `fields`
     // clang-format on
 };
