@@ -1,4 +1,5 @@
 #include "cspro/CSPro_p.h"
+#include "import/ReadReport.h"
 #include "support/DebugCapture.h"
 #include "support/OwnedDictionary.h"
 #include "support/Thrown.h"
@@ -173,6 +174,38 @@ private Q_SLOTS:
         QCOMPARE(error->getCode(), 242);
         QCOMPARE(error->getText(), QString(QChar(u'\0')));
         QVERIFY(isEmpty(dictionary));
+        QVERIFY(file.remove());
+    }
+
+    void endOfReadingIsToldWithTheLineWhereItEnded()
+    {
+        ReadReport report;
+        OwnedDictionary dictionary;
+        dictionary.report = &report;
+        const DebugCapture log;
+        QVERIFY(thrownBy([&] {
+            dictionary.readFile(write("[Item]\nName=A\n[Item]\nOccurrences=2000000000\nName=B\n[Item]\nName=C\n"));
+        }));
+        QCOMPARE(report.count(NoteKind::readingEnded), 1);
+        QCOMPARE(report.notes().back().kind, NoteKind::readingEnded);
+        QCOMPARE(report.notes().back().line, 5);
+        QCOMPARE(report.notes().back().text, QString("Name=B"));
+    }
+
+    void endOfReadingAFileTooLargeIsTold()
+    {
+        QFile file(folder.filePath("large.dcf"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.resize((qint64(1) << 30) + 1));
+        file.close();
+        ReadReport report;
+        OwnedDictionary dictionary;
+        dictionary.report = &report;
+        const DebugCapture log;
+        QVERIFY(thrownBy([&] { dictionary.readFile(file.fileName()); }));
+        QCOMPARE(report.size(), size_t(1));
+        QCOMPARE(report.notes().front().kind, NoteKind::readingEnded);
+        QCOMPARE(report.notes().front().text, QString());
         QVERIFY(file.remove());
     }
 

@@ -828,6 +828,16 @@ private Q_SLOTS:
         QCOMPARE(open.importer.fieldByName(QStringLiteral("AREA")), static_cast<TGenericField *>(open.field(3)));
     }
 
+    void itemWithoutARecordHasNoGroup()
+    {
+        OpenDictionary open(sample());
+        open.field(0)->item->record = nullptr;
+        TestAccess::copyDataFromDictionary(open.importer);
+        QVERIFY(!open.field(0)->group.isEmpty());
+        QCOMPARE(open.field(3)->name, open.field(0)->name);
+        QCOMPARE(open.field(3)->group, QString());
+    }
+
     void failureOfTheReaderPassesThroughOpening_data()
     {
         QTest::addColumn<bool>("selects");

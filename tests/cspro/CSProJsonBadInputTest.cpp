@@ -1,3 +1,4 @@
+#include "import/ReadReport.h"
 #include "support/DebugCapture.h"
 #include "support/OwnedJson.h"
 #include "support/ProcessorTime.h"
@@ -5,6 +6,7 @@
 
 #include <QFile>
 #include <QLoggingCategory>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -90,6 +92,59 @@ class CSProJsonBadInputTest : public QObject
 
 private Q_SLOTS:
     void init() { QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); }
+
+    void fileThatIsNotReadIsTold_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("text");
+        const QString noBrace = QStringLiteral("no \"{\" among the first 16 bytes");
+        QTest::newRow("nothing") << QByteArray() << noBrace;
+        QTest::newRow("a text dictionary") << QByteArray("[Dictionary]\nName=D\n") << noBrace;
+        QTest::newRow("brace behind") << QByteArray(16, ' ') + smallDictionary << noBrace;
+        QTest::newRow("cut off") << QByteArray("{ \"name\": ") << QStringLiteral("*, at byte *");
+        QTest::newRow("no comma") << QByteArray("{ \"a\": 1 \"b\": 2 }") << QStringLiteral("*, at byte *");
+    }
+    void fileThatIsNotReadIsTold()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, text);
+        ReadReport report;
+        OwnedJson dictionary;
+        dictionary.report = &report;
+        dictionary.read(bytes);
+        QCOMPARE(report.size(), size_t(1));
+        QCOMPARE(report.notes().front().kind, NoteKind::fileNotRead);
+        const QRegularExpression expected(QRegularExpression::wildcardToRegularExpression(text));
+        QVERIFY2(expected.match(report.notes().front().text).hasMatch(), qPrintable(report.notes().front().text));
+    }
+
+    void valueSetThatIsNoObjectIsTold()
+    {
+        for (const QByteArray set : { "5", "null", "\"VS\"", "[]" }) {
+            ReadReport report;
+            OwnedJson dictionary;
+            dictionary.report = &report;
+            dictionary.read(withItems("{\"name\":\"A\",\"length\":1,\"valueSets\":[" + set + "]}"));
+            QCOMPARE(dictionary.itemNames(), QStringList("A"));
+            QVERIFY(!dictionary.setOf(0));
+            QCOMPARE(report.count(NoteKind::wrongType), 1);
+            QCOMPARE(report.notes().back().kind, NoteKind::wrongType);
+            QVERIFY(report.notes().back().text.startsWith(QLatin1String("valueSets")));
+            QCOMPARE(report.notes().back().variable, QString("A"));
+        }
+    }
+
+    void endOfReadingIsToldWithItsRecord()
+    {
+        ReadReport report;
+        OwnedJson dictionary;
+        dictionary.report = &report;
+        dictionary.read(withItems(repeatedItem("A", 2) + "," + repeatedItem("B", 2000000000)));
+        QCOMPARE(dictionary.itemNames(), (QStringList{ "A_1", "A_2" }));
+        QCOMPARE(report.count(NoteKind::readingEnded), 1);
+        QCOMPARE(report.notes().back().kind, NoteKind::readingEnded);
+        QCOMPARE(report.notes().back().text, QString("R"));
+    }
 
     void whatIsNoDictionaryGivesAnEmptyOne_data()
     {

@@ -844,6 +844,18 @@ private Q_SLOTS:
         });
     }
 
+    void copyingWithoutADictionaryAddsNothing_data() { addTwins(); }
+    void copyingWithoutADictionaryAddsNothing()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            typename decltype(form)::Importer subject;
+            TestAccess::copyDataFromDictionary(subject);
+            QVERIFY(TestAccess::fields(subject)->isEmpty());
+            QVERIFY(!TestAccess::dictionary(subject));
+        });
+    }
+
     void copyingFromTheDictionaryAgainAppendsAllFieldsOnceMore_data() { addTwins(); }
     void copyingFromTheDictionaryAgainAppendsAllFieldsOnceMore()
     {

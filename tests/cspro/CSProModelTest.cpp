@@ -9,6 +9,8 @@
 
 #include <functional>
 #include <limits>
+#include <memory>
+#include <utility>
 
 namespace
 {
@@ -319,6 +321,34 @@ private Q_SLOTS:
         item.addValueSet(&second);
         QCOMPARE(item.getValueSetsCount(), 1);
         QCOMPARE(item.getValueSet(0), &first);
+    }
+
+    void itemWithoutAListOfValueSetsTakesNone()
+    {
+        TCSProValueSet set;
+        auto item = std::make_unique<TCSProItem>();
+        delete std::exchange(item->valueSets, nullptr);
+        item->addValueSet(&set);
+        QVERIFY(!item->valueSets);
+        const QPointer<TCSProItem> watch = item.get();
+        item.reset(); // without harm
+        QVERIFY(!watch);
+    }
+
+    void contentsAreFreedOnce()
+    {
+        TCSPro dictionary;
+        QStringList lines = { "[Record]", "Name=R", "[Item]", "Name=I", "[ValueSet]", "Value=1;one" };
+        dictionary.parseLines(&lines);
+        const QPointer<TCSProItem> item = dictionary.getItem(0);
+        const QPointer<TCSProValueSet> set = item->getValueSet(0);
+        for (int time = 0; time < 2; ++time) {
+            cspro::freeContents(dictionary);
+            QVERIFY(!item && !set);
+            QVERIFY(!dictionary.items && !dictionary.records && !dictionary.commonRecord);
+            QVERIFY(!dictionary.currentItem && !dictionary.currentRecord);
+            QVERIFY(dictionary.recordMap.empty());
+        }
     }
 
     void destroyingADictionaryFreesNoRecordItemOrValueSet()

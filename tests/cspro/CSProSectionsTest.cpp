@@ -1,4 +1,5 @@
 #include "cspro/CSPro_p.h"
+#include "import/ReadReport.h"
 #include "support/DebugCapture.h"
 #include "support/OwnedDictionary.h"
 #include "support/Thrown.h"
@@ -249,6 +250,53 @@ private Q_SLOTS:
         const DebugCapture log;
         QCOMPARE(TestAccess::getIntValue(dictionary, lines, QStringLiteral("Key"), 77), value);
         QCOMPARE(log.taken(), QStringList());
+    }
+
+    void emptyKeyStandsInTheFirstLine()
+    {
+        const OwnedDictionary dictionary;
+        QCOMPARE(TestAccess::getStringValue(dictionary, { "A=1", "B=2" }, QString()), QString("1"));
+        QCOMPARE(TestAccess::getStringValue(dictionary, {}, QString()), QString());
+    }
+
+    void recordTypeThatLosesMoreThanQuotesIsTold_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<bool>("isTold");
+        QTest::newRow("quotes") << "'1'"
+                                << "1" << false;
+        QTest::newRow("double quotes") << "\"1\""
+                                       << "1" << false;
+        QTest::newRow("quotes alone") << "''"
+                                      << "" << false;
+        QTest::newRow("nothing") << ""
+                                 << "" << false;
+        QTest::newRow("one character") << "1"
+                                       << "" << true;
+        QTest::newRow("one quote") << "'"
+                                   << "" << true;
+        QTest::newRow("no quotes") << "123"
+                                   << "2" << true;
+        QTest::newRow("no quote behind") << "'12"
+                                         << "1" << true;
+        QTest::newRow("no quote in front") << "12'"
+                                           << "2" << true;
+        QTest::newRow("different quotes") << "'1\""
+                                          << "1" << true;
+    }
+    void recordTypeThatLosesMoreThanQuotesIsTold()
+    {
+        QFETCH(QString, value);
+        QFETCH(bool, isTold);
+        ReadReport report;
+        OwnedDictionary dictionary;
+        dictionary.report = &report;
+        dictionary.read({ "[Record]", "Name=R", "RecordTypeValue=" + value });
+        QTEST(dictionary.getRecord(0)->recordType, "type");
+        QCOMPARE(report.count(NoteKind::recordTypeCut), isTold ? 1 : 0);
+        if (isTold)
+            QCOMPARE(report.notes().front().text, value);
     }
 
     void exceptionIsLoggedInItsOwnWords()

@@ -128,6 +128,16 @@ private Q_SLOTS:
         QCOMPARE(described(describer, integer, { first }), (Outcome{ "1", "1", "1 One\t" }));
     }
 
+    void neighboursWhoseSetsDifferInAMarkAloneKeepTheirOwn()
+    {
+        HandMadeSet plain{ { "1", "One" }, { "5", "Five" }, { "7", "Seven" } };
+        HandMadeSet marked{ { "1", "One" }, { "5", "Five", true }, { "7", "Seven" } };
+        cspro::ItemDescriber describer;
+        QCOMPARE(described(describer, integer, { plain }), (Outcome{ "1", "7", "1 One\t5 Five\t7 Seven\t" }));
+        QCOMPARE(described(describer, integer, { marked }), (Outcome{ "1", "7", "1 One\t7 Seven\t" }));
+        QCOMPARE(described(describer, integer, { plain }), (Outcome{ "1", "7", "1 One\t5 Five\t7 Seven\t" }));
+    }
+
     void fieldKeepsItsDescriptionWhileOthersFollow()
     {
         HandMadeSet first{ { "1", "One" }, { "2", "Two" } };

@@ -6,7 +6,9 @@
 #include <QPointer>
 #include <QTest>
 
+#include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace
 {
@@ -206,6 +208,15 @@ private Q_SLOTS:
         QVERIFY(watch);
     }
 
+    void setWithoutItsListIsDestroyedWithoutHarm()
+    {
+        auto set = std::make_unique<TCSProValueSet>();
+        delete std::exchange(set->items, nullptr);
+        const QPointer<TCSProValueSet> watch = set.get();
+        set.reset();
+        QVERIFY(!watch);
+    }
+
     void decimalCodeIsDigitsPointDigits_data()
     {
         QTest::addColumn<QString>("code");
@@ -310,6 +321,15 @@ private Q_SLOTS:
         const OwnedSet set(codes);
         QCOMPARE(set.checkCodes(0), noDecimal);
         QCOMPARE(set.checkCodes(1), allIntegers);
+    }
+
+    void checkOfNoKnownModeDemandsNothing()
+    {
+        const OwnedSet set({ "1.5", "x", "" });
+        QVERIFY(!set.checkCodes(0));
+        QVERIFY(!set.checkCodes(1));
+        for (const int mode : { -1, 2, 99 })
+            QVERIFY(set.checkCodes(mode));
     }
 
     void setThatIsNotNumericPassesEveryCheck()

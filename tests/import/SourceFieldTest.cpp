@@ -289,13 +289,14 @@ private Q_SLOTS:
         QTest::newRow("7 changes nothing") << 7 << 0;
         QTest::newRow("8") << 8 << 8;
         QTest::newRow("9") << 9 << 9;
+        QTest::newRow("10 changes nothing") << 10 << 0;
     }
     void longerListOfTypeTextsReachesTheFurtherValues()
     {
         QFETCH(int, position);
         QFETCH(int, value);
         TVpSourceField field;
-        for (int added = field.typeNames->size(); added <= 9; ++added)
+        for (int added = field.typeNames->size(); added <= 10; ++added)
             field.typeNames->append(QString("TYPE%1").arg(added));
         const QString type = QString("TYPE%1").arg(position);
         field.setDataProviderType(type);

@@ -292,6 +292,20 @@ private Q_SLOTS:
         QCOMPARE(counted.numbersMade(), 3);
     }
 
+    void keysOfOneHashAreToldApart()
+    {
+        constexpr quint32 shared = 42; // by chance, say
+        lookup::Entries entries;
+        QVERIFY(entries.add("B", lookup::hashOf("B"), "b")); // hashes count from the first key that does not ascend
+        QVERIFY(entries.add("A", shared, "a"));
+        QVERIFY(entries.add("C", shared, "c"));
+        QVERIFY(!entries.add("A", shared, "later"));
+        QVERIFY(!entries.add("C", shared, "later"));
+        Pairs map;
+        entries.moveTo(map);
+        QCOMPARE(map, (Pairs{ { "A", "a" }, { "B", "b" }, { "C", "c" } }));
+    }
+
     void keyThatIsAnEntryChangesNothing_data()
     {
         QTest::addColumn<QStringList>("pairs");

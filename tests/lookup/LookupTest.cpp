@@ -25,6 +25,7 @@ struct TestAccess {
     }
     static void setMode(TVpLookup &lookup, econsistencyCheck mode) { lookup.consistency = mode; }
     static void setLine(TVpLookup &lookup, int line) { lookup.lineNumber = line; }
+    static void setErrorCount(TVpLookup &lookup, int count) { lookup.errorCount = count; }
     static void setReadFailed(TVpLookup &lookup) { lookup.readFailed = true; }
     static void fill(TVpLookup &lookup)
     {
@@ -373,6 +374,24 @@ private Q_SLOTS:
         QCOMPARE(pairsOf(lookup), (QStringList{ "A=x", "BB=z" }));
     }
 
+    void countersStayAtTheLargestNumber()
+    {
+        TVpLookup lookup;
+        lookup.setMaxMessages(noLimit);
+        write("A x\n");
+        lookup.setFfileName(path());
+        TestAccess::setErrorCount(lookup, noLimit - 1);
+        TestAccess::setLine(lookup, noLimit - 1);
+        for (int time = 0; time < 3; ++time) {
+            TestAccess::issue(lookup, &errors, "message");
+            QVERIFY(TestAccess::readLookup(lookup));
+            QCOMPARE(TestAccess::errorCount(lookup), noLimit);
+            QCOMPARE(TestAccess::lineNumber(lookup), noLimit);
+        }
+        QCOMPARE(errors.size(), 3);
+        QCOMPARE(errors.last(), QString("%1_message").arg(noLimit));
+    }
+
     void keyAndValueCarryOverToTheNextCheck()
     {
         TVpLookup lookup;
@@ -426,6 +445,21 @@ private Q_SLOTS:
         QCOMPARE(pairsOf(lookup), QStringList("A=x"));
         QVERIFY(messages.isEmpty() && counts.empty());
         QVERIFY(!TestAccess::openLookup(lookup));
+    }
+
+    void missingFileIsToldToAReport()
+    {
+        ReadReport report;
+        TVpLookup lookup;
+        lookup.setReadReport(&report);
+        lookup.setFfileName("/nowhere/absent.txt");
+        lookup.consistencyCheck(ccBoth, frequencies.map, &errors);
+        QCOMPARE(report.size(), size_t(1));
+        QCOMPARE(report.notes().front().kind, NoteKind::fileNotRead);
+        QCOMPARE(report.notes().front().text, QString("/nowhere/absent.txt"));
+        lookup.setReadReport(nullptr);
+        lookup.consistencyCheck(ccBoth, frequencies.map, &errors);
+        QCOMPARE(report.size(), size_t(1));
     }
 
     void folderIsNoLookupFile()

@@ -228,6 +228,22 @@ private Q_SLOTS:
         QCOMPARE(source.getCsvFields(), QStringList("f"));
     }
 
+    void copyHoldsWhatItsSourceHolds()
+    {
+        // clang-format off
+        verifyCopies<ConfigDb>(&ConfigDb::setName, &ConfigDb::getName, "a");
+        verifyCopies<ConfigOptions>(&ConfigOptions::setCreateNoRanges, &ConfigOptions::getCreateNoRanges, true);
+        verifyCopies<ConfigToolsExtend>(&ConfigToolsExtend::setUrlPrimaryBd, &ConfigToolsExtend::getUrlPrimaryBd, "a");
+        verifyCopies<ConfigToolsSplit>(&ConfigToolsSplit::setFileName, &ConfigToolsSplit::getFileName, "a");
+        verifyCopies<ConfigWipxToJson>(&ConfigWipxToJson::setInputFile, &ConfigWipxToJson::getInputFile, "a");
+        verifyCopies<Dictionary>(&Dictionary::setRoot, &Dictionary::getRoot, nullptr);
+        verifyCopies<Datasource>(&Datasource::setType, &Datasource::getType, "a");
+        verifyCopies<MetadataDataSource>(&MetadataDataSource::setCsvHasHeader, &MetadataDataSource::getCsvHasHeader, true);
+        verifyCopies<LookupDictionary>(&LookupDictionary::setFile, &LookupDictionary::getFile, "a");
+        verifyCopies<ValueLabelElement>(&ValueLabelElement::setLabel, &ValueLabelElement::getLabel, "a");
+        // clang-format on
+    }
+
     void moveTakesNothing()
     {
         TVpEntity entity;
@@ -495,6 +511,21 @@ private:
     {
         record.setName("name");
         record.setLabel("label");
+    }
+
+    // A new record that takes a copy's value is told from the copy by what it held before.
+    template <typename Record, typename Set, typename Get, typename Value>
+    static void verifyCopies(Set set, Get get, const Value &value)
+    {
+        Record record;
+        QVERIFY((record.*get)() != value);
+        (record.*set)(value);
+        const Record copy(record);
+        QVERIFY((copy.*get)() == value);
+        Record assigned;
+        assigned = record;
+        QVERIFY((assigned.*get)() == value);
+        QVERIFY((record.*get)() == value);
     }
 
     // What is appended through a copy shows in the source.

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 // The library holds references by pointer alone: what stands behind them is the caller's.
@@ -325,6 +326,7 @@ private Q_SLOTS:
     void keysAreEmptyWhateverTheLine();
     void assemblingCountsLinesOfTheEmptyTypeForEachReference_data();
     void assemblingCountsLinesOfTheEmptyTypeForEachReference();
+    void assemblingWithoutAListOfReferencesCountsNoLines();
     void assemblingWithAKeyAnswersTheTextWhateverKeyAndReferences_data();
     void assemblingWithAKeyAnswersTheTextWhateverKeyAndReferences();
 
@@ -1220,6 +1222,15 @@ void RecordTest::assemblingCountsLinesOfTheEmptyTypeForEachReference()
     Questionnaire questionnaire(lines);
     QCOMPARE(Access::assemble(record, questionnaire.index), QString());
     QCOMPARE(questionnaire.index.status, status);
+}
+
+void RecordTest::assemblingWithoutAListOfReferencesCountsNoLines()
+{
+    LoneRecord record;
+    delete std::exchange(Access::references(record), nullptr);
+    Questionnaire questionnaire({ "", "" });
+    QCOMPARE(Access::assemble(record, questionnaire.index), QString());
+    QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
 }
 
 void RecordTest::assemblingWithAKeyAnswersTheTextWhateverKeyAndReferences_data()

@@ -6,6 +6,8 @@
 #include <QtEndian>
 #include <QtTest>
 
+#include <algorithm>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -129,6 +131,13 @@ private Q_SLOTS:
         QTEST(int(bounds.withLabel), "withLabel");
     }
 
+    void fileThatWillNotOpenHasTheNamesOfTheOldestVersion()
+    {
+        const statistical::NameBounds bounds = statistical::stataNameBounds(QStringLiteral("/nowhere/absent.dta"));
+        QCOMPARE(int(bounds.withVariable), 9);
+        QCOMPARE(int(bounds.withLabel), 12);
+    }
+
     void tooManyVariablesAreNotReadWhereNamesAreLookedUp_data()
     {
         QTest::addColumn<int>("count");
@@ -158,6 +167,73 @@ private Q_SLOTS:
         if (subtype != 0)
             file.extension(subtype);
         file.end();
+        QCOMPARE(statistical::isSafeSpssFile(write(file.bytes)), isSafe);
+    }
+
+    void eitherLayoutCodeTellsTheByteOrder_data()
+    {
+        QTest::addColumn<bool>("isBigEndian");
+        QTest::newRow("little-endian") << false;
+        QTest::newRow("big-endian") << true;
+    }
+    void eitherLayoutCodeTellsTheByteOrder()
+    {
+        QFETCH(bool, isBigEndian);
+        for (const char layoutCode : { '\2', '\3' }) {
+            SpssBytes file(isBigEndian);
+            file.bytes[isBigEndian ? 67 : 64] = layoutCode;
+            file.variables(statistical::mostLongNames + 1);
+            file.extension(longNames);
+            file.end();
+            QVERIFY(!statistical::isSafeSpssFile(write(file.bytes)));
+        }
+    }
+
+    void recordThatBreaksOffCountsByWhatIsThere_data()
+    {
+        QTest::addColumn<QVector<int>>("numbers"); // of the last record
+        QTest::addColumn<int>("count");            // of the variables in front of it
+        QTest::addColumn<bool>("namesInFront");
+        QTest::addColumn<bool>("isSafe");
+        using Numbers = QVector<int>;
+        const int most = statistical::mostLongNames;
+        // clang-format off
+        QTest::newRow("extension, subtype missing")      << Numbers{ 7 }            << most + 1 << false << true;
+        QTest::newRow("extension, size missing")         << Numbers{ 7, 13 }        << most + 1 << false << true;
+        QTest::newRow("extension, count missing")        << Numbers{ 7, 13, 1 }     << most + 1 << false << true;
+        QTest::newRow("extension, bytes missing")        << Numbers{ 7, 13, 1, 50 } << most + 1 << false << false;
+        QTest::newRow("variable, numbers missing")       << Numbers{ 2, 0, 0 }      << most     << true  << true;
+        QTest::newRow("variable, the rest missing")      << Numbers{ 2, 0, 0, 0 }   << most     << true  << false;
+        QTest::newRow("variable, size of label missing")
+            << Numbers{ 2, 0, 1, 0, 0, 0, 0, 0 } << most << true << false;
+        for (const bool namesInFront : { false, true }) {
+            const char *names = namesInFront ? "with names" : "without names";
+            const auto addRow = [&](const char *name, const Numbers &numbers) {
+                QTest::addRow("%s, %s", name, names) << numbers << most + 1 << namesInFront << !namesInFront;
+            };
+            addRow("labels, number missing", { 3 });
+            addRow("labels, all missing",    { 3, 2 });
+            addRow("labels, size missing",   { 3, 2, 0, 0 });
+            addRow("labelled variables, number missing", { 4 });
+            addRow("documents, number missing", { 6 });
+            addRow("negative number of labelled variables", { 4, -1 });
+        }
+        // clang-format on
+    }
+    void recordThatBreaksOffCountsByWhatIsThere()
+    {
+        QFETCH(QVector<int>, numbers);
+        QFETCH(int, count);
+        QFETCH(bool, namesInFront);
+        QFETCH(bool, isSafe);
+        SpssBytes file;
+        file.bytes.reserve((count + 10) * 32);
+        if (namesInFront)
+            file.extension(longNames);
+        file.documents();
+        file.variables(count);
+        for (const int number : qAsConst(numbers))
+            file.numbers({ number });
         QCOMPARE(statistical::isSafeSpssFile(write(file.bytes)), isSafe);
     }
 
@@ -222,6 +298,48 @@ private Q_SLOTS:
         QVERIFY(statistical::isSafeSpssFile(QStringLiteral("/nowhere/absent.sav")));
         QVERIFY(statistical::isSafeSpssFile(write(QByteArray(14 << 20, 'x'))));
         QVERIFY(statistical::isSafeSpssFile(write(QByteArray("$FL2"))));
+        QVERIFY(statistical::isSafeSpssFile(folder.path()));
+    }
+
+    void folderHasNoBytes()
+    {
+        statistical::BufferedFile file;
+        QVERIFY(file.open(QFile::encodeName(folder.path()).constData()));
+        char byte = 'x';
+        QVERIFY(file.read(&byte, 1) < 1);
+        QCOMPARE(byte, 'x');
+    }
+
+    void failureToReadIsToldOnceWhatWasReadIsGiven()
+    {
+        constexpr int size = 200000;
+        const QByteArray path = QFile::encodeName(write(QByteArray(size, 'a')));
+        readstat_parser_t *parser = readstat_parser_init();
+        statistical::BufferedFile file;
+        file.attachTo(parser);
+        const readstat_io_t io = *parser->io;
+        QCOMPARE(io.open(path.constData(), io.io_ctx), 0);
+        std::vector<char> bytes(size);
+        QCOMPARE(int(io.read(bytes.data(), 1, io.io_ctx)), 1);
+        io.close(io.io_ctx); // from here on the system refuses
+        const auto given = int(io.read(bytes.data(), bytes.size(), io.io_ctx));
+        QVERIFY(given > 0 && given < size);
+        QCOMPARE(std::count(bytes.begin(), bytes.begin() + given, 'a'), qptrdiff(given));
+        QCOMPARE(int(io.read(bytes.data(), 1, io.io_ctx)), -1);
+        readstat_parser_free(parser);
+    }
+
+    void placeBeyondTheLargestNumberIsRefused()
+    {
+        constexpr qint64 largest = std::numeric_limits<qint64>::max();
+        statistical::BufferedFile file;
+        QVERIFY(file.open(QFile::encodeName(write("abc")).constData()));
+        QCOMPARE(file.seek(2, READSTAT_SEEK_SET), Q_INT64_C(2));
+        QCOMPARE(file.seek(largest - 1, READSTAT_SEEK_CUR), Q_INT64_C(-1));
+        QCOMPARE(file.seek(largest, READSTAT_SEEK_END), Q_INT64_C(-1));
+        char byte = 0;
+        QCOMPARE(file.read(&byte, 1), Q_INT64_C(1)); // the place is the former one
+        QCOMPARE(byte, 'c');
     }
 
     void piecesGiveWhatTheSystemGives()

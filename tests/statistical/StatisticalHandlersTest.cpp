@@ -582,6 +582,50 @@ private Q_SLOTS:
         QCOMPARE(twin.sets().size(), size_t(1)); // none is made by asking
     }
 
+    void nullLabelIsPassedOver_data() { addTwins(); }
+    void nullLabelIsPassedOver()
+    {
+        QFETCH(bool, isSpss);
+        Twin twin(isSpss);
+        twin.label(doubleValue(2), "Two");
+        statistical::LabelSet &set = *twin.sets().at("set");
+        set.push_back(nullptr);
+        twin.label(doubleValue(7), "Seven");
+        const TGenericField &real = twin.field(READSTAT_TYPE_DOUBLE, "F8.2", "set");
+        QCOMPARE(real.valueLabels, QStringLiteral("2.000000 Two\t7.000000 Seven\t"));
+        QCOMPARE(real.minimum, QStringLiteral("2"));
+        QCOMPARE(real.maximum, QStringLiteral("7"));
+        const TGenericField &whole = twin.field(READSTAT_TYPE_DOUBLE, "F8.0", "set");
+        QCOMPARE(whole.valueLabels, isSpss ? QStringLiteral("2 Two\t7 Seven\t") : real.valueLabels);
+        set.erase(set.begin() + 1);
+    }
+
+    void labelWithoutItsTextIsItsValueAlone_data() { addTwins(); }
+    void labelWithoutItsTextIsItsValueAlone()
+    {
+        QFETCH(bool, isSpss);
+        Twin twin(isSpss);
+        twin.label(intValue(3), "Three");
+        auto label = std::make_unique<TStatValueLabel>();
+        label->intValue = 4;
+        twin.sets().at("set")->push_back(label.release());
+        QCOMPARE(twin.field(READSTAT_TYPE_INT8, "F1.0", "set").valueLabels, QStringLiteral("3 Three\t4 \t"));
+    }
+
+    void nullLabelSetIsNone_data() { addTwins(); }
+    void nullLabelSetIsNone()
+    {
+        QFETCH(bool, isSpss);
+        Twin twin(isSpss);
+        twin.sets()["set"] = nullptr;
+        const TGenericField &field = twin.field(READSTAT_TYPE_INT8, "F1.0", "set",
+                                                [](readstat_variable_t &variable) { variable.storage_width = 1; });
+        QCOMPARE(field.valueLabels, QString());
+        QCOMPARE(field.minimum, QStringLiteral("0"));
+        QCOMPARE(field.maximum, QStringLiteral("9"));
+        twin.sets().clear();
+    }
+
     void spssVariableWithoutDecimalsTurnsTheSetToIntegers()
     {
         Twin twin(true);

@@ -14,6 +14,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <stdexcept>
 #include <type_traits>
 
 struct TestAccess {
@@ -80,6 +81,31 @@ QStringList openedNames(TDataImport &importer)
     return *std::unique_ptr<QStringList>(importer.selectLayoutSource());
 }
 
+// A reading, and what its handlers do.
+struct HandledReading {
+    static int label(const char * /*set*/, readstat_value_t /*value*/, const char * /*text*/, void *context)
+    {
+        return handle(context);
+    }
+    static int variable(int /*index*/, readstat_variable_t * /*variable*/, const char * /*set*/, void *context)
+    {
+        return handle(context);
+    }
+    static int handle(void *context)
+    {
+        auto *self = static_cast<HandledReading *>(context);
+        ++self->calls;
+        return self->reading.run([&] {
+            if (self->calls == self->throwsAt)
+                throw std::runtime_error("words of it");
+        });
+    }
+
+    statistical::Reading reading;
+    int throwsAt = 0;
+    int calls = 0;
+};
+
 template <typename Importer> QStringList read(const QString &path)
 {
     Importer importer(path);
@@ -95,6 +121,42 @@ class StatisticalImportTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void exceptionInAHandlerIsRaisedBehindThePass_data()
+    {
+        QTest::addColumn<bool>("isSpss");
+        QTest::addColumn<bool>("atLabels");
+        QTest::addColumn<bool>("endsThePass");
+        QTest::newRow("stata, labels") << false << true << true;
+        QTest::newRow("stata, variables") << false << false << true;
+        QTest::newRow("spss, labels") << true << true << false; // ReadStat goes on to the labels that follow
+        QTest::newRow("spss, variables") << true << false << true;
+    }
+    void exceptionInAHandlerIsRaisedBehindThePass()
+    {
+        QFETCH(bool, isSpss);
+        QFETCH(bool, atLabels);
+        QFETCH(bool, endsThePass);
+        for (const bool isBuffered : { false, true }) {
+            HandledReading handled = { statistical::Reading(isSpss ? statistical::spss : statistical::stata,
+                                                            isSpss ? spssTypes : stataTypes, isBuffered) };
+            const auto pass = [&] {
+                handled.calls = 0;
+                return handled.reading.pass(atLabels ? HandledReading::label : nullptr,
+                                            atLabels ? nullptr : HandledReading::variable, &handled);
+            };
+            QCOMPARE(pass(), READSTAT_OK);
+            const int all = handled.calls;
+            QVERIFY(all > 3);
+            for (handled.throwsAt = 1; handled.throwsAt <= 2; ++handled.throwsAt) {
+                QVERIFY_EXCEPTION_THROWN(pass(), std::runtime_error);
+                QCOMPARE(handled.calls == handled.throwsAt, endsThePass);
+            }
+            handled.throwsAt = 0;
+            QCOMPARE(pass(), READSTAT_OK); // it is raised once
+            QCOMPARE(handled.calls, all);
+        }
+    }
+
     void stataFileBecomesTheseFields()
     {
         const QString nines80(81, QLatin1Char('9'));
