@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace
 {
@@ -92,9 +93,7 @@ public:
         const QLatin1String nameKey("name=");
         if (beginsWith(line, valueKey))
             readValue(line.mid(valueKey.size()));
-        else if (!beginsWith(line, nameKey))
-            return false;
-        else if (pending) // before the first value: the set's own name
+        else if (pending && beginsWith(line, nameKey)) // before the first value: the set's own name
             readMark(line.mid(nameKey.size()));
         else
             return false;
@@ -105,15 +104,37 @@ public:
     // The last value is added as it stands, whatever its code holds; no other escapes the test for several ranges.
     void finish()
     {
-        if (pending && !pending->special)
+        if (pending && !pending->special) {
+            keepRange();
             set.addItem(pending.release());
+        } else {
+            keepMark();
+        }
         noteLines(pendingLine);
+    }
+
+    /// Tells what is known at the end of the set alone: which marks count, and, where the set is kept, its ranges.
+    void tellAtEnd(bool isKept)
+    {
+        const ReadNote *last[3] = {}; // by the type of the mark
+        for (const Mark &mark : marks)
+            last[mark.type] = &mark.note;
+        for (const Mark &mark : marks)
+            tellOfMark(mark, last[mark.type] == &mark.note, isKept);
+        for (size_t i = 0; i < ranges.size() && isKept; ++i)
+            add(ranges[i]);
     }
 
     /// The lines that the values of the set stand in, where there is a report.
     const std::vector<int> &lines() const { return valueLines; }
 
 private:
+    struct Mark {
+        int type;
+        bool isRange;
+        ReadNote note;
+    };
+
     void noteLines(int number)
     {
         if (reader.report)
@@ -123,7 +144,39 @@ private:
     void tell(NoteKind kind, QStringView text) const
     {
         if (reader.report)
-            reader.report->add(kind, text.toString(), currentLine, item.name);
+            reader.report->add(kind, text.toString(), currentLine, reader.toldName());
+    }
+
+    void add(const ReadNote &note) const { reader.report->add(note.kind, note.text, note.line, note.variable); }
+
+    // What a mark is about is known when its value is done with: a later line can take it back.
+    void keepMark()
+    {
+        if (!reader.report || !pending || !pending->special)
+            return;
+        const QString words = pending->code + QLatin1Char(' ') + pending->name;
+        marks.push_back({ pending->type, !rangeText.isNull(), { NoteKind::markedValue, markLine, item.name, words } });
+    }
+
+    void tellOfMark(const Mark &mark, bool isLast, bool isKept) const
+    {
+        ReadNote note = mark.note;
+        if (!isLast)
+            note.kind = NoteKind::furtherMark;
+        add(note);
+        note.kind = NoteKind::markedRange;
+        if (mark.isRange && isKept)
+            add(note);
+        note.kind = NoteKind::markOfLastOccurrence;
+        if (isLast && item.firstOccurrence > 0)
+            add(note);
+    }
+
+    // A range whose upper bound is no ordinary value does not stand in the set as two.
+    void keepRange()
+    {
+        if (reader.report && !rangeText.isNull() && !isTold)
+            ranges.push_back({ NoteKind::rangeAsEndPoints, pendingLine, reader.toldName(), rangeText });
     }
 
     void readValue(QStringView line)
@@ -131,6 +184,8 @@ private:
         flush();
         noteLines(pendingLine);
         pendingLine = currentLine;
+        rangeText.clear();
+        isTold = false;
         pending = std::make_unique<TValueSetItem>();
         readShape(line);
         pending->code = code;
@@ -146,12 +201,27 @@ private:
     void flush()
     {
         if (!pending || pending->special)
-            return;
+            return keepMark();
         if (holdsSeveral(pending->code)) {
             debugLine("PROCESAR OTROS RANGOS");
-            reader.splitOtherRanges(&set, pending.get());
+            splitPending();
         } else {
+            keepRange();
             set.addItem(pending.release());
+        }
+    }
+
+    // No line behind this one is read where it fails.
+    void splitPending()
+    {
+        try {
+            reader.splitOtherRanges(&set, pending.get());
+        } catch (const std::bad_alloc &) {
+            if (reader.report) {
+                add({ NoteKind::readingEnded, pendingLine, reader.toldName(), rangeText });
+                reader.isEndTold = true;
+            }
+            throw;
         }
     }
 
@@ -183,13 +253,31 @@ private:
         label.clear();
         code = text(line);
         takeQuoteFrom(line);
-        tell(NoteKind::valueWithoutLabel, line);
+        tell(line.startsWith(QLatin1Char(';')) ? NoteKind::labelAsCode : NoteKind::valueWithoutLabel, line);
     }
 
     void takeQuoteFrom(QStringView line)
     {
-        if (unquote(code) && code.endsWith(QLatin1Char('\'')))
+        if (unquote(code))
             tell(NoteKind::keptApostrophe, line);
+    }
+
+    void takeRange(QStringView line)
+    {
+        if (reader.report)
+            rangeText = line.toString();
+    }
+
+    void tellOfRange(NoteKind kind, QStringView line)
+    {
+        tell(kind, line);
+        isTold = true;
+    }
+
+    static bool looksLikeSeveral(const QString &upperBound)
+    {
+        const QString bound = upperBound.trimmed();
+        return textfile::indexOf(bound, ' ') >= 0 || textfile::indexOf(bound, ':') >= 0;
     }
 
     // The lower bound is added now, the upper one is what is pending.
@@ -202,10 +290,11 @@ private:
         if (semicolon > 0)
             label = text(upper.mid(semicolon + 1));
         addValue(set, text(line.left(colon)), label);
-        if (holdsSeveral(code))
-            tell(NoteKind::severalInALine, line);
-        else
-            tell(semicolon > 0 ? NoteKind::rangeAsEndPoints : NoteKind::rangeWithoutUpper, line);
+        takeRange(line);
+        if (semicolon <= 0)
+            tellOfRange(NoteKind::rangeWithoutUpper, line);
+        else if (reader.report && looksLikeSeveral(code))
+            tellOfRange(NoteKind::severalInALine, line);
     }
 
     // The upper bound keeps its colon, so the set of a numeric item is lost; the label, where there is one, keeps its
@@ -218,13 +307,15 @@ private:
         if (semicolon > 0)
             label = text(upper.mid(semicolon));
         addValue(set, text(line.left(colon)), label);
-        tell(NoteKind::rangeWithoutLabel, line);
+        takeRange(line);
+        tellOfRange(NoteKind::rangeWithoutLabel, line);
     }
 
     // Several values and ranges with one label: every piece but the first keeps the blank or colon in front of it.
     void readSeveral(QStringView line, int semicolon)
     {
-        tell(NoteKind::severalInALine, line);
+        takeRange(line);
+        tellOfRange(NoteKind::severalInALine, line);
         label = text(line.mid(semicolon + 1));
         QStringView rest = line.left(semicolon);
         int cut = textfile::indexOf(rest, ' ');
@@ -254,10 +345,9 @@ private:
             mark(1, item.missingValue);
         else if (code == QLatin1String("NOTAPPL"))
             mark(2, item.notApplicable);
-        if (pending->type != 0)
-            tell(NoteKind::markedValue, pending->code + QLatin1Char(' ') + pending->name);
-        else
+        if (pending->type == 0)
             tell(NoteKind::markNotRecognised, line);
+        markLine = currentLine;
     }
 
     void mark(int type, QString &itemCode)
@@ -277,7 +367,13 @@ private:
     std::unique_ptr<TValueSetItem> pending;
     int currentLine = 0;
     int pendingLine = 0;
+    // What a report hears; filled where there is one.
     std::vector<int> valueLines; ///< parallel to the values of the set
+    std::vector<Mark> marks;
+    std::vector<ReadNote> ranges;
+    QString rangeText;   ///< the line of the pending value, where it is a range; else null
+    bool isTold = false; ///< that range is more than two end points
+    int markLine = 0;
 };
 
 void TCSPro::readValueSet(const TextLines &lines, int &index)
@@ -303,28 +399,48 @@ void TCSPro::readValueSet(const TextLines &lines, int &index)
     }
     values.finish();
     if (report)
-        sectionNotes.end(*report, cspro::Section::valueSet, section, header);
+        tellOfValueSet(*set, section, header);
 
     const bool isAccepted = acceptCodes(set.get(), values.lines());
     if (isAccepted)
         set->sortItems();
-    if (report && isAccepted)
-        cspro::tellOfRepeatedCodes(*report, *set, currentItem->name);
     if (report)
-        report->nameVariable(firstNote, currentItem->name);
+        values.tellAtEnd(isAccepted);
+    if (report && isAccepted)
+        cspro::tellOfRepeatedCodes(*report, *set, toldName());
+    if (report)
+        report->nameVariable(firstNote, toldName());
     if (!isAccepted)
         return;
     attachValueSet(set.release());
 }
 
-void TCSPro::tellOfUnusedValueSet(const TextLines &lines, int index)
+void TCSPro::tellOfValueSet(const TCSProValueSet &set, const SectionLines &section, int header)
+{
+    sectionNotes.end(*report, cspro::Section::valueSet, section, header);
+    if (isItemAbsent)
+        report->add(NoteKind::valueSetMisplaced, set.name, header);
+}
+
+// The lines are a copy: going back in those of the reader would begin anew at the first of them. What the section says
+// is not read, so nothing is told of its keys.
+void TCSPro::tellOfUnusedValueSet(TextLines lines, int index)
 {
     const int header = firstLine + index;
-    const QString setName = getStringValue(sectionLines(lines, index), CSProKeyword::Name);
-    if (currentItem)
-        report->add(NoteKind::furtherValueSet, setName, header, currentItem->name);
+    const SectionLines section = sectionLines(lines, index);
+    ReadReport *const told = std::exchange(report, nullptr);
+    const QString setName = getStringValue(section, CSProKeyword::Name);
+    report = told;
+    if (currentItem && !isItemAbsent)
+        report->add(NoteKind::furtherValueSet, setName, header, toldName());
     else
-        report->add(NoteKind::valueSetWithoutItem, setName, header);
+        report->add(NoteKind::valueSetWithoutItem, setName, header, isItemAbsent ? absentItem : QString());
+}
+
+const QString &TCSPro::toldName() const
+{
+    const int first = currentItem->firstOccurrence;
+    return first > 0 && first < items->size() ? items->at(first)->name : currentItem->name;
 }
 
 void TCSPro::splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending) const

@@ -1,3 +1,4 @@
+#include "import/ReadReport.h"
 #include "lookup/Lookup.h"
 #include "lookup/LookupEntries_p.h"
 #include "support/VirtualSlot.h"

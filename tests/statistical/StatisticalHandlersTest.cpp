@@ -19,6 +19,10 @@ struct TestAccess {
     {
         return Importer::handleValueLabel(set, value, text, &importer);
     }
+    template <typename Importer> static int labelOfNobody(const readstat_value_t &value)
+    {
+        return Importer::handleValueLabel("set", value, "L", nullptr);
+    }
     template <typename Importer> static int variable(Importer *importer, readstat_variable_t *variable, const char *set)
     {
         return Importer::handleVariable(0, variable, set, importer);
@@ -699,9 +703,11 @@ private Q_SLOTS:
         QVERIFY(!twin.first().stringValue);
         QCOMPARE(twin.field(READSTAT_TYPE_STRING, "A8", "set").valueLabels, QString());
         if (isSpss) {
+            QCOMPARE(TestAccess::labelOfNobody<TSPSSDataImport>(intValue(1)), int(READSTAT_HANDLER_OK));
             QCOMPARE(TestAccess::variable<TSPSSDataImport>(nullptr, &variable, nullptr), int(READSTAT_HANDLER_OK));
             QCOMPARE(TestAccess::variable(&twin.spss, nullptr, nullptr), int(READSTAT_HANDLER_OK));
         } else {
+            QCOMPARE(TestAccess::labelOfNobody<TSTATADataImport>(intValue(1)), int(READSTAT_HANDLER_OK));
             QCOMPARE(TestAccess::variable<TSTATADataImport>(nullptr, &variable, nullptr), int(READSTAT_HANDLER_OK));
             QCOMPARE(TestAccess::variable(&twin.stata, nullptr, nullptr), int(READSTAT_HANDLER_OK));
         }
