@@ -64,7 +64,7 @@ private Q_SLOTS:
     void everyOddityPlantedInATextDictionaryIsFound()
     {
         QSet<QString> expected = kindsBetween(NoteKind::unknownSection, NoteKind::encodingGuessed);
-        expected += kindsBetween(NoteKind::duplicateVariable, NoteKind::groupValueOfAnother);
+        expected += kindsBetween(NoteKind::duplicateVariable, NoteKind::duplicateRecord);
         QSet<QString> found;
         for (const char *decimals : { "no", "yes" })
             found += kindsIn(run({ "explain", "--format", "json", "--decimals", decimals, planted }).out);
@@ -211,6 +211,15 @@ private Q_SLOTS:
         QCOMPARE(explained.status, finding);
         QVERIFY(!explained.out.contains('\x1b'));
         QVERIFY(explained.out.contains("[31m=red"));
+    }
+
+    void lineAsLongAsTheFileIsCutInTheTable()
+    {
+        write("d.dcf", QByteArray(100000, 'x') + "\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n");
+        const QByteArray table = run({ "explain", "d.dcf" }).out;
+        QVERIFY(table.contains("line-outside-section (1)\n"));
+        QVERIFY(table.size() < 1000);
+        QVERIFY(run({ "explain", "--format", "json", "d.dcf" }).out.size() > 100000);
     }
 
     void lookupLinesWithoutASeparatorAreTold()

@@ -4,6 +4,7 @@ import base64
 import itertools
 import json
 import os
+import select
 import shutil
 import signal
 import subprocess
@@ -18,6 +19,10 @@ def find():
         if path:
             return path
     return None
+
+
+class NotStarted(Exception):
+    """A browser that is here and does not run: where it may make no process of its own, for one."""
 
 
 class Browser:
@@ -51,7 +56,11 @@ class Browser:
             preexec_fn=take_pipes, pass_fds=(3, 4), start_new_session=True)
         os.close(to_read)
         os.close(to_write)
-        targets = self.call("Target.getTargets")["targetInfos"]
+        try:
+            targets = self.call("Target.getTargets")["targetInfos"]
+        except (RuntimeError, OSError) as error:
+            self.__exit__()
+            raise NotStarted(str(error)) from error
         page = next(target for target in targets if target["type"] == "page")
         self.session = self.call("Target.attachToTarget", targetId=page["targetId"], flatten=True)["sessionId"]
         for domain in ("Page", "Runtime", "Log", "Network"):
@@ -88,6 +97,8 @@ class Browser:
 
     def receive(self):
         while b"\0" not in self.waiting:
+            if not select.select([self.from_browser], [], [], self.patience)[0]:
+                raise RuntimeError("the browser does not answer")
             piece = os.read(self.from_browser, 1 << 20)
             if not piece:
                 raise RuntimeError("the browser ended")

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Uses the page of `vanlayout codebook` in a browser, as a person does.
 
-    codebook-browser.py TOOL EXAMPLES MADE_DATA          the tests; ends in 77 where there is no Chromium
+    codebook-browser.py TOOL EXAMPLES MADE_DATA          the tests; ends in 77 where no Chromium runs
     codebook-browser.py TOOL EXAMPLES --screenshot PNG   a picture of the codebook of census.dcf, 1200 pixels wide
 
 MADE_DATA is the folder of the Stata and SPSS files that are made for the tests.
@@ -475,12 +475,16 @@ def main(arguments):
         print("there is no Chromium here")
         return SKIPPED
     tool, examples, *rest = arguments
-    with tempfile.TemporaryDirectory() as folder, chromium.Browser(program) as browser:
-        browser.look(1200, 900)
-        book = Codebook(tool, examples, browser, folder)
-        if rest[0] == "--screenshot":
-            return take_screenshot(book, rest[1])
-        return run_tests(book, rest[0])
+    try:
+        with tempfile.TemporaryDirectory() as folder, chromium.Browser(program) as browser:
+            browser.look(1200, 900)
+            book = Codebook(tool, examples, browser, folder)
+            if rest[0] == "--screenshot":
+                return take_screenshot(book, rest[1])
+            return run_tests(book, rest[0])
+    except chromium.NotStarted as error:
+        print(program, "does not run here:", error)
+        return SKIPPED
 
 
 if __name__ == "__main__":
