@@ -102,7 +102,7 @@ int TCSPro::parseTextLines(const TextLines &lines, int linesBefore)
             }
         }
     } catch (...) {
-        if (report)
+        if (report && !isEndTold)
             report->add(NoteKind::readingEnded, lines.has(index) ? lines.at(index).toString() : QString(),
                         firstLine + index);
         throw invalidContents(linesBefore + index);
@@ -153,12 +153,12 @@ SectionLines TCSPro::sectionLines(const TextLines &lines, int &index) const
 
 // What stands behind "=" in the first line that contains the key. The key is found anywhere in the line, by substring
 // and in file order: a line that merely contains it wins if it stands first. A second "=" spoils the line.
-std::optional<QStringView> TCSPro::findValue(const SectionLines &lines, const QString &key) const
+std::optional<QStringView> TCSPro::findValue(const SectionLines &lines, const QString &key, bool isNumber) const
 {
     const auto line
         = std::find_if(lines.begin(), lines.end(), [&key](QStringView text) { return containsKey(text, key); });
     if (report)
-        sectionNotes.useKey(*report, lines, size_t(line - lines.begin()), key);
+        sectionNotes.useKey(*report, lines, size_t(line - lines.begin()), key, isNumber);
     if (line == lines.end())
         return std::nullopt;
     const int equals = textfile::indexOf(*line, '=');
@@ -182,7 +182,7 @@ int TCSPro::getIntValue(const SectionLines &lines, const QString &key, int defau
     int result = defaultValue;
     cspro::passOverExceptions([&] {
         bool ok = false;
-        const auto value = findValue(lines, key);
+        const auto value = findValue(lines, key, true);
         const int number = value ? numbers::toInt(*value, &ok) : 0;
         if (ok)
             result = number;
@@ -221,7 +221,7 @@ void TCSPro::readDictionary(const TextLines &lines, int &index)
     zeroFill = getStringValue(section, CSProKeyword::ZeroFill);
     decimalChar = getStringValue(section, CSProKeyword::DecimalChar);
     if (report)
-        sectionNotes.end(*report, cspro::Section::dictionary, section, header);
+        tellOfDictionary(section, header);
 }
 
 void TCSPro::readRecord(const TextLines &lines, int &index)
@@ -245,9 +245,18 @@ void TCSPro::readRecord(const TextLines &lines, int &index)
     recordMap[currentRecord->recordType] = currentRecord;
 }
 
+bool TCSPro::readWord(const SectionLines &lines, const QString &key, const QString &word, const char *other) const
+{
+    const QString text = getStringValue(lines, key);
+    const bool isWord = equalsUpper(text, word);
+    if (report && !isWord && !text.isEmpty() && text.compare(QLatin1String(other), Qt::CaseInsensitive) != 0)
+        sectionNotes.tellOfWord(*report, lines);
+    return isWord;
+}
+
 bool TCSPro::readFlag(const SectionLines &lines, const QString &key) const
 {
-    return equalsUpper(getStringValue(lines, key), Vocabulary::Yes);
+    return readWord(lines, key, Vocabulary::Yes, "NO");
 }
 
 void TCSPro::readItem(const TextLines &lines, int &index)
@@ -260,9 +269,9 @@ void TCSPro::readItem(const TextLines &lines, int &index)
     item->name = getStringValue(section, CSProKeyword::Name);
     item->start = getIntValue(section, CSProKeyword::Start, 1);
     item->length = getIntValue(section, CSProKeyword::Len, 0);
-    item->dataType = equalsUpper(getStringValue(section, CSProKeyword::DataType), QStringLiteral("ALPHA"));
+    item->dataType = readWord(section, CSProKeyword::DataType, QStringLiteral("ALPHA"), "NUMERIC");
     currentIsNumeric = item->dataType == 0;
-    item->subItem = equalsUpper(getStringValue(section, CSProKeyword::ItemType), QStringLiteral("SUBITEM"));
+    item->subItem = readWord(section, CSProKeyword::ItemType, QStringLiteral("SUBITEM"), "ITEM");
     item->occurrences = getIntValue(section, CSProKeyword::Occurrences, 1);
     item->decimals = getIntValue(section, CSProKeyword::Decimal, 0);
     item->decimalChar = readFlag(section, CSProKeyword::DecimalChar);
@@ -322,8 +331,13 @@ void TCSPro::tellOfHeader(QStringView line, int kind, int index)
 {
     const int number = firstLine + index;
     hasSection = true;
-    if (textfile::indexOf(line, ']') < 0)
+    const int bracket = textfile::indexOf(line, ']');
+    if (bracket < 0)
         report->add(NoteKind::unclosedHeader, line.toString(), number);
+    else if (bracket + 1 < line.size())
+        report->add(NoteKind::textBehindHeader, line.toString(), number);
+    if (kind == dictionarySection && std::exchange(hasDictionary, true))
+        report->add(NoteKind::furtherDictionary, line.toString(), number);
     if (kind != otherSection)
         return;
     const QString word = sectionWord(line);
@@ -336,16 +350,31 @@ void TCSPro::tellOfHeader(QStringView line, int kind, int index)
         report->add(NoteKind::unknownSection, line.toString(), number);
 }
 
-// The first one is told for all: a file that is no dictionary has nothing else.
+// The first one is told for all: a file that is no dictionary has nothing else. A bracket alone ends a section and
+// begins none.
 void TCSPro::tellOfLineOutside(QStringView line, int index)
 {
+    if (isHeader(line)) {
+        hasSection = false;
+        isOutsideTold = false;
+    }
     if (!hasSection && !std::exchange(isOutsideTold, true))
         report->add(NoteKind::lineOutsideSection, line.toString(), firstLine + index);
+}
+
+void TCSPro::tellOfDictionary(const SectionLines &section, int header)
+{
+    sectionNotes.end(*report, cspro::Section::dictionary, section, header);
+    if (recordTypeLen > 0 && sectionNotes.isAbsent(CSProKeyword::RecordTypeStart))
+        report->add(NoteKind::missingKey, CSProKeyword::RecordTypeStart, header);
 }
 
 void TCSPro::tellOfRecord(const TCSProRecord &record, const SectionLines &section, int header)
 {
     sectionNotes.end(*report, cspro::Section::record, section, header);
+    if (recordTypeLen > 0 && sectionNotes.isAbsent(CSProKeyword::RecordTypeValue))
+        report->add(NoteKind::missingKey, CSProKeyword::RecordTypeValue, header);
+    tellOfName(record.name, header);
     const QString &type = record.recordType;
     const auto isQuote
         = [](QChar character) { return character == QLatin1Char('\'') || character == QLatin1Char('"'); };
@@ -353,12 +382,21 @@ void TCSPro::tellOfRecord(const TCSProRecord &record, const SectionLines &sectio
         report->add(NoteKind::recordTypeCut, type, header);
 }
 
+void TCSPro::tellOfName(const QString &sectionName, int header)
+{
+    if (!sectionName.isEmpty() && sectionName.front().isSpace())
+        report->add(NoteKind::blankInName, QStringLiteral("Name=") + sectionName, header);
+}
+
 void TCSPro::tellOfItem(const TCSProItem &item, const SectionLines &section, int header, size_t firstNote)
 {
+    isItemAbsent = item.occurrences < 1;
+    absentItem = item.name;
     sectionNotes.end(*report, cspro::Section::item, section, header);
+    tellOfName(item.name, header);
     if (currentRecord == commonRecord && !isCommonMeant)
         report->add(NoteKind::itemOutsideRecord, item.name, header);
-    if (item.occurrences < 1)
+    if (isItemAbsent)
         report->add(NoteKind::noOccurrences, item.name, header);
     if (item.occurrences > 1)
         report->add(NoteKind::occurrenceNames, item.name, header);

@@ -92,7 +92,7 @@ void makeFields(const CSProDictionary &dictionary, TDataImport *importer, Add ad
             field->group = item->record->name;
         describer.describe(*item, *field);
         if (dictionary.report)
-            tellOfDigits(*dictionary.report, *item, *field);
+            tellOfDigits(*dictionary.report, *item, i, *field);
         add(field.release());
     }
 }

@@ -6,6 +6,8 @@
 #include "import/DebugLog_p.h"
 #include "import/LayoutNotes_p.h"
 
+#include <QScopeGuard>
+
 namespace
 {
 
@@ -109,12 +111,16 @@ void TCSProJsonDataImport::releaseContents()
     groupList = nullptr;
     groupSearch.reset();
     dictionary = nullptr;
+    recordTypeStart = 0;
+    recordTypeLen = 0;
+    openState = 0;
     TDataImport::releaseContents();
 }
 
 void TCSProJsonDataImport::openRead(QString fileName)
 {
     renewDictionary();
+    const auto atEnd = qScopeGuard([made = dictionary] { made->report = nullptr; }); // reading may throw
     if (report && !tellOfMissingFile(*report, fileName))
         dictionary->report = report;
     dictionary->readFile(std::move(fileName));
@@ -128,7 +134,6 @@ void TCSProJsonDataImport::openRead(QString fileName)
         cspro::tellOfLayout(*report, *dictionary, groupList);
         tellOfRepeatedNames(*report, fields, fieldsByName.size());
     }
-    dictionary->report = nullptr;
 }
 
 void TCSProJsonDataImport::copyDataFromDictionary()

@@ -2,8 +2,10 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSet>
 
 #include <algorithm>
+#include <initializer_list>
 #include <iterator>
 
 namespace cspro
@@ -104,7 +106,10 @@ public:
     void overDictionary(const QJsonObject &dictionary)
     {
         overKeys(dictionary, dictionaryKeys);
-        overKeys(objectOf(dictionary, "recordType"), recordTypeKeys);
+        need(dictionary, { "recordType", "levels" });
+        const QJsonObject recordType = objectOf(dictionary, "recordType");
+        overKeys(recordType, recordTypeKeys);
+        isColumnOneTaken = recordType.value(QLatin1String("length")).toInt() > 0;
         overKeys(objectOf(dictionary, "defaults"), defaultsKeys);
         const QJsonArray levels = arrayOf(dictionary, "levels");
         forEachObject(levels, [this](const QJsonObject &level) { overLevelHead(level); });
@@ -139,6 +144,14 @@ private:
         }
     }
 
+    void need(const QJsonObject &object, std::initializer_list<const char *> keys)
+    {
+        for (const char *key : keys) {
+            if (!object.contains(QLatin1String(key)))
+                tell(NoteKind::missingKey, QLatin1String(key));
+        }
+    }
+
     // What is no object is passed over.
     template <typename Body> void forEachObject(const QJsonArray &array, Body body)
     {
@@ -150,9 +163,12 @@ private:
         }
     }
 
+    // Asked of items and values: no layout has a place for the labels of anything else.
     void overLabels(const QJsonObject &object)
     {
         const QJsonArray labels = arrayOf(object, "labels");
+        if (!labels.isEmpty() && !labels.at(0).toObject().value(QLatin1String("text")).isString())
+            tell(NoteKind::wrongType, textOf(QStringLiteral("labels"), labels.at(0)));
         if (labels.size() > 1)
             tell(NoteKind::furtherLanguages, labels.at(1).toObject().value(QLatin1String("text")).toString());
     }
@@ -165,20 +181,22 @@ private:
         isBehindFirstLevel = true;
         const QJsonObject ids = objectOf(level, "ids");
         overKeys(ids, idsKeys);
-        overItems(arrayOf(ids, "items"), false);
+        const QJsonArray items = arrayOf(ids, "items");
+        isColumnOneTaken |= !items.isEmpty();
+        overItems(items, false);
     }
 
     void overRecord(const QJsonObject &record)
     {
         overKeys(record, recordKeys);
+        need(record, { "name" });
         overKeys(objectOf(record, "occurrences"), occurrencesKeys);
-        overLabels(record);
         overItems(arrayOf(record, "items"), true);
     }
 
     void overItems(const QJsonArray &items, bool isInRecord)
     {
-        bool isFirst = isInRecord;
+        bool isFirst = isInRecord && isColumnOneTaken;
         forEachObject(items, [&](const QJsonObject &item) {
             overItem(item, isInRecord);
             if (isFirst && !item.contains(QLatin1String("start")))
@@ -196,7 +214,11 @@ private:
         if (count >= 2)
             variable += QLatin1String("_1");
         overKeys(item, itemKeys);
+        need(item, { "name", "length" });
+        overContentType(item);
         overKeys(occurrences, occurrencesKeys);
+        if (count >= 2)
+            tell(NoteKind::occurrenceNumbers, item.value(QLatin1String("name")).toString());
         if (!canRepeat && !occurrences.isEmpty())
             tell(NoteKind::unknownKey, textOf(QStringLiteral("occurrences"), occurrences));
         overLabels(item);
@@ -205,6 +227,20 @@ private:
         if (item.value(QLatin1String("subitem")).toBool())
             tell(item.contains(QLatin1String("start")) ? NoteKind::subitem : NoteKind::subitemReadFlat, variable);
         overValueSets(arrayOf(item, "valueSets"));
+    }
+
+    // What is not alphanumeric is read as a number, and as an integer up to nine digits.
+    void overContentType(const QJsonObject &item)
+    {
+        constexpr int longestInteger = 9;
+        const QJsonValue type = item.value(QLatin1String("contentType"));
+        const auto is
+            = [&](const char *word) { return type.toString().compare(QLatin1String(word), Qt::CaseInsensitive) == 0; };
+        const bool isAlpha = is("alpha");
+        if (type.isString() && !isAlpha && !is("numeric"))
+            tell(NoteKind::wordNotRecognised, textOf(QStringLiteral("contentType"), type));
+        isNumber = !isAlpha;
+        isInteger = !isAlpha && item.value(QLatin1String("length")).toInt() <= longestInteger;
     }
 
     void overValueSets(const QJsonArray &sets)
@@ -219,7 +255,7 @@ private:
             return tell(NoteKind::wrongType, textOf(QStringLiteral("valueSets"), sets.at(0)));
         const QJsonObject set = sets.at(0).toObject();
         overKeys(set, valueSetKeys);
-        overLabels(set);
+        codes.clear();
         forEachObject(arrayOf(set, "values"), [this](const QJsonObject &value) { overValue(value); });
     }
 
@@ -228,28 +264,66 @@ private:
         overKeys(value, valueKeys);
         overLabels(value);
         const QString label = arrayOf(value, "labels").at(0).toObject().value(QLatin1String("text")).toString();
-        if (value.contains(QLatin1String("special")))
-            tell(NoteKind::specialNotRead, label);
         const QJsonArray pairs = arrayOf(value, "pairs");
-        if (pairs.size() > 1)
-            tell(NoteKind::furtherPairs, label);
-        overPair(pairs.at(0).toObject(), label);
+        const QString code = codeOf(pairs.at(0).toObject());
+        if (value.contains(QLatin1String("special")))
+            tell(NoteKind::specialNotRead, inWords(code, label));
+        for (int i = 1; i < pairs.size(); ++i)
+            tell(NoteKind::furtherPairs, inWords(codeOf(pairs.at(i).toObject()), label));
+        overPair(pairs.at(0).toObject(), code, label);
+        if (label.isEmpty())
+            tell(NoteKind::valueWithoutLabel, code);
     }
 
-    void overPair(const QJsonObject &pair, const QString &label)
+    static QString inWords(const QString &code, const QString &label)
     {
-        overKeys(pair, pairKeys);
+        return (code + QLatin1Char(' ') + label).trimmed();
+    }
+
+    // Null where there is none that is read.
+    static QString codeOf(const QJsonObject &pair)
+    {
+        const auto code = pair.constFind(QLatin1String("value"));
+        if (code != pair.constEnd())
+            return code.value().isString() ? code.value().toString() : QString();
         const QJsonArray range = arrayOf(pair, "range");
         const bool isRange = range.size() == 2 && range.at(0).isString() && range.at(1).isString();
-        if (pair.contains(QLatin1String("value")) ? !pair.value(QLatin1String("value")).isString() : !isRange)
-            tell(NoteKind::valueWithoutCode, label);
-        else if (!pair.contains(QLatin1String("value")))
-            tell(NoteKind::rangeAsCode, range.at(0).toString() + QLatin1Char(':') + range.at(1).toString());
+        return isRange ? range.at(0).toString() + QLatin1Char(':') + range.at(1).toString() : QString();
     }
+
+    void overPair(const QJsonObject &pair, const QString &code, const QString &label)
+    {
+        overKeys(pair, pairKeys);
+        const bool isRange = !pair.contains(QLatin1String("value"));
+        bool isNumeral = false;
+        const double number = code.toDouble(&isNumeral);
+        if (code.isNull())
+            tell(NoteKind::valueWithoutCode, label);
+        else if (isInteger && !isNumeral)
+            tell(NoteKind::codeAsZero, inWords(code, label));
+        else if (isRange)
+            tell(NoteKind::rangeAsCode, code);
+        else
+            overCode(isNumber && isNumeral ? QString::number(number, 'g', allDigits) : code, inWords(code, label));
+    }
+
+    void overCode(const QString &code, const QString &words)
+    {
+        const int before = codes.size();
+        codes.insert(code);
+        if (codes.size() == before)
+            tell(NoteKind::duplicateCode, words);
+    }
+
+    static constexpr int allDigits = 17;
 
     ReadReport &report;
     QString variable; ///< of the item in hand
+    bool isNumber = false;
+    bool isInteger = false;
+    QSet<QString> codes; ///< of the value set in hand, numbers in one form
     bool isBehindFirstLevel = false;
+    bool isColumnOneTaken = false; ///< by the record type or the id items
 };
 
 } // namespace

@@ -3,7 +3,10 @@
 #include "cspro/GroupSearch_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
+#include "import/LayoutNotes_p.h"
 #include "util/Numbers_p.h"
+
+#include <QSet>
 
 #include <algorithm>
 #include <bitset>
@@ -47,9 +50,12 @@ const Keys &keysOf(Section kind)
 const Keys &neededKeysOf(Section kind)
 {
     static const Keys none;
+    static const Keys dictionary = { CSProKeyword::RecordTypeLen };
     static const Keys record = { CSProKeyword::Name };
     static const Keys item = { CSProKeyword::Name, CSProKeyword::Start, CSProKeyword::Len };
     switch (kind) {
+    case Section::dictionary:
+        return dictionary;
     case Section::record:
         return record;
     case Section::item:
@@ -64,6 +70,20 @@ QStringView keyOf(QStringView line)
 {
     const int equals = textfile::indexOf(line, '=');
     return equals < 0 ? line : line.left(equals).trimmed();
+}
+
+bool holdsNumber(QStringView line)
+{
+    bool isNumber = false;
+    const int equals = textfile::indexOf(line, '=');
+    if (equals >= 0)
+        numbers::toInt(line.mid(equals + 1), &isNumber);
+    return isNumber;
+}
+
+bool hasKey(const SectionLines &lines, const QString &key)
+{
+    return std::any_of(lines.begin(), lines.end(), [&](QStringView line) { return keyOf(line) == key; });
 }
 
 /// The keys of a section's lines that are read of it, from the first line on. Asked in the order of the lines, it looks
@@ -123,8 +143,11 @@ void SectionNotes::begin(size_t lineCount)
     absentKeys.clear();
 }
 
-void SectionNotes::useKey(ReadReport &report, const SectionLines &lines, size_t index, const QString &key)
+void SectionNotes::useKey(ReadReport &report, const SectionLines &lines, size_t index, const QString &key,
+                          bool isNumber)
 {
+    if (isNumber && index < lines.size() && !holdsNumber(lines.at(index)) && !hasKey(lines, key))
+        index = lines.size();
     lastLine = index;
     if (index == lines.size()) {
         absentKeys.push_back(key);
@@ -144,13 +167,25 @@ void SectionNotes::useKey(ReadReport &report, const SectionLines &lines, size_t 
 
 void SectionNotes::failToConvert(ReadReport &report, const SectionLines &lines) const
 {
+    if (lastLine == lines.size())
+        return;
     report.add(NoteKind::numberNotConverted, lines.at(lastLine).toString(), lines.numberOf(lastLine));
+}
+
+void SectionNotes::tellOfWord(ReadReport &report, const SectionLines &lines) const
+{
+    report.add(NoteKind::wordNotRecognised, lines.at(lastLine).toString(), lines.numberOf(lastLine));
+}
+
+bool SectionNotes::isAbsent(const QString &key) const
+{
+    return std::find(absentKeys.cbegin(), absentKeys.cend(), key) != absentKeys.cend();
 }
 
 void SectionNotes::end(ReadReport &report, Section kind, const SectionLines &lines, int headerLine) const
 {
     for (const QString &key : neededKeysOf(kind)) {
-        if (std::find(absentKeys.cbegin(), absentKeys.cend(), key) != absentKeys.cend())
+        if (isAbsent(key))
             report.add(NoteKind::missingKey, key, headerLine);
     }
     KeysSoFar keys(lines, keysOf(kind));
@@ -224,7 +259,7 @@ std::vector<Span> merged(std::vector<Span> spans)
 bool meets(const std::vector<Span> &spans, const Span &span)
 {
     const auto next = std::upper_bound(spans.cbegin(), spans.cend(), span,
-                                       [](const Span &a, const Span &b) { return a.begin < b.end; });
+                                       [](const Span &a, const Span &b) { return a.end <= b.begin; });
     // The last span that begins in front of this one's end is the one that may reach into it.
     return next != spans.cbegin() && std::prev(next)->end > span.begin;
 }
@@ -259,8 +294,8 @@ void tellOfPositions(ReadReport &report, const CSProDictionary &dictionary)
         if (item->subItem == 0 && item->length > 0)
             itemsOf[item->record].push_back(item);
     }
-    std::vector<Span> recordType;
-    if (dictionary.recordTypeLen > 0)
+    std::vector<Span> recordType; // means nothing where there is no record
+    if (dictionary.recordTypeLen > 0 && !dictionary.records->isEmpty())
         recordType.push_back(
             { dictionary.recordTypeStart, qint64(dictionary.recordTypeStart) + dictionary.recordTypeLen });
     std::vector<Span> everyLine = recordType;
@@ -272,8 +307,10 @@ void tellOfPositions(ReadReport &report, const CSProDictionary &dictionary)
         tellOfOverlaps(report, std::move(itemsOf[record]), everyLine);
 }
 
-void tellOfDigits(ReadReport &report, const TCSProItem &item, const TGenericField &field)
+void tellOfDigits(ReadReport &report, const TCSProItem &item, int index, const TGenericField &field)
 {
+    if (item.firstOccurrence > 0 && item.firstOccurrence != index)
+        return;
     if (item.decimals > 0 && item.dataType == 0)
         report.add(NoteKind::decimalsLost, QString::number(item.decimals), 0, field.name);
     if (field.type != vtInteger && field.type != vtReal)
@@ -282,7 +319,7 @@ void tellOfDigits(ReadReport &report, const TCSProItem &item, const TGenericFiel
     constexpr int keptDigits = 6;
     const auto isRounded = [](const QString &code) {
         const double number = code.size() > keptDigits ? numbers::toDouble(code) : 0;
-        return number != 0 && numbers::toDouble(numbers::toText(number)) != number;
+        return number != 0 && !isWrittenInFull(number);
     };
     const auto tell = [&](NoteKind kind, const QString &text) { report.add(kind, text, 0, field.name); };
     QString roundedBound;
@@ -312,10 +349,28 @@ void tellOfGroups(ReadReport &report, const QStringList *groups)
     }
 }
 
+void tellOfRecords(ReadReport &report, const CSProDictionary &dictionary)
+{
+    QSet<QString> names = { dictionary.commonRecord->name };
+    QSet<QString> types;
+    const auto isRepeated = [](QSet<QString> &seen, const QString &text) {
+        const int before = seen.size();
+        seen.insert(text);
+        return seen.size() == before;
+    };
+    for (const TCSProRecord *record : qAsConst(*dictionary.records)) {
+        const bool isName = isRepeated(names, record->name);
+        const bool isType = dictionary.recordTypeLen > 0 && isRepeated(types, record->recordType);
+        if (isName || isType)
+            report.add(NoteKind::duplicateRecord, record->name + QLatin1Char('=') + record->recordType);
+    }
+}
+
 void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups)
 {
     tellOfPositions(report, dictionary);
     tellOfGroups(report, groups);
+    tellOfRecords(report, dictionary);
 }
 
 } // namespace cspro

@@ -22,10 +22,15 @@ class SectionNotes
 {
 public:
     void begin(size_t lineCount);
-    /// The line at \a index is taken for \a key; the index behind the last line where none is.
-    void useKey(ReadReport &report, const SectionLines &lines, size_t index, const QString &key);
+    /// The line at \a index is taken for \a key; the index behind the last line where none is. What is no number makes
+    /// no difference to a key that is a number and has no line of its own.
+    void useKey(ReadReport &report, const SectionLines &lines, size_t index, const QString &key, bool isNumber);
     /// What the last key has is no number.
     void failToConvert(ReadReport &report, const SectionLines &lines) const;
+    /// What the last key has is none of its words.
+    void tellOfWord(ReadReport &report, const SectionLines &lines) const;
+    /// Whether no line was taken for \a key.
+    bool isAbsent(const QString &key) const;
     /// The line at \a index is read by something else.
     void use(size_t index) { isUsed[index] = true; }
     /// Tells of keys that are missing and of lines that nothing took. \a headerLine is the number of the header.
@@ -47,11 +52,13 @@ void tellOfRepeatedCodes(ReadReport &report, const TCSProValueSet &set, const QS
 
 /// Tells of the items of one record, or of the record type and the id items, that stand on the same columns.
 void tellOfPositions(ReadReport &report, const CSProDictionary &dictionary);
-/// Tells of digits that the description of an item loses.
-void tellOfDigits(ReadReport &report, const TCSProItem &item, const TGenericField &field);
+/// Tells of digits that the description of the item at \a index loses; the first occurrence stands for all.
+void tellOfDigits(ReadReport &report, const TCSProItem &item, int index, const TGenericField &field);
 /// Tells of groups whose value is that of another one.
 void tellOfGroups(ReadReport &report, const QStringList *groups);
-/// Tells of the layout as a whole: positions and groups.
+/// Tells of records that share a name or a record type.
+void tellOfRecords(ReadReport &report, const CSProDictionary &dictionary);
+/// Tells of the layout as a whole: positions, groups and records.
 void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups);
 
 /// Tells what the reader does not read, or reads otherwise, of a CSPro 8 dictionary object.

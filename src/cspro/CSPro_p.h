@@ -88,7 +88,9 @@ private:
     /// Leaves the index untouched where the current item has a value set already, or where there is no current item.
     void readValueSet(const TextLines &lines, int &index);
 
-    std::optional<QStringView> findValue(const SectionLines &lines, const QString &key) const;
+    std::optional<QStringView> findValue(const SectionLines &lines, const QString &key, bool isNumber = false) const;
+    /// Whether the text of a key is \a word in any case; \a other is the word for its opposite. Both in capitals.
+    bool readWord(const SectionLines &lines, const QString &key, const QString &word, const char *other) const;
     bool readFlag(const SectionLines &lines, const QString &key) const;
     void addOccurrences(const TCSProItem &item);
     void storeItem(TCSProItem *item);
@@ -107,16 +109,25 @@ private:
     // What a report hears; called with one alone. An index is that of a line, a header the number of a line.
     void tellOfHeader(QStringView line, int kind, int index);
     void tellOfLineOutside(QStringView line, int index);
+    void tellOfDictionary(const SectionLines &section, int header);
     void tellOfRecord(const TCSProRecord &record, const SectionLines &section, int header);
+    void tellOfName(const QString &sectionName, int header);
     void tellOfItem(const TCSProItem &item, const SectionLines &section, int header, size_t firstNote);
-    void tellOfUnusedValueSet(const TextLines &lines, int index);
+    void tellOfValueSet(const TCSProValueSet &set, const SectionLines &section, int header);
+    void tellOfUnusedValueSet(TextLines lines, int index);
+    /// The name under which notes on the current item stand: that of its first occurrence, where all share a set.
+    const QString &toldName() const;
 
     mutable cspro::SectionNotes sectionNotes;
     int currentOccurrences = 1; ///< of the item read last
     int firstLine = 1;          ///< number in the file of the line at index 0
     bool hasSection = false;
+    bool hasDictionary = false;
     bool hasLevel = false;
-    bool isOutsideTold = false; ///< a line in front of the first section
+    bool isOutsideTold = false;     ///< a line in front of the first section
+    mutable bool isEndTold = false; ///< what ended the reading
+    bool isItemAbsent = false;      ///< the item read last is not in the layout
+    QString absentItem;
     bool isCommonMeant = false; ///< whether items belong into the common record
 };
 

@@ -155,7 +155,7 @@ private:
         if (!reader.report || !pending || !pending->special)
             return;
         const QString words = pending->code + QLatin1Char(' ') + pending->name;
-        marks.push_back({ pending->type, !rangeText.isNull(), { NoteKind::markedValue, markLine, item.name, words } });
+        marks.push_back({ markType, !rangeText.isNull(), { NoteKind::markedValue, markLine, item.name, words } });
     }
 
     void tellOfMark(const Mark &mark, bool isLast, bool isKept) const
@@ -336,7 +336,7 @@ private:
         pending->type = 0;
         const int comma = textfile::indexOf(line, ',');
         if (comma <= 0)
-            return tell(NoteKind::markNotRecognised, line);
+            return tell(pending->special ? NoteKind::unknownKey : NoteKind::markNotRecognised, line);
         code = line.left(comma - 1).toString().toUpper();
         label = line.mid(comma).toString().toUpper();
         // Never true, as the label begins with the comma: the word behind it has no effect.
@@ -354,6 +354,7 @@ private:
     {
         pending->type = type;
         pending->special = true;
+        markType = type;
         itemCode = pending->code;
     }
 
@@ -374,6 +375,7 @@ private:
     QString rangeText;   ///< the line of the pending value, where it is a range; else null
     bool isTold = false; ///< that range is more than two end points
     int markLine = 0;
+    int markType = 0; ///< of the mark read last
 };
 
 void TCSPro::readValueSet(const TextLines &lines, int &index)

@@ -98,6 +98,7 @@ void TDataImport::releaseContents()
 {
     fields = nullptr;
     fieldsByName.clear();
+    stateValue = 0;
     kept.giveBack();
 }
 
@@ -224,8 +225,9 @@ void TDataImport::initDataImport()
 
 void TDataImport::openDataImport()
 {
-    if (fields)
-        fields->clear();
+    if (!fields)
+        fields = kept.make<QList<TGenericField *>>();
+    fields->clear();
     fieldsByName.clear();
 }
 

@@ -38,7 +38,7 @@ public:
     /// Copies share the list of fields and the fields themselves: reopening one empties the other.
     TDataImport(const TDataImport &other);
     TDataImport &operator=(const TDataImport &other);
-    /// Takes nothing from its argument: an empty importer, without a list of fields until one is added.
+    /// Takes nothing from its argument: an empty importer, without a list of fields until it is opened or one is added.
     TDataImport(TDataImport &&other);
 
     // virtual operations, in slot order
@@ -47,6 +47,8 @@ public:
     virtual QString getDataProviderType() = 0; ///< type text, such as "CSPRO"
     virtual bool openFile();                   ///< false; a format reads its file here and answers true
     /// Does nothing: the place where a format with a dictionary of its own fills \a target and the record type names.
+    /// It makes its source fields with `new`, with lists of type names of their own, for this one call: the owner of
+    /// \a target frees both.
     virtual void getDictionary(QList<TVpSourceField *> *target, QStringList *recordTypeNames);
     /// Opens the importer and hands back the names of its fields in order, in a new list that the caller owns. Logs
     /// "DataImport - selectLayoutSource".
@@ -61,12 +63,15 @@ public:
     virtual int getRecordTypeStart();              ///< column of the record type as the source states it; 0
     virtual int getRecordTypeSize();               ///< its width in characters; 0
     /// Frees everything that this importer has made in all its openings, and its copies with it: the fields handed to
-    /// addField(), which must have been made with `new`, their list, and what a format has kept in `kept`.
+    /// addField(), which must have been made with `new`, their list, and what a format has kept in `kept`. An importer
+    /// that was assigned to still frees what it had made before, and its source is a copy of it from then on.
     ///
-    /// To be called once nobody uses any of these any more; a caller who frees fields itself must not call it. The
-    /// importer is then as it was before its first opening, and can be opened again. A copy of it may from then on be
-    /// destroyed or assigned to; giving back its contents too, which frees nothing again, makes it usable. A format
-    /// that overrides this forgets its own pointers and ends in the base operation.
+    /// To be called once nobody uses any of these any more, nor a copy of a field, which points at what its field
+    /// pointed at; a caller who frees fields itself must not call it. A provider filled from this importer points at
+    /// nothing that goes. The importer is then as it was before its first opening, and can be opened again. A copy of
+    /// it may from then on be destroyed or assigned to; giving back its contents too, which frees nothing again, makes
+    /// it usable. A format that holds pointers of its own to any of this overrides the operation, forgets them, and
+    /// ends in the base operation; so does one that must not give out numbers of its former opening.
     virtual void releaseContents();
 
     QString getSourceName() const;
@@ -97,12 +102,13 @@ public:
 protected:
     friend struct TestAccess;
 
-    /// Appends \a field, and makes it the one that its name finds. The field stays the caller's.
+    /// Appends \a field, and makes it the one that its name finds; any number of times. The field stays the caller's
+    /// until releaseContents() frees it, so only this importer and its copies may be handed it.
     void addField(TGenericField *field);
     /// The field at \a index from 0; null outside of the list.
     TGenericField *getField(int index) const;
     void initDataImport();  ///< asks getDataProviderType() and drops the answer
-    void openDataImport();  ///< empties the list of fields and the names; the fields stay alive
+    void openDataImport();  ///< empties the list of fields, made where there is none, and the names; fields stay alive
     bool closeDataImport(); ///< true
 
     ReadReport *report = nullptr;                    ///< hears of what is lost or changed; null for nobody
@@ -112,7 +118,7 @@ protected:
     qint64 state1 = 0;                               ///< carried; never read
     double stateValue = 0;                           ///< 1.0 once a format has opened; never read
     bool stateFlag1 = false;                         ///< carried; never read
-    QList<TGenericField *> *fields;                  ///< in the order of addField(); kept
+    QList<TGenericField *> *fields;                  ///< in the order of addField(); kept; null once given back
     QString dataSourceName;                          ///< the data file
     qint64 state2 = 0;                               ///< carried; never read
     bool stateFlag2 = false;                         ///< carried; never read

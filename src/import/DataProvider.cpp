@@ -7,6 +7,7 @@
 #include "record/Record.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 int currentRecordNumber = 0;
@@ -87,15 +88,14 @@ void TVpDataProvider::renewFields()
     if (fields && fieldsUse.use_count() == 1) {
         kept.add(nullptr, [former = *fields] { freeFields(former); });
         kept.forget(fields);
-        delete fields;
+        delete std::exchange(fields, nullptr);
     }
     auto list = std::make_unique<QList<TVpSourceField *>>();
-    fields = list.get();
-    kept.add(fields, [made = fields] {
+    kept.add(list.get(), [made = list.get()] {
         freeFields(*made);
         delete made;
     });
-    list.release();
+    fields = list.release();
     fieldsUse = std::make_shared<int>();
 }
 
@@ -103,9 +103,8 @@ void TVpDataProvider::renewFields()
 void TVpDataProvider::renewRecord()
 {
     auto made = std::make_unique<TVpRecord>();
-    record = made.get();
-    kept.add(record, [root = record] { TVpRecord::freeWithReferences(root); });
-    made.release();
+    kept.add(made.get(), TVpRecord::freeingOf(made.get()));
+    record = made.release();
 }
 
 void TVpDataProvider::makeLists()

@@ -49,10 +49,12 @@ public:
     /// Frees everything that this provider has made in all its fillings, and its copies with it: source fields with
     /// their type names, their lists, the record trees' roots, the lists of type names. The importer stays.
     ///
-    /// To be called once nobody uses any of these any more; a caller who frees them itself must not call it. The
-    /// provider then has no fields and no record tree, keeps its texts and numbers, and can be filled again. A copy of
-    /// it may from then on be destroyed or assigned to; giving back its contents too, which frees nothing again, makes
-    /// it usable. Nodes that a caller has put below a root stay the caller's.
+    /// To be called once nobody uses any of these any more, nor a copy of a source field or of a root, which shares its
+    /// lists; a caller who frees them itself must not call it. It may be called before or after the importer gives back
+    /// its own contents. The provider then has no fields and no record tree, keeps its texts and numbers, and can be
+    /// filled again. A copy of it may from then on be destroyed or assigned to; giving back its contents too, which
+    /// frees nothing again, makes it usable. A provider that was assigned to still frees what it had made before, and
+    /// its source is a copy of it from then on. Nodes that a caller has put below a root stay the caller's.
     void releaseContents();
 
     TDataImport *getImportData() const;

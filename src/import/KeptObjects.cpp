@@ -5,6 +5,7 @@
 #include <QtAlgorithms>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace
@@ -37,15 +38,13 @@ struct KeptObjects::Shelf {
         fields.push_back(field);
     }
 
-    // Nothing is left on the shelf while objects go: they may ask their makers to give back, too.
-    void giveBack()
+    // Puts everything on top of another shelf.
+    void moveTo(Shelf &other)
     {
-        dropRepeatedFields();
-        const auto goingFields = std::exchange(fields, {});
-        const auto goingOthers = std::exchange(others, {});
-        qDeleteAll(goingFields);
-        for (auto entry = goingOthers.crbegin(); entry != goingOthers.crend(); ++entry)
-            entry->free();
+        other.fields.insert(other.fields.end(), fields.cbegin(), fields.cend());
+        std::move(others.begin(), others.end(), std::back_inserter(other.others));
+        fields = {};
+        others = {};
     }
 };
 
@@ -93,7 +92,14 @@ void KeptObjects::forget(const void *address)
 
 void KeptObjects::giveBack()
 {
-    const auto all = shelves;
-    for (const auto &shelf : all)
-        shelf->giveBack();
+    // Nothing is left on a shelf while objects go: they may ask their makers to give back, too. A field may stand on
+    // several shelves.
+    Shelf going;
+    for (auto shelf = shelves.crbegin(); shelf != shelves.crend(); ++shelf)
+        (*shelf)->moveTo(going);
+    shelves.resize(1);
+    going.dropRepeatedFields();
+    qDeleteAll(going.fields);
+    for (auto entry = going.others.crbegin(); entry != going.others.crend(); ++entry)
+        entry->free();
 }

@@ -22,13 +22,13 @@ public:
     KeptObjects &operator=(const KeptObjects &other);
     ~KeptObjects();
 
-    /// A field made with `new`; any number of times.
+    /// A field made with `new`, any number of times; this object and its copies alone may keep it.
     void addField(TGenericField *field);
     /// Has giveBack() run \a free, which frees what stands at \a address.
     void add(const void *address, std::function<void()> free);
     /// Takes out of reach what was added under \a address, as its maker frees it now.
     void forget(const void *address);
-    /// Frees everything, what was added last first. What is added from then on is kept anew.
+    /// Frees everything: the fields, then the rest, what was added last first. What is added from then on is kept anew.
     void giveBack();
 
     /// A new object that is kept.

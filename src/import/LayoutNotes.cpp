@@ -1,5 +1,7 @@
 #include "import/LayoutNotes_p.h"
 
+#include "util/Numbers_p.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
@@ -18,6 +20,12 @@ void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *field
         if (names.size() == before)
             report.add(NoteKind::duplicateVariable, field->name, 0, field->name);
     }
+}
+
+bool isWrittenInFull(double number)
+{
+    const QString text = numbers::toText(number);
+    return numbers::toDouble(text) == number && !text.contains(QLatin1Char('e'));
 }
 
 bool tellOfMissingFile(ReadReport &report, const QString &path)

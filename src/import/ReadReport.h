@@ -27,62 +27,79 @@ enum class NoteKind {
     decimalsLost,         ///< a variable with decimals
     duplicateCode,        ///< a code that stands twice in the value labels of a variable
     groupValueOfAnother,  ///< a group whose value is that of another group
+    duplicateRecord,      ///< two records of one name or one record type
     // CSPro text dictionaries
-    unknownSection,      ///< a section that is not read
-    lineOutsideSection,  ///< a line in front of the first section
-    swallowedHeader,     ///< a section header behind blanks
-    unclosedHeader,      ///< a section header without its closing bracket
-    furtherLevel,        ///< a second level
-    unknownKey,          ///< a key that is not read
-    keyBySubstring,      ///< a key that was taken from another line
-    keyWithoutEquals,    ///< a line with a key and no "="
-    secondEquals,        ///< a value that holds a "="
-    repeatedKey,         ///< a key that stands twice in its section
-    missingKey,          ///< a key that has to be there and is not
-    numberNotConverted,  ///< a number that is none
-    recordTypeCut,       ///< a record type without its quotes
-    itemOutsideRecord,   ///< an item that belongs to no record
-    noOccurrences,       ///< an item that occurs less than once
-    occurrenceNames,     ///< an item that occurs several times
-    subitem,             ///< a subitem
-    furtherValueSet,     ///< a value set of an item that has one
-    valueSetWithoutItem, ///< a value set in front of the first item
-    valueSetDropped,     ///< a value set of a number with a code that is no integer
-    decimalsDropped,     ///< a value set of a number with a decimal code
-    codeToZero,          ///< a decimal code that became 0
-    onlyLastOccurrence,  ///< the value set of an item that occurs several times and stands first
-    markNotRecognised,   ///< a mark for missing or not applicable that is not understood
-    markedValue,         ///< a value with such a mark
-    keptApostrophe,      ///< a code in apostrophes
-    valueWithoutLabel,   ///< a value line without a label
-    rangeWithoutLabel,   ///< a range without a label
-    rangeWithoutUpper,   ///< a range without an upper bound
-    rangeAsEndPoints,    ///< a range
-    severalInALine,      ///< several values or ranges in one line
-    encodingGuessed,     ///< a text that is not in UTF-8 and says nothing of its encoding
+    unknownSection,       ///< a section that is not read
+    lineOutsideSection,   ///< a line in front of the first section
+    swallowedHeader,      ///< a section header behind blanks
+    unclosedHeader,       ///< a section header without its closing bracket
+    textBehindHeader,     ///< a section header with more in its line
+    furtherDictionary,    ///< a second dictionary section
+    furtherLevel,         ///< a second level
+    unknownKey,           ///< a key that is not read
+    keyBySubstring,       ///< a key that was taken from another line
+    keyWithoutEquals,     ///< a line with a key and no "="
+    secondEquals,         ///< a value that holds a "="
+    repeatedKey,          ///< a key that stands twice in its section
+    missingKey,           ///< a key that has to be there and is not
+    numberNotConverted,   ///< a number that is none
+    wordNotRecognised,    ///< a type or a yes or no in another word than those that are read
+    blankInName,          ///< a name behind a blank
+    recordTypeCut,        ///< a record type without its quotes
+    itemOutsideRecord,    ///< an item that belongs to no record
+    noOccurrences,        ///< an item that occurs less than once
+    occurrenceNames,      ///< an item that occurs several times
+    subitem,              ///< a subitem
+    furtherValueSet,      ///< a value set of an item that has one
+    valueSetWithoutItem,  ///< a value set in front of the first item, or behind one that is not in the layout
+    valueSetMisplaced,    ///< a value set behind an item that is not in the layout, with another one in front of that
+    valueSetDropped,      ///< a value set of a number with a code that is no integer
+    decimalsDropped,      ///< a value set of a number with a decimal code
+    codeToZero,           ///< a decimal code that became 0
+    onlyLastOccurrence,   ///< the value set of an item that occurs several times and stands first
+    markNotRecognised,    ///< a mark for missing or not applicable that is not understood
+    markedValue,          ///< a value with such a mark
+    furtherMark,          ///< a second value with the same mark
+    markedRange,          ///< a range with such a mark
+    markOfLastOccurrence, ///< such a mark in the value set of an item that occurs several times
+    keptApostrophe,       ///< a code in apostrophes
+    valueWithoutLabel,    ///< a value line without a label
+    labelAsCode,          ///< a value line without a code
+    rangeWithoutLabel,    ///< a range without a label
+    rangeWithoutUpper,    ///< a range without an upper bound
+    rangeAsEndPoints,     ///< a range
+    severalInALine,       ///< several values or ranges in one line
+    encodingGuessed,      ///< a text that is not in UTF-8 and says nothing of its encoding
     // CSPro 8 dictionaries
-    wrongType,        ///< a value of another JSON type than the one that is read
-    furtherLanguages, ///< labels in several languages
-    furtherPairs,     ///< a value of several pairs
-    valueWithoutCode, ///< a value without a code
-    rangeAsCode,      ///< a range
-    subitemReadFlat,  ///< a subitem
-    decimalsNotRead,  ///< an item with decimals
-    specialNotRead,   ///< a value that stands for missing or not applicable
-    firstAtColumnOne, ///< the first item of a record has no position
+    wrongType,         ///< a value of another JSON type than the one that is read
+    furtherLanguages,  ///< labels in several languages
+    furtherPairs,      ///< a value of several pairs
+    valueWithoutCode,  ///< a value without a code
+    rangeAsCode,       ///< a range
+    codeAsZero,        ///< a code of an integer that is no number
+    occurrenceNumbers, ///< an item that occurs several times
+    subitemReadFlat,   ///< a subitem
+    decimalsNotRead,   ///< an item with decimals
+    specialNotRead,    ///< a value that stands for missing or not applicable
+    firstAtColumnOne,  ///< the first item of a record has no position
     // Stata and SPSS
     versionRefused,    ///< a format version that cannot be read
     labelOfMinusOne,   ///< the label of a value -1
     labelWithoutText,  ///< a value label without text
     labelSetMissing,   ///< a variable whose label set is not in the file
+    labelSetUnused,    ///< a label set that comes with no variable
+    missingAsNumber,   ///< a label of a missing value such as .a
     valueCutToInteger, ///< a labelled value with decimals
     widthCut,          ///< a width that the layout cannot hold
+    dateAsNumber,      ///< a date or a time
     missingNotRead,    ///< missing values of a variable
     textNotAscii,      ///< a Stata text with other letters than those of ASCII
     typeUnknown,       ///< a variable of a type that the layout has not
     openedTwice,       ///< an SPSS importer that is opened again
     // lookups
     repeatsLineBefore, ///< a lookup line without a separator
+    duplicateKey,      ///< a key that stands on an earlier line
+    unreadableLetters, ///< bytes that are no text in the encoding of the file
 };
 
 /// One place where the layout is not what a reader of the file would expect.
@@ -109,7 +126,7 @@ class MODEL_VANADMIN_EXPORT ReadReport
 public:
     /// Notes that are kept at most; further ones are counted alone.
     static constexpr size_t mostNotes = 1000000;
-    static constexpr int kinds = int(NoteKind::repeatsLineBefore) + 1;
+    static constexpr int kinds = int(NoteKind::unreadableLetters) + 1;
 
     const std::vector<ReadNote> &notes() const;
     bool isEmpty() const;

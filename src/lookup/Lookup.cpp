@@ -179,8 +179,11 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
     lineNumber = 0;
     currentLine.clear();
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (report)
+            report->add(NoteKind::fileNotRead, fileName);
         return true;
+    }
 
     int firstKeySize = 0;
     lookup::Entries newEntries;
@@ -192,7 +195,10 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
         stream.readLineInto(&currentLine);
         currentSize = currentLine.size();
         increase(lineNumber);
+        const int repeatsBefore = report ? report->count(NoteKind::repeatsLineBefore) : 0;
         splitKeyValueAVL(errors);
+        if (report && currentLine.contains(QChar(QChar::ReplacementCharacter)))
+            report->add(NoteKind::unreadableLetters, currentLine, lineNumber);
         if (isReporting()) {
             if (firstKeySize == 0) // an empty first key leaves it open
                 firstKeySize = key.size();
@@ -207,10 +213,14 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
         if (newEntries.add(key, keyHash, values.text(value))) {
             if (isCounting())
                 counted.count(key, keyHash, value);
-        } else if (isReporting()) {
-            issueErrorMessage(errors,
-                              formatMessage(QStringLiteral("VpLookup.importAVL.duplicateKey"),
-                                            QStringLiteral("Key [%1] already exists"), key));
+        } else {
+            // A line that repeats the one before is told as that.
+            if (report && report->count(NoteKind::repeatsLineBefore) == repeatsBefore)
+                report->add(NoteKind::duplicateKey, currentLine, lineNumber);
+            if (isReporting())
+                issueErrorMessage(errors,
+                                  formatMessage(QStringLiteral("VpLookup.importAVL.duplicateKey"),
+                                                QStringLiteral("Key [%1] already exists"), key));
         }
         if (progressListener && lineNumber % linesOfProgress == 0)
             progressListener(file.pos(), fileSize);

@@ -68,7 +68,7 @@ public:
     ConfigOptions &operator=(const ConfigOptions &other);
     /// Takes nothing from its argument: a default object.
     ConfigOptions(ConfigOptions &&other);
-    ~ConfigOptions();
+    ~ConfigOptions(); // NOLINT(performance-trivially-destructible): exported, as those of its kind are
 
     bool getCreateNotAppMissingInRange() const;  void setCreateNotAppMissingInRange(bool newValue);
     bool getCreateNoRanges() const;              void setCreateNoRanges(bool newValue);

@@ -44,7 +44,7 @@ public:
     /// Never null: a failed search gives a new entity named "nullEntity". One such entity is made for each entity that is
     /// looked at, whether the search succeeds or fails, and stays alive; the one that is returned is the caller's. An
     /// entity that is its own ancestor is not entered a second time.
-    TVpEntity *findEntity(QString name);
+    TVpEntity *findEntity(QString wanted);
 
     // names and labels
     QString getName() const;                                         void setName(const QString &newValue); void setQStrName(const QString &newValue);

@@ -180,10 +180,12 @@ QString TVpRecord::assembleRecord(TQuestIndex *index, QString /*key*/) const
     return index->text;
 }
 
-void TVpRecord::freeWithReferences(TVpRecord *record)
+std::function<void()> TVpRecord::freeingOf(TVpRecord *record)
 {
-    delete record->references;
-    delete record;
+    return [record, list = record->references] {
+        delete list;
+        delete record;
+    };
 }
 
 QString TVpRecord::typeOfRecord() const

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 class TQuestIndex;
 
 /// A reference of a record. The library holds references by pointer alone; whoever needs them defines the class.
@@ -74,7 +76,8 @@ private:
     /// its parent.
     QString checkQuestionnaire(TQuestIndex *index, QString parentKey);
     QString typeOfRecord() const;
-    static void freeWithReferences(TVpRecord *record); ///< the record and its list of references, no neighbour
+    /// What frees \a record and the list of references that it has now, whatever is assigned to it later; no neighbour.
+    static std::function<void()> freeingOf(TVpRecord *record);
     TVpRecord *previousOf(const TVpRecord *record) const;
 
     // Members without a comment are carried and copied for callers; nothing here reads them.

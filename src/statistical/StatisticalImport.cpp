@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -150,7 +151,7 @@ TStatValueLabel makeValueLabel(const readstat_value_t &value)
         }
         break;
     case READSTAT_TYPE_INT8:
-        made.intValue = static_cast<int>(value.v.i8_value); // sign-extended
+        made.intValue = value.v.i8_value; // NOLINT(bugprone-signed-char-misuse): sign-extended
         break;
     case READSTAT_TYPE_INT16:
         made.intValue = value.v.i16_value;
@@ -183,16 +184,75 @@ LabelSet *newLabelSet(KeptObjects &kept)
     return made.release();
 }
 
-// The value of a label and its text, for a report.
-QString describeLabel(QString set, const TStatValueLabel &value, const char *label)
+constexpr int allDigits = 15;
+
+bool isTaggedMissing(const readstat_value_t &value)
 {
-    constexpr int allDigits = 15;
+    return value.is_tagged_missing && value.tag >= 'a' && value.tag <= 'z';
+}
+
+QString describeValue(const TStatValueLabel &held)
+{
+    if (held.stringValue)
+        return QString::fromUtf8(held.stringValue, int(held.stringLength));
+    return QString::number(held.intValue != noInt ? held.intValue : held.doubleValue, 'g', allDigits);
+}
+
+// The value of a label and its text, for a report.
+QString describeLabel(QString set, const readstat_value_t &value, const TStatValueLabel &held, const char *label)
+{
     set += QLatin1String(": ");
-    if (value.stringValue)
-        set += QString::fromUtf8(value.stringValue, int(value.stringLength));
-    else
-        set += QString::number(value.intValue != noInt ? value.intValue : value.doubleValue, 'g', allDigits);
+    set += isTaggedMissing(value) ? QLatin1Char('.') + QString(QLatin1Char(value.tag)) : describeValue(held);
     return label ? set + QLatin1Char(' ') + QString::fromUtf8(label) : set;
+}
+
+// Its name and its first label: a name that ReadStat has made says nothing.
+QString describeSet(const std::string &name, const LabelSet &set)
+{
+    const QString text = QString::fromStdString(name);
+    if (set.empty())
+        return text;
+    const TStatValueLabel &first = *set.front();
+    return text + QLatin1String(": ") + describeValue(first) + QLatin1Char(' ') + QString::fromUtf8(first.label);
+}
+
+QString describeBound(const readstat_value_t &value)
+{
+    if (readstat_value_type(value) == READSTAT_TYPE_STRING)
+        return QString::fromUtf8(readstat_string_value(value));
+    const double number = readstat_double_value(value);
+    return number == -HUGE_VAL ? QStringLiteral("LOWEST")
+        : number == HUGE_VAL   ? QStringLiteral("HIGHEST")
+                               : QString::number(number, 'g', allDigits);
+}
+
+// As they are declared: "97 to 99, 0".
+QString describeMissing(const readstat_variable_t &variable)
+{
+    QStringList ranges;
+    for (int i = 0; i < readstat_variable_get_missing_ranges_count(&variable); ++i) {
+        const QString from = describeBound(readstat_variable_get_missing_range_lo(&variable, i));
+        const QString to = describeBound(readstat_variable_get_missing_range_hi(&variable, i));
+        ranges += from == to ? from : from + QLatin1String(" to ") + to;
+    }
+    return ranges.join(QLatin1String(", "));
+}
+
+// Whether a format is that of a date or a time: "%td" of Stata's, "DATE11" of SPSS's.
+bool isDate(const QString &format)
+{
+    if (format.startsWith(QLatin1Char('%'))) {
+        const QStringRef kind = format.midRef(format.startsWith(QLatin1String("%-")) ? 2 : 1);
+        return kind.startsWith(QLatin1Char('t')) || kind.startsWith(QLatin1Char('d'));
+    }
+    static const QStringList names
+        = { QStringLiteral("DATE"),  QStringLiteral("ADATE"),    QStringLiteral("EDATE"), QStringLiteral("JDATE"),
+            QStringLiteral("SDATE"), QStringLiteral("QYR"),      QStringLiteral("MOYR"),  QStringLiteral("WKYR"),
+            QStringLiteral("WKDAY"), QStringLiteral("MONTH"),    QStringLiteral("TIME"),  QStringLiteral("MTIME"),
+            QStringLiteral("DTIME"), QStringLiteral("DATETIME"), QStringLiteral("YMDHMS") };
+    const auto isDigitOrPoint = [](QChar unit) { return unit.isDigit() || unit == QLatin1Char('.'); };
+    const auto *end = std::find_if(format.cbegin(), format.cend(), isDigitOrPoint);
+    return names.contains(format.left(int(end - format.cbegin())));
 }
 
 LabelSet *setNamed(LabelSets &sets, const char *labelSet, Reading *reading, KeptObjects &kept)
@@ -237,11 +297,7 @@ public:
             hasUpper = true;
         }
     }
-    bool isRounded() const
-    {
-        return (hasLower && numbers::toDouble(minimum()) != lower)
-            || (hasUpper && numbers::toDouble(maximum()) != upper);
-    }
+    bool isRounded() const { return (hasLower && !isWrittenInFull(lower)) || (hasUpper && !isWrittenInFull(upper)); }
     QString minimum() const { return hasLower ? numbers::toText(lower) : QString(); }
     QString maximum() const { return hasUpper ? numbers::toText(upper) : QString(); }
 
@@ -284,9 +340,20 @@ void turnToIntegers(const LabelSet &set)
 void tellOfCutValues(ReadReport &report, const LabelSet &set, const QString &variable)
 {
     for (const TStatValueLabel *label : set) {
-        if (label && label->intValue == noInt && label->doubleValue != numbers::truncated(label->doubleValue))
-            report.add(NoteKind::valueCutToInteger, QString::number(label->doubleValue, 'g', 15), 0, variable);
+        if (!label || label->intValue != noInt || label->doubleValue == noDouble)
+            continue;
+        const int cut = numbers::truncated(label->doubleValue);
+        if (label->doubleValue != cut) // -1 is the one integer that cannot be held
+            report.add(cut == noInt ? NoteKind::labelOfMinusOne : NoteKind::valueCutToInteger,
+                       QString::number(label->doubleValue, 'g', allDigits), 0, variable);
     }
+}
+
+QString describeBounds(const Reading::LabelText &known)
+{
+    if (known.minimum.isNull())
+        return known.maximum;
+    return known.maximum.isNull() ? known.minimum : known.minimum + QLatin1String(" to ") + known.maximum;
 }
 
 void makeLabelText(const Format &format, const LabelSet &set, Reading::LabelText &made)
@@ -346,18 +413,31 @@ Reading::Reading(const Format &fileFormat, const QString &path, bool buffered)
     isBuffered = buffered;
 }
 
-void Reading::tellOfLabel(const char *labelSet, const TStatValueLabel &value, const char *label) const
+void Reading::tellOfLabel(const LabelSet *set, const char *setName, const readstat_value_t &value,
+                          const TStatValueLabel &held, const char *label)
 {
     const auto tell = [&](NoteKind kind) {
-        const QString set = QString::fromUtf8(labelSet, int(qstrnlen(labelSet, uint(bounds.withLabel))));
-        report->add(kind, describeLabel(set, value, label));
+        const QString name = QString::fromUtf8(setName, int(qstrnlen(setName, uint(bounds.withLabel))));
+        waitingNotes[set].push_back({ kind, 0, QString(), describeLabel(name, value, held, label) });
     };
     if (!label)
-        tell(NoteKind::labelWithoutText);
-    else if (value.intValue == noInt && value.doubleValue == noDouble && !value.stringValue)
-        tell(NoteKind::labelOfMinusOne);
-    else if (format.textsAreLatin1 && !isAscii(label, std::strlen(label)))
+        return tell(NoteKind::labelWithoutText);
+    if (held.intValue == noInt && held.doubleValue == noDouble && !held.stringValue)
+        return tell(NoteKind::labelOfMinusOne);
+    if (isTaggedMissing(value))
+        tell(NoteKind::missingAsNumber);
+    if (format.textsAreLatin1 && !isAscii(label, std::strlen(label)))
         tell(NoteKind::textNotAscii);
+}
+
+void Reading::tellOfSet(const LabelSet *set, const QString &variable)
+{
+    const auto waiting = waitingNotes.find(set);
+    if (waiting == waitingNotes.end())
+        return;
+    for (const ReadNote &note : waiting->second)
+        report->add(note.kind, note.text, 0, variable);
+    waitingNotes.erase(waiting);
 }
 
 void Reading::tellOfVariable(const readstat_variable_t &variable, const TGenericField &field) const
@@ -369,15 +449,23 @@ void Reading::tellOfVariable(const readstat_variable_t &variable, const TGeneric
     if (field.type == vtNone)
         tell(NoteKind::typeUnknown, variableFormat);
     if (variable.missingness.missing_ranges_count > 0)
-        tell(NoteKind::missingNotRead, QString::number(variable.missingness.missing_ranges_count));
+        tell(NoteKind::missingNotRead, describeMissing(variable));
+    if (field.type != vtString && isDate(variableFormat))
+        tell(NoteKind::dateAsNumber, variableFormat);
     if (format.decimalsDecide && field.type != vtString && hasDecimals(variable))
         tell(NoteKind::decimalsLost, variableFormat);
     if (format.widthOf == firstDigitOfFormat && widthInFormat(variable) != field.length)
         tell(NoteKind::widthCut, variableFormat);
 }
 
-void Reading::tellOfEnd(readstat_error_t labelPass, readstat_error_t variablePass, bool hasVariables) const
+void Reading::tellOfEnd(const LabelSets &sets, readstat_error_t labelPass, readstat_error_t variablePass,
+                        bool hasVariables)
 {
+    for (const auto &[name, set] : sets) {
+        tellOfSet(set, QString());
+        if (variablePass == READSTAT_OK && labelTexts.find(set) == labelTexts.end())
+            report->add(NoteKind::labelSetUnused, describeSet(name, *set));
+    }
     const readstat_error_t error = variablePass != READSTAT_OK ? variablePass : labelPass;
     if (error == READSTAT_OK)
         return;
@@ -442,7 +530,7 @@ void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t
         return;
     auto made = std::make_unique<TStatValueLabel>(makeValueLabel(value));
     if (isTold)
-        reading->tellOfLabel(labelSet, *made, label);
+        reading->tellOfLabel(set, labelSet, value, *made, label);
     if (!label) {
         delete[] made->stringValue;
         return;
@@ -482,11 +570,13 @@ void describe(const Format &format, const readstat_variable_t &variable, const c
     Reading::LabelText once;
     Reading::LabelText &known = reading ? reading->labelTexts[found->second] : once;
     ReadReport *report = reading ? reading->report : nullptr;
+    if (report)
+        reading->tellOfSet(found->second, field.name);
     if (report && asIntegers && !known.isOfIntegers)
         tellOfCutValues(*report, *found->second, field.name);
     takeLabels(format, *found->second, asIntegers, known, field, isNumeric);
     if (report && isNumeric && known.isRounded)
-        report->add(NoteKind::boundRounded, known.minimum + QLatin1String(" to ") + known.maximum, 0, field.name);
+        report->add(NoteKind::boundRounded, describeBounds(known), 0, field.name);
 }
 
 bool isBlank(const TGenericField &field)

@@ -89,10 +89,14 @@ public:
     NameBounds bounds = widestNames;
     ReadReport *report = nullptr; ///< hears of what is lost or changed; not owned
     // What a report hears; called with one alone.
-    void tellOfLabel(const char *labelSet, const TStatValueLabel &value, const char *label) const;
+    /// Notes on the labels of a set wait for the first variable that uses it.
+    void tellOfLabel(const LabelSet *set, const char *setName, const readstat_value_t &value,
+                     const TStatValueLabel &held, const char *label);
     void tellOfVariable(const readstat_variable_t &variable, const TGenericField &field) const;
-    /// Tells how the two passes ended, where they did not end well.
-    void tellOfEnd(readstat_error_t labelPass, readstat_error_t variablePass, bool hasVariables) const;
+    /// Tells under the name of \a variable what waits of a set.
+    void tellOfSet(const LabelSet *set, const QString &variable);
+    /// Tells of the sets that no variable has used, and how the two passes ended, where they did not end well.
+    void tellOfEnd(const LabelSets &sets, readstat_error_t labelPass, readstat_error_t variablePass, bool hasVariables);
 
     /// What the labels of one set give to a variable: the same text for all that share the set.
     struct LabelText {
@@ -114,6 +118,7 @@ private:
     bool isBuffered = false; ///< what is no regular file is left to ReadStat's own reading
     bool isSafe = true;
     std::exception_ptr problem;
+    std::unordered_map<const LabelSet *, std::vector<ReadNote>> waitingNotes;
 };
 
 /// Whether a value label can hold a value of this type.
@@ -152,9 +157,10 @@ template <typename Importer> struct ImportBody {
         return inHandler(importer->reading, [&] {
             auto field = std::make_unique<typename Importer::Variable>(importer);
             describe(format, *variable, labelSet, importer->labelSets, importer->reading, *field);
-            importer->variables.push_back(field.get());
             importer->kept.addField(field.get());
-            importer->variablesByName[variable->name] = field.release();
+            auto *made = field.release(); // kept, so what raises from here on loses nothing
+            importer->variables.push_back(made);
+            importer->variablesByName[variable->name] = made;
         });
     }
 
@@ -175,7 +181,7 @@ template <typename Importer> struct ImportBody {
         for (auto *variable : importer->variables)
             importer->addField(variable);
         if (canTell) {
-            reading.tellOfEnd(labelResult, result, !importer->variables.empty());
+            reading.tellOfEnd(importer->labelSets, labelResult, result, !importer->variables.empty());
             tellOfRepeatedNames(*report, importer->fields, importer->fieldsByName.size());
         }
         return result;

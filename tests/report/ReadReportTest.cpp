@@ -119,10 +119,10 @@ private Q_SLOTS:
     void numberOfNoKindIsTheNearestOne()
     {
         QCOMPARE(ReadReport::idOf(NoteKind(-1)), ReadReport::idOf(NoteKind::fileNotRead));
-        QCOMPARE(ReadReport::idOf(NoteKind(ReadReport::kinds)), ReadReport::idOf(NoteKind::repeatsLineBefore));
+        QCOMPARE(ReadReport::idOf(NoteKind(ReadReport::kinds)), ReadReport::idOf(NoteKind::unreadableLetters));
         ReadReport report;
         report.add(NoteKind(ReadReport::kinds + 5), QString());
-        QCOMPARE(report.count(NoteKind::repeatsLineBefore), 1);
+        QCOMPARE(report.count(NoteKind::unreadableLetters), 1);
     }
 };
 

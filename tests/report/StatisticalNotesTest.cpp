@@ -106,7 +106,83 @@ private Q_SLOTS:
         const auto *set = file.intLabels("yesno", { { -1, "Refused" }, { 1, "Yes" } });
         file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", set);
         QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
-                 QStringList(QStringLiteral("label-of-minus-one||yesno: -1 Refused")));
+                 QStringList(QStringLiteral("label-of-minus-one|v|yesno: -1 Refused")));
+    }
+
+    void labelsOfASetAreToldOfItsFirstVariableAlone()
+    {
+        StatFile file(StatFile::dta, 118);
+        const auto *set = file.intLabels("yesno", { { -1, "Refused" } });
+        file.variable("other", READSTAT_TYPE_INT8, "Other", "%8.0g");
+        file.variable("a", READSTAT_TYPE_INT8, "A", "%8.0g", set);
+        file.variable("b", READSTAT_TYPE_INT8, "B", "%8.0g", set);
+        QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
+                 QStringList(QStringLiteral("label-of-minus-one|a|yesno: -1 Refused")));
+    }
+
+    void decimalsCutToMinusOneLoseTheLabel()
+    {
+        StatFile file(StatFile::sav);
+        const auto *set = file.labels("balance", { { -1.5, "Loss" }, { 1, "One" } });
+        file.variable("BALANCE", READSTAT_TYPE_DOUBLE, "Balance", "F3.0", set);
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("label-of-minus-one|BALANCE|-1.5")));
+    }
+
+    void labelSetWithoutAVariableIsTold()
+    {
+        StatFile file(StatFile::dta, 118);
+        file.intLabels("yesno", { { 1, "Yes" } });
+        file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g");
+        QCOMPARE(notesOf<TSTATADataImport>(saved(file)), QStringList(QStringLiteral("label-set-unused||yesno: 1 Yes")));
+    }
+
+    void labelOfATaggedMissingValueStandsAtANumber()
+    {
+        StatFile file(StatFile::dta, 118);
+        readstat_label_set_t *set = file.intLabels("yesno", { { 1, "Yes" } });
+        readstat_label_tagged_value(set, 'a', "Refused");
+        file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", set);
+        QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
+                 (QStringList{ QStringLiteral("missing-as-number|v|yesno: .a Refused"),
+                               QStringLiteral("bound-rounded|v|1 to 2.14748e+09") }));
+    }
+
+    void boundWithAnExponentIsTold()
+    {
+        StatFile file(StatFile::dta, 118);
+        const auto *set = file.intLabels("sums", { { 100000, "Little" }, { 1000000, "Much" } });
+        file.variable("v", READSTAT_TYPE_INT32, "V", "%12.0g", set);
+        QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
+                 QStringList(QStringLiteral("bound-rounded|v|100000 to 1e+06")));
+    }
+
+    void dateIsToldAsItsNumber_data()
+    {
+        QTest::addColumn<bool>("isStata");
+        QTest::addColumn<QByteArray>("format");
+        QTest::addColumn<bool>("isDate");
+        QTest::newRow("day") << true << QByteArray("%td") << true;
+        QTest::newRow("left-justified") << true << QByteArray("%-tcDD/NN/CCYY") << true;
+        QTest::newRow("old") << true << QByteArray("%dD_m_Y") << true;
+        QTest::newRow("number") << true << QByteArray("%9.0g") << false;
+        QTest::newRow("SPSS date") << false << QByteArray("DATE11") << true;
+        QTest::newRow("SPSS moment") << false << QByteArray("DATETIME20") << true;
+        QTest::newRow("SPSS number") << false << QByteArray("F8.0") << false;
+        QTest::newRow("SPSS dollars") << false << QByteArray("DOLLAR8") << false;
+    }
+    void dateIsToldAsItsNumber()
+    {
+        QFETCH(bool, isStata);
+        QFETCH(QByteArray, format);
+        QFETCH(bool, isDate);
+        StatFile file(isStata ? StatFile::dta : StatFile::sav, isStata ? 118 : 0);
+        file.variable("v", READSTAT_TYPE_DOUBLE, "V", format.constData());
+        const QString path = saved(file);
+        const QStringList notes = isStata ? notesOf<TSTATADataImport>(path) : notesOf<TSPSSDataImport>(path);
+        const QStringList dates = notes.filter(QStringLiteral("date-as-number"));
+        QCOMPARE(dates,
+                 isDate ? QStringList(QStringLiteral("date-as-number|v|") + QString::fromLatin1(format))
+                        : QStringList());
     }
 
     void missingLabelSetIsTold()
@@ -115,7 +191,9 @@ private Q_SLOTS:
         file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", file.intLabels("set", { { 1, "One" } }));
         std::string bytes = file.bytes();
         bytes.replace(bytes.rfind("set"), 3, "SET");
-        QCOMPARE(notesOf<TSTATADataImport>(write(bytes)), QStringList(QStringLiteral("label-set-missing|v|set")));
+        QCOMPARE(
+            notesOf<TSTATADataImport>(write(bytes)),
+            (QStringList{ QStringLiteral("label-set-missing|v|set"), QStringLiteral("label-set-unused||SET: 1 One") }));
     }
 
     void labelledValueWithDecimalsIsCutForAVariableWithout()
@@ -145,7 +223,7 @@ private Q_SLOTS:
         StatFile file(StatFile::sav);
         readstat_variable_t *age = file.variable("AGE", READSTAT_TYPE_DOUBLE, "Age", "F3.0");
         readstat_variable_add_missing_double_value(age, 99);
-        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("missing-not-read|AGE|1")));
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("missing-not-read|AGE|99")));
     }
 
     void stataTextOutsideOfAsciiIsTold()
@@ -154,8 +232,8 @@ private Q_SLOTS:
         const auto *set = file.intLabels("sexes", { { 1, "F\xC3\xA9minin" } });
         file.variable("age", READSTAT_TYPE_INT8, "\xC3\x82ge", "%8.0g", set);
         QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
-                 (QStringList{ QString::fromUtf8("text-not-ascii||sexes: 1 F\xC3\xA9minin"),
-                               QString::fromUtf8("text-not-ascii|age|\xC3\x82ge") }));
+                 (QStringList{ QString::fromUtf8("text-not-ascii|age|\xC3\x82ge"),
+                               QString::fromUtf8("text-not-ascii|age|sexes: 1 F\xC3\xA9minin") }));
     }
 
     void secondOpeningOfAnSPSSImporterIsTold()

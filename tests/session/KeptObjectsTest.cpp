@@ -63,6 +63,36 @@ private Q_SLOTS:
         QCOMPARE(gone, QStringList({ "AGE", "SEX" }));
     }
 
+    // As where a format adds its fields anew after an assignment.
+    void fieldThatWasAddedBeforeAndAfterAnAssignmentIsFreedOnce()
+    {
+        auto *age = new MarkedField(&gone, "AGE");
+        KeptObjects target;
+        target.addField(age);
+        addMark(target, "dictionary");
+        KeptObjects source;
+        target = source;
+        target.addField(age);
+        target.giveBack();
+        QCOMPARE(gone, QStringList({ "AGE", "dictionary" }));
+    }
+
+    void formerCopyIsNoLongerReachedOnceAllWasGivenBack()
+    {
+        KeptObjects target;
+        KeptObjects formerCopy(target);
+        KeptObjects source;
+        target = source;
+        addMark(formerCopy, "while it is in reach");
+        target.giveBack();
+        QCOMPARE(gone, QStringList({ "while it is in reach" }));
+        addMark(formerCopy, "later");
+        target.giveBack();
+        QCOMPARE(gone.size(), 1);
+        formerCopy.giveBack();
+        QCOMPARE(gone.size(), 2);
+    }
+
     void nothingIsFreedTwice()
     {
         KeptObjects kept;

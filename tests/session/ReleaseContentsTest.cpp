@@ -3,6 +3,8 @@
 #include "cspro/CSProDataImport.h"
 #include "cspro/CSProJsonDataImport.h"
 #include "import/DataProvider.h"
+#include "import/ErrorManager.h"
+#include "import/ReadReport.h"
 #include "import/SourceField.h"
 #include "record/Record.h"
 #include "statistical/SPSSDataImport.h"
@@ -10,11 +12,14 @@
 #include "support/FakeImporter.h"
 
 #include <QLoggingCategory>
+#include <QTemporaryFile>
 
 #include <memory>
 
 struct TestAccess {
     static const TVpRecord *record(const TVpDataProvider &provider) { return provider.record; }
+    static double stateValue(const TDataImport &importer) { return importer.stateValue; }
+    static void makeFieldsAgain(TCSProDataImport &importer) { importer.copyDataFromDictionary(); }
 };
 
 namespace
@@ -117,6 +122,11 @@ private Q_SLOTS:
         QCOMPARE(importer->getGroupName(0), QString());
         QCOMPARE(importer->getGroupValue(0), QString());
         QCOMPARE(importer->getRecordTypeIndex(QString("1")), -1);
+        const auto unopened = newImporter();
+        QCOMPARE(importer->isMultiple(), unopened->isMultiple());
+        QCOMPARE(importer->getRecordTypeStart(), unopened->getRecordTypeStart());
+        QCOMPARE(importer->getRecordTypeSize(), unopened->getRecordTypeSize());
+        QCOMPARE(TestAccess::stateValue(*importer), TestAccess::stateValue(*unopened));
         QCOMPARE(importer->getSourceName(), path);
         QList<TVpSourceField *> none;
         importer->getDictionary(&none);
@@ -163,6 +173,127 @@ private Q_SLOTS:
         importer->releaseContents();
         importer->releaseContents();
         QCOMPARE(importer->getGroupCount(), 0);
+    }
+
+    void failedOpeningIsGivenBack_data()
+    {
+        QTest::addColumn<MakeImporter>("newImporter");
+        QTest::addColumn<QString>("path");
+        for (const char *path :
+             { "", "/no/such/file", VAN_EXAMPLES, VAN_EXAMPLES "/census.dcf", VAN_EXAMPLES "/census8.dcf",
+               VAN_MADE_DATA "/types-118.dta", VAN_MADE_DATA "/types.sav" }) {
+            const QString name = QString("of '%1'").arg(path);
+            QTest::newRow(qPrintable(name + " as CSPro text")) << MakeImporter(make<TCSProDataImport>) << QString(path);
+            QTest::newRow(qPrintable(name + " as CSPro 8"))
+                << MakeImporter(make<TCSProJsonDataImport>) << QString(path);
+            QTest::newRow(qPrintable(name + " as Stata")) << MakeImporter(make<TSTATADataImport>) << QString(path);
+            QTest::newRow(qPrintable(name + " as SPSS")) << MakeImporter(make<TSPSSDataImport>) << QString(path);
+        }
+    }
+    void failedOpeningIsGivenBack()
+    {
+        QFETCH(MakeImporter, newImporter);
+        QFETCH(QString, path);
+        const auto importer = newImporter();
+        const QString goodPath = importer->getSourceName();
+        const QStringList names = opened(*importer);
+        importer->setSourceName(path);
+        opened(*importer);
+        importer->releaseContents();
+        QCOMPARE(importer->getGroupCount(), 0);
+        importer->setSourceName(goodPath);
+        QCOMPARE(opened(*importer), names);
+        importer->releaseContents();
+    }
+
+    void openingThatEndsInAThrownErrorIsGivenBack()
+    {
+        const auto importer = make<TCSProDataImport>();
+        const QString goodPath = importer->getSourceName();
+        const QStringList names = opened(*importer);
+        TVpDataProvider provider;
+        provider.genericGetFieldsFrom(importer.get());
+        auto report = std::make_unique<ReadReport>();
+        importer->setReadReport(report.get());
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        file.write("[Record]\nName=HOUSE\nRecordTypeValue='1'\n"
+                   "[Item]\nName=A\nLen=8\n[ValueSet]\nName=A_VS\nValue=12345678;A report would hear of these digits\n"
+                   "[Item]\nName=B\nOccurrences=2000000000\n");
+        file.close();
+        importer->setSourceName(file.fileName());
+        std::unique_ptr<VpErrorManager> error;
+        try {
+            opened(*importer);
+        } catch (VpErrorManager *thrown) {
+            error.reset(thrown);
+        }
+        QVERIFY(error);
+        // The report is no longer asked for: reading has ended.
+        importer->setReadReport(nullptr);
+        report.reset();
+        TestAccess::makeFieldsAgain(static_cast<TCSProDataImport &>(*importer));
+        provider.genericGetFieldsFrom(importer.get());
+        importer->releaseContents();
+        QCOMPARE(importer->getRecordTypeSize(), 0);
+        QCOMPARE(provider.getFields()->size(), 1);
+        provider.releaseContents();
+        importer->setSourceName(goodPath);
+        QCOMPARE(opened(*importer), names);
+        importer->releaseContents();
+    }
+
+    void selfAssignmentChangesNothing_data() { addRows(); }
+    void selfAssignmentChangesNothing()
+    {
+        QFETCH(MakeImporter, newImporter);
+        QFETCH(AssignImporter, assignTo);
+        const auto importer = newImporter();
+        const QStringList names = opened(*importer);
+        assignTo(*importer, *importer);
+        QVERIFY(importer->fieldByName(names.first()));
+        importer->releaseContents();
+        assignTo(*importer, *importer);
+        QCOMPARE(opened(*importer), names);
+        importer->releaseContents();
+    }
+
+    // One importer for a whole session, to which each next one is assigned.
+    void importerThatIsAssignedToAgainAndAgainGivesBack_data() { addRows(); }
+    void importerThatIsAssignedToAgainAndAgainGivesBack()
+    {
+        QFETCH(MakeImporter, newImporter);
+        QFETCH(AssignImporter, assignTo);
+        const auto importer = newImporter();
+        for (int i = 0; i < 5; ++i) {
+            opened(*importer);
+            if (i % 2 == 0)
+                importer->releaseContents();
+            assignTo(*importer, *newImporter());
+        }
+        importer->releaseContents();
+        QCOMPARE(importer->getGroupCount(), 0);
+    }
+
+    void emptyImportersGiveBack()
+    {
+        TCSProDataImport text;
+        TCSProJsonDataImport json;
+        TSTATADataImport stata;
+        TSPSSDataImport spss;
+        TCSProDataImport movedText(std::move(text));
+        TCSProJsonDataImport movedJson(std::move(json));
+        TSTATADataImport movedStata(std::move(stata));
+        TSPSSDataImport movedSpss(std::move(spss));
+        const QVector<TDataImport *> importers
+            = { &text, &json, &stata, &spss, &movedText, &movedJson, &movedStata, &movedSpss };
+        stata.setErrorStream(nullptr);
+        movedStata.setErrorStream(nullptr);
+        for (TDataImport *importer : importers) {
+            importer->releaseContents();
+            QCOMPARE(opened(*importer), QStringList());
+            importer->releaseContents();
+        }
     }
 
     void copyMayGoOrGiveBackToo_data() { addRows(); }
@@ -268,6 +399,68 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
+    void providerStaysFilledWhenItsImporterGivesBack_data() { addRows(); }
+    void providerStaysFilledWhenItsImporterGivesBack()
+    {
+        QFETCH(MakeImporter, newImporter);
+        auto importer = newImporter();
+        opened(*importer);
+        TVpDataProvider provider;
+        provider.genericGetFieldsFrom(importer.get());
+        const QStringList told = toldBy(provider);
+        importer->releaseContents();
+        QCOMPARE(toldBy(provider), told);
+        importer.reset();
+        QCOMPARE(toldBy(provider), told);
+        provider.releaseContents();
+    }
+
+    void providerFilledFromTwoImportersGivesBackBoth()
+    {
+        const auto first = make<TCSProDataImport>();
+        const auto second = make<TSPSSDataImport>();
+        opened(*first);
+        opened(*second);
+        TVpDataProvider provider;
+        provider.genericGetFieldsFrom(first.get());
+        const TVpDataProvider copy(provider);
+        const QStringList told = toldBy(copy);
+        provider.genericGetFieldsFrom(second.get());
+        first->releaseContents();
+        QCOMPARE(toldBy(copy), told);
+        second->releaseContents();
+        provider.releaseContents();
+        QCOMPARE(provider.getFields(), nullptr);
+    }
+
+    void selfAssignedProviderGivesBackOnce()
+    {
+        const auto importer = make<TCSProDataImport>();
+        opened(*importer);
+        TVpDataProvider provider;
+        provider.genericGetFieldsFrom(importer.get());
+        const TVpDataProvider &same = provider;
+        provider = same;
+        provider.genericGetFieldsFrom(importer.get());
+        provider.releaseContents();
+        provider = same;
+        provider.releaseContents();
+        importer->releaseContents();
+    }
+
+    void rootsThatWereAssignedToEachOtherGoOnce()
+    {
+        FakeImporter importer("layout.txt", "CSPRO");
+        TVpDataProvider provider;
+        TVpDataProvider other;
+        provider.genericGetFieldsFrom(&importer);
+        other.genericGetFieldsFrom(&importer);
+        *provider.getRecord(QString()) = *other.getRecord(QString());
+        provider.releaseContents();
+        other.releaseContents();
+        importer.releaseContents();
+    }
+
     void copiedProviderGivesBackOnce()
     {
         const auto importer = make<TCSProJsonDataImport>();
@@ -334,6 +527,38 @@ private Q_SLOTS:
         importer.layout.clear();
         QCOMPARE(opened(importer), QStringList());
         importer.releaseContents();
+    }
+
+    // It knows nothing of giving back, and looks at the list of the base by itself.
+    void formatThatOverridesNothingCanBeOpenedAgain()
+    {
+        class PlainImporter : public TDataImport
+        {
+        public:
+            using TDataImport::TDataImport;
+            QString getDataProviderId() override { return QStringLiteral("PLAIN_"); }
+            QString getDataProviderType() override { return QStringLiteral("PLAIN"); }
+            bool openFile() override
+            {
+                openDataImport();
+                const int former = fields->size();
+                for (int i = 0; i < fieldsInFile; ++i)
+                    addField(new FakeField(this, QString::number(i)));
+                return fields->size() > former;
+            }
+            int fieldsInFile = 0;
+        };
+        PlainImporter importer;
+        PlainImporter moved(std::move(importer));
+        for (PlainImporter *each : { &importer, &moved }) {
+            for (const int count : { 2, 0, 1 }) {
+                each->fieldsInFile = count;
+                QCOMPARE(each->openFile(), count > 0);
+                QCOMPARE(opened(*each).size(), count);
+                each->releaseContents();
+                QCOMPARE(each->fieldByName("0"), nullptr);
+            }
+        }
     }
 
     // The rules of the destructors hold on: what was made stays alive.

@@ -22,7 +22,8 @@ namespace
 constexpr NoteGravity gravities[] = { NoteGravity::lost, NoteGravity::changed, NoteGravity::curious };
 constexpr size_t placesOfAKind = 10; // that the table shows
 constexpr int mostVariableWidth = 40;
-constexpr int gap = 2; // blanks between columns
+constexpr int mostTextWidth = 400; // a file can be one line
+constexpr int gap = 2;             // blanks between columns
 
 /// One file, what it was read as, and what the reading told.
 struct Explanation {
@@ -128,7 +129,9 @@ private:
     static QStringList rowOf(const ReadNote &note)
     {
         const QString line = note.line > 0 ? QStringLiteral("line %1").arg(note.line) : QString();
-        const QString text = note.text == note.variable ? QString() : printable(note.text);
+        const QString text = note.text == note.variable
+            ? QString()
+            : cutToColumns(printable(note.text.left(mostTextWidth + 1)), mostTextWidth);
         return { line, cutToColumns(printable(note.variable), mostVariableWidth), text };
     }
 

@@ -1,0 +1,254 @@
+#include "cspro/CSProDataImport.h"
+#include "cspro/CSProJsonDataImport.h"
+#include "cspro/DecimalQuestion.h"
+#include "import/ReadReport.h"
+#include "lookup/Lookup.h"
+#include "support/WholeRoad.h"
+
+#include <QFile>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+
+// Kind, line, variable and text of every note; the numbers of occurrences as digits.
+QStringList inWords(const ReadReport &report)
+{
+    QStringList words;
+    for (const ReadNote &note : report.notes()) {
+        QString variable = note.variable;
+        for (int code = 1; code < 4; ++code)
+            variable.replace(QChar(code), QString::number(code));
+        words += QStringList{ note.id(), QString::number(note.line), variable, note.text }.join(QLatin1Char('|'));
+    }
+    return words;
+}
+
+QByteArray item(const QByteArray &keys)
+{
+    return "[IdItems]\n[Item]\n" + keys;
+}
+
+// An alphanumeric item, whose value sets are never dropped, with the lines of its set, the first of which is line 8.
+QByteArray alpha(const QByteArray &lines)
+{
+    return item("Name=A\nStart=1\nLen=9\nDataType=Alpha\n[ValueSet]\n" + lines);
+}
+
+QByteArray json(const QByteArray &items,
+                const QByteArray &recordType = "\"recordType\": {\"start\": 1, \"length\": 1}, ")
+{
+    return "{\"name\": \"D\", " + recordType
+        + "\"levels\": [{\"name\": \"L\", \"records\": [{\"name\": \"R\", "
+          "\"recordType\": \"1\", \"labels\": [{\"text\": \"R\"}, {\"text\": \"S\"}], \"items\": ["
+        + items + "]}]}]}";
+}
+
+QByteArray jsonItem(const QByteArray &keys)
+{
+    return json("{\"name\": \"A\", \"start\": 2, " + keys + "}");
+}
+
+QByteArray jsonCodes(const QByteArray &type, const QByteArray &values)
+{
+    return jsonItem("\"length\": 7, \"contentType\": \"" + type + "\", \"valueSets\": [{\"name\": \"V\", \"values\": ["
+                    + values + "]}]");
+}
+
+QByteArray value(const QByteArray &pair)
+{
+    return "{\"labels\": [{\"text\": \"x\"}], \"pairs\": [{" + pair + "}]}";
+}
+
+} // namespace
+
+/// What the readers of dictionaries and lookups tell of odd files, and that they tell nothing else.
+class DictionaryNotesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
+        QVERIFY(folder.isValid());
+    }
+    void init()
+    {
+        setDecimalAnswer([](const DecimalQuestion & /*question*/) { return QMessageBox::NoToAll; });
+    }
+
+    void textDictionaryTells_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QStringList>("notes");
+        const QByteArray number = item("Name=A\nStart=1\nLen=9\n[ValueSet]\n");
+
+        QTest::newRow("keys of a further value set are not read")
+            << alpha("Name=V\nValue=1;x\n[ValueSet]\nLabel=a=b\nName=W\nValue=1;Name\n")
+            << QStringList{ "further-value-set|10|A|W" };
+        QTest::newRow("a range of a dropped set does not stand as end points") << number
+                + "Value=1:5;x\nValue=y;z\n" << QStringList{ "value-set-dropped|8|A|y" };
+        QTest::newRow("a range of a kept set does") << number + "Value=1:5;x\n"
+                                                    << QStringList{ "range-as-end-points|7|A|1:5;x" };
+        QTest::newRow("more than an upper bound behind the colon, with blanks")
+            << alpha("Value=1:7 10 11;x\n") << QStringList{ "several-in-a-line|8|A|1:7 10 11;x" };
+        QTest::newRow("more than an upper bound behind the colon, with a colon")
+            << alpha("Value=1:7:9;x\n") << QStringList{ "several-in-a-line|8|A|1:7:9;x" };
+        QTest::newRow("blank around an upper bound")
+            << alpha("Value=1: 7;x\n") << QStringList{ "range-as-end-points|8|A|1: 7;x" };
+        QTest::newRow("the line that ends the reading, not the last of its section")
+            << alpha("Value=1:5 7:9;x\nValue=1;a\nValue=2;b\nValue=3;c\n")
+            << QStringList{ "several-in-a-line|8|A|1:5 7:9;x", "reading-ended|8|A|1:5 7:9;x" };
+        QTest::newRow("opening apostrophe alone")
+            << alpha("Value='tis;x\n") << QStringList{ "kept-apostrophe|8|A|'tis;x" };
+        QTest::newRow("blank behind the closing apostrophe")
+            << alpha("Value='A' ;x\n") << QStringList{ "kept-apostrophe|8|A|'A' ;x" };
+        QTest::newRow("mark that the next line takes back") << alpha("Value=9;x\nName=MISSING ,Special\nName=Other,\n")
+                                                            << QStringList{ "mark-not-recognised|10|A|Other," };
+        QTest::newRow("mark that the next line leaves")
+            << alpha("Value=9;x\nName=MISSING ,Special\nName=Other\n")
+            << QStringList{ "unknown-key|10|A|Other", "marked-value|9|A|9 x" };
+        QTest::newRow("one mark each is no further mark")
+            << alpha("Value=8;x\nName=NOTAPPL ,Special\nValue=9;y\nName=MISSING ,Special\n")
+            << QStringList{ "marked-value|9|A|8 x", "marked-value|11|A|9 y" };
+        QTest::newRow("a million is written with an exponent") << number
+                + "Value=1000000;x\n" << QStringList{ "code-rounded|0|A|1000000", "bound-rounded|0|A|1000000" };
+        QTest::newRow("long code with zeros in front") << number + "Value=0000001;x\n" << QStringList();
+        QTest::newRow("words in any case")
+            << item("Name=A\nStart=1\nLen=9\nDataType=nUMERIC\nItemType=ITEM\nZeroFill=no\nDecimalChar=YES\n")
+            << QStringList();
+        QTest::newRow("a key that holds the word of another, which is not there")
+            << item("Name=A\nStart=1\nLen=9\nDecimalChar=Yes\n") << QStringList();
+        QTest::newRow("a key that holds the word of another, which is below")
+            << item("Name=A\nStart=1\nLen=9\nDecimalChar=Yes\nDecimal=2\n")
+            << QStringList{ "key-by-substring|6|A|Decimal: DecimalChar=Yes",
+                            "number-not-converted|6|A|DecimalChar=Yes" };
+        QTest::newRow("bracket alone") << item("Name=A\nLen=9\n[\nStart=3\n")
+                                       << QStringList{ "missing-key|2|A|Start", "line-outside-section|5||[" };
+        QTest::newRow("old line ends") << QByteArray("[Item]\rName=A\rStart=1\rLen=2\r")
+                                       << QStringList{ "text-behind-header|1||[Item]Name=AStart=1Len=2",
+                                                       "missing-key|1||Name", "missing-key|1||Start",
+                                                       "missing-key|1||Len", "item-outside-record|1||" };
+        QTest::newRow("value set behind an absent item, where the one before has its own")
+            << alpha("Value=1;x\n[Item]\nName=B\nStart=1\nLen=1\nOccurrences=0\n[ValueSet]\nName=V\nValue=2;y\n")
+            << QStringList{ "no-occurrences|9|B|B", "value-set-without-item|14|B|V" };
+        QTest::newRow("decimals and codes of occurrences once, and under the first of them")
+            << item("Name=A\nStart=1\nLen=1\n[Item]\nName=B\nStart=2\nLen=9\nDecimal=2\nOccurrences=3\n"
+                    "[ValueSet]\nValue=1234567\n")
+            << QStringList{ "occurrence-names|6|B_1|B", "value-without-label|13|B_1|1234567", "decimals-lost|0|B_1|2",
+                            "bound-rounded|0|B_1|1234567" };
+        QTest::newRow("item on the record type")
+            << QByteArray("[Record]\nName=R\nRecordTypeValue='1'\n[Item]\nName=A\nStart=1\nLen=2\n")
+            << QStringList{ "overlapping-positions|0|A|columns 1 to 2" };
+        QTest::newRow("item on an id item")
+            << item("Name=A\nStart=2\nLen=4\n[Record]\nName=R\nRecordTypeValue='1'\n[Item]\nName=B\nStart=5\nLen=2\n"
+                    "[Item]\nName=C\nStart=7\nLen=2\n")
+            << QStringList{ "overlapping-positions|0|B|columns 5 to 6" };
+        QTest::newRow("record type where there is no record") << item("Name=A\nStart=1\nLen=4\n") << QStringList();
+        QTest::newRow("record without its type, where there are types")
+            << QByteArray("[Record]\nName=R\n") << QStringList{ "missing-key|1||RecordTypeValue" };
+        QTest::newRow("record without its type, where there are none")
+            << QByteArray("[Dictionary]\nRecordTypeStart=0\nRecordTypeLen=0\n[Record]\nName=R\n") << QStringList();
+        QTest::newRow("one name for two records, of no type")
+            << QByteArray("[Dictionary]\nRecordTypeStart=0\nRecordTypeLen=0\n[Record]\nName=R\n[Record]\nName=S\n"
+                          "[Record]\nName=R\n")
+            << QStringList{ "duplicate-record|0||R=" };
+        QTest::newRow("record of the name that the id items go by")
+            << QByteArray("[Record]\nName=Common\nRecordTypeValue='1'\n")
+            << QStringList{ "duplicate-record|0||Common=1" };
+        QTest::newRow("dictionary without the place of the record type")
+            << QByteArray("[Dictionary]\nName=D\n")
+            << QStringList{ "missing-key|1||RecordTypeLen", "missing-key|1||RecordTypeStart" };
+        QTest::newRow("dictionary without record types")
+            << QByteArray("[Dictionary]\nRecordTypeLen=0\n") << QStringList();
+    }
+    void textDictionaryTells() { compare<TCSProDataImport>(); }
+
+    void jsonDictionaryTells_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QStringList>("notes");
+        QTest::newRow("labels of records are in no layout") << jsonItem("\"length\": 2") << QStringList();
+        QTest::newRow("no length") << jsonItem("\"contentType\": \"numeric\"")
+                                   << QStringList{ "missing-key|0|A|length" };
+        QTest::newRow("no record type") << json("{\"name\": \"A\", \"length\": 2}", "")
+                                        << QStringList{ "missing-key|0||recordType" };
+        QTest::newRow("column 1 where nothing else stands")
+            << json("{\"name\": \"A\", \"length\": 2}", "\"recordType\": {\"start\": 0, \"length\": 0}, ")
+            << QStringList();
+        QTest::newRow("image") << jsonItem("\"length\": 2, \"contentType\": \"Image\"")
+                               << QStringList{ "word-not-recognised|0|A|\"contentType\":\"Image\"" };
+        QTest::newRow("label of another type")
+            << jsonItem("\"length\": 2, \"labels\": [\"Age\"]") << QStringList{ "wrong-type|0|A|\"labels\":\"Age\"" };
+        QTest::newRow("range of an integer")
+            << jsonCodes("numeric", value("\"range\": [\"1\", \"9\"]")) << QStringList{ "code-as-zero|0|A|1:9 x" };
+        QTest::newRow("word as the code of an integer")
+            << jsonCodes("numeric", value("\"value\": \"Z\"")) << QStringList{ "code-as-zero|0|A|Z x" };
+        QTest::newRow("range of a text") << jsonCodes("alpha", value("\"range\": [\"1\", \"9\"]"))
+                                         << QStringList{ "range-as-code|0|A|1:9" };
+        QTest::newRow("one number twice")
+            << jsonCodes("numeric", value("\"value\": \"1\"") + ", " + value("\"value\": \"01\""))
+            << QStringList{ "duplicate-code|0|A|01 x" };
+        QTest::newRow("two texts that are one number")
+            << jsonCodes("alpha", value("\"value\": \"1\"") + ", " + value("\"value\": \"01\"")) << QStringList();
+        QTest::newRow("no label") << jsonCodes("alpha", "{\"pairs\": [{\"value\": \"B\"}]}")
+                                  << QStringList{ "value-without-label|0|A|B" };
+        QTest::newRow("each further pair")
+            << jsonCodes("alpha", value("\"value\": \"1\"}, {\"value\": \"2\"}, {\"range\": [\"3\", \"4\"]"))
+            << QStringList{ "further-pairs|0|A|2 x", "further-pairs|0|A|3:4 x" };
+    }
+    void jsonDictionaryTells() { compare<TCSProJsonDataImport>(); }
+
+    void lookupTellsOfKeysThatStandThereAlready()
+    {
+        QCOMPARE(notesOfLookup("1 Artesia\n2 Copal\n1 Dorado\nEsmeralda\n"),
+                 (QStringList{ "duplicate-key|3||1 Dorado", "repeats-line-before|4||Esmeralda" }));
+    }
+
+    void lookupTellsOfBytesThatAreNoText()
+    {
+        QCOMPARE(notesOfLookup("1 Artesia\n2 Cop\xE1l\n"),
+                 QStringList{ QString::fromUtf8("unreadable-letters|2||2 Cop\xEF\xBF\xBDl") });
+    }
+
+private:
+    template <typename Importer> void compare()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QStringList, notes);
+        ReadReport report;
+        Importer importer(write(content));
+        TDataImport &base = importer;
+        base.setReadReport(&report);
+        takeWholeRoad(base);
+        QCOMPARE(inWords(report), notes);
+    }
+
+    QStringList notesOfLookup(const QByteArray &content)
+    {
+        ReadReport report;
+        TVpLookup lookup;
+        lookup.setFfileName(write(content));
+        lookup.setReadReport(&report);
+        std::map<QString, int *> frequencies;
+        lookup.consistencyCheck(ccNone, frequencies, nullptr);
+        return inWords(report);
+    }
+
+    QString write(const QByteArray &content)
+    {
+        const QString path = folder.filePath(QStringLiteral("file"));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("a test file cannot be written");
+        return path;
+    }
+
+    QTemporaryDir folder;
+};
+
+QTEST_GUILESS_MAIN(DictionaryNotesTest)
+#include "DictionaryNotesTest.moc"
