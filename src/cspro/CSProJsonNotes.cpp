@@ -5,6 +5,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <array>
 #include <initializer_list>
 #include <iterator>
 
@@ -131,17 +132,27 @@ private:
 
     void tell(NoteKind kind, const QString &text) { report.add(kind, text, 0, variable); }
 
-    // Types of what is read, and keys that are not.
-    template <size_t count> void overKeys(const QJsonObject &object, const JsonKey (&keys)[count])
+    // Types of what is read, and keys that are not. Answers the values of the keys, in the order of these; undefined
+    // where there is none.
+    template <size_t count>
+    std::array<QJsonValue, count> overKeys(const QJsonObject &object, const JsonKey (&keys)[count])
     {
+        std::array<QJsonValue, count> values;
+        values.fill(QJsonValue(QJsonValue::Undefined));
         for (auto entry = object.constBegin(); entry != object.constEnd(); ++entry) {
-            const auto known = std::find_if(std::begin(keys), std::end(keys),
-                                            [&](const JsonKey &key) { return entry.key() == QLatin1String(key.name); });
-            if (known == std::end(keys))
-                tell(NoteKind::unknownKey, textOf(entry.key(), entry.value()));
-            else if (!hasType(entry.value(), known->type))
-                tell(NoteKind::wrongType, textOf(entry.key(), entry.value()));
+            const QString name = entry.key();
+            const QJsonValue value = entry.value();
+            const auto *known = std::find_if(std::begin(keys), std::end(keys),
+                                             [&](const JsonKey &key) { return name == QLatin1String(key.name); });
+            if (known == std::end(keys)) {
+                tell(NoteKind::unknownKey, textOf(name, value));
+                continue;
+            }
+            values[size_t(known - std::begin(keys))] = value;
+            if (!hasType(value, known->type))
+                tell(NoteKind::wrongType, textOf(name, value));
         }
+        return values;
     }
 
     void need(const QJsonObject &object, std::initializer_list<const char *> keys)
@@ -163,14 +174,15 @@ private:
         }
     }
 
-    // Asked of items and values: no layout has a place for the labels of anything else.
-    void overLabels(const QJsonObject &object)
+    // Asked of items and values: no layout has a place for the labels of anything else. Answers the one that is read.
+    QString overLabels(const QJsonArray &labels)
     {
-        const QJsonArray labels = arrayOf(object, "labels");
-        if (!labels.isEmpty() && !labels.at(0).toObject().value(QLatin1String("text")).isString())
+        const QJsonValue text = labels.at(0).toObject().value(QLatin1String("text"));
+        if (!labels.isEmpty() && !text.isString())
             tell(NoteKind::wrongType, textOf(QStringLiteral("labels"), labels.at(0)));
         if (labels.size() > 1)
             tell(NoteKind::furtherLanguages, labels.at(1).toObject().value(QLatin1String("text")).toString());
+        return text.toString();
     }
 
     void overLevelHead(const QJsonObject &level)
@@ -221,7 +233,7 @@ private:
             tell(NoteKind::occurrenceNumbers, item.value(QLatin1String("name")).toString());
         if (!canRepeat && !occurrences.isEmpty())
             tell(NoteKind::unknownKey, textOf(QStringLiteral("occurrences"), occurrences));
-        overLabels(item);
+        overLabels(arrayOf(item, "labels"));
         if (item.value(QLatin1String("decimals")).toDouble() > 0)
             tell(NoteKind::decimalsNotRead, textOf(QStringLiteral("decimals"), item.value(QLatin1String("decimals"))));
         if (item.value(QLatin1String("subitem")).toBool())
@@ -255,22 +267,26 @@ private:
             return tell(NoteKind::wrongType, textOf(QStringLiteral("valueSets"), sets.at(0)));
         const QJsonObject set = sets.at(0).toObject();
         overKeys(set, valueSetKeys);
-        codes.clear();
+        texts.clear();
+        numbers.clear();
         forEachObject(arrayOf(set, "values"), [this](const QJsonObject &value) { overValue(value); });
     }
 
     void overValue(const QJsonObject &value)
     {
-        overKeys(value, valueKeys);
-        overLabels(value);
-        const QString label = arrayOf(value, "labels").at(0).toObject().value(QLatin1String("text")).toString();
-        const QJsonArray pairs = arrayOf(value, "pairs");
-        const QString code = codeOf(pairs.at(0).toObject());
-        if (value.contains(QLatin1String("special")))
+        const auto [labels, pairs, special] = overKeys(value, valueKeys);
+        const QString label = overLabels(labels.toArray());
+        const QJsonArray all = pairs.toArray();
+        const auto [single, range] = overKeys(all.at(0).toObject(), pairKeys);
+        const QString code = codeOf(single, range);
+        if (!special.isUndefined())
             tell(NoteKind::specialNotRead, inWords(code, label));
-        for (int i = 1; i < pairs.size(); ++i)
-            tell(NoteKind::furtherPairs, inWords(codeOf(pairs.at(i).toObject()), label));
-        overPair(pairs.at(0).toObject(), code, label);
+        for (int i = 1; i < all.size(); ++i) {
+            const QJsonObject pair = all.at(i).toObject();
+            const QString further = codeOf(pair.value(QLatin1String("value")), pair.value(QLatin1String("range")));
+            tell(NoteKind::furtherPairs, inWords(further, label));
+        }
+        overCode(code, single.isUndefined(), label);
         if (label.isEmpty())
             tell(NoteKind::valueWithoutLabel, code);
     }
@@ -280,48 +296,43 @@ private:
         return (code + QLatin1Char(' ') + label).trimmed();
     }
 
-    // Null where there is none that is read.
-    static QString codeOf(const QJsonObject &pair)
+    // Of a pair; null where there is none that is read.
+    static QString codeOf(const QJsonValue &single, const QJsonValue &range)
     {
-        const auto code = pair.constFind(QLatin1String("value"));
-        if (code != pair.constEnd())
-            return code.value().isString() ? code.value().toString() : QString();
-        const QJsonArray range = arrayOf(pair, "range");
-        const bool isRange = range.size() == 2 && range.at(0).isString() && range.at(1).isString();
-        return isRange ? range.at(0).toString() + QLatin1Char(':') + range.at(1).toString() : QString();
+        if (!single.isUndefined())
+            return single.isString() ? single.toString() : QString();
+        const QJsonArray bounds = range.toArray();
+        const bool isRange = bounds.size() == 2 && bounds.at(0).isString() && bounds.at(1).isString();
+        return isRange ? bounds.at(0).toString() + QLatin1Char(':') + bounds.at(1).toString() : QString();
     }
 
-    void overPair(const QJsonObject &pair, const QString &code, const QString &label)
+    void overCode(const QString &code, bool isRange, const QString &label)
     {
-        overKeys(pair, pairKeys);
-        const bool isRange = !pair.contains(QLatin1String("value"));
         bool isNumeral = false;
-        const double number = code.toDouble(&isNumeral);
+        const double number = isNumber ? code.toDouble(&isNumeral) : 0;
         if (code.isNull())
             tell(NoteKind::valueWithoutCode, label);
         else if (isInteger && !isNumeral)
             tell(NoteKind::codeAsZero, inWords(code, label));
         else if (isRange)
             tell(NoteKind::rangeAsCode, code);
-        else
-            overCode(isNumber && isNumeral ? QString::number(number, 'g', allDigits) : code, inWords(code, label));
+        else if (isNumeral ? !isNew(numbers, number) : !isNew(texts, code))
+            tell(NoteKind::duplicateCode, inWords(code, label));
     }
 
-    void overCode(const QString &code, const QString &words)
+    template <typename Code> static bool isNew(QSet<Code> &codes, const Code &code)
     {
         const int before = codes.size();
         codes.insert(code);
-        if (codes.size() == before)
-            tell(NoteKind::duplicateCode, words);
+        return codes.size() > before;
     }
-
-    static constexpr int allDigits = 17;
 
     ReadReport &report;
     QString variable; ///< of the item in hand
     bool isNumber = false;
     bool isInteger = false;
-    QSet<QString> codes; ///< of the value set in hand, numbers in one form
+    QSet<double> numbers; ///< codes of the value set in hand
+    QSet<QString> texts;  ///< those that are no numbers
     bool isBehindFirstLevel = false;
     bool isColumnOneTaken = false; ///< by the record type or the id items
 };

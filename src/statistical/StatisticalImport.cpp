@@ -209,7 +209,7 @@ QString describeLabel(QString set, const readstat_value_t &value, const TStatVal
 // Its name and its first label: a name that ReadStat has made says nothing.
 QString describeSet(const std::string &name, const LabelSet &set)
 {
-    const QString text = QString::fromStdString(name);
+    QString text = QString::fromStdString(name);
     if (set.empty())
         return text;
     const TStatValueLabel &first = *set.front();
