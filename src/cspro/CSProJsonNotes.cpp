@@ -1,4 +1,5 @@
 #include "cspro/CSProNotes_p.h"
+#include "util/Numbers_p.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -8,6 +9,7 @@
 #include <array>
 #include <initializer_list>
 #include <iterator>
+#include <vector>
 
 namespace cspro
 {
@@ -53,6 +55,21 @@ constexpr JsonKey itemKeys[]
         { "length", integerType }, { "start", integerType },      { "decimalMark", flagType },
         { "zeroFill", flagType },  { "occurrences", objectType }, { "valueSets", arrayType },
         { "decimals", anyType },   { "subitem", anyType },        { "subitemOffset", anyType } };
+enum class ItemKey { // in the same order
+    name,
+    labels,
+    contentType,
+    length,
+    start,
+    decimalMark,
+    zeroFill,
+    occurrences,
+    valueSets,
+    decimals,
+    subitem,
+    subitemOffset
+};
+static_assert(std::size(itemKeys) == size_t(ItemKey::subitemOffset) + 1);
 constexpr JsonKey valueSetKeys[] = { { "name", textType }, { "labels", arrayType }, { "values", arrayType } };
 constexpr JsonKey valueKeys[] = { { "labels", arrayType }, { "pairs", arrayType }, { "special", anyType } };
 constexpr JsonKey pairKeys[] = { { "value", textType }, { "range", arrayType } };
@@ -95,6 +112,34 @@ QString textOf(const QString &key, const QJsonValue &value)
     return text.left(mostCharacters);
 }
 
+/// Numbers that came before. They mostly come in ascending order, and then cost next to nothing.
+class NumbersSoFar
+{
+public:
+    void clear()
+    {
+        ascending.clear();
+        all.clear();
+    }
+
+    bool isNew(double number)
+    {
+        if (all.isEmpty() && (ascending.empty() || number > ascending.back())) {
+            ascending.push_back(number);
+            return true;
+        }
+        if (all.isEmpty())
+            all = QSet<double>(ascending.cbegin(), ascending.cend());
+        const int before = all.size();
+        all.insert(number);
+        return all.size() > before;
+    }
+
+private:
+    std::vector<double> ascending;
+    QSet<double> all; ///< from the first on that was not above those before it
+};
+
 /// One walk over a dictionary object, in the order of the reader.
 class Walk
 {
@@ -121,6 +166,8 @@ public:
     }
 
 private:
+    template <size_t count> using Values = std::array<QJsonValue, count>;
+
     static QJsonObject objectOf(const QJsonObject &parent, const char *key)
     {
         return parent.value(QLatin1String(key)).toObject();
@@ -134,10 +181,9 @@ private:
 
     // Types of what is read, and keys that are not. Answers the values of the keys, in the order of these; undefined
     // where there is none.
-    template <size_t count>
-    std::array<QJsonValue, count> overKeys(const QJsonObject &object, const JsonKey (&keys)[count])
+    template <size_t count> Values<count> overKeys(const QJsonObject &object, const JsonKey (&keys)[count])
     {
-        std::array<QJsonValue, count> values;
+        Values<count> values;
         values.fill(QJsonValue(QJsonValue::Undefined));
         for (auto entry = object.constBegin(); entry != object.constEnd(); ++entry) {
             const QString name = entry.key();
@@ -220,39 +266,41 @@ private:
 
     void overItem(const QJsonObject &item, bool canRepeat)
     {
+        const QString name = item.value(QLatin1String("name")).toString();
         const QJsonObject occurrences = objectOf(item, "occurrences");
         const int count = canRepeat ? occurrences.value(QLatin1String("maximum")).toInt(1) : 1;
-        variable = item.value(QLatin1String("name")).toString();
-        if (count >= 2)
-            variable += QLatin1String("_1");
-        overKeys(item, itemKeys);
+        variable = count >= 2 ? name + QLatin1String("_1") : name;
+        const Values<std::size(itemKeys)> values = overKeys(item, itemKeys);
+        const auto valueOf = [&](ItemKey key) -> const QJsonValue & { return values[size_t(key)]; };
         need(item, { "name", "length" });
-        overContentType(item);
+        overContentType(valueOf(ItemKey::contentType), valueOf(ItemKey::length).toInt());
         overKeys(occurrences, occurrencesKeys);
         if (count >= 2)
-            tell(NoteKind::occurrenceNumbers, item.value(QLatin1String("name")).toString());
+            tell(NoteKind::occurrenceNumbers, name);
         if (!canRepeat && !occurrences.isEmpty())
             tell(NoteKind::unknownKey, textOf(QStringLiteral("occurrences"), occurrences));
-        overLabels(arrayOf(item, "labels"));
-        if (item.value(QLatin1String("decimals")).toDouble() > 0)
-            tell(NoteKind::decimalsNotRead, textOf(QStringLiteral("decimals"), item.value(QLatin1String("decimals"))));
-        if (item.value(QLatin1String("subitem")).toBool())
-            tell(item.contains(QLatin1String("start")) ? NoteKind::subitem : NoteKind::subitemReadFlat, variable);
-        overValueSets(arrayOf(item, "valueSets"));
+        overLabels(valueOf(ItemKey::labels).toArray());
+        const QJsonValue &decimals = valueOf(ItemKey::decimals);
+        if (decimals.toDouble() > 0)
+            tell(NoteKind::decimalsNotRead, textOf(QStringLiteral("decimals"), decimals));
+        if (valueOf(ItemKey::subitem).toBool()) {
+            const bool isPlaced = !valueOf(ItemKey::start).isUndefined();
+            tell(isPlaced ? NoteKind::subitem : NoteKind::subitemReadFlat, variable);
+        }
+        overValueSets(valueOf(ItemKey::valueSets).toArray());
     }
 
     // What is not alphanumeric is read as a number, and as an integer up to nine digits.
-    void overContentType(const QJsonObject &item)
+    void overContentType(const QJsonValue &type, int length)
     {
         constexpr int longestInteger = 9;
-        const QJsonValue type = item.value(QLatin1String("contentType"));
         const auto is
             = [&](const char *word) { return type.toString().compare(QLatin1String(word), Qt::CaseInsensitive) == 0; };
         const bool isAlpha = is("alpha");
         if (type.isString() && !isAlpha && !is("numeric"))
             tell(NoteKind::wordNotRecognised, textOf(QStringLiteral("contentType"), type));
         isNumber = !isAlpha;
-        isInteger = !isAlpha && item.value(QLatin1String("length")).toInt() <= longestInteger;
+        isInteger = !isAlpha && length <= longestInteger;
     }
 
     void overValueSets(const QJsonArray &sets)
@@ -267,8 +315,8 @@ private:
             return tell(NoteKind::wrongType, textOf(QStringLiteral("valueSets"), sets.at(0)));
         const QJsonObject set = sets.at(0).toObject();
         overKeys(set, valueSetKeys);
-        texts.clear();
-        numbers.clear();
+        textsSoFar.clear();
+        numbersSoFar.clear();
         forEachObject(arrayOf(set, "values"), [this](const QJsonObject &value) { overValue(value); });
     }
 
@@ -309,30 +357,37 @@ private:
     void overCode(const QString &code, bool isRange, const QString &label)
     {
         bool isNumeral = false;
-        const double number = isNumber ? code.toDouble(&isNumeral) : 0;
+        const double number = isNumber ? numberOf(code, &isNumeral) : 0;
         if (code.isNull())
             tell(NoteKind::valueWithoutCode, label);
         else if (isInteger && !isNumeral)
             tell(NoteKind::codeAsZero, inWords(code, label));
         else if (isRange)
             tell(NoteKind::rangeAsCode, code);
-        else if (isNumeral ? !isNew(numbers, number) : !isNew(texts, code))
+        else if (isNumeral ? !numbersSoFar.isNew(number) : !isNewText(code))
             tell(NoteKind::duplicateCode, inWords(code, label));
     }
 
-    template <typename Code> static bool isNew(QSet<Code> &codes, const Code &code)
+    // A code that is an integer, as most are, is not looked at as a number of any other form.
+    static double numberOf(const QString &code, bool *isNumeral)
     {
-        const int before = codes.size();
-        codes.insert(code);
-        return codes.size() > before;
+        const int integer = numbers::toInt(code, isNumeral);
+        return *isNumeral ? integer : code.toDouble(isNumeral);
+    }
+
+    bool isNewText(const QString &code)
+    {
+        const int before = textsSoFar.size();
+        textsSoFar.insert(code);
+        return textsSoFar.size() > before;
     }
 
     ReadReport &report;
     QString variable; ///< of the item in hand
     bool isNumber = false;
     bool isInteger = false;
-    QSet<double> numbers; ///< codes of the value set in hand
-    QSet<QString> texts;  ///< those that are no numbers
+    NumbersSoFar numbersSoFar; ///< codes of the value set in hand
+    QSet<QString> textsSoFar;  ///< those of them that are no numbers
     bool isBehindFirstLevel = false;
     bool isColumnOneTaken = false; ///< by the record type or the id items
 };
