@@ -239,9 +239,7 @@ private Q_SLOTS:
         QFile file(folder.filePath("large.dcf"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("{");
-        // holds no blocks on the disk
-        if (!file.resize((qint64(1) << 31) + million))
-            QSKIP("this file system has no files of this size");
+        QVERIFY(file.resize((qint64(1) << 31) + million)); // holds no blocks on the disk
         file.close();
         OwnedJson dictionary;
         QVERIFY(!thrownBy([&] { dictionary.readFile(file.fileName()); }));

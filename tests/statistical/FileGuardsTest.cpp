@@ -387,8 +387,9 @@ private Q_SLOTS:
         const QString path = folder.filePath(QStringLiteral("large"));
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        if (!file.resize(far) || !file.seek(far) || file.write("end") != 3)
-            QSKIP("no file of this size can be made here");
+        QVERIFY(file.resize(far)); // holds no blocks on the disk
+        QVERIFY(file.seek(far));
+        QCOMPARE(file.write("end"), qint64(3));
         file.close();
         readstat_parser_t *parser = readstat_parser_init();
         statistical::BufferedFile pieces;
