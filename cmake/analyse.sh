@@ -25,4 +25,4 @@ files=$all
 [ $# -eq 0 ] || files=$(changed_since "$1")
 build_preset clang vanlayout # so that what is generated is there
 echo "$all" | on_each clazy-standalone -checks=level1 -p build/clang
-echo "$files" | on_each clang-tidy -quiet -p build/clang
+[ -z "$files" ] || echo "$files" | on_each clang-tidy -quiet -p build/clang
