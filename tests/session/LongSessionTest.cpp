@@ -24,25 +24,27 @@ template <typename Importer> std::unique_ptr<TDataImport> make(const QString &pa
     return std::make_unique<Importer>(path);
 }
 
-// Resident memory of this process in bytes; -1 where the system does not tell.
+// Resident memory of this process in bytes; 0 where the system does not tell.
 qint64 residentMemory()
 {
     QFile file(QStringLiteral("/proc/self/statm"));
     if (!file.open(QIODevice::ReadOnly))
-        return -1;
+        return 0;
     const QList<QByteArray> pages = file.readAll().split(' ');
     return pages.value(1).toLongLong() * sysconf(_SC_PAGESIZE);
 }
 
-void openAndGiveBack(MakeImporter newImporter, const QString &path)
+// Answers how many variables the provider had.
+int openAndGiveBack(MakeImporter newImporter, const QString &path)
 {
     const auto importer = newImporter(path);
     const std::unique_ptr<QStringList> names(importer->selectLayoutSource());
-    QVERIFY(!names->isEmpty());
     TVpDataProvider provider;
     provider.genericGetFieldsFrom(importer.get());
+    const int variables = provider.getFields()->size();
     provider.releaseContents();
     importer->releaseContents();
+    return variables;
 }
 
 } // namespace
@@ -68,34 +70,25 @@ private Q_SLOTS:
     }
     void residentMemoryLevelsOff()
     {
-        // Without giving back, 1 MB would be full after a few hundred openings of the smallest example.
-        constexpr int openings = 10000;
-        constexpr int openingsUntilLevel = 1000;
-        constexpr qint64 mostGrowth = 1 << 20;
-        if (residentMemory() < 0)
-            QSKIP("this system does not tell how much memory a process has");
-        if (sanitizesMemory)
-            QSKIP("a sanitizer keeps what is freed; it finds leaks and uses of freed memory by itself");
+        // Without giving back, 1 MB would be full after a few hundred openings of the smallest example. A sanitizer
+        // gets through fewer, and keeps what is freed up to its own bound: it finds what leaks and what is used once
+        // freed.
+        constexpr int openings = sanitizesMemory ? 200 : 10000;
+        constexpr int openingsUntilLevel = openings / 10;
+        constexpr qint64 mostGrowth = sanitizesMemory ? Q_INT64_C(256) << 20 : 1 << 20;
         QFETCH(MakeImporter, newImporter);
         QFETCH(QString, path);
-        for (int i = 0; i < openingsUntilLevel; ++i)
-            openAndGiveBack(newImporter, path);
+        const int variables = openAndGiveBack(newImporter, path);
+        QVERIFY(variables > 0);
+        for (int i = 1; i < openingsUntilLevel; ++i)
+            QCOMPARE(openAndGiveBack(newImporter, path), variables);
         const qint64 level = residentMemory();
+        QVERIFY(level > 0);
         for (int i = openingsUntilLevel; i < openings; ++i)
-            openAndGiveBack(newImporter, path);
+            QCOMPARE(openAndGiveBack(newImporter, path), variables);
         const qint64 growth = residentMemory() - level;
         QVERIFY2(growth <= mostGrowth, qPrintable(QString("%1 bytes more").arg(growth)));
-        qInfo("%lld KiB, %lld KiB more after 9,000 openings", level / 1024, growth / 1024);
-    }
-
-    void freedObjectsAreNotUsed_data() { residentMemoryLevelsOff_data(); }
-    void freedObjectsAreNotUsed()
-    {
-        constexpr int openings = 200; // as many as a sanitizer gets through
-        QFETCH(MakeImporter, newImporter);
-        QFETCH(QString, path);
-        for (int i = 0; i < openings; ++i)
-            openAndGiveBack(newImporter, path);
+        qInfo("%lld KiB, %lld KiB more after %d openings", level / 1024, growth / 1024, openings - openingsUntilLevel);
     }
 };
 
