@@ -18,6 +18,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -55,31 +56,48 @@ bool hasDisplay()
         || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
 }
 
+using Choices = std::vector<std::string>;
+
+void addChoice(CLI::App &command, const char *name, std::string &chosen, const Choices &choices, const char *help)
+{
+    command.add_option(name, chosen, help)->check(CLI::IsMember(choices))->capture_default_str();
+}
+
+void addFormat(CLI::App &command, std::string &format)
+{
+    addChoice(command, "--format", format, { "table", "json" }, "table or json");
+}
+
+void addType(CLI::App &command, std::string &type, const char *help, const char *name = "--type")
+{
+    addChoice(command, name, type, { "auto", "cspro", "cspro8", "stata", "spss" }, help);
+}
+
+void addDecimals(CLI::App &command, std::string &decimals)
+{
+    addChoice(command, "--decimals", decimals, { "yes", "no" }, "whether decimal codes become integers");
+}
+
+void addSeparator(CLI::App &command, std::string &separator, const char *help)
+{
+    addChoice(command, "--separator", separator, { "space", "tab", "comma", "semicolon", "colon" }, help);
+}
+
 void describeShow(CLI::App &command, ShowOptions &options)
 {
-    command.add_option("--format", options.format, "table, json or csv")
-        ->check(CLI::IsMember({ "table", "json", "csv" }))
-        ->capture_default_str();
-    command.add_option("--type", options.type, "how to read the files; auto goes by their content")
-        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
-        ->capture_default_str();
-    command.add_option("--decimals", options.decimals, "whether decimal codes become integers; ask shows a dialog")
-        ->check(CLI::IsMember({ "ask", "yes", "no" }))
-        ->capture_default_str();
+    addChoice(command, "--format", options.format, { "table", "json", "csv" }, "table, json or csv");
+    addType(command, options.type, "how to read the files; auto goes by their content");
+    addChoice(command, "--decimals", options.decimals, { "ask", "yes", "no" },
+              "whether decimal codes become integers; ask shows a dialog");
     command.add_option("FILE", options.files, "files to show")->required();
 }
 
 void describeLookup(CLI::App &command, LookupOptions &options)
 {
-    command.add_option("--format", options.format, "table or json")
-        ->check(CLI::IsMember({ "table", "json" }))
-        ->capture_default_str();
-    command.add_option("--separator", options.separator, "what parts a key from its value")
-        ->check(CLI::IsMember({ "space", "tab", "comma", "semicolon", "colon" }))
-        ->capture_default_str();
-    command.add_option("--mode", options.mode, "count the values, report errors, or both")
-        ->check(CLI::IsMember({ "count", "errors", "both" }))
-        ->capture_default_str();
+    addFormat(command, options.format);
+    addSeparator(command, options.separator, "what parts a key from its value");
+    addChoice(command, "--mode", options.mode, { "count", "errors", "both" },
+              "count the values, report errors, or both");
     command.add_option("--max-messages", options.maxMessages, "the message behind so many says so; none by default")
         ->check(CLI::Range(0, std::numeric_limits<int>::max()))
         ->type_name("N");
@@ -88,48 +106,29 @@ void describeLookup(CLI::App &command, LookupOptions &options)
 
 void describeExplain(CLI::App &command, ExplainOptions &options)
 {
-    command.add_option("--format", options.format, "table or json")
-        ->check(CLI::IsMember({ "table", "json" }))
-        ->capture_default_str();
-    command.add_option("--type", options.type, "how to read the files; auto goes by their content")
-        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss", "lookup" }))
-        ->capture_default_str();
-    command.add_option("--decimals", options.decimals, "whether decimal codes become integers")
-        ->check(CLI::IsMember({ "yes", "no" }))
-        ->capture_default_str();
-    command.add_option("--separator", options.separator, "of lookups: what parts a key from its value")
-        ->check(CLI::IsMember({ "space", "tab", "comma", "semicolon", "colon" }))
-        ->capture_default_str();
+    addFormat(command, options.format);
+    addChoice(command, "--type", options.type, { "auto", "cspro", "cspro8", "stata", "spss", "lookup" },
+              "how to read the files; auto goes by their content");
+    addDecimals(command, options.decimals);
+    addSeparator(command, options.separator, "of lookups: what parts a key from its value");
     command.add_flag("--all", options.showsAll, "show every place of a kind, not the first ten");
     command.add_option("FILE", options.files, "files to explain")->required();
 }
 
 void describeDiff(CLI::App &command, DiffOptions &options)
 {
-    command.add_option("--format", options.format, "table or json")
-        ->check(CLI::IsMember({ "table", "json" }))
-        ->capture_default_str();
-    command.add_option("--old-type", options.oldType, "how to read OLD; auto goes by its content")
-        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
-        ->capture_default_str();
-    command.add_option("--new-type", options.newType, "how to read NEW; auto goes by its content")
-        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
-        ->capture_default_str();
-    command.add_option("--decimals", options.decimals, "whether decimal codes become integers")
-        ->check(CLI::IsMember({ "yes", "no" }))
-        ->capture_default_str();
+    addFormat(command, options.format);
+    addType(command, options.oldType, "how to read OLD; auto goes by its content", "--old-type");
+    addType(command, options.newType, "how to read NEW; auto goes by its content", "--new-type");
+    addDecimals(command, options.decimals);
     command.add_option("OLD", options.oldFile, "file with the layout as it was")->required();
     command.add_option("NEW", options.newFile, "file with the layout as it is")->required();
 }
 
 void describeCodebook(CLI::App &command, CodebookOptions &options)
 {
-    command.add_option("--type", options.type, "how to read the file; auto goes by its content")
-        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
-        ->capture_default_str();
-    command.add_option("--decimals", options.decimals, "whether decimal codes become integers")
-        ->check(CLI::IsMember({ "yes", "no" }))
-        ->capture_default_str();
+    addType(command, options.type, "how to read the file; auto goes by its content");
+    addDecimals(command, options.decimals);
     command.add_option("-o,--output", options.output, "page to write; - is standard output")
         ->required()
         ->type_name("PAGE");
@@ -141,12 +140,8 @@ void describeExport(CLI::App &command, ExportOptions &options)
     command.add_option("--to", options.target, "DDI Codebook, CSV on the Web metadata, or JSON Schema")
         ->check(CLI::IsMember({ "ddi", "csvw", "json-schema" }))
         ->required();
-    command.add_option("--type", options.type, "how to read the file; auto goes by its content")
-        ->check(CLI::IsMember({ "auto", "cspro", "cspro8", "stata", "spss" }))
-        ->capture_default_str();
-    command.add_option("--decimals", options.decimals, "whether decimal codes become integers")
-        ->check(CLI::IsMember({ "yes", "no" }))
-        ->capture_default_str();
+    addType(command, options.type, "how to read the file; auto goes by its content");
+    addDecimals(command, options.decimals);
     command.add_option("-o,--output", options.output, "file to write; - is standard output, as is none")
         ->type_name("OUTPUT");
     command.add_option("FILE", options.file, "file to export the layout of")->required();
