@@ -1,0 +1,29 @@
+#ifndef BOTHWAYS_H
+#define BOTHWAYS_H
+
+#include "FuzzedFile.h"
+#include "import/ReadReport.h"
+#include "support/WholeRoad.h"
+
+#include <QtGlobal>
+
+// A file in both ways of reading, which must tell the same; with a report in one of them, which must not change a thing
+// either. `tune` gets each importer before it reads.
+template <typename Importer, typename Tune> void readInBothWays(const uint8_t *data, size_t size, Tune tune)
+{
+    static FuzzedFile file;
+    const QString name = file.holding(data, size);
+    QString told[2];
+    for (const bool isBuffered : { false, true }) {
+        Importer importer(name);
+        importer.setReadingBuffered(isBuffered);
+        ReadReport report;
+        importer.setReadReport(isBuffered ? &report : nullptr);
+        tune(importer);
+        told[isBuffered] = takeWholeRoad(importer);
+    }
+    if (told[0] != told[1])
+        qFatal("the two ways of reading differ");
+}
+
+#endif // BOTHWAYS_H
