@@ -7,12 +7,15 @@
 #include "import/DataImport.h"
 #include "import/GenericField.h"
 #include "import/KeptObjects.h"
+#include "import/LayoutNotes_p.h"
 #include "util/Nines_p.h"
 
+#include <QScopeGuard>
 #include <QString>
 #include <QStringList>
 
 #include <memory>
+#include <utility>
 
 /// What the importers of the two CSPro dictionary forms do alike.
 namespace cspro
@@ -28,6 +31,15 @@ template <typename Dictionary> Dictionary *newDictionary(KeptObjects &kept)
         delete dictionary;
     });
     return made.release();
+}
+
+/// Reads the file at \a path into \a dictionary; \a report, where there is one, hears of it meanwhile.
+template <typename Dictionary> void readDictionary(Dictionary &dictionary, QString path, ReadReport *report)
+{
+    const auto atEnd = qScopeGuard([&] { dictionary.report = nullptr; }); // reading may throw
+    if (report && !tellOfMissingFile(*report, path))
+        dictionary.report = report;
+    dictionary.readFile(std::move(path));
 }
 
 /// Empties \a groups, made and kept first where it is null, and appends "name=type" for each record.
@@ -78,9 +90,10 @@ private:
 };
 
 /// Makes one field of class \a Variable for each item of \a dictionary and hands it to \a add, which keeps it. Where
-/// \a importer is multiple, the field's group is the name of its item's record.
+/// \a importer is multiple, the field's group is the name of its item's record. \a report, where there is one, hears of
+/// fields that differ from their items.
 template <typename Variable, typename Add>
-void makeFields(const CSProDictionary &dictionary, TDataImport *importer, Add add)
+void makeFields(const CSProDictionary &dictionary, TDataImport *importer, ReadReport *report, Add add)
 {
     ItemDescriber describer;
     const bool hasGroups = importer->isMultiple();
@@ -91,8 +104,8 @@ void makeFields(const CSProDictionary &dictionary, TDataImport *importer, Add ad
         if (hasGroups && item->record)
             field->group = item->record->name;
         describer.describe(*item, *field);
-        if (dictionary.report)
-            tellOfDigits(*dictionary.report, *item, i, *field);
+        if (report)
+            tellOfDigits(*report, *item, i, *field);
         add(field.release());
     }
 }

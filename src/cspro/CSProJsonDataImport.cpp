@@ -6,8 +6,6 @@
 #include "import/DebugLog_p.h"
 #include "import/LayoutNotes_p.h"
 
-#include <QScopeGuard>
-
 namespace
 {
 
@@ -120,11 +118,7 @@ void TCSProJsonDataImport::releaseContents()
 void TCSProJsonDataImport::openRead(QString fileName)
 {
     renewDictionary();
-    const auto atEnd = qScopeGuard([made = dictionary] { made->report = nullptr; }); // reading may throw
-    if (report && !tellOfMissingFile(*report, fileName))
-        dictionary->report = report;
-    dictionary->readFile(std::move(fileName));
-    dictionary->report = report;
+    cspro::readDictionary(*dictionary, std::move(fileName), report);
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;
     cspro::listGroups(*dictionary, groupList, kept);
@@ -139,7 +133,8 @@ void TCSProJsonDataImport::openRead(QString fileName)
 void TCSProJsonDataImport::copyDataFromDictionary()
 {
     if (dictionary)
-        cspro::makeFields<TCSProJsonVariable>(*dictionary, this, [this](TGenericField *field) { addField(field); });
+        cspro::makeFields<TCSProJsonVariable>(*dictionary, this, report,
+                                              [this](TGenericField *field) { addField(field); });
 }
 
 void TCSProJsonDataImport::getNotApplicable(TGenericField *field) const

@@ -21,19 +21,25 @@ namespace
 
 using Keys = std::vector<QString>;
 
-// The keys that are read of a section.
-const Keys &keysOf(Section kind)
+struct SectionKeys {
+    Keys known;  // which are read
+    Keys needed; // which have to be there: without them a default is taken that is hardly meant
+};
+
+const SectionKeys &keysOf(Section kind)
 {
-    static const Keys dictionary
-        = { QStringLiteral("Version"),   CSProKeyword::Label,     CSProKeyword::Name,     CSProKeyword::RecordTypeStart,
-            CSProKeyword::RecordTypeLen, CSProKeyword::Positions, CSProKeyword::ZeroFill, CSProKeyword::DecimalChar };
-    static const Keys record = { CSProKeyword::Label,    CSProKeyword::Name,       CSProKeyword::RecordTypeValue,
-                                 CSProKeyword::Required, CSProKeyword::MaxRecords, CSProKeyword::RecordLen };
-    static const Keys item
-        = { CSProKeyword::Label,       CSProKeyword::Name,     CSProKeyword::Start,       CSProKeyword::Len,
-            CSProKeyword::DataType,    CSProKeyword::ItemType, CSProKeyword::Occurrences, CSProKeyword::Decimal,
-            CSProKeyword::DecimalChar, CSProKeyword::ZeroFill };
-    static const Keys valueSet = { CSProKeyword::Label, CSProKeyword::Name };
+    static const SectionKeys dictionary
+        = { { QStringLiteral("Version"), CSProKeyword::Label, CSProKeyword::Name, CSProKeyword::RecordTypeStart,
+              CSProKeyword::RecordTypeLen, CSProKeyword::Positions, CSProKeyword::ZeroFill, CSProKeyword::DecimalChar },
+            { CSProKeyword::RecordTypeLen } };
+    static const SectionKeys record = { { CSProKeyword::Label, CSProKeyword::Name, CSProKeyword::RecordTypeValue,
+                                          CSProKeyword::Required, CSProKeyword::MaxRecords, CSProKeyword::RecordLen },
+                                        { CSProKeyword::Name } };
+    static const SectionKeys item = { { CSProKeyword::Label, CSProKeyword::Name, CSProKeyword::Start, CSProKeyword::Len,
+                                        CSProKeyword::DataType, CSProKeyword::ItemType, CSProKeyword::Occurrences,
+                                        CSProKeyword::Decimal, CSProKeyword::DecimalChar, CSProKeyword::ZeroFill },
+                                      { CSProKeyword::Name, CSProKeyword::Start, CSProKeyword::Len } };
+    static const SectionKeys valueSet = { { CSProKeyword::Label, CSProKeyword::Name }, {} };
     switch (kind) {
     case Section::dictionary:
         return dictionary;
@@ -43,25 +49,6 @@ const Keys &keysOf(Section kind)
         return item;
     default:
         return valueSet;
-    }
-}
-
-// The keys that have to be there: without them a default is taken that is hardly meant.
-const Keys &neededKeysOf(Section kind)
-{
-    static const Keys none;
-    static const Keys dictionary = { CSProKeyword::RecordTypeLen };
-    static const Keys record = { CSProKeyword::Name };
-    static const Keys item = { CSProKeyword::Name, CSProKeyword::Start, CSProKeyword::Len };
-    switch (kind) {
-    case Section::dictionary:
-        return dictionary;
-    case Section::record:
-        return record;
-    case Section::item:
-        return item;
-    default:
-        return none;
     }
 }
 
@@ -184,11 +171,11 @@ bool SectionNotes::isAbsent(const QString &key) const
 
 void SectionNotes::end(ReadReport &report, Section kind, const SectionLines &lines, int headerLine) const
 {
-    for (const QString &key : neededKeysOf(kind)) {
+    for (const QString &key : keysOf(kind).needed) {
         if (isAbsent(key))
             report.add(NoteKind::missingKey, key, headerLine);
     }
-    KeysSoFar keys(lines, keysOf(kind));
+    KeysSoFar keys(lines, keysOf(kind).known);
     for (size_t i = 0; i < isUsed.size(); ++i) {
         if (!isUsed[i])
             tellOfUnusedLine(report, lines, i, keys);
