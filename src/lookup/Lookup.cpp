@@ -192,7 +192,12 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
     QTextStream stream(&file);
     stream.setAutoDetectUnicode(true);
     while (!stream.atEnd()) {
-        stream.readLineInto(&currentLine);
+        const qint64 taken = file.pos();
+        if (!stream.readLineInto(&currentLine) && file.pos() == taken) {
+            if (report)
+                report->add(NoteKind::readingEnded, QString(), lineNumber);
+            break; // not at its end, and gives nothing: a failing disk
+        }
         currentSize = currentLine.size();
         increase(lineNumber);
         const int repeatsBefore = report ? report->count(NoteKind::repeatsLineBefore) : 0;

@@ -4,8 +4,11 @@
 #include "support/VirtualSlot.h"
 #include "support/OrdinaryUser.h"
 
+#include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QtTest>
 
 #include <algorithm>
@@ -13,10 +16,19 @@
 #include <limits>
 #include <memory>
 #include <random>
+#include <type_traits>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 struct TestAccess {
     static bool openLookup(TVpLookup &lookup) { return lookup.openLookup(); }
     static bool readLookup(TVpLookup &lookup) { return lookup.readLookup(); }
+    static void split(TVpLookup &lookup, const QString &line, QStringList *errors)
+    {
+        lookup.currentLine = line;
+        lookup.splitKeyValueAVL(errors);
+    }
     static bool importAVL(TVpLookup &lookup, std::map<QString, int *> &frequencies, QStringList *errors)
     {
         return lookup.importAVL(frequencies, errors);
@@ -25,6 +37,13 @@ struct TestAccess {
     {
         lookup.issueErrorMessage(errors, message);
     }
+    // The operations take what they take.
+    static constexpr bool (TVpLookup::*openOperation)() = &TVpLookup::openLookup;
+    static constexpr bool (TVpLookup::*readOperation)() = &TVpLookup::readLookup;
+    static constexpr bool (TVpLookup::*importOperation)(std::map<QString, int *> &, QStringList *)
+        = &TVpLookup::importAVL;
+    static constexpr void (TVpLookup::*splitOperation)(QStringList *) = &TVpLookup::splitKeyValueAVL;
+    static constexpr void (TVpLookup::*issueOperation)(QStringList *, QString) = &TVpLookup::issueErrorMessage;
     static void setMode(TVpLookup &lookup, econsistencyCheck mode) { lookup.consistency = mode; }
     static void setLine(TVpLookup &lookup, int line) { lookup.lineNumber = line; }
     static void setErrorCount(TVpLookup &lookup, int count) { lookup.errorCount = count; }
@@ -144,6 +163,8 @@ private Q_SLOTS:
         QTest::newRow("space")                          << 0 << "A1 Label"       << "A1=Label";
         QTest::newRow("space: blanks in front go")      << 0 << "A1   Label  x"  << "A1=Label  x";
         QTest::newRow("space: all white space goes")    << 0 << QString::fromUtf8("A1  \t\xC2\xA0\xE3\x80\x80L") << "A1=L";
+        QTest::newRow("space: that of control characters too") << 0 << QString::fromUtf8("A1 \v\f\r\xC2\x85L") << "A1=L";
+        QTest::newRow("space: the end of the value stays") << 0 << "A1 Label  "  << "A1=Label  ";
         QTest::newRow("space: nothing is left")         << 0 << "A1   "          << "A1=";
         QTest::newRow("tab")                            << 1 << "A1\tLabel x"    << "A1=Label x";
         QTest::newRow("tab: blanks stay")               << 1 << "A1\t  Label "   << "A1=  Label ";
@@ -445,8 +466,18 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::errorText(lookup), QString("Input data file [/nowhere/absent.txt] was not found"));
         QCOMPARE(TestAccess::errorCode(lookup), 1);
         QCOMPARE(pairsOf(lookup), QStringList("A=x"));
+        QCOMPARE(TestAccess::line(lookup), QString("A x"));
         QVERIFY(messages.isEmpty() && counts.empty());
         QVERIFY(!TestAccess::openLookup(lookup));
+    }
+
+    void placeholderInTheNameOfAMissingFileIsFilledToo()
+    {
+        TVpLookup lookup;
+        lookup.setFfileName("/nowhere%2/absent.txt");
+        QVERIFY(!TestAccess::importAVL(lookup, frequencies.map, &errors));
+        // There is no second argument.
+        QCOMPARE(TestAccess::errorText(lookup), QString("Input data file [/nowhere/absent.txt] was not found"));
     }
 
     void missingFileIsToldToAReport()
@@ -475,16 +506,44 @@ private Q_SLOTS:
 
     void fileThatWillNotOpenIsEmpty()
     {
+        ReadReport report;
         TVpLookup lookup;
         check(lookup, ccBoth, "A x\n");
+        lookup.setReadReport(&report);
         QFile::setPermissions(path(), QFileDevice::WriteOwner);
         std::map<QString, int *> counts;
         bool isImported = false;
         asOrdinaryUser([&] { isImported = TestAccess::importAVL(lookup, counts, &errors); });
+        QFile::setPermissions(path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
         QVERIFY(isImported);
         QVERIFY(TestAccess::entries(lookup).empty());
-        QVERIFY(errors.isEmpty());
-        QFile::setPermissions(path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        QVERIFY(errors.isEmpty() && counts.empty());
+        QCOMPARE(TestAccess::lineNumber(lookup), 0);
+        QCOMPARE(TestAccess::line(lookup), QString());
+        QCOMPARE(TestAccess::key(lookup), QString("A")); // as the check before left it
+        QCOMPARE(TestAccess::value(lookup), QString("x"));
+        QCOMPARE(TestAccess::errorCode(lookup), -1);
+        QCOMPARE(TestAccess::errorText(lookup), QString());
+        QCOMPARE(report.size(), size_t(1));
+        QCOMPARE(report.notes().front().kind, NoteKind::fileNotRead);
+    }
+
+    void checkEndsWhereTheDiskGivesNoMore()
+    {
+        constexpr int lines = 200000;
+        write(QString("Key value\n").repeated(lines));
+        ReadReport report;
+        TVpLookup lookup;
+        lookup.setReadReport(&report);
+        lookup.setFfileName(path());
+        lookup.setProgressListener([this](qint64 /*done*/, qint64 /*size*/) { makeReadingFail(); });
+        lookup.consistencyCheck(ccErrors, frequencies.map, nullptr);
+        QVERIFY(TestAccess::lineNumber(lookup) > 0);
+        QVERIFY(TestAccess::lineNumber(lookup) < lines);
+        QCOMPARE(pairsOf(lookup), QStringList("Key=value"));
+        QCOMPARE(report.count(NoteKind::readingEnded), 1);
+        QCOMPARE(report.notes().back().kind, NoteKind::readingEnded);
+        QCOMPARE(report.notes().back().line, TestAccess::lineNumber(lookup));
     }
 
     void readLookupTakesTheWholeFile()
@@ -503,6 +562,38 @@ private Q_SLOTS:
         lookup.setFfileName("/nowhere");
         QVERIFY(TestAccess::readLookup(lookup));
         QCOMPARE(TestAccess::line(lookup), QString());
+        writeBytes(QByteArray("\xFF\xFE"
+                              "A\0\n\0B\0",
+                              8)); // its encoding is told by its mark
+        lookup.setFfileName(path());
+        QVERIFY(TestAccess::readLookup(lookup));
+        QCOMPARE(TestAccess::line(lookup), QString("AB"));
+    }
+
+    void textWithoutAMarkIsInTheEncodingOfTheLocale()
+    {
+        QTextCodec *const before = QTextCodec::codecForLocale();
+        const auto restored = qScopeGuard([before] { QTextCodec::setCodecForLocale(before); });
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+        TVpLookup lookup;
+        writeBytes("\xE9 x\n");
+        lookup.setFfileName(path());
+        lookup.consistencyCheck(ccNone, frequencies.map, nullptr);
+        QCOMPARE(pairsOf(lookup), QStringList(QString(QChar(0xE9)) + "=x"));
+    }
+
+    void lineIsSplitInPlace()
+    {
+        TVpLookup lookup;
+        lookup.setMaxMessages(noLimit);
+        TestAccess::setMode(lookup, ccErrors);
+        TestAccess::split(lookup, "A x", &errors);
+        QCOMPARE(TestAccess::key(lookup), QString("A"));
+        QCOMPARE(TestAccess::value(lookup), QString("x"));
+        TestAccess::split(lookup, "none", &errors);
+        QCOMPARE(TestAccess::key(lookup), QString("A"));
+        QCOMPARE(TestAccess::value(lookup), QString("x"));
+        QCOMPARE(errors, QStringList("0_Separator [ ] does not exist"));
     }
 
     void fileNameIsUpdatedWhereTheFileExists()
@@ -519,9 +610,11 @@ private Q_SLOTS:
         QCOMPARE(lookup.getFfileName(), path());
         lookup.updateFileName("/nowhere/absent.txt");
         QCOMPARE(lookup.getFfileName(), path());
+        QVERIFY(TestAccess::isAccepted(lookup)); // nothing changes
 
         TVpLookup named;
         named.setFfileName("/nowhere/absent.txt");
+        QVERIFY(!TestAccess::isAccepted(named));
         named.updateFileName(QString());
         QVERIFY(TestAccess::isAccepted(named));
         QCOMPARE(named.getFfileName(), QString("/nowhere/absent.txt"));
@@ -557,6 +650,17 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::numbers(moved), QVector<qint64>(13, 0));
         QVERIFY(TestAccess::entries(moved).empty());
         QCOMPARE(TestAccess::texts(lookup), texts); // NOLINT(bugprone-use-after-move): it keeps all
+    }
+
+    void operationsTakeWhatTheyTake()
+    {
+        QVERIFY((std::is_same<decltype(&TVpLookup::setId), void (TVpLookup::*)(const QString &)>::value));
+        QVERIFY((std::is_same<decltype(&TVpLookup::updateFileName), void (TVpLookup::*)(QString)>::value));
+        QVERIFY(
+            (std::is_same<decltype(&TVpLookup::consistencyCheck),
+                          void (TVpLookup::*)(econsistencyCheck, std::map<QString, int *> &, QStringList *)>::value));
+        QVERIFY(TestAccess::openOperation && TestAccess::readOperation && TestAccess::importOperation
+                && TestAccess::splitOperation && TestAccess::issueOperation);
     }
 
     void destructorIsVirtual() { QVERIFY(std::has_virtual_destructor<TVpLookup>::value); }
@@ -888,6 +992,17 @@ private:
         QFile file(path());
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("%s cannot be written", qPrintable(path()));
+    }
+    // Puts what cannot be read in place of the open file, which keeps its size.
+    void makeReadingFail() const
+    {
+        const int unreadable = open(QFile::encodeName(path()).constData(), O_WRONLY | O_CLOEXEC);
+        for (const QString &number : QDir("/proc/self/fd").entryList(QDir::Files | QDir::System)) {
+            const int descriptor = number.toInt();
+            if (descriptor != unreadable && QFile::symLinkTarget("/proc/self/fd/" + number) == path())
+                QCOMPARE(dup2(unreadable, descriptor), descriptor);
+        }
+        close(unreadable);
     }
     void write(const QString &text) const
     {

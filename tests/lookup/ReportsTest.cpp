@@ -49,6 +49,7 @@ public:
 };
 
 const QStringList usualCaptions = { "VanX Lookup Checking", "Lookup Identification", "Lookup Label", "Lookup File" };
+const QStringList values = { "id", "label", "file" };
 const QStringList nothing3 = { QString(), QString(), QString() };
 const QStringList nothing4 = nothing3 + QStringList(QString());
 
@@ -131,6 +132,22 @@ private Q_SLOTS:
                               std::shared_ptr<TVanDatabaseCreationInfo>>::value));
     }
 
+    void settersTakeByReference()
+    {
+        QVERIFY((std::is_same<decltype(&ReportLookup::setIdValue), void (ReportLookup::*)(const QString &)>::value));
+        QVERIFY((std::is_same<decltype(&ReportLookup::setConsistency),
+                              void (ReportLookup::*)(const econsistencyCheck &)>::value));
+        QVERIFY((std::is_same<decltype(&ReportLookup::setFrequenciesTree),
+                              void (ReportLookup::*)(const std::map<QString, int *> &)>::value));
+        QVERIFY((std::is_same<decltype(&DtoReportRunCreation::setReport),
+                              void (DtoReportRunCreation::*)(const std::shared_ptr<TVanDataset> &)>::value));
+        QVERIFY((std::is_same<decltype(&DtoReportRunCreation::setDic),
+                              void (DtoReportRunCreation::*)(const std::shared_ptr<TVanDictionary> &)>::value));
+        QVERIFY(
+            (std::is_same<decltype(&DtoReportRunCreation::setInfo),
+                          void (DtoReportRunCreation::*)(const std::shared_ptr<TVanDatabaseCreationInfo> &)>::value));
+    }
+
     void everyValueHasAPlaceOfItsOwn()
     {
         DtoReportRunCreation run;
@@ -193,6 +210,8 @@ private Q_SLOTS:
         QVERIFY(report.frequenciesTree()["a"] == &one);
         report.setFrequenciesTree(report.frequenciesTree());
         QCOMPARE(report.frequenciesTree().size(), size_t(1));
+        report.setFrequenciesTree({ { "b", &two } }); // in place of what was there
+        QCOMPARE(report.frequenciesTree(), (std::map<QString, int *>{ { "b", &two } }));
         report.setFrequenciesTree({});
         QVERIFY(report.frequenciesTree().empty());
     }
@@ -231,30 +250,47 @@ private Q_SLOTS:
         QCOMPARE(info.use_count(), 1L);
     }
 
-    void moveTakesNothing()
+    void moveOfALookupTakesNothing()
     {
         int one = 1;
         QStringList errors;
         ReportLookup report;
-        report.setIdValue("id");
+        holdValues(report);
         report.setFrequenciesTree({ { "a", &one } });
         report.setErrorMessages(&errors);
         report.setConsistency(ccBoth);
         const ReportLookup moved(std::move(report));
         QCOMPARE(captionsOf(moved), nothing4);
+        QCOMPARE(moved.getLabelLabel(), QString());
         QCOMPARE(valuesOf(moved), nothing3);
         QVERIFY(moved.frequenciesTree().empty());
         QVERIFY(!moved.errorMessages());
         QCOMPARE(int(moved.getConsistency()), 0);
-        QCOMPARE(report.idValue(), QString("id")); // NOLINT(bugprone-use-after-move): it keeps all
+        QCOMPARE(valuesOf(report), values); // NOLINT(bugprone-use-after-move): it keeps all
         QCOMPARE(captionsOf(report), usualCaptions);
+        QVERIFY(report.frequenciesTree().at("a") == &one);
+        QVERIFY(report.errorMessages() == &errors);
+        QCOMPARE(int(report.getConsistency()), int(ccBoth));
+    }
 
+    void moveOfARunTakesNothing()
+    {
+        QStringList errors;
         DtoReportRunCreation run;
+        holdValues(run);
+        run.setErrorMessages(&errors);
         run.setReport(std::make_shared<TVanDataset>());
-        const DtoReportRunCreation movedRun(std::move(run));
-        QCOMPARE(captionsOf(movedRun), nothing4);
-        QVERIFY(!movedRun.getReport());
-        QVERIFY(run.getReport() != nullptr); // NOLINT(bugprone-use-after-move): it keeps all
+        run.setDic(std::make_shared<TVanDictionary>());
+        run.setInfo(std::make_shared<TVanDatabaseCreationInfo>());
+        const DtoReportRunCreation moved(std::move(run));
+        QCOMPARE(captionsOf(moved), nothing4);
+        QCOMPARE(valuesOf(moved), nothing3);
+        QVERIFY(!moved.errorMessages());
+        QVERIFY(!moved.getReport() && !moved.getDic() && !moved.getInfo());
+        QCOMPARE(valuesOf(run), values); // NOLINT(bugprone-use-after-move): it keeps all
+        QCOMPARE(captionsOf(run), usualCaptions);
+        QVERIFY(run.errorMessages() == &errors);
+        QVERIFY(run.getReport() && run.getDic() && run.getInfo());
     }
 
     void reportsAreObjectsWithoutSignals()
@@ -272,7 +308,7 @@ private:
         report.setIdValue("id");
         report.setLabelValue("label");
         report.setDataFileValue("file");
-        QCOMPARE(valuesOf(report), (QStringList{ "id", "label", "file" }));
+        QCOMPARE(valuesOf(report), values);
         QCOMPARE(captionsOf(report), usualCaptions);
     }
 };

@@ -163,6 +163,7 @@ private Q_SLOTS:
     {
         QCOMPARE(UtilFiles::GetFileDir("/data/base/file.ext"), QString("/data/base"));
         QCOMPARE(UtilFiles::GetFileDir("file.ext"), QDir::currentPath());
+        QCOMPARE(UtilFiles::GetFileDir(QString()), QDir::currentPath());
         QCOMPARE(UtilFiles::GetFileDir("/data/base/"), QString("/data/base"));
     }
 
@@ -188,6 +189,10 @@ private Q_SLOTS:
         QTest::newRow("a folder is no file") << pathOf("data/base/ent") << pathOf("base/ent"); // "data" goes
         QTest::newRow("dots go") << "/nowhere/base/x/../ent/file.ext"
                                  << "/nowhere/ent/file.ext";
+        QTest::newRow("no path") << QString() << "/";
+        // No drive here, but a relative folder.
+        QTest::newRow("drive of another system")
+            << "C:/data/base/ent/file.ext" << QDir::currentPath() + "/C:/data/ent/file.ext";
         QTest::newRow("relative name") << "absent.ext"
                                        << QString(QFileInfo(above.path()).absolutePath() + '/' + current.dirName()
                                                   + "/absent.ext")
