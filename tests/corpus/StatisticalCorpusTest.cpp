@@ -1,5 +1,6 @@
 #include "statistical/SPSSDataImport.h"
 #include "statistical/STATADataImport.h"
+#include "support/Corpus.h"
 
 #include <QtTest>
 
@@ -235,11 +236,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("path");
         for (const QString &room : { QStringLiteral("spss"), QStringLiteral("stata") }) {
-            const QDir folder(corpus + '/' + room);
-            const QStringList names = folder.entryList(QDir::Files);
-            QVERIFY(!names.isEmpty());
-            for (const QString &name : names)
-                QTest::newRow(qPrintable(room + '/' + name)) << folder.filePath(name);
+            const QStringList files = corpusFiles(room);
+            QVERIFY(!files.isEmpty());
+            for (const QString &file : files)
+                QTest::newRow(qPrintable(room + '/' + QFileInfo(file).fileName())) << file;
         }
     }
     void everyFileIsRead()

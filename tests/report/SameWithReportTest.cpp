@@ -3,6 +3,7 @@
 #include "import/ReadReport.h"
 #include "statistical/SPSSDataImport.h"
 #include "statistical/STATADataImport.h"
+#include "support/MakeImporter.h"
 #include "support/WholeRoad.h"
 
 #include <QDir>
@@ -20,21 +21,14 @@ QString layoutOf(const std::unique_ptr<TDataImport> &importer, ReadReport *repor
     return takeWholeRoad(*importer);
 }
 
-template <typename Importer> std::unique_ptr<TDataImport> make(const QString &path)
-{
-    return std::make_unique<Importer>(path);
-}
-template <> std::unique_ptr<TDataImport> make<TSTATADataImport>(const QString &path)
+std::unique_ptr<TDataImport> makeSilentStataImporter(const QString &path)
 {
     auto importer = std::make_unique<TSTATADataImport>(path);
     importer->setErrorStream(nullptr);
     return importer;
 }
 
-using Make = std::unique_ptr<TDataImport> (*)(const QString &);
-
 } // namespace
-Q_DECLARE_METATYPE(Make)
 
 /// What a reader answers does not depend on whether a report is attached.
 class SameWithReportTest : public QObject
@@ -47,25 +41,25 @@ private Q_SLOTS:
     void layoutIsTheSameWithAReport_data()
     {
         QTest::addColumn<QString>("path");
-        QTest::addColumn<Make>("make");
-        addFolder(QStringLiteral(VAN_TEST_DATA "/cspro"), "*.dcf", &make<TCSProDataImport>);
-        addFolder(QStringLiteral(VAN_TEST_DATA "/cspro8"), "*.dcf", &make<TCSProJsonDataImport>);
-        addFolder(QStringLiteral(VAN_EXAMPLES), "*.dcf", &make<TCSProDataImport>);
-        addFolder(QStringLiteral(VAN_EXAMPLES), "*8.dcf", &make<TCSProJsonDataImport>);
-        addFolder(QStringLiteral(VAN_MADE_DATA), "*.dta", &make<TSTATADataImport>);
-        addFolder(QStringLiteral(VAN_MADE_DATA), "*sav", &make<TSPSSDataImport>);
-        addFolder(QStringLiteral(VAN_CORPUS "/cspro-text"), "*", &make<TCSProDataImport>);
-        addFolder(QStringLiteral(VAN_CORPUS "/cspro-json"), "*", &make<TCSProJsonDataImport>);
-        addFolder(QStringLiteral(VAN_CORPUS "/stata"), "*", &make<TSTATADataImport>);
-        addFolder(QStringLiteral(VAN_CORPUS "/spss"), "*", &make<TSPSSDataImport>);
+        QTest::addColumn<MakeImporter>("newImporter");
+        addFolder(QStringLiteral(VAN_TEST_DATA "/cspro"), "*.dcf", &makeImporter<TCSProDataImport>);
+        addFolder(QStringLiteral(VAN_TEST_DATA "/cspro8"), "*.dcf", &makeImporter<TCSProJsonDataImport>);
+        addFolder(QStringLiteral(VAN_EXAMPLES), "*.dcf", &makeImporter<TCSProDataImport>);
+        addFolder(QStringLiteral(VAN_EXAMPLES), "*8.dcf", &makeImporter<TCSProJsonDataImport>);
+        addFolder(QStringLiteral(VAN_MADE_DATA), "*.dta", &makeSilentStataImporter);
+        addFolder(QStringLiteral(VAN_MADE_DATA), "*sav", &makeImporter<TSPSSDataImport>);
+        addFolder(QStringLiteral(VAN_CORPUS "/cspro-text"), "*", &makeImporter<TCSProDataImport>);
+        addFolder(QStringLiteral(VAN_CORPUS "/cspro-json"), "*", &makeImporter<TCSProJsonDataImport>);
+        addFolder(QStringLiteral(VAN_CORPUS "/stata"), "*", &makeSilentStataImporter);
+        addFolder(QStringLiteral(VAN_CORPUS "/spss"), "*", &makeImporter<TSPSSDataImport>);
     }
     void layoutIsTheSameWithAReport()
     {
         QFETCH(QString, path);
-        QFETCH(Make, make);
+        QFETCH(MakeImporter, newImporter);
         ReadReport report;
-        const QString alone = layoutOf(make(path), nullptr);
-        QCOMPARE(layoutOf(make(path), &report), alone);
+        const QString alone = layoutOf(newImporter(path), nullptr);
+        QCOMPARE(layoutOf(newImporter(path), &report), alone);
         for (const ReadNote &note : report.notes()) {
             QVERIFY(note.line >= 0);
             QVERIFY(!note.id().isEmpty());
@@ -74,11 +68,11 @@ private Q_SLOTS:
 
 private:
     // The corpus may be absent; the other folders are not.
-    static void addFolder(const QString &folder, const char *pattern, Make make)
+    static void addFolder(const QString &folder, const char *pattern, MakeImporter newImporter)
     {
         for (const QFileInfo &file : QDir(folder).entryInfoList({ QLatin1String(pattern) }, QDir::Files))
             QTest::newRow(qPrintable(QDir(folder).dirName() + QLatin1Char('/') + file.fileName()))
-                << file.filePath() << make;
+                << file.filePath() << newImporter;
     }
 };
 

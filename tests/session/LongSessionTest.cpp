@@ -5,6 +5,7 @@
 #include "import/DataProvider.h"
 #include "statistical/SPSSDataImport.h"
 #include "statistical/STATADataImport.h"
+#include "support/MakeImporter.h"
 #include "support/Sanitizer.h"
 
 #include <QFile>
@@ -16,13 +17,6 @@
 
 namespace
 {
-
-using MakeImporter = std::unique_ptr<TDataImport> (*)(const QString &path);
-
-template <typename Importer> std::unique_ptr<TDataImport> make(const QString &path)
-{
-    return std::make_unique<Importer>(path);
-}
 
 // Resident memory of this process in bytes; 0 where the system does not tell.
 qint64 residentMemory()
@@ -49,8 +43,6 @@ int openAndGiveBack(MakeImporter newImporter, const QString &path)
 
 } // namespace
 
-Q_DECLARE_METATYPE(MakeImporter)
-
 /// A session of days: each example opened and given back 10,000 times.
 class LongSessionTest : public QObject
 {
@@ -63,10 +55,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<MakeImporter>("newImporter");
         QTest::addColumn<QString>("path");
-        QTest::newRow("CSPro text") << MakeImporter(make<TCSProDataImport>) << VAN_EXAMPLES "/census.dcf";
-        QTest::newRow("CSPro 8") << MakeImporter(make<TCSProJsonDataImport>) << VAN_EXAMPLES "/census8.dcf";
-        QTest::newRow("Stata") << MakeImporter(make<TSTATADataImport>) << VAN_MADE_EXAMPLES "/household.dta";
-        QTest::newRow("SPSS") << MakeImporter(make<TSPSSDataImport>) << VAN_MADE_EXAMPLES "/household.sav";
+        QTest::newRow("CSPro text") << MakeImporter(makeImporter<TCSProDataImport>) << VAN_EXAMPLES "/census.dcf";
+        QTest::newRow("CSPro 8") << MakeImporter(makeImporter<TCSProJsonDataImport>) << VAN_EXAMPLES "/census8.dcf";
+        QTest::newRow("Stata") << MakeImporter(makeImporter<TSTATADataImport>) << VAN_MADE_EXAMPLES "/household.dta";
+        QTest::newRow("SPSS") << MakeImporter(makeImporter<TSPSSDataImport>) << VAN_MADE_EXAMPLES "/household.sav";
     }
     void residentMemoryLevelsOff()
     {

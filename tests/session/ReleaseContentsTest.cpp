@@ -25,8 +25,13 @@ struct TestAccess {
 namespace
 {
 
-using MakeImporter = std::unique_ptr<TDataImport> (*)();
-using CopyImporter = std::unique_ptr<TDataImport> (*)(const TDataImport &);
+/// What the tests do with an importer of one format.
+struct Format {
+    const char *name = nullptr;
+    std::unique_ptr<TDataImport> (*newImporter)() = nullptr;
+    std::unique_ptr<TDataImport> (*newCopy)(const TDataImport &importer) = nullptr;
+    void (*assignTo)(TDataImport &target, const TDataImport &source) = nullptr;
+};
 
 template <typename Importer> const char *fileOf();
 template <> const char *fileOf<TCSProDataImport>()
@@ -61,6 +66,14 @@ template <typename Importer> void assign(TDataImport &target, const TDataImport 
     static_cast<Importer &>(target) = static_cast<const Importer &>(source);
 }
 
+template <typename Importer> Format formatOf(const char *name)
+{
+    return { name, make<Importer>, copyOf<Importer>, assign<Importer> };
+}
+
+const Format formats[] = { formatOf<TCSProDataImport>("CSPro text"), formatOf<TCSProJsonDataImport>("CSPro 8"),
+                           formatOf<TSTATADataImport>("Stata"), formatOf<TSPSSDataImport>("SPSS") };
+
 QStringList opened(TDataImport &importer)
 {
     const std::unique_ptr<QStringList> names(importer.selectLayoutSource());
@@ -77,10 +90,7 @@ QStringList toldBy(const TVpDataProvider &provider)
 
 } // namespace
 
-Q_DECLARE_METATYPE(MakeImporter)
-Q_DECLARE_METATYPE(CopyImporter)
-using AssignImporter = void (*)(TDataImport &, const TDataImport &);
-Q_DECLARE_METATYPE(AssignImporter)
+Q_DECLARE_METATYPE(Format)
 
 /// Everything that an importer or a provider made, given back. What is freed twice, used afterwards or left behind is
 /// the sanitizers' to find.
@@ -89,20 +99,11 @@ class ReleaseContentsTest : public QObject
     Q_OBJECT
 
 private:
-    template <typename Importer> static void addRow(const char *name)
-    {
-        QTest::newRow(name) << MakeImporter(make<Importer>) << CopyImporter(copyOf<Importer>)
-                            << AssignImporter(assign<Importer>);
-    }
     static void addRows()
     {
-        QTest::addColumn<MakeImporter>("newImporter");
-        QTest::addColumn<CopyImporter>("newCopy");
-        QTest::addColumn<AssignImporter>("assignTo");
-        addRow<TCSProDataImport>("CSPro text");
-        addRow<TCSProJsonDataImport>("CSPro 8");
-        addRow<TSTATADataImport>("Stata");
-        addRow<TSPSSDataImport>("SPSS");
+        QTest::addColumn<Format>("format");
+        for (const Format &format : formats)
+            QTest::newRow(format.name) << format;
     }
 
 private Q_SLOTS:
@@ -111,8 +112,8 @@ private Q_SLOTS:
     void importerIsAsBeforeItsFirstOpening_data() { addRows(); }
     void importerIsAsBeforeItsFirstOpening()
     {
-        QFETCH(MakeImporter, newImporter);
-        const auto importer = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
         const QString path = importer->getSourceName();
         const QStringList names = opened(*importer);
         QVERIFY(!names.isEmpty());
@@ -122,7 +123,7 @@ private Q_SLOTS:
         QCOMPARE(importer->getGroupName(0), QString());
         QCOMPARE(importer->getGroupValue(0), QString());
         QCOMPARE(importer->getRecordTypeIndex(QString("1")), -1);
-        const auto unopened = newImporter();
+        const auto unopened = format.newImporter();
         QCOMPARE(importer->isMultiple(), unopened->isMultiple());
         QCOMPARE(importer->getRecordTypeStart(), unopened->getRecordTypeStart());
         QCOMPARE(importer->getRecordTypeSize(), unopened->getRecordTypeSize());
@@ -136,8 +137,8 @@ private Q_SLOTS:
     void releasedImporterCanBeOpenedAgain_data() { addRows(); }
     void releasedImporterCanBeOpenedAgain()
     {
-        QFETCH(MakeImporter, newImporter);
-        const auto importer = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
         const QStringList names = opened(*importer);
         const int groups = importer->getGroupCount();
         importer->releaseContents();
@@ -150,8 +151,8 @@ private Q_SLOTS:
     void everyOpeningIsGivenBack_data() { addRows(); }
     void everyOpeningIsGivenBack()
     {
-        QFETCH(MakeImporter, newImporter);
-        const auto importer = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
         for (int i = 0; i < 5; ++i)
             opened(*importer);
         importer->releaseContents();
@@ -160,15 +161,15 @@ private Q_SLOTS:
     void importerThatNeverOpenedGivesBack_data() { addRows(); }
     void importerThatNeverOpenedGivesBack()
     {
-        QFETCH(MakeImporter, newImporter);
-        newImporter()->releaseContents();
+        QFETCH(Format, format);
+        format.newImporter()->releaseContents();
     }
 
     void secondGivingBackDoesNothing_data() { addRows(); }
     void secondGivingBackDoesNothing()
     {
-        QFETCH(MakeImporter, newImporter);
-        const auto importer = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
         opened(*importer);
         importer->releaseContents();
         importer->releaseContents();
@@ -177,24 +178,20 @@ private Q_SLOTS:
 
     void failedOpeningIsGivenBack_data()
     {
-        QTest::addColumn<MakeImporter>("newImporter");
+        QTest::addColumn<Format>("format");
         QTest::addColumn<QString>("path");
         for (const char *path :
              { "", "/no/such/file", VAN_EXAMPLES, VAN_EXAMPLES "/census.dcf", VAN_EXAMPLES "/census8.dcf",
                VAN_MADE_DATA "/types-118.dta", VAN_MADE_DATA "/types.sav" }) {
-            const QString name = QString("of '%1'").arg(path);
-            QTest::newRow(qPrintable(name + " as CSPro text")) << MakeImporter(make<TCSProDataImport>) << QString(path);
-            QTest::newRow(qPrintable(name + " as CSPro 8"))
-                << MakeImporter(make<TCSProJsonDataImport>) << QString(path);
-            QTest::newRow(qPrintable(name + " as Stata")) << MakeImporter(make<TSTATADataImport>) << QString(path);
-            QTest::newRow(qPrintable(name + " as SPSS")) << MakeImporter(make<TSPSSDataImport>) << QString(path);
+            for (const Format &format : formats)
+                QTest::addRow("of '%s' as %s", path, format.name) << format << QString(path);
         }
     }
     void failedOpeningIsGivenBack()
     {
-        QFETCH(MakeImporter, newImporter);
+        QFETCH(Format, format);
         QFETCH(QString, path);
-        const auto importer = newImporter();
+        const auto importer = format.newImporter();
         const QString goodPath = importer->getSourceName();
         const QStringList names = opened(*importer);
         importer->setSourceName(path);
@@ -246,14 +243,13 @@ private Q_SLOTS:
     void selfAssignmentChangesNothing_data() { addRows(); }
     void selfAssignmentChangesNothing()
     {
-        QFETCH(MakeImporter, newImporter);
-        QFETCH(AssignImporter, assignTo);
-        const auto importer = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
         const QStringList names = opened(*importer);
-        assignTo(*importer, *importer);
+        format.assignTo(*importer, *importer);
         QVERIFY(importer->fieldByName(names.first()));
         importer->releaseContents();
-        assignTo(*importer, *importer);
+        format.assignTo(*importer, *importer);
         QCOMPARE(opened(*importer), names);
         importer->releaseContents();
     }
@@ -262,14 +258,13 @@ private Q_SLOTS:
     void importerThatIsAssignedToAgainAndAgainGivesBack_data() { addRows(); }
     void importerThatIsAssignedToAgainAndAgainGivesBack()
     {
-        QFETCH(MakeImporter, newImporter);
-        QFETCH(AssignImporter, assignTo);
-        const auto importer = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
         for (int i = 0; i < 5; ++i) {
             opened(*importer);
             if (i % 2 == 0)
                 importer->releaseContents();
-            assignTo(*importer, *newImporter());
+            format.assignTo(*importer, *format.newImporter());
         }
         importer->releaseContents();
         QCOMPARE(importer->getGroupCount(), 0);
@@ -299,12 +294,11 @@ private Q_SLOTS:
     void copyMayGoOrGiveBackToo_data() { addRows(); }
     void copyMayGoOrGiveBackToo()
     {
-        QFETCH(MakeImporter, newImporter);
-        QFETCH(CopyImporter, newCopy);
-        const auto importer = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
         const QStringList names = opened(*importer);
-        const auto copy = newCopy(*importer);
-        const auto idleCopy = newCopy(*importer);
+        const auto copy = format.newCopy(*importer);
+        const auto idleCopy = format.newCopy(*importer);
         importer->releaseContents();
         copy->releaseContents();
         QCOMPARE(opened(*copy), names);
@@ -316,11 +310,10 @@ private Q_SLOTS:
     void copyGivesBackForItsSource_data() { addRows(); }
     void copyGivesBackForItsSource()
     {
-        QFETCH(MakeImporter, newImporter);
-        QFETCH(CopyImporter, newCopy);
-        auto importer = newImporter();
+        QFETCH(Format, format);
+        auto importer = format.newImporter();
         opened(*importer);
-        const auto copy = newCopy(*importer);
+        const auto copy = format.newCopy(*importer);
         importer.reset();
         opened(*copy);
         copy->releaseContents();
@@ -329,13 +322,12 @@ private Q_SLOTS:
     void assignedImporterGivesBackWhatItHadBefore_data() { addRows(); }
     void assignedImporterGivesBackWhatItHadBefore()
     {
-        QFETCH(MakeImporter, newImporter);
-        QFETCH(AssignImporter, assignTo);
-        const auto importer = newImporter();
-        const auto other = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
+        const auto other = format.newImporter();
         const QStringList names = opened(*importer);
         opened(*other);
-        assignTo(*importer, *other);
+        format.assignTo(*importer, *other);
         QVERIFY(opened(*importer).contains(names.last()));
         importer->releaseContents();
         other->releaseContents();
@@ -344,14 +336,13 @@ private Q_SLOTS:
     void releasedImporterCanBeAssignedTo_data() { addRows(); }
     void releasedImporterCanBeAssignedTo()
     {
-        QFETCH(MakeImporter, newImporter);
-        QFETCH(AssignImporter, assignTo);
-        const auto importer = newImporter();
-        const auto other = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
+        const auto other = format.newImporter();
         opened(*importer);
         const QStringList names = opened(*other);
         importer->releaseContents();
-        assignTo(*importer, *other);
+        format.assignTo(*importer, *other);
         QVERIFY(importer->fieldByName(names.first()));
         importer->releaseContents();
         other->releaseContents();
@@ -360,8 +351,8 @@ private Q_SLOTS:
     void providerGivesBackAndIsFilledAgain_data() { addRows(); }
     void providerGivesBackAndIsFilledAgain()
     {
-        QFETCH(MakeImporter, newImporter);
-        const auto importer = newImporter();
+        QFETCH(Format, format);
+        const auto importer = format.newImporter();
         opened(*importer);
         TVpDataProvider provider;
         provider.genericGetFieldsFrom(importer.get());
@@ -402,8 +393,8 @@ private Q_SLOTS:
     void providerStaysFilledWhenItsImporterGivesBack_data() { addRows(); }
     void providerStaysFilledWhenItsImporterGivesBack()
     {
-        QFETCH(MakeImporter, newImporter);
-        auto importer = newImporter();
+        QFETCH(Format, format);
+        auto importer = format.newImporter();
         opened(*importer);
         TVpDataProvider provider;
         provider.genericGetFieldsFrom(importer.get());
@@ -584,19 +575,17 @@ private Q_SLOTS:
     void importersUsedInTurnDoNotInfluenceEachOther_data() { addRows(); }
     void importersUsedInTurnDoNotInfluenceEachOther()
     {
-        QFETCH(MakeImporter, newImporter);
-        const auto alone = newImporter();
+        QFETCH(Format, format);
+        const auto alone = format.newImporter();
         TVpDataProvider aloneProvider;
         const QStringList names = opened(*alone);
         aloneProvider.genericGetFieldsFrom(alone.get());
         const QStringList told = toldBy(aloneProvider);
 
         // Each step of one stands between two steps of another, of its own format and of every other.
-        for (const MakeImporter newOther :
-             { MakeImporter(make<TCSProDataImport>), MakeImporter(make<TCSProJsonDataImport>),
-               MakeImporter(make<TSTATADataImport>), MakeImporter(make<TSPSSDataImport>) }) {
-            const auto first = newImporter();
-            const auto other = newOther();
+        for (const Format &otherFormat : formats) {
+            const auto first = format.newImporter();
+            const auto other = otherFormat.newImporter();
             QCOMPARE(opened(*first), names);
             const QStringList otherNames = opened(*other);
             TVpDataProvider provider;

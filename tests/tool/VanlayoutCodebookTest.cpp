@@ -1,4 +1,7 @@
+#include "support/Corpus.h"
 #include "support/OrdinaryUser.h"
+#include "support/ReadPipe.h"
+#include "support/ToolRun.h"
 
 #include <QtTest>
 
@@ -13,20 +16,9 @@
 #include <QTemporaryDir>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace
 {
-
-constexpr int fine = 0;
-constexpr int noAnswer = 2;
-constexpr int patience = 120000; // milliseconds, far more than any run takes
-
-struct Run {
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-};
 
 // What stands between two texts, the first behind which there is one.
 QByteArray between(const QByteArray &whole, const QByteArray &before, const QByteArray &behind)
@@ -62,14 +54,8 @@ QVector<QStringList> labelsOf(const QJsonObject &data, const QJsonObject &variab
     return labels;
 }
 
-bool isPipe(const QString &name)
-{
-    struct stat status = {};
-    return stat(QFile::encodeName(name).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
-}
-
 // A dictionary of one variable with a label and a value label.
-QString dictionaryWith(const QString &label, const QString &valueLabel)
+QString dictionaryTextWith(const QString &label, const QString &valueLabel)
 {
     return QStringLiteral(
                "[Dictionary]\nVersion=CSPro 7.7\nLabel=D\nName=D\nRecordTypeStart=0\nRecordTypeLen=0\n"
@@ -77,6 +63,11 @@ QString dictionaryWith(const QString &label, const QString &valueLabel)
                "[Item]\nLabel=%1\nName=ODD\nStart=1\nLen=2\nDataType=Numeric\n\n"
                "[ValueSet]\nLabel=V\nName=V\nValue=1;%2\n")
         .arg(label, valueLabel);
+}
+
+QByteArray dictionaryWith(const QString &label, const QString &valueLabel)
+{
+    return dictionaryTextWith(label, valueLabel).toUtf8();
 }
 
 } // namespace
@@ -104,8 +95,8 @@ private Q_SLOTS:
         QVERIFY(page.contains("<p class=\"format\">" + title.toUtf8() + "</p>"));
         const QJsonObject data = dataOf(page);
         const QJsonArray variables = data["variables"].toArray();
-        const Run shown = run({ "show", "--format", "json", file });
-        const QJsonArray fields = QJsonDocument::fromJson(shown.out).object()["fields"].toArray();
+        const Run shown = folder.run({ "show", "--format", "json", file });
+        const QJsonArray fields = shown.json()["fields"].toArray();
         QVERIFY(!fields.isEmpty());
         QCOMPARE(variables.size(), fields.size());
         int labelCount = 0;
@@ -152,7 +143,7 @@ private Q_SLOTS:
     void notesStandInThePage()
     {
         // Two value sets; the second is not read.
-        write("notes.dcf", dictionaryWith("L", "One") + "\n[ValueSet]\nLabel=W\nName=W\nValue=2;Two\n");
+        folder.write("notes.dcf", dictionaryWith("L", "One") + "\n[ValueSet]\nLabel=W\nName=W\nValue=2;Two\n");
         const QByteArray page = pageOf("notes.dcf");
         const QJsonObject data = dataOf(page);
         const QJsonArray kinds = data["kinds"].toArray();
@@ -188,7 +179,7 @@ private Q_SLOTS:
         const QByteArray page = pageOf(file);
         const QJsonObject data = dataOf(page);
         const QJsonObject told
-            = QJsonDocument::fromJson(run({ "explain", "--all", "--format", "json", file }).out).object();
+            = QJsonDocument::fromJson(folder.run({ "explain", "--all", "--format", "json", file }).out).object();
         QStringList expected;
         for (const auto &note : told["notes"].toArray()) {
             QStringList parts;
@@ -219,7 +210,7 @@ private Q_SLOTS:
 
     void fileWithoutNotesSaysSo()
     {
-        write("plain.dcf", dictionaryWith("L", "One"));
+        folder.write("plain.dcf", dictionaryWith("L", "One"));
         const QByteArray page = pageOf("plain.dcf");
         QVERIFY(dataOf(page)["variables"].isArray());
         QVERIFY(dataOf(page)["notes"].toArray().isEmpty());
@@ -230,10 +221,10 @@ private Q_SLOTS:
     {
         constexpr int most = 100000;
         constexpr int further = 10;
-        QString text = dictionaryWith("L", "One") + "\n[Item]\nLabel=A\nName=A\nStart=3\nLen=1\nDataType=Numeric\n";
+        QByteArray text = dictionaryWith("L", "One") + "\n[Item]\nLabel=A\nName=A\nStart=3\nLen=1\nDataType=Numeric\n";
         for (int i = 0; i < most + further; ++i)
             text += "Other=\n";
-        write("notes.dcf", text);
+        folder.write("notes.dcf", text);
         const QByteArray page = pageOf("notes.dcf");
         const QJsonObject data = dataOf(page);
         QCOMPARE(data["notes"].toArray().size(), most);
@@ -260,13 +251,13 @@ private Q_SLOTS:
     void labelIsOnlyText()
     {
         QFETCH(QString, label);
-        write("odd.dcf", dictionaryWith(label, label));
+        folder.write("odd.dcf", dictionaryWith(label, label));
         const QByteArray page = pageOf("odd.dcf");
         const QJsonObject data = dataOf(page);
         const QJsonObject variable = data["variables"].toArray().at(0).toObject();
         // As the library holds it, which JSON can tell in full.
-        const Run shown = run({ "show", "--format", "json", "odd.dcf" });
-        const QJsonObject field = QJsonDocument::fromJson(shown.out).object()["fields"].toArray().at(0).toObject();
+        const Run shown = folder.run({ "show", "--format", "json", "odd.dcf" });
+        const QJsonObject field = shown.json()["fields"].toArray().at(0).toObject();
         QVERIFY(!field["label"].toString().isEmpty());
         QCOMPARE(variable["label"].toString(), field["label"].toString());
         QCOMPARE(labelsOf(data, variable).value(0).value(1),
@@ -279,13 +270,8 @@ private Q_SLOTS:
 
     void halfOfASurrogatePairIsAnEscape()
     {
-        QByteArray bytes("\xFF\xFE", 2);
-        const QString text = dictionaryWith(QString("a") + QChar(0xD83D) + 'b', QString(QChar(0xDE00)) + "z");
-        bytes.append(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
-        QFile file(folder.filePath("half.dcf"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), qint64(bytes.size()));
-        file.close();
+        const QString text = dictionaryTextWith(QString("a") + QChar(0xD83D) + 'b', QString(QChar(0xDE00)) + "z");
+        folder.write("half.dcf", inUtf16(text));
         const QByteArray data = dataTextOf(pageOf("half.dcf"));
         QVERIFY2(data.contains("\"label\":\"a\\ud83db\""), data.constData());
         QVERIFY2(data.contains("\\ude00z"), data.constData());
@@ -302,7 +288,7 @@ private Q_SLOTS:
     void fileNameIsOnlyText()
     {
         const QString name = "<b>&\"{{data}}\033.dcf";
-        write(name, dictionaryWith("L", "One"));
+        folder.write(name, dictionaryWith("L", "One"));
         const QByteArray page = pageOf(name);
         QCOMPARE(page.count("&lt;b&gt;&amp;&quot;{{data}}\xE2\x90\x9B.dcf"), 2); // in title and heading
         QVERIFY(!page.contains("<b>&\""));
@@ -343,7 +329,7 @@ private Q_SLOTS:
 
     void pageIsUtf8AndSaysSo()
     {
-        write("letters.dcf", dictionaryWith(QString::fromUtf8("Wohnverh\xC3\xA4ltnisse"), "x"));
+        folder.write("letters.dcf", dictionaryWith(QString::fromUtf8("Wohnverh\xC3\xA4ltnisse"), "x"));
         const QByteArray page = pageOf("letters.dcf");
         QVERIFY(page.startsWith("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"));
         QVERIFY(page.contains("Wohnverh\xC3\xA4ltnisse"));
@@ -355,7 +341,7 @@ private Q_SLOTS:
         const QString file = QStringLiteral(VAN_EXAMPLES "/census.dcf");
         const QByteArray page = pageOf(file);
         QVERIFY(page == pageOf(file));
-        const Run toOutput = run({ "codebook", file, "-o", "-" });
+        const Run toOutput = folder.run({ "codebook", file, "-o", "-" });
         QCOMPARE(toOutput.status, fine);
         QVERIFY(toOutput.out == page);
     }
@@ -364,7 +350,7 @@ private Q_SLOTS:
     {
         const QString file = QStringLiteral(VAN_EXAMPLES "/decimals.dcf");
         const auto setsFor = [&](const char *answer) {
-            const Run made = run({ "codebook", "--decimals", answer, file, "-o", "-" });
+            const Run made = folder.run({ "codebook", "--decimals", answer, file, "-o", "-" });
             return dataOf(made.out)["labelSets"].toArray();
         };
         QVERIFY(setsFor("yes") != setsFor("no"));
@@ -375,93 +361,83 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QByteArray>("problem");
         const QStringList toPage = { "-o", "page.html" };
-        QTest::newRow("absent") << QStringList("absent.dcf") + toPage
-                                << QByteArray("vanlayout: absent.dcf: no such file\n");
-        QTest::newRow("folder") << QStringList(".") + toPage << QByteArray("vanlayout: .: is a folder\n");
-        QTest::newRow("empty name") << QStringList("") + toPage << QByteArray("vanlayout: '': no such file\n");
+        QTest::newRow("absent") << QStringList("absent.dcf") + toPage << QByteArray("absent.dcf: no such file\n");
+        QTest::newRow("folder") << QStringList(".") + toPage << QByteArray(".: is a folder\n");
+        QTest::newRow("empty name") << QStringList("") + toPage << QByteArray("'': no such file\n");
         QTest::newRow("no variable") << QStringList("empty.dcf") + toPage
-                                     << QByteArray("vanlayout: empty.dcf: no variable found, read as ");
+                                     << QByteArray("empty.dcf: no variable found, read as ");
         QTest::newRow("another type") << (QStringList{ "--type", "stata", "fine.dcf" } + toPage)
-                                      << QByteArray("vanlayout: fine.dcf: no variable found, read as ");
-        QTest::newRow("no file") << toPage << QByteArray("vanlayout: ");
-        QTest::newRow("no page") << QStringList("fine.dcf") << QByteArray("vanlayout: ");
-        QTest::newRow("two files") << (QStringList{ "fine.dcf", "fine.dcf" } + toPage) << QByteArray("vanlayout: ");
-        QTest::newRow("question") << (QStringList{ "--decimals", "ask", "fine.dcf" } + toPage)
-                                  << QByteArray("vanlayout: ");
+                                      << QByteArray("fine.dcf: no variable found, read as ");
+        QTest::newRow("no file") << toPage << QByteArray();
+        QTest::newRow("no page") << QStringList("fine.dcf") << QByteArray();
+        QTest::newRow("two files") << (QStringList{ "fine.dcf", "fine.dcf" } + toPage) << QByteArray();
+        QTest::newRow("question") << (QStringList{ "--decimals", "ask", "fine.dcf" } + toPage) << QByteArray();
         QTest::newRow("output is a folder")
-            << QStringList{ "fine.dcf", "-o", "." } << QByteArray("vanlayout: .: cannot be written: ");
+            << QStringList{ "fine.dcf", "-o", "." } << QByteArray(".: cannot be written: ");
         QTest::newRow("output without a name")
-            << QStringList{ "fine.dcf", "-o", "" } << QByteArray("vanlayout: '': no such file\n");
+            << QStringList{ "fine.dcf", "-o", "" } << QByteArray("'': no such file\n");
         QTest::newRow("output in an absent folder") << QStringList{ "fine.dcf", "-o", "absent/page.html" }
-                                                    << QByteArray("vanlayout: absent/page.html: cannot be written: ");
+                                                    << QByteArray("absent/page.html: cannot be written: ");
         QTest::newRow("output is the input")
             << QStringList{ "fine.dcf", "-o", "./fine.dcf" }
-            << QByteArray("vanlayout: ./fine.dcf: is the file to read, and is not written over\n");
+            << QByteArray("./fine.dcf: is the file to read, and is not written over\n");
         QTest::newRow("output is a link to the input")
             << QStringList{ "fine.dcf", "-o", "link" }
-            << QByteArray("vanlayout: link: is the file to read, and is not written over\n");
+            << QByteArray("link: is the file to read, and is not written over\n");
     }
     void noAnswerIsStatus2AndOneLineAndNoPage()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, problem);
-        write("empty.dcf", QString());
-        write("fine.dcf", dictionaryWith("L", "One"));
+        folder.write("empty.dcf", QByteArray());
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
         QFile::remove(folder.filePath("page.html"));
         QFile::remove(folder.filePath("link"));
         QVERIFY(QFile::link("fine.dcf", folder.filePath("link")));
         const QStringList before = QDir(folder.path()).entryList();
-        const Run made = run(QStringList("codebook") + arguments);
-        QCOMPARE(made.status, noAnswer);
-        QCOMPARE(made.out, QByteArray());
+        Run made = folder.run(QStringList("codebook") + arguments);
         // The library has a line of its own, for a Stata file that cannot be read.
-        QByteArray told = made.err;
-        if (told.startsWith("Error processing fine.dcf: "))
-            told.remove(0, told.indexOf('\n') + 1);
-        QVERIFY2(told.startsWith(problem), made.err.constData());
-        QCOMPARE(told.count('\n'), 1);
+        if (made.err.startsWith("Error processing fine.dcf: "))
+            made.err.remove(0, made.err.indexOf('\n') + 1);
+        verifyComplaint(made, problem);
+        QCOMPARE(made.out, QByteArray());
         QCOMPARE(QDir(folder.path()).entryList(), before);
-        QCOMPARE(contentOf("fine.dcf"), dictionaryWith("L", "One").toUtf8());
+        QCOMPARE(folder.read("fine.dcf"), dictionaryWith("L", "One"));
     }
 
     void pageThatStoodThereStaysWithoutAnAnswer()
     {
-        write("page.html", "old");
-        QCOMPARE(run({ "codebook", "absent.dcf", "-o", "page.html" }).status, noAnswer);
-        QCOMPARE(contentOf("page.html"), QByteArray("old"));
+        folder.write("page.html", "old");
+        QCOMPARE(folder.run({ "codebook", "absent.dcf", "-o", "page.html" }).status, noAnswer);
+        QCOMPARE(folder.read("page.html"), QByteArray("old"));
     }
 
     void writtenPageReplacesWhatStoodThere()
     {
-        write("fine.dcf", dictionaryWith("L", "One"));
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
         const QByteArray page = pageOf("fine.dcf");
-        write("page.html", QString(1 << 20, 'x'));
-        QCOMPARE(run({ "codebook", "fine.dcf", "-o", "page.html" }).status, fine);
-        QVERIFY(contentOf("page.html") == page);
+        folder.write("page.html", QByteArray(1 << 20, 'x'));
+        QCOMPARE(folder.run({ "codebook", "fine.dcf", "-o", "page.html" }).status, fine);
+        QVERIFY(folder.read("page.html") == page);
         QVERIFY(page.endsWith("</html>\n"));
     }
 
-    void linkStaysAndItsFileGetsThePage_data()
-    {
-        QTest::addColumn<bool>("isThere");
-        QTest::newRow("file") << true;
-        QTest::newRow("file to come") << false;
-    }
+    void linkStaysAndItsFileGetsThePage_data() { addWhatStandsThere(); }
     void linkStaysAndItsFileGetsThePage()
     {
         QFETCH(bool, isThere);
-        write("fine.dcf", dictionaryWith("L", "One"));
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
         const QByteArray page = pageOf("fine.dcf");
         const QTemporaryDir room(folder.filePath("room"));
         const QString target = room.filePath("target.html");
         const QString link = room.filePath("link.html");
         if (isThere)
-            write(target, "old");
+            folder.write(target, "old");
         QVERIFY(QFile::link("target.html", link));
-        QCOMPARE(run({ "codebook", "fine.dcf", "-o", link }).status, fine);
+        QCOMPARE(folder.run({ "codebook", "fine.dcf", "-o", link }).status, fine);
         QCOMPARE(QFileInfo(link).symLinkTarget(), target);
         QVERIFY(!QFileInfo(target).isSymLink());
-        QVERIFY(contentOf(target) == page);
+        QVERIFY(folder.read(target) == page);
         QCOMPARE(QDir(room.path()).entryList(QDir::Files | QDir::System), (QStringList{ "link.html", "target.html" }));
     }
 
@@ -474,81 +450,58 @@ private Q_SLOTS:
     void pipeIsWrittenToAndStays()
     {
         QFETCH(QString, output);
-        write("fine.dcf", dictionaryWith("L", "One"));
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
         const QByteArray page = pageOf("fine.dcf");
+        QVERIFY(!page.isEmpty());
         const QTemporaryDir room(folder.filePath("room"));
-        const QString pipe = room.filePath("pipe");
-        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        ReadPipe pipe(room.filePath("pipe"));
+        QVERIFY2(pipe.isRead(), "no pipe can be made, or there is no cat");
         QVERIFY(QFile::link("pipe", room.filePath("link")));
-        QProcess reader;
-        reader.start("cat", { pipe });
-        if (!reader.waitForStarted())
-            QSKIP("there is no cat");
-        const Run made = run({ "codebook", "fine.dcf", "-o", room.filePath(output) });
-        const bool stays = isPipe(pipe) && QFileInfo(room.filePath("link")).symLinkTarget() == pipe;
-        if (!stays)
-            reader.kill(); // it waits for a pipe that is no more
-        QVERIFY(reader.waitForFinished(patience));
-        QVERIFY(stays);
+        const Run made = folder.run({ "codebook", "fine.dcf", "-o", room.filePath(output) });
+        QVERIFY(pipe.isThere());
+        QCOMPARE(QFileInfo(room.filePath("link")).symLinkTarget(), room.filePath("pipe"));
         QCOMPARE(made.status, fine);
         QCOMPARE(made.err, QByteArray());
-        QVERIFY(reader.readAllStandardOutput() == page);
+        QVERIFY(pipe.taken(patience) == page);
     }
 
     // The system lets the tool write less than the page.
-    void fullDiskLeavesWhatStoodThere_data()
-    {
-        QTest::addColumn<bool>("isThere");
-        QTest::newRow("file") << true;
-        QTest::newRow("file to come") << false;
-    }
+    void fullDiskLeavesWhatStoodThere_data() { addWhatStandsThere(); }
     void fullDiskLeavesWhatStoodThere()
     {
         QFETCH(bool, isThere);
-        write("fine.dcf", dictionaryWith("L", "One"));
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
         QFile::remove(folder.filePath("page.html"));
         if (isThere)
-            write("page.html", "old");
+            folder.write("page.html", "old");
         const QStringList before = QDir(folder.path()).entryList();
         QProcess shell;
         shell.setWorkingDirectory(folder.path());
         shell.start("sh",
                     { "-c", "trap '' XFSZ && ulimit -f 8 && exec \"$0\" codebook fine.dcf -o page.html", VAN_TOOL });
-        if (!shell.waitForStarted())
-            QSKIP("there is no sh");
+        QVERIFY2(shell.waitForStarted(), "there is no sh");
         QVERIFY(shell.waitForFinished(patience));
-        const QByteArray err = shell.readAllStandardError();
         QCOMPARE(shell.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(shell.exitCode(), noAnswer);
-        QVERIFY2(err.startsWith("vanlayout: page.html: cannot be written: "), err.constData());
-        QCOMPARE(err.count('\n'), 1);
+        verifyComplaint({ shell.exitCode(), {}, shell.readAllStandardError() }, "page.html: cannot be written: ");
         QCOMPARE(QDir(folder.path()).entryList(), before);
-        QCOMPARE(contentOf("page.html"), QByteArray(isThere ? "old" : ""));
+        QCOMPARE(folder.read("page.html"), QByteArray(isThere ? "old" : ""));
     }
 
     void fullStandardOutputIsStatus2AndOneLine()
     {
-        if (!QFile::exists("/dev/full"))
-            QSKIP("there is no /dev/full");
-        write("fine.dcf", dictionaryWith("L", "One"));
-        QProcess tool;
-        tool.setStandardOutputFile("/dev/full");
-        const Run piped = run({ "codebook", "fine.dcf", "-o", "-" }, tool);
-        QCOMPARE(piped.status, noAnswer);
-        QCOMPARE(piped.err, QByteArray("vanlayout: standard output: cannot be written\n"));
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
+        verifyFullDiskIsTold(folder, { "codebook", "fine.dcf", "-o", "-" });
     }
 
     void folderWithoutPermissionIsStatus2AndOneLine()
     {
-        write("fine.dcf", dictionaryWith("L", "One"));
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
         QDir(folder.path()).mkdir("locked");
         const QByteArray locked = QFile::encodeName(folder.filePath("locked"));
         QCOMPARE(chmod(locked.constData(), 0500), 0);
         Run made;
-        asOrdinaryUser([&] { made = run({ "codebook", "fine.dcf", "-o", "locked/page.html" }); });
-        QCOMPARE(made.status, noAnswer);
-        QVERIFY2(made.err.startsWith("vanlayout: locked/page.html: cannot be written: "), made.err.constData());
-        QCOMPARE(made.err.count('\n'), 1);
+        asOrdinaryUser([&] { made = folder.run({ "codebook", "fine.dcf", "-o", "locked/page.html" }); });
+        verifyComplaint(made, "locked/page.html: cannot be written: ");
     }
 
     void manyVariablesStaySmall()
@@ -556,7 +509,7 @@ private Q_SLOTS:
         constexpr int variables = 10000;
         constexpr int labels = 10;
         constexpr int largest = 15 << 20;
-        QString text = dictionaryWith("L", "One");
+        QString text = dictionaryTextWith("L", "One");
         for (int i = 0; i < variables; ++i) {
             text += QStringLiteral("\n[Item]\nLabel=Question %1 of the survey\nName=V%1\nStart=%2\nLen=2\n"
                                    "DataType=Numeric\n\n[ValueSet]\nLabel=S\nName=S\n")
@@ -565,7 +518,7 @@ private Q_SLOTS:
             for (int code = 1; code <= labels; ++code)
                 text += QStringLiteral("Value=%1;Answer %1 to question %2\n").arg(code).arg(i);
         }
-        write("many.dcf", text);
+        folder.write("many.dcf", text.toUtf8());
         const QByteArray page = pageOf("many.dcf");
         QVERIFY(page.size() < largest);
         QVERIFY(page.contains("<li><b>10,001</b> variables</li>"));
@@ -579,34 +532,33 @@ private Q_SLOTS:
         if (!QFile::exists(QStringLiteral(VAN_CORPUS)))
             QSKIP("the corpus of real files is not here");
         int pages = 0;
-        for (const char *room : { "cspro-text", "cspro-json", "spss", "stata" }) {
-            const QDir files(QStringLiteral(VAN_CORPUS "/") + room);
-            for (const QString &name : files.entryList(QDir::Files, QDir::Name).mid(0, 12)) {
-                const QString file = files.filePath(name);
-                const Run shown = run({ "show", "--format", "json", file });
-                const Run made = run({ "codebook", file, "-o", "-" });
+        for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" }) {
+            for (const QString &file : corpusFiles(kind).mid(0, 12)) {
+                const Run shown = folder.run({ "show", "--format", "json", file });
+                const Run made = folder.run({ "codebook", file, "-o", "-" });
                 QCOMPARE(made.status, shown.status);
                 if (made.status != fine)
                     continue;
-                const QJsonArray fields = QJsonDocument::fromJson(shown.out).object()["fields"].toArray();
-                QVERIFY2(!fields.isEmpty(), qPrintable(name));
+                const QJsonArray fields = shown.json()["fields"].toArray();
+                QVERIFY2(!fields.isEmpty(), qPrintable(file));
                 QCOMPARE(dataOf(made.out)["variables"].toArray().size(), fields.size());
-                QVERIFY2(isHarmless(dataTextOf(made.out)), qPrintable(name));
+                QVERIFY2(isHarmless(dataTextOf(made.out)), qPrintable(file));
                 ++pages;
             }
         }
         QVERIFY(pages > 0);
     }
 
-    void helpTellsOfTheCommand()
-    {
-        QVERIFY(run({ "--help" }).out.contains("codebook"));
-        const QByteArray help = run({ "codebook", "--help" }).out;
-        for (const char *option : { "--type", "--decimals", "--output", "FILE" })
-            QVERIFY2(help.contains(option), option);
-    }
+    void helpTellsOfTheCommand() { verifyHelpTellsOf("codebook", { "--type", "--decimals", "--output", "FILE" }); }
 
 private:
+    static void addWhatStandsThere()
+    {
+        QTest::addColumn<bool>("isThere");
+        QTest::newRow("file") << true;
+        QTest::newRow("file to come") << false;
+    }
+
     // Nothing that ends a script, and nothing that HTML forbids or UTF-8 cannot hold.
     static bool isHarmless(const QByteArray &data)
     {
@@ -616,46 +568,17 @@ private:
             && text.toUtf8() == data;
     }
 
-    void write(const QString &name, const QString &content) const
-    {
-        const QByteArray bytes = content.toUtf8();
-        QFile file(QDir(folder.path()).filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), qint64(bytes.size()));
-    }
-
-    QByteArray contentOf(const QString &name) const
-    {
-        QFile file(QDir(folder.path()).filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
     // The page that the tool writes, or nothing.
     QByteArray pageOf(const QString &file) const
     {
         QFile::remove(folder.filePath("page.html"));
-        const Run made = run({ "codebook", file, "-o", "page.html" });
+        const Run made = folder.run({ "codebook", file, "-o", "page.html" });
         if (made.status != fine || !made.out.isEmpty() || !made.err.isEmpty())
             return {};
-        return contentOf("page.html");
+        return folder.read("page.html");
     }
 
-    Run run(const QStringList &arguments) const
-    {
-        QProcess tool;
-        return run(arguments, tool);
-    }
-
-    Run run(const QStringList &arguments, QProcess &tool) const
-    {
-        tool.setWorkingDirectory(folder.path());
-        tool.start(VAN_TOOL, arguments);
-        if (!tool.waitForFinished(patience) || tool.exitStatus() != QProcess::NormalExit)
-            return {};
-        return { tool.exitCode(), tool.readAllStandardOutput(), tool.readAllStandardError() };
-    }
-
-    QTemporaryDir folder;
+    ToolFolder folder;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutCodebookTest)

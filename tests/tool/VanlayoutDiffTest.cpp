@@ -1,33 +1,21 @@
 #include "Diff.h"
 #include "import/SourceField.h"
+#include "support/Corpus.h"
+#include "support/ToolRun.h"
 
 #include <QtTest>
 
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <memory>
 #include <vector>
 
 namespace
 {
-
-constexpr int fine = 0;
-constexpr int finding = 1;
-constexpr int noAnswer = 2;
-
-struct Run {
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-
-    QJsonValue json() const { return QJsonDocument::fromJson(out).object(); }
-};
 
 /// The variables of a layout that a test makes up.
 class Variables
@@ -841,10 +829,8 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         write("good.dcf", dictionary(record("R", item("A", "a", 2, 1))));
         const Run run = diff(arguments);
-        QCOMPARE(run.status, noAnswer);
+        verifyComplaint(run, QByteArray());
         QCOMPARE(run.out, QByteArray());
-        QVERIFY(run.err.startsWith("vanlayout: "));
-        QCOMPARE(run.err.count('\n'), 1);
     }
 
     void oldFileCanBePiped()
@@ -861,24 +847,18 @@ private Q_SLOTS:
 
     void fullDiskIsStatus2AndOneLine()
     {
-        if (!QFile::exists("/dev/full"))
-            QSKIP("there is no /dev/full");
         write("before.dcf", surveyBefore());
-        for (const char *format : { "table", "json" }) {
-            QProcess tool;
-            tool.setStandardOutputFile("/dev/full");
-            const Run run = diff({ "--format", format, "before.dcf", "before.dcf" }, tool);
-            QCOMPARE(run.status, noAnswer);
-            QCOMPARE(run.err, QByteArray("vanlayout: standard output: cannot be written\n"));
-        }
+        for (const char *format : { "table", "json" })
+            verifyFullDiskIsTold(folder, { "diff", "--format", format, "before.dcf", "before.dcf" });
     }
 
     void jsonHoldsTheExactTexts()
     {
         const QString before = QString::fromUtf8("\"quoted\\\", \x01\x1B[31m\tÉ 日付 ");
         const QString after = QString(QChar(0xD83D)) + "half";
-        write("before.dcf", dictionary(record("R", item("A", before, 2, 1, valueSet({ "1;" + before })))), true);
-        write("after.dcf", dictionary(record("R", item("A", after, 2, 1, valueSet({ "1;" + after })))), true);
+        folder.write("before.dcf",
+                     inUtf16(dictionary(record("R", item("A", before, 2, 1, valueSet({ "1;" + before }))))));
+        folder.write("after.dcf", inUtf16(dictionary(record("R", item("A", after, 2, 1, valueSet({ "1;" + after }))))));
         const Run run = diff({ "--format", "json", "before.dcf", "after.dcf" });
         QCOMPARE(run.status, finding);
         const QJsonValue change = run.json()["changed"][0];
@@ -893,9 +873,11 @@ private Q_SLOTS:
     {
         const QString before = "\x1B[31m\tred\x07";
         const QString after = QString(QChar(0xD83D)) + QChar(0x9B) + "half";
-        write("be\x1B[1mfore.dcf",
-              dictionary(record("R\x07", item("A\x1B", before, 2, 1, valueSet({ "1;" + before })))), true);
-        write("after.dcf", dictionary(record("R\x07", item("A\x1B", after, 2, 1, valueSet({ "1;" + after })))), true);
+        const auto content = [](const QString &text) {
+            return inUtf16(dictionary(record("R\x07", item("A\x1B", text, 2, 1, valueSet({ "1;" + text })))));
+        };
+        folder.write("be\x1B[1mfore.dcf", content(before));
+        folder.write("after.dcf", content(after));
         const Run run = diff({ "be\x1B[1mfore.dcf", "after.dcf" });
         QCOMPARE(run.status, finding);
         QVERIFY(run.out.contains("label: "));
@@ -937,16 +919,13 @@ private Q_SLOTS:
 
     void realFilesAreTheSameAsThemselves()
     {
-        const QDir corpus(QStringLiteral(VAN_CORPUS));
-        if (!corpus.exists())
+        if (!QFile::exists(QStringLiteral(VAN_CORPUS)))
             QSKIP("the corpus is not here");
         int compared = 0;
         for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" }) {
-            const QFileInfoList files = QDir(corpus.filePath(kind)).entryInfoList(QDir::Files);
-            for (const QFileInfo &file : files) {
-                const Run run = diff({ "--format", "json", file.filePath(), file.filePath() });
-                QVERIFY2(run.status == fine || (run.status == noAnswer && run.out.isEmpty()),
-                         qPrintable(file.filePath()));
+            for (const QString &file : corpusFiles(kind)) {
+                const Run run = diff({ "--format", "json", file, file });
+                QVERIFY2(run.status == fine || (run.status == noAnswer && run.out.isEmpty()), qPrintable(file));
                 compared += run.status == fine;
             }
         }
@@ -955,13 +934,7 @@ private Q_SLOTS:
 
     void helpTellsOfTheCommand()
     {
-        QProcess tool;
-        tool.start(VAN_TOOL, { "--help" });
-        QVERIFY(tool.waitForFinished());
-        QVERIFY(tool.readAllStandardOutput().contains("diff"));
-        const QByteArray help = diff({ "--help" }).out;
-        for (const char *option : { "--format", "--old-type", "--new-type", "--decimals", "OLD", "NEW" })
-            QVERIFY2(help.contains(option), option);
+        verifyHelpTellsOf("diff", { "--format", "--old-type", "--new-type", "--decimals", "OLD", "NEW" });
     }
 
 private:
@@ -974,39 +947,16 @@ private:
         return dictionary(record("R", items));
     }
 
-    // In UTF-8, or in UTF-16 with any unit.
-    void write(const QString &name, const QString &text, bool asUtf16 = false) const
-    {
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QByteArray bytes = text.toUtf8();
-        if (asUtf16) {
-            bytes = "\xFF\xFE";
-            for (const QChar unit : text) {
-                bytes += char(unit.cell());
-                bytes += char(unit.row());
-            }
-        }
-        QCOMPARE(file.write(bytes), qint64(bytes.size()));
-    }
+    void write(const QString &name, const QString &text) const { folder.write(name, text.toUtf8()); }
 
-    Run diff(const QStringList &arguments) const
-    {
-        QProcess tool;
-        return diff(arguments, tool);
-    }
+    Run diff(const QStringList &arguments) const { return folder.run(QStringList("diff") + arguments); }
 
     Run diff(const QStringList &arguments, QProcess &tool) const
     {
-        tool.setWorkingDirectory(folder.path());
-        tool.start(VAN_TOOL, QStringList("diff") + arguments);
-        constexpr int patience = 120000;
-        if (!tool.waitForFinished(patience) || tool.exitStatus() != QProcess::NormalExit)
-            return {};
-        return { tool.exitCode(), tool.readAllStandardOutput(), tool.readAllStandardError() };
+        return folder.run(QStringList("diff") + arguments, tool);
     }
 
-    QTemporaryDir folder;
+    ToolFolder folder;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutDiffTest)

@@ -1,34 +1,22 @@
 #include "import/ReadReport.h"
 #include "support/NotesLine.h"
+#include "support/ToolRun.h"
 
 #include <QtTest>
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QSet>
-#include <QTemporaryDir>
 
 namespace
 {
-
-constexpr int fine = 0;
-constexpr int finding = 1;
-constexpr int noAnswer = 2;
 
 const QString planted = QStringLiteral(VAN_TEST_DATA "/report/planted.dcf");
 const QString planted8 = QStringLiteral(VAN_TEST_DATA "/report/planted8.dcf");
 const QString ended = QStringLiteral(VAN_TEST_DATA "/report/ended.dcf");
 const QString clean = QStringLiteral(VAN_TEST_DATA "/report/clean.dcf");
 const QString clean8 = QStringLiteral(VAN_TEST_DATA "/report/clean8.dcf");
-
-struct Run {
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-};
 
 QSet<QString> kindsIn(const QByteArray &json)
 {
@@ -67,16 +55,16 @@ private Q_SLOTS:
         expected += kindsBetween(NoteKind::duplicateVariable, NoteKind::duplicateRecord);
         QSet<QString> found;
         for (const char *decimals : { "no", "yes" })
-            found += kindsIn(run({ "explain", "--format", "json", "--decimals", decimals, planted }).out);
+            found += kindsIn(folder.run({ "explain", "--format", "json", "--decimals", decimals, planted }).out);
         QCOMPARE(sorted(expected - found), QStringList());
         QCOMPARE(sorted(found - expected), QStringList());
-        QCOMPARE(sorted(kindsIn(run({ "explain", "--format", "json", ended }).out)),
+        QCOMPARE(sorted(kindsIn(folder.run({ "explain", "--format", "json", ended }).out)),
                  (QStringList{ "reading-ended", "several-in-a-line" }));
     }
 
     void everyOddityPlantedInACSPro8DictionaryIsFound()
     {
-        const Run explained = run({ "explain", "--format", "json", planted8 });
+        const Run explained = folder.run({ "explain", "--format", "json", planted8 });
         QCOMPARE(explained.status, finding);
         const QSet<QString> found = kindsIn(explained.out);
         QCOMPARE(sorted(kindsBetween(NoteKind::wrongType, NoteKind::firstAtColumnOne) - found), QStringList());
@@ -96,22 +84,22 @@ private Q_SLOTS:
     {
         QFETCH(QString, file);
         QFETCH(QString, type);
-        const Run explained = run({ "explain", file });
+        const Run explained = folder.run({ "explain", file });
         QCOMPARE(explained.status, fine);
         QCOMPARE(explained.err, QByteArray());
         QCOMPARE(QString::fromUtf8(explained.out), file + ": " + type + ", no note\n");
-        const Run shown = run({ "show", file });
+        const Run shown = folder.run({ "show", file });
         QCOMPARE(shown.status, fine);
         QCOMPARE(shown.err, QByteArray());
     }
 
     void tableIsByGravityThenByKind()
     {
-        write("d.dcf",
-              "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\nLen=2\nTaste=sweet\n"
-              "[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n"
-              "[Item]\nName=AGE\nStart=9\nLen=1\n");
-        const Run explained = run({ "explain", "d.dcf" });
+        folder.write("d.dcf",
+                     "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\nLen=2\nTaste=sweet\n"
+                     "[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n"
+                     "[Item]\nName=AGE\nStart=9\nLen=1\n");
+        const Run explained = folder.run({ "explain", "d.dcf" });
         QCOMPARE(explained.status, finding);
         QCOMPARE(explained.err, QByteArray());
         QCOMPARE(QString::fromUtf8(explained.out),
@@ -147,8 +135,8 @@ private Q_SLOTS:
 
     void jsonHasEveryKeyInItsOrder()
     {
-        write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
-        const Run explained = run({ "explain", "--format", "json", "d.dcf" });
+        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
+        const Run explained = folder.run({ "explain", "--format", "json", "d.dcf" });
         QCOMPARE(explained.status, finding);
         QCOMPARE(QString::fromUtf8(explained.out),
                  "{\n"
@@ -174,7 +162,7 @@ private Q_SLOTS:
 
     void severalFilesAreOneJsonObjectALine()
     {
-        const Run explained = run({ "explain", "--format", "json", clean, planted8 });
+        const Run explained = folder.run({ "explain", "--format", "json", clean, planted8 });
         const QList<QByteArray> lines = explained.out.trimmed().split('\n');
         QCOMPARE(lines.size(), 2);
         QCOMPARE(kindsIn(lines.at(0)).size(), 0);
@@ -184,8 +172,9 @@ private Q_SLOTS:
 
     void whatIsChangedOrCuriousIsNoFinding()
     {
-        write("d.dcf", "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
-        const Run explained = run({ "explain", "d.dcf" });
+        folder.write("d.dcf",
+                     "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
+        const Run explained = folder.run({ "explain", "d.dcf" });
         QVERIFY(explained.out.startsWith("d.dcf: CSPro text dictionary, 3 notes (2 changed, 1 curious)\n"));
         QCOMPARE(explained.status, fine);
     }
@@ -195,19 +184,19 @@ private Q_SLOTS:
         QByteArray lines;
         for (int i = 0; i < 12; ++i)
             lines += "Key" + QByteArray::number(i) + "=x\n";
-        write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n" + lines);
-        const QByteArray some = run({ "explain", "d.dcf" }).out;
+        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n" + lines);
+        const QByteArray some = folder.run({ "explain", "d.dcf" }).out;
         QVERIFY(some.contains("unknown-key (12)\n"));
         QVERIFY(some.contains("Key9=x\n      and 2 more\n"));
-        const QByteArray all = run({ "explain", "--all", "d.dcf" }).out;
+        const QByteArray all = folder.run({ "explain", "--all", "d.dcf" }).out;
         QVERIFY(all.contains("Key10=x\n"));
         QVERIFY(all.endsWith("Key11=x\n"));
     }
 
     void controlCharactersOfTheFileReachNoTerminal()
     {
-        write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nCo\x1b[31m=red\n");
-        const Run explained = run({ "explain", "d.dcf" });
+        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nCo\x1b[31m=red\n");
+        const Run explained = folder.run({ "explain", "d.dcf" });
         QCOMPARE(explained.status, finding);
         QVERIFY(!explained.out.contains('\x1b'));
         QVERIFY(explained.out.contains("[31m=red"));
@@ -215,17 +204,17 @@ private Q_SLOTS:
 
     void lineAsLongAsTheFileIsCutInTheTable()
     {
-        write("d.dcf", QByteArray(100000, 'x') + "\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n");
-        const QByteArray table = run({ "explain", "d.dcf" }).out;
+        folder.write("d.dcf", QByteArray(100000, 'x') + "\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n");
+        const QByteArray table = folder.run({ "explain", "d.dcf" }).out;
         QVERIFY(table.contains("line-outside-section (1)\n"));
         QVERIFY(table.size() < 1000);
-        QVERIFY(run({ "explain", "--format", "json", "d.dcf" }).out.size() > 100000);
+        QVERIFY(folder.run({ "explain", "--format", "json", "d.dcf" }).out.size() > 100000);
     }
 
     void lookupLinesWithoutASeparatorAreTold()
     {
-        write("codes.txt", "1;Artesia\n2;Copal\nDorado\n");
-        const Run explained = run({ "explain", "--type", "lookup", "--separator", "semicolon", "codes.txt" });
+        folder.write("codes.txt", "1;Artesia\n2;Copal\nDorado\n");
+        const Run explained = folder.run({ "explain", "--type", "lookup", "--separator", "semicolon", "codes.txt" });
         QCOMPARE(explained.status, fine); // changed, not lost
         QCOMPARE(QString::fromUtf8(explained.out),
                  "codes.txt: lookup file, 1 note (1 changed)\n"
@@ -240,7 +229,7 @@ private Q_SLOTS:
 
     void fileWithoutLayoutIsExplainedAndHasStatus2()
     {
-        const Run explained = run({ "explain", ended });
+        const Run explained = folder.run({ "explain", ended });
         QCOMPARE(explained.status, noAnswer);
         QVERIFY(explained.out.contains("reading-ended (1)\n"));
         QCOMPARE(QString::fromUtf8(explained.err),
@@ -251,22 +240,18 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QByteArray>("problem");
-        QTest::newRow("no file") << QStringList{ "explain" } << QByteArray("vanlayout: FILE");
-        QTest::newRow("missing") << QStringList{ "explain", "missing.dcf" } << QByteArray("vanlayout: missing.dcf: ");
+        QTest::newRow("no file") << QStringList{ "explain" } << QByteArray("FILE");
+        QTest::newRow("missing") << QStringList{ "explain", "missing.dcf" } << QByteArray("missing.dcf: ");
         QTest::newRow("missing lookup") << QStringList{ "explain", "--type", "lookup", "missing.txt" }
-                                        << QByteArray("vanlayout: missing.txt: ");
-        QTest::newRow("folder") << QStringList{ "explain", "." } << QByteArray("vanlayout: .: ");
-        QTest::newRow("format") << QStringList{ "explain", "--format", "csv", clean }
-                                << QByteArray("vanlayout: --format");
+                                        << QByteArray("missing.txt: ");
+        QTest::newRow("folder") << QStringList{ "explain", "." } << QByteArray(".: ");
+        QTest::newRow("format") << QStringList{ "explain", "--format", "csv", clean } << QByteArray("--format");
     }
     void noAnswerIsStatus2AndOneLine()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, problem);
-        const Run explained = run(arguments);
-        QCOMPARE(explained.status, noAnswer);
-        QVERIFY2(explained.err.startsWith(problem), explained.err.constData());
-        QCOMPARE(explained.err.count('\n'), 1);
+        verifyComplaint(folder.run(arguments), problem);
     }
 
     void showSaysInOneLineHowManyNotesThereAre_data()
@@ -279,8 +264,8 @@ private Q_SLOTS:
     void showSaysInOneLineHowManyNotesThereAre()
     {
         QFETCH(QString, format);
-        write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
-        const Run shown = run({ "show", "--format", format, "d.dcf" });
+        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
+        const Run shown = folder.run({ "show", "--format", format, "d.dcf" });
         QCOMPARE(shown.status, fine);
         QCOMPARE(shown.err, QByteArray("vanlayout: d.dcf: 1 note (1 lost); vanlayout explain shows them\n"));
         QVERIFY(!shown.out.contains("note"));
@@ -288,30 +273,14 @@ private Q_SLOTS:
 
     void showOfAFileWithoutLayoutSaysWhatIsWrongAlone()
     {
-        const Run shown = run({ "show", ended });
+        const Run shown = folder.run({ "show", ended });
         QCOMPARE(shown.status, noAnswer);
         QCOMPARE(notesLinesOf(shown.err), QByteArray());
         QCOMPARE(shown.err.count('\n'), 1);
     }
 
 private:
-    void write(const QString &name, const QByteArray &content)
-    {
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), qint64(content.size()));
-    }
-
-    Run run(const QStringList &arguments)
-    {
-        QProcess process;
-        process.setWorkingDirectory(folder.path());
-        process.start(QStringLiteral(VAN_TOOL), arguments);
-        process.waitForFinished(-1);
-        return { process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError() };
-    }
-
-    QTemporaryDir folder;
+    ToolFolder folder;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutExplainTest)

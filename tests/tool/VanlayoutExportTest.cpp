@@ -1,34 +1,23 @@
 #include "Export.h"
 #include "import/SourceField.h"
+#include "support/Corpus.h"
+#include "support/ReadPipe.h"
+#include "support/ToolRun.h"
 #include "tool/JsonSchema.h"
 
 #include <QtTest>
 
 #include <QBuffer>
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QXmlStreamReader>
-
-#include <sys/stat.h>
 
 namespace
 {
-
-constexpr int fine = 0;
-constexpr int noAnswer = 2;
-constexpr int patience = 120000; // milliseconds, far more than any run takes
-
-struct Run {
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-};
 
 // One element of an XML document, without the blanks between elements.
 struct Element {
@@ -206,18 +195,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("url");
-        QTest::newRow("suffix") << "survey.dcf"
-                                << "survey"
-                                << "survey.csv";
-        QTest::newRow("several points") << "survey.v2.dcf"
-                                        << "survey.v2"
-                                        << "survey.v2.csv";
-        QTest::newRow("blank") << "a survey.dcf"
-                               << "a survey"
-                               << "a%20survey.csv";
-        QTest::newRow("nothing but a suffix") << ".dcf"
-                                              << ".dcf"
-                                              << ".dcf.csv";
+        // clang-format off
+        QTest::newRow("suffix")               << "survey.dcf"    << "survey"    << "survey.csv";
+        QTest::newRow("several points")       << "survey.v2.dcf" << "survey.v2" << "survey.v2.csv";
+        QTest::newRow("blank")                << "a survey.dcf"  << "a survey"  << "a%20survey.csv";
+        QTest::newRow("nothing but a suffix") << ".dcf"          << ".dcf"      << ".dcf.csv";
+        // clang-format on
     }
     void titleIsTheFilesNameWithoutFolderAndSuffix()
     {
@@ -757,7 +740,7 @@ private Q_SLOTS:
         QFETCH(QString, file);
         // Several ranges in one line, and a further line of the set: reading ends in an error.
         write(dictionary(item("X", "Ends") + valueSet("Value=1:2 3:4;A\nValue=5;B\n")), "error.dcf");
-        const QByteArray form = tool({ "show", "--format", "json", file }).out;
+        const QByteArray form = folder.run({ "show", "--format", "json", file }).out;
         QVERIFY(!form.isEmpty());
         const QJsonObject shown = QJsonDocument::fromJson(form).object();
         QCOMPARE(shown.contains("error"), file.endsWith("error.dcf"));
@@ -928,55 +911,42 @@ private Q_SLOTS:
     {
         write(dictionary(item("X", "A label")));
         const QByteArray printed = exported("ddi", "survey.dcf").out;
-        const Run run = tool({ "export", "--to", "ddi", "-o", "survey.xml", "survey.dcf" });
+        const Run run = folder.run({ "export", "--to", "ddi", "-o", "survey.xml", "survey.dcf" });
         QCOMPARE(run.status, fine);
         QCOMPARE(run.out, QByteArray());
         QCOMPARE(run.err, QByteArray());
-        QCOMPARE(read("survey.xml"), printed);
-        QCOMPARE(tool({ "export", "--to", "ddi", "-o", "-", "survey.dcf" }).out, printed);
+        QCOMPARE(folder.read("survey.xml"), printed);
+        QCOMPARE(folder.run({ "export", "--to", "ddi", "-o", "-", "survey.dcf" }).out, printed);
     }
 
     void failureLeavesTheFileThatWasThere()
     {
         write("before", "survey.xml");
         write("no dictionary");
-        QCOMPARE(tool({ "export", "--to", "ddi", "-o", "survey.xml", "survey.dcf" }).status, noAnswer);
-        QCOMPARE(read("survey.xml"), QByteArray("before"));
+        QCOMPARE(folder.run({ "export", "--to", "ddi", "-o", "survey.xml", "survey.dcf" }).status, noAnswer);
+        QCOMPARE(folder.read("survey.xml"), QByteArray("before"));
     }
 
     void pipeIsWrittenToAndStays()
     {
         write(dictionary(item("X", "A label")));
-        const QString pipe = folder.filePath("pipe");
-        QFile::remove(pipe);
-        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-        QProcess reader;
-        reader.start("cat", { pipe });
-        if (!reader.waitForStarted())
-            QSKIP("there is no cat");
-        const Run run = tool({ "export", "--to", "csvw", "-o", "pipe", "survey.dcf" });
-        struct stat status = {};
-        const bool isPipe = stat(QFile::encodeName(pipe).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
-        if (!isPipe)
-            reader.kill();
-        QVERIFY(reader.waitForFinished(patience));
+        const QByteArray printed = exported("csvw", "survey.dcf").out;
+        QVERIFY(!printed.isEmpty());
+        QFile::remove(folder.filePath("pipe"));
+        ReadPipe pipe(folder.filePath("pipe"));
+        QVERIFY2(pipe.isRead(), "no pipe can be made, or there is no cat");
+        const Run run = folder.run({ "export", "--to", "csvw", "-o", "pipe", "survey.dcf" });
+        QVERIFY(pipe.isThere());
         QCOMPARE(run.status, fine);
-        QVERIFY(isPipe);
-        QCOMPARE(reader.readAllStandardOutput(), exported("csvw", "survey.dcf").out);
+        QCOMPARE(pipe.taken(patience), printed);
     }
 
     void fullDiskIsStatus2AndOneLine_data() { addTargets(); }
     void fullDiskIsStatus2AndOneLine()
     {
         QFETCH(QString, target);
-        if (!QFile::exists("/dev/full"))
-            QSKIP("there is no /dev/full");
         write(dictionary(item("X", "A label")));
-        QProcess process;
-        process.setStandardOutputFile("/dev/full");
-        const Run run = tool({ "export", "--to", target, "survey.dcf" }, process);
-        QCOMPARE(run.status, noAnswer);
-        QCOMPARE(run.err, QByteArray("vanlayout: standard output: cannot be written\n"));
+        verifyFullDiskIsTold(folder, { "export", "--to", target, "survey.dcf" });
     }
 
     void noAnswerIsStatus2AndOneLine_data()
@@ -1009,28 +979,23 @@ private Q_SLOTS:
         const QByteArray content = dictionary(item("X", "A label"));
         write(content);
         write("", "empty.dcf");
-        const Run run = tool(QStringList("export") + arguments);
-        QCOMPARE(run.status, noAnswer);
+        const Run run = folder.run(QStringList("export") + arguments);
+        verifyComplaint(run, problem);
         QCOMPARE(run.out, QByteArray());
-        QVERIFY2(run.err.startsWith("vanlayout: " + problem), run.err.constData());
-        QCOMPARE(run.err.count('\n'), 1);
-        QCOMPARE(read("survey.dcf"), content);
+        QCOMPARE(folder.read("survey.dcf"), content);
     }
 
     void decimalCodesAreAnsweredFor()
     {
         write(dictionary(item("X", "A number", "Start=1\nLen=3\n") + valueSet("Value=0.5;Half\nValue=2;Two\n")));
         QVERIFY(ddiVariables("survey.dcf").at(0).all("catgry").isEmpty());
-        const Run run = tool({ "export", "--to", "ddi", "--decimals", "yes", "survey.dcf" });
+        const Run run = folder.run({ "export", "--to", "ddi", "--decimals", "yes", "survey.dcf" });
         QVERIFY(run.out.contains("<labl>Two</labl>"));
     }
 
     void helpTellsOfTheCommand()
     {
-        QVERIFY(tool({ "--help" }).out.contains("export"));
-        const QByteArray help = tool({ "export", "--help" }).out;
-        for (const char *option : { "--to", "--type", "--decimals", "--output", "FILE" })
-            QVERIFY2(help.contains(option), option);
+        verifyHelpTellsOf("export", { "--to", "--type", "--decimals", "--output", "FILE" });
     }
 
 private:
@@ -1050,9 +1015,8 @@ private:
                                   "cspro-json/cspro-ex-geocodes.dcf" })
             QTest::newRow(file) << QStringLiteral(VAN_CORPUS "/") + file;
         for (const char *kind : { "spss", "stata" }) {
-            const QDir files(QStringLiteral(VAN_CORPUS "/") + kind);
-            for (const QString &file : files.entryList(QDir::Files).mid(0, 3))
-                QTest::addRow("%s/%s", kind, qPrintable(file)) << files.filePath(file);
+            for (const QString &file : corpusFiles(kind).mid(0, 3))
+                QTest::addRow("%s/%s", kind, qPrintable(QFileInfo(file).fileName())) << file;
         }
     }
 
@@ -1130,7 +1094,7 @@ private:
 
     QJsonObject json(const QString &target, const QString &file) const
     {
-        return QJsonDocument::fromJson(exported(target, file).out).object();
+        return exported(target, file).json().toObject();
     }
 
     QJsonObject column(int index) const
@@ -1154,7 +1118,7 @@ private:
     // What `show` prints.
     QJsonObject form(const QString &file) const
     {
-        return QJsonDocument::fromJson(tool({ "show", "--format", "json", file }).out).object();
+        return folder.run({ "show", "--format", "json", file }).json().toObject();
     }
 
     static QByteArray written(const Layout &layout, void (*write)(const Layout &layout, QIODevice &device))
@@ -1167,35 +1131,15 @@ private:
 
     void write(const QByteArray &content, const QString &name = QStringLiteral("survey.dcf")) const
     {
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), qint64(content.size()));
+        folder.write(name, content);
     }
 
-    QByteArray read(const QString &name) const
+    Run exported(const QString &target, const QString &file) const
     {
-        QFile file(folder.filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return folder.run({ "export", "--to", target, file });
     }
 
-    Run exported(const QString &target, const QString &file) const { return tool({ "export", "--to", target, file }); }
-
-    Run tool(const QStringList &arguments) const
-    {
-        QProcess process;
-        return tool(arguments, process);
-    }
-
-    Run tool(const QStringList &arguments, QProcess &process) const
-    {
-        process.setWorkingDirectory(folder.path());
-        process.start(VAN_TOOL, arguments);
-        if (!process.waitForFinished(patience) || process.exitStatus() != QProcess::NormalExit)
-            return {};
-        return { process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError() };
-    }
-
-    QTemporaryDir folder;
+    ToolFolder folder;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutExportTest)

@@ -1,6 +1,8 @@
 #include "support/NotesLine.h"
-#include "support/Sanitizer.h"
 #include "support/OrdinaryUser.h"
+#include "support/PseudoTerminal.h"
+#include "support/Sanitizer.h"
+#include "support/ToolRun.h"
 
 #include <QtTest>
 
@@ -10,7 +12,6 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTextCodec>
 
 #include <clocale>
@@ -28,31 +29,13 @@
 namespace
 {
 
-constexpr int patience = 120000; // milliseconds, far more than any run takes
-
-constexpr int fine = 0;
-constexpr int noAnswer = 2;
-
-// What a run of the tool left behind.
-struct Run {
-    int status = -1;
-    bool ended = false; // in the ordinary way, not by a signal
-    QByteArray out;
-    QByteArray err;   // without the lines that say how many notes there are
-    QByteArray notes; // those lines
-
-    QList<QByteArray> outLines() const { return linesOf(out); }
-    QList<QByteArray> errLines() const { return linesOf(err); }
-
-private:
-    static QList<QByteArray> linesOf(const QByteArray &text)
-    {
-        QList<QByteArray> lines = text.split('\n');
-        if (lines.last().isEmpty())
-            lines.removeLast();
-        return lines;
-    }
-};
+QList<QByteArray> linesOf(const QByteArray &text)
+{
+    QList<QByteArray> lines = text.split('\n');
+    if (lines.last().isEmpty())
+        lines.removeLast();
+    return lines;
+}
 
 // A process that does something to itself before it becomes the tool.
 class PreparedProcess : public QProcess
@@ -167,6 +150,14 @@ std::function<void()> memoryOf(rlim_t bytes)
 std::function<void()> processorTimeOf(rlim_t seconds)
 {
     return [seconds] { limit(RLIMIT_CPU, seconds); };
+}
+
+// Has a process write its standard output to a disk that is full.
+void writeToFullDisk()
+{
+    const int disk = open("/dev/full", O_WRONLY);
+    if (disk < 0 || dup2(disk, STDOUT_FILENO) < 0)
+        _exit(127);
 }
 
 // A pipe with a text in it that ends there; small enough to need no reader.
@@ -311,14 +302,14 @@ private Q_SLOTS:
 
 private:
     QString pathOf(const QString &name) const { return folder->filePath(name); }
-    void write(const QString &name, const QByteArray &content) const;
+    void write(const QString &name, const QByteArray &content) const { folder->write(name, content); }
     Run run(const QStringList &arguments, const Variables &variables = {},
-            const std::function<void()> &prepare = nullptr, const QString &outFile = QString()) const;
+            const std::function<void()> &prepare = nullptr) const;
     Run show(const QByteArray &content, const QStringList &options = {}, const Variables &variables = {}) const;
     QJsonArray fieldsOf(const QByteArray &content) const;
     QList<QByteArray> rowsOf(const QByteArray &content, const Variables &variables = {}) const;
 
-    std::unique_ptr<QTemporaryDir> folder;
+    std::unique_ptr<ToolFolder> folder;
 };
 
 namespace
@@ -490,16 +481,9 @@ constexpr int unreadableRangeLine = 12;
 
 } // namespace
 
-void VanlayoutTest::write(const QString &name, const QByteArray &content) const
-{
-    QFile file(pathOf(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), qint64(content.size()));
-}
-
-// Runs the tool in the folder of the test.
-Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables, const std::function<void()> &prepare,
-                       const QString &outFile) const
+// Runs the tool in the folder of the test; the line that tells how many notes there are is not in its errors.
+Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables,
+                       const std::function<void()> &prepare) const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
@@ -515,23 +499,9 @@ Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables,
 
     PreparedProcess process;
     process.prepare = prepare;
-    process.setWorkingDirectory(folder->path());
     process.setProcessEnvironment(environment);
-    if (!outFile.isEmpty())
-        process.setStandardOutputFile(outFile);
-    process.start(QStringLiteral(VAN_TOOL), arguments);
-    Run result;
-    if (!process.waitForFinished(patience)) {
-        process.kill();
-        process.waitForFinished();
-        return result;
-    }
-    result.ended = process.exitStatus() == QProcess::NormalExit;
-    result.status = process.exitCode();
-    result.out = process.readAllStandardOutput();
-    const QByteArray all = process.readAllStandardError();
-    result.err = withoutNotesLine(all);
-    result.notes = notesLinesOf(all);
+    Run result = folder->run(arguments, process);
+    result.err = withoutNotesLine(result.err);
     return result;
 }
 
@@ -552,20 +522,10 @@ QJsonArray VanlayoutTest::fieldsOf(const QByteArray &content) const
 // The lines of the table of that content, from the line with the names of the columns on.
 QList<QByteArray> VanlayoutTest::rowsOf(const QByteArray &content, const Variables &variables) const
 {
-    QList<QByteArray> lines = show(content, {}, variables).outLines();
+    QList<QByteArray> lines = linesOf(show(content, {}, variables).out);
     while (!lines.isEmpty() && !lines.first().startsWith("Name "))
         lines.removeFirst();
     return lines;
-}
-
-static void verifyComplaint(const Run &result, const QByteArray &subject)
-{
-    QVERIFY(result.ended);
-    QCOMPARE(result.status, noAnswer);
-    QCOMPARE(result.errLines().size(), 1);
-    QVERIFY2(result.err.startsWith("vanlayout: " + subject), result.err.constData());
-    QVERIFY2(result.err.trimmed().size() > QByteArray("vanlayout: " + subject).size() + 2, result.err.constData());
-    QVERIFY(result.err.endsWith('\n'));
 }
 
 void VanlayoutTest::initTestCase()
@@ -577,7 +537,7 @@ void VanlayoutTest::initTestCase()
 
 void VanlayoutTest::init()
 {
-    folder = std::make_unique<QTemporaryDir>();
+    folder = std::make_unique<ToolFolder>();
     QVERIFY(folder->isValid());
 }
 
@@ -617,7 +577,7 @@ void VanlayoutTest::severalFilesGiveOneJsonObjectALine()
     const Run shown = run({ "show", "--format", "json", "survey.dcf", "other.dcf", "survey.dcf" });
     QCOMPARE(shown.status, fine);
     QVERIFY(shown.out.endsWith('\n'));
-    const QList<QByteArray> lines = shown.outLines();
+    const QList<QByteArray> lines = linesOf(shown.out);
     QCOMPARE(lines.size(), 3);
     QCOMPARE(compact(lines.at(0)), surveyJson);
     QCOMPARE(compact(lines.at(2)), surveyJson);
@@ -752,7 +712,7 @@ void VanlayoutTest::errorOfTheLibraryIsOneLineAmongSeveralFiles()
     write("survey.dcf", survey);
     write("broken.dcf", unreadableRange);
     const Run shown = run({ "show", "--format", "json", "survey.dcf", "broken.dcf", "survey.dcf" });
-    const QList<QByteArray> lines = shown.outLines();
+    const QList<QByteArray> lines = linesOf(shown.out);
     QCOMPARE(lines.size(), 3);
     QCOMPARE(compact(lines.at(0)), surveyJson);
     QCOMPARE(compact(lines.at(1)), QByteArray("{\"error\":{\"code\":242,\"line\":12}}"));
@@ -935,26 +895,18 @@ void VanlayoutTest::widthIsThatOfTheTerminal()
 {
     constexpr ushort width = 90;
     write("survey.dcf", oneItem("LONG", repeated("0123456789", 30)));
-    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    if (terminal < 0)
-        QSKIP("this system has no pseudo terminals");
-    QCOMPARE(grantpt(terminal), 0);
-    QCOMPARE(unlockpt(terminal), 0);
+    const PseudoTerminal terminal;
+    QVERIFY2(terminal.isOpen(), "this system has no pseudo terminals");
+    const int end = terminal.descriptor();
     const winsize size = { 24, width, 0, 0 };
-    QCOMPARE(ioctl(terminal, TIOCSWINSZ, &size), 0);
-    const int end = open(ptsname(terminal), O_RDWR | O_NOCTTY);
-    QVERIFY(end >= 0);
+    QCOMPARE(ioctl(end, TIOCSWINSZ, &size), 0);
 
     const Run shown = run({ "show", "survey.dcf" }, { { "COLUMNS", "60" } }, [end] { dup2(end, STDOUT_FILENO); });
-    char buffer[1 << 14];
-    const ssize_t count = read(terminal, buffer, sizeof buffer);
-    close(end);
-    close(terminal);
-
+    const QByteArray text = terminal.taken();
     QCOMPARE(shown.status, fine);
-    QVERIFY(count > 0);
+    QVERIFY(!text.isEmpty());
     int widest = 0;
-    for (const QString &line : QString::fromUtf8(buffer, int(count)).remove('\r').split('\n'))
+    for (const QString &line : QString::fromUtf8(text).remove('\r').split('\n'))
         widest = std::max(widest, terminalColumns(line));
     QCOMPARE(widest, int(width));
 }
@@ -1047,7 +999,7 @@ void VanlayoutTest::complaintSendsNoControlCharacters()
 {
     const Run shown = run({ "show", QStringLiteral("a\u001B[2Jb\u0007c.dcf") });
     QCOMPARE(shown.status, noAnswer);
-    QCOMPARE(shown.errLines().size(), 1);
+    QCOMPARE(linesOf(shown.err).size(), 1);
     verifyHarmless(shown.err);
 }
 
@@ -1181,9 +1133,9 @@ void VanlayoutTest::eachFileWithoutAnAnswerHasItsLine()
     write("empty.dcf", QByteArray());
     const Run shown = run({ "show", "missing.dcf", "one.dcf", "empty.dcf" });
     QCOMPARE(shown.status, noAnswer);
-    QCOMPARE(shown.errLines().size(), 2);
-    QVERIFY(shown.errLines().at(0).startsWith("vanlayout: missing.dcf: "));
-    QVERIFY(shown.errLines().at(1).startsWith("vanlayout: empty.dcf: "));
+    QCOMPARE(linesOf(shown.err).size(), 2);
+    QVERIFY(linesOf(shown.err).at(0).startsWith("vanlayout: missing.dcf: "));
+    QVERIFY(linesOf(shown.err).at(1).startsWith("vanlayout: empty.dcf: "));
 }
 
 void VanlayoutTest::fullDiskIsStatus2AndOneLine_data()
@@ -1203,10 +1155,10 @@ void VanlayoutTest::fullDiskIsStatus2AndOneLine()
     QFETCH(QString, format);
     QFETCH(QByteArray, content);
 
-    if (!QFile::exists("/dev/full"))
-        QSKIP("this system has no /dev/full");
     write("survey.dcf", content);
-    verifyComplaint(run({ "show", "--format", format, "survey.dcf" }, {}, nullptr, "/dev/full"), QByteArray());
+    QVERIFY2(QFile::exists("/dev/full"), "this system has no /dev/full");
+    const Run shown = run({ "show", "--format", format, "survey.dcf" }, {}, writeToFullDisk);
+    verifyComplaint(shown, "standard output: cannot be written\n"); // behind its line on the notes
 }
 
 void VanlayoutTest::fullDiskIsStatus2ForHelpAndVersionToo_data()
@@ -1221,9 +1173,7 @@ void VanlayoutTest::fullDiskIsStatus2ForHelpAndVersionToo()
 {
     QFETCH(QStringList, arguments);
 
-    if (!QFile::exists("/dev/full"))
-        QSKIP("this system has no /dev/full");
-    verifyComplaint(run(arguments, {}, nullptr, "/dev/full"), QByteArray());
+    verifyFullDiskIsTold(*folder, arguments);
 }
 
 void VanlayoutTest::textDictionaryIsReadFromStandardInput()
@@ -1292,7 +1242,6 @@ void VanlayoutTest::memoryThatGivesOutIsStatus2AndOneLine()
         QSKIP("a sanitizer needs more memory than the bound");
     write("survey.dcf", millionOfVariables);
     const Run shown = run({ "show", "survey.dcf" }, {}, memoryOf(700 * megabyte));
-    QVERIFY(shown.ended);
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(shown.out, QByteArray());
     QCOMPARE(shown.err, QByteArray("vanlayout: survey.dcf: not enough memory\n"));
@@ -1319,7 +1268,7 @@ void VanlayoutTest::tableKeepsNoRowsAndCutsItsRanges()
     const Run shown = run({ "show", "survey.dcf" }, {}, bound);
     QCOMPARE(shown.err, QByteArray());
     QCOMPARE(shown.status, fine);
-    const QList<QByteArray> lines = shown.outLines();
+    const QList<QByteArray> lines = linesOf(shown.out);
     QCOMPARE(lines.size(), 3 + count);
     const QString range = "0 to " + QString(34, '9') + QChar(0x2026);
     QCOMPARE(range.size(), 40);
@@ -1348,7 +1297,6 @@ void VanlayoutTest::manyRecordsArePrintedInAFewSeconds()
     }
     write("survey.dcf", content);
     const Run shown = run({ "show", "--format", "json", "survey.dcf" }, {}, processorTimeOf(fewSeconds));
-    QVERIFY(shown.ended);
     QCOMPARE(shown.status, fine);
     const QJsonArray groups
         = QJsonDocument::fromJson(shown.out).object().value("importer").toObject().value("groups").toArray();
@@ -1401,8 +1349,8 @@ void VanlayoutTest::statisticalFilesAreShown()
     QCOMPARE(fields.at(0).toObject().value("name").toString(), first);
     QCOMPARE(csvCells(run({ "show", "--format", "csv", "a.dcf" }).out).size(), count + 1);
     const Run table = run({ "show", "a.dcf" });
-    QVERIFY(table.outLines().at(0).startsWith("a.dcf: " + QByteArray(type == "SPSS" ? "SPSS file, " : "Stata file, ")
-                                              + QByteArray::number(count) + " variables"));
+    QVERIFY(linesOf(table.out).at(0).startsWith("a.dcf: " + QByteArray(type == "SPSS" ? "SPSS file, " : "Stata file, ")
+                                                + QByteArray::number(count) + " variables"));
 }
 
 // The library writes this line to standard output; here it belongs to standard error.
@@ -1421,9 +1369,9 @@ void VanlayoutTest::failureInAStataFileIsToldOnStandardError()
     const Run head = run({ "show", "--format", "csv", "head.dta" });
     QCOMPARE(head.status, noAnswer);
     QCOMPARE(head.out, QByteArray());
-    QCOMPARE(head.errLines().size(), 2);
-    QVERIFY(head.errLines().at(0).startsWith("Error processing head.dta: "));
-    QCOMPARE(head.errLines().at(1), QByteArray("vanlayout: head.dta: no variable found, read as a Stata file"));
+    QCOMPARE(linesOf(head.err).size(), 2);
+    QVERIFY(linesOf(head.err).at(0).startsWith("Error processing head.dta: "));
+    QCOMPARE(linesOf(head.err).at(1), QByteArray("vanlayout: head.dta: no variable found, read as a Stata file"));
 }
 
 void VanlayoutTest::failureInAnSpssFileIsOneLine()
@@ -1508,8 +1456,9 @@ void VanlayoutTest::typeGoesByContent()
     } else {
         QCOMPARE(shown.out, QByteArray());
         QCOMPARE(shown.status, noAnswer);
-        QVERIFY2(shown.errLines().last().startsWith("vanlayout: survey.dcf: no variable found"), shown.err.constData());
-        QVERIFY2(shown.errLines().last().contains(kind), shown.err.constData());
+        QVERIFY2(linesOf(shown.err).last().startsWith("vanlayout: survey.dcf: no variable found"),
+                 shown.err.constData());
+        QVERIFY2(linesOf(shown.err).last().contains(kind), shown.err.constData());
     }
 }
 
@@ -1563,9 +1512,9 @@ void VanlayoutTest::namedTypeOverrulesTheContent()
     } else {
         QCOMPARE(shown.out, QByteArray());
         QCOMPARE(shown.status, noAnswer);
-        QVERIFY(shown.errLines().last().startsWith("vanlayout: survey.dcf: "));
+        QVERIFY(linesOf(shown.err).last().startsWith("vanlayout: survey.dcf: "));
         // The library has its own line on a Stata file.
-        QCOMPARE(shown.errLines().size(), type == "stata" ? 2 : 1);
+        QCOMPARE(linesOf(shown.err).size(), type == "stata" ? 2 : 1);
     }
 }
 
@@ -1655,7 +1604,7 @@ void VanlayoutTest::debugLinesNeedVerbose()
         QCOMPARE(shown.err, QByteArray());
         return;
     }
-    const QList<QByteArray> lines = shown.errLines();
+    const QList<QByteArray> lines = linesOf(shown.err);
     QCOMPARE(lines.mid(0, 6),
              QList<QByteArray>({ "TCSProDataImport Constructor", "TCSProDataImport - selectLayoutSource",
                                  "DataImport - selectLayoutSource", "getDictionary FIELDS", "mySF->fieldName PROVINCE",
@@ -1793,14 +1742,14 @@ void VanlayoutTest::anyFileNameIsShown()
 
     const Run table = run({ "show", fileName });
     QCOMPARE(table.status, fine);
-    QVERIFY(table.outLines().first().contains("variables"));
+    QVERIFY(linesOf(table.out).first().contains("variables"));
     if (!fileName.contains(QRegularExpression("[\\n\\r\\t]")))
-        QVERIFY(table.outLines().first().contains(fileName.toUtf8()));
+        QVERIFY(linesOf(table.out).first().contains(fileName.toUtf8()));
 
     // The complaint is one line for any name.
     const Run missing = run({ "show", "not " + fileName });
     QCOMPARE(missing.status, noAnswer);
-    QCOMPARE(missing.errLines().size(), 1);
+    QCOMPARE(linesOf(missing.err).size(), 1);
     QVERIFY(!missing.err.contains('\r'));
     QVERIFY(missing.err.startsWith("vanlayout: not "));
 }

@@ -1,0 +1,18 @@
+#ifndef SUPPORT_CORPUS_H
+#define SUPPORT_CORPUS_H
+
+#include <QDir>
+#include <QFileInfo>
+#include <QString>
+#include <QStringList>
+
+/// The paths of the real files of one kind; none where the corpus is not at hand.
+inline QStringList corpusFiles(const QString &kind)
+{
+    QStringList paths;
+    for (const QFileInfo &file : QDir(QStringLiteral(VAN_CORPUS "/") + kind).entryInfoList(QDir::Files))
+        paths.append(file.filePath());
+    return paths;
+}
+
+#endif

@@ -1,0 +1,121 @@
+#ifndef SUPPORT_TOOLRUN_H
+#define SUPPORT_TOOLRUN_H
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QtTest>
+
+// How the tool ends.
+constexpr int fine = 0;
+constexpr int finding = 1;
+constexpr int noAnswer = 2;
+
+constexpr int patience = 120000; // milliseconds, far more than any run takes
+
+/// What a run of the tool left behind: nothing, and no status, where it did not end in the ordinary way.
+struct Run {
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
+
+    QJsonValue json() const { return QJsonDocument::fromJson(out).object(); }
+};
+
+/// A folder with the files of a test, in which the tool runs; it goes with this object.
+class ToolFolder : public QTemporaryDir
+{
+public:
+    ToolFolder() = default;
+
+    void write(const QString &name, const QByteArray &content) const
+    {
+        QFile file(pathOf(name));
+        QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.fileName()));
+        QCOMPARE(file.write(content), qint64(content.size()));
+    }
+
+    /// What a file holds; nothing where there is none.
+    QByteArray read(const QString &name) const
+    {
+        QFile file(pathOf(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    Run run(const QStringList &arguments) const
+    {
+        QProcess tool;
+        return run(arguments, tool);
+    }
+
+    /// Runs it as a process that the test has prepared.
+    Run run(const QStringList &arguments, QProcess &tool) const
+    {
+        tool.setWorkingDirectory(path());
+        tool.start(QStringLiteral(VAN_TOOL), arguments);
+        if (!tool.waitForFinished(patience)) {
+            tool.kill();
+            tool.waitForFinished();
+            return {};
+        }
+        if (tool.exitStatus() != QProcess::NormalExit)
+            return {};
+        return { tool.exitCode(), tool.readAllStandardOutput(), tool.readAllStandardError() };
+    }
+
+private:
+    // A name may be a whole path.
+    QString pathOf(const QString &name) const { return QDir(path()).filePath(name); }
+};
+
+/// The bytes of a file in UTF-16, which holds any unit.
+inline QByteArray inUtf16(const QString &text)
+{
+    QByteArray bytes("\xFF\xFE");
+    for (const QChar unit : text) {
+        bytes += char(unit.cell());
+        bytes += char(unit.row());
+    }
+    return bytes;
+}
+
+/// Verifies that a run had no answer and said so in one line, which begins with a subject and goes on.
+inline void verifyComplaint(const Run &run, const QByteArray &subject)
+{
+    const QByteArray beginning = "vanlayout: " + subject;
+    QCOMPARE(run.status, noAnswer);
+    QVERIFY2(run.err.startsWith(beginning), run.err.constData());
+    QVERIFY2(subject.endsWith('\n') || run.err.trimmed().size() > beginning.size() + 2, run.err.constData());
+    QCOMPARE(run.err.count('\n'), 1);
+    QVERIFY(run.err.endsWith('\n'));
+}
+
+/// Verifies that a run whose output meets a full disk says so.
+inline void verifyFullDiskIsTold(const ToolFolder &folder, const QStringList &arguments)
+{
+    const QString fullDisk = QStringLiteral("/dev/full");
+    QVERIFY2(QFile::exists(fullDisk), "this system has no /dev/full");
+    QProcess tool;
+    tool.setStandardOutputFile(fullDisk);
+    const Run run = folder.run(arguments, tool);
+    QCOMPARE(run.status, noAnswer);
+    QCOMPARE(run.err, QByteArray("vanlayout: standard output: cannot be written\n"));
+}
+
+/// Verifies that the help names a command, and the command's own help these words.
+inline void verifyHelpTellsOf(const QString &command, const QStringList &words)
+{
+    const ToolFolder folder;
+    QVERIFY(folder.run({ "--help" }).out.contains(command.toUtf8()));
+    const QByteArray help = folder.run({ command, "--help" }).out;
+    for (const QString &word : words)
+        QVERIFY2(help.contains(word.toUtf8()), qPrintable(word));
+}
+
+#endif
