@@ -13,17 +13,14 @@ TDataImport::TDataImport()
 
 TDataImport::TDataImport(QString name)
     : sourceName(std::move(name))
-    , fields(kept.make<QList<TGenericField *>>())
 {
+    fields = kept.make<QList<TGenericField *>>();
 }
 
 TDataImport::TDataImport(const TDataImport &other) = default;
 TDataImport &TDataImport::operator=(const TDataImport &other) = default;
 
-TDataImport::TDataImport(TDataImport && /*other*/)
-    : fields(nullptr)
-{
-}
+TDataImport::TDataImport(TDataImport && /*other*/) { }
 
 TDataImport::~TDataImport() = default;
 

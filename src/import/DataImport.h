@@ -20,15 +20,14 @@ class TVpSourceField;
 /// What a format supplies, in the order of the calls that it receives:
 /// 1. a constructor with a `QString` that hands the path on to `TDataImport(QString)` and calls initDataImport();
 /// 2. getDataProviderId(): type text, "_" and source name; getDataProviderType(): the type text;
-/// 3. openFile(): calls openDataImport(), sets `stateValue` to 1.0, reads the file that `sourceName` names, makes
-/// fields
-///    of its own class with `this` as owner, fills them, hands each to addField() in file order and returns true;
+/// 3. openFile(): calls openDataImport(), sets `stateValue` to 1.0, reads the file `sourceName`, makes fields of
+///    its own class with `this` as owner, fills them, hands each to addField() in file order and returns true;
 /// 4. selectLayoutSource(), which may log a line of its own and must end in the base operation;
 /// 5. isMultiple() and what follows it, as far as the format has records and groups.
 ///
 /// An importer owns nothing: destroying or reopening it leaves the fields and their list alive, until releaseContents()
-/// gives them back. Everything runs on the caller's thread; nothing is locked. Importers share nothing with each other,
-/// so they may be used in turn, and on different threads.
+/// gives them back. Everything runs on the caller's thread; nothing is locked. Importers that are no copies of each
+/// other share nothing, so they may be used in turn, and on different threads.
 class MODEL_VANADMIN_EXPORT TDataImport
 {
 public:
@@ -64,14 +63,15 @@ public:
     virtual int getRecordTypeSize();               ///< its width in characters; 0
     /// Frees everything that this importer has made in all its openings, and its copies with it: the fields handed to
     /// addField(), which must have been made with `new`, their list, and what a format has kept in `kept`. An importer
-    /// that was assigned to still frees what it had made before, and its source is a copy of it from then on.
+    /// that was assigned to still frees what it had made before, unless a copy of its does, and its source is a copy of
+    /// it from then on.
     ///
     /// To be called once nobody uses any of these any more, nor a copy of a field, which points at what its field
     /// pointed at; a caller who frees fields itself must not call it. A provider filled from this importer points at
-    /// nothing that goes. The importer is then as it was before its first opening, and can be opened again. A copy of
-    /// it may from then on be destroyed or assigned to; giving back its contents too, which frees nothing again, makes
-    /// it usable. A format that holds pointers of its own to any of this overrides the operation, forgets them, and
-    /// ends in the base operation; so does one that must not give out numbers of its former opening.
+    /// nothing that goes. The importer then has no fields, as before its first opening, and can be opened again. A copy
+    /// of it may from then on be destroyed or assigned to; giving back its contents too, which frees nothing again,
+    /// makes it usable. A format that holds pointers of its own to any of this overrides the operation, forgets them,
+    /// and ends in the base operation; so does one that must not give out numbers of its former opening.
     virtual void releaseContents();
 
     QString getSourceName() const;
@@ -111,14 +111,12 @@ protected:
     void openDataImport();  ///< empties the list of fields, made where there is none, and the names; fields stay alive
     bool closeDataImport(); ///< true
 
-    ReadReport *report = nullptr;                    ///< hears of what is lost or changed; null for nobody
-    KeptObjects kept;                                ///< what releaseContents() frees; shared by copies
     QString baseText;                                ///< carried; never read
     QString sourceName;                              ///< the layout file, such as a dictionary
     qint64 state1 = 0;                               ///< carried; never read
     double stateValue = 0;                           ///< 1.0 once a format has opened; never read
     bool stateFlag1 = false;                         ///< carried; never read
-    QList<TGenericField *> *fields;                  ///< in the order of addField(); kept; null once given back
+    QList<TGenericField *> *fields = nullptr;        ///< in the order of addField(); kept; null once given back
     QString dataSourceName;                          ///< the data file
     qint64 state2 = 0;                               ///< carried; never read
     bool stateFlag2 = false;                         ///< carried; never read
@@ -126,6 +124,8 @@ protected:
     std::map<QString, TGenericField *> fieldsByName; ///< the same fields by exact name
     bool stateFlag3 = false;                         ///< carried; never read
     QStringList stateList;                           ///< carried; never read
+    ReadReport *report = nullptr;                    ///< hears of what is lost or changed; null for nobody
+    KeptObjects kept;                                ///< what releaseContents() frees; shared by copies
 };
 
 #endif

@@ -23,24 +23,36 @@ constexpr QChar noRecordType(0xFF);
 
 constexpr int referencesIndex = 4;
 
-// Frees source fields and the lists of type names of their own. A field may stand in the list several times.
-void freeFields(const QList<TVpSourceField *> &fields)
-{
-    std::vector<TVpSourceField *> sources(fields.cbegin(), fields.cend());
-    const auto dropRepeated = [](auto &pointers) {
+// Source fields and the lists of type names that they were made with; an assignment between fields changes which list a
+// field points at.
+struct MadeFields {
+    std::vector<TVpSourceField *> fields;
+    std::vector<QStringList *> typeNames;
+
+    explicit MadeFields(const QList<TVpSourceField *> &list)
+        : fields(list.cbegin(), list.cend())
+    {
+        typeNames.reserve(fields.size());
+        for (const TVpSourceField *field : fields) {
+            if (field)
+                typeNames.push_back(field->typeNames);
+        }
+    }
+
+    // A field may stand in the list several times.
+    void free()
+    {
+        freeEach(fields);
+        freeEach(typeNames);
+    }
+
+    template <typename T> static void freeEach(std::vector<T *> &pointers)
+    {
         std::sort(pointers.begin(), pointers.end());
         pointers.erase(std::unique(pointers.begin(), pointers.end()), pointers.end());
-    };
-    dropRepeated(sources);
-    std::vector<QStringList *> names;
-    for (const TVpSourceField *source : sources) {
-        if (source)
-            names.push_back(source->typeNames);
+        qDeleteAll(pointers);
     }
-    dropRepeated(names);
-    qDeleteAll(sources);
-    qDeleteAll(names);
-}
+};
 
 } // namespace
 
@@ -64,8 +76,6 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
 {
     if (!importer)
         return false;
-    if (hasGivenBack)
-        makeLists();
     dataProviderId = importer->getDataProviderId();
     setDataProviderType(importer->getDataProviderType());
     importData = importer;
@@ -74,6 +84,7 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
         importer->getDictionary(fields, recordTypeNames);
     else
         importer->getDictionary(fields);
+    kept.add(nullptr, [made = MadeFields(*fields)]() mutable { made.free(); });
     recordTypeStart = importer->getRecordTypeStart();
     recordTypeSize = importer->getRecordTypeSize();
     renewRecord();
@@ -86,16 +97,10 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
 void TVpDataProvider::renewFields()
 {
     if (fields && fieldsUse.use_count() == 1) {
-        kept.add(nullptr, [former = *fields] { freeFields(former); });
         kept.forget(fields);
         delete std::exchange(fields, nullptr);
     }
-    auto list = std::make_unique<QList<TVpSourceField *>>();
-    kept.add(list.get(), [made = list.get()] {
-        freeFields(*made);
-        delete made;
-    });
-    fields = list.release();
+    fields = kept.make<QList<TVpSourceField *>>();
     fieldsUse = std::make_shared<int>();
 }
 

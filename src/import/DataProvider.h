@@ -53,8 +53,9 @@ public:
     /// lists; a caller who frees them itself must not call it. It may be called before or after the importer gives back
     /// its own contents. The provider then has no fields and no record tree, keeps its texts and numbers, and can be
     /// filled again. A copy of it may from then on be destroyed or assigned to; giving back its contents too, which
-    /// frees nothing again, makes it usable. A provider that was assigned to still frees what it had made before, and
-    /// its source is a copy of it from then on. Nodes that a caller has put below a root stay the caller's.
+    /// frees nothing again, makes it usable. A provider that was assigned to still frees what it had made before,
+    /// unless a copy of its does, and its source is a copy of it from then on. Nodes that a caller has put below a root
+    /// stay the caller's.
     void releaseContents();
 
     TDataImport *getImportData() const;
@@ -117,7 +118,6 @@ private:
 
     // Members without a comment are carried and copied for callers; nothing here reads them.
     // clang-format off
-    KeptObjects kept; ///< what releaseContents() frees; shared by copies
     TDataImport *importData = nullptr; ///< the importer, not owned
     int counter = 0;
     QString recordTypeValue; ///< written by getRecordType()
@@ -159,13 +159,14 @@ private:
     qint64 block2[5] = {};
     bool flag5 = false;
     bool flag6 = false;
-    bool hasGivenBack = false; ///< there are no lists since releaseContents()
     int number5 = 3;
     int number6 = -1;
     QString text8;
     QStringList *recordTypeNames = nullptr; ///< second argument of the virtual `getDictionary`
     QStringList *typeNames = nullptr; ///< "NONE", "CSPRO", "CSV"
     std::shared_ptr<int> fieldsUse; ///< counts the providers that share `fields`
+    KeptObjects kept; ///< what releaseContents() frees; shared by copies
+    bool hasGivenBack = false; ///< there are no lists since releaseContents()
     // clang-format on
 };
 

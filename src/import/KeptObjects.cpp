@@ -58,12 +58,19 @@ KeptObjects::~KeptObjects() = default;
 
 KeptObjects &KeptObjects::operator=(const KeptObjects &other)
 {
-    const auto former = shelves;
-    shelves = other.shelves;
-    for (const auto &shelf : former) {
-        if (std::find(shelves.cbegin(), shelves.cend(), shelf) == shelves.cend())
-            shelves.push_back(shelf);
+    const auto former = std::exchange(shelves, other.shelves);
+    // What nobody else reaches is gathered on one shelf, so that there are few of them after any number of assignments.
+    std::shared_ptr<Shelf> own;
+    for (auto shelf = former.crbegin(); shelf != former.crend(); ++shelf) {
+        if (shelf->use_count() > 1)
+            continue;
+        if (own)
+            (*shelf)->moveTo(*own);
+        else
+            own = *shelf;
     }
+    if (own)
+        shelves.push_back(std::move(own));
     return *this;
 }
 

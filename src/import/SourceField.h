@@ -39,7 +39,8 @@ public:
     /// The line is cut with `start` counted from 0, while the test of its length counts from 1.
     QString getStringValue(QString line);
 
-    QStringList *typeNames;    ///< "NONE", "CSPRO", "CSV", "SSPS", "STATA"; one list for each field, never released
+    QStringList
+        *typeNames; ///< "NONE", "CSPRO", "CSV", "SSPS", "STATA"; one list for each field, which no destructor releases
     QString fieldName;         ///< variable name
     QString label;             ///< variable label
     int decimals = 0;          ///< number of decimals

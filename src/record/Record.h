@@ -93,7 +93,7 @@ private:
     TVpRecord *child = nullptr; ///< first child
     TVpRecord *parent = nullptr;
     TVpRecord *brother = nullptr; ///< next sibling
-    QList<TVpRecordReference *> *references; ///< a list of the record's own; shared by copies, never released
+    QList<TVpRecordReference *> *references; ///< a list of the record's own; shared by copies; no destructor releases it
     int number1 = 0;
     bool flag2 = false;
     QString text4;

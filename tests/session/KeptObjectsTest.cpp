@@ -77,20 +77,48 @@ private Q_SLOTS:
         QCOMPARE(gone, QStringList({ "AGE", "dictionary" }));
     }
 
-    void formerCopyIsNoLongerReachedOnceAllWasGivenBack()
+    void assignmentLeavesToACopyWhatItShared()
     {
         KeptObjects target;
+        addMark(target, "shared");
         KeptObjects formerCopy(target);
         KeptObjects source;
         target = source;
-        addMark(formerCopy, "while it is in reach");
-        target.giveBack();
-        QCOMPARE(gone, QStringList({ "while it is in reach" }));
         addMark(formerCopy, "later");
         target.giveBack();
-        QCOMPARE(gone.size(), 1);
+        QCOMPARE(gone, QStringList());
         formerCopy.giveBack();
-        QCOMPARE(gone.size(), 2);
+        QCOMPARE(gone, QStringList({ "later", "shared" }));
+    }
+
+    // Two that were assigned one after the other have nothing in common.
+    void formerSourceIsNotReached()
+    {
+        KeptObjects first;
+        addMark(first, "of the first");
+        KeptObjects second;
+        addMark(second, "of the second");
+        KeptObjects target;
+        addMark(target, "of the target");
+        target = first;
+        target = second;
+        target.giveBack();
+        gone.sort();
+        QCOMPARE(gone, QStringList({ "of the second", "of the target" }));
+    }
+
+    // In the order in which it was made, the last first.
+    void allFormerAssignmentsStayWithinReach()
+    {
+        KeptObjects target;
+        QStringList expected;
+        for (int i = 0; i < 20000; ++i) { // hours, did each of them cost what the ones before it have cost
+            target = KeptObjects();
+            addMark(target, QString::number(i));
+            expected.prepend(QString::number(i));
+        }
+        target.giveBack();
+        QCOMPARE(gone, expected);
     }
 
     void nothingIsFreedTwice()

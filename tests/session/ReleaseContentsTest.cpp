@@ -439,6 +439,42 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
+    void sourceFieldsThatWereAssignedToEachOtherGoOnce()
+    {
+        const auto importer = make<TCSProDataImport>();
+        opened(*importer);
+        TVpDataProvider provider;
+        TVpDataProvider other;
+        provider.genericGetFieldsFrom(importer.get());
+        TVpSourceField *const former = provider.getFields()->first();
+        provider.genericGetFieldsFrom(importer.get());
+        other.genericGetFieldsFrom(importer.get());
+        *provider.getFields()->first() = *former; // they now share a list of type names
+        *other.getFields()->first() = *former;
+        other.releaseContents();
+        provider.releaseContents();
+        importer->releaseContents();
+    }
+
+    // An object that took another place in between has nothing of it.
+    void formerSourceOfAnAssignmentKeepsItsFields()
+    {
+        const auto importer = make<TCSProDataImport>();
+        opened(*importer);
+        TVpDataProvider first;
+        TVpDataProvider second;
+        first.genericGetFieldsFrom(importer.get());
+        second.genericGetFieldsFrom(importer.get());
+        const QStringList told = toldBy(first);
+        TVpDataProvider current;
+        current = first;
+        current = second;
+        current.releaseContents();
+        QCOMPARE(toldBy(first), told);
+        first.releaseContents();
+        importer->releaseContents();
+    }
+
     void rootsThatWereAssignedToEachOtherGoOnce()
     {
         FakeImporter importer("layout.txt", "CSPRO");
