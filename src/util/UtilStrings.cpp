@@ -57,8 +57,10 @@ QString UtilStrings::GetWordSeparator(QString line, int &position, QString separ
     const int start = std::max(position, 0);
     const int end = endOfWord(line, position, separator);
     QString word = end > start ? line.mid(start, end - start) : QString();
-    // A separator that stands last finishes the line: end is below the size there, but nothing follows.
-    position = end < line.size() - 1 ? end + 1 : -1;
+    // A separator that stands last finishes the line: end is below the size there, but nothing follows. One before the
+    // line does not stand in it.
+    const bool standsLast = end >= 0 && end == line.size() - 1;
+    position = end < line.size() && !standsLast ? end + 1 : -1;
     if (!qualifier.isEmpty() && word.midRef(1, 1) == qualifier)
         return word.mid(2);
     return word;

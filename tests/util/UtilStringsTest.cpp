@@ -25,7 +25,8 @@ QString wordByTheSteps(const QString &line, int &position, const QString &separa
         }
     }
     const QString word = line.mid(position, end - position);
-    position = end < length && end != length - 1 ? end + 1 : -1;
+    const bool standsLast = end >= 0 && end == length - 1;
+    position = end < length && !standsLast ? end + 1 : -1;
     if (!qualifier.isEmpty() && word.mid(1, 1) == qualifier)
         return word.mid(2, word.size() - 2);
     return word;
@@ -64,6 +65,9 @@ private Q_SLOTS:
         QTest::newRow("at the end of the line")           << "ab"    << 2  << ","  << ""  << ""    << -1;
         QTest::newRow("longer separator never matches")   << "a,;b"  << 0  << ",;" << ""  << "a,;b" << -1;
         QTest::newRow("empty separator")                  << "ab"    << 0  << ""   << ""  << "ab"  << -1;
+        QTest::newRow("empty line, empty separator")      << ""      << 0  << ""   << ""  << ""    << -1;
+        QTest::newRow("empty line, -1, empty separator")  << ""      << -1 << ""   << ""  << ""    << 0;
+        QTest::newRow("-1, empty separator")              << "ab"    << -1 << ""   << ""  << ""    << 0;
         QTest::newRow("finished before")                  << "a,b"   << -1 << ","  << ""  << "a"   << 2;
         QTest::newRow("second character is the qualifier") << "axb,c" << 0 << ","  << "x" << "b"   << 4;
         QTest::newRow("first one is not looked at")       << "xab"   << 0  << ","  << "x" << "xab" << -1;
@@ -90,12 +94,13 @@ private Q_SLOTS:
             QString line;
             for (unsigned i = random() % 8; i > 0; --i)
                 line += letters.at(int(random() % 4));
-            int position = int(random() % 10);
+            int position = int(random() % 11) - 1;
             int expected = position;
+            const QString separator = random() % 8 ? "," : "";
             const QString qualifier = random() % 2 ? "x" : "";
-            const QString word = wordByTheSteps(line, expected, ",", qualifier);
-            const QString what = line + ' ' + QString::number(position);
-            QVERIFY2(UtilStrings::GetWordSeparator(line, position, ",", qualifier) == word, qPrintable(what));
+            const QString word = wordByTheSteps(line, expected, separator, qualifier);
+            const QString what = line + ' ' + QString::number(position) + ' ' + separator;
+            QVERIFY2(UtilStrings::GetWordSeparator(line, position, separator, qualifier) == word, qPrintable(what));
             QVERIFY2(position == expected, qPrintable(what));
         }
     }
@@ -186,6 +191,22 @@ private Q_SLOTS:
         QCOMPARE(label.toolTip(), QDir::toNativeSeparators(repaired));
         QCOMPARE(label.text(), UtilStrings::getBetterPathString(QDir::toNativeSeparators(repaired), 500, 10));
     }
+
+#ifdef Q_OS_UNIX
+    // Where the native separator is another, these backslashes stay.
+    void labelShowsTheShortenedPathAndToolTipAndResultTheWholeOne()
+    {
+        const QString path = "/nowhere/base/ent/one\\two\\three\\file.ext";
+        const QString whole = "/nowhere/ent/one\\two\\three\\file.ext";
+        const int width = widthOf(whole, 10);
+        QLabel label;
+        QCOMPARE(UtilStrings::setBetterPathInQDockWidget(path, width + 1, &label), whole);
+        QCOMPARE(label.text(), whole);
+        QCOMPARE(UtilStrings::setBetterPathInQDockWidget(path, width, &label), whole);
+        QCOMPARE(label.text(), QString("/nowhere/ent/one\\two\\...\\file.ext"));
+        QCOMPARE(label.toolTip(), whole);
+    }
+#endif
 
     void withoutALabelThePathIsReturned()
     {
