@@ -184,7 +184,7 @@ public:
     /// Copies share the entities.
     ConfigToolsSplit(const ConfigToolsSplit &other);
     ConfigToolsSplit &operator=(const ConfigToolsSplit &other);
-    /// Moves the texts, which the argument loses, and copies the rest.
+    /// A true move of the texts, which the argument loses; the rest is copied.
     ConfigToolsSplit(ConfigToolsSplit &&other);
     ConfigToolsSplit &operator=(ConfigToolsSplit &&other);
     ~ConfigToolsSplit();
