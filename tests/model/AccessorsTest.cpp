@@ -13,9 +13,11 @@
 #include <QStandardItemModel>
 #include <QtTest>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace
@@ -38,10 +40,15 @@ template <typename Value> Value sample(int number)
         return QStringList({ "a", "b" }).mid(number % 2);
     } else if constexpr (std::is_same_v<Value, VarWipChoice>) {
         VarWipChoice choice;
+        choice.setRecType(QString::number(number));
+        choice.setField("field");
+        choice.setDataProvider("provider");
         choice.setStart(number + 1);
+        choice.setFormat("8.2");
         return choice;
     } else if constexpr (std::is_same_v<Value, TVpVariable>) {
         TVpVariable variable;
+        variable.setName(QString::number(number));
         variable.setStart(number + 1);
         return variable;
     } else if constexpr (std::is_same_v<Value, QModelIndex>) {
@@ -62,56 +69,122 @@ template <typename Value> Value sample(int number)
 
 template <typename Value> bool isSame(const Value &a, const Value &b)
 {
-    if constexpr (std::is_same_v<Value, VarWipChoice> || std::is_same_v<Value, TVpVariable>)
-        return a.getStart() == b.getStart();
+    if constexpr (std::is_same_v<Value, VarWipChoice>)
+        return a.getRecType() == b.getRecType() && a.getField() == b.getField()
+            && a.getDataProvider() == b.getDataProvider() && a.getStart() == b.getStart()
+            && a.getFormat() == b.getFormat();
+    else if constexpr (std::is_same_v<Value, TVpVariable>)
+        return a.getName() == b.getName() && a.getStart() == b.getStart();
     else
         return a == b;
 }
+
+/// A record, whatever its class is.
+using AnyRecord = std::shared_ptr<void>;
 
 /// One field of a record, whatever the types are.
 class Field
 {
 public:
     virtual ~Field() = default;
-    virtual bool hasDefault(void *record) const = 0;
-    virtual void set(void *record, size_t setter, int number) const = 0;
-    virtual bool has(void *record, int number) const = 0;
-    virtual std::shared_ptr<void> makeRecord() const = 0;
 
-    std::string name;
-    size_t setterCount = 0;
+    virtual bool hasDefault(const AnyRecord &record) const = 0;
+    virtual bool isUnset(const AnyRecord &record) const = 0; ///< no object either, where the default is one
+    virtual void set(const AnyRecord &record, size_t setter, int number) const = 0;
+    virtual bool has(const AnyRecord &record, int number) const = 0;
+    virtual size_t setterCount() const = 0;
+
+    virtual bool hasAdder() const = 0;
+    virtual void add(const AnyRecord &record, int number) const = 0;
+    virtual bool holdsAdded(const AnyRecord &record, const QList<int> &numbers) const = 0;
+
+    virtual AnyRecord makeRecord() const = 0;
+    virtual AnyRecord copyOf(const AnyRecord &record) const = 0;
+    virtual AnyRecord assignedFrom(const AnyRecord &record) const = 0;
+    virtual AnyRecord movedFrom(const AnyRecord &record) const = 0;
+    virtual AnyRecord moveAssignedFrom(const AnyRecord &record) const = 0;
+
+    QString record() const { return name.section('.', 0, 0); }
+    AnyRecord makeRecordWithIt() const
+    {
+        const AnyRecord record = makeRecord();
+        set(record, 0, 0);
+        return record;
+    }
+
+    QString name;
+    bool isEmptyByDefault = false; ///< texts and containers, which a true move takes
 };
 
 template <typename Record, typename Value> class FieldOf : public Field
 {
 public:
-    bool hasDefault(void *record) const override
+    bool hasDefault(const AnyRecord &record) const override
     {
-        return std::all_of(getters.begin(), getters.end(), [&](const auto &getter) {
-            const Value value = getter(*static_cast<Record *>(record));
-            return isNew ? !isSame(value, initial) : isSame(value, initial);
-        });
+        return isNew ? allAnswer(record, [&](const Value &value) { return !isSame(value, initial); }) : isUnset(record);
     }
-    void set(void *record, size_t setter, int number) const override
+    bool isUnset(const AnyRecord &record) const override
     {
-        setters.at(setter)(*static_cast<Record *>(record), value(number));
+        return allAnswer(record, [&](const Value &value) { return isSame(value, initial); });
     }
-    bool has(void *record, int number) const override
+    void set(const AnyRecord &record, size_t setter, int number) const override
     {
-        Value expected = value(number);
-        if (shown)
-            expected = shown(expected);
-        return std::all_of(getters.begin(), getters.end(), [&](const auto &getter) {
-            return isSame(Value(getter(*static_cast<Record *>(record))), expected);
-        });
+        setters.at(setter)(in(record), value(number));
     }
-    std::shared_ptr<void> makeRecord() const override { return std::make_shared<Record>(); }
+    bool has(const AnyRecord &record, int number) const override
+    {
+        const Value expected = shown ? shown(value(number)) : value(number);
+        return allAnswer(record, [&](const Value &value) { return isSame(value, expected); });
+    }
+    size_t setterCount() const override { return setters.size(); }
+
+    bool hasAdder() const override { return bool(adder); }
+    void add(const AnyRecord &record, int number) const override { adder(in(record), number); }
+    bool holdsAdded(const AnyRecord &record, const QList<int> &numbers) const override
+    {
+        return added(in(record), numbers);
+    }
+    template <typename Item, typename Add, typename ListOf> void setAdder(Add addItem, ListOf listOf)
+    {
+        adder = [addItem](Record &record, int number) {
+            Item item = sample<Item>(number);
+            addItem(record, item);
+        };
+        added = [listOf](Record &record, const QList<int> &numbers) {
+            QList<Item> expected;
+            for (const int number : numbers)
+                expected.append(sample<Item>(number));
+            return listOf(record) == expected;
+        };
+    }
+
+    AnyRecord makeRecord() const override { return std::make_shared<Record>(); }
+    AnyRecord copyOf(const AnyRecord &record) const override
+    {
+        return std::make_shared<Record>(std::as_const(in(record)));
+    }
+    AnyRecord assignedFrom(const AnyRecord &record) const override
+    {
+        auto assigned = std::make_shared<Record>();
+        *assigned = std::as_const(in(record));
+        return assigned;
+    }
+    AnyRecord movedFrom(const AnyRecord &record) const override
+    {
+        return std::make_shared<Record>(std::move(in(record)));
+    }
+    AnyRecord moveAssignedFrom(const AnyRecord &record) const override
+    {
+        auto assigned = std::make_shared<Record>();
+        *assigned = std::move(in(record));
+        return assigned;
+    }
 
     // `checked` holds no more than a flag.
     Value value(int number) const
     {
         if constexpr (std::is_same_v<Value, int>) {
-            if (name == "TVpVariable.checked")
+            if (name == QLatin1String("TVpVariable.checked"))
                 return number != 1;
         }
         return sample<Value>(number);
@@ -122,17 +195,49 @@ public:
     std::vector<std::function<Value(Record &)>> getters;
     std::vector<std::function<void(Record &, const Value &)>> setters;
     std::function<Value(const Value &)> shown;
+
+private:
+    static Record &in(const AnyRecord &record) { return *static_cast<Record *>(record.get()); }
+
+    template <typename Question> bool allAnswer(const AnyRecord &record, Question question) const
+    {
+        return std::all_of(getters.begin(), getters.end(),
+                           [&](const auto &getter) { return question(Value(getter(in(record)))); });
+    }
+
+    std::function<void(Record &, int)> adder;
+    std::function<bool(Record &, const QList<int> &)> added;
 };
+
+using Fields = std::vector<const Field *>;
 
 /// The table, as objects.
 class Table
 {
 public:
+    // clang-format off
     Table()
     {
 #include "accessor-rows.inc"
-        for (const auto &finish : finishers)
-            finish();
+    } // clang-format on
+
+    QStringList records() const
+    {
+        QStringList names;
+        for (const auto &field : fields)
+            names.append(field->record());
+        names.removeDuplicates();
+        return names;
+    }
+
+    Fields fieldsOf(const QString &record) const
+    {
+        Fields found;
+        for (const auto &field : fields) {
+            if (field->record() == record)
+                found.push_back(field.get());
+        }
+        return found;
     }
 
     std::vector<std::unique_ptr<Field>> fields;
@@ -145,19 +250,36 @@ private:
         field->name = name;
         field->initial = initial;
         field->isNew = qstrcmp(initialName, "new") == 0;
+        field->isEmptyByDefault = qstrcmp(initialName, "empty") == 0;
         FieldOf<Record, Value> &added = *field;
         fields.push_back(std::move(field));
-        finishers.push_back([&added] { added.setterCount = added.setters.size(); });
         return added;
     }
-
-    std::vector<std::function<void()>> finishers;
 };
 
-std::string classOf(const Field &field)
+// The fields that differ from those of a new record in which this one was set, or none.
+QStringList differences(const Fields &fields, const Field *set, const AnyRecord &record)
 {
-    return field.name.substr(0, field.name.find('.'));
+    QStringList names;
+    for (const Field *field : fields) {
+        if (!(field == set ? field->has(record, 0) : field->hasDefault(record)))
+            names.append(field->name);
+    }
+    return names;
 }
+
+// The fields that hold anything at all.
+QStringList setFields(const Fields &fields, const AnyRecord &record)
+{
+    QStringList names;
+    for (const Field *field : fields) {
+        if (!field->isUnset(record))
+            names.append(field->name);
+    }
+    return names;
+}
+
+const QStringList trulyMoved = { "ConfigToolsExtend", "ConfigToolsSplit", "SelectionTreeUnit" };
 
 } // namespace
 
@@ -170,43 +292,137 @@ private Q_SLOTS:
     void tableIsWhole()
     {
         QVERIFY(table.fields.size() > 140);
+        QCOMPARE(table.records().size(), 20);
         for (const auto &field : table.fields)
-            QVERIFY2(field->setterCount > 0, field->name.c_str());
+            QVERIFY2(field->setterCount() > 0, qPrintable(field->name));
+        QCOMPARE(int(std::count_if(table.fields.begin(), table.fields.end(), hasAdder)), 11);
     }
 
     void everyFieldHasItsDefault()
     {
         for (const auto &field : table.fields)
-            QVERIFY2(field->hasDefault(field->makeRecord().get()), field->name.c_str());
+            QVERIFY2(field->hasDefault(field->makeRecord()), qPrintable(field->name));
     }
 
     // By each setter, read by each getter.
     void everyFieldHoldsWhatWasSet()
     {
         for (const auto &field : table.fields) {
-            for (size_t setter = 0; setter < field->setterCount; ++setter) {
-                const std::shared_ptr<void> record = field->makeRecord();
+            for (size_t setter = 0; setter < field->setterCount(); ++setter) {
+                const AnyRecord record = field->makeRecord();
                 for (const int number : { 0, 1, 2 }) {
-                    field->set(record.get(), setter, number);
-                    QVERIFY2(field->has(record.get(), number), field->name.c_str());
+                    field->set(record, setter, number);
+                    QVERIFY2(field->has(record, number), qPrintable(field->name));
                 }
             }
         }
     }
 
+    void noFieldTouchesAnother_data() { addRows(table.records()); }
     void noFieldTouchesAnother()
     {
-        for (const auto &field : table.fields) {
-            const std::shared_ptr<void> record = field->makeRecord();
-            field->set(record.get(), 0, 0);
-            for (const auto &other : table.fields) {
-                if (other != field && classOf(*other) == classOf(*field))
-                    QVERIFY2(other->hasDefault(record.get()), (field->name + ' ' + other->name).c_str());
+        for (const Field *field : fields())
+            QCOMPARE(differences(fields(), field, field->makeRecordWithIt()), QStringList());
+    }
+
+    // Field by field, so that none stands for another.
+    void copyHoldsEveryFieldAndItsSourceKeepsIt_data() { addRows(table.records()); }
+    void copyHoldsEveryFieldAndItsSourceKeepsIt()
+    {
+        for (const Field *field : fields()) {
+            for (const auto copy : { &Field::copyOf, &Field::assignedFrom }) {
+                const AnyRecord source = field->makeRecordWithIt();
+                QCOMPARE(differences(fields(), field, (field->*copy)(source)), QStringList());
+                QCOMPARE(differences(fields(), field, source), QStringList());
+            }
+        }
+    }
+
+    void moveTakesNothingAndItsSourceKeepsEveryField_data() { addRows(recordsThatMoveNothing()); }
+    void moveTakesNothingAndItsSourceKeepsEveryField()
+    {
+        for (const Field *field : fields()) {
+            const AnyRecord source = field->makeRecordWithIt();
+            QCOMPARE(setFields(fields(), field->movedFrom(source)), QStringList());
+            QCOMPARE(differences(fields(), field, source), QStringList());
+        }
+    }
+
+    void assignmentOfAMovedRecordIsACopy_data() { addRows(recordsThatMoveNothing()); }
+    void assignmentOfAMovedRecordIsACopy()
+    {
+        for (const Field *field : fields()) {
+            const AnyRecord source = field->makeRecordWithIt();
+            QCOMPARE(differences(fields(), field, field->moveAssignedFrom(source)), QStringList());
+            QCOMPARE(differences(fields(), field, source), QStringList());
+        }
+    }
+
+    // The source loses texts and containers and keeps the rest.
+    void trueMoveTakesTheTextsAndCopiesTheRest_data() { addRows(trulyMoved); }
+    void trueMoveTakesTheTextsAndCopiesTheRest()
+    {
+        for (const Field *field : fields()) {
+            const Field *kept = field->isEmptyByDefault ? nullptr : field;
+            for (const auto move : { &Field::movedFrom, &Field::moveAssignedFrom }) {
+                const AnyRecord source = field->makeRecordWithIt();
+                QCOMPARE(differences(fields(), field, (field->*move)(source)), QStringList());
+                QCOMPARE(differences(fields(), kept, source), QStringList());
+            }
+        }
+    }
+
+    // In order and without a test for doubles; a record that a move made gets a list then.
+    void everyAdderAppends_data() { addRows(recordsWithAdders()); }
+    void everyAdderAppends()
+    {
+        for (const Field *field : fields()) {
+            if (!field->hasAdder())
+                continue;
+            for (const AnyRecord &record : { field->makeRecord(), field->movedFrom(field->makeRecord()) }) {
+                for (const int number : { 2, 0, 0 })
+                    field->add(record, number);
+                QVERIFY2(field->holdsAdded(record, { 2, 0, 0 }), qPrintable(field->name));
             }
         }
     }
 
 private:
+    static void addRows(const QStringList &records)
+    {
+        QTest::addColumn<QString>("record");
+        for (const QString &record : records)
+            QTest::newRow(qPrintable(record)) << record;
+    }
+
+    // Of the record whose row it is.
+    Fields fields() const
+    {
+        QFETCH(QString, record);
+        return table.fieldsOf(record);
+    }
+
+    QStringList recordsThatMoveNothing() const
+    {
+        QStringList records = table.records();
+        for (const QString &record : trulyMoved)
+            records.removeOne(record);
+        return records;
+    }
+
+    QStringList recordsWithAdders() const
+    {
+        QStringList records;
+        for (const auto &field : table.fields) {
+            if (field->hasAdder())
+                records.append(field->record());
+        }
+        records.removeDuplicates();
+        return records;
+    }
+
+    static bool hasAdder(const std::unique_ptr<Field> &field) { return field->hasAdder(); }
+
     Table table;
 };
 
