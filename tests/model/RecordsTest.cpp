@@ -13,6 +13,7 @@
 #include <QSet>
 #include <QtTest>
 
+#include <cstring>
 #include <memory>
 #include <type_traits>
 #include <vector>
@@ -138,19 +139,54 @@ private Q_SLOTS:
     {
         QVERIFY(std::is_polymorphic<TVpEntity>::value);
         QVERIFY(!std::has_virtual_destructor<TVpEntity>::value);
-        QVERIFY(!std::is_polymorphic<TVpVariable>::value);
         QVERIFY(std::is_empty<Model_VanAdmin>::value);
+    }
+
+    void entityAloneHasVirtualOperations()
+    {
+        QVERIFY((noneIsPolymorphic<TVpVariable, Range, ValueLabelElement, VarWipChoice>));
+        QVERIFY((noneIsPolymorphic<Config, ConfigDb, ConfigOptions, ConfigEntities>));
+        QVERIFY((noneIsPolymorphic<ConfigToolsExtend, ConfigToolsSplit, ConfigWipxToJson>));
+        QVERIFY((noneIsPolymorphic<Dictionary, MetadataDictionary, Datasource, MetadataDataSource>));
+        QVERIFY((noneIsPolymorphic<MetadataVariables, LookupDictionary>));
+        QVERIFY((noneIsPolymorphic<SelectionTreeUnit, StructVariableItem>));
+    }
+
+    void dictionariesHaveNoDestructorOfTheirOwn()
+    {
+        QVERIFY(std::is_trivially_destructible<Dictionary>::value);
+        QVERIFY(std::is_trivially_destructible<MetadataDictionary>::value);
+    }
+
+    void rangeIsTwoNumbersThatAreCopiedBitByBit()
+    {
+        QVERIFY(std::is_trivially_copy_constructible<Range>::value);
+        QVERIFY(std::is_trivially_copy_assignable<Range>::value);
+        QVERIFY(std::is_trivially_destructible<Range>::value);
+        QCOMPARE(sizeof(Range), 2 * sizeof(double));
+        Range range;
+        range.setRangeMin(1);
+        range.setRangeMax(2);
+        double numbers[2];
+        std::memcpy(numbers, &range, sizeof(numbers));
+        QCOMPARE(numbers[0], 1.0);
+        QCOMPARE(numbers[1], 2.0);
+    }
+
+    void flagWithoutAccessorIsCopied()
+    {
+        QVERIFY(!TestAccess::flag(*std::make_unique<TVpEntity>()));
+        verifyFlagIsCopied<TVpEntity>();
+        verifyFlagIsCopied<ConfigEntities>();
     }
 
     void copiesShareWhatTheyPointTo()
     {
         TVpEntity entity;
         entity.setName("name");
-        TestAccess::flag(entity) = true;
         shareLists(
             entity, [](TVpEntity &record) { record.addChildren(nullptr); },
             [](const TVpEntity &record) { return record.getChildren(); });
-        QVERIFY(TestAccess::flag(*std::make_unique<TVpEntity>(entity)));
         shareLists(
             entity, [](TVpEntity &record) { record.addVariables(nullptr); },
             [](const TVpEntity &record) { return record.getVariables(); });
@@ -168,8 +204,6 @@ private Q_SLOTS:
 
         Config config;
         ConfigEntities entities;
-        TestAccess::flag(entities) = true;
-        QVERIFY(TestAccess::flag(*std::make_unique<ConfigEntities>(entities)));
         shareLists(
             config, [&](Config &record) { record.addEntities(&entities); },
             [](const Config &record) { return record.getEntities(); });
@@ -332,56 +366,55 @@ private Q_SLOTS:
         QVERIFY(movedItem.getData().getRange() != nullptr); // a default variable
     }
 
-    void trueMovesTakeTheTexts()
+    void trueMoveOfExtendSettingsTakesBothTexts()
     {
         ConfigToolsExtend extend;
         extend.setUrlPrimaryBd("one");
         extend.setUrlSecondaryBd("two");
-        ConfigToolsExtend movedExtend(std::move(extend));
-        QCOMPARE(movedExtend.getUrlPrimaryBd() + movedExtend.getUrlSecondaryBd(), QString("onetwo"));
-        QVERIFY(extend.getUrlPrimaryBd().isEmpty()); // NOLINT(bugprone-use-after-move): it loses them
+        ConfigToolsExtend moved(std::move(extend));
+        QCOMPARE(moved.getUrlPrimaryBd() + moved.getUrlSecondaryBd(), QString("onetwo"));
+        QCOMPARE(extend.getUrlPrimaryBd(), QString()); // NOLINT(bugprone-use-after-move): it loses them
+        QCOMPARE(extend.getUrlSecondaryBd(), QString());
         extend.setUrlPrimaryBd("former");
-        extend = std::move(movedExtend);
-        QCOMPARE(extend.getUrlPrimaryBd(), QString("one"));
-        QVERIFY(movedExtend.getUrlPrimaryBd().isEmpty()); // NOLINT(bugprone-use-after-move)
+        extend = std::move(moved);
+        QCOMPARE(extend.getUrlPrimaryBd() + extend.getUrlSecondaryBd(), QString("onetwo"));
+        QCOMPARE(moved.getUrlPrimaryBd(), QString()); // NOLINT(bugprone-use-after-move)
+        QCOMPARE(moved.getUrlSecondaryBd(), QString());
+    }
 
+    void trueMoveOfSplitSettingsTakesBothTextsAndCopiesTheRest()
+    {
         ConfigToolsSplit split;
         split.setFileName("file");
         split.setFolder("folder");
         split.setFactor(2.5);
         split.setOptionSampling(true);
         const TVpEntity *entity = split.getEntitySampling();
-        ConfigToolsSplit movedSplit(std::move(split));
-        QCOMPARE(movedSplit.getFileName() + movedSplit.getFolder(), QString("filefolder"));
-        QCOMPARE(movedSplit.getFactor(), 2.5);
-        QVERIFY(movedSplit.getEntitySampling() == entity);
-        QVERIFY(split.getFileName().isEmpty()); // NOLINT(bugprone-use-after-move)
+        ConfigToolsSplit moved(std::move(split));
+        QCOMPARE(moved.getFileName() + moved.getFolder(), QString("filefolder"));
+        QCOMPARE(moved.getFactor(), 2.5);
+        QVERIFY(moved.getEntitySampling() == entity);
+        QCOMPARE(split.getFileName(), QString()); // NOLINT(bugprone-use-after-move)
+        QCOMPARE(split.getFolder(), QString());
         QVERIFY(split.getEntitySampling() == entity && split.getOptionSampling());
-        split = std::move(movedSplit);
-        QCOMPARE(split.getFileName(), QString("file"));
-        QVERIFY(movedSplit.getFolder().isEmpty()); // NOLINT(bugprone-use-after-move)
+        split = std::move(moved);
+        QCOMPARE(split.getFileName() + split.getFolder(), QString("filefolder"));
+        QCOMPARE(moved.getFileName(), QString()); // NOLINT(bugprone-use-after-move)
+        QCOMPARE(moved.getFolder(), QString());
+    }
 
-        SelectionTreeUnit unit;
-        unit.setName("name");
-        unit.setCode("code");
-        unit.setCodeEntity("entity");
-        unit.setArea({ "a", "b" });
-        unit.setChildAreas({ { "c", "d" } });
-        unit.setInfoProperties({ { "info", 1 } });
-        unit.setLevel(3);
-        SelectionTreeUnit movedUnit(std::move(unit));
-        QCOMPARE(movedUnit.getName() + movedUnit.getCode() + movedUnit.getCodeEntity(), QString("namecodeentity"));
-        QCOMPARE(movedUnit.getArea().second, std::string("b"));
-        QCOMPARE(movedUnit.getChildAreas().size(), size_t(1));
-        QCOMPARE(movedUnit.getInfoProperties().size(), 1);
-        QCOMPARE(movedUnit.getLevel(), 3);
-        QVERIFY(movedUnit.getChildren() == unit.getChildren()); // NOLINT(bugprone-use-after-move): shared
-        QVERIFY(unit.getName().isEmpty() && unit.getCode().isEmpty() && unit.getCodeEntity().isEmpty());
-        QVERIFY(unit.getArea().first.empty() && unit.getChildAreas().empty() && unit.getInfoProperties().isEmpty());
+    void trueMoveOfASelectionUnitTakesTextsAreasAndProperties()
+    {
+        SelectionTreeUnit unit = filledUnit();
+        SelectionTreeUnit moved(std::move(unit));
+        verifyIsFilledUnit(moved);
+        verifyIsEmptiedUnit(unit);                          // NOLINT(bugprone-use-after-move): it loses them
+        QVERIFY(moved.getChildren() == unit.getChildren()); // shared
         unit.setName("former");
-        unit = std::move(movedUnit);
-        QCOMPARE(unit.getName(), QString("name"));
-        QVERIFY(movedUnit.getName().isEmpty()); // NOLINT(bugprone-use-after-move)
+        unit = std::move(moved);
+        verifyIsFilledUnit(unit);
+        verifyIsEmptiedUnit(moved); // NOLINT(bugprone-use-after-move)
+        QVERIFY(moved.getChildren() == unit.getChildren());
     }
 
     void movedRecordMakesItsListWhenSomethingIsAppended()
@@ -507,6 +540,50 @@ private Q_SLOTS:
     }
 
 private:
+    template <typename... Records> static constexpr bool noneIsPolymorphic = (!std::is_polymorphic_v<Records> && ...);
+
+    template <typename Record> static void verifyFlagIsCopied()
+    {
+        Record record;
+        for (const bool flag : { true, false }) {
+            TestAccess::flag(record) = flag;
+            Record copy(record);
+            QCOMPARE(TestAccess::flag(copy), flag);
+            Record assigned;
+            TestAccess::flag(assigned) = !flag;
+            assigned = record;
+            QCOMPARE(TestAccess::flag(assigned), flag);
+        }
+    }
+
+    static SelectionTreeUnit filledUnit()
+    {
+        SelectionTreeUnit unit;
+        unit.setName("name");
+        unit.setCode("code");
+        unit.setCodeEntity("entity");
+        unit.setArea({ "a", "b" });
+        unit.setChildAreas({ { "c", "d" } });
+        unit.setInfoProperties({ { "info", 1 } });
+        unit.setLevel(3);
+        return unit;
+    }
+    static void verifyIsFilledUnit(const SelectionTreeUnit &unit)
+    {
+        QCOMPARE(unit.getName() + unit.getCode() + unit.getCodeEntity(), QString("namecodeentity"));
+        QCOMPARE(unit.getArea().second, std::string("b"));
+        QCOMPARE(unit.getChildAreas().size(), size_t(1));
+        QCOMPARE(unit.getInfoProperties().size(), 1);
+        QCOMPARE(unit.getLevel(), 3);
+    }
+    static void verifyIsEmptiedUnit(const SelectionTreeUnit &unit)
+    {
+        QVERIFY(unit.getName().isEmpty() && unit.getCode().isEmpty() && unit.getCodeEntity().isEmpty());
+        QVERIFY(unit.getArea().first.empty() && unit.getArea().second.empty());
+        QVERIFY(unit.getChildAreas().empty() && unit.getInfoProperties().isEmpty());
+        QCOMPARE(unit.getLevel(), 3);
+    }
+
     template <typename Record> static void fillNames(Record &record)
     {
         record.setName("name");
