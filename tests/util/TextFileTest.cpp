@@ -1,3 +1,4 @@
+#include "support/LocaleCodec.h"
 #include "support/Sanitizer.h"
 #include "util/TextFile_p.h"
 
@@ -30,21 +31,6 @@ QStringList linesOf(const QString &text)
         lines.append(views.at(i).toString());
     return lines;
 }
-
-// Sets the codec of the locale while it lives.
-class LocaleCodec
-{
-public:
-    explicit LocaleCodec(const char *name)
-    {
-        QTextCodec *codec = QTextCodec::codecForName(name);
-        Q_ASSERT(codec);
-        QTextCodec::setCodecForLocale(codec);
-    }
-    ~LocaleCodec() { QTextCodec::setCodecForLocale(nullptr); }
-    LocaleCodec(const LocaleCodec &) = delete;
-    LocaleCodec &operator=(const LocaleCodec &) = delete;
-};
 
 // A file that holds these bytes while this lives.
 class FileOf
