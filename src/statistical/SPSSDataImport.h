@@ -3,6 +3,7 @@
 
 #include "import/DataImport.h"
 #include "model_vanadmin_export.h"
+#include "statistical/StatValueLabel.h"
 
 #include <map>
 #include <string>
@@ -10,7 +11,6 @@
 
 struct readstat_value_s;
 struct readstat_variable_s;
-struct TStatValueLabel;
 class TSPSSVariable;
 
 namespace statistical
@@ -32,8 +32,8 @@ class Reading;
 ///
 /// A second opening keeps the variables of the first and adds the file's variables again, so every field comes twice;
 /// this is meant. Missing values, formats, notes and the names of label sets are not read. Fields and label sets
-/// outlive the importer; copies share them. Call the operations through a `TDataImport` pointer or reference.
-/// Everything runs on the caller's thread; two importers share nothing.
+/// outlive the importer; copies share them. Call the operations that are protected here through a `TDataImport` pointer
+/// or reference. Everything runs on the caller's thread; two importers share nothing.
 class MODEL_VANADMIN_EXPORT TSPSSDataImport : public TDataImport
 {
 public:
@@ -52,7 +52,15 @@ public:
     bool isReadingBuffered() const;
     void setReadingBuffered(bool on);
 
+    QStringList *selectLayoutSource() override; ///< as the base
+
     void releaseContents() override; ///< label sets included
+
+    // The handlers that ReadStat calls, with types of readstat.h; `context` is the importer.
+    /// Keeps a label in the set of this name. One of a type that is none ends the process with status 1.
+    static int handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context);
+    /// Makes the field of a variable, which joins the importer's fields once the file has been read.
+    static int handleVariable(int index, readstat_variable_s *variable, const char *labelSet, void *context);
 
 protected:
     friend struct TestAccess;
@@ -61,23 +69,19 @@ protected:
     QString getDataProviderType() override; ///< "SPSS"
     /// Reads the file and adds its variables to those of a former opening. Always true.
     bool openFile() override;
-    QStringList *selectLayoutSource() override; ///< as the base
+
+    std::vector<TSPSSVariable *> variables; ///< in file order; kept
+    /// By the address of ReadStat's own name, which is stale once the handler returns; nothing reads it.
+    std::map<const char *, TSPSSVariable *> variablesByName;
+    std::map<std::string, std::vector<TStatValueLabel *> *> labelSets; ///< by name; kept
 
 private:
     friend struct statistical::ImportBody<TSPSSDataImport>;
     using Variable = TSPSSVariable;
 
     void openRead(QString path);
-    // The handlers that ReadStat calls; `context` is the importer. A label of a type that is none ends the process with
-    // status 1.
-    static int handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context);
-    static int handleVariable(int index, readstat_variable_s *variable, const char *labelSet, void *context);
 
-    std::vector<TSPSSVariable *> variables; ///< in file order; kept
-    /// By the address of ReadStat's own name, which is stale once the handler returns; nothing reads it.
-    std::map<const char *, TSPSSVariable *> variablesByName;
-    std::map<std::string, std::vector<TStatValueLabel *> *> labelSets; ///< by name; kept
-    statistical::Reading *reading = nullptr;                           ///< the parse under way, or null
+    statistical::Reading *reading = nullptr; ///< the parse under way, or null
     bool readsBuffered = false;
 };
 

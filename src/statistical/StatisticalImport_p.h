@@ -4,6 +4,7 @@
 #include "import/GenericField.h"
 #include "import/KeptObjects.h"
 #include "import/LayoutNotes_p.h"
+#include "statistical/StatValueLabel.h"
 #include "util/Nines_p.h"
 
 #include <readstat.h>
@@ -18,18 +19,6 @@
 #include <string>
 #include <unordered_map>
 #include <vector>
-
-/// One value label, held from the parse of the labels to that of the variables. Stays alive with its set.
-///
-/// An integer of -1, a double of -1.0 and no text together mean that it holds no value, so -1 itself cannot be held.
-struct TStatValueLabel {
-    double doubleValue = -1.0;   ///< the value when it is floating
-    qint32 intValue = -1;        ///< the value when it is integer
-    char *stringValue = nullptr; ///< the value when it is text: a copy of its own
-    size_t stringLength = 0;     ///< in bytes
-    char *label = nullptr;       ///< a copy of its own
-    size_t labelLength = 0;      ///< in bytes
-};
 
 /// What the importers of the two statistical formats do alike.
 namespace statistical

@@ -58,6 +58,20 @@ CALLABLE(CallsType, getDataProviderType());
 CALLABLE(CallsOpening, openFile());
 CALLABLE(CallsReading, openRead(QString()));
 CALLABLE(CallsSelection, selectLayoutSource());
+CALLABLE(CallsLabelHandler, handleValueLabel("", readstat_value_t(), "", nullptr));
+CALLABLE(CallsVariableHandler, handleVariable(0, nullptr, "", nullptr));
+CALLABLE(SeesVariables, variables);
+CALLABLE(SeesAddresses, variablesByName);
+CALLABLE(SeesLabelSets, labelSets);
+
+// An importer of one's own, and what it may write on itself.
+template <typename Importer> struct Heir : Importer {
+    CALLABLE(CallsOpening, openFile());
+    CALLABLE(CallsReading, openRead(QString()));
+    CALLABLE(SeesVariables, variables);
+    CALLABLE(SeesAddresses, variablesByName);
+    CALLABLE(SeesLabelSets, labelSets);
+};
 
 QString describe(const TGenericField &field)
 {
@@ -502,6 +516,18 @@ private Q_SLOTS:
         onlyTheBaseCalls<TSPSSDataImport>();
     }
 
+    void selectionAndHandlersAreForAll()
+    {
+        allCall<TSTATADataImport>();
+        allCall<TSPSSDataImport>();
+    }
+
+    void variablesAndLabelsAreForHeirs()
+    {
+        onlyHeirsSee<TSTATADataImport>();
+        onlyHeirsSee<TSPSSDataImport>();
+    }
+
 #ifdef SUPPORT_HAS_VIRTUALSLOT
     void operationsStandInTheSlotsOfTheBase()
     {
@@ -558,7 +584,28 @@ private:
         QVERIFY(!CallsReading<Importer>::value);
         QVERIFY(CallsOpening<TDataImport>::value);
         QVERIFY(CallsSelection<TDataImport>::value);
+        QVERIFY(CallsSelection<Importer>::value);
         QVERIFY((std::is_base_of<TDataImport, Importer>::value));
+    }
+
+    template <typename Importer> static void allCall()
+    {
+        QVERIFY(CallsSelection<Importer>::value);
+        QVERIFY(CallsLabelHandler<Importer>::value);
+        QVERIFY(CallsVariableHandler<Importer>::value);
+    }
+
+    template <typename Importer> static void onlyHeirsSee()
+    {
+        using Own = Heir<Importer>;
+        QVERIFY(!SeesVariables<Importer>::value);
+        QVERIFY(!SeesAddresses<Importer>::value);
+        QVERIFY(!SeesLabelSets<Importer>::value);
+        QVERIFY(Own::template SeesVariables<Own>::value);
+        QVERIFY(Own::template SeesAddresses<Own>::value);
+        QVERIFY(Own::template SeesLabelSets<Own>::value);
+        QVERIFY(Own::template CallsOpening<Own>::value);
+        QVERIFY(!Own::template CallsReading<Own>::value);
     }
 
 #ifdef SUPPORT_HAS_VIRTUALSLOT
