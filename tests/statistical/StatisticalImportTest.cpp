@@ -6,6 +6,7 @@
 #include "statistical/StatisticalImport_p.h"
 #include "support/Callable.h"
 #include "support/DebugCapture.h"
+#include "support/LocaleCodec.h"
 #include "support/StandardStream.h"
 #include "support/VirtualSlot.h"
 
@@ -321,6 +322,24 @@ private Q_SLOTS:
         QCOMPARE(describe(importer).mid(names.size()), describe(importer).mid(0, names.size()));
     }
 
+    void onlySpssKeepsTheAddressesOfFormerOpenings()
+    {
+        const char address = 0;
+        TSPSSDataImport spss(spssTypes);
+        TSPSSVariable ofSpss(&spss);
+        TestAccess::byName(spss)[&address] = &ofSpss;
+        openedNames(spss);
+        QCOMPARE(TestAccess::byName(spss).count(&address), size_t(1));
+        QVERIFY(TestAccess::byName(spss).at(&address) == &ofSpss);
+        QVERIFY(TestAccess::byName(spss).size() > 1);
+
+        TSTATADataImport stata(stataTypes);
+        TSTATAVariable ofStata(&stata);
+        TestAccess::byName(stata)[&address] = &ofStata;
+        openedNames(stata);
+        QCOMPARE(TestAccess::byName(stata).count(&address), size_t(0));
+    }
+
     void openingEmptiesTheLabelSets()
     {
         const QTemporaryDir folder;
@@ -377,6 +396,24 @@ private Q_SLOTS:
             QCOMPARE(err.taken(), QByteArray());
             QVERIFY(TestAccess::fields(importer).isEmpty());
         }
+    }
+
+    void pathIsInTheEncodingOfTheLocale()
+    {
+        const LocaleCodec latin1("ISO-8859-1");
+        const QTemporaryDir folder;
+        pathIsInLatin1<TSTATADataImport>(folder, stataTypes, "\xE9.dta");
+        pathIsInLatin1<TSPSSDataImport>(folder, spssTypes, "\xE9.sav");
+    }
+
+    void errorLineIsInTheEncodingOfTheLocale()
+    {
+        const LocaleCodec latin1("ISO-8859-1");
+        TSTATADataImport importer(QString::fromLatin1("/nowhere/\xE9.dta"));
+        const DebugCapture quiet;
+        const StandardStream out(stdout);
+        openedNames(importer);
+        QCOMPARE(out.taken(), QByteArray("Error processing /nowhere/\xE9.dta: 1\n"));
     }
 
     void errorStreamTakesTheLine()
@@ -606,6 +643,24 @@ private:
         QVERIFY(Own::template SeesLabelSets<Own>::value);
         QVERIFY(Own::template CallsOpening<Own>::value);
         QVERIFY(!Own::template CallsReading<Own>::value);
+    }
+
+    // A copy of \a original under a name that is no UTF-8 reads as the original does.
+    template <typename Importer>
+    static void pathIsInLatin1(const QTemporaryDir &folder, const QString &original, const QByteArray &name)
+    {
+        const QString copy = folder.filePath(QStringLiteral("copy"));
+        QVERIFY(QFile::copy(original, copy));
+        const QByteArray path = QFile::encodeName(folder.path()) + '/' + name;
+        QCOMPARE(std::rename(QFile::encodeName(copy).constData(), path.constData()), 0);
+        const QStringList fields = read<Importer>(original);
+        QVERIFY(!fields.isEmpty());
+        for (const bool isBuffered : { false, true }) {
+            Importer importer(folder.filePath(QString::fromLatin1(name)));
+            importer.setReadingBuffered(isBuffered);
+            openedNames(importer);
+            QCOMPARE(describe(importer), fields);
+        }
     }
 
 #ifdef SUPPORT_HAS_VIRTUALSLOT
