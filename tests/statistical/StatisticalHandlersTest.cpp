@@ -261,13 +261,22 @@ private Q_SLOTS:
         QCOMPARE(twin.first().intValue, 5);
     }
 
-    void unknownValueTypeEndsTheProcess_data() { addTwins(); }
+    void unknownValueTypeEndsTheProcess_data()
+    {
+        QTest::addColumn<bool>("isSpss");
+        QTest::addColumn<QString>("text");
+        for (const bool isSpss : { false, true }) {
+            QTest::addRow("%s", nameOf(isSpss)) << isSpss << "L";
+            QTest::addRow("%s, a label without text", nameOf(isSpss)) << isSpss << "-without-text";
+        }
+    }
     void unknownValueTypeEndsTheProcess()
     {
         QFETCH(bool, isSpss);
+        QFETCH(QString, text);
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(),
-                    { QStringLiteral("-unknown-type"), QLatin1String(nameOf(isSpss)) });
+                    { QStringLiteral("-unknown-type"), QLatin1String(nameOf(isSpss)), text });
         QVERIFY(child.waitForFinished());
         QCOMPARE(int(child.exitStatus()), int(QProcess::NormalExit));
         QCOMPARE(child.exitCode(), 1);
@@ -659,6 +668,29 @@ private Q_SLOTS:
         QCOMPARE(twin.field(READSTAT_TYPE_STRING, "A8", "set").valueLabels, QStringLiteral("2 L\tx T\t"));
     }
 
+    void spssVariableOfEachTypeWithoutDecimalsTurnsTheSet_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("int8") << int(READSTAT_TYPE_INT8);
+        QTest::newRow("int16") << int(READSTAT_TYPE_INT16);
+        QTest::newRow("int32") << int(READSTAT_TYPE_INT32);
+        QTest::newRow("float") << int(READSTAT_TYPE_FLOAT);
+        QTest::newRow("double") << int(READSTAT_TYPE_DOUBLE);
+        QTest::newRow("text") << int(READSTAT_TYPE_STRING);
+        QTest::newRow("string reference") << int(READSTAT_TYPE_STRING_REF);
+    }
+    void spssVariableOfEachTypeWithoutDecimalsTurnsTheSet()
+    {
+        QFETCH(int, type);
+        Twin twin(true);
+        twin.label(doubleValue(2.5), "L");
+        QCOMPARE(twin.field(readstat_type_t(type), "F8.0", "set").valueLabels, QStringLiteral("2 L\t"));
+        QCOMPARE(twin.first().intValue, 2);
+        QCOMPARE(twin.first().doubleValue, -1.0);
+        // A variable with decimals that comes later sees it.
+        QCOMPARE(twin.field(READSTAT_TYPE_DOUBLE, "F8.2", "set").valueLabels, QStringLiteral("2 L\t"));
+    }
+
     void stataLeavesDoublesInTheSet()
     {
         Twin twin(false);
@@ -730,9 +762,9 @@ private Q_SLOTS:
 // As a child of itself the program hands over a value of no type.
 int main(int argc, char **argv)
 {
-    if (argc == 3 && std::strcmp(argv[1], "-unknown-type") == 0) {
+    if (argc == 4 && std::strcmp(argv[1], "-unknown-type") == 0) {
         Twin twin(std::strcmp(argv[2], "spss") == 0);
-        twin.label(valueOfNoType(), "L");
+        twin.label(valueOfNoType(), std::strcmp(argv[3], "-without-text") == 0 ? nullptr : argv[3]);
         return 0;
     }
     const QCoreApplication application(argc, argv);
