@@ -37,10 +37,11 @@ struct Outcome {
     bool isOpen = false;
     QStringList fields;
     QByteArray line;
+    size_t labelSets = 0;
 
     bool operator==(const Outcome &other) const
     {
-        return isOpen == other.isOpen && fields == other.fields && line == other.line;
+        return isOpen == other.isOpen && fields == other.fields && line == other.line && labelSets == other.labelSets;
     }
 };
 
@@ -63,6 +64,7 @@ template <typename Importer> Outcome openWith(Importer &importer)
 {
     Outcome outcome;
     outcome.isOpen = TestAccess::open(importer);
+    outcome.labelSets = TestAccess::labelSets(importer).size();
     for (const TGenericField *field : TestAccess::fields(importer)) {
         outcome.fields.append(QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
                                   .arg(field->name, field->label)
@@ -103,6 +105,49 @@ Outcome outcomeOf(const QString &path)
         qWarning("%s: %s / %s, %d / %d fields", qPrintable(path), plain.line.constData(), buffered.line.constData(),
                  plain.fields.size(), buffered.fields.size());
     return plain == buffered ? plain : Outcome();
+}
+
+// The same for a Stata file, its line taken from where a new importer writes it.
+Outcome outcomeOnStandardOutput(const QString &path, bool isBuffered)
+{
+    const DebugCapture quiet;
+    const StandardStream out(stdout);
+    TSTATADataImport importer(path);
+    importer.setReadingBuffered(isBuffered);
+    Outcome outcome = openWith(importer);
+    outcome.line = out.taken();
+    return outcome;
+}
+
+/// What a plain program hears from ReadStat in its two passes over a Stata file.
+struct Passes {
+    readstat_error_t ofLabels = READSTAT_OK;
+    readstat_error_t ofVariables = READSTAT_OK;
+    int labels = 0;
+    int variables = 0;
+};
+
+Passes passesOver(const QString &path)
+{
+    const auto parse = [&](readstat_parser_t *parser, int *count) {
+        const readstat_error_t result = readstat_parse_dta(parser, path.toLocal8Bit().constData(), count);
+        readstat_parser_free(parser);
+        return result;
+    };
+    Passes passes;
+    readstat_parser_t *parser = readstat_parser_init();
+    readstat_set_value_label_handler(parser, [](const char *, readstat_value_t, const char *, void *count) -> int {
+        ++*static_cast<int *>(count);
+        return READSTAT_HANDLER_OK;
+    });
+    passes.ofLabels = parse(parser, &passes.labels);
+    parser = readstat_parser_init();
+    readstat_set_variable_handler(parser, [](int, readstat_variable_t *, const char *, void *count) -> int {
+        ++*static_cast<int *>(count);
+        return READSTAT_HANDLER_OK;
+    });
+    passes.ofVariables = parse(parser, &passes.variables);
+    return passes;
 }
 
 QByteArray bytesOf(const QString &path)
@@ -150,6 +195,53 @@ private Q_SLOTS:
             most = std::max(most, int(outcome.fields.size()));
         }
         QCOMPARE(most, int(whole.size()));
+    }
+
+    void failureOfTheFirstPassIsNotTold()
+    {
+        const QString path = cutWhere([](const Passes &passes) {
+            return passes.ofLabels != READSTAT_OK && passes.labels == 0 && passes.ofVariables == READSTAT_OK;
+        });
+        QVERIFY(!path.isEmpty());
+        for (const bool isBuffered : { false, true }) {
+            const Outcome outcome = outcomeOnStandardOutput(path, isBuffered);
+            QVERIFY(outcome.isOpen);
+            QCOMPARE(outcome.fields.size(), 9);
+            QCOMPARE(outcome.fields.at(1), QStringLiteral("small|An int|1|2|0|99|"));
+            QCOMPARE(outcome.line, QByteArray());
+        }
+    }
+
+    void labelsOfAFailedFirstPassStayAsFarAsTheyGot()
+    {
+        // The first set is read whole, the second not at all.
+        const QString path = cutWhere([](const Passes &passes) {
+            return passes.ofLabels != READSTAT_OK && passes.labels == 2 && passes.ofVariables == READSTAT_OK;
+        });
+        QVERIFY(!path.isEmpty());
+        for (const bool isBuffered : { false, true }) {
+            const Outcome outcome = outcomeOnStandardOutput(path, isBuffered);
+            QVERIFY(outcome.isOpen);
+            QCOMPARE(outcome.labelSets, size_t(1));
+            QCOMPARE(outcome.fields.size(), 9);
+            QCOMPARE(outcome.fields.at(1), QStringLiteral("small|An int|1|2|1|2|1 Yes\t2 No\t"));
+            QCOMPARE(outcome.fields.at(3), QStringLiteral("odd|Odd labels|1|4|0|9999|"));
+            QCOMPARE(outcome.line, QByteArray());
+        }
+    }
+
+    void variablesOfAFailedSecondPassAreKeptAndAdded()
+    {
+        const QString path = cutWhere(
+            [](const Passes &passes) { return passes.ofVariables == READSTAT_ERROR_READ && passes.variables == 9; });
+        QVERIFY(!path.isEmpty());
+        for (const bool isBuffered : { false, true }) {
+            const Outcome outcome = outcomeOnStandardOutput(path, isBuffered);
+            QVERIFY(outcome.isOpen);
+            QCOMPARE(outcome.fields.size(), 9);
+            QCOMPARE(outcome.fields.at(1), QStringLiteral("small|An int|1|2|0|99|"));
+            QCOMPARE(outcome.line, "Error processing " + path.toLocal8Bit() + ": 2\n");
+        }
     }
 
     void flippedBytesDoNoHarm_data()
@@ -303,6 +395,17 @@ private:
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("%s cannot be written", qPrintable(path));
         return path;
+    }
+
+    // The longest beginning of a Stata file in which ReadStat's passes end as is wanted; "" where there is none.
+    template <typename Wanted> QString cutWhere(Wanted isWanted)
+    {
+        const QString path = write(QStringLiteral("cut.dta"), bytesOf(made + QStringLiteral("types-118.dta")));
+        for (qint64 size = QFileInfo(path).size() - 1; size > 0; --size) {
+            if (QFile::resize(path, size) && isWanted(passesOver(path)))
+                return path;
+        }
+        return QString();
     }
 
     QTemporaryDir folder;
