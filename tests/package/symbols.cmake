@@ -7,6 +7,7 @@ set(public TDataImport ReadReport ReadNote KeptObjects TGenericField TVpSourceFi
     ConfigOptions ConfigEntities ConfigToolsExtend ConfigToolsSplit ConfigWipxToJson Dictionary MetadataDictionary Datasource
     MetadataDataSource MetadataVariables LookupDictionary SelectionTreeUnit StructVariableItem UtilFiles UtilStrings
     VpErrorManager formatMessage setDecimalAnswer Model_VanAdmin)
+# TStatValueLabel may be used by all; having no operation, it exports nothing.
 set(internal TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro
     numbers textfile TStatValueLabel statistical lookup)
 
