@@ -75,7 +75,7 @@ void TCSPro::readFile(QString fileName)
             report->add(NoteKind::encodingGuessed, QString());
     } catch (const std::bad_alloc &) {
         if (report)
-            report->add(NoteKind::readingEnded, QString(), lineCount);
+            report->add(NoteKind::layoutGivenUp, QString(), lineCount);
         throw invalidContents(lineCount);
     }
 }
@@ -102,8 +102,8 @@ int TCSPro::parseTextLines(const TextLines &lines, int linesBefore)
             }
         }
     } catch (...) {
-        if (report && !isEndTold)
-            report->add(NoteKind::readingEnded, lines.has(index) ? lines.at(index).toString() : QString(),
+        if (report && !std::exchange(isEndTold, false))
+            report->add(NoteKind::layoutGivenUp, lines.has(index) ? lines.at(index).toString() : QString(),
                         firstLine + index);
         throw invalidContents(linesBefore + index);
     }

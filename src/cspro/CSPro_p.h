@@ -47,7 +47,7 @@ public:
     /// Reads a file to its end, one pass. A second call appends; settings and the current record and item carry over.
     ///
     /// Throws a `VpErrorManager *` with code 242 where parseLines() does, and for a text too large to hold; what was
-    /// read until then stays.
+    /// read until then stays in this reader.
     void readFile(QString fileName);
     /// Reads the lines of a dictionary. Whatever is raised meanwhile becomes a thrown `VpErrorManager *` with code 242
     /// and a text of one character whose code is the index of the line, from 0, that reading had reached.

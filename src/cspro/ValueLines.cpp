@@ -218,7 +218,7 @@ private:
             reader.splitOtherRanges(&set, pending.get());
         } catch (const std::bad_alloc &) {
             if (reader.report) {
-                add({ NoteKind::readingEnded, pendingLine, reader.toldName(), rangeText });
+                add({ NoteKind::layoutGivenUp, pendingLine, reader.toldName(), rangeText });
                 reader.isEndTold = true;
             }
             throw;

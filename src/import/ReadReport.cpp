@@ -24,6 +24,8 @@ constexpr Kind kindTable[] = {
       "The file gave no layout; check that it can be opened and is of the format that it is read as." },
     { NoteKind::readingEnded, lost, "reading-ended",
       "Reading ended here, and what follows is not in the layout; mend this place in the file." },
+    { NoteKind::layoutGivenUp, lost, "layout-given-up",
+      "Reading ended here in an error, and nothing of the file is in the layout, what stands in front of this place included; mend it in the file." },
     { NoteKind::duplicateVariable, changed, "duplicate-variable",
       "Another variable has this name, and a search by name finds one of them alone; give each a name of its own." },
     { NoteKind::overlappingPositions, curious, "overlapping-positions",

@@ -20,6 +20,7 @@ enum class NoteKind {
     // any file
     fileNotRead,          ///< the file cannot be opened, or is not of its format
     readingEnded,         ///< reading ended before the end of the file
+    layoutGivenUp,        ///< reading ended in an error, and there is no layout
     duplicateVariable,    ///< two variables of one name
     overlappingPositions, ///< two variables of one record that stand on the same columns
     codeRounded,          ///< a code of more than six digits

@@ -186,8 +186,8 @@ private Q_SLOTS:
         QVERIFY(thrownBy([&] {
             dictionary.readFile(write("[Item]\nName=A\n[Item]\nOccurrences=2000000000\nName=B\n[Item]\nName=C\n"));
         }));
-        QCOMPARE(report.count(NoteKind::readingEnded), 1);
-        QCOMPARE(report.notes().back().kind, NoteKind::readingEnded);
+        QCOMPARE(report.count(NoteKind::layoutGivenUp), 1);
+        QCOMPARE(report.notes().back().kind, NoteKind::layoutGivenUp);
         QCOMPARE(report.notes().back().line, 5);
         QCOMPARE(report.notes().back().text, QString("Name=B"));
     }
@@ -204,7 +204,7 @@ private Q_SLOTS:
         const DebugCapture log;
         QVERIFY(thrownBy([&] { dictionary.readFile(file.fileName()); }));
         QCOMPARE(report.size(), size_t(1));
-        QCOMPARE(report.notes().front().kind, NoteKind::readingEnded);
+        QCOMPARE(report.notes().front().kind, NoteKind::layoutGivenUp);
         QCOMPARE(report.notes().front().text, QString());
         QVERIFY(file.remove());
     }

@@ -3,6 +3,7 @@
 #include "cspro/DecimalQuestion.h"
 #include "import/ReadReport.h"
 #include "lookup/Lookup.h"
+#include "support/Thrown.h"
 #include "support/WholeRoad.h"
 
 #include <QFile>
@@ -101,7 +102,7 @@ private Q_SLOTS:
             << alpha("Value=1: 7;x\n") << QStringList{ "range-as-end-points|8|A|1: 7;x" };
         QTest::newRow("the line that ends the reading, not the last of its section")
             << alpha("Value=1:5 7:9;x\nValue=1;a\nValue=2;b\nValue=3;c\n")
-            << QStringList{ "several-in-a-line|8|A|1:5 7:9;x", "reading-ended|8|A|1:5 7:9;x" };
+            << QStringList{ "several-in-a-line|8|A|1:5 7:9;x", "layout-given-up|8|A|1:5 7:9;x" };
         QTest::newRow("opening apostrophe alone")
             << alpha("Value='tis;x\n") << QStringList{ "kept-apostrophe|8|A|'tis;x" };
         QTest::newRow("blank behind the closing apostrophe")
@@ -166,6 +167,25 @@ private Q_SLOTS:
             << QByteArray("[Dictionary]\nRecordTypeLen=0\n") << QStringList();
     }
     void textDictionaryTells() { compare<TCSProDataImport>(); }
+
+    void textDictionaryThatEndsInAnErrorGivesNoLayout()
+    {
+        ReadReport report;
+        TCSProDataImport importer(write("[Record]\nName=R\nRecordTypeValue='1'\n[Item]\nName=A\nStart=2\nLen=2\n"
+                                        "[Item]\nName=B\nOccurrences=2000000000\n"));
+        TDataImport &base = importer;
+        base.setReadReport(&report);
+        const auto error = thrownBy([&] { delete base.selectLayoutSource(); });
+        QVERIFY(error);
+        QCOMPARE(report.notes().back().kind, NoteKind::layoutGivenUp);
+        QCOMPARE(report.count(NoteKind::readingEnded), 0);
+        QCOMPARE(base.getGroupCount(), 0);
+        TVpDataProvider provider;
+        provider.genericGetFieldsFrom(&base);
+        QVERIFY(provider.getFields()->isEmpty());
+        provider.releaseContents();
+        base.releaseContents();
+    }
 
     void jsonDictionaryTells_data()
     {

@@ -59,7 +59,7 @@ private Q_SLOTS:
         QCOMPARE(sorted(expected - found), QStringList());
         QCOMPARE(sorted(found - expected), QStringList());
         QCOMPARE(sorted(kindsIn(folder.run({ "explain", "--format", "json", ended }).out)),
-                 (QStringList{ "reading-ended", "several-in-a-line" }));
+                 (QStringList{ "layout-given-up", "several-in-a-line" }));
     }
 
     void everyOddityPlantedInACSPro8DictionaryIsFound()
@@ -231,7 +231,7 @@ private Q_SLOTS:
     {
         const Run explained = folder.run({ "explain", ended });
         QCOMPARE(explained.status, noAnswer);
-        QVERIFY(explained.out.contains("reading-ended (1)\n"));
+        QVERIFY(explained.out.contains("layout-given-up (1)\n"));
         QCOMPARE(QString::fromUtf8(explained.err),
                  "vanlayout: " + ended + ": reading ended in error 242: Invalid contents in line\n");
     }
