@@ -307,6 +307,7 @@ void TCSPro::addOccurrences(const TCSProItem &item)
         copy->decimals = item.decimals;
         copy->decimalChar = item.decimalChar;
         copy->firstOccurrence = first;
+        copy->isFurtherOccurrence = occurrence > 1;
         // zeroFill is not carried over to a copy, unlike decimalChar.
         storeItem(copy.release());
     }

@@ -105,7 +105,7 @@ void makeFields(const CSProDictionary &dictionary, TDataImport *importer, ReadRe
             field->group = item->record->name;
         describer.describe(*item, *field);
         if (report)
-            tellOfDigits(*report, *item, i, *field);
+            tellOfDescription(*report, *item, dictionary.getItem(i - 1), *field);
         add(field.release());
     }
 }

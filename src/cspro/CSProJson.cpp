@@ -272,6 +272,7 @@ bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int 
         copy->decimalChar = item.decimalChar;
         copy->zeroFill = item.zeroFill;
         copy->firstOccurrence = base;
+        copy->isFurtherOccurrence = k > 1;
         if (source)
             copy->addValueSet(copyOf(*source));
         record->addItem(copy.get());

@@ -272,8 +272,7 @@ void tellOfOverlaps(ReadReport &report, std::vector<const TCSProItem *> items, c
     }
 }
 
-} // namespace
-
+// Of the items of one record, or of the record type and the id items, that stand on the same columns.
 void tellOfPositions(ReadReport &report, const CSProDictionary &dictionary)
 {
     std::map<const TCSProRecord *, std::vector<const TCSProItem *>> itemsOf;
@@ -294,37 +293,7 @@ void tellOfPositions(ReadReport &report, const CSProDictionary &dictionary)
         tellOfOverlaps(report, std::move(itemsOf[record]), everyLine);
 }
 
-void tellOfDigits(ReadReport &report, const TCSProItem &item, int index, const TGenericField &field)
-{
-    if (item.firstOccurrence > 0 && item.firstOccurrence != index)
-        return;
-    if (item.decimals > 0 && item.dataType == 0)
-        report.add(NoteKind::decimalsLost, QString::number(item.decimals), 0, field.name);
-    if (field.type != vtInteger && field.type != vtReal)
-        return;
-    // Few codes are longer than what is kept of every number.
-    constexpr int keptDigits = 6;
-    const auto isRounded = [](const QString &code) {
-        const double number = code.size() > keptDigits ? numbers::toDouble(code) : 0;
-        return number != 0 && !isWrittenInFull(number);
-    };
-    const auto tell = [&](NoteKind kind, const QString &text) { report.add(kind, text, 0, field.name); };
-    QString roundedBound;
-    for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
-        for (const TValueSetItem *value : qAsConst(*set->items)) {
-            if (value->special || !isRounded(value->code))
-                continue;
-            if (field.type == vtInteger)
-                tell(NoteKind::codeRounded, value->code);
-            const QString text = numbers::toText(numbers::toDouble(value->code));
-            if (text == field.minimum || text == field.maximum)
-                roundedBound = value->code;
-        }
-    }
-    if (!roundedBound.isNull())
-        tell(NoteKind::boundRounded, roundedBound);
-}
-
+// Of groups whose value is that of another one.
 void tellOfGroups(ReadReport &report, const QStringList *groups)
 {
     if (!groups)
@@ -351,6 +320,88 @@ void tellOfRecords(ReadReport &report, const CSProDictionary &dictionary)
         if (isName || isType)
             report.add(NoteKind::duplicateRecord, record->name + QLatin1Char('=') + record->recordType);
     }
+}
+
+/// Looks for codes that the description of a field does not show as they are.
+class CodeNotes
+{
+public:
+    CodeNotes(ReadReport &toldReport, const TGenericField &describedField)
+        : report(toldReport)
+        , field(describedField)
+    {
+    }
+
+    void lookAt(const TValueSetItem &value)
+    {
+        if (isParted(value))
+            tell(NoteKind::labelEntryParted, value.code + QLatin1Char(' ') + value.name);
+        // Few codes are longer than what is kept of every number.
+        constexpr int keptDigits = 6;
+        if (field.type == vtString || value.code.size() <= keptDigits)
+            return;
+        const double number = numbers::toDouble(value.code);
+        if (number == 0 || isWrittenInFull(number))
+            return;
+        if (field.type == vtInteger)
+            tell(NoteKind::codeRounded, value.code);
+        if (!lowest.value || number < lowest.number)
+            lowest = { &value, number };
+        if (!highest.value || number > highest.number)
+            highest = { &value, number };
+    }
+
+    /// Behind the last value: of the bounds, each once.
+    void tellOfBounds() const
+    {
+        const bool isMinimum = lowest.value && numbers::toText(lowest.number) == field.minimum;
+        const bool isMaximum = highest.value && numbers::toText(highest.number) == field.maximum;
+        if (isMinimum)
+            tell(NoteKind::boundRounded, lowest.value->code);
+        if (isMaximum && !(isMinimum && highest.number == lowest.number))
+            tell(NoteKind::boundRounded, highest.value->code);
+    }
+
+private:
+    struct Rounded {
+        const TValueSetItem *value = nullptr;
+        double number = 0;
+    };
+
+    void tell(NoteKind kind, const QString &text) const { report.add(kind, text, 0, field.name); }
+
+    // Whoever reads a label takes a line feed for the tab at its end.
+    bool isParted(const TValueSetItem &value) const
+    {
+        const auto endsEntry = [](QChar character) { return character == u'\t' || character == u'\n'; };
+        const auto endsCode = [&](QChar character) { return character == u' ' || endsEntry(character); };
+        return std::any_of(value.name.cbegin(), value.name.cend(), endsEntry)
+            || (field.type != vtInteger && std::any_of(value.code.cbegin(), value.code.cend(), endsCode));
+    }
+
+    ReadReport &report;
+    const TGenericField &field;
+    Rounded lowest;
+    Rounded highest;
+};
+
+} // namespace
+
+void tellOfDescription(ReadReport &report, const TCSProItem &item, const TCSProItem *before, const TGenericField &field)
+{
+    const bool isFurther = item.isFurtherOccurrence && before;
+    if (!isFurther && item.decimals > 0 && item.dataType == 0)
+        report.add(NoteKind::decimalsLost, QString::number(item.decimals), 0, field.name);
+    if (isFurther && item.hasValueSets() == before->hasValueSets())
+        return;
+    CodeNotes codes(report, field);
+    for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
+        for (const TValueSetItem *value : qAsConst(*set->items)) {
+            if (!value->special)
+                codes.lookAt(*value);
+        }
+    }
+    codes.tellOfBounds();
 }
 
 void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups)

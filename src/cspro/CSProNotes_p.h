@@ -50,14 +50,11 @@ void tellOfDroppedSet(ReadReport &report, const TCSProValueSet &set, const std::
 /// Of a set that is sorted: equal codes stand side by side.
 void tellOfRepeatedCodes(ReadReport &report, const TCSProValueSet &set, const QString &variable);
 
-/// Tells of the items of one record, or of the record type and the id items, that stand on the same columns.
-void tellOfPositions(ReadReport &report, const CSProDictionary &dictionary);
-/// Tells of digits that the description of the item at \a index loses; the first occurrence stands for all.
-void tellOfDigits(ReadReport &report, const TCSProItem &item, int index, const TGenericField &field);
-/// Tells of groups whose value is that of another one.
-void tellOfGroups(ReadReport &report, const QStringList *groups);
-/// Tells of records that share a name or a record type.
-void tellOfRecords(ReadReport &report, const CSProDictionary &dictionary);
+/// Tells of what \a field, the description of \a item, shows otherwise than the item has it: decimals, long codes, and
+/// codes and labels that part their entry in the value labels. \a before is the item in front of it, null for the
+/// first: one occurrence stands for those that have the same.
+void tellOfDescription(ReadReport &report, const TCSProItem &item, const TCSProItem *before,
+                       const TGenericField &field);
 /// Tells of the layout as a whole: positions, groups and records.
 void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups);
 

@@ -38,6 +38,8 @@ constexpr Kind kindTable[] = {
       "The layout shows no decimals for this variable, so values that are written without a decimal point have to be divided by whoever reads them." },
     { NoteKind::duplicateCode, curious, "duplicate-code",
       "The code stands several times among the value labels, and each of its labels was kept; remove all but one." },
+    { NoteKind::labelEntryParted, changed, "label-entry-parted",
+      "In the text of the value labels a code ends at its first blank and a label at its first tab, so this one reads as another; write the code without blanks and the label without tabs." },
     { NoteKind::groupValueOfAnother, changed, "group-value-of-another",
       "The text of this group is part of an earlier group's, whose value is given for it; rename one of them." },
     { NoteKind::duplicateRecord, changed, "duplicate-record",

@@ -27,6 +27,7 @@ enum class NoteKind {
     boundRounded,         ///< a minimum or maximum of more than six digits
     decimalsLost,         ///< a variable with decimals
     duplicateCode,        ///< a code that stands twice in the value labels of a variable
+    labelEntryParted,     ///< a code with a blank or a label with a tab
     groupValueOfAnother,  ///< a group whose value is that of another group
     duplicateRecord,      ///< two records of one name or one record type
     // CSPro text dictionaries

@@ -95,11 +95,13 @@ private Q_SLOTS:
         QTest::newRow("a range of a kept set does") << number + "Value=1:5;x\n"
                                                     << QStringList{ "range-as-end-points|7|A|1:5;x" };
         QTest::newRow("more than an upper bound behind the colon, with blanks")
-            << alpha("Value=1:7 10 11;x\n") << QStringList{ "several-in-a-line|8|A|1:7 10 11;x" };
+            << alpha("Value=1:7 10 11;x\n")
+            << QStringList{ "several-in-a-line|8|A|1:7 10 11;x", "label-entry-parted|0|A|7 10 11 x" };
         QTest::newRow("more than an upper bound behind the colon, with a colon")
             << alpha("Value=1:7:9;x\n") << QStringList{ "several-in-a-line|8|A|1:7:9;x" };
         QTest::newRow("blank around an upper bound")
-            << alpha("Value=1: 7;x\n") << QStringList{ "range-as-end-points|8|A|1: 7;x" };
+            << alpha("Value=1: 7;x\n")
+            << QStringList{ "range-as-end-points|8|A|1: 7;x", "label-entry-parted|0|A| 7 x" };
         QTest::newRow("the line that ends the reading, not the last of its section")
             << alpha("Value=1:5 7:9;x\nValue=1;a\nValue=2;b\nValue=3;c\n")
             << QStringList{ "several-in-a-line|8|A|1:5 7:9;x", "layout-given-up|8|A|1:5 7:9;x" };
@@ -117,6 +119,23 @@ private Q_SLOTS:
             << QStringList{ "marked-value|9|A|8 x", "marked-value|11|A|9 y" };
         QTest::newRow("a million is written with an exponent") << number
                 + "Value=1000000;x\n" << QStringList{ "code-rounded|0|A|1000000", "bound-rounded|0|A|1000000" };
+        QTest::newRow("minimum and maximum are told of each")
+            << number + "Value=-1234567;x\nValue=1;y\nValue=1234567;z\n"
+            << QStringList{ "code-rounded|0|A|-1234567", "code-rounded|0|A|1234567", "bound-rounded|0|A|-1234567",
+                            "bound-rounded|0|A|1234567" };
+        QTest::newRow("bounds that are rounded to one number")
+            << number + "Value=1234567;x\nValue=1234568;y\n"
+            << QStringList{ "code-rounded|0|A|1234567", "code-rounded|0|A|1234568", "bound-rounded|0|A|1234567",
+                            "bound-rounded|0|A|1234568" };
+        QTest::newRow("blank in a code, in front of it, and tabs")
+            << alpha("Value=A B;Both\nValue= C;x\nValue=D\tE;x\nValue=F;x\ty\nValue=G;x y\n")
+            << QStringList{ "label-entry-parted|0|A| C x", "label-entry-parted|0|A|A B Both",
+                            "label-entry-parted|0|A|D\tE x", "label-entry-parted|0|A|F x\ty" };
+        QTest::newRow("blank in front of the code of an integer, which is written without it") << number
+                + "Value= 7;x\n" << QStringList();
+        QTest::newRow("blank in front of the code of a real number, which is written as it stands")
+            << item("Name=A\nStart=1\nLen=10\n[ValueSet]\nValue= 7;x\n")
+            << QStringList{ "label-entry-parted|0|A| 7 x" };
         QTest::newRow("long code with zeros in front") << number + "Value=0000001;x\n" << QStringList();
         QTest::newRow("words in any case")
             << item("Name=A\nStart=1\nLen=9\nDataType=nUMERIC\nItemType=ITEM\nZeroFill=no\nDecimalChar=YES\n")
@@ -141,6 +160,16 @@ private Q_SLOTS:
                     "[ValueSet]\nValue=1234567\n")
             << QStringList{ "occurrence-names|6|B_1|B", "value-without-label|13|B_1|1234567", "decimals-lost|0|B_1|2",
                             "bound-rounded|0|B_1|1234567" };
+        QTest::newRow("decimals of plain items each")
+            << item("Name=A\nStart=1\nLen=9\nDecimal=2\n[Item]\nName=B\nStart=10\nLen=9\nDecimal=2\n")
+            << QStringList{ "decimals-lost|0|A|2", "decimals-lost|0|B|2" };
+        QTest::newRow("codes of the first item, where it occurs several times, at the one that has them")
+            << item("Name=A\nStart=1\nLen=9\nOccurrences=3\n[ValueSet]\nName=V\nValue=1234567;x\n")
+            << QStringList{ "occurrence-names|2|A_1|A", "only-last-occurrence|0|A_3|V", "code-rounded|0|A_3|1234567",
+                            "bound-rounded|0|A_3|1234567" };
+        QTest::newRow("decimals of the first item once, where it occurs several times")
+            << item("Name=A\nStart=1\nLen=9\nDecimal=2\nOccurrences=3\n")
+            << QStringList{ "occurrence-names|2|A_1|A", "decimals-lost|0|A_1|2" };
         QTest::newRow("item on the record type")
             << QByteArray("[Record]\nName=R\nRecordTypeValue='1'\n[Item]\nName=A\nStart=1\nLen=2\n")
             << QStringList{ "overlapping-positions|0|A|columns 1 to 2" };
@@ -216,6 +245,19 @@ private Q_SLOTS:
             << jsonCodes("alpha", value("\"value\": \"1\"") + ", " + value("\"value\": \"01\"")) << QStringList();
         QTest::newRow("no label") << jsonCodes("alpha", "{\"pairs\": [{\"value\": \"B\"}]}")
                                   << QStringList{ "value-without-label|0|A|B" };
+        QTest::newRow("blank in a code, and a tab and a line feed in labels")
+            << jsonCodes("alpha",
+                         value("\"value\": \"A B\"")
+                             + ", {\"labels\": [{\"text\": \"x\\ty\"}], \"pairs\": [{\"value\": \"C\"}]}"
+                             + ", {\"labels\": [{\"text\": \"x\\ny\"}], \"pairs\": [{\"value\": \"D\"}]}")
+            << QStringList{ "label-entry-parted|0|A|A B x", "label-entry-parted|0|A|C x\ty",
+                            "label-entry-parted|0|A|D x\ny" };
+        QTest::newRow("codes of the first item once, where it occurs several times")
+            << json(
+                   "{\"name\": \"A\", \"start\": 2, \"length\": 7, \"occurrences\": {\"maximum\": 3}, \"valueSets\": [{"
+                   "\"name\": \"V\", \"values\": ["
+                   + value("\"value\": \"1234567\"") + "]}]}")
+            << QStringList{ "occurrence-numbers|0|A_1|A", "code-rounded|0|A_1|1234567", "bound-rounded|0|A_1|1234567" };
         QTest::newRow("each further pair")
             << jsonCodes("alpha", value("\"value\": \"1\"}, {\"value\": \"2\"}, {\"range\": [\"3\", \"4\"]"))
             << QStringList{ "further-pairs|0|A|2 x", "further-pairs|0|A|3:4 x" };
