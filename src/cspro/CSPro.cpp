@@ -46,6 +46,15 @@ QString sectionWord(QStringView line)
     return line.mid(1, (bracket < 0 ? line.size() : bracket) - 1).toString().toUpper();
 }
 
+// What stands behind the "=" of a line; nothing where there is not exactly one.
+std::optional<QStringView> valueIn(QStringView line)
+{
+    const int equals = textfile::indexOf(line, '=');
+    if (equals < 0 || textfile::indexOf(line, '=', equals + 1) >= 0)
+        return std::nullopt;
+    return line.mid(equals + 1);
+}
+
 VpErrorManager *invalidContents(int index)
 {
     return new VpErrorManager(ClassTag::CSPro, codeInvalidContents, QString(QChar(index)));
@@ -159,12 +168,7 @@ std::optional<QStringView> TCSPro::findValue(const SectionLines &lines, const QS
         = std::find_if(lines.begin(), lines.end(), [&key](QStringView text) { return containsKey(text, key); });
     if (report)
         sectionNotes.useKey(*report, lines, size_t(line - lines.begin()), key, isNumber);
-    if (line == lines.end())
-        return std::nullopt;
-    const int equals = textfile::indexOf(*line, '=');
-    if (equals < 0 || textfile::indexOf(*line, '=', equals + 1) >= 0)
-        return std::nullopt;
-    return line->mid(equals + 1);
+    return line == lines.end() ? std::nullopt : valueIn(*line);
 }
 
 QString TCSPro::getStringValue(const SectionLines &lines, const QString &key) const
@@ -405,4 +409,24 @@ void TCSPro::tellOfItem(const TCSProItem &item, const SectionLines &section, int
         report->add(NoteKind::subitem, item.name, header);
     // The first occurrence stands for all.
     report->nameVariable(firstNote, item.occurrences > 1 ? item.name + QLatin1Char('_') + QChar(1) : item.name);
+}
+
+// The name alone is read of the section, up to the next line that the reader takes for a header. The lines are a copy:
+// going back in those of the reader would begin anew at the first of them.
+void TCSPro::tellOfUnusedValueSet(TextLines lines, int index)
+{
+    const int header = firstLine + index;
+    QString setName;
+    for (++index; lines.has(index); ++index) {
+        const QStringView line = lines.at(index).trimmed();
+        const bool isName = containsKey(line, CSProKeyword::Name);
+        if (isName)
+            setName = valueIn(line).value_or(QStringView()).toString();
+        if (isName || isHeader(line))
+            break;
+    }
+    if (currentItem && !isItemAbsent)
+        report->add(NoteKind::furtherValueSet, setName, header, toldName());
+    else
+        report->add(NoteKind::valueSetWithoutItem, setName, header, isItemAbsent ? absentItem : QString());
 }

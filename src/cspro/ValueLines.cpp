@@ -424,21 +424,6 @@ void TCSPro::tellOfValueSet(const TCSProValueSet &set, const SectionLines &secti
         report->add(NoteKind::valueSetMisplaced, set.name, header);
 }
 
-// The lines are a copy: going back in those of the reader would begin anew at the first of them. What the section says
-// is not read, so nothing is told of its keys.
-void TCSPro::tellOfUnusedValueSet(TextLines lines, int index)
-{
-    const int header = firstLine + index;
-    const SectionLines section = sectionLines(lines, index);
-    ReadReport *const told = std::exchange(report, nullptr);
-    const QString setName = getStringValue(section, CSProKeyword::Name);
-    report = told;
-    if (currentItem && !isItemAbsent)
-        report->add(NoteKind::furtherValueSet, setName, header, toldName());
-    else
-        report->add(NoteKind::valueSetWithoutItem, setName, header, isItemAbsent ? absentItem : QString());
-}
-
 const QString &TCSPro::toldName() const
 {
     const int first = currentItem->firstOccurrence;

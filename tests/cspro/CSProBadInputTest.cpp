@@ -514,6 +514,20 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getRecordsCount(), records);
     }
 
+    void manyUnusedValueSetsBehindBlanksAreToldOfInOnePass()
+    {
+        constexpr int count = 100000;
+        QByteArray bytes = "[Item]\nName=A\nStart=1\nLen=2\n[ValueSet]\nName=V\nValue=1;One\n[ValueSet]\n";
+        for (int i = 0; i < count; ++i)
+            bytes += " [ValueSet]\nLabel=no other line\n";
+        ReadReport report;
+        OwnedDictionary dictionary;
+        dictionary.report = &report;
+        dictionary.readFile(write(bytes));
+        QCOMPARE(dictionary.getItemsCount(), 1);
+        QCOMPARE(report.count(NoteKind::furtherValueSet), count + 1);
+    }
+
     void manyLinesInOneSectionAreReadInOnePass()
     {
         QStringList lines = { "[Item]" };

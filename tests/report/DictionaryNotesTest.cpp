@@ -90,6 +90,9 @@ private Q_SLOTS:
         QTest::newRow("keys of a further value set are not read")
             << alpha("Name=V\nValue=1;x\n[ValueSet]\nLabel=a=b\nName=W\nValue=1;Name\n")
             << QStringList{ "further-value-set|10|A|W" };
+        QTest::newRow("name of a further value set is not that of the one behind it")
+            << alpha("Name=V\nValue=1;x\n[ValueSet]\n [ValueSet]\nName=W\n")
+            << QStringList{ "further-value-set|10|A|", "further-value-set|11|A|W" };
         QTest::newRow("a range of a dropped set does not stand as end points") << number
                 + "Value=1:5;x\nValue=y;z\n" << QStringList{ "value-set-dropped|8|A|y" };
         QTest::newRow("a range of a kept set does") << number + "Value=1:5;x\n"
