@@ -82,6 +82,8 @@ void TCSPro::readFile(QString fileName)
         }
         if (report && file.isEncodingGuessed())
             report->add(NoteKind::encodingGuessed, QString());
+        if (report)
+            tellOfMarks();
     } catch (const std::bad_alloc &) {
         if (report)
             report->add(NoteKind::layoutGivenUp, QString(), lineCount);
@@ -92,6 +94,8 @@ void TCSPro::readFile(QString fileName)
 void TCSPro::parseLines(QStringList *lines)
 {
     parseTextLines(lines, 0);
+    if (report)
+        tellOfMarks();
 }
 
 int TCSPro::parseTextLines(const TextLines &lines, int linesBefore)
@@ -282,12 +286,12 @@ void TCSPro::readItem(const TextLines &lines, int &index)
     item->zeroFill = readFlag(section, CSProKeyword::ZeroFill);
     if (report)
         tellOfItem(*item, section, header, firstNote);
-    currentOccurrences = item->occurrences;
     if (item->occurrences != 1) {
         addOccurrences(*item);
         return;
     }
     requireRoom(1, 0);
+    currentOccurrences = 1;
     storeItem(item.release());
 }
 
@@ -298,6 +302,7 @@ void TCSPro::addOccurrences(const TCSProItem &item)
     if (item.occurrences < 1)
         return;
     requireRoom(item.occurrences, qint64(item.occurrences) * (item.name.size() + 2));
+    currentOccurrences = item.occurrences;
     const int first = items->size();
     for (int occurrence = 1; occurrence <= item.occurrences; ++occurrence) {
         auto copy = std::make_unique<TCSProItem>();
@@ -409,6 +414,8 @@ void TCSPro::tellOfItem(const TCSProItem &item, const SectionLines &section, int
         report->add(NoteKind::subitem, item.name, header);
     // The first occurrence stands for all.
     report->nameVariable(firstNote, item.occurrences > 1 ? item.name + QLatin1Char('_') + QChar(1) : item.name);
+    if (!isItemAbsent)
+        tellOfMarks();
 }
 
 // The name alone is read of the section, up to the next line that the reader takes for a header. The lines are a copy:
@@ -429,4 +436,23 @@ void TCSPro::tellOfUnusedValueSet(TextLines lines, int index)
         report->add(NoteKind::furtherValueSet, setName, header, toldName());
     else
         report->add(NoteKind::valueSetWithoutItem, setName, header, isItemAbsent ? absentItem : QString());
+}
+
+// Which marks count is known once no further value set can be the item's.
+void TCSPro::tellOfMarks()
+{
+    const Mark *last[3] = {}; // by the type of the mark
+    for (const Mark &mark : marks)
+        last[mark.type] = &mark;
+    for (const Mark &mark : marks) {
+        const ReadNote &note = mark.note;
+        const bool isLast = last[mark.type] == &mark;
+        const auto tell = [&](NoteKind kind) { report->add(kind, note.text, note.line, note.variable); };
+        tell(isLast ? NoteKind::markedValue : NoteKind::furtherMark);
+        if (mark.isRange)
+            tell(NoteKind::markedRange);
+        if (isLast && currentOccurrences > 1)
+            tell(NoteKind::markOfLastOccurrence);
+    }
+    marks.clear();
 }

@@ -106,6 +106,19 @@ private:
     /// The button pressed in the question on decimal codes.
     int askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon);
 
+    /// What the lines that are walked over belong to. Kept for a report, as are the marks.
+    enum class WalkedSection {
+        none, ///< no section, or one that is nothing but a header
+        level,
+        told ///< a section that is read, or is told of as a whole
+    };
+    /// A code that a value set has written into the current item as missing (type 1) or not applicable (2).
+    struct Mark {
+        int type;
+        bool isRange; ///< whose lower bound is among the value labels
+        ReadNote note;
+    };
+
     // What a report hears; called with one alone. An index is that of a line, a header the number of a line.
     void tellOfHeader(QStringView line, int kind, int index);
     void tellOfLineOutside(QStringView line, int index);
@@ -115,11 +128,13 @@ private:
     void tellOfItem(const TCSProItem &item, const SectionLines &section, int header, size_t firstNote);
     void tellOfValueSet(const TCSProValueSet &set, const SectionLines &section, int header);
     void tellOfUnusedValueSet(TextLines lines, int index);
+    void tellOfMarks();
     /// The name under which notes on the current item stand: that of its first occurrence, where all share a set.
     const QString &toldName() const;
 
     mutable cspro::SectionNotes sectionNotes;
-    int currentOccurrences = 1; ///< of the item read last
+    std::vector<Mark> marks;    ///< of the current item, as long as a further value set can be its
+    int currentOccurrences = 1; ///< of the current item
     int firstLine = 1;          ///< number in the file of the line at index 0
     bool hasSection = false;
     bool hasDictionary = false;

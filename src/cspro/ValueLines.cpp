@@ -6,6 +6,7 @@
 #include "import/Constants.h"
 
 #include <algorithm>
+#include <array>
 #include <new>
 #include <utility>
 
@@ -78,7 +79,7 @@ QString withoutColons(const QString &code)
 class TCSPro::ValueLines
 {
 public:
-    ValueLines(const TCSPro &valueReader, TCSProItem &valueItem, TCSProValueSet &valueSet)
+    ValueLines(TCSPro &valueReader, TCSProItem &valueItem, TCSProValueSet &valueSet)
         : reader(valueReader)
         , item(valueItem)
         , set(valueSet)
@@ -107,34 +108,29 @@ public:
         if (pending && !pending->special) {
             keepRange();
             set.addItem(pending.release());
-        } else {
-            keepMark();
         }
         noteLines(pendingLine);
     }
 
-    /// Tells what is known at the end of the set alone: which marks count, and, where the set is kept, its ranges.
+    /// What is known at the end of the set alone: its marks, and, where the set is kept, its ranges. No further set can
+    /// be the item's then.
     void tellAtEnd(bool isKept)
     {
-        const ReadNote *last[3] = {}; // by the type of the mark
-        for (const Mark &mark : marks)
-            last[mark.type] = &mark.note;
-        for (const Mark &mark : marks)
-            tellOfMark(mark, last[mark.type] == &mark.note, isKept);
-        for (size_t i = 0; i < ranges.size() && isKept; ++i)
-            add(ranges[i]);
+        for (Mark &mark : marks) {
+            mark.isRange = mark.isRange && isKept;
+            reader.marks.push_back(mark);
+        }
+        if (!isKept)
+            return;
+        reader.tellOfMarks();
+        for (const ReadNote &range : ranges)
+            add(range);
     }
 
     /// The lines that the values of the set stand in, where there is a report.
     const std::vector<int> &lines() const { return valueLines; }
 
 private:
-    struct Mark {
-        int type;
-        bool isRange;
-        ReadNote note;
-    };
-
     void noteLines(int number)
     {
         if (reader.report)
@@ -149,27 +145,13 @@ private:
 
     void add(const ReadNote &note) const { reader.report->add(note.kind, note.text, note.line, note.variable); }
 
-    // What a mark is about is known when its value is done with: a later line can take it back.
-    void keepMark()
+    // What was written into the item stays there, though a later line makes the value an ordinary one again.
+    void keepMark(int type)
     {
-        if (!reader.report || !pending || !pending->special)
+        if (!reader.report || std::exchange(isMarked[size_t(type)], true))
             return;
         const QString words = pending->code + QLatin1Char(' ') + pending->name;
-        marks.push_back({ markType, !rangeText.isNull(), { NoteKind::markedValue, markLine, item.name, words } });
-    }
-
-    void tellOfMark(const Mark &mark, bool isLast, bool isKept) const
-    {
-        ReadNote note = mark.note;
-        if (!isLast)
-            note.kind = NoteKind::furtherMark;
-        add(note);
-        note.kind = NoteKind::markedRange;
-        if (mark.isRange && isKept)
-            add(note);
-        note.kind = NoteKind::markOfLastOccurrence;
-        if (isLast && item.firstOccurrence > 0)
-            add(note);
+        marks.push_back({ type, !rangeText.isNull(), { NoteKind::markedValue, currentLine, item.name, words } });
     }
 
     // A range whose upper bound is no ordinary value does not stand in the set as two.
@@ -186,6 +168,7 @@ private:
         pendingLine = currentLine;
         rangeText.clear();
         isTold = false;
+        isMarked = {};
         pending = std::make_unique<TValueSetItem>();
         readShape(line);
         pending->code = code;
@@ -201,7 +184,7 @@ private:
     void flush()
     {
         if (!pending || pending->special)
-            return keepMark();
+            return;
         if (holdsSeveral(pending->code)) {
             debugLine("PROCESAR OTROS RANGOS");
             splitPending();
@@ -336,7 +319,7 @@ private:
         pending->type = 0;
         const int comma = textfile::indexOf(line, ',');
         if (comma <= 0)
-            return tell(pending->special ? NoteKind::unknownKey : NoteKind::markNotRecognised, line);
+            return tell(NoteKind::markNotRecognised, line);
         code = line.left(comma - 1).toString().toUpper();
         label = line.mid(comma).toString().toUpper();
         // Never true, as the label begins with the comma: the word behind it has no effect.
@@ -347,20 +330,19 @@ private:
             mark(2, item.notApplicable);
         if (pending->type == 0)
             tell(NoteKind::markNotRecognised, line);
-        markLine = currentLine;
     }
 
     void mark(int type, QString &itemCode)
     {
         pending->type = type;
         pending->special = true;
-        markType = type;
         itemCode = pending->code;
+        keepMark(type);
     }
 
     QString text(QStringView view) const { return reader.texts.text(view); }
 
-    const TCSPro &reader;
+    TCSPro &reader;
     TCSProItem &item;
     TCSProValueSet &set;
     QString code;
@@ -372,10 +354,9 @@ private:
     std::vector<int> valueLines; ///< parallel to the values of the set
     std::vector<Mark> marks;
     std::vector<ReadNote> ranges;
-    QString rangeText;   ///< the line of the pending value, where it is a range; else null
-    bool isTold = false; ///< that range is more than two end points
-    int markLine = 0;
-    int markType = 0; ///< of the mark read last
+    QString rangeText;                 ///< the line of the pending value, where it is a range; else null
+    bool isTold = false;               ///< that range is more than two end points
+    std::array<bool, 3> isMarked = {}; ///< the pending value, by the type of the mark
 };
 
 void TCSPro::readValueSet(const TextLines &lines, int &index)

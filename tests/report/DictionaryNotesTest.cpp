@@ -111,12 +111,41 @@ private Q_SLOTS:
         QTest::newRow("opening apostrophe alone")
             << alpha("Value='tis;x\n") << QStringList{ "kept-apostrophe|8|A|'tis;x" };
         QTest::newRow("blank behind the closing apostrophe")
-            << alpha("Value='A' ;x\n") << QStringList{ "kept-apostrophe|8|A|'A' ;x" };
-        QTest::newRow("mark that the next line takes back") << alpha("Value=9;x\nName=MISSING ,Special\nName=Other,\n")
-                                                            << QStringList{ "mark-not-recognised|10|A|Other," };
+            << alpha("Value='A' ;x\n") << QStringList{ "kept-apostrophe|8|A|'A' ;x", "label-entry-parted|0|A|A'  x" };
+        QTest::newRow("mark that the next line takes back")
+            << alpha("Value=9;x\nName=MISSING ,Special\nName=Other,\n")
+            << QStringList{ "mark-not-recognised|10|A|Other,", "marked-value|9|A|9 x" };
         QTest::newRow("mark that the next line leaves")
             << alpha("Value=9;x\nName=MISSING ,Special\nName=Other\n")
-            << QStringList{ "unknown-key|10|A|Other", "marked-value|9|A|9 x" };
+            << QStringList{ "mark-not-recognised|10|A|Other", "marked-value|9|A|9 x" };
+        QTest::newRow("word that is no mark, one that lacks its character, one that has two, one without a comma")
+            << alpha("Value=6;x\nName=REFUSED ,Special\nValue=7;x\nName=MISSING,x\nValue=8;x\nName=MISSING  ,x\n"
+                     "Value=9;x\nName=MISSING\n")
+            << QStringList{ "mark-not-recognised|9|A|REFUSED ,Special", "mark-not-recognised|11|A|MISSING,x",
+                            "mark-not-recognised|13|A|MISSING  ,x", "mark-not-recognised|15|A|MISSING" };
+        QTest::newRow("both marks at one value, the first of them at an earlier one too")
+            << alpha("Value=8;x\nName=MISSING ,x\nValue=9;y\nName=MISSING ,x\nName=NOTAPPL ,x\n")
+            << QStringList{ "further-mark|9|A|8 x", "marked-value|11|A|9 y", "marked-value|12|A|9 y" };
+        QTest::newRow("one mark twice at one value is one")
+            << alpha("Value=9;x\nName=MISSING ,x\nName=MISSING ,y\n") << QStringList{ "marked-value|9|A|9 x" };
+        QTest::newRow("mark in a dropped set, and in the set that counts")
+            << number + "Value=99;x\nName=MISSING ,x\nValue=X;y\n[ValueSet]\nValue=98;z\nName=MISSING ,x\n"
+            << QStringList{ "value-set-dropped|9|A|X", "further-mark|8|A|99 x", "marked-value|12|A|98 z" };
+        QTest::newRow("mark in a dropped set with no other behind it")
+            << number
+                + "Value=99;x\nName=MISSING ,x\nValue=X;y\n[Item]\nName=B\nStart=10\nLen=1\n[ValueSet]\n"
+                  "Value=8;z\nName=MISSING ,x\n"
+            << QStringList{ "value-set-dropped|9|A|X", "marked-value|8|A|99 x", "marked-value|16|B|8 z" };
+        QTest::newRow("mark in a dropped set, and in one behind an absent item")
+            << number
+                + "Value=99;x\nName=MISSING ,x\nValue=X;y\n[Item]\nName=B\nStart=10\nLen=1\nOccurrences=0\n"
+                  "[ValueSet]\nName=V\nValue=98;z\nName=MISSING ,x\n"
+            << QStringList{ "value-set-dropped|9|A|X", "no-occurrences|10|B|B", "value-set-misplaced|15|A|V",
+                            "further-mark|8|A|99 x", "marked-value|18|A|98 z" };
+        QTest::newRow("mark of the first item, whose set is dropped, where it occurs several times")
+            << item("Name=A\nStart=1\nLen=9\nOccurrences=3\n[ValueSet]\nValue=99;x\nName=MISSING ,x\nValue=X;y\n")
+            << QStringList{ "occurrence-names|2|A_1|A", "value-set-dropped|10|A_3|X", "marked-value|9|A_3|99 x",
+                            "mark-of-last-occurrence|9|A_3|99 x" };
         QTest::newRow("one mark each is no further mark")
             << alpha("Value=8;x\nName=NOTAPPL ,Special\nValue=9;y\nName=MISSING ,Special\n")
             << QStringList{ "marked-value|9|A|8 x", "marked-value|11|A|9 y" };

@@ -109,6 +109,18 @@ private Q_SLOTS:
         QCOMPARE(sentences.size(), ReadReport::kinds);
     }
 
+    void sentenceOfALineThatIsNoMarkNamesTheWordsThatAre()
+    {
+        const QString sentence = ReadReport::sentenceOf(NoteKind::markNotRecognised);
+        QVERIFY(sentence.contains(QLatin1String("MISSING or NOTAPPL")));
+    }
+
+    void sentenceOfAKeyThatIsNotReadSaysWhatBecomesOfANumber()
+    {
+        for (const NoteKind kind : { NoteKind::secondEquals, NoteKind::keyWithoutEquals })
+            QVERIFY(ReadReport::sentenceOf(kind).contains(QLatin1String("a number has its default")));
+    }
+
     void gravitiesHaveNames()
     {
         QCOMPARE(ReadReport::nameOf(NoteGravity::lost), QString("lost"));
