@@ -159,8 +159,14 @@ SectionLines TCSPro::sectionLines(const TextLines &lines, int &index) const
             section.numberLast(firstLine + next);
     }
     index = next - 1;
+    return section;
+}
+
+SectionLines TCSPro::beginSection(cspro::Section kind, const TextLines &lines, int &index) const
+{
+    SectionLines section = sectionLines(lines, index);
     if (report)
-        sectionNotes.begin(section.size());
+        sectionNotes.begin(kind, section.size());
     return section;
 }
 
@@ -219,7 +225,7 @@ void TCSPro::readSection(int kind, const TextLines &lines, int &index)
 void TCSPro::readDictionary(const TextLines &lines, int &index)
 {
     const int header = firstLine + index;
-    const SectionLines section = sectionLines(lines, index);
+    const SectionLines section = beginSection(cspro::Section::dictionary, lines, index);
     version = getStringValue(section, QStringLiteral("Version"));
     label = getStringValue(section, CSProKeyword::Label);
     name = getStringValue(section, CSProKeyword::Name);
@@ -235,7 +241,7 @@ void TCSPro::readDictionary(const TextLines &lines, int &index)
 void TCSPro::readRecord(const TextLines &lines, int &index)
 {
     const int header = firstLine + index;
-    const SectionLines section = sectionLines(lines, index);
+    const SectionLines section = beginSection(cspro::Section::record, lines, index);
     auto record = std::make_unique<TCSProRecord>();
     record->label = getStringValue(section, CSProKeyword::Label);
     record->name = getStringValue(section, CSProKeyword::Name);
@@ -271,7 +277,7 @@ void TCSPro::readItem(const TextLines &lines, int &index)
 {
     const int header = firstLine + index;
     const size_t firstNote = report ? report->size() : 0;
-    const SectionLines section = sectionLines(lines, index);
+    const SectionLines section = beginSection(cspro::Section::item, lines, index);
     auto item = std::make_unique<TCSProItem>();
     item->label = getStringValue(section, CSProKeyword::Label);
     item->name = getStringValue(section, CSProKeyword::Name);
@@ -340,7 +346,8 @@ void TCSPro::requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
 void TCSPro::tellOfHeader(QStringView line, int kind, int index)
 {
     const int number = firstLine + index;
-    hasSection = true;
+    isOutsideTold = false;
+    walkedSection = WalkedSection::told;
     const int bracket = textfile::indexOf(line, ']');
     if (bracket < 0)
         report->add(NoteKind::unclosedHeader, line.toString(), number);
@@ -354,34 +361,40 @@ void TCSPro::tellOfHeader(QStringView line, int kind, int index)
     // Id items are meant to stand in the record Common.
     isCommonMeant = word == QLatin1String("IDITEMS");
     const bool isLevel = word == QLatin1String("LEVEL");
+    if (isCommonMeant)
+        walkedSection = WalkedSection::none;
+    else if (isLevel)
+        walkedSection = WalkedSection::level;
     if (isLevel && std::exchange(hasLevel, true))
         report->add(NoteKind::furtherLevel, line.toString(), number);
     else if (!isLevel && !isCommonMeant)
         report->add(NoteKind::unknownSection, line.toString(), number);
 }
 
-// The first one is told for all: a file that is no dictionary has nothing else. A bracket alone ends a section and
-// begins none.
+// Of lines that are walked over the first is told for all up to the next header: a file that is no dictionary has
+// nothing else. A bracket alone ends a section and begins none.
 void TCSPro::tellOfLineOutside(QStringView line, int index)
 {
     if (isHeader(line)) {
-        hasSection = false;
+        walkedSection = WalkedSection::none;
         isOutsideTold = false;
     }
-    if (!hasSection && !std::exchange(isOutsideTold, true))
+    const bool isLost
+        = walkedSection == WalkedSection::none || (walkedSection == WalkedSection::level && !cspro::isKeyOfLevel(line));
+    if (isLost && !std::exchange(isOutsideTold, true))
         report->add(NoteKind::lineOutsideSection, line.toString(), firstLine + index);
 }
 
 void TCSPro::tellOfDictionary(const SectionLines &section, int header)
 {
-    sectionNotes.end(*report, cspro::Section::dictionary, section, header);
+    sectionNotes.end(*report, section, header);
     if (recordTypeLen > 0 && sectionNotes.isAbsent(CSProKeyword::RecordTypeStart))
         report->add(NoteKind::missingKey, CSProKeyword::RecordTypeStart, header);
 }
 
 void TCSPro::tellOfRecord(const TCSProRecord &record, const SectionLines &section, int header)
 {
-    sectionNotes.end(*report, cspro::Section::record, section, header);
+    sectionNotes.end(*report, section, header);
     if (recordTypeLen > 0 && sectionNotes.isAbsent(CSProKeyword::RecordTypeValue))
         report->add(NoteKind::missingKey, CSProKeyword::RecordTypeValue, header);
     tellOfName(record.name, header);
@@ -402,7 +415,7 @@ void TCSPro::tellOfItem(const TCSProItem &item, const SectionLines &section, int
 {
     isItemAbsent = item.occurrences < 1;
     absentItem = item.name;
-    sectionNotes.end(*report, cspro::Section::item, section, header);
+    sectionNotes.end(*report, section, header);
     tellOfName(item.name, header);
     if (currentRecord == commonRecord && !isCommonMeant)
         report->add(NoteKind::itemOutsideRecord, item.name, header);

@@ -19,27 +19,44 @@ namespace cspro
 namespace
 {
 
-using Keys = std::vector<QString>;
-
-struct SectionKeys {
-    Keys known;  // which are read
-    Keys needed; // which have to be there: without them a default is taken that is hardly meant
+// How far what a key says gets.
+enum class KeyUse {
+    nowhere, // into no field and no group: nothing is told of it
+    layout,  // into a field, a group, or what is told of them
+    needed,  // the same, and without the key a default is taken that is hardly meant
 };
 
-const SectionKeys &keysOf(Section kind)
+struct Key {
+    QString name;
+    KeyUse use;
+};
+using Keys = std::vector<Key>;
+
+// The keys that are read of a section.
+const Keys &keysOf(Section kind)
 {
-    static const SectionKeys dictionary
-        = { { QStringLiteral("Version"), CSProKeyword::Label, CSProKeyword::Name, CSProKeyword::RecordTypeStart,
-              CSProKeyword::RecordTypeLen, CSProKeyword::Positions, CSProKeyword::ZeroFill, CSProKeyword::DecimalChar },
-            { CSProKeyword::RecordTypeLen } };
-    static const SectionKeys record = { { CSProKeyword::Label, CSProKeyword::Name, CSProKeyword::RecordTypeValue,
-                                          CSProKeyword::Required, CSProKeyword::MaxRecords, CSProKeyword::RecordLen },
-                                        { CSProKeyword::Name } };
-    static const SectionKeys item = { { CSProKeyword::Label, CSProKeyword::Name, CSProKeyword::Start, CSProKeyword::Len,
-                                        CSProKeyword::DataType, CSProKeyword::ItemType, CSProKeyword::Occurrences,
-                                        CSProKeyword::Decimal, CSProKeyword::DecimalChar, CSProKeyword::ZeroFill },
-                                      { CSProKeyword::Name, CSProKeyword::Start, CSProKeyword::Len } };
-    static const SectionKeys valueSet = { { CSProKeyword::Label, CSProKeyword::Name }, {} };
+    static const Keys dictionary = {
+        { QStringLiteral("Version"), KeyUse::nowhere },  { CSProKeyword::Label, KeyUse::nowhere },
+        { CSProKeyword::Name, KeyUse::nowhere },         { CSProKeyword::RecordTypeStart, KeyUse::layout },
+        { CSProKeyword::RecordTypeLen, KeyUse::needed }, { CSProKeyword::Positions, KeyUse::nowhere },
+        { CSProKeyword::ZeroFill, KeyUse::nowhere },     { CSProKeyword::DecimalChar, KeyUse::nowhere },
+    };
+    static const Keys record = {
+        { CSProKeyword::Label, KeyUse::nowhere },          { CSProKeyword::Name, KeyUse::needed },
+        { CSProKeyword::RecordTypeValue, KeyUse::layout }, { CSProKeyword::Required, KeyUse::nowhere },
+        { CSProKeyword::MaxRecords, KeyUse::nowhere },     { CSProKeyword::RecordLen, KeyUse::nowhere },
+    };
+    static const Keys item = {
+        { CSProKeyword::Label, KeyUse::layout },       { CSProKeyword::Name, KeyUse::needed },
+        { CSProKeyword::Start, KeyUse::needed },       { CSProKeyword::Len, KeyUse::needed },
+        { CSProKeyword::DataType, KeyUse::layout },    { CSProKeyword::ItemType, KeyUse::layout },
+        { CSProKeyword::Occurrences, KeyUse::layout }, { CSProKeyword::Decimal, KeyUse::layout },
+        { CSProKeyword::DecimalChar, KeyUse::layout }, { CSProKeyword::ZeroFill, KeyUse::nowhere },
+    };
+    static const Keys valueSet = {
+        { CSProKeyword::Label, KeyUse::nowhere },
+        { CSProKeyword::Name, KeyUse::nowhere },
+    };
     switch (kind) {
     case Section::dictionary:
         return dictionary;
@@ -50,6 +67,17 @@ const SectionKeys &keysOf(Section kind)
     default:
         return valueSet;
     }
+}
+
+Keys::const_iterator find(const Keys &keys, QStringView name)
+{
+    return std::find_if(keys.cbegin(), keys.cend(), [name](const Key &key) { return name == key.name; });
+}
+
+bool reachesLayout(const Keys &keys, QStringView name)
+{
+    const auto key = find(keys, name);
+    return key != keys.cend() && key->use != KeyUse::nowhere;
 }
 
 // The key of a line as a person reads it: what stands in front of its first "=".
@@ -93,14 +121,8 @@ public:
         return stands.test(placeOf(key));
     }
 
-    bool reads(QStringView key) const { return placeOf(key) < keys.size(); }
-
 private:
-    size_t placeOf(QStringView key) const
-    {
-        const auto isSame = [key](const QString &name) { return key == name; };
-        return size_t(std::find_if(keys.cbegin(), keys.cend(), isSame) - keys.cbegin());
-    }
+    size_t placeOf(QStringView key) const { return size_t(find(keys, key) - keys.cbegin()); }
 
     const SectionLines &lines;
     const Keys &keys;
@@ -108,15 +130,16 @@ private:
     size_t next = 0;
 };
 
-void tellOfUnusedLine(ReadReport &report, const SectionLines &lines, size_t index, KeysSoFar &keys)
+void tellOfUnusedLine(ReadReport &report, const SectionLines &lines, size_t index, const Keys &keys,
+                      KeysSoFar &keysBefore)
 {
     const QStringView line = lines.at(index);
     const QStringView key = keyOf(line);
     const auto tell = [&](NoteKind noteKind) { report.add(noteKind, line.toString(), lines.numberOf(index)); };
     if (line.front() == QLatin1Char('['))
         tell(NoteKind::swallowedHeader);
-    else if (keys.reads(key)) {
-        if (keys.has(key, index)) // else another line was taken for it, which is told there
+    else if (find(keys, key) != keys.cend()) {
+        if (reachesLayout(keys, key) && keysBefore.has(key, index)) // else another line was taken for it, told there
             tell(NoteKind::repeatedKey);
     } else if (key != QLatin1String("SecurityOptions")) // says nothing of the layout
         tell(NoteKind::unknownKey);
@@ -124,8 +147,15 @@ void tellOfUnusedLine(ReadReport &report, const SectionLines &lines, size_t inde
 
 } // namespace
 
-void SectionNotes::begin(size_t lineCount)
+bool isKeyOfLevel(QStringView line)
 {
+    const QStringView key = keyOf(line);
+    return key == CSProKeyword::Name || key == CSProKeyword::Label || key == CSProKeyword::Note;
+}
+
+void SectionNotes::begin(Section sectionKind, size_t lineCount)
+{
+    kind = sectionKind;
     isUsed.assign(lineCount, false);
     absentKeys.clear();
 }
@@ -136,14 +166,17 @@ void SectionNotes::useKey(ReadReport &report, const SectionLines &lines, size_t 
     if (isNumber && index < lines.size() && !holdsNumber(lines.at(index)) && !hasKey(lines, key))
         index = lines.size();
     lastLine = index;
+    lastKey = key;
     if (index == lines.size()) {
         absentKeys.push_back(key);
         return;
     }
     const QStringView line = lines.at(index);
     const int equals = textfile::indexOf(line, '=');
-    const auto tell
-        = [&](NoteKind kind) { report.add(kind, key + QLatin1String(": ") + line.toString(), lines.numberOf(index)); };
+    const auto tell = [&](NoteKind noteKind) {
+        if (reachesLayout(keysOf(kind), key))
+            report.add(noteKind, key + QLatin1String(": ") + line.toString(), lines.numberOf(index));
+    };
     if (equals >= 0 && line.left(equals).trimmed() == key)
         use(index);
     else
@@ -154,14 +187,18 @@ void SectionNotes::useKey(ReadReport &report, const SectionLines &lines, size_t 
 
 void SectionNotes::failToConvert(ReadReport &report, const SectionLines &lines) const
 {
-    if (lastLine == lines.size())
-        return;
-    report.add(NoteKind::numberNotConverted, lines.at(lastLine).toString(), lines.numberOf(lastLine));
+    tellOfLast(report, lines, NoteKind::numberNotConverted);
 }
 
 void SectionNotes::tellOfWord(ReadReport &report, const SectionLines &lines) const
 {
-    report.add(NoteKind::wordNotRecognised, lines.at(lastLine).toString(), lines.numberOf(lastLine));
+    tellOfLast(report, lines, NoteKind::wordNotRecognised);
+}
+
+void SectionNotes::tellOfLast(ReadReport &report, const SectionLines &lines, NoteKind noteKind) const
+{
+    if (lastLine < lines.size() && reachesLayout(keysOf(kind), lastKey))
+        report.add(noteKind, lines.at(lastLine).toString(), lines.numberOf(lastLine));
 }
 
 bool SectionNotes::isAbsent(const QString &key) const
@@ -169,16 +206,17 @@ bool SectionNotes::isAbsent(const QString &key) const
     return std::find(absentKeys.cbegin(), absentKeys.cend(), key) != absentKeys.cend();
 }
 
-void SectionNotes::end(ReadReport &report, Section kind, const SectionLines &lines, int headerLine) const
+void SectionNotes::end(ReadReport &report, const SectionLines &lines, int headerLine) const
 {
-    for (const QString &key : keysOf(kind).needed) {
-        if (isAbsent(key))
-            report.add(NoteKind::missingKey, key, headerLine);
+    const Keys &keys = keysOf(kind);
+    for (const Key &key : keys) {
+        if (key.use == KeyUse::needed && isAbsent(key.name))
+            report.add(NoteKind::missingKey, key.name, headerLine);
     }
-    KeysSoFar keys(lines, keysOf(kind).known);
+    KeysSoFar keysBefore(lines, keys);
     for (size_t i = 0; i < isUsed.size(); ++i) {
         if (!isUsed[i])
-            tellOfUnusedLine(report, lines, i, keys);
+            tellOfUnusedLine(report, lines, i, keys, keysBefore);
     }
 }
 

@@ -14,14 +14,18 @@
 namespace cspro
 {
 
-/// A kind of section with the keys that are read of it.
+/// A kind of section that is read.
 enum class Section { dictionary, record, item, valueSet };
 
+/// Whether a line of a level says what no layout has a place for: its name, its label or a note.
+bool isKeyOfLevel(QStringView line);
+
 /// Follows the reading of one section after the other: which line each key is taken from, and which lines nothing took.
+/// Nothing is told of keys that reach no field and no group.
 class SectionNotes
 {
 public:
-    void begin(size_t lineCount);
+    void begin(Section sectionKind, size_t lineCount);
     /// The line at \a index is taken for \a key; the index behind the last line where none is. What is no number makes
     /// no difference to a key that is a number and has no line of its own.
     void useKey(ReadReport &report, const SectionLines &lines, size_t index, const QString &key, bool isNumber);
@@ -34,12 +38,16 @@ public:
     /// The line at \a index is read by something else.
     void use(size_t index) { isUsed[index] = true; }
     /// Tells of keys that are missing and of lines that nothing took. \a headerLine is the number of the header.
-    void end(ReadReport &report, Section kind, const SectionLines &lines, int headerLine) const;
+    void end(ReadReport &report, const SectionLines &lines, int headerLine) const;
 
 private:
+    void tellOfLast(ReadReport &report, const SectionLines &lines, NoteKind noteKind) const;
+
+    Section kind = Section::dictionary;
     std::vector<char> isUsed;
     std::vector<QString> absentKeys;
     size_t lastLine = 0;
+    QString lastKey;
 };
 
 /// Tells of codes that a numeric value set makes unusable: \a lines are the lines of its values. Whether decimal codes

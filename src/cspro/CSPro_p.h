@@ -74,6 +74,8 @@ private:
     /// The trimmed lines of the section whose header stands at \a index, without empty ones; \a index moves to the last
     /// line of the section.
     SectionLines sectionLines(const TextLines &lines, int &index) const;
+    /// The same lines of a section that is read: a report hears what becomes of each.
+    SectionLines beginSection(cspro::Section kind, const TextLines &lines, int &index) const;
     /// What follows "=" in the first line that contains \a key anywhere, case-sensitively; "" if no line does, and
     /// where the line does not have exactly one "=".
     QString getStringValue(const SectionLines &lines, const QString &key) const;
@@ -136,12 +138,12 @@ private:
     std::vector<Mark> marks;    ///< of the current item, as long as a further value set can be its
     int currentOccurrences = 1; ///< of the current item
     int firstLine = 1;          ///< number in the file of the line at index 0
-    bool hasSection = false;
+    WalkedSection walkedSection = WalkedSection::none;
     bool hasDictionary = false;
     bool hasLevel = false;
-    bool isOutsideTold = false;     ///< a line in front of the first section
-    mutable bool isEndTold = false; ///< what ended the reading
-    bool isItemAbsent = false;      ///< the item read last is not in the layout
+    bool isOutsideTold = false; ///< a line since the header that stands in no section whose lines are read
+    bool isEndTold = false;     ///< what ended the reading
+    bool isItemAbsent = false;  ///< the item read last is not in the layout
     QString absentItem;
     bool isCommonMeant = false; ///< whether items belong into the common record
 };

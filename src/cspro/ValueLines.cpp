@@ -369,7 +369,7 @@ void TCSPro::readValueSet(const TextLines &lines, int &index)
     }
     const int header = firstLine + index;
     const size_t firstNote = report ? report->size() : 0;
-    const SectionLines section = sectionLines(lines, index);
+    const SectionLines section = beginSection(cspro::Section::valueSet, lines, index);
     OwnedValueSet set(new TCSProValueSet);
     set->label = getStringValue(section, CSProKeyword::Label);
     set->name = getStringValue(section, CSProKeyword::Name);
@@ -400,7 +400,7 @@ void TCSPro::readValueSet(const TextLines &lines, int &index)
 
 void TCSPro::tellOfValueSet(const TCSProValueSet &set, const SectionLines &section, int header)
 {
-    sectionNotes.end(*report, cspro::Section::valueSet, section, header);
+    sectionNotes.end(*report, section, header);
     if (isItemAbsent)
         report->add(NoteKind::valueSetMisplaced, set.name, header);
 }

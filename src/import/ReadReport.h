@@ -32,7 +32,7 @@ enum class NoteKind {
     duplicateRecord,      ///< two records of one name or one record type
     // CSPro text dictionaries
     unknownSection,       ///< a section that is not read
-    lineOutsideSection,   ///< a line in front of the first section
+    lineOutsideSection,   ///< a line in front of the first section, or in one none of whose lines are read
     swallowedHeader,      ///< a section header behind blanks
     unclosedHeader,       ///< a section header without its closing bracket
     textBehindHeader,     ///< a section header with more in its line

@@ -192,9 +192,9 @@ private Q_SLOTS:
                     "[ValueSet]\nValue=1234567\n")
             << QStringList{ "occurrence-names|6|B_1|B", "value-without-label|13|B_1|1234567", "decimals-lost|0|B_1|2",
                             "bound-rounded|0|B_1|1234567" };
-        QTest::newRow("decimals of plain items each")
-            << item("Name=A\nStart=1\nLen=9\nDecimal=2\n[Item]\nName=B\nStart=10\nLen=9\nDecimal=2\n")
-            << QStringList{ "decimals-lost|0|A|2", "decimals-lost|0|B|2" };
+        QTest::newRow("decimals of the first item once, where it occurs several times")
+            << item("Name=A\nStart=1\nLen=9\nDecimal=2\nOccurrences=3\n")
+            << QStringList{ "occurrence-names|2|A_1|A", "decimals-lost|0|A_1|2" };
         QTest::newRow("codes of the first item, where it occurs several times, at the one that has them")
             << item("Name=A\nStart=1\nLen=9\nOccurrences=3\n[ValueSet]\nName=V\nValue=1234567;x\n")
             << QStringList{ "occurrence-names|2|A_1|A", "only-last-occurrence|0|A_3|V", "code-rounded|0|A_3|1234567",
