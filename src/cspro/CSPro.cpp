@@ -76,12 +76,12 @@ void TCSPro::readFile(QString fileName)
     int lineCount = 0;
     try {
         TextFileReader file(fileName);
+        if (report)
+            tellOfEncoding(file);
         QString text;
         while (file.readBlock(text)) {
             lineCount += parseTextLines(TextLines::ofText(text), lineCount);
         }
-        if (report && file.isEncodingGuessed())
-            report->add(NoteKind::encodingGuessed, QString());
         if (report)
             tellOfMarks();
     } catch (const std::bad_alloc &) {
@@ -341,6 +341,14 @@ void TCSPro::requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
 {
     if (!hasRoom(itemsToCome, nameCharactersToCome))
         throw std::bad_alloc();
+}
+
+void TCSPro::tellOfEncoding(const TextFileReader &file)
+{
+    if (file.isEncodingGuessed())
+        report->add(NoteKind::encodingGuessed, QString());
+    file.forEachBrokenLine(
+        [this](int number, const QString &line) { report->add(NoteKind::unreadableLetters, line, number); });
 }
 
 void TCSPro::tellOfHeader(QStringView line, int kind, int index)

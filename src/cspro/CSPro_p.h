@@ -122,6 +122,7 @@ private:
     };
 
     // What a report hears; called with one alone. An index is that of a line, a header the number of a line.
+    void tellOfEncoding(const TextFileReader &file);
     void tellOfHeader(QStringView line, int kind, int index);
     void tellOfLineOutside(QStringView line, int index);
     void tellOfDictionary(const SectionLines &section, int header);

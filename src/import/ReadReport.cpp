@@ -183,7 +183,7 @@ constexpr Kind kindTable[] = {
     { NoteKind::duplicateKey, lost, "duplicate-key",
       "The key stands on an earlier line, and the value there counts; remove one of the lines." },
     { NoteKind::unreadableLetters, lost, "unreadable-letters",
-      "The line has bytes that are no text in the encoding of the system, and each became a replacement character; save the file as UTF-8." },
+      "The line has bytes that are no text in the encoding that the file is read in, and each became a replacement character; save the file as UTF-8." },
 };
 // clang-format on
 static_assert(std::size(kindTable) == ReadReport::kinds);

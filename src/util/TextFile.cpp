@@ -213,8 +213,27 @@ TextFileReader::TextFileReader(const QString &fileName)
         throw std::bad_alloc();
     bytes = file.isSequential() ? textfile::readToEnd(file) : file.readAll();
     const auto *mark = textfile::findByteOrderMark(bytes);
-    isInBlocks = mark ? mark == textfile::utf8Mark : textfile::isUtf8(bytes);
+    hasUtf8Mark = mark == textfile::utf8Mark;
+    isInBlocks = mark ? hasUtf8Mark : textfile::isUtf8(bytes);
     encodingGuessed = !mark && !isInBlocks;
+}
+
+void TextFileReader::forEachBrokenLine(const std::function<void(int, const QString &)> &tell) const
+{
+    if (!hasUtf8Mark || textfile::isUtf8(bytes))
+        return;
+    int number = 1;
+    for (int begin = 0; begin < bytes.size(); ++number) {
+        const int feed = bytes.indexOf('\n', begin);
+        const int end = feed < 0 ? bytes.size() : feed;
+        const QByteArray line = QByteArray::fromRawData(bytes.constData() + begin, end - begin);
+        if (!textfile::isUtf8(line)) {
+            QString text = textfile::fromUtf8(line);
+            textfile::removeReturns(text);
+            tell(number, text);
+        }
+        begin = end + 1;
+    }
 }
 
 // Behind the next line feed that a bracket follows, once the block has its size.

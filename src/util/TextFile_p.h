@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 /// The lines of a text or of a list of texts, asked for one after the other: views, so what they are made from must
@@ -123,6 +124,9 @@ public:
     bool isOpened() const { return opened; }
     /// Whether nothing in the file tells its encoding.
     bool isEncodingGuessed() const { return encodingGuessed; }
+    /// Calls \a tell with the number, from 1, and the text of each line that has bytes which are no text, where a mark
+    /// says that the file is UTF-8. Without a mark such a file is not taken for UTF-8.
+    void forEachBrokenLine(const std::function<void(int, const QString &)> &tell) const;
 
 private:
     int endOfBlock() const;
@@ -131,6 +135,7 @@ private:
     int position = 0; ///< of the next block
     bool opened = false;
     bool encodingGuessed = false;
+    bool hasUtf8Mark = false;
     bool isInBlocks = false; ///< UTF-8 can be read in blocks, any other encoding in one piece
 };
 

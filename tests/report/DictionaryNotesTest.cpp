@@ -199,9 +199,43 @@ private Q_SLOTS:
             << item("Name=A\nStart=1\nLen=9\nOccurrences=3\n[ValueSet]\nName=V\nValue=1234567;x\n")
             << QStringList{ "occurrence-names|2|A_1|A", "only-last-occurrence|0|A_3|V", "code-rounded|0|A_3|1234567",
                             "bound-rounded|0|A_3|1234567" };
-        QTest::newRow("decimals of the first item once, where it occurs several times")
-            << item("Name=A\nStart=1\nLen=9\nDecimal=2\nOccurrences=3\n")
-            << QStringList{ "occurrence-names|2|A_1|A", "decimals-lost|0|A_1|2" };
+        QTest::newRow("decimals of plain items each")
+            << item("Name=A\nStart=1\nLen=9\nDecimal=2\n[Item]\nName=B\nStart=10\nLen=9\nDecimal=2\n")
+            << QStringList{ "decimals-lost|0|A|2", "decimals-lost|0|B|2" };
+        QTest::newRow("item in front of column 1") << item("Name=A\nStart=-3\nLen=2\n[Item]\nName=B\nStart=-2\nLen=2\n")
+                                                   << QStringList{ "overlapping-positions|0|B|columns -2 to -1" };
+        QTest::newRow("lines of id items without their header")
+            << QByteArray("[IdItems]\n\nName=LOST\nStart=1\nLen=3\n[Item]\nName=A\nStart=4\nLen=3\n")
+            << QStringList{ "line-outside-section|3||Name=LOST" };
+        QTest::newRow("level with what it says of itself")
+            << QByteArray("[Level]\nLabel=x\nName=L\nNote=n\n[IdItems]\n[Item]\nName=A\nStart=4\nLen=3\n")
+            << QStringList();
+        QTest::newRow("level with more than that, and one behind it")
+            << QByteArray("[Level]\nName=L\nColour=red\nStart=1\n[Level]\nName=M\nStart=1\n")
+            << QStringList{ "line-outside-section|3||Colour=red", "further-level|5||[Level]",
+                            "line-outside-section|7||Start=1" };
+        QTest::newRow("keys that reach no field and no group")
+            << QByteArray("[Dictionary]\nVersion=1=2\nLabel=Name=x\nLabel=y\nRecordTypeStart=0\nRecordTypeLen=0\n"
+                          "Positions\n[Record]\nLabel=a=b\nName=R\nRequired\nRecordLen=abc\nMaxRecords=x\n[Item]\n"
+                          "Name=A\nStart=1\nLen=2\nZeroFill=Perhaps\nDataType=Alpha\n[ValueSet]\nLabel=a=b\nLabel=c\n")
+            << QStringList();
+        QTest::newRow("keys that do") << QByteArray(
+            "[Dictionary]\nRecordTypeStart=0\nRecordTypeLen=0=0\n[Record]\nName=R=S\n[Item]\n"
+            "Label=a=b\nName=A\nStart=1=2\nLen=x\n")
+                                      << QStringList{ "second-equals|3||RecordTypeLen: RecordTypeLen=0=0",
+
+                                                      "second-equals|5||Name: Name=R=S",
+                                                      "missing-key|4||RecordTypeValue",
+                                                      "second-equals|7|A|Label: Label=a=b",
+                                                      "second-equals|9|A|Start: Start=1=2",
+                                                      "number-not-converted|10|A|Len=x" };
+        QTest::newRow("broken letters behind a mark of UTF-8")
+            << QByteArray("\xEF\xBB\xBF[IdItems]\n[Item]\nLabel=\xC3\xA2ge\nName=A\nStart=1\nLen=2\n[Item]\r\n"
+                          "Label=\xE2ge\r\nName=B\nStart=3\nLen=2\n[Item]\nName=\xE2")
+            << QStringList{ QString::fromUtf8("unreadable-letters|8||Label=\xEF\xBF\xBDge"),
+                            QString::fromUtf8("unreadable-letters|13||Name=\xEF\xBF\xBD"),
+                            QString::fromUtf8("missing-key|12|\xEF\xBF\xBD|Start"),
+                            QString::fromUtf8("missing-key|12|\xEF\xBF\xBD|Len") };
         QTest::newRow("item on the record type")
             << QByteArray("[Record]\nName=R\nRecordTypeValue='1'\n[Item]\nName=A\nStart=1\nLen=2\n")
             << QStringList{ "overlapping-positions|0|A|columns 1 to 2" };
