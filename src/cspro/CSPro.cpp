@@ -301,6 +301,12 @@ void TCSPro::readItem(const TextLines &lines, int &index)
     storeItem(item.release());
 }
 
+// The suffix is the character with that code, not a digit: the first copy of X is "X_" and U+0001.
+QString TCSPro::nameOfOccurrence(const TCSProItem &item, int occurrence)
+{
+    return item.name + QLatin1Char('_') + QChar(occurrence);
+}
+
 // Stores one copy of an item for each occurrence, side by side; none where it occurs less than once. The item itself is
 // stored nowhere.
 void TCSPro::addOccurrences(const TCSProItem &item)
@@ -313,8 +319,7 @@ void TCSPro::addOccurrences(const TCSProItem &item)
     for (int occurrence = 1; occurrence <= item.occurrences; ++occurrence) {
         auto copy = std::make_unique<TCSProItem>();
         copy->label = item.label;
-        // The suffix is the character with that code, not a digit: the first copy of X is "X_" and U+0001.
-        copy->name = item.name + QLatin1Char('_') + QChar(occurrence);
+        copy->name = nameOfOccurrence(item, occurrence);
         copy->start = numbers::clamped(qint64(occurrence - 1) * item.length + item.start);
         copy->length = item.length;
         copy->dataType = item.dataType;
@@ -434,7 +439,7 @@ void TCSPro::tellOfItem(const TCSProItem &item, const SectionLines &section, int
     if (item.subItem)
         report->add(NoteKind::subitem, item.name, header);
     // The first occurrence stands for all.
-    report->nameVariable(firstNote, item.occurrences > 1 ? item.name + QLatin1Char('_') + QChar(1) : item.name);
+    report->nameVariable(firstNote, item.occurrences > 1 ? nameOfOccurrence(item, 1) : item.name);
     if (!isItemAbsent)
         tellOfMarks();
 }

@@ -12,9 +12,6 @@ namespace cspro
 namespace
 {
 
-// A numeric item without decimals is an integer up to this length.
-constexpr int longestInteger = 9;
-
 bool isNumeric(eVanVarType type)
 {
     return type == vtInteger || type == vtReal;

@@ -290,10 +290,9 @@ private:
         overValueSets(valueOf(ItemKey::valueSets).toArray());
     }
 
-    // What is not alphanumeric is read as a number, and as an integer up to nine digits.
+    // What is not alphanumeric is read as a number.
     void overContentType(const QJsonValue &type, int length)
     {
-        constexpr int longestInteger = 9;
         const auto is
             = [&](const char *word) { return type.toString().compare(QLatin1String(word), Qt::CaseInsensitive) == 0; };
         const bool isAlpha = is("alpha");

@@ -27,6 +27,9 @@ namespace cspro
 constexpr int codeNoList = 101;
 constexpr int codeBadIndex = 211;
 
+// A numeric item without decimals is an integer up to this length.
+constexpr int longestInteger = 9;
+
 template <typename T> const QList<T *> &listBehind(const QList<T *> *list)
 {
     if (!list)
@@ -78,7 +81,8 @@ struct TCSProRecord {
 
 /// An item of a dictionary, or one occurrence of an item that occurs several times.
 ///
-/// A subitem is an item like any other, with its own place in the line. Items are never freed: fields point at them.
+/// A subitem is an item like any other, with its own place in the line. Fields point at items, so these stay alive
+/// until freeContents().
 class TCSProItem : public QObject
 {
 public:
@@ -115,8 +119,8 @@ public:
 
 /// What both dictionary readers hold, and how it is asked for: settings, records, and all items in one list.
 ///
-/// Destroying a dictionary frees no record, item or value set: the fields made from it point at them. See
-/// freeContents().
+/// Destroying a dictionary frees no record, item or value set: the fields made from it point at them. freeContents()
+/// does.
 class CSProDictionary : public QObject
 {
 public:

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <limits>
 #include <map>
 #include <vector>
 
@@ -299,7 +300,7 @@ void tellOfOverlaps(ReadReport &report, std::vector<const TCSProItem *> items, c
     const auto before = [](const TCSProItem *a, const TCSProItem *b) { return a->start < b->start; };
     if (!std::is_sorted(items.cbegin(), items.cend(), before))
         std::stable_sort(items.begin(), items.end(), before);
-    qint64 taken = 0; // the column behind those of the items so far
+    qint64 taken = std::numeric_limits<qint64>::min(); // the column behind those of the items so far
     for (const TCSProItem *item : items) {
         const Span span = spanOf(*item);
         if (span.begin < taken || meets(everyLine, span)) {
@@ -343,19 +344,15 @@ void tellOfGroups(ReadReport &report, const QStringList *groups)
     }
 }
 
+// Of records that share a name or a record type.
 void tellOfRecords(ReadReport &report, const CSProDictionary &dictionary)
 {
     QSet<QString> names = { dictionary.commonRecord->name };
     QSet<QString> types;
-    const auto isRepeated = [](QSet<QString> &seen, const QString &text) {
-        const int before = seen.size();
-        seen.insert(text);
-        return seen.size() == before;
-    };
     for (const TCSProRecord *record : qAsConst(*dictionary.records)) {
-        const bool isName = isRepeated(names, record->name);
-        const bool isType = dictionary.recordTypeLen > 0 && isRepeated(types, record->recordType);
-        if (isName || isType)
+        const bool isNewName = isNewIn(names, record->name);
+        const bool isNewType = dictionary.recordTypeLen <= 0 || isNewIn(types, record->recordType);
+        if (!isNewName || !isNewType)
             report.add(NoteKind::duplicateRecord, record->name + QLatin1Char('=') + record->recordType);
     }
 }

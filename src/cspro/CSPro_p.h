@@ -94,6 +94,7 @@ private:
     /// Whether the text of a key is \a word in any case; \a other is the word for its opposite. Both in capitals.
     bool readWord(const SectionLines &lines, const QString &key, const QString &word, const char *other) const;
     bool readFlag(const SectionLines &lines, const QString &key) const;
+    static QString nameOfOccurrence(const TCSProItem &item, int occurrence);
     void addOccurrences(const TCSProItem &item);
     void storeItem(TCSProItem *item);
     void requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome);

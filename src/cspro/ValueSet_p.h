@@ -7,7 +7,7 @@
 
 #include <memory>
 
-/// One code of a value set and its label. Made by a reader; never freed.
+/// One code of a value set and its label. Made by a reader; freed with its set.
 class TValueSetItem : public QObject
 {
 public:
@@ -22,7 +22,8 @@ public:
 
 /// The codes that an item may take, each with a label. A range stands in it as its two end points.
 ///
-/// Made by a reader; shared by the occurrences of an item; never freed, nor are its values.
+/// Made by a reader; shared by the occurrences of an item. Destroying a set frees none of its values: DropValueSet
+/// does, as does freeContents() of the dictionary.
 class TCSProValueSet : public QObject
 {
     Q_OBJECT

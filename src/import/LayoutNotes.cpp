@@ -4,7 +4,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
 
 void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t differentNames)
 {
@@ -13,11 +12,7 @@ void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *field
     QSet<QString> names;
     names.reserve(fields->size());
     for (const TGenericField *field : qAsConst(*fields)) {
-        if (!field)
-            continue;
-        const int before = names.size();
-        names.insert(field->name);
-        if (names.size() == before)
+        if (field && !isNewIn(names, field->name))
             report.add(NoteKind::duplicateVariable, field->name, 0, field->name);
     }
 }
