@@ -75,9 +75,9 @@ QString codeOf(const QJsonObject &value)
 }
 
 // Objects of its own over the same texts.
-TCSProValueSet *copyOf(const TCSProValueSet &source)
+OwnedValueSet copyOf(const TCSProValueSet &source)
 {
-    auto set = std::make_unique<TCSProValueSet>();
+    OwnedValueSet set(new TCSProValueSet);
     set->name = source.name;
     set->label = source.label;
     set->items->reserve(source.items->size());
@@ -87,7 +87,14 @@ TCSProValueSet *copyOf(const TCSProValueSet &source)
         item->name = sourceItem->name;
         set->addItem(item.release());
     }
-    return set.release();
+    return set;
+}
+
+// The item's from here on, unless memory runs out.
+void handOver(OwnedValueSet set, TCSProItem &item)
+{
+    item.addValueSet(set.get());
+    (void)set.release();
 }
 
 int occurrencesOf(const QJsonObject &object)
@@ -274,7 +281,7 @@ bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int 
         copy->firstOccurrence = base;
         copy->isFurtherOccurrence = k > 1;
         if (source)
-            copy->addValueSet(copyOf(*source));
+            handOver(copyOf(*source), *copy);
         record->addItem(copy.get());
         items->append(copy.release());
     }
@@ -288,7 +295,7 @@ void TCSProJson::readJsonValueSets(TCSProItem *item, const QJsonObject &object)
     if (!first.isObject())
         return;
     const QJsonObject source = first.toObject();
-    auto set = std::make_unique<TCSProValueSet>();
+    OwnedValueSet set(new TCSProValueSet);
     set->name = source.value(QLatin1String("name")).toString();
     set->label = readJsonLabel(source);
     const QJsonArray values = source.value(QLatin1String("values")).toArray();
@@ -302,5 +309,5 @@ void TCSProJson::readJsonValueSets(TCSProItem *item, const QJsonObject &object)
         valueItem->name = texts.text(readJsonLabel(entry));
         set->addItem(valueItem.release());
     }
-    item->addValueSet(set.release());
+    handOver(std::move(set), *item);
 }

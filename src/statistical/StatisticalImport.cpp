@@ -135,9 +135,21 @@ char *copyOf(const char *text, size_t length)
     return copy;
 }
 
-TStatValueLabel makeValueLabel(const readstat_value_t &value)
+/// Frees a label that nobody took over.
+struct DropLabel {
+    void operator()(TStatValueLabel *label) const
+    {
+        delete[] label->stringValue;
+        delete[] label->label;
+        delete label;
+    }
+};
+using OwnedLabel = std::unique_ptr<TStatValueLabel, DropLabel>;
+
+OwnedLabel makeValueLabel(const readstat_value_t &value)
 {
-    TStatValueLabel made;
+    OwnedLabel owned(new TStatValueLabel);
+    TStatValueLabel &made = *owned;
     switch (typeNumber(value.type)) {
     case READSTAT_TYPE_DOUBLE:
     case READSTAT_TYPE_FLOAT:
@@ -163,16 +175,12 @@ TStatValueLabel makeValueLabel(const readstat_value_t &value)
         made.intValue = stringReference;
         break;
     }
-    return made;
+    return owned;
 }
 
 void freeLabelSet(const LabelSet *set)
 {
-    for (const TStatValueLabel *label : *set) {
-        delete[] label->stringValue;
-        delete[] label->label;
-        delete label;
-    }
+    std::for_each(set->cbegin(), set->cend(), DropLabel());
     delete set;
 }
 
@@ -528,13 +536,11 @@ void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t
     const bool isTold = reading && reading->report;
     if (!label && !isTold)
         return;
-    auto made = std::make_unique<TStatValueLabel>(makeValueLabel(value));
+    OwnedLabel made = makeValueLabel(value);
     if (isTold)
         reading->tellOfLabel(set, labelSet, value, *made, label);
-    if (!label) {
-        delete[] made->stringValue;
+    if (!label)
         return;
-    }
     made->labelLength = std::strlen(label);
     made->label = copyOf(label, made->labelLength);
     set->push_back(nullptr); // may raise, so it comes first

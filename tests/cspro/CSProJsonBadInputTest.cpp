@@ -2,9 +2,12 @@
 #include "support/DebugCapture.h"
 #include "support/OwnedJson.h"
 #include "support/ProcessorTime.h"
+#include "support/ScarceMemory.h"
 #include "support/Thrown.h"
 
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLoggingCategory>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -13,6 +16,13 @@
 #include <algorithm>
 #include <limits>
 #include <random>
+
+struct TestAccess {
+    static void readJsonValueSets(TCSProJson &dictionary, TCSProItem *item, const QJsonObject &object)
+    {
+        dictionary.readJsonValueSets(item, object);
+    }
+};
 
 namespace
 {
@@ -117,6 +127,26 @@ private Q_SLOTS:
         QCOMPARE(report.notes().front().kind, NoteKind::fileNotRead);
         const QRegularExpression expected(QRegularExpression::wildcardToRegularExpression(text));
         QVERIFY2(expected.match(report.notes().front().text).hasMatch(), qPrintable(report.notes().front().text));
+    }
+
+    void valueSetIsGivenBackWhereMemoryRunsOut()
+    {
+        const QJsonObject object = QJsonDocument::fromJson("{\"name\":\"A\"" + values(3) + "}").object();
+        OwnedJson dictionary;
+        int count = 0;
+        const auto readOnce = [&] {
+            TCSProItem item;
+            TestAccess::readJsonValueSets(dictionary, &item, object);
+            const OwnedValueSet set(item.getValueSet(0));
+            count = set->Count();
+        };
+        readOnce(); // what is made once stays
+        const long before = scarce::blocksHeld;
+        const int failures = scarce::runShort(readOnce);
+        const long after = scarce::blocksHeld;
+        QCOMPARE(count, 3);
+        QVERIFY(failures > 3);
+        QCOMPARE(after, before);
     }
 
     void valueSetThatIsNoObjectIsTold()

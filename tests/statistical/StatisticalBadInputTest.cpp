@@ -5,8 +5,10 @@
 #include "support/DebugCapture.h"
 #include "support/StandardStream.h"
 #include "support/OrdinaryUser.h"
+#include "support/ScarceMemory.h"
 
 #include <QDir>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -372,6 +374,28 @@ private Q_SLOTS:
         followed[place + size] = 'x';
         const Outcome outcome = outcomeOf(write(QStringLiteral("followed.dta"), followed));
         QVERIFY(outcome.isOpen);
+    }
+
+    void labelIsGivenBackWhereMemoryRunsOut()
+    {
+        readstat_value_t value = {};
+        value.type = READSTAT_TYPE_STRING;
+        value.v.string_value = "code";
+        const auto addOnce = [&] {
+            statistical::LabelSets sets;
+            KeptObjects kept;
+            const auto atEnd = qScopeGuard([&] {
+                scarce::blocksLeft = scarce::unlimited;
+                kept.giveBack();
+            });
+            statistical::addValueLabel(sets, "set", value, "label", nullptr, kept);
+        };
+        addOnce(); // what is made once stays
+        const long before = scarce::blocksHeld;
+        const int failures = scarce::runShort(addOnce);
+        const long after = scarce::blocksHeld;
+        QVERIFY(failures > 3);
+        QCOMPARE(after, before);
     }
 
     void exceptionOutOfAHandlerIsRaisedOnceThePassHasEnded()
