@@ -56,22 +56,8 @@ int widthOf(const TCSProItem &item)
 void describe(TCSProItem &item, const QJsonObject &object)
 {
     item.name = object.value(QLatin1String("name")).toString();
-    const QString contentType = object.value(QLatin1String("contentType")).toString();
-    item.dataType = contentType.compare(QLatin1String("alpha"), Qt::CaseInsensitive) == 0;
+    item.dataType = cspro::isAlpha(object.value(QLatin1String("contentType")));
     item.length = object.value(QLatin1String("length")).toInt();
-}
-
-// The code of one entry of "values": that of its first pair alone.
-QString codeOf(const QJsonObject &value)
-{
-    const QJsonObject pair = value.value(QLatin1String("pairs")).toArray().at(0).toObject();
-    const auto code = pair.constFind(QLatin1String("value"));
-    if (code != pair.constEnd())
-        return code.value().toString();
-    const QJsonArray range = pair.value(QLatin1String("range")).toArray();
-    if (range.size() != 2 || !range.at(0).isString() || !range.at(1).isString())
-        return QString();
-    return range.at(0).toString() + Vocabulary::Colon + range.at(1).toString();
 }
 
 // Objects of its own over the same texts.
@@ -97,13 +83,37 @@ void handOver(OwnedValueSet set, TCSProItem &item)
     (void)set.release();
 }
 
-int occurrencesOf(const QJsonObject &object)
+} // namespace
+
+QJsonObject cspro::dictionaryOf(const QJsonObject &root)
 {
-    const QJsonValue occurrences = object.value(QLatin1String("occurrences"));
+    const QJsonValue wrapped = root.value(QLatin1String("dictionary"));
+    return wrapped.isObject() ? wrapped.toObject() : root;
+}
+
+bool cspro::isAlpha(const QJsonValue &contentType)
+{
+    return contentType.toString().compare(QLatin1String("alpha"), Qt::CaseInsensitive) == 0;
+}
+
+int cspro::occurrencesOf(const QJsonValue &occurrences)
+{
     return occurrences.isObject() ? occurrences.toObject().value(QLatin1String("maximum")).toInt(1) : 1;
 }
 
-} // namespace
+QString cspro::codeOf(const QJsonObject &pair)
+{
+    const auto code = pair.constFind(QLatin1String("value"));
+    return code != pair.constEnd() ? code.value().toString() : codeOfRange(pair.value(QLatin1String("range")));
+}
+
+QString cspro::codeOfRange(const QJsonValue &range)
+{
+    const QJsonArray bounds = range.toArray();
+    if (bounds.size() != 2 || !bounds.at(0).isString() || !bounds.at(1).isString())
+        return QString();
+    return bounds.at(0).toString() + Vocabulary::Colon + bounds.at(1).toString();
+}
 
 TCSProJson::TCSProJson() = default;
 TCSProJson::~TCSProJson() = default;
@@ -125,8 +135,7 @@ void TCSProJson::parseJson(const QString &fileName)
     if (!document.isObject())
         return;
     const QJsonObject root = document.object();
-    const QJsonValue wrapped = root.value(QLatin1String("dictionary"));
-    const QJsonObject dictionary = wrapped.isObject() ? wrapped.toObject() : root;
+    const QJsonObject dictionary = cspro::dictionaryOf(root);
 
     constexpr double usualVersion = 8.0;
     name = dictionary.value(QLatin1String("name")).toString();
@@ -202,7 +211,7 @@ bool TCSProJson::readItems(const QJsonArray &objects, TCSProRecord *record, bool
         if (!value.isObject())
             continue;
         QJsonObject object = value.toObject();
-        const int count = canRepeat ? occurrencesOf(object) : 1;
+        const int count = canRepeat ? cspro::occurrencesOf(object.value(QLatin1String("occurrences"))) : 1;
         if (count >= 2) {
             if (!addCopies(object, record, count, position, defaults))
                 return false;
@@ -305,7 +314,8 @@ void TCSProJson::readJsonValueSets(TCSProItem *item, const QJsonObject &object)
             continue;
         const QJsonObject entry = value.toObject();
         auto valueItem = std::make_unique<TValueSetItem>();
-        valueItem->code = texts.text(codeOf(entry));
+        const QJsonObject pair = entry.value(QLatin1String("pairs")).toArray().at(0).toObject();
+        valueItem->code = texts.text(cspro::codeOf(pair));
         valueItem->name = texts.text(readJsonLabel(entry));
         set->addItem(valueItem.release());
     }

@@ -1,4 +1,6 @@
+#include "cspro/CSProJson_p.h"
 #include "cspro/CSProNotes_p.h"
+#include "import/NumbersSoFar_p.h"
 #include "util/Numbers_p.h"
 
 #include <QJsonArray>
@@ -9,7 +11,6 @@
 #include <array>
 #include <initializer_list>
 #include <iterator>
-#include <vector>
 
 namespace cspro
 {
@@ -111,34 +112,6 @@ QString textOf(const QString &key, const QJsonValue &value)
     text.chop(1);
     return text.left(mostCharacters);
 }
-
-/// Numbers that came before. They mostly come in ascending order, and then cost next to nothing.
-class NumbersSoFar
-{
-public:
-    void clear()
-    {
-        ascending.clear();
-        all.clear();
-    }
-
-    bool isNew(double number)
-    {
-        if (all.isEmpty() && (ascending.empty() || number > ascending.back())) {
-            ascending.push_back(number);
-            return true;
-        }
-        if (all.isEmpty())
-            all = QSet<double>(ascending.cbegin(), ascending.cend());
-        const int before = all.size();
-        all.insert(number);
-        return all.size() > before;
-    }
-
-private:
-    std::vector<double> ascending;
-    QSet<double> all; ///< from the first on that was not above those before it
-};
 
 /// One walk over a dictionary object, in the order of the reader.
 class Walk
@@ -267,17 +240,17 @@ private:
     void overItem(const QJsonObject &item, bool canRepeat)
     {
         const QString name = item.value(QLatin1String("name")).toString();
-        const QJsonObject occurrences = objectOf(item, "occurrences");
-        const int count = canRepeat ? occurrences.value(QLatin1String("maximum")).toInt(1) : 1;
+        const QJsonValue occurrences = item.value(QLatin1String("occurrences"));
+        const int count = canRepeat ? occurrencesOf(occurrences) : 1;
         variable = count >= 2 ? name + QLatin1String("_1") : name;
         const Values<std::size(itemKeys)> values = overKeys(item, itemKeys);
         const auto valueOf = [&](ItemKey key) -> const QJsonValue & { return values[size_t(key)]; };
         need(item, { "name", "length" });
         overContentType(valueOf(ItemKey::contentType), valueOf(ItemKey::length).toInt());
-        overKeys(occurrences, occurrencesKeys);
+        overKeys(occurrences.toObject(), occurrencesKeys);
         if (count >= 2)
             tell(NoteKind::occurrenceNumbers, name);
-        if (!canRepeat && !occurrences.isEmpty())
+        if (!canRepeat && !occurrences.toObject().isEmpty())
             tell(NoteKind::unknownKey, textOf(QStringLiteral("occurrences"), occurrences));
         overLabels(valueOf(ItemKey::labels).toArray());
         const QJsonValue &decimals = valueOf(ItemKey::decimals);
@@ -293,13 +266,10 @@ private:
     // What is not alphanumeric is read as a number.
     void overContentType(const QJsonValue &type, int length)
     {
-        const auto is
-            = [&](const char *word) { return type.toString().compare(QLatin1String(word), Qt::CaseInsensitive) == 0; };
-        const bool isAlpha = is("alpha");
-        if (type.isString() && !isAlpha && !is("numeric"))
+        isNumber = !isAlpha(type);
+        isInteger = isNumber && length <= longestInteger;
+        if (isNumber && type.isString() && type.toString().compare(QLatin1String("numeric"), Qt::CaseInsensitive) != 0)
             tell(NoteKind::wordNotRecognised, textOf(QStringLiteral("contentType"), type));
-        isNumber = !isAlpha;
-        isInteger = !isAlpha && length <= longestInteger;
     }
 
     void overValueSets(const QJsonArray &sets)
@@ -324,16 +294,14 @@ private:
         const auto [labels, pairs, special] = overKeys(value, valueKeys);
         const QString label = overLabels(labels.toArray());
         const QJsonArray all = pairs.toArray();
-        const auto [single, range] = overKeys(all.at(0).toObject(), pairKeys);
-        const QString code = codeOf(single, range);
+        const QJsonObject first = all.at(0).toObject();
+        const bool isRange = overKeys(first, pairKeys).front().isUndefined();
+        const QString code = codeOf(first);
         if (!special.isUndefined())
             tell(NoteKind::specialNotRead, inWords(code, label));
-        for (int i = 1; i < all.size(); ++i) {
-            const QJsonObject pair = all.at(i).toObject();
-            const QString further = codeOf(pair.value(QLatin1String("value")), pair.value(QLatin1String("range")));
-            tell(NoteKind::furtherPairs, inWords(further, label));
-        }
-        overCode(code, single.isUndefined(), label);
+        for (int i = 1; i < all.size(); ++i)
+            tell(NoteKind::furtherPairs, inWords(codeOf(all.at(i).toObject()), label));
+        overCode(code, isRange, label);
         if (label.isEmpty())
             tell(NoteKind::valueWithoutLabel, code);
     }
@@ -341,16 +309,6 @@ private:
     static QString inWords(const QString &code, const QString &label)
     {
         return (code + QLatin1Char(' ') + label).trimmed();
-    }
-
-    // Of a pair; null where there is none that is read.
-    static QString codeOf(const QJsonValue &single, const QJsonValue &range)
-    {
-        if (!single.isUndefined())
-            return single.isString() ? single.toString() : QString();
-        const QJsonArray bounds = range.toArray();
-        const bool isRange = bounds.size() == 2 && bounds.at(0).isString() && bounds.at(1).isString();
-        return isRange ? bounds.at(0).toString() + QLatin1Char(':') + bounds.at(1).toString() : QString();
     }
 
     void overCode(const QString &code, bool isRange, const QString &label)

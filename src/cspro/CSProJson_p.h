@@ -5,14 +5,15 @@
 
 class QJsonArray;
 class QJsonObject;
+class QJsonValue;
 
 /// Reads a CSPro 8 JSON dictionary (the JSON form of the CSPro dictionary format) into the same model as a text
 /// dictionary.
 ///
-/// Lenient and silent: it throws nothing, asks nothing and reports nothing; what cannot be read is not there
-/// afterwards. Types are strict: a text is only a JSON string, an integer only a JSON number without a fraction, a flag
-/// only a JSON boolean; anything else counts as its default. Columns count from 1, lengths are in characters. Not
-/// thread-safe.
+/// Lenient: it throws nothing and asks nothing; what cannot be read is not there afterwards, and the report, where
+/// there is one, hears of it. Types are strict: a text is only a JSON string, an integer only a JSON number without a
+/// fraction, a flag only a JSON boolean; anything else counts as its default. Columns count from 1, lengths are in
+/// characters. Not thread-safe.
 class TCSProJson : public CSProDictionary
 {
 public:
@@ -62,5 +63,21 @@ private:
 
     qint64 valuesOfCopies = 0; ///< values that repeated items have asked for so far
 };
+
+/// How parts of a document are read: for the reader, and for what is told of it.
+namespace cspro
+{
+
+/// The object of the key "dictionary", or the whole document where there is none.
+QJsonObject dictionaryOf(const QJsonObject &root);
+/// Whether a "contentType" is that of a text; anything else is a number.
+bool isAlpha(const QJsonValue &contentType);
+/// How often an item of a record occurs, by its "occurrences".
+int occurrencesOf(const QJsonValue &occurrences);
+/// The code of a pair: its "value", even one that is no text, or else its "range"; null where it has none.
+QString codeOf(const QJsonObject &pair);
+QString codeOfRange(const QJsonValue &range);
+
+} // namespace cspro
 
 #endif
