@@ -17,23 +17,32 @@ namespace
 
 constexpr int headSize = 16;
 
-// The first bytes of a file as text mode gives them: without carriage returns.
-QByteArray readHead(QFile &file)
+// The first bytes of a file as text mode gives them: without carriage returns, and here without white space around
+// them.
+QByteArray readHead(const QString &fileName)
 {
+    QFile file(fileName);
     QByteArray head;
+    if (!file.open(QIODevice::ReadOnly))
+        return head;
     while (head.size() < headSize && !file.atEnd()) {
         const QByteArray bytes = file.read(headSize);
         if (bytes.isEmpty())
             break;
         std::copy_if(bytes.cbegin(), bytes.cend(), std::back_inserter(head), [](char byte) { return byte != '\r'; });
     }
-    return head.left(headSize);
+    return head.left(headSize).trimmed();
 }
 
-bool beginsLikeAnObject(const QString &fileName)
+// Why a file with this head is not read.
+QString describeHead(const QByteArray &head)
 {
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) && readHead(file).trimmed().startsWith('{');
+    const QString words = QStringLiteral("no \"{\" behind white space among the first 16 bytes");
+    if (head.startsWith("\xEF\xBB\xBF"))
+        return words + QStringLiteral(", but a byte-order mark of UTF-8");
+    if (head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF"))
+        return words + QStringLiteral(", but a byte-order mark of UTF-16");
+    return words;
 }
 
 QJsonDocument parseFile(const QString &fileName, QString &problem)
@@ -120,10 +129,11 @@ TCSProJson::~TCSProJson() = default;
 
 void TCSProJson::readFile(QString fileName)
 {
-    if (beginsLikeAnObject(fileName))
+    const QByteArray head = readHead(fileName);
+    if (head.startsWith('{'))
         parseJson(fileName);
     else if (report)
-        report->add(NoteKind::fileNotRead, QStringLiteral("no \"{\" among the first 16 bytes"));
+        report->add(NoteKind::fileNotRead, describeHead(head));
 }
 
 void TCSProJson::parseJson(const QString &fileName)

@@ -108,10 +108,18 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("text");
-        const QString noBrace = QStringLiteral("no \"{\" among the first 16 bytes");
+        const QString noBrace = QStringLiteral("no \"{\" behind white space among the first 16 bytes");
         QTest::newRow("nothing") << QByteArray() << noBrace;
         QTest::newRow("a text dictionary") << QByteArray("[Dictionary]\nName=D\n") << noBrace;
         QTest::newRow("brace behind") << QByteArray(16, ' ') + smallDictionary << noBrace;
+        QTest::newRow("brace behind a mark")
+            << "\xEF\xBB\xBF" + smallDictionary << noBrace + ", but a byte-order mark of UTF-8";
+        QTest::newRow("mark behind a blank")
+            << " \xEF\xBB\xBF" + smallDictionary << noBrace + ", but a byte-order mark of UTF-8";
+        QTest::newRow("UTF-16, little end first") << utf16(QChar(0xFEFF) + QString::fromUtf8(smallDictionary), false)
+                                                  << noBrace + ", but a byte-order mark of UTF-16";
+        QTest::newRow("UTF-16, big end first") << utf16(QChar(0xFEFF) + QString::fromUtf8(smallDictionary), true)
+                                               << noBrace + ", but a byte-order mark of UTF-16";
         QTest::newRow("cut off") << QByteArray("{ \"name\": ") << QStringLiteral("*, at byte *");
         QTest::newRow("no comma") << QByteArray("{ \"a\": 1 \"b\": 2 }") << QStringLiteral("*, at byte *");
     }

@@ -31,9 +31,11 @@ std::unique_ptr<TDataImport> makeStataImporter(const QString &file)
     return importer;
 }
 
+// Behind a byte-order mark it is refused by its reader, which says so; no text dictionary begins this way.
 bool isJson(const QByteArray &head)
 {
-    return head.trimmed().startsWith('{');
+    const QByteArray mark("\xEF\xBB\xBF");
+    return (head.startsWith(mark) ? head.mid(mark.size()) : head).trimmed().startsWith('{');
 }
 
 bool isSpss(const QByteArray &head)
