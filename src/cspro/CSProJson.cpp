@@ -159,7 +159,7 @@ void TCSProJson::parseJson(const QString &fileName)
                                 itemDefaults.value(QLatin1String("zeroFill")).toBool() };
     commonRecord->label = QStringLiteral("Common");
     if (report)
-        cspro::tellOfJson(*report, dictionary);
+        cspro::tellOfJson(*report, root);
     if (!readLevels(dictionary.value(QLatin1String("levels")).toArray(), defaults) && report)
         report->add(NoteKind::readingEnded, currentRecord->name);
 }

@@ -26,6 +26,8 @@ struct JsonKey {
 };
 
 // The keys of each object: those that are read with their type, and those that a layout has no place for.
+constexpr JsonKey wrapperKeys[]
+    = { { "dictionary", objectType }, { "software", anyType }, { "fileType", anyType }, { "editable", anyType } };
 constexpr JsonKey dictionaryKeys[] = { { "name", textType },
                                        { "version", numberType },
                                        { "recordType", objectType },
@@ -122,13 +124,22 @@ public:
     {
     }
 
+    void overDocument(const QJsonObject &root)
+    {
+        if (root.value(QLatin1String("dictionary")).isObject())
+            overKeys(root, wrapperKeys);
+        overDictionary(dictionaryOf(root));
+    }
+
+private:
     void overDictionary(const QJsonObject &dictionary)
     {
         overKeys(dictionary, dictionaryKeys);
         need(dictionary, { "recordType", "levels" });
         const QJsonObject recordType = objectOf(dictionary, "recordType");
         overKeys(recordType, recordTypeKeys);
-        isColumnOneTaken = recordType.value(QLatin1String("length")).toInt() > 0;
+        hasRecordTypes = recordType.value(QLatin1String("length")).toInt() > 0;
+        isColumnOneTaken = hasRecordTypes;
         overKeys(objectOf(dictionary, "defaults"), defaultsKeys);
         const QJsonArray levels = arrayOf(dictionary, "levels");
         forEachObject(levels, [this](const QJsonObject &level) { overLevelHead(level); });
@@ -138,7 +149,6 @@ public:
         });
     }
 
-private:
     template <size_t count> using Values = std::array<QJsonValue, count>;
 
     static QJsonObject objectOf(const QJsonObject &parent, const char *key)
@@ -221,6 +231,9 @@ private:
     {
         overKeys(record, recordKeys);
         need(record, { "name" });
+        if (hasRecordTypes && !record.contains(QLatin1String("recordType")))
+            tell(NoteKind::missingKey,
+                 inWords(QStringLiteral("recordType of"), record.value(QLatin1String("name")).toString()));
         overKeys(objectOf(record, "occurrences"), occurrencesKeys);
         overItems(arrayOf(record, "items"), true);
     }
@@ -295,13 +308,15 @@ private:
         const QString label = overLabels(labels.toArray());
         const QJsonArray all = pairs.toArray();
         const QJsonObject first = all.at(0).toObject();
-        const bool isRange = overKeys(first, pairKeys).front().isUndefined();
+        const auto [single, range] = overKeys(first, pairKeys);
         const QString code = codeOf(first);
         if (!special.isUndefined())
             tell(NoteKind::specialNotRead, inWords(code, label));
+        if (!single.isUndefined() && !range.isUndefined())
+            tell(NoteKind::furtherPairs, inWords(codeOfRange(range), label));
         for (int i = 1; i < all.size(); ++i)
             tell(NoteKind::furtherPairs, inWords(codeOf(all.at(i).toObject()), label));
-        overCode(code, isRange, label);
+        overCode(code, single.isUndefined(), label);
         if (label.isEmpty())
             tell(NoteKind::valueWithoutLabel, code);
     }
@@ -317,7 +332,7 @@ private:
         const double number = isNumber ? numberOf(code, &isNumeral) : 0;
         if (code.isNull())
             tell(NoteKind::valueWithoutCode, label);
-        else if (isInteger && !isNumeral)
+        else if (isNumber && !isNumeral && (isInteger || !isRange))
             tell(NoteKind::codeAsZero, inWords(code, label));
         else if (isRange)
             tell(NoteKind::rangeAsCode, code);
@@ -346,14 +361,15 @@ private:
     NumbersSoFar numbersSoFar; ///< codes of the value set in hand
     QSet<QString> textsSoFar;  ///< those of them that are no numbers
     bool isBehindFirstLevel = false;
+    bool hasRecordTypes = false;
     bool isColumnOneTaken = false; ///< by the record type or the id items
 };
 
 } // namespace
 
-void tellOfJson(ReadReport &report, const QJsonObject &dictionary)
+void tellOfJson(ReadReport &report, const QJsonObject &root)
 {
-    Walk(report).overDictionary(dictionary);
+    Walk(report).overDocument(root);
 }
 
 } // namespace cspro

@@ -66,8 +66,8 @@ void tellOfDescription(ReadReport &report, const TCSProItem &item, const TCSProI
 /// Tells of the layout as a whole: positions, groups and records.
 void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups);
 
-/// Tells what the reader does not read, or reads otherwise, of a CSPro 8 dictionary object.
-void tellOfJson(ReadReport &report, const QJsonObject &dictionary);
+/// Tells what the reader does not read, or reads otherwise, of a CSPro 8 document.
+void tellOfJson(ReadReport &report, const QJsonObject &root);
 
 } // namespace cspro
 

@@ -75,10 +75,10 @@ enum class NoteKind {
     // CSPro 8 dictionaries
     wrongType,         ///< a value of another JSON type than the one that is read
     furtherLanguages,  ///< labels in several languages
-    furtherPairs,      ///< a value of several pairs
+    furtherPairs,      ///< a value of several pairs, or of a "value" and a "range" in one
     valueWithoutCode,  ///< a value without a code
     rangeAsCode,       ///< a range
-    codeAsZero,        ///< a code of an integer that is no number
+    codeAsZero,        ///< a code of a number that is none
     occurrenceNumbers, ///< an item that occurs several times
     subitemReadFlat,   ///< a subitem
     decimalsNotRead,   ///< an item with decimals

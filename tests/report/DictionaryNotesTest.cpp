@@ -58,6 +58,13 @@ QByteArray jsonCodes(const QByteArray &type, const QByteArray &values)
                     + values + "]}]");
 }
 
+// A number that is too long for an integer, with its values.
+QByteArray realWithCodes(const QByteArray &values)
+{
+    return jsonItem("\"length\": 12, \"contentType\": \"numeric\", \"valueSets\": [{\"name\": \"V\", \"values\": ["
+                    + values + "]}]");
+}
+
 QByteArray value(const QByteArray &pair)
 {
     return "{\"labels\": [{\"text\": \"x\"}], \"pairs\": [{" + pair + "}]}";
@@ -302,6 +309,11 @@ private Q_SLOTS:
             << jsonCodes("numeric", value("\"range\": [\"1\", \"9\"]")) << QStringList{ "code-as-zero|0|A|1:9 x" };
         QTest::newRow("word as the code of an integer")
             << jsonCodes("numeric", value("\"value\": \"Z\"")) << QStringList{ "code-as-zero|0|A|Z x" };
+        QTest::newRow("word as the code of a number that is no integer")
+            << realWithCodes(value("\"value\": \"abc\"") + ", " + value("\"value\": \"1.5\""))
+            << QStringList{ "code-as-zero|0|A|abc x" };
+        QTest::newRow("range of a number that is no integer")
+            << realWithCodes(value("\"range\": [\"1\", \"9\"]")) << QStringList{ "range-as-code|0|A|1:9" };
         QTest::newRow("range of a text") << jsonCodes("alpha", value("\"range\": [\"1\", \"9\"]"))
                                          << QStringList{ "range-as-code|0|A|1:9" };
         QTest::newRow("one number twice")
@@ -327,6 +339,19 @@ private Q_SLOTS:
         QTest::newRow("each further pair")
             << jsonCodes("alpha", value("\"value\": \"1\"}, {\"value\": \"2\"}, {\"range\": [\"3\", \"4\"]"))
             << QStringList{ "further-pairs|0|A|2 x", "further-pairs|0|A|3:4 x" };
+        QTest::newRow("range beside a value")
+            << jsonCodes("alpha", value("\"value\": \"1\", \"range\": [\"3\", \"4\"]"))
+            << QStringList{ "further-pairs|0|A|3:4 x" };
+        QTest::newRow("keys beside the dictionary")
+            << QByteArray("{\"software\": \"CSPro\", \"other\": 1, \"dictionary\": ") + jsonItem("\"length\": 2") + "}"
+            << QStringList{ "unknown-key|0||\"other\":1" };
+        QTest::newRow("record without its type, where there are types")
+            << QByteArray(
+                   "{\"recordType\": {\"start\": 1, \"length\": 1}, \"levels\": [{\"records\": [{\"name\": \"R\"}]}]}")
+            << QStringList{ "missing-key|0||recordType of R" };
+        QTest::newRow("record without its type, where there are none") << QByteArray(
+            "{\"recordType\": {\"start\": 0, \"length\": 0}, \"levels\": [{\"records\": [{\"name\": \"R\"}]}]}")
+                                                                       << QStringList();
     }
     void jsonDictionaryTells() { compare<TCSProJsonDataImport>(); }
 
