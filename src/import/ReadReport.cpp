@@ -179,7 +179,7 @@ constexpr Kind kindTable[] = {
       "The importer was opened before, and every variable comes once for each opening; use a new importer." },
 
     { NoteKind::repeatsLineBefore, changed, "repeats-line-before",
-      "The line has no separator behind a key, and was taken as a repeat of the line before; write key, separator and value." },
+      "The line has no separator behind a key, and was taken as a repeat of the line before; a first line repeats the last one of an earlier check, or is an empty key; write key, separator and value." },
     { NoteKind::duplicateKey, lost, "duplicate-key",
       "The key stands on an earlier line, and the value there counts; remove one of the lines." },
     { NoteKind::unreadableLetters, lost, "unreadable-letters",

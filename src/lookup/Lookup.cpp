@@ -29,6 +29,12 @@ QString withoutLeadingBlanks(const QStringRef &text)
     return text.mid(int(first - text.begin())).toString();
 }
 
+// A separator in the first column has no key in front of it, and counts as none.
+bool hasKey(int separatorPosition)
+{
+    return separatorPosition >= 1;
+}
+
 // Counts as far as an int does.
 void increase(int &counter)
 {
@@ -200,7 +206,6 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
         }
         currentSize = currentLine.size();
         increase(lineNumber);
-        const int repeatsBefore = report ? report->count(NoteKind::repeatsLineBefore) : 0;
         splitKeyValueAVL(errors);
         if (report && currentLine.contains(QChar(QChar::ReplacementCharacter)))
             report->add(NoteKind::unreadableLetters, currentLine, lineNumber);
@@ -220,7 +225,7 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
                 counted.count(key, keyHash, value);
         } else {
             // A line that repeats the one before is told as that.
-            if (report && report->count(NoteKind::repeatsLineBefore) == repeatsBefore)
+            if (report && hasKey(separatorPosition()))
                 report->add(NoteKind::duplicateKey, currentLine, lineNumber);
             if (isReporting())
                 issueErrorMessage(errors,
@@ -234,11 +239,16 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
     return true;
 }
 
+// Of the first one in the line; -1 if there is none.
+int TVpLookup::separatorPosition() const
+{
+    return currentLine.indexOf(separatorText().at(0));
+}
+
 void TVpLookup::splitKeyValueAVL(QStringList *errors)
 {
-    const QString text = separatorText();
-    const int position = currentLine.indexOf(text.at(0));
-    if (position >= 1) {
+    const int position = separatorPosition();
+    if (hasKey(position)) {
         const QStringRef rest = currentLine.midRef(position + 1);
         key = currentLine.left(position);
         value = separator == spaceSeparator ? withoutLeadingBlanks(rest) : rest.toString();
@@ -250,7 +260,7 @@ void TVpLookup::splitKeyValueAVL(QStringList *errors)
     if (isReporting()) {
         issueErrorMessage(errors,
                           formatMessage(QStringLiteral("VpLookup.splitKeyValueAVL.noSeparator"),
-                                        QStringLiteral("Separator [%1] does not exist"), text));
+                                        QStringLiteral("Separator [%1] does not exist"), separatorText()));
     }
 }
 

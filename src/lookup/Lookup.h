@@ -89,6 +89,7 @@ private:
     bool isCounting() const;
     bool isReporting() const;
     QString separatorText() const;
+    int separatorPosition() const;
 
     QString id;
     QString label;

@@ -361,6 +361,13 @@ private Q_SLOTS:
                  (QStringList{ "duplicate-key|3||1 Dorado", "repeats-line-before|4||Esmeralda" }));
     }
 
+    void lookupTellsOfALineWithoutASeparatorOnceWhateverItsKeyIs()
+    {
+        QCOMPARE(notesOfLookup("Artesia\n Copal\n1 Dorado\n1 Dorado\n"),
+                 (QStringList{ "repeats-line-before|1||Artesia", "repeats-line-before|2|| Copal",
+                               "duplicate-key|4||1 Dorado" }));
+    }
+
     void lookupTellsOfBytesThatAreNoText()
     {
         QCOMPARE(notesOfLookup("1 Artesia\n2 Cop\xE1l\n"),
