@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cmath>
+
 void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t differentNames)
 {
     if (!fields || size_t(fields->size()) == differentNames)
@@ -20,7 +22,8 @@ void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *field
 bool isWrittenInFull(double number)
 {
     const QString text = numbers::toText(number);
-    return numbers::toDouble(text) == number && !text.contains(QLatin1Char('e'));
+    // The exponent of a small number costs it no digit.
+    return numbers::toDouble(text) == number && (std::abs(number) < 1 || !text.contains(QLatin1Char('e')));
 }
 
 bool tellOfMissingFile(ReadReport &report, const QString &path)

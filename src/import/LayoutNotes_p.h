@@ -18,7 +18,8 @@ template <typename T> bool isNewIn(QSet<T> &set, const T &value)
 /// Tells of variables of one name: a search by name finds the last one alone. There are \a names different names.
 void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t names);
 
-/// Whether a number reads the same in the six digits that the layout has for it, and has no exponent there.
+/// Whether a number reads the same in the six digits that the layout has for it. One of more digits does not, even if
+/// those that an exponent leaves out are zeros.
 bool isWrittenInFull(double number);
 
 /// Tells of a file that cannot be read at all; false if there is one.

@@ -31,7 +31,7 @@ constexpr Kind kindTable[] = {
     { NoteKind::overlappingPositions, curious, "overlapping-positions",
       "The variable stands on columns of another one of its record, of an id item or of the record type; check start and length if it is no part of it." },
     { NoteKind::codeRounded, changed, "code-rounded",
-      "The code has more than six digits and was written with six; a value label for it will not be found by its code." },
+      "The code has more than six digits, or in Stata and SPSS more than six decimals, and was rounded to six; a value label for it will not be found by its code." },
     { NoteKind::boundRounded, changed, "bound-rounded",
       "The bound has more than six digits and was written with six; go by the codes in the file." },
     { NoteKind::decimalsLost, lost, "decimals-lost",

@@ -23,7 +23,7 @@ enum class NoteKind {
     layoutGivenUp,        ///< reading ended in an error, and there is no layout
     duplicateVariable,    ///< two variables of one name
     overlappingPositions, ///< two variables of one record that stand on the same columns
-    codeRounded,          ///< a code of more than six digits
+    codeRounded,          ///< a code of more than six digits, or six decimals
     boundRounded,         ///< a minimum or maximum of more than six digits
     decimalsLost,         ///< a variable with decimals
     duplicateCode,        ///< a code that stands twice in the value labels of a variable

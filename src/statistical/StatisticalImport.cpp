@@ -2,6 +2,7 @@
 
 #include "statistical/BufferedFile_p.h"
 #include "statistical/FileGuards_p.h"
+#include "import/NumbersSoFar_p.h"
 #include "util/Numbers_p.h"
 
 #include <QFile>
@@ -192,7 +193,12 @@ LabelSet *newLabelSet(KeptObjects &kept)
     return made.release();
 }
 
-constexpr int allDigits = 15;
+// As the file has it: with the digits that every double keeps.
+QString describeNumber(double number)
+{
+    constexpr int allDigits = 15;
+    return QString::number(number, 'g', allDigits);
+}
 
 bool isTaggedMissing(const readstat_value_t &value)
 {
@@ -203,10 +209,15 @@ QString describeValue(const TStatValueLabel &held)
 {
     if (held.stringValue)
         return QString::fromUtf8(held.stringValue, int(held.stringLength));
-    return QString::number(held.intValue != noInt ? held.intValue : held.doubleValue, 'g', allDigits);
+    return describeNumber(held.intValue != noInt ? held.intValue : held.doubleValue);
 }
 
 // The value of a label and its text, for a report.
+QString describeLabel(const TStatValueLabel &label)
+{
+    return describeValue(label) + QLatin1Char(' ') + QString::fromUtf8(label.label);
+}
+
 QString describeLabel(QString set, const readstat_value_t &value, const TStatValueLabel &held, const char *label)
 {
     set += QLatin1String(": ");
@@ -220,8 +231,7 @@ QString describeSet(const std::string &name, const LabelSet &set)
     QString text = QString::fromStdString(name);
     if (set.empty())
         return text;
-    const TStatValueLabel &first = *set.front();
-    return text + QLatin1String(": ") + describeValue(first) + QLatin1Char(' ') + QString::fromUtf8(first.label);
+    return text + QLatin1String(": ") + describeLabel(*set.front());
 }
 
 QString describeBound(const readstat_value_t &value)
@@ -231,7 +241,7 @@ QString describeBound(const readstat_value_t &value)
     const double number = readstat_double_value(value);
     return number == -HUGE_VAL ? QStringLiteral("LOWEST")
         : number == HUGE_VAL   ? QStringLiteral("HIGHEST")
-                               : QString::number(number, 'g', allDigits);
+                               : describeNumber(number);
 }
 
 // As they are declared: "97 to 99, 0".
@@ -281,6 +291,8 @@ LabelSet *setNamed(LabelSets &sets, const char *labelSet, Reading *reading, Kept
     return set;
 }
 
+constexpr int writtenDecimals = 6; // of a value label
+
 // As "%d" or "%f" write it, in every locale.
 template <typename Number, typename... Form> void appendNumber(QString &text, Number number, Form... form)
 {
@@ -305,9 +317,13 @@ public:
             hasUpper = true;
         }
     }
-    bool isRounded() const { return (hasLower && !isWrittenInFull(lower)) || (hasUpper && !isWrittenInFull(upper)); }
-    QString minimum() const { return hasLower ? numbers::toText(lower) : QString(); }
-    QString maximum() const { return hasUpper ? numbers::toText(upper) : QString(); }
+    void give(Reading::LabelText &made) const
+    {
+        made.lower = lower;
+        made.upper = upper;
+        made.minimum = hasLower ? numbers::toText(lower) : QString();
+        made.maximum = hasUpper ? numbers::toText(upper) : QString();
+    }
 
 private:
     double lower = lowerStart;
@@ -319,12 +335,11 @@ private:
 // Appends the value of a label; false where it holds none, as one of -1 does.
 bool appendValue(const Format &format, const TStatValueLabel &label, QString &text, Span &span)
 {
-    constexpr int decimals = 6;
     if (label.intValue != noInt) {
         appendNumber(text, label.intValue);
         span.add(label.intValue);
     } else if (label.doubleValue != noDouble) {
-        appendNumber(text, label.doubleValue, std::chars_format::fixed, decimals);
+        appendNumber(text, label.doubleValue, std::chars_format::fixed, writtenDecimals);
         span.add(label.doubleValue);
     } else if (label.stringValue) {
         format.appendText(text, label.stringValue, std::strlen(label.stringValue));
@@ -353,15 +368,59 @@ void tellOfCutValues(ReadReport &report, const LabelSet &set, const QString &var
         const int cut = numbers::truncated(label->doubleValue);
         if (label->doubleValue != cut) // -1 is the one integer that cannot be held
             report.add(cut == noInt ? NoteKind::labelOfMinusOne : NoteKind::valueCutToInteger,
-                       QString::number(label->doubleValue, 'g', allDigits), 0, variable);
+                       describeNumber(label->doubleValue), 0, variable);
     }
 }
 
-QString describeBounds(const Reading::LabelText &known)
+// A value in the words of its label text, as a number again.
+double asWritten(double value)
 {
-    if (known.minimum.isNull())
-        return known.maximum;
-    return known.maximum.isNull() ? known.minimum : known.minimum + QLatin1String(" to ") + known.maximum;
+    QString text;
+    appendNumber(text, value, std::chars_format::fixed, writtenDecimals);
+    return text.toDouble();
+}
+
+// What the label text loses of the codes of a set.
+void tellOfCodes(ReadReport &report, const LabelSet &set, const QString &variable)
+{
+    NumbersSoFar numbersSoFar;
+    QSet<QByteArray> textsSoFar;
+    const auto isNewText = [&](const TStatValueLabel &label) {
+        const int before = textsSoFar.size();
+        textsSoFar.insert(QByteArray(label.stringValue, int(label.stringLength)));
+        return textsSoFar.size() > before;
+    };
+    for (const TStatValueLabel *label : set) {
+        if (!label)
+            continue;
+        bool isNew = true;
+        if (label->intValue != noInt) {
+            isNew = numbersSoFar.isNew(label->intValue);
+        } else if (label->doubleValue != noDouble) {
+            const double written = asWritten(label->doubleValue);
+            isNew = numbersSoFar.isNew(written);
+            if (written != label->doubleValue && !std::isnan(label->doubleValue))
+                report.add(NoteKind::codeRounded, describeValue(*label), 0, variable);
+        } else if (label->stringValue) {
+            isNew = isNewText(*label);
+        }
+        if (!isNew)
+            report.add(NoteKind::duplicateCode, describeLabel(*label), 0, variable);
+    }
+}
+
+void tellOfBounds(ReadReport &report, const Reading::LabelText &known, const QString &variable)
+{
+    const bool hasMinimum = !known.minimum.isNull();
+    const bool hasMaximum = !known.maximum.isNull();
+    if ((!hasMinimum || isWrittenInFull(known.lower)) && (!hasMaximum || isWrittenInFull(known.upper)))
+        return;
+    QStringList bounds;
+    if (hasMinimum)
+        bounds += describeNumber(known.lower);
+    if (hasMaximum && !(hasMinimum && known.lower == known.upper))
+        bounds += describeNumber(known.upper);
+    report.add(NoteKind::boundRounded, bounds.join(QLatin1String(" to ")), 0, variable);
 }
 
 void makeLabelText(const Format &format, const LabelSet &set, Reading::LabelText &made)
@@ -379,27 +438,36 @@ void makeLabelText(const Format &format, const LabelSet &set, Reading::LabelText
     text.squeeze();
     made.isMade = true;
     made.text = text;
-    made.minimum = span.minimum();
-    made.maximum = span.maximum();
-    made.isRounded = span.isRounded();
+    span.give(made);
 }
 
-void takeLabels(const Format &format, const LabelSet &set, bool asIntegers, Reading::LabelText &known,
-                TGenericField &field, bool isNumeric)
+// Without a reading nothing is remembered for the next variable.
+void takeLabels(const Format &format, const LabelSet &set, bool asIntegers, Reading *reading, TGenericField &field)
 {
+    Reading::LabelText once;
+    Reading::LabelText &known = reading ? reading->labelTexts[&set] : once;
+    ReadReport *report = reading ? reading->report : nullptr;
+    const bool isNumeric = field.type == vtInteger || field.type == vtReal;
     const bool turns = asIntegers && !known.isOfIntegers;
+    const bool isNewText = turns || !known.isMade;
+    if (report)
+        reading->tellOfSet(&set, field.name);
+    if (report && turns)
+        tellOfCutValues(*report, set, field.name);
     if (turns)
         turnToIntegers(set);
-    if (turns || !known.isMade)
+    if (isNewText)
         makeLabelText(format, set, known);
     known.isOfIntegers |= asIntegers;
     field.valueLabels = known.text;
-    if (!isNumeric)
-        return;
-    if (!known.minimum.isNull())
+    if (isNumeric && !known.minimum.isNull())
         field.minimum = known.minimum;
-    if (!known.maximum.isNull())
+    if (isNumeric && !known.maximum.isNull())
         field.maximum = known.maximum;
+    if (report && isNewText)
+        tellOfCodes(*report, set, field.name);
+    if (report && isNumeric)
+        tellOfBounds(*report, known, field.name);
 }
 
 } // namespace
@@ -569,20 +637,8 @@ void describe(const Format &format, const readstat_variable_t &variable, const c
     if (!hasSet && *labelSet && reading && reading->report)
         reading->report->add(NoteKind::labelSetMissing,
                              QString::fromUtf8(labelSet, int(qstrnlen(labelSet, uint(bound)))), 0, field.name);
-    if (!hasSet)
-        return;
-    const bool asIntegers = format.decimalsDecide && !hasDecimals(variable);
-    const bool isNumeric = field.type == vtInteger || field.type == vtReal;
-    Reading::LabelText once;
-    Reading::LabelText &known = reading ? reading->labelTexts[found->second] : once;
-    ReadReport *report = reading ? reading->report : nullptr;
-    if (report)
-        reading->tellOfSet(found->second, field.name);
-    if (report && asIntegers && !known.isOfIntegers)
-        tellOfCutValues(*report, *found->second, field.name);
-    takeLabels(format, *found->second, asIntegers, known, field, isNumeric);
-    if (report && isNumeric && known.isRounded)
-        report->add(NoteKind::boundRounded, describeBounds(known), 0, field.name);
+    if (hasSet)
+        takeLabels(format, *found->second, format.decimalsDecide && !hasDecimals(variable), reading, field);
 }
 
 bool isBlank(const TGenericField &field)

@@ -94,7 +94,8 @@ public:
         QString minimum;           ///< null where no value lies below the start of the search
         QString maximum;           ///< null where none lies above
         bool isOfIntegers = false; ///< made after the values were turned to integers
-        bool isRounded = false;    ///< a bound has lost digits
+        double lower = 0;          ///< the minimum as it is in the file
+        double upper = 0;
     };
     std::unordered_map<const LabelSet *, LabelText> labelTexts;
     LabelSet *lastSet = nullptr; ///< where the last label went

@@ -144,7 +144,7 @@ private Q_SLOTS:
         file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", set);
         QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
                  (QStringList{ QStringLiteral("missing-as-number|v|yesno: .a Refused"),
-                               QStringLiteral("bound-rounded|v|1 to 2.14748e+09") }));
+                               QStringLiteral("bound-rounded|v|1 to 2147483622") }));
     }
 
     void boundWithAnExponentIsTold()
@@ -153,7 +153,67 @@ private Q_SLOTS:
         const auto *set = file.intLabels("sums", { { 100000, "Little" }, { 1000000, "Much" } });
         file.variable("v", READSTAT_TYPE_INT32, "V", "%12.0g", set);
         QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
-                 QStringList(QStringLiteral("bound-rounded|v|100000 to 1e+06")));
+                 QStringList(QStringLiteral("bound-rounded|v|100000 to 1000000")));
+    }
+
+    void codesOfMoreThanSixDecimalsAreRoundedAndMayBecomeOne()
+    {
+        StatFile file(StatFile::sav);
+        const auto *set = file.labels("rates", { { 0.12345678, "First" }, { 0.12345679, "Second" }, { 0.5, "Half" } });
+        file.variable("RATE", READSTAT_TYPE_DOUBLE, "Rate", "F9.8", set);
+        QCOMPARE(
+            notesOf<TSPSSDataImport>(saved(file)),
+            (QStringList{ QStringLiteral("decimals-lost|RATE|F9.8"), QStringLiteral("code-rounded|RATE|0.12345678"),
+                          QStringLiteral("code-rounded|RATE|0.12345679"),
+                          QStringLiteral("duplicate-code|RATE|0.12345679 Second"),
+                          QStringLiteral("bound-rounded|RATE|0.12345678 to 0.5") }));
+    }
+
+    void smallNumberKeepsItsDigitsAsABoundButNotAsACode()
+    {
+        StatFile file(StatFile::sav);
+        file.variable("TINY", READSTAT_TYPE_DOUBLE, "Tiny", "F9.8", file.labels("tiny", { { 1e-9, "Least" } }));
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)),
+                 (QStringList{ QStringLiteral("decimals-lost|TINY|F9.8"), QStringLiteral("code-rounded|TINY|1e-09") }));
+    }
+
+    void oneBoundIsToldOnceAndWithTheDigitsOfTheFile()
+    {
+        StatFile file(StatFile::dta, 118);
+        file.variable("v", READSTAT_TYPE_INT32, "V", "%12.0g", file.intLabels("one", { { 123456789, "One" } }));
+        QCOMPARE(notesOf<TSTATADataImport>(saved(file)), QStringList(QStringLiteral("bound-rounded|v|123456789")));
+    }
+
+    void codesThatAreCutToOneIntegerAreOneCode()
+    {
+        StatFile file(StatFile::sav);
+        const auto *set = file.labels("shares", { { 2, "Two" }, { 1, "One" }, { 1.5, "More" } });
+        file.variable("SHARE", READSTAT_TYPE_DOUBLE, "Share", "F3.0", set);
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)),
+                 (QStringList{ QStringLiteral("value-cut-to-integer|SHARE|1.5"),
+                               QStringLiteral("duplicate-code|SHARE|1 More") }));
+    }
+
+    void codeThatStandsTwiceInItsSetIsTold()
+    {
+        StatFile stata(StatFile::dta, 118);
+        const auto *set = stata.intLabels("yesno", { { 1, "Yes" }, { 2, "No" }, { 1, "Aye" } });
+        stata.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", set);
+        QCOMPARE(notesOf<TSTATADataImport>(saved(stata)), QStringList(QStringLiteral("duplicate-code|v|1 Aye")));
+        StatFile spss(StatFile::sav);
+        spss.text("T", 1, "T", "A1",
+                  spss.textLabels("texts", { { "a", "First" }, { "b", "Other" }, { "a", "Again" } }));
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(spss)), QStringList(QStringLiteral("duplicate-code|T|a Again")));
+    }
+
+    void codesOfASetAreToldOfItsFirstVariableAlone()
+    {
+        StatFile file(StatFile::sav);
+        const auto *set = file.labels("thirds", { { 1.0 / 3, "Third" }, { 1, "One" } });
+        file.variable("A", READSTAT_TYPE_DOUBLE, "A", "F9.8", set);
+        file.variable("B", READSTAT_TYPE_DOUBLE, "B", "F9.8", set);
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)).filter(QStringLiteral("code-rounded")),
+                 QStringList(QStringLiteral("code-rounded|A|0.333333333333333")));
     }
 
     void dateIsToldAsItsNumber_data()
