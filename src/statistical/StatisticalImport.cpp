@@ -200,6 +200,12 @@ QString describeNumber(double number)
     return QString::number(number, 'g', allDigits);
 }
 
+// Whether the entry of a label breaks where it is taken apart again. A code that is a number has no blanks.
+bool isParted(const char *textCode, const char *label)
+{
+    return (textCode && std::strpbrk(textCode, " \t")) || std::strchr(label, '\t');
+}
+
 bool isTaggedMissing(const readstat_value_t &value)
 {
     return value.is_tagged_missing && value.tag >= 'a' && value.tag <= 'z';
@@ -502,6 +508,8 @@ void Reading::tellOfLabel(const LabelSet *set, const char *setName, const readst
         return tell(NoteKind::labelOfMinusOne);
     if (isTaggedMissing(value))
         tell(NoteKind::missingAsNumber);
+    if (isParted(held.stringValue, label))
+        tell(NoteKind::labelEntryParted);
     if (format.textsAreLatin1 && !isAscii(label, std::strlen(label)))
         tell(NoteKind::textNotAscii);
 }

@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QLoggingCategory>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -214,6 +215,24 @@ private Q_SLOTS:
         file.variable("B", READSTAT_TYPE_DOUBLE, "B", "F9.8", set);
         QCOMPARE(notesOf<TSPSSDataImport>(saved(file)).filter(QStringLiteral("code-rounded")),
                  QStringList(QStringLiteral("code-rounded|A|0.333333333333333")));
+    }
+
+    void entryThatComesApartInTheValueLabelsIsTold()
+    {
+        StatFile spss(StatFile::sav);
+        spss.text("T", 3, "T", "A3",
+                  spss.textLabels("texts", { { "A B", "Both" }, { "C", "Cold\tor not" }, { "D", "Old D" } }));
+        QStringList notes = notesOf<TSPSSDataImport>(saved(spss));
+        for (QString &note : notes)
+            note.remove(QRegularExpression(QStringLiteral("[^|]*: "))); // the name that ReadStat gives a set
+        QCOMPARE(notes,
+                 (QStringList{ QStringLiteral("label-entry-parted|T|A B Both"),
+                               QStringLiteral("label-entry-parted|T|C Cold\tor not") }));
+        StatFile stata(StatFile::dta, 118);
+        const auto *set = stata.intLabels("yesno", { { 1, "Yes\tindeed" }, { 2, "Not at all" } });
+        stata.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", set);
+        QCOMPARE(notesOf<TSTATADataImport>(saved(stata)),
+                 QStringList(QStringLiteral("label-entry-parted|v|yesno: 1 Yes\tindeed")));
     }
 
     void dateIsToldAsItsNumber_data()
