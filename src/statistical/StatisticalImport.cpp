@@ -200,10 +200,11 @@ QString describeNumber(double number)
     return QString::number(number, 'g', allDigits);
 }
 
-// Whether the entry of a label breaks where it is taken apart again. A code that is a number has no blanks.
+// Whether the entry of a label breaks where it is taken apart again. A code that is a number has no blanks; whoever
+// reads a label takes a line feed for the tab at its end.
 bool isParted(const char *textCode, const char *label)
 {
-    return (textCode && std::strpbrk(textCode, " \t")) || std::strchr(label, '\t');
+    return (textCode && std::strpbrk(textCode, " \t\n")) || std::strpbrk(label, "\t\n");
 }
 
 bool isTaggedMissing(const readstat_value_t &value)
@@ -415,18 +416,15 @@ void tellOfCodes(ReadReport &report, const LabelSet &set, const QString &variabl
     }
 }
 
+// Of each bound once.
 void tellOfBounds(ReadReport &report, const Reading::LabelText &known, const QString &variable)
 {
     const bool hasMinimum = !known.minimum.isNull();
-    const bool hasMaximum = !known.maximum.isNull();
-    if ((!hasMinimum || isWrittenInFull(known.lower)) && (!hasMaximum || isWrittenInFull(known.upper)))
-        return;
-    QStringList bounds;
-    if (hasMinimum)
-        bounds += describeNumber(known.lower);
-    if (hasMaximum && !(hasMinimum && known.lower == known.upper))
-        bounds += describeNumber(known.upper);
-    report.add(NoteKind::boundRounded, bounds.join(QLatin1String(" to ")), 0, variable);
+    const bool isOneNumber = hasMinimum && known.lower == known.upper;
+    if (hasMinimum && !isWrittenInFull(known.lower))
+        report.add(NoteKind::boundRounded, describeNumber(known.lower), 0, variable);
+    if (!known.maximum.isNull() && !isOneNumber && !isWrittenInFull(known.upper))
+        report.add(NoteKind::boundRounded, describeNumber(known.upper), 0, variable);
 }
 
 void makeLabelText(const Format &format, const LabelSet &set, Reading::LabelText &made)

@@ -145,7 +145,7 @@ private Q_SLOTS:
         file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", set);
         QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
                  (QStringList{ QStringLiteral("missing-as-number|v|yesno: .a Refused"),
-                               QStringLiteral("bound-rounded|v|1 to 2147483622") }));
+                               QStringLiteral("bound-rounded|v|2147483622") }));
     }
 
     void boundWithAnExponentIsTold()
@@ -153,8 +153,7 @@ private Q_SLOTS:
         StatFile file(StatFile::dta, 118);
         const auto *set = file.intLabels("sums", { { 100000, "Little" }, { 1000000, "Much" } });
         file.variable("v", READSTAT_TYPE_INT32, "V", "%12.0g", set);
-        QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
-                 QStringList(QStringLiteral("bound-rounded|v|100000 to 1000000")));
+        QCOMPARE(notesOf<TSTATADataImport>(saved(file)), QStringList(QStringLiteral("bound-rounded|v|1000000")));
     }
 
     void codesOfMoreThanSixDecimalsAreRoundedAndMayBecomeOne()
@@ -167,7 +166,7 @@ private Q_SLOTS:
             (QStringList{ QStringLiteral("decimals-lost|RATE|F9.8"), QStringLiteral("code-rounded|RATE|0.12345678"),
                           QStringLiteral("code-rounded|RATE|0.12345679"),
                           QStringLiteral("duplicate-code|RATE|0.12345679 Second"),
-                          QStringLiteral("bound-rounded|RATE|0.12345678 to 0.5") }));
+                          QStringLiteral("bound-rounded|RATE|0.12345678") }));
     }
 
     void smallNumberKeepsItsDigitsAsABoundButNotAsACode()
@@ -183,6 +182,16 @@ private Q_SLOTS:
         StatFile file(StatFile::dta, 118);
         file.variable("v", READSTAT_TYPE_INT32, "V", "%12.0g", file.intLabels("one", { { 123456789, "One" } }));
         QCOMPARE(notesOf<TSTATADataImport>(saved(file)), QStringList(QStringLiteral("bound-rounded|v|123456789")));
+    }
+
+    void eachBoundIsToldOnce()
+    {
+        StatFile file(StatFile::dta, 118);
+        const auto *set = file.intLabels("ends", { { -1234567, "Least" }, { 0, "None" }, { 7654321, "Most" } });
+        file.variable("v", READSTAT_TYPE_INT32, "V", "%12.0g", set);
+        QCOMPARE(
+            notesOf<TSTATADataImport>(saved(file)),
+            (QStringList{ QStringLiteral("bound-rounded|v|-1234567"), QStringLiteral("bound-rounded|v|7654321") }));
     }
 
     void codesThatAreCutToOneIntegerAreOneCode()
@@ -220,14 +229,17 @@ private Q_SLOTS:
     void entryThatComesApartInTheValueLabelsIsTold()
     {
         StatFile spss(StatFile::sav);
-        spss.text("T", 3, "T", "A3",
-                  spss.textLabels("texts", { { "A B", "Both" }, { "C", "Cold\tor not" }, { "D", "Old D" } }));
+        spss.text(
+            "T", 3, "T", "A3",
+            spss.textLabels("texts",
+                            { { "A B", "Both" }, { "C", "Cold\tor not" }, { "D", "Old D" }, { "E", "Two\nlines" } }));
         QStringList notes = notesOf<TSPSSDataImport>(saved(spss));
         for (QString &note : notes)
             note.remove(QRegularExpression(QStringLiteral("[^|]*: "))); // the name that ReadStat gives a set
         QCOMPARE(notes,
                  (QStringList{ QStringLiteral("label-entry-parted|T|A B Both"),
-                               QStringLiteral("label-entry-parted|T|C Cold\tor not") }));
+                               QStringLiteral("label-entry-parted|T|C Cold\tor not"),
+                               QStringLiteral("label-entry-parted|T|E Two\nlines") }));
         StatFile stata(StatFile::dta, 118);
         const auto *set = stata.intLabels("yesno", { { 1, "Yes\tindeed" }, { 2, "Not at all" } });
         stata.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", set);
