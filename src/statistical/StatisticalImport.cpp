@@ -392,11 +392,6 @@ void tellOfCodes(ReadReport &report, const LabelSet &set, const QString &variabl
 {
     NumbersSoFar numbersSoFar;
     QSet<QByteArray> textsSoFar;
-    const auto isNewText = [&](const TStatValueLabel &label) {
-        const int before = textsSoFar.size();
-        textsSoFar.insert(QByteArray(label.stringValue, int(label.stringLength)));
-        return textsSoFar.size() > before;
-    };
     for (const TStatValueLabel *label : set) {
         if (!label)
             continue;
@@ -409,7 +404,7 @@ void tellOfCodes(ReadReport &report, const LabelSet &set, const QString &variabl
             if (written != label->doubleValue && !std::isnan(label->doubleValue))
                 report.add(NoteKind::codeRounded, describeValue(*label), 0, variable);
         } else if (label->stringValue) {
-            isNew = isNewText(*label);
+            isNew = isNewIn(textsSoFar, QByteArray(label->stringValue, int(label->stringLength)));
         }
         if (!isNew)
             report.add(NoteKind::duplicateCode, describeLabel(*label), 0, variable);
