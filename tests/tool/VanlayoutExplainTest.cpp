@@ -98,7 +98,8 @@ private Q_SLOTS:
         folder.write("d.dcf", "\xEF\xBB\xBF{\"name\": \"D\", \"levels\": []}");
         const Run explained = folder.run({ "explain", "d.dcf" });
         QCOMPARE(explained.status, noAnswer);
-        QVERIFY2(explained.out.startsWith("d.dcf: CSPro 8 JSON dictionary, 1 note (1 lost)\n"), explained.out.constData());
+        QVERIFY2(explained.out.startsWith("d.dcf: CSPro 8 JSON dictionary, 1 note (1 lost)\n"),
+                 explained.out.constData());
         QVERIFY2(explained.out.contains(", but a byte-order mark of UTF-8\n"), explained.out.constData());
     }
 
