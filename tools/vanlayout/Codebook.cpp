@@ -1,9 +1,11 @@
 #include "Codebook.h"
 
+#include "Answer.h"
 #include "CodebookData.h"
+#include "Gravities.h"
 #include "OutputFile.h"
 #include "Printable.h"
-#include "Show.h"
+#include "Resource.h"
 #include "import/SourceField.h"
 
 #include <QCryptographicHash>
@@ -11,16 +13,12 @@
 #include <QFileInfo>
 #include <QLocale>
 
-#include <new>
-
 namespace
 {
 
-QByteArray resource(const QString &name)
+QByteArray pieceOfPage(const QString &name)
 {
-    QFile file(QLatin1String(":/codebook/") + name);
-    file.open(QIODevice::ReadOnly);
-    return file.readAll();
+    return resource(QLatin1String(":/codebook/") + name);
 }
 
 // A text in HTML, in an element or in quotes.
@@ -59,14 +57,14 @@ public:
         : device(target)
         , layout(readLayout)
         , report(readReport)
-        , style(resource(QStringLiteral("page.css")))
-        , script(resource(QStringLiteral("page.js")))
+        , style(pieceOfPage(QStringLiteral("page.css")))
+        , script(pieceOfPage(QStringLiteral("page.js")))
     {
     }
 
     void write()
     {
-        const QByteArray page = resource(QStringLiteral("page.html"));
+        const QByteArray page = pieceOfPage(QStringLiteral("page.html"));
         int done = 0;
         for (int open = page.indexOf("{{"); open >= 0; open = page.indexOf("{{", done)) {
             const int close = page.indexOf("}}", open);
@@ -125,7 +123,7 @@ private:
     {
         QByteArray items;
         int sum = 0;
-        for (const NoteGravity gravity : { NoteGravity::lost, NoteGravity::changed, NoteGravity::curious }) {
+        for (const NoteGravity gravity : gravities) {
             const int count = report.count(gravity);
             if (count > 0)
                 items += gravityItem(count, ReadReport::nameOf(gravity).toLatin1());
@@ -147,17 +145,12 @@ int writeCodebook(const CodebookOptions &options)
 {
     answerDecimalQuestions(options.decimals);
     const QString file = QFile::decodeName(options.file.c_str());
-    const QString subject = file.isEmpty() ? QStringLiteral("''") : file;
-    try {
+    return answerFor(file, [&]() -> int {
         ReadReport report;
         const Layout layout = readLayout(file, fileTypeNamed(options.type), &report);
-        if (layout.problem.isEmpty()) {
-            return writeAnswer(QFile::decodeName(options.output.c_str()), file,
-                               [&](QIODevice &device) { PageWriter(device, layout, report).write(); });
-        }
-        complain(subject, layout.problem);
-    } catch (const std::bad_alloc &) {
-        complain(subject, QStringLiteral("not enough memory"));
-    }
-    return statusNoAnswer;
+        if (!layout.problem.isEmpty())
+            return noAnswerFor(file, layout.problem);
+        return writeAnswer(QFile::decodeName(options.output.c_str()), file,
+                           [&](QIODevice &device) { PageWriter(device, layout, report).write(); });
+    });
 }

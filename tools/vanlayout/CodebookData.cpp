@@ -1,5 +1,6 @@
 #include "CodebookData.h"
 
+#include "Json.h"
 #include "import/SourceField.h"
 
 #include <rapidjson/writer.h>
@@ -58,15 +59,12 @@ bool isPlain(QChar unit)
 
 void writeText(Json &json, QStringView text)
 {
-    constexpr int digits = 4;
-    constexpr int base = 16;
     QString literal(1, QLatin1Char('"'));
     for (const QChar unit : text) {
         if (isPlain(unit))
             literal += unit;
         else
-            literal += QLatin1String("\\u")
-                + QString::number(unit.unicode(), base).rightJustified(digits, QLatin1Char('0'));
+            literal += QLatin1String(jsonEscape(unit));
     }
     literal += QLatin1Char('"');
     const QByteArray utf8 = literal.toUtf8();

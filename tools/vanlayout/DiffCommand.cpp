@@ -1,9 +1,9 @@
 #include "DiffCommand.h"
 
+#include "Answer.h"
 #include "Diff.h"
 #include "DiffPrinter.h"
 #include "Layout.h"
-#include "Show.h"
 
 #include <QFile>
 
@@ -14,22 +14,18 @@
 namespace
 {
 
-constexpr size_t outputBufferSize = 1 << 16;
-
 // Null, with a complaint, where there is no answer. A layout must not be moved: its provider would lose the fields.
 std::unique_ptr<const Layout> readOrComplain(const std::string &name, const std::string &type)
 {
     const QString file = QFile::decodeName(name.c_str());
-    const QString subject = file.isEmpty() ? QStringLiteral("''") : file;
-    try {
-        std::unique_ptr<const Layout> layout(new Layout(readLayout(file, fileTypeNamed(type))));
-        if (layout->problem.isEmpty())
-            return layout;
-        complain(subject, layout->problem);
-    } catch (const std::bad_alloc &) {
-        complain(subject, QStringLiteral("not enough memory"));
-    }
-    return nullptr;
+    std::unique_ptr<const Layout> layout;
+    const int status = answerFor(file, [&]() -> int {
+        layout.reset(new Layout(readLayout(file, fileTypeNamed(type))));
+        return layout->problem.isEmpty() ? int(statusFine) : noAnswerFor(file, layout->problem);
+    });
+    if (status != statusFine)
+        layout.reset();
+    return layout;
 }
 
 int compareAndPrint(const Layout &oldLayout, const Layout &newLayout, const std::string &format)
@@ -49,7 +45,7 @@ int compareAndPrint(const Layout &oldLayout, const Layout &newLayout, const std:
 
 int diffLayouts(const DiffOptions &options)
 {
-    std::setvbuf(stdout, nullptr, _IOFBF, outputBufferSize);
+    bufferOutput();
     answerDecimalQuestions(options.decimals);
     // Both are read, so that both are complained about.
     const auto oldLayout = readOrComplain(options.oldFile, options.oldType);

@@ -1,12 +1,13 @@
 #include "Explain.h"
 
+#include "Answer.h"
 #include "Columns.h"
+#include "Gravities.h"
 #include "InputFile.h"
 #include "Json.h"
 #include "Layout.h"
 #include "LookupCheck.h"
 #include "Printable.h"
-#include "Show.h"
 #include "import/ReadReport.h"
 #include "lookup/Lookup.h"
 
@@ -19,7 +20,6 @@
 namespace
 {
 
-constexpr NoteGravity gravities[] = { NoteGravity::lost, NoteGravity::changed, NoteGravity::curious };
 constexpr size_t placesOfAKind = 10; // that the table shows
 constexpr int mostVariableWidth = 40;
 constexpr int mostTextWidth = 400; // a file can be one line
@@ -202,10 +202,8 @@ int explainFile(const std::string &name, const ExplainOptions &options, Explanat
         printAsJson(explanation, options.files.size() > 1);
     else if (hasAnswer || !explanation.report.isEmpty())
         table.print(explanation);
-    if (!hasAnswer) {
-        complain(explanation.file.isEmpty() ? QStringLiteral("''") : explanation.file, explanation.problem);
-        return statusNoAnswer;
-    }
+    if (!hasAnswer)
+        return noAnswerFor(explanation.file, explanation.problem);
     return explanation.report.count(NoteGravity::lost) > 0 ? statusFinding : statusFine;
 }
 

@@ -1,13 +1,12 @@
 #include "Export.h"
 
+#include "Answer.h"
 #include "OutputFile.h"
-#include "Show.h"
 
 #include <QFile>
 
 #include <algorithm>
 #include <iterator>
-#include <new>
 
 namespace
 {
@@ -30,13 +29,11 @@ const ExportTarget &targetNamed(const std::string &name)
                          [&](const ExportTarget &target) { return name == target.name; });
 }
 
-int exportFile(const QString &file, const QString &subject, const ExportOptions &options)
+int exportFile(const QString &file, const ExportOptions &options)
 {
     const Layout layout = readLayout(file, fileTypeNamed(options.type));
-    if (!layout.problem.isEmpty()) {
-        complain(subject, layout.problem);
-        return statusNoAnswer;
-    }
+    if (!layout.problem.isEmpty())
+        return noAnswerFor(file, layout.problem);
     const ExportTarget &target = targetNamed(options.target);
     return writeAnswer(QFile::decodeName(options.output.c_str()), file,
                        [&](QIODevice &device) { target.write(layout, device); });
@@ -48,11 +45,5 @@ int exportLayout(const ExportOptions &options)
 {
     answerDecimalQuestions(options.decimals);
     const QString file = QFile::decodeName(options.file.c_str());
-    const QString subject = file.isEmpty() ? QStringLiteral("''") : file;
-    try {
-        return exportFile(file, subject, options);
-    } catch (const std::bad_alloc &) {
-        complain(subject, QStringLiteral("not enough memory"));
-    }
-    return statusNoAnswer;
+    return answerFor(file, [&] { return exportFile(file, options); });
 }

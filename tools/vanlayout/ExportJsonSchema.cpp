@@ -1,8 +1,8 @@
 #include "Export.h"
 
 #include "ExportedVariable.h"
+#include "Resource.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -195,9 +195,8 @@ QJsonObject extended(QJsonObject object, const QStringList &path, const QJsonObj
 // The definitions of any layout's JSON form, narrowed to this one: so many variables, of these names, and no error.
 QJsonObject layoutDefinitions(const QList<TVpSourceField *> &fields)
 {
-    QFile file(QStringLiteral(":/export/layout.schema.json"));
-    file.open(QIODevice::ReadOnly);
-    QJsonObject definitions = QJsonDocument::fromJson(file.readAll()).object().value(QLatin1String("$defs")).toObject();
+    const QByteArray schema = resource(QStringLiteral(":/export/layout.schema.json"));
+    QJsonObject definitions = QJsonDocument::fromJson(schema).object().value(QLatin1String("$defs")).toObject();
     definitions.remove(QStringLiteral("failure"));
     const QJsonObject count{ { QStringLiteral("minItems"), fields.size() },
                              { QStringLiteral("maxItems"), fields.size() } };

@@ -1,5 +1,7 @@
 #include "ExportedVariable.h"
 
+#include "LoneSurrogate.h"
+
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
@@ -72,14 +74,8 @@ QString titleOf(const Layout &layout)
 QString wholeCharacters(const QString &text)
 {
     QString whole = text;
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar unit = text.at(i);
-        const bool isPair = unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-        if (isPair)
-            ++i;
-        else if (unit.isSurrogate())
-            whole[i] = QChar::ReplacementCharacter;
-    }
+    for (int i = nextLoneSurrogate(text, 0); i < text.size(); i = nextLoneSurrogate(text, i + 1))
+        whole[i] = QChar::ReplacementCharacter;
     return whole;
 }
 

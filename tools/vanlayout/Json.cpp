@@ -1,22 +1,23 @@
 #include "Json.h"
 
+#include "LoneSurrogate.h"
+
 bool hasLoneSurrogate(QStringView text)
 {
-    for (const QChar *unit = text.begin(); unit != text.end(); ++unit) {
-        if (unit->isHighSurrogate() && unit + 1 != text.end() && unit[1].isLowSurrogate())
-            ++unit;
-        else if (unit->isSurrogate())
-            return true;
-    }
-    return false;
+    return nextLoneSurrogate(text, 0) < text.size();
+}
+
+QByteArray jsonEscape(QChar unit)
+{
+    constexpr int digits = 4;
+    constexpr int base = 16;
+    return "\\u" + QByteArray::number(unit.unicode(), base).rightJustified(digits, '0');
 }
 
 QByteArray escapedJson(QStringView text)
 {
     QByteArray literal(1, '"');
-    for (const QChar unit : text) {
-        literal += "\\u";
-        literal += QByteArray::number(unit.unicode(), 16).rightJustified(4, '0');
-    }
+    for (const QChar unit : text)
+        literal += jsonEscape(unit);
     return literal + '"';
 }

@@ -13,6 +13,9 @@
 /// can.
 bool hasLoneSurrogate(QStringView text);
 
+/// What stands for a unit in a JSON string, whatever it is.
+QByteArray jsonEscape(QChar unit);
+
 /// The text as a JSON string of nothing but escapes, quotes included.
 QByteArray escapedJson(QStringView text);
 

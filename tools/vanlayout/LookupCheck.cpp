@@ -1,10 +1,10 @@
 #include "LookupCheck.h"
 
+#include "Answer.h"
 #include "Columns.h"
 #include "InputFile.h"
 #include "Json.h"
 #include "Printable.h"
-#include "Show.h"
 #include "lookup/Lookup.h"
 #include "lookup/Reports.h"
 
@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
-#include <new>
 
 #ifdef Q_OS_UNIX
 #include <unistd.h>
@@ -206,16 +205,10 @@ int separatorNumber(const std::string &name)
 int checkLookup(const LookupOptions &options)
 {
     const QString file = QFile::decodeName(options.file.c_str());
-    const QString subject = file.isEmpty() ? QStringLiteral("''") : file;
     QString problem = openingProblem(file);
     if (problem.isEmpty() && !QFileInfo(file).isFile())
         problem = QStringLiteral("not read from a pipe");
-    try {
-        if (problem.isEmpty())
-            return statusAfterOutput(check(options, file));
-    } catch (const std::bad_alloc &) {
-        problem = QStringLiteral("not enough memory");
-    }
-    complain(subject, problem);
-    return statusNoAnswer;
+    if (!problem.isEmpty())
+        return noAnswerFor(file, problem);
+    return answerFor(file, [&] { return statusAfterOutput(check(options, file)); });
 }

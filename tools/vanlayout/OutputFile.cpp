@@ -1,6 +1,6 @@
 #include "OutputFile.h"
 
-#include "Show.h"
+#include "Answer.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -68,6 +68,5 @@ int writeAnswer(const QString &output, const QString &input, const AnswerWriter 
     const QString problem = problemWithWriting(output, input, write);
     if (problem.isEmpty())
         return statusFine;
-    complain(output.isEmpty() ? QStringLiteral("''") : output, problem);
-    return statusNoAnswer;
+    return noAnswerFor(output, problem);
 }

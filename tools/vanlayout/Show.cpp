@@ -1,16 +1,13 @@
 #include "Show.h"
 
+#include "Answer.h"
 #include "Explain.h"
-#include "Printable.h"
 #include "Printer.h"
-#include "cspro/DecimalQuestion.h"
 #include "import/ReadReport.h"
 
 #include <QFile>
 
 #include <algorithm>
-#include <iostream>
-#include <new>
 
 #ifdef Q_OS_UNIX
 #include <sys/ioctl.h>
@@ -19,8 +16,6 @@
 
 namespace
 {
-
-constexpr size_t outputBufferSize = 1 << 16;
 
 // The width of the terminal that standard output is; 0 where it is none.
 int terminalWidth()
@@ -47,56 +42,29 @@ std::unique_ptr<Printer> makePrinter(const ShowOptions &options)
 void tellOfNotes(const QString &file, const ReadReport &report)
 {
     if (!report.isEmpty())
-        complain(file, QStringLiteral("%1; vanlayout explain shows them").arg(countsOf(report)));
+        complainOfFile(file, QStringLiteral("%1; vanlayout explain shows them").arg(countsOf(report)));
 }
 
 int showFile(const QString &file, const FileType *type, Printer &printer)
 {
-    const QString subject = file.isEmpty() ? QStringLiteral("''") : file;
-    try {
+    return answerFor(file, [&]() -> int {
         ReadReport report;
         const Layout layout = readLayout(file, type, &report);
-        if (layout.problem.isEmpty()) {
-            printer.printLayout(layout);
-            tellOfNotes(subject, report);
-            return statusFine;
+        if (!layout.problem.isEmpty()) {
+            printer.printProblem(layout);
+            return noAnswerFor(file, layout.problem);
         }
-        printer.printProblem(layout);
-        complain(subject, layout.problem);
-    } catch (const std::bad_alloc &) {
-        complain(subject, QStringLiteral("not enough memory"));
-    }
-    return statusNoAnswer;
+        printer.printLayout(layout);
+        tellOfNotes(file, report);
+        return statusFine;
+    });
 }
 
 } // namespace
 
-void answerDecimalQuestions(const std::string &decimals)
-{
-    if (decimals == "ask")
-        return;
-    const int button = decimals == "yes" ? QMessageBox::YesToAll : QMessageBox::NoToAll;
-    setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
-}
-
-void complain(const QString &subject, const QString &problem)
-{
-    const QString line = subject.isEmpty() ? problem : subject + QLatin1String(": ") + problem;
-    std::fprintf(stderr, "vanlayout: %s\n", printable(line).toLocal8Bit().constData());
-}
-
-int statusAfterOutput(int status)
-{
-    std::cout.flush();
-    if (std::fflush(stdout) == 0 && !std::ferror(stdout) && std::cout)
-        return status;
-    complain(QStringLiteral("standard output"), QStringLiteral("cannot be written"));
-    return statusNoAnswer;
-}
-
 int show(const ShowOptions &options)
 {
-    std::setvbuf(stdout, nullptr, _IOFBF, outputBufferSize);
+    bufferOutput();
     answerDecimalQuestions(options.decimals);
     const FileType *type = fileTypeNamed(options.type);
     const auto printer = makePrinter(options);

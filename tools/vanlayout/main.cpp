@@ -1,3 +1,4 @@
+#include "Answer.h"
 #include "Codebook.h"
 #include "DiffCommand.h"
 #include "Explain.h"

@@ -1,0 +1,57 @@
+#include "Answer.h"
+
+#include "Printable.h"
+#include "cspro/DecimalQuestion.h"
+
+#include <cstdio>
+#include <iostream>
+#include <new>
+
+void answerDecimalQuestions(const std::string &decimals)
+{
+    if (decimals == "ask")
+        return;
+    const int button = decimals == "yes" ? QMessageBox::YesToAll : QMessageBox::NoToAll;
+    setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
+}
+
+void complain(const QString &subject, const QString &problem)
+{
+    const QString line = subject.isEmpty() ? problem : subject + QLatin1String(": ") + problem;
+    std::fprintf(stderr, "vanlayout: %s\n", printable(line).toLocal8Bit().constData());
+}
+
+void complainOfFile(const QString &file, const QString &problem)
+{
+    complain(file.isEmpty() ? QStringLiteral("''") : file, problem);
+}
+
+int noAnswerFor(const QString &file, const QString &problem)
+{
+    complainOfFile(file, problem);
+    return statusNoAnswer;
+}
+
+int answerFor(const QString &file, const std::function<int()> &answer)
+{
+    try {
+        return answer();
+    } catch (const std::bad_alloc &) {
+        return noAnswerFor(file, QStringLiteral("not enough memory"));
+    }
+}
+
+void bufferOutput()
+{
+    constexpr size_t bufferSize = 1 << 16;
+    std::setvbuf(stdout, nullptr, _IOFBF, bufferSize);
+}
+
+int statusAfterOutput(int status)
+{
+    std::cout.flush();
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout) && std::cout)
+        return status;
+    complain(QStringLiteral("standard output"), QStringLiteral("cannot be written"));
+    return statusNoAnswer;
+}
