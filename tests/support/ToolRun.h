@@ -74,6 +74,20 @@ private:
     QString pathOf(const QString &name) const { return QDir(path()).filePath(name); }
 };
 
+/// Runs a line of the shell in the folder of a test; "$0" is the tool.
+inline Run runShell(const ToolFolder &folder, const QString &line)
+{
+    QProcess shell;
+    shell.setWorkingDirectory(folder.path());
+    shell.start("sh", { "-c", line, VAN_TOOL });
+    if (!shell.waitForFinished(patience) || shell.exitStatus() != QProcess::NormalExit) {
+        shell.kill();
+        shell.waitForFinished();
+        return {};
+    }
+    return { shell.exitCode(), shell.readAllStandardOutput(), shell.readAllStandardError() };
+}
+
 /// The bytes of a file in UTF-16, which holds any unit.
 inline QByteArray inUtf16(const QString &text)
 {

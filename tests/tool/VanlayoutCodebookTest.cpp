@@ -465,6 +465,76 @@ private Q_SLOTS:
         QVERIFY(pipe.taken(patience) == page);
     }
 
+    // Behind what stands in the file that it leads to.
+    void descriptorIsWrittenToAndItsFileStays_data()
+    {
+        QTest::addColumn<QString>("call");
+        QTest::newRow("standard output") << "\"$0\" codebook fine.dcf -o - >> all.html";
+        QTest::newRow("its device") << "\"$0\" codebook fine.dcf -o /dev/stdout >> all.html";
+        QTest::newRow("its descriptor") << "\"$0\" codebook fine.dcf -o /dev/fd/1 >> all.html";
+        QTest::newRow("its place in the process") << "\"$0\" codebook fine.dcf -o /proc/self/fd/1 >> all.html";
+        QTest::newRow("link to it") << "ln -sf /dev/stdout out.html; \"$0\" codebook fine.dcf -o out.html >> all.html";
+        QTest::newRow("another descriptor") << "\"$0\" codebook fine.dcf -o /dev/fd/3 3>> all.html";
+    }
+    void descriptorIsWrittenToAndItsFileStays()
+    {
+        if (!QFile::exists(QStringLiteral("/proc/self/fd")))
+            QSKIP("the system has no /proc");
+        QFETCH(QString, call);
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
+        const QByteArray page = pageOf("fine.dcf");
+        QVERIFY(!page.isEmpty());
+        folder.write("all.html", "HEADER\n");
+        const Run made = runShell(folder, call);
+        QFile::remove(folder.filePath("out.html"));
+        QCOMPARE(made.status, fine);
+        QCOMPARE(made.err, QByteArray());
+        QCOMPARE(made.out, QByteArray());
+        QVERIFY(folder.read("all.html") == "HEADER\n" + page);
+    }
+
+    void descriptorThatCannotBeWrittenToIsStatus2AndOneLine_data()
+    {
+        QTest::addColumn<QString>("call");
+        QTest::addColumn<QByteArray>("problem");
+        QTest::newRow("not open") << "\"$0\" codebook fine.dcf -o /dev/fd/9"
+                                  << QByteArray("/dev/fd/9: cannot be written: ");
+        QTest::newRow("open to be read") << "\"$0\" codebook fine.dcf -o /dev/stdin < all.html"
+                                         << QByteArray("/dev/stdin: cannot be written: ");
+        QTest::newRow("of the file to read") << "\"$0\" codebook fine.dcf -o /dev/fd/3 3>> fine.dcf"
+                                             << QByteArray("/dev/fd/3: is the file to read, and is not written over\n");
+        QTest::newRow("of another process")
+            << "exec 3>> all.html; ln -sf /proc/$$/fd/3 out.html; \"$0\" codebook fine.dcf -o out.html; exit $?"
+            << QByteArray("out.html: is open in another process, and is not written to\n");
+    }
+    void descriptorThatCannotBeWrittenToIsStatus2AndOneLine()
+    {
+        if (!QFile::exists(QStringLiteral("/proc/self/fd")))
+            QSKIP("the system has no /proc");
+        QFETCH(QString, call);
+        QFETCH(QByteArray, problem);
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
+        folder.write("all.html", "HEADER\n");
+        const Run made = runShell(folder, call);
+        QFile::remove(folder.filePath("out.html"));
+        verifyComplaint(made, problem);
+        QCOMPARE(folder.read("all.html"), QByteArray("HEADER\n"));
+        QCOMPARE(folder.read("fine.dcf"), dictionaryWith("L", "One"));
+    }
+
+    void linksWithoutAnEndAreNotReplaced()
+    {
+        folder.write("fine.dcf", dictionaryWith("L", "One"));
+        const QTemporaryDir room(folder.filePath("room"));
+        QVERIFY(QFile::link("second", room.filePath("first")));
+        QVERIFY(QFile::link("first", room.filePath("second")));
+        const QString output = room.filePath("first");
+        verifyComplaint(folder.run({ "codebook", "fine.dcf", "-o", output }),
+                        QFile::encodeName(output) + ": cannot be written: ");
+        QCOMPARE(QFileInfo(output).symLinkTarget(), room.filePath("second"));
+        QCOMPARE(QFileInfo(room.filePath("second")).symLinkTarget(), output);
+    }
+
     // The system lets the tool write less than the page.
     void fullDiskLeavesWhatStoodThere_data() { addWhatStandsThere(); }
     void fullDiskLeavesWhatStoodThere()
@@ -475,14 +545,8 @@ private Q_SLOTS:
         if (isThere)
             folder.write("page.html", "old");
         const QStringList before = QDir(folder.path()).entryList();
-        QProcess shell;
-        shell.setWorkingDirectory(folder.path());
-        shell.start("sh",
-                    { "-c", "trap '' XFSZ && ulimit -f 8 && exec \"$0\" codebook fine.dcf -o page.html", VAN_TOOL });
-        QVERIFY2(shell.waitForStarted(), "there is no sh");
-        QVERIFY(shell.waitForFinished(patience));
-        QCOMPARE(shell.exitStatus(), QProcess::NormalExit);
-        verifyComplaint({ shell.exitCode(), {}, shell.readAllStandardError() }, "page.html: cannot be written: ");
+        const Run made = runShell(folder, "trap '' XFSZ && ulimit -f 8 && exec \"$0\" codebook fine.dcf -o page.html");
+        verifyComplaint(made, "page.html: cannot be written: ");
         QCOMPARE(QDir(folder.path()).entryList(), before);
         QCOMPARE(folder.read("page.html"), QByteArray(isThere ? "old" : ""));
     }
