@@ -666,6 +666,25 @@ private Q_SLOTS:
             QCOMPARE(column["datatype"].toObject().keys(), QStringList("base"));
     }
 
+    void realNumberOfASourceWithoutColumnsCanHaveAnExponent_data()
+    {
+        sourcesWithoutColumnsStateNoPositionsAndBounds_data();
+    }
+    void realNumberOfASourceWithoutColumnsCanHaveAnExponent()
+    {
+        QFETCH(QString, file);
+        const QJsonArray columns = json("csvw", file)["tableSchema"].toObject()["columns"].toArray();
+        const QJsonArray fields = form(file)["fields"].toArray();
+        QCOMPARE(columns.size(), fields.size());
+        int reals = 0;
+        for (int i = 0; i < fields.size(); ++i) {
+            const bool isReal = fields.at(i)["type"].toString() == "REAL";
+            QCOMPARE(columns.at(i)["datatype"]["base"].toString() == "double", isReal);
+            reals += isReal;
+        }
+        QVERIFY(reals > 0);
+    }
+
     void namesBecomeUnique()
     {
         write("[Dictionary]\nName=D\nRecordTypeStart=1\nRecordTypeLen=1\n\n"

@@ -33,13 +33,14 @@ QString columnName(const QString &name)
     return result;
 }
 
-const char *datatypeOf(ValueKind kind)
+// A decimal has no exponent, which a number that is stored as a double can be written with.
+const char *datatypeOf(ValueKind kind, bool isInColumns)
 {
     switch (kind) {
     case ValueKind::whole:
         return "integer";
     case ValueKind::real:
-        return "decimal";
+        return isInColumns ? "decimal" : "double";
     case ValueKind::text:
     case ValueKind::unknown:
         break;
@@ -98,7 +99,7 @@ private:
     QJsonObject datatype(const TVpSourceField &field) const
     {
         const ValueKind kind = kindOf(field);
-        QJsonObject datatype{ { QStringLiteral("base"), QLatin1String(datatypeOf(kind)) } };
+        QJsonObject datatype{ { QStringLiteral("base"), QLatin1String(datatypeOf(kind, isInColumns)) } };
         if (!isInColumns)
             return datatype;
         if (kind == ValueKind::text && field.length > 0)
