@@ -339,14 +339,7 @@ private Q_SLOTS:
 
     void valueOfARecordTypeIsANumberOrAnyText()
     {
-        const auto record = [](const QByteArray &name, const QByteArray &value) {
-            return "{ \"name\": \"" + name + "\", \"recordType\": \"" + value + "\", \"items\": [ "
-                + jsonItem(name + "_1") + " ] }";
-        };
-        write("{ \"recordType\": { \"start\": 1, \"length\": 1 }, \"levels\": [ { \"name\": \"L\", \"ids\": { "
-              "\"items\": [] "
-              "}, \"records\": [ "
-              + record("HOUSE", "1") + ", " + record("PERSON", "=") + " ] } ] }");
+        write(dictionaryOfRecords({ { "HOUSE", "1" }, { "PERSON", "=" } }));
         const QVector<Element> groups = ddi("survey.dcf").one("fileDscr/fileTxt/fileStrc").all("recGrp");
         QCOMPARE(groups.size(), 2);
         QCOMPARE(groups.at(0)["rectype"], QString("1"));
@@ -355,6 +348,45 @@ private Q_SLOTS:
         QCOMPARE(groups.at(1)["rtypevtype"], QString("character"));
         QCOMPARE(groups.at(1).one("labl").text, QString("PERSON"));
         QCOMPARE(ddiVariables("survey.dcf").value(1)["rectype"], QString("="));
+    }
+
+    void nameOfARecordCanHoldAnEqualsSign()
+    {
+        write(dictionaryOfRecords({ { "A=B", "1" }, { "A", "=" } }));
+        const Run run = exported("ddi", "survey.dcf");
+        const QVector<Element> groups = readDdi(run.out).one("fileDscr/fileTxt/fileStrc").all("recGrp");
+        QCOMPARE(groups.size(), 2);
+        QCOMPARE(groups.at(0).one("labl").text, QString("A=B"));
+        QCOMPARE(groups.at(0)["rectype"], QString("1"));
+        QCOMPARE(groups.at(0).one("recDimnsn/varQnty").text, QString("1"));
+        QCOMPARE(groups.at(1).one("labl").text, QString("A"));
+        QCOMPARE(groups.at(1)["rectype"], QString("="));
+        const QVector<Element> variables = ddiVariables("survey.dcf");
+        QCOMPARE(variables.value(0)["rectype"], QString("1"));
+        QCOMPARE(variables.value(1)["rectype"], QString("="));
+        if (!canValidate())
+            QSKIP("xmllint or the schema of DDI Codebook 2.5 is not here");
+        QCOMPARE(schemaViolations(run.out), QByteArray());
+    }
+
+    void recordOfAVariableIsNotToldWhereTwoShareItsName()
+    {
+        write(dictionaryOfRecords({ { "HOUSE", "1" }, { "PERSON", "2" }, { "PERSON", "3" } }));
+        const Run run = exported("ddi", "survey.dcf");
+        const QVector<Element> groups = readDdi(run.out).one("fileDscr/fileTxt/fileStrc").all("recGrp");
+        QCOMPARE(groups.size(), 3);
+        QCOMPARE(groups.at(1)["rectype"], QString("2"));
+        QCOMPARE(groups.at(2)["rectype"], QString("3"));
+        QCOMPARE(groups.at(0).all("recDimnsn").size(), 1);
+        QVERIFY(groups.at(1).all("recDimnsn").isEmpty());
+        const QVector<Element> variables = ddiVariables("survey.dcf");
+        QCOMPARE(variables.size(), 3);
+        QCOMPARE(variables.at(0)["rectype"], QString("1"));
+        QVERIFY(!variables.at(1).attributes.hasAttribute("rectype"));
+        QVERIFY(!variables.at(2).attributes.hasAttribute("rectype"));
+        if (!canValidate())
+            QSKIP("xmllint or the schema of DDI Codebook 2.5 is not here");
+        QCOMPARE(schemaViolations(run.out), QByteArray());
     }
 
     void recordsThatAreAllAlikeAreOfNoType()
@@ -1050,6 +1082,18 @@ private:
     {
         return "{ \"name\": \"" + text + "\", \"labels\": [ { \"text\": \"" + text
             + "\" } ], \"contentType\": \"numeric\", \"start\": 1, \"length\": 2 }";
+    }
+
+    // A dictionary in the JSON form of these records, each a name and a value, with one item.
+    static QByteArray dictionaryOfRecords(const QVector<QPair<QByteArray, QByteArray>> &records)
+    {
+        QByteArrayList written;
+        for (const auto &[name, value] : records)
+            written.append("{ \"name\": \"" + name + "\", \"recordType\": \"" + value + "\", \"items\": [ "
+                           + jsonItem(name + "_1") + " ] }");
+        return "{ \"recordType\": { \"start\": 1, \"length\": 1 }, \"levels\": [ { \"name\": \"L\", \"ids\": { "
+               "\"items\": [] }, \"records\": [ "
+            + written.join(", ") + " ] } ] }";
     }
 
     // A dictionary in the JSON form of one item for each text, which is its name and its label, with JSON's escapes.

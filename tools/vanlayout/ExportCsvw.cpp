@@ -104,7 +104,7 @@ private:
             return datatype;
         if (kind == ValueKind::text && field.length > 0)
             datatype.insert(QLatin1String("maxLength"), field.length);
-        const Bounds bounds = boundsOf(field);
+        const Bounds bounds = boundsOf(field, kind);
         if (!bounds.minimum.isEmpty())
             datatype.insert(QLatin1String("minimum"), bounds.minimum);
         if (!bounds.maximum.isEmpty())

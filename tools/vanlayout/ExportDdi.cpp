@@ -1,6 +1,7 @@
 #include "Export.h"
 
 #include "ExportedVariable.h"
+#include "Records.h"
 
 #include <QHash>
 #include <QXmlStreamWriter>
@@ -33,19 +34,6 @@ QString xmlText(const QString &text)
             unit = visibleSign(unit);
     }
     return shown;
-}
-
-// A record type: its name in the layout, and the value in the data that tells it.
-struct RecordType {
-    QString name;
-    QString value;
-};
-
-// A group reads name, `=`, value: the value is any text, a name holds no `=`.
-RecordType recordTypeOf(const QString &group)
-{
-    const int sign = group.indexOf(QLatin1Char('='));
-    return { group.left(sign), sign < 0 ? QString() : group.mid(sign + 1) };
 }
 
 class DdiWriter
@@ -83,11 +71,10 @@ private:
     // Where all records are alike, their only group is no type.
     void readRecordTypes()
     {
-        const int count = layout.importer->isMultiple() ? layout.importer->getGroupCount() : 0;
-        for (int i = 0; i < count; ++i) {
-            recordTypes.append(recordTypeOf(layout.importer->getGroupName(i)));
-            recordTypeValues.insert(recordTypes.last().name, recordTypes.last().value);
-        }
+        if (layout.importer->isMultiple())
+            recordTypes = recordTypesOf(layout);
+        for (const RecordType &type : qAsConst(recordTypes))
+            recordTypesOfName[type.name].append(type.value);
         for (const TVpSourceField *field : fields)
             ++variableCounts[field->group];
     }
@@ -141,32 +128,37 @@ private:
         writeAttribute(QStringLiteral("rtypevtype"),
                        isNumeric ? QStringLiteral("numeric") : QStringLiteral("character"));
         writeText(QStringLiteral("labl"), type.name);
-        xml.writeStartElement(QStringLiteral("recDimnsn"));
-        writeText(QStringLiteral("varQnty"), QString::number(variableCounts.value(type.name)));
-        xml.writeEndElement();
+        if (isNameOfOneRecord(type.name)) {
+            xml.writeStartElement(QStringLiteral("recDimnsn"));
+            writeText(QStringLiteral("varQnty"), QString::number(variableCounts.value(type.name)));
+            xml.writeEndElement();
+        }
         xml.writeEndElement();
     }
+
+    // Of two records that share a name, the layout does not tell to which one a variable belongs.
+    bool isNameOfOneRecord(const QString &name) const { return recordTypesOfName.value(name).size() == 1; }
 
     void writeVariable(const TVpSourceField &field, int number)
     {
         const QVector<Category> categories = categoriesOf(field);
+        const ValueKind kind = kindOf(field);
         xml.writeStartElement(QStringLiteral("var"));
-        writeVariableAttributes(field, number);
+        writeVariableAttributes(field, kind, number);
         writeLocation(field);
         writeTextIfAny(QStringLiteral("labl"), field.label);
-        if (isNumber(kindOf(field))) {
-            writeValidRange(field);
-            writeInvalidValues(field);
+        if (isNumber(kind)) {
+            writeValidRange(field, kind);
+            writeInvalidValues(field, kind);
         }
         for (const Category &category : categories)
             writeCategory(category);
-        writeFormat(kindOf(field));
+        writeFormat(kind);
         xml.writeEndElement();
     }
 
-    void writeVariableAttributes(const TVpSourceField &field, int number)
+    void writeVariableAttributes(const TVpSourceField &field, ValueKind kind, int number)
     {
-        const ValueKind kind = kindOf(field);
         const bool isContinuous = isNumber(kind) && field.valueLabels.isEmpty();
         writeAttribute(QStringLiteral("ID"), QLatin1Char('V') + QString::number(number));
         writeAttribute(QStringLiteral("name"), field.fieldName);
@@ -174,9 +166,8 @@ private:
         if (kind == ValueKind::whole) // of a real number the layout does not tell the decimals
             writeAttribute(QStringLiteral("dcml"), QStringLiteral("0"));
         writeAttribute(QStringLiteral("intrvl"), isContinuous ? QStringLiteral("contin") : QStringLiteral("discrete"));
-        const auto type = recordTypeValues.constFind(field.group);
-        if (type != recordTypeValues.constEnd())
-            writeAttribute(QStringLiteral("rectype"), *type);
+        if (isNameOfOneRecord(field.group))
+            writeAttribute(QStringLiteral("rectype"), recordTypesOfName.value(field.group).first());
     }
 
     void writeLocation(const TVpSourceField &field)
@@ -190,14 +181,14 @@ private:
         writeAttribute(QStringLiteral("fileid"), fileId);
     }
 
-    void writeValidRange(const TVpSourceField &field)
+    void writeValidRange(const TVpSourceField &field, ValueKind kind)
     {
-        const Bounds bounds = isInColumns ? boundsOf(field) : Bounds();
+        const Bounds bounds = isInColumns ? boundsOf(field, kind) : Bounds();
         if (bounds.minimum.isEmpty() && bounds.maximum.isEmpty())
             return;
         xml.writeStartElement(QStringLiteral("valrng"));
         xml.writeEmptyElement(QStringLiteral("range"));
-        writeUnits(field);
+        writeUnits(kind);
         if (!bounds.minimum.isEmpty())
             writeAttribute(QStringLiteral("min"), bounds.minimum);
         if (!bounds.maximum.isEmpty())
@@ -205,7 +196,7 @@ private:
         xml.writeEndElement();
     }
 
-    void writeInvalidValues(const TVpSourceField &field)
+    void writeInvalidValues(const TVpSourceField &field, ValueKind kind)
     {
         const QStringList codes = missingCodesOf(field);
         if (codes.isEmpty())
@@ -213,15 +204,15 @@ private:
         xml.writeStartElement(QStringLiteral("invalrng"));
         for (const QString &code : codes) {
             xml.writeEmptyElement(QStringLiteral("item"));
-            writeUnits(field);
+            writeUnits(kind);
             writeAttribute(QStringLiteral("VALUE"), code);
         }
         xml.writeEndElement();
     }
 
-    void writeUnits(const TVpSourceField &field)
+    void writeUnits(ValueKind kind)
     {
-        const bool isWhole = kindOf(field) == ValueKind::whole;
+        const bool isWhole = kind == ValueKind::whole;
         writeAttribute(QStringLiteral("UNITS"), isWhole ? QStringLiteral("INT") : QStringLiteral("REAL"));
     }
 
@@ -261,8 +252,8 @@ private:
     QXmlStreamWriter xml;
     bool isInColumns;
     QVector<RecordType> recordTypes;
-    QHash<QString, QString> recordTypeValues; ///< by name
-    QHash<QString, int> variableCounts;       ///< by group
+    QHash<QString, QStringList> recordTypesOfName; ///< their values
+    QHash<QString, int> variableCounts;            ///< by group
 };
 
 } // namespace

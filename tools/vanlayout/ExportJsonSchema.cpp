@@ -53,10 +53,11 @@ private:
     QJsonObject property(const TVpSourceField &field, const QString &key) const
     {
         const QVector<Category> categories = categoriesOf(field);
-        QJsonObject property = categories.isEmpty() ? values(field) : typeSchema(kindOf(field));
+        const ValueKind kind = kindOf(field);
+        QJsonObject property = categories.isEmpty() ? values(field, kind) : typeSchema(kind);
         property.insert(QLatin1String("title"), propertyTitle(field, key));
         if (!categories.isEmpty())
-            property.insert(QLatin1String("anyOf"), alternatives(field, categories));
+            property.insert(QLatin1String("anyOf"), alternatives(field, kind, categories));
         return property;
     }
 
@@ -71,26 +72,25 @@ private:
 
     // Any value in the bounds, or a code: a value set need not list every value, and a missing code need not lie in the
     // bounds. A code that is no value of the variable's type cannot stand in a record.
-    QJsonArray alternatives(const TVpSourceField &field, const QVector<Category> &categories) const
+    QJsonArray alternatives(const TVpSourceField &field, ValueKind kind, const QVector<Category> &categories) const
     {
-        QJsonArray alternatives{ values(field) };
+        QJsonArray alternatives{ values(field, kind) };
         for (const Category &category : categories) {
-            const QJsonValue value = valueOf(category.code, kindOf(field));
+            const QJsonValue value = valueOf(category.code, kind);
             if (!value.isUndefined())
                 alternatives.append(codeSchema(category, value));
         }
         return alternatives;
     }
 
-    QJsonObject values(const TVpSourceField &field) const
+    QJsonObject values(const TVpSourceField &field, ValueKind kind) const
     {
-        const ValueKind kind = kindOf(field);
         QJsonObject values = typeSchema(kind);
         if (!isInColumns)
             return values;
         if (kind == ValueKind::text && field.length > 0)
             values.insert(QLatin1String("maxLength"), field.length);
-        const Bounds bounds = boundsOf(field);
+        const Bounds bounds = boundsOf(field, kind);
         if (!bounds.minimum.isEmpty())
             values.insert(QLatin1String("minimum"), valueOf(bounds.minimum, kind));
         if (!bounds.maximum.isEmpty())

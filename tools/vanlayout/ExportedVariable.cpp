@@ -136,9 +136,8 @@ std::optional<double> realNumberOf(const QString &code)
     return isReal && std::isfinite(number) && !isExponential(code) ? std::optional<double>(number) : std::nullopt;
 }
 
-Bounds boundsOf(const TVpSourceField &field)
+Bounds boundsOf(const TVpSourceField &field, ValueKind kind)
 {
-    const ValueKind kind = kindOf(field);
     if (!isNumber(kind) || (kind == ValueKind::real && field.valueLabels.isEmpty()))
         return {};
     const auto stated = [kind](const QString &bound) { return isStatedExactly(bound, kind) ? bound : QString(); };

@@ -51,8 +51,8 @@ struct Bounds {
 };
 
 /// The bounds of a number laid out in columns. A real number without value labels has none: its bounds are the nines of
-/// its whole digits, which a value with decimals goes beyond.
-Bounds boundsOf(const TVpSourceField &field);
+/// its whole digits, which a value with decimals goes beyond. \a kind is that of the field.
+Bounds boundsOf(const TVpSourceField &field, ValueKind kind);
 
 /// One name for each variable, as \a spelling writes it, no two the same. A name that several variables bear gets its
 /// group and a point in front; where that does not tell them apart, the second gets `_2` behind it, the next `_3`. A
