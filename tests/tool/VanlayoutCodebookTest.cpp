@@ -7,6 +7,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -52,6 +53,29 @@ QVector<QStringList> labelsOf(const QJsonObject &data, const QJsonObject &variab
     for (int i = 0; i + 1 < set.size(); i += 2)
         labels.append({ set.at(i).toString(), set.at(i + 1).toString() });
     return labels;
+}
+
+// The records of the data, each as name and type.
+QStringList recordsOf(const QByteArray &page)
+{
+    QStringList records;
+    for (const auto &group : dataOf(page)["groups"].toArray())
+        records.append(group.toObject()["name"].toString() + '/' + group.toObject()["type"].toString());
+    return records;
+}
+
+// A CSPro 8 dictionary of these records, each with its name, its type and one variable.
+QByteArray dictionaryOfRecords(const QList<QByteArrayList> &records)
+{
+    QByteArrayList written;
+    for (const QByteArrayList &record : records)
+        written.append("{ \"name\": \"" + record.at(0) + "\", \"recordType\": \"" + record.at(1)
+                       + "\", \"items\": [ { \"name\": \"" + record.at(2)
+                       + "\", \"labels\": [ { \"text\": \"L\" } ], \"contentType\": \"numeric\", \"start\": 2, "
+                         "\"length\": 2 } ] }");
+    return "{ \"recordType\": { \"start\": 1, \"length\": 1 }, \"levels\": [ { \"name\": \"L\", \"ids\": { "
+           "\"items\": [] }, \"records\": [ "
+        + written.join(", ") + " ] } ] }";
 }
 
 // A dictionary of one variable with a label and a value label.
@@ -121,13 +145,68 @@ private Q_SLOTS:
 
     void recordsHaveTheirTypes()
     {
-        const QJsonObject data = dataOf(pageOf(QStringLiteral(VAN_EXAMPLES "/census.dcf")));
-        QStringList records;
-        for (const auto &group : data["groups"].toArray())
-            records.append(group.toObject()["name"].toString() + '/' + group.toObject()["type"].toString());
-        QCOMPARE(records, (QStringList{ "Common/", "HOUSING/H", "POPULATION/P", "MORTALITY/M" }));
+        const QByteArray page = pageOf(QStringLiteral(VAN_EXAMPLES "/census.dcf"));
+        const QJsonObject data = dataOf(page);
+        QCOMPARE(recordsOf(page), (QStringList{ "Common/", "HOUSING/H", "POPULATION/P", "MORTALITY/M" }));
         QCOMPARE(data["recordType"].toObject()["start"].toInt(), 1);
         QCOMPARE(data["recordType"].toObject()["length"].toInt(), 1);
+    }
+
+    void onlyRecordOfALayoutHasItsVariables()
+    {
+        folder.write("one.dcf",
+                     "[Dictionary]\nVersion=CSPro 7.7\nName=D\nRecordTypeStart=0\nRecordTypeLen=0\n\n[Record]\n"
+                     "Name=ONE\nRecordTypeValue=\n\n[Item]\nLabel=A\nName=A\nStart=1\nLen=1\n\n"
+                     "[Item]\nLabel=B\nName=B\nStart=2\nLen=1\n");
+        QVERIFY(folder.run({ "codebook", "one.dcf", "-o", "page.html" }).status == fine);
+        const QByteArray page = folder.read("page.html");
+        QCOMPARE(recordsOf(page), QStringList("ONE/"));
+        const QJsonArray variables = dataOf(page)["variables"].toArray();
+        QCOMPARE(variables.size(), 2);
+        for (const auto &variable : variables)
+            QCOMPARE(variable.toObject()["group"].toInt(), 0);
+        QVERIFY(page.contains("<li><b>1</b> record</li>"));
+    }
+
+    void nameAndTypeOfARecordCanHoldAnEqualsSign()
+    {
+        folder.write("signs.dcf", dictionaryOfRecords({ { "A=B", "1", "X" }, { "A", "=", "Y" } }));
+        QCOMPARE(folder.run({ "codebook", "signs.dcf", "-o", "page.html" }).status, fine);
+        QCOMPARE(recordsOf(folder.read("page.html")), (QStringList{ "A=B/1", "A/=" }));
+    }
+
+    void recordsThatShareANameTellAllTheirTypes()
+    {
+        folder.write("shared.dcf", dictionaryOfRecords({ { "A", "1", "X" }, { "A", "2", "Y" } }));
+        QCOMPARE(folder.run({ "codebook", "shared.dcf", "-o", "page.html" }).status, fine);
+        QCOMPARE(recordsOf(folder.read("page.html")), QStringList("A/1, 2"));
+    }
+
+    void lengthsAreWidthsInCharactersInDictionariesAlone()
+    {
+        folder.write("plain.dcf", dictionaryWith("L", "One"));
+        QVERIFY(dataOf(pageOf("plain.dcf"))["inColumns"].toBool());
+        for (const char *name : { "types.sav", "types-118.dta" }) {
+            const QJsonObject data = dataOf(pageOf(QStringLiteral(VAN_MADE_DATA "/") + name));
+            QVERIFY2(data["inColumns"].isBool() && !data["inColumns"].toBool(), name);
+        }
+    }
+
+    // More than an int holds, in a moment: occurrences share their value labels.
+    void valueLabelsAreCountedForEachVariable()
+    {
+        constexpr int labels = 40000;
+        QByteArray text = dictionaryWith("L", "One")
+            + "\n[Item]\nLabel=M\nName=M\nStart=3\nLen=5\nDataType=Numeric\nOccurrences=60000\n\n"
+              "[ValueSet]\nLabel=V\nName=V\n";
+        for (int i = 0; i < labels; ++i)
+            text += "Value=" + QByteArray::number(i) + ";Place\n";
+        folder.write("many.dcf", text);
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(folder.run({ "codebook", "many.dcf", "-o", "page.html" }).status, fine);
+        QVERIFY2(timer.elapsed() < patience / 2, qPrintable(QString::number(timer.elapsed())));
+        QVERIFY(folder.read("page.html").contains("<li><b>2,400,000,001</b> value labels</li>"));
     }
 
     void equalValueLabelsStandOnce()

@@ -11,6 +11,7 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QLocale>
 
 namespace
@@ -34,17 +35,17 @@ QByteArray hashSource(const QByteArray &content)
 }
 
 // As the page's script writes a number.
-QByteArray written(int count)
+QByteArray written(qint64 count)
 {
     return QLocale(QLocale::English, QLocale::UnitedStates).toString(count).toLatin1();
 }
 
-QByteArray countItem(int count, const char *one, const char *several)
+QByteArray countItem(qint64 count, const char *one, const char *several)
 {
     return "<li><b>" + written(count) + "</b> " + (count == 1 ? one : several) + "</li>\n";
 }
 
-QByteArray gravityItem(int count, const QByteArray &gravity)
+QByteArray gravityItem(qint64 count, const QByteArray &gravity)
 {
     return "<li><a href=\"#page-" + gravity + "\"><b>" + written(count) + "</b> " + gravity + "</a></li>\n";
 }
@@ -108,21 +109,32 @@ private:
 
     QByteArray counts() const
     {
-        int labels = 0;
-        for (const TVpSourceField *field : *layout.provider.getFields())
-            labels += cutValueLabels(field->valueLabels).size();
         QByteArray items = countItem(layout.provider.getFields()->size(), "variable", "variables");
         if (const int records = layout.importer->getGroupCount())
             items += countItem(records, "record", "records");
-        items += countItem(labels, "value label", "value labels");
+        items += countItem(valueLabelCount(), "value label", "value labels");
         return items + noteCounts();
+    }
+
+    // Of every variable its own. A set that variables hold in common, as all occurrences of an item do, is cut once.
+    qint64 valueLabelCount() const
+    {
+        QHash<const QChar *, int> counts;
+        qint64 sum = 0;
+        for (const TVpSourceField *field : *layout.provider.getFields()) {
+            auto count = counts.constFind(field->valueLabels.constData());
+            if (count == counts.constEnd())
+                count = counts.insert(field->valueLabels.constData(), cutValueLabels(field->valueLabels).size());
+            sum += *count;
+        }
+        return sum;
     }
 
     // Of all notes, those that the report did not keep included.
     QByteArray noteCounts() const
     {
         QByteArray items;
-        int sum = 0;
+        qint64 sum = 0;
         for (const NoteGravity gravity : gravities) {
             const int count = report.count(gravity);
             if (count > 0)

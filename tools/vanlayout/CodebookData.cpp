@@ -1,6 +1,8 @@
 #include "CodebookData.h"
 
+#include "ExportedVariable.h"
 #include "Json.h"
+#include "Records.h"
 #include "import/SourceField.h"
 
 #include <rapidjson/writer.h>
@@ -87,22 +89,33 @@ void writeSome(Json &json, const char *key, int number)
     json.Int(number);
 }
 
-/// Numbers for texts, from 0 in the order in which they come first.
+/// Numbers for texts, from 0 in the order in which they come first. Long ones that share their data are compared once.
 class Numbering
 {
 public:
     int numberOf(const QString &text)
     {
-        const auto known = numbers.constFind(text);
-        if (known != numbers.constEnd())
-            return *known;
-        texts.append(text);
-        return *numbers.insert(text, texts.size() - 1);
+        const auto same = numbersOfData.constFind(text.constData());
+        if (same != numbersOfData.constEnd())
+            return same->number;
+        auto known = numbers.constFind(text);
+        if (known == numbers.constEnd()) {
+            known = numbers.insert(text, texts.size());
+            texts.append(text);
+        }
+        numbersOfData.insert(text.constData(), { text, *known });
+        return *known;
     }
     const QStringList &inOrder() const { return texts; }
 
 private:
+    struct Numbered {
+        QString text; // keeps its data where it is
+        int number = 0;
+    };
+
     QHash<QString, int> numbers;
+    QHash<const QChar *, Numbered> numbersOfData;
     QStringList texts;
 };
 
@@ -120,6 +133,8 @@ public:
     void write()
     {
         json.StartObject();
+        json.Key("inColumns");
+        json.Bool(hasColumns(layout));
         writeRecordType();
         writeFields();
         writeLabelSets();
@@ -189,29 +204,43 @@ private:
         json.EndArray();
     }
 
-    // The groups of the variables in their order, then those of the importer that have none. The importer names a group
-    // with its record type, as in "HOUSING=H".
     void writeGroups()
     {
-        QHash<QString, QString> types;
-        for (int i = 0; i < layout.importer->getGroupCount(); ++i) {
-            const QString text = layout.importer->getGroupName(i);
-            const int sign = text.indexOf(QLatin1Char('='));
-            const QString name = text.left(sign);
-            groups.numberOf(name);
-            if (sign >= 0 && !types.contains(name))
-                types.insert(name, text.mid(sign + 1));
-        }
+        const QVector<RecordType> records = recordTypesOf(layout);
         json.Key("groups");
         json.StartArray();
-        for (const QString &name : groups.inOrder()) {
-            json.StartObject();
-            json.Key("name");
-            writeText(json, name);
-            writeSome(json, "type", types.value(name));
-            json.EndObject();
-        }
+        if (isOfOneRecord(records))
+            writeGroup(records.first().name, QString());
+        else
+            writeGroupsAnd(records);
         json.EndArray();
+    }
+
+    // Where all records are alike, no variable has a group, and the only record has them all.
+    bool isOfOneRecord(const QVector<RecordType> &records) const
+    {
+        return !layout.importer->isMultiple() && records.size() == 1 && groups.inOrder() == QStringList(QString());
+    }
+
+    // The groups of the variables in their order, then the records that have none.
+    void writeGroupsAnd(const QVector<RecordType> &records)
+    {
+        QHash<QString, QStringList> types;
+        for (const RecordType &record : records) {
+            groups.numberOf(record.name);
+            types[record.name].append(record.value);
+        }
+        for (const QString &name : groups.inOrder())
+            writeGroup(name, types.value(name).join(QStringLiteral(", ")));
+    }
+
+    void writeGroup(const QString &name, const QString &type)
+    {
+        json.StartObject();
+        json.Key("name");
+        writeText(json, name);
+        writeSome(json, "type", type);
+        json.EndObject();
     }
 
     void writeKinds()
