@@ -254,6 +254,39 @@ class Tests:
                 pass
             expect(self.browser.run("document.querySelectorAll('#page-%s .places li').length" % gravity), count)
 
+    def note_without_a_variable_is_of_none(self):
+        # One variable has no name, and the key that is not read belongs to the dictionary.
+        self.book.open_made(DICTIONARY.replace("Name=D\n", "Name=D\nColour=red\n") + item("", "First", 1, 1)
+                            + item("A", "One", 2, 1))
+        self.browser.run("document.querySelectorAll('#page-notes details').forEach(e => e.open = true)")
+        place = "[...document.querySelectorAll('.kind')].find(e => e.querySelector('.id').textContent === " \
+                "'unknown-key')?.querySelector('.places li')"
+        self.browser.wait_for("(%s ?? null) !== null" % place)
+        expect(self.browser.run(place + ".querySelector('a')"), None)
+        expect(self.browser.run(place + ".textContent.includes('no name')"), False)
+        expect(self.browser.run("document.querySelectorAll('article .badges .gravity').length"), 0)
+
+    def note_of_a_name_that_comes_twice_says_so(self):
+        text = DICTIONARY + item("A", "First", 1, 1) + item("A", "Second", 2, 1, [("1", "x"), ("1", "y")]) \
+            + item("B", "Third", 3, 1, [("1", "x"), ("1", "y")])
+        self.book.open_made(text, "#A~2")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        said = "of a variable of this name"
+        expect(self.browser.run("[...document.querySelectorAll('article.variable')].map(e => e.querySelector('.badges')"
+                                ".textContent.includes('%s'))" % said), [True, True, False])
+        expect(self.browser.run("document.querySelector('article.current .notes-beside').firstChild.textContent"),
+               "Several variables have this name; each note is %s." % said)
+        self.browser.click(self.book.button("B"))
+        expect(said in self.book.details("B"), False)
+        self.browser.run("document.querySelectorAll('#page-notes details').forEach(e => e.open = true)")
+        places = "[...document.querySelectorAll('.places li')]"
+        self.browser.wait_for(places + ".length > 2")
+        for name, is_said in (("A", True), ("B", False)):
+            of_name = "%s.filter(e => e.querySelector('a').textContent === '%s')" % (places, name)
+            expect(self.browser.run(of_name + ".length > 0"), True)
+            expect(self.browser.run(of_name + ".every(e => e.textContent.includes('%s') === %s)"
+                                    % (said, json.dumps(is_said))), True)
+
     def back_leads_back(self):
         self.book.open_example(fragment="#EA")
         self.browser.wait_for("document.querySelector('article.current') !== null")
@@ -305,6 +338,23 @@ class Tests:
         self.browser.press("ArrowRight", 39)
         expect(self.browser.run("document.activeElement.getAttribute('aria-label')"), "DISTRICT, columns 4–5")
         expect(self.browser.run(stops), 1)
+
+    def only_record_has_its_variables(self):
+        self.book.open_made(DICTIONARY.replace("[IdItems]\n", "[Record]\nName=ONE\nRecordTypeValue=\n")
+                            + item("A", "One", 1, 1) + item("B", "Two", 2, 1))
+        expect(self.browser.run("[...document.querySelectorAll('section.record > header')].map(e => "
+                                "[...e.children].map(child => child.textContent))"), [["ONE", "2 variables"]])
+        expect(self.browser.run("document.getElementById('page-groups').hidden"), True)
+        expect(self.browser.run("document.querySelectorAll('.ruler').length"), 1)
+
+    def width_in_characters_stands_where_one_is_meant(self):
+        widths = "[...document.querySelectorAll('article .columns')].map(e => e.textContent)"
+        self.book.open_made(DICTIONARY + item("PLACED", "One", 1, 3) + item("WIDE", "Two", 0, 3)
+                            + item("ODD", "Three", 0, -2))
+        expect(self.browser.run(widths), ["1–3", "3 characters", ""])
+        for name in ("types.sav", "types-118.dta"):
+            self.book.open(os.path.join(self.made_data, name))
+            expect(self.browser.run("%s.filter(text => text !== '')" % widths), [])
 
     def layout_without_positions_has_no_ruler(self):
         self.book.open(os.path.join(self.made_data, "types-118.dta"))
@@ -414,6 +464,18 @@ class Tests:
             self.book.open_example(fragment="#H14_VISIT_DATE")
             self.browser.wait_for("document.querySelector('article.current') !== null")
             expect(self.browser.run("document.documentElement.scrollWidth"), 390)
+        finally:
+            self.browser.look(1200, 900)
+
+    def long_name_of_a_record_fits_a_phone(self):
+        record = "[Record]\nName=%s\nRecordTypeValue='1'\n" % ("LONG" * 40)
+        text = DICTIONARY.replace("RecordTypeStart=0\nRecordTypeLen=0", "RecordTypeStart=1\nRecordTypeLen=1")
+        self.browser.look(360, 740)
+        try:
+            self.book.open_made(text + record + item("A", "One", 2, 1))
+            expect(self.browser.run("[...document.querySelectorAll('h2 span')].some(e => e.textContent.length > 150)"),
+                   True)
+            expect(self.browser.run("document.documentElement.scrollWidth"), 360)
         finally:
             self.browser.look(1200, 900)
 

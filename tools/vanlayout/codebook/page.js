@@ -82,6 +82,14 @@ function columnsOf(variable)
     return variable.length === 1 ? String(variable.start) : variable.start + "–" + endOf(variable);
 }
 
+// Its columns, or how wide it is. A length that follows from how a number is stored says nothing of the data.
+function whereOf(variable)
+{
+    if (hasColumns(variable))
+        return columnsOf(variable);
+    return data.inColumns && variable.length > 0 ? counted(variable.length, "character") : "";
+}
+
 function rangeOf(variable)
 {
     const { minimum = "", maximum = "" } = variable;
@@ -114,14 +122,20 @@ function nameFragments()
 
 const linkTo = variable => "#" + encodeURIComponent(fragments[variable]);
 
-// The notes of each name, and the first variable of it.
+// The notes of each name, and the first variable of it. A note knows its variable by name alone.
 const notesOfName = new Map();
 const firstOfName = new Map();
+const sharedNames = new Set(); // of several variables
+const ofThisName = "of a variable of this name";
 
 function gatherNotes()
 {
-    for (let i = variables.length - 1; i >= 0; --i)
-        firstOfName.set(variables[i].name, i);
+    variables.forEach(({ name }, i) => {
+        if (!firstOfName.has(name))
+            firstOfName.set(name, i);
+        else if (name)
+            sharedNames.add(name);
+    });
     for (const note of notes) {
         const [kind, , name] = note;
         if (!name || !firstOfName.has(name))
@@ -193,10 +207,12 @@ function addInSteps(list, count, step, makeItem)
 function makePlace([, line, name, text])
 {
     const place = make("li");
-    if (firstOfName.has(name))
+    if (name && firstOfName.has(name))
         place.append(makeLink(firstOfName.get(name)));
     else if (name)
         place.append(makeText("span", "name", name));
+    if (sharedNames.has(name))
+        place.append(make("span", "hint", ofThisName));
     if (line)
         place.append(make("span", "where", "line " + line));
     if (text)
@@ -304,6 +320,8 @@ function makeBadges(variable)
             badges.append(badge);
         }
     }
+    if (ofName && sharedNames.has(variable.name))
+        badges.append(make("span", "hint", ofThisName));
     return badges;
 }
 
@@ -318,7 +336,7 @@ function makeVariable(i)
     const labels = labelsOf(variable).length / 2;
     const row = make("article", "variable", make("h3", "", button), makeMarked("p", "label", variable.label || ""),
                      make("p", "type " + classOf(variable), typeOf(variable)),
-                     make("p", "columns", hasColumns(variable) ? columnsOf(variable) : counted(variable.length || 0, "character")),
+                     make("p", "columns", whereOf(variable)),
                      labels ? make("p", "values", counted(labels, "value label")) : makeText("p", "values", rangeOf(variable)),
                      makeBadges(variable));
     row.dataset.index = i;
@@ -386,6 +404,8 @@ function makeNotesBeside(variable)
 {
     const { all } = notesOfName.get(variable.name);
     const list = make("ul", "notes-beside");
+    if (sharedNames.has(variable.name))
+        list.append(make("li", "hint", "Several variables have this name; each note is " + ofThisName + "."));
     for (const [kind, line, , text] of all.slice(0, mostNotesBeside)) {
         const item = make("li", "", make("span", "gravity " + kinds[kind].gravity, kinds[kind].gravity), " ",
                           make("span", "sentence", kinds[kind].sentence));
@@ -462,11 +482,10 @@ class Ruler
         this.crowded = 0;
         this.end = 0;
         const ends = [];
-        this.blocks.forEach((block, order) => {
+        this.blocks.forEach(block => {
             let lane = ends.findIndex(end => end < block.start);
             if (lane < 0 && ends.length < mostLanes)
                 lane = ends.length;
-            block.order = order;
             block.lane = lane;
             if (lane < 0) {
                 ++this.crowded;
@@ -532,19 +551,16 @@ class Ruler
     draw(element)
     {
         this.layOut();
-        this.element = element;
-        if (!this.lines) {
-            this.lines = make("div", "lines");
-            this.lines.setAttribute("role", "group");
-            this.lines.setAttribute("aria-label", "Columns of the record; arrow keys move between variables");
-            this.lines.addEventListener("keydown", event => this.move(event));
-            this.lines.addEventListener("scroll", () => this.drawLines());
-            for (const type of ["focusin", "pointerover"])
-                this.lines.addEventListener(type, event => this.tell(event.target));
-            this.readout = make("p", "readout");
-            this.readout.setAttribute("aria-hidden", "true");
-            element.replaceChildren(this.lines, this.readout, ...this.remarks());
-        }
+        this.lines = make("div", "lines");
+        this.lines.setAttribute("role", "group");
+        this.lines.setAttribute("aria-label", "Columns of the record; arrow keys move between variables");
+        this.lines.addEventListener("keydown", event => this.move(event));
+        this.lines.addEventListener("scroll", () => this.drawLines());
+        for (const type of ["focusin", "pointerover"])
+            this.lines.addEventListener(type, event => this.tell(event.target));
+        this.readout = make("p", "readout");
+        this.readout.setAttribute("aria-hidden", "true");
+        element.replaceChildren(this.lines, this.readout, ...this.remarks());
         this.breakLines();
     }
 
