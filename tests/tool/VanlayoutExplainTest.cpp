@@ -246,6 +246,58 @@ private Q_SLOTS:
                  "vanlayout: " + ended + ": reading ended in error 242: Invalid contents in line\n");
     }
 
+    void fileThatGaveNoLayoutIsTold_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("heading");
+        QTest::addColumn<QString>("problem");
+        const QString nothing = QStringLiteral("no variable found, read as a ");
+        QTest::newRow("absent") << QStringList("absent.dcf") << "absent.dcf: 1 note (1 lost)"
+                                << "no such file";
+        QTest::newRow("empty name") << QStringList("") << "'': 1 note (1 lost)"
+                                    << "no such file";
+        QTest::newRow("folder") << QStringList(".") << ".: 1 note (1 lost)"
+                                << "is a folder";
+        QTest::newRow("absent lookup") << QStringList{ "--type", "lookup", "absent.txt" }
+                                       << "absent.txt: lookup file, 1 note (1 lost)"
+                                       << "no such file";
+        QTest::newRow("empty") << QStringList("empty.dcf") << "empty.dcf: CSPro text dictionary, 1 note (1 lost)"
+                               << nothing + "CSPro text dictionary";
+        QTest::newRow("empty object") << QStringList{ "--type", "cspro8", "object.dcf" }
+                                      << "object.dcf: CSPro 8 JSON dictionary, 3 notes (1 lost, 2 changed)"
+                                      << nothing + "CSPro 8 JSON dictionary";
+    }
+    void fileThatGaveNoLayoutIsTold()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, heading);
+        QFETCH(QString, problem);
+        folder.write("empty.dcf", QByteArray());
+        folder.write("object.dcf", "{}");
+        const Run table = folder.run(QStringList("explain") + arguments);
+        verifyComplaint(table,
+                        QFile::encodeName(arguments.last().isEmpty() ? "''" : arguments.last()) + ": "
+                            + problem.toUtf8() + '\n');
+        QVERIFY2(table.out.startsWith(heading.toUtf8() + "\n\nLOST: 1\n  file-not-read (1)\n"), table.out.constData());
+        QVERIFY(table.out.contains("\n      " + problem.toUtf8() + '\n'));
+        const Run json = folder.run(QStringList{ "explain", "--format", "json" } + arguments);
+        QCOMPARE(json.status, noAnswer);
+        QCOMPARE(json.err, table.err);
+        QCOMPARE(json.json()["lost"].toInt(), 1);
+        QStringList told;
+        for (const auto &note : json.json()["notes"].toArray()) {
+            if (note.toObject()["gravity"].toString() == "lost")
+                told.append(note.toObject()["kind"].toString() + '/' + note.toObject()["text"].toString());
+        }
+        QCOMPARE(told, QStringList("file-not-read/" + problem));
+    }
+
+    void whatWasLostOnTheWayIsToldOnce()
+    {
+        const Run explained = folder.run({ "explain", ended });
+        QVERIFY(!explained.out.contains("file-not-read"));
+    }
+
     void noAnswerIsStatus2AndOneLine_data()
     {
         QTest::addColumn<QStringList>("arguments");

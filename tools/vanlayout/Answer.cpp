@@ -21,9 +21,14 @@ void complain(const QString &subject, const QString &problem)
     std::fprintf(stderr, "vanlayout: %s\n", printable(line).toLocal8Bit().constData());
 }
 
+QString subjectOf(const QString &file)
+{
+    return file.isEmpty() ? QStringLiteral("''") : file;
+}
+
 void complainOfFile(const QString &file, const QString &problem)
 {
-    complain(file.isEmpty() ? QStringLiteral("''") : file, problem);
+    complain(subjectOf(file), problem);
 }
 
 int noAnswerFor(const QString &file, const QString &problem)

@@ -18,7 +18,10 @@ void answerDecimalQuestions(const std::string &decimals);
 /// Writes the one line that says what is wrong with something, or with the call where \a subject is empty.
 void complain(const QString &subject, const QString &problem);
 
-/// Writes the one line that says what is wrong with a file. One without a name is called by its quotes.
+/// What a file is called: one without a name by its quotes.
+QString subjectOf(const QString &file);
+
+/// Writes the one line that says what is wrong with a file.
 void complainOfFile(const QString &file, const QString &problem);
 
 /// Complains of a file, and answers that there is no answer.

@@ -91,8 +91,8 @@ public:
         if (!isFirst)
             printLine(out, QString());
         isFirst = false;
-        printLine(out,
-                  QStringLiteral("%1: %2, %3").arg(printable(explanation.file), explanation.title, countsOf(report)));
+        const QString type = explanation.title.isEmpty() ? QString() : explanation.title + QStringLiteral(", ");
+        printLine(out, QStringLiteral("%1: %2%3").arg(printable(subjectOf(explanation.file)), type, countsOf(report)));
         const NotesByKind notes(report);
         for (const NoteGravity gravity : gravities)
             printGravity(gravity, report, notes);
@@ -198,9 +198,11 @@ int explainFile(const std::string &name, const ExplainOptions &options, Explanat
         explanation.problem = QStringLiteral("not enough memory");
     }
     const bool hasAnswer = explanation.problem.isEmpty();
+    if (!hasAnswer && explanation.report.count(NoteGravity::lost) == 0)
+        explanation.report.add(NoteKind::fileNotRead, explanation.problem);
     if (options.format == "json")
         printAsJson(explanation, options.files.size() > 1);
-    else if (hasAnswer || !explanation.report.isEmpty())
+    else
         table.print(explanation);
     if (!hasAnswer)
         return noAnswerFor(explanation.file, explanation.problem);

@@ -21,7 +21,7 @@ struct ExplainOptions {
 /// anything was lost.
 int explain(const ExplainOptions &options);
 
-/// How many notes a report holds, in words: "3 lost, 2 changed, 1 curious".
+/// How many notes a report holds, in words: "6 notes (1 lost, 2 changed, 3 curious)".
 QString countsOf(const ReadReport &report);
 
 #endif
