@@ -618,6 +618,7 @@ private Q_SLOTS:
         QCOMPARE(tokens,
                  QByteArray("{ \"old\": { \"file\": \"before.dcf\", \"type\": \"cspro\" },"
                             " \"new\": { \"file\": \"after.dcf\", \"type\": \"cspro\" },"
+                            " \"notCompared\": [], \"recordType\": [], \"records\": [],"
                             " \"added\": [ { \"name\": \"P05_LANGUAGE\", \"group\": \"PERSON\","
                             " \"label\": \"Main language\" } ],"
                             " \"removed\": [ { \"name\": \"P03_SCHOOL\", \"group\": \"PERSON\","
@@ -680,10 +681,86 @@ private Q_SLOTS:
         QVERIFY(run.out.endsWith("\n\nThe layouts are the same\n"));
         const Run json = diff({ "--format", "json", file, file });
         QCOMPARE(json.status, fine);
-        for (const char *key : { "added", "removed", "renamed", "changed" }) {
+        for (const char *key : { "notCompared", "recordType", "records", "added", "removed", "renamed", "changed" }) {
             QVERIFY2(json.json()[key].isArray(), key);
             QVERIFY2(json.json()[key].toArray().isEmpty(), key);
         }
+    }
+
+    void recordsAreCompared_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("after");
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QByteArray>("recordType");
+        QTest::addColumn<QByteArray>("records");
+        const QString items = item("A", "a", 5, 1);
+        const QString plain = dictionary(record("R", items));
+        const QByteArray none = "[]";
+        QTest::newRow("column of the record type")
+            << plain << QString(plain).replace("RecordTypeStart=1", "RecordTypeStart=2") << "recordTypeStart: 1 → 2\n"
+            << QByteArray("[{\"new\":2,\"old\":1,\"property\":\"recordTypeStart\"}]") << none;
+        QTest::newRow("width of the record type")
+            << plain << dictionary(record("R", items), 3) << "recordTypeSize: 1 → 3\n"
+            << QByteArray("[{\"new\":3,\"old\":1,\"property\":\"recordTypeSize\"}]") << none;
+        QTest::newRow("value of a record")
+            << plain << QString(plain).replace("Value='1'", "Value='2'") << "R: \"1\" → \"2\"\n"
+            << none << QByteArray("[{\"name\":\"R\",\"new\":\"2\",\"old\":\"1\"}]");
+        QTest::newRow("added record") << plain << plain + record("S", QString()) << "S: added \"1\"\n"
+                                      << none << QByteArray("[{\"name\":\"S\",\"new\":\"1\",\"old\":null}]");
+        QTest::newRow("removed record") << plain + record("S", QString()) << plain << "S: removed \"1\"\n"
+                                        << none << QByteArray("[{\"name\":\"S\",\"new\":null,\"old\":\"1\"}]");
+    }
+    void recordsAreCompared()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, after);
+        QFETCH(QString, table);
+        QFETCH(QByteArray, recordType);
+        QFETCH(QByteArray, records);
+        write("before.dcf", before);
+        write("after.dcf", after);
+        const Run run = diff({ "before.dcf", "after.dcf" });
+        QCOMPARE(run.status, finding);
+        QVERIFY2(run.out.endsWith(("\n\nThe variables are the same\n\nRecords\n  " + table).toUtf8()),
+                 run.out.constData());
+        const Run json = diff({ "--format", "json", "before.dcf", "after.dcf" });
+        QCOMPARE(json.status, finding);
+        const auto written
+            = [&](const char *key) { return QJsonDocument(json.json()[key].toArray()).toJson(QJsonDocument::Compact); };
+        QCOMPARE(written("recordType"), recordType);
+        QCOMPARE(written("records"), records);
+        QCOMPARE(written("changed"), QByteArray("[]"));
+    }
+
+    void orderOfRecordsIsNotCompared()
+    {
+        const auto numbered = [](const QString &name, int value) {
+            return record(name, item(name + "_A", "a", 5, 1)).replace("'1'", "'" + QString::number(value) + "'");
+        };
+        write("before.dcf", dictionary(numbered("R", 1) + numbered("S", 2)));
+        write("after.dcf", dictionary(numbered("S", 2) + numbered("R", 1)));
+        QCOMPARE(diff({ "before.dcf", "after.dcf" }).status, fine);
+    }
+
+    void recordsOfOneNameAreComparedInTheirOrder()
+    {
+        Records before;
+        before.types = { { "R", "1" }, { "R", "2" } };
+        Records after = before;
+        QVERIFY(compareRecords(before, after).isEmpty());
+        after.types[1].value = "3";
+        QCOMPARE(described(compareRecords(before, after).records), QStringList("R|2|3"));
+        after.types.removeFirst();
+        QCOMPARE(described(compareRecords(before, after).records), (QStringList{ "R|1|3", "R|2|-" }));
+    }
+
+    void recordsAreComparedBetweenDictionariesAlone()
+    {
+        QVERIFY(areRecordsComparable("cspro", "cspro"));
+        QVERIFY(areRecordsComparable("cspro", "cspro8"));
+        QVERIFY(!areRecordsComparable("cspro", "stata"));
+        QVERIFY(!areRecordsComparable("spss", "cspro8"));
     }
 
     void twoFormsOfADictionaryAreCompared()
@@ -693,6 +770,8 @@ private Q_SLOTS:
         const Run run = diff({ "--format", "json", text, json });
         QCOMPARE(run.status, finding);
         const QJsonValue found = run.json();
+        QCOMPARE(found["notCompared"].toArray(), (QJsonArray{ "decimals", "notApplicable", "missing" }));
+        QCOMPARE(found["records"].toArray().size() + found["recordType"].toArray().size(), 0);
         QCOMPARE(found["old"]["type"].toString(), QString("cspro"));
         QCOMPARE(found["new"]["type"].toString(), QString("cspro8"));
         QCOMPARE(found["added"].toArray().size() + found["removed"].toArray().size(), 0);

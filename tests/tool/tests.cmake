@@ -29,7 +29,7 @@ van_use_made_data(VanlayoutExportTest)
 van_add_test(tool/VanlayoutDiffTest.cpp)
 add_dependencies(VanlayoutDiffTest vanlayout)
 target_sources(VanlayoutDiffTest PRIVATE ${tool_folder}/Diff.cpp ${tool_folder}/FileType.cpp
-    ${tool_folder}/InputFile.cpp ${tool_folder}/Layout.cpp)
+    ${tool_folder}/InputFile.cpp ${tool_folder}/Layout.cpp ${tool_folder}/Records.cpp)
 target_include_directories(VanlayoutDiffTest PRIVATE ${tool_folder})
 target_compile_definitions(VanlayoutDiffTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutDiffTest)

@@ -24,6 +24,11 @@ const Property maximumProperty       = {"maximum",       &TVpSourceField::maximu
 const Property notApplicableProperty = {"notApplicable", &TVpSourceField::notApplicable, nullptr};
 const Property missingProperty       = {"missing",       &TVpSourceField::missingValue,  nullptr};
 const Property groupProperty         = {"group",         &TVpSourceField::group,         nullptr};
+
+const RecordTypeProperty recordTypeProperties[] = {
+    {"recordTypeStart", &Records::recordTypeStart},
+    {"recordTypeSize",  &Records::recordTypeSize},
+};
 // clang-format on
 
 // What two variables must have in common to be taken for one. What a rule does not ask for stays empty.
@@ -183,13 +188,9 @@ QVector<Occurrence> occurrencesOf(const QVector<ValueLabel> &labels)
     return occurrences;
 }
 
-QVector<ValueLabelChange> compareValueLabels(const QString &oldText, const QString &newText)
+QVector<ValueLabelChange> compareLabels(const QVector<ValueLabel> &oldLabels, const QVector<ValueLabel> &newLabels)
 {
     QVector<ValueLabelChange> changes;
-    if (oldText == newText)
-        return changes;
-    const QVector<ValueLabel> oldLabels = cutValueLabels(oldText);
-    const QVector<ValueLabel> newLabels = cutValueLabels(newText);
     const QVector<Occurrence> oldOccurrences = occurrencesOf(oldLabels);
     const QVector<Occurrence> newOccurrences = occurrencesOf(newLabels);
     QHash<Occurrence, QStringRef> left; // of the new labels
@@ -211,6 +212,21 @@ QVector<ValueLabelChange> compareValueLabels(const QString &oldText, const QStri
             changes.append({ newLabels.at(i).code, std::nullopt, newLabels.at(i).label });
     }
     return changes;
+}
+
+QVector<ValueLabelChange> compareValueLabels(const QString &oldText, const QString &newText)
+{
+    if (oldText == newText)
+        return {};
+    return compareLabels(cutValueLabels(oldText), cutValueLabels(newText));
+}
+
+QVector<ValueLabel> asLabels(const QVector<RecordType> &types)
+{
+    QVector<ValueLabel> labels;
+    for (const RecordType &type : types)
+        labels.append({ QStringRef(&type.name), QStringRef(&type.value) });
+    return labels;
 }
 
 bool isSame(const Property &property, const TVpSourceField &one, const TVpSourceField &other)
@@ -244,10 +260,9 @@ const QVector<const Property *> &allProperties()
 
 QVector<const Property *> comparableProperties(const std::string &oldType, const std::string &newType)
 {
-    const auto isCSPro = [](const std::string &type) { return type == "cspro" || type == "cspro8"; };
     if (oldType == newType)
         return allProperties();
-    if (isCSPro(oldType) && isCSPro(newType))
+    if (areRecordsComparable(oldType, newType))
         return { &labelProperty,   &typeProperty,    &lengthProperty, &startProperty,
                  &minimumProperty, &maximumProperty, &groupProperty };
     return { &labelProperty, &typeProperty };
@@ -280,4 +295,21 @@ LayoutDiff compareLayouts(const QList<TVpSourceField *> &oldFields, const QList<
             diff.changed.append(change);
     }
     return diff;
+}
+
+RecordsDiff compareRecords(const Records &oldRecords, const Records &newRecords)
+{
+    RecordsDiff diff;
+    for (const RecordTypeProperty &property : recordTypeProperties) {
+        if (oldRecords.*property.number != newRecords.*property.number)
+            diff.properties.append(&property);
+    }
+    diff.records = compareLabels(asLabels(oldRecords.types), asLabels(newRecords.types));
+    return diff;
+}
+
+bool areRecordsComparable(const std::string &oldType, const std::string &newType)
+{
+    const auto isCSPro = [](const std::string &type) { return type == "cspro" || type == "cspro8"; };
+    return isCSPro(oldType) && isCSPro(newType);
 }

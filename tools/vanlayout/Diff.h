@@ -1,6 +1,8 @@
 #ifndef VANLAYOUT_DIFF_H
 #define VANLAYOUT_DIFF_H
 
+#include "Records.h"
+
 #include <QList>
 #include <QString>
 #include <QVector>
@@ -43,6 +45,30 @@ struct VariableChange {
     QVector<ValueLabelChange> valueLabels; ///< in the order of the old variable, behind them what was added
 };
 
+/// What a layout tells of its records.
+struct Records {
+    int recordTypeStart = 0; ///< column of the record type
+    int recordTypeSize = 0;
+    QVector<RecordType> types;
+};
+
+/// One number that a layout tells of its record type.
+struct RecordTypeProperty {
+    const char *name; ///< as `vanlayout show --format json` names it
+    int Records::*number;
+};
+
+/// A record that is not the same in both layouts, as a value label is told: its name is the code, its type the label.
+using RecordChange = ValueLabelChange;
+
+/// What differs between the records of two layouts. Refers to these.
+struct RecordsDiff {
+    QVector<const RecordTypeProperty *> properties;
+    QVector<RecordChange> records; ///< in the order of the old layout, behind them what was added
+
+    bool isEmpty() const { return properties.isEmpty() && records.isEmpty(); }
+};
+
 /// What differs between two layouts. Refers to their fields.
 struct LayoutDiff {
     QVector<const TVpSourceField *> added;   ///< in the order of the new layout
@@ -69,5 +95,12 @@ struct LayoutDiff {
 /// order is not compared.
 LayoutDiff compareLayouts(const QList<TVpSourceField *> &oldFields, const QList<TVpSourceField *> &newFields,
                           const QVector<const Property *> &properties);
+
+/// Compares what two layouts tell of their records: the column and the width of the record type, and the records by
+/// name, of a name that comes several times the first with the first, and so on. Their order is not compared.
+RecordsDiff compareRecords(const Records &oldRecords, const Records &newRecords);
+
+/// Whether two formats, by the names of their types, both tell of records.
+bool areRecordsComparable(const std::string &oldType, const std::string &newType);
 
 #endif

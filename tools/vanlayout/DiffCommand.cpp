@@ -28,17 +28,27 @@ std::unique_ptr<const Layout> readOrComplain(const std::string &name, const std:
     return layout;
 }
 
+Records recordsOf(const Layout &layout)
+{
+    return { layout.provider.getRecordTypeStart(), layout.provider.getRecordTypeSize(), recordTypesOf(layout) };
+}
+
 int compareAndPrint(const Layout &oldLayout, const Layout &newLayout, const std::string &format)
 {
+    const std::string oldType = oldLayout.type->name;
+    const std::string newType = newLayout.type->name;
     const ComparedLayouts compared
-        = { oldLayout, newLayout, comparableProperties(oldLayout.type->name, newLayout.type->name) };
+        = { oldLayout, newLayout, comparableProperties(oldType, newType), recordsOf(oldLayout), recordsOf(newLayout) };
     const LayoutDiff diff
         = compareLayouts(*oldLayout.provider.getFields(), *newLayout.provider.getFields(), compared.properties);
+    const RecordsDiff records = areRecordsComparable(oldType, newType)
+        ? compareRecords(compared.oldRecords, compared.newRecords)
+        : RecordsDiff();
     if (format == "json")
-        printDiffAsJson(stdout, compared, diff);
+        printDiffAsJson(stdout, compared, diff, records);
     else
-        printDiffAsTable(stdout, compared, diff);
-    return diff.isEmpty() ? statusFine : statusFinding;
+        printDiffAsTable(stdout, compared, diff, records);
+    return diff.isEmpty() && records.isEmpty() ? statusFine : statusFinding;
 }
 
 } // namespace

@@ -16,6 +16,17 @@ const QString &groupOf(const VariableChange &change)
     return change.newField->group.isEmpty() ? change.oldField->group : change.newField->group;
 }
 
+// What one of two formats does not tell.
+QStringList notCompared(const ComparedLayouts &compared)
+{
+    QStringList names;
+    for (const Property *property : allProperties()) {
+        if (!compared.properties.contains(property))
+            names.append(QLatin1String(property->name));
+    }
+    return names;
+}
+
 class DiffWriter
 {
 public:
@@ -28,20 +39,18 @@ public:
     {
         print(0, QStringLiteral("Old: ") + titleOf(compared.oldLayout));
         print(0, QStringLiteral("New: ") + titleOf(compared.newLayout));
-        QStringList left;
-        for (const Property *property : allProperties()) {
-            if (!compared.properties.contains(property))
-                left.append(QLatin1String(property->name));
-        }
+        const QStringList left = notCompared(compared);
         if (!left.isEmpty())
             print(0, QStringLiteral("Not compared between these formats: ") + left.join(QStringLiteral(", ")));
         print(0, QString());
     }
 
-    void printSummary(const LayoutDiff &diff)
+    void printSummary(const LayoutDiff &diff, const RecordsDiff &records)
     {
         if (diff.isEmpty())
-            print(0, QStringLiteral("The layouts are the same"));
+            print(0,
+                  records.isEmpty() ? QStringLiteral("The layouts are the same")
+                                    : QStringLiteral("The variables are the same"));
         else
             print(0,
                   QStringLiteral("%1 added, %2 removed, %3 renamed, %4 changed")
@@ -49,6 +58,18 @@ public:
                       .arg(diff.removed.size())
                       .arg(diff.renamed.size())
                       .arg(diff.changed.size()));
+    }
+
+    void printRecords(const ComparedLayouts &compared, const RecordsDiff &records)
+    {
+        printCaption(QStringLiteral("Records"), records.isEmpty());
+        for (const RecordTypeProperty *property : records.properties)
+            print(1,
+                  QLatin1String(property->name) + QStringLiteral(": ")
+                      + fromTo(QString::number(compared.oldRecords.*property->number),
+                               QString::number(compared.newRecords.*property->number)));
+        for (const RecordChange &record : records.records)
+            print(1, printable(record.code.toString()) + QStringLiteral(": ") + describe(record));
     }
 
     void printVariables(const QString &caption, const QVector<const TVpSourceField *> &fields)
@@ -146,11 +167,21 @@ public:
     {
     }
 
-    void writeDiff(const ComparedLayouts &compared, const LayoutDiff &diff)
+    void writeDiff(const ComparedLayouts &compared, const LayoutDiff &diff, const RecordsDiff &records)
     {
         json.StartObject();
         writeSource("old", compared.oldLayout);
         writeSource("new", compared.newLayout);
+        writeArray("notCompared", notCompared(compared), [this](const QString &name) { writeJson(json, name); });
+        writeArray("recordType", records.properties, [&](const RecordTypeProperty *property) {
+            json.StartObject();
+            writeJson(json, "property", QString::fromLatin1(property->name));
+            writeJson(json, "old", compared.oldRecords.*property->number);
+            writeJson(json, "new", compared.newRecords.*property->number);
+            json.EndObject();
+        });
+        writeArray("records", records.records,
+                   [this](const RecordChange &record) { writeLabelChange("name", record); });
         writeArray("added", diff.added, [this](const TVpSourceField *field) { writeVariable(*field); });
         writeArray("removed", diff.removed, [this](const TVpSourceField *field) { writeVariable(*field); });
         writeArray("renamed", diff.renamed, [this](const VariableChange &change) { writeRenamed(change); });
@@ -213,13 +244,17 @@ private:
             writeValue("new", *property, *change.newField);
             json.EndObject();
         });
-        writeArray("valueLabels", change.valueLabels, [this](const ValueLabelChange &label) {
-            json.StartObject();
-            writeJson(json, "code", label.code);
-            writeLabel("old", label.oldLabel);
-            writeLabel("new", label.newLabel);
-            json.EndObject();
-        });
+        writeArray("valueLabels", change.valueLabels,
+                   [this](const ValueLabelChange &label) { writeLabelChange("code", label); });
+    }
+
+    void writeLabelChange(const char *key, const ValueLabelChange &change)
+    {
+        json.StartObject();
+        writeJson(json, key, change.code);
+        writeLabel("old", change.oldLabel);
+        writeLabel("new", change.newLabel);
+        json.EndObject();
     }
 
     void writeValue(const char *key, const Property &property, const TVpSourceField &field)
@@ -244,18 +279,21 @@ private:
 
 } // namespace
 
-void printDiffAsTable(std::FILE *out, const ComparedLayouts &compared, const LayoutDiff &diff)
+void printDiffAsTable(std::FILE *out, const ComparedLayouts &compared, const LayoutDiff &diff,
+                      const RecordsDiff &records)
 {
     DiffWriter writer(out);
     writer.printHeading(compared);
-    writer.printSummary(diff);
+    writer.printSummary(diff, records);
+    writer.printRecords(compared, records);
     writer.printVariables(QStringLiteral("Added"), diff.added);
     writer.printVariables(QStringLiteral("Removed"), diff.removed);
     writer.printChanges(QStringLiteral("Renamed"), diff.renamed);
     writer.printChanges(QStringLiteral("Changed"), diff.changed);
 }
 
-void printDiffAsJson(std::FILE *out, const ComparedLayouts &compared, const LayoutDiff &diff)
+void printDiffAsJson(std::FILE *out, const ComparedLayouts &compared, const LayoutDiff &diff,
+                     const RecordsDiff &records)
 {
-    printJson(out, false, [&](auto &json) { DiffJsonWriter(json).writeDiff(compared, diff); });
+    printJson(out, false, [&](auto &json) { DiffJsonWriter(json).writeDiff(compared, diff, records); });
 }
