@@ -157,6 +157,10 @@ private Q_SLOTS:
             << (QStringList{ "--max-messages", "2147483648", "lookup.txt" }) << QByteArray();
         QTest::newRow("option of show") << (QStringList{ "--type", "auto", "lookup.txt" }) << QByteArray();
         QTest::newRow("below a file") << QStringList("lookup.txt/x") << QByteArray("lookup.txt/x: no such file\n");
+        QTest::newRow("value in two lines") << (QStringList{ "--mode", "a\nb", "lookup.txt" }) << QByteArray();
+        QTest::newRow("name in two lines") << QStringList("a\nb")
+                                           << QByteArray("a\xE2\x90\x8A"
+                                                         "b: no such file\n");
         QTest::newRow("negative limit") << (QStringList{ "--max-messages", "-1", "lookup.txt" }) << QByteArray();
     }
     void noAnswerIsStatus2AndOneLine()
@@ -192,6 +196,31 @@ private Q_SLOTS:
     {
         write("AA x\n");
         verifyFullDiskIsTold(folder, { "lookup", "lookup.txt" });
+    }
+
+    void closedStandardOutputIsStatus2AndOneLine()
+    {
+        write("AA x\n");
+        const Run run = runShell(folder, "\"$0\" lookup lookup.txt >&-");
+        QCOMPARE(run.status, noAnswer);
+        QCOMPARE(run.err, QByteArray("vanlayout: standard output: cannot be written\n"));
+    }
+
+    void versionIsTold()
+    {
+        const Run run = check({ "--version" });
+        QCOMPARE(run.status, fine);
+        QVERIFY2(run.out.startsWith("vanlayout "), run.out.constData());
+        QCOMPARE(run.out.count('\n'), 1);
+        QCOMPARE(run.err, QByteArray());
+    }
+
+    void wordBehindTwoHyphensIsAFile()
+    {
+        folder.write("--help", "AA x\n");
+        const Run run = check({ "--format", "json", "--", "--help" });
+        QCOMPARE(run.status, fine);
+        QCOMPARE(run.json()["file"].toString(), QString("--help"));
     }
 
     void tableSendsNoControlCharacters()
