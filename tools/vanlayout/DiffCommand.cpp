@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace
 {
@@ -19,12 +20,13 @@ std::unique_ptr<const Layout> readOrComplain(const std::string &name, const std:
 {
     const QString file = QFile::decodeName(name.c_str());
     std::unique_ptr<const Layout> layout;
-    const int status = answerFor(file, [&]() -> int {
-        layout.reset(new Layout(readLayout(file, fileTypeNamed(type))));
-        return layout->problem.isEmpty() ? int(statusFine) : noAnswerFor(file, layout->problem);
+    answerFor(file, [&]() -> int {
+        std::unique_ptr<const Layout> read(new Layout(readLayout(file, fileTypeNamed(type))));
+        if (!read->problem.isEmpty())
+            return noAnswerFor(file, read->problem);
+        layout = std::move(read);
+        return statusFine;
     });
-    if (status != statusFine)
-        layout.reset();
     return layout;
 }
 
