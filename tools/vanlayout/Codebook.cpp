@@ -122,8 +122,8 @@ private:
         QHash<const QChar *, int> counts;
         qint64 sum = 0;
         for (const TVpSourceField *field : *layout.provider.getFields()) {
-            auto count = counts.constFind(field->valueLabels.constData());
-            if (count == counts.constEnd())
+            auto count = counts.find(field->valueLabels.constData());
+            if (count == counts.end())
                 count = counts.insert(field->valueLabels.constData(), cutValueLabels(field->valueLabels).size());
             sum += *count;
         }

@@ -98,8 +98,8 @@ public:
         const auto same = numbersOfData.constFind(text.constData());
         if (same != numbersOfData.constEnd())
             return same->number;
-        auto known = numbers.constFind(text);
-        if (known == numbers.constEnd()) {
+        auto known = numbers.find(text);
+        if (known == numbers.end()) {
             known = numbers.insert(text, texts.size());
             texts.append(text);
         }
