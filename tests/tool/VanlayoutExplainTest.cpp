@@ -96,7 +96,7 @@ private Q_SLOTS:
     void jsonBehindAByteOrderMarkIsToldAsWhatItIs()
     {
         folder.write("d.dcf", "\xEF\xBB\xBF{\"name\": \"D\", \"levels\": []}");
-        const Run explained = folder.run({ "explain", "d.dcf" });
+        const Run explained = folder.run({ "explain", "--type", "cspro8", "d.dcf" });
         QCOMPARE(explained.status, noAnswer);
         QVERIFY2(explained.out.startsWith("d.dcf: CSPro 8 JSON dictionary, 1 note (1 lost)\n"),
                  explained.out.constData());

@@ -31,11 +31,9 @@ std::unique_ptr<TDataImport> makeStataImporter(const QString &file)
     return importer;
 }
 
-// Behind a byte-order mark it is refused by its reader, which says so; no text dictionary begins this way.
 bool isJson(const QByteArray &head)
 {
-    const QByteArray mark("\xEF\xBB\xBF");
-    return (head.startsWith(mark) ? head.mid(mark.size()) : head).trimmed().startsWith('{');
+    return head.trimmed().startsWith('{');
 }
 
 bool isSpss(const QByteArray &head)
