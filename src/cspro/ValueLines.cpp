@@ -89,16 +89,17 @@ public:
     /// Reads a line, if it is one of a value or a name; \a number is the one it has in the file.
     bool readLine(QStringView line, int number)
     {
-        currentLine = number;
         const QLatin1String valueKey("value=");
         const QLatin1String nameKey("name=");
+        currentLine = number;
         if (beginsWith(line, valueKey))
             readValue(line.mid(valueKey.size()));
         else if (pending && beginsWith(line, nameKey)) // before the first value: the set's own name
             readMark(line.mid(nameKey.size()));
         else
             return false;
-        noteLines(number);
+        if (reader.report)
+            noteLines(number);
         return true;
     }
 
@@ -109,7 +110,8 @@ public:
             keepRange();
             set.addItem(pending.release());
         }
-        noteLines(pendingLine);
+        if (reader.report)
+            noteLines(pendingLine);
     }
 
     /// What is known at the end of the set alone: its marks, and, where the set is kept, its ranges. No further set can
@@ -131,11 +133,7 @@ public:
     const std::vector<int> &lines() const { return valueLines; }
 
 private:
-    void noteLines(int number)
-    {
-        if (reader.report)
-            valueLines.resize(size_t(set.items->size()), number);
-    }
+    void noteLines(int number) { valueLines.resize(size_t(set.items->size()), number); }
 
     void tell(NoteKind kind, QStringView text) const
     {
@@ -164,15 +162,21 @@ private:
     void readValue(QStringView line)
     {
         flush();
+        if (reader.report)
+            noteNewValue();
+        pending = std::make_unique<TValueSetItem>();
+        readShape(line);
+        pending->code = code;
+        pending->name = label;
+    }
+
+    void noteNewValue()
+    {
         noteLines(pendingLine);
         pendingLine = currentLine;
         rangeText.clear();
         isTold = false;
         isMarked = {};
-        pending = std::make_unique<TValueSetItem>();
-        readShape(line);
-        pending->code = code;
-        pending->name = label;
     }
 
     static bool holdsSeveral(const QString &text)
