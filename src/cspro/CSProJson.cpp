@@ -112,8 +112,13 @@ int cspro::occurrencesOf(const QJsonValue &occurrences)
 
 QString cspro::codeOf(const QJsonObject &pair)
 {
-    const auto code = pair.constFind(QLatin1String("value"));
-    return code != pair.constEnd() ? code.value().toString() : codeOfRange(pair.value(QLatin1String("range")));
+    const QJsonValue value = pair.value(QLatin1String("value"));
+    return codeOf(value, value.isUndefined() ? pair.value(QLatin1String("range")) : QJsonValue());
+}
+
+QString cspro::codeOf(const QJsonValue &value, const QJsonValue &range)
+{
+    return value.isUndefined() ? codeOfRange(range) : value.toString();
 }
 
 QString cspro::codeOfRange(const QJsonValue &range)

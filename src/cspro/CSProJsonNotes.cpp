@@ -170,16 +170,16 @@ private:
         values.fill(QJsonValue(QJsonValue::Undefined));
         for (auto entry = object.constBegin(); entry != object.constEnd(); ++entry) {
             const QString name = entry.key();
-            const QJsonValue value = entry.value();
+            QJsonValue value = entry.value();
             const auto *known = std::find_if(std::begin(keys), std::end(keys),
                                              [&](const JsonKey &key) { return name == QLatin1String(key.name); });
             if (known == std::end(keys)) {
                 tell(NoteKind::unknownKey, textOf(name, value));
                 continue;
             }
-            values[size_t(known - std::begin(keys))] = value;
             if (!hasType(value, known->type))
                 tell(NoteKind::wrongType, textOf(name, value));
+            values[size_t(known - std::begin(keys))] = std::move(value);
         }
         return values;
     }
@@ -309,7 +309,7 @@ private:
         const QJsonArray all = pairs.toArray();
         const QJsonObject first = all.at(0).toObject();
         const auto [single, range] = overKeys(first, pairKeys);
-        const QString code = codeOf(first);
+        const QString code = codeOf(single, range);
         if (!special.isUndefined())
             tell(NoteKind::specialNotRead, inWords(code, label));
         if (!single.isUndefined() && !range.isUndefined())

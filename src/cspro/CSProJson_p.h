@@ -76,6 +76,7 @@ bool isAlpha(const QJsonValue &contentType);
 int occurrencesOf(const QJsonValue &occurrences);
 /// The code of a pair: its "value", even one that is no text, or else its "range"; null where it has none.
 QString codeOf(const QJsonObject &pair);
+QString codeOf(const QJsonValue &value, const QJsonValue &range);
 QString codeOfRange(const QJsonValue &range);
 
 } // namespace cspro
