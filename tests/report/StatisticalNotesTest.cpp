@@ -2,6 +2,7 @@
 #include "import/ReadReport.h"
 #include "statistical/SPSSDataImport.h"
 #include "statistical/STATADataImport.h"
+#include "support/OrdinaryUser.h"
 #include "support/WholeRoad.h"
 
 #include <QFile>
@@ -72,6 +73,21 @@ private Q_SLOTS:
         const QString path = folder.filePath(QStringLiteral("missing"));
         QCOMPARE(notesOf<TSTATADataImport>(path).filter(QStringLiteral("file-not-read")).size(), 1);
         QCOMPARE(notesOf<TSPSSDataImport>(path).filter(QStringLiteral("file-not-read")).size(), 1);
+    }
+
+    void fileThatWillNotOpenIsToldOnce()
+    {
+        const QString path = write("<stata_dta>");
+        QVERIFY(QFile::setPermissions(path, QFileDevice::WriteOwner));
+        QStringList stata;
+        QStringList spss;
+        asOrdinaryUser([&] {
+            stata = notesOf<TSTATADataImport>(path);
+            spss = notesOf<TSPSSDataImport>(path);
+        });
+        QVERIFY(QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+        QCOMPARE(stata, QStringList("file-not-read||" + path));
+        QCOMPARE(spss, QStringList("file-not-read||" + path));
     }
 
     void readersOwnErrorIsToldInWords()
