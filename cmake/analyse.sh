@@ -7,7 +7,7 @@ cd "$root"
 
 # A file counts as changed where it has, or the header of its name.
 changed_since() {
-    git diff --name-only "$1" -- src tools | sed -E 's/(_p)?\.(cpp|h)$/.cpp/' | sort -u | while read -r file; do
+    git diff --name-only "$1" -- 'src/*.cpp' 'src/*.h' 'tools/*.cpp' 'tools/*.h' | sed -E 's/(_p)?\.(cpp|h)$/.cpp/' | sort -u | while read -r file; do
         [ ! -f "$file" ] || echo "$file"
     done
 }

@@ -37,11 +37,11 @@ QByteArray readHead(const QString &fileName)
 // Why a file with this head is not read.
 QString describeHead(const QByteArray &head)
 {
-    const QString words = QStringLiteral("no \"{\" behind white space among the first 16 bytes");
+    QString words = QStringLiteral("no \"{\" behind white space among the first 16 bytes");
     if (head.startsWith("\xEF\xBB\xBF"))
-        return words + QStringLiteral(", but a byte-order mark of UTF-8");
-    if (head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF"))
-        return words + QStringLiteral(", but a byte-order mark of UTF-16");
+        words += QLatin1String(", but a byte-order mark of UTF-8");
+    else if (head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF"))
+        words += QLatin1String(", but a byte-order mark of UTF-16");
     return words;
 }
 

@@ -159,6 +159,7 @@ private:
     qint64 block2[5] = {};
     bool flag5 = false;
     bool flag6 = false;
+    bool hasGivenBack = false; ///< there are no lists since releaseContents()
     int number5 = 3;
     int number6 = -1;
     QString text8;
@@ -166,7 +167,6 @@ private:
     QStringList *typeNames = nullptr; ///< "NONE", "CSPRO", "CSV"
     std::shared_ptr<int> fieldsUse; ///< counts the providers that share `fields`
     KeptObjects kept; ///< what releaseContents() frees; shared by copies
-    bool hasGivenBack = false; ///< there are no lists since releaseContents()
     // clang-format on
 };
 
