@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cmath>
 #include <memory>
 
 namespace
@@ -323,6 +324,26 @@ private Q_SLOTS:
         StatFile file(StatFile::sav);
         file.variable("RENT", READSTAT_TYPE_DOUBLE, "Rent", "F8.2");
         QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("decimals-lost|RENT|F8.2")));
+    }
+
+    void missingRangesAreToldAsTheyAreDeclared_data()
+    {
+        QTest::addColumn<double>("from");
+        QTest::addColumn<double>("to");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("two bounds") << 97.0 << 99.0 << "97 to 99";
+        QTest::newRow("no lower bound") << -HUGE_VAL << -1.0 << "LOWEST to -1";
+        QTest::newRow("no upper bound") << 90.0 << HUGE_VAL << "90 to HIGHEST";
+    }
+    void missingRangesAreToldAsTheyAreDeclared()
+    {
+        QFETCH(double, from);
+        QFETCH(double, to);
+        QFETCH(QString, words);
+        StatFile file(StatFile::sav);
+        auto *age = file.variable("AGE", READSTAT_TYPE_DOUBLE, "Age", "F3.0");
+        readstat_variable_add_missing_double_range(age, from, to);
+        QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList("missing-not-read|AGE|" + words));
     }
 
     void declaredMissingValuesAreNotRead()
