@@ -5,7 +5,6 @@
 #include <QtAlgorithms>
 
 #include <algorithm>
-#include <functional>
 #include <iterator>
 #include <utility>
 
@@ -26,9 +25,6 @@ struct KeptObjects::Shelf {
     // Fields that were added several times, as those of a file that is opened again may be, stand once from here on.
     void dropRepeatedFields()
     {
-        // New objects mostly lie one behind the other.
-        if (std::adjacent_find(fields.cbegin(), fields.cend(), std::greater_equal<>()) == fields.cend())
-            return;
         std::sort(fields.begin(), fields.end());
         fields.erase(std::unique(fields.begin(), fields.end()), fields.end());
     }

@@ -13,6 +13,7 @@
 #include <QtTest>
 
 #include <cstdio>
+#include <map>
 #include <memory>
 
 struct TestAccess {
@@ -204,14 +205,7 @@ private Q_SLOTS:
         const QString path = cutWhere([](const Passes &passes) {
             return passes.ofLabels != READSTAT_OK && passes.labels == 0 && passes.ofVariables == READSTAT_OK;
         });
-        QVERIFY(!path.isEmpty());
-        for (const bool isBuffered : { false, true }) {
-            const Outcome outcome = outcomeOnStandardOutput(path, isBuffered);
-            QVERIFY(outcome.isOpen);
-            QCOMPARE(outcome.fields.size(), 9);
-            QCOMPARE(outcome.fields.at(1), QStringLiteral("small|An int|1|2|0|99|"));
-            QCOMPARE(outcome.line, QByteArray());
-        }
+        verifyInBothWays(path, 0, { { 1, "small|An int|1|2|0|99|" } }, QByteArray());
     }
 
     void labelsOfAFailedFirstPassStayAsFarAsTheyGot()
@@ -220,30 +214,16 @@ private Q_SLOTS:
         const QString path = cutWhere([](const Passes &passes) {
             return passes.ofLabels != READSTAT_OK && passes.labels == 2 && passes.ofVariables == READSTAT_OK;
         });
-        QVERIFY(!path.isEmpty());
-        for (const bool isBuffered : { false, true }) {
-            const Outcome outcome = outcomeOnStandardOutput(path, isBuffered);
-            QVERIFY(outcome.isOpen);
-            QCOMPARE(outcome.labelSets, size_t(1));
-            QCOMPARE(outcome.fields.size(), 9);
-            QCOMPARE(outcome.fields.at(1), QStringLiteral("small|An int|1|2|1|2|1 Yes\t2 No\t"));
-            QCOMPARE(outcome.fields.at(3), QStringLiteral("odd|Odd labels|1|4|0|9999|"));
-            QCOMPARE(outcome.line, QByteArray());
-        }
+        verifyInBothWays(path, 1, { { 1, "small|An int|1|2|1|2|1 Yes\t2 No\t" }, { 3, "odd|Odd labels|1|4|0|9999|" } },
+                         QByteArray());
     }
 
     void variablesOfAFailedSecondPassAreKeptAndAdded()
     {
         const QString path = cutWhere(
             [](const Passes &passes) { return passes.ofVariables == READSTAT_ERROR_READ && passes.variables == 9; });
-        QVERIFY(!path.isEmpty());
-        for (const bool isBuffered : { false, true }) {
-            const Outcome outcome = outcomeOnStandardOutput(path, isBuffered);
-            QVERIFY(outcome.isOpen);
-            QCOMPARE(outcome.fields.size(), 9);
-            QCOMPARE(outcome.fields.at(1), QStringLiteral("small|An int|1|2|0|99|"));
-            QCOMPARE(outcome.line, "Error processing " + path.toLocal8Bit() + ": 2\n");
-        }
+        verifyInBothWays(path, 0, { { 1, "small|An int|1|2|0|99|" } },
+                         "Error processing " + path.toLocal8Bit() + ": 2\n");
     }
 
     void flippedBytesDoNoHarm_data()
@@ -412,6 +392,22 @@ private Q_SLOTS:
     }
 
 private:
+    // Nine fields, of which those at the given places are looked at whole, and what stands on standard output.
+    static void verifyInBothWays(const QString &path, size_t labelSets, const std::map<int, const char *> &fields,
+                                 const QByteArray &line)
+    {
+        QVERIFY(!path.isEmpty());
+        for (const bool isBuffered : { false, true }) {
+            const Outcome outcome = outcomeOnStandardOutput(path, isBuffered);
+            QVERIFY(outcome.isOpen);
+            QCOMPARE(outcome.labelSets, labelSets);
+            QCOMPARE(outcome.fields.size(), 9);
+            for (const auto &[place, field] : fields)
+                QCOMPARE(outcome.fields.at(place), QString(field));
+            QCOMPARE(outcome.line, line);
+        }
+    }
+
     QString write(const QString &name, const QByteArray &bytes)
     {
         const QString path = folder.filePath(name);
