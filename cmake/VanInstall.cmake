@@ -22,3 +22,20 @@ install(FILES ${PROJECT_BINARY_DIR}/model_VanAdminConfig.cmake ${PROJECT_BINARY_
 file(RELATIVE_PATH VAN_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/model_VanAdmin.pc.in ${PROJECT_BINARY_DIR}/model_VanAdmin.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/model_VanAdmin.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# The library of the exact layout.
+install(TARGETS vanlayout_library EXPORT vanlayoutTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vanlayout)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/layout/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vanlayout
+    FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
+install(FILES ${PROJECT_BINARY_DIR}/layout/include/vanlayout_export.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vanlayout)
+
+set(layout_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/vanlayout)
+install(EXPORT vanlayoutTargets NAMESPACE vanlayout:: DESTINATION ${layout_package_dir})
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/vanlayoutConfig.cmake.in
+    ${PROJECT_BINARY_DIR}/vanlayoutConfig.cmake INSTALL_DESTINATION ${layout_package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/vanlayoutConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/vanlayoutConfig.cmake ${PROJECT_BINARY_DIR}/vanlayoutConfigVersion.cmake
+    DESTINATION ${layout_package_dir})
+configure_file(${CMAKE_CURRENT_LIST_DIR}/vanlayout.pc.in ${PROJECT_BINARY_DIR}/vanlayout.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/vanlayout.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -22,7 +22,7 @@ function(van_own_code target)
 endfunction()
 
 # van_add_test(cspro/SectionLinesTest.cpp): one Qt Test program, run by CTest without a display. It sees the
-# internal classes, and is labelled with its folder.
+# internal classes of src/ (of layout/ too where it is in tests/layout/), and is labelled with its folder.
 function(van_add_test source)
     get_filename_component(name ${source} NAME_WE)
     get_filename_component(room ${source} DIRECTORY)
@@ -35,6 +35,10 @@ function(van_add_test source)
         VAN_EXAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/../examples"
         VAN_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus")
     target_link_libraries(${name} PRIVATE van_objects Qt5::Test)
+    if(room STREQUAL layout)
+        target_link_libraries(${name} PRIVATE vanlayout_objects)
+        target_include_directories(${name} SYSTEM PRIVATE ${RAPIDJSON_INCLUDE_DIR})
+    endif()
     add_test(NAME ${name} COMMAND ${name})
     van_test_properties(${name} ${room})
 endfunction()

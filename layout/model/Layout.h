@@ -1,0 +1,299 @@
+#ifndef LAYOUT_MODEL_LAYOUT_H
+#define LAYOUT_MODEL_LAYOUT_H
+
+#include "model/Problem.h"
+#include "vanlayout_export.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <optional>
+
+/// The exact layout of a census or survey data file: everything that its description says, as plain values.
+///
+/// All types are implicitly shared through Qt's containers, so copies are cheap; all compare with `==`. Nothing here
+/// reads or writes files. Lengths and columns are in characters, columns count from 1. Objects may be read from several
+/// threads at once; a thread that changes one needs a copy of its own.
+namespace vanlayout
+{
+
+/// One text in one language.
+struct VANLAYOUT_EXPORT Label {
+    QString language; ///< code such as "EN"; empty where the file names none
+    QString text;
+};
+
+/// The texts of one label in all languages, in the order of the file. No label at all is an empty list.
+struct VANLAYOUT_EXPORT Labels {
+    QVector<Label> parts;
+
+    bool isEmpty() const { return parts.isEmpty(); }
+    /// The text in the language with this code, compared without regard to case. The first part answers for a language
+    /// that is absent or whose text is empty; an empty text where there is no part.
+    QString in(const QString &language) const;
+    /// The text of the first part; empty where there is none.
+    QString primary() const { return parts.isEmpty() ? QString() : parts.constFirst().text; }
+};
+
+/// A language of the dictionary.
+struct VANLAYOUT_EXPORT Language {
+    QString name;  ///< code such as "EN"
+    QString label; ///< name for people, such as "English"
+};
+
+/// One code, or all values from one code to another, both included.
+struct VANLAYOUT_EXPORT Range {
+    QString from;
+    QString to; ///< empty for one code
+};
+
+/// The meaning that CSPro gives to a value beside its label.
+enum class Special { None, Missing, NotApplicable, Refused, Default };
+
+/// One entry of a value set: codes and their label.
+struct VANLAYOUT_EXPORT Value {
+    Labels labels;
+    QString note;
+    Special special = Special::None;
+    QString image;     ///< path of a picture, as the file has it
+    QString textColor; ///< as the file has it
+    QVector<Range> ranges;
+};
+
+/// A list of values of an item. Sets that share a link, or one label set of a statistical file, share one list in
+/// memory.
+struct VANLAYOUT_EXPORT ValueSet {
+    QString name;
+    Labels labels;
+    QString note;
+    QStringList aliases;
+    QString link; ///< equal for sets with the same values; empty where there is none
+    QVector<Value> values;
+};
+
+/// The label of one occurrence of a record or an item.
+struct VANLAYOUT_EXPORT OccurrenceLabel {
+    int occurrence = 0; ///< from 1
+    Labels labels;
+};
+
+/// How an item is asked for at data entry.
+struct VANLAYOUT_EXPORT Capture {
+    QString type;       ///< as CSPro 8 spells it: "textBox", "radioButton", "date" ...
+    QString dateFormat; ///< upper case, such as "YYYYMMDD"; empty where there is none
+};
+
+/// How the values of a statistical file are stored.
+enum class Storage { None, Int8, Int16, Int32, Float, Double, String };
+
+/// Level of measurement of a statistical variable.
+enum class Measure { None, Nominal, Ordinal, Scale };
+
+/// Alignment of a statistical variable on the screen.
+enum class Alignment { None, Left, Center, Right };
+
+/// The words for the type of an item.
+namespace itemtype
+{
+inline QString numeric()
+{
+    return QStringLiteral("numeric");
+}
+inline QString alpha()
+{
+    return QStringLiteral("alpha");
+}
+} // namespace itemtype
+
+/// A variable: an id item, an item of a record, or a subitem.
+struct VANLAYOUT_EXPORT Item {
+    QString name;
+    Labels labels;
+    QString note;
+    QStringList aliases;
+    /// "numeric", "alpha", "document", "audio", "image" or "geometry"; an unknown word of the file in lower case.
+    QString type = itemtype::numeric();
+    int start = 0;  ///< 1-based column of the first occurrence; 0 where there are no columns
+    int length = 0; ///< characters of one occurrence, a written decimal mark included
+    int occurrences = 1;
+    QVector<OccurrenceLabel> occurrenceLabels;
+    bool isSubitem = false;
+    QString subitemOf; ///< name of the item that holds this subitem; empty for an item, or where there is none before
+    int decimals = 0;  ///< digits after the decimal mark
+    bool decimalMark = false; ///< whether the mark is written in the data and counts in the length
+    bool zeroFill = false;    ///< whether numbers are padded with zeros at the left
+    std::optional<Capture> capture;
+    QVector<ValueSet> valueSets;
+    // of statistical files
+    Storage storage = Storage::None;
+    QString format; ///< as the file has it: "F8.2", "%8.0g"
+    Measure measure = Measure::None;
+    Alignment alignment = Alignment::None;
+    int displayWidth = 0;   ///< 0 where the file has none
+    QVector<Range> missing; ///< user-missing values
+
+    bool isNumeric() const { return type == itemtype::numeric(); }
+    bool isAlpha() const { return type == itemtype::alpha(); }
+};
+
+/// One type of lines of the data file.
+struct VANLAYOUT_EXPORT Record {
+    QString name;
+    Labels labels;
+    QString note;
+    QStringList aliases;
+    QString recordType;        ///< text that marks lines of this type
+    bool required = true;      ///< whether each case must have the record
+    int maximum = 1;           ///< records of the type in a case, at most
+    std::optional<int> length; ///< characters of a line, where the file states it
+    QVector<OccurrenceLabel> occurrenceLabels;
+    QVector<Item> items; ///< subitems follow their item
+};
+
+/// A level of the hierarchy: its id items, which are on each line, and its records.
+struct VANLAYOUT_EXPORT Level {
+    QString name;
+    Labels labels;
+    QString note;
+    QStringList aliases;
+    QVector<Item> ids;
+    QVector<Record> records;
+};
+
+/// One part of a relation.
+struct VANLAYOUT_EXPORT RelationLink {
+    QString primaryLink;   ///< item of the primary that is compared; empty for "by occurrence number"
+    QString secondary;     ///< repeating record or item on the right
+    QString secondaryLink; ///< item of the secondary that is compared; empty for "by occurrence number"
+};
+
+/// How repeating records or items belong together.
+struct VANLAYOUT_EXPORT Relation {
+    QString name;
+    QStringList aliases;
+    QString primary; ///< repeating record or item on the left
+    QVector<RelationLink> links;
+};
+
+/// The columns that mark the type of a record on each line.
+struct VANLAYOUT_EXPORT RecordTypeColumns {
+    int start = 0;  ///< 1-based column
+    int length = 0; ///< characters
+};
+
+/// Settings for the security of data files; each is absent where the file does not state it.
+struct VANLAYOUT_EXPORT Security {
+    std::optional<QString> settings; ///< hexadecimal text, encrypted
+    std::optional<bool> allowDataViewerModifications;
+    std::optional<bool> allowExport;
+    std::optional<int> cachedPasswordMinutes;
+};
+
+/// A statement of the file that no member holds.
+struct VANLAYOUT_EXPORT Extra {
+    QString path; ///< element by name, as in Problem; empty for the file
+    QString key;
+    QString value; ///< text; of a JSON file, the spelling of the JSON value
+    int line = 0;  ///< 1-based line of a text file; 0 where there is none
+};
+
+/// The format of the file that a layout was read from.
+enum class Format { None, CSProText, CSProJson, Spss, SpssPortable, Stata, Sas, SasXport };
+
+/// Everything that a file says of the layout of its data. Reading that fails gives a layout without levels and with one
+/// problem of severity error.
+struct VANLAYOUT_EXPORT Layout {
+    QString file; ///< path as it was given to the reader
+    Format format = Format::None;
+    QString container;     ///< "csdb" for a dictionary within a CSPro data file; empty otherwise
+    QString formatVersion; ///< such as "7.7", "8.0", "118"; empty where the file does not state it
+    QString encoding;      ///< lower-case IANA name; empty where the file does not state it
+    QString name;
+    Labels labels;
+    QString note;
+    QStringList aliases;
+    QVector<Language> languages;                 ///< the first is the primary one
+    std::optional<RecordTypeColumns> recordType; ///< absent where lines have no type
+    std::optional<bool> relativePositions;
+    bool decimalMark = false; ///< default for new items
+    bool zeroFill = false;    ///< default for new items
+    bool editable = true;
+    std::optional<Security> security;
+    std::optional<bool> readOptimization;
+    std::optional<bool> enableBinaryItems;
+    std::optional<QString> valueSetImages; ///< as the file has it
+    // of statistical files
+    std::optional<qint64> rows;
+    std::optional<QString> created;  ///< `YYYY-MM-DDTHH:MM:SS`, the wall clock that the file states, without a zone
+    std::optional<QString> modified; ///< likewise
+    QString weight;                  ///< name of the weight variable
+
+    QVector<Level> levels; ///< outermost first; a statistical file is one level without ids, with one record
+    QVector<Relation> relations;
+    QVector<Extra> extras;     ///< statements that no member holds, in the order of the file
+    QVector<Problem> problems; ///< in the order of the file
+
+    /// The problem of severity error for which there is no layout; null where reading succeeded. Valid until the layout
+    /// changes.
+    const Problem *error() const;
+    /// Whether the file was read; there may be warnings.
+    bool isRead() const { return !error(); }
+};
+
+/// The words of the JSON form: "cspro-text", "missing", "int8", "nominal", "left" ...; empty for None.
+VANLAYOUT_EXPORT QString wordOf(Format format);
+VANLAYOUT_EXPORT QString wordOf(Special special);
+VANLAYOUT_EXPORT QString wordOf(Storage storage);
+VANLAYOUT_EXPORT QString wordOf(Measure measure);
+VANLAYOUT_EXPORT QString wordOf(Alignment alignment);
+
+/// The column where an occurrence begins.
+///
+/// \a parent is the item that holds a subitem, null for an item; a subitem repeats with the item that holds it.
+/// \a occurrence counts from 1. 0 where the item has no columns; a column beyond `int` is the largest `int`.
+VANLAYOUT_EXPORT int startOf(const Item &item, int occurrence, const Item *parent = nullptr);
+
+// clang-format off
+VANLAYOUT_EXPORT bool operator==(const Label &left, const Label &right);
+VANLAYOUT_EXPORT bool operator==(const Labels &left, const Labels &right);
+VANLAYOUT_EXPORT bool operator==(const Language &left, const Language &right);
+VANLAYOUT_EXPORT bool operator==(const Range &left, const Range &right);
+VANLAYOUT_EXPORT bool operator==(const Value &left, const Value &right);
+VANLAYOUT_EXPORT bool operator==(const ValueSet &left, const ValueSet &right);
+VANLAYOUT_EXPORT bool operator==(const OccurrenceLabel &left, const OccurrenceLabel &right);
+VANLAYOUT_EXPORT bool operator==(const Capture &left, const Capture &right);
+VANLAYOUT_EXPORT bool operator==(const Item &left, const Item &right);
+VANLAYOUT_EXPORT bool operator==(const Record &left, const Record &right);
+VANLAYOUT_EXPORT bool operator==(const Level &left, const Level &right);
+VANLAYOUT_EXPORT bool operator==(const RelationLink &left, const RelationLink &right);
+VANLAYOUT_EXPORT bool operator==(const Relation &left, const Relation &right);
+VANLAYOUT_EXPORT bool operator==(const RecordTypeColumns &left, const RecordTypeColumns &right);
+VANLAYOUT_EXPORT bool operator==(const Security &left, const Security &right);
+VANLAYOUT_EXPORT bool operator==(const Extra &left, const Extra &right);
+VANLAYOUT_EXPORT bool operator==(const Layout &left, const Layout &right);
+// clang-format on
+
+/// The opposite of `==`, for every type of the model.
+template <typename Type> auto operator!=(const Type &left, const Type &right) -> decltype(left == right)
+{
+    return !(left == right);
+}
+
+} // namespace vanlayout
+
+Q_DECLARE_TYPEINFO(vanlayout::Label, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::Labels, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::Language, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::Range, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::Value, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::ValueSet, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::OccurrenceLabel, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::Item, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::Record, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::Level, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::RelationLink, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::Relation, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::Extra, Q_MOVABLE_TYPE);
+
+#endif

@@ -1,0 +1,36 @@
+#ifndef LAYOUT_MODEL_PROBLEM_H
+#define LAYOUT_MODEL_PROBLEM_H
+
+#include "vanlayout_export.h"
+
+#include <QString>
+
+namespace vanlayout
+{
+
+/// How much a problem matters.
+enum class Severity {
+    Error,   ///< there is no layout at all
+    Warning, ///< something of the file is unusable, such as an item without a length
+    Info,    ///< unusual but whole, such as a key that occurs twice
+};
+
+/// "error", "warning" or "info".
+VANLAYOUT_EXPORT QString wordOf(Severity severity);
+
+/// One finding about a file: something wrong or unusual in it, and its place.
+struct VANLAYOUT_EXPORT Problem {
+    Severity severity = Severity::Warning;
+    QString id;      ///< stable word of letters a to z, digits and hyphens
+    int line = 0;    ///< 1-based line of a text file; 0 where there is none
+    QString path;    ///< element by name, `LEVEL/RECORD/ITEM/VALUESET/#value`, or a JSON path; empty for the file
+    QString message; ///< one line: the fact, then how to mend it where that helps
+};
+
+VANLAYOUT_EXPORT bool operator==(const Problem &left, const Problem &right);
+
+} // namespace vanlayout
+
+Q_DECLARE_TYPEINFO(vanlayout::Problem, Q_MOVABLE_TYPE);
+
+#endif

@@ -1,0 +1,45 @@
+#ifndef LAYOUT_READ_DIAGNOSTICS_P_H
+#define LAYOUT_READ_DIAGNOSTICS_P_H
+
+#include "model/Layout.h"
+
+namespace vanlayout
+{
+
+/// The place that a problem or an extra entry is about.
+struct Place {
+    int line = 0; ///< 1-based; 0 where there is none
+    QString path; ///< as in Problem
+};
+
+/// Collects what a reader finds beside the layout: its problems, and the statements that no member holds.
+///
+/// Both lists are bounded, so that a hostile file costs no more than a real one; the first entry beyond a bound is
+/// replaced by one problem with that fact (`too-many-problems`, `too-many-extras`).
+class Diagnostics
+{
+public:
+    static constexpr int maxProblems = 100'000;
+    static constexpr int maxExtras = 1'000'000;
+
+    explicit Diagnostics(Layout &target)
+        : layout(target)
+    {
+    }
+
+    void warn(const char *id, const QString &message, const Place &place = {});
+    void inform(const char *id, const QString &message, const Place &place = {});
+    /// Ends reading without a layout: all that was read is dropped, and this is the only problem.
+    void fail(const char *id, const QString &message, int line = 0);
+    void addExtra(const Place &place, const QString &key, const QString &value);
+
+private:
+    void add(Severity severity, const char *id, const QString &message, const Place &place);
+
+    Layout &layout;
+    bool hasTooManyExtras = false;
+};
+
+} // namespace vanlayout
+
+#endif

@@ -1,0 +1,63 @@
+#ifndef LAYOUT_READ_FORMATS_P_H
+#define LAYOUT_READ_FORMATS_P_H
+
+#include "read/Diagnostics_p.h"
+#include "read/Reader.h"
+
+#include <QByteArray>
+
+class QIODevice;
+
+namespace vanlayout
+{
+
+/// What a format reader is handed.
+struct Input {
+    QIODevice &device; ///< open for reading, random access, at the position of the first byte
+    QString path;      ///< of the file; empty where the layout comes from a device
+    QByteArray head;   ///< first bytes of the file, `headSize` of them where the file is as long
+    const ReadOptions &options;
+};
+
+/// Bytes at the beginning of a file that are enough to recognise its format.
+constexpr int headSize = 1024;
+
+/// Each reads one format into \a layout, whose member `file` is set. What the file has wrong goes to \a diagnostics; a
+/// file that gives no layout ends in `Diagnostics::fail`.
+///
+/// A read error of the device is such an end: id "cannot-read", message "cannot be read: " and the device's own words.
+using FormatReader = void (*)(Input &input, Layout &layout, Diagnostics &diagnostics);
+
+/// One format: how to recognise it and how to read it.
+struct FileFormat {
+    bool (*recognises)(const QByteArray &head);
+    FormatReader read;
+};
+
+bool isCSProText(const QByteArray &head);
+void readCSProText(Input &input, Layout &layout, Diagnostics &diagnostics);
+/// Reads the text form from \a bytes, as within a data file.
+void readCSProText(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics);
+
+bool isCSProJson(const QByteArray &head);
+void readCSProJson(Input &input, Layout &layout, Diagnostics &diagnostics);
+/// Reads the JSON form from \a bytes, as within a data file.
+void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics);
+
+bool isCSProDatabase(const QByteArray &head);
+void readCSProDatabase(Input &input, Layout &layout, Diagnostics &diagnostics);
+
+/// SPSS, SPSS portable, Stata, SAS data set, SAS transport file.
+bool isStatFile(const QByteArray &head);
+void readStatFile(Input &input, Layout &layout, Diagnostics &diagnostics);
+
+/// Says in one line what a file that no reader recognises seems to be: "CSV", "PNG image", "ZIP archive" ...
+QString describeUnknownFile(const QByteArray &head);
+
+/// All bytes from the device's position to its end. An empty text in \a problem says that all were read; otherwise it
+/// holds the message of the failure.
+QByteArray readAllOf(QIODevice &device, QString &problem);
+
+} // namespace vanlayout
+
+#endif

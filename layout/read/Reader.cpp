@@ -1,0 +1,124 @@
+#include "read/Reader.h"
+
+#include "read/Formats_p.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <vector>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+// clang-format off
+// In the order in which they are tried.
+const std::vector<FileFormat> &fileFormats()
+{
+    static const std::vector<FileFormat> formats = {
+    };
+    return formats;
+}
+// clang-format on
+
+void readWith(Input &input, Layout &layout, Diagnostics &diagnostics)
+{
+    const std::vector<FileFormat> &formats = fileFormats();
+    const auto format = std::find_if(formats.begin(), formats.end(),
+                                     [&](const FileFormat &candidate) { return candidate.recognises(input.head); });
+    if (format != formats.end())
+        format->read(input, layout, diagnostics);
+    else
+        diagnostics.fail("unknown-format", describeUnknownFile(input.head));
+}
+
+// The device is at the position where the file begins, and can go back there.
+void readDevice(QIODevice &device, const QString &path, const ReadOptions &options, Layout &layout)
+{
+    Diagnostics diagnostics(layout);
+    const QByteArray head = device.peek(headSize);
+    if (head.isEmpty()) {
+        // A device that fails also has no bytes; reading one says which of both it is.
+        QString problem;
+        readAllOf(device, problem);
+        if (problem.isEmpty())
+            diagnostics.fail("empty-file", QStringLiteral("the file is empty"));
+        else
+            diagnostics.fail("cannot-read", problem);
+        return;
+    }
+    Input input = { device, path, head, options };
+    readWith(input, layout, diagnostics);
+}
+
+void readSequential(QIODevice &device, const ReadOptions &options, Layout &layout)
+{
+    QString problem;
+    QByteArray bytes = readAllOf(device, problem);
+    if (!problem.isEmpty()) {
+        Diagnostics(layout).fail("cannot-read", problem);
+        return;
+    }
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    readDevice(buffer, QString(), options, layout);
+}
+
+} // namespace
+
+Layout readLayout(QIODevice &device, const QString &name, const ReadOptions &options)
+{
+    Layout layout;
+    layout.file = name;
+    if (device.isSequential())
+        readSequential(device, options, layout);
+    else
+        readDevice(device, QString(), options, layout);
+    return layout;
+}
+
+Layout readLayout(const QString &path, const ReadOptions &options)
+{
+    Layout layout;
+    layout.file = path;
+    QFile file(path);
+    if (QFileInfo(path).isDir())
+        Diagnostics(layout).fail("cannot-open", QStringLiteral("is a folder"));
+    else if (!file.open(QIODevice::ReadOnly))
+        Diagnostics(layout).fail("cannot-open", QStringLiteral("cannot be opened: %1").arg(file.errorString()));
+    else if (file.isSequential())
+        readSequential(file, options, layout);
+    else
+        readDevice(file, path, options, layout);
+    return layout;
+}
+
+QByteArray readAllOf(QIODevice &device, QString &problem)
+{
+    constexpr qint64 maxSize = qint64(1) << 30;
+    constexpr qint64 blockSize = 1 << 18;
+    QByteArray bytes;
+    if (!device.isSequential())
+        bytes.reserve(int(std::clamp<qint64>(device.size() - device.pos(), 0, maxSize)));
+    for (;;) {
+        const QByteArray block = device.read(blockSize);
+        if (block.isEmpty())
+            break;
+        if (bytes.size() + block.size() > maxSize) {
+            problem = QStringLiteral("is larger than 1 GiB, which is as much as is read");
+            return QByteArray();
+        }
+        bytes += block;
+    }
+    // QIODevice::read does not part the end of a file from an error; one more byte does.
+    char byte = 0;
+    if (device.read(&byte, 1) < 0)
+        problem = QStringLiteral("cannot be read: %1").arg(device.errorString());
+    return bytes;
+}
+
+} // namespace vanlayout

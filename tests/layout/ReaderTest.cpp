@@ -1,0 +1,121 @@
+#include "read/Reader.h"
+
+#include <QBuffer>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace vanlayout;
+
+namespace
+{
+
+// Has no bytes and says that reading failed.
+class FailingDevice : public QIODevice
+{
+public:
+    explicit FailingDevice(bool sequential)
+        : isPipe(sequential)
+    {
+        open(QIODevice::ReadOnly);
+    }
+    bool isSequential() const override { return isPipe; }
+    qint64 size() const override { return 1000; }
+
+protected:
+    qint64 readData(char * /*data*/, qint64 /*size*/) override
+    {
+        setErrorString("the disk is broken");
+        return -1;
+    }
+    qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
+
+private:
+    bool isPipe;
+};
+
+Layout layoutOf(QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    return readLayout(buffer, "name");
+}
+
+} // namespace
+
+class ReaderTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aFileWithoutALayoutSaysWhatItIs_data();
+    void aFileWithoutALayoutSaysWhatItIs();
+    void aFileThatDoesNotExistIsAnError();
+    void aFolderIsAnError();
+    void anErrorOfTheDeviceIsAnError_data();
+    void anErrorOfTheDeviceIsAnError();
+};
+
+void ReaderTest::aFileWithoutALayoutSaysWhatItIs_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("part");
+    QTest::newRow("empty") << QByteArray() << "empty-file"
+                           << "empty";
+    QTest::newRow("PNG") << QByteArray("\x89PNG\r\n\x1a\n") << "unknown-format"
+                         << "PNG image";
+    QTest::newRow("ZIP") << QByteArray("PK\x03\x04 and more") << "unknown-format"
+                         << "ZIP archive";
+    QTest::newRow("PDF") << QByteArray("%PDF-1.4") << "unknown-format"
+                         << "PDF document";
+    QTest::newRow("bytes of no format") << QByteArray("\x01\x02\x03") << "unknown-format"
+                                        << "no known format";
+}
+
+void ReaderTest::aFileWithoutALayoutSaysWhatItIs()
+{
+    QFETCH(QByteArray, bytes);
+    const Layout layout = layoutOf(bytes);
+    QVERIFY(!layout.isRead());
+    QCOMPARE(layout.file, QString("name"));
+    QCOMPARE(layout.problems.size(), 1);
+    QTEST(layout.error()->id, "id");
+    QFETCH(QString, part);
+    QVERIFY2(layout.error()->message.contains(part), qPrintable(layout.error()->message));
+    QVERIFY(!layout.error()->message.contains('\n'));
+}
+
+void ReaderTest::aFileThatDoesNotExistIsAnError()
+{
+    QTemporaryDir folder;
+    const Layout layout = readLayout(folder.filePath("absent.dcf"));
+    QVERIFY(!layout.isRead());
+    QCOMPARE(layout.error()->id, QString("cannot-open"));
+    QCOMPARE(layout.file, folder.filePath("absent.dcf"));
+}
+
+void ReaderTest::aFolderIsAnError()
+{
+    QTemporaryDir folder;
+    QCOMPARE(readLayout(folder.path()).error()->message, QString("is a folder"));
+}
+
+void ReaderTest::anErrorOfTheDeviceIsAnError_data()
+{
+    QTest::addColumn<bool>("isSequential");
+    QTest::newRow("file") << false;
+    QTest::newRow("pipe") << true;
+}
+
+void ReaderTest::anErrorOfTheDeviceIsAnError()
+{
+    QFETCH(bool, isSequential);
+    FailingDevice device(isSequential);
+    const Layout layout = readLayout(device, "name");
+    QVERIFY(!layout.isRead());
+    QCOMPARE(layout.error()->id, QString("cannot-read"));
+    QCOMPARE(layout.error()->message, QString("cannot be read: the disk is broken"));
+}
+
+QTEST_APPLESS_MAIN(ReaderTest)
+#include "ReaderTest.moc"

@@ -1,0 +1,3 @@
+van_add_test(layout/ModelTest.cpp)
+van_add_test(layout/LayoutJsonTest.cpp)
+van_add_test(layout/ReaderTest.cpp)
