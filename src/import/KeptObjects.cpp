@@ -58,6 +58,8 @@ KeptObjects::~KeptObjects() = default;
 
 KeptObjects &KeptObjects::operator=(const KeptObjects &other)
 {
+    if (this == &other)
+        return *this;
     const auto former = std::exchange(shelves, other.shelves);
     // What nobody else reaches is gathered on one shelf, so that there are few of them after any number of assignments.
     std::shared_ptr<Shelf> own;

@@ -12,8 +12,9 @@ class TGenericField;
 /// What an importer or a provider has made that outlives it, within reach so that it can be given back.
 ///
 /// Copies share it: whichever of them gives back first gives back all of it, once. An assignment keeps within reach
-/// what its target had made before and no copy of the target reaches. Destroying the last copy gives nothing back: what
-/// was made then lasts as long as the process. Everything runs on the caller's thread; nothing is locked.
+/// what its target had made before and no copy of the target reaches; one to itself changes nothing. Destroying the
+/// last copy gives nothing back: what was made then lasts as long as the process. Everything runs on the caller's
+/// thread; nothing is locked.
 class MODEL_VANADMIN_EXPORT KeptObjects
 {
 public:

@@ -101,6 +101,7 @@ public:
     virtual AnyRecord makeRecord() const = 0;
     virtual AnyRecord copyOf(const AnyRecord &record) const = 0;
     virtual AnyRecord assignedFrom(const AnyRecord &record) const = 0;
+    virtual void assignToItself(const AnyRecord &record) const = 0;
     virtual AnyRecord movedFrom(const AnyRecord &record) const = 0;
     virtual AnyRecord moveAssignedFrom(const AnyRecord &record) const = 0;
 
@@ -169,6 +170,7 @@ public:
         *assigned = std::as_const(in(record));
         return assigned;
     }
+    void assignToItself(const AnyRecord &record) const override { in(record) = std::as_const(in(record)); }
     AnyRecord movedFrom(const AnyRecord &record) const override
     {
         return std::make_shared<Record>(std::move(in(record)));
@@ -335,6 +337,24 @@ private Q_SLOTS:
                 QCOMPARE(differences(fields(), field, (field->*copy)(source)), QStringList());
                 QCOMPARE(differences(fields(), field, source), QStringList());
             }
+        }
+    }
+
+    // Alone and with a copy that shares what copies share; the record can be written to afterwards.
+    void assignmentToItselfChangesNothing_data() { addRows(table.records()); }
+    void assignmentToItselfChangesNothing()
+    {
+        for (const Field *field : fields()) {
+            const AnyRecord record = field->makeRecordWithIt();
+            field->assignToItself(record);
+            QCOMPARE(differences(fields(), field, record), QStringList());
+            const AnyRecord copy = field->copyOf(record);
+            field->assignToItself(record);
+            QCOMPARE(differences(fields(), field, record), QStringList());
+            QCOMPARE(differences(fields(), field, copy), QStringList());
+            field->set(record, 0, 1);
+            QVERIFY2(field->has(record, 1), qPrintable(field->name));
+            QCOMPARE(differences(fields(), field, copy), QStringList());
         }
     }
 

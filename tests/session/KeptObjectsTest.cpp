@@ -178,6 +178,40 @@ private Q_SLOTS:
         QCOMPARE(gone, QStringList({ "list" }));
     }
 
+    // The copy keeps the only other hold on what both have made.
+    void selfAssignmentWithACopyAliveChangesNothing()
+    {
+        KeptObjects kept;
+        addMark(kept, "before the copy");
+        KeptObjects copy(kept);
+        const KeptObjects &same = kept;
+        kept = same;
+        addMark(kept, "later");
+        addMark(copy, "of the copy");
+        kept.giveBack();
+        QCOMPARE(gone, QStringList({ "of the copy", "later", "before the copy" }));
+        addMark(kept, "anew");
+        copy.giveBack();
+        QCOMPARE(gone.last(), QString("anew"));
+    }
+
+    // Copies of each other are no different from the same object.
+    void assignmentBetweenCopiesChangesNothing()
+    {
+        KeptObjects kept;
+        addMark(kept, "of an earlier assignment");
+        kept = KeptObjects();
+        addMark(kept, "before the copy");
+        KeptObjects copy(kept);
+        kept = copy;
+        copy = kept;
+        addMark(copy, "later");
+        kept.giveBack();
+        QCOMPARE(gone, QStringList({ "later", "before the copy", "of an earlier assignment" }));
+        copy.giveBack();
+        QCOMPARE(gone.size(), 3);
+    }
+
     void destroyingTheLastCopyFreesNothing()
     {
         {
