@@ -124,7 +124,7 @@ void wholeRoad(benchmark::State &state, const Form &form, bool isReported)
 void wholeProcess(benchmark::State &state, const Form &form)
 {
     const QString path = dictionaryFile(form, state);
-    const std::vector<std::string> command = { VAN_TOOL, "show", "--format", "csv", path.toStdString() };
+    const std::vector<std::string> command = { VAN_TOOL, "fields", "--format", "csv", path.toStdString() };
     const std::vector<std::string> least = { VAN_BYTES_ONLY, form.name, path.toStdString() };
     measureProcesses(state, *processRunner, command, least);
     finish(state, path);

@@ -32,7 +32,7 @@ QString statFile(const StatFileShape &shape)
 void wholeProcess(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
 {
     const QString path = statFile({ kind, int(state.range(0)), int(state.range(1)), isOneSet, qint64(state.range(2)) });
-    const std::vector<std::string> command = { VAN_TOOL, "show", "--format", "csv", path.toStdString() };
+    const std::vector<std::string> command = { VAN_TOOL, "fields", "--format", "csv", path.toStdString() };
     const std::vector<std::string> least = { VAN_STAT_PASSES_ONLY, path.toStdString() };
     measureProcesses(state, *processRunner, command, least);
 }

@@ -4,7 +4,7 @@ set(ENV{LC_ALL} C.UTF-8)
 foreach(folder ${VAN_TEST_DATA}/cspro ${VAN_TEST_DATA}/cspro8)
     file(GLOB dictionaries RELATIVE ${folder} ${folder}/*.dcf)
     foreach(dictionary IN LISTS dictionaries)
-        execute_process(COMMAND ${VAN_TOOL} show --format json ${dictionary} WORKING_DIRECTORY ${folder}
+        execute_process(COMMAND ${VAN_TOOL} fields --format json ${dictionary} WORKING_DIRECTORY ${folder}
             RESULT_VARIABLE status OUTPUT_VARIABLE answer ERROR_VARIABLE complaint)
         # Without an answer on standard output there is nothing to compare; an error of the library is an answer.
         if(NOT status MATCHES "^[02]$" OR answer STREQUAL "")

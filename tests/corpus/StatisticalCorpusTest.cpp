@@ -194,7 +194,7 @@ QList<QStringList> shownFields(const QString &path, bool isStata)
 {
     QProcess tool;
     tool.start(QStringLiteral(VAN_TOOL),
-               { "show", "--format", "json", "--type", QLatin1String(isStata ? "stata" : "spss"), path });
+               { "fields", "--format", "json", "--type", QLatin1String(isStata ? "stata" : "spss"), path });
     tool.waitForFinished();
     const QStringList types
         = { QString(), QStringLiteral("INTEGER"), QStringLiteral("REAL"), QStringLiteral("STRING") };

@@ -27,7 +27,7 @@ Answer show(const QString &folder, const QString &name)
     tool.setProcessEnvironment(environment);
     tool.setWorkingDirectory(folder);
     tool.start(QStringLiteral(VAN_TOOL),
-               { QStringLiteral("show"), QStringLiteral("--format"), QStringLiteral("json"), name });
+               { QStringLiteral("fields"), QStringLiteral("--format"), QStringLiteral("json"), name });
     if (!tool.waitForFinished() || tool.exitStatus() != QProcess::NormalExit)
         return {};
     return { tool.exitCode(), tool.readAllStandardOutput(), tool.readAllStandardError() };

@@ -22,4 +22,4 @@ foreach(file bin/vanlayout share/man/man1/vanlayout.1 include/model_VanAdmin/imp
     endif()
 endforeach()
 # The tool finds the library beside its folder.
-must(${SCRATCH}/root/usr/bin/vanlayout show ${EXAMPLES}/census.dcf)
+must(${SCRATCH}/root/usr/bin/vanlayout fields ${EXAMPLES}/census.dcf)

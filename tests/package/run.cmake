@@ -53,4 +53,4 @@ foreach(header IN LISTS headers)
 endforeach()
 
 # The installed tool runs.
-must(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${library_folder} ${prefix}/bin/vanlayout show ${SCRATCH}/survey.dcf)
+must(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${library_folder} ${prefix}/bin/vanlayout fields ${SCRATCH}/survey.dcf)

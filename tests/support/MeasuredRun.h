@@ -67,7 +67,7 @@ inline MeasuredRun showAsJson(const QString &fileName, const QTemporaryDir &fold
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.constData(), writing, 0600);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.constData(), writing, 0600);
 
-    std::vector<QByteArray> words = { VAN_TOOL, "show", "--format", "json", QFile::encodeName(fileName) };
+    std::vector<QByteArray> words = { VAN_TOOL, "fields", "--format", "json", QFile::encodeName(fileName) };
     std::vector<char *> arguments;
     for (QByteArray &word : words)
         arguments.push_back(word.data());

@@ -5,7 +5,7 @@
 #include <QRegularExpression>
 #include <QString>
 
-/// The line that `vanlayout show` writes to standard error where a file has notes.
+/// The line that `vanlayout fields` writes to standard error where a file has notes.
 inline const QRegularExpression &notesLine()
 {
     static const QRegularExpression line(

@@ -119,7 +119,7 @@ private Q_SLOTS:
         QVERIFY(page.contains("<p class=\"format\">" + title.toUtf8() + "</p>"));
         const QJsonObject data = dataOf(page);
         const QJsonArray variables = data["variables"].toArray();
-        const Run shown = folder.run({ "show", "--format", "json", file });
+        const Run shown = folder.run({ "fields", "--format", "json", file });
         const QJsonArray fields = shown.json()["fields"].toArray();
         QVERIFY(!fields.isEmpty());
         QCOMPARE(variables.size(), fields.size());
@@ -335,7 +335,7 @@ private Q_SLOTS:
         const QJsonObject data = dataOf(page);
         const QJsonObject variable = data["variables"].toArray().at(0).toObject();
         // As the library holds it, which JSON can tell in full.
-        const Run shown = folder.run({ "show", "--format", "json", "odd.dcf" });
+        const Run shown = folder.run({ "fields", "--format", "json", "odd.dcf" });
         const QJsonObject field = shown.json()["fields"].toArray().at(0).toObject();
         QVERIFY(!field["label"].toString().isEmpty());
         QCOMPARE(variable["label"].toString(), field["label"].toString());
@@ -675,7 +675,7 @@ private Q_SLOTS:
         int pages = 0;
         for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" }) {
             for (const QString &file : corpusFiles(kind).mid(0, 12)) {
-                const Run shown = folder.run({ "show", "--format", "json", file });
+                const Run shown = folder.run({ "fields", "--format", "json", file });
                 const Run made = folder.run({ "codebook", file, "-o", "-" });
                 QCOMPARE(made.status, shown.status);
                 if (made.status != fine)

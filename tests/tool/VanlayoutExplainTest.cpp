@@ -43,7 +43,7 @@ QStringList sorted(const QSet<QString> &kinds)
 
 } // namespace
 
-/// `vanlayout explain`, run as a user runs it, and what `vanlayout show` says of it.
+/// `vanlayout explain`, run as a user runs it, and what `vanlayout fields` says of it.
 class VanlayoutExplainTest : public QObject
 {
     Q_OBJECT
@@ -88,7 +88,7 @@ private Q_SLOTS:
         QCOMPARE(explained.status, fine);
         QCOMPARE(explained.err, QByteArray());
         QCOMPARE(QString::fromUtf8(explained.out), file + ": " + type + ", no note\n");
-        const Run shown = folder.run({ "show", file });
+        const Run shown = folder.run({ "fields", file });
         QCOMPARE(shown.status, fine);
         QCOMPARE(shown.err, QByteArray());
     }
@@ -327,7 +327,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, format);
         folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
-        const Run shown = folder.run({ "show", "--format", format, "d.dcf" });
+        const Run shown = folder.run({ "fields", "--format", format, "d.dcf" });
         QCOMPARE(shown.status, fine);
         QCOMPARE(shown.err, QByteArray("vanlayout: d.dcf: 1 note (1 lost); vanlayout explain shows them\n"));
         QVERIFY(!shown.out.contains("note"));
@@ -335,7 +335,7 @@ private Q_SLOTS:
 
     void showOfAFileWithoutLayoutSaysWhatIsWrongAlone()
     {
-        const Run shown = folder.run({ "show", ended });
+        const Run shown = folder.run({ "fields", ended });
         QCOMPARE(shown.status, noAnswer);
         QCOMPARE(notesLinesOf(shown.err), QByteArray());
         QCOMPARE(shown.err.count('\n'), 1);

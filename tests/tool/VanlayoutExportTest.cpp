@@ -782,7 +782,7 @@ private Q_SLOTS:
         QFETCH(QString, file);
         // Several ranges in one line, and a further line of the set: reading ends in an error.
         write(dictionary(item("X", "Ends") + valueSet("Value=1:2 3:4;A\nValue=5;B\n")), "error.dcf");
-        const QByteArray form = folder.run({ "show", "--format", "json", file }).out;
+        const QByteArray form = folder.run({ "fields", "--format", "json", file }).out;
         QVERIFY(!form.isEmpty());
         const QJsonObject shown = QJsonDocument::fromJson(form).object();
         QCOMPARE(shown.contains("error"), file.endsWith("error.dcf"));
@@ -1164,10 +1164,10 @@ private:
         return definitions["field"].toObject()["properties"].toObject();
     }
 
-    // What `show` prints.
+    // What `fields` prints.
     QJsonObject form(const QString &file) const
     {
-        return folder.run({ "show", "--format", "json", file }).json().toObject();
+        return folder.run({ "fields", "--format", "json", file }).json().toObject();
     }
 
     static QByteArray written(const Layout &layout, void (*write)(const Layout &layout, QIODevice &device))

@@ -155,7 +155,7 @@ private Q_SLOTS:
         QTest::newRow("limit is no number") << (QStringList{ "--max-messages", "all", "lookup.txt" }) << QByteArray();
         QTest::newRow("limit is larger than an int")
             << (QStringList{ "--max-messages", "2147483648", "lookup.txt" }) << QByteArray();
-        QTest::newRow("option of show") << (QStringList{ "--type", "auto", "lookup.txt" }) << QByteArray();
+        QTest::newRow("option of fields") << (QStringList{ "--type", "auto", "lookup.txt" }) << QByteArray();
         QTest::newRow("below a file") << QStringList("lookup.txt/x") << QByteArray("lookup.txt/x: no such file\n");
         QTest::newRow("value in two lines") << (QStringList{ "--mode", "a\nb", "lookup.txt" }) << QByteArray();
         QTest::newRow("name in two lines") << QStringList("a\nb")

@@ -401,7 +401,7 @@ const QByteArray survey8 = R"({
 }
 )";
 
-// How `show --format json survey.dcf` answers, without blanks between tokens.
+// How `fields --format json survey.dcf` answers, without blanks between tokens.
 const QByteArray surveyJson = compact(R"({
   "importer": {
     "type": "CSPRO", "id": "CSPRO_survey.dcf", "multiple": true,
@@ -509,7 +509,7 @@ Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables,
 Run VanlayoutTest::show(const QByteArray &content, const QStringList &options, const Variables &variables) const
 {
     write(QStringLiteral("survey.dcf"), content);
-    return run(QStringList{ QStringLiteral("show") } + options + QStringList{ QStringLiteral("survey.dcf") },
+    return run(QStringList{ QStringLiteral("fields") } + options + QStringList{ QStringLiteral("survey.dcf") },
                variables);
 }
 
@@ -574,7 +574,7 @@ void VanlayoutTest::severalFilesGiveOneJsonObjectALine()
 {
     write("survey.dcf", survey);
     write("other.dcf", oneItem("OTHER"));
-    const Run shown = run({ "show", "--format", "json", "survey.dcf", "other.dcf", "survey.dcf" });
+    const Run shown = run({ "fields", "--format", "json", "survey.dcf", "other.dcf", "survey.dcf" });
     QCOMPARE(shown.status, fine);
     QVERIFY(shown.out.endsWith('\n'));
     const QList<QByteArray> lines = linesOf(shown.out);
@@ -711,7 +711,7 @@ void VanlayoutTest::errorOfTheLibraryIsOneLineAmongSeveralFiles()
 {
     write("survey.dcf", survey);
     write("broken.dcf", unreadableRange);
-    const Run shown = run({ "show", "--format", "json", "survey.dcf", "broken.dcf", "survey.dcf" });
+    const Run shown = run({ "fields", "--format", "json", "survey.dcf", "broken.dcf", "survey.dcf" });
     const QList<QByteArray> lines = linesOf(shown.out);
     QCOMPARE(lines.size(), 3);
     QCOMPARE(compact(lines.at(0)), surveyJson);
@@ -754,7 +754,7 @@ void VanlayoutTest::csvOfSeveralFilesHasAFirstColumnFile()
 {
     write("one.dcf", oneItem("ONE"));
     write("two, or so.dcf", oneItem("TWO"));
-    const Run shown = run({ "show", "--format", "csv", "one.dcf", "two, or so.dcf" });
+    const Run shown = run({ "fields", "--format", "csv", "one.dcf", "two, or so.dcf" });
     QCOMPARE(shown.status, fine);
     QCOMPARE(shown.out,
              "file," + csvHeader
@@ -768,7 +768,7 @@ void VanlayoutTest::csvQuotesWhatNeedsIt()
     const QString fileName = QStringLiteral("a\nb \"c\".dcf");
     write(fileName, oneItem("ODD", label) + "\n[ValueSet]\nName=VS\nValue=1;x, \"y\"\n");
     write("plain.dcf", oneItem("PLAIN"));
-    const Run shown = run({ "show", "--format", "csv", fileName, "plain.dcf" });
+    const Run shown = run({ "fields", "--format", "csv", fileName, "plain.dcf" });
     QCOMPARE(shown.status, fine);
     const QVector<QStringList> rows = csvCells(shown.out);
     QCOMPARE(rows.size(), 3);
@@ -838,7 +838,7 @@ void VanlayoutTest::severalTablesHaveAHeadingEach()
 {
     write("survey.dcf", survey);
     write("other.dcf", oneItem("OTHER"));
-    const Run shown = run({ "show", "survey.dcf", "other.dcf" });
+    const Run shown = run({ "fields", "survey.dcf", "other.dcf" });
     QCOMPARE(shown.status, fine);
     const int first = shown.out.indexOf("survey.dcf");
     const int second = shown.out.indexOf("other.dcf");
@@ -901,7 +901,7 @@ void VanlayoutTest::widthIsThatOfTheTerminal()
     const winsize size = { 24, width, 0, 0 };
     QCOMPARE(ioctl(end, TIOCSWINSZ, &size), 0);
 
-    const Run shown = run({ "show", "survey.dcf" }, { { "COLUMNS", "60" } }, [end] { dup2(end, STDOUT_FILENO); });
+    const Run shown = run({ "fields", "survey.dcf" }, { { "COLUMNS", "60" } }, [end] { dup2(end, STDOUT_FILENO); });
     const QByteArray text = terminal.taken();
     QCOMPARE(shown.status, fine);
     QVERIFY(!text.isEmpty());
@@ -988,7 +988,7 @@ void VanlayoutTest::tableSendsNoControlCharacters()
           oneItem("N" + evil, "L" + evil + "\tM") + "Occurrences=3\n\n[Record]\nName=R" + evil
               + "\nRecordTypeValue='1'\n\n[Item]\nName=A\nDataType=Alpha\n\n[ValueSet]\nName=V\nValue=" + evil
               + ";x\n");
-    const Run shown = run({ "show", fileName });
+    const Run shown = run({ "fields", fileName });
     QCOMPARE(shown.status, fine);
     QVERIFY(isUtf8(shown.out));
     verifyHarmless(shown.out);
@@ -997,7 +997,7 @@ void VanlayoutTest::tableSendsNoControlCharacters()
 
 void VanlayoutTest::complaintSendsNoControlCharacters()
 {
-    const Run shown = run({ "show", QStringLiteral("a\u001B[2Jb\u0007c.dcf") });
+    const Run shown = run({ "fields", QStringLiteral("a\u001B[2Jb\u0007c.dcf") });
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(linesOf(shown.err).size(), 1);
     verifyHarmless(shown.err);
@@ -1031,7 +1031,7 @@ void VanlayoutTest::noAnswerIsStatus2AndOneLine()
     write("no variables.dcf", "[Dictionary]\nName=D\n\n[Record]\nName=R\nRecordTypeValue='1'\n");
     write("letter.txt", "Dear reader,\nthere is no variable here.\n");
     write("bytes.bin", QByteArray("\xFF\xFE\x00\x80\x90\n[Item", 11));
-    const Run shown = run({ "show", "--format", format, file });
+    const Run shown = run({ "fields", "--format", format, file });
     QCOMPARE(shown.out, QByteArray());
     verifyComplaint(shown, file.toUtf8() + ": ");
 }
@@ -1044,17 +1044,17 @@ void VanlayoutTest::wrongUseIsStatus2AndOneLine_data()
     QTest::newRow("no command")             << QStringList{};
     QTest::newRow("unknown command")        << QStringList{"list", "survey.dcf"};
     QTest::newRow("file without a command") << QStringList{"survey.dcf"};
-    QTest::newRow("no FILE")                << QStringList{"show"};
-    QTest::newRow("options and no FILE")    << QStringList{"show", "--format", "json"};
-    QTest::newRow("wrong option")           << QStringList{"show", "--nonsense", "survey.dcf"};
-    QTest::newRow("wrong short option")     << QStringList{"show", "-x", "survey.dcf"};
-    QTest::newRow("wrong option in front")  << QStringList{"--nonsense", "show", "survey.dcf"};
-    QTest::newRow("unknown format")         << QStringList{"show", "--format", "xml", "survey.dcf"};
-    QTest::newRow("empty format")           << QStringList{"show", "--format", "", "survey.dcf"};
-    QTest::newRow("format in capitals")     << QStringList{"show", "--format", "JSON", "survey.dcf"};
-    QTest::newRow("unknown type")           << QStringList{"show", "--type", "dbf", "survey.dcf"};
-    QTest::newRow("unknown decimals")       << QStringList{"show", "--decimals", "maybe", "survey.dcf"};
-    QTest::newRow("option without a value") << QStringList{"show", "survey.dcf", "--format"};
+    QTest::newRow("no FILE")                << QStringList{"fields"};
+    QTest::newRow("options and no FILE")    << QStringList{"fields", "--format", "json"};
+    QTest::newRow("wrong option")           << QStringList{"fields", "--nonsense", "survey.dcf"};
+    QTest::newRow("wrong short option")     << QStringList{"fields", "-x", "survey.dcf"};
+    QTest::newRow("wrong option in front")  << QStringList{"--nonsense", "fields", "survey.dcf"};
+    QTest::newRow("unknown format")         << QStringList{"fields", "--format", "xml", "survey.dcf"};
+    QTest::newRow("empty format")           << QStringList{"fields", "--format", "", "survey.dcf"};
+    QTest::newRow("format in capitals")     << QStringList{"fields", "--format", "JSON", "survey.dcf"};
+    QTest::newRow("unknown type")           << QStringList{"fields", "--type", "dbf", "survey.dcf"};
+    QTest::newRow("unknown decimals")       << QStringList{"fields", "--decimals", "maybe", "survey.dcf"};
+    QTest::newRow("option without a value") << QStringList{"fields", "survey.dcf", "--format"};
     // clang-format on
 }
 
@@ -1078,7 +1078,7 @@ void VanlayoutTest::complaintNamesAWordThatIsNoCommand()
 
 void VanlayoutTest::emptyFileNameIsShownInQuotes()
 {
-    const Run shown = run({ "show", "" });
+    const Run shown = run({ "fields", "" });
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(shown.out, QByteArray());
     QCOMPARE(shown.err, QByteArray("vanlayout: '': no such file\n"));
@@ -1096,7 +1096,7 @@ void VanlayoutTest::fileWithoutPermissionIsStatus2AndOneLine()
     write("survey.dcf", survey);
     QCOMPARE(chmod(QFile::encodeName(folder->path()).constData(), 0755), 0);
     QCOMPARE(chmod(QFile::encodeName(pathOf("survey.dcf")).constData(), 0), 0);
-    const Run shown = run({ "show", "survey.dcf" }, {}, giveUpPassingOverPermissions);
+    const Run shown = run({ "fields", "survey.dcf" }, {}, giveUpPassingOverPermissions);
     QCOMPARE(shown.out, QByteArray());
     verifyComplaint(shown, "survey.dcf: ");
 }
@@ -1120,7 +1120,7 @@ void VanlayoutTest::worstStatusCountsAndTheOtherFilesAreShown()
 
     write("one.dcf", oneItem("FIRSTVARIABLE"));
     write("two.dcf", oneItem("SECONDVARIABLE"));
-    const Run shown = run(QStringList{ "show", "--format", format } + files);
+    const Run shown = run(QStringList{ "fields", "--format", format } + files);
     verifyComplaint(shown, "missing.dcf: ");
     QCOMPARE(shown.out.count("FIRSTVARIABLE"), 1);
     QCOMPARE(shown.out.count("SECONDVARIABLE"), 1);
@@ -1131,7 +1131,7 @@ void VanlayoutTest::eachFileWithoutAnAnswerHasItsLine()
 {
     write("one.dcf", oneItem("ONE"));
     write("empty.dcf", QByteArray());
-    const Run shown = run({ "show", "missing.dcf", "one.dcf", "empty.dcf" });
+    const Run shown = run({ "fields", "missing.dcf", "one.dcf", "empty.dcf" });
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(linesOf(shown.err).size(), 2);
     QVERIFY(linesOf(shown.err).at(0).startsWith("vanlayout: missing.dcf: "));
@@ -1157,7 +1157,7 @@ void VanlayoutTest::fullDiskIsStatus2AndOneLine()
 
     write("survey.dcf", content);
     QVERIFY2(QFile::exists("/dev/full"), "this system has no /dev/full");
-    const Run shown = run({ "show", "--format", format, "survey.dcf" }, {}, writeToFullDisk);
+    const Run shown = run({ "fields", "--format", format, "survey.dcf" }, {}, writeToFullDisk);
     verifyComplaint(shown, "standard output: cannot be written\n"); // behind its line on the notes
 }
 
@@ -1165,7 +1165,7 @@ void VanlayoutTest::fullDiskIsStatus2ForHelpAndVersionToo_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("help") << QStringList{ "--help" };
-    QTest::newRow("help of the command") << QStringList{ "show", "--help" };
+    QTest::newRow("help of the command") << QStringList{ "fields", "--help" };
     QTest::newRow("version") << QStringList{ "--version" };
 }
 
@@ -1179,7 +1179,7 @@ void VanlayoutTest::fullDiskIsStatus2ForHelpAndVersionToo()
 void VanlayoutTest::textDictionaryIsReadFromStandardInput()
 {
     const FilledPipe input(survey);
-    const Run shown = run({ "show", "--format", "json", "/dev/stdin" }, {}, input.asInput());
+    const Run shown = run({ "fields", "--format", "json", "/dev/stdin" }, {}, input.asInput());
     QCOMPARE(shown.status, fine);
     QCOMPARE(shown.err, QByteArray());
     QByteArray expected = surveyJson;
@@ -1194,7 +1194,7 @@ void VanlayoutTest::textDictionaryIsReadFromAFifo()
     QProcess writer;
     writer.setWorkingDirectory(folder->path());
     writer.start("sh", { "-c", "exec cat survey.dcf > fifo" });
-    const Run shown = run({ "show", "--format", "json", "fifo" });
+    const Run shown = run({ "fields", "--format", "json", "fifo" });
     writer.kill();
     writer.waitForFinished();
     QCOMPARE(shown.status, fine);
@@ -1208,7 +1208,7 @@ void VanlayoutTest::pipeOfUnknownContentIsReadAsATextDictionary()
 {
     // The first bytes of a pipe could not be read again: it is not looked at.
     const FilledPipe input("{ \"software\": \"CSPro\", \"version\": 8.0, \"levels\": [] }\n");
-    const Run shown = run({ "show", "--type", "auto", "/dev/stdin" }, {}, input.asInput());
+    const Run shown = run({ "fields", "--type", "auto", "/dev/stdin" }, {}, input.asInput());
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(shown.out, QByteArray());
     QCOMPARE(shown.err, QByteArray("vanlayout: /dev/stdin: no variable found, read as a CSPro text dictionary\n"));
@@ -1227,7 +1227,7 @@ void VanlayoutTest::jsonDictionaryIsNotReadFromAPipe()
 
     QCOMPARE(mkfifo(QFile::encodeName(pathOf("fifo")).constData(), 0600), 0);
     const FilledPipe input("{ \"name\": 1 }");
-    const Run shown = run({ "show", "--type", "cspro8", file }, {}, input.asInput());
+    const Run shown = run({ "fields", "--type", "cspro8", file }, {}, input.asInput());
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(shown.out, QByteArray());
     QCOMPARE(shown.err, "vanlayout: " + file.toUtf8() + ": CSPro 8 JSON dictionary: not read from a pipe\n");
@@ -1241,7 +1241,7 @@ void VanlayoutTest::memoryThatGivesOutIsStatus2AndOneLine()
     if (sanitizesMemory)
         QSKIP("a sanitizer needs more memory than the bound");
     write("survey.dcf", millionOfVariables);
-    const Run shown = run({ "show", "survey.dcf" }, {}, memoryOf(700 * megabyte));
+    const Run shown = run({ "fields", "survey.dcf" }, {}, memoryOf(700 * megabyte));
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(shown.out, QByteArray());
     QCOMPARE(shown.err, QByteArray("vanlayout: survey.dcf: not enough memory\n"));
@@ -1253,7 +1253,7 @@ void VanlayoutTest::memoryThatGivesOutLeavesTheOtherFiles()
         QSKIP("a sanitizer needs more memory than the bound");
     write("large.dcf", millionOfVariables);
     write("one.dcf", oneItem("ONE"));
-    const Run shown = run({ "show", "--format", "csv", "one.dcf", "large.dcf" }, {}, memoryOf(700 * megabyte));
+    const Run shown = run({ "fields", "--format", "csv", "one.dcf", "large.dcf" }, {}, memoryOf(700 * megabyte));
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(shown.out, "file," + csvHeader + "one.dcf,ONE,A label,INTEGER,3,2,0,0,999,,,Common,CSPRO,\r\n");
     QCOMPARE(shown.err, QByteArray("vanlayout: large.dcf: not enough memory\n"));
@@ -1265,7 +1265,7 @@ void VanlayoutTest::tableKeepsNoRowsAndCutsItsRanges()
     write("survey.dcf", "[Item]\nName=A\nLen=10000\nOccurrences=100000\n");
     // The layout itself is most of it; the rows would be another third, whole ranges two gigabytes.
     const auto bound = sanitizesMemory ? nullptr : memoryOf(170 * megabyte);
-    const Run shown = run({ "show", "survey.dcf" }, {}, bound);
+    const Run shown = run({ "fields", "survey.dcf" }, {}, bound);
     QCOMPARE(shown.err, QByteArray());
     QCOMPARE(shown.status, fine);
     const QList<QByteArray> lines = linesOf(shown.out);
@@ -1280,7 +1280,7 @@ void VanlayoutTest::emptyLinesTakeAFewTimesTheirSize()
     constexpr int size = 30000000;
     write("survey.dcf", oneItem("ONE") + repeated("\n", size));
     const auto bound = sanitizesMemory ? nullptr : memoryOf(rlim_t(size) * 4);
-    const Run shown = run({ "show", "--format", "csv", "survey.dcf" }, {}, bound);
+    const Run shown = run({ "fields", "--format", "csv", "survey.dcf" }, {}, bound);
     QCOMPARE(shown.err, QByteArray());
     QCOMPARE(shown.status, fine);
     QCOMPARE(shown.out, csvHeader + "ONE,A label,INTEGER,3,2,0,0,999,,,Common,CSPRO,\r\n");
@@ -1296,7 +1296,7 @@ void VanlayoutTest::manyRecordsArePrintedInAFewSeconds()
         content += "[Record]\nName=R" + number + "\nRecordTypeValue='" + number + "'\n";
     }
     write("survey.dcf", content);
-    const Run shown = run({ "show", "--format", "json", "survey.dcf" }, {}, processorTimeOf(fewSeconds));
+    const Run shown = run({ "fields", "--format", "json", "survey.dcf" }, {}, processorTimeOf(fewSeconds));
     QCOMPARE(shown.status, fine);
     const QJsonArray groups
         = QJsonDocument::fromJson(shown.out).object().value("importer").toObject().value("groups").toArray();
@@ -1337,7 +1337,7 @@ void VanlayoutTest::statisticalFilesAreShown()
     QFETCH(QString, first);
     QFETCH(int, count);
     QVERIFY(QFile::copy(QStringLiteral(VAN_MADE_DATA "/") + file, folder->filePath("a.dcf")));
-    const Run json = run({ "show", "--format", "json", "a.dcf" });
+    const Run json = run({ "fields", "--format", "json", "a.dcf" });
     QCOMPARE(json.status, fine);
     QCOMPARE(json.err, QByteArray());
     const QJsonObject layout = QJsonDocument::fromJson(json.out).object();
@@ -1347,8 +1347,8 @@ void VanlayoutTest::statisticalFilesAreShown()
     const QJsonArray fields = layout.value("fields").toArray();
     QCOMPARE(fields.size(), count);
     QCOMPARE(fields.at(0).toObject().value("name").toString(), first);
-    QCOMPARE(csvCells(run({ "show", "--format", "csv", "a.dcf" }).out).size(), count + 1);
-    const Run table = run({ "show", "a.dcf" });
+    QCOMPARE(csvCells(run({ "fields", "--format", "csv", "a.dcf" }).out).size(), count + 1);
+    const Run table = run({ "fields", "a.dcf" });
     QVERIFY(linesOf(table.out).at(0).startsWith("a.dcf: " + QByteArray(type == "SPSS" ? "SPSS file, " : "Stata file, ")
                                                 + QByteArray::number(count) + " variables"));
 }
@@ -1361,12 +1361,12 @@ void VanlayoutTest::failureInAStataFileIsToldOnStandardError()
     const QByteArray bytes = whole.readAll();
     // Cut off behind the variables: they are shown all the same.
     write("cut.dta", bytes.left(bytes.size() - 20));
-    const Run cut = run({ "show", "--format", "json", "cut.dta" });
+    const Run cut = run({ "fields", "--format", "json", "cut.dta" });
     QCOMPARE(cut.status, fine);
     QCOMPARE(QJsonDocument::fromJson(cut.out).object().value("fields").toArray().size(), 8);
     QVERIFY(!cut.out.contains("Error processing"));
     write("head.dta", bytes.left(200));
-    const Run head = run({ "show", "--format", "csv", "head.dta" });
+    const Run head = run({ "fields", "--format", "csv", "head.dta" });
     QCOMPARE(head.status, noAnswer);
     QCOMPARE(head.out, QByteArray());
     QCOMPARE(linesOf(head.err).size(), 2);
@@ -1377,7 +1377,7 @@ void VanlayoutTest::failureInAStataFileIsToldOnStandardError()
 void VanlayoutTest::failureInAnSpssFileIsOneLine()
 {
     write("head.sav", "$FL2 and no more");
-    const Run shown = run({ "show", "head.sav" });
+    const Run shown = run({ "fields", "head.sav" });
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(shown.out, QByteArray());
     QCOMPARE(shown.err, QByteArray("vanlayout: head.sav: no variable found, read as an SPSS file\n"));
@@ -1387,7 +1387,7 @@ void VanlayoutTest::statisticalFilesAreNotReadFromAPipe()
 {
     for (const char *type : { "spss", "stata" }) {
         const FilledPipe input("$FL2");
-        const Run shown = run({ "show", "--type", type, "/dev/stdin" }, {}, input.asInput());
+        const Run shown = run({ "fields", "--type", type, "/dev/stdin" }, {}, input.asInput());
         QCOMPARE(shown.status, noAnswer);
         QVERIFY2(shown.err.endsWith(": not read from a pipe\n"), shown.err.constData());
     }
@@ -1466,16 +1466,16 @@ void VanlayoutTest::typeIgnoresTheFileName()
 {
     for (const char *name : { "a.json", "a.dta", "a.sav", "a" }) {
         write(name, survey);
-        QCOMPARE(run({ "show", name }).status, fine);
+        QCOMPARE(run({ "fields", name }).status, fine);
     }
     for (const char *name : { "b.dcf", "b.json", "b.sav", "b" }) {
         write(name, survey8);
-        const Run shown = run({ "show", "--format", "json", name });
+        const Run shown = run({ "fields", "--format", "json", name });
         QCOMPARE(shown.status, fine);
         QVERIFY(shown.out.contains("\"CSPRO8\""));
     }
     write("a.dcf", "{ \"name\": 1 }");
-    QCOMPARE(run({ "show", "a.dcf" }).status, noAnswer);
+    QCOMPARE(run({ "fields", "a.dcf" }).status, noAnswer);
 }
 
 void VanlayoutTest::namedTypeOverrulesTheContent_data()
@@ -1582,12 +1582,12 @@ void VanlayoutTest::debugLinesNeedVerbose_data()
     QTest::addColumn<bool>("isTold");
 
     // clang-format off
-    QTest::newRow("without it")               << QStringList{"show", "survey.dcf"} << QString() << false;
-    QTest::newRow("rules do not stand in for it") << QStringList{"show", "survey.dcf"} << "*.debug=true" << false;
-    QTest::newRow("all rules do not either")  << QStringList{"show", "survey.dcf"} << "*=true" << false;
-    QTest::newRow("in front of the command")  << QStringList{"--verbose", "show", "survey.dcf"} << QString() << true;
-    QTest::newRow("behind the command")       << QStringList{"show", "--verbose", "survey.dcf"} << QString() << true;
-    QTest::newRow("behind the file")          << QStringList{"show", "survey.dcf", "--verbose"} << QString() << true;
+    QTest::newRow("without it")               << QStringList{"fields", "survey.dcf"} << QString() << false;
+    QTest::newRow("rules do not stand in for it") << QStringList{"fields", "survey.dcf"} << "*.debug=true" << false;
+    QTest::newRow("all rules do not either")  << QStringList{"fields", "survey.dcf"} << "*=true" << false;
+    QTest::newRow("in front of the command")  << QStringList{"--verbose", "fields", "survey.dcf"} << QString() << true;
+    QTest::newRow("behind the command")       << QStringList{"fields", "--verbose", "survey.dcf"} << QString() << true;
+    QTest::newRow("behind the file")          << QStringList{"fields", "survey.dcf", "--verbose"} << QString() << true;
     // clang-format on
 }
 
@@ -1636,8 +1636,8 @@ void VanlayoutTest::helpGoesToStandardOutput_data()
 
     // clang-format off
     QTest::newRow("of the tool")     << QStringList{"--help"}
-                                     << QStringList{"--help", "--version", "--verbose", "show"};
-    QTest::newRow("of the command")  << QStringList{"show", "--help"}
+                                     << QStringList{"--help", "--version", "--verbose", "fields"};
+    QTest::newRow("of the command")  << QStringList{"fields", "--help"}
                                      << QStringList{"--format", "table", "json", "csv", "--type", "auto", "cspro",
                                                     "cspro8", "stata", "spss", "--decimals", "ask", "yes", "no", "FILE"};
     // clang-format on
@@ -1690,7 +1690,7 @@ void VanlayoutTest::textsAreUtf8InEveryLocale()
                   "Gr\xF6\xDF"
                   "e"));
 
-    const Run json = run({ "show", "--format", "json", fileName }, locale);
+    const Run json = run({ "fields", "--format", "json", fileName }, locale);
     QCOMPARE(json.status, fine);
     QCOMPARE(json.err, QByteArray());
     const QJsonObject layout = QJsonDocument::fromJson(json.out).object();
@@ -1699,16 +1699,16 @@ void VanlayoutTest::textsAreUtf8InEveryLocale()
     QCOMPARE(layout.value("fields").toArray().at(0).toObject().value("label").toString(), label);
     QVERIFY(json.out.contains(label.toUtf8()));
 
-    const Run table = run({ "show", fileName }, locale);
+    const Run table = run({ "fields", fileName }, locale);
     QCOMPARE(table.status, fine);
     QVERIFY(table.out.contains(fileName.toUtf8()));
     QVERIFY(table.out.contains(label.toUtf8()));
 
-    const Run csv = run({ "show", "--format", "csv", "old.dcf" }, locale);
+    const Run csv = run({ "fields", "--format", "csv", "old.dcf" }, locale);
     QVERIFY(csv.out.contains("Gr\xC3\xB6\xC3\x9F"
                              "e"));
 
-    verifyComplaint(run({ "show", "not " + fileName }, locale), "not " + fileName.toUtf8() + ": ");
+    verifyComplaint(run({ "fields", "not " + fileName }, locale), "not " + fileName.toUtf8() + ": ");
 }
 
 void VanlayoutTest::anyFileNameIsShown_data()
@@ -1733,21 +1733,21 @@ void VanlayoutTest::anyFileNameIsShown()
     QFETCH(QString, fileName);
 
     write(fileName, survey);
-    const Run json = run({ "show", "--format", "json", fileName });
+    const Run json = run({ "fields", "--format", "json", fileName });
     QCOMPARE(json.status, fine);
     QCOMPARE(json.err, QByteArray());
     const QJsonObject layout = QJsonDocument::fromJson(json.out).object();
     QCOMPARE(layout.value("importer").toObject().value("id").toString(), "CSPRO_" + fileName);
     QCOMPARE(layout.value("provider").toObject().value("layoutFile").toString(), fileName);
 
-    const Run table = run({ "show", fileName });
+    const Run table = run({ "fields", fileName });
     QCOMPARE(table.status, fine);
     QVERIFY(linesOf(table.out).first().contains("variables"));
     if (!fileName.contains(QRegularExpression("[\\n\\r\\t]")))
         QVERIFY(linesOf(table.out).first().contains(fileName.toUtf8()));
 
     // The complaint is one line for any name.
-    const Run missing = run({ "show", "not " + fileName });
+    const Run missing = run({ "fields", "not " + fileName });
     QCOMPARE(missing.status, noAnswer);
     QCOMPARE(linesOf(missing.err).size(), 1);
     QVERIFY(!missing.err.contains('\r'));

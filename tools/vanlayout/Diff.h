@@ -14,7 +14,7 @@ class TVpSourceField;
 
 /// One property of a variable that can be compared. Value labels are no property: they are compared by code.
 struct Property {
-    const char *name;              ///< as `vanlayout show --format json` names it
+    const char *name;              ///< as `vanlayout fields --format json` names it
     QString TVpSourceField::*text; ///< null for a number
     int TVpSourceField::*number;   ///< null for a text
 };
@@ -54,7 +54,7 @@ struct Records {
 
 /// One number that a layout tells of its record type.
 struct RecordTypeProperty {
-    const char *name; ///< as `vanlayout show --format json` names it
+    const char *name; ///< as `vanlayout fields --format json` names it
     int Records::*number;
 };
 

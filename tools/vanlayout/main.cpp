@@ -3,9 +3,9 @@
 #include "DiffCommand.h"
 #include "Explain.h"
 #include "Export.h"
+#include "Fields.h"
 #include "LookupCheck.h"
 #include "Memory.h"
-#include "Show.h"
 
 #include <CLI/CLI.hpp>
 
@@ -84,13 +84,13 @@ void addSeparator(CLI::App &command, std::string &separator, const char *help)
     addChoice(command, "--separator", separator, { "space", "tab", "comma", "semicolon", "colon" }, help);
 }
 
-void describeShow(CLI::App &command, ShowOptions &options)
+void describeFields(CLI::App &command, FieldsOptions &options)
 {
     addChoice(command, "--format", options.format, { "table", "json", "csv" }, "table, json or csv");
     addType(command, options.type, "how to read the files; auto goes by their content");
     addChoice(command, "--decimals", options.decimals, { "ask", "yes", "no" },
               "whether decimal codes become integers; ask shows a dialog");
-    command.add_option("FILE", options.files, "files to show")->required();
+    command.add_option("FILE", options.files, "files to read")->required();
 }
 
 void describeLookup(CLI::App &command, LookupOptions &options)
@@ -157,7 +157,7 @@ QString problemWithCall(const CLI::App &app, const CLI::ParseError &error)
     return QString::fromLocal8Bit(error.what());
 }
 
-int runShow(const ShowOptions &options, int argc, char **argv)
+int runFields(const FieldsOptions &options, int argc, char **argv)
 {
     std::unique_ptr<QApplication> application;
     if (options.decimals == "ask") {
@@ -167,7 +167,7 @@ int runShow(const ShowOptions &options, int argc, char **argv)
         }
         application = std::make_unique<QApplication>(argc, argv);
     }
-    return show(options);
+    return showFields(options);
 }
 
 } // namespace
@@ -188,10 +188,11 @@ int main(int argc, char **argv)
     app.fallthrough();
     // What each command was asked for, and what answers it.
     std::vector<std::pair<const CLI::App *, std::function<int()>>> commands;
-    ShowOptions showOptions;
-    CLI::App *showCommand = app.add_subcommand("show", "Show the layout of each FILE.");
-    describeShow(*showCommand, showOptions);
-    commands.emplace_back(showCommand, [&] { return runShow(showOptions, argc, argv); });
+    FieldsOptions fieldsOptions;
+    CLI::App *fieldsCommand
+        = app.add_subcommand("fields", "Show the fields that the importers of the library make of each FILE.");
+    describeFields(*fieldsCommand, fieldsOptions);
+    commands.emplace_back(fieldsCommand, [&] { return runFields(fieldsOptions, argc, argv); });
     ExplainOptions explainOptions;
     CLI::App *explainCommand
         = app.add_subcommand("explain", "Tell what of each FILE was lost or changed on the way in.");

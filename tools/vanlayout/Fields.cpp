@@ -1,4 +1,4 @@
-#include "Show.h"
+#include "Fields.h"
 
 #include "Answer.h"
 #include "Explain.h"
@@ -28,7 +28,7 @@ int terminalWidth()
     return std::max(qEnvironmentVariableIntValue("COLUMNS"), 0);
 }
 
-std::unique_ptr<Printer> makePrinter(const ShowOptions &options)
+std::unique_ptr<Printer> makePrinter(const FieldsOptions &options)
 {
     const bool severalFiles = options.files.size() > 1;
     if (options.format == "json")
@@ -62,7 +62,7 @@ int showFile(const QString &file, const FileType *type, Printer &printer)
 
 } // namespace
 
-int show(const ShowOptions &options)
+int showFields(const FieldsOptions &options)
 {
     bufferOutput();
     answerDecimalQuestions(options.decimals);
