@@ -1,0 +1,55 @@
+#ifndef LAYOUT_READ_CSPROCOMMON_P_H
+#define LAYOUT_READ_CSPROCOMMON_P_H
+
+#include "model/Layout.h"
+
+#include <QStringView>
+
+#include <optional>
+
+namespace vanlayout
+{
+
+/// The rules that the text form and the JSON form of a CSPro dictionary share.
+namespace cspro
+{
+
+/// Blank, tab, line feed, vertical tab, form feed, carriage return.
+bool isWhiteSpace(QChar character);
+/// \a note without white space at its end: CSPro cuts it there, in both forms.
+QString cleanNote(const QString &note);
+/// Makes a label of one part whose text is empty the absent label.
+void dropEmptyLabel(Labels &labels);
+
+// Words are compared without regard to case. None is returned for a word that CSPro does not know.
+
+/// "MISSING", "NOTAPPL", "REFUSED", "DEFAULT".
+std::optional<Special> specialOf(QStringView word);
+/// A type of item in the spelling of the JSON form of the layout: "numeric", "alpha", "document", "audio", "image",
+/// "geometry".
+std::optional<QString> itemTypeOf(QStringView word);
+/// A capture type in CSPro 8's spelling, such as "radioButton"; the empty text for "unspecified", which is no capture.
+std::optional<QString> captureTypeOf(QStringView word);
+
+/// The item that a relation compares: empty for "(occurrence)", else \a text.
+QString linkItemOf(const QString &text);
+
+/// Gives each value set that has a link and no values the values of the fullest set with that link, the first in the
+/// order of the file where several are equally full. Sets with values of their own keep them.
+void shareLinkedValues(Layout &layout);
+
+/// Name of the ids in a path.
+QString idsName();
+/// `LEVEL/RECORD/ITEM/VALUESET`: the path of the element \a name within the element at \a parent. A level, which is the
+/// first part, is its name alone.
+QString childPath(const QString &parent, const QString &name);
+/// `.../#3`: the path of a value, counted from 1 within its set.
+QString valuePath(const QString &set, int number);
+/// `relations/NAME`
+QString relationPath(const QString &name);
+
+} // namespace cspro
+
+} // namespace vanlayout
+
+#endif

@@ -1,0 +1,23 @@
+// Prints the JSON form of the layout of each file, one object a line; the reason of a file that has none in its place.
+
+#include "read/Reader.h"
+#include "write/LayoutJson.h"
+
+#include <QFile>
+
+#include <cstdio>
+
+using namespace vanlayout;
+
+int main(int argc, char **argv)
+{
+    QFile output;
+    if (!output.open(stdout, QIODevice::WriteOnly))
+        return 1;
+    for (int index = 1; index < argc; ++index) {
+        const Layout layout = readLayout(QString::fromUtf8(argv[index]));
+        if (!(layout.isRead() ? writeLayoutJson : writeErrorJson)(layout, output, JsonStyle::Compact))
+            return 1;
+    }
+    return 0;
+}
