@@ -70,12 +70,14 @@ int TCSProDataImport::getGroupCount()
 
 QString TCSProDataImport::getGroupName(int index)
 {
-    return cspro::groupAt(groupList, index);
+    return cspro::groupAt(groupList, index, isOutsideOfGroups);
 }
 
 QString TCSProDataImport::getGroupValue(int index)
 {
-    return cspro::firstGroupWith(groupList, getGroupName(index), groupSearch);
+    isOutsideOfGroups = false;
+    const QString text = getGroupName(index); // an heir's may be null, and then counts as ""
+    return text.isNull() && isOutsideOfGroups ? QString() : cspro::firstGroupWith(groupList, text, groupSearch);
 }
 
 int TCSProDataImport::getRecordTypeIndex(QString value)

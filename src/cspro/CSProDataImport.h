@@ -51,7 +51,7 @@ protected:
     bool isMultiple() override;               ///< whether the record type has a width above 0
     QString getGroupName(int index) override; ///< "name=type", the whole entry; null outside of the list
     /// The first entry that contains the text of getGroupName(): the same whole entry, unless an earlier one holds it
-    /// too.
+    /// too. "" outside of the list. A null text from an heir's getGroupName() counts as "", which every entry contains.
     QString getGroupValue(int index) override;
     int getRecordTypeIndex(QString value) override; ///< of the last record of this type, from 0; -1 if there is none
     int getRecordTypeStart() override;              ///< column of the record type, from 1
@@ -72,14 +72,15 @@ private:
     bool layoutPending = false;       ///< true until the first read; nothing reads it
     int recordTypeStart = 0;
     int recordTypeLen = 0;
-    TCSPro *dictionary = nullptr;                          ///< kept: the fields point at its items
-    QString currentRecordType;                             ///< what getRecordTypeIndex() looks for; nothing sets it
-    int number1 = 0;                                       ///< carried
-    QString text1;                                         ///< carried
-    int openState = 0;                                     ///< 1 once opened; nothing reads it
-    void *pointer1 = nullptr;                              ///< carried
-    void *pointer2 = nullptr;                              ///< carried
-    QString text2;                                         ///< carried
+    TCSPro *dictionary = nullptr;   ///< kept: the fields point at its items
+    QString currentRecordType;      ///< what getRecordTypeIndex() looks for; nothing sets it
+    int number1 = 0;                ///< carried
+    QString text1;                  ///< carried
+    int openState = 0;              ///< 1 once opened; nothing reads it
+    void *pointer1 = nullptr;       ///< carried
+    void *pointer2 = nullptr;       ///< carried
+    QString text2;                  ///< carried
+    bool isOutsideOfGroups = false; ///< whether getGroupName() was last asked outside of the list
     std::shared_ptr<const cspro::GroupSearch> groupSearch; ///< answers getGroupValue(); shared by copies
 };
 

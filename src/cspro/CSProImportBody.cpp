@@ -36,11 +36,46 @@ QString decimalsOf(const TCSProItem &item)
 bool haveSameRows(const TCSProValueSet &a, const TCSProValueSet &b)
 {
     const auto isSameRow = [](const TValueSetItem *left, const TValueSetItem *right) {
-        return left->code == right->code && left->name == right->name && left->special == right->special;
+        return left == right
+            || (left && right && left->code == right->code && left->name == right->name
+                && left->special == right->special);
     };
-    return &a == &b
-        || (a.items->size() == b.items->size()
-            && std::equal(a.items->cbegin(), a.items->cend(), b.items->cbegin(), isSameRow));
+    const auto &left = a.values();
+    const auto &right = b.values();
+    return &a == &b || std::equal(left.cbegin(), left.cend(), right.cbegin(), right.cend(), isSameRow);
+}
+
+// Lowest and highest code of an item; hasRange where the upper one is known.
+struct Span {
+    double lowest = 0;
+    double highest = 0;
+    bool hasRange = false;
+};
+
+// The first and the last code of a set, which stand in order. A set that has no first or last value gives none.
+Span spanOf(const TCSProValueSet *set)
+{
+    if (!set || set->values().isEmpty() || !set->values().first() || !set->values().last())
+        return {};
+    return { numbers::toDouble(set->values().first()->code), numbers::toDouble(set->values().last()->code), true };
+}
+
+// Appends the entry of a value: code, blank, label and tab.
+void appendEntry(QString &text, const TValueSetItem &value, eVanVarType type, Span &span)
+{
+    double number = 0;
+    if (isNumeric(type)) {
+        number = numbers::toDouble(value.code);
+        span.lowest = std::min(span.lowest, number);
+        span.highest = std::max(span.highest, number);
+    }
+    if (type == vtInteger)
+        numbers::appendText(text, number);
+    else
+        text += value.code;
+    text += Vocabulary::Blank.front();
+    text += value.name;
+    text += Vocabulary::Tab.front();
 }
 
 bool isCurrentValue(const TGenericField &field, const QString &code)
@@ -63,14 +98,15 @@ void listGroups(CSProDictionary &dictionary, QStringList *&groups, KeptObjects &
     }
 }
 
-QString groupAt(const QStringList *groups, int index)
+QString groupAt(const QStringList *groups, int index, bool &isOutside)
 {
-    return groups ? groups->value(index) : QString();
+    isOutside = !groups || index < 0 || index >= groups->size();
+    return isOutside ? QString() : groups->at(index);
 }
 
 QString firstGroupWith(const QStringList *groups, const QString &text, std::shared_ptr<const GroupSearch> &search)
 {
-    if (!groups || text.isNull())
+    if (!groups)
         return QString();
     if (!search || search->list() != *groups)
         search = std::make_shared<const GroupSearch>(*groups);
@@ -163,40 +199,18 @@ const ItemDescriber::Labels &ItemDescriber::labelsOf(const TCSProItem &item, eVa
     if (isOnlySet && first && labelsSet && type == labelsType && haveSameRows(*first, *labelsSet))
         return labels;
 
-    double minValue = 0;
-    double maxValue = 0;
-    const bool hasRange = isNumeric(type) && first && !first->items->isEmpty();
-    if (hasRange) {
-        minValue = numbers::toDouble(first->items->first()->code);
-        maxValue = numbers::toDouble(first->items->last()->code);
-    }
-    const QChar blank = Vocabulary::Blank.front();
-    const QChar tab = Vocabulary::Tab.front();
-    QString &text = labelsBuffer;
-    text.resize(0);
+    Span span = isNumeric(type) ? spanOf(first) : Span();
+    labelsBuffer.resize(0);
     for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
         if (!set)
             continue;
-        for (const TValueSetItem *value : qAsConst(*set->items)) {
-            if (value->special)
-                continue;
-            double number = 0;
-            if (isNumeric(type)) {
-                number = numbers::toDouble(value->code);
-                minValue = std::min(minValue, number);
-                maxValue = std::max(maxValue, number);
-            }
-            if (type == vtInteger)
-                numbers::appendText(text, number);
-            else
-                text += value->code;
-            text += blank;
-            text += value->name;
-            text += tab;
+        for (const TValueSetItem *value : set->values()) {
+            if (value && !value->special)
+                appendEntry(labelsBuffer, *value, type, span);
         }
     }
-    // Every field with a value set has a minimum: "0" for a text.
-    labels = { text, numbers::toText(minValue), hasRange ? numbers::toText(maxValue) : QString() };
+    // Every field with a value set has a minimum: "0" for a text. Memory that runs out leaves the former labels.
+    labels = { labelsBuffer, numbers::toText(span.lowest), span.hasRange ? numbers::toText(span.highest) : QString() };
     labelsSet = isOnlySet ? first : nullptr;
     labelsType = type;
     return labels;

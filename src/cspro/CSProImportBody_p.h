@@ -44,10 +44,10 @@ template <typename Dictionary> void readDictionary(Dictionary &dictionary, QStri
 
 /// Empties \a groups, made and kept first where it is null, and appends "name=type" for each record.
 void listGroups(CSProDictionary &dictionary, QStringList *&groups, KeptObjects &kept);
-/// The entry at \a index, or a null text outside of the list.
-QString groupAt(const QStringList *groups, int index);
-/// The first entry that contains \a text, case-sensitively; "" if none does or the text is null. \a search is made anew
-/// where it is not that of the groups.
+/// The entry at \a index, or a null text outside of the list, which \a isOutside then says.
+QString groupAt(const QStringList *groups, int index, bool &isOutside);
+/// The first entry that contains \a text, case-sensitively; "" if none does. A null text counts as "", which every
+/// entry contains. \a search is made anew where it is not that of the groups.
 QString firstGroupWith(const QStringList *groups, const QString &text, std::shared_ptr<const GroupSearch> &search);
 /// The index of the last record of type \a value, or of the first; -1 if there is none.
 int lastRecordOfType(const CSProDictionary *dictionary, const QString &value);

@@ -70,12 +70,14 @@ int TCSProJsonDataImport::getGroupCount()
 
 QString TCSProJsonDataImport::getGroupName(int index)
 {
-    return cspro::groupAt(groupList, index);
+    return cspro::groupAt(groupList, index, isOutsideOfGroups);
 }
 
 QString TCSProJsonDataImport::getGroupValue(int index)
 {
-    return cspro::firstGroupWith(groupList, getGroupName(index), groupSearch);
+    isOutsideOfGroups = false;
+    const QString text = getGroupName(index); // an heir's may be null, and then counts as ""
+    return text.isNull() && isOutsideOfGroups ? QString() : cspro::firstGroupWith(groupList, text, groupSearch);
 }
 
 int TCSProJsonDataImport::getRecordTypeIndex(QString value)

@@ -431,8 +431,10 @@ void tellOfDescription(ReadReport &report, const TCSProItem &item, const TCSProI
         return;
     CodeNotes codes(report, field);
     for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
-        for (const TValueSetItem *value : qAsConst(*set->items)) {
-            if (!value->special)
+        if (!set)
+            continue;
+        for (const TValueSetItem *value : set->values()) {
+            if (value && !value->special)
                 codes.lookAt(*value);
         }
     }

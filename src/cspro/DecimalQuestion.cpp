@@ -5,9 +5,10 @@
 namespace
 {
 
-DecimalAnswer &replacedAnswer()
+// Null for the default.
+std::shared_ptr<DecimalAnswer> &replacedAnswer()
 {
-    static DecimalAnswer answer;
+    static std::shared_ptr<DecimalAnswer> answer;
     return answer;
 }
 
@@ -33,13 +34,14 @@ int runDialog(const DecimalQuestion &question, QMessageBox &box)
 
 void setDecimalAnswer(DecimalAnswer answer)
 {
-    replacedAnswer() = std::move(answer);
+    replacedAnswer() = answer ? std::make_shared<DecimalAnswer>(std::move(answer)) : nullptr;
 }
 
 int cspro::answerDecimalQuestion(const DecimalQuestion &question, std::unique_ptr<QMessageBox> &box)
 {
-    if (replacedAnswer())
-        return replacedAnswer()(question);
+    // Held while it is called: it may set another answer meanwhile.
+    if (const auto answer = replacedAnswer())
+        return (*answer)(question);
     if (!canShowDialog())
         return QMessageBox::No;
     if (!box)

@@ -22,7 +22,8 @@ using DecimalAnswer = std::function<int(const DecimalQuestion &question)>;
 /// Sets what answers the question for the whole process; an empty function restores the default.
 ///
 /// By default a modal dialog answers it where a `QApplication` exists (an offscreen one counts), on the thread that
-/// reads the dictionary; otherwise the answer is No. Set it before a dictionary is read: there is no lock.
+/// reads the dictionary; otherwise the answer is No. Set it before a dictionary is read: there is no lock. The function
+/// itself may set another, which answers the next question.
 MODEL_VANADMIN_EXPORT void setDecimalAnswer(DecimalAnswer answer);
 
 #endif

@@ -62,11 +62,19 @@ TValueSetItem *TCSProValueSet::getItem(int index) const
     return cspro::elementOf(items, index, ClassTag::CSProValueSet);
 }
 
+const QList<TValueSetItem *> &TCSProValueSet::values() const
+{
+    static const QList<TValueSetItem *> none;
+    return items ? *items : none;
+}
+
 bool TCSProValueSet::checkCodes(int mode) const
 {
     if (!isNumeric)
         return true;
     const auto passes = [mode](const TValueSetItem *item) {
+        if (!item)
+            return true;
         switch (mode) {
         case modeNoDecimal:
             return !isDecimal(item->code);
@@ -76,15 +84,15 @@ bool TCSProValueSet::checkCodes(int mode) const
             return true;
         }
     };
-    return std::all_of(items->cbegin(), items->cend(), passes);
+    return std::all_of(values().cbegin(), values().cend(), passes);
 }
 
 void TCSProValueSet::convertToInteger()
 {
     if (!isNumeric)
         return;
-    for (TValueSetItem *item : qAsConst(*items)) {
-        if (!isInteger(item->code))
+    for (TValueSetItem *item : values()) {
+        if (item && !isInteger(item->code))
             item->code = QStringLiteral("0");
     }
 }
@@ -109,7 +117,8 @@ void TCSProValueSet::sortByNumber()
     entries.reserve(size_t(items->size()));
     for (TValueSetItem *item : qAsConst(*items)) {
         Entry entry = { 0, false, item };
-        entry.number = numbers::toInt(item->code, &entry.isInteger);
+        if (item)
+            entry.number = numbers::toInt(item->code, &entry.isInteger);
         entries.push_back(entry);
     }
     const auto before
@@ -122,7 +131,7 @@ void TCSProValueSet::sortByNumber()
 
 void DropValueSet::operator()(TCSProValueSet *set) const
 {
-    qDeleteAll(*set->items);
+    qDeleteAll(set->values());
     delete set;
 }
 

@@ -39,14 +39,18 @@ public:
     /// The value at an index from 0; null outside of the list. Throws a `VpErrorManager *` with code 211 where there is
     /// none.
     TValueSetItem *getItem(int index) const;
+    /// The values, null ones included; none where there is no list.
+    const QList<TValueSetItem *> &values() const;
     // modes of checkCodes()
     static constexpr int modeNoDecimal = 0;
     static constexpr int modeAllIntegers = 1;
-    /// Mode 0: no code is decimal. Mode 1: all codes are integers. Always true on a set that is not numeric.
+    /// Mode 0: no code is decimal. Mode 1: all codes are integers. Always true on a set that is not numeric. A null
+    /// value has no code.
     bool checkCodes(int mode) const;
     /// Makes every code of a numeric set that is no integer "0": 2.5 becomes 0. This is no rounding.
     void convertToInteger();
-    /// Orders a numeric set by number, another by character code. Equal codes keep their order.
+    /// Orders a numeric set by number, as CompareNumericCodes() says, another by character code, as CompareCodes()
+    /// says, which throws for a null value. Equal codes keep their order.
     void sortItems();
 
     QString label;

@@ -140,6 +140,21 @@ protected:
     QString getGroupName(int index) override { return alias.isNull() ? Importer::getGroupName(index) : alias; }
 };
 
+// Names its groups itself, whatever the index.
+template <typename Importer> class NamingHeir : public Importer
+{
+public:
+    explicit NamingHeir(const QString &path)
+        : Importer(path)
+    {
+    }
+
+    QString name;
+
+protected:
+    QString getGroupName(int /*index*/) override { return name; }
+};
+
 // The classes that belong together.
 struct TextForm {
     using Importer = TCSProDataImport;
@@ -682,6 +697,28 @@ private Q_SLOTS:
             heir.alias = QStringLiteral("SON=");
             QCOMPARE(base.getGroupValue(0), QString("PERSON=P"));
             heir.alias = QStringLiteral("nowhere");
+            QCOMPARE(base.getGroupValue(0), QString());
+        });
+    }
+
+    // Also outside of the list: an heir may count its groups otherwise. Every entry contains "".
+    void nullNameThatASubclassGivesCountsAsEmpty_data() { addTwins(); }
+    void nullNameThatASubclassGivesCountsAsEmpty()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            using Form = decltype(form);
+            const DictionaryFile file(sample().as(Form::isJson));
+            NamingHeir<typename Form::Importer> heir(file.path());
+            TDataImport &base = heir;
+            QCOMPARE(base.getGroupValue(0), QString()); // there are no entries yet
+            base.openFile();
+            for (const QString &name : { QString(), QStringLiteral("") }) {
+                heir.name = name;
+                for (const int index : { -1, 0, 1, 100 })
+                    QCOMPARE(base.getGroupValue(index), QString("HOUSE=H"));
+            }
+            base.releaseContents();
             QCOMPARE(base.getGroupValue(0), QString());
         });
     }

@@ -12,7 +12,9 @@
 #include <QTimer>
 #include <QTranslator>
 
+#include <memory>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 struct TestAccess {
@@ -442,6 +444,51 @@ private Q_SLOTS:
         QCOMPARE(dictionary.lastButton, button);
         QCOMPARE(dictionary.decimalAnswer, answer);
         QCOMPARE(dictionary.setOf(0) != nullptr, isKept);
+    }
+
+    // What the function holds lasts until it has answered; the next question goes to the new one.
+    void functionMaySetAnotherWhileItAnswers_data()
+    {
+        QTest::addColumn<bool>("byAnother");
+        QTest::newRow("another function") << true;
+        QTest::newRow("the default") << false;
+    }
+    void functionMaySetAnotherWhileItAnswers()
+    {
+        QFETCH(bool, byAnother);
+        static bool isGone = false;
+        static bool wasGoneMeanwhile = false;
+        static bool setsAnother = false;
+        isGone = false;
+        setsAnother = byAnother;
+        std::shared_ptr<void> held(nullptr, [](void *) { isGone = true; });
+        setDecimalAnswer([kept = std::move(held)](const DecimalQuestion &) {
+            setDecimalAnswer(setsAnother ? [](const DecimalQuestion &) { return no; } : DecimalAnswer());
+            wasGoneMeanwhile = isGone;
+            return yes;
+        });
+        QVERIFY(!isGone);
+
+        OwnedDictionary dictionary;
+        dictionary.read(decimalItem());
+        QVERIFY(!wasGoneMeanwhile);
+        QVERIFY(isGone);
+        QCOMPARE(dictionary.lastButton, yes);
+        const Presser presser(QMessageBox::NoToAll);
+        dictionary.read(decimalItem());
+        QCOMPARE(dictionary.lastButton, byAnother ? no : noToAll);
+        setDecimalAnswer(nullptr);
+    }
+
+    void functionKeepsItsStateFromOneQuestionToTheNext()
+    {
+        setDecimalAnswer([asked = 0](const DecimalQuestion &) mutable { return ++asked == 2 ? yes : no; });
+        OwnedDictionary dictionary;
+        dictionary.read(decimalItem());
+        QCOMPARE(dictionary.lastButton, no);
+        dictionary.read(decimalItem());
+        QCOMPARE(dictionary.lastButton, yes);
+        setDecimalAnswer(nullptr);
     }
 
     void askDecimalShowsWhatItIsGivenAndReturnsTheButton()

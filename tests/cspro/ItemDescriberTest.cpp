@@ -1,5 +1,6 @@
 #include "cspro/CSProDataImport.h"
 #include "cspro/CSProImportBody_p.h"
+#include "cspro/CSProNotes_p.h"
 #include "cspro/ValueSet_p.h"
 
 #include <QtTest>
@@ -7,6 +8,7 @@
 #include <initializer_list>
 #include <limits>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace
@@ -275,6 +277,116 @@ private Q_SLOTS:
         QCOMPARE(described(describer, integer, {}, 2), (Outcome{ "0", "99", "" }));
         QCOMPARE(described(describer, real, {}), (Outcome{ "0", tenNines(), "" }));
         QCOMPARE(described(describer, text, {}, 5), (Outcome{ "", "", "" }));
+    }
+
+    // As a set that has no values: what cannot be described is passed over.
+    void setWithoutAListIsPassedOver_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QString>("maximum");
+        QTest::newRow("integer") << int(integer) << "999";
+        QTest::newRow("real") << int(real) << tenNines();
+        QTest::newRow("text") << int(text) << "";
+    }
+    void setWithoutAListIsPassedOver()
+    {
+        QFETCH(int, kind);
+        QFETCH(QString, maximum);
+        const Outcome nothing = { "0", maximum, "" };
+        const QString labels = kind == integer ? QStringLiteral("5 Five\t") : QStringLiteral("05 Five\t");
+        TCSProValueSet without;
+        delete std::exchange(without.items, nullptr);
+        HandMadeSet set{ { "05", "Five" } };
+        QCOMPARE(describedAlone(Kind(kind), { &without }), nothing);
+        QCOMPARE(describedAlone(Kind(kind), { &without, set }), (Outcome{ "0", maximum, labels }));
+        QCOMPARE(describedAlone(Kind(kind), { set, &without }), describedAlone(Kind(kind), { set }));
+        cspro::ItemDescriber describer;
+        QCOMPARE(described(describer, Kind(kind), { set }), describedAlone(Kind(kind), { set }));
+        QCOMPARE(described(describer, Kind(kind), { &without }), nothing);
+        QCOMPARE(described(describer, Kind(kind), { &without }), nothing);
+        QCOMPARE(described(describer, Kind(kind), { set }), describedAlone(Kind(kind), { set }));
+    }
+
+    // Where the first or the last value is null, the bounds of the set are not known and those of the item stay.
+    void nullValueIsPassedOver_data()
+    {
+        QTest::addColumn<QStringList>("codes");
+        QTest::addColumn<QString>("minimum");
+        QTest::addColumn<QString>("maximum");
+        QTest::addColumn<QString>("valueLabels");
+        QTest::newRow("first") << QStringList{ QString(), "5", "7" } << "0"
+                               << "999"
+                               << "5 L\t7 L\t";
+        QTest::newRow("in the middle") << QStringList{ "5", QString(), "7" } << "5"
+                                       << "7"
+                                       << "5 L\t7 L\t";
+        QTest::newRow("last") << QStringList{ "-5", "7", QString() } << "-5"
+                              << "999"
+                              << "-5 L\t7 L\t";
+        QTest::newRow("alone") << QStringList{ QString() } << "0"
+                               << "999"
+                               << "";
+    }
+    void nullValueIsPassedOver()
+    {
+        QFETCH(QStringList, codes);
+        QFETCH(QString, minimum);
+        QFETCH(QString, maximum);
+        QFETCH(QString, valueLabels);
+        TCSProValueSet set;
+        for (const QString &code : codes) {
+            auto *value = code.isNull() ? nullptr : new TValueSetItem;
+            if (value) {
+                value->code = code;
+                value->name = QStringLiteral("L");
+            }
+            set.addItem(value);
+        }
+        cspro::ItemDescriber describer;
+        for (int i = 0; i < 2; ++i) // anew, and from what is known of the set
+            QCOMPARE(described(describer, integer, { &set }), (Outcome{ minimum, maximum, valueLabels }));
+        qDeleteAll(*set.items);
+    }
+
+    void setsThatDifferInANullValueAreToldApart()
+    {
+        TCSProValueSet withNull;
+        withNull.addItem(nullptr);
+        HandMadeSet set{ { "5", "Five" } };
+        cspro::ItemDescriber describer;
+        QCOMPARE(described(describer, integer, { set }).valueLabels, QString("5 Five\t"));
+        QCOMPARE(described(describer, integer, { &withNull }).valueLabels, QString());
+        QCOMPARE(described(describer, integer, { set }).valueLabels, QString("5 Five\t"));
+    }
+
+    void reportHearsOfTheRestWhereAValueOrAListIsMissing()
+    {
+        TCSProValueSet without;
+        delete std::exchange(without.items, nullptr);
+        TCSProValueSet withNull;
+        TValueSetItem value;
+        value.name = QStringLiteral("parted\tlabel");
+        withNull.addItem(nullptr);
+        withNull.addItem(&value);
+        const auto item = makeItem(integer, { nullptr, &without, &withNull });
+        TCSProVariable field(nullptr, item.get());
+        cspro::ItemDescriber().describe(*item, field);
+        ReadReport report;
+        cspro::tellOfDescription(report, *item, nullptr, field);
+        QCOMPARE(report.count(NoteKind::labelEntryParted), 1);
+    }
+
+    // The rest of a dictionary is freed as ever.
+    void dictionaryWithASetWithoutAListIsFreed()
+    {
+        CSProDictionary dictionary;
+        auto item = std::make_unique<TCSProItem>();
+        auto set = std::make_unique<TCSProValueSet>();
+        delete std::exchange(set->items, nullptr);
+        item->addValueSet(set.release());
+        dictionary.items->append(item.release());
+        cspro::freeContents(dictionary);
+        QCOMPARE(dictionary.items, nullptr);
     }
 
     void ninesAreBounded_data()

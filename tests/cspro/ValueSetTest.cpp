@@ -397,6 +397,63 @@ private Q_SLOTS:
         QCOMPARE(text.codes(), byText);
     }
 
+    // A null value stands before and behind every other, so where it ends is the sort's own matter.
+    void numericSortTakesNullValuesAsTheComparisonDoes_data()
+    {
+        QTest::addColumn<QStringList>("codes");
+        QTest::newRow("alone") << QStringList{ QString() };
+        QTest::newRow("first") << QStringList{ QString(), "2", "1" };
+        QTest::newRow("in the middle") << QStringList{ "2", QString(), "1" };
+        QTest::newRow("last") << QStringList{ "2", "1", QString() };
+        QTest::newRow("sorted codes") << QStringList{ "1", QString(), "2" };
+        QTest::newRow("two") << QStringList{ QString(), "1", QString() };
+        QTest::newRow("none but null") << QStringList{ QString(), QString(), QString() };
+        QTest::newRow("with a code that is no integer") << QStringList{ "x", QString(), "1" };
+    }
+    void numericSortTakesNullValuesAsTheComparisonDoes()
+    {
+        QFETCH(QStringList, codes);
+        OwnedSet set(codes);
+        for (TValueSetItem *&item : *set.items) {
+            if (item->code.isNull())
+                delete std::exchange(item, nullptr);
+        }
+        QList<TValueSetItem *> expected = *set.items;
+        std::stable_sort(expected.begin(), expected.end(), CompareNumericCodes);
+        QVERIFY(set.checkCodes(0));
+        QCOMPARE(set.checkCodes(1), !codes.contains("x"));
+        set.sortItems();
+        QCOMPARE(*set.items, expected);
+        set.convertToInteger();
+        QCOMPARE(set.items->size(), codes.size());
+    }
+
+    void longNumericSetWithNullValuesIsSorted()
+    {
+        TCSProValueSet set;
+        for (int i = 0; i < 1000; ++i) {
+            auto *item = i % 3 ? new TValueSetItem : nullptr;
+            if (item)
+                item->code = QString::number(i * 7919 % 1000);
+            set.addItem(item);
+        }
+        QList<TValueSetItem *> expected = *set.items;
+        std::stable_sort(expected.begin(), expected.end(), CompareNumericCodes);
+        set.sortItems();
+        QCOMPARE(*set.items, expected);
+        qDeleteAll(*set.items);
+    }
+
+    void textSortRefusesNullValues()
+    {
+        TCSProValueSet set;
+        TValueSetItem item;
+        set.isNumeric = false;
+        set.addItem(&item);
+        set.addItem(nullptr);
+        QVERIFY_EXCEPTION_THROWN(set.sortItems(), std::invalid_argument);
+    }
+
     void textIsSortedByCharacterCode()
     {
         OwnedSet set({ "b", "a", "B", "A", QStringLiteral("\u00E1"), "", "a ", "ab" });
