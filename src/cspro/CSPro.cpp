@@ -2,11 +2,11 @@
 
 #include "cspro/CSProNotes_p.h"
 #include "import/Constants.h"
+#include "util/FileReading_p.h"
 #include "util/Numbers_p.h"
 
 #include <algorithm>
 #include <iterator>
-#include <new>
 #include <optional>
 #include <utility>
 
@@ -60,6 +60,20 @@ VpErrorManager *invalidContents(int index)
     return new VpErrorManager(ClassTag::CSPro, codeInvalidContents, QString(QChar(index)));
 }
 
+// A line for a person on the exception in hand; null where the error's own text says enough.
+QString problemInHand()
+{
+    try {
+        throw;
+    } catch (const ReadingGivenUp &cause) {
+        return cause.problem();
+    } catch (const std::bad_alloc &) {
+        return QStringLiteral("not enough memory");
+    } catch (...) {
+        return QString();
+    }
+}
+
 } // namespace
 
 void cspro::logException(const std::exception &error)
@@ -76,8 +90,9 @@ void TCSPro::readFile(QString fileName)
     int lineCount = 0;
     try {
         TextFileReader file(fileName);
+        readProblem = file.problem();
         if (report)
-            tellOfEncoding(file);
+            reportFile(file);
         QString text;
         while (file.readBlock(text)) {
             lineCount += parseTextLines(TextLines::ofText(text), lineCount);
@@ -85,8 +100,9 @@ void TCSPro::readFile(QString fileName)
         if (report)
             tellOfMarks();
     } catch (const std::bad_alloc &) {
+        readProblem = problemInHand();
         if (report)
-            report->add(NoteKind::layoutGivenUp, QString(), lineCount);
+            report->add(NoteKind::layoutGivenUp, readProblem, lineCount);
         throw invalidContents(lineCount);
     }
 }
@@ -115,6 +131,7 @@ int TCSPro::parseTextLines(const TextLines &lines, int linesBefore)
             }
         }
     } catch (...) {
+        readProblem = problemInHand();
         if (report && !std::exchange(isEndTold, false))
             report->add(NoteKind::layoutGivenUp, lines.has(index) ? lines.at(index).toString() : QString(),
                         firstLine + index);
@@ -345,11 +362,15 @@ void TCSPro::storeItem(TCSProItem *item)
 void TCSPro::requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
 {
     if (!hasRoom(itemsToCome, nameCharactersToCome))
-        throw std::bad_alloc();
+        throw ReadingGivenUp(QStringLiteral("asks for more than %1 items, or %2 characters in the names of occurrences")
+                                 .arg(mostItems)
+                                 .arg(mostNameCharacters));
 }
 
-void TCSPro::tellOfEncoding(const TextFileReader &file)
+void TCSPro::reportFile(const TextFileReader &file)
 {
+    if (!file.problem().isEmpty())
+        report->add(NoteKind::readFailed, file.problem());
     if (file.isEncodingGuessed())
         report->add(NoteKind::encodingGuessed, QString());
     file.forEachBrokenLine(

@@ -120,7 +120,7 @@ void TCSProDataImport::releaseContents()
 void TCSProDataImport::openRead(QString fileName)
 {
     renewDictionary();
-    cspro::readDictionary(*dictionary, std::move(fileName), report);
+    cspro::readDictionary(*dictionary, std::move(fileName), report, readProblem);
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;
     cspro::listGroups(*dictionary, groupList, kept);

@@ -33,10 +33,16 @@ template <typename Dictionary> Dictionary *newDictionary(KeptObjects &kept)
     return made.release();
 }
 
-/// Reads the file at \a path into \a dictionary; \a report, where there is one, hears of it meanwhile.
-template <typename Dictionary> void readDictionary(Dictionary &dictionary, QString path, ReadReport *report)
+/// Reads the file at \a path into \a dictionary; \a report, where there is one, hears of it meanwhile. Sets \a problem
+/// to why the file could not be read.
+template <typename Dictionary>
+void readDictionary(Dictionary &dictionary, QString path, ReadReport *report, QString &problem)
 {
-    const auto atEnd = qScopeGuard([&] { dictionary.report = nullptr; }); // reading may throw
+    // Reading may throw.
+    const auto atEnd = qScopeGuard([&] {
+        dictionary.report = nullptr;
+        problem = dictionary.readProblem;
+    });
     if (report && !tellOfMissingFile(*report, path))
         dictionary.report = report;
     dictionary.readFile(std::move(path));

@@ -3,6 +3,7 @@
 #include "cspro/CSProNotes_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
+#include "util/FileReading_p.h"
 #include "util/Numbers_p.h"
 
 #include <QFile>
@@ -11,6 +12,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <limits>
 
 namespace
 {
@@ -18,8 +20,8 @@ namespace
 constexpr int headSize = 16;
 
 // The first bytes of a file as text mode gives them: without carriage returns, and here without white space around
-// them.
-QByteArray readHead(const QString &fileName)
+// them. Sets why the system fails to read them.
+QByteArray readHead(const QString &fileName, QString &readProblem)
 {
     QFile file(fileName);
     QByteArray head;
@@ -31,6 +33,10 @@ QByteArray readHead(const QString &fileName)
             break;
         std::copy_if(bytes.cbegin(), bytes.cend(), std::back_inserter(head), [](char byte) { return byte != '\r'; });
     }
+    char next = 0;
+    if (head.isEmpty()) // a file of no size may fail at its first byte, which nothing has asked for
+        file.read(&next, 1);
+    readProblem = readProblemOf(file);
     return head.left(headSize).trimmed();
 }
 
@@ -45,13 +51,24 @@ QString describeHead(const QByteArray &head)
     return words;
 }
 
-QJsonDocument parseFile(const QString &fileName, QString &problem)
+// All of a file; sets why there is nothing where it cannot be had.
+QByteArray readWhole(const QString &fileName, QString &readProblem)
 {
+    constexpr qint64 mostBytes = std::numeric_limits<int>::max(); // that a QByteArray could hold
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return QJsonDocument();
+        return QByteArray();
+    const QByteArray bytes = readAllOf(file);
+    readProblem = bytes.isEmpty() && file.size() > mostBytes
+        ? QStringLiteral("is larger than 2 GiB, the most that a JSON dictionary can have")
+        : readProblemOf(file);
+    return bytes;
+}
+
+QJsonDocument parse(const QByteArray &bytes, QString &problem)
+{
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     problem = error.errorString() + QStringLiteral(", at byte %1").arg(error.offset);
     return error.error == QJsonParseError::NoError ? document : QJsonDocument();
 }
@@ -134,21 +151,31 @@ TCSProJson::~TCSProJson() = default;
 
 void TCSProJson::readFile(QString fileName)
 {
-    const QByteArray head = readHead(fileName);
+    const QByteArray head = readHead(fileName, readProblem);
     if (head.startsWith('{'))
         parseJson(fileName);
     else if (report)
-        report->add(NoteKind::fileNotRead, describeHead(head));
+        reportUnread(describeHead(head));
+}
+
+// The failure to read a file comes first, whatever its first bytes look like.
+void TCSProJson::reportUnread(const QString &problem)
+{
+    if (readProblem.isEmpty())
+        report->add(NoteKind::fileNotRead, problem);
+    else
+        report->add(NoteKind::readFailed, readProblem);
 }
 
 void TCSProJson::parseJson(const QString &fileName)
 {
     QString problem;
-    const QJsonDocument document = parseFile(fileName, problem);
-    if (report && !document.isObject())
-        report->add(NoteKind::fileNotRead, problem);
-    if (!document.isObject())
+    const QJsonDocument document = parse(readWhole(fileName, readProblem), problem);
+    if (!document.isObject()) {
+        if (report)
+            reportUnread(problem);
         return;
+    }
     const QJsonObject root = document.object();
     const QJsonObject dictionary = cspro::dictionaryOf(root);
 

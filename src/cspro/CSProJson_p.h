@@ -45,6 +45,7 @@ private:
     };
 
     void parseJson(const QString &fileName);
+    void reportUnread(const QString &problem);
     bool readLevels(const QJsonArray &levels, const Defaults &defaults);
     bool readIds(const QJsonObject &level, const Defaults &defaults);
     bool readRecords(const QJsonObject &level, const Defaults &defaults);

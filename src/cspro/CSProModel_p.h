@@ -167,6 +167,7 @@ public:
     QList<void *> list1;                         ///< stays empty
     QList<void *> list2;                         ///< stays empty
     ReadReport *report = nullptr;                ///< hears of what is lost or changed; not owned
+    QString readProblem; ///< why the file could not be read, as one line for a person; null where it could
 
 protected:
     /// Whether the dictionary may grow by so many items and so many characters in the names of occurrences. The

@@ -36,8 +36,9 @@ template <typename Work> void passOverExceptions(Work work)
 /// line of fixed-width data, and which codes it may take.
 ///
 /// The file is a series of sections: a header in brackets, then lines "key=value". Lenient: a line that is not
-/// understood is passed over, a number that does not convert takes its default, a file that cannot be opened gives an
-/// empty dictionary. Columns count from 1, lengths are in characters. Not thread-safe; reading may show a dialog.
+/// understood is passed over, a number that does not convert takes its default, a file that cannot be opened, or
+/// that the system fails to read to its end, gives an empty dictionary. Columns count from 1, lengths are in
+/// characters. Not thread-safe; reading may show a dialog.
 class TCSPro : public CSProDictionary
 {
 public:
@@ -100,7 +101,7 @@ private:
     void requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome);
 
     /// Adds the codes of a text that holds several of them, parted by blanks and colons; the last character in front of
-    /// each colon is lost. Raises `std::bad_alloc` unless the text is blank: no such text can be read to its end.
+    /// each colon is lost. Raises `ReadingGivenUp` unless the text is blank: no such text can be read to its end.
     void splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending) const;
     /// Decides on decimal codes, and whether the set can be kept.
     bool acceptCodes(TCSProValueSet *set, const std::vector<int> &lines);
@@ -123,7 +124,7 @@ private:
     };
 
     // What a report hears; called with one alone. An index is that of a line, a header the number of a line.
-    void tellOfEncoding(const TextFileReader &file);
+    void reportFile(const TextFileReader &file);
     void tellOfHeader(QStringView line, int kind, int index);
     void tellOfLineOutside(QStringView line, int index);
     void tellOfDictionary(const SectionLines &section, int header);

@@ -4,6 +4,7 @@
 #include "cspro/DecimalQuestion_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
+#include "util/FileReading_p.h"
 
 #include <algorithm>
 #include <array>
@@ -420,7 +421,7 @@ void TCSPro::splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending)
     const QString text = withoutColons(pending->code).trimmed();
     // The last code of such a text would be added again and again until memory gave out.
     if (!text.isEmpty())
-        throw std::bad_alloc();
+        throw ReadingGivenUp(QString());
     addValue(*set, text, pending->name);
 }
 

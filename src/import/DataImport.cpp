@@ -95,6 +95,7 @@ void TDataImport::releaseContents()
 {
     fields = nullptr;
     fieldsByName.clear();
+    readProblem.clear();
     stateValue = 0;
     kept.giveBack();
 }
@@ -198,6 +199,11 @@ ReadReport *TDataImport::getReadReport() const
     return report;
 }
 
+QString TDataImport::getReadProblem() const
+{
+    return readProblem;
+}
+
 void TDataImport::addField(TGenericField *field)
 {
     if (!field)
@@ -226,6 +232,7 @@ void TDataImport::openDataImport()
         fields = kept.make<QList<TGenericField *>>();
     fields->clear();
     fieldsByName.clear();
+    readProblem.clear();
 }
 
 bool TDataImport::closeDataImport()

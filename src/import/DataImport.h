@@ -99,6 +99,11 @@ public:
     void setReadReport(ReadReport *newReport);
     ReadReport *getReadReport() const;
 
+    /// The reason why the last opening could not read the file, as one line for a person, such as "cannot be read:
+    /// Input/output error" or "not enough memory"; null where nothing went wrong, and before the first opening. A file
+    /// whose contents are not understood has no such line: the report says what became of them.
+    QString getReadProblem() const;
+
 protected:
     friend struct TestAccess;
 
@@ -107,8 +112,10 @@ protected:
     void addField(TGenericField *field);
     /// The field at \a index from 0; null outside of the list.
     TGenericField *getField(int index) const;
-    void initDataImport();  ///< asks getDataProviderType() and drops the answer
-    void openDataImport();  ///< empties the list of fields, made where there is none, and the names; fields stay alive
+    void initDataImport(); ///< asks getDataProviderType() and drops the answer
+    /// Empties the list of fields, made where there is none, and the names; fields stay alive. Forgets the read
+    /// problem.
+    void openDataImport();
     bool closeDataImport(); ///< true
 
     QString baseText;                                ///< carried; never read
@@ -125,6 +132,7 @@ protected:
     bool stateFlag3 = false;                         ///< carried; never read
     QStringList stateList;                           ///< carried; never read
     ReadReport *report = nullptr;                    ///< hears of what is lost or changed; null for nobody
+    QString readProblem;                             ///< see getReadProblem(); set by a format
     KeptObjects kept;                                ///< what releaseContents() frees; shared by copies
 };
 

@@ -22,6 +22,8 @@ constexpr NoteGravity curious = NoteGravity::curious;
 constexpr Kind kindTable[] = {
     { NoteKind::fileNotRead, lost, "file-not-read",
       "The file gave no layout; check that it can be opened and is of the format that it is read as." },
+    { NoteKind::readFailed, lost, "read-failed",
+      "The file could not be read to its end, and what was read of it does not count; mend the cause, such as a disk or a connection that fails, and read it again." },
     { NoteKind::readingEnded, lost, "reading-ended",
       "Reading ended here, and what follows is not in the layout; mend this place in the file." },
     { NoteKind::layoutGivenUp, lost, "layout-given-up",

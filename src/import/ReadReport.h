@@ -19,6 +19,7 @@ enum class NoteGravity {
 enum class NoteKind {
     // any file
     fileNotRead,          ///< the file cannot be opened, or is not of its format
+    readFailed,           ///< the file cannot be read to its end
     readingEnded,         ///< reading ended before the end of the file
     layoutGivenUp,        ///< reading ended in an error, and there is no layout
     duplicateVariable,    ///< two variables of one name

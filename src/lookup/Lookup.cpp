@@ -3,6 +3,7 @@
 #include "import/ErrorManager.h"
 #include "import/ReadReport.h"
 #include "lookup/LookupEntries_p.h"
+#include "util/FileReading_p.h"
 #include "util/TextCache_p.h"
 #include "util/UtilFiles.h"
 
@@ -106,6 +107,11 @@ void TVpLookup::setMaxMessages(int limit)
     maxMessages = limit;
 }
 
+QString TVpLookup::getReadProblem() const
+{
+    return readFailed ? errorText : QString();
+}
+
 void TVpLookup::setProgressListener(ProgressListener listener)
 {
     progressListener = std::move(listener);
@@ -172,6 +178,7 @@ bool TVpLookup::readLookup()
 
 bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *errors)
 {
+    readFailed = false;
     if (!openLookup()) {
         errorText = formatMessage(QStringLiteral("Workspace.LoadDefinition.InputDataFile"),
                                   QStringLiteral("Input data file [%1] was not found"), fileName);
@@ -199,10 +206,13 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
     stream.setAutoDetectUnicode(true);
     while (!stream.atEnd()) {
         const qint64 taken = file.pos();
-        if (!stream.readLineInto(&currentLine) && file.pos() == taken) {
+        const bool hasLine = stream.readLineInto(&currentLine);
+        if (file.error() != QFileDevice::NoError)
+            break; // the line in hand is cut
+        if (!hasLine && file.pos() == taken) {
             if (report)
                 report->add(NoteKind::readingEnded, QString(), lineNumber);
-            break; // not at its end, and gives nothing: a failing disk
+            break; // not at its end, and gives nothing: the file became shorter
         }
         currentSize = currentLine.size();
         increase(lineNumber);
@@ -235,7 +245,26 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
         if (progressListener && lineNumber % linesOfProgress == 0)
             progressListener(file.pos(), fileSize);
     }
+    if (hasReadFailed(file))
+        return false;
     newEntries.moveTo(entries);
+    return true;
+}
+
+// Whether the system failed to read the file to its end. A file of no size may fail at its first byte, which the stream
+// has not asked for.
+bool TVpLookup::hasReadFailed(QFile &file)
+{
+    char next = 0;
+    file.read(&next, 1);
+    const QString problem = readProblemOf(file);
+    readFailed = !problem.isEmpty();
+    if (!readFailed)
+        return false;
+    errorText = problem;
+    errorCode = 1;
+    if (report)
+        report->add(NoteKind::readFailed, problem, lineNumber + 1);
     return true;
 }
 

@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 
+class QFile;
 class ReadReport;
 
 /// A lookup file, which pairs a key with a value on each line, and its check.
@@ -58,7 +59,8 @@ public:
     /// Reads the file and reports into the caller's objects, to which it only adds.
     ///
     /// \a mode 1 counts frequencies, 2 reports errors, 3 does both, any other neither. A file that does not exist or
-    /// cannot be opened leaves both objects as they are.
+    /// cannot be opened leaves both objects as they are. Where reading fails on the way, both keep what came of the
+    /// lines in front of that place, and getReadProblem() says why the check has no result.
     ///
     /// Each line is checked for its separator, the length of its key (that of the first key of the check) and a key
     /// that was there before, in this order; each gives a message, "LINE_TEXT" with the line's number from 1. A line
@@ -75,6 +77,11 @@ public:
     /// nobody. Not owned: it must outlive the checks. Copies tell the same report.
     void setReadReport(ReadReport *newReport);
 
+    /// The reason why the last check could not read the file to its end, as one line for a person, such as "cannot be
+    /// read: Input/output error"; null where nothing went wrong. No line at or behind that place has counted, and the
+    /// entries of the check are none.
+    QString getReadProblem() const;
+
     /// Who hears of the progress of checks, a few times for each megabyte; nobody in a new object. Copies share it.
     void setProgressListener(ProgressListener listener);
 
@@ -83,6 +90,7 @@ private:
 
     bool openLookup();
     bool readLookup(); ///< the whole file into `currentLine`; nothing calls it
+    bool hasReadFailed(QFile &file);
     bool importAVL(std::map<QString, int *> &frequencies, QStringList *errors);
     void splitKeyValueAVL(QStringList *errors);
     void issueErrorMessage(QStringList *errors, QString message);
@@ -93,14 +101,14 @@ private:
 
     QString id;
     QString label;
-    QString errorText;  ///< of a failure to open
-    int errorCode = -1; ///< 1 after a failure to open
+    QString errorText;  ///< of a failure to open or to read
+    int errorCode = -1; ///< 1 after a failure to open or to read
     int separator = 0;  ///< see getSeparator()
     QString text1;      ///< carried
     int maxMessages = 0;
     QString text2;                      ///< carried
     std::map<QString, QString> entries; ///< key and value of the last check
-    bool readFailed = false;            ///< nothing sets it
+    bool readFailed = false;            ///< the system failed to read the file of the last check
     bool fileAccepted = false;          ///< set by updateFileName()
     bool flag1 = true;                  ///< carried
     QString key;                        ///< of the line in hand; stays from check to check

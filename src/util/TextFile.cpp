@@ -1,11 +1,12 @@
 #include "util/TextFile_p.h"
 
+#include "util/FileReading_p.h"
+
 #include <QFile>
 #include <QTextCodec>
 
 #include <algorithm>
 #include <cstring>
-#include <new>
 
 TextLines::TextLines(const QStringList *list)
     : texts(list)
@@ -167,14 +168,19 @@ void removeReturns(QString &text)
         text.truncate(int(std::remove(text.begin(), text.end(), carriageReturn) - text.begin()));
 }
 
+void requireRoom(qint64 size)
+{
+    if (size > mostBytes)
+        throw ReadingGivenUp(QStringLiteral("is larger than 1 GiB, the most that a text dictionary can have"));
+}
+
 // A pipe or a device does not tell its size: it may have no end.
 QByteArray readToEnd(QFile &file)
 {
     QByteArray bytes;
     for (QByteArray block = file.read(blockSize); !block.isEmpty(); block = file.read(blockSize)) {
         bytes += block;
-        if (bytes.size() > mostBytes)
-            throw std::bad_alloc();
+        requireRoom(bytes.size());
     }
     return bytes;
 }
@@ -209,9 +215,11 @@ TextFileReader::TextFileReader(const QString &fileName)
     if (!file.open(QIODevice::ReadOnly))
         return;
     opened = true;
-    if (file.size() > textfile::mostBytes)
-        throw std::bad_alloc();
-    bytes = file.isSequential() ? textfile::readToEnd(file) : file.readAll();
+    textfile::requireRoom(file.size());
+    bytes = file.isSequential() ? textfile::readToEnd(file) : readAllOf(file);
+    readProblem = readProblemOf(file);
+    if (!readProblem.isEmpty())
+        bytes.clear();
     const auto *mark = textfile::findByteOrderMark(bytes);
     hasUtf8Mark = mark == textfile::utf8Mark;
     isInBlocks = mark ? hasUtf8Mark : textfile::isUtf8(bytes);

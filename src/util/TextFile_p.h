@@ -108,20 +108,22 @@ QString decode(const QByteArray &bytes);
 /// text, only a block is in memory at a time.
 ///
 /// Every block but the first begins with a line that begins with "[", so that a section is never parted. A file that
-/// cannot be opened has no block.
+/// cannot be opened, or that the system fails to read to its end, has no block.
 class TextFileReader
 {
 public:
     /// Bytes after which a block ends as soon as it can.
     static constexpr int usualBlockSize = 1 << 18;
 
-    /// Raises `std::bad_alloc` for a file that no `QString` can hold (a gigabyte).
+    /// Raises `ReadingGivenUp` for a file that no `QString` can hold (a gigabyte).
     explicit TextFileReader(const QString &fileName);
 
     /// Sets \a text to the next block; false at the end of the file.
     bool readBlock(QString &text);
 
     bool isOpened() const { return opened; }
+    /// The reason why the system failed to read the file, as one line for a person; null where it did not fail.
+    const QString &problem() const { return readProblem; }
     /// Whether nothing in the file tells its encoding.
     bool isEncodingGuessed() const { return encodingGuessed; }
     /// Calls \a tell with the number, from 1, and the text of each line that has bytes which are no text, where a mark
@@ -132,6 +134,7 @@ private:
     int endOfBlock() const;
 
     QByteArray bytes; ///< of the whole file
+    QString readProblem;
     int position = 0; ///< of the next block
     bool opened = false;
     bool encodingGuessed = false;

@@ -190,6 +190,7 @@ private Q_SLOTS:
         QCOMPARE(report.notes().back().kind, NoteKind::layoutGivenUp);
         QCOMPARE(report.notes().back().line, 5);
         QCOMPARE(report.notes().back().text, QString("Name=B"));
+        QVERIFY(dictionary.readProblem.startsWith("asks for more than "));
     }
 
     void endOfReadingAFileTooLargeIsTold()
@@ -205,7 +206,9 @@ private Q_SLOTS:
         QVERIFY(thrownBy([&] { dictionary.readFile(file.fileName()); }));
         QCOMPARE(report.size(), size_t(1));
         QCOMPARE(report.notes().front().kind, NoteKind::layoutGivenUp);
-        QCOMPARE(report.notes().front().text, QString());
+        const QString cause = QStringLiteral("is larger than 1 GiB, the most that a text dictionary can have");
+        QCOMPARE(report.notes().front().text, cause);
+        QCOMPARE(dictionary.readProblem, cause);
         QVERIFY(file.remove());
     }
 

@@ -540,8 +540,26 @@ private Q_SLOTS:
         lookup.consistencyCheck(ccErrors, frequencies.map, nullptr);
         QVERIFY(TestAccess::lineNumber(lookup) > 0);
         QVERIFY(TestAccess::lineNumber(lookup) < lines);
-        QCOMPARE(pairsOf(lookup), QStringList("Key=value"));
-        QCOMPARE(report.count(NoteKind::readingEnded), 1);
+        QCOMPARE(pairsOf(lookup), QStringList());
+        QVERIFY(lookup.getReadProblem().startsWith("cannot be read: "));
+        QCOMPARE(report.count(NoteKind::readFailed), 1);
+        QCOMPARE(report.notes().back().kind, NoteKind::readFailed);
+        QCOMPARE(report.notes().back().line, TestAccess::lineNumber(lookup) + 1);
+    }
+
+    void checkEndsWhereTheFileBecameShorter()
+    {
+        constexpr int lines = 200000;
+        write(QString("Key value\n").repeated(lines));
+        ReadReport report;
+        TVpLookup lookup;
+        lookup.setReadReport(&report);
+        lookup.setFfileName(path());
+        lookup.setProgressListener([this](qint64 /*done*/, qint64 /*size*/) { QFile::resize(path(), 0); });
+        lookup.consistencyCheck(ccErrors, frequencies.map, nullptr);
+        QVERIFY(TestAccess::lineNumber(lookup) > 0);
+        QVERIFY(TestAccess::lineNumber(lookup) < lines);
+        QVERIFY(lookup.getReadProblem().isNull());
         QCOMPARE(report.notes().back().kind, NoteKind::readingEnded);
         QCOMPARE(report.notes().back().line, TestAccess::lineNumber(lookup));
     }

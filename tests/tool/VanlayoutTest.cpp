@@ -703,7 +703,9 @@ void VanlayoutTest::errorOfTheLibraryIsAnObjectWithItsLine()
     QFETCH(int, line);
 
     const Run shown = show(content, { "--format", "json" });
-    QCOMPARE(compact(shown.out), "{\"error\":{\"code\":242,\"line\":" + QByteArray::number(line) + "}}");
+    QCOMPARE(compact(shown.out),
+             "{\"error\":{\"code\":242,\"line\":" + QByteArray::number(line)
+                 + ",\"cause\":\"reading ended in error 242: Invalid contents in line\"}}");
     verifyComplaint(shown, "survey.dcf: ");
 }
 
@@ -715,7 +717,9 @@ void VanlayoutTest::errorOfTheLibraryIsOneLineAmongSeveralFiles()
     const QList<QByteArray> lines = linesOf(shown.out);
     QCOMPARE(lines.size(), 3);
     QCOMPARE(compact(lines.at(0)), surveyJson);
-    QCOMPARE(compact(lines.at(1)), QByteArray("{\"error\":{\"code\":242,\"line\":12}}"));
+    QCOMPARE(compact(lines.at(1)),
+             QByteArray("{\"error\":{\"code\":242,\"line\":12,"
+                        "\"cause\":\"reading ended in error 242: Invalid contents in line\"}}"));
     QCOMPARE(compact(lines.at(2)), surveyJson);
     verifyComplaint(shown, "broken.dcf: ");
 }

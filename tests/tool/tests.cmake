@@ -8,6 +8,17 @@ van_add_test(tool/VanlayoutLookupTest.cpp)
 add_dependencies(VanlayoutLookupTest vanlayout)
 target_compile_definitions(VanlayoutLookupTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
+# A disk that fails: a library that the tool loads in front of all others.
+add_library(failing_disk MODULE tool/FailingDisk.cpp)
+set_target_properties(failing_disk PROPERTIES CXX_EXTENSIONS OFF)
+target_compile_features(failing_disk PRIVATE cxx_std_17)
+target_link_libraries(failing_disk PRIVATE van_warnings)
+target_include_directories(failing_disk PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+van_add_test(tool/VanlayoutReadFailureTest.cpp)
+add_dependencies(VanlayoutReadFailureTest vanlayout failing_disk)
+target_compile_definitions(VanlayoutReadFailureTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>"
+    FAILING_DISK="$<TARGET_FILE:failing_disk>")
+
 # Beside the command, what writes the forms.
 set(tool_folder ${PROJECT_SOURCE_DIR}/tools/vanlayout)
 van_add_test(tool/VanlayoutExplainTest.cpp)

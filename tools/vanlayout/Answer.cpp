@@ -52,6 +52,11 @@ void bufferOutput()
     std::setvbuf(stdout, nullptr, _IOFBF, bufferSize);
 }
 
+void flushOutput()
+{
+    std::fflush(stdout); // a failure is seen at the end
+}
+
 int statusAfterOutput(int status)
 {
     std::cout.flush();

@@ -33,6 +33,9 @@ int answerFor(const QString &file, const std::function<int()> &answer);
 /// Hands standard output out in large pieces. To be called before anything is written to it.
 void bufferOutput();
 
+/// Hands out what was printed so far: what becomes of the next file takes nothing of it away.
+void flushOutput();
+
 /// \a status, or no answer with a complaint where standard output could not be written.
 int statusAfterOutput(int status);
 

@@ -48,6 +48,7 @@ void readLookup(Explanation &explanation, const ExplainOptions &options)
     lookup.setReadReport(&explanation.report);
     std::map<QString, int *> frequencies;
     lookup.consistencyCheck(ccNone, frequencies, nullptr);
+    explanation.problem = lookup.getReadProblem();
 }
 
 void readLayoutFile(Explanation &explanation, const ExplainOptions &options)
@@ -187,6 +188,7 @@ void printAsJson(const Explanation &explanation, bool isOneOfSeveral)
 // The report of a file that gave no layout tells why, so it is printed too.
 int explainFile(const std::string &name, const ExplainOptions &options, ExplanationTable &table)
 {
+    flushOutput();
     Explanation explanation;
     explanation.file = QFile::decodeName(name.c_str());
     try {

@@ -47,6 +47,7 @@ void tellOfNotes(const QString &file, const ReadReport &report)
 
 int showFile(const QString &file, const FileType *type, Printer &printer)
 {
+    flushOutput();
     return answerFor(file, [&]() -> int {
         ReadReport report;
         const Layout layout = readLayout(file, type, &report);

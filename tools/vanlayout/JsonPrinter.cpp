@@ -28,15 +28,19 @@ public:
         json.EndObject();
     }
 
-    void writeError(const VpErrorManager &error)
+    // A file that the system fails to read ends in no error of the library: it has a cause alone.
+    void writeError(const Layout &layout)
     {
         json.StartObject();
         json.Key("error");
         json.StartObject();
-        write("code", error.getCode());
-        // The text of the error is the one character whose code is the line index.
-        const QString text = error.getText();
-        write("line", text.isEmpty() ? 0 : text.at(0).unicode());
+        if (layout.error) {
+            write("code", layout.error->getCode());
+            // The text of the error is the one character whose code is the line index.
+            const QString text = layout.error->getText();
+            write("line", text.isEmpty() ? 0 : text.at(0).unicode());
+        }
+        write("cause", layout.problem);
         json.EndObject();
         json.EndObject();
     }
@@ -126,8 +130,8 @@ public:
 
     void printProblem(const Layout &layout) override
     {
-        if (layout.error)
-            printJson(out, isCompact, [&](auto &json) { LayoutWriter(json).writeError(*layout.error); });
+        if (layout.error || (layout.importer && !layout.importer->getReadProblem().isEmpty()))
+            printJson(out, isCompact, [&](auto &json) { LayoutWriter(json).writeError(layout); });
     }
 
 private:

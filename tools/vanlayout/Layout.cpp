@@ -55,6 +55,9 @@ Layout readLayout(const QString &file, const FileType *type, ReadReport *report)
         layout.error.reset(error);
         layout.problem = describe(*error);
     }
+    const QString readProblem = layout.importer->getReadProblem();
+    if (!readProblem.isEmpty())
+        layout.problem = readProblem;
     return layout;
 }
 

@@ -179,6 +179,8 @@ int check(const LookupOptions &options, const QString &file)
         const ProgressLine progress(lookup, file);
         lookup.consistencyCheck(mode, check->frequencies, &check->errors);
     }
+    if (!lookup.getReadProblem().isEmpty())
+        return noAnswerFor(file, lookup.getReadProblem());
 
     ReportLookup &report = check->report;
     report.setIdValue(lookup.getId());

@@ -1,0 +1,263 @@
+#include "support/NotesLine.h"
+#include "support/ToolRun.h"
+
+#include <QJsonArray>
+#include <QProcessEnvironment>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr int items = 3000;
+const QByteArray cause = "cannot be read: Input/output error\n";
+
+QByteArray textDictionary()
+{
+    QByteArray text = "[Dictionary]\nName=D\nRecordTypeStart=1\nRecordTypeLen=1\n\n[IdItems]\n";
+    for (int i = 0; i < items; ++i)
+        text += "\n[Item]\nLabel=An item\nName=ITEM_" + QByteArray::number(i) + "\nStart=2\nLen=3\n";
+    return text;
+}
+
+QByteArray jsonDictionary()
+{
+    QByteArray text = R"({"name": "D", "recordType": {"start": 1, "length": 1}, "levels": [{"ids": {"items": [)";
+    for (int i = 0; i < items; ++i)
+        text += QByteArray(i > 0 ? "," : "") + R"({"name": "ITEM_)" + QByteArray::number(i) + R"(", "length": 3})";
+    return text + "]}}]}\n";
+}
+
+QByteArray lookupFile()
+{
+    QByteArray text;
+    for (int i = 0; i < items; ++i)
+        text += QByteArray::number(10000 + i) + " value\n";
+    return text;
+}
+
+const QStringList commandsOnOne[] = {
+    { "show", "--format", "table" }, { "show", "--format", "csv" }, { "codebook", "-o", "-" },
+    { "export", "--to", "ddi" },     { "export", "--to", "csvw" },  { "export", "--to", "json-schema" },
+};
+
+} // namespace
+
+/// A disk that fails while the tool reads a file.
+class VanlayoutReadFailureTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        folder.write("bad.dcf", textDictionary());
+        folder.write("bad.json", jsonDictionary());
+        folder.write("bad.txt", lookupFile());
+        folder.write("good.dcf", "[Dictionary]\nName=D\n\n[Item]\nName=GOOD\nStart=2\nLen=3\n");
+    }
+
+    void fileThatFailsGivesNoDocument_data() { makeRows(); }
+    void fileThatFailsGivesNoDocument()
+    {
+        QFETCH(QString, file);
+        QFETCH(qint64, goodBytes);
+
+        for (const QStringList &command : commandsOnOne) {
+            const Run run = runOnBadDisk(command + QStringList{ file }, file, goodBytes);
+            verifyComplaint(run, file.toUtf8() + ": " + cause);
+            QCOMPARE(run.out, QByteArray());
+        }
+        for (const QStringList &files : { QStringList{ file, "good.dcf" }, QStringList{ "good.dcf", file } }) {
+            const Run run = runOnBadDisk(QStringList{ "diff" } + files, file, goodBytes);
+            verifyComplaint(run, file.toUtf8() + ": " + cause);
+            QCOMPARE(run.out, QByteArray());
+        }
+    }
+
+    void jsonSaysTheCause_data() { makeRows(); }
+    void jsonSaysTheCause()
+    {
+        QFETCH(QString, file);
+        QFETCH(qint64, goodBytes);
+
+        const Run run = runOnBadDisk({ "show", "--format", "json", file }, file, goodBytes);
+        verifyComplaint(run, file.toUtf8() + ": " + cause);
+        const QJsonObject whole = run.json().toObject();
+        QCOMPARE(whole.keys(), QStringList("error"));
+        const QJsonObject error = whole.value("error").toObject();
+        QCOMPARE(error.keys(), QStringList("cause"));
+        QCOMPARE(error.value("cause").toString().toUtf8() + '\n', cause);
+    }
+
+    void explainReportsTheFailure_data() { makeRows(); }
+    void explainReportsTheFailure()
+    {
+        QFETCH(QString, file);
+        QFETCH(qint64, goodBytes);
+
+        const Run run = runOnBadDisk({ "explain", "--format", "json", file }, file, goodBytes);
+        verifyComplaint(run, file.toUtf8() + ": " + cause);
+        const QJsonArray notes = run.json().toObject().value("notes").toArray();
+        QCOMPARE(notes.size(), 1);
+        QCOMPARE(notes.at(0).toObject().value("kind").toString(), QString("read-failed"));
+    }
+
+    void outputIsNotReplaced_data() { makeRows(); }
+    void outputIsNotReplaced()
+    {
+        QFETCH(QString, file);
+        QFETCH(qint64, goodBytes);
+
+        folder.write("kept", "as it was");
+        for (const QStringList &command : { QStringList{ "export", "--to", "ddi" }, QStringList{ "codebook" } }) {
+            const Run run = runOnBadDisk(command + QStringList{ "-o", "kept", file }, file, goodBytes);
+            verifyComplaint(run, file.toUtf8() + ": " + cause);
+            QCOMPARE(folder.read("kept"), QByteArray("as it was"));
+        }
+    }
+
+    void theOtherFilesAreShown()
+    {
+        Run run = runOnBadDisk({ "show", "--format", "csv", "good.dcf", "bad.dcf", "good.dcf" }, "bad.dcf", 60000);
+        run.err = withoutNotesLine(run.err);
+        verifyComplaint(run, "bad.dcf: " + cause);
+        QCOMPARE(run.out.count("GOOD"), 2);
+        QCOMPARE(run.out.count("ITEM"), 0);
+    }
+
+    void lookupThatFailsHasNoReport_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<qint64>("goodBytes");
+        for (const qint64 goodBytes : { 0, 3, 20000 }) {
+            QTest::addRow("lookup behind %lld", goodBytes) << QStringList{ "lookup" } << goodBytes;
+            QTest::addRow("lookup as JSON behind %lld", goodBytes)
+                << QStringList{ "lookup", "--format", "json" } << goodBytes;
+        }
+    }
+    void lookupThatFailsHasNoReport()
+    {
+        QFETCH(QStringList, options);
+        QFETCH(qint64, goodBytes);
+
+        const Run run = runOnBadDisk(options + QStringList{ "bad.txt" }, "bad.txt", goodBytes);
+        verifyComplaint(run, "bad.txt: " + cause);
+        QCOMPARE(run.out, QByteArray());
+        const Run explained = runOnBadDisk({ "explain", "--type", "lookup", "bad.txt" }, "bad.txt", goodBytes);
+        verifyComplaint(explained, "bad.txt: " + cause);
+        QVERIFY(explained.out.contains("read-failed (1)"));
+    }
+
+    void diskThatReadsAllIsNoFailure()
+    {
+        const Run run = runOnBadDisk({ "show", "--format", "csv", "bad.dcf" }, "bad.dcf", 100 << 20);
+        QCOMPARE(run.status, fine);
+        QCOMPARE(run.out.count("ITEM"), items);
+    }
+
+    void fileOverALimitIsNamedAsThat_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("problem");
+        QTest::newRow("text of more than a gibibyte")
+            << "huge.dcf" << QByteArray("is larger than 1 GiB, the most that a text dictionary can have");
+        QTest::newRow("JSON of more than two")
+            << "huge.json" << QByteArray("is larger than 2 GiB, the most that a JSON dictionary can have");
+        QTest::newRow("items") << "items.dcf"
+                               << QByteArray("asks for more than 1000000 items, or 250000000 characters in the names "
+                                             "of occurrences");
+    }
+    void fileOverALimitIsNamedAsThat()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, problem);
+
+        folder.write("huge.dcf", "[Dictionary]\n");
+        QVERIFY(QFile::resize(folder.filePath("huge.dcf"), (qint64(1) << 30) + 1));
+        folder.write("huge.json", "{\n");
+        QVERIFY(QFile::resize(folder.filePath("huge.json"), (qint64(1) << 31) + 1));
+        folder.write("items.dcf", "[Dictionary]\nName=D\n\n[Item]\nName=A\nStart=1\nLen=1\nOccurrences=1000001\n");
+        const Run run = folder.run({ "show", "--format", "json", file });
+        verifyComplaint(run, file.toUtf8() + ": " + problem + '\n');
+        const QJsonObject error = run.json().toObject().value("error").toObject();
+        QCOMPARE(error.value("cause").toString().toUtf8(), problem);
+        QVERIFY(QFile::remove(folder.filePath("huge.dcf")) && QFile::remove(folder.filePath("huge.json")));
+    }
+
+    void outputOfEarlierFilesIsThereBeforeTheNextIsRead_data()
+    {
+        QTest::addColumn<QStringList>("command");
+        for (const char *format : { "table", "json", "csv" })
+            QTest::addRow("show as %s", format) << QStringList{ "show", "--format", format };
+        for (const char *format : { "table", "json" })
+            QTest::addRow("explain as %s", format) << QStringList{ "explain", "--format", format };
+    }
+    void outputOfEarlierFilesIsThereBeforeTheNextIsRead()
+    {
+        QFETCH(QStringList, command);
+
+        // The second file is a pipe that nobody writes to: the tool waits, and is killed.
+        const QByteArray pipe = QFile::encodeName(folder.filePath("pipe"));
+        unlink(pipe.constData());
+        QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+        QProcess tool;
+        tool.setWorkingDirectory(folder.path());
+        tool.start(VAN_TOOL, command + QStringList{ "good.dcf", "pipe" });
+        QByteArray out;
+        while (!out.contains("GOOD") && tool.waitForReadyRead(patience))
+            out += tool.readAllStandardOutput();
+        QVERIFY(tool.state() == QProcess::Running);
+        tool.kill();
+        tool.waitForFinished();
+        QVERIFY2(out.contains("GOOD"), out.constData());
+    }
+
+    void memoryOfTheProcessIsNoFile_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::newRow("show") << QStringList{ "show" };
+        QTest::newRow("cspro") << QStringList{ "show", "--type", "cspro" };
+        QTest::newRow("cspro8") << QStringList{ "show", "--type", "cspro8" };
+        QTest::newRow("lookup") << QStringList{ "lookup" };
+        QTest::newRow("export") << QStringList{ "export", "--to", "ddi" };
+    }
+    void memoryOfTheProcessIsNoFile()
+    {
+        QFETCH(QStringList, options);
+
+        const Run run = folder.run(options + QStringList{ "/proc/self/mem" });
+        verifyComplaint(run, "/proc/self/mem: " + cause);
+        QCOMPARE(run.out, QByteArray());
+    }
+
+private:
+    static void makeRows()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<qint64>("goodBytes");
+        for (const char *file : { "bad.dcf", "bad.json" }) {
+            for (const qint64 goodBytes : { 0, 5, 60000 })
+                QTest::addRow("%s behind %lld bytes", file, goodBytes) << file << goodBytes;
+        }
+    }
+
+    Run runOnBadDisk(const QStringList &arguments, const QString &file, qint64 goodBytes) const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("LD_PRELOAD", FAILING_DISK);
+        // A sanitizer wants to be loaded first, and need not be for this.
+        environment.insert("ASAN_OPTIONS", environment.value("ASAN_OPTIONS") + ":verify_asan_link_order=0");
+        environment.insert("FAILING_FILE", '/' + file);
+        environment.insert("FAILING_BEHIND", QString::number(goodBytes));
+        QProcess tool;
+        tool.setProcessEnvironment(environment);
+        return folder.run(arguments, tool);
+    }
+
+    const ToolFolder folder;
+};
+
+QTEST_GUILESS_MAIN(VanlayoutReadFailureTest)
+#include "VanlayoutReadFailureTest.moc"
