@@ -17,9 +17,17 @@ quietly() {
     return "$status"
 }
 
-# Installs what is missing of the named Debian packages; elsewhere says what is needed and stops.
+# Calls apt-get as root. Where another program holds the lock of the package lists, it waits for that.
+apt_get() {
+    local as_root=""
+    [ "$(id -u)" = 0 ] || as_root=sudo
+    quietly $as_root env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600 "$@"
+}
+
+# Installs what is missing of the named Debian packages; elsewhere says what is needed and stops. A command names all of
+# its packages at once, in front of its first step.
 install_packages() {
-    local missing="" package as_root=""
+    local missing="" package
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
         [ -n "${VAN_HAVE_PACKAGES:-}" ] && return 0
         echo "This needs what these Debian packages hold: $*" >&2
@@ -33,11 +41,8 @@ install_packages() {
         esac
     done
     [ -n "$missing" ] || return 0
-    [ "$(id -u)" = 0 ] || as_root=sudo
     echo "Installing$missing" >&2
-    export DEBIAN_FRONTEND=noninteractive
-    quietly $as_root apt-get update -qq || return 1
-    quietly $as_root apt-get install -y -qq --no-install-recommends $missing
+    apt_get update -qq && apt_get install -y -qq --no-install-recommends $missing
 }
 
 # Configures and builds a preset, or some of its targets.

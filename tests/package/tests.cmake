@@ -32,3 +32,10 @@ endif()
 van_add_package_test(ExportedSymbols symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>)
 van_add_package_test(AccessorSymbols ../model/symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>
     TABLE=${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.txt)
+
+# What ./run and ./check ask the system for.
+find_program(VAN_BASH bash)
+if(VAN_BASH)
+    add_test(NAME PackagesOfCommands COMMAND ${VAN_BASH} ${CMAKE_CURRENT_SOURCE_DIR}/package/packages.sh ${PROJECT_SOURCE_DIR})
+    van_test_properties(PackagesOfCommands package)
+endif()

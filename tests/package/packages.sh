@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# How ./run and ./check install what they need, on a system that only records what it is asked for: all packages in
+# front of the first step, and never without waiting for the lock. The argument is the folder of the project.
+set -euo pipefail
+
+project=$1
+folder=$(mktemp -d)
+trap 'rm -r "$folder"' EXIT
+log="$folder/log"
+mkdir -p "$folder/bin" "$folder/project/cmake" "$folder/project"/{src,tools,tests,bench,examples,fuzz}
+cp "$project/run" "$project/check" "$folder/project"
+cp "$project"/cmake/*.sh "$folder/project/cmake"
+
+# stub NAME: a program that records its call, then does what its standard input says.
+stub() {
+    { echo '#!/bin/sh'; echo "echo \"$1 \$*\" >>'$log'"; cat; } >"$folder/bin/$1"
+    chmod +x "$folder/bin/$1"
+}
+for name in cmake ctest clang-format clazy-standalone clang-tidy git; do
+    stub $name </dev/null
+done
+stub sudo <<<'exec "$@"'
+stub apt-get <<END
+case "\$*" in *chromium*) [ ! -e '$folder/broken' ] || exit 1 ;; esac
+for word; do echo "\$word" >>'$folder/installed'; done
+END
+stub dpkg-query <<<"for package; do :; done; grep -qx -- \"\$package\" '$folder/installed' && echo 'ii '"
+
+fail() {
+    echo "$*" >&2
+    cat "$log" >&2
+    exit 1
+}
+
+# installs_first COMMAND CALLS PACKAGE...: its calls of apt-get are so many, in front of all steps, and install these.
+installs_first() {
+    local command=$1 calls=$2 package
+    shift 2
+    : >"$log"
+    : >"$folder/installed"
+    PATH="$folder/bin:$PATH" VAN_HAVE_PACKAGES= "$folder/project/$command" >/dev/null 2>&1 </dev/null || true # no build follows
+    sed -i '/^\(dpkg-query\|sudo\|git\) /d' "$log"
+    [ "$(grep -c '^apt-get ' "$log")" = "$calls" ] || fail "$command: not $calls calls of apt-get"
+    grep -q '^cmake ' "$log" || fail "$command: no step"
+    [ "$(head -n "$calls" "$log" | grep -c '^apt-get ')" = "$calls" ] || fail "$command: a step in front of a package"
+    ! grep '^apt-get ' "$log" | grep -vq '^apt-get -o DPkg::Lock::Timeout=600 ' || fail "$command: does not wait for the lock"
+    for package in "$@"; do
+        grep -qx -- "$package" "$folder/installed" || fail "$command: no $package"
+    done
+}
+
+installs_first run 2 cmake g++ libreadstat-dev
+installs_first check 2 cmake clang-format clang-tidy clazy chromium
+touch "$folder/broken" # there is no browser to be had
+installs_first check 4 cmake clang-format clang-tidy clazy
