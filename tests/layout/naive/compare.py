@@ -5,8 +5,8 @@
     compare.py TOOL --corpus DIR --statistical PLAIN
 
 TOOL is called as `TOOL show --format json FILE...`. With --corpus the dictionaries of DIR/cspro-text and DIR/cspro-json
-are compared, with --random N dictionaries of generate.py. With --statistical the files of DIR/spss and DIR/stata are
-compared with what the program PLAIN (tests/layout/plain_readstat.c) prints of them. The status is 1 where anything
+are compared, with --random N dictionaries of generate.py. With --statistical the files of DIR/spss, DIR/stata
+and DIR/sas are compared with what the program PLAIN (tests/layout/plain_readstat.c) prints of them. The status is 1 where anything
 differs; each difference is one line on standard output.
 """
 
@@ -163,7 +163,9 @@ def run_tool(tool, files):
     lines = lines[:1] if alone else lines
     if run.returncode not in (0, 2) or len(lines) != len(files):
         if alone:
-            return ["status %d, %d lines: %s" % (run.returncode, len(lines), run.stderr.decode(errors="replace")[-500:])]
+            return [
+                "status %d, %d lines: %s" % (run.returncode, len(lines), run.stderr.decode(errors="replace")[-500:])
+            ]
         return [answer for file in files for answer in run_tool(tool, [file])]
     return [parsed(line) for line in lines]
 
@@ -177,7 +179,7 @@ def parsed(line):
 
 def answers(tool, files):
     for begin in range(0, len(files), FILES_A_CALL):
-        part = files[begin:begin + FILES_A_CALL]
+        part = files[begin : begin + FILES_A_CALL]
         yield from zip(part, run_tool(tool, part))
 
 
@@ -248,7 +250,7 @@ class Comparison:
             file.unlink()
 
     def compare_statistical(self, corpus, plain):
-        files = sorted(file for folder in ("spss", "stata") for file in (corpus / folder).iterdir())
+        files = sorted(file for folder in ("spss", "stata", "sas") for file in (corpus / folder).glob("*"))
         self.compare_files("statistical files", files, lambda file: plain_layout(plain, file))
 
 

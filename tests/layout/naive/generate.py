@@ -23,7 +23,7 @@ LANGUAGES = [("EN", "English"), ("FR", "Français"), ("ES", "Español"), ("SW", 
 LATIN_LANGUAGES = LANGUAGES[:4]
 
 ASCII_WORDS = (
-    "age sex household number of persons main water source roof yes no other don't know; a,b = : \"so\" 10% [x] (y) "
+    'age sex household number of persons main water source roof yes no other don\'t know; a,b = : "so" 10% [x] (y) '
     "#1 .5 / & | ~x"
 ).split(" ")
 LATIN_WORDS = "été Île Straße niño €5 «oui» Ærø naïve Ÿ".split(" ")
@@ -91,8 +91,16 @@ class Maker:
         item = self.named("ID" if is_id else "Q")
         numeric = self.chance(0.75)
         item.update(
-            type="numeric" if numeric else "alpha", length=self.rng.randint(1, 8), occurrences=1, labelled=[], decimals=0,
-            decimal_mark=False, zero_fill=numeric and self.chance(0.4), capture=None, subitem=False, value_sets=[],
+            type="numeric" if numeric else "alpha",
+            length=self.rng.randint(1, 8),
+            occurrences=1,
+            labelled=[],
+            decimals=0,
+            decimal_mark=False,
+            zero_fill=numeric and self.chance(0.4),
+            capture=None,
+            subitem=False,
+            value_sets=[],
         )
         if not is_id and self.chance(0.15):
             item["occurrences"] = self.rng.randint(2, 5)
@@ -108,8 +116,23 @@ class Maker:
     def capture(self):
         if self.chance(0.85):
             return None
-        word = self.rng.choice(["textBox", "radioButton", "checkBox", "dropDown", "comboBox", "date", "numberPad",
-                                "barcode", "slider", "toggleButton", "photo", "signature", "audio"])
+        word = self.rng.choice(
+            [
+                "textBox",
+                "radioButton",
+                "checkBox",
+                "dropDown",
+                "comboBox",
+                "date",
+                "numberPad",
+                "barcode",
+                "slider",
+                "toggleButton",
+                "photo",
+                "signature",
+                "audio",
+            ]
+        )
         return word, self.rng.choice(["", "DDMMYYYY", "YYMM"]) if word == "date" else ""
 
     def subitems(self, item):
@@ -135,8 +158,14 @@ class Maker:
     # --- Value sets -----------------------------------------------------------------------------------------------
 
     def value_set(self, item, number):
-        value_set = {"name": "%s_VS%d" % (item["name"], number), "labels": self.labels(), "note": self.note(),
-                     "aliases": self.aliases(), "link": "", "values": []}
+        value_set = {
+            "name": "%s_VS%d" % (item["name"], number),
+            "labels": self.labels(),
+            "note": self.note(),
+            "aliases": self.aliases(),
+            "link": "",
+            "values": [],
+        }
         if self.chance(0.15):
             value_set["link"] = self.link()
         if not value_set["link"] or self.chance(0.4):
@@ -176,7 +205,9 @@ class Maker:
         def number():
             sign = "-" if self.chance(0.1) else ""
             digits = str(self.rng.randint(0, 10 ** min(item["length"], 6) - 1))
-            fraction = "%s%0*d" % (self.rng.choice(".,"), item["decimals"], self.rng.randint(0, 9)) if item["decimals"] else ""
+            fraction = (
+                "%s%0*d" % (self.rng.choice(".,"), item["decimals"], self.rng.randint(0, 9)) if item["decimals"] else ""
+            )
             return sign + digits + fraction
 
         return (number(), number()) if self.chance(0.3) else (number(), "")
@@ -185,7 +216,9 @@ class Maker:
 
     def record(self):
         record = self.named("REC")
-        record.update(type=self.rng.choice(["1", "A", "", "12", " 1", "h h", "it's"]), required=self.chance(0.6), maximum=1)
+        record.update(
+            type=self.rng.choice(["1", "A", "", "12", " 1", "h h", "it's"]), required=self.chance(0.6), maximum=1
+        )
         if self.chance(0.4):
             record["maximum"] = self.rng.randint(2, 30)
         record["labelled"] = self.occurrence_labels(record["maximum"])
@@ -201,18 +234,26 @@ class Maker:
     def relation(self):
         relation = {"name": self.name("REL"), "aliases": self.aliases(), "primary": self.name("P"), "links": []}
         for _ in range(self.rng.choice([1, 1, 2, 3])):
-            relation["links"].append({
-                "primary": self.rng.choice(["", "PLINK"]), "secondary": self.name("S"),
-                "secondary_link": self.rng.choice(["", "SLINK"]),
-            })
+            relation["links"].append(
+                {
+                    "primary": self.rng.choice(["", "PLINK"]),
+                    "secondary": self.name("S"),
+                    "secondary_link": self.rng.choice(["", "SLINK"]),
+                }
+            )
         return relation
 
     def survey(self):
         survey = self.named("DICT")
         survey.update(
-            languages=self.languages, relative=self.chance(0.75), decimal_mark=self.chance(0.5), zero_fill=self.chance(0.5),
-            editable=not self.chance(0.1), version=self.rng.choice(["7.7", "6.3", "2.6", "8.0"]),
-            levels=[self.level() for _ in range(self.rng.choice([1, 1, 1, 2, 3]))], relations=[],
+            languages=self.languages,
+            relative=self.chance(0.75),
+            decimal_mark=self.chance(0.5),
+            zero_fill=self.chance(0.5),
+            editable=not self.chance(0.1),
+            version=self.rng.choice(["7.7", "6.3", "2.6", "8.0"]),
+            levels=[self.level() for _ in range(self.rng.choice([1, 1, 1, 2, 3]))],
+            relations=[],
         )
         if self.chance(0.15):
             survey["relations"] = [self.relation() for _ in range(self.rng.randint(1, 2))]

@@ -125,8 +125,15 @@ class JsonWriter:
             languages = [Object(["name", name], ["label", label]) for name, label in self.languages]
             node.pairs.insert(-2, ["languages", languages])
         if self.rng.random() < 0.8:
-            node.add("security", Object(["allowDataViewerModifications", False], ["allowExport", True],
-                                        ["cachedPasswordMinutes", 0], ["settings", "0a1b2c3d" * 8]))
+            node.add(
+                "security",
+                Object(
+                    ["allowDataViewerModifications", False],
+                    ["allowExport", True],
+                    ["cachedPasswordMinutes", 0],
+                    ["settings", "0a1b2c3d" * 8],
+                ),
+            )
             node.add("readOptimization", self.rng.random() < 0.8)
         node.add("recordType", Object(["start", survey["record_type"][0]], ["length", survey["record_type"][1]]))
         node.add("defaults", Object(["decimalMark", survey["decimal_mark"]], ["zeroFill", survey["zero_fill"]]))
@@ -207,9 +214,17 @@ class JsonWriter:
         node = Object(["name", relation["name"]])
         self.optional(node, "aliases", list(relation["aliases"]), [])
         node.add("primary", relation["primary"])
-        node.add("links", [Object(
-            ["primaryLink", link["primary"] or "(occurrence)"], ["secondary", link["secondary"]],
-            ["secondaryLink", link["secondary_link"] or "(occurrence)"]) for link in relation["links"]])
+        node.add(
+            "links",
+            [
+                Object(
+                    ["primaryLink", link["primary"] or "(occurrence)"],
+                    ["secondary", link["secondary"]],
+                    ["secondaryLink", link["secondary_link"] or "(occurrence)"],
+                )
+                for link in relation["links"]
+            ],
+        )
         return node
 
     # --- Dirt in the tree -----------------------------------------------------------------------------------------
@@ -237,8 +252,28 @@ class JsonWriter:
         return [pair for node in self.objects(root) for pair in node.pairs if wanted(*pair)]
 
     def odd_value(self):
-        return self.rng.choice([True, False, "", "text", "3", 7, -1, Raw("1.5"), Raw("2.0"), Raw("1e2"), [], ["x"], Object(),
-                                Object(["a", 1]), [None], Raw("123456789012345678901234567890"), "true", Raw("-0")])
+        return self.rng.choice(
+            [
+                True,
+                False,
+                "",
+                "text",
+                "3",
+                7,
+                -1,
+                Raw("1.5"),
+                Raw("2.0"),
+                Raw("1e2"),
+                [],
+                ["x"],
+                Object(),
+                Object(["a", 1]),
+                [None],
+                Raw("123456789012345678901234567890"),
+                "true",
+                Raw("-0"),
+            ]
+        )
 
     def dirt_jsonNumbersAsTexts(self, root):
         for pair in self.some(self.members(root, lambda key, value: isinstance(value, int)), 0.1):
@@ -246,8 +281,12 @@ class JsonWriter:
 
     def dirt_jsonTextsAsNumbers(self, root):
         def is_spelling(key, value):
-            return key in ("value", "link", "recordType") and isinstance(value, str) and value.isascii() and (
-                value == "0" or (value.isdigit() and value[0] != "0"))
+            return (
+                key in ("value", "link", "recordType")
+                and isinstance(value, str)
+                and value.isascii()
+                and (value == "0" or (value.isdigit() and value[0] != "0"))
+            )
 
         for pair in self.some(self.members(root, is_spelling), 0.3):
             pair[1] = Raw(pair[1])
@@ -261,7 +300,9 @@ class JsonWriter:
             self.rng.shuffle(node.pairs)
 
     def dirt_jsonWrongTypes(self, root):
-        for pair in self.some(self.members(root, lambda key, value: key not in ("fileType", "length", "maximum", "levels")), 0.02):
+        for pair in self.some(
+            self.members(root, lambda key, value: key not in ("fileType", "length", "maximum", "levels")), 0.02
+        ):
             pair[1] = self.odd_value()
 
     def dirt_jsonNulls(self, root):
@@ -269,8 +310,21 @@ class JsonWriter:
             pair[1] = None
 
     def dirt_jsonUnknownKeys(self, root):
-        keys = ["foo", "label", "Name", "allowDataManagerModifications", "url", "type", "len", "a.b", "attributes", "", "required",
-                "é", "note "]
+        keys = [
+            "foo",
+            "label",
+            "Name",
+            "allowDataManagerModifications",
+            "url",
+            "type",
+            "len",
+            "a.b",
+            "attributes",
+            "",
+            "required",
+            "é",
+            "note ",
+        ]
         for node in self.some(self.objects(root), 0.03):
             key = self.rng.choice(keys)
             if node.get(key) is None and key not in [name for name, _ in node.pairs]:
@@ -294,26 +348,55 @@ class JsonWriter:
 
     def dirt_jsonLabels(self, root):
         odd = [
-            [Object(["text", "a"], ["language", "EN"])], [Object(["text", ""], ["language", "EN"])], [], [Object()],
-            [Object(["text", "a"]), Object(["text", "b"])], [Object(["text", "a"], ["language", "QQ"]), Object(["text", ""])],
-            [Object(["text", ""]), Object(["text", "b"], ["language", "fr"])], [Object(["language", "EN"], ["text", "x\ny"])],
-            [Object(["text", 5])], [Object(["text", "a|b"])], [Object(["text", " a "], ["language", " "])],
-            [Object(["text", "a"], ["language", "EN"]), Object(["text", "b"], ["language", "EN"])], "text", Object(["text", "a"]),
+            [Object(["text", "a"], ["language", "EN"])],
+            [Object(["text", ""], ["language", "EN"])],
+            [],
+            [Object()],
+            [Object(["text", "a"]), Object(["text", "b"])],
+            [Object(["text", "a"], ["language", "QQ"]), Object(["text", ""])],
+            [Object(["text", ""]), Object(["text", "b"], ["language", "fr"])],
+            [Object(["language", "EN"], ["text", "x\ny"])],
+            [Object(["text", 5])],
+            [Object(["text", "a|b"])],
+            [Object(["text", " a "], ["language", " "])],
+            [Object(["text", "a"], ["language", "EN"]), Object(["text", "b"], ["language", "EN"])],
+            "text",
+            Object(["text", "a"]),
         ]
         for pair in self.some(self.members(root, lambda key, value: key == "labels"), 0.1):
             pair[1] = self.rng.choice(odd)
 
     def dirt_jsonPairs(self, root):
         odd = [
-            Object(), Object(["value", ""]), Object(["value", " 1 "]), Object(["value", 1]), Object(["value", Raw("1.50")]),
-            Object(["range", ["1", "5"]], ["value", "3"]), Object(["range", ["1"]]), Object(["range", ["1", "2", "3"]]),
-            Object(["range", []]), Object(["range", "1:2"]), Object(["range", [1, Raw("2.0")]]), Object(["range", ["1", None]]),
-            Object(["range", ["1", "1"]]), Object(["range", ["", ""]]), Object(["range", ["9", "1"]]), Object(["value", None]),
-            Object(["value", None], ["range", ["1", "2"]]), Object(["value", True]), Object(["value", []], ["range", ["1", "2"]]),
-            Object(["value", "1"], ["foo", "x"]), Object(["code", "1"]), "1", 5, Object(["value", "a;b|c'd\"e"]),
+            Object(),
+            Object(["value", ""]),
+            Object(["value", " 1 "]),
+            Object(["value", 1]),
+            Object(["value", Raw("1.50")]),
+            Object(["range", ["1", "5"]], ["value", "3"]),
+            Object(["range", ["1"]]),
+            Object(["range", ["1", "2", "3"]]),
+            Object(["range", []]),
+            Object(["range", "1:2"]),
+            Object(["range", [1, Raw("2.0")]]),
+            Object(["range", ["1", None]]),
+            Object(["range", ["1", "1"]]),
+            Object(["range", ["", ""]]),
+            Object(["range", ["9", "1"]]),
+            Object(["value", None]),
+            Object(["value", None], ["range", ["1", "2"]]),
+            Object(["value", True]),
+            Object(["value", []], ["range", ["1", "2"]]),
+            Object(["value", "1"], ["foo", "x"]),
+            Object(["code", "1"]),
+            "1",
+            5,
+            Object(["value", "a;b|c'd\"e"]),
         ]
-        for pairs in self.some([value for key, value in self.members(root, lambda key, value: key == "pairs")
-                                if isinstance(value, list)], 0.2):
+        for pairs in self.some(
+            [value for key, value in self.members(root, lambda key, value: key == "pairs") if isinstance(value, list)],
+            0.2,
+        ):
             pairs.insert(self.rng.randint(0, len(pairs)), self.rng.choice(odd))
 
     def dirt_jsonNumbers(self, root):
@@ -334,7 +417,9 @@ class JsonWriter:
         node.set("nested", value)
 
     def dirt_jsonSurrogates(self, root):
-        texts = self.members(root, lambda key, value: key in ("text", "note", "label", "image") and isinstance(value, str))
+        texts = self.members(
+            root, lambda key, value: key in ("text", "note", "label", "image") and isinstance(value, str)
+        )
         for pair in self.some(texts, 0.1):
             pair[1] += self.rng.choice(["\ud83d", "\ude00", "\ude00\ud83d", "\ud83dx", "\ud83d\ud83d\ude00"])
 
@@ -360,29 +445,56 @@ class JsonWriter:
     def dirt_jsonBinaryItems(self, root):
         root.set("enableBinaryItems", self.rng.random() < 0.8)
         for record in [node for node in self.objects(root) if isinstance(node.get("items"), list)]:
-            item = Object(["name", "PHOTO"], ["labels", [Object(["text", "Photo"])]],
-                          ["contentType", self.rng.choice(["Image", "Audio", "Document", "Geometry", "image"])])
+            item = Object(
+                ["name", "PHOTO"],
+                ["labels", [Object(["text", "Photo"])]],
+                ["contentType", self.rng.choice(["Image", "Audio", "Document", "Geometry", "image"])],
+            )
             if self.rng.random() < 0.3:
                 item.add("length", self.rng.choice([1, 5, "x"]))
             record.get("items").append(item)
 
     def dirt_jsonCapture(self, root):
-        odd = [Object(["type", "date"], ["dateFormat", "ddmmyy"]), Object(["type", "DATE"]), Object(["type", "Foo"]), Object(),
-               Object(["type", "unspecified"]), Object(["type", "textbox"], ["foo", 1]), "date", None, [], Object(["type", 5]),
-               Object(["type", "Foo"], ["dateFormat", "x"]), Object(["type", "Unspecified"], ["dateFormat", ""])]
+        odd = [
+            Object(["type", "date"], ["dateFormat", "ddmmyy"]),
+            Object(["type", "DATE"]),
+            Object(["type", "Foo"]),
+            Object(),
+            Object(["type", "unspecified"]),
+            Object(["type", "textbox"], ["foo", 1]),
+            "date",
+            None,
+            [],
+            Object(["type", 5]),
+            Object(["type", "Foo"], ["dateFormat", "x"]),
+            Object(["type", "Unspecified"], ["dateFormat", ""]),
+        ]
         for item in self.some([node for node in self.objects(root) if node.get("contentType")], 0.2):
             item.set("capture", self.rng.choice(odd))
 
     def dirt_jsonSpecialWords(self, root):
         for value in self.some([node for node in self.objects(root) if isinstance(node.get("pairs"), list)], 0.2):
-            value.set("special", self.rng.choice(["MISSING", "missing", "NotAppl", "OTHER", "", "MISSING,Special", " MISSING", 5]))
+            value.set(
+                "special",
+                self.rng.choice(["MISSING", "missing", "NotAppl", "OTHER", "", "MISSING,Special", " MISSING", 5]),
+            )
 
     def dirt_jsonOccurrenceLabels(self, root):
         label = [Object(["text", "o"])]
-        odd = [Object(["occurrence", 1], ["labels", label]), Object(["occurrence", 0], ["labels", label]), Object(["labels", label]),
-               Object(["occurrence", 999], ["labels", label]), Object(["occurrence", "2"], ["labels", label]), Object(), "x", 3,
-               Object(["occurrence", 2]), Object(["occurrence", 1], ["labels", "x"]), Object(["occurrence", -1], ["foo", 1]),
-               Object(["occurrence", 1], ["labels", label], ["foo", 1])]
+        odd = [
+            Object(["occurrence", 1], ["labels", label]),
+            Object(["occurrence", 0], ["labels", label]),
+            Object(["labels", label]),
+            Object(["occurrence", 999], ["labels", label]),
+            Object(["occurrence", "2"], ["labels", label]),
+            Object(),
+            "x",
+            3,
+            Object(["occurrence", 2]),
+            Object(["occurrence", 1], ["labels", "x"]),
+            Object(["occurrence", -1], ["foo", 1]),
+            Object(["occurrence", 1], ["labels", label], ["foo", 1]),
+        ]
         for node in self.some([node for node in self.objects(root) if node.get("maximum") is not None], 0.3):
             node.set("labels", [self.rng.choice(odd) for _ in range(self.rng.randint(1, 3))])
 
@@ -392,9 +504,24 @@ class JsonWriter:
             root.set("software", self.rng.choice(["Other", "", 5, None]))
 
     def dirt_jsonNotes(self, root):
-        notes = [" ", "\n", "a\n\n", "a \t", "\ta", "a\r\nb\r\n", "~x\\r\\ny", "a\u0001b", "a\u0000b", 5, "x\u000b\u000c"]
-        named = [node for node in self.objects(root) if node.get("labels") is not None and node.get("occurrence") is None
-                 and node.get("maximum") is None]
+        notes = [
+            " ",
+            "\n",
+            "a\n\n",
+            "a \t",
+            "\ta",
+            "a\r\nb\r\n",
+            "~x\\r\\ny",
+            "a\u0001b",
+            "a\u0000b",
+            5,
+            "x\u000b\u000c",
+        ]
+        named = [
+            node
+            for node in self.objects(root)
+            if node.get("labels") is not None and node.get("occurrence") is None and node.get("maximum") is None
+        ]
         for node in self.some(named, 0.1):
             node.set("note", self.rng.choice(notes))
 
@@ -405,7 +532,7 @@ class JsonWriter:
         if self.has("jsonSpace", 0.2):
             text += self.rng.choice([" ", "\n", "\r\n", "\t", "    "])
         if self.has("jsonComments", 0.03):
-            text += self.rng.choice(["// a \" { comment\n", "/* two\nlines, \"[ */", "/**/", "//\n", "/* // */", "/***/"])
+            text += self.rng.choice(['// a " { comment\n', '/* two\nlines, "[ */', "/**/", "//\n", "/* // */", "/***/"])
         return text
 
     def spelled(self, node, outermost=True):
@@ -414,7 +541,10 @@ class JsonWriter:
 
     def spelled_value(self, node):
         if isinstance(node, Object):
-            pairs = [self.space() + self.string(key) + self.space() + ":" + self.spelled(value, False) for key, value in node.pairs]
+            pairs = [
+                self.space() + self.string(key) + self.space() + ":" + self.spelled(value, False)
+                for key, value in node.pairs
+            ]
             return "{" + ",".join(pairs or [self.space()]) + "}"
         if isinstance(node, list):
             return "[" + ",".join([self.spelled(element, False) for element in node] or [self.space()]) + "]"
@@ -435,31 +565,53 @@ class JsonWriter:
         if choice < 0.3 or "\ud800" <= character <= "\udfff":
             units = character.encode("utf-16be", "surrogatepass").hex()
             units = units.upper() if choice < 0.15 else units
-            return "".join("\\u" + units[i:i + 4] for i in range(0, len(units), 4))
+            return "".join("\\u" + units[i : i + 4] for i in range(0, len(units), 4))
         return json.dumps(character, ensure_ascii=False)[1:-1]
 
     def damaged_text(self, text):
         if "jsonSyntax" not in self.kinds:
             return text
-        return self.rng.choice([
-            text + "x", text + "{}", text[:-1] if text.endswith("}") else text + "}", text.replace(",", ",,", 1),
-            text.replace(":", "", 1), text.replace("true", "True", 1), text.replace("[", "(", 1), text.replace("\"", "'", 2),
-            text + "/*", text.replace("}", ",}", 1), text.replace("1", "01", 1),
-        ])
+        return self.rng.choice(
+            [
+                text + "x",
+                text + "{}",
+                text[:-1] if text.endswith("}") else text + "}",
+                text.replace(",", ",,", 1),
+                text.replace(":", "", 1),
+                text.replace("true", "True", 1),
+                text.replace("[", "(", 1),
+                text.replace('"', "'", 2),
+                text + "/*",
+                text.replace("}", ",}", 1),
+                text.replace("1", "01", 1),
+            ]
+        )
 
     def damaged(self, data):
         if "jsonInvalidBytes" in self.kinds:
-            bad = [b"\xff", b"\xc3", b"\xe2\x82", b"\xf0\x9f\x98", b"\xc0\xaf", b"\xed\xa0\x80", b"\xf5", b"\x80", b"\xe0\x80\x80"]
+            bad = [
+                b"\xff",
+                b"\xc3",
+                b"\xe2\x82",
+                b"\xf0\x9f\x98",
+                b"\xc0\xaf",
+                b"\xed\xa0\x80",
+                b"\xf5",
+                b"\x80",
+                b"\xe0\x80\x80",
+            ]
             for _ in range(self.rng.randint(1, 3)):
-                marks = [i for i in range(4, len(data)) if data[i:i + 8] == b'"text": ' or data[i:i + 7] == b'"text":']
+                marks = [
+                    i for i in range(4, len(data)) if data[i : i + 8] == b'"text": ' or data[i : i + 7] == b'"text":'
+                ]
                 at = data.find(b'"', self.rng.choice(marks) + 6) + 1 if marks else 0
                 if at > 0:
                     data = data[:at] + self.rng.choice(bad) + data[at:]
         if "jsonCutFile" in self.kinds:
-            data = data[:self.rng.randint(1, len(data) - 1)]
+            data = data[: self.rng.randint(1, len(data) - 1)]
         if "jsonChangedBytes" in self.kinds:
             for _ in range(self.rng.randint(1, 2)):
                 at = self.rng.randrange(4, len(data))
                 change = self.rng.choice([b"", b",", b'"', b"{", b"}", b"1", b"x", bytes([self.rng.randint(32, 126)])])
-                data = data[:at] + change + data[at + self.rng.randint(0, 2):]
+                data = data[:at] + change + data[at + self.rng.randint(0, 2) :]
         return data

@@ -52,8 +52,17 @@ KINDS = {
 INT_KEYS = {"RecordTypeStart", "RecordTypeLen", "MaxRecords", "RecordLen", "Start", "Len", "Occurrences", "Decimal"}
 
 # A second one of these keys would be more than a repeated key: lists, and keys that change the meaning of others.
-NOT_REPEATED = {"Note", "Alias", "OccurrenceLabel", "Value", "CaptureType", "CaptureDateFormat", "PrimaryLink", "Secondary",
-                "SecondaryLink"}
+NOT_REPEATED = {
+    "Note",
+    "Alias",
+    "OccurrenceLabel",
+    "Value",
+    "CaptureType",
+    "CaptureDateFormat",
+    "PrimaryLink",
+    "Secondary",
+    "SecondaryLink",
+}
 
 
 @dataclass
@@ -113,7 +122,7 @@ class TextWriter:
         if not blanks or self.rng.random() < 0.5:
             return [line]
         at = self.rng.choice(blanks)
-        return [line[:at], line[at + 1:]]
+        return [line[:at], line[at + 1 :]]
 
     @staticmethod
     def begun(piece):
@@ -283,8 +292,32 @@ class TextWriter:
             line.value = line.value.replace(":", self.rng.choice([" : ", ": ", " :", "::", ":  "]), 1)
 
     def dirt_brokenCodes(self):
-        odd = ["''", "'A", '"A B', "'A':'C'", "'A':5", "1:'9'", "'A'B", "1:2:3", "1:", ":1", ":", "' ' '  '", "'a\"b'", "1;2;3",
-               "\"it's\":\"x y\"", "''''", "1  2", "'a;b'", "-", "1:-1", "'A': 'B'", "\"\"1", "5''", "'x':;y"]
+        odd = [
+            "''",
+            "'A",
+            '"A B',
+            "'A':'C'",
+            "'A':5",
+            "1:'9'",
+            "'A'B",
+            "1:2:3",
+            "1:",
+            ":1",
+            ":",
+            "' ' '  '",
+            "'a\"b'",
+            "1;2;3",
+            '"it\'s":"x y"',
+            "''''",
+            "1  2",
+            "'a;b'",
+            "-",
+            "1:-1",
+            "'A': 'B'",
+            '""1',
+            "5''",
+            "'x':;y",
+        ]
         for line in self.some(lambda line: line.key == "Value", 0.3):
             codes, mark, label = line.value.partition(";")
             line.value = self.rng.choice([self.rng.choice(odd), codes + " " + self.rng.choice(odd)]) + mark + label
@@ -298,7 +331,21 @@ class TextWriter:
             self.insert(self.index(line) + 1, Line(line.section, "Label", "another"))
 
     def dirt_notePieces(self):
-        pieces = ["", "~", "~~x", "\\r\\n", "\\r\\n\\r\\n", "a\\r\\nb", "\\r", "x\\n", "a \\r\\n", "~\\r\\n", "~ y", "'", "x~"]
+        pieces = [
+            "",
+            "~",
+            "~~x",
+            "\\r\\n",
+            "\\r\\n\\r\\n",
+            "a\\r\\nb",
+            "\\r",
+            "x\\n",
+            "a \\r\\n",
+            "~\\r\\n",
+            "~ y",
+            "'",
+            "x~",
+        ]
         for line in self.some(lambda line: line.section in ("Dictionary", "Level", "Record", "Item", "ValueSet"), 0.05):
             notes = [Line(line.section, "Note", self.rng.choice(pieces)) for _ in range(self.rng.randint(1, 4))]
             self.insert(self.index(line) + 1, *notes)
@@ -313,13 +360,30 @@ class TextWriter:
             if line.key == "DataType":
                 again.value = self.rng.choice(["Alpha", "Numeric"])
             last = self.index(line) + 1
-            while last < len(self.lines) and not self.lines[last].key.startswith("[") and self.lines[last].key != "Value":
+            while (
+                last < len(self.lines) and not self.lines[last].key.startswith("[") and self.lines[last].key != "Value"
+            ):
                 last += 1
             self.insert(self.rng.randint(self.index(line) + 1, last), again)
 
     def dirt_unknownKeys(self):
-        keys = ["Foo", "ItemLabel", "Label.FR", "# note", "; remark", "Länge", "Link", "Alias", "Required", "Value", "Start",
-                "ValueSetImages", "CaptureDateFormat", "Special", "TextColor"]
+        keys = [
+            "Foo",
+            "ItemLabel",
+            "Label.FR",
+            "# note",
+            "; remark",
+            "Länge",
+            "Link",
+            "Alias",
+            "Required",
+            "Value",
+            "Start",
+            "ValueSetImages",
+            "CaptureDateFormat",
+            "Special",
+            "TextColor",
+        ]
         for at in self.places(self.rng.randint(1, 4)):
             section = self.lines[at - 1].section
             key = self.rng.choice(keys)
@@ -347,15 +411,19 @@ class TextWriter:
         """A section that is moved, left out or there twice."""
         starts = self.section_starts()
         at = self.rng.randrange(len(starts) - 1)
-        block = self.lines[starts[at]:starts[at + 1]]
+        block = self.lines[starts[at] : starts[at + 1]]
         if self.rng.random() < 0.6:
-            del self.lines[starts[at]:starts[at + 1]]
+            del self.lines[starts[at] : starts[at + 1]]
         if self.rng.random() < 0.7:
             copied = [Line(line.section, line.key, line.value, line.bare) for line in block]
             self.insert(self.rng.choice(self.section_starts()), *copied)
 
     def dirt_secondLanguages(self):
-        lines = [Line("Languages", "[Languages]", bare=True), Line("Languages", "XX", "Other"), Line("Languages", "YY", "a=b")]
+        lines = [
+            Line("Languages", "[Languages]", bare=True),
+            Line("Languages", "XX", "Other"),
+            Line("Languages", "YY", "a=b"),
+        ]
         if self.rng.random() < 0.3:
             lines.append(Line("Languages", "ZZ", bare=True))
         self.insert(self.rng.choice(self.section_starts()), *lines)
@@ -366,12 +434,39 @@ class TextWriter:
         self.insert(self.rng.choice(self.section_starts()), *lines)
 
     def dirt_missingKeys(self):
-        keys = ("Name", "Len", "Start", "Label", "Positions", "RecordTypeValue", "RecordTypeStart", "Version", "Secondary")
+        keys = (
+            "Name",
+            "Len",
+            "Start",
+            "Label",
+            "Positions",
+            "RecordTypeValue",
+            "RecordTypeStart",
+            "Version",
+            "Secondary",
+        )
         for line in self.some(lambda line: line.key in keys, 0.1):
             del self.lines[self.index(line)]
 
     def dirt_wrongNumbers(self):
-        numbers = ["abc", "", "12abc", "-3", "+4", "007", "1.5", "1,5", "0", "--2", "+", "- 1", "99999", "0x10", "1e3", "٣"]
+        numbers = [
+            "abc",
+            "",
+            "12abc",
+            "-3",
+            "+4",
+            "007",
+            "1.5",
+            "1,5",
+            "0",
+            "--2",
+            "+",
+            "- 1",
+            "99999",
+            "0x10",
+            "1e3",
+            "٣",
+        ]
         for line in self.some(lambda line: line.key in INT_KEYS, 0.15):
             line.value = self.rng.choice(numbers)
 
@@ -380,8 +475,20 @@ class TextWriter:
             line.value = ""
 
     def dirt_specialWords(self):
-        words = ["MISSING", "missing,special", "NotAppl", "REFUSED Special", "DEFAULT,", "OTHER,Special", "", "'MISSING',Special",
-                 ", MISSING", '"REFUSED" x', "MISSINGX,Special", "SPECIAL,MISSING"]
+        words = [
+            "MISSING",
+            "missing,special",
+            "NotAppl",
+            "REFUSED Special",
+            "DEFAULT,",
+            "OTHER,Special",
+            "",
+            "'MISSING',Special",
+            ", MISSING",
+            '"REFUSED" x',
+            "MISSINGX,Special",
+            "SPECIAL,MISSING",
+        ]
         for line in self.some(lambda line: line.key == "Value", 0.15):
             marks = [Line(line.section, "Name", self.rng.choice(words)) for _ in range(self.rng.choice([1, 1, 1, 2]))]
             self.insert(self.index(line) + 1, *marks)
@@ -395,12 +502,29 @@ class TextWriter:
             if self.rng.random() < 0.2:
                 lines.reverse()
             at = self.index(line)
-            item_end = next((i for i in range(at, len(self.lines)) if self.lines[i].key.startswith("[")), len(self.lines))
+            item_end = next(
+                (i for i in range(at, len(self.lines)) if self.lines[i].key.startswith("[")), len(self.lines)
+            )
             if not any(self.lines[i].key == "CaptureType" for i in range(at, item_end)):
                 self.insert(at + 1, *lines)
 
     def dirt_occurrenceLabels(self):
-        texts = ["1,One", "2:Two|Deux", "0,Zero", "99,Far", "x,y", ",1,y", "3", "", "1,", "2, b", "-1,c", "1,a,b:c", "1x,d", ":2:e"]
+        texts = [
+            "1,One",
+            "2:Two|Deux",
+            "0,Zero",
+            "99,Far",
+            "x,y",
+            ",1,y",
+            "3",
+            "",
+            "1,",
+            "2, b",
+            "-1,c",
+            "1,a,b:c",
+            "1x,d",
+            ":2:e",
+        ]
         for line in self.some(lambda line: line.key in ("Len", "RecordTypeValue"), 0.2):
             key = self.rng.choice(["OccurrenceLabel", "OccurenceLabel", "occurrencelabel"])
             self.insert(self.index(line) + 1, Line(line.section, key, self.rng.choice(texts)))
@@ -417,7 +541,9 @@ class TextWriter:
         for line in self.some(lambda line: line.key == "Len", 0.2):
             at = self.index(line)
             if at + 1 == len(self.lines) or self.lines[at + 1].key != "ItemType":
-                self.insert(at + 1, Line(line.section, "ItemType", self.rng.choice(["SubItem", "subitem", "Item", "Sub"])))
+                self.insert(
+                    at + 1, Line(line.section, "ItemType", self.rng.choice(["SubItem", "subitem", "Item", "Sub"]))
+                )
 
     def dirt_dataTypes(self):
         for line in self.some(lambda line: line.key == "DataType", 0.3):
@@ -425,10 +551,16 @@ class TextWriter:
 
     def dirt_decimalsOfAlpha(self):
         for line in self.some(lambda line: line.key == "DataType", 0.3):
-            pairs = [("Decimal", "2"), ("DecimalChar", "Yes"), ("DecimalChar", "No"), ("ZeroFill", "yep"), ("ZeroFill", "x")]
+            pairs = [
+                ("Decimal", "2"),
+                ("DecimalChar", "Yes"),
+                ("DecimalChar", "No"),
+                ("ZeroFill", "yep"),
+                ("ZeroFill", "x"),
+            ]
             key, value = self.rng.choice(pairs)
             at = self.index(line)
-            near = self.lines[at:at + 5]
+            near = self.lines[at : at + 5]
             if not any(other.key == key for other in near):
                 self.insert(at + 1, Line(line.section, key, value))
 
@@ -492,17 +624,29 @@ class TextWriter:
 
     def damaged(self, data):
         if "invalidBytes" in self.kinds:
-            bad = [b"\xff", b"\xc3", b"\xe2\x82", b"\xf0\x9f\x98", b"\xc0\xaf", b"\xed\xa0\x80", b"\xf5", b"\x80", b"\xe0\x80\x80"]
+            bad = [
+                b"\xff",
+                b"\xc3",
+                b"\xe2\x82",
+                b"\xf0\x9f\x98",
+                b"\xc0\xaf",
+                b"\xed\xa0\x80",
+                b"\xf5",
+                b"\x80",
+                b"\xe0\x80\x80",
+            ]
             for _ in range(self.rng.randint(1, 3)):
                 at = self.rng.randint(15, len(data))
                 data = data[:at] + self.rng.choice(bad) + data[at:]
         if "cutFile" in self.kinds:
-            data = data[:self.rng.randint(20, len(data))]
+            data = data[: self.rng.randint(20, len(data))]
         if "changedBytes" in self.kinds:
             for _ in range(self.rng.randint(1, 3)):
                 at = self.rng.randrange(15, len(data))
-                change = self.rng.choice([b"", b"=", b"\n", b"&\n", b"|", b"'", b"[", b" ", bytes([self.rng.randint(32, 126)])])
-                data = data[:at] + change + data[at + self.rng.randint(0, 2):]
+                change = self.rng.choice(
+                    [b"", b"=", b"\n", b"&\n", b"|", b"'", b"[", b" ", bytes([self.rng.randint(32, 126)])]
+                )
+                data = data[:at] + change + data[at + self.rng.randint(0, 2) :]
         return data
 
 

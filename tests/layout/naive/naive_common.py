@@ -10,18 +10,24 @@ from typing import Any, List, Optional, Tuple
 # White space of the CSPro forms. Other white space of Unicode (the no-break space, for example) is text.
 WHITE_SPACE = " \t\r\n\v\f"
 
-SPECIAL_WORDS = {
-    "missing": "missing",
-    "notappl": "notApplicable",
-    "refused": "refused",
-    "default": "default",
-}
+SPECIAL_WORDS = {"missing": "missing", "notappl": "notApplicable", "refused": "refused", "default": "default"}
 
 CAPTURE_WORDS = {
     word.lower(): word
     for word in (
-        "textBox", "radioButton", "checkBox", "dropDown", "comboBox", "date", "numberPad", "barcode", "slider",
-        "toggleButton", "photo", "signature", "audio",
+        "textBox",
+        "radioButton",
+        "checkBox",
+        "dropDown",
+        "comboBox",
+        "date",
+        "numberPad",
+        "barcode",
+        "slider",
+        "toggleButton",
+        "photo",
+        "signature",
+        "audio",
     )
 }
 
@@ -200,7 +206,7 @@ def first_character(data):
     """The first character of the file behind a mark and white space, None if there is none."""
     for mark, codec in ((b"\xef\xbb\xbf", "utf-8"), (b"\xff\xfe", "utf-16le"), (b"\xfe\xff", "utf-16be")):
         if data.startswith(mark):
-            text = data[len(mark):].decode(codec, "replace")
+            text = data[len(mark) :].decode(codec, "replace")
             break
     else:
         text = data.decode("latin-1")
@@ -256,7 +262,9 @@ def path_of(element):
         return "relations/" + element.name
     if isinstance(element, Level):
         return element.name
-    own = "(ids)" if isinstance(element, Ids) else "#%d" % element.number if isinstance(element, Value) else element.name
+    own = (
+        "(ids)" if isinstance(element, Ids) else "#%d" % element.number if isinstance(element, Value) else element.name
+    )
     return path_of(element.parent) + "/" + own
 
 

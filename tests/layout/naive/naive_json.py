@@ -8,9 +8,28 @@ from decimal import Decimal
 from typing import Any
 
 from naive_common import (
-    BINARY_TYPES, CAPTURE_WORDS, SPECIAL_WORDS, Extra, Item, Layout, Level, Link, OccurrenceLabel, Part, Record,
-    Refused, Relation, Security, Value, ValueSet, ascii_lower, first_character, layout_json, name_items_of_subitems,
-    share_linked_values, without_surrogates,
+    BINARY_TYPES,
+    CAPTURE_WORDS,
+    SPECIAL_WORDS,
+    Extra,
+    Item,
+    Layout,
+    Level,
+    Link,
+    OccurrenceLabel,
+    Part,
+    Record,
+    Refused,
+    Relation,
+    Security,
+    Value,
+    ValueSet,
+    ascii_lower,
+    first_character,
+    layout_json,
+    name_items_of_subitems,
+    share_linked_values,
+    without_surrogates,
 )
 
 sys.setrecursionlimit(100000)
@@ -57,7 +76,7 @@ class JsonParser:
     def peek(self):
         """The next character behind white space and comments, "" at the end."""
         self.position = SPACE.match(self.text, self.position).end()
-        return self.text[self.position:self.position + 1]
+        return self.text[self.position : self.position + 1]
 
     def take(self, wanted):
         if self.peek() != wanted:
@@ -109,7 +128,7 @@ class JsonParser:
             plain = PLAIN_CHARACTERS.match(self.text, self.position)
             pieces.append(plain.group())
             self.position = plain.end()
-            character = self.text[self.position:self.position + 1]
+            character = self.text[self.position : self.position + 1]
             if character not in ('"', "\\"):
                 raise Refused("a text is not closed at character %d" % self.position)
             self.position += 1
@@ -118,11 +137,11 @@ class JsonParser:
             pieces.append(self.escape())
 
     def escape(self):
-        character = self.text[self.position:self.position + 1]
+        character = self.text[self.position : self.position + 1]
         self.position += 1
         if character in ESCAPES:
             return ESCAPES[character]
-        digits = self.text[self.position:self.position + 4]
+        digits = self.text[self.position : self.position + 4]
         if character != "u" or not re.fullmatch("[0-9A-Fa-f]{4}", digits):
             raise Refused("bad escape at character %d" % self.position)
         self.position += 4
@@ -297,14 +316,30 @@ class JsonReader:
     def read_dictionary(self, node):
         layout = self.layout
         members = self.members(
-            layout, node, *NAMED, "software", "editable", "version", "fileType", "languages", "security",
-            "readOptimization", "enableBinaryItems", "recordType", "defaults", "relativePositions", "levels", "relations",
+            layout,
+            node,
+            *NAMED,
+            "software",
+            "editable",
+            "version",
+            "fileType",
+            "languages",
+            "security",
+            "readOptimization",
+            "enableBinaryItems",
+            "recordType",
+            "defaults",
+            "relativePositions",
+            "levels",
+            "relations",
         )
         self.read_file_type(members)
         self.read_named(layout, members)
         layout.editable = members.get("editable", to_bool, True)
         layout.format_version = members.get("version", to_version, "")
-        layout.languages = [self.read_language(members, language) for language in members.list_of("languages", to_object)]
+        layout.languages = [
+            self.read_language(members, language) for language in members.list_of("languages", to_object)
+        ]
         layout.security = self.read_security(members)
         layout.read_optimization = members.get("readOptimization", to_bool, None)
         layout.enable_binary_items = members.get("enableBinaryItems", to_bool, None)
@@ -397,8 +432,20 @@ class JsonReader:
     def read_item(self, holder, node):
         item = Item(parent=holder)
         members = self.members(
-            item, node, *NAMED, "occurrences", "contentType", "subitem", "start", "subitemOffset", "length", "decimals",
-            "decimalMark", "zeroFill", "capture", "valueSets",
+            item,
+            node,
+            *NAMED,
+            "occurrences",
+            "contentType",
+            "subitem",
+            "start",
+            "subitemOffset",
+            "length",
+            "decimals",
+            "decimalMark",
+            "zeroFill",
+            "capture",
+            "valueSets",
         )
         self.read_named(item, members)
         occurrences = members.object("occurrences", ("maximum", "labels"))
@@ -411,7 +458,9 @@ class JsonReader:
         item.decimal_mark = members.get("decimalMark", to_bool, False) and item.decimals > 0
         item.zero_fill = members.get("zeroFill", to_bool, self.layout.zero_fill)
         self.read_capture(item, members)
-        item.value_sets = [self.read_value_set(item, value_set) for value_set in members.list_of("valueSets", to_object)]
+        item.value_sets = [
+            self.read_value_set(item, value_set) for value_set in members.list_of("valueSets", to_object)
+        ]
         return item
 
     @staticmethod
@@ -488,10 +537,13 @@ class JsonReader:
         relation.primary = members.get("primary", to_text, "")
         for part in members.list_of("links", to_object):
             link = members.inside(part, ("primaryLink", "secondary", "secondaryLink"), "links")
-            relation.links.append(Link(
-                link.get("primaryLink", to_text, ""), link.get("secondary", to_text, ""),
-                link.get("secondaryLink", to_text, ""),
-            ))
+            relation.links.append(
+                Link(
+                    link.get("primaryLink", to_text, ""),
+                    link.get("secondary", to_text, ""),
+                    link.get("secondaryLink", to_text, ""),
+                )
+            )
         return relation
 
 

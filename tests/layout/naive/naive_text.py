@@ -3,8 +3,27 @@
 import re
 
 from naive_common import (
-    CAPTURE_WORDS, SPECIAL_WORDS, WHITE_SPACE, Extra, Item, Labels, Layout, Level, Link, OccurrenceLabel, Part, Record,
-    Refused, Relation, Security, Value, ValueSet, ascii_lower, first_character, layout_json, name_items_of_subitems,
+    CAPTURE_WORDS,
+    SPECIAL_WORDS,
+    WHITE_SPACE,
+    Extra,
+    Item,
+    Labels,
+    Layout,
+    Level,
+    Link,
+    OccurrenceLabel,
+    Part,
+    Record,
+    Refused,
+    Relation,
+    Security,
+    Value,
+    ValueSet,
+    ascii_lower,
+    first_character,
+    layout_json,
+    name_items_of_subitems,
     share_linked_values,
 )
 
@@ -15,8 +34,17 @@ BLANKS = " \t"  # what parts tokens and codes inside a line
 
 # Of these keys the last one of a section counts, of all others the first.
 LAST_COUNTS = {
-    "version", "recordtypestart", "recordtypelen", "zerofill", "decimalchar", "required", "maxrecords", "datatype",
-    "occurrences", "capturetype", "capturedateformat",
+    "version",
+    "recordtypestart",
+    "recordtypelen",
+    "zerofill",
+    "decimalchar",
+    "required",
+    "maxrecords",
+    "datatype",
+    "occurrences",
+    "capturetype",
+    "capturedateformat",
 }
 
 NO_SECTION = object()  # behind a section that is unknown or has no place
@@ -112,7 +140,7 @@ def to_ranges(text):
             return ranges
         low, position = code(text, position, BLANKS + ":")
         high = ""
-        if text[position:position + 1] == ":":
+        if text[position : position + 1] == ":":
             high, position = code(text, position + 1, BLANKS)
         if low or high:
             ranges.append((low, high))
@@ -120,10 +148,10 @@ def to_ranges(text):
 
 def code(text, position, ends):
     """One code that begins at `position`, and the position behind it."""
-    quote = text[position:position + 1]
+    quote = text[position : position + 1]
     if quote in ("'", '"') and quote:
         end = text.find(quote, position + 1)
-        return (text[position + 1:], len(text)) if end < 0 else (text[position + 1:end], end + 1)
+        return (text[position + 1 :], len(text)) if end < 0 else (text[position + 1 : end], end + 1)
     end = position
     while end < len(text) and text[end] not in ends:
         end += 1
@@ -470,7 +498,7 @@ def labels_of_item(item):
 
 def version(text):
     """What follows "CSPro "; another text is kept whole."""
-    return text[len("CSPro "):].strip(WHITE_SPACE) if text.startswith("CSPro ") else text
+    return text[len("CSPro ") :].strip(WHITE_SPACE) if text.startswith("CSPro ") else text
 
 
 def read_text(data, file):

@@ -52,12 +52,16 @@ class DemoDictionary(unittest.TestCase):
 
     def test_keysStandInTheOrderOfTheContract(self):
         item = self.text["levels"][0]["records"][0]["items"][2]
-        self.assertEqual(["name", "labels", "type", "start", "length", "occurrences", "occurrenceLabels", "decimals",
-                          "decimalMark"], list(item))
+        self.assertEqual(
+            ["name", "labels", "type", "start", "length", "occurrences", "occurrenceLabels", "decimals", "decimalMark"],
+            list(item),
+        )
 
     def test_valuesAreAsWritten(self):
         values = self.text["levels"][0]["records"][0]["items"][1]["valueSets"][0]["values"]
-        self.assertEqual([[{"from": "1", "to": "12"}], [{"from": "99"}], [{"from": "  "}]], [v["ranges"] for v in values])
+        self.assertEqual(
+            [[{"from": "1", "to": "12"}], [{"from": "99"}], [{"from": "  "}]], [v["ranges"] for v in values]
+        )
         self.assertEqual([None, "missing", "notApplicable"], [v.get("special") for v in values])
         self.assertEqual([{"language": "EN", "text": "Month"}, {"language": "FR", "text": "Mois"}], values[0]["labels"])
 
@@ -69,9 +73,18 @@ class TextForm(unittest.TestCase):
 
     def test_codesAreCut(self):
         cases = {
-            "1": [("1", "")], "1:5": [("1", "5")], "1 : 3": [("1", ""), ("3", "")], "'A ' 'B'": [("A ", ""), ("B", "")],
-            "'A':'C'": [("A", "C")], "''": [], "'A": [("A", "")], "212:213 216": [("212", "213"), ("216", "")],
-            "\"it's\"": [("it's", "")], "1: 2": [("1", ""), ("2", "")], "1:2:3": [("1", "2:3")], "": [],
+            "1": [("1", "")],
+            "1:5": [("1", "5")],
+            "1 : 3": [("1", ""), ("3", "")],
+            "'A ' 'B'": [("A ", ""), ("B", "")],
+            "'A':'C'": [("A", "C")],
+            "''": [],
+            "'A": [("A", "")],
+            "212:213 216": [("212", "213"), ("216", "")],
+            '"it\'s"': [("it's", "")],
+            "1: 2": [("1", ""), ("2", "")],
+            "1:2:3": [("1", "2:3")],
+            "": [],
         }
         for text, ranges in cases.items():
             self.assertEqual(ranges, to_ranges(text), text)
@@ -91,7 +104,9 @@ class TextForm(unittest.TestCase):
         self.assertEqual([12, 0, -3, 4, 7], [to_int(text) for text in ("12abc", "abc", "-3", "+4", "007")])
 
     def test_tokensEndAtBlankOrComma(self):
-        self.assertEqual(["A b", "A", "MISSING", "", "x"], [to_token(t) for t in ("'A b' c", "A b", "MISSING,Special", "", " ,x")])
+        self.assertEqual(
+            ["A b", "A", "MISSING", "", "x"], [to_token(t) for t in ("'A b' c", "A b", "MISSING,Special", "", " ,x")]
+        )
 
     def test_everyBarPartsALabel(self):
         self.assertEqual(["a", "", " b"], [part.text for part in to_labels("a|| b")])
@@ -100,22 +115,31 @@ class TextForm(unittest.TestCase):
         layout = layout_of(TEXT_BEGIN + "Name=E\nVersion=CSPro 8\n")
         self.assertEqual("D", layout["name"])
         self.assertEqual("8", layout["formatVersion"])
-        self.assertEqual([
-            {"path": "", "key": "repeated Version", "value": "CSPro 7.7", "line": 2},
-            {"path": "", "key": "repeated Name", "value": "E", "line": 4},
-        ], layout["extras"])
+        self.assertEqual(
+            [
+                {"path": "", "key": "repeated Version", "value": "CSPro 7.7", "line": 2},
+                {"path": "", "key": "repeated Name", "value": "E", "line": 4},
+            ],
+            layout["extras"],
+        )
 
     def test_linkedValueSetWithoutValuesHasThoseOfTheFullest(self):
-        text = TEXT_BEGIN + "[Level]\nName=L\n[IdItems]\n[Item]\nName=I\n[ValueSet]\nName=A\nLink=1\n[ValueSet]\nName=B\nLink=1\nValue=1;x\n"
+        text = (
+            TEXT_BEGIN
+            + "[Level]\n[IdItems]\n[Item]\n[ValueSet]\nName=A\nLink=1\n[ValueSet]\nName=B\nLink=1\nValue=1;x\n"
+        )
         sets = layout_of(text)["levels"][0]["ids"][0]["valueSets"]
         self.assertEqual(sets[1]["values"], sets[0]["values"])
         self.assertEqual("1", sets[0]["link"])
 
     def test_encodings(self):
         text = TEXT_BEGIN + "Label=é\n"
-        for data, encoding in ((text.encode("utf-8"), "utf-8"), (text.encode("cp1252"), "windows-1252"),
-                               (("\ufeff" + text).encode("utf-16le"), "utf-16le"),
-                               (("\ufeff" + text).encode("utf-16be"), "utf-16be")):
+        for data, encoding in (
+            (text.encode("utf-8"), "utf-8"),
+            (text.encode("cp1252"), "windows-1252"),
+            (("\ufeff" + text).encode("utf-16le"), "utf-16le"),
+            (("\ufeff" + text).encode("utf-16be"), "utf-16be"),
+        ):
             layout = layout_of(data)
             self.assertEqual((encoding, [{"text": "é"}]), (layout["encoding"], layout["labels"]))
 
@@ -147,8 +171,10 @@ class JsonForm(unittest.TestCase):
         self.assertEqual([{"path": "", "key": "repeated name", "value": '"B"'}], layout["extras"])
 
     def test_zeroFillOfTheDictionaryIsTheDefaultOfNumericItems(self):
-        text = ('{"defaults": {"zeroFill": true}, "levels": [{"ids": {"items": [{"contentType": "numeric"}, '
-                '{"contentType": "alpha"}, {"contentType": "numeric", "zeroFill": false}]}}]}')
+        text = (
+            '{"defaults": {"zeroFill": true}, "levels": [{"ids": {"items": [{"contentType": "numeric"}, '
+            '{"contentType": "alpha"}, {"contentType": "numeric", "zeroFill": false}]}}]}'
+        )
         ids = layout_of(text)["levels"][0]["ids"]
         self.assertEqual([True, False, False], [item.get("zeroFill", False) for item in ids])
 
@@ -167,7 +193,7 @@ class JsonForm(unittest.TestCase):
         self.assertEqual({"L/R/I/V/#1"}, {extra["path"] for extra in layout["extras"]})
 
     def test_brokenDocumentIsRefused(self):
-        for text in ('{', '{"a": 1,}', '{"a": 01}', '{"a": 1} x', '{"a": "\n"}', '{"a": 1 /*'):
+        for text in ("{", '{"a": 1,}', '{"a": 01}', '{"a": 1} x', '{"a": "\n"}', '{"a": 1 /*'):
             self.assertRaises(Refused, layout_of, text)
 
 
@@ -201,8 +227,10 @@ class Comparison(unittest.TestCase):
     def test_differencesAreFoundByPath(self):
         one = {"a": [{"name": "X", "b": 1}], "c": 2}
         other = {"c": 2, "a": [{"name": "X", "b": 3}]}
-        self.assertEqual([".a[X].b: naive 1, tool 3", ": keys in the order a c, the tool has c a"],
-                         list(compare.differences(one, other)))
+        self.assertEqual(
+            [".a[X].b: naive 1, tool 3", ": keys in the order a c, the tool has c a"],
+            list(compare.differences(one, other)),
+        )
 
     def test_numberIsNoBool(self):
         self.assertNotEqual([], list(compare.differences({"a": 1}, {"a": True})))

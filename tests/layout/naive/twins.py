@@ -9,8 +9,18 @@ def normalised(layout):
     # Said by the file about itself. CSPro encrypts the settings of `security` anew, and the two forms do not share its
     # other members; `readOptimization` and `enableBinaryItems` are of the JSON form, `valueSetImages` of the text form.
     # What is unusual in one form is not in the other.
-    for key in ("format", "formatVersion", "file", "encoding", "security", "readOptimization", "enableBinaryItems",
-                "valueSetImages", "extras", "problems"):
+    for key in (
+        "format",
+        "formatVersion",
+        "file",
+        "encoding",
+        "security",
+        "readOptimization",
+        "enableBinaryItems",
+        "valueSetImages",
+        "extras",
+        "problems",
+    ):
         layout.pop(key, None)
     # The JSON form has no languages where English is the only one.
     if layout.get("languages") == [{"name": "EN", "label": "English"}]:
