@@ -5,9 +5,9 @@
     compare.py TOOL --corpus DIR --statistical PLAIN
 
 TOOL is called as `TOOL show --format json FILE...`. With --corpus the dictionaries of DIR/cspro-text and DIR/cspro-json
-are compared, with --random N dictionaries of generate.py. With --statistical the files of DIR/spss, DIR/stata
-and DIR/sas are compared with what the program PLAIN (tests/layout/plain_readstat.c) prints of them. The status is 1 where anything
-differs; each difference is one line on standard output.
+are compared, with --random N dictionaries of generate.py. With --statistical the files of DIR/spss, DIR/stata and
+DIR/sas are compared with what the program PLAIN (tests/layout/plain_readstat.c) prints of them. The status is 1 where
+anything differs; each difference is one line on standard output.
 """
 
 import argparse
@@ -188,12 +188,14 @@ class Comparison:
         self.tool = tool
         self.keep = keep
         self.counts = Counter()
+        self.kinds = {}  # kinds of dirt of a random file
 
     def report(self, what, file, found):
         self.counts["%s compared" % what] += 1
         if not found:
             return
         self.counts["%s different" % what] += 1
+        self.counts.update("different with %s" % kind for kind in self.kinds.get(file, ()))
         for text in found[:DIFFERENCES_A_FILE]:
             print("%s: %s" % (file, text))
         if len(found) > DIFFERENCES_A_FILE:
@@ -242,10 +244,12 @@ class Comparison:
             text.write_bytes(case.text)
             twin.write_bytes(case.json)
             files += [text, twin]
+            self.kinds.update({text: sorted(case.text_kinds), twin: sorted(case.json_kinds)})
             if case.are_twins:
                 pairs.append((text, twin))
         layouts = self.compare_files("random files", files)
         self.compare_twins("random twins", layouts, pairs)
+        self.kinds.clear()
         for file in files:
             file.unlink()
 
