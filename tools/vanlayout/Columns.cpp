@@ -5,6 +5,11 @@
 #include <algorithm>
 #include <numeric>
 
+#ifdef Q_OS_UNIX
+#include <sys/ioctl.h>
+#include <unistd.h>
+#endif
+
 namespace
 {
 
@@ -49,6 +54,16 @@ QString cutToColumns(const QString &text, int width)
 QString paddedToColumns(const QString &text, int width)
 {
     return text + QString(std::max(width - columnsOf(text), 0), QLatin1Char(' '));
+}
+
+int terminalWidth()
+{
+#ifdef Q_OS_UNIX
+    winsize size = {};
+    if (isatty(STDOUT_FILENO) && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+        return size.ws_col;
+#endif
+    return std::max(qEnvironmentVariableIntValue("COLUMNS"), 0);
 }
 
 void printLine(std::FILE *out, QString line)

@@ -14,6 +14,9 @@ QString cutToColumns(const QString &text, int width);
 /// The text and blanks up to \a width columns.
 QString paddedToColumns(const QString &text, int width);
 
+/// The width of the terminal that standard output is, or of COLUMNS where it is none; 0 for no bound.
+int terminalWidth();
+
 /// Writes a line in UTF-8, without the blanks at its end.
 void printLine(std::FILE *out, QString line);
 

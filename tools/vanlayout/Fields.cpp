@@ -1,6 +1,7 @@
 #include "Fields.h"
 
 #include "Answer.h"
+#include "Columns.h"
 #include "Explain.h"
 #include "Printer.h"
 #include "import/ReadReport.h"
@@ -9,24 +10,8 @@
 
 #include <algorithm>
 
-#ifdef Q_OS_UNIX
-#include <sys/ioctl.h>
-#include <unistd.h>
-#endif
-
 namespace
 {
-
-// The width of the terminal that standard output is; 0 where it is none.
-int terminalWidth()
-{
-#ifdef Q_OS_UNIX
-    winsize size = {};
-    if (isatty(STDOUT_FILENO) && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-        return size.ws_col;
-#endif
-    return std::max(qEnvironmentVariableIntValue("COLUMNS"), 0);
-}
 
 std::unique_ptr<Printer> makePrinter(const FieldsOptions &options)
 {

@@ -6,6 +6,7 @@
 #include "Fields.h"
 #include "LookupCheck.h"
 #include "Memory.h"
+#include "Show.h"
 
 #include <CLI/CLI.hpp>
 
@@ -82,6 +83,28 @@ void addDecimals(CLI::App &command, std::string &decimals)
 void addSeparator(CLI::App &command, std::string &separator, const char *help)
 {
     addChoice(command, "--separator", separator, { "space", "tab", "comma", "semicolon", "colon" }, help);
+}
+
+void describeShow(CLI::App &command, ShowOptions &options)
+{
+    addChoice(command, "--format", options.format, { "table", "json", "csv" }, "table, json or csv");
+    command.add_flag("--pretty", options.isPretty, "indent the JSON form");
+    command.add_flag("--labels", options.showsValues, "show the value labels beneath each item of the table");
+    command.add_flag("--codes", options.showsCodes, "of CSV: one line a code instead of one line an item");
+    command
+        .add_option("--variable", options.variables,
+                    "show this variable alone, * and ? allowed; more after commas, or the option again")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->type_name("NAME");
+    command.add_option("--language", options.language, "language of the labels; the primary one by default")
+        ->type_name("CODE");
+    command.add_flag("--languages", options.listsLanguages, "list the languages of each file");
+    command.add_option("--catalog", options.catalog, "SAS catalog with the value labels of a SAS data set")
+        ->type_name("FILE");
+    command.add_flag("--problems", options.listsProblems, "list the problems of each file, with their lines");
+    command.add_flag("--quiet", options.isQuiet, "write no line about warnings to standard error");
+    command.add_option("FILE", options.files, "files to show; - is standard input")->required();
 }
 
 void describeFields(CLI::App &command, FieldsOptions &options)
@@ -188,6 +211,10 @@ int main(int argc, char **argv)
     app.fallthrough();
     // What each command was asked for, and what answers it.
     std::vector<std::pair<const CLI::App *, std::function<int()>>> commands;
+    ShowOptions showOptions;
+    CLI::App *showCommand = app.add_subcommand("show", "Show the exact layout of each FILE.");
+    describeShow(*showCommand, showOptions);
+    commands.emplace_back(showCommand, [&] { return show(showOptions); });
     FieldsOptions fieldsOptions;
     CLI::App *fieldsCommand
         = app.add_subcommand("fields", "Show the fields that the importers of the library make of each FILE.");

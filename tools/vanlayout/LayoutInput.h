@@ -1,0 +1,14 @@
+#ifndef VANLAYOUT_LAYOUTINPUT_H
+#define VANLAYOUT_LAYOUTINPUT_H
+
+#include "read/Reader.h"
+
+#include <QString>
+
+/// Reads the exact layout of a file, or of standard input where \a file is "-".
+vanlayout::Layout readExactLayout(const QString &file, const vanlayout::ReadOptions &options);
+
+/// The message of the problem for which a file has no layout, with its line.
+QString messageOf(const vanlayout::Problem &problem);
+
+#endif

@@ -1,0 +1,336 @@
+#include "Show.h"
+
+#include "Answer.h"
+#include "Columns.h"
+#include "CsvLine.h"
+#include "ItemSelection.h"
+#include "LayoutCsv.h"
+#include "LayoutInput.h"
+#include "LayoutTable.h"
+#include "LayoutText.h"
+#include "Printable.h"
+#include "write/LayoutJson.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <memory>
+
+using vanlayout::JsonStyle;
+using vanlayout::Language;
+using vanlayout::Layout;
+using vanlayout::Problem;
+using vanlayout::ReadOptions;
+using vanlayout::Severity;
+
+namespace
+{
+
+QString decoded(const std::string &text)
+{
+    return QString::fromLocal8Bit(text.c_str(), int(text.size()));
+}
+
+/// Prints what is asked for of one layout after the other.
+class LayoutPrinter
+{
+public:
+    virtual ~LayoutPrinter() = default;
+    virtual void print(const Layout &layout) = 0;
+    /// Prints what the form has for a file without a layout; nothing in most forms.
+    virtual void printError(const Layout & /*layout*/) { }
+    /// Whether the problems of a layout are part of what is printed.
+    virtual bool hasProblems() const { return false; }
+};
+
+class JsonLayouts : public LayoutPrinter
+{
+public:
+    JsonLayouts(bool severalFiles, JsonStyle jsonStyle)
+        : hasErrors(severalFiles)
+        , style(jsonStyle)
+    {
+        out.open(stdout, QIODevice::WriteOnly);
+    }
+
+    // A device that is full is noticed where standard output is.
+    void print(const Layout &layout) override
+    {
+        vanlayout::writeLayoutJson(layout, out, style);
+        out.flush();
+    }
+    void printError(const Layout &layout) override
+    {
+        if (hasErrors)
+            vanlayout::writeErrorJson(layout, out, style);
+        out.flush();
+    }
+    bool hasProblems() const override { return true; }
+
+private:
+    QFile out;
+    bool hasErrors;
+    JsonStyle style;
+};
+
+class CsvItems : public LayoutPrinter
+{
+public:
+    CsvItems(bool severalFiles, const QString &language)
+        : csv(stdout, severalFiles, language)
+    {
+    }
+    void print(const Layout &layout) override { csv.write(layout); }
+
+private:
+    ItemCsv csv;
+};
+
+class CsvCodes : public LayoutPrinter
+{
+public:
+    explicit CsvCodes(const QStringList &languages)
+        : csv(stdout, languages)
+    {
+    }
+    void print(const Layout &layout) override { csv.write(layout); }
+
+private:
+    CodeCsv csv;
+};
+
+/// Answers for people, separated by empty lines.
+class Tables : public LayoutPrinter
+{
+public:
+    void print(const Layout &layout) override
+    {
+        if (!isFirst)
+            printLine(stdout, QString());
+        isFirst = false;
+        printTable(layout);
+    }
+
+protected:
+    virtual void printTable(const Layout &layout) = 0;
+
+private:
+    bool isFirst = true;
+};
+
+class LayoutTables : public Tables
+{
+public:
+    explicit LayoutTables(LayoutTableStyle tableStyle)
+        : style(std::move(tableStyle))
+    {
+    }
+
+protected:
+    void printTable(const Layout &layout) override { printLayoutTable(layout, style, stdout); }
+
+private:
+    LayoutTableStyle style;
+};
+
+class LanguageTables : public Tables
+{
+protected:
+    void printTable(const Layout &layout) override
+    {
+        printLine(stdout, printable(layout.file));
+        if (layout.languages.isEmpty())
+            printLine(stdout, QStringLiteral("  declares no language"));
+        int width = 0;
+        for (const Language &language : layout.languages)
+            width = std::max(width, columnsOf(printable(language.name)));
+        for (const Language &language : layout.languages)
+            printLine(stdout,
+                      QLatin1String("  ") + paddedToColumns(printable(language.name), width + 2)
+                          + printable(language.label));
+    }
+};
+
+class ProblemTables : public Tables
+{
+public:
+    bool hasProblems() const override { return true; }
+
+protected:
+    void printTable(const Layout &layout) override
+    {
+        const QString count = layout.problems.isEmpty() ? QStringLiteral("no problem")
+                                                        : countOf(layout.problems.size(), QStringLiteral("problem"));
+        printLine(stdout, printable(layout.file) + QLatin1String(": ") + count);
+        for (const Problem &problem : layout.problems)
+            printProblem(problem);
+    }
+
+private:
+    static void printProblem(const Problem &problem)
+    {
+        QString place = problem.line > 0 ? QStringLiteral("line %1: ").arg(problem.line) : QString();
+        if (!problem.path.isEmpty())
+            place += problem.path + QLatin1String(": ");
+        printLine(stdout,
+                  printable(QLatin1String("  ") + wordOf(problem.severity) + QLatin1String(": ") + place
+                            + problem.message + QLatin1String(" [") + problem.id + QLatin1Char(']')));
+    }
+};
+
+class ProblemCsv : public LayoutPrinter
+{
+public:
+    ProblemCsv()
+        : line(stdout)
+    {
+        line.addPlain(QLatin1String("file,severity,id,line,path,message"));
+        line.end();
+    }
+    void print(const Layout &layout) override
+    {
+        for (const Problem &problem : layout.problems) {
+            line.add(layout.file);
+            line.add(wordOf(problem.severity));
+            line.add(problem.id);
+            line.add(problem.line);
+            line.add(problem.path);
+            line.add(problem.message);
+            line.end();
+        }
+    }
+    bool hasProblems() const override { return true; }
+
+private:
+    CsvLine line;
+};
+
+/// One run of the command.
+class ShowRun
+{
+public:
+    explicit ShowRun(const ShowOptions &showOptions)
+        : options(showOptions)
+        , language(decoded(options.language))
+        , selection(namesOf(options.variables))
+    {
+        readOptions.catalog = QFile::decodeName(options.catalog.c_str());
+        for (const std::string &file : options.files)
+            files.append(QFile::decodeName(file.c_str()));
+    }
+
+    int run()
+    {
+        printer = makePrinter();
+        int status = statusFine;
+        for (const QString &file : qAsConst(files)) {
+            status = std::max(status, answerFor(file, [&] { return showFile(file); }));
+            std::fflush(stdout);
+        }
+        const QStringList missing = selection.unmatched();
+        for (const QString &name : missing)
+            status = std::max(status, noAnswerFor(name, QStringLiteral("no variable has this name")));
+        return status;
+    }
+
+private:
+    static QStringList namesOf(const std::vector<std::string> &names)
+    {
+        QStringList decodedNames;
+        for (const std::string &name : names)
+            decodedNames.append(decoded(name));
+        return decodedNames;
+    }
+
+    std::unique_ptr<LayoutPrinter> makePrinter()
+    {
+        const bool severalFiles = files.size() > 1;
+        if (options.listsLanguages)
+            return std::make_unique<LanguageTables>();
+        if (options.format == "json")
+            return std::make_unique<JsonLayouts>(severalFiles,
+                                                 options.isPretty ? JsonStyle::Pretty : JsonStyle::Compact);
+        if (options.listsProblems)
+            return options.format == "csv" ? std::unique_ptr<LayoutPrinter>(std::make_unique<ProblemCsv>())
+                                           : std::make_unique<ProblemTables>();
+        if (options.format == "table")
+            return std::make_unique<LayoutTables>(LayoutTableStyle{ language, options.showsValues, terminalWidth() });
+        if (options.showsCodes)
+            return std::make_unique<CsvCodes>(languagesOfCodes());
+        return std::make_unique<CsvItems>(severalFiles, language);
+    }
+
+    // The languages that have a column: the one that was asked for, or all of all files, in the order in which they
+    // come. The header line needs them before the first file is printed, so they are read in a pass of their own.
+    QStringList languagesOfCodes() const
+    {
+        if (!language.isEmpty())
+            return { language };
+        QStringList languages;
+        for (const QString &file : files) {
+            const Layout layout = file == QLatin1String("-") ? Layout() : readExactLayout(file, readOptions);
+            for (const Language &declared : layout.languages) {
+                if (!languages.contains(declared.name, Qt::CaseInsensitive))
+                    languages.append(declared.name);
+            }
+        }
+        return languages.size() > 1 ? languages : QStringList();
+    }
+
+    int showFile(const QString &file)
+    {
+        Layout layout = readExactLayout(file, readOptions);
+        if (const Problem *error = layout.error()) {
+            printer->printError(layout);
+            return noAnswerFor(file, messageOf(*error));
+        }
+        if (!hasLanguage(layout))
+            return noAnswerFor(file, languageProblem(layout));
+        selection.reduce(layout);
+        printer->print(layout);
+        if (!options.isQuiet && !printer->hasProblems())
+            complainOfWarnings(layout);
+        return statusFine;
+    }
+
+    // A file that declares no languages has its only labels shown.
+    bool hasLanguage(const Layout &layout) const
+    {
+        return language.isEmpty() || layout.languages.isEmpty()
+            || std::any_of(layout.languages.begin(), layout.languages.end(), [&](const Language &declared) {
+                   return declared.name.compare(language, Qt::CaseInsensitive) == 0;
+               });
+    }
+    QString languageProblem(const Layout &layout) const
+    {
+        QStringList names;
+        for (const Language &declared : layout.languages)
+            names.append(declared.name);
+        return QStringLiteral("has no language %1; it has %2").arg(language, names.join(QLatin1String(", ")));
+    }
+
+    static void complainOfWarnings(const Layout &layout)
+    {
+        const auto count = std::count_if(layout.problems.begin(), layout.problems.end(),
+                                         [](const Problem &problem) { return problem.severity == Severity::Warning; });
+        if (count > 0)
+            complainOfFile(layout.file,
+                           countOf(count, QStringLiteral("warning"))
+                               + QLatin1String("; vanlayout show --problems lists them"));
+    }
+
+    const ShowOptions &options;
+    QString language;
+    ItemSelection selection;
+    ReadOptions readOptions;
+    QStringList files;
+    std::unique_ptr<LayoutPrinter> printer;
+};
+
+} // namespace
+
+int show(const ShowOptions &options)
+{
+    bufferOutput();
+    return statusAfterOutput(ShowRun(options).run());
+}

@@ -1,0 +1,25 @@
+#ifndef VANLAYOUT_SHOW_H
+#define VANLAYOUT_SHOW_H
+
+#include <string>
+#include <vector>
+
+/// What `vanlayout show` was asked for. Texts are in the encoding of the system.
+struct ShowOptions {
+    std::string format = "table";       ///< table, json or csv
+    std::string language;               ///< code of the language of labels; empty for the primary one
+    std::string catalog;                ///< SAS catalog with label sets; empty for none
+    std::vector<std::string> variables; ///< names of the items to show, `*` and `?` allowed; all where empty
+    bool listsLanguages = false;        ///< the languages of each file instead of its layout
+    bool listsProblems = false;         ///< the problems of each file instead of its layout
+    bool showsValues = false;           ///< value labels beneath each item of the table
+    bool showsCodes = false;            ///< of CSV: one line a code instead of one line an item
+    bool isPretty = false;              ///< of JSON: indented
+    bool isQuiet = false;               ///< no line on standard error about warnings
+    std::vector<std::string> files;     ///< `-` is standard input
+};
+
+/// Shows the exact layout of each file and answers the worst status.
+int show(const ShowOptions &options);
+
+#endif
