@@ -4,6 +4,10 @@ add_dependencies(VanlayoutTest vanlayout)
 target_compile_definitions(VanlayoutTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>" VAN_VERSION="${PROJECT_VERSION}")
 van_use_made_data(VanlayoutTest)
 
+van_add_test(tool/VanlayoutShowTest.cpp)
+add_dependencies(VanlayoutShowTest vanlayout)
+target_compile_definitions(VanlayoutShowTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+
 van_add_test(tool/VanlayoutLookupTest.cpp)
 add_dependencies(VanlayoutLookupTest vanlayout)
 target_compile_definitions(VanlayoutLookupTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")

@@ -331,6 +331,10 @@ private:
 
 int show(const ShowOptions &options)
 {
+    if (options.showsCodes && options.format == "json") {
+        complain(QString(), QStringLiteral("--codes goes with --format csv"));
+        return statusNoAnswer;
+    }
     bufferOutput();
     return statusAfterOutput(ShowRun(options).run());
 }

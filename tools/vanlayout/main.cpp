@@ -90,7 +90,7 @@ void describeShow(CLI::App &command, ShowOptions &options)
     addChoice(command, "--format", options.format, { "table", "json", "csv" }, "table, json or csv");
     command.add_flag("--pretty", options.isPretty, "indent the JSON form");
     command.add_flag("--labels", options.showsValues, "show the value labels beneath each item of the table");
-    command.add_flag("--codes", options.showsCodes, "of CSV: one line a code instead of one line an item");
+    command.add_flag("--codes", options.showsCodes, "CSV with one line a code instead of one line an item");
     command
         .add_option("--variable", options.variables,
                     "show this variable alone, * and ? allowed; more after commas, or the option again")

@@ -1,0 +1,409 @@
+#include "support/ToolRun.h"
+
+#include <QJsonArray>
+
+namespace
+{
+
+const QByteArray survey = "\xEF\xBB\xBF[Dictionary]\n"
+                          "Version=CSPro 7.7\n"
+                          "Label=Survey of homes|Enquête\n"
+                          "Name=HOMES_DICT\n"
+                          "RecordTypeStart=1\n"
+                          "RecordTypeLen=1\n"
+                          "Positions=Relative\n"
+                          "ZeroFill=No\n"
+                          "DecimalChar=Yes\n"
+                          "\n[Languages]\nEN=English\nFR=Français\n"
+                          "\n[Level]\nLabel=House|Maison\nName=HOUSE_LEVEL\n"
+                          "\n[IdItems]\n"
+                          "\n[Item]\nLabel=House number|Numéro\nName=HOUSE\nStart=2\nLen=3\nZeroFill=Yes\n"
+                          "\n[Record]\nLabel=Person|Personne\nName=PERSON\nRecordTypeValue='P'\nRequired=No\n"
+                          "MaxRecords=20\nRecordLen=30\n"
+                          "\n[Item]\nLabel=Birth date|Naissance\nName=BIRTH\nStart=5\nLen=6\n"
+                          "\n[Item]\nLabel=Month|Mois\nName=BIRTH_MONTH\nStart=9\nLen=2\nItemType=SubItem\n"
+                          "\n[ValueSet]\nLabel=Months|Mois\nName=BIRTH_MONTH_VS1\n"
+                          "Value=1:12;Month|Mois\nValue=99;Unknown\nName=MISSING,Special\n"
+                          "Value='  ';Not asked|Pas demandé\nName=NOTAPPL,Special\n"
+                          "\n[Item]\nLabel=Weight|Poids\nName=WEIGHT\nStart=11\nLen=5\nOccurrences=2\nDecimal=1\n"
+                          "DecimalChar=Yes\n"
+                          "\n[Item]\nLabel=Income|Revenu\nName=INCOME\nStart=21\nLen=8\nDecimal=2\n"
+                          "\n[Item]\nLabel=Kind, or \"sort\"|Genre\nName=KIND\nStart=29\nLen=2\nDataType=Alpha\n"
+                          "\n[ValueSet]\nLabel=Kind\nName=KIND_VS1\nValue='A ' 'B ';First\nValue='C '\n"
+                          "\n[ValueSet]\nLabel=Kind again\nName=KIND_VS2\nValue='A ';Only\n";
+
+// A dictionary whose only item has a given name, label and number of value lines.
+QByteArray oneItem(const QByteArray &name, const QByteArray &label)
+{
+    return "[Dictionary]\nName=D\nRecordTypeStart=0\nRecordTypeLen=0\nPositions=Absolute\n"
+           "[Level]\nName=L\n[IdItems]\n[Item]\nName=ID\nStart=1\nLen=1\n[Record]\nName=R\nRecordTypeValue=''\n[Item]\n"
+           "Label="
+        + label + "\nName=" + name + "\nStart=2\nLen=3\n";
+}
+
+const QByteArray withWarning = oneItem("A", "a") + "Unknown=1\n";
+
+QList<QByteArray> linesOf(const QByteArray &text)
+{
+    QList<QByteArray> lines = text.split('\n');
+    lines.removeLast();
+    return lines;
+}
+
+int widthOf(const QByteArray &line)
+{
+    return int(QString::fromUtf8(line).toUcs4().size());
+}
+
+} // namespace
+
+/// `vanlayout show`, run as a user runs it.
+class VanlayoutShowTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void tableHasTitleHeadingsAndOneLineAnItem();
+    void tableFitsTheTerminal();
+    void columnThatIsEmptyThroughoutIsLeftOut();
+    void longNameHasALineOfItsOwn();
+    void valuesAreShownBeneathTheirItem();
+    void labelsAreThoseOfTheLanguage();
+    void languagesAreListed();
+    void languageThatTheFileLacksIsAnError();
+    void fileWithoutLanguagesIsShownInAnyLanguage();
+    void variableIsSelectedByName_data();
+    void variableIsSelectedByName();
+    void variableThatNoFileHasIsAnError();
+    void csvHasOneLineAnItem();
+    void csvOfSeveralFilesBeginsWithTheFile();
+    void codesHaveOneLineEach();
+    void codesOfOneLanguageHaveOneLabel();
+    void codesGoWithCsvAlone();
+    void jsonIsOneObjectALineForSeveralFiles();
+    void prettyJsonIsIndented();
+    void jsonOfAFailingFileNamesItsError();
+    void warningsAreOneLineOnStandardError();
+    void problemsAreListed_data();
+    void problemsAreListed();
+    void standardInputIsRead();
+    void fileThatIsNoLayoutIsOneLine_data();
+    void fileThatIsNoLayoutIsOneLine();
+    void fullDiskIsReported_data();
+    void fullDiskIsReported();
+    void controlsOfTheFileAreShownAsSigns();
+    void helpNamesEveryOption();
+
+private:
+    Run show(const QStringList &arguments) const { return folder.run(QStringList { "show" } + arguments); }
+
+    ToolFolder folder;
+};
+
+void VanlayoutShowTest::initTestCase()
+{
+    qputenv("COLUMNS", "80");
+    folder.write("homes.dcf", survey);
+    folder.write("one.dcf", oneItem("A", "a"));
+    folder.write("warning.dcf", withWarning);
+}
+
+void VanlayoutShowTest::tableHasTitleHeadingsAndOneLineAnItem()
+{
+    const Run run = show({ "homes.dcf" });
+    QCOMPARE(run.status, fine);
+    QCOMPARE(run.err, QByteArray());
+    QCOMPARE(run.out,
+             QByteArray("Survey of homes\n"
+                        "homes.dcf\n"
+                        "CSPro dictionary, text form 7.7, HOMES_DICT, 6 variables, languages EN FR\n"
+                        "\n"
+                        "Id items of level 1 HOUSE_LEVEL: House\n"
+                        "Name           Type    Start  Length  Occurs  Values  Label\n"
+                        "HOUSE          9(3)        2       3                  House number\n"
+                        "\n"
+                        "PERSON: Person (type \"P\", max 20, optional)\n"
+                        "BIRTH          9(6)        5       6                  Birth date\n"
+                        "  BIRTH_MONTH  9(2)        9       2               3  Month\n"
+                        "WEIGHT         9(5).1     11       5       2          Weight\n"
+                        "INCOME         9(8)v2     21       8                  Income\n"
+                        "KIND           A(2)       29       2          3 in 2  Kind, or \"sort\"\n"));
+}
+
+void VanlayoutShowTest::tableFitsTheTerminal()
+{
+    folder.write("long.dcf", oneItem("QUITE_A_LONG_NAME_OF_40_CHARACTERS_IN_ALL", QByteArray(300, 'x')));
+    const QList<QByteArray> lines = linesOf(show({ "--labels", "homes.dcf", "long.dcf" }).out);
+    for (const QByteArray &line : lines)
+        QVERIFY2(widthOf(line) <= 80, line.constData());
+}
+
+void VanlayoutShowTest::columnThatIsEmptyThroughoutIsLeftOut()
+{
+    const QByteArray out = show({ "one.dcf" }).out;
+    QVERIFY(out.contains("Name      Type  Start  Length  Label\n"));
+    folder.write("plain.dcf", oneItem("A", ""));
+    QVERIFY(!show({ "plain.dcf" }).out.contains("Label"));
+}
+
+void VanlayoutShowTest::longNameHasALineOfItsOwn()
+{
+    const QByteArray name = "QUITE_A_LONG_NAME_OF_MORE_THAN_40_CHARACTERS";
+    folder.write("long.dcf", oneItem(name, "the label of this item is long as well"));
+    const QList<QByteArray> lines = linesOf(show({ "long.dcf" }).out);
+    const int index = lines.indexOf(name);
+    QVERIFY(index > 0);
+    QVERIFY(lines.at(index + 1).contains("9(3)"));
+    QVERIFY(lines.at(index + 1).contains("the label of this it"));
+}
+
+void VanlayoutShowTest::valuesAreShownBeneathTheirItem()
+{
+    const QByteArray out = show({ "--labels", "homes.dcf" }).out;
+    QVERIFY(out.contains("Month\n"
+                         "    BIRTH_MONTH_VS1: Months\n"
+                         "      1 to 12  Month\n"
+                         "      99       Unknown  [missing]\n"
+                         "               Not asked  [not applicable]\n"
+                         "WEIGHT"));
+    QVERIFY(out.contains("    KIND_VS1: Kind\n"
+                         "      A , B   First\n"
+                         "      C\n"
+                         "    KIND_VS2: Kind again\n"
+                         "      A   Only\n"));
+}
+
+void VanlayoutShowTest::labelsAreThoseOfTheLanguage()
+{
+    const QByteArray out = show({ "--language", "fr", "--labels", "homes.dcf" }).out;
+    QVERIFY(out.startsWith("Enquête\n"));
+    QVERIFY(out.contains("PERSON: Personne (type"));
+    QVERIFY(out.contains("Pas demandé"));
+    QVERIFY(out.contains("99       Unknown")); // the primary one where the language has none
+}
+
+void VanlayoutShowTest::languagesAreListed()
+{
+    const Run run = show({ "--languages", "homes.dcf", "one.dcf" });
+    QCOMPARE(run.out, QByteArray("homes.dcf\n  EN  English\n  FR  Français\n\none.dcf\n  declares no language\n"));
+}
+
+void VanlayoutShowTest::languageThatTheFileLacksIsAnError()
+{
+    const Run run = show({ "--language", "ES", "homes.dcf" });
+    QCOMPARE(run.out, QByteArray());
+    verifyComplaint(run, "homes.dcf: has no language ES; it has EN, FR\n");
+}
+
+void VanlayoutShowTest::fileWithoutLanguagesIsShownInAnyLanguage()
+{
+    QCOMPARE(show({ "--language", "ES", "one.dcf" }).out, show({ "one.dcf" }).out);
+}
+
+void VanlayoutShowTest::variableIsSelectedByName_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QStringList>("names");
+    QTest::newRow("one") << QStringList { "--variable", "KIND" } << QStringList { "KIND" };
+    QTest::newRow("in small letters") << QStringList { "--variable", "kind" } << QStringList { "KIND" };
+    QTest::newRow("with commas") << QStringList { "--variable", "KIND,HOUSE" } << QStringList { "HOUSE", "KIND" };
+    QTest::newRow("twice") << QStringList { "--variable", "KIND", "--variable", "HOUSE" }
+                           << QStringList { "HOUSE", "KIND" };
+    QTest::newRow("star") << QStringList { "--variable", "BIRTH*" } << QStringList { "BIRTH", "BIRTH_MONTH" };
+    QTest::newRow("star within") << QStringList { "--variable", "*I*H" } << QStringList { "BIRTH", "BIRTH_MONTH" };
+    QTest::newRow("question mark") << QStringList { "--variable", "?IND" } << QStringList { "KIND" };
+}
+
+void VanlayoutShowTest::variableIsSelectedByName()
+{
+    QFETCH(QStringList, options);
+    const Run run = show(options + QStringList { "--format", "csv", "homes.dcf" });
+    QCOMPARE(run.status, fine);
+    QStringList names;
+    const QList<QByteArray> lines = linesOf(run.out).mid(1);
+    for (const QByteArray &line : lines)
+        names.append(line.split(',').at(3));
+    QTEST(names, "names");
+}
+
+void VanlayoutShowTest::variableThatNoFileHasIsAnError()
+{
+    const Run run = show({ "--variable", "KIND,NONE", "homes.dcf", "one.dcf" });
+    QVERIFY(run.out.contains("KIND"));
+    verifyComplaint(run, "NONE: no variable has this name\n");
+}
+
+void VanlayoutShowTest::csvHasOneLineAnItem()
+{
+    QCOMPARE(show({ "--format", "csv", "homes.dcf" }).out,
+             QByteArray("level,record,recordType,name,label,type,start,length,occurrences,subitemOf,decimals,"
+                        "decimalMark,zeroFill,capture,storage,format,measure,alignment,displayWidth,missing,valueSets,"
+                        "note,aliases\r\n"
+                        "HOUSE_LEVEL,(ids),,HOUSE,House number,numeric,2,3,1,,0,,yes,,,,,,0,,,,\r\n"
+                        "HOUSE_LEVEL,PERSON,P,BIRTH,Birth date,numeric,5,6,1,,0,,,,,,,,0,,,,\r\n"
+                        "HOUSE_LEVEL,PERSON,P,BIRTH_MONTH,Month,numeric,9,2,1,BIRTH,0,,,,,,,,0,,BIRTH_MONTH_VS1,,\r\n"
+                        "HOUSE_LEVEL,PERSON,P,WEIGHT,Weight,numeric,11,5,2,,1,yes,,,,,,,0,,,,\r\n"
+                        "HOUSE_LEVEL,PERSON,P,INCOME,Income,numeric,21,8,1,,2,,,,,,,,0,,,,\r\n"
+                        "HOUSE_LEVEL,PERSON,P,KIND,\"Kind, or \"\"sort\"\"\",alpha,29,2,1,,0,,,,,,,,0,,"
+                        "KIND_VS1 KIND_VS2,,\r\n"));
+}
+
+void VanlayoutShowTest::csvOfSeveralFilesBeginsWithTheFile()
+{
+    const QList<QByteArray> lines = linesOf(show({ "--format", "csv", "one.dcf", "homes.dcf" }).out);
+    QCOMPARE(lines.size(), 9);
+    QVERIFY(lines.at(0).startsWith("file,level,"));
+    QVERIFY(lines.at(1).startsWith("one.dcf,L,(ids),,ID,"));
+    QVERIFY(lines.at(3).startsWith("homes.dcf,HOUSE_LEVEL,"));
+}
+
+void VanlayoutShowTest::codesHaveOneLineEach()
+{
+    QCOMPARE(show({ "--format", "csv", "--codes", "homes.dcf" }).out,
+             QByteArray("file,item,valueSet,from,to,label_EN,label_FR,special\r\n"
+                        "homes.dcf,BIRTH_MONTH,BIRTH_MONTH_VS1,1,12,Month,Mois,\r\n"
+                        "homes.dcf,BIRTH_MONTH,BIRTH_MONTH_VS1,99,,Unknown,,missing\r\n"
+                        "homes.dcf,BIRTH_MONTH,BIRTH_MONTH_VS1,  ,,Not asked,Pas demandé,notApplicable\r\n"
+                        "homes.dcf,KIND,KIND_VS1,A ,,First,,\r\n"
+                        "homes.dcf,KIND,KIND_VS1,B ,,First,,\r\n"
+                        "homes.dcf,KIND,KIND_VS1,C ,,,,\r\n"
+                        "homes.dcf,KIND,KIND_VS2,A ,,Only,,\r\n"));
+}
+
+void VanlayoutShowTest::codesOfOneLanguageHaveOneLabel()
+{
+    const QByteArray out = show({ "--codes", "--language", "FR", "homes.dcf" }).out;
+    QVERIFY(out.startsWith("file,item,valueSet,from,to,label_FR,special\r\n"));
+    QVERIFY(out.contains("BIRTH_MONTH_VS1,99,,Unknown,missing\r\n"));
+    folder.write("codes.dcf", oneItem("A", "a") + "[ValueSet]\nName=A_VS1\nValue=1;One\n");
+    QCOMPARE(show({ "--codes", "codes.dcf" }).out,
+             QByteArray("file,item,valueSet,from,to,label,special\r\ncodes.dcf,A,A_VS1,1,,One,\r\n"));
+}
+
+void VanlayoutShowTest::codesGoWithCsvAlone()
+{
+    QCOMPARE(show({ "--codes", "homes.dcf" }).out, show({ "--codes", "--format", "csv", "homes.dcf" }).out);
+    verifyComplaint(show({ "--codes", "--format", "json", "homes.dcf" }), "--codes goes with --format csv\n");
+}
+
+void VanlayoutShowTest::jsonIsOneObjectALineForSeveralFiles()
+{
+    const QList<QByteArray> lines = linesOf(show({ "--format", "json", "one.dcf", "homes.dcf" }).out);
+    QCOMPARE(lines.size(), 2);
+    QCOMPARE(QJsonDocument::fromJson(lines.at(0)).object()["file"].toString(), QString("one.dcf"));
+    const QJsonObject layout = QJsonDocument::fromJson(lines.at(1)).object();
+    QCOMPARE(layout["layoutVersion"].toInt(), 1);
+    QCOMPARE(layout["levels"].toArray().at(0)["records"].toArray().at(0)["items"].toArray().size(), 5);
+}
+
+void VanlayoutShowTest::prettyJsonIsIndented()
+{
+    QVERIFY(show({ "--format", "json", "--pretty", "one.dcf" }).out.startsWith("{\n  \"layoutVersion\": 1,\n"));
+    QCOMPARE(show({ "--format", "json", "one.dcf" }).out.count('\n'), 1);
+}
+
+void VanlayoutShowTest::jsonOfAFailingFileNamesItsError()
+{
+    folder.write("empty.dcf", "");
+    const Run several = show({ "--format", "json", "one.dcf", "empty.dcf" });
+    QCOMPARE(several.status, noAnswer);
+    QCOMPARE(linesOf(several.out).at(1),
+             QByteArray("{\"file\":\"empty.dcf\",\"error\":{\"id\":\"empty-file\",\"message\":\"the file is empty\"}}"));
+    QCOMPARE(several.err, QByteArray("vanlayout: empty.dcf: the file is empty\n"));
+    const Run single = show({ "--format", "json", "empty.dcf" });
+    QCOMPARE(single.out, QByteArray());
+    verifyComplaint(single, "empty.dcf: the file is empty\n");
+}
+
+void VanlayoutShowTest::warningsAreOneLineOnStandardError()
+{
+    const Run run = show({ "warning.dcf" });
+    QCOMPARE(run.status, fine);
+    QCOMPARE(run.err, QByteArray("vanlayout: warning.dcf: 1 warning; vanlayout show --problems lists them\n"));
+    QCOMPARE(show({ "--quiet", "warning.dcf" }).err, QByteArray());
+    QCOMPARE(show({ "--format", "json", "warning.dcf" }).err, QByteArray());
+    QCOMPARE(show({ "--problems", "warning.dcf" }).err, QByteArray());
+}
+
+void VanlayoutShowTest::problemsAreListed_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("beginning");
+    QTest::newRow("table") << QStringList {} << QByteArray("warning.dcf: 1 problem\n  warning: line 20: ");
+    QTest::newRow("csv") << QStringList { "--format", "csv" }
+                         << QByteArray("file,severity,id,line,path,message\r\nwarning.dcf,warning,unknown-key,20,");
+}
+
+void VanlayoutShowTest::problemsAreListed()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QByteArray, beginning);
+    const Run run = show(options + QStringList { "--problems", "warning.dcf" });
+    QCOMPARE(run.status, fine);
+    QVERIFY2(run.out.startsWith(beginning), run.out.constData());
+    QCOMPARE(show({ "--problems", "one.dcf" }).out, QByteArray("one.dcf: no problem\n"));
+}
+
+void VanlayoutShowTest::standardInputIsRead()
+{
+    const Run piped = runShell(folder, "cat homes.dcf | \"$0\" show --format csv -");
+    QCOMPARE(piped.out, show({ "--format", "csv", "homes.dcf" }).out);
+    const Run redirected = runShell(folder, "\"$0\" show --format json - < one.dcf");
+    QCOMPARE(redirected.json()["file"].toString(), QString("-"));
+}
+
+void VanlayoutShowTest::fileThatIsNoLayoutIsOneLine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("part");
+    QTest::newRow("PNG") << QByteArray("\x89PNG\r\n\x1a\n") << QByteArray("PNG image");
+    QTest::newRow("PDF") << QByteArray("%PDF-1.7\n") << QByteArray("PDF document");
+    QTest::newRow("ZIP") << QByteArray("PK\x03\x04") << QByteArray("ZIP archive");
+    QTest::newRow("CSV") << QByteArray("name,age,sex\nAnna,12,2\nBert,13,1\n") << QByteArray("CSV");
+    QTest::newRow("empty") << QByteArray() << QByteArray("empty");
+}
+
+void VanlayoutShowTest::fileThatIsNoLayoutIsOneLine()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, part);
+    folder.write("other.dcf", content);
+    for (const QString format : { "table", "csv", "json" }) {
+        const Run run = show({ "--format", format, "other.dcf" });
+        verifyComplaint(run, "other.dcf: the file is ");
+        QVERIFY2(run.err.contains(part), run.err.constData());
+    }
+}
+
+void VanlayoutShowTest::fullDiskIsReported_data()
+{
+    QTest::addColumn<QString>("format");
+    for (const char *format : { "table", "csv", "json" })
+        QTest::newRow(format) << QString(format);
+}
+
+void VanlayoutShowTest::fullDiskIsReported()
+{
+    QFETCH(QString, format);
+    verifyFullDiskIsTold(folder, { "show", "--format", format, "homes.dcf" });
+}
+
+void VanlayoutShowTest::controlsOfTheFileAreShownAsSigns()
+{
+    folder.write("control.dcf", oneItem("A", "red\x1b[31m") + "[ValueSet]\nName=A_VS1\nLabel=\x07\nValue=\x1b;\x1b\n");
+    const QByteArray out = show({ "--labels", "control.dcf" }).out;
+    QVERIFY(out.contains("red"));
+    QVERIFY(!out.contains('\x1b'));
+    QVERIFY(!out.contains('\x07'));
+}
+
+void VanlayoutShowTest::helpNamesEveryOption()
+{
+    verifyHelpTellsOf("show",
+                      { "--format", "--pretty", "--labels", "--codes", "--variable", "--language", "--languages",
+                        "--catalog", "--problems", "--quiet", "FILE" });
+}
+
+QTEST_MAIN(VanlayoutShowTest)
+#include "VanlayoutShowTest.moc"
