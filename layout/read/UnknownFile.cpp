@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 namespace vanlayout
@@ -10,6 +11,8 @@ namespace vanlayout
 
 namespace
 {
+
+constexpr char separators[] = { ',', ';', '\t' };
 
 struct Signature {
     QByteArray begin;
@@ -44,13 +47,43 @@ const Signature *findSignature(const QByteArray &head)
 }
 // clang-format on
 
+// Text has no control characters but white space; bytes above ASCII may be of any encoding.
+bool isText(const QByteArray &head)
+{
+    return std::none_of(head.begin(), head.end(), [](char character) {
+        const auto byte = static_cast<unsigned char>(character);
+        return byte == 0 || (byte < ' ' && !std::strchr("\t\n\v\f\r\x1a", character));
+    });
+}
+
+// Whether the first two whole lines have the same number of a separator, at least one.
+bool isTableOf(const QByteArray &head, char separator)
+{
+    const int end = head.indexOf('\n');
+    const int nextEnd = end < 0 ? -1 : head.indexOf('\n', end + 1);
+    if (nextEnd < 0)
+        return false;
+    const int count = head.left(end).count(separator);
+    return count > 0 && head.mid(end + 1, nextEnd - end - 1).count(separator) == count;
+}
+
+bool isCsv(const QByteArray &head)
+{
+    return std::any_of(std::begin(separators), std::end(separators),
+                       [&](char separator) { return isTableOf(head, separator); });
+}
+
 } // namespace
 
 QString describeUnknownFile(const QByteArray &head)
 {
     if (const Signature *signature = findSignature(head))
         return QStringLiteral("the file is %1, not a layout").arg(QLatin1String(signature->name));
-    return QStringLiteral("the file has no known format");
+    if (!isText(head))
+        return QStringLiteral("the file has no known format; an encrypted file has none either");
+    if (isCsv(head))
+        return QStringLiteral("the file is a CSV file with data; a layout is in the dictionary that belongs to it");
+    return QStringLiteral("the file is a text without a [Dictionary] section, not a layout");
 }
 
 } // namespace vanlayout

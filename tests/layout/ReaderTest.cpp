@@ -68,6 +68,19 @@ void ReaderTest::aFileWithoutALayoutSaysWhatItIs_data()
                          << "ZIP archive";
     QTest::newRow("PDF") << QByteArray("%PDF-1.4") << "unknown-format"
                          << "PDF document";
+    QTest::newRow("CSV") << QByteArray("a,b,c\n1,2,3\n") << "unknown-format"
+                         << "CSV file";
+    QTest::newRow("with semicolons") << QByteArray("a;b\r\n1;2\r\n") << "unknown-format"
+                                     << "CSV file";
+    QTest::newRow("with tabs") << QByteArray("a\tb\n1\t2\n") << "unknown-format"
+                               << "CSV file";
+    QTest::newRow("text") << QByteArray("Dear reader,\nhello.\n") << "unknown-format"
+                          << "[Dictionary]";
+    QTest::newRow("one line") << QByteArray("a,b,c\n") << "unknown-format"
+                              << "[Dictionary]";
+    QTest::newRow("XML") << QByteArray("<?xml version=\"1.0\"?>") << "unknown-format"
+                         << "XML document";
+    QTest::newRow("NUL") << QByteArray("text\0text", 9) << "unknown-format" << "no known format";
     QTest::newRow("bytes of no format") << QByteArray("\x01\x02\x03") << "unknown-format"
                                         << "no known format";
 }

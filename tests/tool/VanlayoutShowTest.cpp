@@ -96,7 +96,7 @@ private slots:
     void helpNamesEveryOption();
 
 private:
-    Run show(const QStringList &arguments) const { return folder.run(QStringList { "show" } + arguments); }
+    Run show(const QStringList &arguments) const { return folder.run(QStringList{ "show" } + arguments); }
 
     ToolFolder folder;
 };
@@ -205,20 +205,20 @@ void VanlayoutShowTest::variableIsSelectedByName_data()
 {
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<QStringList>("names");
-    QTest::newRow("one") << QStringList { "--variable", "KIND" } << QStringList { "KIND" };
-    QTest::newRow("in small letters") << QStringList { "--variable", "kind" } << QStringList { "KIND" };
-    QTest::newRow("with commas") << QStringList { "--variable", "KIND,HOUSE" } << QStringList { "HOUSE", "KIND" };
-    QTest::newRow("twice") << QStringList { "--variable", "KIND", "--variable", "HOUSE" }
-                           << QStringList { "HOUSE", "KIND" };
-    QTest::newRow("star") << QStringList { "--variable", "BIRTH*" } << QStringList { "BIRTH", "BIRTH_MONTH" };
-    QTest::newRow("star within") << QStringList { "--variable", "*I*H" } << QStringList { "BIRTH", "BIRTH_MONTH" };
-    QTest::newRow("question mark") << QStringList { "--variable", "?IND" } << QStringList { "KIND" };
+    QTest::newRow("one") << QStringList{ "--variable", "KIND" } << QStringList{ "KIND" };
+    QTest::newRow("in small letters") << QStringList{ "--variable", "kind" } << QStringList{ "KIND" };
+    QTest::newRow("with commas") << QStringList{ "--variable", "KIND,HOUSE" } << QStringList{ "HOUSE", "KIND" };
+    QTest::newRow("twice") << QStringList{ "--variable", "KIND", "--variable", "HOUSE" }
+                           << QStringList{ "HOUSE", "KIND" };
+    QTest::newRow("star") << QStringList{ "--variable", "BIRTH*" } << QStringList{ "BIRTH", "BIRTH_MONTH" };
+    QTest::newRow("star within") << QStringList{ "--variable", "*I*H" } << QStringList{ "BIRTH", "BIRTH_MONTH" };
+    QTest::newRow("question mark") << QStringList{ "--variable", "?IND" } << QStringList{ "KIND" };
 }
 
 void VanlayoutShowTest::variableIsSelectedByName()
 {
     QFETCH(QStringList, options);
-    const Run run = show(options + QStringList { "--format", "csv", "homes.dcf" });
+    const Run run = show(options + QStringList{ "--format", "csv", "homes.dcf" });
     QCOMPARE(run.status, fine);
     QStringList names;
     const QList<QByteArray> lines = linesOf(run.out).mid(1);
@@ -308,8 +308,9 @@ void VanlayoutShowTest::jsonOfAFailingFileNamesItsError()
     folder.write("empty.dcf", "");
     const Run several = show({ "--format", "json", "one.dcf", "empty.dcf" });
     QCOMPARE(several.status, noAnswer);
-    QCOMPARE(linesOf(several.out).at(1),
-             QByteArray("{\"file\":\"empty.dcf\",\"error\":{\"id\":\"empty-file\",\"message\":\"the file is empty\"}}"));
+    QCOMPARE(
+        linesOf(several.out).at(1),
+        QByteArray("{\"file\":\"empty.dcf\",\"error\":{\"id\":\"empty-file\",\"message\":\"the file is empty\"}}"));
     QCOMPARE(several.err, QByteArray("vanlayout: empty.dcf: the file is empty\n"));
     const Run single = show({ "--format", "json", "empty.dcf" });
     QCOMPARE(single.out, QByteArray());
@@ -330,8 +331,8 @@ void VanlayoutShowTest::problemsAreListed_data()
 {
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<QByteArray>("beginning");
-    QTest::newRow("table") << QStringList {} << QByteArray("warning.dcf: 1 problem\n  warning: line 20: ");
-    QTest::newRow("csv") << QStringList { "--format", "csv" }
+    QTest::newRow("table") << QStringList{} << QByteArray("warning.dcf: 1 problem\n  warning: line 20: ");
+    QTest::newRow("csv") << QStringList{ "--format", "csv" }
                          << QByteArray("file,severity,id,line,path,message\r\nwarning.dcf,warning,unknown-key,20,");
 }
 
@@ -339,7 +340,7 @@ void VanlayoutShowTest::problemsAreListed()
 {
     QFETCH(QStringList, options);
     QFETCH(QByteArray, beginning);
-    const Run run = show(options + QStringList { "--problems", "warning.dcf" });
+    const Run run = show(options + QStringList{ "--problems", "warning.dcf" });
     QCOMPARE(run.status, fine);
     QVERIFY2(run.out.startsWith(beginning), run.out.constData());
     QCOMPARE(show({ "--problems", "one.dcf" }).out, QByteArray("one.dcf: no problem\n"));
