@@ -1,62 +1,50 @@
-// Lists the variables of CSPro dictionaries, SPSS and Stata files: the format goes by the file's name.
+// Lists the variables of census and survey data files: CSPro dictionaries in both forms, CSPro data files, SPSS, Stata
+// and SAS files. The content of a file decides on its format.
 
-#include "cspro/CSProDataImport.h"
-#include "import/DataProvider.h"
-#include "import/ErrorManager.h"
-#include "import/SourceField.h"
-#include "statistical/SPSSDataImport.h"
-#include "statistical/STATADataImport.h"
+#include "read/Reader.h"
 
-#include <QCoreApplication>
-#include <QFileInfo>
-#include <QLoggingCategory>
+#include <QFile>
 #include <QTextStream>
 
-#include <memory>
+using vanlayout::Item;
+using vanlayout::Layout;
+using vanlayout::Level;
+using vanlayout::Record;
 
 namespace
 {
 
-std::unique_ptr<TDataImport> importerFor(const QString &path)
+void print(const QVector<Item> &items, const QString &record, QTextStream &out)
 {
-    const QString suffix = QFileInfo(path).suffix().toLower();
-    if (suffix == QLatin1String("sav") || suffix == QLatin1String("zsav"))
-        return std::make_unique<TSPSSDataImport>(path);
-    if (suffix == QLatin1String("dta"))
-        return std::make_unique<TSTATADataImport>(path);
-    return std::make_unique<TCSProDataImport>(path);
+    for (const Item &item : items) {
+        out << record << '\t' << item.name << '\t' << item.type << '\t' << item.start << '\t' << item.length << '\t'
+            << item.labels.primary() << '\n';
+    }
 }
 
-bool list(const QString &path, QTextStream &out)
+bool print(const QString &path, QTextStream &out)
 {
-    const std::unique_ptr<TDataImport> importer = importerFor(path);
-    // Opens the importer; the names are ours to delete.
-    const std::unique_ptr<QStringList> names(importer->selectLayoutSource());
-    TVpDataProvider provider;
-    provider.genericGetFieldsFrom(importer.get());
-    out << path << ": " << names->size() << " variables\n";
-    for (const TVpSourceField *field : *provider.getFields())
-        out << field->fieldName << '\t' << field->FieldType << '\t' << field->label << '\n';
-    return !names->isEmpty();
+    const Layout layout = vanlayout::readLayout(path);
+    if (!layout.isRead()) {
+        out << path << ": " << layout.error()->message << '\n';
+        return false;
+    }
+    out << path << ": " << layout.labels.primary() << '\n';
+    for (const Level &level : layout.levels) {
+        print(level.ids, QStringLiteral("(ids)"), out);
+        for (const Record &record : level.records)
+            print(record.items, record.name, out);
+    }
+    return true;
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv);
-    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); // the library tells a lot there
     QTextStream out(stdout);
     bool isFine = true;
-    for (const QString &path : application.arguments().mid(1)) {
-        try {
-            isFine = list(path, out) && isFine;
-        } catch (VpErrorManager *error) {
-            // Thrown by pointer; the handler owns it.
-            const std::unique_ptr<VpErrorManager> owned(error);
-            out << path << ": error " << owned->getCode() << ": " << owned->catalogueMessage() << '\n';
-            isFine = false;
-        }
-    }
+    for (int i = 1; i < argc; ++i)
+        isFine = print(QFile::decodeName(argv[i]), out) && isFine;
     return isFine ? 0 : 1;
 }

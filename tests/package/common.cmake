@@ -22,14 +22,21 @@ function(build_consumer folder)
     build_project(${CMAKE_CURRENT_FUNCTION_LIST_DIR} ${folder} ${ARGN})
 endfunction()
 
-# Runs a program on a dictionary and compares what it prints.
-function(check_consumer program)
+# Runs a program on a dictionary of two items and compares the lines that it prints.
+function(check_lines program expected)
     file(WRITE ${SCRATCH}/survey.dcf "[Dictionary]\nName=D\n
+[Level]\nName=L\n\n[IdItems]\n\n[Record]\nName=R\n
 [Item]\nName=PROVINCE\nStart=2\nLen=2\nDataType=Numeric\n
 [Item]\nName=OWNER\nStart=4\nLen=20\nDataType=Alpha\n")
     execute_process(COMMAND ${ARGN} ${program} ${SCRATCH}/survey.dcf
         RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE problem)
-    if(NOT status EQUAL 0 OR NOT output STREQUAL "PROVINCE INTEGER 2 2\nOWNER STRING 4 20\n")
+    if(NOT status EQUAL 0 OR NOT output STREQUAL expected)
         message(FATAL_ERROR "${program} ended with ${status} and printed:\n${output}\n${problem}")
     endif()
+endfunction()
+
+# Checks the programs of this folder: one of each library.
+function(check_consumers folder)
+    check_lines(${folder}/consumer "PROVINCE INTEGER 2 2\nOWNER STRING 4 20\n" ${ARGN})
+    check_lines(${folder}/layout_consumer "PROVINCE numeric 2 2\nOWNER alpha 4 20\n" ${ARGN})
 endfunction()

@@ -9,17 +9,17 @@ if(NOT count EQUAL 1)
 endif()
 
 execute_process(COMMAND ${DPKG_DEB} --field ${package} Depends RESULT_VARIABLE status OUTPUT_VARIABLE depends)
-foreach(needed libqt5core5a libqt5gui5 libqt5widgets5 libreadstat1 libstdc\\+\\+6 libc6)
+foreach(needed libqt5core5a libqt5gui5 libqt5widgets5 libreadstat1 libsqlite3-0 libstdc\\+\\+6 libc6)
     if(NOT status EQUAL 0 OR NOT depends MATCHES "${needed}")
         message(FATAL_ERROR "the package does not depend on ${needed}: ${depends}")
     endif()
 endforeach()
 
 must(${DPKG_DEB} --extract ${package} ${SCRATCH}/root)
-foreach(file bin/vanlayout share/man/man1/vanlayout.1 include/model_VanAdmin/import/DataImport.h)
+foreach(file bin/vanlayout share/man/man1/vanlayout.1 include/model_VanAdmin/import/DataImport.h include/vanlayout/read/Reader.h)
     if(NOT EXISTS ${SCRATCH}/root/usr/${file})
         message(FATAL_ERROR "the package has no ${file}")
     endif()
 endforeach()
-# The tool finds the library beside its folder.
-must(${SCRATCH}/root/usr/bin/vanlayout fields ${EXAMPLES}/census.dcf)
+# The tool finds the libraries beside its folder.
+must(${SCRATCH}/root/usr/bin/vanlayout show ${EXAMPLES}/census.dcf)

@@ -2,7 +2,7 @@
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 file(REMOVE_RECURSE ${SCRATCH})
 build_consumer(${SCRATCH}/build -DVAN_FOLDER=${PROJECT_DIR} -DBUILD_TESTING=OFF)
-check_consumer(${SCRATCH}/build/consumer)
+check_consumers(${SCRATCH}/build)
 if(NOT EXISTS ${SCRATCH}/build/van/tools/vanlayout/vanlayout)
     message(FATAL_ERROR "the tool was not built")
 endif()

@@ -6,7 +6,7 @@ set(public TDataImport ReadReport ReadNote KeptObjects TGenericField TVpSourceFi
     TVpLookup ReportLookup DtoReportRunCreation TVpEntity TVpVariable Range ValueLabelElement VarWipChoice Config ConfigDb
     ConfigOptions ConfigEntities ConfigToolsExtend ConfigToolsSplit ConfigWipxToJson Dictionary MetadataDictionary Datasource
     MetadataDataSource MetadataVariables LookupDictionary SelectionTreeUnit StructVariableItem UtilFiles UtilStrings
-    VpErrorManager formatMessage setDecimalAnswer Model_VanAdmin)
+    VpErrorManager formatMessage setDecimalAnswer importFormatOf makeImporter Model_VanAdmin)
 # TStatValueLabel may be used by all; having no operation, it exports nothing.
 set(internal TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro
     numbers textfile TStatValueLabel statistical lookup)

@@ -21,8 +21,8 @@ van_add_package_test(InstalledPackage run.cmake ${package_build} BINARY_DIR=${PR
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/package PKG_CONFIG=${VAN_PKG_CONFIG})
 van_add_package_test(EmbeddedProject embedded.cmake ${package_build} PROJECT_DIR=${PROJECT_SOURCE_DIR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/embedded)
-van_add_package_test(ExampleReader reader.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
-    SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/reader EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
+van_add_package_test(ExamplePrograms reader.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
+    SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/programs EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
 find_program(VAN_DPKG_DEB dpkg-deb)
 find_program(VAN_DPKG_SHLIBDEPS dpkg-shlibdeps)
 if(VAN_DPKG_DEB AND VAN_DPKG_SHLIBDEPS)
@@ -30,6 +30,8 @@ if(VAN_DPKG_DEB AND VAN_DPKG_SHLIBDEPS)
         BINARY_DIR=${PROJECT_BINARY_DIR} SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/deb EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
 endif()
 van_add_package_test(ExportedSymbols symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>)
+van_add_package_test(LayoutSymbols layout-symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:vanlayout_library>
+    LIST=${CMAKE_CURRENT_SOURCE_DIR}/package/layout-symbols.txt)
 van_add_package_test(AccessorSymbols ../model/symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>
     TABLE=${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.txt)
 

@@ -1,15 +1,13 @@
 #include "Layout.h"
 
 #include "InputFile.h"
+#include "statistical/STATADataImport.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 namespace
 {
-
-// As many bytes as tell a type.
-constexpr int headSize = 16;
 
 // Says why a file cannot be read, or finds its type by content.
 QString readingProblem(const QString &fileName, const FileType *&type)
@@ -21,7 +19,7 @@ QString readingProblem(const QString &fileName, const FileType *&type)
     const bool canPeek = QFileInfo(fileName).isFile();
     if (!type) {
         QFile file(fileName);
-        type = &fileTypeOf(canPeek && file.open(QIODevice::ReadOnly) ? file.read(headSize) : QByteArray());
+        type = &fileTypeOf(canPeek && file.open(QIODevice::ReadOnly) ? file.read(importHeadSize) : QByteArray());
     }
     if (!canPeek && !type->canBePiped)
         return QLatin1String(type->title) + QLatin1String(": not read from a pipe");
@@ -31,6 +29,15 @@ QString readingProblem(const QString &fileName, const FileType *&type)
 QString describe(const VpErrorManager &error)
 {
     return QStringLiteral("reading ended in error %1: %2").arg(error.getCode()).arg(error.catalogueMessage());
+}
+
+// Standard output holds the result alone.
+std::unique_ptr<TDataImport> makeImporterFor(const FileType &type, const QString &file)
+{
+    auto importer = makeImporter(type.format, file);
+    if (type.format == ImportFormat::Stata)
+        static_cast<TSTATADataImport &>(*importer).setErrorStream(stderr);
+    return importer;
 }
 
 } // namespace
@@ -44,7 +51,7 @@ Layout readLayout(const QString &file, const FileType *type, ReadReport *report)
     if (!layout.problem.isEmpty())
         return layout;
     try {
-        layout.importer = type->makeImporter(file);
+        layout.importer = makeImporterFor(*type, file);
         layout.importer->setReadReport(report);
         const std::unique_ptr<QStringList> names(layout.importer->selectLayoutSource());
         layout.provider.genericGetFieldsFrom(layout.importer.get());

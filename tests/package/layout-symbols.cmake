@@ -1,0 +1,29 @@
+# Compares the symbols that the library of the exact layout exports with the list of them.
+cmake_minimum_required(VERSION 3.25)
+
+execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE status OUTPUT_VARIABLE output)
+if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${NM} ended with ${status}")
+endif()
+string(REPLACE "[abi:cxx11]" "" output "${output}") # GCC's mark of a result of the standard library
+string(REGEX MATCHALL "[^\n]+" lines "${output}")
+foreach(line IN LISTS lines)
+    string(REGEX REPLACE "^[0-9a-f]+ (.) .*$" "\\1" kind "${line}")
+    string(REGEX REPLACE "^[0-9a-f]+ . " "" symbol "${line}")
+    if(kind MATCHES "[WVu]" OR symbol MATCHES "^_")
+        # inline code that each user of Qt and of the standard library has, and symbols of the compiler
+    else()
+        list(APPEND found "${symbol}")
+    endif()
+endforeach()
+
+file(STRINGS ${LIST} wanted)
+set(missing ${wanted})
+list(REMOVE_ITEM missing ${found})
+set(others ${found})
+list(REMOVE_ITEM others ${wanted})
+if(missing OR others)
+    list(JOIN missing "\n" missing)
+    list(JOIN others "\n" others)
+    message(FATAL_ERROR "listed and not exported:\n${missing}\nexported and not listed:\n${others}")
+endif()
