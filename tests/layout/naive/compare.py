@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
 """Compares what a tool reads with what the naive readers read.
 
-    compare.py TOOL [--corpus DIR] [--random N --seed S] [--without KIND]... [--keep DIR]
+    compare.py TOOL [--corpus DIR [--mutated N]] [--random N] [--seed S] [--without KIND]... [--keep DIR]
     compare.py TOOL --corpus DIR --statistical PLAIN
 
 TOOL is called as `TOOL show --format json FILE...`. With --corpus the dictionaries of DIR/cspro-text and DIR/cspro-json
-are compared, with --random N dictionaries of generate.py. With --statistical the files of DIR/spss, DIR/stata and
-DIR/sas are compared with what the program PLAIN (tests/layout/plain_readstat.c) prints of them. The status is 1 where
-anything differs; each difference is one line on standard output.
+are compared, with --random N dictionaries of generate.py, with --mutated N changed ones of DIR. With
+--statistical the files of DIR/spss, DIR/stata and DIR/sas are compared with what the program PLAIN
+(tests/layout/plain_readstat.c) prints of them. The status is 1 where anything differs; each difference is one line on
+standard output.
 """
 
 import argparse
@@ -28,6 +29,7 @@ from twins import normalised
 
 FILES_A_CALL = 100
 DIFFERENCES_A_FILE = 8
+LARGEST_MUTATED = 100000  # bytes; larger files cost time and show nothing more
 SEVERITIES = ("error", "warning", "info")
 PROBLEM_KEYS = ("severity", "id", "line", "path", "message")
 
@@ -253,6 +255,20 @@ class Comparison:
         for file in files:
             file.unlink()
 
+    def compare_mutated(self, options):
+        originals = sorted((options.corpus).glob("cspro-*/*.dcf"))
+        originals = [file for file in originals if file.stat().st_size < LARGEST_MUTATED]
+        with tempfile.TemporaryDirectory() as folder:
+            for begin in range(0, options.mutated, FILES_A_CALL):
+                files = []
+                for number in range(begin, min(begin + FILES_A_CALL, options.mutated)):
+                    original = originals[number % len(originals)]
+                    files.append(pathlib.Path(folder) / ("mutated-%d-%s" % (number, original.name)))
+                    files[-1].write_bytes(generate.mutated(original.read_bytes(), options.seed, number))
+                self.compare_files("mutated files", files)
+                for file in files:
+                    file.unlink()
+
     def compare_statistical(self, corpus, plain):
         files = sorted(file for folder in ("spss", "stata", "sas") for file in (corpus / folder).glob("*"))
         self.compare_files("statistical files", files, lambda file: plain_layout(plain, file))
@@ -271,6 +287,7 @@ def options_of(arguments):
     parser.add_argument("tool", metavar="TOOL")
     parser.add_argument("--corpus", type=pathlib.Path, metavar="DIR")
     parser.add_argument("--random", type=int, default=0, metavar="N")
+    parser.add_argument("--mutated", type=int, default=0, metavar="N", help="N dictionaries of DIR with changes")
     parser.add_argument("--seed", type=int, default=1, metavar="S")
     parser.add_argument("--without", action="append", default=[], choices=sorted(generate.KINDS), metavar="KIND")
     parser.add_argument("--keep", type=pathlib.Path, metavar="DIR", help="folder for the files that differ")
@@ -278,8 +295,8 @@ def options_of(arguments):
     options = parser.parse_args(arguments)
     if not options.corpus and not options.random:
         parser.error("there is nothing to compare: give --corpus or --random")
-    if options.statistical and not options.corpus:
-        parser.error("--statistical needs --corpus")
+    if (options.statistical or options.mutated) and not options.corpus:
+        parser.error("--statistical and --mutated need --corpus")
     return options
 
 
@@ -292,6 +309,8 @@ def main():
         comparison.compare_corpus(options.corpus)
     if options.random:
         comparison.compare_random(options)
+    if options.mutated:
+        comparison.compare_mutated(options)
     for what, count in comparison.counts.items():
         print("%s: %d" % (what, count))
     return 1 if any(what.endswith("different") for what in comparison.counts) else 0

@@ -326,6 +326,39 @@ class Case:
         self.are_twins = all(KINDS[kind] == "harmless" for kind in self.text_kinds | self.json_kinds)
 
 
+# --- Mutations --------------------------------------------------------------------------------------------------------
+
+
+def mutated(data, seed, number):
+    """A dictionary with a few lines or bytes left out, doubled, moved or changed; the first line stays."""
+    rng = random.Random("mutated/%d/%d" % (seed, number))
+    lines = data.split(b"\n")
+    for _ in range(rng.randint(1, 4)):
+        if len(lines) > 2:
+            mutate(rng, lines)
+    return b"\n".join(lines)
+
+
+def mutate(rng, lines):
+    """One change, in place."""
+    at = rng.randrange(1, len(lines))
+    change = rng.choice(["leave out", "double", "move", "byte", "byte", "word", "cut"])
+    if change == "leave out":
+        del lines[at]
+    elif change == "double":
+        lines.insert(rng.randint(at, len(lines)), lines[at])
+    elif change == "move":
+        lines.insert(rng.randint(1, len(lines) - 1), lines.pop(at))
+    elif change == "cut":
+        lines[at] = lines[at][: rng.randint(0, len(lines[at]))]
+    elif change == "word":
+        lines[at] = lines[at].replace(b"=", rng.choice([b"=x ", b" ", b"=", b"=-"]), 1)
+    else:
+        place = rng.randint(0, len(lines[at]))
+        byte = rng.choice([b"", b"=", b"|", b"'", b'"', b"[", b"\xe9", bytes([rng.randint(32, 126)])])
+        lines[at] = lines[at][:place] + byte + lines[at][place + rng.randint(0, 1) :]
+
+
 def main():
     seed, number, folder = int(sys.argv[1]), int(sys.argv[2]), pathlib.Path(sys.argv[3])
     case = Case(seed, number)

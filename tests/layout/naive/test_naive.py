@@ -210,6 +210,12 @@ class Generator(unittest.TestCase):
             self.assertEqual([], list(compare.differences(normalised(text), normalised(twin))))
             self.assertEqual((None, None), (text.get("extras"), twin.get("extras")))
 
+    def test_mutationIsTheSameForTheSameNumber(self):
+        data = (HERE / "data" / "demo.dcf").read_bytes()
+        self.assertEqual(generate.mutated(data, 1, 2), generate.mutated(data, 1, 2))
+        self.assertEqual(200, sum(generate.mutated(data, 1, number)[:12] == data[:12] for number in range(200)))
+        self.assertGreater(sum(generate.mutated(data, 1, number) != data for number in range(200)), 150)
+
     def test_kindThatIsSwitchedOffDoesNotCome(self):
         for number in range(60):
             case = generate.Case(3, number, ("comments", "changedBytes"))
