@@ -239,7 +239,7 @@ static long lengthOfText(enum Form form, readstat_variable_t *variable)
 {
     long width = (long)readstat_variable_get_storage_width(variable);
     if (form == STATA)
-        return readstat_variable_get_type(variable) == READSTAT_TYPE_STRING_REF ? 0 : width - 1;
+        return width > 0 ? width - 1 : 0; /* a strL has no width */
     if (form == SPSS || form == PORTABLE) {
         const char *format = readstat_variable_get_format(variable);
         const long declared = widthIn(format ? format : "");

@@ -86,12 +86,29 @@ readstat_variable_t *StatFile::text(const char *name, size_t width, const char *
     return variable(name, READSTAT_TYPE_STRING, label, format, labels, width);
 }
 
+readstat_error_t StatFile::begin(std::string &written, int rows)
+{
+    switch (kind) {
+    case por:
+        return readstat_begin_writing_por(writer(), &written, rows);
+    case dta:
+        return readstat_begin_writing_dta(writer(), &written, rows);
+    case sas7bdat:
+        return readstat_begin_writing_sas7bdat(writer(), &written, rows);
+    case sas7bcat:
+        return readstat_begin_writing_sas7bcat(writer(), &written);
+    case xpt:
+        return readstat_begin_writing_xport(writer(), &written, rows);
+    default:
+        return readstat_begin_writing_sav(writer(), &written, rows);
+    }
+}
+
 std::string StatFile::bytes(int rows)
 {
     std::string written;
     must(readstat_set_data_writer(writer(), append));
-    must(kind == dta ? readstat_begin_writing_dta(writer(), &written, rows)
-                     : readstat_begin_writing_sav(writer(), &written, rows));
+    must(begin(written, rows));
     for (int row = 0; row < rows; ++row) {
         must(readstat_begin_row(writer()));
         for (const readstat_variable_t *variable : variables) {

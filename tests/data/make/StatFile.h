@@ -9,14 +9,15 @@
 #include <utility>
 #include <vector>
 
-/// A Stata or SPSS file that is put together and written through ReadStat's writer. The process ends with a message
+/// A Stata, SPSS or SAS file that is put together and written through ReadStat's writer. The process ends with a message
 /// where ReadStat refuses something.
 class StatFile
 {
 public:
-    enum Kind { sav, savOfRows, zsav, dta }; ///< savOfRows: with compressed rows
+    /// savOfRows: with compressed rows; sas7bcat: a catalog of label sets, which has no variables
+    enum Kind { sav, savOfRows, zsav, por, dta, sas7bdat, sas7bcat, xpt };
 
-    /// \a version is that of a Stata file; 0 is the writer's own choice.
+    /// \a version is that of a Stata or SAS file; 0 is the writer's own choice.
     explicit StatFile(Kind fileKind, int version = 0);
 
     readstat_label_set_t *labels(const char *name, std::initializer_list<std::pair<double, const char *>> values);
@@ -40,6 +41,8 @@ public:
     void save(const std::string &path, int rows = 1);
 
 private:
+    readstat_error_t begin(std::string &written, int rows);
+
     std::unique_ptr<readstat_writer_t, void (*)(readstat_writer_t *)> handle;
     Kind kind;
     std::vector<readstat_variable_t *> variables;

@@ -1,0 +1,272 @@
+#include "read/StatFileCollector_p.h"
+
+#include "read/StatFileClock_p.h"
+#include "read/StatFileItem_p.h"
+#include "read/StatFileTexts_p.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace vanlayout::stat
+{
+
+namespace
+{
+
+constexpr qint64 firstUtf8Stata = 118;
+constexpr int mostMessages = 3;
+constexpr int mostReserved = 1 << 14; // items: their number in the head of a file may be wrong
+
+// Bytes of labels and notes that a file of any size may have.
+constexpr qint64 textOfAnyFile = qint64(64) << 20;
+
+// A message of ReadStat as one line of printable characters.
+QString asLine(const char *message)
+{
+    QString line = textOf(message).simplified();
+    std::replace_if(
+        line.begin(), line.end(), [](QChar character) { return !character.isPrint(); },
+        QChar(QChar::ReplacementCharacter));
+    return line;
+}
+
+// A format without its width: the name of a SAS format does not end in a digit.
+std::string withoutWidth(const std::string &format)
+{
+    return format.substr(0, format.find_last_not_of("0123456789.") + 1);
+}
+
+} // namespace
+
+Collector::Collector(const Input &fileInput, Layout &target, Diagnostics &targetDiagnostics)
+    : input(fileInput)
+    , layout(target)
+    , diagnostics(targetDiagnostics)
+    , textLeft(textOfAnyFile)
+{
+}
+
+// Converted to UTF-8, a file's texts have at most four times their bytes. More come from a file whose labels lie one
+// upon the other, where a few megabytes stand for gigabytes.
+void Collector::makeRoomFor(qint64 fileSize)
+{
+    constexpr qint64 textPerByte = 4;
+    textLeft += textPerByte * fileSize;
+}
+
+void Collector::attachTo(readstat_parser_t *parser)
+{
+    readstat_set_metadata_handler(parser, onMetadata);
+    readstat_set_note_handler(parser, onNote);
+    readstat_set_variable_handler(parser, onVariable);
+    readstat_set_fweight_handler(parser, onFweight);
+    readstat_set_value_label_handler(parser, onValueLabel);
+    readstat_set_error_handler(parser, onError);
+}
+
+void Collector::attachCatalogTo(readstat_parser_t *parser)
+{
+    readstat_set_value_label_handler(parser, onValueLabel);
+    readstat_set_error_handler(parser, onError);
+}
+
+// Nothing may be raised through ReadStat, which is written in C.
+template <typename Step> int Collector::run(Step step)
+{
+    try {
+        if (!raised)
+            step();
+    } catch (...) {
+        raised = std::current_exception();
+    }
+    return raised || hasAll ? READSTAT_HANDLER_ABORT : READSTAT_HANDLER_OK;
+}
+
+int Collector::onMetadata(readstat_metadata_t *metadata, void *context)
+{
+    auto *collector = static_cast<Collector *>(context);
+    return collector->run([=] { collector->takeMetadata(metadata); });
+}
+
+int Collector::onNote(int index, const char *note, void *context)
+{
+    auto *collector = static_cast<Collector *>(context);
+    return collector->run([=] { collector->takeNote(index, note); });
+}
+
+int Collector::onVariable(int /*index*/, readstat_variable_t *variable, const char *labelSet, void *context)
+{
+    auto *collector = static_cast<Collector *>(context);
+    return collector->run([=] { collector->takeVariable(*variable, labelSet); });
+}
+
+int Collector::onFweight(readstat_variable_t *variable, void *context)
+{
+    auto *collector = static_cast<Collector *>(context);
+    return collector->run([=] { collector->layout.weight = textOf(variable->name, sizeof(variable->name)); });
+}
+
+int Collector::onValueLabel(const char *labelSet, readstat_value_t value, const char *label, void *context)
+{
+    auto *collector = static_cast<Collector *>(context);
+    const int result = collector->run([&] { collector->takeValueLabel(labelSet, value, label); });
+    // Labels behind the variables, as Stata has them, are not needed any more; in front of them, the variables are.
+    return collector->hasTooMuchText && collector->hasVariables() ? READSTAT_HANDLER_ABORT : result;
+}
+
+void Collector::onError(const char *message, void *context)
+{
+    auto *collector = static_cast<Collector *>(context);
+    collector->run([=] {
+        if (collector->messages.size() < mostMessages)
+            collector->messages.append(asLine(message));
+    });
+}
+
+void Collector::takeMetadata(readstat_metadata_t *metadata)
+{
+    if (metadata->file_format_version != 0)
+        layout.formatVersion = QString::number(metadata->file_format_version);
+    layout.encoding = textOf(metadata->file_encoding).toLower();
+    if (layout.format == Format::Stata && metadata->file_format_version >= firstUtf8Stata)
+        layout.encoding = QStringLiteral("utf-8");
+    layout.name = textOf(metadata->table_name);
+    layout.labels = labelsOf(textOf(metadata->file_label));
+    if (metadata->row_count >= 0)
+        layout.rows = metadata->row_count;
+    layout.created = clockOf(layout.format, metadata->creation_time, input.head);
+    const std::optional<QString> modified = clockOf(layout.format, metadata->modified_time, input.head);
+    if (!(modified == layout.created))
+        layout.modified = modified;
+    announcedVariables = metadata->var_count;
+    items.reserve(int(std::clamp<qint64>(announcedVariables, 0, mostReserved)));
+    // Behind its variables, ReadStat reads all rows of a SAS data set.
+    hasAll = layout.format == Format::Sas && announcedVariables == 0;
+}
+
+void Collector::takeNote(int index, const char *note)
+{
+    const bool isCount = layout.format == Format::Stata && index == 0;
+    if (!isCount && hasRoomFor(note))
+        notes.append(isOldStata() ? textOfOldStata(note) : textOf(note));
+}
+
+void Collector::takeVariable(const readstat_variable_t &variable, const char *labelSet)
+{
+    items.append(itemOf(variable, layout.format));
+    setNames.emplace_back(labelSet ? labelSet : "");
+    if (strnlen(variable.label, sizeof(variable.label)) == sizeof(variable.label) - 1)
+        diagnostics.inform("label-cut",
+                           QStringLiteral("The label is longer than 1023 bytes, and ReadStat cuts it there"),
+                           { 0, pathOf(items.constLast().name) });
+    hasAll = layout.format == Format::Sas && items.size() == announcedVariables;
+}
+
+void Collector::takeValueLabel(const char *labelSet, const readstat_value_t &value, const char *label)
+{
+    const bool isText = readstat_value_type_class(value) == READSTAT_TYPE_CLASS_STRING;
+    if (!hasRoomFor(label) || (isText && !hasRoomFor(value.v.string_value)))
+        return;
+    Value made;
+    made.ranges.append({ codeOf(value), QString() });
+    made.labels = labelsOf(textOf(label));
+    setNamed(labelSet).sets.first().values.append(std::move(made));
+}
+
+bool Collector::hasRoomFor(const char *text)
+{
+    textLeft -= text ? qint64(std::strlen(text)) : 0;
+    hasTooMuchText = textLeft < 0;
+    return !hasTooMuchText;
+}
+
+Collector::LabelSet &Collector::setNamed(const char *name)
+{
+    if (!labelSets.empty() && lastSetName == name)
+        return labelSets[lastSet];
+    lastSetName = name;
+    const auto [place, isNew] = setsByName.emplace(lastSetName, labelSets.size());
+    lastSet = place->second;
+    if (isNew) {
+        ValueSet set;
+        set.name = nameOf(lastSetName);
+        labelSets.push_back({ { std::move(set) }, false });
+    }
+    return labelSets[lastSet];
+}
+
+Collector::LabelSet *Collector::findSet(const std::string &name)
+{
+    auto found = setsByName.find(name);
+    if (found == setsByName.end() && (layout.format == Format::Sas || layout.format == Format::SasXport))
+        found = setsByName.find(withoutWidth(name));
+    return found != setsByName.end() ? &labelSets[found->second] : nullptr;
+}
+
+bool Collector::isOldStata() const
+{
+    return layout.format == Format::Stata && layout.encoding.isEmpty();
+}
+
+QString Collector::nameOf(const std::string &labelSet) const
+{
+    return isOldStata() ? textOfOldStata(labelSet.c_str()) : textOf(labelSet.c_str());
+}
+
+QString Collector::words() const
+{
+    return messages.join(QLatin1String("; "));
+}
+
+void Collector::linkSets()
+{
+    const bool isSas = layout.format == Format::Sas || layout.format == Format::SasXport;
+    for (int i = 0; i < items.size(); ++i) {
+        const std::string &name = setNames[size_t(i)];
+        if (name.empty())
+            continue;
+        if (LabelSet *set = findSet(name)) {
+            set->isUsed = true;
+            items[i].valueSets = set->sets;
+        } else if (!isSas) { // where it is the format, of which there need be no labels
+            diagnostics.addExtra({ 0, pathOf(items.at(i).name) }, QStringLiteral("valueLabels"), nameOf(name));
+        }
+    }
+}
+
+void Collector::reportUnusedSets()
+{
+    for (const LabelSet &set : labelSets) {
+        if (!set.isUsed)
+            diagnostics.addExtra({}, QStringLiteral("valueLabels"), set.sets.constFirst().name);
+    }
+}
+
+void Collector::finish()
+{
+    while (!notes.isEmpty() && notes.constLast().isEmpty())
+        notes.removeLast();
+    layout.note = notes.join(QLatin1Char('\n'));
+    while (layout.note.endsWith(QLatin1Char('\n')))
+        layout.note.chop(1);
+    linkSets();
+    reportUnusedSets();
+    if (hasTooMuchText)
+        diagnostics.warn("too-much-text",
+                         QStringLiteral("The labels and notes have more bytes than the file has room for; further ones "
+                                        "are not kept"));
+    Record record;
+    record.items = std::move(items);
+    Level level;
+    level.records.append(std::move(record));
+    layout.levels.append(std::move(level));
+}
+
+void Collector::rethrow()
+{
+    if (raised)
+        std::rethrow_exception(std::exchange(raised, nullptr));
+}
+
+} // namespace vanlayout::stat

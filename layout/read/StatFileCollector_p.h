@@ -1,0 +1,92 @@
+#ifndef LAYOUT_READ_STATFILECOLLECTOR_P_H
+#define LAYOUT_READ_STATFILECOLLECTOR_P_H
+
+#include "read/Formats_p.h"
+
+#include <readstat.h>
+
+#include <exception>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace vanlayout::stat
+{
+
+/// Takes what ReadStat hands over in one parse, in any order, and makes the layout from it.
+///
+/// What is raised within a handler ends the parse and is raised again by finish().
+class Collector
+{
+public:
+    Collector(const Input &input, Layout &layout, Diagnostics &diagnostics);
+
+    /// Lets in the texts that a file of this size can hold.
+    void makeRoomFor(qint64 fileSize);
+
+    /// Has the parser call this object, which must outlive the parse.
+    void attachTo(readstat_parser_t *parser);
+    /// Has a catalog's parser hand over its label sets, to be used by their names as formats.
+    void attachCatalogTo(readstat_parser_t *parser);
+
+    bool hasVariables() const { return !items.isEmpty(); }
+    /// Whether the collector ends the parse, as nothing more is needed from it.
+    bool hasEndedParse() const { return hasAll || hasTooMuchText; }
+    /// What the error handler was told, as one line; empty where it was not called.
+    QString words() const;
+    void forgetWords() { messages.clear(); }
+
+    /// Puts everything into the layout.
+    void finish();
+    /// Raises what was raised within a handler.
+    void rethrow();
+
+private:
+    struct LabelSet {
+        QVector<ValueSet> sets; ///< one set, as each item with it shares it
+        bool isUsed = false;
+    };
+
+    static int onMetadata(readstat_metadata_t *metadata, void *context);
+    static int onNote(int index, const char *note, void *context);
+    static int onVariable(int index, readstat_variable_t *variable, const char *labelSet, void *context);
+    static int onFweight(readstat_variable_t *variable, void *context);
+    static int onValueLabel(const char *labelSet, readstat_value_t value, const char *label, void *context);
+    static void onError(const char *message, void *context);
+    template <typename Step> int run(Step step);
+
+    void takeMetadata(readstat_metadata_t *metadata);
+    void takeNote(int index, const char *note);
+    void takeVariable(const readstat_variable_t &variable, const char *labelSet);
+    void takeValueLabel(const char *labelSet, const readstat_value_t &value, const char *label);
+
+    bool hasRoomFor(const char *text);
+    LabelSet &setNamed(const char *name);
+    LabelSet *findSet(const std::string &name);
+    void linkSets();
+    void reportUnusedSets();
+    bool isOldStata() const;
+    /// The name of a label set as a text.
+    QString nameOf(const std::string &labelSet) const;
+
+    const Input &input;
+    Layout &layout;
+    Diagnostics &diagnostics;
+    QVector<Item> items;
+    std::vector<std::string> setNames; ///< of each item's label set; empty for none
+    QStringList notes;
+    std::vector<LabelSet> labelSets;          ///< in the order of the file
+    std::map<std::string, size_t> setsByName; ///< ordered, so that no names make it slow
+    size_t lastSet = 0;                       ///< the labels of a set follow each other
+    std::string lastSetName;
+    QStringList messages;
+    qint64 textLeft; ///< bytes of labels and notes that are still let in
+    bool hasTooMuchText = false;
+    bool hasAll = false;
+    qint64 announcedVariables = 0;
+    std::exception_ptr raised;
+};
+
+} // namespace vanlayout::stat
+
+#endif
