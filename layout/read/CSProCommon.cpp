@@ -96,6 +96,15 @@ std::optional<QString> itemTypeOf(QStringView word)
     return wordIn(itemTypes, word);
 }
 
+QString lowerCased(QString word)
+{
+    for (QChar &letter : word) {
+        if (letter >= QLatin1Char('A') && letter <= QLatin1Char('Z'))
+            letter = QChar(letter.unicode() - 'A' + 'a');
+    }
+    return word;
+}
+
 std::optional<QString> captureTypeOf(QStringView word)
 {
     if (isSameWord(word, QLatin1String("unspecified")))
@@ -108,7 +117,7 @@ QString linkItemOf(const QString &text)
     return isSameWord(text, QLatin1String("(occurrence)")) ? QString() : text;
 }
 
-void shareLinkedValues(Layout &layout)
+void shareLinkedValues(Layout &layout, Diagnostics &diagnostics)
 {
     QHash<QString, QVector<Value>> fullest;
     forEachLinkedSet(layout, [&](ValueSet &set) {
@@ -116,10 +125,20 @@ void shareLinkedValues(Layout &layout)
         if (set.values.size() > values.size())
             values = set.values;
     });
+    qint64 count = 0;
     forEachLinkedSet(layout, [&](ValueSet &set) {
-        if (set.values.isEmpty())
-            set.values = fullest.value(set.link);
+        if (!set.values.isEmpty() || count > maxLinkedValues)
+            return;
+        const QVector<Value> values = fullest.value(set.link);
+        count += values.size();
+        if (count <= maxLinkedValues)
+            set.values = values;
     });
+    if (count > maxLinkedValues)
+        diagnostics.warn("too-many-linked-values",
+                         QStringLiteral("the value sets with a Link have more than %1 values; the sets after that are "
+                                        "without values")
+                             .arg(maxLinkedValues));
 }
 
 QString idsName()

@@ -1,7 +1,7 @@
 #ifndef LAYOUT_READ_CSPROCOMMON_P_H
 #define LAYOUT_READ_CSPROCOMMON_P_H
 
-#include "model/Layout.h"
+#include "read/Diagnostics_p.h"
 
 #include <QStringView>
 
@@ -28,6 +28,8 @@ std::optional<Special> specialOf(QStringView word);
 /// A type of item in the spelling of the JSON form of the layout: "numeric", "alpha", "document", "audio", "image",
 /// "geometry".
 std::optional<QString> itemTypeOf(QStringView word);
+/// \a word with small letters in place of A to Z: the type of an item whose word CSPro does not know.
+QString lowerCased(QString word);
 /// A capture type in CSPro 8's spelling, such as "radioButton"; the empty text for "unspecified", which is no capture.
 std::optional<QString> captureTypeOf(QStringView word);
 
@@ -36,7 +38,11 @@ QString linkItemOf(const QString &text);
 
 /// Gives each value set that has a link and no values the values of the fullest set with that link, the first in the
 /// order of the file where several are equally full. Sets with values of their own keep them.
-void shareLinkedValues(Layout &layout);
+///
+/// The list is in memory once, but whoever prints the layout has it in each set. So not more than `maxLinkedValues`
+/// are handed out in sum; the sets after that stay empty, with one warning.
+void shareLinkedValues(Layout &layout, Diagnostics &diagnostics);
+constexpr int maxLinkedValues = 4'000'000;
 
 /// Name of the ids in a path.
 QString idsName();

@@ -21,6 +21,7 @@ const std::vector<FileFormat> &fileFormats()
 {
     static const std::vector<FileFormat> formats = {
         {isStatFile, readStatFile},
+        {isCSProText, readCSProText},
     };
     return formats;
 }

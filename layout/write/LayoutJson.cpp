@@ -125,12 +125,17 @@ private:
             fullList(key, entries, members);
     }
 
-    void writeLabels(const Labels &labels)
+    void writeAllLabels(const Labels &labels)
     {
-        list("labels", labels.parts, [&](const Label &part) {
+        fullList("labels", labels.parts, [&](const Label &part) {
             optionalText("language", part.language);
             text("text", part.text);
         });
+    }
+    void writeLabels(const Labels &labels)
+    {
+        if (!labels.isEmpty())
+            writeAllLabels(labels);
     }
     void writeAliases(const QStringList &aliases)
     {
@@ -153,7 +158,7 @@ private:
     {
         list("occurrenceLabels", labels, [&](const OccurrenceLabel &label) {
             integer("occurrence", label.occurrence);
-            writeLabels(label.labels);
+            writeAllLabels(label.labels);
         });
     }
     void writeRange(const Range &range)

@@ -23,6 +23,13 @@ ValueSet setOf(const QString &link, int values)
     return set;
 }
 
+QVector<Problem> shareLinkedValues(Layout &layout)
+{
+    Diagnostics diagnostics(layout);
+    cspro::shareLinkedValues(layout, diagnostics);
+    return layout.problems;
+}
+
 Item itemWith(const QVector<ValueSet> &sets)
 {
     Item item;
@@ -46,6 +53,7 @@ private slots:
     void occurrenceIsNoItemOfARelation();
     void setsWithoutValuesGetThoseOfTheFullestSetWithTheirLink();
     void setsWithoutALinkShareNothing();
+    void linkedValuesAreBounded();
     void pathsAreNamesWithSlashes();
 };
 
@@ -97,6 +105,7 @@ void CSProCommonTest::itemTypesAreKnownInAnyCase()
         QCOMPARE(cspro::itemTypeOf(QString(word).toUpper()), QString(word));
     }
     QVERIFY(!cspro::itemTypeOf(u"number"));
+    QCOMPARE(cspro::lowerCased(QString::fromUtf8("AzZÉ[")), QString::fromUtf8("azzÉ["));
 }
 
 void CSProCommonTest::captureTypesHaveTheSpellingOfCSPro8()
@@ -126,7 +135,7 @@ void CSProCommonTest::setsWithoutValuesGetThoseOfTheFullestSetWithTheirLink()
     record.items.append(itemWith({ setOf("1", 3) }));
     level.records = { record };
     layout.levels = { level };
-    cspro::shareLinkedValues(layout);
+    shareLinkedValues(layout);
     const QVector<Item> &items = layout.levels.at(0).records.at(0).items;
     const QVector<Value> &fullest = items.at(1).valueSets.at(0).values;
     QCOMPARE(layout.levels.at(0).ids.at(0).valueSets.at(0).values, fullest);
@@ -144,8 +153,31 @@ void CSProCommonTest::setsWithoutALinkShareNothing()
     Level level;
     level.ids = { itemWith({ setOf("", 2), setOf("", 0) }) };
     layout.levels = { level };
-    cspro::shareLinkedValues(layout);
+    shareLinkedValues(layout);
     QVERIFY(layout.levels.at(0).ids.at(0).valueSets.at(1).values.isEmpty());
+}
+
+void CSProCommonTest::linkedValuesAreBounded()
+{
+    constexpr int size = 1'000;
+    constexpr int fits = cspro::maxLinkedValues / size;
+    Layout layout;
+    Level level;
+    level.ids = { itemWith({ setOf("1", size) }) };
+    level.ids.resize(1 + fits);
+    for (int index = 1; index <= fits; ++index)
+        level.ids[index].valueSets = { setOf("1", 0) };
+    layout.levels = { level };
+    Layout larger = layout;
+    QVERIFY(shareLinkedValues(layout).isEmpty());
+    QCOMPARE(layout.levels.at(0).ids.last().valueSets.at(0).values.size(), size);
+
+    larger.levels[0].ids.append(itemWith({ setOf("1", 0) }));
+    const QVector<Problem> problems = shareLinkedValues(larger);
+    QCOMPARE(problems.size(), 1);
+    QCOMPARE(problems.at(0).id, QString("too-many-linked-values"));
+    QCOMPARE(larger.levels.at(0).ids.at(fits).valueSets.at(0).values.size(), size);
+    QVERIFY(larger.levels.at(0).ids.last().valueSets.at(0).values.isEmpty());
 }
 
 void CSProCommonTest::pathsAreNamesWithSlashes()

@@ -34,6 +34,7 @@ private slots:
     void defaultsAreLeftOut();
     void everyKeyHasItsPlace();
     void absentKeysArePrintedWithWhateverValueIsStated();
+    void labelsOfAnOccurrenceAreAlwaysPrinted();
     void prettyFormIsIndentedByTwo();
     void errorHasFileIdMessageAndLine();
     void aDeviceThatIsFullIsReported();
@@ -175,6 +176,17 @@ void LayoutJsonTest::absentKeysArePrintedWithWhateverValueIsStated()
     QVERIFY(json.contains("\"security\":{\"settings\":\"\",\"allowDataViewerModifications\":false,"
                           "\"cachedPasswordMinutes\":0}"));
     QVERIFY(json.contains("\"valueSetImages\":\"\",\"created\":\"\""));
+}
+
+void LayoutJsonTest::labelsOfAnOccurrenceAreAlwaysPrinted()
+{
+    Record record;
+    record.occurrenceLabels = { { 2, Labels() } };
+    Level level;
+    level.records = { record };
+    Layout layout;
+    layout.levels = { level };
+    QVERIFY(jsonOf(layout).contains("\"occurrenceLabels\":[{\"occurrence\":2,\"labels\":[]}]"));
 }
 
 void LayoutJsonTest::prettyFormIsIndentedByTwo()

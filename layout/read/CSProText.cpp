@@ -1,0 +1,163 @@
+#include "read/CSProTextReader_p.h"
+
+#include "read/CSProCommon_p.h"
+#include "read/Formats_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+using namespace csprotext;
+
+CSProTextReader::CSProTextReader(Layout &target, Diagnostics &targetDiagnostics)
+    : layout(target)
+    , diagnostics(targetDiagnostics)
+{
+}
+
+void CSProTextReader::read(const QByteArray &bytes)
+{
+    const CSProTextContent content = decodeCSProText(bytes);
+    layout.format = Format::CSProText;
+    layout.encoding = content.encoding;
+    for (const int line : content.damagedLines)
+        warn("bad-bytes", QStringLiteral("the line has bytes that stand for no character; U+FFFD is in their place"),
+             line);
+    firstProblem = layout.problems.size();
+    CSProTextLines lines(content.text());
+    Statement statement;
+    while (lines.next(statement))
+        readStatement(statement);
+    leaveSection();
+    finish();
+}
+
+void CSProTextReader::readStatement(const Statement &statement)
+{
+    if (statement.isSection())
+        beginSection(statement);
+    else
+        readKey(statement);
+}
+
+void CSProTextReader::finish()
+{
+    if (!hasDictionary) {
+        diagnostics.fail("no-dictionary",
+                         QStringLiteral("the file has no section [Dictionary], so it is no CSPro dictionary"));
+        return;
+    }
+    layout.note = cspro::cleanNote(layout.note);
+    checkPartCount(layout.labels.parts.size(), dictionaryLabelLine);
+    checkLevels();
+    cspro::shareLinkedValues(layout, diagnostics);
+    const auto isBefore = [](const auto &left, const auto &right) { return left.line < right.line; };
+    std::stable_sort(layout.problems.begin(), layout.problems.end(), isBefore);
+    std::stable_sort(layout.extras.begin(), layout.extras.end(), isBefore);
+}
+
+// An empty value is none.
+bool CSProTextReader::isStated(std::string_view name) const
+{
+    const auto key = std::find_if(section->keys.begin(), section->keys.end(),
+                                  [name](const Key &candidate) { return candidate.name == name; });
+    return key != section->keys.end() && !stated[size_t(key - section->keys.begin())].value.empty();
+}
+
+void CSProTextReader::requireKey(std::string_view key, const char *id, const QString &message)
+{
+    if (!isStated(key))
+        warn(id, message, sectionLine);
+}
+
+void CSProTextReader::finishNote()
+{
+    if (!named.note->isEmpty())
+        *named.note = cspro::cleanNote(*named.note);
+}
+
+void CSProTextReader::checkOccurrenceLabels(int occurrences)
+{
+    for (size_t index = 0; index < occurrenceLines.size(); ++index) {
+        const int occurrence = named.occurrenceLabels->at(int(index)).occurrence;
+        if (occurrences <= 1 || occurrence > occurrences)
+            warn("label-without-occurrence",
+                 QStringLiteral("the label is for occurrence %1, but the maximum is %2; CSPro leaves it out")
+                     .arg(occurrence)
+                     .arg(occurrences),
+                 occurrenceLines[index]);
+    }
+    occurrenceLines.clear();
+}
+
+void CSProTextReader::finishSubitem()
+{
+    if (!item->isSubitem) {
+        holder = item->name;
+        hasHolder = true;
+    } else if (hasHolder) {
+        item->subitemOf = holder;
+    } else {
+        warn("subitem-without-item", QStringLiteral("there is no item before the subitem"), sectionLine);
+    }
+}
+
+void CSProTextReader::checkLevels()
+{
+    if (layout.levels.isEmpty())
+        diagnostics.warn("no-level", QStringLiteral("the dictionary has no [Level]"));
+    for (int index = 0; index < layout.levels.size(); ++index) {
+        const Level &each = qAsConst(layout).levels.at(index);
+        if (each.ids.isEmpty())
+            diagnostics.warn("level-without-ids",
+                             QStringLiteral("the level has no id item; CSPro leaves it out with its records"),
+                             { levelLines[size_t(index)], each.name });
+    }
+}
+
+void CSProTextReader::warn(const char *id, const QString &message, int line)
+{
+    diagnostics.warn(id, message, { line, QString() });
+}
+
+void CSProTextReader::inform(const char *id, const QString &message, int line)
+{
+    diagnostics.inform(id, message, { line, QString() });
+}
+
+namespace
+{
+
+// A mark, and white space; both are left out.
+bool beginsWithBracket(const QByteArray &head)
+{
+    const CSProTextContent content = decodeCSProText(head);
+    const std::string_view text = content.text();
+    const size_t first = text.find_first_not_of(" \t\n\v\f\r");
+    return first != std::string_view::npos && text[first] == '[';
+}
+
+} // namespace
+
+bool isCSProText(const QByteArray &head)
+{
+    return beginsWithBracket(head);
+}
+
+void readCSProText(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)
+{
+    CSProTextReader(layout, diagnostics).read(bytes);
+}
+
+void readCSProText(Input &input, Layout &layout, Diagnostics &diagnostics)
+{
+    QString problem;
+    const QByteArray bytes = readAllOf(input.device, problem);
+    if (problem.isEmpty())
+        readCSProText(bytes, layout, diagnostics);
+    else
+        diagnostics.fail("cannot-read", problem);
+}
+
+} // namespace vanlayout

@@ -1,0 +1,72 @@
+#ifndef LAYOUT_READ_CSPROTEXTLINES_P_H
+#define LAYOUT_READ_CSPROTEXTLINES_P_H
+
+#include <QByteArray>
+#include <QString>
+
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vanlayout
+{
+
+/// The content of a dictionary in text form as well-formed UTF-8, without a byte-order mark.
+struct CSProTextContent {
+    QString encoding; ///< of the file: "utf-8", "utf-16le", "utf-16be", "windows-1252"
+    QByteArray bytes; ///< shared with the file's where these are well-formed UTF-8
+    int begin = 0;    ///< index of the first character
+    /// Numbers of the lines with bytes that stand for no character; U+FFFD is in their place.
+    std::vector<int> damagedLines;
+
+    std::string_view text() const { return { bytes.constData() + begin, size_t(bytes.size() - begin) }; }
+};
+
+/// Decodes a file. A mark decides on UTF-8 or UTF-16. Without one the text is UTF-8 if all of it is well-formed UTF-8,
+/// else Windows-1252; never the encoding of the locale.
+CSProTextContent decodeCSProText(const QByteArray &bytes);
+
+/// One line of the text form that says something: `key=value`, or a section, whose key begins with `[`.
+struct Statement {
+    std::string_view key;
+    std::string_view value;
+    int line = 0; ///< where it begins, from 1
+    bool hasEqualsSign = false;
+
+    bool isSection() const { return !key.empty() && key.front() == '['; }
+};
+
+/// Cuts a text into its statements. All views stay valid as long as this object and the text.
+///
+/// In this order: a line of two or more characters whose last one is `&` goes on with the next line; white space is cut
+/// at both ends; empty lines and lines that begin with `.` are left out; the first `=` parts key and value, and white
+/// space around it belongs to neither.
+class CSProTextLines
+{
+public:
+    explicit CSProTextLines(std::string_view content)
+        : text(content)
+    {
+    }
+
+    /// Sets \a statement to the next one; false at the end of the text.
+    bool next(Statement &statement);
+
+private:
+    bool isAtEnd() const { return position >= text.size(); }
+    std::string_view readLine();
+    std::string_view readContinuedLine();
+
+    std::string_view text;
+    size_t position = 0;
+    int line = 0; ///< number of the line that was read last
+    std::deque<std::string> continuedLines;
+};
+
+/// Whether keys, sections or words of the text form are the same: without regard to the case of ASCII letters.
+bool isSameKey(std::string_view left, std::string_view right);
+
+} // namespace vanlayout
+
+#endif

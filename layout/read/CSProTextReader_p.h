@@ -1,0 +1,193 @@
+#ifndef LAYOUT_READ_CSPROTEXTREADER_P_H
+#define LAYOUT_READ_CSPROTEXTREADER_P_H
+
+#include "read/CSProTextLines_p.h"
+#include "read/CSProTextValues_p.h"
+#include "read/Diagnostics_p.h"
+
+#include <vector>
+
+namespace vanlayout
+{
+
+/// Reads a CSPro dictionary in text form, statement by statement.
+///
+/// A section has a row in the table `sections()`: its name, its keys, and what is done where it begins and ends. The
+/// lines that belong to one value are a section of their own, which each `Value` begins. An element is put into the
+/// layout where its section begins. Its problems and extra entries get their path where the section ends, because the
+/// name may come late.
+///
+/// A key that is not in the table of its section goes to `Layout::extras`; so does a section that is unknown or has no
+/// place where it is: one entry for its line, with the key `[Foo]`, and one for each of its keys.
+class CSProTextReader
+{
+public:
+    CSProTextReader(Layout &target, Diagnostics &targetDiagnostics);
+
+    void read(const QByteArray &bytes);
+
+private:
+    /// Which of several equal keys in one section counts. All of them do in a list.
+    enum class Counts { First, Last, All };
+
+    struct Key {
+        std::string_view name;
+        Counts counts;
+        void (*read)(CSProTextReader &reader, const Statement &statement);
+    };
+    using Keys = std::vector<Key>;
+
+    struct Section {
+        std::string_view name;
+        const Keys &keys;
+        bool (CSProTextReader::*begin)(); ///< false if the section has no place here
+        void (CSProTextReader::*end)();
+        QString (CSProTextReader::*path)() const; ///< of the element that the section is about
+    };
+
+    /// Where the members are that named elements have in common.
+    struct Named {
+        QString *name = nullptr;
+        Labels *labels = nullptr;
+        QString *note = nullptr;
+        QStringList *aliases = nullptr;
+        QVector<OccurrenceLabel> *occurrenceLabels = nullptr;
+    };
+
+    static const Keys &dictionaryKeys();
+    static const Keys &noKeys();
+    static const Keys &levelKeys();
+    static const Keys &recordKeys();
+    static const Keys &itemKeys();
+    static const Keys &valueSetKeys();
+    static const Keys &valueKeys();
+    static const Keys &relationKeys();
+    static const std::vector<Section> &sections();
+    static const Section &valueSection();
+    static const Section *findSection(std::string_view name);
+
+    void readStatement(const Statement &statement);
+    void finish();
+
+    // Sections
+    void beginSection(const Statement &statement);
+    void enter(const Section *next, int line);
+    void leave();
+    void leaveSection();
+    void keepSection(const Statement &statement, const Section *known);
+    void nameFindings(int problem, int extra);
+    template <typename Element> void setNamed(Element &element);
+    void requireLevel();
+    bool beginNoEdit();
+    bool beginDictionary();
+    bool beginLanguages();
+    bool beginLevel();
+    bool beginIdItems();
+    bool beginRecord();
+    bool beginItem();
+    bool beginValueSet();
+    bool beginRelation();
+    void endNothing();
+    void endDictionary();
+    void endLanguages();
+    void endLevel();
+    void endRecord();
+    void endItem();
+    void endValueSet();
+    void endValue();
+    void endRelation();
+    QString pathOfFile() const;
+    QString pathOfLevel() const;
+    QString pathOfIds() const;
+    QString pathOfRecord() const;
+    QString pathOfItem() const;
+    QString pathOfValueSet() const;
+    QString pathOfValue() const;
+    QString pathOfRelation() const;
+
+    // Keys
+    void readKey(const Statement &statement);
+    void readKnownKey(const Key &key, const Statement &statement);
+    void readLanguage(const Statement &statement);
+    void keepUnknownKey(const Statement &statement);
+    void keepBadOccurrence(const Statement &statement);
+    void keep(const QString &key, const Statement &statement);
+    void keepRepeated(const Statement &statement);
+    int numberIn(const Statement &statement);
+    bool yesOrNoIn(const Statement &statement);
+    Labels labelsIn(std::string_view text, int line);
+    void checkPartCount(int parts, int line);
+    static QString textIn(const Statement &statement);
+    static void readName(CSProTextReader &reader, const Statement &statement);
+    static void readLabel(CSProTextReader &reader, const Statement &statement);
+    static void readAlias(CSProTextReader &reader, const Statement &statement);
+    static void readNote(CSProTextReader &reader, const Statement &statement);
+    static void readOccurrenceLabel(CSProTextReader &reader, const Statement &statement);
+    void readVersion(const Statement &statement);
+    void readPositions(const Statement &statement);
+    RecordTypeColumns &recordTypeColumns();
+    void readItemType(const Statement &statement);
+    void readDataType(const Statement &statement);
+    void readCaptureType(const Statement &statement);
+    void readCaptureDateFormat(const Statement &statement);
+    void readValue(const Statement &statement);
+    void readSpecial(const Statement &statement);
+    void readRelationLabel(const Statement &statement);
+    void readPrimaryLink(const Statement &statement);
+    void readSecondary(const Statement &statement);
+    void readSecondaryLink(const Statement &statement);
+    void readLinkItem(const Statement &statement, QString RelationLink::*item, bool &isRead);
+    void openLink();
+
+    // Checks
+    bool isStated(std::string_view key) const;
+    void requireKey(std::string_view key, const char *id, const QString &message);
+    void finishNote();
+    void checkOccurrenceLabels(int occurrences);
+    void finishSubitem();
+    void nameLanguages();
+    void checkLevels();
+    void warn(const char *id, const QString &message, int line);
+    void inform(const char *id, const QString &message, int line);
+
+    Layout &layout;
+    Diagnostics &diagnostics;
+
+    const Section *section = nullptr; ///< null within one that is kept in the extras
+    int sectionLine = 0;
+    std::vector<Statement> stated; ///< for each key of the section the statement that counts; its line is 0 for none
+    int firstProblem = 0;          ///< of the section, in the lists of the layout
+    int firstExtra = 0;
+
+    bool hasDictionary = false;
+    std::vector<Statement> dictionaryStatements; ///< as `stated`, for a [Dictionary] that goes on
+    bool areLanguagesRead = false;
+    int dictionaryLabelLine = 0;
+    std::vector<int> levelLines;
+
+    // The open elements. Each is in the layout, in a list that does not grow while the element is open.
+    Named named;
+    Level *level = nullptr;
+    Record *record = nullptr;
+    QVector<Item> *items = nullptr; ///< where the next item goes: to the ids of the level, or to the record
+    QString holder;                 ///< name of the last of these items that is no subitem
+    bool hasHolder = false;
+    Item *item = nullptr;
+    int itemLevel = 0;  ///< index of the level of the open item
+    int itemRecord = 0; ///< index of its record there; -1 for the ids
+    ValueSet *set = nullptr;
+    std::vector<Value> values; ///< of the open set
+    bool areCodesNumbers = true;
+    std::vector<int> occurrenceLines; ///< of the labels of occurrences of the open element
+    Relation *relation = nullptr;
+    bool hasPrimaryLink = false; ///< of the last link of the relation
+    bool hasSecondary = false;
+    bool hasSecondaryLink = false;
+
+    csprotext::MadeOnce<csprotext::Codes> codes;
+    csprotext::MadeOnce<Labels> labels;
+};
+
+} // namespace vanlayout
+
+#endif

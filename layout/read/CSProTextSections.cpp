@@ -1,0 +1,374 @@
+#include "read/CSProTextReader_p.h"
+
+#include "read/CSProCommon_p.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vanlayout
+{
+
+using namespace csprotext;
+
+namespace
+{
+
+// Calls visit with each label within the elements.
+template <typename Visit> void visitLabels(QVector<OccurrenceLabel> &labels, Visit visit)
+{
+    for (OccurrenceLabel &label : labels)
+        visit(label.labels);
+}
+
+template <typename Visit> void visitLabels(ValueSet &set, Visit visit)
+{
+    visit(set.labels);
+    for (Value &value : set.values)
+        visit(value.labels);
+}
+
+template <typename Visit> void visitLabels(QVector<Item> &items, Visit visit)
+{
+    for (Item &item : items) {
+        visit(item.labels);
+        visitLabels(item.occurrenceLabels, visit);
+        for (ValueSet &set : item.valueSets)
+            visitLabels(set, visit);
+    }
+}
+
+template <typename Visit> void visitLabels(Level &level, Visit visit)
+{
+    visit(level.labels);
+    visitLabels(level.ids, visit);
+    for (Record &record : level.records) {
+        visit(record.labels);
+        visitLabels(record.occurrenceLabels, visit);
+        visitLabels(record.items, visit);
+    }
+}
+
+// One entry at the end of the list.
+template <typename Element> Element &addedTo(QVector<Element> &list)
+{
+    list.append(Element());
+    return list.last();
+}
+
+} // namespace
+
+// clang-format off
+const std::vector<CSProTextReader::Section> &CSProTextReader::sections()
+{
+    using Reader = CSProTextReader;
+    static const std::vector<Section> rows = {
+        { "[Item]",       itemKeys(),       &Reader::beginItem,       &Reader::endItem,       &Reader::pathOfItem },
+        { "[ValueSet]",   valueSetKeys(),   &Reader::beginValueSet,   &Reader::endValueSet,   &Reader::pathOfValueSet },
+        { "[Record]",     recordKeys(),     &Reader::beginRecord,     &Reader::endRecord,     &Reader::pathOfRecord },
+        { "[IdItems]",    noKeys(),         &Reader::beginIdItems,    &Reader::endNothing,    &Reader::pathOfIds },
+        { "[Level]",      levelKeys(),      &Reader::beginLevel,      &Reader::endLevel,      &Reader::pathOfLevel },
+        { "[Dictionary]", dictionaryKeys(), &Reader::beginDictionary, &Reader::endDictionary, &Reader::pathOfFile },
+        { "[Languages]",  noKeys(),         &Reader::beginLanguages,  &Reader::endLanguages,  &Reader::pathOfFile },
+        { "[Relation]",   relationKeys(),   &Reader::beginRelation,   &Reader::endRelation,   &Reader::pathOfRelation },
+        { "[NoEdit]",     noKeys(),         &Reader::beginNoEdit,     &Reader::endNothing,    &Reader::pathOfFile },
+    };
+    return rows;
+}
+
+// Begun by a key, not by a name.
+const CSProTextReader::Section &CSProTextReader::valueSection()
+{
+    using Reader = CSProTextReader;
+    static const Section row = { "", valueKeys(), nullptr, &Reader::endValue, &Reader::pathOfValue };
+    return row;
+}
+// clang-format on
+
+const CSProTextReader::Section *CSProTextReader::findSection(std::string_view name)
+{
+    const auto found = std::find_if(sections().begin(), sections().end(),
+                                    [name](const Section &row) { return isSameKey(row.name, name); });
+    return found != sections().end() ? &*found : nullptr;
+}
+
+void CSProTextReader::beginSection(const Statement &statement)
+{
+    leaveSection();
+    const Section *known = findSection(statement.key);
+    enter(known, statement.line);
+    if (!known || !(this->*known->begin)())
+        keepSection(statement, known);
+    else if (!statement.value.empty())
+        keepUnknownKey(statement);
+}
+
+void CSProTextReader::enter(const Section *next, int line)
+{
+    section = next;
+    sectionLine = line;
+    stated.assign(next ? next->keys.size() : 0, Statement());
+}
+
+// Ends a section or the part of one that a value is.
+void CSProTextReader::leave()
+{
+    const int problem = std::exchange(firstProblem, layout.problems.size());
+    const int extra = std::exchange(firstExtra, layout.extras.size());
+    if (!section)
+        return;
+    (this->*section->end)();
+    nameFindings(problem, extra);
+    firstProblem = layout.problems.size();
+    firstExtra = layout.extras.size();
+}
+
+void CSProTextReader::leaveSection()
+{
+    leave();
+    if (values.empty())
+        return;
+    set->values.reserve(int(values.size()));
+    for (Value &value : values)
+        set->values.append(std::move(value));
+    values.clear();
+}
+
+void CSProTextReader::keepSection(const Statement &statement, const Section *known)
+{
+    section = nullptr;
+    keep(textOf(statement.key), statement);
+    const QString problem = known ? QStringLiteral("has no place here") : QStringLiteral("is unknown");
+    warn(known ? "misplaced-section" : "unknown-section",
+         QStringLiteral("the section %1 %2; its lines are kept as they are").arg(shown(statement.key), problem),
+         statement.line);
+}
+
+void CSProTextReader::nameFindings(int problem, int extra)
+{
+    if (problem == layout.problems.size() && extra == layout.extras.size())
+        return;
+    const QString path = (this->*section->path)();
+    std::for_each(layout.problems.begin() + problem, layout.problems.end(), [&](Problem &entry) { entry.path = path; });
+    std::for_each(layout.extras.begin() + extra, layout.extras.end(), [&](Extra &entry) { entry.path = path; });
+}
+
+template <typename Element> void CSProTextReader::setNamed(Element &element)
+{
+    named = { &element.name, &element.labels, &element.note, &element.aliases, nullptr };
+}
+
+// What comes before the first level is put into one without a name.
+void CSProTextReader::requireLevel()
+{
+    if (level)
+        return;
+    beginLevel();
+    warn("no-level-yet", QStringLiteral("there is no [Level] before this section; it is put into one without a name"),
+         sectionLine);
+}
+
+bool CSProTextReader::beginNoEdit()
+{
+    layout.editable = false;
+    return true;
+}
+
+bool CSProTextReader::beginDictionary()
+{
+    setNamed(layout);
+    if (hasDictionary)
+        warn("repeated-section", QStringLiteral("[Dictionary] comes more than once; it is read as one section"),
+             sectionLine);
+    if (hasDictionary)
+        stated = dictionaryStatements;
+    hasDictionary = true;
+    return true;
+}
+
+bool CSProTextReader::beginLanguages()
+{
+    if (!areLanguagesRead && level)
+        warn("languages-behind-level", QStringLiteral("[Languages] comes behind [Level]; move it before the first one"),
+             sectionLine);
+    return !std::exchange(areLanguagesRead, true);
+}
+
+bool CSProTextReader::beginLevel()
+{
+    level = &addedTo(layout.levels);
+    levelLines.push_back(sectionLine);
+    setNamed(*level);
+    return beginIdItems();
+}
+
+// Items that follow a level at once are ids, too.
+bool CSProTextReader::beginIdItems()
+{
+    requireLevel();
+    record = nullptr;
+    items = &level->ids;
+    hasHolder = false;
+    return true;
+}
+
+bool CSProTextReader::beginRecord()
+{
+    requireLevel();
+    record = &addedTo(level->records);
+    items = &record->items;
+    hasHolder = false;
+    setNamed(*record);
+    named.occurrenceLabels = &record->occurrenceLabels;
+    return true;
+}
+
+bool CSProTextReader::beginItem()
+{
+    requireLevel();
+    item = &addedTo(*items);
+    itemLevel = layout.levels.size() - 1;
+    itemRecord = record ? level->records.size() - 1 : -1;
+    setNamed(*item);
+    named.occurrenceLabels = &item->occurrenceLabels;
+    return true;
+}
+
+bool CSProTextReader::beginValueSet()
+{
+    if (!item)
+        return false;
+    set = &addedTo(item->valueSets);
+    setNamed(*set);
+    return true;
+}
+
+bool CSProTextReader::beginRelation()
+{
+    relation = &addedTo(layout.relations);
+    named = { &relation->name, nullptr, nullptr, &relation->aliases, nullptr };
+    hasPrimaryLink = false;
+    hasSecondary = false;
+    hasSecondaryLink = false;
+    return true;
+}
+
+void CSProTextReader::endNothing() { }
+
+void CSProTextReader::endDictionary()
+{
+    dictionaryStatements = stated;
+    requireKey("Name", "dictionary-without-name", QStringLiteral("the dictionary has no Name"));
+    requireKey("Positions", "no-positions",
+               QStringLiteral("the dictionary has no Positions; CSPro 8 refuses it without Positions=Relative or "
+                              "Positions=Absolute"));
+    if (layout.recordType == RecordTypeColumns())
+        layout.recordType.reset();
+}
+
+// The dictionary's own label comes before its languages.
+void CSProTextReader::endLanguages()
+{
+    labels.clear();
+    const auto setLanguages = [this](Labels &label) {
+        for (int index = 0; index < std::min(label.parts.size(), layout.languages.size()); ++index)
+            label.parts[index].language = layout.languages.at(index).name;
+    };
+    setLanguages(layout.labels);
+    for (Level &other : layout.levels)
+        visitLabels(other, setLanguages);
+}
+
+void CSProTextReader::endLevel()
+{
+    finishNote();
+    requireKey("Name", "level-without-name",
+               QStringLiteral("the level has no Name; CSPro leaves it out with its records"));
+}
+
+void CSProTextReader::endRecord()
+{
+    finishNote();
+    requireKey("Name", "record-without-name", QStringLiteral("the record has no Name; CSPro leaves it out"));
+    checkOccurrenceLabels(record->maximum);
+}
+
+void CSProTextReader::endItem()
+{
+    finishNote();
+    requireKey("Name", "item-without-name", QStringLiteral("the item has no Name; CSPro leaves it out"));
+    requireKey("Start", "item-without-start", QStringLiteral("the item has no Start; its columns are unknown"));
+    requireKey("Len", "item-without-length", QStringLiteral("the item has no Len; CSPro leaves it out"));
+    item->zeroFill = item->zeroFill && item->isNumeric();
+    item->decimalMark = item->decimalMark && item->isNumeric();
+    checkOccurrenceLabels(item->occurrences);
+    finishSubitem();
+}
+
+void CSProTextReader::endValueSet()
+{
+    finishNote();
+    requireKey("Name", "value-set-without-name", QStringLiteral("the value set has no Name; CSPro leaves it out"));
+}
+
+void CSProTextReader::endValue()
+{
+    finishNote();
+    const Value &value = values.back();
+    const bool isBlank = value.special == Special::NotApplicable || value.special == Special::Default;
+    if (value.ranges.isEmpty())
+        inform("value-without-code", QStringLiteral("the value has no code"), sectionLine);
+    else if (item->isNumeric() && !areCodesNumbers && !isBlank)
+        inform("code-without-number", QStringLiteral("the item is numeric, but a code of the value is no number"),
+               sectionLine);
+}
+
+void CSProTextReader::endRelation()
+{
+    requireKey("Name", "relation-without-name", QStringLiteral("the relation has no Name"));
+    requireKey("Primary", "relation-without-primary", QStringLiteral("the relation has no Primary"));
+    requireKey("Secondary", "relation-without-secondary", QStringLiteral("the relation has no Secondary"));
+}
+
+QString CSProTextReader::pathOfFile() const
+{
+    return QString();
+}
+
+QString CSProTextReader::pathOfLevel() const
+{
+    return level->name;
+}
+
+QString CSProTextReader::pathOfIds() const
+{
+    return cspro::childPath(level->name, cspro::idsName());
+}
+
+QString CSProTextReader::pathOfRecord() const
+{
+    return cspro::childPath(level->name, record->name);
+}
+
+QString CSProTextReader::pathOfItem() const
+{
+    const Level &itsLevel = qAsConst(layout).levels.at(itemLevel);
+    const QString records = itemRecord < 0 ? cspro::idsName() : itsLevel.records.at(itemRecord).name;
+    return cspro::childPath(cspro::childPath(itsLevel.name, records), item->name);
+}
+
+QString CSProTextReader::pathOfValueSet() const
+{
+    return cspro::childPath(pathOfItem(), set->name);
+}
+
+QString CSProTextReader::pathOfValue() const
+{
+    return cspro::valuePath(pathOfValueSet(), int(values.size()));
+}
+
+QString CSProTextReader::pathOfRelation() const
+{
+    return cspro::relationPath(relation->name);
+}
+
+} // namespace vanlayout

@@ -1,0 +1,111 @@
+#ifndef LAYOUT_READ_CSPROTEXTVALUES_P_H
+#define LAYOUT_READ_CSPROTEXTVALUES_P_H
+
+#include "model/Layout.h"
+
+#include <QVector>
+
+#include <string_view>
+#include <vector>
+
+namespace vanlayout
+{
+
+/// How the values of statements in the text form of a CSPro dictionary are read.
+namespace csprotext
+{
+
+QString textOf(std::string_view value);
+
+/// \a value for a message: in quotation marks, on one line, cut where it is long.
+QString shown(std::string_view value);
+
+/// Leading digits with an optional sign; 0 where there are none. Numbers beyond `int` are the nearest `int`.
+struct Number {
+    int value = 0;
+    bool isWhole = false; ///< whether all of the text is a number
+};
+Number numberOf(std::string_view value);
+
+/// Yes is everything that begins with Y, in any case.
+bool isYes(std::string_view value);
+
+/// The first token: blanks, tabs and commas before it are skipped; a token in `'` or `"` ends at the same mark and is
+/// without the marks, any other at a blank, tab or comma.
+std::string_view tokenOf(std::string_view value);
+
+/// The parts between `|`, the n-th in the n-th language; parts beyond the languages have none. One part without a text
+/// is no label.
+Labels labelsOf(std::string_view value, const QVector<Language> &languages);
+
+/// What one `Note=` line adds to a note: `\r\n`, written as these four characters, is a line feed; a blank follows a
+/// piece that does not end in one; `~` at the begin is a blank.
+QString notePieceOf(std::string_view value);
+
+/// The codes of a value.
+struct Codes {
+    QVector<Range> ranges;
+    bool areNumbers = true; ///< whether each code is a number or blank
+};
+/// Codes and ranges between blanks or tabs, such as `1 3:5 'A b'`. A code in `'` or `"` ends at the same mark; any
+/// other at a blank, tab or colon. A colon right behind a code makes a range with the code right behind the colon.
+/// Empty codes are left out.
+Codes codesOf(std::string_view text);
+
+/// A value line, cut at its first `;`, even within quotation marks.
+struct ValueLine {
+    std::string_view codes;
+    std::string_view label;
+};
+ValueLine valueLineOf(std::string_view value);
+
+/// An occurrence and its label, cut at the first `,` or `:` that is not the first character.
+struct OccurrenceLine {
+    int occurrence = 0; ///< from 1; below that the line is none
+    std::string_view label;
+};
+OccurrenceLine occurrenceLineOf(std::string_view value);
+
+/// Keeps what was made of a text and hands it out again for an equal text, as long as no other text takes its place.
+/// Codes and labels repeat a lot and are implicitly shared: each is then in memory once. The texts must outlive this
+/// object.
+template <typename Made> class MadeOnce
+{
+public:
+    template <typename Make> Made of(std::string_view text, Make make)
+    {
+        constexpr size_t longestKept = 64;
+        if (text.size() > longestKept)
+            return make(text);
+        Place &place = places[hashOf(text) % places.size()];
+        if (!place.isTaken || place.text != text)
+            place = { true, text, make(text) };
+        return place.made;
+    }
+    void clear() { places.assign(placeCount, {}); }
+
+private:
+    struct Place {
+        bool isTaken = false;
+        std::string_view text;
+        Made made;
+    };
+
+    static size_t hashOf(std::string_view text)
+    {
+        constexpr size_t factor = 31;
+        size_t hash = 0;
+        for (const char character : text)
+            hash = hash * factor + uchar(character);
+        return hash;
+    }
+
+    static constexpr size_t placeCount = 2048;
+    std::vector<Place> places = std::vector<Place>(placeCount);
+};
+
+} // namespace csprotext
+
+} // namespace vanlayout
+
+#endif
