@@ -38,7 +38,7 @@ QByteArray lookupFile()
 }
 
 const QStringList commandsOnOne[] = {
-    { "show", "--format", "table" }, { "show", "--format", "csv" }, { "codebook", "-o", "-" },
+    { "fields", "--format", "table" }, { "fields", "--format", "csv" }, { "codebook", "-o", "-" },
     { "export", "--to", "ddi" },     { "export", "--to", "csvw" },  { "export", "--to", "json-schema" },
 };
 
@@ -82,7 +82,7 @@ private Q_SLOTS:
         QFETCH(QString, file);
         QFETCH(qint64, goodBytes);
 
-        const Run run = runOnBadDisk({ "show", "--format", "json", file }, file, goodBytes);
+        const Run run = runOnBadDisk({ "fields", "--format", "json", file }, file, goodBytes);
         verifyComplaint(run, file.toUtf8() + ": " + cause);
         const QJsonObject whole = run.json().toObject();
         QCOMPARE(whole.keys(), QStringList("error"));
@@ -120,7 +120,7 @@ private Q_SLOTS:
 
     void theOtherFilesAreShown()
     {
-        Run run = runOnBadDisk({ "show", "--format", "csv", "good.dcf", "bad.dcf", "good.dcf" }, "bad.dcf", 60000);
+        Run run = runOnBadDisk({ "fields", "--format", "csv", "good.dcf", "bad.dcf", "good.dcf" }, "bad.dcf", 60000);
         run.err = withoutNotesLine(run.err);
         verifyComplaint(run, "bad.dcf: " + cause);
         QCOMPARE(run.out.count("GOOD"), 2);
@@ -152,7 +152,7 @@ private Q_SLOTS:
 
     void diskThatReadsAllIsNoFailure()
     {
-        const Run run = runOnBadDisk({ "show", "--format", "csv", "bad.dcf" }, "bad.dcf", 100 << 20);
+        const Run run = runOnBadDisk({ "fields", "--format", "csv", "bad.dcf" }, "bad.dcf", 100 << 20);
         QCOMPARE(run.status, fine);
         QCOMPARE(run.out.count("ITEM"), items);
     }
@@ -179,7 +179,7 @@ private Q_SLOTS:
         folder.write("huge.json", "{\n");
         QVERIFY(QFile::resize(folder.filePath("huge.json"), (qint64(1) << 31) + 1));
         folder.write("items.dcf", "[Dictionary]\nName=D\n\n[Item]\nName=A\nStart=1\nLen=1\nOccurrences=1000001\n");
-        const Run run = folder.run({ "show", "--format", "json", file });
+        const Run run = folder.run({ "fields", "--format", "json", file });
         verifyComplaint(run, file.toUtf8() + ": " + problem + '\n');
         const QJsonObject error = run.json().toObject().value("error").toObject();
         QCOMPARE(error.value("cause").toString().toUtf8(), problem);
@@ -190,7 +190,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("command");
         for (const char *format : { "table", "json", "csv" })
-            QTest::addRow("show as %s", format) << QStringList{ "show", "--format", format };
+            QTest::addRow("fields as %s", format) << QStringList{ "fields", "--format", format };
         for (const char *format : { "table", "json" })
             QTest::addRow("explain as %s", format) << QStringList{ "explain", "--format", format };
     }
@@ -217,9 +217,9 @@ private Q_SLOTS:
     void memoryOfTheProcessIsNoFile_data()
     {
         QTest::addColumn<QStringList>("options");
-        QTest::newRow("show") << QStringList{ "show" };
-        QTest::newRow("cspro") << QStringList{ "show", "--type", "cspro" };
-        QTest::newRow("cspro8") << QStringList{ "show", "--type", "cspro8" };
+        QTest::newRow("fields") << QStringList{ "fields" };
+        QTest::newRow("cspro") << QStringList{ "fields", "--type", "cspro" };
+        QTest::newRow("cspro8") << QStringList{ "fields", "--type", "cspro8" };
         QTest::newRow("lookup") << QStringList{ "lookup" };
         QTest::newRow("export") << QStringList{ "export", "--to", "ddi" };
     }
