@@ -37,8 +37,8 @@ using Widths = std::array<int, columnCount>;
 const Row &headOfTable()
 {
     static const Row head
-        = { QStringLiteral("Name"),   QStringLiteral("Type"),   QStringLiteral("Start"), QStringLiteral("Length"),
-            QStringLiteral("Occurs"), QStringLiteral("Values"), QStringLiteral("Label") };
+        = { QStringLiteral("Name"), QStringLiteral("Type"),   QStringLiteral("Start"), QStringLiteral("Len"),
+            QStringLiteral("Occ"),  QStringLiteral("Values"), QStringLiteral("Label") };
     return head;
 }
 
@@ -95,10 +95,14 @@ public:
 private:
     QString labelOf(const Labels &labels) const { return printable(labels.in(style.language)); }
 
+    static QString nameOf(const Item &item)
+    {
+        return (item.isSubitem ? QStringLiteral("  ") : QString()) + printable(item.name);
+    }
+
     Row rowOf(const Item &item) const
     {
-        const QString indentation = item.isSubitem ? QStringLiteral("  ") : QString();
-        return { indentation + printable(item.name),
+        return { nameOf(item),
                  cutToColumns(printable(describeType(item)), maxTypeWidth),
                  numberUnless(item.start, 0),
                  item.start > 0 ? QString::number(item.length) : QString(),
@@ -120,9 +124,19 @@ private:
             if (widths[size_t(column)] > 0)
                 widths[size_t(column)] = std::max(widths[size_t(column)], columnsOf(headOfTable()[size_t(column)]));
         }
-        if (style.width > 0)
-            widths[Name] = std::clamp(style.width - spaceBehindName() - labelRoom(), minNameWidth,
-                                      std::max(widths[Name], minNameWidth));
+        if (style.width > 0 && widths[Name] > nameRoom())
+            widths[Name] = longestNameWithin(std::max(nameRoom(), minNameWidth));
+    }
+    // The width of the longest name that fits into some columns.
+    int longestNameWithin(int room) const
+    {
+        int longest = minNameWidth;
+        forEachItem(layout, [&](const Level & /*level*/, const Record * /*record*/, const Item &item) {
+            const int width = columnsOf(nameOf(item));
+            if (width <= room)
+                longest = std::max(longest, width);
+        });
+        return longest;
     }
     void widen(const Row &row)
     {
@@ -137,7 +151,7 @@ private:
             space += widths[column] > 0 ? widths[column] + gap : 0;
         return space;
     }
-    int labelRoom() const { return std::min(widths[Label], minLabelWidth); }
+    int nameRoom() const { return style.width - spaceBehindName() - std::min(widths[Label], minLabelWidth); }
 
     void line(const QString &text) const { printLine(out, cutToColumns(text, style.width)); }
 
@@ -229,7 +243,7 @@ private:
             if (widths[column] > 0)
                 text += cell(row[column], Column(column));
         }
-        line(text + row[Label]);
+        line(widths[Label] > 0 ? text + row[Label] : text);
     }
     // Texts begin at the left of their column, numbers end at its right.
     QString cell(const QString &text, Column column) const

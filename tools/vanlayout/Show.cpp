@@ -253,10 +253,10 @@ private:
         if (options.listsProblems)
             return options.format == "csv" ? std::unique_ptr<LayoutPrinter>(std::make_unique<ProblemCsv>())
                                            : std::make_unique<ProblemTables>();
-        if (options.format == "table")
-            return std::make_unique<LayoutTables>(LayoutTableStyle{ language, options.showsValues, terminalWidth() });
         if (options.showsCodes)
             return std::make_unique<CsvCodes>(languagesOfCodes());
+        if (options.format == "table")
+            return std::make_unique<LayoutTables>(LayoutTableStyle{ language, options.showsValues, terminalWidth() });
         return std::make_unique<CsvItems>(severalFiles, language);
     }
 
