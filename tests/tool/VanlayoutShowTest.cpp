@@ -75,6 +75,7 @@ private slots:
     void fileWithoutLanguagesIsShownInAnyLanguage();
     void variableIsSelectedByName_data();
     void variableIsSelectedByName();
+    void headingsWithoutASelectedItemAreLeftOut();
     void variableThatNoFileHasIsAnError();
     void csvHasOneLineAnItem();
     void csvOfSeveralFilesBeginsWithTheFile();
@@ -225,6 +226,16 @@ void VanlayoutShowTest::variableIsSelectedByName()
     for (const QByteArray &line : lines)
         names.append(line.split(',').at(3));
     QTEST(names, "names");
+}
+
+void VanlayoutShowTest::headingsWithoutASelectedItemAreLeftOut()
+{
+    const QByteArray record = show({ "--variable", "KIND", "homes.dcf" }).out;
+    QVERIFY(!record.contains("Id items"));
+    QVERIFY(record.contains("PERSON"));
+    const QByteArray ids = show({ "--variable", "HOUSE", "homes.dcf" }).out;
+    QVERIFY(ids.contains("Id items"));
+    QVERIFY(!ids.contains("PERSON"));
 }
 
 void VanlayoutShowTest::variableThatNoFileHasIsAnError()

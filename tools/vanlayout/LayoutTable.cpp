@@ -181,7 +181,7 @@ private:
 
     void printLevel(const Level &level, int number)
     {
-        if (!level.ids.isEmpty() || !level.name.isEmpty()) {
+        if (!level.ids.isEmpty()) {
             heading(QStringLiteral("Id items of level %1 %2").arg(number).arg(printable(level.name)),
                     labelOf(level.labels), QString());
             printItems(level.ids);
