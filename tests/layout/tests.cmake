@@ -12,6 +12,11 @@ add_executable(print_layout layout/print_layout.cpp)
 van_own_code(print_layout)
 target_link_libraries(print_layout PRIVATE vanlayout_library)
 
+set(real_dictionaries ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus)
+if(NOT EXISTS ${real_dictionaries})
+    set(real_dictionaries "")
+endif()
+
 # Statistical files, once more through a program that shares no code with the reader.
 find_program(VAN_PYTHON python3)
 if(VAN_PYTHON)
@@ -23,6 +28,29 @@ if(VAN_PYTHON)
         $<TARGET_FILE:print_layout> $<TARGET_FILE:plain_readstat> ${made_data}
         ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus/spss ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus/stata)
     van_test_properties(PlainReadStat layout)
+
+    # CSPro dictionaries, once more through readers in another language: real ones where they are at hand, changed ones,
+    # and random ones.
+    set(naive ${CMAKE_CURRENT_SOURCE_DIR}/layout/naive)
+    add_test(NAME NaiveReaders COMMAND ${VAN_PYTHON} -m unittest discover -s ${naive} -p test_naive.py)
+    van_test_properties(NaiveReaders layout)
+    if(real_dictionaries)
+        set(real --corpus ${real_dictionaries} --mutated 200)
+    endif()
+    add_test(NAME NaiveComparison COMMAND ${VAN_PYTHON} ${naive}/compare.py $<TARGET_FILE:vanlayout> ${real}
+        --random 500 --seed 1)
+    van_test_properties(NaiveComparison layout)
+
 else()
-    message(STATUS "No python3: layouts of statistical files are not compared with those of plain ReadStat")
+    message(STATUS "No python3: layouts are not compared with those of other readers")
+endif()
+
+# Each document follows the JSON Schema. The library that validates is a package of the system, for its Python.
+find_program(VAN_SYSTEM_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH)
+if(VAN_SYSTEM_PYTHON)
+    add_test(NAME LayoutSchema COMMAND ${VAN_SYSTEM_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/layout/validate-json.py
+        $<TARGET_FILE:vanlayout> ${PROJECT_SOURCE_DIR}/docs/layout.schema.json ${PROJECT_SOURCE_DIR}/examples
+        ${CMAKE_CURRENT_SOURCE_DIR}/data ${made_data} ${real_dictionaries})
+    van_test_properties(LayoutSchema layout)
+    set_tests_properties(LayoutSchema PROPERTIES SKIP_RETURN_CODE 77)
 endif()
