@@ -1,6 +1,7 @@
 #include "statistical/BufferedFile_p.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <limits>
 
@@ -54,10 +55,13 @@ readstat_error_t BufferedFile::onUpdate(long /*fileSize*/, readstat_progress_han
 bool BufferedFile::open(const char *path)
 {
     file.pubsetbuf(nullptr, 0);
+    firstError = 0;
     if (!file.open(path, std::ios::in | std::ios::binary))
         return false;
     fileSize = file.pubseekoff(0, std::ios::end);
     bufferStart = bufferSize = position = 0;
+    if (fileSize < 0) // no place in it can be found; what reading it fails with is a better reason
+        fill();
     return true;
 }
 
@@ -84,8 +88,7 @@ qint64 BufferedFile::read(char *target, qint64 size)
     while (done < size) {
         qint64 offset = position - bufferStart;
         if (offset < 0 || offset >= bufferSize) {
-            if (!fill())
-                return done > 0 ? done : -1;
+            fill();
             if (bufferSize == 0)
                 break;
             offset = 0;
@@ -98,22 +101,28 @@ qint64 BufferedFile::read(char *target, qint64 size)
     return done;
 }
 
-// Fills the buffer from the position on; nothing behind the end of the file.
-bool BufferedFile::fill()
+// Fills the buffer from the position on; nothing behind the end of the file, or where the system fails to read.
+void BufferedFile::fill()
 {
     buffer.resize(pieceSize);
     bufferStart = position;
     bufferSize = 0;
-    if (position >= fileSize)
-        return true;
+    if (fileSize >= 0 && position >= fileSize)
+        return;
     try {
         if (file.pubseekoff(position, std::ios::beg) == std::streampos(-1))
-            return false;
-        bufferSize = file.sgetn(buffer.data(), std::streamsize(buffer.size()));
-    } catch (const std::ios_base::failure &) {
-        return false; // the way of some standard libraries to tell an error
+            keepError(errno);
+        else
+            bufferSize = file.sgetn(buffer.data(), std::streamsize(buffer.size()));
+    } catch (const std::ios_base::failure &failure) {
+        keepError(failure.code().value());
     }
-    return true;
+}
+
+void BufferedFile::keepError(int number)
+{
+    if (firstError == 0)
+        firstError = number != 0 ? number : EIO;
 }
 
 } // namespace statistical

@@ -13,7 +13,9 @@ namespace statistical
 
 /// A file as ReadStat reads it, in large pieces: ReadStat itself asks the system for each number.
 ///
-/// Answers what the system would answer, so that a parse ends the same way.
+/// Answers what the system would answer, so that a parse ends the same way, but for one thing: where the system fails
+/// to read, as on a damaged disk, no bytes are answered, and error() says why. ReadStat takes the answer -1 for as many
+/// bytes as it asked for.
 class BufferedFile
 {
 public:
@@ -24,9 +26,12 @@ public:
     bool open(const char *path);
     /// The place that is reached, or -1 where there is none. One behind the end may be; nothing is read there.
     qint64 seek(qint64 offset, readstat_io_flags_t whence);
-    /// As many bytes as there are, or -1 where reading failed.
+    /// Reads as many bytes as there are in front of the end, and of the place that the system fails to read.
     qint64 read(char *target, qint64 size);
     qint64 size() const { return fileSize; }
+    qint64 bytesLeft() const { return fileSize - position; } ///< up to the end; less than 0 behind it
+    /// The number of the system's error at the first failure to read since the file was opened; 0 where there was none.
+    int error() const { return firstError; }
 
 private:
     static int onOpen(const char *path, void *context);
@@ -36,7 +41,8 @@ private:
     static readstat_error_t onUpdate(long fileSize, readstat_progress_handler progress, void *userContext,
                                      void *context);
 
-    bool fill();
+    void fill();
+    void keepError(int number);
 
     std::filebuf file; ///< not `QFile`, which warns of a place that the system refuses
     qint64 fileSize = 0;
@@ -44,6 +50,7 @@ private:
     qint64 bufferStart = 0; ///< of its first byte in the file
     qint64 bufferSize = 0;  ///< bytes that are filled
     qint64 position = 0;    ///< from which the next byte is read
+    int firstError = 0;
 };
 
 } // namespace statistical

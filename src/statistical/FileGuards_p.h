@@ -12,11 +12,23 @@ namespace statistical
 /// Most variables of an SPSS file with long names, or with very long texts, that ReadStat has room for; with more it
 /// writes through a null pointer.
 constexpr int mostLongNames = 419328;
+/// Most comparisons of names with which ReadStat may look for variables. For each set of value labels or missing values
+/// of a long text it goes through the variables from the first on: this is 15,811 sets in a file of as many variables.
+constexpr qint64 mostLookupSteps = 250000000;
 
-/// Whether ReadStat 1.1.8 can read an SPSS file without harm. What is no such file, or none at all, is safe.
-bool isSafeSpssFile(const QString &path);
+/// Why ReadStat 1.1.8 cannot be trusted with the SPSS file at \a path, as one line for a person; null where it reads
+/// the file, or refuses it, without harm.
+///
+/// A file of 64 KiB or more is also refused where its dictionary is not as ReadStat could read it up to the end: what
+/// is behind such a place cannot be judged.
+QString spssProblem(const QString &path);
 
-/// How long the names of label sets can be in a Stata file, by the version in its head.
+/// What is said of a file that the system fails to read with the error \a error.
+QString deviceProblem(int error);
+
+/// How long the names of label sets can be in a Stata file of any version.
+constexpr NameBounds widestStataNames = { 129, 129 };
+/// How long they can be in the one at \a path, by the version in its head.
 NameBounds stataNameBounds(const QString &path);
 
 } // namespace statistical

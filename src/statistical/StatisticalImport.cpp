@@ -93,14 +93,14 @@ bool hasDecimals(const readstat_variable_t &variable)
     return digit != end && isDigit(*digit);
 }
 
-bool anyIsSafe(const QString & /*path*/)
+QString noProblem(const QString & /*path*/)
 {
-    return true;
+    return QString();
 }
 
-NameBounds widestOfAny(const QString & /*path*/)
+NameBounds wholeNamesOfAny(const QString & /*path*/)
 {
-    return widestNames;
+    return wholeNames;
 }
 
 // As a number: it may be none of the enumeration.
@@ -282,8 +282,7 @@ bool isDate(const QString &format)
 
 LabelSet *setNamed(LabelSets &sets, const char *labelSet, Reading *reading, KeptObjects &kept)
 {
-    const size_t bound = (reading ? reading->bounds : widestNames).withLabel;
-    const size_t length = qstrnlen(labelSet, uint(bound));
+    const size_t length = qstrnlen(labelSet, (reading ? reading->bounds : wholeNames).withLabel);
     // The labels of a set follow each other.
     if (reading && reading->lastSet && reading->lastSetName.compare(0, std::string::npos, labelSet, length) == 0)
         return reading->lastSet;
@@ -471,12 +470,14 @@ void takeLabels(const Format &format, const LabelSet &set, bool asIntegers, Read
 
 } // namespace
 
-const Format stata = { readstat_parse_dta, appendLatin1, false, storageWidth, true, true, anyIsSafe, stataNameBounds };
-const Format spss
-    = { readstat_parse_sav, appendUtf8, true, firstDigitOfFormat, false, false, isSafeSpssFile, widestOfAny };
+const Format stata = { readstat_parse_dta, appendLatin1,     false,          storageWidth, true, true,
+                       noProblem,          widestStataNames, stataNameBounds };
+const Format spss = { readstat_parse_sav, appendUtf8, true,           firstDigitOfFormat, false, false,
+                      spssProblem,        wholeNames, wholeNamesOfAny };
 
 Reading::Reading(const Format &fileFormat, const QString &path, bool buffered)
-    : format(fileFormat)
+    : bounds(fileFormat.widestNames)
+    , format(fileFormat)
     , localPath(path.toLocal8Bit())
 {
     // The path as ReadStat sees it: up to the first NUL. What is no regular file is not opened here: a pipe would wait.
@@ -484,15 +485,26 @@ Reading::Reading(const Format &fileFormat, const QString &path, bool buffered)
     if (!QFileInfo(seenPath).isFile())
         return;
     bounds = format.nameBounds(seenPath);
-    isSafe = format.isSafe(seenPath);
+    readProblem = format.problem(seenPath);
+    isRefused = !readProblem.isEmpty();
     isBuffered = buffered;
+}
+
+bool Reading::hasRoomFor(qint64 bytes)
+{
+    labelBytes += bytes;
+    if (labelBytes <= mostLabelBytes)
+        return true;
+    readProblem
+        = QStringLiteral("has more than %1 bytes of value labels, the most that can be read").arg(mostLabelBytes);
+    return false;
 }
 
 void Reading::tellOfLabel(const LabelSet *set, const char *setName, const readstat_value_t &value,
                           const TStatValueLabel &held, const char *label)
 {
     const auto tell = [&](NoteKind kind) {
-        const QString name = QString::fromUtf8(setName, int(qstrnlen(setName, uint(bounds.withLabel))));
+        const QString name = QString::fromUtf8(setName, int(qstrnlen(setName, bounds.withLabel)));
         waitingNotes[set].push_back({ kind, 0, QString(), describeLabel(name, value, held, label) });
     };
     if (!label)
@@ -544,10 +556,10 @@ void Reading::tellOfEnd(const LabelSets &sets, readstat_error_t labelPass, reads
             report->add(NoteKind::labelSetUnused, describeSet(name, *set));
     }
     const readstat_error_t error = variablePass != READSTAT_OK ? variablePass : labelPass;
-    if (error == READSTAT_OK)
+    const bool hasProblem = !readProblem.isEmpty();
+    if (error == READSTAT_OK && !hasProblem)
         return;
-    const QString words = isSafe ? QString::fromUtf8(readstat_error_message(error))
-                                 : QStringLiteral("more than %1 variables with long names").arg(mostLongNames);
+    const QString words = hasProblem ? readProblem : QString::fromUtf8(readstat_error_message(error));
     if (error == READSTAT_ERROR_UNSUPPORTED_FILE_FORMAT_VERSION)
         report->add(NoteKind::versionRefused, words);
     else
@@ -557,7 +569,7 @@ void Reading::tellOfEnd(const LabelSets &sets, readstat_error_t labelPass, reads
 readstat_error_t Reading::pass(readstat_value_label_handler onLabel, readstat_variable_handler onVariable,
                                void *context)
 {
-    if (!isSafe)
+    if (isRefused)
         return READSTAT_ERROR_PARSE;
     const std::unique_ptr<readstat_parser_t, void (*)(readstat_parser_t *)> parser(readstat_parser_init(),
                                                                                    readstat_parser_free);
@@ -571,8 +583,10 @@ readstat_error_t Reading::pass(readstat_value_label_handler onLabel, readstat_va
     if (isBuffered)
         file.attachTo(parser.get());
     const readstat_error_t result = format.parse(parser.get(), localPath.constData(), context);
-    if (problem)
-        std::rethrow_exception(std::exchange(problem, nullptr));
+    if (raised)
+        std::rethrow_exception(std::exchange(raised, nullptr));
+    if (file.error() != 0)
+        readProblem = deviceProblem(file.error());
     return result;
 }
 
@@ -632,12 +646,11 @@ void describe(const Format &format, const readstat_variable_t &variable, const c
     }
     if (!labelSet)
         return;
-    const size_t bound = (reading ? reading->bounds : widestNames).withVariable;
-    const auto found = sets.find(std::string(labelSet, qstrnlen(labelSet, uint(bound))));
+    const uint length = qstrnlen(labelSet, (reading ? reading->bounds : wholeNames).withVariable);
+    const auto found = sets.find(std::string(labelSet, length));
     const bool hasSet = found != sets.end() && found->second;
     if (!hasSet && *labelSet && reading && reading->report)
-        reading->report->add(NoteKind::labelSetMissing,
-                             QString::fromUtf8(labelSet, int(qstrnlen(labelSet, uint(bound)))), 0, field.name);
+        reading->report->add(NoteKind::labelSetMissing, QString::fromUtf8(labelSet, int(length)), 0, field.name);
     if (hasSet)
         takeLabels(format, *found->second, format.decimalsDecide && !hasDecimals(variable), reading, field);
 }

@@ -13,7 +13,9 @@
 #include <QString>
 
 #include <cstddef>
+#include <cstring>
 #include <exception>
+#include <limits>
 #include <map>
 #include <memory>
 #include <string>
@@ -27,13 +29,22 @@ namespace statistical
 using LabelSet = std::vector<TStatValueLabel *>;
 using LabelSets = std::map<std::string, LabelSet *>;
 
-/// Most bytes of a label set's name that may be looked at: where its field is full, ReadStat hands it over without an
-/// end mark.
+/// Most bytes of a label set's name that may be looked at: where the field of a Stata file is full, ReadStat hands it
+/// over without an end mark.
 struct NameBounds {
-    size_t withVariable;
-    size_t withLabel;
+    uint withVariable;
+    uint withLabel;
 };
-constexpr NameBounds widestNames = { 129, 129 };
+/// A name that has an end mark is taken whole, however long it is.
+constexpr NameBounds wholeNames = { std::numeric_limits<uint>::max(), std::numeric_limits<uint>::max() };
+
+/// Most bytes in the value labels of a file. The labels of a Stata file may share their texts, so that a small file can
+/// hold any number of bytes.
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // the way is the same, and a thousand times as many can be tried
+constexpr qint64 mostLabelBytes = 250000;
+#else
+constexpr qint64 mostLabelBytes = 250000000;
+#endif
 
 /// What sets one format apart. Whatever is not named here is the same for both.
 struct Format {
@@ -45,8 +56,9 @@ struct Format {
     qint32 (*widthOf)(const readstat_variable_t &variable);
     bool textsHaveRange;
     bool textsAreLatin1; ///< so that each letter beyond ASCII becomes several
-    /// Whether ReadStat can be trusted with the file.
-    bool (*isSafe)(const QString &path);
+    /// Why ReadStat cannot be trusted with a file, as one line for a person; null where it can.
+    QString (*problem)(const QString &path);
+    NameBounds widestNames;
     NameBounds (*nameBounds)(const QString &path);
 };
 extern const Format stata;
@@ -70,12 +82,18 @@ public:
             body();
             return READSTAT_HANDLER_OK;
         } catch (...) {
-            problem = std::current_exception();
+            raised = std::current_exception();
             return READSTAT_HANDLER_ABORT;
         }
     }
 
-    NameBounds bounds = widestNames;
+    /// Whether a file may have \a bytes more in its value labels. Where it may not, the file has a problem.
+    bool hasRoomFor(qint64 bytes);
+    /// Why the file was not read, or not to its end, as one line for a person; null where nothing but its contents
+    /// ended the reading.
+    const QString &problem() const { return readProblem; }
+
+    NameBounds bounds;
     ReadReport *report = nullptr; ///< hears of what is lost or changed; not owned
     // What a report hears; called with one alone.
     /// Notes on the labels of a set wait for the first variable that uses it.
@@ -106,8 +124,10 @@ private:
     const Format &format;
     QByteArray localPath;    ///< in the encoding of the system
     bool isBuffered = false; ///< what is no regular file is left to ReadStat's own reading
-    bool isSafe = true;
-    std::exception_ptr problem;
+    bool isRefused = false;
+    QString readProblem;
+    qint64 labelBytes = 0;
+    std::exception_ptr raised;
     std::unordered_map<const LabelSet *, std::vector<ReadNote>> waitingNotes;
 };
 
@@ -134,6 +154,8 @@ template <typename Importer> struct ImportBody {
     {
         if (!importer || !labelSet)
             return READSTAT_HANDLER_OK;
+        if (label && importer->reading && !importer->reading->hasRoomFor(qint64(std::strlen(label))))
+            return READSTAT_HANDLER_ABORT;
         return inHandler(importer->reading, [&] {
             addValueLabel(importer->labelSets, labelSet, value, label, importer->reading, importer->kept);
         });

@@ -154,6 +154,18 @@ private Q_SLOTS:
         QCOMPARE(notesOf<TSTATADataImport>(saved(file)), QStringList(QStringLiteral("label-set-unused||yesno: 1 Yes")));
     }
 
+    // In these versions the name of a variable's set has 9 bytes, and the name with the labels 33.
+    void setsOfOldVersionsAreKeptApartByTheirWholeNames()
+    {
+        StatFile file(StatFile::dta, 108);
+        file.variable("age", READSTAT_TYPE_INT8, "Age", "%8.0g");
+        file.intLabels("twelveletter1", { { 1, "One" } });
+        file.intLabels("twelveletter2", { { 1, "Another one" } });
+        QCOMPARE(notesOf<TSTATADataImport>(saved(file)),
+                 (QStringList{ QStringLiteral("label-set-unused||twelveletter1: 1 One"),
+                               QStringLiteral("label-set-unused||twelveletter2: 1 Another one") }));
+    }
+
     void labelOfATaggedMissingValueStandsAtANumber()
     {
         StatFile file(StatFile::dta, 118);

@@ -1,12 +1,15 @@
 #include "statistical/BufferedFile_p.h"
 #include "statistical/FileGuards_p.h"
+#include "import/ReadReport.h"
 #include "statistical/SPSSDataImport.h"
+#include "support/SpssBytes.h"
 
 #include <QTemporaryDir>
 #include <QtEndian>
 #include <QtTest>
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <random>
 #include <vector>
@@ -22,84 +25,6 @@ struct TestAccess {
     }
 };
 
-namespace
-{
-
-constexpr int longNames = 13;
-constexpr int veryLongTexts = 14;
-
-/// Puts an SPSS file together, record by record.
-class SpssBytes
-{
-public:
-    explicit SpssBytes(bool bigEndian = false)
-        : isBigEndian(bigEndian)
-    {
-        bytes = QByteArray("$FL2").leftJustified(64, ' ');
-        numbers({ 2, -1, 0, 0, 0 });
-        bytes += QByteArray(8, '\0') + "01 Jan 2000:00:00" + QByteArray(67, ' ');
-    }
-
-    void numbers(std::initializer_list<qint32> list)
-    {
-        for (const qint32 number : list) {
-            char four[4];
-            if (isBigEndian)
-                qToBigEndian(number, four);
-            else
-                qToLittleEndian(number, four);
-            bytes.append(four, 4);
-        }
-    }
-    void variables(int count, bool areBare = true)
-    {
-        bytes.reserve(bytes.size() + count * 32 + 1000);
-        for (int i = 0; i < count; ++i) {
-            const bool hasMore = !areBare && i % 1000 == 0;
-            numbers({ 2, 0, hasMore, hasMore ? -2 : 0, 0x050800, 0x050800 });
-            bytes += QByteArray("V" + QByteArray::number(i, 36).toUpper()).leftJustified(8, ' ');
-            if (hasMore) {
-                numbers({ 5 });
-                bytes += QByteArray("Label\0\0\0", 8);
-                bytes += QByteArray(16, '\0');
-            }
-        }
-    }
-    void continuations(int count)
-    {
-        for (int i = 0; i < count; ++i) {
-            numbers({ 2, -1, 0, 0, 0, 0 });
-            bytes += QByteArray(8, ' ');
-        }
-    }
-    void valueLabels()
-    {
-        numbers({ 3, 2 });
-        bytes += QByteArray(8, '\0') + '\3' + "Yes" + QByteArray(4, ' ');
-        bytes += QByteArray(8, '\1') + '\7' + "Perhaps";
-        numbers({ 4, 1, 1 });
-    }
-    void documents()
-    {
-        numbers({ 6, 2 });
-        bytes += QByteArray(160, ' ');
-    }
-    void extension(int subtype)
-    {
-        const QByteArray names("V0=longname");
-        numbers({ 7, subtype, 1, names.size() });
-        bytes += names;
-    }
-    void end() { numbers({ 999, 0 }); }
-
-    QByteArray bytes;
-
-private:
-    bool isBigEndian;
-};
-
-} // namespace
-
 /// What is looked at before ReadStat reads a file, and the large pieces in which it may read.
 class FileGuardsTest : public QObject
 {
@@ -111,8 +36,9 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("head");
         QTest::addColumn<int>("withVariable");
         QTest::addColumn<int>("withLabel");
-        for (const int version : { 104, 105, 108, 109 })
-            QTest::addRow("%d", version) << QByteArray(1, char(version)) << 9 << 12;
+        QTest::newRow("104") << QByteArray(1, char(104)) << 9 << 12;
+        for (const int version : { 105, 108, 109 })
+            QTest::addRow("%d", version) << QByteArray(1, char(version)) << 9 << 33;
         for (const int version : { 110, 111, 113, 114, 115 })
             QTest::addRow("%d", version) << QByteArray(1, char(version)) << 33 << 33;
         const QByteArray tag("<stata_dta><header><release>");
@@ -145,10 +71,10 @@ private Q_SLOTS:
         QTest::addColumn<bool>("isBigEndian");
         QTest::addColumn<bool>("isSafe");
         const int most = statistical::mostLongNames;
-        QTest::newRow("as many as there is room for") << most << longNames << false << true;
-        QTest::newRow("one more with long names") << most + 1 << longNames << false << false;
-        QTest::newRow("one more with very long texts") << most + 1 << veryLongTexts << false << false;
-        QTest::newRow("one more, big-endian") << most + 1 << longNames << true << false;
+        QTest::newRow("as many as there is room for") << most << SpssBytes::longNames << false << true;
+        QTest::newRow("one more with long names") << most + 1 << SpssBytes::longNames << false << false;
+        QTest::newRow("one more with very long texts") << most + 1 << SpssBytes::veryLongTexts << false << false;
+        QTest::newRow("one more, big-endian") << most + 1 << SpssBytes::longNames << true << false;
         QTest::newRow("one more with another record") << most + 1 << 20 << false << true;
         QTest::newRow("one more without") << most + 1 << 0 << false << true;
     }
@@ -167,7 +93,7 @@ private Q_SLOTS:
         if (subtype != 0)
             file.extension(subtype);
         file.end();
-        QCOMPARE(statistical::isSafeSpssFile(write(file.bytes)), isSafe);
+        QCOMPARE(statistical::spssProblem(write(file.bytes)).isNull(), isSafe);
     }
 
     void eitherLayoutCodeTellsTheByteOrder_data()
@@ -183,58 +109,152 @@ private Q_SLOTS:
             SpssBytes file(isBigEndian);
             file.bytes[isBigEndian ? 67 : 64] = layoutCode;
             file.variables(statistical::mostLongNames + 1);
-            file.extension(longNames);
+            file.extension(SpssBytes::longNames);
             file.end();
-            QVERIFY(!statistical::isSafeSpssFile(write(file.bytes)));
+            QCOMPARE(statistical::spssProblem(write(file.bytes)),
+                     QStringLiteral("has more than 419328 variables with long names, the most that can be read"));
         }
     }
 
-    void recordThatBreaksOffCountsByWhatIsThere_data()
+    void bigFileWhoseDictionaryBreaksOffIsRefused_data()
     {
-        QTest::addColumn<QVector<int>>("numbers"); // of the last record
-        QTest::addColumn<int>("count");            // of the variables in front of it
-        QTest::addColumn<bool>("namesInFront");
-        QTest::addColumn<bool>("isSafe");
-        using Numbers = QVector<int>;
-        const int most = statistical::mostLongNames;
-        // clang-format off
-        QTest::newRow("extension, subtype missing")      << Numbers{ 7 }            << most + 1 << false << true;
-        QTest::newRow("extension, size missing")         << Numbers{ 7, 13 }        << most + 1 << false << true;
-        QTest::newRow("extension, count missing")        << Numbers{ 7, 13, 1 }     << most + 1 << false << true;
-        QTest::newRow("extension, bytes missing")        << Numbers{ 7, 13, 1, 50 } << most + 1 << false << false;
-        QTest::newRow("variable, numbers missing")       << Numbers{ 2, 0, 0 }      << most     << true  << true;
-        QTest::newRow("variable, the rest missing")      << Numbers{ 2, 0, 0, 0 }   << most     << true  << false;
-        QTest::newRow("variable, size of label missing")
-            << Numbers{ 2, 0, 1, 0, 0, 0, 0, 0 } << most << true << false;
-        for (const bool namesInFront : { false, true }) {
-            const char *names = namesInFront ? "with names" : "without names";
-            const auto addRow = [&](const char *name, const Numbers &numbers) {
-                QTest::addRow("%s, %s", name, names) << numbers << most + 1 << namesInFront << !namesInFront;
-            };
-            addRow("labels, number missing", { 3 });
-            addRow("labels, all missing",    { 3, 2 });
-            addRow("labels, size missing",   { 3, 2, 0, 0 });
-            addRow("labelled variables, number missing", { 4 });
-            addRow("documents, number missing", { 6 });
-            addRow("negative number of labelled variables", { 4, -1 });
-        }
-        // clang-format on
+        QTest::addColumn<QByteArray>("tail");
+        const auto addRow = [](const char *name, std::initializer_list<qint32> numbers) {
+            SpssBytes record;
+            record.bytes.clear();
+            record.numbers(numbers);
+            QTest::newRow(name) << record.bytes;
+        };
+        QTest::newRow("nothing more") << QByteArray();
+        QTest::newRow("type cut off") << QByteArray("\2\0\0", 3);
+        addRow("unknown type", { 5 });
+        addRow("end, filler missing", { 999 });
+        addRow("extension, subtype missing", { 7 });
+        addRow("extension, size missing", { 7, 13 });
+        addRow("extension, count missing", { 7, 13, 1 });
+        addRow("extension, bytes missing", { 7, 13, 1, 50 });
+        addRow("sets of labels, bytes missing", { 7, 21, 1, 50 });
+        addRow("variable, numbers missing", { 2, 0, 0 });
+        addRow("variable, the rest missing", { 2, 0, 0, 0 });
+        addRow("variable, size of label missing", { 2, 0, 1, 0, 0, 0, 0, 0 });
+        addRow("labels, number missing", { 3 });
+        addRow("labels, all missing", { 3, 2 });
+        addRow("labels, size missing", { 3, 2, 0, 0 });
+        addRow("labels, no variables", { 3, 0 });
+        addRow("labels, another record", { 3, 0, 2, 0 });
+        addRow("labels, number of variables missing", { 3, 0, 4 });
+        addRow("labels, variables missing", { 3, 0, 4, 5 });
+        addRow("labelled variables alone", { 4, 0, 999, 0 });
+        addRow("documents, number missing", { 6 });
+        addRow("documents, lines missing", { 6, 1 });
     }
-    void recordThatBreaksOffCountsByWhatIsThere()
+    void bigFileWhoseDictionaryBreaksOffIsRefused()
     {
-        QFETCH(QVector<int>, numbers);
-        QFETCH(int, count);
-        QFETCH(bool, namesInFront);
-        QFETCH(bool, isSafe);
+        QFETCH(QByteArray, tail);
+        const QString brokenOff
+            = QStringLiteral("breaks off in its dictionary, or holds a record there that cannot be read");
+        for (const int size : { 2040, 2048 }) { // variables, on both sides of 64 KiB
+            SpssBytes file;
+            file.variables(size);
+            file.bytes += tail;
+            const bool isBig = file.bytes.size() >= 1 << 16;
+            QCOMPARE(statistical::spssProblem(write(file.bytes)), isBig ? brokenOff : QString());
+        }
+    }
+
+    void documentsDoNotHideVariables()
+    {
         SpssBytes file;
-        file.bytes.reserve((count + 10) * 32);
-        if (namesInFront)
-            file.extension(longNames);
-        file.documents();
-        file.variables(count);
-        for (const int number : qAsConst(numbers))
-            file.numbers({ number });
-        QCOMPARE(statistical::isSafeSpssFile(write(file.bytes)), isSafe);
+        file.numbers({ 6, 0x0CCCCCCD }); // lines, which times 80 are 16 bytes in 32 bits, and 17 GB in 64
+        file.bytes += QByteArray(16, ' ');
+        file.variables(statistical::mostLongNames + 1);
+        file.extension(SpssBytes::longNames);
+        file.end();
+        QCOMPARE(statistical::spssProblem(write(file.bytes)),
+                 QStringLiteral("has more than 419328 variables with long names, the most that can be read"));
+    }
+
+    void setsTimesVariablesAreBounded_data()
+    {
+        QTest::addColumn<int>("subtype");
+        QTest::addColumn<QByteArray>("set");
+        SpssBytes labels;
+        labels.bytes.clear();
+        labels.numbers({ 1 });
+        labels.bytes += 'V';
+        labels.numbers({ 9, 1, 2 });
+        labels.bytes += "ab";
+        labels.numbers({ 0 });
+        QTest::newRow("labels") << SpssBytes::longTextLabels << labels.bytes;
+        SpssBytes missing;
+        missing.bytes.clear();
+        missing.numbers({ 1 });
+        missing.bytes += "V\2";
+        missing.numbers({ 3 });
+        missing.bytes += "abcdef";
+        QTest::newRow("missing values") << SpssBytes::longTextMissing << missing.bytes;
+    }
+    void setsTimesVariablesAreBounded()
+    {
+        QFETCH(int, subtype);
+        QFETCH(QByteArray, set);
+        constexpr int variables = 25000;
+        constexpr int most = int(statistical::mostLookupSteps / variables);
+        for (const int sets : { most, most + 1 }) {
+            SpssBytes file;
+            file.variables(variables);
+            // In several records, as one after the other costs as much.
+            file.extension(subtype, set.repeated(sets - 5000));
+            file.extension(subtype, set.repeated(5000));
+            file.end();
+            const QString problem = statistical::spssProblem(write(file.bytes));
+            QCOMPARE(problem.isNull(), sets == most);
+            if (sets > most)
+                QVERIFY2(problem.startsWith(QLatin1String("has too many sets of labels or missing values of long texts "
+                                                          "for its 25000 variables: sets times variables may be "
+                                                          "250000000")),
+                         qPrintable(problem));
+        }
+    }
+
+    void recordsOfLongNamesCountAsOftenAsTheyAreSorted()
+    {
+        constexpr int variables = 10000;
+        for (const int subtype : { SpssBytes::longNames, SpssBytes::veryLongTexts }) {
+            for (const int records : { 100, 2000 }) {
+                SpssBytes file;
+                file.variables(variables);
+                for (int i = 0; i < records; ++i)
+                    file.extension(subtype, "V0=9");
+                file.end();
+                QCOMPARE(statistical::spssProblem(write(file.bytes)).isNull(), records == 100);
+            }
+        }
+    }
+
+    void setsOfAFileThatIsReadAreBoundedToo()
+    {
+        // Too many of them, and one of the size at which the reading is bounded.
+        constexpr int variables = 20000;
+        for (const int sets : { 10, variables }) {
+            SpssBytes file;
+            file.variables(variables);
+            SpssBytes content;
+            content.bytes.clear();
+            for (int i = 0; i < sets; ++i) {
+                const QByteArray name = SpssBytes::nameOf(i);
+                content.numbers({ name.size() });
+                content.bytes += name;
+                content.numbers({ 8, 0 });
+            }
+            file.extension(SpssBytes::longTextLabels, content.bytes);
+            file.end();
+            TSPSSDataImport importer(write(file.bytes));
+            ReadReport report;
+            importer.setReadReport(&report);
+            QCOMPARE(TestAccess::fieldsOf(importer), sets == 10 ? variables : 0);
+            QCOMPARE(report.count(NoteKind::fileNotRead), sets == 10 ? 0 : 1);
+        }
     }
 
     void importerTakesSuchAFileAsOneThatCannotBeRead()
@@ -243,7 +263,7 @@ private Q_SLOTS:
         for (const int count : { 10, most + 1 }) {
             SpssBytes file;
             file.variables(count);
-            file.extension(longNames);
+            file.extension(SpssBytes::longNames);
             file.end();
             TSPSSDataImport importer(write(file.bytes));
             importer.setReadingBuffered(true);
@@ -255,50 +275,18 @@ private Q_SLOTS:
     {
         SpssBytes file;
         file.variables(statistical::mostLongNames);
-        file.continuations(10);
-        file.extension(longNames);
+        file.parts(10);
+        file.extension(SpssBytes::longNames);
         file.end();
-        QVERIFY(statistical::isSafeSpssFile(write(file.bytes)));
+        QVERIFY(statistical::spssProblem(write(file.bytes)).isNull());
     }
 
-    void oddFilesAreLeftToReadStat_data()
+    void noSpssFileIsLeftToReadStat()
     {
-        QTest::addColumn<QByteArray>("tail");
-        SpssBytes labels;
-        labels.bytes.clear();
-        labels.numbers({ 3, 0x7FFFFFFF });
-        QTest::newRow("labels without end") << labels.bytes;
-        SpssBytes negative;
-        negative.bytes.clear();
-        negative.numbers({ 7, longNames, -1, 5 });
-        QTest::newRow("negative size") << negative.bytes;
-        SpssBytes huge;
-        huge.bytes.clear();
-        huge.numbers({ 7, longNames, 0x7FFFFFFF, 0x7FFFFFFF });
-        QTest::newRow("huge size") << huge.bytes;
-        SpssBytes documents;
-        documents.bytes.clear();
-        documents.numbers({ 6, -5 });
-        QTest::newRow("negative number of lines") << documents.bytes;
-        QTest::newRow("no record") << QByteArray("garbage of some bytes");
-        QTest::newRow("cut off") << QByteArray("\2\0\0", 3);
-    }
-    void oddFilesAreLeftToReadStat()
-    {
-        QFETCH(QByteArray, tail);
-        SpssBytes file;
-        file.variables(10);
-        file.bytes += tail;
-        file.bytes += QByteArray(14 << 20, '\0'); // as large as one that must be walked through
-        QVERIFY(statistical::isSafeSpssFile(write(file.bytes)));
-    }
-
-    void noSpssFileIsSafe()
-    {
-        QVERIFY(statistical::isSafeSpssFile(QStringLiteral("/nowhere/absent.sav")));
-        QVERIFY(statistical::isSafeSpssFile(write(QByteArray(14 << 20, 'x'))));
-        QVERIFY(statistical::isSafeSpssFile(write(QByteArray("$FL2"))));
-        QVERIFY(statistical::isSafeSpssFile(folder.path()));
+        QVERIFY(statistical::spssProblem(QStringLiteral("/nowhere/absent.sav")).isNull());
+        QVERIFY(statistical::spssProblem(write(QByteArray(14 << 20, 'x'))).isNull());
+        QVERIFY(statistical::spssProblem(write(QByteArray("$FL2"))).isNull());
+        QVERIFY(statistical::spssProblem(write("$FL4" + QByteArray(1 << 20, ' '))).isNull());
     }
 
     void folderHasNoBytes()
@@ -307,10 +295,11 @@ private Q_SLOTS:
         QVERIFY(file.open(QFile::encodeName(folder.path()).constData()));
         char byte = 'x';
         QVERIFY(file.read(&byte, 1) < 1);
+        QCOMPARE(file.error(), EISDIR);
         QCOMPARE(byte, 'x');
     }
 
-    void failureToReadIsToldOnceWhatWasReadIsGiven()
+    void failureToReadIsAnErrorBehindWhatWasRead()
     {
         constexpr int size = 200000;
         const QByteArray path = QFile::encodeName(write(QByteArray(size, 'a')));
@@ -321,12 +310,27 @@ private Q_SLOTS:
         QCOMPARE(io.open(path.constData(), io.io_ctx), 0);
         std::vector<char> bytes(size);
         QCOMPARE(int(io.read(bytes.data(), 1, io.io_ctx)), 1);
+        QCOMPARE(file.error(), 0);
         io.close(io.io_ctx); // from here on the system refuses
         const auto given = int(io.read(bytes.data(), bytes.size(), io.io_ctx));
         QVERIFY(given > 0 && given < size);
         QCOMPARE(std::count(bytes.begin(), bytes.begin() + given, 'a'), qptrdiff(given));
-        QCOMPARE(int(io.read(bytes.data(), 1, io.io_ctx)), -1);
+        QVERIFY(file.error() != 0);
+        // Not -1, which ReadStat takes for as many bytes as it asked for.
+        QCOMPARE(int(io.read(bytes.data(), 1, io.io_ctx)), 0);
+        QCOMPARE(io.open(path.constData(), io.io_ctx), 0);
+        QCOMPARE(file.error(), 0);
         readstat_parser_free(parser);
+    }
+
+    void failureToReadTheFirstByteIsAnError()
+    {
+        statistical::BufferedFile file;
+        QVERIFY(file.open("/proc/self/mem")); // the address 0 holds nothing
+        char byte = 'x';
+        QCOMPARE(file.read(&byte, 1), Q_INT64_C(0));
+        QCOMPARE(file.error(), EIO);
+        QCOMPARE(byte, 'x');
     }
 
     void placeBeyondTheLargestNumberIsRefused()

@@ -1,4 +1,5 @@
 #include "StatFile.h"
+#include "import/ReadReport.h"
 #include "statistical/SPSSDataImport.h"
 #include "statistical/STATADataImport.h"
 #include "statistical/StatisticalImport_p.h"
@@ -354,6 +355,36 @@ private Q_SLOTS:
         followed[place + size] = 'x';
         const Outcome outcome = outcomeOf(write(QStringLiteral("followed.dta"), followed));
         QVERIFY(outcome.isOpen);
+    }
+
+    // Each of 8,000 labels begins at the one long text of their set.
+    void labelsThatShareTheirTextsAreBounded()
+    {
+        constexpr int labels = 8000;
+        constexpr int textSize = 31999;
+        StatFile file(StatFile::dta, 118);
+        auto *set = file.intLabels("shared", {});
+        for (int i = 0; i < labels; ++i)
+            readstat_label_int32_value(set, i, i == 0 ? std::string(textSize, 't').c_str() : "x");
+        file.variable("v", READSTAT_TYPE_INT16, "V", "%8.0g", set);
+        std::string bytes = file.bytes();
+        constexpr int nameField = 129;
+        constexpr int padding = 3;
+        const size_t table = bytes.find("shared", bytes.find("<lbl>")) + nameField + padding;
+        bytes.replace(table + 8, size_t(labels) * 4, size_t(labels) * 4, '\0'); // where each text begins
+        const QString path = write(QStringLiteral("shared.dta"), QByteArray(bytes.data(), int(bytes.size())));
+
+        TSTATADataImport importer(path);
+        importer.setReadingBuffered(true);
+        ReadReport report;
+        importer.setReadReport(&report);
+        QVERIFY(TestAccess::open(importer));
+        QCOMPARE(TestAccess::fields(importer).size(), 1);
+        QCOMPARE(qint64(TestAccess::labelSets(importer).at("shared")->size()), statistical::mostLabelBytes / textSize);
+        QCOMPARE(report.count(NoteKind::readingEnded), 1);
+        QCOMPARE(report.notes().back().text,
+                 QStringLiteral("has more than 250000000 bytes of value labels, the most that can be read"));
+        importer.releaseContents();
     }
 
     void labelIsGivenBackWhereMemoryRunsOut()

@@ -248,6 +248,22 @@ private Q_SLOTS:
         QCOMPARE(twin.sets().at("b")->at(0)->intValue, 7);
     }
 
+    void setsAreKeptApartByTheirWholeNames_data() { addTwins(); }
+    void setsAreKeptApartByTheirWholeNames()
+    {
+        QFETCH(bool, isSpss);
+        Twin twin(isSpss);
+        const QByteArray common(5000, 'n');
+        const QByteArray first = common + '1';
+        const QByteArray second = common + '2';
+        twin.label(doubleValue(1), "One", first.constData());
+        twin.label(doubleValue(2), "Two", second.constData());
+        QCOMPARE(twin.sets().size(), size_t(2));
+        QCOMPARE(twin.sets().count(first.toStdString()), size_t(1));
+        QCOMPARE(twin.field(READSTAT_TYPE_DOUBLE, "F8.2", second.constData()).valueLabels,
+                 QStringLiteral("2.000000 Two\t"));
+    }
+
     void flagsOfAValueAreNotLookedAt_data() { addTwins(); }
     void flagsOfAValueAreNotLookedAt()
     {

@@ -1,0 +1,272 @@
+#include "statistical/SpssDictionary_p.h"
+
+#include "statistical/BufferedFile_p.h"
+
+#include <QByteArray>
+#include <QtEndian>
+
+#include <array>
+
+namespace statistical
+{
+
+namespace
+{
+
+constexpr int headerSize = 176;
+constexpr int layoutCodeAt = 64;
+
+enum RecordType {
+    variableRecord = 2,
+    labelsRecord = 3,
+    labelledVariables = 4,
+    documents = 6,
+    extension = 7,
+    dictionaryEnd = 999
+};
+enum ExtensionType { longNames = 13, veryLongTexts = 14, longTextLabels = 21, longTextMissing = 22 };
+
+// What ReadStat 1.1.8 asks memory for at most; with more it gives the file up.
+constexpr qint64 largestBlock = 0xFFF000;
+constexpr qint64 labelInMemory = 72;
+constexpr int mostMissingValues = 3;
+
+// A table of all variables is made for each record of long names, and sorted: as costly as this many comparisons of a
+// name with each variable.
+constexpr int stepsOfSorting = 16;
+
+quint32 numberAt(const char *bytes, bool isBigEndian)
+{
+    return isBigEndian ? qFromBigEndian<quint32>(bytes) : qFromLittleEndian<quint32>(bytes);
+}
+
+/// Goes through the bytes of an extension record.
+class ExtensionBytes
+{
+public:
+    ExtensionBytes(const QByteArray &content, bool bigEndian)
+        : position(content.cbegin())
+        , end(content.cend())
+        , isBigEndian(bigEndian)
+    {
+    }
+
+    bool isAtEnd() const { return position == end; }
+    bool skip(qint64 size)
+    {
+        if (size > end - position)
+            return false;
+        position += size;
+        return true;
+    }
+    bool take(quint32 &number)
+    {
+        const char *start = position;
+        if (!skip(sizeof(number)))
+            return false;
+        number = numberAt(start, isBigEndian);
+        return true;
+    }
+    bool take(char &byte)
+    {
+        const char *start = position;
+        if (!skip(1))
+            return false;
+        byte = *start;
+        return true;
+    }
+    /// Goes past a text behind its size.
+    bool skipText()
+    {
+        quint32 size = 0;
+        return take(size) && skip(size);
+    }
+
+private:
+    const char *position;
+    const char *end;
+    bool isBigEndian;
+};
+
+bool skipLabelsOfText(ExtensionBytes &bytes)
+{
+    quint32 width = 0;
+    quint32 labels = 0;
+    if (!bytes.skipText() || !bytes.take(width) || !bytes.take(labels))
+        return false;
+    for (quint32 i = 0; i < labels; ++i) {
+        if (!bytes.skipText() || !bytes.skipText())
+            return false;
+    }
+    return true;
+}
+
+bool skipMissingOfText(ExtensionBytes &bytes)
+{
+    char values = 0;
+    quint32 size = 0;
+    return bytes.skipText() && bytes.take(values) && values >= 1 && values <= mostMissingValues && bytes.take(size)
+        && bytes.skip(qint64(values) * size);
+}
+
+/// A walk, and where it is.
+class Walk
+{
+public:
+    explicit Walk(BufferedFile &source)
+        : file(source)
+    {
+    }
+
+    SpssDictionary run()
+    {
+        quint32 type = 0;
+        bool goesOn = takeHeader();
+        while (goesOn && take(type) && type != dictionaryEnd)
+            goesOn = takeRecord(type);
+        quint32 filler = 0;
+        found.isWhole = goesOn && type == dictionaryEnd && take(filler);
+        return found;
+    }
+
+private:
+    bool takeHeader()
+    {
+        std::array<char, headerSize> header;
+        if (file.read(header.data(), headerSize) != headerSize)
+            return false;
+        found.isSpss = qstrncmp(header.data(), "$FL2", 4) == 0 || qstrncmp(header.data(), "$FL3", 4) == 0;
+        // 2 or 3, in the byte order of the file
+        const quint32 layoutCode = numberAt(header.data() + layoutCodeAt, false);
+        isBigEndian = layoutCode != 2 && layoutCode != 3;
+        return found.isSpss;
+    }
+
+    bool takeRecord(quint32 type)
+    {
+        switch (type) {
+        case variableRecord:
+            return takeVariable();
+        case labelsRecord:
+            return takeLabels();
+        case documents:
+            return takeDocuments();
+        case extension:
+            return takeExtension();
+        default:
+            return false;
+        }
+    }
+
+    bool takeVariable()
+    {
+        quint32 width = 0;
+        quint32 hasLabel = 0;
+        quint32 missing = 0;
+        if (!take(width) || !take(hasLabel) || !take(missing) || !skip(16))
+            return false;
+        // A further part of a text has nothing behind it: ReadStat goes past a label there in the first of its passes
+        // alone.
+        if (qint32(width) < 0)
+            return found.variables > 0 && hasLabel == 0 && missing == 0;
+        ++found.variables;
+        quint32 labelSize = 0;
+        if (hasLabel != 0 && !take(labelSize))
+            return false;
+        const qint64 values = qAbs(qint64(qint32(missing)));
+        return values <= mostMissingValues && skip((labelSize + 3) / 4 * 4) && skip(8 * values);
+    }
+
+    bool takeLabels()
+    {
+        quint32 labels = 0;
+        if (!take(labels) || labels * labelInMemory > largestBlock)
+            return false;
+        for (quint32 i = 0; i < labels; ++i) {
+            char size = 0;
+            if (!skip(8) || file.read(&size, 1) != 1 || !skip(static_cast<unsigned char>(size) / 8 * 8 + 7))
+                return false;
+        }
+        return takeLabelledVariables();
+    }
+
+    // Stands behind each record of labels, and nowhere else.
+    bool takeLabelledVariables()
+    {
+        quint32 type = 0;
+        quint32 count = 0;
+        if (!take(type) || type != labelledVariables || !take(count))
+            return false;
+        const qint64 size = qint64(4) * count;
+        return size <= largestBlock && skip(size);
+    }
+
+    bool takeDocuments()
+    {
+        quint32 lines = 0;
+        return take(lines) && skip(lines * 80U); // in 32 bits
+    }
+
+    bool takeExtension()
+    {
+        quint32 subtype = 0;
+        quint32 size = 0;
+        quint32 count = 0;
+        if (!take(subtype) || !take(size) || !take(count))
+            return false;
+        const quint64 all = quint64(size) * count;
+        if (all == 0 || all > quint64(largestBlock))
+            return false;
+        found.hasLongNames |= subtype == longNames || subtype == veryLongTexts;
+        if (subtype == longNames || subtype == veryLongTexts)
+            found.lookupSteps += stepsOfSorting * found.variables;
+        if (subtype == longTextLabels)
+            return takeSets(qint64(all), skipLabelsOfText);
+        if (subtype == longTextMissing)
+            return takeSets(qint64(all), skipMissingOfText);
+        return skip(qint64(all));
+    }
+
+    // Counts the sets of a record that holds them for one variable after the other. Whether the record is what it
+    // should be does not matter: ReadStat takes the whole of it in any case.
+    bool takeSets(qint64 size, bool (*skipSet)(ExtensionBytes &))
+    {
+        if (size > file.bytesLeft())
+            return false;
+        QByteArray content(int(size), Qt::Uninitialized);
+        if (file.read(content.data(), size) != size)
+            return false;
+        ExtensionBytes bytes(content, isBigEndian);
+        bool goesOn = true;
+        while (goesOn && !bytes.isAtEnd()) {
+            found.lookupSteps += found.variables;
+            goesOn = skipSet(bytes);
+        }
+        return true;
+    }
+
+    bool take(quint32 &number)
+    {
+        std::array<char, sizeof(quint32)> bytes;
+        if (file.read(bytes.data(), bytes.size()) != qint64(bytes.size()))
+            return false;
+        number = numberAt(bytes.data(), isBigEndian);
+        return true;
+    }
+
+    // Behind the end there is nothing to arrive at.
+    bool skip(qint64 size) { return size <= file.bytesLeft() && file.seek(size, READSTAT_SEEK_CUR) >= 0; }
+
+    BufferedFile &file;
+    SpssDictionary found;
+    bool isBigEndian = false;
+};
+
+} // namespace
+
+SpssDictionary walkSpssDictionary(BufferedFile &file)
+{
+    return Walk(file).run();
+}
+
+} // namespace statistical

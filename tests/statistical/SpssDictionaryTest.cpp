@@ -1,0 +1,396 @@
+#include "statistical/BufferedFile_p.h"
+#include "statistical/SpssDictionary_p.h"
+#include "support/SpssBytes.h"
+
+#include <readstat.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <iterator>
+#include <memory>
+#include <random>
+
+namespace
+{
+
+/// What ReadStat itself makes of a file.
+struct Parse {
+    bool isFine = false;
+    int variables = 0;
+};
+
+Parse parse(const QString &path)
+{
+    Parse result;
+    const std::unique_ptr<readstat_parser_t, void (*)(readstat_parser_t *)> parser(readstat_parser_init(),
+                                                                                   readstat_parser_free);
+    readstat_set_variable_handler(parser.get(), [](int, readstat_variable_t *, const char *, void *count) {
+        ++*static_cast<int *>(count);
+        return int(READSTAT_HANDLER_OK);
+    });
+    result.isFine
+        = readstat_parse_sav(parser.get(), QFile::encodeName(path).constData(), &result.variables) == READSTAT_OK;
+    return result;
+}
+
+/// The bytes of records without the head of a file.
+template <typename Fill> QByteArray recordsOf(Fill fill)
+{
+    SpssBytes records;
+    records.bytes.clear();
+    fill(records);
+    return records.bytes;
+}
+
+/// One record of each kind, with what may be behind it.
+QByteArray everyRecord(bool isBigEndian)
+{
+    SpssBytes file(isBigEndian);
+    file.variable("A", true, 2);
+    file.label("label of A");
+    file.bytes += QByteArray(16, '\0');
+    file.variable("B", 0, 0, 20);
+    file.parts(2);
+    file.variable("C", true, -3);
+    file.label(QByteArray());
+    file.bytes += QByteArray(24, '\0');
+    file.valueLabels();
+    file.documents();
+    file.extension(SpssBytes::attributes);
+    file.extension(SpssBytes::longNames, "A=longname\tB=othername");
+    file.extension(SpssBytes::veryLongTexts, QByteArray("B=00020\0\t", 9));
+    SpssBytes content(isBigEndian);
+    content.bytes.clear();
+    content.numbers({ 9 });
+    content.bytes += "othername";
+    content.numbers({ 20, 1, 2 });
+    content.bytes += "ab";
+    content.numbers({ 3 });
+    content.bytes += "lab";
+    file.extension(SpssBytes::longTextLabels, content.bytes);
+    content.bytes.clear();
+    content.numbers({ 9 });
+    content.bytes += "othername\2";
+    content.numbers({ 3 });
+    content.bytes += "abcdef";
+    file.extension(SpssBytes::longTextMissing, content.bytes);
+    file.end();
+    return file.bytes;
+}
+
+/// Changes a number, a byte, or the place of some records, at random.
+class Change
+{
+public:
+    explicit Change(std::mt19937 &source)
+        : random(source)
+    {
+    }
+
+    void operator()(QByteArray &bytes)
+    {
+        constexpr int headerSize = 176;
+        const int numbers = (bytes.size() - headerSize) / 4;
+        if (numbers < 1)
+            return;
+        const int at = headerSize + below(numbers) * 4;
+        switch (below(4)) {
+        case 0:
+            bytes.replace(at, 4, oddNumber());
+            break;
+        case 1:
+            bytes[at] = char(bytes[at] ^ 1 << below(8));
+            break;
+        case 2:
+            bytes.remove(at, 4 * below(12));
+            break;
+        default:
+            bytes.insert(headerSize + below(numbers) * 4, bytes.mid(at, 4 * below(20)));
+            break;
+        }
+    }
+
+private:
+    int below(int bound) { return int(random() % unsigned(bound)); }
+    QByteArray oddNumber()
+    {
+        static constexpr quint32 odd[]
+            = { 0,          1,          2,          3,          4,          6,          7,          8,
+                13,         14,         16,         21,         22,         80,         999,        0xFFFFFFFF,
+                0xFFFFFFFE, 0xFFFFFFFD, 0xFFFFFFFC, 0x80000000, 0x7FFFFFFF, 0x0CCCCCCD, 0x33333334, 0x40000001 };
+        SpssBytes number(below(4) == 0);
+        number.bytes.clear();
+        number.number(odd[below(int(std::size(odd)))]);
+        return number.bytes;
+    }
+
+    std::mt19937 &random;
+};
+
+} // namespace
+
+/// The walk through the dictionary of an SPSS file in front of ReadStat, held against ReadStat.
+class SpssDictionaryTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyRecordIsGonePast()
+    {
+        for (const bool isBigEndian : { false, true }) {
+            const QString path = write(everyRecord(isBigEndian));
+            const statistical::SpssDictionary found = walk(path);
+            QVERIFY(found.isSpss);
+            QVERIFY(found.isWhole);
+            QVERIFY(found.hasLongNames);
+            QCOMPARE(found.variables, Q_INT64_C(3));
+            // Both records of names sort three variables; each of the two sets is looked up among three.
+            QCOMPARE(found.lookupSteps, Q_INT64_C(2 * 16 * 3 + 2 * 3));
+            QCOMPARE(parse(path).variables, 3);
+        }
+    }
+
+    void sizesAreCountedAsReadStatCounts_data()
+    {
+        QTest::addColumn<QByteArray>("records");
+        QTest::addColumn<bool>("isWhole");
+        const auto addRow
+            = [](const char *name, bool isWhole, auto fill) { QTest::newRow(name) << recordsOf(fill) << isWhole; };
+        // 32 bits make 16 bytes of these lines.
+        addRow("documents beyond 32 bits", true, [](SpssBytes &file) {
+            file.numbers({ 6, 0x0CCCCCCD });
+            file.bytes += QByteArray(16, ' ');
+        });
+        addRow("documents beyond 31 bits", false, [](SpssBytes &file) { file.numbers({ 6, -5 }); });
+        addRow("no documents", true, [](SpssBytes &file) { file.numbers({ 6, 0 }); });
+        addRow("four missing values", false, [](SpssBytes &file) {
+            file.variable("B", 0, 4);
+            file.bytes += QByteArray(32, '\0');
+        });
+        addRow("four missing values as a range", false, [](SpssBytes &file) {
+            file.variable("B", 0, -4);
+            file.bytes += QByteArray(32, '\0');
+        });
+        addRow("smallest number of missing values", false,
+               [](SpssBytes &file) { file.variable("B", 0, std::numeric_limits<int>::min()); });
+        addRow("label of a part", false, [](SpssBytes &file) {
+            file.part(true);
+            file.label("label");
+        });
+        addRow("missing values of a part", false, [](SpssBytes &file) {
+            file.part(0, 1);
+            file.bytes += QByteArray(8, '\0');
+        });
+        addRow("part with another number below 0", true, [](SpssBytes &file) {
+            file.numbers({ 2, -5, 0, 0, 0, 0 });
+            file.bytes += QByteArray(8, ' ');
+        });
+        addRow("extension of no size", false, [](SpssBytes &file) {
+            file.numbers({ 7, SpssBytes::attributes, 0, 5 });
+        });
+        addRow("extension of no elements", false, [](SpssBytes &file) {
+            file.numbers({ 7, SpssBytes::attributes, 5, 0 });
+        });
+        // As a place in a file this is 8 GB in front of the record.
+        addRow("largest extension", false, [](SpssBytes &file) { file.numbers({ 7, SpssBytes::attributes, -1, -1 }); });
+        addRow("extension as large as memory is given for", true, [](SpssBytes &file) {
+            file.numbers({ 7, SpssBytes::attributes, 1, 0xFFF000 });
+            file.bytes += QByteArray(0xFFF000, ' ');
+        });
+        addRow("larger extension", false, [](SpssBytes &file) {
+            file.numbers({ 7, SpssBytes::attributes, 1, 0xFFF001 });
+            file.bytes += QByteArray(0xFFF001, ' ');
+        });
+        addRow("no labels", true, [](SpssBytes &file) { file.numbers({ 3, 0, 4, 0 }); });
+        addRow("as many labels as memory is given for", true, [](SpssBytes &file) { labels(file, 232960); });
+        addRow("more labels", false, [](SpssBytes &file) { labels(file, 232961); });
+        addRow("as many labelled variables as memory is given for", true,
+               [](SpssBytes &file) { labelled(file, 0xFFF000 / 4); });
+        addRow("more labelled variables", false, [](SpssBytes &file) { labelled(file, 0xFFF000 / 4 + 1); });
+    }
+    void sizesAreCountedAsReadStatCounts()
+    {
+        QFETCH(QByteArray, records);
+        QFETCH(bool, isWhole);
+        SpssBytes file;
+        file.variable("A", 0, 0, 8);
+        file.bytes += records;
+        file.variable("Z");
+        file.end();
+        const QString path = write(file.bytes);
+        const statistical::SpssDictionary found = walk(path);
+        QCOMPARE(found.isWhole, isWhole);
+        QCOMPARE(parse(path).isFine, isWhole);
+        if (isWhole)
+            QCOMPARE(found.variables, qint64(parse(path).variables));
+    }
+
+    void partInFrontOfAllVariablesEndsTheWalk()
+    {
+        SpssBytes file;
+        file.part();
+        file.variable("A");
+        file.end();
+        const QString path = write(file.bytes);
+        QVERIFY(!walk(path).isWhole);
+        QVERIFY(!parse(path).isFine);
+    }
+
+    // The first of ReadStat's passes goes past the label of a part, the second takes it for records, and finds
+    // variables in what the first one takes for a label.
+    void labelOfAPartHidesNoVariables()
+    {
+        const QByteArray hidden = recordsOf([](SpssBytes &records) {
+            records.variables(5);
+            records.end();
+        });
+        SpssBytes file;
+        file.variable("A", 0, 0, 8);
+        file.part(true);
+        const QByteArray between = recordsOf([&](SpssBytes &records) {
+            records.numbers({ 0, 1, 0, 0x050800, 0x050800, 0, 0, hidden.size() });
+        });
+        file.numbers({ 7, SpssBytes::attributes, between.size() / 2, 2 });
+        file.bytes += between + hidden;
+        file.end();
+        const QString path = write(file.bytes);
+        QCOMPARE(parse(path).variables, 6);
+        QVERIFY(!walk(path).isWhole);
+    }
+
+    void setsAreCountedUpToTheFirstThatIsBroken_data()
+    {
+        QTest::addColumn<int>("subtype");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("sets");
+        const auto addRow = [](const char *name, int subtype, std::initializer_list<qint32> numbers, int sets) {
+            QTest::newRow(name) << subtype << recordsOf([&](SpssBytes &content) { content.numbers(numbers); }) << sets;
+        };
+        constexpr int labels = SpssBytes::longTextLabels;
+        addRow("no label", labels, { 0, 9, 0, 0, 9, 0 }, 2);
+        addRow("two labels", labels, { 0, 9, 2, 0, 0, 0, 0, 0, 9, 0 }, 2);
+        addRow("name cut off", labels, { 0, 9, 0, 5 }, 2);
+        addRow("width missing", labels, { 0 }, 1);
+        addRow("number of labels missing", labels, { 0, 9 }, 1);
+        addRow("label missing", labels, { 0, 9, 2, 0, 0, 0 }, 1);
+        addRow("larger label than is there", labels, { 0, 9, 1, 0, -1, 0, 9, 0 }, 1);
+        constexpr int missing = SpssBytes::longTextMissing;
+        QTest::newRow("missing values") << missing << QByteArray("\0\0\0\0\1\0\0\0\0", 9).repeated(3) << 3;
+        QTest::newRow("number of missing values missing") << missing << QByteArray(4, '\0') << 1;
+        QTest::newRow("no missing value") << missing << QByteArray(18, '\0') << 1;
+        QTest::newRow("four missing values") << missing << QByteArray("\0\0\0\0\4\0\0\0\0", 9).repeated(3) << 1;
+        QTest::newRow("less than none") << missing << QByteArray("\0\0\0\0\xFF\4\0\0\0", 9).repeated(3) << 1;
+        QTest::newRow("size missing") << missing << QByteArray("\0\0\0\0\1\0\0\0", 8) << 1;
+        QTest::newRow("bytes missing") << missing << QByteArray("\0\0\0\0\2\4\0\0\0abcdefg", 16) << 1;
+    }
+    void setsAreCountedUpToTheFirstThatIsBroken()
+    {
+        QFETCH(int, subtype);
+        QFETCH(QByteArray, content);
+        QFETCH(int, sets);
+        SpssBytes file;
+        file.variables(10);
+        file.extension(subtype, content);
+        file.variable("LAST");
+        file.end();
+        const statistical::SpssDictionary found = walk(write(file.bytes));
+        QCOMPARE(found.lookupSteps, qint64(10) * sets);
+        QVERIFY(found.isWhole); // whatever the record holds: ReadStat goes past all of it
+        QCOMPARE(found.variables, Q_INT64_C(11));
+    }
+
+    void fileOfAnotherFormatIsNoSpssFile_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("isSpss");
+        QTest::newRow("empty") << QByteArray() << false;
+        QTest::newRow("head cut off") << QByteArray("$FL2").leftJustified(175, ' ') << false;
+        QTest::newRow("head alone") << QByteArray("$FL2").leftJustified(176, ' ') << true;
+        QTest::newRow("compressed") << QByteArray("$FL3").leftJustified(176, ' ') << true;
+        QTest::newRow("unknown version") << QByteArray("$FL4").leftJustified(176, ' ') << false;
+        QTest::newRow("text") << QByteArray(400, 'x') << false;
+    }
+    void fileOfAnotherFormatIsNoSpssFile()
+    {
+        QFETCH(QByteArray, bytes);
+        const statistical::SpssDictionary found = walk(write(bytes));
+        QTEST(found.isSpss, "isSpss");
+        QVERIFY(!found.isWhole);
+    }
+
+    // Whatever is changed in a file: where ReadStat reads it, the walk has gone past the same records.
+    void changedFilesAreWalkedAsReadStatReadsThem()
+    {
+        std::mt19937 random(13); // NOLINT: the same files every time
+        Change change(random);
+        int readable = 0;
+        for (int round = 0; round < 2000; ++round) {
+            QByteArray bytes = everyRecord(round % 2 == 1);
+            for (int changes = 1 + round % 3; changes > 0; --changes)
+                change(bytes);
+            const QString path = write(bytes);
+            const Parse expected = parse(path);
+            const statistical::SpssDictionary found = walk(path);
+            if (!expected.isFine || hasPartWithMore(bytes))
+                continue;
+            ++readable;
+            if (!found.isWhole || found.variables < expected.variables)
+                QFAIL(qPrintable(QStringLiteral("round %1: %2 of %3 variables")
+                                     .arg(round)
+                                     .arg(found.variables)
+                                     .arg(expected.variables)));
+        }
+        QVERIFY(readable > 300);
+    }
+
+private:
+    static void labels(SpssBytes &file, int count)
+    {
+        file.numbers({ 3, count });
+        file.bytes += (QByteArray(8, '\0') + '\3' + "Yes    ").repeated(count);
+        file.numbers({ 4, 1, 1 });
+    }
+
+    static void labelled(SpssBytes &file, int count)
+    {
+        file.numbers({ 3, 0, 4, count });
+        file.bytes += QByteArray("\1\0\0\0", 4).repeated(count);
+    }
+
+    // Such a part is refused, though ReadStat may find its way through.
+    static bool hasPartWithMore(const QByteArray &bytes)
+    {
+        for (const bool isBigEndian : { false, true }) {
+            SpssBytes part(isBigEndian);
+            part.bytes.clear();
+            part.numbers({ 2, -1 });
+            const QByteArray bare = part.bytes + QByteArray(8, '\0');
+            if (bytes.count(part.bytes) != bytes.count(bare))
+                return true;
+        }
+        return false;
+    }
+
+    static statistical::SpssDictionary walk(const QString &path)
+    {
+        statistical::BufferedFile file;
+        if (!file.open(QFile::encodeName(path).constData()))
+            qFatal("%s cannot be opened", qPrintable(path));
+        return statistical::walkSpssDictionary(file);
+    }
+
+    QString write(const QByteArray &bytes)
+    {
+        const QString path = folder.filePath(QStringLiteral("file"));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("%s cannot be written", qPrintable(path));
+        return path;
+    }
+
+    QTemporaryDir folder;
+};
+
+QTEST_APPLESS_MAIN(SpssDictionaryTest)
+#include "SpssDictionaryTest.moc"
