@@ -5,6 +5,9 @@
 #include <cstring>
 #include <limits>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace statistical
 {
 
@@ -12,6 +15,18 @@ namespace
 {
 
 constexpr size_t pieceSize = 1 << 16;
+
+// Some bytes from the place on; -1 where the system fails.
+ssize_t readAt(int descriptor, qint64 place, std::vector<char> &target)
+{
+    if (lseek(descriptor, place, SEEK_SET) < 0)
+        return -1;
+    ssize_t count = 0;
+    do
+        count = ::read(descriptor, target.data(), target.size());
+    while (count < 0 && errno == EINTR);
+    return count;
+}
 
 } // namespace
 
@@ -32,7 +47,7 @@ int BufferedFile::onOpen(const char *path, void *context)
 
 int BufferedFile::onClose(void *context)
 {
-    static_cast<BufferedFile *>(context)->file.close();
+    static_cast<BufferedFile *>(context)->close();
     return 0;
 }
 
@@ -52,17 +67,30 @@ readstat_error_t BufferedFile::onUpdate(long /*fileSize*/, readstat_progress_han
     return READSTAT_OK;
 }
 
+BufferedFile::~BufferedFile()
+{
+    close();
+}
+
 bool BufferedFile::open(const char *path)
 {
-    file.pubsetbuf(nullptr, 0);
+    close();
     firstError = 0;
-    if (!file.open(path, std::ios::in | std::ios::binary))
+    descriptor = ::open(path, O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
         return false;
-    fileSize = file.pubseekoff(0, std::ios::end);
+    fileSize = lseek(descriptor, 0, SEEK_END);
     bufferStart = bufferSize = position = 0;
     if (fileSize < 0) // no place in it can be found; what reading it fails with is a better reason
         fill();
     return true;
+}
+
+void BufferedFile::close()
+{
+    if (descriptor >= 0)
+        ::close(descriptor);
+    descriptor = -1;
 }
 
 qint64 BufferedFile::seek(qint64 offset, readstat_io_flags_t whence)
@@ -76,7 +104,7 @@ qint64 BufferedFile::seek(qint64 offset, readstat_io_flags_t whence)
         return -1;
     const qint64 target = base + offset;
     // Behind the end, where nothing can be read, the system may still refuse a place.
-    if (target > fileSize && file.pubseekoff(target, std::ios::beg) == std::streampos(-1))
+    if (target > fileSize && lseek(descriptor, target, SEEK_SET) < 0)
         return -1;
     position = target;
     return target;
@@ -109,20 +137,11 @@ void BufferedFile::fill()
     bufferSize = 0;
     if (fileSize >= 0 && position >= fileSize)
         return;
-    try {
-        if (file.pubseekoff(position, std::ios::beg) == std::streampos(-1))
-            keepError(errno);
-        else
-            bufferSize = file.sgetn(buffer.data(), std::streamsize(buffer.size()));
-    } catch (const std::ios_base::failure &failure) {
-        keepError(failure.code().value());
-    }
-}
-
-void BufferedFile::keepError(int number)
-{
-    if (firstError == 0)
-        firstError = number != 0 ? number : EIO;
+    const ssize_t count = readAt(descriptor, position, buffer);
+    if (count >= 0)
+        bufferSize = count;
+    else if (firstError == 0)
+        firstError = errno;
 }
 
 } // namespace statistical

@@ -5,7 +5,6 @@
 
 #include <QtGlobal>
 
-#include <fstream>
 #include <vector>
 
 namespace statistical
@@ -19,6 +18,11 @@ namespace statistical
 class BufferedFile
 {
 public:
+    BufferedFile() = default;
+    ~BufferedFile();
+    BufferedFile(const BufferedFile &) = delete;
+    BufferedFile &operator=(const BufferedFile &) = delete;
+
     /// Has the parser read through this object, which must outlive the parse. For regular files only.
     void attachTo(readstat_parser_t *parser);
 
@@ -41,10 +45,10 @@ private:
     static readstat_error_t onUpdate(long fileSize, readstat_progress_handler progress, void *userContext,
                                      void *context);
 
+    void close();
     void fill();
-    void keepError(int number);
 
-    std::filebuf file; ///< not `QFile`, which warns of a place that the system refuses
+    int descriptor = -1; ///< not a `QFile`, which warns of a place that the system refuses
     qint64 fileSize = 0;
     std::vector<char> buffer;
     qint64 bufferStart = 0; ///< of its first byte in the file

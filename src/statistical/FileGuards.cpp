@@ -14,7 +14,7 @@ namespace
 // A smaller file ends soon, whatever is in it.
 constexpr qint64 smallestBigFile = 1 << 16;
 
-QString problemOf(const SpssDictionary &dictionary)
+QString lineAbout(const SpssDictionary &dictionary)
 {
     if (!dictionary.isWhole)
         return QStringLiteral("breaks off in its dictionary, or holds a record there that cannot be read");
@@ -31,20 +31,21 @@ QString problemOf(const SpssDictionary &dictionary)
 
 } // namespace
 
-QString deviceProblem(int error)
+ReadProblem deviceProblem(int error)
 {
-    return QStringLiteral("cannot be read: ") + qt_error_string(error);
+    return { QStringLiteral("cannot be read: ") + qt_error_string(error), true };
 }
 
-QString spssProblem(const QString &path)
+ReadProblem spssProblem(const QString &path)
 {
     BufferedFile file;
     if (!file.open(QFile::encodeName(path).constData()))
-        return QString();
+        return ReadProblem();
     const SpssDictionary dictionary = walkSpssDictionary(file);
     if (file.error() != 0)
         return deviceProblem(file.error());
-    return dictionary.isSpss && file.size() >= smallestBigFile ? problemOf(dictionary) : QString();
+    const bool isJudged = dictionary.isSpss && file.size() >= smallestBigFile;
+    return { isJudged ? lineAbout(dictionary) : QString() };
 }
 
 NameBounds stataNameBounds(const QString &path)

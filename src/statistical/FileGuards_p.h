@@ -21,10 +21,10 @@ constexpr qint64 mostLookupSteps = 250000000;
 ///
 /// A file of 64 KiB or more is also refused where its dictionary is not as ReadStat could read it up to the end: what
 /// is behind such a place cannot be judged.
-QString spssProblem(const QString &path);
+ReadProblem spssProblem(const QString &path);
 
-/// What is said of a file that the system fails to read with the error \a error.
-QString deviceProblem(int error);
+/// The problem of a file that the system fails to read with the error \a error.
+ReadProblem deviceProblem(int error);
 
 /// How long the names of label sets can be in a Stata file of any version.
 constexpr NameBounds widestStataNames = { 129, 129 };

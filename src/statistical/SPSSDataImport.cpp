@@ -71,7 +71,7 @@ QStringList *TSPSSDataImport::selectLayoutSource()
 
 void TSPSSDataImport::openRead(QString path)
 {
-    statistical::Reading file(statistical::spss, path, readsBuffered);
+    statistical::Reading file(statistical::spss, path, readsBuffered || report);
     Body::read(this, file); // a failure is silent
 }
 

@@ -79,7 +79,7 @@ QStringList *TSTATADataImport::selectLayoutSource()
 
 void TSTATADataImport::openRead(QString path)
 {
-    statistical::Reading file(statistical::stata, path, readsBuffered);
+    statistical::Reading file(statistical::stata, path, readsBuffered || report);
     const readstat_error_t result = Body::read(this, file);
     if (result != READSTAT_OK && errorStream)
         std::fprintf(errorStream, "Error processing %s: %d\n", file.path().constData(), int(result));

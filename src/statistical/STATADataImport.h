@@ -48,7 +48,8 @@ public:
     ~TSTATADataImport() override;
 
     /// Whether files are read in large pieces instead of by ReadStat's own small ones: the same result, much sooner.
-    /// Off in a new importer.
+    /// Off in a new importer. Where a report is attached, files are read so in any case: ReadStat's own reading does
+    /// not notice a disk that fails.
     bool isReadingBuffered() const;
     void setReadingBuffered(bool on);
 

@@ -26,7 +26,7 @@ enum RecordType {
 };
 enum ExtensionType { longNames = 13, veryLongTexts = 14, longTextLabels = 21, longTextMissing = 22 };
 
-// What ReadStat 1.1.8 asks memory for at most; with more it gives the file up.
+// The most memory that ReadStat 1.1.8 asks for at a time; where it needs more, it gives the file up.
 constexpr qint64 largestBlock = 0xFFF000;
 constexpr qint64 labelInMemory = 72;
 constexpr int mostMissingValues = 3;
@@ -190,7 +190,7 @@ private:
         return takeLabelledVariables();
     }
 
-    // Stands behind each record of labels, and nowhere else.
+    // These follow each record of labels, and come nowhere else.
     bool takeLabelledVariables()
     {
         quint32 type = 0;

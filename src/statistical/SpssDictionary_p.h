@@ -8,7 +8,7 @@ namespace statistical
 
 class BufferedFile;
 
-/// What the dictionary of an SPSS file asks of ReadStat.
+/// The dictionary of an SPSS file, as far as ReadStat may come to harm in it.
 struct SpssDictionary {
     bool isSpss = false;       ///< whether the file begins as an SPSS file does
     bool isWhole = false;      ///< whether ReadStat 1.1.8 goes past each record up to the end of the dictionary

@@ -93,9 +93,9 @@ bool hasDecimals(const readstat_variable_t &variable)
     return digit != end && isDigit(*digit);
 }
 
-QString noProblem(const QString & /*path*/)
+ReadProblem noProblem(const QString & /*path*/)
 {
-    return QString();
+    return ReadProblem();
 }
 
 NameBounds wholeNamesOfAny(const QString & /*path*/)
@@ -486,7 +486,7 @@ Reading::Reading(const Format &fileFormat, const QString &path, bool buffered)
         return;
     bounds = format.nameBounds(seenPath);
     readProblem = format.problem(seenPath);
-    isRefused = !readProblem.isEmpty();
+    isRefused = !readProblem.isNull();
     isBuffered = buffered;
 }
 
@@ -495,7 +495,7 @@ bool Reading::hasRoomFor(qint64 bytes)
     labelBytes += bytes;
     if (labelBytes <= mostLabelBytes)
         return true;
-    readProblem
+    readProblem.line
         = QStringLiteral("has more than %1 bytes of value labels, the most that can be read").arg(mostLabelBytes);
     return false;
 }
@@ -556,10 +556,11 @@ void Reading::tellOfEnd(const LabelSets &sets, readstat_error_t labelPass, reads
             report->add(NoteKind::labelSetUnused, describeSet(name, *set));
     }
     const readstat_error_t error = variablePass != READSTAT_OK ? variablePass : labelPass;
-    const bool hasProblem = !readProblem.isEmpty();
-    if (error == READSTAT_OK && !hasProblem)
+    if (readProblem.isOfDevice)
+        report->add(NoteKind::readFailed, readProblem.line);
+    if (readProblem.isOfDevice || (error == READSTAT_OK && readProblem.isNull()))
         return;
-    const QString words = hasProblem ? readProblem : QString::fromUtf8(readstat_error_message(error));
+    const QString words = readProblem.isNull() ? QString::fromUtf8(readstat_error_message(error)) : readProblem.line;
     if (error == READSTAT_ERROR_UNSUPPORTED_FILE_FORMAT_VERSION)
         report->add(NoteKind::versionRefused, words);
     else

@@ -46,6 +46,14 @@ constexpr qint64 mostLabelBytes = 250000;
 constexpr qint64 mostLabelBytes = 250000000;
 #endif
 
+/// Why a file is not read, or not to its end, although its contents do not end the reading.
+struct ReadProblem {
+    QString line;            ///< for a person; null where there is no problem
+    bool isOfDevice = false; ///< the system fails to read the file
+
+    bool isNull() const { return line.isNull(); }
+};
+
 /// What sets one format apart. Whatever is not named here is the same for both.
 struct Format {
     readstat_error_t (*parse)(readstat_parser_t *, const char *path, void *context);
@@ -56,8 +64,8 @@ struct Format {
     qint32 (*widthOf)(const readstat_variable_t &variable);
     bool textsHaveRange;
     bool textsAreLatin1; ///< so that each letter beyond ASCII becomes several
-    /// Why ReadStat cannot be trusted with a file, as one line for a person; null where it can.
-    QString (*problem)(const QString &path);
+    /// Why ReadStat cannot be trusted with a file.
+    ReadProblem (*problem)(const QString &path);
     NameBounds widestNames;
     NameBounds (*nameBounds)(const QString &path);
 };
@@ -89,9 +97,7 @@ public:
 
     /// Whether a file may have \a bytes more in its value labels. Where it may not, the file has a problem.
     bool hasRoomFor(qint64 bytes);
-    /// Why the file was not read, or not to its end, as one line for a person; null where nothing but its contents
-    /// ended the reading.
-    const QString &problem() const { return readProblem; }
+    const ReadProblem &problem() const { return readProblem; }
 
     NameBounds bounds;
     ReadReport *report = nullptr; ///< hears of what is lost or changed; not owned
@@ -125,7 +131,7 @@ private:
     QByteArray localPath;    ///< in the encoding of the system
     bool isBuffered = false; ///< what is no regular file is left to ReadStat's own reading
     bool isRefused = false;
-    QString readProblem;
+    ReadProblem readProblem;
     qint64 labelBytes = 0;
     std::exception_ptr raised;
     std::unordered_map<const LabelSet *, std::vector<ReadNote>> waitingNotes;
@@ -190,6 +196,7 @@ template <typename Importer> struct ImportBody {
         const std::unique_ptr<Importer, EndReading> atEnd(importer);
         const readstat_error_t labelResult = reading.pass(Importer::handleValueLabel, nullptr, importer);
         const readstat_error_t result = reading.pass(nullptr, Importer::handleVariable, importer);
+        importer->readProblem = reading.problem().line;
         for (auto *variable : importer->variables)
             importer->addField(variable);
         if (canTell) {

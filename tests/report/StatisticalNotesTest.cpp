@@ -336,6 +336,9 @@ private Q_SLOTS:
         StatFile file(StatFile::sav);
         file.variable("RENT", READSTAT_TYPE_DOUBLE, "Rent", "F8.2");
         QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("decimals-lost|RENT|F8.2")));
+        // One sentence serves all formats: there is nothing to divide in this one.
+        const QString sentence = ReadReport::sentenceOf(NoteKind::decimalsLost);
+        QVERIFY(sentence.contains(QStringLiteral("values of SPSS and Stata files as they are, since they are real")));
     }
 
     void missingRangesAreToldAsTheyAreDeclared_data()
@@ -364,6 +367,22 @@ private Q_SLOTS:
         readstat_variable_t *age = file.variable("AGE", READSTAT_TYPE_DOUBLE, "Age", "F3.0");
         readstat_variable_add_missing_double_value(age, 99);
         QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("missing-not-read|AGE|99")));
+    }
+
+    void missingValueWithALabelIsListedLikeAnyOtherValue()
+    {
+        StatFile file(StatFile::sav);
+        const auto *set = file.labels("ages", { { 1, "One" }, { 99, "Unknown" } });
+        readstat_variable_t *age = file.variable("AGE", READSTAT_TYPE_DOUBLE, "Age", "F3.0", set);
+        readstat_variable_add_missing_double_value(age, 99);
+        TSPSSDataImport importer(saved(file));
+        ReadReport report;
+        importer.setReadReport(&report);
+        QVERIFY(takeWholeRoad(importer).contains(QStringLiteral("1 One\t99 Unknown\t")));
+        QCOMPARE(inWords(report), QStringList(QStringLiteral("missing-not-read|AGE|99")));
+        // So the note does not ask for a label.
+        QVERIFY(report.notes().front().sentence().contains(
+            QStringLiteral("lists one that has a label like any other value; take the missing values from this note")));
     }
 
     void stataTextOutsideOfAsciiIsTold()

@@ -111,7 +111,7 @@ private Q_SLOTS:
             file.variables(statistical::mostLongNames + 1);
             file.extension(SpssBytes::longNames);
             file.end();
-            QCOMPARE(statistical::spssProblem(write(file.bytes)),
+            QCOMPARE(statistical::spssProblem(write(file.bytes)).line,
                      QStringLiteral("has more than 419328 variables with long names, the most that can be read"));
         }
     }
@@ -158,7 +158,7 @@ private Q_SLOTS:
             file.variables(size);
             file.bytes += tail;
             const bool isBig = file.bytes.size() >= 1 << 16;
-            QCOMPARE(statistical::spssProblem(write(file.bytes)), isBig ? brokenOff : QString());
+            QCOMPARE(statistical::spssProblem(write(file.bytes)).line, isBig ? brokenOff : QString());
         }
     }
 
@@ -170,7 +170,7 @@ private Q_SLOTS:
         file.variables(statistical::mostLongNames + 1);
         file.extension(SpssBytes::longNames);
         file.end();
-        QCOMPARE(statistical::spssProblem(write(file.bytes)),
+        QCOMPARE(statistical::spssProblem(write(file.bytes)).line,
                  QStringLiteral("has more than 419328 variables with long names, the most that can be read"));
     }
 
@@ -207,7 +207,7 @@ private Q_SLOTS:
             file.extension(subtype, set.repeated(sets - 5000));
             file.extension(subtype, set.repeated(5000));
             file.end();
-            const QString problem = statistical::spssProblem(write(file.bytes));
+            const QString problem = statistical::spssProblem(write(file.bytes)).line;
             QCOMPARE(problem.isNull(), sets == most);
             if (sets > most)
                 QVERIFY2(problem.startsWith(QLatin1String("has too many sets of labels or missing values of long texts "

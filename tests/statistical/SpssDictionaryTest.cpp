@@ -14,7 +14,7 @@
 namespace
 {
 
-/// What ReadStat itself makes of a file.
+/// The result of ReadStat's own parse of a file.
 struct Parse {
     bool isFine = false;
     int variables = 0;

@@ -76,6 +76,34 @@ private Q_SLOTS:
         }
     }
 
+    // The labels of a Stata file are at its end: all variables are there when the disk fails.
+    void statisticalFileThatFailsGivesNoDocument_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("stata") << "types-118.dta";
+        QTest::newRow("spss") << "types.sav";
+    }
+    void statisticalFileThatFailsGivesNoDocument()
+    {
+        QFETCH(QString, file);
+
+        QFile made(QStringLiteral(VAN_MADE_DATA "/") + file);
+        QVERIFY(made.open(QIODevice::ReadOnly));
+        const QByteArray bytes = made.readAll();
+        folder.write(file, bytes);
+        const qint64 goodBytes = bytes.contains("<lbl>") ? bytes.lastIndexOf("<lbl>") + 20 : bytes.size() / 2;
+        for (const QStringList &command :
+             { QStringList{ "codebook", "-o", "-" }, QStringList{ "export", "--to", "ddi" } }) {
+            const Run run = runOnBadDisk(command + QStringList{ file }, file, goodBytes);
+            QCOMPARE(run.status, noAnswer);
+            QVERIFY(run.err.endsWith("vanlayout: " + file.toUtf8() + ": " + cause));
+            QCOMPARE(run.out, QByteArray());
+        }
+        const Run run = runOnBadDisk({ "explain", file }, file, goodBytes);
+        QCOMPARE(run.status, noAnswer);
+        QVERIFY(run.out.contains("read-failed (1)"));
+    }
+
     void jsonSaysTheCause_data() { makeRows(); }
     void jsonSaysTheCause()
     {

@@ -19,6 +19,7 @@ target_compile_features(failing_disk PRIVATE cxx_std_17)
 target_link_libraries(failing_disk PRIVATE van_warnings)
 target_include_directories(failing_disk PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
 van_add_test(tool/VanlayoutReadFailureTest.cpp)
+van_use_made_data(VanlayoutReadFailureTest)
 add_dependencies(VanlayoutReadFailureTest vanlayout failing_disk)
 target_compile_definitions(VanlayoutReadFailureTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>"
     FAILING_DISK="$<TARGET_FILE:failing_disk>")
