@@ -22,6 +22,7 @@ const std::vector<FileFormat> &fileFormats()
     static const std::vector<FileFormat> formats = {
         {isStatFile, readStatFile},
         {isCSProText, readCSProText},
+        {isCSProJson, readCSProJson},
     };
     return formats;
 }

@@ -11,21 +11,28 @@
 class TextCache
 {
 public:
-    QString text(QStringView view)
+    QString text(QStringView view) { return textOf(view); }
+    /// The same for characters of one byte each.
+    QString text(QLatin1String view) { return textOf(view); }
+
+private:
+    static constexpr int longestKept = 64;
+
+    template <typename View> QString textOf(View view)
     {
         if (view.isEmpty() || view.size() > longestKept)
-            return view.toString();
+            return made(view);
         QString &place = places[hashOf(view) % places.size()];
         if (place.size() != view.size() || !std::equal(view.begin(), view.end(), place.cbegin()))
-            place = view.toString();
+            place = made(view);
         return place;
     }
 
-private:
-    static constexpr qsizetype longestKept = 64;
+    static QString made(QStringView view) { return view.toString(); }
+    static QString made(QLatin1String view) { return view; }
 
     // For short texts quicker than Qt's hash.
-    static size_t hashOf(QStringView view)
+    template <typename View> static size_t hashOf(View view)
     {
         size_t hash = 0;
         for (const QChar unit : view)

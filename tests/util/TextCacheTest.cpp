@@ -35,6 +35,19 @@ private Q_SLOTS:
         QCOMPARE(second.constData(), first.constData());
     }
 
+    void charactersOfOneByteShareTheSameText()
+    {
+        const char bytes[] = "Yes Ann\xe9"
+                             "e Yes";
+        TextCache cache;
+        const QString first = cache.text(QStringView(u"Yes"));
+        QCOMPARE(cache.text(QLatin1String(bytes, 3)).constData(), first.constData());
+        QCOMPARE(cache.text(QLatin1String(bytes + 10, 3)).constData(), first.constData());
+        QCOMPARE(cache.text(QLatin1String(bytes + 4, 5)), QString::fromUtf8("Ann\u00e9e"));
+        QCOMPARE(cache.text(QLatin1String()), QString());
+        QCOMPARE(cache.text(QLatin1String(QByteArray(65, 'x'))), QString(65, 'x'));
+    }
+
     void textOutlivesItsViewAndTheCache()
     {
         QString text;

@@ -1,0 +1,204 @@
+#include "read/CSProJsonHandler_p.h"
+#include "read/Formats_p.h"
+
+#include <rapidjson/error/en.h>
+
+#include <algorithm>
+#include <charconv>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+using JsonReader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, JsonAllocator>;
+
+const char mark[] = "\xef\xbb\xbf";
+constexpr int markSize = 3;
+
+int beginOf(const QByteArray &bytes)
+{
+    return bytes.startsWith(mark) ? markSize : 0;
+}
+
+bool isSpace(char byte)
+{
+    return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
+}
+
+// Behind the comment at \a begin; the end of the bytes if it does not end in them.
+int behindComment(const QByteArray &bytes, int begin)
+{
+    const bool isBlock = bytes.mid(begin, 2) == "/*";
+    const int end = bytes.indexOf(isBlock ? "*/" : "\n", begin + 2);
+    if (end < 0)
+        return bytes.size();
+    return end + (isBlock ? 2 : 1);
+}
+
+// The first byte that is neither white space nor comment; NUL where there is none.
+char firstByte(const QByteArray &bytes)
+{
+    int position = beginOf(bytes);
+    while (position < bytes.size()) {
+        const QByteArray two = bytes.mid(position, 2);
+        if (two == "//" || two == "/*")
+            position = behindComment(bytes, position);
+        else if (isSpace(bytes.at(position)))
+            ++position;
+        else
+            return bytes.at(position);
+    }
+    return '\0';
+}
+
+constexpr int escapeSize = 6;
+
+// The unit of the escape `\\uXXXX` at \a position; -1 if there is none.
+int unitAt(const QByteArray &bytes, int position)
+{
+    if (position + escapeSize > bytes.size() || bytes.at(position) != '\\' || bytes.at(position + 1) != 'u')
+        return -1;
+    unsigned unit = 0;
+    const char *end = bytes.constData() + position + escapeSize;
+    const auto parsed = std::from_chars(end - 4, end, unit, 16);
+    return parsed.ptr == end ? int(unit) : -1;
+}
+
+// Puts U+FFFD in the place of the escape of half a surrogate pair, which stands for no character and which RapidJSON
+// refuses. All other bytes keep their place. True if there are such escapes.
+bool mendSurrogates(QByteArray &bytes)
+{
+    bool hasHalf = false;
+    for (int position = bytes.indexOf('\\'); position >= 0; position = bytes.indexOf('\\', position)) {
+        const int unit = unitAt(bytes, position);
+        const int next = QChar::isHighSurrogate(uint(unit)) ? unitAt(bytes, position + escapeSize) : -1;
+        if (QChar::isLowSurrogate(uint(next))) {
+            position += 2 * escapeSize;
+        } else if (QChar::isSurrogate(uint(unit))) {
+            bytes.replace(position, escapeSize, "\\ufffd");
+            position += escapeSize;
+            hasHalf = true;
+        } else {
+            position += 2;
+        }
+    }
+    return hasHalf;
+}
+
+// Ends reading with what is wrong at an offset.
+void failAt(const QByteArray &bytes, int offset, const QString &reason, Diagnostics &diagnostics)
+{
+    const int line = 1 + int(std::count(bytes.begin(), bytes.begin() + offset, '\n'));
+    diagnostics.fail("damaged-json",
+                     QStringLiteral("damaged JSON in line %1, at byte %2: %3").arg(line).arg(offset).arg(reason), line);
+}
+
+// RapidJSON's words for what is wrong, without the full stop.
+QString reasonOf(rapidjson::ParseErrorCode code, char byte)
+{
+    if (code == rapidjson::kParseErrorStringEscapeInvalid && byte != '\\')
+        return QStringLiteral("a control character in a text is not escaped");
+    const QString words = QString::fromLatin1(rapidjson::GetParseError_En(code));
+    return words.left(1).toLower() + words.mid(1).chopped(words.endsWith(QLatin1Char('.')) ? 1 : 0);
+}
+
+// Says that the file is whole, but holds something else. False if it is a dictionary.
+bool failAsOther(const CSProJsonDraft &draft, Diagnostics &diagnostics)
+{
+    const QString fileType = draft.fileType();
+    if (!draft.hasDictionaryKey())
+        diagnostics.fail("no-dictionary",
+                         QStringLiteral("the file is JSON, but no CSPro dictionary: it has none of the keys "
+                                        "\"fileType\", \"recordType\", \"relativePositions\" and \"levels\""));
+    else if (!fileType.isEmpty() && fileType != QLatin1String("dictionary"))
+        diagnostics.fail("no-dictionary",
+                         QStringLiteral("the file is a CSPro file of the type \"%1\", not a dictionary").arg(fileType));
+    else
+        return false;
+    return true;
+}
+
+// One reading of one file.
+class Reading
+{
+public:
+    Reading(const QByteArray &content, Layout &target, Diagnostics &list)
+        : bytes(content)
+        , layout(target)
+        , diagnostics(list)
+        , findings(target, list)
+        , draft(target, findings)
+        , handler(draft, findings)
+    {
+    }
+
+    void read()
+    {
+        const bool hasHalfPairs = mendSurrogates(bytes);
+        if (!parse() || failAsOther(draft, diagnostics))
+            return;
+        bytes.clear();
+        layout.format = Format::CSProJson;
+        layout.encoding = QStringLiteral("utf-8");
+        draft.complete();
+        if (hasHalfPairs)
+            findings.warn("bad-bytes", QStringLiteral("texts have halves of surrogate pairs; U+FFFD is in their place"),
+                          {});
+        findings.resolvePaths();
+    }
+
+private:
+    bool parse()
+    {
+        constexpr unsigned flags
+            = rapidjson::kParseIterativeFlag | rapidjson::kParseCommentsFlag | rapidjson::kParseNumbersAsStringsFlag;
+        const int begin = beginOf(bytes);
+        rapidjson::StringStream stream(bytes.constData() + begin);
+        JsonReader reader;
+        const rapidjson::ParseResult result = reader.Parse<flags>(stream, handler);
+        const int offset = begin + int(result ? stream.Tell() : result.Offset());
+        if (handler.isTooDeep())
+            failAt(bytes, offset, QStringLiteral("more than %1 levels of nesting").arg(CSProJsonHandler::maxDepth),
+                   diagnostics);
+        else if (!result)
+            failAt(bytes, offset, reasonOf(result.Code(), bytes.constData()[offset]), diagnostics);
+        else if (offset < bytes.size())
+            failAt(bytes, offset, QStringLiteral("the document is followed by a NUL character"), diagnostics);
+        else
+            return true;
+        return false;
+    }
+
+    QByteArray bytes;
+    Layout &layout;
+    Diagnostics &diagnostics;
+    CSProJsonFindings findings;
+    CSProJsonDraft draft;
+    CSProJsonHandler handler;
+};
+
+} // namespace
+
+bool isCSProJson(const QByteArray &head)
+{
+    return firstByte(head) == '{';
+}
+
+void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)
+{
+    Reading(bytes, layout, diagnostics).read();
+}
+
+void readCSProJson(Input &input, Layout &layout, Diagnostics &diagnostics)
+{
+    QString problem;
+    const QByteArray bytes = readAllOf(input.device, problem);
+    if (problem.isEmpty())
+        readCSProJson(bytes, layout, diagnostics);
+    else
+        diagnostics.fail("cannot-read", problem);
+}
+
+} // namespace vanlayout

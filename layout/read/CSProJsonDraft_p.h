@@ -1,0 +1,170 @@
+#ifndef LAYOUT_READ_CSPROJSONDRAFT_P_H
+#define LAYOUT_READ_CSPROJSONDRAFT_P_H
+
+#include "read/CSProJsonFindings_p.h"
+#include "read/CSProPositions_p.h"
+
+#include <QByteArray>
+#include <QSet>
+
+#include <vector>
+
+namespace vanlayout
+{
+
+/// What becomes of a text.
+enum class JsonUse {
+    Held,    ///< the layout holds it
+    Extra,   ///< the layout has no place for it: it is kept in the extras
+    Unknown, ///< likewise, and it is none of the words that the key can have, which is a problem
+};
+
+/// The layout while its JSON form is being read: the elements that are open, each until its object ends and it moves
+/// into the element that holds it. What follows from several keys of an object is found at its end, because keys have
+/// no order.
+class CSProJsonDraft
+{
+public:
+    CSProJsonDraft(Layout &target, CSProJsonFindings &list)
+        : layout(target)
+        , findings(list)
+    {
+    }
+
+    void beginLabel();
+    void endLabel();
+    void endLabels();
+    void endLanguages();
+
+    void beginOccurrenceLabel();
+    void endOccurrenceLabel();
+
+    void beginPair();
+    void endPair();
+    void beginValue();
+    void endValue();
+    void beginValueSet();
+    void endValueSet();
+    void beginCapture();
+    void endCapture();
+    void beginItem();
+    void endItem();
+    void beginIds();
+    void endIds();
+    void beginRecord();
+    void endRecord();
+    void beginLevel();
+    void endLevel();
+
+    void beginLink();
+    void endLink();
+    void beginRelation();
+    void endRelation();
+
+    void beginLanguage();
+    void endLanguage();
+    void beginLevels();
+    void beginSecurity();
+    void beginRecordType();
+    void endRecordType();
+
+    JsonUse setCode(const QString &text);
+    /// \a ends are the texts of the list, \a isSound is false if it also held something else, \a spelling is its JSON.
+    void setRange(QStringList ends, bool isSound, const QString &spelling);
+    JsonUse setSpecial(const QString &text);
+    JsonUse setCaptureType(const QString &text);
+    JsonUse setDateFormat(const QString &text);
+    JsonUse setContentType(const QString &text);
+    JsonUse setSoftware(const QString &text);
+    JsonUse setFileType(const QString &text);
+    JsonUse setVersion(const QString &text);
+    void setStart(int value);
+    void setSubitemOffset(int value);
+    void setLength(int value);
+    void setDecimalMark(bool value);
+    void setZeroFill(bool value);
+    void setRelativePositions(bool value);
+
+    /// Whether the object has a key that dictionaries have and other JSON files do not.
+    bool hasDictionaryKey() const { return hasKeyOfDictionary; }
+    /// Text of the key "fileType"; null where it is absent.
+    QString fileType() const { return typeOfFile; }
+    /// Finds what depends on the whole dictionary: columns, defaults, linked value sets, languages of labels.
+    void complete();
+
+    Layout &layout;
+    CSProJsonFindings &findings;
+    ElementAddress address; ///< of the named element or value that is open
+
+    // open elements
+    Level level;
+    Record record;
+    Item item;
+    ValueSet valueSet;
+    Value value;
+    Relation relation;
+    RelationLink link;
+    Language language;
+    OccurrenceLabel occurrenceLabel;
+    Label label;
+    Capture capture;
+
+    // where the entries of an open list go
+    Labels *labels = nullptr;
+    QStringList *aliases = nullptr;
+    QVector<OccurrenceLabel> *occurrenceLabels = nullptr;
+
+private:
+    // Statements on the open item that `Item` does not hold.
+    struct ItemStatements {
+        StoredColumns columns;
+        bool hasLength = false;
+        bool hasDecimalMark = false;
+        bool hasZeroFill = false;
+    };
+    // The open pair.
+    struct Pair {
+        QString code;
+        bool hasCode = false;
+        QStringList rangeEnds;
+        QString rangeSpelling;
+        bool hasRange = false;
+        bool isRangeSound = false;
+    };
+    // A language that labels name, and the first element with such a label.
+    struct UsedLanguage {
+        QString name;
+        ElementAddress address;
+    };
+
+    QVector<Item> &openItems();
+    void beginItems();
+    void endBinaryItem();
+    void endSubitem();
+    void endNumber();
+    void endRange();
+    void keepRange(const char *id, const QString &message);
+    void noteLanguage(const QString &name);
+    void warnOfMissingKey(const char *key);
+    void checkOccurrenceLabels(const QVector<OccurrenceLabel> &list, int maximum);
+    void fillZeroFill();
+    void checkColumns();
+    void checkColumns(const QVector<Item> &items, ElementAddress place);
+    void checkLanguages();
+
+    ItemStatements statements;
+    Pair pair;
+    QString parent;                            ///< name of the last item of the container that is no subitem
+    bool hasParent = false;                    ///< whether there is one
+    std::vector<StoredColumns> columnsOfItems; ///< of the open container
+    std::vector<LevelColumns> columnsOfLevels;
+    std::vector<ElementAddress> withoutZeroFill; ///< numeric items that take the dictionary's default
+    std::vector<UsedLanguage> usedLanguages;
+    QSet<QString> usedLanguageNames; ///< upper case
+    QString typeOfFile;
+    bool hasKeyOfDictionary = false;
+};
+
+} // namespace vanlayout
+
+#endif

@@ -1,0 +1,54 @@
+#ifndef LAYOUT_READ_CSPROJSONKEYS_P_H
+#define LAYOUT_READ_CSPROJSONKEYS_P_H
+
+#include "read/CSProJsonDraft_p.h"
+
+#include <string_view>
+
+namespace vanlayout
+{
+
+/// What the value of a key has to be. Null counts as absent for each.
+enum class JsonShape {
+    Text,    ///< a number counts as its spelling
+    Integer, ///< the text of a number counts as the number
+    Number,  ///< likewise; it is set as its spelling
+    Boolean, ///< the texts "true" and "false" count, and 1 and 0
+    Object,
+    List,  ///< of objects
+    Texts, ///< list of texts
+    Range, ///< list of texts whose spelling is kept, as it may hold something else
+    Kept,  ///< any value; the layout has no place for it
+};
+
+struct JsonElement;
+
+/// One key of one kind of objects. The functions that its shape does not need are null.
+struct JsonKey {
+    std::string_view word;
+    JsonShape shape;
+    bool isMust = false;
+    JsonUse (*setText)(CSProJsonDraft &draft, const QString &text) = nullptr;
+    void (*setInteger)(CSProJsonDraft &draft, int value) = nullptr;
+    void (*setBoolean)(CSProJsonDraft &draft, bool value) = nullptr;
+    const JsonElement *element = nullptr; ///< of an object, or of the objects in a list
+    // of a list
+    void (*begin)(CSProJsonDraft &draft) = nullptr;
+    void (*end)(CSProJsonDraft &draft) = nullptr;
+};
+
+/// One kind of objects.
+struct JsonElement {
+    const JsonKey *keys; ///< in the order in which CSPro writes them
+    int keyCount;
+    bool isInPaths; ///< whether paths name it; the keys of another one are told from those of its holder by its own key
+    void (*begin)(CSProJsonDraft &draft) = nullptr;
+    void (*end)(CSProJsonDraft &draft) = nullptr;
+};
+
+/// The object that is a dictionary, and through it all that it can hold: the keys of the JSON form.
+const JsonElement &dictionaryElement();
+
+} // namespace vanlayout
+
+#endif
