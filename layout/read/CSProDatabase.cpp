@@ -168,13 +168,15 @@ private:
         if (code == SQLITE_NOMEM)
             throw std::bad_alloc();
         if (code == SQLITE_ERROR)
-            return fail("no-dictionary", QStringLiteral("the file is an SQLite database, but no CSPro data file: %1")
-                                             .arg(QLatin1String(reason)));
+            return fail("no-dictionary",
+                        QStringLiteral("the file is an SQLite database, but no CSPro data file: %1")
+                            .arg(QLatin1String(reason)));
         if (code == SQLITE_NOTADB)
             return fail("damaged-database",
                         QStringLiteral("the file begins as an SQLite database, but is encrypted or damaged"));
-        return fail("damaged-database", QStringLiteral("the SQLite database cannot be read: %1")
-                                            .arg(QString::fromUtf8(sqlite3_errstr(code))));
+        return fail(
+            "damaged-database",
+            QStringLiteral("the SQLite database cannot be read: %1").arg(QString::fromUtf8(sqlite3_errstr(code))));
     }
     bool fail(const char *id, const QString &message)
     {

@@ -1,3 +1,4 @@
+#include "read/CSProCommon_p.h"
 #include "read/CSProJsonHandler_p.h"
 #include "read/Formats_p.h"
 
@@ -147,6 +148,7 @@ public:
             findings.warn("bad-bytes", QStringLiteral("texts have halves of surrogate pairs; U+FFFD is in their place"),
                           {});
         findings.resolvePaths();
+        cspro::shareLinkedValues(layout, diagnostics);
     }
 
 private:

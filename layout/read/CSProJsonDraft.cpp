@@ -259,7 +259,7 @@ JsonUse CSProJsonDraft::setContentType(const QString &text)
     if (!type)
         findings.warn("unknown-type",
                       QStringLiteral("the \"contentType\" \"%1\" is unknown; CSPro drops the item").arg(text), address);
-    item.type = type.value_or(text.toLower());
+    item.type = type.value_or(cspro::lowerCased(text));
     return JsonUse::Held;
 }
 
@@ -479,7 +479,6 @@ void CSProJsonDraft::complete()
     layOutColumns(layout, columnsOfLevels);
     fillZeroFill();
     checkColumns();
-    cspro::shareLinkedValues(layout);
     checkLanguages();
 }
 

@@ -89,7 +89,7 @@ public:
     bool hasDictionaryKey() const { return hasKeyOfDictionary; }
     /// Text of the key "fileType"; null where it is absent.
     QString fileType() const { return typeOfFile; }
-    /// Finds what depends on the whole dictionary: columns, defaults, linked value sets, languages of labels.
+    /// Finds what depends on the whole dictionary: columns, defaults, languages of labels.
     void complete();
 
     Layout &layout;

@@ -20,6 +20,7 @@ namespace
 const std::vector<FileFormat> &fileFormats()
 {
     static const std::vector<FileFormat> formats = {
+        {isCSProDatabase, readCSProDatabase},
         {isStatFile, readStatFile},
         {isCSProText, readCSProText},
         {isCSProJson, readCSProJson},
