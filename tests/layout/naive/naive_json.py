@@ -567,24 +567,23 @@ def place_items(layout):
 
 
 def place_ids(layout):
-    """Lays out the ids of all levels around the record type; the column behind the last one of them."""
+    """Lays out the ids of all levels around the record type; the column behind all of them."""
     type_start, type_length = layout.record_type_start, layout.record_type_length
     type_is_placed = type_start <= 0
     next_column = 1
-    end = 1
+    end = 1  # behind the last stored id
     for level in layout.levels:
         parent = None
         for item in level.ids.items:
             if not type_is_placed and type_start <= next_column:
                 next_column += type_length
-                end = max(end, next_column)
                 type_is_placed = True
             place(item, parent, next_column)
             if not item.is_subitem:
                 parent = item
                 next_column += width(item)
                 end = max(end, item.start + width(item))
-    return end if type_is_placed else max(end, next_column + type_length)
+    return max(end, next_column if type_is_placed else next_column + type_length)
 
 
 def place_in_record(items, next_column):
