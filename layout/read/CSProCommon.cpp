@@ -114,7 +114,7 @@ std::optional<QString> captureTypeOf(QStringView word)
 
 QString linkItemOf(const QString &text)
 {
-    return isSameWord(text, QLatin1String("(occurrence)")) ? QString() : text;
+    return text == QLatin1String("(occurrence)") ? QString() : text;
 }
 
 void shareLinkedValues(Layout &layout, Diagnostics &diagnostics)

@@ -33,7 +33,7 @@ QString lowerCased(QString word);
 /// A capture type in CSPro 8's spelling, such as "radioButton"; the empty text for "unspecified", which is no capture.
 std::optional<QString> captureTypeOf(QStringView word);
 
-/// The item that a relation compares: empty for "(occurrence)", else \a text.
+/// The item that a relation compares: empty for "(occurrence)", spelled like this, else \a text.
 QString linkItemOf(const QString &text);
 
 /// Gives each value set that has a link and no values the values of the fullest set with that link, the first in the

@@ -57,17 +57,9 @@ void CSProTextReader::finish()
     std::stable_sort(layout.extras.begin(), layout.extras.end(), isBefore);
 }
 
-// An empty value is none.
-bool CSProTextReader::isStated(std::string_view name) const
+void CSProTextReader::require(bool isThere, const char *id, const QString &message)
 {
-    const auto key = std::find_if(section->keys.begin(), section->keys.end(),
-                                  [name](const Key &candidate) { return candidate.name == name; });
-    return key != section->keys.end() && !stated[size_t(key - section->keys.begin())].value.empty();
-}
-
-void CSProTextReader::requireKey(std::string_view key, const char *id, const QString &message)
-{
-    if (!isStated(key))
+    if (!isThere)
         warn(id, message, sectionLine);
 }
 

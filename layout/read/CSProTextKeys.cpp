@@ -154,7 +154,7 @@ void CSProTextReader::readKey(const Statement &statement)
 void CSProTextReader::readKnownKey(const Key &key, const Statement &statement)
 {
     if (!statement.hasEqualsSign)
-        warn("no-equals-sign", QStringLiteral("there is no = behind %1; write %1=").arg(shown(statement.key)),
+        warn("no-equals-sign", QStringLiteral("there is no = behind %1; write %1=").arg(textOf(statement.key)),
              statement.line);
     Statement &counting = stated[size_t(&key - section->keys.data())];
     const bool isRepeated = counting.line != 0 && key.counts != Counts::All;
@@ -328,7 +328,8 @@ void CSProTextReader::readCaptureType(const Statement &statement)
     item->capture.reset();
     if (!type) {
         keep(textOf(statement.key), statement);
-        warn("unknown-word", QStringLiteral("CaptureType is %1, which is unknown").arg(shown(statement.value)),
+        warn("unknown-word",
+             QStringLiteral("CaptureType is %1, which is unknown; the item has none").arg(shown(statement.value)),
              statement.line);
     } else if (!type->isEmpty()) {
         item->capture = Capture{ *type, dateFormat };

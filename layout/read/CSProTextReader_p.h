@@ -75,6 +75,7 @@ private:
     void leave();
     void leaveSection();
     void keepSection(const Statement &statement, const Section *known);
+    void keepTextBehindSection(const Statement &statement);
     void nameFindings(int problem, int extra);
     template <typename Element> void setNamed(Element &element);
     void requireLevel();
@@ -140,8 +141,7 @@ private:
     void openLink();
 
     // Checks
-    bool isStated(std::string_view key) const;
-    void requireKey(std::string_view key, const char *id, const QString &message);
+    void require(bool isThere, const char *id, const QString &message);
     void finishNote();
     void checkOccurrenceLabels(int occurrences);
     void finishSubitem();

@@ -99,7 +99,7 @@ void CSProTextReader::beginSection(const Statement &statement)
     if (!known || !(this->*known->begin)())
         keepSection(statement, known);
     else if (!statement.value.empty())
-        keepUnknownKey(statement);
+        keepTextBehindSection(statement);
 }
 
 void CSProTextReader::enter(const Section *next, int line)
@@ -140,6 +140,15 @@ void CSProTextReader::keepSection(const Statement &statement, const Section *kno
     const QString problem = known ? QStringLiteral("has no place here") : QStringLiteral("is unknown");
     warn(known ? "misplaced-section" : "unknown-section",
          QStringLiteral("the section %1 %2; its lines are kept as they are").arg(shown(statement.key), problem),
+         statement.line);
+}
+
+void CSProTextReader::keepTextBehindSection(const Statement &statement)
+{
+    keep(textOf(statement.key), statement);
+    warn("text-behind-section",
+         QStringLiteral("%1 is behind the name of the section; write it on a line of its own")
+             .arg(shown(statement.value)),
          statement.line);
 }
 
@@ -257,10 +266,10 @@ void CSProTextReader::endNothing() { }
 void CSProTextReader::endDictionary()
 {
     dictionaryStatements = stated;
-    requireKey("Name", "dictionary-without-name", QStringLiteral("the dictionary has no Name"));
-    requireKey("Positions", "no-positions",
-               QStringLiteral("the dictionary has no Positions; CSPro 8 refuses it without Positions=Relative or "
-                              "Positions=Absolute"));
+    require(!named.name->isEmpty(), "dictionary-without-name", QStringLiteral("the dictionary has no Name"));
+    require(layout.relativePositions.has_value(), "no-positions",
+            QStringLiteral("the dictionary has no Positions; CSPro 8 refuses it without Positions=Relative or "
+                           "Positions=Absolute"));
     if (layout.recordType == RecordTypeColumns())
         layout.recordType.reset();
 }
@@ -281,23 +290,24 @@ void CSProTextReader::endLanguages()
 void CSProTextReader::endLevel()
 {
     finishNote();
-    requireKey("Name", "level-without-name",
-               QStringLiteral("the level has no Name; CSPro leaves it out with its records"));
+    require(!named.name->isEmpty(), "level-without-name",
+            QStringLiteral("the level has no Name; CSPro leaves it out with its records"));
 }
 
 void CSProTextReader::endRecord()
 {
     finishNote();
-    requireKey("Name", "record-without-name", QStringLiteral("the record has no Name; CSPro leaves it out"));
+    require(!named.name->isEmpty(), "record-without-name",
+            QStringLiteral("the record has no Name; CSPro leaves it out"));
     checkOccurrenceLabels(record->maximum);
 }
 
 void CSProTextReader::endItem()
 {
     finishNote();
-    requireKey("Name", "item-without-name", QStringLiteral("the item has no Name; CSPro leaves it out"));
-    requireKey("Start", "item-without-start", QStringLiteral("the item has no Start; its columns are unknown"));
-    requireKey("Len", "item-without-length", QStringLiteral("the item has no Len; CSPro leaves it out"));
+    require(!named.name->isEmpty(), "item-without-name", QStringLiteral("the item has no Name; CSPro leaves it out"));
+    require(item->start >= 1, "item-without-start", QStringLiteral("the item has no Start; its columns are unknown"));
+    require(item->length >= 1, "item-without-length", QStringLiteral("the item has no Len; CSPro leaves it out"));
     item->zeroFill = item->zeroFill && item->isNumeric();
     item->decimalMark = item->decimalMark && item->isNumeric();
     checkOccurrenceLabels(item->occurrences);
@@ -307,7 +317,8 @@ void CSProTextReader::endItem()
 void CSProTextReader::endValueSet()
 {
     finishNote();
-    requireKey("Name", "value-set-without-name", QStringLiteral("the value set has no Name; CSPro leaves it out"));
+    require(!named.name->isEmpty(), "value-set-without-name",
+            QStringLiteral("the value set has no Name; CSPro leaves it out"));
 }
 
 void CSProTextReader::endValue()
@@ -324,9 +335,9 @@ void CSProTextReader::endValue()
 
 void CSProTextReader::endRelation()
 {
-    requireKey("Name", "relation-without-name", QStringLiteral("the relation has no Name"));
-    requireKey("Primary", "relation-without-primary", QStringLiteral("the relation has no Primary"));
-    requireKey("Secondary", "relation-without-secondary", QStringLiteral("the relation has no Secondary"));
+    require(!named.name->isEmpty(), "relation-without-name", QStringLiteral("the relation has no Name"));
+    require(!relation->primary.isEmpty(), "relation-without-primary", QStringLiteral("the relation has no Primary"));
+    require(!relation->links.isEmpty(), "relation-without-secondary", QStringLiteral("the relation has no Secondary"));
 }
 
 QString CSProTextReader::pathOfFile() const
