@@ -90,20 +90,23 @@ def short(value):
 
 
 def comparable(layout):
-    """Without problems, which each reader words in its own way; extras in no order, as theirs is not laid down."""
+    """Without problems, which each reader words in its own way."""
     layout = dict(layout)
     layout.pop("problems", None)
     if not layout["format"].startswith("cspro-"):
         layout.pop("extras", None)  # the plain program has none
-    if "extras" in layout:
-        layout["extras"] = sorted(map(comparable_extra(layout["format"]), layout["extras"]), key=json.dumps)
     return layout
 
 
-def comparable_extra(format):
-    if format != "cspro-json":
-        return dict
-    return comparable_json_extra
+def extras_differences(format, naive_extras, tool_extras):
+    """Extras are compared in no order, as theirs is not laid down."""
+    comparable_extra = comparable_json_extra if format == "cspro-json" else dict
+    naive_ones = Counter(json.dumps(comparable_extra(extra), ensure_ascii=False) for extra in naive_extras)
+    tool_ones = Counter(json.dumps(comparable_extra(extra), ensure_ascii=False) for extra in tool_extras)
+    for extra in naive_ones - tool_ones:
+        yield ".extras: not in the tool's: %s" % extra
+    for extra in tool_ones - naive_ones:
+        yield ".extras: not in the naive ones: %s" % extra
 
 
 def comparable_json_extra(extra):
@@ -148,8 +151,10 @@ def compare_layouts(naive_one, tool_one):
         if ("error" in naive_one) != ("error" in tool_one):
             yield "naive %s, tool %s" % tuple(short(one.get("error", "a layout")) for one in (naive_one, tool_one))
         return
-    yield from differences(comparable(naive_one), comparable(tool_one))
     yield from unsound_problems(tool_one)
+    naive_one, tool_one = comparable(naive_one), comparable(tool_one)
+    yield from extras_differences(naive_one["format"], naive_one.pop("extras", []), tool_one.pop("extras", []))
+    yield from differences(naive_one, tool_one)
 
 
 # --- The tool ---------------------------------------------------------------------------------------------------------

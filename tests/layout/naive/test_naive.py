@@ -238,6 +238,18 @@ class Comparison(unittest.TestCase):
             list(compare.differences(one, other)),
         )
 
+    def test_extrasAreComparedInNoOrder(self):
+        def layout(*keys):
+            extras = [{"path": "", "key": key, "value": "1"} for key in keys]
+            return {
+                "format": "cspro-json",
+                "extras": extras,
+                "problems": [{"severity": "info", "id": "x", "message": "m"}],
+            }
+
+        self.assertEqual([], list(compare.compare_layouts(layout("a", "b"), layout("b", "a"))))
+        self.assertEqual(2, len(list(compare.compare_layouts(layout("a", "b", "b"), layout("b", "a", "c")))))
+
     def test_numberIsNoBool(self):
         self.assertNotEqual([], list(compare.differences({"a": 1}, {"a": True})))
 
