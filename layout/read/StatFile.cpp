@@ -2,6 +2,7 @@
 #include "read/StatFileCollector_p.h"
 #include "read/StatFileTexts_p.h"
 #include "util/BufferedDevice_p.h"
+#include "util/SpssDictionary_p.h"
 
 #include <QFile>
 #include <QIODevice>
@@ -218,6 +219,16 @@ QString describe(const StatFormat &format, const QByteArray &head)
     return format.format == Format::Stata ? QStringLiteral("%1 of version %2").arg(name).arg(stataVersion(head)) : name;
 }
 
+// Why ReadStat cannot be trusted with a file.
+QString refusalOf(Format format, QIODevice &device)
+{
+    if (format != Format::Spss)
+        return QString();
+    const qint64 begin = device.pos();
+    const SpssDictionary dictionary = walkSpssDictionary(device, SpssDocuments::areRead);
+    return device.seek(begin) ? dictionary.problem() : QString();
+}
+
 void finish(const StatFormat &format, const Input &input, readstat_error_t error, Collector &collector,
             Diagnostics &diagnostics)
 {
@@ -258,6 +269,13 @@ void readStatFile(Input &input, Layout &layout, Diagnostics &diagnostics)
     const StatFormat &format = *std::find_if(std::begin(formats), std::end(formats), [&](const StatFormat &candidate) {
         return candidate.format == layout.format;
     });
+    const QString refusal = refusalOf(layout.format, input.device);
+    if (!refusal.isNull()) {
+        diagnostics.fail(
+            "damaged-file",
+            QStringLiteral("the file is %1 that cannot be read: it %2").arg(describe(format, input.head), refusal));
+        return;
+    }
     Collector collector(input, layout, diagnostics);
     collector.makeRoomFor(input.device.size());
     readCatalog(input, layout.format, collector, diagnostics);

@@ -32,8 +32,6 @@ public:
     qint64 seek(qint64 offset, readstat_io_flags_t whence);
     /// Reads as many bytes as there are in front of the end, and of the place that the system fails to read.
     qint64 read(char *target, qint64 size);
-    qint64 size() const { return fileSize; }
-    qint64 bytesLeft() const { return fileSize - position; } ///< up to the end; less than 0 behind it
     /// The number of the system's error at the first failure to read since the file was opened; 0 where there was none.
     int error() const { return firstError; }
 

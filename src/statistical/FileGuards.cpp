@@ -1,35 +1,12 @@
 #include "statistical/FileGuards_p.h"
 
-#include "statistical/BufferedFile_p.h"
-#include "statistical/SpssDictionary_p.h"
+#include "util/FileReading_p.h"
+#include "util/SpssDictionary_p.h"
 
 #include <QFile>
 
 namespace statistical
 {
-
-namespace
-{
-
-// A smaller file ends soon, whatever is in it.
-constexpr qint64 smallestBigFile = 1 << 16;
-
-QString lineAbout(const SpssDictionary &dictionary)
-{
-    if (!dictionary.isWhole)
-        return QStringLiteral("breaks off in its dictionary, or holds a record there that cannot be read");
-    if (dictionary.hasLongNames && dictionary.variables > mostLongNames)
-        return QStringLiteral("has more than %1 variables with long names, the most that can be read")
-            .arg(mostLongNames);
-    if (dictionary.lookupSteps > mostLookupSteps)
-        return QStringLiteral("has too many sets of labels or missing values of long texts for its %1 variables: sets "
-                              "times variables may be %2")
-            .arg(dictionary.variables)
-            .arg(mostLookupSteps);
-    return QString();
-}
-
-} // namespace
 
 ReadProblem deviceProblem(int error)
 {
@@ -38,14 +15,12 @@ ReadProblem deviceProblem(int error)
 
 ReadProblem spssProblem(const QString &path)
 {
-    BufferedFile file;
-    if (!file.open(QFile::encodeName(path).constData()))
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
         return ReadProblem();
-    const SpssDictionary dictionary = walkSpssDictionary(file);
-    if (file.error() != 0)
-        return deviceProblem(file.error());
-    const bool isJudged = dictionary.isSpss && file.size() >= smallestBigFile;
-    return { isJudged ? lineAbout(dictionary) : QString() };
+    const SpssDictionary dictionary = walkSpssDictionary(file, SpssDocuments::areSkipped);
+    const QString failure = readProblemOf(file);
+    return failure.isNull() ? ReadProblem{ dictionary.problem() } : ReadProblem{ failure, true };
 }
 
 NameBounds stataNameBounds(const QString &path)

@@ -5,6 +5,8 @@ van_add_test(layout/CSProCommonTest.cpp)
 van_add_test(layout/DecodingTest.cpp)
 van_add_test(layout/GoldenExactLayoutsTest.cpp)
 van_add_test(layout/StatFileTextsTest.cpp)
+van_add_test(layout/StatFileGuardTest.cpp)
+van_use_made_data(StatFileGuardTest)
 van_add_test(layout/StatFileTest.cpp)
 van_use_made_data(StatFileTest)
 

@@ -1,14 +1,10 @@
-#include "statistical/SpssDictionary_p.h"
-
-#include "statistical/BufferedFile_p.h"
+#include "util/SpssDictionary_p.h"
 
 #include <QByteArray>
+#include <QIODevice>
 #include <QtEndian>
 
 #include <array>
-
-namespace statistical
-{
 
 namespace
 {
@@ -113,9 +109,12 @@ bool skipMissingOfText(ExtensionBytes &bytes)
 class Walk
 {
 public:
-    explicit Walk(BufferedFile &source)
+    Walk(QIODevice &source, SpssDocuments howDocuments)
         : file(source)
+        , documentsOfRun(howDocuments)
+        , end(source.size())
     {
+        found.fileSize = end - source.pos();
     }
 
     SpssDictionary run()
@@ -126,6 +125,8 @@ public:
             goesOn = takeRecord(type);
         quint32 filler = 0;
         found.isWhole = goesOn && type == dictionaryEnd && take(filler);
+        char next = 0;
+        found.isReadable = found.isWhole || file.pos() >= end || file.read(&next, 1) >= 0;
         return found;
     }
 
@@ -203,8 +204,14 @@ private:
 
     bool takeDocuments()
     {
+        constexpr quint32 lineSize = 80;
         quint32 lines = 0;
-        return take(lines) && skip(lines * 80U); // in 32 bits
+        if (!take(lines))
+            return false;
+        // Where they are read, the first of ReadStat's passes goes past the documents all the same.
+        const bool isCountedTwice = documentsOfRun == SpssDocuments::areRead;
+        const quint32 size = lines * lineSize; // in 32 bits
+        return (!isCountedTwice || size == quint64(lines) * lineSize) && skip(size);
     }
 
     bool takeExtension()
@@ -231,7 +238,7 @@ private:
     // should be does not matter: ReadStat takes the whole of it in any case.
     bool takeSets(qint64 size, bool (*skipSet)(ExtensionBytes &))
     {
-        if (size > file.bytesLeft())
+        if (size > end - file.pos())
             return false;
         QByteArray content(int(size), Qt::Uninitialized);
         if (file.read(content.data(), size) != size)
@@ -255,18 +262,36 @@ private:
     }
 
     // Behind the end there is nothing to arrive at.
-    bool skip(qint64 size) { return size <= file.bytesLeft() && file.seek(size, READSTAT_SEEK_CUR) >= 0; }
+    bool skip(qint64 size) { return size <= end - file.pos() && file.seek(file.pos() + size); }
 
-    BufferedFile &file;
+    QIODevice &file;
+    SpssDocuments documentsOfRun;
+    qint64 end;
     SpssDictionary found;
     bool isBigEndian = false;
 };
 
 } // namespace
 
-SpssDictionary walkSpssDictionary(BufferedFile &file)
+QString SpssDictionary::problem() const
 {
-    return Walk(file).run();
+    constexpr qint64 smallestBigFile = 1 << 16; // a smaller one ends soon, whatever is in it
+    if (!isReadable || !isSpss || fileSize < smallestBigFile)
+        return QString();
+    if (!isWhole)
+        return QStringLiteral("breaks off in its dictionary, or holds a record there that cannot be read");
+    if (hasLongNames && variables > mostLongNames)
+        return QStringLiteral("has more than %1 variables with long names, the most that can be read")
+            .arg(mostLongNames);
+    if (lookupSteps > mostLookupSteps)
+        return QStringLiteral("has too many sets of labels or missing values of long texts, or records of long names, "
+                              "for its %1 variables: their number times the variables may be %2")
+            .arg(variables)
+            .arg(mostLookupSteps);
+    return QString();
 }
 
-} // namespace statistical
+SpssDictionary walkSpssDictionary(QIODevice &device, SpssDocuments documents)
+{
+    return Walk(device, documents).run();
+}

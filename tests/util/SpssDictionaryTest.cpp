@@ -1,9 +1,9 @@
-#include "statistical/BufferedFile_p.h"
-#include "statistical/SpssDictionary_p.h"
 #include "support/SpssBytes.h"
+#include "util/SpssDictionary_p.h"
 
 #include <readstat.h>
 
+#include <QBuffer>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -140,7 +140,7 @@ private Q_SLOTS:
     {
         for (const bool isBigEndian : { false, true }) {
             const QString path = write(everyRecord(isBigEndian));
-            const statistical::SpssDictionary found = walk(path);
+            const SpssDictionary found = walk(path);
             QVERIFY(found.isSpss);
             QVERIFY(found.isWhole);
             QVERIFY(found.hasLongNames);
@@ -219,11 +219,40 @@ private Q_SLOTS:
         file.variable("Z");
         file.end();
         const QString path = write(file.bytes);
-        const statistical::SpssDictionary found = walk(path);
+        const SpssDictionary found = walk(path);
         QCOMPARE(found.isWhole, isWhole);
         QCOMPARE(parse(path).isFine, isWhole);
         if (isWhole)
             QCOMPARE(found.variables, qint64(parse(path).variables));
+    }
+
+    void documentsBeyond32BitsEndTheWalkWhereTheyAreRead()
+    {
+        for (const int lines : { 2, 0x0CCCCCCD }) {
+            SpssBytes file;
+            file.numbers({ 6, lines });
+            file.bytes += QByteArray(lines == 2 ? 160 : 16, ' ');
+            file.variable("A");
+            file.end();
+            const QString path = write(file.bytes);
+            QVERIFY(walk(path, SpssDocuments::areSkipped).isWhole);
+            QCOMPARE(walk(path, SpssDocuments::areRead).isWhole, lines == 2);
+        }
+    }
+
+    void fileMayBeginBehindOtherBytes()
+    {
+        SpssBytes bytes;
+        bytes.variables(3);
+        bytes.end();
+        QByteArray all = "other bytes" + bytes.bytes;
+        QBuffer device(&all);
+        QVERIFY(device.open(QIODevice::ReadOnly));
+        QVERIFY(device.seek(11));
+        const SpssDictionary found = walkSpssDictionary(device, SpssDocuments::areSkipped);
+        QVERIFY(found.isWhole);
+        QCOMPARE(found.variables, Q_INT64_C(3));
+        QCOMPARE(found.fileSize, qint64(bytes.bytes.size()));
     }
 
     void partInFrontOfAllVariablesEndsTheWalk()
@@ -294,7 +323,7 @@ private Q_SLOTS:
         file.extension(subtype, content);
         file.variable("LAST");
         file.end();
-        const statistical::SpssDictionary found = walk(write(file.bytes));
+        const SpssDictionary found = walk(write(file.bytes));
         QCOMPARE(found.lookupSteps, qint64(10) * sets);
         QVERIFY(found.isWhole); // whatever the record holds: ReadStat goes past all of it
         QCOMPARE(found.variables, Q_INT64_C(11));
@@ -314,7 +343,7 @@ private Q_SLOTS:
     void fileOfAnotherFormatIsNoSpssFile()
     {
         QFETCH(QByteArray, bytes);
-        const statistical::SpssDictionary found = walk(write(bytes));
+        const SpssDictionary found = walk(write(bytes));
         QTEST(found.isSpss, "isSpss");
         QVERIFY(!found.isWhole);
     }
@@ -331,7 +360,7 @@ private Q_SLOTS:
                 change(bytes);
             const QString path = write(bytes);
             const Parse expected = parse(path);
-            const statistical::SpssDictionary found = walk(path);
+            const SpssDictionary found = walk(path);
             if (!expected.isFine || hasPartWithMore(bytes))
                 continue;
             ++readable;
@@ -372,12 +401,12 @@ private:
         return false;
     }
 
-    static statistical::SpssDictionary walk(const QString &path)
+    static SpssDictionary walk(const QString &path, SpssDocuments documents = SpssDocuments::areSkipped)
     {
-        statistical::BufferedFile file;
-        if (!file.open(QFile::encodeName(path).constData()))
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
             qFatal("%s cannot be opened", qPrintable(path));
-        return statistical::walkSpssDictionary(file);
+        return walkSpssDictionary(file, documents);
     }
 
     QString write(const QByteArray &bytes)
