@@ -35,7 +35,7 @@ set_target_properties(VanlayoutExportTest PROPERTIES AUTORCC ON) # the schema of
 add_dependencies(VanlayoutExportTest vanlayout)
 target_sources(VanlayoutExportTest PRIVATE ${tool_folder}/ExportCsvw.cpp ${tool_folder}/ExportDdi.cpp
     ${tool_folder}/ExportJsonSchema.cpp ${tool_folder}/ExportedVariable.cpp ${tool_folder}/export/export.qrc
-    ${tool_folder}/FileType.cpp ${tool_folder}/InputFile.cpp ${tool_folder}/Layout.cpp ${tool_folder}/Records.cpp ${tool_folder}/Resource.cpp)
+    ${tool_folder}/Descriptor.cpp ${tool_folder}/FileType.cpp ${tool_folder}/InputFile.cpp ${tool_folder}/Layout.cpp ${tool_folder}/Records.cpp ${tool_folder}/Resource.cpp)
 target_include_directories(VanlayoutExportTest PRIVATE ${tool_folder})
 target_compile_definitions(VanlayoutExportTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>"
     VAN_SCHEMAS="${PROJECT_SOURCE_DIR}/../shared/schemas")
@@ -44,7 +44,7 @@ van_use_made_data(VanlayoutExportTest)
 # Beside the command, the comparison itself.
 van_add_test(tool/VanlayoutDiffTest.cpp)
 add_dependencies(VanlayoutDiffTest vanlayout)
-target_sources(VanlayoutDiffTest PRIVATE ${tool_folder}/Diff.cpp ${tool_folder}/FileType.cpp
+target_sources(VanlayoutDiffTest PRIVATE ${tool_folder}/Descriptor.cpp ${tool_folder}/Diff.cpp ${tool_folder}/FileType.cpp
     ${tool_folder}/InputFile.cpp ${tool_folder}/Layout.cpp ${tool_folder}/Records.cpp)
 target_include_directories(VanlayoutDiffTest PRIVATE ${tool_folder})
 target_compile_definitions(VanlayoutDiffTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")

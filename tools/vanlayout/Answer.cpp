@@ -18,7 +18,7 @@ void answerDecimalQuestions(const std::string &decimals)
 void complain(const QString &subject, const QString &problem)
 {
     const QString line = subject.isEmpty() ? problem : subject + QLatin1String(": ") + problem;
-    std::fprintf(stderr, "vanlayout: %s\n", printable(line).toLocal8Bit().constData());
+    printToStandardError(QLatin1String("vanlayout: ") + line);
 }
 
 QString subjectOf(const QString &file)
@@ -29,6 +29,12 @@ QString subjectOf(const QString &file)
 void complainOfFile(const QString &file, const QString &problem)
 {
     complain(subjectOf(file), problem);
+}
+
+void complainIfIncomplete(const QString &file, const QString &cause)
+{
+    if (!cause.isEmpty())
+        complainOfFile(file, QLatin1String("read in part: ") + cause);
 }
 
 int noAnswerFor(const QString &file, const QString &problem)

@@ -24,6 +24,9 @@ QString subjectOf(const QString &file);
 /// Writes the one line that says what is wrong with a file.
 void complainOfFile(const QString &file, const QString &problem);
 
+/// Writes the line about a file that was read in part, where a cause for that is given.
+void complainIfIncomplete(const QString &file, const QString &cause);
+
 /// Complains of a file, and answers that there is no answer.
 int noAnswerFor(const QString &file, const QString &problem);
 

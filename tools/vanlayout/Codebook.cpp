@@ -162,6 +162,7 @@ int writeCodebook(const CodebookOptions &options)
         const Layout layout = readLayout(file, fileTypeNamed(options.type), &report);
         if (!layout.problem.isEmpty())
             return noAnswerFor(file, layout.problem);
+        complainIfIncomplete(file, layout.incomplete);
         return writeAnswer(QFile::decodeName(options.output.c_str()), file,
                            [&](QIODevice &device) { PageWriter(device, layout, report).write(); });
     });

@@ -1,5 +1,7 @@
 #include "Columns.h"
 
+#include "Printable.h"
+
 #include <QVector>
 
 #include <algorithm>
@@ -70,6 +72,6 @@ void printLine(std::FILE *out, QString line)
 {
     while (line.endsWith(QLatin1Char(' ')))
         line.chop(1);
-    const QByteArray bytes = line.toUtf8() + '\n';
+    const QByteArray bytes = printable(line).toUtf8() + '\n';
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), out);
 }

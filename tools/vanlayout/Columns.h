@@ -17,7 +17,7 @@ QString paddedToColumns(const QString &text, int width);
 /// The width of the terminal that standard output is, or of COLUMNS where it is none; 0 for no bound.
 int terminalWidth();
 
-/// Writes a line in UTF-8, without the blanks at its end.
+/// Writes a line in UTF-8, without the blanks at its end, and with signs in place of controls.
 void printLine(std::FILE *out, QString line);
 
 #endif

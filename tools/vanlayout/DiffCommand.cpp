@@ -24,6 +24,7 @@ std::unique_ptr<const Layout> readOrComplain(const std::string &name, const std:
         std::unique_ptr<const Layout> read(new Layout(readLayout(file, fileTypeNamed(type))));
         if (!read->problem.isEmpty())
             return noAnswerFor(file, read->problem);
+        complainIfIncomplete(file, read->incomplete);
         layout = std::move(read);
         return statusFine;
     });

@@ -34,6 +34,7 @@ int exportFile(const QString &file, const ExportOptions &options)
     const Layout layout = readLayout(file, fileTypeNamed(options.type));
     if (!layout.problem.isEmpty())
         return noAnswerFor(file, layout.problem);
+    complainIfIncomplete(file, layout.incomplete);
     const ExportTarget &target = targetNamed(options.target);
     return writeAnswer(QFile::decodeName(options.output.c_str()), file,
                        [&](QIODevice &device) { target.write(layout, device); });

@@ -3,8 +3,13 @@
 #include "InputFile.h"
 #include "statistical/STATADataImport.h"
 
+#include <QDebug>
 #include <QFile>
 #include <QFileInfo>
+#include <QLoggingCategory>
+
+#include <algorithm>
+#include <cstdio>
 
 namespace
 {
@@ -15,13 +20,10 @@ QString readingProblem(const QString &fileName, const FileType *&type)
     QString problem = openingProblem(fileName);
     if (!problem.isEmpty())
         return problem;
-    // A pipe can be read once: it is what --type says, or a CSPro text dictionary.
-    const bool canPeek = QFileInfo(fileName).isFile();
-    if (!type) {
-        QFile file(fileName);
-        type = &fileTypeOf(canPeek && file.open(QIODevice::ReadOnly) ? file.read(importHeadSize) : QByteArray());
-    }
-    if (!canPeek && !type->canBePiped)
+    // A pipe whose first bytes cannot be had is taken for a CSPro text dictionary.
+    if (!type)
+        type = &fileTypeOf(headOf(fileName, importHeadSize));
+    if (!type->canBePiped && !QFileInfo(fileName).isFile())
         return QLatin1String(type->title) + QLatin1String(": not read from a pipe");
     return QString();
 }
@@ -31,37 +33,97 @@ QString describe(const VpErrorManager &error)
     return QStringLiteral("reading ended in error %1: %2").arg(error.getCode()).arg(error.catalogueMessage());
 }
 
-// Standard output holds the result alone.
-std::unique_ptr<TDataImport> makeImporterFor(const FileType &type, const QString &file)
+bool isOfReadStat(const FileType &type)
 {
-    auto importer = makeImporter(type.format, file);
-    if (type.format == ImportFormat::Stata)
-        static_cast<TSTATADataImport &>(*importer).setErrorStream(stderr);
-    return importer;
+    return type.format == ImportFormat::Stata || type.format == ImportFormat::Spss;
+}
+
+/// Takes the importer's own line about a failed reading, which holds a file name as it is, and logs it: it reaches
+/// standard error with the other lines of the library, or not at all.
+class ErrorLine
+{
+public:
+    ErrorLine(const FileType &type, TDataImport &importer)
+    {
+        if (type.format != ImportFormat::Stata)
+            return;
+        stata = &static_cast<TSTATADataImport &>(importer);
+        if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+            stream.reset(std::tmpfile());
+        stata->setErrorStream(stream.get());
+    }
+    ~ErrorLine()
+    {
+        if (!stata)
+            return;
+        stata->setErrorStream(nullptr);
+        QFile lines;
+        if (stream && std::fseek(stream.get(), 0, SEEK_SET) == 0 && lines.open(stream.get(), QIODevice::ReadOnly)) {
+            const QString text = QString::fromLocal8Bit(lines.readAll());
+            if (!text.isEmpty())
+                qDebug().noquote() << text.chopped(1);
+        }
+    }
+    ErrorLine(const ErrorLine &) = delete;
+    ErrorLine &operator=(const ErrorLine &) = delete;
+
+private:
+    struct Closer {
+        void operator()(std::FILE *file) const { std::fclose(file); }
+    };
+
+    TSTATADataImport *stata = nullptr;
+    std::unique_ptr<std::FILE, Closer> stream;
+};
+
+// The cause that ended the reading of a file in front of its end; empty where there was none.
+QString endOfReading(const ReadReport &report)
+{
+    const std::vector<ReadNote> &notes = report.notes();
+    const auto end = std::find_if(notes.rbegin(), notes.rend(), [](const ReadNote &note) {
+        return note.kind == NoteKind::fileNotRead || note.kind == NoteKind::readingEnded
+            || note.kind == NoteKind::versionRefused;
+    });
+    return end == notes.rend() ? QString() : end->text;
+}
+
+QString nothingFound(const FileType &type, const QString &reason)
+{
+    const QString problem = QStringLiteral("no variable found, read as %1 %2")
+                                .arg(QLatin1String(type.article), QLatin1String(type.title));
+    return reason.isEmpty() ? problem : problem + QLatin1String(": ") + reason;
 }
 
 } // namespace
 
 Layout readLayout(const QString &file, const FileType *type, ReadReport *report)
 {
+    const bool isUnseenPipe = !type && !QFileInfo(file).isFile();
     Layout layout;
     layout.file = file;
     layout.problem = readingProblem(file, type);
     layout.type = type;
     if (!layout.problem.isEmpty())
         return layout;
+    ReadReport ownReport; // for the reason of a failure
+    if (!report && isOfReadStat(*type))
+        report = &ownReport;
     try {
-        layout.importer = makeImporterFor(*type, file);
+        layout.importer = makeImporter(type->format, file);
         layout.importer->setReadReport(report);
+        const ErrorLine errorLine(*type, *layout.importer);
         const std::unique_ptr<QStringList> names(layout.importer->selectLayoutSource());
         layout.provider.genericGetFieldsFrom(layout.importer.get());
+        if (isOfReadStat(*type))
+            layout.incomplete = endOfReading(*report);
         if (layout.provider.getFields()->isEmpty())
-            layout.problem = QStringLiteral("no variable found, read as %1 %2")
-                                 .arg(QLatin1String(type->article), QLatin1String(type->title));
+            layout.problem = nothingFound(
+                *type, isUnseenPipe ? QStringLiteral("--type says what a pipe holds") : layout.incomplete);
     } catch (VpErrorManager *error) {
         layout.error.reset(error);
         layout.problem = describe(*error);
     }
+    layout.importer->setReadReport(nullptr);
     const QString readProblem = layout.importer->getReadProblem();
     if (!readProblem.isEmpty())
         layout.problem = readProblem;

@@ -17,11 +17,12 @@ struct Layout {
     std::unique_ptr<TDataImport> importer; ///< opened, where there is an answer
     TVpDataProvider provider;              ///< filled from the importer
     QString problem;                       ///< one line that says what is wrong; empty where there is an answer
+    QString incomplete;                    ///< what ended the reading in front of the end of the file; mostly empty
     std::unique_ptr<VpErrorManager> error; ///< the error of the library in which reading ended, if it did
 };
 
 /// Walks the whole road for one file: picks the importer (by content where \a type is null), opens it, fills a
-/// provider. What is lost or changed on the way is told to \a report, if there is one; it must outlive the layout.
+/// provider. What is lost or changed on the way is told to \a report, if there is one; it must outlive the call.
 Layout readLayout(const QString &file, const FileType *type, ReadReport *report = nullptr);
 
 /// One value label of a field.

@@ -1,10 +1,10 @@
 #include "OutputFile.h"
 
 #include "Answer.h"
+#include "Descriptor.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSaveFile>
 
 #include <cstdio>
@@ -23,49 +23,11 @@ int writeToStandardOutput(const AnswerWriter &write)
     return statusAfterOutput(statusFine);
 }
 
-// What a path such as /dev/fd/3 or /proc/self/fd/3 names: something that is open already. It looks like a link to a
-// file, but what stands in the file is the business of who opened it.
-struct Descriptor {
-    int number;
-    bool isOwn; ///< of this process
-};
-
-std::optional<Descriptor> descriptorNamed(const QString &path)
-{
-    static const QRegularExpression folders(QStringLiteral("^(/dev|/proc/[0-9]+(/task/[0-9]+)?)/fd$"));
-    const QFileInfo info(path);
-    bool isNumber = false;
-    const int number = info.fileName().toInt(&isNumber);
-    if (!isNumber || number < 0)
-        return std::nullopt;
-    const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
-    if (!folders.match(folder).hasMatch())
-        return std::nullopt;
-    const QString own = QFileInfo(QStringLiteral("/proc/self")).canonicalFilePath();
-    return Descriptor{ number, folder == QLatin1String("/dev/fd") || folder.startsWith(own + QLatin1Char('/')) };
-}
-
-// Where a path leads, link by link; a link where there is no end to it.
-QString followed(const QString &path)
-{
-    constexpr int mostLinks = 128;
-    QString place = path;
-    for (int i = 0; i < mostLinks && QFileInfo(place).isSymLink() && !descriptorNamed(place); ++i)
-        place = QFileInfo(place).symLinkTarget();
-    return place;
-}
-
 bool isStandardOutput(const QString &path)
 {
     constexpr int standardOutput = 1;
     const std::optional<Descriptor> descriptor = descriptorNamed(followed(path));
     return descriptor && descriptor->isOwn && descriptor->number == standardOutput;
-}
-
-bool isSameFile(const QString &first, const QString &second)
-{
-    const QString path = QFileInfo(first).canonicalFilePath();
-    return !path.isEmpty() && path == QFileInfo(second).canonicalFilePath();
 }
 
 QString cannotBeWritten(const QFileDevice &file)
@@ -124,8 +86,11 @@ QString problemWithWriting(const QString &output, const QString &input, const An
 
 int writeAnswer(const QString &output, const QString &input, const AnswerWriter &write)
 {
-    if (output == QLatin1String("-") || isStandardOutput(output))
+    if (output == QLatin1String("-") || isStandardOutput(output)) {
+        if (isSameFile(QStringLiteral("/dev/stdout"), input))
+            return noAnswerFor(input, QStringLiteral("is standard output as well, and is not written over"));
         return writeToStandardOutput(write);
+    }
     const QString problem = problemWithWriting(output, input, write);
     if (problem.isEmpty())
         return statusFine;

@@ -1,16 +1,52 @@
 #include "Printable.h"
 
+#include <algorithm>
+#include <cstdio>
+
+namespace
+{
+
+bool isIn(ushort code, ushort first, ushort last)
+{
+    return code >= first && code <= last;
+}
+
+// Marks, embeddings, overrides and isolates: they change the order in which the characters around them are shown.
+bool isBidirectionalControl(ushort code)
+{
+    return code == 0x061C || isIn(code, 0x200E, 0x200F) || isIn(code, 0x202A, 0x202E) || isIn(code, 0x2066, 0x2069);
+}
+
+bool isControl(QChar unit)
+{
+    const ushort code = unit.unicode();
+    return code < 0x20 || isIn(code, 0x7F, 0x9F) || isBidirectionalControl(code);
+}
+
+// The controls of ASCII have pictures of their own.
+QChar signFor(QChar control)
+{
+    const ushort code = control.unicode();
+    if (code < 0x20)
+        return QChar(0x2400 + code);
+    return code == 0x7F ? QChar(0x2421) : QChar(QChar::ReplacementCharacter);
+}
+
+} // namespace
+
 QString printable(const QString &text)
 {
+    const auto *const first = std::find_if(text.cbegin(), text.cend(), isControl);
+    if (first == text.cend())
+        return text;
     QString shown = text;
-    for (QChar &unit : shown) {
-        const ushort code = unit.unicode();
-        if (code < 0x20)
-            unit = QChar(0x2400 + code);
-        else if (code == 0x7F)
-            unit = QChar(0x2421);
-        else if (code > 0x7F && code < 0xA0)
-            unit = QChar(QChar::ReplacementCharacter);
-    }
+    std::transform(first, text.cend(), shown.begin() + (first - text.cbegin()),
+                   [](QChar unit) { return isControl(unit) ? signFor(unit) : unit; });
     return shown;
+}
+
+void printToStandardError(const QString &line)
+{
+    const QByteArray bytes = printable(line).toLocal8Bit() + '\n';
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stderr);
 }

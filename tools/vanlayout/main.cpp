@@ -6,6 +6,7 @@
 #include "Fields.h"
 #include "LookupCheck.h"
 #include "Memory.h"
+#include "Printable.h"
 #include "Show.h"
 
 #include <CLI/CLI.hpp>
@@ -39,8 +40,12 @@ void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const
         complain(QString(), message.section(QLatin1Char('\n'), 0, 0));
         std::_Exit(statusNoAnswer);
     }
-    if (isVerbose)
-        std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
+    if (!isVerbose)
+        return;
+    // Some lines of the library are nothing but line feeds.
+    const bool isSpace
+        = std::all_of(message.begin(), message.end(), [](QChar unit) { return unit == QLatin1Char('\n'); });
+    printToStandardError(isSpace ? QString() : message);
 }
 
 void useLocale()

@@ -1,0 +1,60 @@
+#include "Descriptor.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
+std::optional<Descriptor> descriptorNamed(const QString &path)
+{
+    static const QRegularExpression folders(QStringLiteral("^(/dev|/proc/[0-9]+(/task/[0-9]+)?)/fd$"));
+    const QFileInfo info(path);
+    bool isNumber = false;
+    const int number = info.fileName().toInt(&isNumber);
+    if (!isNumber || number < 0)
+        return std::nullopt;
+    const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
+    if (!folders.match(folder).hasMatch())
+        return std::nullopt;
+    const QString own = QFileInfo(QStringLiteral("/proc/self")).canonicalFilePath();
+    return Descriptor{ number, folder == QLatin1String("/dev/fd") || folder.startsWith(own + QLatin1Char('/')) };
+}
+
+QString followed(const QString &path)
+{
+    constexpr int mostLinks = 128;
+    QString place = path;
+    for (int i = 0; i < mostLinks && QFileInfo(place).isSymLink() && !descriptorNamed(place); ++i)
+        place = QFileInfo(place).symLinkTarget();
+    return place;
+}
+
+namespace
+{
+
+#ifdef Q_OS_UNIX
+std::optional<struct stat> statusOf(const QString &path)
+{
+    struct stat status = {};
+    if (stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return status;
+}
+#endif
+
+} // namespace
+
+bool isSameFile(const QString &first, const QString &second)
+{
+#ifdef Q_OS_UNIX
+    const auto one = statusOf(first);
+    const auto other = statusOf(second);
+    return one && other && one->st_dev == other->st_dev && one->st_ino == other->st_ino;
+#else
+    const QString path = QFileInfo(first).canonicalFilePath();
+    return !path.isEmpty() && path == QFileInfo(second).canonicalFilePath();
+#endif
+}
