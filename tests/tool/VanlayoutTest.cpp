@@ -302,6 +302,7 @@ private Q_SLOTS:
     // locale and file names
     void textsAreUtf8InEveryLocale_data();
     void textsAreUtf8InEveryLocale();
+    void oldTextIsInTheEncodingOfTheLocale();
     void anyFileNameIsShown_data();
     void anyFileNameIsShown();
 
@@ -1808,6 +1809,29 @@ void VanlayoutTest::textsAreUtf8InEveryLocale()
                              "e"));
 
     verifyComplaint(run({ "fields", "not " + fileName }, locale), "not " + fileName.toUtf8() + ": ");
+}
+
+void VanlayoutTest::oldTextIsInTheEncodingOfTheLocale()
+{
+    const QString locale = QStringLiteral("tr_TR.ISO-8859-9");
+    QVERIFY2(QDir(QStringLiteral(VAN_LOCALES)).exists(locale),
+             "needs localedef and its sources: Debian's package locales");
+    const Variables turkish = { { "LOCPATH", VAN_LOCALES }, { "LC_ALL", locale } };
+    const QString text = QStringLiteral("\u0131\u011F"); // FD F0; other letters in Windows-1252
+    write("old.dcf", oneItem("SIZE", "\xFD\xF0"));
+    write("old.txt", "AA \xFD\xF0\n");
+
+    QVERIFY(run({ "fields", "--format", "csv", "old.dcf" }, turkish).out.contains("SIZE," + text.toUtf8() + ','));
+    QVERIFY(run({ "lookup", "--format", "json", "old.txt" }, turkish).out.contains('"' + text.toUtf8() + '"'));
+    // A text in UTF-8 is one in any locale.
+    write("new.dcf", oneItem("SIZE", text.toUtf8()));
+    QVERIFY(run({ "fields", "--format", "csv", "new.dcf" }, turkish).out.contains("SIZE," + text.toUtf8() + ','));
+    // The name of a file is in the encoding of the locale, too.
+    const Run shown
+        = runShell(*folder,
+                   R"(name=$(printf '\375\360').dcf; mv new.dcf "$name"; )"
+                   R"(LOCPATH=')" VAN_LOCALES R"(' LC_ALL=tr_TR.ISO-8859-9 "$0" fields --format csv "$name" old.dcf)");
+    QVERIFY2(shown.out.contains('\n' + text.toUtf8() + ".dcf,SIZE,"), shown.out.constData());
 }
 
 void VanlayoutTest::anyFileNameIsShown_data()

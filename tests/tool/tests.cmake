@@ -3,6 +3,7 @@ van_add_test(tool/VanlayoutTest.cpp)
 add_dependencies(VanlayoutTest vanlayout)
 target_compile_definitions(VanlayoutTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>" VAN_VERSION="${PROJECT_VERSION}")
 van_use_made_data(VanlayoutTest)
+van_use_made_locales(VanlayoutTest)
 
 van_add_test(tool/VanlayoutShowTest.cpp)
 add_dependencies(VanlayoutShowTest vanlayout)

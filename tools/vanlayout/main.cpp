@@ -25,6 +25,10 @@
 #include <utility>
 #include <vector>
 
+#ifdef Q_OS_UNIX
+#include <langinfo.h>
+#endif
+
 namespace
 {
 
@@ -48,12 +52,23 @@ void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const
     printToStandardError(isSpace ? QString() : message);
 }
 
+// Qt may have been built to take UTF-8 for the encoding of every locale.
+QTextCodec *codecOfLocale()
+{
+#ifdef Q_OS_UNIX
+    return QTextCodec::codecForName(nl_langinfo(CODESET));
+#else
+    return QTextCodec::codecForLocale();
+#endif
+}
+
 void useLocale()
 {
     std::setlocale(LC_ALL, "");
-    const QTextCodec *codec = QTextCodec::codecForLocale();
+    QTextCodec *codec = codecOfLocale();
     if (!codec || codec->mibEnum() == mibAscii || std::setlocale(LC_CTYPE, nullptr) == std::string("C"))
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+        codec = QTextCodec::codecForName("UTF-8");
+    QTextCodec::setCodecForLocale(codec);
     std::setlocale(LC_NUMERIC, "C");
 }
 
