@@ -13,8 +13,6 @@ namespace vanlayout
 namespace
 {
 
-using JsonReader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, JsonAllocator>;
-
 const char mark[] = "\xef\xbb\xbf";
 constexpr int markSize = 3;
 
@@ -121,65 +119,27 @@ bool failAsOther(const CSProJsonDraft &draft, Diagnostics &diagnostics)
     return true;
 }
 
-// One reading of one file.
-class Reading
+// Puts what \a bytes say into \a draft. False if they are damaged, which is reported then.
+bool parse(const QByteArray &bytes, CSProJsonDraft &draft, Diagnostics &diagnostics)
 {
-public:
-    Reading(const QByteArray &content, Layout &target, Diagnostics &list)
-        : bytes(content)
-        , layout(target)
-        , diagnostics(list)
-        , findings(target, list)
-        , draft(target, findings)
-        , handler(draft, findings)
-    {
-    }
-
-    void read()
-    {
-        const bool hasHalfPairs = mendSurrogates(bytes);
-        if (!parse() || failAsOther(draft, diagnostics))
-            return;
-        bytes.clear();
-        layout.format = Format::CSProJson;
-        layout.encoding = QStringLiteral("utf-8");
-        draft.complete();
-        if (hasHalfPairs)
-            findings.warn("bad-bytes", QStringLiteral("texts have halves of surrogate pairs; U+FFFD is in their place"),
-                          {});
-        findings.resolvePaths();
-        cspro::shareLinkedValues(layout, diagnostics);
-    }
-
-private:
-    bool parse()
-    {
-        constexpr unsigned flags
-            = rapidjson::kParseIterativeFlag | rapidjson::kParseCommentsFlag | rapidjson::kParseNumbersAsStringsFlag;
-        const int begin = beginOf(bytes);
-        rapidjson::StringStream stream(bytes.constData() + begin);
-        JsonReader reader;
-        const rapidjson::ParseResult result = reader.Parse<flags>(stream, handler);
-        const int offset = begin + int(result ? stream.Tell() : result.Offset());
-        if (handler.isTooDeep())
-            failAt(bytes, offset, QStringLiteral("more than %1 levels of nesting").arg(CSProJsonHandler::maxDepth),
-                   diagnostics);
-        else if (!result)
-            failAt(bytes, offset, reasonOf(result.Code(), bytes.constData()[offset]), diagnostics);
-        else if (offset < bytes.size())
-            failAt(bytes, offset, QStringLiteral("the document is followed by a NUL character"), diagnostics);
-        else
-            return true;
-        return false;
-    }
-
-    QByteArray bytes;
-    Layout &layout;
-    Diagnostics &diagnostics;
-    CSProJsonFindings findings;
-    CSProJsonDraft draft;
-    CSProJsonHandler handler;
-};
+    const int begin = beginOf(bytes);
+    const std::string_view content(bytes.constData() + begin, size_t(bytes.size() - begin));
+    rapidjson::StringStream stream(content.data());
+    CSProJsonHandler handler(stream, content, draft);
+    JsonReader reader;
+    const rapidjson::ParseResult result = reader.Parse<jsonFlags>(stream, handler);
+    const int offset = begin + int(result ? stream.Tell() : result.Offset());
+    if (handler.isTooDeep())
+        failAt(bytes, offset, QStringLiteral("more than %1 levels of nesting").arg(CSProJsonHandler::maxDepth),
+               diagnostics);
+    else if (!result)
+        failAt(bytes, offset, reasonOf(result.Code(), bytes.constData()[offset]), diagnostics);
+    else if (offset < bytes.size())
+        failAt(bytes, offset, QStringLiteral("the document is followed by a NUL character"), diagnostics);
+    else
+        return true;
+    return false;
+}
 
 } // namespace
 
@@ -190,7 +150,20 @@ bool isCSProJson(const QByteArray &head)
 
 void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)
 {
-    Reading(bytes, layout, diagnostics).read();
+    QByteArray content = bytes;
+    const bool hasHalfPairs = mendSurrogates(content);
+    CSProJsonFindings findings(layout, diagnostics);
+    CSProJsonDraft draft(layout, findings);
+    if (!parse(content, draft, diagnostics) || failAsOther(draft, diagnostics))
+        return;
+    layout.format = Format::CSProJson;
+    layout.encoding = QStringLiteral("utf-8");
+    draft.complete();
+    if (hasHalfPairs)
+        findings.warn("bad-bytes", QStringLiteral("texts have halves of surrogate pairs; U+FFFD is in their place"),
+                      {});
+    findings.resolvePaths();
+    cspro::shareLinkedValues(layout, diagnostics);
 }
 
 void readCSProJson(Input &input, Layout &layout, Diagnostics &diagnostics)

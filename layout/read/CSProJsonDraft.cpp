@@ -22,15 +22,6 @@ bool hasLanguageTwice(const QVector<Label> &parts)
     return names.size() < parts.size();
 }
 
-QString spellingOf(const QString &text)
-{
-    const QByteArray bytes = text.toUtf8();
-    JsonSpelling spelling;
-    spelling.begin();
-    spelling.text(bytes.constData(), size_t(bytes.size()));
-    return QString::fromUtf8(spelling.bytes(), spelling.size());
-}
-
 bool isBinary(const QString &type)
 {
     return type != itemtype::numeric() && type != itemtype::alpha() && cspro::itemTypeOf(type);
@@ -103,15 +94,20 @@ void CSProJsonDraft::beginOccurrenceLabel()
     occurrenceLabel = OccurrenceLabel();
 }
 
-void CSProJsonDraft::endOccurrenceLabel()
+bool CSProJsonDraft::endOccurrenceLabel()
 {
+    if (occurrenceLabel.occurrence < 1) {
+        findings.warn("bad-occurrence", QStringLiteral("a label is for no occurrence; it is not used"), address);
+        return false;
+    }
     occurrenceLabels->append(std::move(occurrenceLabel));
+    return true;
 }
 
 void CSProJsonDraft::checkOccurrenceLabels(const QVector<OccurrenceLabel> &list, int maximum)
 {
     const bool areUsable = std::all_of(list.begin(), list.end(), [maximum](const OccurrenceLabel &entry) {
-        return maximum > 1 && entry.occurrence >= 1 && entry.occurrence <= maximum;
+        return maximum > 1 && entry.occurrence <= maximum;
     });
     if (!areUsable)
         findings.warn("label-without-occurrence",
@@ -143,35 +139,29 @@ void CSProJsonDraft::setRange(QStringList ends, bool isSound, const QString &spe
     pair.hasRange = true;
 }
 
-void CSProJsonDraft::endPair()
+bool CSProJsonDraft::endPair()
 {
-    if (pair.hasCode) {
-        value.ranges.append({ pair.code, QString() });
-        if (pair.hasRange)
-            keepRange("value-and-range", QStringLiteral("a pair has both \"value\" and \"range\"; \"value\" counts"));
-    } else if (pair.hasRange) {
-        endRange();
-    } else {
-        findings.warn("empty-pair", QStringLiteral("a pair has neither \"value\" nor \"range\"; it is not used"),
+    if (!pair.hasCode)
+        return endRange();
+    value.ranges.append({ pair.code, QString() });
+    if (pair.hasRange) {
+        findings.addExtra(QStringLiteral("pairs.range"), pair.rangeSpelling, address);
+        findings.warn("value-and-range", QStringLiteral("a pair has both \"value\" and \"range\"; \"value\" counts"),
                       address);
     }
+    return true;
 }
 
-void CSProJsonDraft::endRange()
+bool CSProJsonDraft::endRange()
 {
     if (!pair.isRangeSound) {
-        keepRange("bad-range", QStringLiteral("a range is no list of exactly two texts; it is not used"));
-        return;
+        findings.warn("bad-pair",
+                      QStringLiteral("a pair has neither a \"value\" nor a \"range\" of two texts; it is not used"),
+                      address);
+        return false;
     }
-    if (pair.rangeEnds.constLast().isEmpty())
-        keepRange("bad-range", QStringLiteral("a range has no upper end; it counts as one code"));
     value.ranges.append({ pair.rangeEnds.constFirst(), pair.rangeEnds.constLast() });
-}
-
-void CSProJsonDraft::keepRange(const char *id, const QString &message)
-{
-    findings.addExtra(QStringLiteral("pairs.range"), pair.rangeSpelling, address);
-    findings.warn(id, message, address);
+    return true;
 }
 
 // Values
@@ -223,6 +213,7 @@ JsonUse CSProJsonDraft::setCaptureType(const QString &text)
 
 JsonUse CSProJsonDraft::setDateFormat(const QString &text)
 {
+    statedDateFormat = text;
     capture.dateFormat = text.toUpper();
     return JsonUse::Held;
 }
@@ -232,7 +223,15 @@ void CSProJsonDraft::endCapture()
     if (!capture.type.isEmpty())
         item.capture = capture;
     else if (!capture.dateFormat.isEmpty())
-        findings.addExtra(QStringLiteral("capture.dateFormat"), spellingOf(capture.dateFormat), address);
+        keepDateFormat();
+}
+
+void CSProJsonDraft::keepDateFormat()
+{
+    const QByteArray bytes = statedDateFormat.toUtf8();
+    findings.addExtra(QStringLiteral("capture.dateFormat"),
+                      jsonSpellingOfText({ bytes.constData(), size_t(bytes.size()) }), address);
+    findings.warn("date-without-capture", QStringLiteral("\"dateFormat\" has no \"type\" of \"capture\""), address);
 }
 
 QVector<Item> &CSProJsonDraft::openItems()
@@ -249,6 +248,7 @@ void CSProJsonDraft::beginItems()
 void CSProJsonDraft::beginItem()
 {
     item = Item();
+    item.type.clear();
     statements = ItemStatements();
     address.item = openItems().size();
 }
@@ -272,6 +272,7 @@ void CSProJsonDraft::setStart(int start)
 void CSProJsonDraft::setSubitemOffset(int offset)
 {
     statements.columns.subitemOffset = offset;
+    statements.isOffsetText = isNumberText;
 }
 
 void CSProJsonDraft::setLength(int length)
@@ -320,6 +321,8 @@ void CSProJsonDraft::endBinaryItem()
 
 void CSProJsonDraft::endSubitem()
 {
+    if (statements.columns.subitemOffset && !(item.isSubitem && hasParent))
+        keepSubitemOffset();
     if (!item.isSubitem) {
         hasParent = true;
         parent = item.name;
@@ -328,6 +331,14 @@ void CSProJsonDraft::endSubitem()
     } else {
         findings.warn("subitem-without-item", QStringLiteral("there is no item before the subitem"), address);
     }
+}
+
+void CSProJsonDraft::keepSubitemOffset()
+{
+    const QLatin1String quotationMark(statements.isOffsetText ? "\"" : "");
+    findings.addExtra(QStringLiteral("subitemOffset"),
+                      quotationMark + QString::number(*statements.columns.subitemOffset) + quotationMark, address);
+    findings.warn("unusable-offset", QStringLiteral("\"subitemOffset\" is for subitems that follow an item"), address);
 }
 
 // Decimal mark and zero fill are effective for numbers alone.

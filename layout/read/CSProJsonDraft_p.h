@@ -37,10 +37,12 @@ public:
     void endLanguages();
 
     void beginOccurrenceLabel();
-    void endOccurrenceLabel();
+    /// False if it is for no occurrence.
+    bool endOccurrenceLabel();
 
     void beginPair();
-    void endPair();
+    /// False if it has no code.
+    bool endPair();
     void beginValue();
     void endValue();
     void beginValueSet();
@@ -109,6 +111,8 @@ public:
     Label label;
     Capture capture;
 
+    bool isNumberText = false; ///< whether the number that is being set is stated as a text
+
     // where the entries of an open list go
     Labels *labels = nullptr;
     QStringList *aliases = nullptr;
@@ -118,6 +122,7 @@ private:
     // Statements on the open item that `Item` does not hold.
     struct ItemStatements {
         StoredColumns columns;
+        bool isOffsetText = false; ///< whether the offset of a subitem is stated as a text
         bool hasLength = false;
         bool hasDecimalMark = false;
         bool hasZeroFill = false;
@@ -140,10 +145,11 @@ private:
     QVector<Item> &openItems();
     void beginItems();
     void endBinaryItem();
+    void keepSubitemOffset();
+    void keepDateFormat();
     void endSubitem();
     void endNumber();
-    void endRange();
-    void keepRange(const char *id, const QString &message);
+    bool endRange();
     void noteLanguage(const QString &name);
     void warnOfMissingKey(const char *key);
     void checkOccurrenceLabels(const QVector<OccurrenceLabel> &list, int maximum);
@@ -154,6 +160,7 @@ private:
 
     ItemStatements statements;
     Pair pair;
+    QString statedDateFormat;                  ///< of the open capture
     QString parent;                            ///< name of the last item of the container that is no subitem
     bool hasParent = false;                    ///< whether there is one
     std::vector<StoredColumns> columnsOfItems; ///< of the open container

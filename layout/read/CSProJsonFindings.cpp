@@ -72,6 +72,12 @@ void CSProJsonFindings::addExtra(const QString &key, const QString &value, const
         addressLastProblem(address); // too many
 }
 
+void CSProJsonFindings::dropExtrasFrom(size_t count)
+{
+    ofExtras.resize(count);
+    layout.extras.resize(firstExtra + int(count));
+}
+
 void CSProJsonFindings::resolvePaths()
 {
     for (size_t index = 0; index < ofProblems.size(); ++index)

@@ -33,6 +33,10 @@ public:
     void inform(const char *id, const QString &message, const ElementAddress &address);
     void addExtra(const QString &key, const QString &value, const ElementAddress &address);
 
+    size_t extraCount() const { return ofExtras.size(); }
+    /// Drops all extras but the first \a count.
+    void dropExtrasFrom(size_t count);
+
     /// Writes the path of each entry, once all elements are in the layout.
     void resolvePaths();
 

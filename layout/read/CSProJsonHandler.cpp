@@ -2,8 +2,6 @@
 
 #include "read/Decoding_p.h"
 
-#include "util/Numbers_p.h"
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -21,40 +19,34 @@ bool isAscii(const char *bytes, int size)
     return std::none_of(bytes, bytes + size, [](char byte) { return uchar(byte) >= 0x80; });
 }
 
-// A number as an int: cut toward zero, and the nearest that an int can hold.
-struct Integer {
-    int value;
-    bool isExact;
-};
-
-std::optional<Integer> integerOf(const char *bytes, int size)
+// The characters of a number, such as an integer or "-1.5e3".
+std::optional<double> numberOf(const char *bytes, int size)
 {
-    qint64 whole = 0;
-    const auto parsed = std::from_chars(bytes, bytes + size, whole);
-    if (parsed.ec == std::errc() && parsed.ptr == bytes + size)
-        return Integer{ numbers::clamped(whole), numbers::clamped(whole) == whole };
-    bool isNumber = false;
-    const double real = QByteArray::fromRawData(bytes, size).toDouble(&isNumber);
-    if (!isNumber || std::isnan(real))
-        return std::nullopt;
-    constexpr double lowest = std::numeric_limits<int>::lowest();
-    constexpr double highest = std::numeric_limits<int>::max();
-    const int value = int(std::clamp(real, lowest, highest));
-    return Integer{ value, value == real };
+    const std::string_view text(bytes, size_t(size));
+    bool isNumber = text.find_first_not_of("0123456789+-.eE") == std::string_view::npos;
+    const double value = isNumber ? QByteArray::fromRawData(bytes, size).toDouble(&isNumber) : 0;
+    return isNumber && std::isfinite(value) ? std::optional<double>(value) : std::nullopt;
 }
 
-bool isNumber(const char *bytes, int size)
+// A whole number, in whatever spelling.
+std::optional<int> integerOf(const char *bytes, int size)
 {
-    bool isOne = false;
-    return std::isfinite(QByteArray::fromRawData(bytes, size).toDouble(&isOne)) && isOne;
+    int whole = 0;
+    const auto parsed = std::from_chars(bytes, bytes + size, whole);
+    if (parsed.ec == std::errc() && parsed.ptr == bytes + size)
+        return whole;
+    constexpr double lowest = std::numeric_limits<int>::lowest();
+    constexpr double highest = std::numeric_limits<int>::max();
+    const double real = numberOf(bytes, size).value_or(highest + 1);
+    return real >= lowest && real <= highest && std::trunc(real) == real ? std::optional<int>(int(real)) : std::nullopt;
 }
 
 std::optional<bool> booleanOf(const char *bytes, int size)
 {
     const std::string_view word(bytes, size_t(size));
-    if (word == "true" || word == "1")
+    if (word == "true")
         return true;
-    if (word == "false" || word == "0")
+    if (word == "false")
         return false;
     return std::nullopt;
 }
@@ -82,6 +74,11 @@ QLatin1String nameOf(JsonShape shape)
     return QLatin1String("a list of texts");
 }
 
+QString wordOf(const JsonKey &key)
+{
+    return QString::fromLatin1(key.word.data(), int(key.word.size()));
+}
+
 } // namespace
 
 bool CSProJsonHandler::Null()
@@ -106,75 +103,61 @@ bool CSProJsonHandler::String(const char *text, rapidjson::SizeType size, bool /
 
 bool CSProJsonHandler::Key(const char *text, rapidjson::SizeType size, bool /*copy*/)
 {
-    if (reason == Reason::None)
+    if (skipping == Skipping::None)
         findKey(text, int(size));
-    else
-        spelling.key(text, size);
     return true;
 }
 
 bool CSProJsonHandler::StartObject()
 {
-    if (reason != Reason::None) {
-        isRangeSound = false;
-        spelling.beginObject();
-        return !isTooDeep();
-    }
+    if (skipping != Skipping::None)
+        return beginPart();
     if (frames.empty()) {
-        beginObject(dictionaryElement(), nullptr);
+        begin(&dictionaryElement(), nullptr, false);
     } else if (frames.back().isList && frames.back().element) {
-        beginObject(*frames.back().element, nullptr);
+        begin(frames.back().element, nullptr, false);
     } else if (!frames.back().isList && key && key->shape == JsonShape::Object) {
-        frames.back().usable |= 1U << (key - frames.back().element->keys);
-        beginObject(*key->element, key);
+        markValue();
+        begin(key->element, key, false);
     } else {
-        beginKeeping(Reason::WrongType);
-        spelling.beginObject();
+        beginSkipping();
     }
     return true;
 }
 
 bool CSProJsonHandler::EndObject(rapidjson::SizeType /*memberCount*/)
 {
-    if (reason != Reason::None) {
-        spelling.endObject();
-        return endPartOfKept();
-    }
-    warnOfMissingKeys(frames.back());
-    const JsonElement &element = *frames.back().element;
+    if (skipping != Skipping::None)
+        return endPart();
+    const Frame ended = std::move(frames.back());
+    warnOfMissingKeys(ended);
     frames.pop_back();
-    if (element.end)
-        element.end(draft);
+    if (ended.element->end && !ended.element->end(draft))
+        keepElement(ended);
     return true;
 }
 
 bool CSProJsonHandler::StartArray()
 {
-    if (reason != Reason::None) {
-        isRangeSound = false;
-        spelling.beginList();
-        return !isTooDeep();
-    }
+    if (skipping != Skipping::None)
+        return beginPart();
     if (frames.empty())
         return false;
-    const bool isValue = !frames.back().isList && key;
-    if (isValue && (key->shape == JsonShape::List || key->shape == JsonShape::Texts)) {
-        beginList(*key);
-        return true;
+    if (!frames.back().isList && key && (key->shape == JsonShape::List || key->shape == JsonShape::Texts)) {
+        markValue();
+        begin(key->element, key, true);
+    } else {
+        beginSkipping();
+        if (!frames.back().isList && key && key->shape == JsonShape::Range)
+            skipping = Skipping::Range;
     }
-    beginKeeping(Reason::WrongType);
-    if (reason == Reason::WrongType && isValue && key->shape == JsonShape::Range)
-        reason = Reason::Range;
-    spelling.beginList();
     return true;
 }
 
 bool CSProJsonHandler::EndArray(rapidjson::SizeType /*elementCount*/)
 {
-    if (reason != Reason::None) {
-        spelling.endList();
-        return endPartOfKept();
-    }
+    if (skipping != Skipping::None)
+        return endPart();
     const JsonKey &ended = *frames.back().key;
     frames.pop_back();
     if (ended.end)
@@ -184,13 +167,11 @@ bool CSProJsonHandler::EndArray(rapidjson::SizeType /*elementCount*/)
 
 bool CSProJsonHandler::scalar(const Scalar &value)
 {
-    if (reason != Reason::None) {
-        write(value);
-        return endPartOfKept();
-    }
-    if (frames.empty())
+    if (skipping != Skipping::None)
+        skip(value);
+    else if (frames.empty())
         return false;
-    if (frames.back().isList)
+    else if (frames.back().isList)
         entry(value);
     else
         member(value);
@@ -201,12 +182,12 @@ bool CSProJsonHandler::scalar(const Scalar &value)
 void CSProJsonHandler::member(const Scalar &value)
 {
     if (!key) {
-        keep(Reason::WrongType, value);
+        keep(strayReason, value);
         return;
     }
     if (value.type == Scalar::Null)
         return;
-    frames.back().usable |= 1U << (key - frames.back().element->keys);
+    markValue();
     switch (key->shape) {
     case JsonShape::Text:
         setText(value);
@@ -219,6 +200,9 @@ void CSProJsonHandler::member(const Scalar &value)
         break;
     case JsonShape::Boolean:
         setBoolean(value);
+        break;
+    case JsonShape::Kept:
+        keep(Reason::NoPlace, value);
         break;
     default:
         keep(Reason::WrongType, value);
@@ -259,16 +243,15 @@ void CSProJsonHandler::setInteger(const Scalar &value)
         keep(Reason::WrongType, value);
         return;
     }
-    key->setInteger(draft, integer->value);
-    if (!integer->isExact)
-        keep(Reason::Inexact, value);
-    else if (value.type == Scalar::Text)
-        informOfConversion(QString::number(integer->value));
+    draft.isNumberText = value.type == Scalar::Text;
+    key->setInteger(draft, *integer);
+    if (draft.isNumberText)
+        informOfConversion(QString::number(*integer));
 }
 
 void CSProJsonHandler::setNumber(const Scalar &value)
 {
-    if (value.type == Scalar::Boolean || !isNumber(value.bytes, value.size)) {
+    if (value.type == Scalar::Boolean || !numberOf(value.bytes, value.size)) {
         keep(Reason::WrongType, value);
         return;
     }
@@ -284,7 +267,7 @@ void CSProJsonHandler::setBoolean(const Scalar &value)
         key->setBoolean(draft, value.boolean);
         return;
     }
-    const auto boolean = booleanOf(value.bytes, value.size);
+    const auto boolean = value.type == Scalar::Text ? booleanOf(value.bytes, value.size) : std::nullopt;
     if (!boolean) {
         keep(Reason::WrongType, value);
         return;
@@ -331,71 +314,69 @@ bool CSProJsonHandler::isRepeatedUnknownKey(const char *text, int size)
     return frame.unknownKeys->size() == before;
 }
 
-void CSProJsonHandler::beginObject(const JsonElement &element, const JsonKey *ofKey)
+void CSProJsonHandler::begin(const JsonElement *element, const JsonKey *ofKey, bool isList)
 {
-    frames.push_back({ &element, ofKey });
-    if (element.begin)
-        element.begin(draft);
-}
-
-void CSProJsonHandler::beginList(const JsonKey &ofKey)
-{
-    frames.back().usable |= 1U << (&ofKey - frames.back().element->keys);
-    frames.push_back({ ofKey.element, &ofKey, true });
-    if (ofKey.begin)
-        ofKey.begin(draft);
+    frames.push_back({ element, ofKey, isList, position.Tell(), findings.extraCount() });
+    const auto step = isList ? ofKey->begin : element->begin;
+    if (step)
+        step(draft);
 }
 
 void CSProJsonHandler::warnOfMissingKeys(const Frame &frame)
 {
     for (int index = 0; index < frame.element->keyCount; ++index) {
         const JsonKey &wanted = frame.element->keys[index];
-        if (wanted.isMust && !(frame.usable & (1U << index)))
-            findings.warn("missing-key",
-                          QStringLiteral("the key \"%1\" is missing")
-                              .arg(fullKey(QString::fromLatin1(wanted.word.data(), int(wanted.word.size())))),
+        if (wanted.isMust && !(frame.hasValue & (1U << index)))
+            findings.warn("missing-key", QStringLiteral("the key \"%1\" is missing").arg(fullKey(wordOf(wanted))),
                           draft.address);
     }
 }
 
-// Values that are kept as their spelling
-
-void CSProJsonHandler::keep(Reason why, const Scalar &value)
+// An entry of a list that is not usable is kept whole, instead of those parts of it that have no place.
+void CSProJsonHandler::keepElement(const Frame &element)
 {
-    beginKeeping(why);
-    write(value);
-    endKeeping();
+    findings.dropExtrasFrom(element.extras);
+    findings.addExtra(fullKey(), jsonSpellingOf(sourceFrom(element.begin)), draft.address);
 }
 
-void CSProJsonHandler::beginKeeping(Reason why)
+// Lists and objects that are kept as their spelling
+
+void CSProJsonHandler::beginSkipping()
 {
-    reason = why;
-    if (!frames.back().isList && !key)
-        reason = strayReason;
-    else if (!frames.back().isList && key->shape == JsonShape::Kept)
-        reason = Reason::NoPlace;
+    skipping = Skipping::Kept;
+    skippedFrom = position.Tell();
+    openParts = 1;
     rangeEnds.clear();
     isRangeSound = true;
-    spelling.begin();
 }
 
-void CSProJsonHandler::write(const Scalar &value)
+bool CSProJsonHandler::beginPart()
 {
-    switch (value.type) {
-    case Scalar::Null:
-        spelling.null();
-        break;
-    case Scalar::Boolean:
-        spelling.boolean(value.boolean);
-        break;
-    case Scalar::Number:
-        spelling.number(value.bytes, size_t(value.size));
-        break;
-    case Scalar::Text:
-        spelling.text(value.bytes, size_t(value.size));
-        break;
+    isRangeSound = false;
+    ++openParts;
+    return !isTooDeep();
+}
+
+bool CSProJsonHandler::endPart()
+{
+    if (--openParts > 0)
+        return true;
+    const QString spelling = jsonSpellingOf(sourceFrom(skippedFrom));
+    if (skipping == Skipping::Range) {
+        markValue();
+        draft.setRange(std::move(rangeEnds), isRangeSound, spelling);
+    } else if (frames.back().isList || (key && key->shape != JsonShape::Kept)) {
+        keep(Reason::WrongType, spelling);
+    } else {
+        keep(key ? Reason::NoPlace : strayReason, spelling);
     }
-    if (reason != Reason::Range)
+    skipping = Skipping::None;
+    return true;
+}
+
+void CSProJsonHandler::skip(const Scalar &value)
+{
+    if (skipping != Skipping::Range)
         return;
     if (value.type == Scalar::Text || value.type == Scalar::Number)
         rangeEnds.append(textOf(value));
@@ -403,29 +384,35 @@ void CSProJsonHandler::write(const Scalar &value)
         isRangeSound = false;
 }
 
-bool CSProJsonHandler::endPartOfKept()
+void CSProJsonHandler::keep(Reason reason, const Scalar &value)
 {
-    if (spelling.isWhole())
-        endKeeping();
-    return true;
+    const std::string_view bytes(value.bytes, size_t(value.size));
+    switch (value.type) {
+    case Scalar::Null:
+        keep(reason, QStringLiteral("null"));
+        break;
+    case Scalar::Boolean:
+        keep(reason, value.boolean ? QStringLiteral("true") : QStringLiteral("false"));
+        break;
+    case Scalar::Number:
+        keep(reason, QString::fromLatin1(value.bytes, value.size));
+        break;
+    case Scalar::Text:
+        keep(reason, jsonSpellingOfText(bytes));
+        break;
+    }
 }
 
-void CSProJsonHandler::endKeeping()
-{
-    if (reason == Reason::Range)
-        draft.setRange(std::move(rangeEnds), isRangeSound, decoding::fromUtf8(spelling.bytes(), spelling.size()));
-    else
-        addKept(decoding::fromUtf8(spelling.bytes(), spelling.size()));
-    reason = Reason::None;
-}
-
-void CSProJsonHandler::addKept(const QString &value)
+void CSProJsonHandler::keep(Reason reason, const QString &spelling)
 {
     const QString word = keptKey();
-    if (reason == Reason::RepeatedKey)
-        findings.addExtra(QLatin1String("repeated ") + strayKey, value, draft.address);
-    else
-        findings.addExtra(word, value, draft.address);
+    const bool isRepeated = reason == Reason::RepeatedKey;
+    findings.addExtra(isRepeated ? QLatin1String("repeated ") + strayKey : word, spelling, draft.address);
+    report(reason, word);
+}
+
+void CSProJsonHandler::report(Reason reason, const QString &word)
+{
     switch (reason) {
     case Reason::UnknownKey:
         findings.inform("unknown-key", QStringLiteral("the key \"%1\" is unknown").arg(word), draft.address);
@@ -435,12 +422,14 @@ void CSProJsonHandler::addKept(const QString &value)
                         QStringLiteral("the key \"%1\" comes again in one object; the first one counts").arg(word),
                         draft.address);
         break;
+    case Reason::NoPlace:
+        findings.inform(
+            "extra-key",
+            QStringLiteral("the value of \"%1\" has no place in the layout; it is kept beside it").arg(word),
+            draft.address);
+        break;
     case Reason::UnknownWord:
         findings.warn("unknown-word", QStringLiteral("the value of \"%1\" is no word that it can have").arg(word),
-                      draft.address);
-        break;
-    case Reason::Inexact:
-        findings.warn("bad-number", QStringLiteral("\"%1\" is no integer of 32 bits; the nearest one counts").arg(word),
                       draft.address);
         break;
     case Reason::WrongType:
@@ -449,8 +438,6 @@ void CSProJsonHandler::addKept(const QString &value)
             QStringLiteral("a value of \"%1\" is not %2, so it does not count").arg(word, nameOf(keptShape())),
             draft.address);
         break;
-    default:
-        break;
     }
 }
 
@@ -458,8 +445,8 @@ void CSProJsonHandler::addKept(const QString &value)
 QString CSProJsonHandler::keptKey() const
 {
     if (frames.back().isList)
-        return fullKey(QString());
-    return fullKey(key ? QString::fromLatin1(key->word.data(), int(key->word.size())) : strayKey);
+        return fullKey();
+    return fullKey(key ? wordOf(*key) : strayKey);
 }
 
 JsonShape CSProJsonHandler::keptShape() const
@@ -470,18 +457,27 @@ JsonShape CSProJsonHandler::keptShape() const
     return frame.element ? JsonShape::Object : JsonShape::Text;
 }
 
-// `security.settings` for a key of an object that paths do not name. Without a word the key of the open list.
-QString CSProJsonHandler::fullKey(const QString &word) const
+// The keys that lead to the open object or list from the element around it that has a place in paths.
+QStringList CSProJsonHandler::openKeys() const
 {
     const auto isInPaths = [](const Frame &frame) { return !frame.isList && frame.element->isInPaths; };
-    auto holder = std::find_if(frames.rbegin(), frames.rend(), isInPaths);
+    const auto holder = std::find_if(frames.rbegin(), frames.rend(), isInPaths);
     QStringList words;
     for (auto frame = holder.base(); frame != frames.end(); ++frame)
         if (frame->key)
-            words.append(QString::fromLatin1(frame->key->word.data(), int(frame->key->word.size())));
-    if (!word.isNull())
-        words.append(word);
-    return words.join(QLatin1Char('.'));
+            words.append(wordOf(*frame->key));
+    return words;
+}
+
+// Such as `security.settings`.
+QString CSProJsonHandler::fullKey(const QString &word) const
+{
+    return (openKeys() << word).join(QLatin1Char('.'));
+}
+
+QString CSProJsonHandler::fullKey() const
+{
+    return openKeys().join(QLatin1Char('.'));
 }
 
 void CSProJsonHandler::informOfConversion(const QString &value)

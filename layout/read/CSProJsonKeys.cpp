@@ -21,6 +21,13 @@ template <auto step> void call(Draft &draft)
 {
     (draft.*step)();
 }
+template <auto step> bool end(Draft &draft)
+{
+    if constexpr (std::is_same_v<decltype((draft.*step)()), bool>)
+        return (draft.*step)();
+    (draft.*step)();
+    return true;
+}
 template <auto setter> JsonUse useText(Draft &draft, const QString &text)
 {
     return (draft.*setter)(text);
@@ -114,13 +121,13 @@ template <auto begin, int count> constexpr JsonElement unnamed(const JsonKey (&k
 {
     return { keys, count, false, call<begin> };
 }
-template <auto begin, auto end, int count> constexpr JsonElement unnamed(const JsonKey (&keys)[count])
+template <auto beginning, auto ending, int count> constexpr JsonElement unnamed(const JsonKey (&keys)[count])
 {
-    return { keys, count, false, call<begin>, call<end> };
+    return { keys, count, false, call<beginning>, end<ending> };
 }
-template <auto begin, auto end, int count> constexpr JsonElement named(const JsonKey (&keys)[count])
+template <auto beginning, auto ending, int count> constexpr JsonElement named(const JsonKey (&keys)[count])
 {
-    return { keys, count, true, call<begin>, call<end> };
+    return { keys, count, true, call<beginning>, end<ending> };
 }
 
 // The keys of every kind of objects, the parts before what holds them.
@@ -234,7 +241,7 @@ constexpr JsonElement record = named<&Draft::beginRecord, &Draft::endRecord>(rec
 constexpr JsonKey idsKeys[] = {
     list("items", item),
 };
-constexpr JsonElement ids = unnamed<&Draft::beginIds, &Draft::endIds>(idsKeys);
+constexpr JsonElement ids = named<&Draft::beginIds, &Draft::endIds>(idsKeys);
 
 constexpr JsonKey levelKeys[] = {
     name<&Draft::level>(), aliases<&Draft::level>(), labels<&Draft::level>(),

@@ -13,7 +13,7 @@ enum class JsonShape {
     Text,    ///< a number counts as its spelling
     Integer, ///< the text of a number counts as the number
     Number,  ///< likewise; it is set as its spelling
-    Boolean, ///< the texts "true" and "false" count, and 1 and 0
+    Boolean, ///< the texts "true" and "false" count
     Object,
     List,  ///< of objects
     Texts, ///< list of texts
@@ -43,7 +43,7 @@ struct JsonElement {
     int keyCount;
     bool isInPaths; ///< whether paths name it; the keys of another one are told from those of its holder by its own key
     void (*begin)(CSProJsonDraft &draft) = nullptr;
-    void (*end)(CSProJsonDraft &draft) = nullptr;
+    bool (*end)(CSProJsonDraft &draft) = nullptr; ///< false if the object is not usable
 };
 
 /// The object that is a dictionary, and through it all that it can hold: the keys of the JSON form.

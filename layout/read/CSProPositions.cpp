@@ -22,67 +22,100 @@ qint64 bounded(qint64 column)
     return std::min(column, qint64(1) << 62);
 }
 
-// Gives columns to the items of one container, one after the other.
-class Columns
+// Gives columns to items, one after the other.
+class Placement
 {
 public:
-    Columns(qint64 first, bool relative)
-        : next(first)
-        , isRelative(relative)
+    explicit Placement(bool relative)
+        : isRelative(relative)
     {
     }
 
-    void place(Item &item, const StoredColumns &stored)
+    // \a next is the column of an item that has no stored start.
+    void place(Item &item, const StoredColumns &stored, qint64 next)
     {
-        if (item.isSubitem)
-            placeSubitem(item, stored);
-        else
-            placeItem(item, stored);
-    }
-
-    qint64 next;    ///< first column behind the items so far, wherever their stored starts are
-    qint64 end = 1; ///< first column behind the last of their columns
-
-private:
-    void placeItem(Item &item, const StoredColumns &stored)
-    {
+        if (item.isSubitem) {
+            if (!stored.hasStart && stored.subitemOffset && start > 0)
+                item.start = numbers::clamped(qint64(start) + *stored.subitemOffset);
+            return;
+        }
         if (!stored.hasStart && isRelative)
             item.start = numbers::clamped(next);
         start = item.start;
-        next = bounded(next + widthOf(item));
-        end = std::max(end, bounded(start + widthOf(item)));
     }
 
-    void placeSubitem(Item &item, const StoredColumns &stored) const
-    {
-        if (!stored.hasStart && stored.subitemOffset && start > 0)
-            item.start = numbers::clamped(qint64(start) + *stored.subitemOffset);
-    }
-
+private:
     bool isRelative;
     int start = 0; ///< of the last item that is no subitem
 };
 
-// Gives columns to the ids of all levels; returns the first column for the items of records.
+// The columns of the ids of all levels, and of the record type among them.
+class IdColumns
+{
+public:
+    IdColumns(const RecordTypeColumns &recordType, bool relative)
+        : type(recordType)
+        , isTypePlaced(recordType.start < 1)
+        , placement(relative)
+    {
+    }
+
+    void place(Item &id, const StoredColumns &stored)
+    {
+        if (!isTypePlaced && type.start <= next)
+            placeType();
+        placement.place(id, stored, next);
+        if (id.isSubitem)
+            return;
+        next = bounded(next + widthOf(id));
+        end = std::max(end, bounded(id.start + widthOf(id)));
+    }
+
+    // The first column behind all of them.
+    qint64 behind()
+    {
+        if (!isTypePlaced)
+            placeType();
+        return end;
+    }
+
+private:
+    void placeType()
+    {
+        isTypePlaced = true;
+        next += std::max(type.length, 0);
+        end = std::max(end, next);
+    }
+
+    RecordTypeColumns type;
+    bool isTypePlaced;
+    Placement placement;
+    qint64 next = 1;
+    qint64 end = 1;
+};
+
+// Returns the first column for the items of records.
 qint64 layOutIds(Layout &layout, const std::vector<LevelColumns> &stored, bool isRelative)
 {
-    const RecordTypeColumns type = layout.recordType.value_or(RecordTypeColumns());
-    bool isTypePlaced = false;
-    Columns columns(1, isRelative);
+    IdColumns columns(layout.recordType.value_or(RecordTypeColumns()), isRelative);
     for (int level = 0; level < layout.levels.size(); ++level) {
         QVector<Item> &ids = layout.levels[level].ids;
-        for (int id = 0; id < ids.size(); ++id) {
-            if (!isTypePlaced && type.start <= columns.next) {
-                isTypePlaced = true;
-                columns.next += std::max(type.length, 0);
-            }
+        for (int id = 0; id < ids.size(); ++id)
             columns.place(ids[id], stored[size_t(level)].ids[size_t(id)]);
-            columns.next = std::max(columns.next, columns.end);
-        }
     }
-    if (!isTypePlaced && type.start != 0)
-        columns.next += std::max(type.length, 0);
-    return columns.next;
+    return columns.behind();
+}
+
+// The items of a record follow each other from \a next on, whatever starts are stored.
+void layOutRecord(QVector<Item> &items, const std::vector<StoredColumns> &stored, qint64 next, bool isRelative)
+{
+    Placement placement(isRelative);
+    for (int index = 0; index < items.size(); ++index) {
+        Item &item = items[index];
+        placement.place(item, stored[size_t(index)], next);
+        if (!item.isSubitem)
+            next = bounded(next + widthOf(item));
+    }
 }
 
 } // namespace
@@ -93,12 +126,8 @@ void layOutColumns(Layout &layout, const std::vector<LevelColumns> &stored)
     const qint64 first = layOutIds(layout, stored, isRelative);
     for (int level = 0; level < layout.levels.size(); ++level) {
         QVector<Record> &records = layout.levels[level].records;
-        for (int record = 0; record < records.size(); ++record) {
-            QVector<Item> &items = records[record].items;
-            Columns columns(first, isRelative);
-            for (int item = 0; item < items.size(); ++item)
-                columns.place(items[item], stored[size_t(level)].records[size_t(record)][size_t(item)]);
-        }
+        for (int record = 0; record < records.size(); ++record)
+            layOutRecord(records[record].items, stored[size_t(level)].records[size_t(record)], first, isRelative);
     }
 }
 

@@ -1,10 +1,13 @@
 #ifndef LAYOUT_READ_JSONSPELLING_P_H
 #define LAYOUT_READ_JSONSPELLING_P_H
 
-#include <rapidjson/writer.h>
+#include <QString>
+
+#include <rapidjson/reader.h>
 
 #include <cstdlib>
 #include <new>
+#include <string_view>
 
 namespace vanlayout
 {
@@ -34,56 +37,16 @@ private:
     }
 };
 
-/// The JSON spelling of one value, written from the events of its reading: numbers as in the file, no white space
-/// between the parts.
-class JsonSpelling
-{
-public:
-    void begin()
-    {
-        buffer.Clear();
-        writer.Reset(buffer);
-        openParts = 0;
-    }
-    bool isWhole() const { return openParts == 0; }
-    int depth() const { return openParts; }
-    /// UTF-8, or whatever bytes the file has; valid until the next begin().
-    const char *bytes() const { return buffer.GetString(); }
-    int size() const { return int(buffer.GetSize()); }
+/// Flags for RapidJSON's reader: depth costs no stack, numbers keep their spelling.
+constexpr unsigned jsonFlags
+    = rapidjson::kParseIterativeFlag | rapidjson::kParseCommentsFlag | rapidjson::kParseNumbersAsStringsFlag;
+using JsonReader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, JsonAllocator>;
 
-    void null() { writer.Null(); }
-    void boolean(bool value) { writer.Bool(value); }
-    void number(const char *spelling, size_t size) { writer.RawValue(spelling, size, rapidjson::kNumberType); }
-    void text(const char *text, size_t size) { writer.String(text, rapidjson::SizeType(size)); }
-    void key(const char *text, size_t size) { writer.Key(text, rapidjson::SizeType(size)); }
-    void beginObject()
-    {
-        ++openParts;
-        writer.StartObject();
-    }
-    void endObject()
-    {
-        --openParts;
-        writer.EndObject();
-    }
-    void beginList()
-    {
-        ++openParts;
-        writer.StartArray();
-    }
-    void endList()
-    {
-        --openParts;
-        writer.EndArray();
-    }
-
-private:
-    using Buffer = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, JsonAllocator>;
-
-    Buffer buffer;
-    rapidjson::Writer<Buffer, rapidjson::UTF8<>, rapidjson::UTF8<>, JsonAllocator> writer{ buffer };
-    int openParts = 0;
-};
+/// The spelling of the JSON value that \a bytes are, without white space and comments between its parts; numbers as
+/// they are.
+QString jsonSpellingOf(std::string_view bytes);
+/// The spelling of a text, in UTF-8 or in whatever bytes the file has.
+QString jsonSpellingOfText(std::string_view text);
 
 } // namespace vanlayout
 
