@@ -71,12 +71,12 @@ public:
         end = std::max(end, bounded(id.start + widthOf(id)));
     }
 
-    // The first column behind all of them.
+    // The first column behind all of them, those with a stored start that is further away included.
     qint64 behind()
     {
         if (!isTypePlaced)
             placeType();
-        return end;
+        return std::max(next, end);
     }
 
 private:
@@ -84,7 +84,6 @@ private:
     {
         isTypePlaced = true;
         next += std::max(type.length, 0);
-        end = std::max(end, next);
     }
 
     RecordTypeColumns type;
