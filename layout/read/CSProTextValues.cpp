@@ -88,7 +88,10 @@ QString shown(std::string_view value)
             character = QLatin1Char(' ');
     }
     const bool isCut = text.size() > longest;
-    return QLatin1Char('"') + text.left(longest) + QLatin1String(isCut ? "...\"" : "\"");
+    text.truncate(longest);
+    if (!text.isEmpty() && qAsConst(text).back().isHighSurrogate())
+        text.chop(1);
+    return QLatin1Char('"') + text + QLatin1String(isCut ? "...\"" : "\"");
 }
 
 Number numberOf(std::string_view value)
