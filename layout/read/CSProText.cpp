@@ -30,7 +30,14 @@ void CSProTextReader::read(const QByteArray &bytes)
     while (lines.next(statement))
         readStatement(statement);
     leaveSection();
-    finish();
+    if (hasDictionary)
+        finish();
+    else
+        diagnostics.fail("no-dictionary",
+                         QStringLiteral("the text has no section [Dictionary], so it is no CSPro dictionary; its first "
+                                        "section is %1")
+                             .arg(firstSection),
+                         firstSectionLine);
 }
 
 void CSProTextReader::readStatement(const Statement &statement)
@@ -43,11 +50,6 @@ void CSProTextReader::readStatement(const Statement &statement)
 
 void CSProTextReader::finish()
 {
-    if (!hasDictionary) {
-        diagnostics.fail("no-dictionary",
-                         QStringLiteral("the file has no section [Dictionary], so it is no CSPro dictionary"));
-        return;
-    }
     layout.note = cspro::cleanNote(layout.note);
     checkPartCount(layout.labels.parts.size(), dictionaryLabelLine);
     checkLevels();

@@ -159,6 +159,8 @@ private:
     int firstProblem = 0;          ///< of the section, in the lists of the layout
     int firstExtra = 0;
 
+    QString firstSection; ///< for a message
+    int firstSectionLine = 0;
     bool hasDictionary = false;
     std::vector<Statement> dictionaryStatements; ///< as `stated`, for a [Dictionary] that goes on
     bool areLanguagesRead = false;

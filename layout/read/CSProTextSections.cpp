@@ -94,6 +94,10 @@ const CSProTextReader::Section *CSProTextReader::findSection(std::string_view na
 void CSProTextReader::beginSection(const Statement &statement)
 {
     leaveSection();
+    if (firstSectionLine == 0) {
+        firstSection = shown(statement.key);
+        firstSectionLine = statement.line;
+    }
     const Section *known = findSection(statement.key);
     enter(known, statement.line);
     if (!known || !(this->*known->begin)())
