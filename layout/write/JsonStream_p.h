@@ -6,7 +6,9 @@
 #include <QString>
 
 #include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
 
+#include <algorithm>
 #include <array>
 
 namespace vanlayout
@@ -43,6 +45,30 @@ private:
     size_t used = 0;
     bool isWhole = true;
 };
+
+/// Whether a text has a control character beyond ASCII's first 32, which RapidJSON would write as it is: a terminal
+/// acts on these too.
+inline bool hasFurtherControls(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar unit) { return unit >= QChar(0x7F) && unit <= QChar(0x9F); });
+}
+
+/// Writes a text as a JSON string, all control characters escaped.
+template <typename Writer> void writeJsonString(Writer &json, const QString &text)
+{
+    const QByteArray utf8 = text.toUtf8();
+    if (!hasFurtherControls(text)) {
+        json.String(utf8.constData(), rapidjson::SizeType(utf8.size()));
+        return;
+    }
+    rapidjson::StringBuffer buffer;
+    rapidjson::Writer<rapidjson::StringBuffer>(buffer).String(utf8.constData(), rapidjson::SizeType(utf8.size()));
+    QString literal = QString::fromUtf8(buffer.GetString(), int(buffer.GetSize()));
+    for (ushort control = 0x7F; control <= 0x9F; ++control)
+        literal.replace(QChar(control), QStringLiteral("\\u00%1").arg(control, 2, 16));
+    const QByteArray escaped = literal.toUtf8();
+    json.RawValue(escaped.constData(), size_t(escaped.size()), rapidjson::kStringType);
+}
 
 /// Writes one document and a line feed; \a content is handed the writer. False if the device refused something.
 template <typename Content> bool writeJsonDocument(QIODevice &device, bool isPretty, Content content)

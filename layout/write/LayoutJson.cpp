@@ -58,11 +58,7 @@ public:
 
 private:
     // Keys with their values; the default is left out by those that are handed one.
-    void string(const QString &value)
-    {
-        const QByteArray utf8 = value.toUtf8();
-        json.String(utf8.constData(), rapidjson::SizeType(utf8.size()));
-    }
+    void string(const QString &value) { writeJsonString(json, value); }
     void text(const char *key, const QString &value)
     {
         json.Key(key);

@@ -35,6 +35,8 @@ private slots:
     void everyKeyHasItsPlace();
     void absentKeysArePrintedWithWhateverValueIsStated();
     void labelsOfAnOccurrenceAreAlwaysPrinted();
+    void controlCharactersAreEscaped_data();
+    void controlCharactersAreEscaped();
     void prettyFormIsIndentedByTwo();
     void errorHasFileIdMessageAndLine();
     void aDeviceThatIsFullIsReported();
@@ -187,6 +189,25 @@ void LayoutJsonTest::labelsOfAnOccurrenceAreAlwaysPrinted()
     Layout layout;
     layout.levels = { level };
     QVERIFY(jsonOf(layout).contains("\"occurrenceLabels\":[{\"occurrence\":2,\"labels\":[]}]"));
+}
+
+void LayoutJsonTest::controlCharactersAreEscaped_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("json");
+    QTest::newRow("of ASCII") << QString("a\x1b\n\"") << QByteArray("\"a\\u001B\\n\\\"\"");
+    QTest::newRow("delete") << QString("a\x7f\\") << QByteArray("\"a\\u007f\\\\\"");
+    QTest::newRow("of Latin-1") << QString::fromUtf8("\u009b\u00e9") << QByteArray("\"\\u009b\xc3\xa9\"");
+    QTest::newRow("none") << QString::fromUtf8("\u00a0\u20ac") << QByteArray("\"\xc2\xa0\xe2\x82\xac\"");
+}
+
+void LayoutJsonTest::controlCharactersAreEscaped()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, json);
+    Layout layout;
+    layout.name = name;
+    QVERIFY2(jsonOf(layout).contains("\"name\":" + json), jsonOf(layout).constData());
 }
 
 void LayoutJsonTest::prettyFormIsIndentedByTwo()

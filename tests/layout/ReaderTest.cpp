@@ -80,7 +80,8 @@ void ReaderTest::aFileWithoutALayoutSaysWhatItIs_data()
                               << "[Dictionary]";
     QTest::newRow("XML") << QByteArray("<?xml version=\"1.0\"?>") << "unknown-format"
                          << "XML document";
-    QTest::newRow("NUL") << QByteArray("text\0text", 9) << "unknown-format" << "no known format";
+    QTest::newRow("NUL") << QByteArray("text\0text", 9) << "unknown-format"
+                         << "no known format";
     QTest::newRow("bytes of no format") << QByteArray("\x01\x02\x03") << "unknown-format"
                                         << "no known format";
 }

@@ -271,5 +271,6 @@ int main(int argc, char **argv)
     }
     QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, isVerbose);
     const auto asked = [](const auto &command) { return command.first->parsed(); };
-    return std::find_if(commands.begin(), commands.end(), asked)->second();
+    const auto command = std::find_if(commands.begin(), commands.end(), asked);
+    return command != commands.end() ? command->second() : statusNoAnswer;
 }
