@@ -1,7 +1,6 @@
 #include "cspro/GroupSearch_p.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace cspro
 {
@@ -10,8 +9,7 @@ GroupSearch::GroupSearch(const QStringList &list)
     : texts(list)
     , nodes(1)
 {
-    for (const QString &text : qAsConst(texts))
-        addText(text);
+    addTexts();
     linkSuffixes();
     findTexts();
 }
@@ -26,22 +24,47 @@ QString GroupSearch::firstWith(const QString &text) const
     return found != texts.cend() ? *found : QString();
 }
 
-void GroupSearch::addText(const QString &text)
+// Level by level: each node has a span of the sorted texts, those that begin with its characters.
+void GroupSearch::addTexts()
 {
-    int node = 0;
-    for (const QChar unit : text) {
-        int &next = children[edge(node, unit)];
-        if (next == 0) {
-            next = int(nodes.size());
+    QStringList sorted = texts;
+    std::sort(sorted.begin(), sorted.end());
+    struct Span {
+        int begin;
+        int end;
+    };
+    std::vector<Span> spans = { { 0, sorted.size() } };
+    for (size_t index = 0; index < nodes.size(); ++index) {
+        auto [text, end] = spans[index];
+        Node node = nodes[index];
+        node.firstChild = int(nodes.size());
+        for (; text < end && sorted.at(text).size() == node.depth; ++text)
+            node.isWhole = index > 0;
+        while (text < end) {
+            const int begin = text;
+            const QChar unit = sorted.at(begin).at(node.depth);
+            while (text < end && sorted.at(text).at(node.depth) == unit)
+                ++text;
             Node added;
-            added.parent = node;
-            added.depth = nodes[size_t(node)].depth + 1;
+            added.parent = int(index);
+            added.depth = node.depth + 1;
             added.unit = unit.unicode();
             nodes.push_back(added);
+            spans.push_back({ begin, text });
         }
-        node = next;
+        node.children = int(nodes.size()) - node.firstChild;
+        nodes[index] = node;
     }
-    nodes[size_t(node)].isWhole = node > 0;
+}
+
+// 0 if there is none.
+int GroupSearch::child(int node, QChar unit) const
+{
+    const auto first = nodes.cbegin() + nodes[size_t(node)].firstChild;
+    const auto end = first + nodes[size_t(node)].children;
+    const auto found = std::lower_bound(first, end, unit.unicode(),
+                                        [](const Node &entry, ushort wanted) { return entry.unit < wanted; });
+    return found != end && found->unit == unit.unicode() ? int(found - nodes.cbegin()) : 0;
 }
 
 int GroupSearch::nodeOf(const QString &text) const
@@ -69,15 +92,11 @@ int GroupSearch::longestEnd(int node, QChar unit) const
 // Short nodes first: the suffix of a node is shorter than the node.
 void GroupSearch::linkSuffixes()
 {
-    std::vector<int> order(nodes.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(),
-                     [this](int a, int b) { return nodes[size_t(a)].depth < nodes[size_t(b)].depth; });
-    for (const int index : order) {
-        Node &node = nodes[size_t(index)];
+    for (size_t index = 0; index < nodes.size(); ++index) {
+        Node &node = nodes[index];
         if (node.depth > 1)
             node.suffix = longestEnd(nodes[size_t(node.parent)].suffix, QChar(node.unit));
-        node.wholeSuffix = node.isWhole ? index : nodes[size_t(node.suffix)].wholeSuffix;
+        node.wholeSuffix = node.isWhole ? int(index) : nodes[size_t(node.suffix)].wholeSuffix;
     }
 }
 

@@ -1,7 +1,6 @@
 #ifndef CSPRO_GROUPSEARCH_P_H
 #define CSPRO_GROUPSEARCH_P_H
 
-#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -26,6 +25,8 @@ private:
     struct Node {
         int parent = 0;
         int depth = 0;
+        int firstChild = 0; // the others follow it, in the order of their characters
+        int children = 0;
         ushort unit = 0;     // the last character on the way
         int suffix = 0;      // of the longest proper end of these characters that is a node
         int wholeSuffix = 0; // of the longest end that is a whole text, this node included; 0 if there is none
@@ -33,17 +34,15 @@ private:
         bool isWhole = false;
     };
 
-    static quint64 edge(int node, QChar unit) { return quint64(node) << 16 | unit.unicode(); }
-    int child(int node, QChar unit) const { return children.value(edge(node, unit), 0); }
+    int child(int node, QChar unit) const;
     int longestEnd(int node, QChar unit) const;
     int nodeOf(const QString &text) const;
-    void addText(const QString &text);
+    void addTexts();
     void linkSuffixes();
     void findTexts();
 
     QStringList texts;
-    std::vector<Node> nodes;
-    QHash<quint64, int> children;
+    std::vector<Node> nodes; // the shorter ones first
 };
 
 } // namespace cspro
