@@ -1,11 +1,11 @@
 #include "cspro/CSProJson_p.h"
 #include "cspro/CSProNotes_p.h"
 #include "import/NumbersSoFar_p.h"
+#include "util/KeyedHash_p.h"
 #include "util/Numbers_p.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSet>
 
 #include <algorithm>
 #include <array>
@@ -336,7 +336,7 @@ private:
             tell(NoteKind::codeAsZero, inWords(code, label));
         else if (isRange)
             tell(NoteKind::rangeAsCode, code);
-        else if (isNumeral ? !numbersSoFar.isNew(number) : !isNewText(code))
+        else if (isNumeral ? !numbersSoFar.isNew(number) : !textsSoFar.insert(code).second)
             tell(NoteKind::duplicateCode, inWords(code, label));
     }
 
@@ -347,19 +347,12 @@ private:
         return *isNumeral ? integer : code.toDouble(isNumeral);
     }
 
-    bool isNewText(const QString &code)
-    {
-        const int before = textsSoFar.size();
-        textsSoFar.insert(code);
-        return textsSoFar.size() > before;
-    }
-
     ReadReport &report;
     QString variable; ///< of the item in hand
     bool isNumber = false;
     bool isInteger = false;
-    NumbersSoFar numbersSoFar; ///< codes of the value set in hand
-    QSet<QString> textsSoFar;  ///< those of them that are no numbers
+    NumbersSoFar numbersSoFar;    ///< codes of the value set in hand
+    KeyedSet<QString> textsSoFar; ///< those of them that are no numbers
     bool isBehindFirstLevel = false;
     bool hasRecordTypes = false;
     bool isColumnOneTaken = false; ///< by the record type or the id items

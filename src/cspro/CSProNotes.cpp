@@ -4,9 +4,8 @@
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
 #include "import/LayoutNotes_p.h"
+#include "util/KeyedHash_p.h"
 #include "util/Numbers_p.h"
-
-#include <QSet>
 
 #include <algorithm>
 #include <bitset>
@@ -347,11 +346,11 @@ void tellOfGroups(ReadReport &report, const QStringList *groups)
 // Of records that share a name or a record type.
 void tellOfRecords(ReadReport &report, const CSProDictionary &dictionary)
 {
-    QSet<QString> names = { dictionary.commonRecord->name };
-    QSet<QString> types;
+    KeyedSet<QString> names = { dictionary.commonRecord->name };
+    KeyedSet<QString> types;
     for (const TCSProRecord *record : qAsConst(*dictionary.records)) {
-        const bool isNewName = isNewIn(names, record->name);
-        const bool isNewType = dictionary.recordTypeLen <= 0 || isNewIn(types, record->recordType);
+        const bool isNewName = names.insert(record->name).second;
+        const bool isNewType = dictionary.recordTypeLen <= 0 || types.insert(record->recordType).second;
         if (!isNewName || !isNewType)
             report.add(NoteKind::duplicateRecord, record->name + QLatin1Char('=') + record->recordType);
     }

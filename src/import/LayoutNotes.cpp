@@ -1,5 +1,6 @@
 #include "import/LayoutNotes_p.h"
 
+#include "util/KeyedHash_p.h"
 #include "util/Numbers_p.h"
 
 #include <QFile>
@@ -11,10 +12,10 @@ void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *field
 {
     if (!fields || size_t(fields->size()) == differentNames)
         return;
-    QSet<QString> names;
-    names.reserve(fields->size());
+    KeyedSet<QString> names;
+    names.reserve(differentNames);
     for (const TGenericField *field : qAsConst(*fields)) {
-        if (field && !isNewIn(names, field->name))
+        if (field && !names.insert(field->name).second)
             report.add(NoteKind::duplicateVariable, field->name, 0, field->name);
     }
 }

@@ -5,15 +5,6 @@
 #include "import/ReadReport.h"
 
 #include <QList>
-#include <QSet>
-
-/// Puts \a value into \a set; whether it was not there before.
-template <typename T> bool isNewIn(QSet<T> &set, const T &value)
-{
-    const int before = set.size();
-    set.insert(value);
-    return set.size() > before;
-}
 
 /// Tells of variables of one name: a search by name finds the last one alone. There are \a names different names.
 void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t names);

@@ -1,8 +1,9 @@
 #ifndef IMPORT_NUMBERSSOFAR_P_H
 #define IMPORT_NUMBERSSOFAR_P_H
 
-#include <QSet>
+#include "util/KeyedHash_p.h"
 
+#include <cmath>
 #include <vector>
 
 /// Numbers that came before. They mostly come in ascending order, and then cost next to nothing.
@@ -15,22 +16,23 @@ public:
         all.clear();
     }
 
+    /// Whether the number was not there before. What is not a number equals nothing, and is always new.
     bool isNew(double number)
     {
-        if (all.isEmpty() && (ascending.empty() || number > ascending.back())) {
+        if (std::isnan(number))
+            return true;
+        if (all.empty() && (ascending.empty() || number > ascending.back())) {
             ascending.push_back(number);
             return true;
         }
-        if (all.isEmpty())
-            all = QSet<double>(ascending.cbegin(), ascending.cend());
-        const int before = all.size();
-        all.insert(number);
-        return all.size() > before;
+        if (all.empty())
+            all.insert(ascending.cbegin(), ascending.cend());
+        return all.insert(number).second;
     }
 
 private:
     std::vector<double> ascending;
-    QSet<double> all; ///< from the first on that was not above those before it
+    KeyedSet<double> all; ///< from the first on that was not above those before it
 };
 
 #endif

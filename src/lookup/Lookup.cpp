@@ -30,6 +30,13 @@ QString withoutLeadingBlanks(const QStringRef &text)
     return text.mid(int(first - text.begin())).toString();
 }
 
+// The character of a separator by its number; a blank for a number that no separator has.
+QChar separatorCharacter(int separator)
+{
+    const bool isKnown = separator >= 0 && separator < int(std::size(separators));
+    return QLatin1Char(separators[isKnown ? separator : spaceSeparator]);
+}
+
 // A separator in the first column has no key in front of it, and counts as none.
 bool hasKey(int separatorPosition)
 {
@@ -145,8 +152,7 @@ bool TVpLookup::isReporting() const
 
 QString TVpLookup::separatorText() const
 {
-    const bool isKnown = separator >= 0 && separator < int(std::size(separators));
-    return QString(QLatin1Char(separators[isKnown ? separator : spaceSeparator]));
+    return QString(separatorCharacter(separator));
 }
 
 bool TVpLookup::openLookup()
@@ -271,7 +277,7 @@ bool TVpLookup::hasReadFailed(QFile &file)
 // Of the first one in the line; -1 if there is none.
 int TVpLookup::separatorPosition() const
 {
-    return currentLine.indexOf(separatorText().at(0));
+    return currentLine.indexOf(separatorCharacter(separator));
 }
 
 void TVpLookup::splitKeyValueAVL(QStringList *errors)

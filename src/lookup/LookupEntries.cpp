@@ -1,9 +1,8 @@
 #include "lookup/LookupEntries_p.h"
 
-#include <QRandomGenerator>
+#include "util/KeyedHash_p.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 namespace lookup
@@ -36,29 +35,11 @@ template <int UnitBits> quint64 prefixOf(const QString &text)
     return prefix;
 }
 
-quint64 mixed(quint64 hash, quint64 bits)
-{
-    constexpr quint64 odd = 0x9E3779B97F4A7C15U;
-    hash = (hash ^ bits) * odd;
-    return hash ^ hash >> 29;
-}
-
 } // namespace
 
 quint32 hashOf(const QString &text)
 {
-    static const quint64 seed = QRandomGenerator::global()->generate64();
-    const auto *bytes = reinterpret_cast<const char *>(text.constData());
-    size_t left = size_t(text.size()) * sizeof(QChar);
-    quint64 hash = mixed(seed, left);
-    quint64 bits = 0;
-    for (; left >= sizeof(bits); left -= sizeof(bits), bytes += sizeof(bits)) {
-        std::memcpy(&bits, bytes, sizeof(bits));
-        hash = mixed(hash, bits);
-    }
-    bits = 0;
-    std::memcpy(&bits, bytes, left);
-    return quint32(mixed(mixed(hash, bits), seed) >> 32);
+    return quint32(KeyedHash()(text));
 }
 
 TextIndex::TextIndex()

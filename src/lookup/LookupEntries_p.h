@@ -10,7 +10,7 @@
 namespace lookup
 {
 
-/// A hash of the characters of texts, another one in each process: no file can be made so that its texts collide.
+/// Half of the keyed hash of a text: no file can be made so that its texts collide.
 quint32 hashOf(const QString &text);
 
 /// Finds the number of a text by its hash. Holds no text: the user tells whether the one of a number is meant.

@@ -3,6 +3,7 @@
 #include "statistical/BufferedFile_p.h"
 #include "statistical/FileGuards_p.h"
 #include "import/NumbersSoFar_p.h"
+#include "util/KeyedHash_p.h"
 #include "util/Numbers_p.h"
 
 #include <QFile>
@@ -390,7 +391,7 @@ double asWritten(double value)
 void tellOfCodes(ReadReport &report, const LabelSet &set, const QString &variable)
 {
     NumbersSoFar numbersSoFar;
-    QSet<QByteArray> textsSoFar;
+    KeyedSet<QByteArray> textsSoFar;
     for (const TStatValueLabel *label : set) {
         if (!label)
             continue;
@@ -403,7 +404,7 @@ void tellOfCodes(ReadReport &report, const LabelSet &set, const QString &variabl
             if (written != label->doubleValue && !std::isnan(label->doubleValue))
                 report.add(NoteKind::codeRounded, describeValue(*label), 0, variable);
         } else if (label->stringValue) {
-            isNew = isNewIn(textsSoFar, QByteArray(label->stringValue, int(label->stringLength)));
+            isNew = textsSoFar.insert(QByteArray(label->stringValue, int(label->stringLength))).second;
         }
         if (!isNew)
             report.add(NoteKind::duplicateCode, describeLabel(*label), 0, variable);

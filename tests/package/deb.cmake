@@ -9,7 +9,7 @@ if(NOT count EQUAL 1)
 endif()
 
 execute_process(COMMAND ${DPKG_DEB} --field ${package} Depends RESULT_VARIABLE status OUTPUT_VARIABLE depends)
-foreach(needed libqt5core5a libqt5gui5 libqt5widgets5 libreadstat1 libsqlite3-0 libstdc\\+\\+6 libc6)
+foreach(needed libqt5core5a libqt5gui5 libqt5widgets5 libreadstat1 libsqlite3-0 libsodium23 libstdc\\+\\+6 libc6)
     if(NOT status EQUAL 0 OR NOT depends MATCHES "${needed}")
         message(FATAL_ERROR "the package does not depend on ${needed}: ${depends}")
     endif()

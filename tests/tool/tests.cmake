@@ -25,6 +25,11 @@ add_dependencies(VanlayoutReadFailureTest vanlayout failing_disk)
 target_compile_definitions(VanlayoutReadFailureTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>"
     FAILING_DISK="$<TARGET_FILE:failing_disk>")
 
+van_add_test(tool/VanlayoutCraftedKeysTest.cpp)
+add_dependencies(VanlayoutCraftedKeysTest vanlayout)
+target_compile_definitions(VanlayoutCraftedKeysTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+van_use_made_data(VanlayoutCraftedKeysTest)
+
 # Beside the command, what writes the forms.
 set(tool_folder ${PROJECT_SOURCE_DIR}/tools/vanlayout)
 van_add_test(tool/VanlayoutExplainTest.cpp)

@@ -4,6 +4,7 @@
 #include "Json.h"
 #include "Records.h"
 #include "import/SourceField.h"
+#include "util/KeyedHash_p.h"
 
 #include <rapidjson/writer.h>
 
@@ -98,13 +99,11 @@ public:
         const auto same = numbersOfData.constFind(text.constData());
         if (same != numbersOfData.constEnd())
             return same->number;
-        auto known = numbers.find(text);
-        if (known == numbers.end()) {
-            known = numbers.insert(text, texts.size());
+        const auto [known, isNew] = numbers.emplace(text, texts.size());
+        if (isNew)
             texts.append(text);
-        }
-        numbersOfData.insert(text.constData(), { text, *known });
-        return *known;
+        numbersOfData.insert(text.constData(), { text, known->second });
+        return known->second;
     }
     const QStringList &inOrder() const { return texts; }
 
@@ -114,7 +113,7 @@ private:
         int number = 0;
     };
 
-    QHash<QString, int> numbers;
+    KeyedMap<QString, int> numbers;
     QHash<const QChar *, Numbered> numbersOfData;
     QStringList texts;
 };
@@ -225,13 +224,13 @@ private:
     // The groups of the variables in their order, then the records that have none.
     void writeGroupsAnd(const QVector<RecordType> &records)
     {
-        QHash<QString, QStringList> types;
+        KeyedMap<QString, QStringList> types;
         for (const RecordType &record : records) {
             groups.numberOf(record.name);
             types[record.name].append(record.value);
         }
         for (const QString &name : groups.inOrder())
-            writeGroup(name, types.value(name).join(QStringLiteral(", ")));
+            writeGroup(name, types[name].join(QStringLiteral(", ")));
     }
 
     void writeGroup(const QString &name, const QString &type)

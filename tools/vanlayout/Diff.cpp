@@ -2,8 +2,8 @@
 
 #include "Layout.h"
 #include "import/SourceField.h"
+#include "util/KeyedHash_p.h"
 
-#include <QHash>
 #include <QPair>
 
 #include <algorithm>
@@ -47,12 +47,14 @@ bool operator==(const Traits &one, const Traits &other)
         && one.label == other.label && one.valueLabels == other.valueLabels;
 }
 
-uint qHash(const Traits &traits, uint seed)
-{
-    for (const QString *text : { &traits.group, &traits.name, &traits.label, &traits.valueLabels })
-        seed = ::qHash(*text, seed);
-    return ::qHash(qMakePair(traits.start, traits.length), seed);
-}
+struct TraitsHash {
+    size_t operator()(const Traits &traits) const
+    {
+        const KeyedHash hash;
+        return hash({ hash(traits.group), hash(traits.name), hash(traits.label), hash(traits.valueLabels),
+                      quint64(traits.start), quint64(traits.length) });
+    }
+};
 
 bool hasGroups(const QList<TVpSourceField *> &fields)
 {
@@ -137,7 +139,7 @@ private:
     // Pairs what has the same traits and no partner yet; several of each side in their order, or not at all.
     template <typename TraitsOf> void match(TraitsOf traitsOf, bool inOrder)
     {
-        QHash<Traits, Candidates> candidates;
+        std::unordered_map<Traits, Candidates, TraitsHash> candidates;
         const auto gather = [&](const TVpSourceField &field, QVector<int> Candidates::*side, int index) {
             const std::optional<Traits> traits = traitsOf(field);
             if (traits)
@@ -147,13 +149,13 @@ private:
             if (partners.at(i) == nowhere)
                 gather(*newFields.at(i), &Candidates::news, i);
         }
-        if (candidates.isEmpty())
+        if (candidates.empty())
             return;
         for (int i = 0; i < oldFields.size(); ++i) {
             if (!hasPartner.at(i))
                 gather(*oldFields.at(i), &Candidates::olds, i);
         }
-        for (const Candidates &alike : qAsConst(candidates)) {
+        for (const auto &[traits, alike] : candidates) {
             if (inOrder || (alike.olds.size() == 1 && alike.news.size() == 1))
                 pair(alike);
         }
@@ -178,11 +180,19 @@ private:
 // A code, and how often it came before.
 using Occurrence = QPair<QStringRef, int>;
 
+struct OccurrenceHash {
+    size_t operator()(const Occurrence &occurrence) const
+    {
+        const KeyedHash hash;
+        return hash({ hash(occurrence.first), quint64(occurrence.second) });
+    }
+};
+
 QVector<Occurrence> occurrencesOf(const QVector<ValueLabel> &labels)
 {
     QVector<Occurrence> occurrences;
     occurrences.reserve(labels.size());
-    QHash<QStringRef, int> counts;
+    KeyedMap<QStringRef, int> counts;
     for (const ValueLabel &label : labels)
         occurrences.append({ label.code, counts[label.code]++ });
     return occurrences;
@@ -193,9 +203,9 @@ QVector<ValueLabelChange> compareLabels(const QVector<ValueLabel> &oldLabels, co
     QVector<ValueLabelChange> changes;
     const QVector<Occurrence> oldOccurrences = occurrencesOf(oldLabels);
     const QVector<Occurrence> newOccurrences = occurrencesOf(newLabels);
-    QHash<Occurrence, QStringRef> left; // of the new labels
+    std::unordered_map<Occurrence, QStringRef, OccurrenceHash> left; // of the new labels
     for (int i = 0; i < newLabels.size(); ++i)
-        left.insert(newOccurrences.at(i), newLabels.at(i).label);
+        left.emplace(newOccurrences.at(i), newLabels.at(i).label);
     for (int i = 0; i < oldLabels.size(); ++i) {
         const ValueLabel &old = oldLabels.at(i);
         const auto found = left.find(oldOccurrences.at(i));
@@ -203,12 +213,12 @@ QVector<ValueLabelChange> compareLabels(const QVector<ValueLabel> &oldLabels, co
             changes.append({ old.code, old.label, std::nullopt });
             continue;
         }
-        if (*found != old.label)
-            changes.append({ old.code, old.label, *found });
+        if (found->second != old.label)
+            changes.append({ old.code, old.label, found->second });
         left.erase(found);
     }
     for (int i = 0; i < newLabels.size(); ++i) {
-        if (left.contains(newOccurrences.at(i)))
+        if (left.count(newOccurrences.at(i)) > 0)
             changes.append({ newLabels.at(i).code, std::nullopt, newLabels.at(i).label });
     }
     return changes;

@@ -2,8 +2,8 @@
 
 #include "ExportedVariable.h"
 #include "Records.h"
+#include "util/KeyedHash_p.h"
 
-#include <QHash>
 #include <QXmlStreamWriter>
 
 namespace
@@ -130,14 +130,18 @@ private:
         writeText(QStringLiteral("labl"), type.name);
         if (isNameOfOneRecord(type.name)) {
             xml.writeStartElement(QStringLiteral("recDimnsn"));
-            writeText(QStringLiteral("varQnty"), QString::number(variableCounts.value(type.name)));
+            writeText(QStringLiteral("varQnty"), QString::number(variableCounts[type.name]));
             xml.writeEndElement();
         }
         xml.writeEndElement();
     }
 
     // Of two records that share a name, the layout does not tell to which one a variable belongs.
-    bool isNameOfOneRecord(const QString &name) const { return recordTypesOfName.value(name).size() == 1; }
+    bool isNameOfOneRecord(const QString &name) const
+    {
+        const auto types = recordTypesOfName.find(name);
+        return types != recordTypesOfName.end() && types->second.size() == 1;
+    }
 
     void writeVariable(const TVpSourceField &field, int number)
     {
@@ -167,7 +171,7 @@ private:
             writeAttribute(QStringLiteral("dcml"), QStringLiteral("0"));
         writeAttribute(QStringLiteral("intrvl"), isContinuous ? QStringLiteral("contin") : QStringLiteral("discrete"));
         if (isNameOfOneRecord(field.group))
-            writeAttribute(QStringLiteral("rectype"), recordTypesOfName.value(field.group).first());
+            writeAttribute(QStringLiteral("rectype"), recordTypesOfName[field.group].first());
     }
 
     void writeLocation(const TVpSourceField &field)
@@ -252,8 +256,8 @@ private:
     QXmlStreamWriter xml;
     bool isInColumns;
     QVector<RecordType> recordTypes;
-    QHash<QString, QStringList> recordTypesOfName; ///< their values
-    QHash<QString, int> variableCounts;            ///< by group
+    KeyedMap<QString, QStringList> recordTypesOfName; ///< their values
+    KeyedMap<QString, int> variableCounts;            ///< by group
 };
 
 } // namespace

@@ -1,10 +1,9 @@
 #include "ExportedVariable.h"
 
 #include "LoneSurrogate.h"
+#include "util/KeyedHash_p.h"
 
 #include <QFileInfo>
-#include <QHash>
-#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -20,14 +19,14 @@ public:
 
     QString give(const QString &wanted)
     {
-        if (!given.contains(wanted))
+        if (given.count(wanted) == 0)
             return remember(wanted);
         int &number = numbers[wanted];
         number = std::max(number, 1);
         QString name;
         do
             name = wanted + QLatin1Char('_') + QString::number(++number);
-        while (given.contains(name));
+        while (given.count(name) > 0);
         return remember(name);
     }
 
@@ -38,8 +37,8 @@ private:
         return name;
     }
 
-    QSet<QString> given;
-    QHash<QString, int> numbers;
+    KeyedSet<QString> given;
+    KeyedMap<QString, int> numbers;
 };
 
 bool isExponential(const QString &code)
@@ -147,21 +146,21 @@ Bounds boundsOf(const TVpSourceField &field, ValueKind kind)
 QStringList uniqueNames(const QList<TVpSourceField *> &fields, QString (*spelling)(const QString &name))
 {
     QStringList names;
-    QHash<QString, int> counts;
+    KeyedMap<QString, int> counts;
     for (int i = 0; i < fields.size(); ++i) {
         names.append(spelling(nameOf(*fields.at(i), i)));
         ++counts[names.last()];
     }
     // A name of one variable alone stays as it is, whatever is made for others.
     NameGiver giver;
-    for (auto count = counts.cbegin(); count != counts.cend(); ++count) {
-        if (count.value() == 1)
-            giver.reserve(count.key());
+    for (const auto &[name, count] : counts) {
+        if (count == 1)
+            giver.reserve(name);
     }
     for (int i = 0; i < fields.size(); ++i) {
         const TVpSourceField &field = *fields.at(i);
         QString &name = names[i];
-        if (counts.value(name) == 1)
+        if (counts[name] == 1)
             continue;
         const bool hasGroup = !field.group.isEmpty();
         name = giver.give(hasGroup ? spelling(field.group + QLatin1Char('.') + nameOf(field, i)) : name);

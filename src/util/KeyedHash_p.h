@@ -1,0 +1,65 @@
+#ifndef UTIL_KEYEDHASH_P_H
+#define UTIL_KEYEDHASH_P_H
+
+#include <QByteArray>
+#include <QRandomGenerator>
+#include <QStringRef>
+
+#include <array>
+#include <initializer_list>
+#include <unordered_map>
+#include <unordered_set>
+
+#include <sodium.h>
+
+/// SipHash-2-4 with a key that each process draws for itself: no file can be made whose texts or numbers collide.
+///
+/// Every hash table whose keys come from a file uses it. Qt's own hash of texts is a checksum on many processors, for
+/// which colliding texts are easily made whatever its seed is. Values that compare equal have one hash, as 0 and -0 do.
+///
+/// The operations are deliberately not noexcept: the standard containers then keep the hash of each entry.
+class KeyedHash
+{
+public:
+    size_t operator()(QStringView text) const { return of(text.data(), size_t(text.size()) * sizeof(QChar)); }
+    size_t operator()(const QString &text) const { return (*this)(QStringView(text)); }
+    size_t operator()(const QStringRef &text) const { return (*this)(QStringView(text)); }
+    size_t operator()(const QByteArray &bytes) const { return of(bytes.constData(), size_t(bytes.size())); }
+    size_t operator()(quint64 number) const { return of(&number, sizeof number); }
+    size_t operator()(double number) const
+    {
+        const double withoutSignOfZero = number + 0.0;
+        return of(&withoutSignOfZero, sizeof withoutSignOfZero);
+    }
+    /// The hash of several parts, in their order, each a number or the hash of a text.
+    size_t operator()(std::initializer_list<quint64> parts) const
+    {
+        return of(parts.begin(), parts.size() * sizeof(quint64));
+    }
+
+private:
+    using Key = std::array<quint32, crypto_shorthash_KEYBYTES / sizeof(quint32)>;
+
+    static Key drawnKey()
+    {
+        Key key = {};
+        QRandomGenerator::system()->fillRange(key.data(), qsizetype(key.size()));
+        return key;
+    }
+
+    static size_t of(const void *bytes, size_t size)
+    {
+        static const Key key = drawnKey();
+        static_assert(crypto_shorthash_BYTES == sizeof(quint64));
+        quint64 hash = 0;
+        crypto_shorthash(reinterpret_cast<unsigned char *>(&hash), static_cast<const unsigned char *>(bytes), size,
+                         reinterpret_cast<const unsigned char *>(key.data()));
+        return size_t(hash);
+    }
+};
+
+/// Standard containers for keys that come from a file. Their order is another one in each process.
+template <typename Key> using KeyedSet = std::unordered_set<Key, KeyedHash>;
+template <typename Key, typename Value> using KeyedMap = std::unordered_map<Key, Value, KeyedHash>;
+
+#endif
