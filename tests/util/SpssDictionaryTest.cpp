@@ -203,6 +203,7 @@ private Q_SLOTS:
             file.bytes += QByteArray(0xFFF001, ' ');
         });
         addRow("no labels", true, [](SpssBytes &file) { file.numbers({ 3, 0, 4, 0 }); });
+        addRow("labels with another record behind them", false, [](SpssBytes &file) { file.numbers({ 3, 0, 5, 0 }); });
         addRow("as many labels as memory is given for", true, [](SpssBytes &file) { labels(file, 232960); });
         addRow("more labels", false, [](SpssBytes &file) { labels(file, 232961); });
         addRow("as many labelled variables as memory is given for", true,
@@ -224,6 +225,20 @@ private Q_SLOTS:
         QCOMPARE(parse(path).isFine, isWhole);
         if (isWhole)
             QCOMPARE(found.variables, qint64(parse(path).variables));
+    }
+
+    // Rounded up to a multiple of 4 this size is 0 in 32 bits; ReadStat goes past it, and has no memory for it later.
+    void labelBeyond32BitsHidesNoVariables()
+    {
+        SpssBytes file;
+        file.variable("A", true);
+        file.numbers({ -3 });
+        file.variables(5);
+        file.end();
+        const QString path = write(file.bytes);
+        QVERIFY(walk(path).isWhole);
+        QCOMPARE(walk(path).variables, Q_INT64_C(6));
+        QVERIFY(!parse(path).isFine);
     }
 
     void documentsBeyond32BitsEndTheWalkWhereTheyAreRead()
