@@ -13,6 +13,7 @@
 #include <iterator>
 #include <memory>
 #include <new>
+#include <optional>
 
 namespace vanlayout
 {
@@ -134,26 +135,12 @@ Parser makeParser()
     return parser;
 }
 
-/// How a parse ended.
+/// The end of a parse.
 struct Outcome {
     readstat_error_t error = READSTAT_OK;
+    QString words;         ///< why it ended early
     QString deviceProblem; ///< where the device failed
 };
-
-template <typename Parse>
-Outcome parseFrom(QIODevice &device, Collector &collector, readstat_parser_t *parser, Parse parse)
-{
-    const Utf8Locale utf8;
-    BufferedDevice file(device);
-    file.attachTo(parser);
-    Outcome outcome;
-    outcome.error = parse(parser, "", &collector);
-    collector.rethrow();
-    if (outcome.error == READSTAT_ERROR_USER_ABORT && collector.hasEndedParse())
-        outcome.error = READSTAT_OK;
-    outcome.deviceProblem = file.problem();
-    return outcome;
-}
 
 // ReadStat's words for the end of a parse.
 QString wordsFor(readstat_error_t error, const Collector &collector)
@@ -161,6 +148,22 @@ QString wordsFor(readstat_error_t error, const Collector &collector)
     const QString words = QString::fromUtf8(readstat_error_message(error));
     const QString more = collector.words();
     return more.isEmpty() ? words : QStringLiteral("%1 (%2)").arg(words, more);
+}
+
+template <typename Parse>
+Outcome parseFrom(BufferedDevice &file, Collector &collector, readstat_parser_t *parser, Parse parse)
+{
+    const Utf8Locale utf8;
+    file.attachTo(parser);
+    Outcome outcome;
+    outcome.error = parse(parser, "", &collector);
+    collector.rethrow();
+    if (outcome.error == READSTAT_ERROR_USER_ABORT && collector.hasEndedParse())
+        outcome.error = READSTAT_OK;
+    outcome.words = file.isReadOverAndOver() ? QStringLiteral("its parts lead back to each other")
+                                             : wordsFor(outcome.error, collector);
+    outcome.deviceProblem = file.problem();
+    return outcome;
 }
 
 QString catalogProblem(const QString &path, Collector &collector)
@@ -174,10 +177,11 @@ QString catalogProblem(const QString &path, Collector &collector)
     const Parser parser = makeParser();
     collector.attachCatalogTo(parser.get());
     collector.makeRoomFor(file.size());
-    const Outcome outcome = parseFrom(file, collector, parser.get(), readstat_parse_sas7bcat);
+    BufferedDevice source(file);
+    const Outcome outcome = parseFrom(source, collector, parser.get(), readstat_parse_sas7bcat);
     if (!outcome.deviceProblem.isEmpty())
         return QStringLiteral("cannot be read: %1").arg(outcome.deviceProblem);
-    return outcome.error != READSTAT_OK ? wordsFor(outcome.error, collector) : QString();
+    return outcome.error != READSTAT_OK ? outcome.words : QString();
 }
 
 void readCatalog(const Input &input, Format format, Collector &collector, Diagnostics &diagnostics)
@@ -219,34 +223,50 @@ QString describe(const StatFormat &format, const QByteArray &head)
     return format.format == Format::Stata ? QStringLiteral("%1 of version %2").arg(name).arg(stataVersion(head)) : name;
 }
 
-// Why ReadStat cannot be trusted with a file.
-QString refusalOf(Format format, QIODevice &device)
-{
-    if (format != Format::Spss)
-        return QString();
-    const qint64 begin = device.pos();
-    const SpssDictionary dictionary = walkSpssDictionary(device, SpssDocuments::areRead);
-    return device.seek(begin) ? dictionary.problem() : QString();
-}
-
-void finish(const StatFormat &format, const Input &input, readstat_error_t error, Collector &collector,
+void finish(const StatFormat &format, const Input &input, const Outcome &outcome, Collector &collector,
             Diagnostics &diagnostics)
 {
-    const QString words = wordsFor(error, collector);
-    if (error == READSTAT_OK) {
+    if (outcome.error == READSTAT_OK) {
         collector.finish();
         if (!collector.words().isEmpty())
             diagnostics.inform("reader-remark", QStringLiteral("While the file was read: %1").arg(collector.words()));
     } else if (collector.hasVariables()) {
         collector.finish();
-        diagnostics.warn(
-            "reading-ended",
-            QStringLiteral("Reading ended behind the variables, and what follows them is not known: %1").arg(words));
+        diagnostics.warn("reading-ended",
+                         QStringLiteral("Reading ended behind the variables, and what follows them is not known: %1")
+                             .arg(outcome.words));
     } else {
         diagnostics.fail(
-            idOf(error),
-            QStringLiteral("the file is %1 that cannot be read: %2").arg(describe(format, input.head), words));
+            idOf(outcome.error),
+            QStringLiteral("the file is %1 that cannot be read: %2").arg(describe(format, input.head), outcome.words));
     }
+}
+
+// The end of a parse that must not begin: ReadStat cannot be trusted with some SPSS files. None for the others.
+std::optional<Outcome> refusalOf(Format format, QIODevice &device)
+{
+    if (format != Format::Spss)
+        return std::nullopt;
+    const qint64 begin = device.pos();
+    const SpssDictionary dictionary = walkSpssDictionary(device, SpssDocuments::areRead);
+    const QString problem = dictionary.problem();
+    if (!dictionary.isReadable || !device.seek(begin))
+        return Outcome{ READSTAT_ERROR_READ, QString(), device.errorString() };
+    if (problem.isNull())
+        return std::nullopt;
+    return Outcome{ READSTAT_ERROR_PARSE, QStringLiteral("it ") + problem, QString() };
+}
+
+Outcome parse(const StatFormat &format, const Input &input, Collector &collector, Diagnostics &diagnostics)
+{
+    if (const std::optional<Outcome> refusal = refusalOf(format.format, input.device))
+        return *refusal;
+    readCatalog(input, format.format, collector, diagnostics);
+    const Parser parser = makeParser();
+    collector.attachTo(parser.get());
+    BufferedDevice file(input.device);
+    collector.makeRoomFor(file.size());
+    return parseFrom(file, collector, parser.get(), format.parse);
 }
 
 } // namespace
@@ -269,21 +289,10 @@ void readStatFile(Input &input, Layout &layout, Diagnostics &diagnostics)
     const StatFormat &format = *std::find_if(std::begin(formats), std::end(formats), [&](const StatFormat &candidate) {
         return candidate.format == layout.format;
     });
-    const QString refusal = refusalOf(layout.format, input.device);
-    if (!refusal.isNull()) {
-        diagnostics.fail(
-            "damaged-file",
-            QStringLiteral("the file is %1 that cannot be read: it %2").arg(describe(format, input.head), refusal));
-        return;
-    }
     Collector collector(input, layout, diagnostics);
-    collector.makeRoomFor(input.device.size());
-    readCatalog(input, layout.format, collector, diagnostics);
-    const Parser parser = makeParser();
-    collector.attachTo(parser.get());
-    const Outcome outcome = parseFrom(input.device, collector, parser.get(), format.parse);
+    const Outcome outcome = parse(format, input, collector, diagnostics);
     if (outcome.deviceProblem.isEmpty())
-        finish(format, input, outcome.error, collector, diagnostics);
+        finish(format, input, outcome, collector, diagnostics);
     else
         diagnostics.fail("cannot-read", QStringLiteral("cannot be read: %1").arg(outcome.deviceProblem));
 }

@@ -19,7 +19,11 @@ constexpr int mostMessages = 3;
 constexpr int mostReserved = 1 << 14; // items: their number in the head of a file may be wrong
 
 // Bytes of labels and notes that a file of any size may have.
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // the way is the same, and many more can be tried
+constexpr qint64 textOfAnyFile = qint64(64) << 10;
+#else
 constexpr qint64 textOfAnyFile = qint64(64) << 20;
+#endif
 
 // A message of ReadStat as one line of printable characters.
 QString asLine(const char *message)
@@ -43,6 +47,7 @@ Collector::Collector(const Input &fileInput, Layout &target, Diagnostics &target
     : input(fileInput)
     , layout(target)
     , diagnostics(targetDiagnostics)
+    , bounds(target.format == Format::Stata ? stataNameBounds(fileInput.head) : wholeNames)
     , textLeft(textOfAnyFile)
 {
 }
@@ -155,7 +160,7 @@ void Collector::takeNote(int index, const char *note)
 void Collector::takeVariable(const readstat_variable_t &variable, const char *labelSet)
 {
     items.append(itemOf(variable, layout.format));
-    setNames.emplace_back(labelSet ? labelSet : "");
+    setNames.emplace_back(labelSet ? std::string(labelSet, strnlen(labelSet, bounds.withVariable)) : std::string());
     if (strnlen(variable.label, sizeof(variable.label)) == sizeof(variable.label) - 1)
         diagnostics.inform("label-cut",
                            QStringLiteral("The label is longer than 1023 bytes, and ReadStat cuts it there"),
@@ -169,9 +174,21 @@ void Collector::takeValueLabel(const char *labelSet, const readstat_value_t &val
     if (!hasRoomFor(label) || (isText && !hasRoomFor(value.v.string_value)))
         return;
     Value made;
-    made.ranges.append({ codeOf(value), QString() });
-    made.labels = labelsOf(textOf(label));
+    made.ranges = rangesOf(value);
+    if (label)
+        made.labels = keptLabels.get(label, std::strlen(label), [=] { return labelsOf(textOf(label)); });
     setNamed(labelSet).sets.first().values.append(std::move(made));
+}
+
+QVector<Range> Collector::rangesOf(const readstat_value_t &value)
+{
+    const auto make = [&] { return QVector<Range>{ { codeOf(value), QString() } }; };
+    const bool isNumber = readstat_value_type_class(value) == READSTAT_TYPE_CLASS_NUMERIC
+        && !readstat_value_is_system_missing(value) && !readstat_value_is_tagged_missing(value);
+    if (!isNumber)
+        return make();
+    const double number = readstat_double_value(value);
+    return keptRanges.get(reinterpret_cast<const char *>(&number), sizeof(number), make);
 }
 
 bool Collector::hasRoomFor(const char *text)
@@ -183,9 +200,10 @@ bool Collector::hasRoomFor(const char *text)
 
 Collector::LabelSet &Collector::setNamed(const char *name)
 {
-    if (!labelSets.empty() && lastSetName == name)
+    const size_t length = strnlen(name, bounds.withLabel);
+    if (!labelSets.empty() && lastSetName.compare(0, std::string::npos, name, length) == 0)
         return labelSets[lastSet];
-    lastSetName = name;
+    lastSetName.assign(name, length);
     const auto [place, isNew] = setsByName.emplace(lastSetName, labelSets.size());
     lastSet = place->second;
     if (isNew) {

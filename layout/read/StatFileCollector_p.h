@@ -2,6 +2,8 @@
 #define LAYOUT_READ_STATFILECOLLECTOR_P_H
 
 #include "read/Formats_p.h"
+#include "read/KeptForBytes_p.h"
+#include "util/StataNames_p.h"
 
 #include <readstat.h>
 
@@ -60,6 +62,7 @@ private:
     void takeVariable(const readstat_variable_t &variable, const char *labelSet);
     void takeValueLabel(const char *labelSet, const readstat_value_t &value, const char *label);
 
+    QVector<Range> rangesOf(const readstat_value_t &value);
     bool hasRoomFor(const char *text);
     LabelSet &setNamed(const char *name);
     LabelSet *findSet(const std::string &name);
@@ -72,6 +75,7 @@ private:
     const Input &input;
     Layout &layout;
     Diagnostics &diagnostics;
+    NameBounds bounds;
     QVector<Item> items;
     std::vector<std::string> setNames; ///< of each item's label set; empty for none
     QStringList notes;
@@ -79,6 +83,8 @@ private:
     std::map<std::string, size_t> setsByName; ///< ordered, so that no names make it slow
     size_t lastSet = 0;                       ///< the labels of a set follow each other
     std::string lastSetName;
+    KeptForBytes<QVector<Range>> keptRanges; ///< by the bytes of numbers
+    KeptForBytes<Labels> keptLabels;
     QStringList messages;
     qint64 textLeft; ///< bytes of labels and notes that are still let in
     bool hasTooMuchText = false;

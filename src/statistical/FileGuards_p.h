@@ -16,9 +16,7 @@ ReadProblem spssProblem(const QString &path);
 /// The problem of a file that the system fails to read with the error \a error.
 ReadProblem deviceProblem(int error);
 
-/// How long the names of label sets can be in a Stata file of any version.
-constexpr NameBounds widestStataNames = { 129, 129 };
-/// How long they can be in the one at \a path, by the version in its head.
+/// How long the names of label sets can be in the Stata file at \a path.
 NameBounds stataNameBounds(const QString &path);
 
 } // namespace statistical

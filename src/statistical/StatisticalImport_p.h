@@ -6,6 +6,7 @@
 #include "import/LayoutNotes_p.h"
 #include "statistical/StatValueLabel.h"
 #include "util/Nines_p.h"
+#include "util/StataNames_p.h"
 
 #include <readstat.h>
 
@@ -15,7 +16,6 @@
 #include <cstddef>
 #include <cstring>
 #include <exception>
-#include <limits>
 #include <map>
 #include <memory>
 #include <string>
@@ -28,15 +28,6 @@ namespace statistical
 
 using LabelSet = std::vector<TStatValueLabel *>;
 using LabelSets = std::map<std::string, LabelSet *>;
-
-/// Most bytes of a label set's name that may be looked at: where the field of a Stata file is full, ReadStat hands it
-/// over without an end mark.
-struct NameBounds {
-    uint withVariable;
-    uint withLabel;
-};
-/// A name that has an end mark is taken whole, however long it is.
-constexpr NameBounds wholeNames = { std::numeric_limits<uint>::max(), std::numeric_limits<uint>::max() };
 
 /// Most bytes in the value labels of a file. The labels of a Stata file may share their texts, so that a small file can
 /// hold any number of bytes.

@@ -1,42 +1,31 @@
 #ifndef UTIL_BUFFEREDDEVICE_P_H
 #define UTIL_BUFFEREDDEVICE_P_H
 
-#include <readstat.h>
+#include "util/BufferedSource_p.h"
 
 #include <QString>
 
-#include <vector>
-
 class QIODevice;
 
-/// A device as ReadStat reads it, in large pieces: ReadStat itself asks for each number.
-///
-/// Where the device fails to read, no bytes are answered, and problem() says why: ReadStat takes the answer -1 for as
-/// many bytes as it asked for.
-class BufferedDevice
+/// A device of Qt's, which is read whatever path the parser is given.
+class BufferedDevice : public BufferedSource
 {
 public:
     /// \a source can seek, and its file begins where it is now. It must outlive this object.
     explicit BufferedDevice(QIODevice &source);
 
-    /// Has the parser read through this object, which must outlive the parse, whatever path it is given.
-    void attachTo(readstat_parser_t *parser);
-
     /// The device's words for its first failure; empty where there was none.
     const QString &problem() const { return firstProblem; }
+    /// Whether the parser asked for the file's bytes far more often than a file needs: its parts lead back to each
+    /// other. From then on no bytes are answered.
+    bool isReadOverAndOver() const { return hasAnsweredMost(); }
 
 private:
-    qint64 seek(qint64 offset, readstat_io_flags_t whence);
-    qint64 read(char *target, qint64 size);
-    void fill();
+    bool openPath(const char *path) override;
+    qint64 readAt(qint64 place, char *target, qint64 size) override;
 
     QIODevice &device;
     qint64 start;
-    qint64 fileSize;
-    std::vector<char> buffer;
-    qint64 bufferStart = 0; ///< of its first byte in the file
-    qint64 bufferSize = 0;  ///< bytes that are filled
-    qint64 position = 0;    ///< from which the next byte is read
     QString firstProblem;
 };
 

@@ -178,6 +178,8 @@ private slots:
     void displayWidthHasNoSign();
     void valueSetHasTheNameOfTheLabelSet_data();
     void valueSetHasTheNameOfTheLabelSet();
+    void nameOfALabelSetEndsWithItsField_data();
+    void nameOfALabelSetEndsWithItsField();
     void nameOfALabelSetOfOldStataIsDecoded();
     void valuesAreInTheOrderOfTheFile_data() { addKinds({ StatFile::sav, StatFile::zsav, StatFile::por }); }
     void valuesAreInTheOrderOfTheFile();
@@ -693,6 +695,32 @@ void StatFileTest::valueSetHasTheNameOfTheLabelSet()
     QTEST(set.name, "name");
     QVERIFY(set.link.isEmpty() && set.labels.isEmpty());
     QVERIFY(itemsOf(layout).at(1).valueSets.isEmpty());
+}
+
+void StatFileTest::nameOfALabelSetEndsWithItsField_data()
+{
+    QTest::addColumn<int>("version");
+    QTest::addColumn<int>("size");
+    QTest::newRow("105") << 105 << 9;
+    QTest::newRow("108") << 108 << 9;
+    QTest::newRow("110") << 110 << 33;
+    QTest::newRow("115") << 115 << 33;
+    QTest::newRow("117") << 117 << 33;
+    QTest::newRow("118") << 118 << 129;
+    QTest::newRow("119") << 119 << 129;
+}
+
+void StatFileTest::nameOfALabelSetEndsWithItsField()
+{
+    QFETCH(int, version);
+    QFETCH(int, size);
+    StatFile file(StatFile::dta, version);
+    const std::string name(size_t(size), 'n');
+    file.variable("v", READSTAT_TYPE_INT16, "V", "%8.0g", file.intLabels(name.c_str(), { { 1, "Yes" } }));
+    const Item item = onlyItemOf(layoutOf(file));
+    QCOMPARE(item.valueSets.size(), 1);
+    QCOMPARE(item.valueSets.constFirst().name, QString::fromStdString(name));
+    QCOMPARE(wordsOf(item.valueSets.constFirst()), QStringList("1 Yes"));
 }
 
 void StatFileTest::nameOfALabelSetOfOldStataIsDecoded()

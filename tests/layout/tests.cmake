@@ -12,6 +12,8 @@ van_add_test(layout/StatFileGuardTest.cpp)
 van_use_made_data(StatFileGuardTest)
 van_add_test(layout/StatFileTest.cpp)
 van_use_made_data(StatFileTest)
+van_add_test(layout/StatFileBadInputTest.cpp)
+van_use_made_data(StatFileBadInputTest)
 
 # The exact layout of files as JSON, for tests in other languages.
 add_executable(print_layout layout/print_layout.cpp)

@@ -53,14 +53,14 @@ private Q_SLOTS:
     void namesOfStataAreBoundedByTheVersion()
     {
         QFETCH(QByteArray, head);
-        const statistical::NameBounds bounds = statistical::stataNameBounds(write(head));
+        const NameBounds bounds = statistical::stataNameBounds(write(head));
         QTEST(int(bounds.withVariable), "withVariable");
         QTEST(int(bounds.withLabel), "withLabel");
     }
 
     void fileThatWillNotOpenHasTheNamesOfTheOldestVersion()
     {
-        const statistical::NameBounds bounds = statistical::stataNameBounds(QStringLiteral("/nowhere/absent.dta"));
+        const NameBounds bounds = statistical::stataNameBounds(QStringLiteral("/nowhere/absent.dta"));
         QCOMPARE(int(bounds.withVariable), 9);
         QCOMPARE(int(bounds.withLabel), 12);
     }
