@@ -355,7 +355,7 @@ void CSProJsonDraft::endNumber()
 
 void CSProJsonDraft::warnOfMissingKey(const char *key)
 {
-    findings.warn("missing-key", QStringLiteral("the key \"%1\" is missing").arg(QLatin1String(key)), address);
+    findings.warn("missing-key", QStringLiteral("there is no usable \"%1\"").arg(QLatin1String(key)), address);
 }
 
 // Records and levels

@@ -348,6 +348,8 @@ void CSProJsonHandler::beginSkipping()
     openParts = 1;
     rangeEnds.clear();
     isRangeSound = true;
+    if (!frames.back().isList && key)
+        markValue();
 }
 
 bool CSProJsonHandler::beginPart()
@@ -363,7 +365,6 @@ bool CSProJsonHandler::endPart()
         return true;
     const QString spelling = jsonSpellingOf(sourceFrom(skippedFrom));
     if (skipping == Skipping::Range) {
-        markValue();
         draft.setRange(std::move(rangeEnds), isRangeSound, spelling);
     } else if (frames.back().isList || (key && key->shape != JsonShape::Kept)) {
         keep(Reason::WrongType, spelling);
