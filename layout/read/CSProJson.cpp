@@ -94,11 +94,15 @@ void failAt(const QByteArray &bytes, int offset, const QString &reason, Diagnost
                      QStringLiteral("damaged JSON in line %1, at byte %2: %3").arg(line).arg(offset).arg(reason), line);
 }
 
-// RapidJSON's words for what is wrong, without the full stop.
+// RapidJSON's words for what is wrong, without the full stop; other ones where they would mislead.
 QString reasonOf(rapidjson::ParseErrorCode code, char byte)
 {
     if (code == rapidjson::kParseErrorStringEscapeInvalid && byte != '\\')
         return QStringLiteral("a control character in a text is not escaped");
+    if (code == rapidjson::kParseErrorStringMissQuotationMark)
+        return QStringLiteral("a text is not ended");
+    if (code == rapidjson::kParseErrorUnspecificSyntaxError)
+        return QStringLiteral("a comment is incomplete");
     const QString words = QString::fromLatin1(rapidjson::GetParseError_En(code));
     return words.left(1).toLower() + words.mid(1).chopped(words.endsWith(QLatin1Char('.')) ? 1 : 0);
 }
@@ -135,7 +139,7 @@ bool parse(const QByteArray &bytes, CSProJsonDraft &draft, Diagnostics &diagnost
     else if (!result)
         failAt(bytes, offset, reasonOf(result.Code(), bytes.constData()[offset]), diagnostics);
     else if (offset < bytes.size())
-        failAt(bytes, offset, QStringLiteral("the document is followed by a NUL character"), diagnostics);
+        failAt(bytes, offset, QStringLiteral("a NUL character follows the document"), diagnostics);
     else
         return true;
     return false;
