@@ -200,7 +200,7 @@ std::optional<QStringView> TCSPro::findValue(const SectionLines &lines, const QS
 
 QString TCSPro::getStringValue(const SectionLines &lines, const QString &key) const
 {
-    QString result;
+    QString result = emptyText();
     cspro::passOverExceptions([&] {
         if (const auto value = findValue(lines, key))
             result = texts.text(*value);
@@ -269,8 +269,10 @@ void TCSPro::readRecord(const TextLines &lines, int &index)
     if (report)
         tellOfRecord(*record, section, header);
     // The first and the last character go, whether they are quotes or not.
-    record->recordType.chop(1);
-    record->recordType.remove(0, 1);
+    if (!record->recordType.isEmpty()) {
+        record->recordType.chop(1);
+        record->recordType.remove(0, 1);
+    }
     records->append(record.get());
     currentRecord = record.release();
     recordMap[currentRecord->recordType] = currentRecord;

@@ -5,6 +5,7 @@
 #include "import/Constants.h"
 #include "import/DebugLog_p.h"
 #include "import/LayoutNotes_p.h"
+#include "util/EmptyText_p.h"
 
 namespace
 {
@@ -17,6 +18,7 @@ TCSProDataImport::TCSProDataImport(QString fileName)
     : TDataImport(std::move(fileName))
     , groupList(kept.make<QStringList>())
     , layoutPending(true)
+    , text1(emptyText())
 {
     debugLine("TCSProDataImport Constructor");
     initDataImport();
@@ -77,7 +79,7 @@ QString TCSProDataImport::getGroupValue(int index)
 {
     isOutsideOfGroups = false;
     const QString text = getGroupName(index); // an heir's may be null, and then counts as ""
-    return text.isNull() && isOutsideOfGroups ? QString() : cspro::firstGroupWith(groupList, text, groupSearch);
+    return text.isNull() && isOutsideOfGroups ? emptyText() : cspro::firstGroupWith(groupList, text, groupSearch);
 }
 
 int TCSProDataImport::getRecordTypeIndex(QString value)
@@ -157,6 +159,7 @@ QString TCSProDataImport::StringOfChar(char c, int count) const
 
 TCSProVariable::TCSProVariable(TDataImport *importer, TCSProItem *sourceItem)
     : TGenericField(importer)
+    , group(emptyText())
     , item(sourceItem)
     , optionalAtStart(optional)
 {

@@ -2,6 +2,7 @@
 
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
+#include "util/EmptyText_p.h"
 #include "util/Numbers_p.h"
 
 #include <algorithm>
@@ -27,7 +28,7 @@ eVanVarType typeOf(const TCSProItem &item)
 QString decimalsOf(const TCSProItem &item)
 {
     if (item.dataType == 1)
-        return QString();
+        return emptyText();
     // The character with that code, not a digit: the source field then shows 0 decimals.
     return item.decimals == 0 ? QStringLiteral("0") : QString(QChar(item.decimals));
 }
@@ -107,10 +108,10 @@ QString groupAt(const QStringList *groups, int index, bool &isOutside)
 QString firstGroupWith(const QStringList *groups, const QString &text, std::shared_ptr<const GroupSearch> &search)
 {
     if (!groups)
-        return QString();
+        return emptyText();
     if (!search || search->list() != *groups)
         search = std::make_shared<const GroupSearch>(*groups);
-    return search->firstWith(text);
+    return notNull(search->firstWith(text));
 }
 
 int lastRecordOfType(const CSProDictionary *dictionary, const QString &value)

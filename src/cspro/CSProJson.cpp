@@ -3,6 +3,7 @@
 #include "cspro/CSProNotes_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
+#include "util/EmptyText_p.h"
 #include "util/FileReading_p.h"
 #include "util/Numbers_p.h"
 
@@ -81,7 +82,7 @@ int widthOf(const TCSProItem &item)
 
 void describe(TCSProItem &item, const QJsonObject &object)
 {
-    item.name = object.value(QLatin1String("name")).toString();
+    item.name = object.value(QLatin1String("name")).toString(emptyText());
     item.dataType = cspro::isAlpha(object.value(QLatin1String("contentType")));
     item.length = object.value(QLatin1String("length")).toInt();
 }
@@ -180,7 +181,7 @@ void TCSProJson::parseJson(const QString &fileName)
     const QJsonObject dictionary = cspro::dictionaryOf(root);
 
     constexpr double usualVersion = 8.0;
-    name = dictionary.value(QLatin1String("name")).toString();
+    name = dictionary.value(QLatin1String("name")).toString(emptyText());
     version = numbers::toText(dictionary.value(QLatin1String("version")).toDouble(usualVersion));
     const QJsonObject recordType = dictionary.value(QLatin1String("recordType")).toObject();
     recordTypeStart = recordType.value(QLatin1String("start")).toInt();
@@ -229,9 +230,9 @@ bool TCSProJson::readRecords(const QJsonObject &level, const Defaults &defaults)
 TCSProRecord *TCSProJson::readRecord(const QJsonObject &object)
 {
     auto record = std::make_unique<TCSProRecord>();
-    record->name = object.value(QLatin1String("name")).toString();
+    record->name = object.value(QLatin1String("name")).toString(emptyText());
     record->label = readJsonLabel(object);
-    record->recordType = object.value(QLatin1String("recordType")).toString();
+    record->recordType = object.value(QLatin1String("recordType")).toString(emptyText());
     const QJsonObject occurrences = object.value(QLatin1String("occurrences")).toObject();
     record->maxRecords = occurrences.value(QLatin1String("maximum")).toInt(1);
     const bool isRequired = occurrences.value(QLatin1String("required")).toBool();
@@ -271,7 +272,7 @@ bool TCSProJson::readItems(const QJsonArray &objects, TCSProRecord *record, bool
 QString TCSProJson::readJsonLabel(const QJsonObject &object) const
 {
     const QJsonArray labels = object.value(QLatin1String("labels")).toArray();
-    return labels.at(0).toObject().value(QLatin1String("text")).toString();
+    return labels.at(0).toObject().value(QLatin1String("text")).toString(emptyText());
 }
 
 void TCSProJson::readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position,
@@ -347,7 +348,7 @@ void TCSProJson::readJsonValueSets(TCSProItem *item, const QJsonObject &object)
         return;
     const QJsonObject source = first.toObject();
     OwnedValueSet set(new TCSProValueSet);
-    set->name = source.value(QLatin1String("name")).toString();
+    set->name = source.value(QLatin1String("name")).toString(emptyText());
     set->label = readJsonLabel(source);
     const QJsonArray values = source.value(QLatin1String("values")).toArray();
     set->items->reserve(values.size());
@@ -357,7 +358,7 @@ void TCSProJson::readJsonValueSets(TCSProItem *item, const QJsonObject &object)
         const QJsonObject entry = value.toObject();
         auto valueItem = std::make_unique<TValueSetItem>();
         const QJsonObject pair = entry.value(QLatin1String("pairs")).toArray().at(0).toObject();
-        valueItem->code = texts.text(cspro::codeOf(pair));
+        valueItem->code = texts.text(notNull(cspro::codeOf(pair)));
         valueItem->name = texts.text(readJsonLabel(entry));
         set->addItem(valueItem.release());
     }

@@ -5,6 +5,7 @@
 #include "import/Constants.h"
 #include "import/DebugLog_p.h"
 #include "import/LayoutNotes_p.h"
+#include "util/EmptyText_p.h"
 
 namespace
 {
@@ -17,6 +18,7 @@ TCSProJsonDataImport::TCSProJsonDataImport(QString fileName)
     : TDataImport(std::move(fileName))
     , groupList(kept.make<QStringList>())
     , layoutPending(true)
+    , text1(emptyText())
 {
     debugLine("TCSProJsonImport Constructor");
     initDataImport();
@@ -77,7 +79,7 @@ QString TCSProJsonDataImport::getGroupValue(int index)
 {
     isOutsideOfGroups = false;
     const QString text = getGroupName(index); // an heir's may be null, and then counts as ""
-    return text.isNull() && isOutsideOfGroups ? QString() : cspro::firstGroupWith(groupList, text, groupSearch);
+    return text.isNull() && isOutsideOfGroups ? emptyText() : cspro::firstGroupWith(groupList, text, groupSearch);
 }
 
 int TCSProJsonDataImport::getRecordTypeIndex(QString value)
@@ -158,6 +160,7 @@ QString TCSProJsonDataImport::StringOfChar(char c, int count) const
 
 TCSProJsonVariable::TCSProJsonVariable(TDataImport *importer, TCSProItem *sourceItem)
     : TGenericField(importer)
+    , group(emptyText())
     , item(sourceItem)
     , optionalAtStart(optional)
 {

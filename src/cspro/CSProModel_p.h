@@ -3,6 +3,7 @@
 
 #include "import/DebugLog_p.h"
 #include "import/ErrorManager.h"
+#include "util/EmptyText_p.h"
 #include "util/TextCache_p.h"
 
 #include <QList>
@@ -67,14 +68,15 @@ T *elementOf(const QList<T *> *list, int index, const QString &classTag, const c
 
 } // namespace cspro
 
-/// A record of a dictionary. It keeps no list of its items: the link runs from the item to the record alone.
+/// A record of a dictionary. It keeps no list of its items: the link runs from the item to the record alone. No text of
+/// a record, of an item or of a dictionary is null.
 struct TCSProRecord {
     void addItem(TCSProItem *item); ///< does nothing
 
-    QString label;
-    QString name;
-    QString recordType; ///< the record-type value, without quotes
-    QString required;   ///< as text
+    QString label = emptyText();
+    QString name = emptyText();
+    QString recordType = emptyText(); ///< the record-type value, without quotes
+    QString required = emptyText();   ///< as text
     int maxRecords = 100;
     int recordLen = 0;
 };
@@ -99,11 +101,11 @@ public:
     void addValueSet(TCSProValueSet *valueSet);
 
     int valueSetsCount = 0; ///< written by getValueSetsCount()
-    QString label;
-    QString missingValue;  ///< code of the value marked as missing
-    QString name;          ///< with the occurrence's suffix on copies
-    QString notApplicable; ///< code of the value marked as not applicable
-    int dataType = 0;      ///< 1 alphanumeric, 0 numeric
+    QString label = emptyText();
+    QString missingValue = emptyText();  ///< code of the value marked as missing
+    QString name = emptyText();          ///< with the occurrence's suffix on copies
+    QString notApplicable = emptyText(); ///< code of the value marked as not applicable
+    int dataType = 0;                    ///< 1 alphanumeric, 0 numeric
     int decimals = 0;
     int subItem = 0;     ///< 1 for a subitem; recorded, acted on by nothing
     int length = 0;      ///< characters
@@ -151,14 +153,14 @@ public:
     int recordsCount = 0;                    ///< written by getRecordsCount()
     int decimalAnswer = 0;                   ///< sticky answer to that question: 0 and 3 ask, 1 Yes to All, 2 No to All
     int lastButton = 0;                      ///< last button pressed in it
-    QString version;
-    QString label;
-    QString name;
-    QString positions;              ///< kept as text, acted on by nothing
-    QString zeroFill;               ///< kept as text; no default for the items
-    QString decimalChar;            ///< kept as text; no default for the items
-    TCSProRecord *commonRecord;     ///< the implicit record "Common" of type "_COMMON_"; not among the records
-    QList<TCSProRecord *> *records; ///< in file order
+    QString version = emptyText();
+    QString label = emptyText();
+    QString name = emptyText();
+    QString positions = emptyText();   ///< kept as text, acted on by nothing
+    QString zeroFill = emptyText();    ///< kept as text; no default for the items
+    QString decimalChar = emptyText(); ///< kept as text; no default for the items
+    TCSProRecord *commonRecord;        ///< the implicit record "Common" of type "_COMMON_"; not among the records
+    QList<TCSProRecord *> *records;    ///< in file order
     std::map<QString, TCSProRecord *> recordMap; ///< by record type; a later record takes the entry
     QList<TCSProItem *> *items;                  ///< in file order, occurrences expanded
     TCSProItem *currentItem = nullptr;           ///< the item that a following value set describes

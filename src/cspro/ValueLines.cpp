@@ -238,7 +238,7 @@ private:
 
     void readValueWithoutLabel(QStringView line)
     {
-        label.clear();
+        label = emptyText();
         code = text(line);
         takeQuoteFrom(line);
         tell(line.startsWith(QLatin1Char(';')) ? NoteKind::labelAsCode : NoteKind::valueWithoutLabel, line);
@@ -350,8 +350,8 @@ private:
     TCSPro &reader;
     TCSProItem &item;
     TCSProValueSet &set;
-    QString code;
-    QString label;
+    QString code;  ///< null before the first value line
+    QString label; ///< null before the first line with a label, or without a range
     std::unique_ptr<TValueSetItem> pending;
     int currentLine = 0;
     int pendingLine = 0;

@@ -1,6 +1,8 @@
 #ifndef CSPRO_VALUESET_P_H
 #define CSPRO_VALUESET_P_H
 
+#include "util/EmptyText_p.h"
+
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -14,10 +16,10 @@ public:
     TValueSetItem();
     ~TValueSetItem() override;
 
-    QString name;         ///< the value's label
-    QString code;         ///< the value as text; U+0003 in a new one
-    int type = 0;         ///< 0 plain, 1 missing, 2 not applicable
-    bool special = false; ///< the value is a missing or not-applicable mark
+    QString name = emptyText(); ///< the value's label; null in a range in front of the first label of its set
+    QString code;               ///< the value as text; U+0003 in a new one
+    int type = 0;               ///< 0 plain, 1 missing, 2 not applicable
+    bool special = false;       ///< the value is a missing or not-applicable mark
 };
 
 /// The codes that an item may take, each with a label. A range stands in it as its two end points.
@@ -53,9 +55,9 @@ public:
     /// says, which throws for a null value. Equal codes keep their order.
     void sortItems();
 
-    QString label;
-    QString name;
-    QString extra;                 ///< no reader fills it
+    QString label = emptyText();
+    QString name = emptyText();
+    QString extra = emptyText();   ///< no reader fills it
     bool isNumeric = true;         ///< false for the set of an alphanumeric item
     QList<TValueSetItem *> *items; ///< the values
 

@@ -2,6 +2,7 @@
 
 #include "import/DebugLog_p.h"
 #include "import/SourceField.h"
+#include "util/EmptyText_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -58,12 +59,12 @@ int TDataImport::getGroupCount()
 
 QString TDataImport::getGroupName(int /*index*/)
 {
-    return QString();
+    return emptyText();
 }
 
 QString TDataImport::getGroupValue(int /*index*/)
 {
-    return QString();
+    return emptyText();
 }
 
 int TDataImport::getRecordTypeIndex(QString /*value*/)
@@ -73,7 +74,7 @@ int TDataImport::getRecordTypeIndex(QString /*value*/)
 
 QString TDataImport::getRecordTypeCurrent()
 {
-    return QString();
+    return emptyText();
 }
 
 QStringList *TDataImport::getLayoutSource()
@@ -113,7 +114,7 @@ QString TDataImport::getDataSourceName() const
 void TDataImport::setSourceName(QString name)
 {
     const QString path = QFileInfo(name).absoluteFilePath();
-    sourceName = QFile::exists(path) ? path : QString();
+    sourceName = QFile::exists(path) ? path : emptyText();
 }
 
 void TDataImport::setDataSourceName(QString name)
@@ -136,7 +137,7 @@ void TDataImport::getDictionary(QList<TVpSourceField *> *target)
     // The id is asked for each field; all that are alike share one text.
     QString providerId;
     // Lives across the loop: a field of no type bears the type name of the field before it.
-    QString typeName;
+    QString typeName = emptyText();
     for (int index = 0; index < count; ++index) {
         TGenericField *field = getField(index);
         if (!field)
@@ -162,7 +163,7 @@ void TDataImport::getDictionary(QList<TVpSourceField *> *target)
         source->setFieldType(typeName);
         source->length = field->length;
         const QString id = getDataProviderId();
-        if (id != providerId)
+        if (providerId.isNull() || id != providerId)
             providerId = id;
         source->providerId = providerId;
         source->setDataProviderType(getDataProviderType());

@@ -5,6 +5,7 @@
 #include "import/LoaderManager_p.h"
 #include "import/SourceField.h"
 #include "record/Record.h"
+#include "util/EmptyText_p.h"
 
 #include <algorithm>
 #include <utility>
@@ -57,6 +58,21 @@ struct MadeFields {
 } // namespace
 
 TVpDataProvider::TVpDataProvider()
+    : recordTypeValue(emptyText())
+    , text1(emptyText())
+    , currentLine(emptyText())
+    , currentRecordType(emptyText())
+    , text2(emptyText())
+    , text3(emptyText())
+    , fallbackFileName(emptyText())
+    , dataProviderId(emptyText())
+    , dataProviderLabel(emptyText())
+    , dataProviderType(emptyText())
+    , layoutFileName(emptyText())
+    , dataFileName(emptyText())
+    , text5(emptyText())
+    , text6(emptyText())
+    , text7(emptyText())
 {
     makeLists();
 }
@@ -182,7 +198,7 @@ TVpSourceField *TVpDataProvider::getFieldFromRecord(QString name, QString record
 QString TVpDataProvider::getFieldName(QString name) const
 {
     const TVpSourceField *field = getField(std::move(name));
-    return field ? field->fieldName : QString();
+    return field ? field->fieldName : emptyText();
 }
 
 TGenericField *TVpDataProvider::findField(QString name1, QString name2)
@@ -263,7 +279,7 @@ QString TVpDataProvider::getRecordTypeValue() const
 {
     // The bound counts the start from 1, the cut counts it from 0; both are meant.
     if (currentLine.isEmpty() || currentLine.size() < qint64(recordTypeStart) + recordTypeSize - 1)
-        return QString();
+        return emptyText();
     return currentLine.mid(recordTypeStart, recordTypeSize);
 }
 

@@ -28,10 +28,11 @@ class TVpSourceField;
 class MODEL_VANADMIN_EXPORT TVpDataProvider
 {
 public:
+    /// Its texts are empty and not null; two of those that are carried for callers are null.
     TVpDataProvider();
     TVpDataProvider(const TVpDataProvider &other);
     TVpDataProvider &operator=(const TVpDataProvider &other);
-    /// Takes nothing from its argument: texts empty, numbers 0, pointers null.
+    /// Takes nothing from its argument: texts null, numbers 0, pointers null.
     TVpDataProvider(TVpDataProvider &&other);
     virtual ~TVpDataProvider();
 

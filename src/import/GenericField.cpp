@@ -1,12 +1,20 @@
 #include "import/GenericField.h"
 
+#include "util/EmptyText_p.h"
 #include "util/Numbers_p.h"
 
 #include <algorithm>
 #include <cmath>
 
 TGenericField::TGenericField(TDataImport *importer)
-    : owner(importer)
+    : name(emptyText())
+    , valueLabels(emptyText())
+    , missingValue(emptyText())
+    , notApplicable(emptyText())
+    , minimum(emptyText())
+    , maximum(emptyText())
+    , decimals(emptyText())
+    , owner(importer)
 {
 }
 
@@ -26,7 +34,7 @@ void TGenericField::addValueLabel(QString /*code*/, QString /*text*/) { }
 
 QString TGenericField::getGroup()
 {
-    return QString();
+    return emptyText();
 }
 
 void TGenericField::setAsString(QString value)
@@ -94,7 +102,7 @@ QString TGenericField::getAsString()
     if (isNotApplicable())
         return notApplicable;
     if (isBlank())
-        return QString();
+        return emptyText();
     switch (type) {
     case vtInteger:
         return numbers::toText(intValue);
@@ -103,7 +111,7 @@ QString TGenericField::getAsString()
     case vtString:
         return currentText();
     default:
-        return QString();
+        return emptyText();
     }
 }
 

@@ -12,7 +12,8 @@ class TDataImport;
 ///
 /// Each format derives its own field and answers which values count as missing, not applicable and blank. The
 /// description fields are public and filled by the importer. Lengths are in characters; a number that does not convert
-/// counts as 0. A field points back at its importer without owning it.
+/// counts as 0. A field points back at its importer without owning it. In a new field the texts are empty and not null,
+/// but for `label`, which is null.
 ///
 /// Used by the thread that uses its importer; fields of different importers share nothing.
 class MODEL_VANADMIN_EXPORT TGenericField
@@ -25,7 +26,7 @@ public:
     explicit TGenericField(TDataImport *importer);
     TGenericField(const TGenericField &other);
     TGenericField &operator=(const TGenericField &other);
-    /// Takes nothing from its argument: texts empty, numbers 0, flags false, `owner` null.
+    /// Takes nothing from its argument: texts null, numbers 0, flags false, `owner` null.
     TGenericField(TGenericField &&other);
 
     // virtual operations, in slot order
@@ -80,7 +81,7 @@ protected:
     friend struct TestAccess;
 
     /// The current value as text: `missingValue`, `notApplicable` or "" where the value is missing, not applicable or
-    /// blank, else by type; numbers in format g with precision 6. "" for a field of no type.
+    /// blank, else by type; numbers in format g with precision 6. "" for a field of no type. "" is not null.
     QString getAsString();
     /// The current value as a number; `missingValue` as a number where the value is missing. 0 for a field of no type.
     double getAsFloat();

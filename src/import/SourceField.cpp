@@ -1,5 +1,6 @@
 #include "import/SourceField.h"
 
+#include "util/EmptyText_p.h"
 #include "util/Numbers_p.h"
 
 namespace
@@ -17,6 +18,24 @@ QStringList *newTypeNames()
 
 TVpSourceField::TVpSourceField()
     : typeNames(newTypeNames())
+    , fieldName(emptyText())
+    , label(emptyText())
+    , valueLabels(emptyText())
+    , minimum(emptyText())
+    , maximum(emptyText())
+    , notApplicable(emptyText())
+    , missingValue(emptyText())
+    , text1(emptyText())
+    , text2(emptyText())
+    , text3(emptyText())
+    , providerId(emptyText())
+    , group(emptyText())
+    , text4(emptyText())
+    , blankValue(emptyText())
+    , text5(emptyText())
+    , text6(emptyText())
+    , FieldType(emptyText())
+    , DataProviderType(emptyText())
 {
 }
 

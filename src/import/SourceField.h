@@ -18,10 +18,11 @@
 class MODEL_VANADMIN_EXPORT TVpSourceField
 {
 public:
+    /// Its texts are empty and not null.
     TVpSourceField();
     TVpSourceField(const TVpSourceField &other);
     TVpSourceField &operator=(const TVpSourceField &other);
-    /// Takes nothing from its argument: texts empty, numbers 0, flags false, `typeNames` null.
+    /// Takes nothing from its argument: texts null, numbers 0, flags false, `typeNames` null.
     TVpSourceField(TVpSourceField &&other);
     virtual ~TVpSourceField();
 

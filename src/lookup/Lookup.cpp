@@ -3,6 +3,7 @@
 #include "import/ErrorManager.h"
 #include "import/ReadReport.h"
 #include "lookup/LookupEntries_p.h"
+#include "util/EmptyText_p.h"
 #include "util/FileReading_p.h"
 #include "util/TextCache_p.h"
 #include "util/UtilFiles.h"
@@ -52,7 +53,16 @@ void increase(int &counter)
 
 } // namespace
 
-TVpLookup::TVpLookup() = default;
+TVpLookup::TVpLookup()
+    : id(emptyText())
+    , label(emptyText())
+    , errorText(emptyText())
+    , text1(emptyText())
+    , text2(emptyText())
+    , fileName(emptyText())
+{
+}
+
 TVpLookup::TVpLookup(const TVpLookup &other) = default;
 TVpLookup &TVpLookup::operator=(const TVpLookup &other) = default;
 
@@ -167,7 +177,7 @@ bool TVpLookup::openLookup()
 
 bool TVpLookup::readLookup()
 {
-    currentLine.clear();
+    currentLine = emptyText();
     QFile file(fileName);
     if (file.open(QIODevice::ReadOnly)) {
         QTextStream stream(&file);
@@ -196,7 +206,7 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
     // Key and value stay as the last line of an earlier check has left them.
     entries.clear();
     lineNumber = 0;
-    currentLine.clear();
+    currentLine = emptyText();
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
         if (report)

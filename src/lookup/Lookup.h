@@ -30,11 +30,12 @@ public:
     /// be heard of it.
     using ProgressListener = std::function<void(qint64 done, qint64 size)>;
 
+    /// Its texts are empty and not null, but for those of the line in hand, which are null.
     TVpLookup();
     /// Copies share the texts of the entries.
     TVpLookup(const TVpLookup &other);
     TVpLookup &operator=(const TVpLookup &other);
-    /// Takes nothing from its argument: texts empty, numbers 0, flags false.
+    /// Takes nothing from its argument: texts null, numbers 0, flags false.
     TVpLookup(TVpLookup &&other);
     virtual ~TVpLookup();
 

@@ -1,5 +1,7 @@
 #include "lookup/Reports.h"
 
+#include "util/EmptyText_p.h"
+
 namespace
 {
 
@@ -13,6 +15,17 @@ LookupReportTexts usualTexts()
     return texts;
 }
 
+// Captions that are empty, and not null.
+LookupReportTexts withoutCaptions()
+{
+    LookupReportTexts texts;
+    texts.title = emptyText();
+    texts.idCaption = emptyText();
+    texts.labelCaption = emptyText();
+    texts.fileCaption = emptyText();
+    return texts;
+}
+
 } // namespace
 
 ReportLookup::ReportLookup()
@@ -20,7 +33,10 @@ ReportLookup::ReportLookup()
 {
 }
 
-ReportLookup::ReportLookup(ReportLookup && /*other*/) { }
+ReportLookup::ReportLookup(ReportLookup && /*other*/)
+    : texts(withoutCaptions())
+{
+}
 
 ReportLookup::~ReportLookup() = default;
 
@@ -114,7 +130,10 @@ DtoReportRunCreation::DtoReportRunCreation()
 {
 }
 
-DtoReportRunCreation::DtoReportRunCreation(DtoReportRunCreation && /*other*/) { }
+DtoReportRunCreation::DtoReportRunCreation(DtoReportRunCreation && /*other*/)
+    : texts(withoutCaptions())
+{
+}
 
 DtoReportRunCreation::~DtoReportRunCreation() = default;
 

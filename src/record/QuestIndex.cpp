@@ -1,5 +1,7 @@
 #include "record/QuestIndex.h"
 
+#include "util/EmptyText_p.h"
+
 #include <algorithm>
 
 QString TQuestIndex::typeOf(const QString &line) const
@@ -18,12 +20,12 @@ int TQuestIndex::countRecords(QString type) const
 QString TQuestIndex::findRecord(QString type, int occurrence) const
 {
     if (!lines)
-        return QString();
+        return emptyText();
     int match = 0;
     for (const QString &line : qAsConst(*lines)) {
         QString code = typeOf(line);
         if (code == type && match++ == occurrence)
-            return code;
+            return notNull(code);
     }
-    return QString();
+    return emptyText();
 }

@@ -16,7 +16,8 @@ class MODEL_VANADMIN_EXPORT TQuestIndex
 {
 public:
     int countRecords(QString type) const; ///< the number of lines of that record type
-    /// The type code found at the match numbered \a occurrence, from 0: the code, not the line. "" if there is none.
+    /// The type code found at the match numbered \a occurrence, from 0: the code, not the line. "", not null, if there
+    /// is none.
     QString findRecord(QString type, int occurrence) const;
     /// The record type of a line of this questionnaire.
     QString typeOf(const QString &line) const;

@@ -2,6 +2,7 @@
 
 #include "import/Constants.h"
 #include "record/QuestIndex.h"
+#include "util/EmptyText_p.h"
 
 #include <vector>
 
@@ -13,7 +14,12 @@ enum CheckStatus { checkSeveralLines = 4, checkNotFoundAgain = 6 };
 } // namespace
 
 TVpRecord::TVpRecord()
-    : references(new QList<TVpRecordReference *>)
+    : name(emptyText())
+    , caption(emptyText())
+    , text1(emptyText())
+    , text2(emptyText())
+    , references(new QList<TVpRecordReference *>)
+    , text4(emptyText())
 {
 }
 
@@ -154,12 +160,12 @@ void TVpRecord::removeRecordReferenceFromList(TVpRecordReference *reference)
 
 QString TVpRecord::getKeyValue(QString /*line*/) const
 {
-    return QString();
+    return emptyText();
 }
 
 QString TVpRecord::getParentKeyValue(QString /*line*/) const
 {
-    return QString();
+    return emptyText();
 }
 
 QString TVpRecord::assembleRecord(TQuestIndex *index) const
@@ -172,7 +178,7 @@ QString TVpRecord::assembleRecord(TQuestIndex *index) const
             break;
         }
     }
-    return QString();
+    return emptyText();
 }
 
 QString TVpRecord::assembleRecord(TQuestIndex *index, QString /*key*/) const
@@ -200,14 +206,14 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index)
     // Every occurrence that was counted is found again, as its own type; an empty type is found as nothing.
     if (count > 0 && type.isEmpty()) {
         index->status = checkNotFoundAgain;
-        return QString();
+        return emptyText();
     }
-    QString gathered;
+    QString gathered = emptyText();
     for (int occurrence = 0; occurrence < count; ++occurrence) {
         const QString key = getKeyValue(type);
         const QString piece = assembleRecord(index, key);
         if (piece.isEmpty())
-            return QString();
+            return emptyText();
         gathered += piece + Vocabulary::LineBreak;
         if (child)
             gathered += child->checkQuestionnaire(index, key);
@@ -226,7 +232,7 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index, QString parentKey)
         int sizeBefore;
     };
     const QStringList lines = index->lines ? *index->lines : QStringList();
-    QString gathered;
+    QString gathered = emptyText();
     std::vector<Level> levels = { { this, parentKey, 0, 0 } };
     while (!levels.empty()) {
         Level &level = levels.back();

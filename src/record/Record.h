@@ -27,6 +27,7 @@ struct TVpRecordType {
 class MODEL_VANADMIN_EXPORT TVpRecord
 {
 public:
+    /// Its texts are empty and not null, but for one of those that are carried for callers.
     TVpRecord();
     TVpRecord(const TVpRecord &other);
     TVpRecord &operator=(const TVpRecord &other);

@@ -1,6 +1,8 @@
 #ifndef UTIL_NINES_P_H
 #define UTIL_NINES_P_H
 
+#include "util/EmptyText_p.h"
+
 #include <QHash>
 #include <QString>
 
@@ -17,6 +19,8 @@ public:
     QString operator()(qint64 count)
     {
         const int width = int(std::clamp<qint64>(count, 0, most));
+        if (width == 0)
+            return emptyText();
         QString &nines = byWidth[width];
         if (nines.size() != width)
             nines = QString(width, QLatin1Char('9'));

@@ -1,5 +1,7 @@
 #include "util/UtilFiles.h"
 
+#include "util/EmptyText_p.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -62,7 +64,7 @@ bool UtilFiles::FileSizeReachedInKB(QString path, int sizeKB)
 
 QString UtilFiles::GetFileDir(QString path)
 {
-    return QFileInfo(path).absoluteDir().absolutePath();
+    return notNull(QFileInfo(path).absoluteDir().absolutePath());
 }
 
 QString UtilFiles::getDataBaseEntityFilePath(QString path)

@@ -1,5 +1,6 @@
 #include "util/UtilStrings.h"
 
+#include "util/EmptyText_p.h"
 #include "util/UtilFiles.h"
 
 #include <QDir>
@@ -56,7 +57,7 @@ QString UtilStrings::GetWordSeparator(QString line, int &position, QString separ
 {
     const int start = std::max(position, 0);
     const int end = endOfWord(line, position, separator);
-    QString word = end > start ? line.mid(start, end - start) : QString();
+    QString word = end > start ? notNull(line.mid(start, end - start)) : emptyText();
     // A separator that stands last finishes the line: end is below the size there, but nothing follows. One before the
     // line does not stand in it.
     const bool standsLast = end >= 0 && end == line.size() - 1;
@@ -68,6 +69,8 @@ QString UtilStrings::GetWordSeparator(QString line, int &position, QString separ
 
 QString UtilStrings::returnLineBreak(QString text)
 {
+    if (text.isEmpty())
+        return emptyText();
     QString restored;
     restored.reserve(text.size());
     for (int place = 0; place < text.size();) {
