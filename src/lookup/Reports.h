@@ -40,7 +40,7 @@ class MODEL_VANADMIN_EXPORT ReportLookup : public QObject
 
 public:
     ReportLookup();
-    /// Takes nothing from its argument: captions empty too.
+    /// Takes nothing from its argument: captions empty too, though not null.
     ReportLookup(ReportLookup &&other);
     ~ReportLookup() override;
 
@@ -81,7 +81,7 @@ class MODEL_VANADMIN_EXPORT DtoReportRunCreation : public QObject
 
 public:
     DtoReportRunCreation();
-    /// Takes nothing from its argument: captions empty too.
+    /// Takes nothing from its argument: captions empty too, though not null.
     DtoReportRunCreation(DtoReportRunCreation &&other);
     ~DtoReportRunCreation() override;
 

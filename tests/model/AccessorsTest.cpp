@@ -89,7 +89,8 @@ public:
     virtual ~Field() = default;
 
     virtual bool hasDefault(const AnyRecord &record) const = 0;
-    virtual bool isUnset(const AnyRecord &record) const = 0; ///< no object either, where the default is one
+    virtual bool isNotNull(const AnyRecord &record) const = 0; ///< whether it is a text that is not null
+    virtual bool isUnset(const AnyRecord &record) const = 0;   ///< no object either, where the default is one
     virtual void set(const AnyRecord &record, size_t setter, int number) const = 0;
     virtual bool has(const AnyRecord &record, int number) const = 0;
     virtual size_t setterCount() const = 0;
@@ -127,6 +128,12 @@ public:
     bool isUnset(const AnyRecord &record) const override
     {
         return allAnswer(record, [&](const Value &value) { return isSame(value, initial); });
+    }
+    bool isNotNull(const AnyRecord &record) const override
+    {
+        if constexpr (std::is_same_v<Value, QString>)
+            return !allAnswer(record, [](const QString &text) { return text.isNull(); });
+        return false;
     }
     void set(const AnyRecord &record, size_t setter, int number) const override
     {
@@ -304,6 +311,13 @@ private Q_SLOTS:
     {
         for (const auto &field : table.fields)
             QVERIFY2(field->hasDefault(field->makeRecord()), qPrintable(field->name));
+    }
+
+    // Unlike those of a field or a dictionary.
+    void everyTextBeginsAsNull()
+    {
+        for (const auto &field : table.fields)
+            QVERIFY2(!field->isNotNull(field->makeRecord()), qPrintable(field->name));
     }
 
     // By each setter, read by each getter.

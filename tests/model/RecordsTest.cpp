@@ -496,6 +496,11 @@ private Q_SLOTS:
         QCOMPARE(db.getFileFilter(), path);
         QCOMPARE(lookup.getFile(), path);
         QCOMPARE(ConfigDb().getFolder(), QString());
+        db.setFolder("");
+        db.setSourceFile("");
+        source.setFile("");
+        for (const QString &shown : { db.getFolder(), db.getSourceFile(), source.getFile() })
+            QVERIFY(shown.isEmpty() && !shown.isNull());
     }
 
     void checkedIsOneOrNothing_data()

@@ -167,6 +167,19 @@ private Q_SLOTS:
         QCOMPARE(UtilFiles::GetFileDir("/data/base/"), QString("/data/base"));
     }
 
+    void folderThatIsNotThereIsEmptyAndNotNull()
+    {
+        const QString before = QDir::currentPath();
+        {
+            const QTemporaryDir removedSoon;
+            QVERIFY(QDir::setCurrent(removedSoon.path()));
+        }
+        const QString removed = UtilFiles::GetFileDir("file.ext");
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(removed, QString());
+        QVERIFY(!removed.isNull());
+    }
+
     void folderAboveTheFilesOwnIsRemoved_data()
     {
         QTest::addColumn<QString>("path");

@@ -1,5 +1,7 @@
 #include "util/UtilStrings.h"
 
+#include "support/TextState.h"
+
 #include <QFont>
 #include <QFontMetrics>
 #include <QLabel>
@@ -82,8 +84,10 @@ private Q_SLOTS:
         QFETCH(int, position);
         QFETCH(QString, separator);
         QFETCH(QString, qualifier);
-        QTEST(UtilStrings::GetWordSeparator(line, position, separator, qualifier), "word");
+        const QString word = UtilStrings::GetWordSeparator(line, position, separator, qualifier);
+        QTEST(word, "word");
         QTEST(position, "next");
+        QVERIFY(!word.isNull());
     }
 
     void wordsAreThoseOfTheSteps()
@@ -100,7 +104,8 @@ private Q_SLOTS:
             const QString qualifier = random() % 2 ? "x" : "";
             const QString word = wordByTheSteps(line, expected, separator, qualifier);
             const QString what = line + ' ' + QString::number(position) + ' ' + separator;
-            QVERIFY2(UtilStrings::GetWordSeparator(line, position, separator, qualifier) == word, qPrintable(what));
+            const QString found = UtilStrings::GetWordSeparator(line, position, separator, qualifier);
+            QVERIFY2(found == word && !found.isNull(), qPrintable(what));
             QVERIFY2(position == expected, qPrintable(what));
         }
     }
@@ -111,6 +116,21 @@ private Q_SLOTS:
             for (const QString &separator : { QString(","), QString() })
                 UtilStrings::GetWordSeparator("a,b", position, separator, "x");
         }
+    }
+
+    void wordOfANullLineIsNotNull()
+    {
+        for (int position : { -1, 0, 1 }) {
+            for (const QString &separator : { QString(","), QString() })
+                QVERIFY(!UtilStrings::GetWordSeparator(QString(), position, separator, "x").isNull());
+        }
+    }
+
+    void nothingIsRestoredAsATextThatIsNotNull()
+    {
+        for (const QString &text : { QString(), QString("") })
+            QCOMPARE(stateOf(UtilStrings::returnLineBreak(text)), QString("empty"));
+        QVERIFY(isWithoutMemory(UtilStrings::returnLineBreak(QString())));
     }
 
     void storedFormsAreRestored_data()

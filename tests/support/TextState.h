@@ -1,0 +1,39 @@
+#ifndef SUPPORT_TEXTSTATE_H
+#define SUPPORT_TEXTSTATE_H
+
+#include <QString>
+#include <QtTest>
+
+#include <initializer_list>
+#include <utility>
+
+/// How a text looks to a caller who asks `isNull()`: "null", "empty", or the text itself in quotes.
+inline QString stateOf(const QString &text)
+{
+    if (text.isNull())
+        return QStringLiteral("null");
+    return text.isEmpty() ? QStringLiteral("empty") : QLatin1Char('"') + text + QLatin1Char('"');
+}
+
+/// Columns of a table of texts and the states that they shall have.
+inline void addTextColumns()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("state");
+}
+
+/// Rows of one state, each named by \a subject and its own name.
+inline void addTexts(const QByteArray &subject, const char *state,
+                     std::initializer_list<std::pair<const char *, QString>> texts)
+{
+    for (const auto &text : texts)
+        QTest::addRow("%s: %s", subject.constData(), text.first) << text.second << QString::fromLatin1(state);
+}
+
+/// Whether a text needs no memory of its own.
+inline bool isWithoutMemory(QString text)
+{
+    return text.data_ptr()->ref.isStatic();
+}
+
+#endif
