@@ -90,8 +90,7 @@ bool mendSurrogates(QByteArray &bytes)
 void failAt(const QByteArray &bytes, int offset, const QString &reason, Diagnostics &diagnostics)
 {
     const int line = 1 + int(std::count(bytes.begin(), bytes.begin() + offset, '\n'));
-    diagnostics.fail("damaged-json",
-                     QStringLiteral("damaged JSON in line %1, at byte %2: %3").arg(line).arg(offset).arg(reason), line);
+    diagnostics.fail("damaged-json", QStringLiteral("damaged JSON at byte %1: %2").arg(offset).arg(reason), line);
 }
 
 // RapidJSON's words for what is wrong, without the full stop; other ones where they would mislead.

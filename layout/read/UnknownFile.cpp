@@ -14,6 +14,8 @@ namespace
 
 constexpr char separators[] = { ',', ';', '\t' };
 
+constexpr int wrapperSize = 36; // bytes in front of an encrypted SPSS file
+
 struct Signature {
     QByteArray begin;
     const char *name;
@@ -79,8 +81,11 @@ QString describeUnknownFile(const QByteArray &head)
 {
     if (const Signature *signature = findSignature(head))
         return QStringLiteral("the file is %1, not a layout").arg(QLatin1String(signature->name));
+    if (head.left(wrapperSize).contains("ENCRYPTEDSAV"))
+        return QStringLiteral("the file is an encrypted SPSS file; save it without a password in SPSS first");
     if (!isText(head))
-        return QStringLiteral("the file has no known format; an encrypted file has none either");
+        return QStringLiteral("the file has no known format; if it is an encrypted CSPro data file (.csdb), save it "
+                              "unencrypted in CSPro first");
     if (isCsv(head))
         return QStringLiteral("the file is a CSV file with data; a layout is in the dictionary that belongs to it");
     return QStringLiteral("the file is a text without a [Dictionary] section, not a layout");

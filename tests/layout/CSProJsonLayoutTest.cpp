@@ -579,29 +579,25 @@ void CSProJsonLayoutTest::damagedJsonIsReportedWithItsPlace_data()
         QTest::newRow(name) << bytes << line << message;
     };
     add("no comma", "{\n  \"name\": \"A\"\n  \"levels\": []\n}", 3,
-        "damaged JSON in line 3, at byte 18: missing a comma or '}' after an object member");
-    add("comma behind the last", "{\"levels\":[],}", 1,
-        "damaged JSON in line 1, at byte 13: missing a name for object member");
-    add("comma behind the last entry", "{\"levels\":[1,]}", 1, "damaged JSON in line 1, at byte 13: invalid value");
-    add("behind a mark", "\xef\xbb\xbf{\n x}", 2,
-        "damaged JSON in line 2, at byte 6: missing a name for object member");
+        "damaged JSON at byte 18: missing a comma or '}' after an object member");
+    add("comma behind the last", "{\"levels\":[],}", 1, "damaged JSON at byte 13: missing a name for object member");
+    add("comma behind the last entry", "{\"levels\":[1,]}", 1, "damaged JSON at byte 13: invalid value");
+    add("behind a mark", "\xef\xbb\xbf{\n x}", 2, "damaged JSON at byte 6: missing a name for object member");
     add("bytes behind it", "{\"levels\":[]}\n\nmore", 3,
-        "damaged JSON in line 3, at byte 15: the document root must not be followed by other values");
+        "damaged JSON at byte 15: the document root must not be followed by other values");
     add("a second object", "{\"levels\":[]}{}", 1,
-        "damaged JSON in line 1, at byte 13: the document root must not be followed by other values");
+        "damaged JSON at byte 13: the document root must not be followed by other values");
     add("NUL behind it", QByteArray("{\"levels\":[]}\n\0", 15), 2,
-        "damaged JSON in line 2, at byte 14: a NUL character follows the document");
-    add("NUL in a text", QByteArray("{\"a\":\"\0\"}", 9), 1, "damaged JSON in line 1, at byte 6: a text is not ended");
-    add("tab in a text", "{\"a\":\"\t\"}", 1,
-        "damaged JSON in line 1, at byte 6: a control character in a text is not escaped");
-    add("unknown escape", "{\"a\":\"\\x\"}", 1,
-        "damaged JSON in line 1, at byte 6: invalid escape character in string");
+        "damaged JSON at byte 14: a NUL character follows the document");
+    add("NUL in a text", QByteArray("{\"a\":\"\0\"}", 9), 1, "damaged JSON at byte 6: a text is not ended");
+    add("tab in a text", "{\"a\":\"\t\"}", 1, "damaged JSON at byte 6: a control character in a text is not escaped");
+    add("unknown escape", "{\"a\":\"\\x\"}", 1, "damaged JSON at byte 6: invalid escape character in string");
     add("half an escape", "{\"a\":\"\\u12\"}", 1,
-        "damaged JSON in line 1, at byte 6: incorrect hex digit after \\u escape in string");
+        "damaged JSON at byte 6: incorrect hex digit after \\u escape in string");
     add("number beyond all bounds", "{\"a\":1e999}", 1,
-        "damaged JSON in line 1, at byte 5: number too big to be stored in double");
-    add("comment without end", "{/*", 1, "damaged JSON in line 1, at byte 3: a comment is incomplete");
-    add("single quotes", "{'a':1}", 1, "damaged JSON in line 1, at byte 1: missing a name for object member");
+        "damaged JSON at byte 5: number too big to be stored in double");
+    add("comment without end", "{/*", 1, "damaged JSON at byte 3: a comment is incomplete");
+    add("single quotes", "{'a':1}", 1, "damaged JSON at byte 1: missing a name for object member");
 }
 
 void CSProJsonLayoutTest::damagedJsonIsReportedWithItsPlace()

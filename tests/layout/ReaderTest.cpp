@@ -80,6 +80,11 @@ void ReaderTest::aFileWithoutALayoutSaysWhatItIs_data()
                               << "[Dictionary]";
     QTest::newRow("XML") << QByteArray("<?xml version=\"1.0\"?>") << "unknown-format"
                          << "XML document";
+    QTest::newRow("encrypted SPSS file") << QByteArray("\x1c\0\0\0\0\0\0\0ENCRYPTEDSAV\x15\0\0\0", 24)
+                                         << "unknown-format"
+                                         << "encrypted SPSS file";
+    QTest::newRow("random bytes, as of an encrypted .csdb") << QByteArray("\x93\x1f\x02\xee") << "unknown-format"
+                                                            << "encrypted CSPro data file (.csdb)";
     QTest::newRow("NUL") << QByteArray("text\0text", 9) << "unknown-format"
                          << "no known format";
     QTest::newRow("bytes of no format") << QByteArray("\x01\x02\x03") << "unknown-format"
