@@ -94,6 +94,7 @@ class Item(Named):
     occurrences: int = 1
     occurrence_labels: List[OccurrenceLabel] = field(default_factory=list)
     is_subitem: bool = False
+    is_first: bool = False  # of its section; a level can have several [IdItems]
     subitem_of: str = ""
     decimals: int = 0
     decimal_mark: bool = False
@@ -234,6 +235,8 @@ def name_items_of_subitems(layout):
     for holder in records_and_ids(layout):
         parent = None
         for item in holder.items:
+            if item.is_first:
+                parent = None
             if not item.is_subitem:
                 parent = item
             elif parent is not None:

@@ -37,6 +37,7 @@ sys.setrecursionlimit(100000)
 INT_MAX = 2**31 - 1
 INT_MIN = -(2**31)
 
+DIGITS = re.compile("-?[0-9]+")  # what a text is turned into a number from, beside the spellings of a JSON number
 NUMBER = re.compile(r"-?(?:0|[1-9][0-9]*)(?:\.[0-9]+)?(?:[eE][+-]?[0-9]+)?")
 SPACE = re.compile(r"(?:[ \t\r\n]|//[^\n]*|/\*.*?\*/)*", re.DOTALL)
 PLAIN_CHARACTERS = re.compile(r'[^"\\\x00-\x1f]*')
@@ -185,7 +186,7 @@ def to_text(node):
 
 def to_number(node):
     spelled = node.spelling if isinstance(node, Number) else node
-    if not isinstance(spelled, str) or not NUMBER.fullmatch(spelled):
+    if not isinstance(spelled, str) or not (NUMBER.fullmatch(spelled) or DIGITS.fullmatch(spelled)):
         raise WrongType
     return Decimal(spelled)
 
@@ -219,7 +220,8 @@ def to_object(node):
 
 def to_version(node):
     """The number with one decimal at least."""
-    return repr(float(to_number(node)))
+    plain = "{:f}".format(Decimal(repr(float(to_number(node)))))
+    return plain if "." in plain else plain + ".0"
 
 
 class Members:

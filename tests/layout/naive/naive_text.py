@@ -68,9 +68,8 @@ def decode(data):
 
 
 def physical_lines(text):
-    """The lines without their ends; a carriage return belongs to the end only in front of a line feed."""
-    lines = text.split("\n")
-    return [line[:-1] if line.endswith("\r") and number < len(lines) - 1 else line for number, line in enumerate(lines)]
+    """The lines without their ends; a carriage return is part of the end in front of a line feed or the file's end."""
+    return [line[:-1] if line.endswith("\r") else line for line in text.split("\n")]
 
 
 def logical_lines(text):
@@ -171,6 +170,7 @@ class TextReader:
         self.set_key = None  # what takes a key of the section: (key, value, line) -> whether the section knows the key
         self.level = None
         self.holder = None  # the record or the ids that take the next item
+        self.begins_ids = False  # no item since [IdItems]
         self.item = None
         self.seen = {}  # (element, key) -> (key as written, value, line) of the key that counts so far
 
@@ -213,6 +213,8 @@ class TextReader:
         begin = known.get(ascii_lower(key))
         if begin is None or not begin():
             self.keep_section(key, value, line)
+        elif value:
+            self.add_extra(key, value, line)
 
     def keep_section(self, key, value, line):
         """A section that is unknown or has no place: its line and its keys are extras of the dictionary."""
@@ -253,6 +255,7 @@ class TextReader:
     def begin_ids(self):
         self.need_level()
         self.holder = self.level.ids
+        self.begins_ids = True
         return self.open(self.level.ids, lambda *_: False)
 
     def begin_record(self):
@@ -263,7 +266,8 @@ class TextReader:
 
     def begin_item(self):
         self.need_level()
-        self.item = Item(parent=self.holder)
+        self.item = Item(parent=self.holder, is_first=self.begins_ids)
+        self.begins_ids = False
         self.holder.items.append(self.item)
         return self.open(self.item, self.set_in_item)
 
