@@ -96,17 +96,34 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
     setDataProviderType(importer->getDataProviderType());
     importData = importer;
     renewFields();
-    if (dataProviderType == csvType)
+    if (dataProviderType == csvType) {
         importer->getDictionary(fields, recordTypeNames);
-    else
-        importer->getDictionary(fields);
-    kept.add(nullptr, [made = MadeFields(*fields)]() mutable { made.free(); });
+        kept.add(nullptr, [made = MadeFields(*fields)]() mutable { made.free(); });
+    } else {
+        takeFieldsOf(*importer);
+    }
     recordTypeStart = importer->getRecordTypeStart();
     recordTypeSize = importer->getRecordTypeSize();
     renewRecord();
     setLayoutFileName(importer->getSourceName());
     setDataFileName(importer->getDataSourceName());
     return true;
+}
+
+// Where memory gives out, the fields so far are not kept yet, and go at once: new as they are, each has its own list.
+void TVpDataProvider::takeFieldsOf(TDataImport &importer)
+{
+    try {
+        importer.getDictionary(fields);
+        kept.add(nullptr, [made = MadeFields(*fields)]() mutable { made.free(); });
+    } catch (...) {
+        for (const TVpSourceField *field : qAsConst(*fields)) {
+            delete field->typeNames;
+            delete field;
+        }
+        fields->clear();
+        throw;
+    }
 }
 
 // The old list goes, unless a copy of this provider still reads it; its source fields stay alive in either case.

@@ -114,6 +114,7 @@ private:
     void setRecordTypeSize(int value);
 
     void renewFields();
+    void takeFieldsOf(TDataImport &importer);
     void renewRecord();
     void makeLists();
 

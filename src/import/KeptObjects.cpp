@@ -38,9 +38,14 @@ struct KeptObjects::Shelf {
         fields.push_back(field);
     }
 
-    // Puts everything on top of another shelf.
+    // Puts everything on top of another shelf. Onto an empty one it needs no memory: some may have to be given back
+    // because there is none left.
     void moveTo(Shelf &other)
     {
+        if (other.fields.empty() && other.others.empty()) {
+            std::swap(*this, other);
+            return;
+        }
         other.fields.insert(other.fields.end(), fields.cbegin(), fields.cend());
         std::move(others.begin(), others.end(), std::back_inserter(other.others));
         fields = {};

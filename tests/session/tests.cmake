@@ -1,5 +1,6 @@
 # Memory that is given back. These run without the list of kept objects: nothing may be left behind.
 van_add_test(session/KeptObjectsTest.cpp)
+van_add_test(session/ScarceMemoryTest.cpp)
 van_add_test(session/ReleaseContentsTest.cpp)
 van_use_made_data(ReleaseContentsTest)
 van_add_test(session/SelfAssignmentTest.cpp)
@@ -10,3 +11,9 @@ add_dependencies(LongSessionTest examples)
 foreach(test ReleaseContentsTest SelfAssignmentTest LongSessionTest)
     van_test_properties(${test} session SUPPRESSIONS ${PROJECT_SOURCE_DIR}/fuzz/lsan.supp)
 endforeach()
+# The tool with many files.
+van_add_test(session/ManyFilesTest.cpp)
+add_dependencies(ManyFilesTest vanlayout)
+target_compile_definitions(ManyFilesTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>"
+    VAN_MADE_EXAMPLES="${PROJECT_BINARY_DIR}/examples")
+add_dependencies(ManyFilesTest examples)

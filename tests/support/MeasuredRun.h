@@ -56,8 +56,9 @@ inline bool waitFor(pid_t child, int *status, rusage *usage)
     return true;
 }
 
-/// Runs the tool on a file; its output goes through the folder.
-inline MeasuredRun showAsJson(const QString &fileName, const QTemporaryDir &folder)
+/// Runs the tool with arguments; its output goes to the files `out` and `err` of the folder. Its peak memory is no less
+/// than that of the program that runs it, which should therefore read no large output.
+inline MeasuredRun measuredRun(const std::vector<QByteArray> &toolArguments, const QTemporaryDir &folder)
 {
     const QByteArray out = QFile::encodeName(folder.filePath(QStringLiteral("out")));
     const QByteArray err = QFile::encodeName(folder.filePath(QStringLiteral("err")));
@@ -67,7 +68,8 @@ inline MeasuredRun showAsJson(const QString &fileName, const QTemporaryDir &fold
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.constData(), writing, 0600);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.constData(), writing, 0600);
 
-    std::vector<QByteArray> words = { VAN_TOOL, "fields", "--format", "json", QFile::encodeName(fileName) };
+    std::vector<QByteArray> words = { VAN_TOOL };
+    words.insert(words.end(), toolArguments.begin(), toolArguments.end());
     std::vector<char *> arguments;
     for (QByteArray &word : words)
         arguments.push_back(word.data());
@@ -82,8 +84,15 @@ inline MeasuredRun showAsJson(const QString &fileName, const QTemporaryDir &fold
     rusage usage = {};
     run.isInTime = waitFor(child, &run.status, &usage);
     run.peakMemory = qint64(usage.ru_maxrss) * 1024;
-    run.out = contentOf(QString::fromLocal8Bit(out));
-    run.err = contentOf(QString::fromLocal8Bit(err));
+    return run;
+}
+
+/// Runs the tool on a file.
+inline MeasuredRun showAsJson(const QString &fileName, const QTemporaryDir &folder)
+{
+    MeasuredRun run = measuredRun({ "fields", "--format", "json", QFile::encodeName(fileName) }, folder);
+    run.out = contentOf(folder.filePath(QStringLiteral("out")));
+    run.err = contentOf(folder.filePath(QStringLiteral("err")));
     return run;
 }
 

@@ -266,6 +266,7 @@ private Q_SLOTS:
     // much of everything
     void memoryThatGivesOutIsStatus2AndOneLine();
     void memoryThatGivesOutLeavesTheOtherFiles();
+    void memoryOfAFileThatIsTooLargeIsThereForTheNext();
     void tableKeepsNoRowsAndCutsItsRanges();
     void emptyLinesTakeAFewTimesTheirSize();
     void manyRecordsArePrintedInAFewSeconds();
@@ -1341,6 +1342,16 @@ void VanlayoutTest::memoryThatGivesOutLeavesTheOtherFiles()
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(shown.out, "file," + csvHeader + "one.dcf,ONE,A label,INTEGER,3,2,0,0,999,,,Common,CSPRO,\r\n");
     QCOMPARE(shown.err, QByteArray("vanlayout: large.dcf: not enough memory\n"));
+}
+
+void VanlayoutTest::memoryOfAFileThatIsTooLargeIsThereForTheNext()
+{
+    write("large.dcf", millionOfVariables);
+    write("next.dcf", QByteArray(millionOfVariables).replace("=1000000", "=300000"));
+    const Run shown = run({ "fields", "--format", "csv", "large.dcf", "next.dcf" }, {},
+                          sanitizesMemory ? std::function<void()>() : memoryOf(700 * megabyte));
+    QVERIFY(shown.out.count("\nnext.dcf,") == 300000);
+    QVERIFY(sanitizesMemory || shown.err == "vanlayout: large.dcf: not enough memory\n");
 }
 
 void VanlayoutTest::tableKeepsNoRowsAndCutsItsRanges()

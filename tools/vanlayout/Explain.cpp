@@ -53,12 +53,14 @@ void readLookup(Explanation &explanation, const ExplainOptions &options)
 
 void readLayoutFile(Explanation &explanation, const ExplainOptions &options)
 {
-    const Layout layout = readLayout(explanation.file, fileTypeNamed(options.type), &explanation.report);
+    Layout layout = readLayout(explanation.file, fileTypeNamed(options.type), &explanation.report);
     explanation.problem = layout.problem;
     if (layout.type) {
         explanation.type = QLatin1String(layout.type->name);
         explanation.title = QLatin1String(layout.type->title);
     }
+    if (options.files.size() > 1)
+        releaseContents(layout);
 }
 
 /// The notes of a report, those of one kind together, the gravest first.

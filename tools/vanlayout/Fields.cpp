@@ -7,6 +7,7 @@
 #include "import/ReadReport.h"
 
 #include <QFile>
+#include <QScopeGuard>
 
 #include <algorithm>
 
@@ -30,12 +31,17 @@ void tellOfNotes(const QString &file, const ReadReport &report)
         complainOfFile(file, QStringLiteral("%1; vanlayout explain shows them").arg(countsOf(report)));
 }
 
-int showFile(const QString &file, const FileType *type, Printer &printer)
+// Of the last file nothing is released: the process ends, and that takes less time.
+int showFile(const QString &file, const FileType *type, bool isLast, Printer &printer)
 {
     flushOutput();
     return answerFor(file, [&]() -> int {
         ReadReport report;
-        const Layout layout = readLayout(file, type, &report);
+        Layout layout = readLayout(file, type, &report);
+        const auto atEnd = qScopeGuard([&] {
+            if (!isLast)
+                releaseContents(layout);
+        });
         if (!layout.problem.isEmpty()) {
             printer.printProblem(layout);
             return noAnswerFor(file, layout.problem);
@@ -56,6 +62,7 @@ int showFields(const FieldsOptions &options)
     const auto printer = makePrinter(options);
     int status = statusFine;
     for (const std::string &file : options.files)
-        status = std::max(status, showFile(QFile::decodeName(file.c_str()), type, *printer));
+        status = std::max(status,
+                          showFile(QFile::decodeName(file.c_str()), type, &file == &options.files.back(), *printer));
     return statusAfterOutput(status);
 }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <new>
 
 namespace
 {
@@ -122,12 +123,22 @@ Layout readLayout(const QString &file, const FileType *type, ReadReport *report)
     } catch (VpErrorManager *error) {
         layout.error.reset(error);
         layout.problem = describe(*error);
+    } catch (const std::bad_alloc &) {
+        releaseContents(layout); // the next file may need less
+        throw;
     }
     layout.importer->setReadReport(nullptr);
     const QString readProblem = layout.importer->getReadProblem();
     if (!readProblem.isEmpty())
         layout.problem = readProblem;
     return layout;
+}
+
+void releaseContents(Layout &layout)
+{
+    layout.provider.releaseContents();
+    if (layout.importer)
+        layout.importer->releaseContents();
 }
 
 QVector<ValueLabel> cutValueLabels(const QString &text)

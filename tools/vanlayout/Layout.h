@@ -25,6 +25,10 @@ struct Layout {
 /// provider. What is lost or changed on the way is told to \a report, if there is one; it must outlive the call.
 Layout readLayout(const QString &file, const FileType *type, ReadReport *report = nullptr);
 
+/// Frees what the importer and the provider of a layout have made, which then has no fields. A layout that is not
+/// released keeps it to the end of the process.
+void releaseContents(Layout &layout);
+
 /// One value label of a field.
 struct ValueLabel {
     QStringRef code;
