@@ -54,7 +54,7 @@ char firstByte(const QByteArray &bytes)
 
 constexpr int escapeSize = 6;
 
-// The unit of the escape `\\uXXXX` at \a position; -1 if there is none.
+// The unit of the escape `\\uHHHH` at \a position; -1 if there is none.
 int unitAt(const QByteArray &bytes, int position)
 {
     if (position + escapeSize > bytes.size() || bytes.at(position) != '\\' || bytes.at(position + 1) != 'u')

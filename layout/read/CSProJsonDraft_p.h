@@ -12,7 +12,7 @@
 namespace vanlayout
 {
 
-/// What becomes of a text.
+/// The use of a text in the layout.
 enum class JsonUse {
     Held,    ///< the layout holds it
     Extra,   ///< the layout has no place for it: it is kept in the extras

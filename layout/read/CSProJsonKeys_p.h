@@ -8,7 +8,7 @@
 namespace vanlayout
 {
 
-/// What the value of a key has to be. Null counts as absent for each.
+/// The type that the value of a key must have. Null counts as absent for each.
 enum class JsonShape {
     Text,    ///< a number counts as its spelling
     Integer, ///< the text of a number counts as the number
@@ -41,7 +41,7 @@ struct JsonKey {
 struct JsonElement {
     const JsonKey *keys; ///< in the order in which CSPro writes them
     int keyCount;
-    bool isInPaths; ///< whether paths name it; the keys of another one are told from those of its holder by its own key
+    bool isInPaths; ///< whether paths name it; otherwise its key precedes its keys in extras: "security.settings"
     void (*begin)(CSProJsonDraft &draft) = nullptr;
     bool (*end)(CSProJsonDraft &draft) = nullptr; ///< false if the object is not usable
 };

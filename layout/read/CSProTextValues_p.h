@@ -38,8 +38,8 @@ std::string_view tokenOf(std::string_view value);
 /// is no label.
 Labels labelsOf(std::string_view value, const QVector<Language> &languages);
 
-/// What one `Note=` line adds to a note: `\r\n`, written as these four characters, is a line feed; a blank follows a
-/// piece that does not end in one; `~` at the begin is a blank.
+/// The text that one `Note=` line adds to a note: `\r\n`, written as these four characters, is a line feed; a blank
+/// follows a piece that does not end in one; `~` at the begin is a blank.
 QString notePieceOf(std::string_view value);
 
 /// The codes of a value.

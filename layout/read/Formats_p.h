@@ -11,7 +11,7 @@ class QIODevice;
 namespace vanlayout
 {
 
-/// What a format reader is handed.
+/// The input of a format reader.
 struct Input {
     QIODevice &device; ///< open for reading, random access, at the position of the first byte
     QString path;      ///< of the file; empty where the layout comes from a device

@@ -17,7 +17,7 @@ namespace vanlayout::stat
 
 /// Takes what ReadStat hands over in one parse, in any order, and makes the layout from it.
 ///
-/// What is raised within a handler ends the parse and is raised again by finish().
+/// An exception within a handler ends the parse and is raised again by rethrow().
 class Collector
 {
 public:
@@ -34,7 +34,7 @@ public:
     bool hasVariables() const { return !items.isEmpty(); }
     /// Whether the collector ends the parse, as nothing more is needed from it.
     bool hasEndedParse() const { return hasAll || hasTooMuchText; }
-    /// What the error handler was told, as one line; empty where it was not called.
+    /// The messages that the error handler received, as one line; empty where it was not called.
     QString words() const;
     void forgetWords() { messages.clear(); }
 

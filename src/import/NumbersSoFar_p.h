@@ -16,7 +16,7 @@ public:
         all.clear();
     }
 
-    /// Whether the number was not there before. What is not a number equals nothing, and is always new.
+    /// Whether the number was not there before. A NaN equals nothing, and is always new.
     bool isNew(double number)
     {
         if (std::isnan(number))

@@ -32,7 +32,7 @@ template <typename Subject> void assignToItself(Subject &subject)
     subject = same;
 }
 
-/// What is done with an object of one class, whatever the class is. The texts that the actions answer say what the
+/// Actions on an object of one class, whatever the class is. The texts that the actions answer say what the
 /// object holds.
 struct Case {
     std::function<QStringList()> alone;
@@ -40,27 +40,27 @@ struct Case {
     QStringList expected;
 };
 
-/// What `told` answers of an object that `fill` has filled, that is then assigned to itself, alone or while a copy of
-/// it lives, and that `use` uses at the end.
+/// The answer of `stateOf` for an object that `fill` has filled, that is then assigned to itself, alone or while a copy
+/// of it lives, and that `use` uses at the end.
 template <typename Subject, typename... Arguments>
-Case caseOf(std::function<void(Subject &)> fill, std::function<QStringList(Subject &)> told, QStringList expected,
+Case caseOf(std::function<void(Subject &)> fill, std::function<QStringList(Subject &)> stateOf, QStringList expected,
             Arguments... arguments)
 {
     const auto alone = [=] {
         Subject subject(arguments...);
         fill(subject);
         assignToItself(subject);
-        QStringList answers = told(subject);
+        QStringList answers = stateOf(subject);
         assignToItself(subject);
-        return answers == told(subject) ? answers : QStringList("the second assignment has changed something");
+        return answers == stateOf(subject) ? answers : QStringList("the second assignment has changed something");
     };
     const auto withCopy = [=] {
         Subject subject(arguments...);
         fill(subject);
         Subject copy(subject);
         assignToItself(subject);
-        const QStringList answers = told(subject);
-        return answers == told(copy) ? answers : QStringList("the copy holds something else");
+        const QStringList answers = stateOf(subject);
+        return answers == stateOf(copy) ? answers : QStringList("the copy holds something else");
     };
     return { alone, withCopy, std::move(expected) };
 }
@@ -94,20 +94,20 @@ Case caseOfSourceField()
         field.length = 2;
         field.setDataProviderType(QStringLiteral("CSPRO"));
     };
-    const auto told = [](TVpSourceField &field) {
+    const auto stateOf = [](TVpSourceField &field) {
         field.setDataProviderType(QStringLiteral("STATA"));
         return QStringList{ field.fieldName, field.DataProviderType, field.getStringValue(QStringLiteral("x17y")) };
     };
-    return caseOf<TVpSourceField>(fill, told, { "AGE", "STATA", "17" });
+    return caseOf<TVpSourceField>(fill, stateOf, { "AGE", "STATA", "17" });
 }
 
 Case caseOfRecord()
 {
     const auto fill = [](TVpRecord &record) { TestAccess::name(record) = QStringLiteral("HOUSE"); };
-    const auto told = [](TVpRecord &record) {
+    const auto stateOf = [](TVpRecord &record) {
         return QStringList{ record.nodeCaption(), QString::number(record.retrieveRecord("HOUSE") == &record) };
     };
-    return caseOf<TVpRecord>(fill, told, { "HOUSE", "1" });
+    return caseOf<TVpRecord>(fill, stateOf, { "HOUSE", "1" });
 }
 
 Case caseOfQuestIndex()
@@ -117,9 +117,9 @@ Case caseOfQuestIndex()
         index.typeLength = 1;
         index.lines = &lines;
     };
-    const auto told
+    const auto stateOf
         = [](TQuestIndex &index) { return QStringList{ QString::number(index.countRecords(QStringLiteral("1"))) }; };
-    return caseOf<TQuestIndex>(fill, told, { "2" });
+    return caseOf<TQuestIndex>(fill, stateOf, { "2" });
 }
 
 Case caseOfLookup()
@@ -130,42 +130,42 @@ Case caseOfLookup()
         lookup.setSeparator(4); // which no line has
         lookup.setMaxMessages(1000000);
     };
-    const auto told = [](TVpLookup &lookup) {
+    const auto stateOf = [](TVpLookup &lookup) {
         std::map<QString, int *> frequencies;
         QStringList errors;
         lookup.consistencyCheck(ccErrors, frequencies, &errors);
         return QStringList{ lookup.getId(), errors.value(0) };
     };
-    return caseOf<TVpLookup>(fill, told, { "id", "1_Separator [:] does not exist" });
+    return caseOf<TVpLookup>(fill, stateOf, { "id", "1_Separator [:] does not exist" });
 }
 
 Case caseOfError()
 {
-    const auto told = [](VpErrorManager &error) { return QStringList{ error.composeMessage() }; };
+    const auto stateOf = [](VpErrorManager &error) { return QStringList{ error.composeMessage() }; };
     const VpErrorManager error(QStringLiteral("CSPro"), 242, QStringLiteral("text"));
-    return caseOf<VpErrorManager>([](VpErrorManager &) {}, told, { error.composeMessage() }, QStringLiteral("CSPro"),
+    return caseOf<VpErrorManager>([](VpErrorManager &) {}, stateOf, { error.composeMessage() }, QStringLiteral("CSPro"),
                                   242, QStringLiteral("text"));
 }
 
 Case caseOfReport()
 {
     const auto fill = [](ReadReport &report) { report.add(NoteKind::missingKey, QStringLiteral("Name"), 7); };
-    const auto told = [](ReadReport &report) {
+    const auto stateOf = [](ReadReport &report) {
         report.clear();
         report.add(NoteKind::missingKey, QStringLiteral("Label"), 8);
         return QStringList{ report.notes().front().text, QString::number(report.count(NoteKind::missingKey)) };
     };
-    return caseOf<ReadReport>(fill, told, { "Label", "1" });
+    return caseOf<ReadReport>(fill, stateOf, { "Label", "1" });
 }
 
 Case caseOfNote()
 {
-    const auto told = [](ReadNote &note) { return QStringList{ note.id(), note.text, QString::number(note.line) }; };
+    const auto stateOf = [](ReadNote &note) { return QStringList{ note.id(), note.text, QString::number(note.line) }; };
     return caseOf<ReadNote>(
         [](ReadNote &note) {
             note = { NoteKind::missingKey, 7, QString(), QStringLiteral("Name") };
         },
-        told, { ReadReport::idOf(NoteKind::missingKey), "Name", "7" });
+        stateOf, { ReadReport::idOf(NoteKind::missingKey), "Name", "7" });
 }
 
 Case caseOfDictionaryRecord()
@@ -174,11 +174,11 @@ Case caseOfDictionaryRecord()
         record.name = QStringLiteral("HOUSE");
         record.recordType = QStringLiteral("1");
     };
-    const auto told = [](TCSProRecord &record) { return QStringList{ record.name, record.recordType }; };
-    return caseOf<TCSProRecord>(fill, told, { "HOUSE", "1" });
+    const auto stateOf = [](TCSProRecord &record) { return QStringList{ record.name, record.recordType }; };
+    return caseOf<TCSProRecord>(fill, stateOf, { "HOUSE", "1" });
 }
 
-/// What the tests do with an importer of one format.
+/// The actions of the tests on an importer of one format.
 struct Format {
     std::unique_ptr<TDataImport> (*make)() = nullptr;
     std::unique_ptr<TDataImport> (*copy)(const TDataImport &importer) = nullptr;

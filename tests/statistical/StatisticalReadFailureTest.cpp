@@ -32,7 +32,7 @@ std::unique_ptr<TDataImport> makeImporter(const QString &name, bool isBuffered)
     return importer;
 }
 
-/// What an opening makes of a file on a disk that fails behind its first bytes.
+/// The result of opening a file on a disk that fails behind its first bytes.
 struct Outcome {
     QStringList fields;
     QString problem;

@@ -1274,7 +1274,7 @@ void VanlayoutTest::namedPipeIsReadAsATextDictionary()
 void VanlayoutTest::pipeThatIsOpenAlreadyIsSeenAsWhatItIs_data()
 {
     QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QByteArray>("type"); // of what is not read from a pipe
+    QTest::addColumn<QByteArray>("type"); // of the file that is not read from a pipe
     QTest::newRow("JSON") << survey8 << QByteArray("CSPro 8 JSON dictionary");
     QTest::newRow("SPSS") << QByteArray("$FL2@(#) SPSS DATA FILE") << QByteArray("SPSS file");
     QTest::newRow("Stata") << QByteArray("<stata_dta><header>") << QByteArray("Stata file");

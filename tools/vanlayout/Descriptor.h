@@ -5,8 +5,8 @@
 
 #include <optional>
 
-/// What a path such as /dev/fd/3 or /proc/self/fd/3 names: something that is open already. It looks like a link to a
-/// file, but what stands in the file is the business of who opened it.
+/// The descriptor that a path such as /dev/fd/3 or /proc/self/fd/3 names: something that is open already. It looks like
+/// a link to a file, but what stands in the file is the business of who opened it.
 struct Descriptor {
     int number;
     bool isOwn; ///< of this process

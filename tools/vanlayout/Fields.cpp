@@ -25,7 +25,7 @@ std::unique_ptr<Printer> makePrinter(const FieldsOptions &options)
 }
 
 // One line that a person can follow; the name stands once, so that a long one does not hide the counts.
-void tellOfNotes(const QString &file, const ReadReport &report)
+void reportNotes(const QString &file, const ReadReport &report)
 {
     if (!report.isEmpty())
         complainOfFile(file, QStringLiteral("%1; vanlayout explain shows them").arg(countsOf(report)));
@@ -47,7 +47,7 @@ int showFile(const QString &file, const FileType *type, bool isLast, Printer &pr
             return noAnswerFor(file, layout.problem);
         }
         printer.printLayout(layout);
-        tellOfNotes(file, report);
+        reportNotes(file, report);
         return statusFine;
     });
 }

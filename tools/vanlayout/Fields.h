@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// What `vanlayout fields` was asked for.
+/// Options of `vanlayout fields`.
 struct FieldsOptions {
     std::string format = "table";   ///< table, json or csv
     std::string type = "auto";      ///< auto, or the name of a file type

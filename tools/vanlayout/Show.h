@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// What `vanlayout show` was asked for. Texts are in the encoding of the system.
+/// Options of `vanlayout show`. Texts are in the encoding of the system.
 struct ShowOptions {
     std::string format = "table";       ///< table, json or csv
     std::string language;               ///< code of the language of labels; empty for the primary one
