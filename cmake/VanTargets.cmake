@@ -8,7 +8,8 @@ target_compile_options(van_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
 add_library(van_sanitizers INTERFACE)
 if(VAN_SANITIZERS)
     target_compile_options(van_sanitizers INTERFACE -fsanitize=${VAN_SANITIZERS} -fno-omit-frame-pointer
-        -fno-sanitize-recover=undefined)
+        -fno-sanitize-recover=undefined
+        $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/ubsan.ignore>)
     target_link_options(van_sanitizers INTERFACE -fsanitize=${VAN_SANITIZERS})
 endif()
 
@@ -65,13 +66,16 @@ endfunction()
 
 # van_add_fuzzer(StataFuzzer.cpp DICTIONARY stata.dict SEEDS a/*.dta MADE_SEEDS *.dta): one libFuzzer program, part of the
 # target `fuzzers`. Its seeds are gathered in a folder: what is named, files made for the tests, and what stands under
-# its name in seeds/ and in finds/. VAN_FUZZ_SECONDS is how long its test goes on behind the seeds.
+# its name in seeds/ and in finds/. LAYOUT is for a reader of exact layouts. VAN_FUZZ_SECONDS is how long its test goes on behind the seeds.
 function(van_add_fuzzer source)
-    cmake_parse_arguments(arg "" "DICTIONARY" "SEEDS;MADE_SEEDS" ${ARGN})
+    cmake_parse_arguments(arg "LAYOUT" "DICTIONARY" "SEEDS;MADE_SEEDS" ${ARGN})
     get_filename_component(name ${source} NAME_WE)
     add_executable(${name} EXCLUDE_FROM_ALL ${source} Setup.cpp)
     van_own_code(${name})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests) # support/
+    if(arg_LAYOUT)
+        target_link_libraries(${name} PRIVATE vanlayout_objects)
+    endif()
     target_link_libraries(${name} PRIVATE van_objects -fsanitize=fuzzer)
     target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
 

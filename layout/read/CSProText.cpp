@@ -88,10 +88,9 @@ void CSProTextReader::checkOccurrenceLabels(int occurrences)
 void CSProTextReader::finishSubitem()
 {
     if (!item->isSubitem) {
-        holder = item->name;
-        hasHolder = true;
-    } else if (hasHolder) {
-        item->subitemOf = holder;
+        *holder = { true, item->name };
+    } else if (holder->isThere) {
+        item->subitemOf = holder->name;
     } else {
         warn("subitem-without-item", QStringLiteral("there is no item before the subitem"), sectionLine);
     }

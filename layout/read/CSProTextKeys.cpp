@@ -82,7 +82,7 @@ const CSProTextReader::Keys &CSProTextReader::itemKeys()
         { "DecimalChar",       Counts::Last,  [](Reader &r, const Statement &s) { r.item->decimalMark = r.yesOrNoIn(s); } },
         { "ZeroFill",          Counts::Last,  [](Reader &r, const Statement &s) { r.item->zeroFill = r.yesOrNoIn(s); } },
         { "CaptureType",       Counts::Last,  [](Reader &r, const Statement &s) { r.readCaptureType(s); } },
-        { "CaptureDateFormat", Counts::Last,  [](Reader &r, const Statement &s) { r.readCaptureDateFormat(s); } },
+        { "CaptureDateFormat", Counts::All,   [](Reader &r, const Statement &s) { r.readCaptureDateFormat(s); } },
         { "OccurrenceLabel",   Counts::All,   readOccurrenceLabel },
         { "OccurenceLabel",    Counts::All,   readOccurrenceLabel }, // as old versions spell it
     };
@@ -324,7 +324,7 @@ void CSProTextReader::readCaptureType(const Statement &statement)
 {
     const QString word = textIn(statement);
     const std::optional<QString> type = cspro::captureTypeOf(word);
-    const QString dateFormat = item->capture ? item->capture->dateFormat : QString();
+    const QString format = item->capture ? item->capture->dateFormat : QString();
     item->capture.reset();
     if (!type) {
         keep(textOf(statement.key), statement);
@@ -332,17 +332,21 @@ void CSProTextReader::readCaptureType(const Statement &statement)
              QStringLiteral("CaptureType is %1, which is unknown; the item has none").arg(shown(statement.value)),
              statement.line);
     } else if (!type->isEmpty()) {
-        item->capture = Capture{ *type, dateFormat };
+        item->capture = Capture{ *type, format };
     }
 }
 
-// Only a date has a format; anywhere else the key is unknown.
+// Only a date has a format; anywhere else the key is unknown. The last one counts.
 void CSProTextReader::readCaptureDateFormat(const Statement &statement)
 {
-    if (item->capture && item->capture->type == QLatin1String("date"))
-        item->capture->dateFormat = textIn(statement).toUpper();
-    else
+    if (!item->capture || item->capture->type != QLatin1String("date")) {
         keepUnknownKey(statement);
+        return;
+    }
+    if (dateFormat.line != 0)
+        keepRepeated(dateFormat);
+    dateFormat = statement;
+    item->capture->dateFormat = textIn(statement).toUpper();
 }
 
 void CSProTextReader::readValue(const Statement &statement)

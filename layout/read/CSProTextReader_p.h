@@ -54,6 +54,12 @@ private:
         QVector<OccurrenceLabel> *occurrenceLabels = nullptr;
     };
 
+    /// The last of some items that is no subitem.
+    struct Holder {
+        bool isThere = false;
+        QString name;
+    };
+
     static const Keys &dictionaryKeys();
     static const Keys &noKeys();
     static const Keys &levelKeys();
@@ -172,11 +178,13 @@ private:
     Level *level = nullptr;
     Record *record = nullptr;
     QVector<Item> *items = nullptr; ///< where the next item goes: to the ids of the level, or to the record
-    QString holder;                 ///< name of the last of these items that is no subitem
-    bool hasHolder = false;
+    Holder *holder = nullptr;       ///< of these items
+    Holder idHolder;
+    Holder recordHolder;
     Item *item = nullptr;
-    int itemLevel = 0;  ///< index of the level of the open item
-    int itemRecord = 0; ///< index of its record there; -1 for the ids
+    Statement dateFormat; ///< the one that counts in the open item; its line is 0 for none
+    int itemLevel = 0;    ///< index of the level of the open item
+    int itemRecord = 0;   ///< index of its record there; -1 for the ids
     ValueSet *set = nullptr;
     std::vector<Value> values; ///< of the open set
     bool areCodesNumbers = true;

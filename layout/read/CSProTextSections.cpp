@@ -211,6 +211,7 @@ bool CSProTextReader::beginLevel()
     level = &addedTo(layout.levels);
     levelLines.push_back(sectionLine);
     setNamed(*level);
+    idHolder = Holder();
     return beginIdItems();
 }
 
@@ -220,7 +221,7 @@ bool CSProTextReader::beginIdItems()
     requireLevel();
     record = nullptr;
     items = &level->ids;
-    hasHolder = false;
+    holder = &idHolder;
     return true;
 }
 
@@ -229,7 +230,8 @@ bool CSProTextReader::beginRecord()
     requireLevel();
     record = &addedTo(level->records);
     items = &record->items;
-    hasHolder = false;
+    recordHolder = Holder();
+    holder = &recordHolder;
     setNamed(*record);
     named.occurrenceLabels = &record->occurrenceLabels;
     return true;
@@ -239,6 +241,7 @@ bool CSProTextReader::beginItem()
 {
     requireLevel();
     item = &addedTo(*items);
+    dateFormat = Statement();
     itemLevel = layout.levels.size() - 1;
     itemRecord = record ? level->records.size() - 1 : -1;
     setNamed(*item);

@@ -539,6 +539,8 @@ void CSProTextReaderTest::sectionsBelongToTheLastFittingOne_data()
     row("subitems", "Level:L IdItems Record:R Item:A SubItem:B SubItem:C Item:D SubItem:E", "L() R(A A.B A.C D D.E)");
     row("subitem behind a value set", "Level:L Record:R Item:A ValueSet:V SubItem:B ValueSet:W", "L() R(A+V A.B+W)");
     row("subitem of no item", "Level:L Item:X Record:R SubItem:A Item:B Record:S SubItem:C", "L(X) R(.A B) S(.C)");
+    row("subitem of an id behind a record",
+        "Level:L IdItems Item:X Record:R Item:A IdItems SubItem:Y Level:M SubItem:Z", "L(X X.Y) R(A); M(.Z)");
     row("subitem of an id", "Level:L Item:X SubItem:Y", "L(X X.Y)");
     row("names in another case", "LEVEL:L iditems item:A RECORD:R valueset:V", "L(A+V) R()");
 }
@@ -701,6 +703,9 @@ void CSProTextReaderTest::whatHasNoMemberIsKept_data()
     row("special word behind an unknown one", in("value", "Value=1\nName=OTHER\nName=MISSING\n"),
         { "L/R/I/S/#1 Name=OTHER 20", "L/R/I/S/#1 repeated Name=MISSING 21" });
     row("label behind a value without one", in("value", "Value=1\nLabel=a\n"), { "L/R/I/S/#1 repeated Label=a 20" });
+    row("date format behind another capture",
+        in("item", "Name=I\nCaptureType=Date\nCaptureDateFormat=DDMM\nCaptureType=Photo\nCaptureDateFormat=MMDD\n"),
+        { "L/R/I repeated CaptureType=Date 15", "L/R/I CaptureDateFormat=MMDD 18" });
     row("unknown capture", in("item", "Name=I\nCaptureType=Foo\n"), { "L/R/I CaptureType=Foo 15" });
     row("no occurrence", in("record", "Name=R\nOccurrenceLabel=a,b\nOccurrenceLabel=1\n"),
         { "L/R OccurrenceLabel=a,b 13", "L/R OccurrenceLabel=1 14" });

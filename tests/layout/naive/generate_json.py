@@ -609,7 +609,7 @@ class JsonWriter:
                     data = data[:at] + self.rng.choice(bad) + data[at:]
         if "jsonCutFile" in self.kinds:
             data = data[: self.rng.randint(1, len(data) - 1)]
-        if "jsonChangedBytes" in self.kinds:
+        if "jsonChangedBytes" in self.kinds and len(data) > 4:
             for _ in range(self.rng.randint(1, 2)):
                 at = self.rng.randrange(4, len(data))
                 change = self.rng.choice([b"", b",", b'"', b"{", b"}", b"1", b"x", bytes([self.rng.randint(32, 126)])])
