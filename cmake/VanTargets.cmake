@@ -66,7 +66,8 @@ endfunction()
 
 # van_add_fuzzer(StataFuzzer.cpp DICTIONARY stata.dict SEEDS a/*.dta MADE_SEEDS *.dta): one libFuzzer program, part of the
 # target `fuzzers`. Its seeds are gathered in a folder: what is named, files made for the tests, and what stands under
-# its name in seeds/ and in finds/. LAYOUT is for a reader of exact layouts. VAN_FUZZ_SECONDS is how long its test goes on behind the seeds.
+# its name in seeds/ and in finds/. LAYOUT is for a reader of exact layouts. VAN_FUZZ_SECONDS is how long its test goes
+# on behind the seeds.
 function(van_add_fuzzer source)
     cmake_parse_arguments(arg "LAYOUT" "DICTIONARY" "SEEDS;MADE_SEEDS" ${ARGN})
     get_filename_component(name ${source} NAME_WE)

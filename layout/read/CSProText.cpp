@@ -88,9 +88,10 @@ void CSProTextReader::checkOccurrenceLabels(int occurrences)
 void CSProTextReader::finishSubitem()
 {
     if (!item->isSubitem) {
-        *holder = { true, item->name };
-    } else if (holder->isThere) {
-        item->subitemOf = holder->name;
+        holder = item->name;
+        hasHolder = true;
+    } else if (hasHolder) {
+        item->subitemOf = holder;
     } else {
         warn("subitem-without-item", QStringLiteral("there is no item before the subitem"), sectionLine);
     }

@@ -121,12 +121,12 @@ bool CSProTextLines::next(Statement &statement)
     return false;
 }
 
-// A carriage return right before the line feed is part of the line's end.
+// A carriage return right before the line feed, or before the end of the text, is part of the line's end.
 std::string_view CSProTextLines::readLine()
 {
     const size_t end = std::min(text.find('\n', position), text.size());
     std::string_view content = text.substr(position, end - position);
-    if (end < text.size() && !content.empty() && content.back() == '\r')
+    if (!content.empty() && content.back() == '\r')
         content.remove_suffix(1);
     position = end + 1;
     ++line;

@@ -54,12 +54,6 @@ private:
         QVector<OccurrenceLabel> *occurrenceLabels = nullptr;
     };
 
-    /// The last of some items that is no subitem.
-    struct Holder {
-        bool isThere = false;
-        QString name;
-    };
-
     static const Keys &dictionaryKeys();
     static const Keys &noKeys();
     static const Keys &levelKeys();
@@ -178,9 +172,8 @@ private:
     Level *level = nullptr;
     Record *record = nullptr;
     QVector<Item> *items = nullptr; ///< where the next item goes: to the ids of the level, or to the record
-    Holder *holder = nullptr;       ///< of these items
-    Holder idHolder;
-    Holder recordHolder;
+    QString holder;                 ///< name of the last of these items that is no subitem
+    bool hasHolder = false;
     Item *item = nullptr;
     Statement dateFormat; ///< the one that counts in the open item; its line is 0 for none
     int itemLevel = 0;    ///< index of the level of the open item

@@ -192,6 +192,9 @@ bool CSProTextReader::beginDictionary()
     if (hasDictionary)
         warn("repeated-section", QStringLiteral("[Dictionary] comes more than once; it is read as one section"),
              sectionLine);
+    else if (level)
+        warn("dictionary-behind-level", QStringLiteral("[Dictionary] comes behind [Level]; move it to the begin"),
+             sectionLine);
     if (hasDictionary)
         stated = dictionaryStatements;
     hasDictionary = true;
@@ -211,7 +214,6 @@ bool CSProTextReader::beginLevel()
     level = &addedTo(layout.levels);
     levelLines.push_back(sectionLine);
     setNamed(*level);
-    idHolder = Holder();
     return beginIdItems();
 }
 
@@ -221,7 +223,7 @@ bool CSProTextReader::beginIdItems()
     requireLevel();
     record = nullptr;
     items = &level->ids;
-    holder = &idHolder;
+    hasHolder = false;
     return true;
 }
 
@@ -230,8 +232,7 @@ bool CSProTextReader::beginRecord()
     requireLevel();
     record = &addedTo(level->records);
     items = &record->items;
-    recordHolder = Holder();
-    holder = &recordHolder;
+    hasHolder = false;
     setNamed(*record);
     named.occurrenceLabels = &record->occurrenceLabels;
     return true;

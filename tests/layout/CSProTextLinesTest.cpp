@@ -76,7 +76,7 @@ void CSProTextLinesTest::linesAreCutIntoStatements_data()
     row("two signs", "a=1&&\n2", { "1|a|1&2" });
     row("continuation at the end is kept", "a=1&", { "1|a|1" });
     row("continuation at the end with a line feed", "a=1&\n", { "1|a|1" });
-    row("a carriage return at the end of the text is no line end", "a=1&\r", { "1|a|1&" });
+    row("a carriage return at the end of the text is part of the line's end", "a=1&\r", { "1|a|1" });
     row("empty continuation", "a=1&\n\nb=2", { "1|a|1", "3|b|2" });
     row("continued comment", ".a&\nb=1\nc=2", { "3|c|2" });
     row("section", "[Item]\n[Item] x\n[Item]=y\n  [Item]  ", { "1|[Item]", "2|[Item] x", "3|[Item]|y", "4|[Item]" });

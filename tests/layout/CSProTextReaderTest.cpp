@@ -540,7 +540,7 @@ void CSProTextReaderTest::sectionsBelongToTheLastFittingOne_data()
     row("subitem behind a value set", "Level:L Record:R Item:A ValueSet:V SubItem:B ValueSet:W", "L() R(A+V A.B+W)");
     row("subitem of no item", "Level:L Item:X Record:R SubItem:A Item:B Record:S SubItem:C", "L(X) R(.A B) S(.C)");
     row("subitem of an id behind a record",
-        "Level:L IdItems Item:X Record:R Item:A IdItems SubItem:Y Level:M SubItem:Z", "L(X X.Y) R(A); M(.Z)");
+        "Level:L IdItems Item:X Record:R Item:A IdItems SubItem:Y Level:M SubItem:Z", "L(X .Y) R(A); M(.Z)");
     row("subitem of an id", "Level:L Item:X SubItem:Y", "L(X X.Y)");
     row("names in another case", "LEVEL:L iditems item:A RECORD:R valueset:V", "L(A+V) R()");
 }
@@ -649,6 +649,7 @@ void CSProTextReaderTest::everyFaultIsReportedWithItsPlace_data()
     row("second [Languages]", in("languages", "EN=a\n[Languages]\nFR=b\n"), { "warning misplaced-section 6 " });
     row("[Languages] behind a level", dictionaryPart + levelPart + idsPart + "[Languages]\nEN=a\n",
         { "warning languages-behind-level 11 " });
+    row("[Dictionary] behind a level", levelPart + idsPart + dictionaryPart, { "warning dictionary-behind-level 8 " });
     row("second [Dictionary]", dictionaryPart + levelPart + idsPart + "[Dictionary]\nName=E\n",
         { "warning repeated-section 11 ", "info repeated-key 12 " });
     row("label with more parts than languages", in("level", "Name=L\nLabel=a|b\n"),
