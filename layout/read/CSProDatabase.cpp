@@ -206,7 +206,7 @@ void readDictionary(const QByteArray &bytes, Layout &layout, Diagnostics &diagno
         readCSProJson(bytes, layout, diagnostics);
     if (const Problem *error = layout.error()) {
         const QString message = QStringLiteral("the dictionary in the database cannot be read: %1").arg(error->message);
-        diagnostics.fail("damaged-database", message, error->line);
+        diagnostics.fail("damaged-dictionary", message, error->line);
         return;
     }
     layout.container = QStringLiteral("csdb");
