@@ -200,7 +200,8 @@ QByteArray utf8Of(const QByteArray &bytes)
 
 void readDictionary(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)
 {
-    if (isCSProText(bytes.left(headSize)))
+    const QByteArray head = bytes.left(headSize);
+    if (isCSProText(head) && !isCSProJson(head))
         readCSProText(bytes, layout, diagnostics);
     else
         readCSProJson(bytes, layout, diagnostics);

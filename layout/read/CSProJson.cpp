@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 
 namespace vanlayout
 {
@@ -36,10 +37,10 @@ int behindComment(const QByteArray &bytes, int begin)
     return end + (isBlock ? 2 : 1);
 }
 
-// The first byte that is neither white space nor comment; NUL where there is none.
-char firstByte(const QByteArray &bytes)
+// The next byte from \a position on that is neither white space nor in a comment; the size of the bytes if there is
+// none.
+int nextByte(const QByteArray &bytes, int position)
 {
-    int position = beginOf(bytes);
     while (position < bytes.size()) {
         const QByteArray two = bytes.mid(position, 2);
         if (two == "//" || two == "/*")
@@ -47,9 +48,22 @@ char firstByte(const QByteArray &bytes)
         else if (isSpace(bytes.at(position)))
             ++position;
         else
-            return bytes.at(position);
+            break;
     }
-    return '\0';
+    return position;
+}
+
+char byteAt(const QByteArray &bytes, int position)
+{
+    return position < bytes.size() ? bytes.at(position) : '\0';
+}
+
+// A bracket alone may also begin the text form, whose names of sections begin with a letter.
+bool isList(const QByteArray &bytes)
+{
+    const int begin = nextByte(bytes, beginOf(bytes));
+    const char entry = byteAt(bytes, nextByte(bytes, begin + 1));
+    return byteAt(bytes, begin) == '[' && entry != '\0' && std::strchr("{[]\"-0123456789", entry);
 }
 
 constexpr int escapeSize = 6;
@@ -148,11 +162,15 @@ bool parse(const QByteArray &bytes, CSProJsonDraft &draft, Diagnostics &diagnost
 
 bool isCSProJson(const QByteArray &head)
 {
-    return firstByte(head) == '{';
+    return byteAt(head, nextByte(head, beginOf(head))) == '{' || isList(head);
 }
 
 void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)
 {
+    if (isList(bytes.left(headSize))) {
+        diagnostics.fail("no-dictionary", QStringLiteral("the file is a JSON list, not a CSPro dictionary"));
+        return;
+    }
     QByteArray content = bytes;
     const bool hasHalfPairs = mendSurrogates(content);
     CSProJsonFindings findings(layout, diagnostics);

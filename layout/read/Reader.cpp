@@ -22,8 +22,8 @@ const std::vector<FileFormat> &fileFormats()
     static const std::vector<FileFormat> formats = {
         {isCSProDatabase, readCSProDatabase},
         {isStatFile, readStatFile},
-        {isCSProText, readCSProText},
         {isCSProJson, readCSProJson},
+        {isCSProText, readCSProText},
     };
     return formats;
 }

@@ -555,6 +555,9 @@ void CSProJsonLayoutTest::fileThatIsNoDictionaryIsNamed_data()
     QTest::newRow("GeoJSON") << QByteArray(R"({"type":"FeatureCollection","name":"x","features":[{"levels":[]}]})")
                              << "none of the keys";
     QTest::newRow("package description") << QByteArray(R"({"name":"x","version":"1.0.0"})") << "none of the keys";
+    QTest::newRow("list of objects") << QByteArray("[ {\"levels\":[]} ]") << "a JSON list";
+    QTest::newRow("list of numbers behind a comment") << QByteArray("// x\n[1]") << "a JSON list";
+    QTest::newRow("empty list") << QByteArray("\xef\xbb\xbf []") << "a JSON list";
     QTest::newRow("empty object") << QByteArray("{}") << "none of the keys";
     QTest::newRow("levels that are no list") << QByteArray(R"({"levels":3})") << "none of the keys";
 }
