@@ -40,19 +40,29 @@ void readWith(Input &input, Layout &layout, Diagnostics &diagnostics)
         diagnostics.fail("unknown-format", describeUnknownFile(input.head));
 }
 
+// Why the bytes of a short file end: an empty text at its end, the problem of a device that fails. Reading alone shows
+// which of both it is.
+QString problemBehind(QIODevice &device)
+{
+    const qint64 begin = device.pos();
+    QString problem;
+    readAllOf(device, problem);
+    device.seek(begin);
+    return problem;
+}
+
 // The device is at the position where the file begins, and can go back there.
 void readDevice(QIODevice &device, const QString &path, const ReadOptions &options, Layout &layout)
 {
     Diagnostics diagnostics(layout);
     const QByteArray head = device.peek(headSize);
+    const QString problem = head.size() < headSize ? problemBehind(device) : QString();
+    if (!problem.isEmpty()) {
+        diagnostics.fail("cannot-read", problem);
+        return;
+    }
     if (head.isEmpty()) {
-        // A device that fails also has no bytes; reading one says which of both it is.
-        QString problem;
-        readAllOf(device, problem);
-        if (problem.isEmpty())
-            diagnostics.fail("empty-file", QStringLiteral("the file is empty"));
-        else
-            diagnostics.fail("cannot-read", problem);
+        diagnostics.fail("empty-file", QStringLiteral("the file is empty"));
         return;
     }
     Input input = { device, path, head, options };

@@ -4,26 +4,37 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cstring>
+#include <utility>
+
 using namespace vanlayout;
 
 namespace
 {
 
-// Has no bytes and says that reading failed.
+// Has some bytes and says that reading failed behind them.
 class FailingDevice : public QIODevice
 {
 public:
-    explicit FailingDevice(bool sequential)
+    FailingDevice(bool sequential, QByteArray readableBytes)
         : isPipe(sequential)
+        , bytes(std::move(readableBytes))
     {
-        open(QIODevice::ReadOnly);
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
     bool isSequential() const override { return isPipe; }
     qint64 size() const override { return 1000; }
 
 protected:
-    qint64 readData(char * /*data*/, qint64 /*size*/) override
+    qint64 readData(char *data, qint64 size) override
     {
+        const qint64 begin = isPipe ? taken : pos();
+        const qint64 count = qMin(size, bytes.size() - begin);
+        if (count > 0) {
+            memcpy(data, bytes.constData() + begin, size_t(count));
+            taken += count;
+            return count;
+        }
         setErrorString("the disk is broken");
         return -1;
     }
@@ -31,6 +42,8 @@ protected:
 
 private:
     bool isPipe;
+    QByteArray bytes;
+    qint64 taken = 0; // of a pipe
 };
 
 Layout layoutOf(QByteArray bytes)
@@ -122,14 +135,24 @@ void ReaderTest::aFolderIsAnError()
 void ReaderTest::anErrorOfTheDeviceIsAnError_data()
 {
     QTest::addColumn<bool>("isSequential");
-    QTest::newRow("file") << false;
-    QTest::newRow("pipe") << true;
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray dictionary = "[Dictionary]\nName=D\n";
+    for (const bool isSequential : { false, true }) {
+        const char *kind = isSequential ? "pipe" : "file";
+        QTest::addRow("%s, at its first byte", kind) << isSequential << QByteArray();
+        QTest::addRow("%s, SPSS", kind) << isSequential << QByteArray("$FL2@(#) SPSS DATA FILE");
+        QTest::addRow("%s, Stata", kind) << isSequential << QByteArray("<stata_dta><header>");
+        QTest::addRow("%s, text", kind) << isSequential << dictionary;
+        QTest::addRow("%s, text behind the first block", kind) << isSequential << dictionary + QByteArray(300000, '\n');
+        QTest::addRow("%s, JSON", kind) << isSequential << QByteArray("{ \"software\": ");
+    }
 }
 
 void ReaderTest::anErrorOfTheDeviceIsAnError()
 {
     QFETCH(bool, isSequential);
-    FailingDevice device(isSequential);
+    QFETCH(QByteArray, bytes);
+    FailingDevice device(isSequential, bytes);
     const Layout layout = readLayout(device, "name");
     QVERIFY(!layout.isRead());
     QCOMPARE(layout.error()->id, QString("cannot-read"));
