@@ -220,7 +220,7 @@ def to_object(node):
 
 def to_version(node):
     """The number with one decimal at least."""
-    plain = "{:f}".format(Decimal(repr(float(to_number(node)))))
+    plain = "{:f}".format(Decimal(repr(float(to_number(node)) + 0.0)))  # -0 is 0
     return plain if "." in plain else plain + ".0"
 
 
