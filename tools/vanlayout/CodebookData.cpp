@@ -1,5 +1,6 @@
 #include "CodebookData.h"
 
+#include "DeviceStream.h"
 #include "ExportedVariable.h"
 #include "Json.h"
 #include "Records.h"
@@ -16,38 +17,6 @@
 
 namespace
 {
-
-/// What RapidJSON writes to: a device, which is handed large pieces.
-class DeviceStream
-{
-public:
-    using Ch = char;
-
-    explicit DeviceStream(QIODevice &output)
-        : device(output)
-    {
-        piece.reserve(pieceSize);
-    }
-
-    void Put(char byte)
-    {
-        piece += byte;
-        if (piece.size() == pieceSize)
-            Flush();
-    }
-
-    void Flush()
-    {
-        device.write(piece);
-        piece.resize(0);
-    }
-
-private:
-    static constexpr int pieceSize = 1 << 16;
-
-    QIODevice &device;
-    QByteArray piece;
-};
 
 using Json = rapidjson::Writer<DeviceStream>;
 

@@ -1,10 +1,8 @@
 #include "Export.h"
 
 #include "ExportedVariable.h"
+#include "StreamedJson.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QUrl>
 
 namespace
@@ -48,52 +46,60 @@ const char *datatypeOf(ValueKind kind, bool isInColumns)
     return "string";
 }
 
-class CsvwTable
+class CsvwWriter
 {
 public:
-    explicit CsvwTable(const Layout &source)
+    CsvwWriter(const Layout &source, QIODevice &device)
         : layout(source)
+        , json(device)
         , isInColumns(hasColumns(source))
     {
     }
 
-    QJsonObject table() const
+    void write()
     {
         const QString title = wholeCharacters(titleOf(layout));
-        return {
-            { QStringLiteral("@context"), QStringLiteral("http://www.w3.org/ns/csvw") },
-            { QStringLiteral("@type"), QStringLiteral("Table") },
-            { QStringLiteral("url"), QString::fromLatin1(QUrl::toPercentEncoding(title)) + QLatin1String(".csv") },
-            { QStringLiteral("dc:title"), title },
-            { QStringLiteral("tableSchema"), QJsonObject{ { QStringLiteral("columns"), columns() } } },
-        };
+        json.beginObject();
+        json.member("@context", QStringLiteral("http://www.w3.org/ns/csvw"));
+        json.member("@type", QStringLiteral("Table"));
+        json.member("dc:title", title);
+        json.key("tableSchema");
+        json.beginObject();
+        json.key("columns");
+        writeColumns();
+        json.endObject();
+        json.member("url", QString::fromLatin1(QUrl::toPercentEncoding(title)) + QLatin1String(".csv"));
+        json.endObject();
+        json.finish();
     }
 
 private:
-    QJsonArray columns() const
+    void writeColumns()
     {
         const QList<TVpSourceField *> &fields = *layout.provider.getFields();
         const QStringList names = uniqueNames(fields, columnName);
-        QJsonArray columns;
+        json.beginArray();
         for (int i = 0; i < fields.size(); ++i)
-            columns.append(column(*fields.at(i), names.at(i)));
-        return columns;
+            writeColumn(*fields.at(i), names.at(i));
+        json.endArray();
     }
 
-    QJsonObject column(const TVpSourceField &field, const QString &name) const
+    void writeColumn(const TVpSourceField &field, const QString &name)
     {
-        QJsonObject column{ { QStringLiteral("name"), name }, { QStringLiteral("datatype"), datatype(field) } };
-        if (!field.fieldName.isEmpty())
-            column.insert(QLatin1String("titles"), wholeCharacters(field.fieldName));
+        json.beginObject();
+        json.member("datatype", datatype(field));
         if (!field.label.isEmpty())
-            column.insert(QLatin1String("dc:description"), wholeCharacters(field.label));
+            json.member("dc:description", wholeCharacters(field.label));
+        json.member("name", name);
         const QStringList missingCodes = missingCodesOf(field);
         if (!missingCodes.isEmpty())
-            column.insert(QLatin1String("null"), nulls(missingCodes));
+            writeNulls(missingCodes);
         const QVector<Category> categories = categoriesOf(field);
         if (!categories.isEmpty())
-            column.insert(QLatin1String("qb:codeList"), codeList(categories));
-        return column;
+            writeCodeList(categories);
+        if (!field.fieldName.isEmpty())
+            json.member("titles", wholeCharacters(field.fieldName));
+        json.endObject();
     }
 
     QJsonObject datatype(const TVpSourceField &field) const
@@ -113,33 +119,41 @@ private:
     }
 
     // An empty cell is null by default, and stays so beside the codes.
-    static QJsonArray nulls(const QStringList &codes)
+    void writeNulls(const QStringList &codes)
     {
-        QJsonArray nulls{ QString() };
+        json.key("null");
+        json.beginArray();
+        json.value(QString());
         for (const QString &code : codes)
-            nulls.append(wholeCharacters(code));
-        return nulls;
+            json.value(wholeCharacters(code));
+        json.endArray();
     }
 
-    static QJsonObject codeList(const QVector<Category> &categories)
+    void writeCodeList(const QVector<Category> &categories)
     {
-        QJsonArray concepts;
+        json.key("qb:codeList");
+        json.beginObject();
+        json.member("@type", QStringLiteral("skos:ConceptScheme"));
+        json.key("skos:hasTopConcept");
+        json.beginArray();
         for (const Category &category : categories)
-            concepts.append(topConcept(category));
-        return { { QStringLiteral("@type"), QStringLiteral("skos:ConceptScheme") },
-                 { QStringLiteral("skos:hasTopConcept"), concepts } };
+            writeConcept(category);
+        json.endArray();
+        json.endObject();
     }
 
-    static QJsonObject topConcept(const Category &category)
+    void writeConcept(const Category &category)
     {
-        QJsonObject result{ { QStringLiteral("@type"), QStringLiteral("skos:Concept") },
-                            { QStringLiteral("skos:notation"), wholeCharacters(category.code) } };
+        json.beginObject();
+        json.member("@type", QStringLiteral("skos:Concept"));
+        json.member("skos:notation", wholeCharacters(category.code));
         if (!category.label.isEmpty())
-            result.insert(QLatin1String("skos:prefLabel"), wholeCharacters(category.label));
-        return result;
+            json.member("skos:prefLabel", wholeCharacters(category.label));
+        json.endObject();
     }
 
     const Layout &layout;
+    StreamedJson json;
     bool isInColumns;
 };
 
@@ -147,5 +161,5 @@ private:
 
 void writeCsvw(const Layout &layout, QIODevice &device)
 {
-    device.write(QJsonDocument(CsvwTable(layout).table()).toJson());
+    CsvwWriter(layout, device).write();
 }

@@ -2,6 +2,8 @@
 
 #include "ExportedVariable.h"
 #include "Resource.h"
+#include "StreamedJson.h"
+#include "util/KeyedHash_p.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -9,6 +11,7 @@
 #include <QMap>
 
 #include <cmath>
+#include <functional>
 #include <iterator>
 
 namespace
@@ -21,44 +24,57 @@ constexpr double largestExact = 9007199254740991.0;
 class RecordSchema
 {
 public:
-    explicit RecordSchema(const Layout &source)
+    RecordSchema(const Layout &source, StreamedJson &output)
         : layout(source)
+        , json(output)
         , isInColumns(hasColumns(source))
     {
     }
 
-    QJsonObject schema() const
+    void write()
     {
-        return { { QStringLiteral("title"), QStringLiteral("Record of the data") },
-                 { QStringLiteral("type"), QStringLiteral("object") },
-                 { QStringLiteral("properties"), properties() },
-                 { QStringLiteral("additionalProperties"), false } };
+        json.beginObject();
+        json.member("additionalProperties", false);
+        json.key("properties");
+        writeProperties();
+        json.member("title", QStringLiteral("Record of the data"));
+        json.member("type", QStringLiteral("object"));
+        json.endObject();
     }
 
 private:
-    // In the order of the keys, in which an object grows at its end.
-    QJsonObject properties() const
+    void writeProperties()
     {
         const QList<TVpSourceField *> &fields = *layout.provider.getFields();
         const QStringList names = uniqueNames(fields, wholeCharacters);
         QMap<QString, const TVpSourceField *> sorted;
         for (int i = 0; i < fields.size(); ++i)
             sorted.insert(names.at(i), fields.at(i));
-        QJsonObject properties;
-        for (auto field = sorted.cbegin(); field != sorted.cend(); ++field)
-            properties.insert(field.key(), property(*field.value(), field.key()));
-        return properties;
+        json.beginObject();
+        for (auto field = sorted.cbegin(); field != sorted.cend(); ++field) {
+            json.key(field.key());
+            writeProperty(*field.value(), field.key());
+        }
+        json.endObject();
     }
 
-    QJsonObject property(const TVpSourceField &field, const QString &key) const
+    void writeProperty(const TVpSourceField &field, const QString &key)
     {
+        const QString title = propertyTitle(field, key);
         const QVector<Category> categories = categoriesOf(field);
         const ValueKind kind = kindOf(field);
-        QJsonObject property = categories.isEmpty() ? values(field, kind) : typeSchema(kind);
-        property.insert(QLatin1String("title"), propertyTitle(field, key));
-        if (!categories.isEmpty())
-            property.insert(QLatin1String("anyOf"), alternatives(field, kind, categories));
-        return property;
+        if (categories.isEmpty()) {
+            QJsonObject property = values(field, kind);
+            property.insert(QLatin1String("title"), title);
+            json.value(property);
+            return;
+        }
+        json.beginObject();
+        json.key("anyOf");
+        writeAlternatives(field, kind, categories);
+        json.member("title", title);
+        json.members(typeSchema(kind));
+        json.endObject();
     }
 
     // The label; the name stands in front where the key is another.
@@ -72,15 +88,16 @@ private:
 
     // Any value in the bounds, or a code: a value set need not list every value, and a missing code need not lie in the
     // bounds. A code that is no value of the variable's type cannot stand in a record.
-    QJsonArray alternatives(const TVpSourceField &field, ValueKind kind, const QVector<Category> &categories) const
+    void writeAlternatives(const TVpSourceField &field, ValueKind kind, const QVector<Category> &categories)
     {
-        QJsonArray alternatives{ values(field, kind) };
+        json.beginArray();
+        json.value(values(field, kind));
         for (const Category &category : categories) {
             const QJsonValue value = valueOf(category.code, kind);
             if (!value.isUndefined())
-                alternatives.append(codeSchema(category, value));
+                writeCode(category, value);
         }
-        return alternatives;
+        json.endArray();
     }
 
     QJsonObject values(const TVpSourceField &field, ValueKind kind) const
@@ -106,14 +123,15 @@ private:
         return { { QStringLiteral("type"), QLatin1String(names[int(kind)]) } };
     }
 
-    static QJsonObject codeSchema(const Category &category, const QJsonValue &value)
+    void writeCode(const Category &category, const QJsonValue &value)
     {
-        QJsonObject code{ { QStringLiteral("const"), value } };
-        if (!category.label.isEmpty())
-            code.insert(QLatin1String("title"), wholeCharacters(category.label));
+        json.beginObject();
+        json.member("const", value);
         if (category.isMissing)
-            code.insert(QLatin1String("description"), QStringLiteral("stands for a missing value"));
-        return code;
+            json.member("description", QStringLiteral("stands for a missing value"));
+        if (!category.label.isEmpty())
+            json.member("title", wholeCharacters(category.label));
+        json.endObject();
     }
 
     // Undefined, which an object takes for nothing, where the code is no value of that kind that JSON holds exactly.
@@ -128,6 +146,7 @@ private:
     }
 
     const Layout &layout;
+    StreamedJson &json;
     bool isInColumns;
 };
 
@@ -155,8 +174,29 @@ QString namePattern(const QString &name)
     return pattern + QLatin1Char('$');
 }
 
-// Of the names of this layout alone.
-QJsonObject nameSchema(const QList<TVpSourceField *> &fields)
+void writeEnum(const QStringList &texts, StreamedJson &json)
+{
+    json.key("enum");
+    json.beginArray();
+    for (const QString &text : texts)
+        json.value(text);
+    json.endArray();
+}
+
+// Each text once, where it comes first.
+QStringList distinct(const QStringList &texts)
+{
+    KeyedSet<QString> known;
+    QStringList all;
+    for (const QString &text : texts) {
+        if (known.insert(text).second)
+            all.append(text);
+    }
+    return all;
+}
+
+// The member that allows the names of this layout alone.
+void writeNames(const QList<TVpSourceField *> &fields, StreamedJson &json)
 {
     QStringList names;
     QStringList patterns;
@@ -166,17 +206,20 @@ QJsonObject nameSchema(const QList<TVpSourceField *> &fields)
         else
             patterns.append(namePattern(field->fieldName));
     }
-    names.removeDuplicates();
-    patterns.removeDuplicates();
-    QJsonObject listed{ { QStringLiteral("enum"), QJsonArray::fromStringList(names) } };
-    if (patterns.isEmpty())
-        return listed;
-    QJsonArray alternatives;
-    if (!names.isEmpty())
-        alternatives.append(listed);
-    for (const QString &pattern : qAsConst(patterns))
-        alternatives.append(QJsonObject{ { QStringLiteral("pattern"), pattern } });
-    return { { QStringLiteral("anyOf"), alternatives } };
+    if (patterns.isEmpty()) {
+        writeEnum(distinct(names), json);
+        return;
+    }
+    json.key("anyOf");
+    json.beginArray();
+    if (!names.isEmpty()) {
+        json.beginObject();
+        writeEnum(distinct(names), json);
+        json.endObject();
+    }
+    for (const QString &pattern : distinct(patterns))
+        json.value(QJsonObject{ { QStringLiteral("pattern"), pattern } });
+    json.endArray();
 }
 
 // The object with these members at the end of the path, beside those that are there.
@@ -192,18 +235,65 @@ QJsonObject extended(QJsonObject object, const QStringList &path, const QJsonObj
     return object;
 }
 
-// The definitions of any layout's JSON form, narrowed to this one: so many variables, of these names, and no error.
-QJsonObject layoutDefinitions(const QList<TVpSourceField *> &fields)
+// The definitions of any layout's JSON form, narrowed to so many variables and to no error.
+QJsonObject layoutDefinitions(int variables)
 {
     const QByteArray schema = resource(QStringLiteral(":/export/layout.schema.json"));
     QJsonObject definitions = QJsonDocument::fromJson(schema).object().value(QLatin1String("$defs")).toObject();
     definitions.remove(QStringLiteral("failure"));
-    const QJsonObject count{ { QStringLiteral("minItems"), fields.size() },
-                             { QStringLiteral("maxItems"), fields.size() } };
-    definitions = extended(definitions,
-                           { QStringLiteral("layout"), QStringLiteral("properties"), QStringLiteral("fields") }, count);
-    return extended(definitions, { QStringLiteral("field"), QStringLiteral("properties"), QStringLiteral("name") },
-                    nameSchema(fields));
+    const QJsonObject count{ { QStringLiteral("minItems"), variables }, { QStringLiteral("maxItems"), variables } };
+    return extended(definitions, { QStringLiteral("layout"), QStringLiteral("properties"), QStringLiteral("fields") },
+                    count);
+}
+
+// Writes a member of an object, and answers true; or leaves it to the caller.
+using MemberWriter = std::function<bool(const QString &key, const QJsonValue &member)>;
+
+void writeObject(const QJsonObject &object, StreamedJson &json, const MemberWriter &writeMember)
+{
+    json.beginObject();
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        json.key(member.key());
+        if (!writeMember(member.key(), member.value()))
+            json.value(member.value());
+    }
+    json.endObject();
+}
+
+// The definition of a variable, with the names of this layout alone. These are many, and what was there of a name comes
+// behind them in the order of the keys.
+void writeFieldDefinition(const QJsonObject &definition, const QList<TVpSourceField *> &fields, StreamedJson &json)
+{
+    writeObject(definition, json, [&](const QString &key, const QJsonValue &member) {
+        if (key != QLatin1String("properties"))
+            return false;
+        writeObject(member.toObject(), json, [&](const QString &property, const QJsonValue &schema) {
+            if (property != QLatin1String("name"))
+                return false;
+            json.beginObject();
+            writeNames(fields, json);
+            json.members(schema.toObject());
+            json.endObject();
+            return true;
+        });
+        return true;
+    });
+}
+
+void writeDefinitions(const Layout &layout, StreamedJson &json)
+{
+    const QList<TVpSourceField *> &fields = *layout.provider.getFields();
+    QJsonObject definitions = layoutDefinitions(fields.size());
+    definitions.insert(QLatin1String("record"), QJsonValue::Null); // its place
+    writeObject(definitions, json, [&](const QString &key, const QJsonValue &definition) {
+        if (key == QLatin1String("record"))
+            RecordSchema(layout, json).write();
+        else if (key == QLatin1String("field"))
+            writeFieldDefinition(definition.toObject(), fields, json);
+        else
+            return false;
+        return true;
+    });
 }
 
 QJsonObject reference(const QString &definition)
@@ -215,16 +305,14 @@ QJsonObject reference(const QString &definition)
 
 void writeJsonSchema(const Layout &layout, QIODevice &device)
 {
-    QJsonObject definitions = layoutDefinitions(*layout.provider.getFields());
-    definitions.insert(QLatin1String("record"), RecordSchema(layout).schema());
-    const QJsonObject schema{
-        { QStringLiteral("$schema"), QStringLiteral("https://json-schema.org/draft/2020-12/schema") },
-        { QStringLiteral("$comment"),
-          QStringLiteral("Valid are the JSON form of this layout, and a record of its data.") },
-        { QStringLiteral("title"), wholeCharacters(titleOf(layout)) },
-        { QStringLiteral("anyOf"),
-          QJsonArray{ reference(QStringLiteral("layout")), reference(QStringLiteral("record")) } },
-        { QStringLiteral("$defs"), definitions },
-    };
-    device.write(QJsonDocument(schema).toJson());
+    StreamedJson json(device);
+    json.beginObject();
+    json.member("$comment", QStringLiteral("Valid are the JSON form of this layout, and a record of its data."));
+    json.key("$defs");
+    writeDefinitions(layout, json);
+    json.member("$schema", QStringLiteral("https://json-schema.org/draft/2020-12/schema"));
+    json.member("anyOf", QJsonArray{ reference(QStringLiteral("layout")), reference(QStringLiteral("record")) });
+    json.member("title", wholeCharacters(titleOf(layout)));
+    json.endObject();
+    json.finish();
 }
