@@ -11,6 +11,10 @@ if(VAN_SANITIZERS)
         -fno-sanitize-recover=undefined
         $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/ubsan.ignore>)
     target_link_options(van_sanitizers INTERFACE -fsanitize=${VAN_SANITIZERS})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+        target_compile_options(van_sanitizers INTERFACE
+            -fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/sanitizers.ignorelist)
+    endif()
 endif()
 
 # Properties of code that is ours: C++17 without extensions, nothing exported that is not marked.
