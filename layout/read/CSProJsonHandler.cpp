@@ -83,22 +83,22 @@ QString wordOf(const JsonKey &key)
 
 bool CSProJsonHandler::Null()
 {
-    return scalar({ Scalar::Null, false, nullptr, 0 });
+    return scalar({ Scalar::Type::Null, false, nullptr, 0 });
 }
 
 bool CSProJsonHandler::Bool(bool value)
 {
-    return scalar({ Scalar::Boolean, value, nullptr, 0 });
+    return scalar({ Scalar::Type::Boolean, value, nullptr, 0 });
 }
 
 bool CSProJsonHandler::RawNumber(const char *number, rapidjson::SizeType size, bool /*copy*/)
 {
-    return scalar({ Scalar::Number, false, number, int(size) });
+    return scalar({ Scalar::Type::Number, false, number, int(size) });
 }
 
 bool CSProJsonHandler::String(const char *text, rapidjson::SizeType size, bool /*copy*/)
 {
-    return scalar({ Scalar::Text, false, text, int(size) });
+    return scalar({ Scalar::Type::Text, false, text, int(size) });
 }
 
 bool CSProJsonHandler::Key(const char *text, rapidjson::SizeType size, bool /*copy*/)
@@ -185,7 +185,7 @@ void CSProJsonHandler::member(const Scalar &value)
         keep(strayReason, value);
         return;
     }
-    if (value.type == Scalar::Null)
+    if (value.type == Scalar::Type::Null)
         return;
     markValue();
     switch (key->shape) {
@@ -212,25 +212,25 @@ void CSProJsonHandler::member(const Scalar &value)
 // An entry of a list.
 void CSProJsonHandler::entry(const Scalar &value)
 {
-    const bool isText = value.type == Scalar::Text || value.type == Scalar::Number;
+    const bool isText = value.type == Scalar::Type::Text || value.type == Scalar::Type::Number;
     if (frames.back().element || !isText) {
         keep(Reason::WrongType, value);
         return;
     }
     draft.aliases->append(textOf(value));
-    if (value.type == Scalar::Number)
+    if (value.type == Scalar::Type::Number)
         informOfConversion(draft.aliases->constLast());
 }
 
 void CSProJsonHandler::setText(const Scalar &value)
 {
-    if (value.type == Scalar::Boolean) {
+    if (value.type == Scalar::Type::Boolean) {
         keep(Reason::WrongType, value);
         return;
     }
     const QString text = textOf(value);
     const JsonUse use = key->setText(draft, text);
-    if (value.type == Scalar::Number)
+    if (value.type == Scalar::Type::Number)
         informOfConversion(text);
     if (use != JsonUse::Held)
         keep(use == JsonUse::Extra ? Reason::NoPlace : Reason::UnknownWord, value);
@@ -238,12 +238,12 @@ void CSProJsonHandler::setText(const Scalar &value)
 
 void CSProJsonHandler::setInteger(const Scalar &value)
 {
-    const auto integer = value.type == Scalar::Boolean ? std::nullopt : integerOf(value.bytes, value.size);
+    const auto integer = value.type == Scalar::Type::Boolean ? std::nullopt : integerOf(value.bytes, value.size);
     if (!integer) {
         keep(Reason::WrongType, value);
         return;
     }
-    draft.isNumberText = value.type == Scalar::Text;
+    draft.isNumberText = value.type == Scalar::Type::Text;
     key->setInteger(draft, *integer);
     if (draft.isNumberText)
         informOfConversion(QString::number(*integer));
@@ -251,23 +251,23 @@ void CSProJsonHandler::setInteger(const Scalar &value)
 
 void CSProJsonHandler::setNumber(const Scalar &value)
 {
-    if (value.type == Scalar::Boolean || !numberOf(value.bytes, value.size)) {
+    if (value.type == Scalar::Type::Boolean || !numberOf(value.bytes, value.size)) {
         keep(Reason::WrongType, value);
         return;
     }
     const QString text = textOf(value);
     key->setText(draft, text);
-    if (value.type == Scalar::Text)
+    if (value.type == Scalar::Type::Text)
         informOfConversion(text);
 }
 
 void CSProJsonHandler::setBoolean(const Scalar &value)
 {
-    if (value.type == Scalar::Boolean) {
+    if (value.type == Scalar::Type::Boolean) {
         key->setBoolean(draft, value.boolean);
         return;
     }
-    const auto boolean = value.type == Scalar::Text ? booleanOf(value.bytes, value.size) : std::nullopt;
+    const auto boolean = value.type == Scalar::Type::Text ? booleanOf(value.bytes, value.size) : std::nullopt;
     if (!boolean) {
         keep(Reason::WrongType, value);
         return;
@@ -379,7 +379,7 @@ void CSProJsonHandler::skip(const Scalar &value)
 {
     if (skipping != Skipping::Range)
         return;
-    if (value.type == Scalar::Text || value.type == Scalar::Number)
+    if (value.type == Scalar::Type::Text || value.type == Scalar::Type::Number)
         rangeEnds.append(textOf(value));
     else
         isRangeSound = false;
@@ -389,16 +389,16 @@ void CSProJsonHandler::keep(Reason reason, const Scalar &value)
 {
     const std::string_view bytes(value.bytes, size_t(value.size));
     switch (value.type) {
-    case Scalar::Null:
+    case Scalar::Type::Null:
         keep(reason, QStringLiteral("null"));
         break;
-    case Scalar::Boolean:
+    case Scalar::Type::Boolean:
         keep(reason, value.boolean ? QStringLiteral("true") : QStringLiteral("false"));
         break;
-    case Scalar::Number:
+    case Scalar::Type::Number:
         keep(reason, QString::fromLatin1(value.bytes, value.size));
         break;
-    case Scalar::Text:
+    case Scalar::Type::Text:
         keep(reason, jsonSpellingOfText(bytes));
         break;
     }

@@ -54,7 +54,7 @@ public:
 private:
     // A value that is neither object nor list.
     struct Scalar {
-        enum Type { Null, Boolean, Number, Text };
+        enum class Type { Null, Boolean, Number, Text };
         Type type;
         bool boolean;
         const char *bytes; ///< of a number or a text
