@@ -284,7 +284,7 @@ private:
         return folder.run(arguments, tool);
     }
 
-    const ToolFolder folder;
+    ToolFolder folder;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutReadFailureTest)
