@@ -232,9 +232,10 @@ void finish(const StatFormat &format, const Input &input, const Outcome &outcome
             diagnostics.inform("reader-remark", QStringLiteral("While the file was read: %1").arg(collector.words()));
     } else if (collector.hasVariables()) {
         collector.finish();
-        diagnostics.warn("reading-ended",
-                         QStringLiteral("Reading ended behind the variables, and what follows them is not known: %1")
-                             .arg(outcome.words));
+        diagnostics.warn(
+            "reading-ended",
+            QStringLiteral("Reading ended after the variables, so value labels and notes may be missing: %1")
+                .arg(outcome.words));
     } else {
         diagnostics.fail(
             idOf(outcome.error),

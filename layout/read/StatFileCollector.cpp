@@ -124,7 +124,9 @@ void Collector::onError(const char *message, void *context)
 {
     auto *collector = static_cast<Collector *>(context);
     collector->run([=] {
-        if (collector->messages.size() < mostMessages)
+        // Some messages repeat the words of the error, with a number of the system that has nothing to do with it.
+        const bool isNew = !std::strstr(message, "(retval = ");
+        if (isNew && collector->messages.size() < mostMessages)
             collector->messages.append(asLine(message));
     });
 }

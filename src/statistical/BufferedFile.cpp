@@ -42,12 +42,7 @@ bool BufferedFile::canGoTo(qint64 place)
 
 qint64 BufferedFile::readAt(qint64 place, char *target, qint64 size)
 {
-    ssize_t count = lseek(descriptor, place, SEEK_SET) < 0 ? -1 : 0;
-    if (count == 0) {
-        do
-            count = ::read(descriptor, target, size_t(size));
-        while (count < 0 && errno == EINTR);
-    }
+    const qint64 count = readDescriptor(descriptor, place, target, size);
     if (count < 0 && firstError == 0)
         firstError = errno;
     return count;

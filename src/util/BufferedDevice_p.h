@@ -7,7 +7,8 @@
 
 class QIODevice;
 
-/// A device of Qt's, which is read whatever path the parser is given.
+/// A device of Qt's, which is read whatever path the parser is given. A file of the system is read past Qt's buffer,
+/// which would be filled anew at each place.
 class BufferedDevice : public BufferedSource
 {
 public:
@@ -22,9 +23,11 @@ public:
 
 private:
     bool openPath(const char *path) override;
+    qint64 readFrom(qint64 place, char *target, qint64 size);
     qint64 readAt(qint64 place, char *target, qint64 size) override;
 
     QIODevice &device;
+    int descriptor; ///< of a file of the system; -1 for another device
     qint64 start;
     QString firstProblem;
 };

@@ -1,13 +1,16 @@
 #include "util/BufferedSource_p.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
+
+#include <unistd.h>
 
 namespace
 {
 
 // A piece is small where the parser has gone to another place, and grows where it reads on.
-constexpr qint64 smallestPiece = 1 << 12;
+constexpr qint64 smallestPiece = 1 << 10;
 constexpr qint64 largestPiece = 1 << 16;
 
 BufferedSource *sourceOf(void *context)
@@ -33,6 +36,17 @@ void BufferedSource::attachTo(readstat_parser_t *parser)
     });
     readstat_set_update_handler(parser, [](long, readstat_progress_handler, void *, void *) { return READSTAT_OK; });
     readstat_set_io_ctx(parser, this);
+}
+
+qint64 BufferedSource::readDescriptor(int descriptor, qint64 place, char *target, qint64 size)
+{
+    if (lseek(descriptor, place, SEEK_SET) < 0)
+        return -1;
+    ssize_t count = 0;
+    do
+        count = ::read(descriptor, target, size_t(size));
+    while (count < 0 && errno == EINTR);
+    return count;
 }
 
 void BufferedSource::beginAt0(qint64 size)

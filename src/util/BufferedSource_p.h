@@ -35,6 +35,8 @@ protected:
     void beginAt0(qint64 size);
     /// Reads the first bytes for no one.
     void fill();
+    /// Some bytes of an open file of the system; -1 where it fails, and `errno` says why.
+    static qint64 readDescriptor(int descriptor, qint64 place, char *target, qint64 size);
     /// Bytes that are answered before there are no more, wherever they are.
     void setMostAnswered(qint64 bytes) { answersLeft = bytes; }
     bool hasAnsweredMost() const { return answersLeft <= 0; }

@@ -1,4 +1,4 @@
-// Makes the Stata and SPSS files of the tests in a folder.
+// Makes the Stata, SPSS and SAS files of the tests in a folder.
 
 #include "StatFile.h"
 
@@ -52,6 +52,42 @@ void everySpssType(const std::string &path, StatFile::Kind kind)
     file.save(path);
 }
 
+// A little of everything, in every format.
+void survey(const std::string &path, StatFile::Kind kind, int version = 0)
+{
+    StatFile file(kind, version);
+    const bool isSas = kind == StatFile::sas7bdat || kind == StatFile::xpt;
+    const readstat_label_set_t *yesNo
+        = isSas ? nullptr : file.labels("yesno", { { 1, "Yes" }, { 2, "No" }, { 9, "" } });
+    readstat_writer_set_file_label(file.writer(), "A small survey");
+    if (!isSas) {
+        for (const char *line : { "First line", "", "Third line" })
+            readstat_add_note(file.writer(), line);
+    }
+    readstat_variable_t *age = file.variable("AGE", READSTAT_TYPE_DOUBLE, "Age in years");
+    file.variable("MARRIED", READSTAT_TYPE_DOUBLE, "Married", isSas ? "YESNO1" : nullptr, yesNo);
+    file.variable("WORKS", READSTAT_TYPE_DOUBLE, "", isSas ? "YESNO" : nullptr, yesNo);
+    file.text("NAME", 20, "Name of the person");
+    if (kind == StatFile::sav || kind == StatFile::por) {
+        readstat_variable_add_missing_double_range(age, 97, 99);
+        readstat_variable_add_missing_double_value(age, -1);
+        readstat_writer_set_fweight_variable(file.writer(), age);
+    }
+    if (kind == StatFile::sav) {
+        file.text("REMARK", 300, "A very long text", nullptr,
+                  file.textLabels("remarks", { { "none at all", "None" } }));
+        readstat_variable_add_missing_string_value(file.text("WORD", 12, "A long text"), "unknown");
+    }
+    file.save(path, 3);
+}
+
+void catalog(const std::string &path)
+{
+    StatFile file(StatFile::sas7bcat);
+    file.labels("YESNO", { { 1, "Yes" }, { 2, "No" } });
+    file.save(path, 0);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -66,5 +102,12 @@ int main(int argc, char **argv)
     everySpssType(folder + "types.sav", StatFile::sav);
     everySpssType(folder + "types-rows.sav", StatFile::savOfRows);
     everySpssType(folder + "types.zsav", StatFile::zsav);
+    survey(folder + "survey.sav", StatFile::sav);
+    survey(folder + "survey.por", StatFile::por);
+    survey(folder + "survey.dta", StatFile::dta);
+    survey(folder + "survey.sas7bdat", StatFile::sas7bdat);
+    survey(folder + "survey-5.xpt", StatFile::xpt, 5);
+    survey(folder + "survey-8.xpt", StatFile::xpt, 8);
+    catalog(folder + "formats.sas7bcat");
     return 0;
 }
