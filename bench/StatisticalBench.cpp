@@ -1,5 +1,5 @@
 // What reading a Stata or SPSS file costs: as a whole process of the tool, beside a process that makes ReadStat's two
-// passes alone.
+// passes alone; the exact layout also beside the importers' fields of the same file.
 
 #include "GeneratedStatFile.h"
 #include "WholeProcess.h"
@@ -29,12 +29,42 @@ QString statFile(const StatFileShape &shape)
     return path;
 }
 
+std::string statFile(const benchmark::State &state, StatFile::Kind kind, bool isOneSet)
+{
+    return statFile({ kind, int(state.range(0)), int(state.range(1)), isOneSet, qint64(state.range(2)) }).toStdString();
+}
+
+std::vector<std::string> fieldsOf(const std::string &path)
+{
+    return { VAN_TOOL, "fields", "--format", "csv", path };
+}
+
+std::vector<std::string> exactLayoutOf(const std::string &path)
+{
+    return { VAN_TOOL, "show", "--format", "csv", path };
+}
+
+std::vector<std::string> passesOver(const std::string &path)
+{
+    return { VAN_STAT_PASSES_ONLY, path };
+}
+
 void wholeProcess(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
 {
-    const QString path = statFile({ kind, int(state.range(0)), int(state.range(1)), isOneSet, qint64(state.range(2)) });
-    const std::vector<std::string> command = { VAN_TOOL, "fields", "--format", "csv", path.toStdString() };
-    const std::vector<std::string> least = { VAN_STAT_PASSES_ONLY, path.toStdString() };
-    measureProcesses(state, *processRunner, command, least);
+    const std::string path = statFile(state, kind, isOneSet);
+    measureProcesses(state, *processRunner, fieldsOf(path), passesOver(path));
+}
+
+void exactBesideFields(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
+{
+    const std::string path = statFile(state, kind, isOneSet);
+    measureProcesses(state, *processRunner, exactLayoutOf(path), fieldsOf(path));
+}
+
+void exactBesidePasses(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
+{
+    const std::string path = statFile(state, kind, isOneSet);
+    measureProcesses(state, *processRunner, exactLayoutOf(path), passesOver(path));
 }
 
 // Variables in growing numbers with ten labels each, without rows and with so many that the largest file has 8 GB.
@@ -61,6 +91,12 @@ BENCHMARK_CAPTURE(wholeProcess, sav, StatFile::sav, false)->Apply(growing);
 BENCHMARK_CAPTURE(wholeProcess, dta, StatFile::dta, false)->Apply(growing);
 BENCHMARK_CAPTURE(wholeProcess, savOneSet, StatFile::sav, true)->Apply(shared);
 BENCHMARK_CAPTURE(wholeProcess, dtaOneSet, StatFile::dta, true)->Apply(shared);
+BENCHMARK_CAPTURE(exactBesideFields, sav, StatFile::sav, false)->Apply(growing);
+BENCHMARK_CAPTURE(exactBesideFields, dta, StatFile::dta, false)->Apply(growing);
+BENCHMARK_CAPTURE(exactBesideFields, savOneSet, StatFile::sav, true)->Apply(shared);
+BENCHMARK_CAPTURE(exactBesideFields, dtaOneSet, StatFile::dta, true)->Apply(shared);
+BENCHMARK_CAPTURE(exactBesidePasses, sav, StatFile::sav, false)->Apply(growing);
+BENCHMARK_CAPTURE(exactBesidePasses, dta, StatFile::dta, false)->Apply(growing);
 
 int main(int argc, char **argv)
 {
