@@ -348,7 +348,7 @@ private Q_SLOTS:
         qDeleteAll(*set.items);
     }
 
-    void setsThatDifferInANullValueAreToldApart()
+    void setsThatDifferInANullValueAreNotTakenForEachOther()
     {
         TCSProValueSet withNull;
         withNull.addItem(nullptr);

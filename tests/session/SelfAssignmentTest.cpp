@@ -32,41 +32,40 @@ template <typename Subject> void assignToItself(Subject &subject)
     subject = same;
 }
 
-/// Actions on an object of one class, whatever the class is. The texts that the actions answer say what the
-/// object holds.
+/// Actions on an object of one class, whatever the class is. They answer texts that say what the object holds.
 struct Case {
     std::function<QStringList()> alone;
     std::function<QStringList()> withCopy;
     QStringList expected;
 };
 
-/// The answer of `stateOf` for an object that `fill` has filled, that is then assigned to itself, alone or while a copy
-/// of it lives, and that `use` uses at the end.
+/// Makes the case of a class: `fill` fills an object, which is then assigned to itself, alone or while a copy of it
+/// lives; `answersOf` uses the object and says what it holds.
 template <typename Subject, typename... Arguments>
-Case caseOf(std::function<void(Subject &)> fill, std::function<QStringList(Subject &)> stateOf, QStringList expected,
+Case caseOf(std::function<void(Subject &)> fill, std::function<QStringList(Subject &)> answersOf, QStringList expected,
             Arguments... arguments)
 {
     const auto alone = [=] {
         Subject subject(arguments...);
         fill(subject);
         assignToItself(subject);
-        QStringList answers = stateOf(subject);
+        QStringList answers = answersOf(subject);
         assignToItself(subject);
-        return answers == stateOf(subject) ? answers : QStringList("the second assignment has changed something");
+        return answers == answersOf(subject) ? answers : QStringList("the second assignment has changed something");
     };
     const auto withCopy = [=] {
         Subject subject(arguments...);
         fill(subject);
         Subject copy(subject);
         assignToItself(subject);
-        const QStringList answers = stateOf(subject);
-        return answers == stateOf(copy) ? answers : QStringList("the copy holds something else");
+        const QStringList answers = answersOf(subject);
+        return answers == answersOf(copy) ? answers : QStringList("the copy holds something else");
     };
     return { alone, withCopy, std::move(expected) };
 }
 
 // The description of a field and its value; the value is set anew, so that the field is used.
-QStringList toldByField(TGenericField &field)
+QStringList answersOfField(TGenericField &field)
 {
     field.setAsString(QStringLiteral("17"));
     return { field.name, field.label, field.valueLabels, field.currentText() };
@@ -83,7 +82,7 @@ void fillField(TGenericField &field)
 
 template <typename Field, typename... Arguments> Case caseOfField(Arguments... arguments)
 {
-    return caseOf<Field>(fillField, toldByField, { "AGE", "Age", "1 One\t", "17" }, arguments...);
+    return caseOf<Field>(fillField, answersOfField, { "AGE", "Age", "1 One\t", "17" }, arguments...);
 }
 
 Case caseOfSourceField()
@@ -94,20 +93,20 @@ Case caseOfSourceField()
         field.length = 2;
         field.setDataProviderType(QStringLiteral("CSPRO"));
     };
-    const auto stateOf = [](TVpSourceField &field) {
+    const auto answersOf = [](TVpSourceField &field) {
         field.setDataProviderType(QStringLiteral("STATA"));
         return QStringList{ field.fieldName, field.DataProviderType, field.getStringValue(QStringLiteral("x17y")) };
     };
-    return caseOf<TVpSourceField>(fill, stateOf, { "AGE", "STATA", "17" });
+    return caseOf<TVpSourceField>(fill, answersOf, { "AGE", "STATA", "17" });
 }
 
 Case caseOfRecord()
 {
     const auto fill = [](TVpRecord &record) { TestAccess::name(record) = QStringLiteral("HOUSE"); };
-    const auto stateOf = [](TVpRecord &record) {
+    const auto answersOf = [](TVpRecord &record) {
         return QStringList{ record.nodeCaption(), QString::number(record.retrieveRecord("HOUSE") == &record) };
     };
-    return caseOf<TVpRecord>(fill, stateOf, { "HOUSE", "1" });
+    return caseOf<TVpRecord>(fill, answersOf, { "HOUSE", "1" });
 }
 
 Case caseOfQuestIndex()
@@ -117,9 +116,9 @@ Case caseOfQuestIndex()
         index.typeLength = 1;
         index.lines = &lines;
     };
-    const auto stateOf
+    const auto answersOf
         = [](TQuestIndex &index) { return QStringList{ QString::number(index.countRecords(QStringLiteral("1"))) }; };
-    return caseOf<TQuestIndex>(fill, stateOf, { "2" });
+    return caseOf<TQuestIndex>(fill, answersOf, { "2" });
 }
 
 Case caseOfLookup()
@@ -130,42 +129,44 @@ Case caseOfLookup()
         lookup.setSeparator(4); // which no line has
         lookup.setMaxMessages(1000000);
     };
-    const auto stateOf = [](TVpLookup &lookup) {
+    const auto answersOf = [](TVpLookup &lookup) {
         std::map<QString, int *> frequencies;
         QStringList errors;
         lookup.consistencyCheck(ccErrors, frequencies, &errors);
         return QStringList{ lookup.getId(), errors.value(0) };
     };
-    return caseOf<TVpLookup>(fill, stateOf, { "id", "1_Separator [:] does not exist" });
+    return caseOf<TVpLookup>(fill, answersOf, { "id", "1_Separator [:] does not exist" });
 }
 
 Case caseOfError()
 {
-    const auto stateOf = [](VpErrorManager &error) { return QStringList{ error.composeMessage() }; };
+    const auto answersOf = [](VpErrorManager &error) { return QStringList{ error.composeMessage() }; };
     const VpErrorManager error(QStringLiteral("CSPro"), 242, QStringLiteral("text"));
-    return caseOf<VpErrorManager>([](VpErrorManager &) {}, stateOf, { error.composeMessage() }, QStringLiteral("CSPro"),
-                                  242, QStringLiteral("text"));
+    return caseOf<VpErrorManager>([](VpErrorManager &) {}, answersOf, { error.composeMessage() },
+                                  QStringLiteral("CSPro"), 242, QStringLiteral("text"));
 }
 
 Case caseOfReport()
 {
     const auto fill = [](ReadReport &report) { report.add(NoteKind::missingKey, QStringLiteral("Name"), 7); };
-    const auto stateOf = [](ReadReport &report) {
+    const auto answersOf = [](ReadReport &report) {
         report.clear();
         report.add(NoteKind::missingKey, QStringLiteral("Label"), 8);
         return QStringList{ report.notes().front().text, QString::number(report.count(NoteKind::missingKey)) };
     };
-    return caseOf<ReadReport>(fill, stateOf, { "Label", "1" });
+    return caseOf<ReadReport>(fill, answersOf, { "Label", "1" });
 }
 
 Case caseOfNote()
 {
-    const auto stateOf = [](ReadNote &note) { return QStringList{ note.id(), note.text, QString::number(note.line) }; };
+    const auto answersOf = [](ReadNote &note) {
+        return QStringList{ note.id(), note.text, QString::number(note.line) };
+    };
     return caseOf<ReadNote>(
         [](ReadNote &note) {
             note = { NoteKind::missingKey, 7, QString(), QStringLiteral("Name") };
         },
-        stateOf, { ReadReport::idOf(NoteKind::missingKey), "Name", "7" });
+        answersOf, { ReadReport::idOf(NoteKind::missingKey), "Name", "7" });
 }
 
 Case caseOfDictionaryRecord()
@@ -174,11 +175,11 @@ Case caseOfDictionaryRecord()
         record.name = QStringLiteral("HOUSE");
         record.recordType = QStringLiteral("1");
     };
-    const auto stateOf = [](TCSProRecord &record) { return QStringList{ record.name, record.recordType }; };
-    return caseOf<TCSProRecord>(fill, stateOf, { "HOUSE", "1" });
+    const auto answersOf = [](TCSProRecord &record) { return QStringList{ record.name, record.recordType }; };
+    return caseOf<TCSProRecord>(fill, answersOf, { "HOUSE", "1" });
 }
 
-/// The actions of the tests on an importer of one format.
+/// Operations on an importer of one format.
 struct Format {
     std::unique_ptr<TDataImport> (*make)() = nullptr;
     std::unique_ptr<TDataImport> (*copy)(const TDataImport &importer) = nullptr;
@@ -296,8 +297,8 @@ private Q_SLOTS:
         copy->releaseContents();
     }
 
-    void openedImporterKeepsItsFieldsAndGivesThemBackOnce_data() { addFormats(); }
-    void openedImporterKeepsItsFieldsAndGivesThemBackOnce()
+    void openedImporterKeepsItsFieldsAndFreesThemOnce_data() { addFormats(); }
+    void openedImporterKeepsItsFieldsAndFreesThemOnce()
     {
         QFETCH(Format, format);
         const auto importer = format.make();
@@ -315,8 +316,8 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    void importerThatGaveBackCanBeOpened_data() { addFormats(); }
-    void importerThatGaveBackCanBeOpened()
+    void importerThatWasReleasedCanBeOpened_data() { addFormats(); }
+    void importerThatWasReleasedCanBeOpened()
     {
         QFETCH(Format, format);
         const auto importer = format.make();

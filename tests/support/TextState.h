@@ -7,7 +7,7 @@
 #include <initializer_list>
 #include <utility>
 
-/// How a text looks to a caller who asks `isNull()`: "null", "empty", or the text itself in quotes.
+/// Describes a text as a caller sees it who asks `isNull()`: "null", "empty", or the text itself in quotes.
 inline QString stateOf(const QString &text)
 {
     if (text.isNull())
