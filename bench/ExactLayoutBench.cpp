@@ -1,0 +1,139 @@
+// What reading the exact layout of a dictionary costs, inside a process and as `vanlayout show`, which is measured
+// beside `vanlayout fields` on the same file.
+
+#include "GeneratedDictionary.h"
+#include "WholeProcess.h"
+
+#include "read/Reader.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace
+{
+
+struct Form {
+    const char *name;
+    QByteArray (*generate)(int items, int values);
+};
+
+const Form text = { "text", generatedDictionary };
+const Form json = { "json", generatedJsonDictionary };
+
+ProcessRunner *processRunner = nullptr;
+
+// A generated dictionary on disk, for as long as the program runs.
+QString dictionaryFile(const Form &form, const benchmark::State &state)
+{
+    static const QTemporaryDir folder;
+    const QString name
+        = QStringLiteral("%1-%2x%3.dcf").arg(QLatin1String(form.name)).arg(state.range(0)).arg(state.range(1));
+    QFile file(folder.filePath(name));
+    if (!file.exists() && file.open(QIODevice::WriteOnly))
+        file.write(form.generate(int(state.range(0)), int(state.range(1))));
+    return file.fileName();
+}
+
+// What a list of items and their values would print.
+qint64 charactersOf(const vanlayout::Item &item)
+{
+    qint64 count = item.name.size() + item.labels.primary().size();
+    for (const vanlayout::ValueSet &set : item.valueSets) {
+        for (const vanlayout::Value &value : set.values)
+            count += value.labels.primary().size() + value.ranges.size();
+    }
+    return count;
+}
+
+qint64 charactersOf(const vanlayout::Layout &layout)
+{
+    qint64 count = 0;
+    for (const vanlayout::Level &level : layout.levels) {
+        for (const vanlayout::Record &record : level.records) {
+            for (const vanlayout::Item &item : record.items)
+                count += charactersOf(item);
+        }
+    }
+    return count;
+}
+
+void finish(benchmark::State &state, const QString &path)
+{
+    state.SetBytesProcessed(state.iterations() * QFile(path).size());
+    state.SetComplexityN(state.range(0) * (state.range(1) + 1));
+}
+
+void bytesOnly(benchmark::State &state, const Form &form)
+{
+    const QString path = dictionaryFile(form, state);
+    for (auto round : state) {
+        QFile file(path);
+        if (file.open(QIODevice::ReadOnly))
+            benchmark::DoNotOptimize(file.readAll());
+    }
+    finish(state, path);
+}
+
+void readAndWalk(benchmark::State &state, const Form &form)
+{
+    const QString path = dictionaryFile(form, state);
+    for (auto round : state) {
+        const vanlayout::Layout layout = vanlayout::readLayout(path);
+        if (!layout.isRead()) {
+            state.SkipWithError("there is no layout");
+            return;
+        }
+        benchmark::DoNotOptimize(charactersOf(layout));
+    }
+    finish(state, path);
+}
+
+// The counters `other_ms` and `ratio` are about the other command.
+void wholeProcess(benchmark::State &state, const Form &form, const char *format)
+{
+    const QString path = dictionaryFile(form, state);
+    const std::vector<std::string> show = { VAN_TOOL, "show", "--quiet", "--format", format, path.toStdString() };
+    const std::vector<std::string> fields = { VAN_TOOL, "fields", "--format", format, path.toStdString() };
+    measureProcesses(state, *processRunner, show, fields);
+    finish(state, path);
+}
+
+void growing(benchmark::internal::Benchmark *bench)
+{
+    for (const int items : { 100, 1000, 10000, 100000 })
+        bench->Args({ items, 10 });
+    bench->ArgNames({ "items", "values" })->Unit(benchmark::kMillisecond);
+}
+
+// One item with very many values, and items without any.
+void lopsided(benchmark::internal::Benchmark *bench)
+{
+    for (const int values : { 10000, 100000, 1000000 })
+        bench->Args({ 1, values });
+    bench->Args({ 10000, 0 });
+    bench->ArgNames({ "items", "values" })->Unit(benchmark::kMillisecond);
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(bytesOnly, text, text)->Apply(growing)->Complexity();
+BENCHMARK_CAPTURE(bytesOnly, json, json)->Apply(growing)->Complexity();
+BENCHMARK_CAPTURE(readAndWalk, text, text)->Apply(growing)->Complexity();
+BENCHMARK_CAPTURE(readAndWalk, json, json)->Apply(growing)->Complexity();
+BENCHMARK_CAPTURE(readAndWalk, text, text)->Apply(lopsided);
+BENCHMARK_CAPTURE(wholeProcess, textCsv, text, "csv")->Apply(growing)->UseManualTime()->Complexity();
+BENCHMARK_CAPTURE(wholeProcess, jsonCsv, json, "csv")->Apply(growing)->UseManualTime()->Complexity();
+BENCHMARK_CAPTURE(wholeProcess, textJson, text, "json")->Apply(growing)->UseManualTime()->Complexity();
+
+int main(int argc, char **argv)
+{
+    ProcessRunner runner;
+    processRunner = &runner;
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
