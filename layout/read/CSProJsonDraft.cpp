@@ -272,7 +272,8 @@ void CSProJsonDraft::setStart(int start)
 void CSProJsonDraft::setSubitemOffset(int offset)
 {
     statements.columns.subitemOffset = offset;
-    statements.isOffsetText = isNumberText;
+    const QLatin1String quotationMark(isNumberText ? "\"" : "");
+    statements.offset = quotationMark + QString::fromLatin1(number.data(), int(number.size())) + quotationMark;
 }
 
 void CSProJsonDraft::setLength(int length)
@@ -335,9 +336,7 @@ void CSProJsonDraft::endSubitem()
 
 void CSProJsonDraft::keepSubitemOffset()
 {
-    const QLatin1String quotationMark(statements.isOffsetText ? "\"" : "");
-    findings.addExtra(QStringLiteral("subitemOffset"),
-                      quotationMark + QString::number(*statements.columns.subitemOffset) + quotationMark, address);
+    findings.addExtra(QStringLiteral("subitemOffset"), statements.offset, address);
     findings.warn("unusable-offset", QStringLiteral("\"subitemOffset\" is for subitems that follow an item"), address);
 }
 

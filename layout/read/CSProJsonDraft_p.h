@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QSet>
 
+#include <string_view>
 #include <vector>
 
 namespace vanlayout
@@ -111,6 +112,7 @@ public:
     Label label;
     Capture capture;
 
+    std::string_view number;   ///< that is being set, as it is spelled
     bool isNumberText = false; ///< whether the number that is being set is stated as a text
 
     // where the entries of an open list go
@@ -122,7 +124,7 @@ private:
     // Statements on the open item that `Item` does not hold.
     struct ItemStatements {
         StoredColumns columns;
-        bool isOffsetText = false; ///< whether the offset of a subitem is stated as a text
+        QString offset; ///< of a subitem, in its JSON spelling
         bool hasLength = false;
         bool hasDecimalMark = false;
         bool hasZeroFill = false;

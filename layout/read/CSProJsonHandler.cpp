@@ -243,6 +243,7 @@ void CSProJsonHandler::setInteger(const Scalar &value)
         keep(Reason::WrongType, value);
         return;
     }
+    draft.number = std::string_view(value.bytes, size_t(value.size));
     draft.isNumberText = value.type == Scalar::Type::Text;
     key->setInteger(draft, *integer);
     if (draft.isNumberText)

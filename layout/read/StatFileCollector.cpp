@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 namespace vanlayout::stat
@@ -140,7 +141,8 @@ void Collector::takeMetadata(readstat_metadata_t *metadata)
         layout.encoding = QStringLiteral("utf-8");
     layout.name = textOf(metadata->table_name);
     layout.labels = labelsOf(textOf(metadata->file_label));
-    if (metadata->row_count >= 0)
+    // Files of SAS that do not state their rows have the 32 bits of -1 there.
+    if (metadata->row_count >= 0 && metadata->row_count != std::numeric_limits<quint32>::max())
         layout.rows = metadata->row_count;
     layout.created = clockOf(layout.format, metadata->creation_time, input.head);
     const std::optional<QString> modified = clockOf(layout.format, metadata->modified_time, input.head);

@@ -284,6 +284,7 @@ const Rule rules[] = {
     { "item: binary as a subitem",      Itm, R"("contentType":"Image","subitem":true)", "", R"({"type":"image","length":1})", "subitem=true", "unusable-subitem" },
     { "item: subitem without an item",  Itm, R"("subitem":true,"subitemOffset":2)", "", R"({"start":null})", "subitemOffset=2", "unusable-offset subitem-without-item no-start" },
     { "item: subitem false",            Itm, R"("subitem":false)", "", "{}", "", "" },
+    { "item: offset with an exponent",  Itm, R"("subitemOffset":1e2)", "", "{}", "subitemOffset=1e2", "unusable-offset" },
     { "item: subitemOffset of an item", Itm, R"("subitemOffset":"2")", "", "{}", R"(subitemOffset="2")", "converted-type unusable-offset" },
     { "item: start",                    Itm, R"("start":40)", "", R"({"start":40})", "", "" },
     { "item: length absent",            Itm, "", "length", R"({"length":0})", "", "missing-key" },
