@@ -1,7 +1,9 @@
 #include "StatLayout.h"
 
 #include "read/Formats_p.h"
+#include "read/StatFileCollector_p.h"
 
+#include <QBuffer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
@@ -9,6 +11,7 @@
 #include <clocale>
 #include <cmath>
 #include <cstring>
+#include <memory>
 
 using namespace vanlayout;
 
@@ -161,6 +164,7 @@ private slots:
     void rowsAreThoseOfTheFile_data();
     void rowsAreThoseOfTheFile();
     void rowsAreAbsentWhereAnSpssFileDoesNotStateThem();
+    void rowsAreAbsentWhereASasFileHasAllBitsSet();
     void noteHasTheLinesOfTheFile_data() { addKinds({ StatFile::sav, StatFile::zsav, StatFile::por, StatFile::dta }); }
     void noteHasTheLinesOfTheFile();
     void countOfStatasNotesIsNoNote();
@@ -495,6 +499,27 @@ void StatFileTest::rowsAreAbsentWhereAnSpssFileDoesNotStateThem()
     const Layout layout = layoutOf(bytes);
     QVERIFY(layout.isRead() && layout.problems.isEmpty());
     QVERIFY(!layout.rows);
+}
+
+// ReadStat hands the 32 bits over as they are.
+void StatFileTest::rowsAreAbsentWhereASasFileHasAllBitsSet()
+{
+    QBuffer device;
+    const ReadOptions options;
+    const Input input = { device, QString(), QByteArray(), options };
+    for (const qint64 rows : { qint64(4294967295), qint64(4294967294) }) {
+        Layout layout;
+        layout.format = Format::Sas;
+        Diagnostics diagnostics(layout);
+        stat::Collector collector(input, layout, diagnostics);
+        const std::unique_ptr<readstat_parser_t, void (*)(readstat_parser_t *)> parser(readstat_parser_init(),
+                                                                                       readstat_parser_free);
+        collector.attachTo(parser.get());
+        readstat_metadata_t metadata = {};
+        metadata.row_count = rows;
+        parser->handlers.metadata(&metadata, &collector);
+        QCOMPARE(layout.rows.has_value(), rows != 4294967295);
+    }
 }
 
 void StatFileTest::noteHasTheLinesOfTheFile()
