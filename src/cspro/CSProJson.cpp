@@ -316,8 +316,8 @@ bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int 
     const OwnedValueSet source(item.hasValueSets() ? item.getValueSet(0) : nullptr);
 
     constexpr int mostSuffixCharacters = 11;
-    valuesOfCopies += source ? qint64(count) * source->Count() : 0;
-    if (valuesOfCopies > mostValues || !hasRoom(count, qint64(count) * (item.name.size() + mostSuffixCharacters)))
+    if (!hasRoomForValues(count, source ? source->Count() : 0)
+        || !hasRoom(count, qint64(count) * (item.name.size() + mostSuffixCharacters)))
         return false;
     const int base = items->size();
     for (int k = 1; k <= count; ++k) {

@@ -17,14 +17,6 @@ class QJsonValue;
 class TCSProJson : public CSProDictionary
 {
 public:
-    /// The copies of repeated items have no more values than this: each has its own, so a small file could ask for any
-    /// number of them.
-#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
-    static constexpr qint64 mostValues = 4000;
-#else
-    static constexpr qint64 mostValues = 4000000;
-#endif
-
     TCSProJson();
     ~TCSProJson() override;
 
@@ -61,8 +53,6 @@ private:
     /// at least; with one the position goes by that, whatever the flag says. Nothing for a null record.
     void readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position, bool relativePositions,
                       bool decimalMarkDefault, bool zeroFillDefault);
-
-    qint64 valuesOfCopies = 0; ///< values that repeated items have asked for so far
 };
 
 /// How parts of a document are read: for the reader, and for what is told of it.

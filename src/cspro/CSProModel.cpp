@@ -94,6 +94,13 @@ bool CSProDictionary::hasRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
     return items->size() + itemsToCome <= mostItems && nameCharacters <= mostNameCharacters;
 }
 
+bool CSProDictionary::hasRoomForValues(qint64 occurrences, qint64 valuesOfEach)
+{
+    if (occurrences > 1)
+        repeatedValues += occurrences * valuesOfEach;
+    return repeatedValues <= mostRepeatedValues;
+}
+
 void cspro::freeContents(CSProDictionary &dictionary)
 {
     const std::unique_ptr<QList<TCSProItem *>> items(std::exchange(dictionary.items, nullptr));

@@ -126,14 +126,16 @@ public:
 class CSProDictionary : public QObject
 {
 public:
-    /// No dictionary holds more items than this, nor more characters in the names of occurrences: a few bytes of a file
-    /// can ask for any number of them.
+    /// No dictionary holds more items than this, nor more characters in the names of occurrences, nor more values of
+    /// repeated items, counted at each occurrence: a few bytes of a file can ask for any number of them.
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // the way is the same, and a thousand times as many can be tried
     static constexpr int mostItems = 1000;
     static constexpr qint64 mostNameCharacters = 250000;
+    static constexpr qint64 mostRepeatedValues = 4000;
 #else
     static constexpr int mostItems = 1000000;
     static constexpr qint64 mostNameCharacters = 250000000;
+    static constexpr qint64 mostRepeatedValues = 4000000;
 #endif
 
     CSProDictionary();
@@ -175,11 +177,15 @@ protected:
     /// Whether the dictionary may grow by so many items and so many characters in the names of occurrences. The
     /// characters count from then on.
     bool hasRoom(qint64 itemsToCome, qint64 nameCharactersToCome);
+    /// Whether so many occurrences may have so many values each. They count from then on; those of an item that occurs
+    /// once do not.
+    bool hasRoomForValues(qint64 occurrences, qint64 valuesOfEach);
 
     mutable TextCache texts; ///< of the texts that repeat
 
 private:
     qint64 nameCharacters = 0; ///< in the names of all occurrences so far
+    qint64 repeatedValues = 0; ///< of all occurrences so far
 };
 
 namespace cspro

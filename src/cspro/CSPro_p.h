@@ -99,6 +99,7 @@ private:
     void addOccurrences(const TCSProItem &item);
     void storeItem(TCSProItem *item);
     void requireRoom(qint64 itemsToCome, qint64 nameCharactersToCome);
+    void requireRoomFor(const TCSProValueSet &set);
 
     /// Adds the codes of a text that holds several of them, parted by blanks and colons; the last character in front of
     /// each colon is lost. Raises `ReadingGivenUp` unless the text is blank: no such text can be read to its end.

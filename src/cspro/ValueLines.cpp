@@ -400,6 +400,7 @@ void TCSPro::readValueSet(const TextLines &lines, int &index)
         report->nameVariable(firstNote, toldName());
     if (!isAccepted)
         return;
+    requireRoomFor(*set);
     attachValueSet(set.release());
 }
 
@@ -461,6 +462,15 @@ bool TCSPro::acceptDecimalCodes(TCSProValueSet *set, const std::vector<int> &lin
 int TCSPro::askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon)
 {
     return cspro::answerDecimalQuestion({ text, informativeText, title, icon }, messageBox);
+}
+
+// The copies share a set, but whoever writes their labels out has them once for each copy.
+void TCSPro::requireRoomFor(const TCSProValueSet &set)
+{
+    const int copies = currentItem->firstOccurrence == 0 ? 1 : currentOccurrences;
+    if (!hasRoomForValues(copies, set.Count()))
+        throw ReadingGivenUp(
+            QStringLiteral("asks for more than %1 value labels in the occurrences of items").arg(mostRepeatedValues));
 }
 
 // All copies of an occurring item share the set, unless they began the dictionary: then only the last copy has it.

@@ -90,6 +90,15 @@ QString smallDictionary()
         "[ValueSet]\r\nName=C_VS1\r\nValue='A';a\r\nValue=1 3:5;b\r\n\r\n[Relation]\r\nName=R\r\n");
 }
 
+// An item with so many value labels.
+QString repeatedItem(const QString &name, int occurrences, int values)
+{
+    QString text = QString("[Item]\nName=%1\nLen=4\nOccurrences=%2\n[ValueSet]\nName=V\n").arg(name).arg(occurrences);
+    for (int value = 0; value < values; ++value)
+        text += QString("Value=%1;label\n").arg(value);
+    return text;
+}
+
 } // namespace
 
 class CSProBadInputTest : public QObject
@@ -191,6 +200,40 @@ private Q_SLOTS:
         QCOMPARE(report.notes().back().line, 5);
         QCOMPARE(report.notes().back().text, QString("Name=B"));
         QVERIFY(dictionary.readProblem.startsWith("asks for more than "));
+    }
+
+    // The limit counts each value at each occurrence that has it: 2,000 values of 2,000 occurrences are the most.
+    void valuesOfOccurrencesAreBounded_data()
+    {
+        QTest::addColumn<int>("occurrences");
+        QTest::addColumn<QString>("itemInFront");
+        QTest::addColumn<bool>("isRead");
+        const QString other = "[Item]\nName=FIRST\n";
+        const QString full = other + repeatedItem("FULL", 2000, 2000);
+        QTest::newRow("at the limit") << 2000 << other << true;
+        QTest::newRow("beyond it") << 2001 << other << false;
+        QTest::newRow("beyond it together with another item") << 2 << full << false;
+        QTest::newRow("one occurrence counts nothing") << 1 << full << true;
+        QTest::newRow("the last occurrence alone has the set") << 2001 << QString() << true;
+    }
+    void valuesOfOccurrencesAreBounded()
+    {
+        QFETCH(int, occurrences);
+        QFETCH(QString, itemInFront);
+        QFETCH(bool, isRead);
+        QCOMPARE(TCSPro::mostRepeatedValues, qint64(2000) * 2000);
+        ReadReport report;
+        OwnedDictionary dictionary;
+        dictionary.report = &report;
+        const DebugCapture log;
+        const auto error = thrownBy(
+            [&] { dictionary.readFile(write((itemInFront + repeatedItem("A", occurrences, 2000)).toUtf8())); });
+        QCOMPARE(!error, isRead);
+        QCOMPARE(report.count(NoteKind::layoutGivenUp), isRead ? 0 : 1);
+        QCOMPARE(dictionary.readProblem,
+                 isRead ? QString() : QString("asks for more than 4000000 value labels in the occurrences of items"));
+        if (error)
+            QCOMPARE(error->getCode(), 242);
     }
 
     void endOfReadingAFileTooLargeIsTold()

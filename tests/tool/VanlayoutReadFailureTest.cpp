@@ -39,7 +39,7 @@ QByteArray lookupFile()
 
 const QStringList commandsOnOne[] = {
     { "fields", "--format", "table" }, { "fields", "--format", "csv" }, { "codebook", "-o", "-" },
-    { "export", "--to", "ddi" },     { "export", "--to", "csvw" },  { "export", "--to", "json-schema" },
+    { "export", "--to", "ddi" },       { "export", "--to", "csvw" },    { "export", "--to", "json-schema" },
 };
 
 } // namespace
@@ -196,6 +196,8 @@ private Q_SLOTS:
         QTest::newRow("items") << "items.dcf"
                                << QByteArray("asks for more than 1000000 items, or 250000000 characters in the names "
                                              "of occurrences");
+        QTest::newRow("value labels of occurrences")
+            << "values.dcf" << QByteArray("asks for more than 4000000 value labels in the occurrences of items");
     }
     void fileOverALimitIsNamedAsThat()
     {
@@ -207,6 +209,10 @@ private Q_SLOTS:
         folder.write("huge.json", "{\n");
         QVERIFY(QFile::resize(folder.filePath("huge.json"), (qint64(1) << 31) + 1));
         folder.write("items.dcf", "[Dictionary]\nName=D\n\n[Item]\nName=A\nStart=1\nLen=1\nOccurrences=1000001\n");
+        QByteArray values = "[Item]\nName=A\n\n[Item]\nName=B\nLen=4\nOccurrences=400001\n\n[ValueSet]\nName=V\n";
+        for (int value = 0; value < 10; ++value)
+            values += "Value=" + QByteArray::number(value) + ";label\n";
+        folder.write("values.dcf", values);
         const Run run = folder.run({ "fields", "--format", "json", file });
         verifyComplaint(run, file.toUtf8() + ": " + problem + '\n');
         const QJsonObject error = run.json().toObject().value("error").toObject();
