@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-/// A Stata, SPSS or SAS file that is put together and written through ReadStat's writer. The process ends with a message
-/// where ReadStat refuses something.
+/// A Stata, SPSS or SAS file that is put together and written through ReadStat's writer. The process ends with a
+/// message where ReadStat refuses something.
 class StatFile
 {
 public:
