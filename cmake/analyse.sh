@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Static analysis of src/ and tools/: clazy's level 1 on every file, and clang-tidy too; or, with a commit as argument,
+# Static analysis of src/, layout/ and tools/: clazy's level 1 on every file, and clang-tidy too; or, with a commit as argument,
 # clang-tidy on those files alone that changed since. Uses the commands of the preset `clang`.
 set -euo pipefail
 . "$(dirname "$(readlink -f "$0")")/setup.sh"
@@ -7,7 +7,7 @@ cd "$root"
 
 # A file counts as changed where it has, or the header of its name.
 changed_since() {
-    git diff --name-only "$1" -- 'src/*.cpp' 'src/*.h' 'tools/*.cpp' 'tools/*.h' | sed -E 's/(_p)?\.(cpp|h)$/.cpp/' | sort -u | while read -r file; do
+    git diff --name-only "$1" -- 'src/*.cpp' 'src/*.h' 'layout/*.cpp' 'layout/*.h' 'tools/*.cpp' 'tools/*.h' | sed -E 's/(_p)?\.(cpp|h)$/.cpp/' | sort -u | while read -r file; do
         [ ! -f "$file" ] || echo "$file"
     done
 }
@@ -20,7 +20,7 @@ on_each() {
 }
 
 install_packages $analysis_packages
-all=$(find src tools -name '*.cpp' | sort)
+all=$(find src layout tools -name '*.cpp' | sort)
 files=$all
 [ $# -eq 0 ] || files=$(changed_since "$1")
 build_preset clang vanlayout # so that what is generated is there
