@@ -87,7 +87,8 @@ QString problemWithWriting(const QString &output, const QString &input, const An
 int writeAnswer(const QString &output, const QString &input, const AnswerWriter &write)
 {
     if (output == QLatin1String("-") || isStandardOutput(output)) {
-        if (isSameFile(QStringLiteral("/dev/stdout"), input))
+        // A terminal may well be both.
+        if (QFileInfo(input).isFile() && isSameFile(QStringLiteral("/dev/stdout"), input))
             return noAnswerFor(input, QStringLiteral("is standard output as well, and is not written over"));
         return writeToStandardOutput(write);
     }

@@ -20,7 +20,7 @@ bool isBidirectionalControl(ushort code)
 bool isControl(QChar unit)
 {
     const ushort code = unit.unicode();
-    return code < 0x20 || isIn(code, 0x7F, 0x9F) || isBidirectionalControl(code);
+    return code < 0x20 || (code >= 0x7F && (code <= 0x9F || isBidirectionalControl(code)));
 }
 
 // The controls of ASCII have pictures of their own.
