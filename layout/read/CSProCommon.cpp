@@ -1,9 +1,8 @@
 #include "read/CSProCommon_p.h"
 
-#include <QHash>
-
 #include <algorithm>
 #include <iterator>
+#include <map>
 
 namespace vanlayout::cspro
 {
@@ -119,7 +118,7 @@ QString linkItemOf(const QString &text)
 
 void shareLinkedValues(Layout &layout, Diagnostics &diagnostics)
 {
-    QHash<QString, QVector<Value>> fullest;
+    std::map<QString, QVector<Value>> fullest; // no hash, for which a file could choose links that collide
     forEachLinkedSet(layout, [&](ValueSet &set) {
         QVector<Value> &values = fullest[set.link];
         if (set.values.size() > values.size())
@@ -129,7 +128,7 @@ void shareLinkedValues(Layout &layout, Diagnostics &diagnostics)
     forEachLinkedSet(layout, [&](ValueSet &set) {
         if (!set.values.isEmpty() || count > maxLinkedValues)
             return;
-        const QVector<Value> values = fullest.value(set.link);
+        const QVector<Value> &values = fullest[set.link];
         count += values.size();
         if (count <= maxLinkedValues)
             set.values = values;

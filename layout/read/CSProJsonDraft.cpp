@@ -14,12 +14,21 @@ namespace vanlayout
 namespace
 {
 
+// Labels of few parts are compared without a copy of their languages.
 bool hasLanguageTwice(const QVector<Label> &parts)
 {
-    QSet<QString> names;
-    for (const Label &part : parts)
-        names.insert(part.language.toUpper());
-    return names.size() < parts.size();
+    constexpr int few = 8;
+    if (parts.size() > few) {
+        std::set<QString> names;
+        return !std::all_of(parts.begin(), parts.end(),
+                            [&names](const Label &part) { return names.insert(part.language.toUpper()).second; });
+    }
+    for (const Label *part = parts.begin(); part != parts.end(); ++part)
+        if (std::any_of(part + 1, parts.end(), [part](const Label &other) {
+                return part->language.compare(other.language, Qt::CaseInsensitive) == 0;
+            }))
+            return true;
+    return false;
 }
 
 bool isBinary(const QString &type)
@@ -65,11 +74,8 @@ void CSProJsonDraft::noteLanguage(const QString &name)
 {
     if (!usedLanguages.empty() && usedLanguages.back().name == name)
         return;
-    const QString upperCase = name.toUpper();
-    if (usedLanguageNames.contains(upperCase))
-        return;
-    usedLanguageNames.insert(upperCase);
-    usedLanguages.push_back({ name, address });
+    if (usedLanguageNames.insert(name.toUpper()).second)
+        usedLanguages.push_back({ name, address });
 }
 
 void CSProJsonDraft::beginLanguage()
@@ -131,11 +137,11 @@ JsonUse CSProJsonDraft::setCode(const QString &text)
     return JsonUse::Held;
 }
 
-void CSProJsonDraft::setRange(QStringList ends, bool isSound, const QString &spelling)
+void CSProJsonDraft::setRange(QStringList ends, bool isSound, std::string_view json)
 {
     pair.rangeEnds = std::move(ends);
     pair.isRangeSound = isSound && pair.rangeEnds.size() == 2;
-    pair.rangeSpelling = spelling;
+    pair.rangeJson = json;
     pair.hasRange = true;
 }
 
@@ -145,7 +151,7 @@ bool CSProJsonDraft::endPair()
         return endRange();
     value.ranges.append({ pair.code, QString() });
     if (pair.hasRange) {
-        findings.addExtra(QStringLiteral("pairs.range"), pair.rangeSpelling, address);
+        findings.addExtra(QStringLiteral("pairs.range"), jsonSpellingOf(pair.rangeJson), address);
         findings.warn("value-and-range", QStringLiteral("a pair has both \"value\" and \"range\"; \"value\" counts"),
                       address);
     }
@@ -522,13 +528,13 @@ void CSProJsonDraft::checkColumns(const QVector<Item> &items, ElementAddress pla
 
 void CSProJsonDraft::checkLanguages()
 {
-    QSet<QString> declared;
+    std::set<QString> declared;
     for (const Language &entry : qAsConst(layout.languages))
         declared.insert(entry.name.toUpper());
-    if (declared.isEmpty())
+    if (declared.empty())
         declared.insert(QStringLiteral("EN"));
     for (const UsedLanguage &used : usedLanguages)
-        if (!declared.contains(used.name.toUpper()))
+        if (declared.count(used.name.toUpper()) == 0)
             findings.inform("undeclared-language",
                             QStringLiteral("labels are in the language \"%1\", which the dictionary does not declare")
                                 .arg(used.name),

@@ -4,9 +4,9 @@
 #include "read/CSProJsonFindings_p.h"
 #include "read/CSProPositions_p.h"
 
-#include <QByteArray>
-#include <QSet>
+#include <QStringList>
 
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -72,8 +72,9 @@ public:
     void endRecordType();
 
     JsonUse setCode(const QString &text);
-    /// \a ends are the texts of the list, \a isSound is false if it also held something else, \a spelling is its JSON.
-    void setRange(QStringList ends, bool isSound, const QString &spelling);
+    /// \a ends are the texts of the list, \a isSound is false if it also held something else. \a json is the list,
+    /// which must stay until the end of the pair.
+    void setRange(QStringList ends, bool isSound, std::string_view json);
     JsonUse setSpecial(const QString &text);
     JsonUse setCaptureType(const QString &text);
     JsonUse setDateFormat(const QString &text);
@@ -134,7 +135,7 @@ private:
         QString code;
         bool hasCode = false;
         QStringList rangeEnds;
-        QString rangeSpelling;
+        std::string_view rangeJson;
         bool hasRange = false;
         bool isRangeSound = false;
     };
@@ -169,7 +170,7 @@ private:
     std::vector<LevelColumns> columnsOfLevels;
     std::vector<ElementAddress> withoutZeroFill; ///< numeric items that take the dictionary's default
     std::vector<UsedLanguage> usedLanguages;
-    QSet<QString> usedLanguageNames; ///< upper case
+    std::set<QString> usedLanguageNames; ///< upper case
     QString typeOfFile;
     bool hasKeyOfDictionary = false;
 };

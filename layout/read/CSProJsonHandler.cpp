@@ -309,10 +309,8 @@ bool CSProJsonHandler::isRepeatedUnknownKey(const char *text, int size)
 {
     Frame &frame = frames.back();
     if (!frame.unknownKeys)
-        frame.unknownKeys = std::make_unique<QSet<QByteArray>>();
-    const int before = frame.unknownKeys->size();
-    frame.unknownKeys->insert(QByteArray(text, size));
-    return frame.unknownKeys->size() == before;
+        frame.unknownKeys = std::make_unique<std::set<std::string>>();
+    return !frame.unknownKeys->emplace(text, size_t(size)).second;
 }
 
 void CSProJsonHandler::begin(const JsonElement *element, const JsonKey *ofKey, bool isList)
@@ -364,16 +362,22 @@ bool CSProJsonHandler::endPart()
 {
     if (--openParts > 0)
         return true;
-    const QString spelling = jsonSpellingOf(sourceFrom(skippedFrom));
-    if (skipping == Skipping::Range) {
-        draft.setRange(std::move(rangeEnds), isRangeSound, spelling);
-    } else if (frames.back().isList || (key && key->shape != JsonShape::Kept)) {
-        keep(Reason::WrongType, spelling);
-    } else {
-        keep(key ? Reason::NoPlace : strayReason, spelling);
-    }
+    const std::string_view skipped = sourceFrom(skippedFrom);
+    if (skipping == Skipping::Range)
+        draft.setRange(std::move(rangeEnds), isRangeSound, skipped);
+    else
+        keep(reasonToSkip(), jsonSpellingOf(skipped));
     skipping = Skipping::None;
     return true;
+}
+
+CSProJsonHandler::Reason CSProJsonHandler::reasonToSkip() const
+{
+    if (frames.back().isList)
+        return Reason::WrongType;
+    if (!key)
+        return strayReason;
+    return key->shape == JsonShape::Kept ? Reason::NoPlace : Reason::WrongType;
 }
 
 void CSProJsonHandler::skip(const Scalar &value)

@@ -10,6 +10,8 @@
 #include <rapidjson/reader.h>
 
 #include <memory>
+#include <set>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -67,12 +69,12 @@ private:
         const JsonElement *element; ///< of the object, or of the objects in the list; null for a list of texts
         const JsonKey *key;         ///< of the object or list; null for an object in a list
         bool isList;
-        size_t begin;         ///< offset of its first byte
-        size_t extras;        ///< how many there were before it
-        int nextKey = 0;      ///< where the next key is looked for first
-        quint32 seen = 0;     ///< keys that came
-        quint32 hasValue = 0; ///< keys with a value other than null
-        std::unique_ptr<QSet<QByteArray>> unknownKeys = {};
+        size_t begin;                                            ///< offset of its first byte
+        size_t extras;                                           ///< how many there were before it
+        int nextKey = 0;                                         ///< where the next key is looked for first
+        quint32 seen = 0;                                        ///< keys that came
+        quint32 hasValue = 0;                                    ///< keys with a value other than null
+        std::unique_ptr<std::set<std::string>> unknownKeys = {}; ///< that came
     };
     // A list or an object that is kept as its spelling, or a range, while it is read.
     enum class Skipping { None, Kept, Range };
@@ -96,6 +98,7 @@ private:
     void beginSkipping();
     bool beginPart();
     bool endPart();
+    Reason reasonToSkip() const;
 
     void keep(Reason reason, const Scalar &value);
     void keep(Reason reason, const QString &spelling);
