@@ -27,6 +27,7 @@ private slots:
     void linkedValueSetsShareTheirValues();
     void equalTextsShareTheirMemory();
     void pathsNameTheElementEvenBeforeItsName();
+    void longNamesAreCutInPaths();
     void undeclaredLanguageIsReportedOnceWhereItComesFirst();
     void fileThatIsNoDictionaryIsNamed_data();
     void fileThatIsNoDictionaryIsNamed();
@@ -534,6 +535,13 @@ void CSProJsonLayoutTest::pathsNameTheElementEvenBeforeItsName()
                            "L/R/A/V/#2:x=11", "L/R/A/V/#2:labels.x=12", "L/R/A/V/#2:pairs.x=13" }));
     for (int index = 0; index < layout.extras.size(); ++index)
         QCOMPARE(layout.problems.at(index).path, layout.extras.at(index).path);
+}
+
+void CSProJsonLayoutTest::longNamesAreCutInPaths()
+{
+    const Layout layout = layoutOf("{\"levels\":[{\"name\":\"" + QByteArray(5000, 'L') + "\",\"x\":1}]}");
+    QCOMPARE(layout.extras.at(0).path, QString(1000, 'L'));
+    QCOMPARE(layout.levels.at(0).name, QString(5000, 'L'));
 }
 
 void CSProJsonLayoutTest::undeclaredLanguageIsReportedOnceWhereItComesFirst()
