@@ -1346,11 +1346,13 @@ void VanlayoutTest::memoryThatGivesOutLeavesTheOtherFiles()
 
 void VanlayoutTest::memoryOfAFileThatIsTooLargeIsThereForTheNext()
 {
-    write("large.dcf", millionOfVariables);
-    write("next.dcf", QByteArray(millionOfVariables).replace("=1000000", "=300000"));
+    // No bound holds under a sanitizer, so little is read there.
+    const int count = sanitizesMemory ? 300 : 300000;
+    write("large.dcf", sanitizesMemory ? oneItem("ONE") : millionOfVariables);
+    write("next.dcf", "[Item]\nName=A\nLen=100\nOccurrences=" + QByteArray::number(count) + '\n');
     const Run shown = run({ "fields", "--format", "csv", "large.dcf", "next.dcf" }, {},
                           sanitizesMemory ? std::function<void()>() : memoryOf(700 * megabyte));
-    QVERIFY(shown.out.count("\nnext.dcf,") == 300000);
+    QCOMPARE(shown.out.count("\nnext.dcf,"), count);
     QVERIFY(sanitizesMemory || shown.err == "vanlayout: large.dcf: not enough memory\n");
 }
 
