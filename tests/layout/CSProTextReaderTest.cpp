@@ -767,7 +767,6 @@ void CSProTextReaderTest::aFileWithoutDictionarySectionIsNoLayout_data()
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("another section") << QByteArray("[General]\nName=1\n");
     QTest::newRow("bracket alone") << QByteArray("[");
-    QTest::newRow("list in JSON") << QByteArray("[1, 2]");
     QTest::newRow("item first") << QByteArray("[Item]\nName=1\nFoo=1\n[Level]\n");
     QTest::newRow("[NoEdit] alone") << QByteArray("[NoEdit]\n");
     QTest::newRow("text behind [Dictionary]") << QByteArray("[Dictionary] x\n[Level]\n");
