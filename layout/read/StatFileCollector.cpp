@@ -68,7 +68,9 @@ void Collector::attachTo(readstat_parser_t *parser)
     readstat_set_variable_handler(parser, onVariable);
     readstat_set_fweight_handler(parser, onFweight);
     readstat_set_value_label_handler(parser, onValueLabel);
-    readstat_set_error_handler(parser, onError);
+    // In its messages about portable files ReadStat prints a text that has no end.
+    if (layout.format != Format::SpssPortable)
+        readstat_set_error_handler(parser, onError);
 }
 
 void Collector::attachCatalogTo(readstat_parser_t *parser)
