@@ -47,6 +47,13 @@ def item(name, label, start, length, value_labels=(), kind="Numeric"):
     return "\n".join(lines) + "\n"
 
 
+def records(count):
+    """A dictionary of so many records of one item each."""
+    return "[Dictionary]\nName=D\nRecordTypeStart=1\nRecordTypeLen=5\n\n" + "".join(
+        "[Record]\nName=REC%05d\nRecordTypeValue='%05d'\n\n" % (i, i) + item("V%05d" % i, "Question", 6, 2)
+        for i in range(count))
+
+
 def expect(value, expected):
     if value != expected:
         raise AssertionError("%r, not %r" % (value, expected))
@@ -431,6 +438,40 @@ class Tests:
         self.book.search("answer 4321")
         self.book.wait_for_found("1 of 10,000 variables")
         expect(self.book.names(), ["V04321"])
+
+    def records_are_drawn_as_far_as_they_are_seen(self):
+        count = 10000
+        self.book.open_made(records(count))
+        expect(self.book.found(), "10,000 variables")
+        headings = "document.querySelectorAll('section.record > header').length"
+        if not 0 < self.browser.run(headings) < count / 10:
+            raise AssertionError(self.browser.run(headings))
+        elements = self.browser.run("document.getElementsByTagName('*').length")
+        if elements > 2 * count:
+            raise AssertionError(elements)
+        links = "document.querySelectorAll('#page-groups a').length"
+        expect(self.browser.run(links), 100)
+        self.browser.run("document.querySelector('#page-groups .more').click()")
+        expect(self.browser.run(links), 600)
+        self.browser.run("location.hash = '#V09876'")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(self.book.current(), "V09876")
+        self.book.search("V0432")
+        self.book.wait_for_found("10 of 10,000 variables")
+        expect(self.browser.run(links), 10)
+        expect(self.browser.run("document.querySelectorAll('section.record:not([hidden])').length"), 10)
+        self.browser.wait_for("document.querySelectorAll('section.record.drawn:not([hidden]) article').length === 10")
+
+    def paper_has_every_record(self):
+        count = 300
+        self.book.open_made(records(count))
+        headings = "document.querySelectorAll('section.record > header').length"
+        if self.browser.run(headings) == count:
+            raise AssertionError("all were drawn before")
+        self.browser.run("dispatchEvent(new Event('beforeprint'))")
+        expect(self.browser.run(headings), count)
+        expect(self.browser.run("document.querySelectorAll('article .details').length"), count)
+        self.browser.run("dispatchEvent(new Event('afterprint'))")
 
     def paper_has_every_variable_with_its_details(self):
         self.book.open_example()

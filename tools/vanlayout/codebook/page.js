@@ -16,6 +16,8 @@ const lastColumn = 1000000;    // that is drawn
 const mostLinesAtOnce = 40;    // of a ruler; a longer one draws those that can be seen
 const mostPrintedLines = 400;  // of a ruler
 const mostNeighbours = 8;      // variables on the same columns that are named
+const mostRecordsAtOnce = 100; // of a layout with more, each record is drawn as it comes near
+const linkStep = 100;          // links to records that are shown at a time
 
 const gravities = {
     lost: "Something in the file is not in the layout.",
@@ -42,7 +44,9 @@ function folded(text)
     return text.normalize("NFKD").replace(/[\u0300-\u036f]/g, "").toLowerCase();
 }
 
-const counted = (count, one, several = one + "s") => count.toLocaleString("en") + " " + (count === 1 ? one : several);
+const inEnglish = new Intl.NumberFormat("en"); // kept: to make one takes longer than to use it
+const written = number => inEnglish.format(number);
+const counted = (count, one, several = one + "s") => written(count) + " " + (count === 1 ? one : several);
 
 function make(tag, className, ...children)
 {
@@ -194,7 +198,7 @@ function addInSteps(list, count, step, makeItem)
         const end = Math.min(count, done + some);
         for (; done < end; ++done)
             list.append(makeItem(done));
-        more.textContent = "and " + (count - done).toLocaleString("en") + " more";
+        more.textContent = "and " + written(count - done) + " more";
         more.hidden = done === count;
     };
     add(step);
@@ -223,7 +227,7 @@ function makePlace([, line, name, text])
 function makeKind(kind, places)
 {
     const summary = make("summary", "", make("span", "sentence", kind.sentence), " ",
-                         make("span", "count", kind.count.toLocaleString("en")), " ", make("code", "id", kind.id));
+                         make("span", "count", written(kind.count)), " ", make("code", "id", kind.id));
     const element = make("details", "kind", summary);
     const draw = () => {
         if (element.childElementCount > 1)
@@ -252,7 +256,7 @@ function drawNotes()
         if (ofGravity.length === 0)
             continue;
         const sum = ofGravity.reduce((count, i) => count + kinds[i].count, 0);
-        const heading = make("h3", "", make("span", "gravity " + gravity, gravity), " ", sum.toLocaleString("en"));
+        const heading = make("h3", "", make("span", "gravity " + gravity, gravity), " ", written(sum));
         const element = make("details", "of-gravity", make("summary", "", heading, " ", make("span", "hint", meaning)),
                              ...ofGravity.map(i => makeKind(kinds[i], places[i])));
         element.id = ownPrefix + gravity;
@@ -571,7 +575,7 @@ class Ruler
             remarks.push(make("p", "hint", counted(this.crowded, "variable is", "variables are")
                               + " not drawn: more than " + mostLanes + " stand on the same columns."));
         if (membersOf[this.group].some(i => hasColumns(variables[i]) && endOf(variables[i]) > lastColumn))
-            remarks.push(make("p", "hint", "Columns behind " + lastColumn.toLocaleString("en") + " are not drawn."));
+            remarks.push(make("p", "hint", "Columns behind " + written(lastColumn) + " are not drawn."));
         return remarks;
     }
 
@@ -768,6 +772,15 @@ function titleOf(group)
 function makeSection(group, i)
 {
     const section = sections[i];
+    section.element = make("section", "record");
+    section.element.id = ownPrefix + "group-" + i;
+    whenNear(section.element, () => drawSection(group, i));
+    return section.element;
+}
+
+function drawSection(group, i)
+{
+    const section = sections[i];
     const members = membersOf[i];
     const heading = make("h2", "", titleOf(group));
     heading.id = ownPrefix + "heading-" + i;
@@ -776,8 +789,8 @@ function makeSection(group, i)
         facts.append("record type ", makeText("code", "", group.type), " · ");
     facts.append(counted(members.length, "variable"));
     section.list = make("div", "list");
-    section.element = make("section", "record", make("header", "", heading, facts));
-    section.element.id = ownPrefix + "group-" + i;
+    section.element.classList.add("drawn");
+    section.element.append(make("header", "", heading, facts));
     section.element.setAttribute("aria-labelledby", heading.id);
     if (members.some(v => hasColumns(variables[v]) && variables[v].start <= lastColumn)) {
         section.map = make("div", "ruler");
@@ -788,7 +801,7 @@ function makeSection(group, i)
         });
     }
     section.element.append(section.list);
-    return section.element;
+    drawList(section);
 }
 
 // One piece of a list: room for its variables until it comes near.
@@ -818,47 +831,80 @@ function learnHeight(chunk, members)
         document.documentElement.style.setProperty("--row", height / members.length + "px");
 }
 
+const isSearching = () => terms.length > 0 || page("noted").checked;
+
+// The variables of a section that is drawn.
+function drawList(section)
+{
+    if (section.map)
+        section.map.hidden = isSearching();
+    const chunks = [];
+    for (let k = 0; k < section.shown.length; k += chunkSize)
+        chunks.push(makeChunk(section.shown.slice(k, k + chunkSize)));
+    section.list.replaceChildren(...chunks);
+}
+
 function drawLists()
 {
     inOrder = [];
     placeOf = new Int32Array(variables.length).fill(-1);
-    sections.forEach((section, i) => {
-        const isSought = terms.length > 0 || page("noted").checked;
+    const isSought = isSearching();
+    for (const section of sections) {
         section.element.hidden = isSought && section.shown.length === 0;
-        section.link.hidden = section.element.hidden;
-        section.link.lastChild.textContent = section.shown.length.toLocaleString("en");
-        if (section.map)
-            section.map.hidden = isSought;
-        const chunks = [];
-        for (let k = 0; k < section.shown.length; k += chunkSize)
-            chunks.push(makeChunk(section.shown.slice(k, k + chunkSize)));
-        section.list.replaceChildren(...chunks);
+        section.element.style.setProperty("--rows", section.shown.length);
         for (const v of section.shown) {
             placeOf[v] = inOrder.length;
             inOrder.push(v);
         }
-    });
+        if (section.list)
+            drawList(section);
+    }
+    drawLinks();
     if (inOrder.length > 0)
-        drawLate(chunkOfVariable[inOrder[0]]);
+        drawChunkOf(inOrder[0]);
+}
+
+function linkOf(section, i)
+{
+    if (!section.link) {
+        section.link = make("a", "", titleOf(groups[i]), " ", make("span", "count"));
+        section.link.href = "#" + section.element.id;
+    }
+    section.link.lastChild.textContent = written(section.shown.length);
+    return section.link;
+}
+
+// Links to the records that are shown.
+function drawLinks()
+{
+    if (groups.length < 2)
+        return;
+    const linked = sections.map((section, i) => i).filter(i => !sections[i].element.hidden);
+    const list = make("span", "links");
+    page("groups").replaceChildren(list);
+    addInSteps(list, linked.length, linkStep, k => linkOf(sections[linked[k]], linked[k]));
 }
 
 function drawRecords()
 {
     page("variables").append(...groups.map(makeSection));
-    sections.forEach((section, i) => {
-        section.link = make("a", "", titleOf(groups[i]), " ", make("span", "count"));
-        section.link.href = "#" + section.element.id;
-    });
-    page("groups").append(...sections.map(section => section.link));
     page("groups").hidden = groups.length < 2;
+    if (groups.length <= mostRecordsAtOnce)
+        sections.forEach(section => drawLate(section.element));
+}
+
+// Draws the piece that holds a variable, and its record.
+function drawChunkOf(i)
+{
+    drawLate(sections[variables[i].group || 0].element);
+    drawLate(chunkOfVariable[i]);
 }
 
 // The row of a variable that is shown, drawn if it was not.
 function rowOf(i)
 {
-    const chunk = chunkOfVariable[i];
-    drawLate(chunk);
-    return chunk.querySelector("article[data-index='" + i + "']");
+    drawChunkOf(i);
+    return chunkOfVariable[i].querySelector("article[data-index='" + i + "']");
 }
 
 // Opens a variable and brings it into the window.
@@ -876,7 +922,7 @@ function goTo(i)
     }
     for (const near of [inOrder[placeOf[i] - chunkSize], inOrder[placeOf[i] + chunkSize]]) {
         if (near !== undefined)
-            drawLate(chunkOfVariable[near]);
+            drawChunkOf(near);
     }
     document.querySelector("article.current")?.classList.remove("current");
     row.classList.add("current");
@@ -934,10 +980,12 @@ function search()
     drawLists();
     const all = counted(variables.length, "variable");
     page("found").textContent = inOrder.length === variables.length ? all
-        : inOrder.length === 0 ? "No variable matches" : inOrder.length.toLocaleString("en") + " of " + all;
-    const listTop = page("variables").getBoundingClientRect().top + scrollY - page("bar").offsetHeight;
-    if ((words.length > 0 || isNoted) && scrollY > listTop)
-        scrollTo(0, listTop);
+        : inOrder.length === 0 ? "No variable matches" : written(inOrder.length) + " of " + all;
+    if (words.length > 0 || isNoted) {
+        const listTop = page("variables").getBoundingClientRect().top + scrollY - page("bar").offsetHeight;
+        if (scrollY > listTop)
+            scrollTo(0, listTop);
+    }
 }
 
 let waiting = 0;
@@ -1009,7 +1057,8 @@ function beforePrint()
     page("brief").hidden = printsDetails;
     page("variables").classList.toggle("is-brief", !printsDetails);
     drawLists();
-    inOrder.forEach(i => drawLate(chunkOfVariable[i]));
+    sections.forEach(section => drawLate(section.element));
+    inOrder.forEach(drawChunkOf);
     for (const section of sections) {
         if (printsDetails && section.map && !section.map.hidden) {
             drawLate(section.map);
