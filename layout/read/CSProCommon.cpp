@@ -140,6 +140,20 @@ void shareLinkedValues(Layout &layout, Diagnostics &diagnostics)
                              .arg(maxLinkedValues));
 }
 
+QString quoted(QString text)
+{
+    constexpr int longest = 40;
+    const bool isCut = text.size() > longest;
+    text.truncate(longest);
+    if (isCut && qAsConst(text).back().isHighSurrogate())
+        text.chop(1);
+    for (QChar &character : text) {
+        if (character.category() == QChar::Other_Control)
+            character = QLatin1Char(' ');
+    }
+    return QLatin1Char('"') + text + QLatin1String(isCut ? "...\"" : "\"");
+}
+
 QString idsName()
 {
     return QStringLiteral("(ids)");

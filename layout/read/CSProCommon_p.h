@@ -48,6 +48,9 @@ constexpr int maxLinkedValues = 4'000; // so that a fuzzer tries more files
 constexpr int maxLinkedValues = 4'000'000;
 #endif
 
+/// A text of the file as it is in a message: in quotation marks, in one line, cut where it is long.
+QString quoted(QString text);
+
 /// Name of the ids in a path.
 QString idsName();
 /// `LEVEL/RECORD/ITEM/VALUESET`: the path of the element \a name within the element at \a parent. A level, which is the

@@ -8,7 +8,6 @@
 #include <QFileInfo>
 
 #include <memory>
-#include <new>
 
 namespace vanlayout
 {
@@ -165,8 +164,6 @@ private:
     // \a reason is for SQLITE_ERROR: the database is whole, but not one of CSPro. Any other code has SQLite's words.
     bool fail(int code, const char *reason)
     {
-        if (code == SQLITE_NOMEM)
-            throw std::bad_alloc();
         if (code == SQLITE_ERROR)
             return fail("no-dictionary",
                         QStringLiteral("the file is an SQLite database, but no CSPro data file: %1")

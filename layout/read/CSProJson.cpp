@@ -129,8 +129,9 @@ bool failAsOther(const CSProJsonDraft &draft, Diagnostics &diagnostics)
                          QStringLiteral("the file is JSON, but no CSPro dictionary: it has none of the keys "
                                         "\"fileType\", \"recordType\", \"relativePositions\" and \"levels\""));
     else if (!fileType.isEmpty() && fileType != QLatin1String("dictionary"))
-        diagnostics.fail("no-dictionary",
-                         QStringLiteral("the file is a CSPro file of the type \"%1\", not a dictionary").arg(fileType));
+        diagnostics.fail(
+            "no-dictionary",
+            QStringLiteral("the file is a CSPro file of the type %1, not a dictionary").arg(cspro::quoted(fileType)));
     else
         return false;
     return true;
@@ -168,7 +169,7 @@ bool isCSProJson(const QByteArray &head)
 void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)
 {
     if (isList(bytes.left(headSize))) {
-        diagnostics.fail("no-dictionary", QStringLiteral("the file is a JSON list, not a CSPro dictionary"));
+        diagnostics.fail("no-dictionary", QStringLiteral("the file is a JSON list, not a CSPro dictionary"), 1);
         return;
     }
     QByteArray content = bytes;

@@ -263,8 +263,10 @@ JsonUse CSProJsonDraft::setContentType(const QString &text)
 {
     const auto type = cspro::itemTypeOf(text);
     if (!type)
-        findings.warn("unknown-type",
-                      QStringLiteral("the \"contentType\" \"%1\" is unknown; CSPro drops the item").arg(text), address);
+        findings.warn(
+            "unknown-type",
+            QStringLiteral("the \"contentType\" %1 is unknown; CSPro drops the item").arg(cspro::quoted(text)),
+            address);
     item.type = type.value_or(cspro::lowerCased(text));
     return JsonUse::Held;
 }
@@ -485,7 +487,8 @@ JsonUse CSProJsonDraft::setVersion(const QString &text)
     if (!layout.formatVersion.contains(QLatin1Char('.')))
         layout.formatVersion += QLatin1String(".0");
     if (version >= firstUnknown)
-        findings.inform("newer-version", QStringLiteral("version %1 of the format is newer than those known").arg(text),
+        findings.inform("newer-version",
+                        QStringLiteral("version %1 of the format is newer than those known").arg(cspro::quoted(text)),
                         address);
     return JsonUse::Held;
 }
@@ -536,8 +539,8 @@ void CSProJsonDraft::checkLanguages()
     for (const UsedLanguage &used : usedLanguages)
         if (declared.count(used.name.toUpper()) == 0)
             findings.inform("undeclared-language",
-                            QStringLiteral("labels are in the language \"%1\", which the dictionary does not declare")
-                                .arg(used.name),
+                            QStringLiteral("labels are in the language %1, which the dictionary does not declare")
+                                .arg(cspro::quoted(used.name)),
                             used.address);
 }
 

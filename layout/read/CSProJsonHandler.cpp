@@ -1,5 +1,6 @@
 #include "read/CSProJsonHandler_p.h"
 
+#include "read/CSProCommon_p.h"
 #include "read/Decoding_p.h"
 
 #include <algorithm>
@@ -421,28 +422,30 @@ void CSProJsonHandler::report(Reason reason, const QString &word)
 {
     switch (reason) {
     case Reason::UnknownKey:
-        findings.inform("unknown-key", QStringLiteral("the key \"%1\" is unknown").arg(word), draft.address);
+        findings.inform("unknown-key", QStringLiteral("the key %1 is unknown").arg(cspro::quoted(word)), draft.address);
         break;
     case Reason::RepeatedKey:
-        findings.inform("repeated-key",
-                        QStringLiteral("the key \"%1\" comes again in one object; the first one counts").arg(word),
-                        draft.address);
+        findings.inform(
+            "repeated-key",
+            QStringLiteral("the key %1 comes again in one object; the first one counts").arg(cspro::quoted(word)),
+            draft.address);
         break;
     case Reason::NoPlace:
         findings.inform(
             "extra-key",
-            QStringLiteral("the value of \"%1\" has no place in the layout; it is kept beside it").arg(word),
+            QStringLiteral("the value of %1 has no place in the layout; it is kept beside it").arg(cspro::quoted(word)),
             draft.address);
         break;
     case Reason::UnknownWord:
-        findings.warn("unknown-word", QStringLiteral("the value of \"%1\" is no word that it can have").arg(word),
+        findings.warn("unknown-word",
+                      QStringLiteral("the value of %1 is no word that it can have").arg(cspro::quoted(word)),
                       draft.address);
         break;
     case Reason::WrongType:
-        findings.warn(
-            "wrong-type",
-            QStringLiteral("a value of \"%1\" is not %2, so it does not count").arg(word, nameOf(keptShape())),
-            draft.address);
+        findings.warn("wrong-type",
+                      QStringLiteral("a value of %1 is not %2, so it does not count")
+                          .arg(cspro::quoted(word), nameOf(keptShape())),
+                      draft.address);
         break;
     }
 }
@@ -488,10 +491,10 @@ QString CSProJsonHandler::fullKey() const
 
 void CSProJsonHandler::informOfConversion(const QString &value)
 {
-    findings.inform(
-        "converted-type",
-        QStringLiteral("a value of \"%1\" is not %2, but counts as %3").arg(keptKey(), nameOf(keptShape()), value),
-        draft.address);
+    findings.inform("converted-type",
+                    QStringLiteral("a value of %1 is not %2, but counts as %3")
+                        .arg(cspro::quoted(keptKey()), nameOf(keptShape()), cspro::quoted(value)),
+                    draft.address);
 }
 
 QString CSProJsonHandler::textOf(const char *bytes, int size)

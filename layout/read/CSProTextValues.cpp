@@ -81,17 +81,8 @@ QString textOf(std::string_view value)
 
 QString shown(std::string_view value)
 {
-    constexpr int longest = 40;
-    QString text = textOf(value.substr(0, 4 * longest));
-    for (QChar &character : text) {
-        if (character.category() == QChar::Other_Control)
-            character = QLatin1Char(' ');
-    }
-    const bool isCut = text.size() > longest;
-    text.truncate(longest);
-    if (!text.isEmpty() && qAsConst(text).back().isHighSurrogate())
-        text.chop(1);
-    return QLatin1Char('"') + text + QLatin1String(isCut ? "...\"" : "\"");
+    constexpr size_t enough = 200; // bytes, of which a message has some characters
+    return cspro::quoted(textOf(value.substr(0, enough)));
 }
 
 Number numberOf(std::string_view value)

@@ -28,6 +28,7 @@ private slots:
     void equalTextsShareTheirMemory();
     void pathsNameTheElementEvenBeforeItsName();
     void longNamesAreCutInPaths();
+    void messagesAreOneShortLineWhateverTheFileSays();
     void undeclaredLanguageIsReportedOnceWhereItComesFirst();
     void fileThatIsNoDictionaryIsNamed_data();
     void fileThatIsNoDictionaryIsNamed();
@@ -542,6 +543,23 @@ void CSProJsonLayoutTest::longNamesAreCutInPaths()
     const Layout layout = layoutOf("{\"levels\":[{\"name\":\"" + QByteArray(5000, 'L') + "\",\"x\":1}]}");
     QCOMPARE(layout.extras.at(0).path, QString(1000, 'L'));
     QCOMPARE(layout.levels.at(0).name, QString(5000, 'L'));
+}
+
+void CSProJsonLayoutTest::messagesAreOneShortLineWhateverTheFileSays()
+{
+    const QByteArray text = "\"a\\nb\\r" + QByteArray(5000, 'x') + '"';
+    const Layout layout
+        = layoutOf("{\"fileType\":\"dictionary\",\"levels\":[{\"labels\":[{\"text\":\"l\",\"language\":" + text
+                   + "}],\"ids\":{\"items\":[{\"contentType\":" + text + "}]}," + text + ":1," + text + ":2}]}");
+    QVERIFY(layout.isRead());
+    QVERIFY(problemsOf(layout).contains("unknown-type"));
+    QVERIFY(problemsOf(layout).contains("undeclared-language"));
+    QVERIFY(problemsOf(layout).contains("unknown-key repeated-key"));
+    const Layout other = layoutOf("{\"fileType\":" + text + '}');
+    for (const Problem &problem : layout.problems + other.problems) {
+        QVERIFY2(!problem.message.contains('\n') && !problem.message.contains('\r'), qPrintable(problem.message));
+        QVERIFY2(problem.message.size() < 200, qPrintable(problem.message));
+    }
 }
 
 void CSProJsonLayoutTest::undeclaredLanguageIsReportedOnceWhereItComesFirst()
