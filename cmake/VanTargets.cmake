@@ -8,8 +8,7 @@ target_compile_options(van_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
 add_library(van_sanitizers INTERFACE)
 if(VAN_SANITIZERS)
     target_compile_options(van_sanitizers INTERFACE -fsanitize=${VAN_SANITIZERS} -fno-omit-frame-pointer
-        -fno-sanitize-recover=undefined
-        $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/ubsan.ignore>)
+        -fno-sanitize-recover=undefined)
     target_link_options(van_sanitizers INTERFACE -fsanitize=${VAN_SANITIZERS})
     if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
         target_compile_options(van_sanitizers INTERFACE

@@ -30,7 +30,7 @@ void Diagnostics::addExtra(const Place &place, const QString &key, const QString
     } else if (!hasTooManyExtras) {
         hasTooManyExtras = true;
         warn("too-many-extras",
-             QStringLiteral("More than %1 statements have no place in the layout; further ones are not kept")
+             QStringLiteral("more than %1 statements have no place in the layout; further ones are not kept")
                  .arg(maxExtras),
              place);
     }
@@ -44,7 +44,7 @@ void Diagnostics::add(Severity severity, const char *id, const QString &message,
     else if (count == maxProblems)
         layout.problems.append(
             { Severity::Warning, QStringLiteral("too-many-problems"), place.line, place.path,
-              QStringLiteral("More than %1 problems; further ones are not reported").arg(maxProblems) });
+              QStringLiteral("more than %1 problems; further ones are not reported").arg(maxProblems) });
 }
 
 } // namespace vanlayout

@@ -190,12 +190,12 @@ void readCatalog(const Input &input, Format format, Collector &collector, Diagno
     if (path.isEmpty())
         return;
     if (format != Format::Sas && format != Format::SasXport) {
-        diagnostics.inform("catalog-not-used", QStringLiteral("The catalog %1 is for SAS files alone").arg(path));
+        diagnostics.inform("catalog-not-used", QStringLiteral("the catalog %1 is for SAS files alone").arg(path));
         return;
     }
     const QString problem = catalogProblem(path, collector);
     if (!problem.isEmpty())
-        diagnostics.warn("catalog-not-read", QStringLiteral("The catalog %1: %2").arg(path, problem));
+        diagnostics.warn("catalog-not-read", QStringLiteral("the catalog %1: %2").arg(path, problem));
     collector.forgetWords();
 }
 
@@ -229,12 +229,12 @@ void finish(const StatFormat &format, const Input &input, const Outcome &outcome
     if (outcome.error == READSTAT_OK) {
         collector.finish();
         if (!collector.words().isEmpty())
-            diagnostics.inform("reader-remark", QStringLiteral("While the file was read: %1").arg(collector.words()));
+            diagnostics.inform("reader-remark", QStringLiteral("while the file was read: %1").arg(collector.words()));
     } else if (collector.hasVariables()) {
         collector.finish();
         diagnostics.warn(
             "reading-ended",
-            QStringLiteral("Reading ended after the variables, so value labels and notes may be missing: %1")
+            QStringLiteral("reading ended after the variables, so value labels and notes may be missing: %1")
                 .arg(outcome.words));
     } else {
         diagnostics.fail(

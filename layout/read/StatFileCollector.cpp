@@ -169,7 +169,7 @@ void Collector::takeVariable(const readstat_variable_t &variable, const char *la
     setNames.emplace_back(labelSet ? std::string(labelSet, strnlen(labelSet, bounds.withVariable)) : std::string());
     if (strnlen(variable.label, sizeof(variable.label)) == sizeof(variable.label) - 1)
         diagnostics.inform("label-cut",
-                           QStringLiteral("The label is longer than 1023 bytes, and ReadStat cuts it there"),
+                           QStringLiteral("the label is longer than 1023 bytes, and ReadStat cuts it there"),
                            { 0, pathOf(items.constLast().name) });
     hasAll = layout.format == Format::Sas && items.size() == announcedVariables;
 }
@@ -278,7 +278,7 @@ void Collector::finish()
     reportUnusedSets();
     if (hasTooMuchText)
         diagnostics.warn("too-much-text",
-                         QStringLiteral("The labels and notes have more bytes than the file has room for; further ones "
+                         QStringLiteral("the labels and notes have more bytes than the file has room for; further ones "
                                         "are not kept"));
     Record record;
     record.items = std::move(items);

@@ -1150,7 +1150,7 @@ void StatFileTest::remarkOfReadStatIsReported()
     QVERIFY(layout.isRead() && !layout.created);
     QCOMPARE(idsOf(layout.problems), QStringList("info reader-remark"));
     QCOMPARE(layout.problems.constFirst().message,
-             QString("While the file was read: Invalid timestamp string (length=17): 08\uFFFDMar 2020 02:30"));
+             QString("while the file was read: Invalid timestamp string (length=17): 08\uFFFDMar 2020 02:30"));
 }
 
 void StatFileTest::portableTextDoesNotDependOnTheLocale()
