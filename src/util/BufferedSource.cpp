@@ -22,6 +22,7 @@ BufferedSource *sourceOf(void *context)
 
 void BufferedSource::attachTo(readstat_parser_t *parser)
 {
+    buffer.resize(largestPiece); // here, as nothing may be raised through ReadStat
     readstat_set_open_handler(
         parser, [](const char *path, void *context) { return sourceOf(context)->openPath(path) ? 0 : -1; });
     readstat_set_close_handler(parser, [](void *context) {
