@@ -272,13 +272,25 @@ VANLAYOUT_EXPORT bool operator==(const RecordTypeColumns &left, const RecordType
 VANLAYOUT_EXPORT bool operator==(const Security &left, const Security &right);
 VANLAYOUT_EXPORT bool operator==(const Extra &left, const Extra &right);
 VANLAYOUT_EXPORT bool operator==(const Layout &left, const Layout &right);
-// clang-format on
 
-/// The opposite of `==`, for every type of the model.
-template <typename Type> auto operator!=(const Type &left, const Type &right) -> decltype(left == right)
-{
-    return !(left == right);
-}
+inline bool operator!=(const Label &left, const Label &right) { return !(left == right); }
+inline bool operator!=(const Labels &left, const Labels &right) { return !(left == right); }
+inline bool operator!=(const Language &left, const Language &right) { return !(left == right); }
+inline bool operator!=(const Range &left, const Range &right) { return !(left == right); }
+inline bool operator!=(const Value &left, const Value &right) { return !(left == right); }
+inline bool operator!=(const ValueSet &left, const ValueSet &right) { return !(left == right); }
+inline bool operator!=(const OccurrenceLabel &left, const OccurrenceLabel &right) { return !(left == right); }
+inline bool operator!=(const Capture &left, const Capture &right) { return !(left == right); }
+inline bool operator!=(const Item &left, const Item &right) { return !(left == right); }
+inline bool operator!=(const Record &left, const Record &right) { return !(left == right); }
+inline bool operator!=(const Level &left, const Level &right) { return !(left == right); }
+inline bool operator!=(const RelationLink &left, const RelationLink &right) { return !(left == right); }
+inline bool operator!=(const Relation &left, const Relation &right) { return !(left == right); }
+inline bool operator!=(const RecordTypeColumns &left, const RecordTypeColumns &right) { return !(left == right); }
+inline bool operator!=(const Security &left, const Security &right) { return !(left == right); }
+inline bool operator!=(const Extra &left, const Extra &right) { return !(left == right); }
+inline bool operator!=(const Layout &left, const Layout &right) { return !(left == right); }
+// clang-format on
 
 } // namespace vanlayout
 

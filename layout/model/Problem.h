@@ -28,6 +28,10 @@ struct VANLAYOUT_EXPORT Problem {
 };
 
 VANLAYOUT_EXPORT bool operator==(const Problem &left, const Problem &right);
+inline bool operator!=(const Problem &left, const Problem &right)
+{
+    return !(left == right);
+}
 
 } // namespace vanlayout
 

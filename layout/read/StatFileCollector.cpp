@@ -148,7 +148,7 @@ void Collector::takeMetadata(readstat_metadata_t *metadata)
         layout.rows = metadata->row_count;
     layout.created = clockOf(layout.format, metadata->creation_time, input.head);
     const std::optional<QString> modified = clockOf(layout.format, metadata->modified_time, input.head);
-    if (!(modified == layout.created))
+    if (modified != layout.created)
         layout.modified = modified;
     announcedVariables = metadata->var_count;
     items.reserve(int(std::clamp<qint64>(announcedVariables, 0, mostReserved)));

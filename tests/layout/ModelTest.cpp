@@ -92,6 +92,9 @@ void ModelTest::layoutsAreEqualWhenAllMembersAre()
     QVERIFY(layout == other);
     other.levels[0].records[0].items[0].valueSets[0].values[0].ranges[0].to = "2";
     QVERIFY(layout != other);
+    other = layout;
+    other.recordType = RecordTypeColumns{ 1, 1 };
+    QVERIFY(layout.recordType != other.recordType);
 }
 
 void ModelTest::aLayoutWithAnErrorIsNotRead()

@@ -7,7 +7,7 @@ project=$1
 folder=$(mktemp -d)
 trap 'rm -r "$folder"' EXIT
 log="$folder/log"
-mkdir -p "$folder/bin" "$folder/project/cmake" "$folder/project"/{src,tools,tests,bench,examples,fuzz}
+mkdir -p "$folder/bin" "$folder/project/cmake" "$folder/project"/{src,layout,tools,tests,bench,examples,fuzz}
 cp "$project/run" "$project/check" "$folder/project"
 cp "$project"/cmake/*.sh "$folder/project/cmake"
 

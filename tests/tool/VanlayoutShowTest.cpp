@@ -384,6 +384,7 @@ void VanlayoutShowTest::fileThatIsNoLayoutIsOneLine()
     for (const QString format : { "table", "csv", "json" }) {
         const Run run = show({ "--format", format, "other.dcf" });
         verifyComplaint(run, "other.dcf: the file is ");
+        QCOMPARE(run.out, QByteArray());
         QVERIFY2(run.err.contains(part), run.err.constData());
     }
 }

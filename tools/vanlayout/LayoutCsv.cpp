@@ -3,6 +3,7 @@
 #include "LayoutText.h"
 
 #include <algorithm>
+#include <utility>
 
 using vanlayout::Item;
 using vanlayout::Labels;
@@ -54,6 +55,12 @@ ItemCsv::ItemCsv(std::FILE *out, bool withFile, QString labelLanguage)
     , hasFile(withFile)
     , language(std::move(labelLanguage))
 {
+}
+
+void ItemCsv::writeHeader()
+{
+    if (std::exchange(hasHeader, true))
+        return;
     if (hasFile)
         line.addPlain(QLatin1String("file"));
     line.addPlain(QLatin1String("level,record,recordType,name,label,type,start,length,occurrences,subitemOf,decimals,"
@@ -64,6 +71,7 @@ ItemCsv::ItemCsv(std::FILE *out, bool withFile, QString labelLanguage)
 
 void ItemCsv::write(const Layout &layout)
 {
+    writeHeader();
     forEachItem(layout, [&](const Level &level, const Record *record, const Item &item) {
         writeItem(layout, level, record, item);
     });
@@ -103,10 +111,16 @@ CodeCsv::CodeCsv(std::FILE *out, QStringList labelLanguages)
     : line(out)
     , languages(std::move(labelLanguages))
 {
+}
+
+void CodeCsv::writeHeader()
+{
+    if (std::exchange(hasHeader, true))
+        return;
     line.addPlain(QLatin1String("file,item,valueSet,from,to"));
     if (languages.isEmpty())
         line.addPlain(QLatin1String("label"));
-    for (const QString &language : languages)
+    for (const QString &language : qAsConst(languages))
         line.add(QLatin1String("label_") + language);
     line.addPlain(QLatin1String("special"));
     line.end();
@@ -114,6 +128,7 @@ CodeCsv::CodeCsv(std::FILE *out, QStringList labelLanguages)
 
 void CodeCsv::write(const Layout &layout)
 {
+    writeHeader();
     forEachItem(layout, [&](const Level & /*level*/, const Record * /*record*/, const Item &item) {
         for (const ValueSet &set : item.valueSets) {
             for (const Value &value : set.values)

@@ -9,7 +9,7 @@
 
 #include <cstdio>
 
-/// Writes the items of exact layouts as CSV: a header line, then one line an item.
+/// Writes the items of exact layouts as CSV: a header line before the first layout, then one line an item.
 class ItemCsv
 {
 public:
@@ -18,15 +18,18 @@ public:
     void write(const vanlayout::Layout &layout);
 
 private:
+    void writeHeader();
     void writeItem(const vanlayout::Layout &layout, const vanlayout::Level &level, const vanlayout::Record *record,
                    const vanlayout::Item &item);
 
     CsvLine line;
     bool hasFile;
+    bool hasHeader = false;
     QString language;
 };
 
-/// Writes the codes of exact layouts as CSV: a header line, then one line a code or range of a value set.
+/// Writes the codes of exact layouts as CSV: a header line before the first layout, then one line a code or range of a
+/// value set.
 class CodeCsv
 {
 public:
@@ -37,12 +40,14 @@ public:
     void write(const vanlayout::Layout &layout);
 
 private:
+    void writeHeader();
     void writeValue(const QString &file, const QString &item, const vanlayout::ValueSet &set,
                     const vanlayout::Value &value);
     void writeCode(const QString &file, const QString &item, const vanlayout::ValueSet &set,
                    const vanlayout::Value &value, const vanlayout::Range &range);
 
     CsvLine line;
+    bool hasHeader = false;
     QStringList languages;
 };
 

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 using vanlayout::JsonStyle;
 using vanlayout::Language;
@@ -184,11 +185,10 @@ public:
     ProblemCsv()
         : line(stdout)
     {
-        line.addPlain(QLatin1String("file,severity,id,line,path,message"));
-        line.end();
     }
     void print(const Layout &layout) override
     {
+        writeHeader();
         for (const Problem &problem : layout.problems) {
             line.add(layout.file);
             line.add(wordOf(problem.severity));
@@ -202,7 +202,16 @@ public:
     bool hasProblems() const override { return true; }
 
 private:
+    void writeHeader()
+    {
+        if (std::exchange(hasHeader, true))
+            return;
+        line.addPlain(QLatin1String("file,severity,id,line,path,message"));
+        line.end();
+    }
+
     CsvLine line;
+    bool hasHeader = false;
 };
 
 /// One run of the command.
