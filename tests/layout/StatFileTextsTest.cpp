@@ -9,6 +9,8 @@
 
 using namespace vanlayout;
 
+Q_DECLARE_METATYPE(readstat_value_t)
+
 namespace
 {
 
@@ -238,8 +240,6 @@ void StatFileTextsTest::aNullTextIsEmpty()
     QVERIFY(stat::textOf(nullptr).isEmpty());
     QVERIFY(stat::textOfOldStata(nullptr).isEmpty());
 }
-
-Q_DECLARE_METATYPE(readstat_value_t)
 
 QTEST_APPLESS_MAIN(StatFileTextsTest)
 #include "StatFileTextsTest.moc"
