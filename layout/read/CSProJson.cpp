@@ -116,8 +116,11 @@ QString reasonOf(rapidjson::ParseErrorCode code, char byte)
         return QStringLiteral("a text is not ended");
     if (code == rapidjson::kParseErrorUnspecificSyntaxError)
         return QStringLiteral("a comment is incomplete");
-    const QString words = QString::fromLatin1(rapidjson::GetParseError_En(code));
-    return words.left(1).toLower() + words.mid(1).chopped(words.endsWith(QLatin1Char('.')) ? 1 : 0);
+    QString words = QString::fromLatin1(rapidjson::GetParseError_En(code));
+    words[0] = words.at(0).toLower(); // none of them is empty
+    if (words.endsWith(QLatin1Char('.')))
+        words.chop(1);
+    return words;
 }
 
 // Says that the file is whole, but holds something else. False if it is a dictionary.

@@ -217,7 +217,8 @@ void writeNames(const QList<TVpSourceField *> &fields, StreamedJson &json)
         writeEnum(distinct(names), json);
         json.endObject();
     }
-    for (const QString &pattern : distinct(patterns))
+    const QStringList distinctPatterns = distinct(patterns);
+    for (const QString &pattern : distinctPatterns)
         json.value(QJsonObject{ { QStringLiteral("pattern"), pattern } });
     json.endArray();
 }
