@@ -147,7 +147,7 @@ void addFiles()
 
 } // namespace
 
-/// What holds of every real dictionary in text form. Without the corpus there is nothing to do.
+/// Properties of every real dictionary in text form. Without the corpus nothing is checked.
 class TextLayoutCorpusTest : public QObject
 {
     Q_OBJECT

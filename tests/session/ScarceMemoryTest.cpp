@@ -10,7 +10,7 @@
 
 #include <memory>
 
-/// What was made is released where no memory is left, and nothing is lost where it gives out.
+/// Objects are released where no memory is left, and none is lost where it gives out.
 class ScarceMemoryTest : public QObject
 {
     Q_OBJECT

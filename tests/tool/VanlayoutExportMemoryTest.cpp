@@ -22,7 +22,7 @@ QByteArray dictionary(int occurrences)
 
 } // namespace
 
-/// What is exported is written as it is made.
+/// Exports are written while they are made.
 class VanlayoutExportMemoryTest : public QObject
 {
     Q_OBJECT

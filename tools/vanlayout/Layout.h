@@ -22,7 +22,7 @@ struct Layout {
 };
 
 /// Walks the whole road for one file: picks the importer (by content where \a type is null), opens it, fills a
-/// provider. What is lost or changed on the way is told to \a report, if there is one; it must outlive the call.
+/// provider. Losses and changes are reported to \a report, if there is one; it must outlive the call.
 Layout readLayout(const QString &file, const FileType *type, ReadReport *report = nullptr);
 
 /// Frees what the importer and the provider of a layout have made, which then has no fields. A layout that is not
