@@ -104,7 +104,7 @@ Layout readLayout(const QString &file, const FileType *type, ReadReport *report)
     layout.file = file;
     layout.problem = readingProblem(file, type);
     layout.type = type;
-    if (!layout.problem.isEmpty())
+    if (!layout.problem.isEmpty() || !type)
         return layout;
     ReadReport ownReport; // for the reason of a failure
     if (!report && isOfReadStat(*type))
