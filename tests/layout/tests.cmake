@@ -1,5 +1,6 @@
 van_add_test(layout/ModelTest.cpp)
 van_add_test(layout/LayoutJsonTest.cpp)
+van_add_test(layout/ColumnsTest.cpp)
 van_add_test(layout/ReaderTest.cpp)
 van_add_test(layout/CSProCommonTest.cpp)
 van_add_test(layout/CSProTextLinesTest.cpp)
