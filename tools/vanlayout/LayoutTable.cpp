@@ -15,7 +15,6 @@ using vanlayout::Labels;
 using vanlayout::Layout;
 using vanlayout::Level;
 using vanlayout::Record;
-using vanlayout::Special;
 using vanlayout::Value;
 using vanlayout::ValueSet;
 
@@ -55,23 +54,6 @@ QString countOfValues(const Item &item)
         count += set.values.size();
     const int sets = item.valueSets.size();
     return sets < 2 ? numberUnless(count, 0) : QStringLiteral("%1 in %2").arg(count).arg(sets);
-}
-
-QString wordForPeople(Special special)
-{
-    switch (special) {
-    case Special::None:
-        break;
-    case Special::Missing:
-        return QStringLiteral("missing");
-    case Special::NotApplicable:
-        return QStringLiteral("not applicable");
-    case Special::Refused:
-        return QStringLiteral("refused");
-    case Special::Default:
-        return QStringLiteral("default");
-    }
-    return QString();
 }
 
 class LayoutTable
@@ -274,7 +256,7 @@ private:
         const QString indentation(valueIndentation, QLatin1Char(' '));
         for (const Value &value : set.values) {
             const QString codes = codesOf(value);
-            const QString special = wordForPeople(value.special);
+            const QString special = describeSpecial(value.special);
             const QString label = labelOf(value.labels)
                 + (special.isEmpty() ? QString() : QLatin1String("  [") + special + QLatin1Char(']'));
             if (columnsOf(codes) > codeWidth) {
