@@ -1,6 +1,7 @@
 #include "LayoutInput.h"
 
 #include <QFile>
+#include <QStringList>
 
 #include <cstdio>
 
@@ -18,4 +19,14 @@ QString messageOf(const vanlayout::Problem &problem)
     if (problem.line == 0)
         return problem.message;
     return QStringLiteral("line %1: %2").arg(problem.line).arg(problem.message);
+}
+
+QString problemWithLanguage(const vanlayout::Layout &layout, const QString &language)
+{
+    QStringList names;
+    for (const vanlayout::Language &declared : layout.languages)
+        names.append(declared.name);
+    if (language.isEmpty() || names.isEmpty() || names.contains(language, Qt::CaseInsensitive))
+        return QString();
+    return QStringLiteral("has no language %1; it has %2").arg(language, names.join(QLatin1String(", ")));
 }

@@ -11,4 +11,8 @@ vanlayout::Layout readExactLayout(const QString &file, const vanlayout::ReadOpti
 /// The message of the problem for which a file has no layout, with its line.
 QString messageOf(const vanlayout::Problem &problem);
 
+/// Why a layout cannot be written in a language: it declares languages, and this is none of them. Empty where it can,
+/// as where no language is asked for.
+QString problemWithLanguage(const vanlayout::Layout &layout, const QString &language);
+
 #endif

@@ -293,29 +293,14 @@ private:
             printer->printError(layout);
             return noAnswerFor(file, messageOf(*error));
         }
-        if (!hasLanguage(layout))
-            return noAnswerFor(file, languageProblem(layout));
+        const QString problem = problemWithLanguage(layout, language);
+        if (!problem.isEmpty())
+            return noAnswerFor(file, problem);
         selection.reduce(layout);
         printer->print(layout);
         if (!options.isQuiet && !printer->hasProblems())
             complainOfWarnings(layout);
         return statusFine;
-    }
-
-    // A file that declares no languages has its only labels shown.
-    bool hasLanguage(const Layout &layout) const
-    {
-        return language.isEmpty() || layout.languages.isEmpty()
-            || std::any_of(layout.languages.begin(), layout.languages.end(), [&](const Language &declared) {
-                   return declared.name.compare(language, Qt::CaseInsensitive) == 0;
-               });
-    }
-    QString languageProblem(const Layout &layout) const
-    {
-        QStringList names;
-        for (const Language &declared : layout.languages)
-            names.append(declared.name);
-        return QStringLiteral("has no language %1; it has %2").arg(language, names.join(QLatin1String(", ")));
     }
 
     static void complainOfWarnings(const Layout &layout)

@@ -1,0 +1,103 @@
+#include "LayoutOutput.h"
+
+#include "Answer.h"
+#include "FolderWalk.h"
+#include "LayoutInput.h"
+#include "OutputFile.h"
+#include "OutputFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+using vanlayout::Layout;
+
+namespace
+{
+
+/// One run of a command that writes layouts.
+class OutputRun
+{
+public:
+    OutputRun(const LayoutOutput &outputCall, const LayoutForm &layoutForm)
+        : call(outputCall)
+        , form(layoutForm)
+        , output(QFile::decodeName(call.output.c_str()))
+    {
+        options.catalog = QFile::decodeName(call.catalog.c_str());
+        language = QString::fromLocal8Bit(call.language.c_str());
+    }
+
+    int run()
+    {
+        const bool isFolder = needsFolder();
+        if (isFolder && (output == QLatin1String("-") || output.isEmpty())) {
+            complain(QString(), QStringLiteral("several files are written into a folder; name it by -o FOLDER"));
+            return statusNoAnswer;
+        }
+        const NamedFiles named = filesNamed(call.files, call.walksFolders, isFolder ? output : QString());
+        if (!isFolder)
+            return named.files.isEmpty() ? named.status : writeOne(named.files.constFirst(), output);
+        return std::max(named.status, writeInto(named.files));
+    }
+
+private:
+    bool needsFolder() const
+    {
+        const auto isDir = [](const std::string &name) { return QFileInfo(QFile::decodeName(name.c_str())).isDir(); };
+        return call.files.size() > 1 || (call.walksFolders && std::any_of(call.files.begin(), call.files.end(), isDir))
+            || isFolderName(output);
+    }
+
+    int writeInto(const QStringList &files)
+    {
+        OutputFolder folder(output, call.ending, files);
+        if (!call.index.isEmpty())
+            folder.reserve(call.index);
+        int status = folder.make();
+        if (status != statusFine)
+            return status;
+        for (const QString &file : files)
+            status = std::max(status, writeOne(file, QString(), &folder));
+        return call.index.isEmpty() ? status : std::max(status, form.writeIndex(QDir(output).filePath(call.index)));
+    }
+
+    // A file that cannot be read takes no name in the folder.
+    int writeOne(const QString &file, const QString &path, OutputFolder *folder = nullptr)
+    {
+        return answerFor(file, [&] {
+            const Layout layout = readExactLayout(file, options);
+            const QString problem = problemOf(layout);
+            if (!problem.isEmpty())
+                return noAnswerFor(file, problem);
+            const QString target = folder ? folder->pathFor(file) : path;
+            const int status = writeAnswer(target, file, [&](QIODevice &device) { form.write(layout, device); });
+            if (folder && status == statusFine)
+                form.written(layout, QFileInfo(target).fileName());
+            return status;
+        });
+    }
+
+    QString problemOf(const Layout &layout) const
+    {
+        if (const vanlayout::Problem *error = layout.error())
+            return messageOf(*error);
+        const QString problem = problemWithLanguage(layout, language);
+        return problem.isEmpty() ? form.problem(layout) : problem;
+    }
+
+    const LayoutOutput &call;
+    const LayoutForm &form;
+    QString output;
+    QString language;
+    vanlayout::ReadOptions options;
+};
+
+} // namespace
+
+int writeLayouts(const LayoutOutput &call, const LayoutForm &form)
+{
+    return OutputRun(call, form).run();
+}
