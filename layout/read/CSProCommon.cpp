@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <utility>
 
 namespace vanlayout::cspro
 {
@@ -140,13 +141,25 @@ void shareLinkedValues(Layout &layout, Diagnostics &diagnostics)
                              .arg(maxLinkedValues));
 }
 
+QString shortened(QString text, int longest)
+{
+    if (text.size() <= longest)
+        return text;
+    const bool isPairCut = text.at(longest - 1).isHighSurrogate();
+    text.truncate(isPairCut ? longest - 1 : longest);
+    return text;
+}
+
+QString nameInPath(const QString &name)
+{
+    return shortened(name, longestNameInPaths);
+}
+
 QString quoted(QString text)
 {
     constexpr int longest = 40;
     const bool isCut = text.size() > longest;
-    text.truncate(longest);
-    if (isCut && qAsConst(text).back().isHighSurrogate())
-        text.chop(1);
+    text = shortened(std::move(text), longest);
     for (QChar &character : text) {
         if (character.category() == QChar::Other_Control)
             character = QLatin1Char(' ');
@@ -161,7 +174,7 @@ QString idsName()
 
 QString childPath(const QString &parent, const QString &name)
 {
-    return parent + QLatin1Char('/') + name;
+    return parent + QLatin1Char('/') + nameInPath(name);
 }
 
 QString valuePath(const QString &set, int number)

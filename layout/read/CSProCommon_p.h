@@ -51,6 +51,14 @@ constexpr int maxLinkedValues = 4'000'000;
 /// A text of the file as it is in a message: in quotation marks, in one line, cut where it is long.
 QString quoted(QString text);
 
+/// The first characters of a text, \a longest at most; half a surrogate pair at the end is left out.
+QString shortened(QString text, int longest);
+
+/// A name as it is in a path: cut at `longestNameInPaths`, so that a long one with many entries beneath does not fill
+/// the memory.
+QString nameInPath(const QString &name);
+constexpr int longestNameInPaths = 200;
+
 /// Name of the ids in a path.
 QString idsName();
 /// `LEVEL/RECORD/ITEM/VALUESET`: the path of the element \a name within the element at \a parent. A level, which is the

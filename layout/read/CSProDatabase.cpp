@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 
@@ -197,7 +198,11 @@ QByteArray utf8Of(const QByteArray &bytes)
 
 void readDictionary(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)
 {
-    const QByteArray head = bytes.left(headSize);
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    bool isAll = false;
+    const QByteArray head = headOf(buffer, isAll);
     if (isCSProText(head) && !isCSProJson(head))
         readCSProText(bytes, layout, diagnostics);
     else

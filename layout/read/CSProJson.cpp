@@ -27,10 +27,21 @@ bool isSpace(char byte)
     return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
+char byteAt(const QByteArray &bytes, int position)
+{
+    return position < bytes.size() ? bytes.at(position) : '\0';
+}
+
+bool isComment(const QByteArray &bytes, int position)
+{
+    const char second = byteAt(bytes, position + 1);
+    return byteAt(bytes, position) == '/' && (second == '/' || second == '*');
+}
+
 // Behind the comment at \a begin; the end of the bytes if it does not end in them.
 int behindComment(const QByteArray &bytes, int begin)
 {
-    const bool isBlock = bytes.mid(begin, 2) == "/*";
+    const bool isBlock = bytes.at(begin + 1) == '*';
     const int end = bytes.indexOf(isBlock ? "*/" : "\n", begin + 2);
     if (end < 0)
         return bytes.size();
@@ -42,8 +53,7 @@ int behindComment(const QByteArray &bytes, int begin)
 int nextByte(const QByteArray &bytes, int position)
 {
     while (position < bytes.size()) {
-        const QByteArray two = bytes.mid(position, 2);
-        if (two == "//" || two == "/*")
+        if (isComment(bytes, position))
             position = behindComment(bytes, position);
         else if (isSpace(bytes.at(position)))
             ++position;
@@ -51,11 +61,6 @@ int nextByte(const QByteArray &bytes, int position)
             break;
     }
     return position;
-}
-
-char byteAt(const QByteArray &bytes, int position)
-{
-    return position < bytes.size() ? bytes.at(position) : '\0';
 }
 
 // A bracket alone may also begin the text form, whose names of sections begin with a letter.
@@ -164,6 +169,11 @@ bool parse(const QByteArray &bytes, CSProJsonDraft &draft, Diagnostics &diagnost
 
 } // namespace
 
+bool isBlankCSProJson(const QByteArray &head)
+{
+    return nextByte(head, beginOf(head)) >= head.size();
+}
+
 bool isCSProJson(const QByteArray &head)
 {
     return byteAt(head, nextByte(head, beginOf(head))) == '{' || isList(head);
@@ -171,7 +181,7 @@ bool isCSProJson(const QByteArray &head)
 
 void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)
 {
-    if (isList(bytes.left(headSize))) {
+    if (isList(bytes)) {
         diagnostics.fail("no-dictionary", QStringLiteral("the file is a JSON list, not a CSPro dictionary"), 1);
         return;
     }

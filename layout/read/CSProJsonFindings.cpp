@@ -8,13 +8,6 @@ namespace vanlayout
 namespace
 {
 
-// A name as it is in a path: cut, so that a long one with many entries beneath does not fill the memory.
-QString shown(const QString &name)
-{
-    constexpr int longest = 1000;
-    return name.left(longest);
-}
-
 const Item &itemAt(const Level &level, const ElementAddress &address)
 {
     return address.isInIds() ? level.ids.at(address.item) : level.records.at(address.record).items.at(address.item);
@@ -23,26 +16,26 @@ const Item &itemAt(const Level &level, const ElementAddress &address)
 // `LEVEL`, `LEVEL/RECORD` or `LEVEL/(ids)`.
 QString recordPath(const Level &level, const ElementAddress &address)
 {
+    const QString path = cspro::nameInPath(level.name);
     if (address.isInIds())
-        return cspro::childPath(shown(level.name), cspro::idsName());
-    return address.record < 0 ? shown(level.name)
-                              : cspro::childPath(shown(level.name), shown(level.records.at(address.record).name));
+        return cspro::childPath(path, cspro::idsName());
+    return address.record < 0 ? path : cspro::childPath(path, level.records.at(address.record).name);
 }
 
 QString itemPath(const Level &level, const ElementAddress &address)
 {
     const Item &item = itemAt(level, address);
-    const QString path = cspro::childPath(recordPath(level, address), shown(item.name));
+    const QString path = cspro::childPath(recordPath(level, address), item.name);
     if (address.valueSet < 0)
         return path;
-    const QString setPath = cspro::childPath(path, shown(item.valueSets.at(address.valueSet).name));
+    const QString setPath = cspro::childPath(path, item.valueSets.at(address.valueSet).name);
     return address.value < 0 ? setPath : cspro::valuePath(setPath, address.value + 1);
 }
 
 QString pathOf(const Layout &layout, const ElementAddress &address)
 {
     if (address.relation >= 0)
-        return cspro::relationPath(shown(layout.relations.at(address.relation).name));
+        return cspro::relationPath(layout.relations.at(address.relation).name);
     if (address.level < 0)
         return QString();
     const Level &level = layout.levels.at(address.level);

@@ -106,7 +106,7 @@ void CSProTextReader::checkLevels()
         if (each.ids.isEmpty())
             diagnostics.warn("level-without-ids",
                              QStringLiteral("the level has no id item; CSPro leaves it out with its records"),
-                             { levelLines[size_t(index)], each.name });
+                             { levelLines[size_t(index)], cspro::nameInPath(each.name) });
     }
 }
 
@@ -123,20 +123,25 @@ void CSProTextReader::inform(const char *id, const QString &message, int line)
 namespace
 {
 
-// A mark, and white space; both are left out.
-bool beginsWithBracket(const QByteArray &head)
+// The first character behind a mark and white space; a blank where there is none.
+char firstCharacterOf(const QByteArray &head)
 {
     const CSProTextContent content = decodeCSProText(head);
     const std::string_view text = content.text();
     const size_t first = text.find_first_not_of(" \t\n\v\f\r");
-    return first != std::string_view::npos && text[first] == '[';
+    return first != std::string_view::npos ? text[first] : ' ';
 }
 
 } // namespace
 
+bool isBlankCSProText(const QByteArray &head)
+{
+    return firstCharacterOf(head) == ' ';
+}
+
 bool isCSProText(const QByteArray &head)
 {
-    return beginsWithBracket(head);
+    return firstCharacterOf(head) == '[';
 }
 
 void readCSProText(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)

@@ -355,24 +355,24 @@ QString CSProTextReader::pathOfFile() const
 
 QString CSProTextReader::pathOfLevel() const
 {
-    return level->name;
+    return cspro::nameInPath(level->name);
 }
 
 QString CSProTextReader::pathOfIds() const
 {
-    return cspro::childPath(level->name, cspro::idsName());
+    return cspro::childPath(pathOfLevel(), cspro::idsName());
 }
 
 QString CSProTextReader::pathOfRecord() const
 {
-    return cspro::childPath(level->name, record->name);
+    return cspro::childPath(pathOfLevel(), record->name);
 }
 
 QString CSProTextReader::pathOfItem() const
 {
     const Level &itsLevel = qAsConst(layout).levels.at(itemLevel);
     const QString records = itemRecord < 0 ? cspro::idsName() : itsLevel.records.at(itemRecord).name;
-    return cspro::childPath(cspro::childPath(itsLevel.name, records), item->name);
+    return cspro::childPath(cspro::childPath(cspro::nameInPath(itsLevel.name), records), item->name);
 }
 
 QString CSProTextReader::pathOfValueSet() const

@@ -15,12 +15,18 @@ namespace vanlayout
 struct Input {
     QIODevice &device; ///< open for reading, random access, at the position of the first byte
     QString path;      ///< of the file; empty where the layout comes from a device
-    QByteArray head;   ///< first bytes of the file, `headSize` of them where the file is as long
+    QByteArray head;   ///< first bytes of the file, `headSize` of them or more where the file is as long
     const ReadOptions &options;
 };
 
-/// Bytes at the beginning of a file that are enough to recognise its format.
+/// Bytes at the beginning of a file that are enough to recognise its format, unless it begins with white space or
+/// comments. Then it takes as many more as show what follows them, at most `maxHeadSize`.
 constexpr int headSize = 1024;
+constexpr int maxHeadSize = 16 << 20;
+
+/// The bytes from the device's position on that show the format; the position stays. \a isAll is whether the device
+/// has no more, or failed behind them.
+QByteArray headOf(QIODevice &device, bool &isAll);
 
 /// Each reads one format into \a layout, whose member `file` is set. What the file has wrong goes to \a diagnostics; a
 /// file that gives no layout ends in `Diagnostics::fail`.
@@ -35,11 +41,15 @@ struct FileFormat {
 };
 
 bool isCSProText(const QByteArray &head);
+/// Whether nothing but a mark and white space is in \a head.
+bool isBlankCSProText(const QByteArray &head);
 void readCSProText(Input &input, Layout &layout, Diagnostics &diagnostics);
 /// Reads the text form from \a bytes, as within a data file.
 void readCSProText(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics);
 
 bool isCSProJson(const QByteArray &head);
+/// Whether nothing but a mark, white space and comments is in \a head.
+bool isBlankCSProJson(const QByteArray &head);
 void readCSProJson(Input &input, Layout &layout, Diagnostics &diagnostics);
 /// Reads the JSON form from \a bytes, as within a data file.
 void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics);

@@ -55,8 +55,9 @@ QString problemBehind(QIODevice &device)
 void readDevice(QIODevice &device, const QString &path, const ReadOptions &options, Layout &layout)
 {
     Diagnostics diagnostics(layout);
-    const QByteArray head = device.peek(headSize);
-    const QString problem = head.size() < headSize ? problemBehind(device) : QString();
+    bool isAll = false;
+    const QByteArray head = headOf(device, isAll);
+    const QString problem = isAll ? problemBehind(device) : QString();
     if (!problem.isEmpty()) {
         diagnostics.fail("cannot-read", problem);
         return;
@@ -109,6 +110,18 @@ Layout readLayout(const QString &path, const ReadOptions &options)
     else
         readDevice(file, path, options, layout);
     return layout;
+}
+
+QByteArray headOf(QIODevice &device, bool &isAll)
+{
+    int size = headSize;
+    QByteArray head = device.peek(size);
+    while (head.size() == size && size < maxHeadSize && (isBlankCSProText(head) || isBlankCSProJson(head))) {
+        size *= 2;
+        head = device.peek(size);
+    }
+    isAll = head.size() < size;
+    return head;
 }
 
 QByteArray readAllOf(QIODevice &device, QString &problem)

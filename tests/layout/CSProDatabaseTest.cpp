@@ -142,6 +142,7 @@ void CSProDatabaseTest::dictionaryIsReadInBothFormsAsTextAndAsBlob_data()
     QTest::newRow("text, BLOB") << textForm << true << "7.7";
     QTest::newRow("text with a mark") << "\xef\xbb\xbf" + textForm << false << "7.7";
     QTest::newRow("JSON with a mark") << "\xef\xbb\xbf" + jsonForm << false << "";
+    QTest::newRow("text behind many lines") << QByteArray(3000, '\n') + textForm << false << "7.7";
 }
 
 void CSProDatabaseTest::dictionaryIsReadInBothFormsAsTextAndAsBlob()

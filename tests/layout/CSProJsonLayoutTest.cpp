@@ -540,8 +540,13 @@ void CSProJsonLayoutTest::pathsNameTheElementEvenBeforeItsName()
 
 void CSProJsonLayoutTest::longNamesAreCutInPaths()
 {
-    const Layout layout = layoutOf("{\"levels\":[{\"name\":\"" + QByteArray(5000, 'L') + "\",\"x\":1}]}");
-    QCOMPARE(layout.extras.at(0).path, QString(1000, 'L'));
+    const QByteArray name(5000, 'L');
+    const Layout layout = layoutOf("{\"levels\":[{\"name\":\"" + name + R"(","x":1,"ids":{"items":[{"x":2,"name":")"
+                                   + name + R"("}]}}],"relations":[{"x":3,"name":")" + name + "\"}]}");
+    const QString cut(200, 'L');
+    QCOMPARE(layout.extras.at(0).path, cut);
+    QCOMPARE(layout.extras.at(1).path, cut + "/(ids)/" + cut);
+    QCOMPARE(layout.extras.at(2).path, "relations/" + cut);
     QCOMPARE(layout.levels.at(0).name, QString(5000, 'L'));
 }
 

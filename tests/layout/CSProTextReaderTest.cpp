@@ -12,6 +12,8 @@
 
 using namespace vanlayout;
 
+Q_DECLARE_METATYPE(Format)
+
 namespace
 {
 
@@ -183,6 +185,9 @@ private slots:
     void manySmallElementsAreRead_data();
     void manySmallElementsAreRead();
     void aMillionProblemsAreBounded();
+    void longNamesAreCutInPaths();
+    void whiteSpaceInFrontMayBeLong_data();
+    void whiteSpaceInFrontMayBeLong();
 };
 
 void CSProTextReaderTest::everyKeyIsReadAndHasItsDefault_data()
@@ -903,6 +908,58 @@ void CSProTextReaderTest::aMillionProblemsAreBounded()
                            [id](const Problem &problem) { return problem.id == QLatin1String(id); });
     };
     QVERIFY(hasProblem("too-many-problems"));
+}
+
+void CSProTextReaderTest::longNamesAreCutInPaths()
+{
+    const QByteArray name(5000, 'N');
+    const QByteArray keys = "\nName=" + name + "\nX=1\n";
+    const Layout layout = layoutOf("[Dictionary]" + keys + "[Level]" + keys + "[IdItems]\nX=1\n[Level]\n[Record]" + keys
+                                   + "[Item]" + keys + "[ValueSet]" + keys + "Value=1\nX=1\n[Relation]" + keys);
+    const QString cut(200, 'N');
+    const QString item = '/' + cut + '/' + cut;
+    QStringList paths;
+    for (const Extra &extra : layout.extras)
+        paths.append(extra.path);
+    QCOMPARE(paths,
+             (QStringList{ "", cut, cut + "/(ids)", '/' + cut, item, item + '/' + cut, item + '/' + cut + "/#1",
+                           "relations/" + cut }));
+    QCOMPARE(layout.problems.at(2).path, cut);
+    QCOMPARE(layout.levels.at(0).name, QString::fromLatin1(name));
+}
+
+void CSProTextReaderTest::whiteSpaceInFrontMayBeLong_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<Format>("format");
+    const QByteArray text = "[Dictionary]\nName=D\n";
+    const QByteArray json = R"({"name":"D","levels":[]})";
+    const QByteArray mark = "\xEF\xBB\xBF";
+    QTest::newRow("text behind lines") << QByteArray("\r\n").repeated(511) + text << Format::CSProText;
+    QTest::newRow("text behind 1,024 lines") << QByteArray(1024, '\n') + text << Format::CSProText;
+    QTest::newRow("text behind all white space")
+        << QByteArray(" \t\v\f\r\n").repeated(50'000) + text << Format::CSProText;
+    QTest::newRow("text behind a mark and blanks") << mark + QByteArray(3000, ' ') + text << Format::CSProText;
+    QTest::newRow("text in UTF-16") << "\xFF\xFE" + QByteArray(" \0", 2).repeated(2000)
+            + QByteArray("[\0D\0i\0c\0t\0i\0o\0n\0a\0r\0y\0]\0", 24)
+                                    << Format::CSProText;
+    QTest::newRow("JSON behind lines") << QByteArray(5000, '\n') + json << Format::CSProJson;
+    QTest::newRow("JSON behind a mark and blanks") << mark + QByteArray(3000, ' ') + json << Format::CSProJson;
+    QTest::newRow("JSON behind a comment") << "/*" + QByteArray(3000, '*') + "*/" + json << Format::CSProJson;
+    QTest::newRow("JSON behind a line's comment") << "//" + QByteArray(3000, 'x') + "\n" + json << Format::CSProJson;
+    QTest::newRow("nothing behind it") << QByteArray(5000, ' ') << Format::None;
+    QTest::newRow("comment without end") << "/*" + QByteArray(3000, ' ') << Format::None;
+    QTest::newRow("list behind it") << QByteArray(5000, ' ') + "[{}]" << Format::None;
+    QTest::newRow("more than the bound") << QByteArray(17 << 20, ' ') + text << Format::None;
+}
+
+void CSProTextReaderTest::whiteSpaceInFrontMayBeLong()
+{
+    QFETCH(QByteArray, bytes);
+    const Layout layout = layoutOf(bytes);
+    QTEST(layout.format, "format");
+    QCOMPARE(layout.isRead(), layout.format != Format::None);
+    QVERIFY(layout.isRead() || layout.error()->id == "unknown-format" || layout.error()->id == "no-dictionary");
 }
 
 QTEST_APPLESS_MAIN(CSProTextReaderTest)

@@ -144,6 +144,7 @@ void ReaderTest::anErrorOfTheDeviceIsAnError_data()
         QTest::addRow("%s, Stata", kind) << isSequential << QByteArray("<stata_dta><header>");
         QTest::addRow("%s, text", kind) << isSequential << dictionary;
         QTest::addRow("%s, text behind the first block", kind) << isSequential << dictionary + QByteArray(300000, '\n');
+        QTest::addRow("%s, white space", kind) << isSequential << QByteArray(3000, ' ');
         QTest::addRow("%s, JSON", kind) << isSequential << QByteArray("{ \"software\": ");
     }
 }
