@@ -4,6 +4,10 @@ include(CMakePackageConfigHelpers)
 install(TARGETS model_VanAdmin EXPORT model_VanAdminTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/model_VanAdmin)
 install(TARGETS vanlayout RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+set(completions ${PROJECT_BINARY_DIR}/tools/vanlayout/completion)
+install(FILES ${completions}/bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME vanlayout)
+install(FILES ${completions}/fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d RENAME vanlayout.fish)
+install(FILES ${completions}/zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions RENAME _vanlayout)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/model_VanAdmin
     FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
 install(FILES ${PROJECT_BINARY_DIR}/src/include/model_vanadmin_export.h

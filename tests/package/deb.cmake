@@ -16,7 +16,9 @@ foreach(needed libqt5core5a libqt5gui5 libqt5widgets5 libreadstat1 libsqlite3-0 
 endforeach()
 
 must(${DPKG_DEB} --extract ${package} ${SCRATCH}/root)
-foreach(file bin/vanlayout share/man/man1/vanlayout.1 include/model_VanAdmin/import/DataImport.h include/vanlayout/read/Reader.h)
+foreach(file bin/vanlayout share/man/man1/vanlayout.1 share/bash-completion/completions/vanlayout
+        share/fish/vendor_completions.d/vanlayout.fish share/zsh/vendor-completions/_vanlayout
+        include/model_VanAdmin/import/DataImport.h include/vanlayout/read/Reader.h)
     if(NOT EXISTS ${SCRATCH}/root/usr/${file})
         message(FATAL_ERROR "the package has no ${file}")
     endif()

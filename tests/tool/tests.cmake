@@ -9,6 +9,10 @@ van_add_test(tool/VanlayoutShowTest.cpp)
 add_dependencies(VanlayoutShowTest vanlayout)
 target_compile_definitions(VanlayoutShowTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
+van_add_test(tool/VanlayoutShellTest.cpp)
+add_dependencies(VanlayoutShellTest vanlayout)
+target_compile_definitions(VanlayoutShellTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+
 van_add_test(tool/VanlayoutLookupTest.cpp)
 add_dependencies(VanlayoutLookupTest vanlayout)
 target_compile_definitions(VanlayoutLookupTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")

@@ -1,0 +1,258 @@
+#include "support/ToolRun.h"
+
+#include <QtTest>
+
+#include <QRegularExpression>
+
+namespace
+{
+
+const QStringList allCommands
+    = { "show", "fields", "explain", "lookup", "diff", "codebook", "export", "completion", "help" };
+
+} // namespace
+
+/// How the command is met in a shell: help, examples, suggestions for a mistyped word, and completion.
+class VanlayoutShellTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void helpOfACommandIsThatOfItsOption_data()
+    {
+        QTest::addColumn<QString>("command");
+        for (const QString &command : allCommands)
+            QTest::newRow(qPrintable(command)) << command;
+    }
+    void helpOfACommandIsThatOfItsOption()
+    {
+        QFETCH(QString, command);
+        const Run help = folder.run({ "help", command });
+        QCOMPARE(help.status, fine);
+        QCOMPARE(help.err, QByteArray());
+        QCOMPARE(help.out, folder.run({ command, "--help" }).out);
+        QVERIFY(help.out.contains("Usage: vanlayout " + command.toUtf8() + " [OPTIONS]"));
+        QVERIFY2(help.out.contains("\nExamples:\n  vanlayout " + command.toUtf8()), help.out.constData());
+    }
+
+    void helpWithoutACommandListsAll()
+    {
+        const Run help = folder.run({ "help" });
+        QCOMPARE(help.status, fine);
+        QCOMPARE(help.out, folder.run({ "--help" }).out);
+        for (const QString &command : allCommands)
+            QVERIFY2(help.out.contains("\n  " + command.toUtf8() + ' '), qPrintable(command));
+        QVERIFY(help.out.contains("vanlayout help COMMAND shows the options of a command, and examples."));
+    }
+
+    void everyExampleIsACallThatIsTaken()
+    {
+        const QByteArray missing = "No such file or directory";
+        for (const QString &command : allCommands) {
+            const QList<QByteArray> lines = folder.run({ "help", command }).out.split('\n');
+            for (const QByteArray &line : lines) {
+                if (!line.startsWith("  vanlayout "))
+                    continue;
+                QStringList words = QString::fromUtf8(line).simplified().split(QLatin1Char(' '));
+                const int redirection = words.indexOf(QStringLiteral(">"));
+                words = words.mid(1, redirection < 0 ? -1 : redirection - 1);
+                const Run run = folder.run(words);
+                QVERIFY2(run.status == fine || run.err.contains(missing) || run.err.contains("no such file"),
+                         (line + '\n' + run.err).constData());
+            }
+        }
+    }
+
+    void aNearMissIsSuggested_data()
+    {
+        QTest::addColumn<QStringList>("call");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("swapped letters") << QStringList{ "shwo", "x" }
+                                         << QByteArray("shwo: no such command or option; did you mean show?");
+        QTest::newRow("letter left out") << QStringList{ "expot" }
+                                         << QByteArray("expot: no such command or option; did you mean export?");
+        QTest::newRow("letter added") << QStringList{ "codeboook" }
+                                      << QByteArray("codeboook: no such command or option; did you mean codebook?");
+        QTest::newRow("letter exchanged")
+            << QStringList{ "loakup" } << QByteArray("loakup: no such command or option; did you mean lookup?");
+        QTest::newRow("option of the tool")
+            << QStringList{ "--verbos" } << QByteArray("--verbos: no such command or option; did you mean --verbose?");
+        QTest::newRow("option of a command") << QStringList{ "show", "--lables", "x" }
+                                             << QByteArray("--lables: no such option of show; did you mean --labels?");
+        QTest::newRow("option with a value")
+            << QStringList{ "show", "--fromat=csv", "x" }
+            << QByteArray("--fromat=csv: no such option of show; did you mean --format?");
+        QTest::newRow("value") << QStringList{ "show", "--format", "tabel", "x" }
+                               << QByteArray("--format: tabel not in {table,json,csv}; did you mean table?");
+        QTest::newRow("nothing near") << QStringList{ "frobnicate" }
+                                      << QByteArray("frobnicate: no such command or option");
+        QTest::newRow("no option near") << QStringList{ "show", "--zzz", "x" }
+                                        << QByteArray("--zzz: no such option of show");
+        QTest::newRow("value far from all")
+            << QStringList{ "show", "--format", "yaml", "x" } << QByteArray("--format: yaml not in {table,json,csv}");
+        QTest::newRow("a long word") << QStringList{ QString(100000, 's') }
+                                     << QByteArray(100000, 's') + ": no such command or option";
+    }
+    void aNearMissIsSuggested()
+    {
+        QFETCH(QStringList, call);
+        QFETCH(QByteArray, line);
+        const Run run = folder.run(call);
+        QCOMPARE(run.status, noAnswer);
+        QCOMPARE(run.out, QByteArray());
+        QCOMPARE(run.err, "vanlayout: " + line + '\n');
+    }
+
+    void completionKnowsEveryCommandAndOption_data() { shells(); }
+    void completionKnowsEveryCommandAndOption()
+    {
+        QFETCH(QString, shell);
+        const QByteArray script = folder.run({ "completion", shell }).out;
+        for (const QString &command : allCommands) {
+            QVERIFY2(script.contains(command.toUtf8()), qPrintable(command));
+            const QString help = QString::fromUtf8(folder.run({ "help", command }).out);
+            QRegularExpressionMatchIterator options
+                = QRegularExpression(QStringLiteral("^  (?:-\\w,)?--([\\w-]+)"), QRegularExpression::MultilineOption)
+                      .globalMatch(help);
+            QVERIFY(options.hasNext());
+            while (options.hasNext()) {
+                const QString option = options.next().captured(1);
+                const QString typed
+                    = shell == QLatin1String("fish") ? QLatin1String("-l ") + option : QLatin1String("--") + option;
+                QVERIFY2(script.contains(typed.toUtf8()), qPrintable(command + QLatin1Char(' ') + option));
+            }
+        }
+    }
+
+    void shellTakesTheScript_data() { shells(); }
+    void shellTakesTheScript()
+    {
+        QFETCH(QString, shell);
+        folder.write("script", folder.run({ "completion", shell }).out);
+        QProcess checker;
+        checker.start(shell, { shell == QLatin1String("fish") ? "--no-execute" : "-n", folder.path() + "/script" });
+        QVERIFY2(checker.waitForFinished(patience), qPrintable(checker.errorString()));
+        QCOMPARE(checker.readAllStandardError(), QByteArray());
+        QCOMPARE(checker.exitCode(), 0);
+    }
+
+    void bashCompletesAWord_data()
+    {
+        QTest::addColumn<QStringList>("words");
+        QTest::addColumn<QByteArray>("completions");
+        QTest::newRow("command") << QStringList{ "sh" } << QByteArray("show");
+        QTest::newRow("commands") << QStringList{ "ex" } << QByteArray("explain export");
+        QTest::newRow("global option") << QStringList{ "--verb" } << QByteArray("--verbose");
+        QTest::newRow("option") << QStringList{ "show", "--lab" } << QByteArray("--labels");
+        QTest::newRow("option behind a file") << QStringList{ "show", "a.dcf", "--prob" } << QByteArray("--problems");
+        QTest::newRow("value") << QStringList{ "show", "--format", "j" } << QByteArray("json");
+        QTest::newRow("value behind a sign") << QStringList{ "show", "--format", "=", "j" } << QByteArray("json");
+        QTest::newRow("all values") << QStringList{ "show", "--format", "=" } << QByteArray("table json csv");
+        QTest::newRow("behind a global option") << QStringList{ "--verbose", "loo" } << QByteArray("lookup");
+        QTest::newRow("topic of help") << QStringList{ "help", "codeb" } << QByteArray("codebook");
+        QTest::newRow("shell") << QStringList{ "completion", "z" } << QByteArray("zsh");
+        QTest::newRow("files are the shell's own business") << QStringList{ "show", "cens" } << QByteArray();
+        QTest::newRow("value without a list") << QStringList{ "show", "--catalog", "x" } << QByteArray();
+    }
+    void bashCompletesAWord()
+    {
+        QFETCH(QStringList, words);
+        QFETCH(QByteArray, completions);
+        folder.write("script", folder.run({ "completion", "bash" }).out);
+        QProcess bash;
+        bash.setWorkingDirectory(folder.path());
+        bash.start("bash",
+                   QStringList{ "--norc", "-c",
+                                ". ./script; COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _vanlayout; "
+                                "echo \"${COMPREPLY[*]}\"",
+                                "bash", "vanlayout" }
+                       + words);
+        QVERIFY2(bash.waitForFinished(patience), qPrintable(bash.errorString()));
+        QCOMPARE(bash.readAllStandardError(), QByteArray());
+        QCOMPARE(bash.readAllStandardOutput().trimmed(), completions);
+    }
+
+    void fishCompletesAWord_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QStringList>("completions");
+        QTest::newRow("command") << "vanlayout sh" << QStringList{ "show" };
+        QTest::newRow("option") << "vanlayout show --lab" << QStringList{ "--labels" };
+        QTest::newRow("value") << "vanlayout show --format " << QStringList{ "csv", "json", "table" };
+        QTest::newRow("shell") << "vanlayout completion z" << QStringList{ "zsh" };
+    }
+    void fishCompletesAWord()
+    {
+        QFETCH(QString, line);
+        QFETCH(QStringList, completions);
+        folder.write("script", folder.run({ "completion", "fish" }).out);
+        QProcess fish;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("HOME", folder.path());
+        environment.insert("XDG_CONFIG_HOME", folder.path());
+        environment.insert("XDG_DATA_HOME", folder.path());
+        fish.setProcessEnvironment(environment);
+        fish.setWorkingDirectory(folder.path());
+        fish.start("fish", { "--no-config", "-c", "source script; complete -C '" + line + "'" });
+        QVERIFY2(fish.waitForFinished(patience), qPrintable(fish.errorString()));
+        QStringList found;
+        const QList<QByteArray> lines = fish.readAllStandardOutput().split('\n');
+        for (const QByteArray &completion : lines) {
+            if (!completion.isEmpty())
+                found.append(QString::fromUtf8(completion.split('\t').first()));
+        }
+        found.sort();
+        QCOMPARE(found, completions);
+    }
+
+    // The functions of the completion system stand for themselves and print what they are handed.
+    void zshCompletesAWord_data()
+    {
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<QByteArray>("handed");
+        QTest::newRow("command") << "vanlayout sh" << QByteArray("\nshow:Show the exact layout of each FILE.\n");
+        QTest::newRow("global option") << "vanlayout --v"
+                                       << QByteArray("\n--version[Display program version information and exit]\n");
+        QTest::newRow("value") << "vanlayout show --format j"
+                               << QByteArray("\n--format[table, json or csv]:value:(table json csv)\n");
+        QTest::newRow("file") << "vanlayout show x" << QByteArray("\n*:file:_files\n");
+        QTest::newRow("shell") << "vanlayout completion z" << QByteArray("\n*:value:(bash fish zsh)\n");
+    }
+    void zshCompletesAWord()
+    {
+        QFETCH(QString, words);
+        QFETCH(QByteArray, handed);
+        folder.write("script", folder.run({ "completion", "zsh" }).out);
+        QProcess zsh;
+        zsh.setWorkingDirectory(folder.path());
+        zsh.start("zsh",
+                  { "-f", "-c",
+                    "_arguments() { print -l -- '' \"$@\"; }; _describe() { print -l -- '' ${(P)2}; }; "
+                    "words=("
+                        + words + "); CURRENT=${#words}; . ./script" });
+        QVERIFY2(zsh.waitForFinished(patience), qPrintable(zsh.errorString()));
+        QCOMPARE(zsh.readAllStandardError(), QByteArray());
+        const QByteArray out = zsh.readAllStandardOutput();
+        QVERIFY2(out.contains(handed), out.constData());
+    }
+
+    void anUnknownShellIsRefused()
+    {
+        const Run run = folder.run({ "completion", "tcsh" });
+        QCOMPARE(run.status, noAnswer);
+        QCOMPARE(run.err, QByteArray("vanlayout: SHELL: tcsh not in {bash,fish,zsh}\n"));
+    }
+
+private:
+    static void shells()
+    {
+        QTest::addColumn<QString>("shell");
+        for (const char *shell : { "bash", "fish", "zsh" })
+            QTest::newRow(shell) << shell;
+    }
+
+    ToolFolder folder;
+};
+
+QTEST_GUILESS_MAIN(VanlayoutShellTest)
+#include "VanlayoutShellTest.moc"

@@ -1,0 +1,359 @@
+#include "CommandLine.h"
+
+#include "Answer.h"
+#include "Codebook.h"
+#include "Completion.h"
+#include "DiffCommand.h"
+#include "Explain.h"
+#include "Export.h"
+#include "Fields.h"
+#include "LookupCheck.h"
+#include "Show.h"
+#include "Suggestion.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QApplication>
+#include <QLoggingCategory>
+
+#include <algorithm>
+#include <functional>
+#include <iostream>
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+bool hasDisplay()
+{
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
+        || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+using Choices = std::vector<std::string>;
+
+void addChoice(CLI::App &command, const char *name, std::string &chosen, const Choices &choices, const char *help)
+{
+    command.add_option(name, chosen, help)->check(CLI::IsMember(choices))->capture_default_str();
+}
+
+void addFormat(CLI::App &command, std::string &format)
+{
+    addChoice(command, "--format", format, { "table", "json" }, "table or json");
+}
+
+void addType(CLI::App &command, std::string &type, const char *help, const char *name = "--type")
+{
+    addChoice(command, name, type, { "auto", "cspro", "cspro8", "stata", "spss" }, help);
+}
+
+void addDecimals(CLI::App &command, std::string &decimals)
+{
+    addChoice(command, "--decimals", decimals, { "yes", "no" }, "whether decimal codes become integers");
+}
+
+void addSeparator(CLI::App &command, std::string &separator, const char *help)
+{
+    addChoice(command, "--separator", separator, { "space", "tab", "comma", "semicolon", "colon" }, help);
+}
+
+void describeShow(CLI::App &command, ShowOptions &options)
+{
+    addChoice(command, "--format", options.format, { "table", "json", "csv" }, "table, json or csv");
+    command.add_flag("--pretty", options.isPretty, "indent the JSON form");
+    command.add_flag("--labels", options.showsValues, "show the value labels beneath each item of the table");
+    command.add_flag("--codes", options.showsCodes, "CSV with one line a code instead of one line an item");
+    command
+        .add_option("--variable", options.variables,
+                    "show this variable alone, * and ? allowed; more after commas, or the option again")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->type_name("NAME");
+    command.add_option("--language", options.language, "language of the labels; the primary one by default")
+        ->type_name("CODE");
+    command.add_flag("--languages", options.listsLanguages, "list the languages of each file");
+    command.add_option("--catalog", options.catalog, "SAS catalog with the value labels of a SAS data set")
+        ->type_name("FILE");
+    command.add_flag("--problems", options.listsProblems, "list the problems of each file, with their lines");
+    command.add_flag("--quiet", options.isQuiet, "write no line about warnings to standard error");
+    command.add_option("FILE", options.files, "files to show; - is standard input")->required();
+}
+
+void describeFields(CLI::App &command, FieldsOptions &options)
+{
+    addChoice(command, "--format", options.format, { "table", "json", "csv" }, "table, json or csv");
+    addType(command, options.type, "how to read the files; auto goes by their content");
+    addChoice(command, "--decimals", options.decimals, { "ask", "yes", "no" },
+              "whether decimal codes become integers; ask shows a dialog");
+    command.add_option("FILE", options.files, "files to read")->required();
+}
+
+void describeLookup(CLI::App &command, LookupOptions &options)
+{
+    addFormat(command, options.format);
+    addSeparator(command, options.separator, "what parts a key from its value");
+    addChoice(command, "--mode", options.mode, { "count", "errors", "both" },
+              "count the values, report errors, or both");
+    command.add_option("--max-messages", options.maxMessages, "the message behind so many says so; none by default")
+        ->check(CLI::Range(0, std::numeric_limits<int>::max()))
+        ->type_name("N");
+    command.add_option("FILE", options.file, "lookup file to check")->required();
+}
+
+void describeExplain(CLI::App &command, ExplainOptions &options)
+{
+    addFormat(command, options.format);
+    addChoice(command, "--type", options.type, { "auto", "cspro", "cspro8", "stata", "spss", "lookup" },
+              "how to read the files; auto goes by their content");
+    addDecimals(command, options.decimals);
+    addSeparator(command, options.separator, "of lookups: what parts a key from its value");
+    command.add_flag("--all", options.showsAll, "show every place of a kind, not the first ten");
+    command.add_option("FILE", options.files, "files to explain")->required();
+}
+
+void describeDiff(CLI::App &command, DiffOptions &options)
+{
+    addFormat(command, options.format);
+    addType(command, options.oldType, "how to read OLD; auto goes by its content", "--old-type");
+    addType(command, options.newType, "how to read NEW; auto goes by its content", "--new-type");
+    addDecimals(command, options.decimals);
+    command.add_option("OLD", options.oldFile, "file with the layout as it was")->required();
+    command.add_option("NEW", options.newFile, "file with the layout as it is")->required();
+}
+
+void describeCodebook(CLI::App &command, CodebookOptions &options)
+{
+    addType(command, options.type, "how to read the file; auto goes by its content");
+    addDecimals(command, options.decimals);
+    command.add_option("-o,--output", options.output, "page to write; - is standard output")
+        ->required()
+        ->type_name("PAGE");
+    command.add_option("FILE", options.file, "file to write the codebook of")->required();
+}
+
+void describeExport(CLI::App &command, ExportOptions &options)
+{
+    command.add_option("--to", options.target, "DDI Codebook, CSV on the Web metadata, or JSON Schema")
+        ->check(CLI::IsMember({ "ddi", "csvw", "json-schema" }))
+        ->required();
+    addType(command, options.type, "how to read the file; auto goes by its content");
+    addDecimals(command, options.decimals);
+    command.add_option("-o,--output", options.output, "file to write; - is standard output, as is none")
+        ->type_name("OUTPUT");
+    command.add_option("FILE", options.file, "file to export the layout of")->required();
+}
+
+QString decoded(const std::string &text)
+{
+    return QString::fromLocal8Bit(text.c_str());
+}
+
+// Everything that may stand where an option or a command was expected.
+std::vector<std::string> knownWords(const CLI::App &app)
+{
+    std::vector<std::string> words = commandsOf(app);
+    for (const CLI::Option *option : app.get_options()) {
+        const std::vector<std::string> spellings = spellingsOf(*option);
+        words.insert(words.end(), spellings.begin(), spellings.end());
+    }
+    return words;
+}
+
+// An option without its value: `--format=csv` is `--format`.
+std::string withoutValue(const std::string &word)
+{
+    return word.substr(0, word.find('='));
+}
+
+// A word that is no command is named; the parser would only say that a command is missing.
+std::string problemWithWord(const CLI::App &app)
+{
+    const std::vector<CLI::App *> parsed = app.get_subcommands();
+    const std::vector<std::string> rest = app.remaining(true);
+    if (rest.empty())
+        return std::string();
+    if (parsed.empty())
+        return rest.front() + ": no such command or option"
+            + suggestionFor(withoutValue(rest.front()), knownWords(app));
+    if (rest.front().empty() || rest.front().front() != '-')
+        return std::string();
+    return rest.front() + ": no such option of " + parsed.front()->get_name()
+        + suggestionFor(withoutValue(rest.front()), knownWords(*parsed.front()));
+}
+
+// A value that is none of a list: the parser names option, value and list.
+std::string suggestionForValue(const CLI::App &app, const std::string &problem)
+{
+    constexpr char separator[] = ": ";
+    constexpr char behind[] = " not in {";
+    const size_t start = problem.find(separator);
+    const size_t end = problem.find(behind);
+    if (start == std::string::npos || end == std::string::npos || end < start)
+        return std::string();
+    const std::string name = problem.substr(0, start);
+    const std::string value = problem.substr(start + sizeof separator - 1, end - start - sizeof separator + 1);
+    for (const CLI::App *command : app.get_subcommands()) {
+        if (const CLI::Option *option = command->get_option_no_throw(name))
+            return suggestionFor(value, choicesOf(*option));
+    }
+    return std::string();
+}
+
+QString problemWithCall(const CLI::App &app, const CLI::ParseError &error)
+{
+    const std::string problem = problemWithWord(app);
+    const std::string text = error.what();
+    return decoded(problem.empty() ? text + suggestionForValue(app, text) : problem);
+}
+
+int runFields(const FieldsOptions &options, int argc, char **argv)
+{
+    std::unique_ptr<QApplication> application;
+    if (options.decimals == "ask") {
+        if (!hasDisplay()) {
+            complain(QString(), QStringLiteral("--decimals ask needs a display"));
+            return statusNoAnswer;
+        }
+        application = std::make_unique<QApplication>(argc, argv);
+    }
+    return showFields(options);
+}
+
+/// The commands, what each was asked for, and what answers it.
+class CommandLine
+{
+public:
+    explicit CommandLine(bool &verbose)
+        : app("Shows, explains, compares and exports the layout of census and survey data: variables, positions, types "
+              "and value labels; checks lookup files.",
+              "vanlayout")
+        , isVerbose(verbose)
+    {
+        app.set_version_flag("--version", "vanlayout " VAN_VERSION);
+        app.add_flag("--verbose", isVerbose, "write the library's debug lines to standard error");
+        app.require_subcommand(1);
+        app.fallthrough();
+        app.footer("vanlayout help COMMAND shows the options of a command, and examples.");
+        addCommands();
+        addCompletion();
+        addHelp();
+    }
+
+    int run(int argc, char **argv)
+    {
+        try {
+            app.parse(argc, argv);
+        } catch (const CLI::Success &answer) {
+            return statusAfterOutput(app.exit(answer)); // --help and --version
+        } catch (const CLI::ParseError &error) {
+            complain(QString(), problemWithCall(app, error));
+            return statusNoAnswer;
+        }
+        QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, isVerbose);
+        const auto asked = [](const Command &command) { return command.app->parsed(); };
+        const auto command = std::find_if(commands.begin(), commands.end(), asked);
+        return command != commands.end() ? command->run(argc, argv) : statusNoAnswer;
+    }
+
+private:
+    struct Command {
+        const CLI::App *app;
+        std::function<int(int argc, char **argv)> run;
+    };
+
+    CLI::App &add(const char *name, const char *help, const char *examples, std::function<int(int, char **)> run)
+    {
+        CLI::App *command = app.add_subcommand(name, help);
+        command->footer(std::string("Examples:\n") + examples);
+        commands.push_back({ command, std::move(run) });
+        return *command;
+    }
+
+    void addCommands()
+    {
+        describeShow(add("show", "Show the exact layout of each FILE.",
+                         "  vanlayout show census.dcf\n"
+                         "  vanlayout show --labels --variable SEX,AGE census.dcf\n"
+                         "  vanlayout show --format csv --codes survey.sav > codes.csv",
+                         [this](int, char **) { return show(showOptions); }),
+                     showOptions);
+        describeFields(add("fields", "Show the fields that the importers of the library make of each FILE.",
+                           "  vanlayout fields census.dcf\n"
+                           "  vanlayout fields --format csv census.dcf survey.sav",
+                           [this](int argc, char **argv) { return runFields(fieldsOptions, argc, argv); }),
+                       fieldsOptions);
+        describeExplain(add("explain", "Explain what of each FILE the fields lose or change.",
+                            "  vanlayout explain census.dcf\n"
+                            "  vanlayout explain --format json census.dcf",
+                            [this](int, char **) { return explain(explainOptions); }),
+                        explainOptions);
+        describeLookup(add("lookup", "Check the lookup FILE and print the report.",
+                           "  vanlayout lookup --separator tab occupations.txt",
+                           [this](int, char **) { return checkLookup(lookupOptions); }),
+                       lookupOptions);
+        describeDiff(add("diff", "Compare the layouts of OLD and NEW variable by variable.",
+                         "  vanlayout diff round1.dcf round2.dcf",
+                         [this](int, char **) { return diffLayouts(diffOptions); }),
+                     diffOptions);
+        describeCodebook(add("codebook", "Write the codebook of FILE as an HTML page.",
+                             "  vanlayout codebook census.dcf -o census.html",
+                             [this](int, char **) { return writeCodebook(codebookOptions); }),
+                         codebookOptions);
+        describeExport(add("export", "Write the layout of FILE in a form of another standard.",
+                           "  vanlayout export --to ddi census.dcf -o census.xml",
+                           [this](int, char **) { return exportLayout(exportOptions); }),
+                       exportOptions);
+    }
+
+    void addCompletion()
+    {
+        CLI::App &completion = add("completion", "Print the script that completes calls in SHELL.",
+                                   "  vanlayout completion bash > ~/.local/share/bash-completion/completions/vanlayout",
+                                   [this](int, char **) {
+                                       std::cout << completionScript(app, shell);
+                                       return statusAfterOutput(statusFine);
+                                   });
+        completion.add_option("SHELL", shell, "bash, fish or zsh")
+            ->required()
+            ->check(CLI::IsMember(shellsWithCompletion()));
+    }
+
+    void addHelp()
+    {
+        CLI::App &help = add("help", "Show the options of COMMAND, and examples.", "  vanlayout help show",
+                             [this](int, char **) { return printHelp(); });
+        help.add_option("COMMAND", helpTopic, "command to explain; the list of commands by default")
+            ->check(CLI::IsMember(commandsOf(app)));
+    }
+    int printHelp() const
+    {
+        const CLI::App *topic = helpTopic.empty() ? nullptr : app.get_subcommand(helpTopic);
+        std::cout << (topic ? topic->help(app.get_name())
+                            : app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal));
+        return statusAfterOutput(statusFine);
+    }
+
+    CLI::App app;
+    bool &isVerbose;
+    std::vector<Command> commands;
+    ShowOptions showOptions;
+    FieldsOptions fieldsOptions;
+    ExplainOptions explainOptions;
+    LookupOptions lookupOptions;
+    DiffOptions diffOptions;
+    CodebookOptions codebookOptions;
+    ExportOptions exportOptions;
+    std::string helpTopic;
+    std::string shell;
+};
+
+} // namespace
+
+int runCommandLine(int argc, char **argv, bool &isVerbose)
+{
+    return CommandLine(isVerbose).run(argc, argv);
+}
