@@ -1,3 +1,4 @@
+#include "support/PseudoTerminal.h"
 #include "support/ToolRun.h"
 
 #include <QtTest>
@@ -234,6 +235,43 @@ private Q_SLOTS:
         QCOMPARE(zsh.readAllStandardError(), QByteArray());
         const QByteArray out = zsh.readAllStandardOutput();
         QVERIFY2(out.contains(handed), out.constData());
+    }
+
+    void longWorkNamesItsFileOnATerminal()
+    {
+        const PseudoTerminal terminal;
+        QVERIFY2(terminal.isOpen(), "this system has no pseudo terminals");
+        QProcess tool;
+        tool.setStandardErrorFile(terminal.name());
+        tool.start(VAN_TOOL, { "show", "--format", "json", "-" });
+        QByteArray seen;
+        QElapsedTimer timer;
+        for (timer.start(); seen.isEmpty() && timer.elapsed() < patience; QTest::qWait(20))
+            seen += terminal.taken();
+        QCOMPARE(seen, QByteArray("\rstandard input\033[K"));
+        QVERIFY(timer.elapsed() >= 1000);
+        tool.write("x");
+        tool.closeWriteChannel();
+        QVERIFY(tool.waitForFinished(patience));
+        QCOMPARE(tool.exitCode(), noAnswer);
+        seen += terminal.taken();
+        // The line goes before any other is written, and at the end.
+        QVERIFY2(seen.contains("\r\033[Kvanlayout: -: "), seen.constData());
+        QVERIFY2(seen.endsWith("\n"), seen.constData());
+    }
+
+    void longWorkIsSilentWhereTheAnswerIsOnTheTerminal()
+    {
+        const PseudoTerminal terminal;
+        QVERIFY2(terminal.isOpen(), "this system has no pseudo terminals");
+        QProcess tool;
+        tool.setStandardErrorFile(terminal.name());
+        tool.setStandardOutputFile(terminal.name());
+        tool.start(VAN_TOOL, { "show", "-" });
+        QTest::qWait(3000);
+        QCOMPARE(terminal.taken(), QByteArray());
+        tool.closeWriteChannel();
+        QVERIFY(tool.waitForFinished(patience));
     }
 
     void anUnknownShellIsRefused()

@@ -5,6 +5,7 @@
 #include "LayoutInput.h"
 #include "OutputFile.h"
 #include "OutputFolder.h"
+#include "Progress.h"
 
 #include <QDir>
 #include <QFile>
@@ -39,7 +40,7 @@ public:
         }
         const NamedFiles named = filesNamed(call.files, call.walksFolders, isFolder ? output : QString());
         if (!isFolder)
-            return named.files.isEmpty() ? named.status : writeOne(named.files.constFirst(), output);
+            return named.files.isEmpty() ? named.status : writeAlone(named.files.constFirst());
         return std::max(named.status, writeInto(named.files));
     }
 
@@ -51,6 +52,14 @@ private:
             || isFolderName(output);
     }
 
+    int writeAlone(const QString &file)
+    {
+        constexpr int standardOutput = 1;
+        Progress progress(output == QLatin1String("-") && isTerminal(standardOutput));
+        progress.begin(file);
+        return writeOne(file, output);
+    }
+
     int writeInto(const QStringList &files)
     {
         OutputFolder folder(output, call.ending, files);
@@ -59,8 +68,11 @@ private:
         int status = folder.make();
         if (status != statusFine)
             return status;
-        for (const QString &file : files)
-            status = std::max(status, writeOne(file, QString(), &folder));
+        Progress progress(false);
+        for (int i = 0; i < files.size(); ++i) {
+            progress.begin(files.at(i), i + 1, files.size());
+            status = std::max(status, writeOne(files.at(i), QString(), &folder));
+        }
         return call.index.isEmpty() ? status : std::max(status, form.writeIndex(QDir(output).filePath(call.index)));
     }
 

@@ -5,6 +5,7 @@
 #include "InputFile.h"
 #include "Json.h"
 #include "Printable.h"
+#include "Progress.h"
 #include "lookup/Lookup.h"
 #include "lookup/Reports.h"
 
@@ -15,10 +16,6 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
-
-#ifdef Q_OS_UNIX
-#include <unistd.h>
-#endif
 
 namespace
 {
@@ -38,16 +35,6 @@ econsistencyCheck modeNumber(const std::string &name)
 {
     static const char *const names[] = { "", "count", "errors", "both" };
     return econsistencyCheck(numberOf(names, name));
-}
-
-bool isTerminal(int descriptor)
-{
-#ifdef Q_OS_UNIX
-    return isatty(descriptor) != 0;
-#else
-    Q_UNUSED(descriptor)
-    return false;
-#endif
 }
 
 /// A line on a terminal at standard error that tells how far a long check has come, and goes when it ends.

@@ -1,5 +1,7 @@
 #include "Printable.h"
 
+#include "Progress.h"
+
 #include <algorithm>
 #include <cstdio>
 
@@ -48,5 +50,5 @@ QString printable(const QString &text)
 void printToStandardError(const QString &line)
 {
     const QByteArray bytes = printable(line).toLocal8Bit() + '\n';
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stderr);
+    writeWithoutProgress([&] { std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stderr); });
 }

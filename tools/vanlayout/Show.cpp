@@ -9,6 +9,7 @@
 #include "LayoutTable.h"
 #include "LayoutText.h"
 #include "Printable.h"
+#include "Progress.h"
 #include "write/LayoutJson.h"
 
 #include <QFile>
@@ -232,7 +233,11 @@ public:
     {
         printer = makePrinter();
         int status = statusFine;
-        for (const QString &file : qAsConst(files)) {
+        constexpr int standardOutput = 1;
+        Progress progress(isTerminal(standardOutput));
+        for (int i = 0; i < files.size(); ++i) {
+            const QString &file = files.at(i);
+            progress.begin(file, i + 1, files.size());
             status = std::max(status, answerFor(file, [&] { return showFile(file); }));
             std::fflush(stdout);
         }
