@@ -61,8 +61,9 @@ void readCSProDatabase(Input &input, Layout &layout, Diagnostics &diagnostics);
 bool isStatFile(const QByteArray &head);
 void readStatFile(Input &input, Layout &layout, Diagnostics &diagnostics);
 
-/// Says in one line what a file that no reader recognises seems to be: "CSV", "PNG image", "ZIP archive" ...
-QString describeUnknownFile(const QByteArray &head);
+/// Reports in one line what a file that no reader recognises seems to be, a CSV file, a PNG image, a ZIP archive. \a
+/// head is as much of its begin as describes it, \a isWhole says whether that is all of the file.
+void reportUnknownFile(const QByteArray &head, bool isWhole, Diagnostics &diagnostics);
 
 /// All bytes from the device's position to its end. An empty text in \a problem says that all were read; otherwise it
 /// holds the message of the failure.

@@ -15,6 +15,12 @@ namespace vanlayout
 namespace
 {
 
+// An RTF document begins with the brace of a JSON object.
+bool isJson(const QByteArray &head)
+{
+    return isCSProJson(head) && !head.startsWith("{\\rtf");
+}
+
 // clang-format off
 // In the order in which they are tried.
 const std::vector<FileFormat> &fileFormats()
@@ -22,12 +28,20 @@ const std::vector<FileFormat> &fileFormats()
     static const std::vector<FileFormat> formats = {
         {isCSProDatabase, readCSProDatabase},
         {isStatFile, readStatFile},
-        {isCSProJson, readCSProJson},
+        {isJson, readCSProJson},
         {isCSProText, readCSProText},
     };
     return formats;
 }
 // clang-format on
+
+// The lines of a CSV file can be much longer than what tells the formats apart.
+void reportUnknown(QIODevice &device, Diagnostics &diagnostics)
+{
+    constexpr int describedSize = 1 << 16;
+    const QByteArray begin = device.peek(describedSize);
+    reportUnknownFile(begin, begin.size() < describedSize, diagnostics);
+}
 
 void readWith(Input &input, Layout &layout, Diagnostics &diagnostics)
 {
@@ -37,7 +51,7 @@ void readWith(Input &input, Layout &layout, Diagnostics &diagnostics)
     if (format != formats.end())
         format->read(input, layout, diagnostics);
     else
-        diagnostics.fail("unknown-format", describeUnknownFile(input.head));
+        reportUnknown(input.device, diagnostics);
 }
 
 // Why the bytes of a short file end: an empty text at its end, the problem of a device that fails. Reading alone shows

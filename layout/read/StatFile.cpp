@@ -23,8 +23,6 @@ namespace
 
 using stat::Collector;
 
-constexpr int firstTaggedStata = 117;
-
 struct StatFormat {
     Format format;
     readstat_error_t (*parse)(readstat_parser_t *parser, const char *path, void *context);
@@ -58,23 +56,36 @@ bool isSasOfKind(const QByteArray &head, char kind)
     return head.startsWith(magic);
 }
 
-// The version in the head of a Stata file; 0 for what is none.
-int stataVersion(const QByteArray &head)
+// Stata files from version 117 on begin with this tag.
+const char stataTag[] = "<stata_dta>";
+
+// The version of an older Stata file, which is its first byte; 0 for what is none.
+int oldStataVersion(const QByteArray &head)
 {
     constexpr int firstVersion = 102;
-    constexpr int lastOfBytes = 115;
+    constexpr int lastVersion = 115;
     constexpr int headOfVersion102 = 8;
-    if (head.startsWith("<stata_dta>")) {
-        const QByteArray tag("<release>");
-        const int begin = head.indexOf(tag);
-        return begin < 0 ? firstTaggedStata : head.mid(begin + tag.size(), 3).toInt();
-    }
     const int version = static_cast<uchar>(head.at(0));
     const bool hasByteOrder = head.size() > 1 && (head.at(1) == 1 || head.at(1) == 2);
     // The oldest version does not state its byte order. Its head has zeros, and a text has none.
     if (version == firstVersion)
         return hasByteOrder || head.left(headOfVersion102).contains('\0') ? version : 0;
-    return hasByteOrder && version > firstVersion && version <= lastOfBytes ? version : 0;
+    return hasByteOrder && version > firstVersion && version <= lastVersion ? version : 0;
+}
+
+// The version that a Stata file states; 0 where it states none.
+int stataVersion(const QByteArray &head)
+{
+    if (!head.startsWith(stataTag))
+        return oldStataVersion(head);
+    const QByteArray tag("<release>");
+    const int begin = head.indexOf(tag);
+    return begin < 0 ? 0 : head.mid(begin + tag.size(), 3).toInt();
+}
+
+bool isStata(const QByteArray &head)
+{
+    return head.startsWith(stataTag) || oldStataVersion(head) != 0;
 }
 
 // A dictionary of CSPro, which begins with a bracket, can have the words in a label.
@@ -92,7 +103,7 @@ Format formatOf(const QByteArray &head)
 {
     if (head.startsWith("$FL2") || head.startsWith("$FL3"))
         return Format::Spss;
-    if (stataVersion(head) != 0)
+    if (isStata(head))
         return Format::Stata;
     if (isSasOfKind(head, sasDataSet))
         return Format::Sas;
@@ -220,7 +231,8 @@ const char *idOf(readstat_error_t error)
 QString describe(const StatFormat &format, const QByteArray &head)
 {
     const QString name = QLatin1String(format.name);
-    return format.format == Format::Stata ? QStringLiteral("%1 of version %2").arg(name).arg(stataVersion(head)) : name;
+    const int version = format.format == Format::Stata ? stataVersion(head) : 0;
+    return version > 0 ? QStringLiteral("%1 of version %2").arg(name).arg(version) : name;
 }
 
 void finish(const StatFormat &format, const Input &input, const Outcome &outcome, Collector &collector,

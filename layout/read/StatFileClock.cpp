@@ -109,10 +109,11 @@ time_t wallClock(Format format, time_t moment, const QByteArray &head)
 
 std::optional<QString> clockOf(Format format, time_t moment, const QByteArray &head)
 {
+    constexpr int firstYear = 1000 - 1900; // of four digits
     constexpr int afterLastYear = 10000 - 1900;
     const time_t clock = wallClock(format, moment, head);
     std::tm parts = {};
-    if (clock == 0 || !gmtime_r(&clock, &parts) || parts.tm_year >= afterLastYear)
+    if (clock == 0 || !gmtime_r(&clock, &parts) || parts.tm_year < firstYear || parts.tm_year >= afterLastYear)
         return std::nullopt;
     char text[32];
     return QString::fromLatin1(text, int(std::strftime(text, sizeof(text), "%Y-%m-%dT%H:%M:%S", &parts)));

@@ -52,13 +52,17 @@ inline QString describeFormat(const Layout &layout)
 }
 
 /// The type of an item: `9(3)`, `9(5).2` (a written decimal mark), `9(5)v2` (an implied one), `A(20)`; the format of a
-/// statistical file, or the word for any other type.
+/// statistical file, or the word for any other type. A statistical file need not state a format, and that of a text can
+/// be without a width (`$`): the bytes of a text are its type then, `A(20)`, and the storage of a number, `double`.
 inline QString describeType(const Item &item)
 {
-    if (!item.format.isEmpty())
+    const bool hasFormat = !item.format.isEmpty() && item.format != QLatin1String("$");
+    if (hasFormat)
         return item.format;
     if (item.isAlpha())
         return QStringLiteral("A(%1)").arg(item.length);
+    if (item.storage != Storage::None)
+        return wordOf(item.storage);
     if (!item.isNumeric())
         return item.type;
     const QString digits = QStringLiteral("9(%1)").arg(item.length);

@@ -62,6 +62,10 @@ class ReaderTest : public QObject
 private slots:
     void aFileWithoutALayoutSaysWhatItIs_data();
     void aFileWithoutALayoutSaysWhatItIs();
+    void lineOfATextWithoutSectionsIsItsFirst_data();
+    void lineOfATextWithoutSectionsIsItsFirst();
+    void whiteSpaceInFrontIsPassedOver_data();
+    void whiteSpaceInFrontIsPassedOver();
     void aFileThatDoesNotExistIsAnError();
     void aFolderIsAnError();
     void anErrorOfTheDeviceIsAnError_data();
@@ -87,10 +91,50 @@ void ReaderTest::aFileWithoutALayoutSaysWhatItIs_data()
                                      << "CSV file";
     QTest::newRow("with tabs") << QByteArray("a\tb\n1\t2\n") << "unknown-format"
                                << "CSV file";
+    QTest::newRow("with lines that end in CR") << QByteArray("a,b\r1,2\r") << "unknown-format"
+                                               << "CSV file";
+    QTest::newRow("with a separator in quotation marks")
+        << QByteArray("name,age\n\"Doe, Ann\",12\n") << "unknown-format"
+        << "CSV file";
+    QTest::newRow("with a line break in quotation marks") << QByteArray("\"a\nb\",c\n1,2\n") << "unknown-format"
+                                                          << "CSV file";
+    QTest::newRow("without a line break at the end") << QByteArray("a,b\n1,2") << "unknown-format"
+                                                     << "CSV file";
+    const QByteArray columns = QByteArray("column,").repeated(500) + "last";
+    QTest::newRow("with long lines") << columns + '\n' + columns + '\n'
+                                     << "unknown-format"
+                                     << "CSV file";
+    QTest::newRow("with a line longer than is looked at") << columns.repeated(20) << "unknown-format"
+                                                          << "CSV file";
+    QTest::newRow("with tabs, in UTF-16") << QByteArray("\xFF\xFE"
+                                                        "a\0\t\0b\0\n\0"
+                                                        "1\0\t\0"
+                                                        "2\0\n",
+                                                        18)
+            + '\0' << "unknown-format"
+                                          << "CSV file";
+    QTest::newRow("text in UTF-16") << QByteArray("\xFE\xFF\0H\0i\0\n", 8) << "unknown-format"
+                                    << "the text does not begin with a section such as [Dictionary]";
     QTest::newRow("text") << QByteArray("Dear reader,\nhello.\n") << "unknown-format"
-                          << "[Dictionary]";
+                          << "the text does not begin with a section such as [Dictionary]";
     QTest::newRow("one line") << QByteArray("a,b,c\n") << "unknown-format"
                               << "[Dictionary]";
+    QTest::newRow("section behind a text") << QByteArray("Hello\n[Dictionary]\n") << "unknown-format"
+                                           << "the text does not begin with a section such as [Dictionary]";
+    QTest::newRow("white space") << QByteArray("\xEF\xBB\xBF \r\n\t\n") << "unknown-format"
+                                 << "the file begins with white space alone";
+    QTest::newRow("RTF") << QByteArray("{\\rtf1\\ansi text}") << "unknown-format"
+                         << "RTF document";
+    QTest::newRow("HTML") << QByteArray("\n<!DOCTYPE html>\n<html>") << "unknown-format"
+                          << "HTML page";
+    QTest::newRow("HTML in small letters") << QByteArray("<!doctype html>") << "unknown-format"
+                                           << "HTML page";
+    QTest::newRow("XML with a mark") << QByteArray("\xEF\xBB\xBF<?xml version=\"1.0\"?>") << "unknown-format"
+                                     << "XML document";
+    QTest::newRow("PROC CPORT") << QByteArray("**COMPRESSED** ").repeated(5) + QByteArray(80, '\1') << "unknown-format"
+                                << "PROC CPORT, not a layout; make a data set of it in SAS";
+    QTest::newRow("archive") << QByteArray("\x1f\x8b\x08\0", 4) << "unknown-format"
+                             << "a gzip archive, not a layout; unpack it";
     QTest::newRow("XML") << QByteArray("<?xml version=\"1.0\"?>") << "unknown-format"
                          << "XML document";
     QTest::newRow("encrypted SPSS file") << QByteArray("\x1c\0\0\0\0\0\0\0ENCRYPTEDSAV\x15\0\0\0", 24)
@@ -115,6 +159,42 @@ void ReaderTest::aFileWithoutALayoutSaysWhatItIs()
     QFETCH(QString, part);
     QVERIFY2(layout.error()->message.contains(part), qPrintable(layout.error()->message));
     QVERIFY(!layout.error()->message.contains('\n'));
+}
+
+void ReaderTest::lineOfATextWithoutSectionsIsItsFirst_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("line");
+    QTest::newRow("first") << QByteArray("Hello\n") << 1;
+    QTest::newRow("behind empty lines") << QByteArray("\n  \nHello\n") << 3;
+    QTest::newRow("behind CR LF") << QByteArray("\r\n\r\nHello") << 3;
+    QTest::newRow("behind CR") << QByteArray("\r\rHello") << 3;
+    QTest::newRow("image") << QByteArray("\x89PNG\r\n\x1a\n") << 0;
+    QTest::newRow("CSV") << QByteArray("a,b\n1,2\n") << 0;
+}
+
+void ReaderTest::lineOfATextWithoutSectionsIsItsFirst()
+{
+    QFETCH(QByteArray, bytes);
+    const Layout layout = layoutOf(bytes);
+    QVERIFY(!layout.isRead());
+    QTEST(layout.error()->line, "line");
+}
+
+void ReaderTest::whiteSpaceInFrontIsPassedOver_data()
+{
+    QTest::addColumn<QByteArray>("space");
+    QTest::newRow("none") << QByteArray();
+    QTest::newRow("little") << QByteArray(" \r\n");
+    QTest::newRow("much") << QByteArray(" \r\n").repeated(2000);
+    QTest::newRow("with a mark") << "\xEF\xBB\xBF" + QByteArray("\n").repeated(200000);
+}
+
+void ReaderTest::whiteSpaceInFrontIsPassedOver()
+{
+    QFETCH(QByteArray, space);
+    QCOMPARE(layoutOf(space + "[Dictionary]\nName=D\n").format, Format::CSProText);
+    QCOMPARE(layoutOf(space + "{\"fileType\": \"dictionary\", \"name\": \"D\"}").format, Format::CSProJson);
 }
 
 void ReaderTest::aFileThatDoesNotExistIsAnError()

@@ -159,6 +159,8 @@ private slots:
     void createdIsTheWallClockOfTheFileInAnyZone();
     void createdOfASasDataSetIsInUtc();
     void modifiedIsAbsentWhereItIsTheSame();
+    void yearsHaveFourDigits_data();
+    void yearsHaveFourDigits();
     void aClockOfZeroIsAbsentInAnyZone_data() { addAllKinds(); }
     void aClockOfZeroIsAbsentInAnyZone();
     void rowsAreThoseOfTheFile_data();
@@ -449,6 +451,32 @@ void StatFileTest::modifiedIsAbsentWhereItIsTheSame()
     const Layout layout = layoutOf(bytes);
     QCOMPARE(layout.created.value_or("none"), QString("2020-03-08T02:30:00"));
     QCOMPARE(layout.modified.value_or("none"), QString("2020-03-08T02:31:01"));
+}
+
+void StatFileTest::yearsHaveFourDigits_data()
+{
+    QTest::addColumn<double>("days");
+    QTest::addColumn<QString>("created");
+    QTest::newRow("999") << -350633.0 << "none";
+    QTest::newRow("1000") << -350632.0 << "1000-01-01T00:00:00";
+    QTest::newRow("9999") << 2936549.0 << "9999-12-31T00:00:00";
+    QTest::newRow("10000") << 2936550.0 << "none";
+}
+
+void StatFileTest::yearsHaveFourDigits()
+{
+    StatFile file(StatFile::sas7bdat);
+    readstat_writer_set_file_timestamp(file.writer(), 1583634600);
+    addNumber(file);
+    QByteArray bytes = bytesOf(file);
+    const double written = 1583634600 + 3653 * 86400.0; // from 1960 on
+    QFETCH(double, days);
+    const double changed = days * 86400.0;
+    bytes.replace(QByteArray(reinterpret_cast<const char *>(&written), sizeof(written)),
+                  QByteArray(reinterpret_cast<const char *>(&changed), sizeof(changed)));
+    const Layout layout = layoutOf(bytes);
+    QVERIFY(layout.isRead());
+    QTEST(layout.created.value_or("none"), "created");
 }
 
 void StatFileTest::aClockOfZeroIsAbsentInAnyZone()
@@ -911,6 +939,9 @@ void StatFileTest::aParseThatFailsBeforeAnyVariableGivesNoLayout_data()
     QTest::newRow("dta 120") << made(StatFile::dta, 119).replace("<release>119", "<release>120")
                              << "unsupported-version"
                              << "the file is a Stata file of version 120" + cannot + version;
+    QTest::newRow("dta of no version") << QByteArray("<stata_dta><header>") << "damaged-file"
+                                       << "the file is a Stata file" + cannot
+            + QString(readstat_error_message(READSTAT_ERROR_READ));
     QTest::newRow("cut dta") << made(StatFile::dta, 118).left(60) << "damaged-file"
                              << "the file is a Stata file of version 118" + cannot
             + readstat_error_message(READSTAT_ERROR_READ);
@@ -1114,6 +1145,7 @@ void StatFileTest::fileIsRecognisedByItsBegin_data()
         QTest::addRow("version %d, text", version) << QByteArray(1, char(version)) + rest << false;
     }
     add("tag of Stata", "<stata_dta><header>", true);
+    add("tag of Stata with a version that is none", "<stata_dta><header><release>abc", true);
     add("XML", "<?xml version", false);
     const QByteArray magic = QByteArray::fromHex("000000000000000000000000c2ea8160b31411cfbd92080009c7318c181f1011");
     add("SAS data set", magic, true);

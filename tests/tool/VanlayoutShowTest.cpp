@@ -66,6 +66,8 @@ private slots:
     void initTestCase();
     void tableHasTitleHeadingsAndOneLineAnItem();
     void tableFitsTheTerminal();
+    void languagesThatDoNotFitAreOnFurtherLines();
+    void titleHasNoBlanksAroundIt();
     void columnThatIsEmptyThroughoutIsLeftOut();
     void longNameHasALineOfItsOwn();
     void valuesAreShownBeneathTheirItem();
@@ -82,6 +84,9 @@ private slots:
     void codesHaveOneLineEach();
     void codesOfOneLanguageHaveOneLabel();
     void codesGoWithCsvAlone();
+    void codesOfAPipeAreInAllItsLanguages();
+    void answersThatExcludeEachOtherAreRefused_data();
+    void answersThatExcludeEachOtherAreRefused();
     void jsonIsOneObjectALineForSeveralFiles();
     void prettyJsonIsIndented();
     void jsonOfAFailingFileNamesItsError();
@@ -138,6 +143,34 @@ void VanlayoutShowTest::tableFitsTheTerminal()
     const QList<QByteArray> lines = linesOf(show({ "--labels", "homes.dcf", "long.dcf" }).out);
     for (const QByteArray &line : lines)
         QVERIFY2(widthOf(line) <= 80, line.constData());
+}
+
+void VanlayoutShowTest::languagesThatDoNotFitAreOnFurtherLines()
+{
+    QByteArray languages;
+    for (const char *name : { "AA", "BB", "CC", "DD", "EE", "FF", "GG", "HH", "II", "JJ", "KK", "LL", "MM", "NN" })
+        languages += QByteArray(name) + "=Language\n";
+    folder.write("many.dcf",
+                 QByteArray(survey).replace("EN=English\nFR=Fran\xC3\xA7"
+                                            "ais\n",
+                                            languages));
+    QVERIFY(show({ "many.dcf" })
+                .out.contains("CSPro dictionary, text form 7.7, HOMES_DICT, 6 variables,\n"
+                              "  languages AA BB CC DD EE FF GG HH II JJ KK LL MM NN\n"
+                              "\n"));
+    const Run narrow = runShell(folder, "COLUMNS=30 \"$0\" show many.dcf");
+    QVERIFY2(narrow.out.contains("\nCSPro dictionary, text form 7\u2026\n"
+                                 "  HOMES_DICT, 6 variables,\n"
+                                 "  languages AA BB CC DD EE FF\n"
+                                 "  GG HH II JJ KK LL MM NN\n"
+                                 "\n"),
+             narrow.out.constData());
+}
+
+void VanlayoutShowTest::titleHasNoBlanksAroundIt()
+{
+    folder.write("blanks.dcf", QByteArray(survey).replace("Survey of homes", "   Survey of homes  "));
+    QVERIFY(show({ "blanks.dcf" }).out.startsWith("Survey of homes\n"));
 }
 
 void VanlayoutShowTest::columnThatIsEmptyThroughoutIsLeftOut()
@@ -236,6 +269,7 @@ void VanlayoutShowTest::headingsWithoutASelectedItemAreLeftOut()
     const QByteArray ids = show({ "--variable", "HOUSE", "homes.dcf" }).out;
     QVERIFY(ids.contains("Id items"));
     QVERIFY(!ids.contains("PERSON"));
+    QVERIFY(ids.contains(", 1 variable selected,\n"));
 }
 
 void VanlayoutShowTest::variableThatNoFileHasIsAnError()
@@ -298,6 +332,35 @@ void VanlayoutShowTest::codesGoWithCsvAlone()
     verifyComplaint(show({ "--codes", "--format", "json", "homes.dcf" }), "--codes goes with --format csv\n");
 }
 
+void VanlayoutShowTest::codesOfAPipeAreInAllItsLanguages()
+{
+    const QByteArray expected = show({ "--codes", "homes.dcf" }).out;
+    const auto codesOf = [&](const QByteArray &name, const QString &line) {
+        return runShell(folder, line).out.replace(name + ',', "homes.dcf,");
+    };
+    QCOMPARE(codesOf("-", "cat homes.dcf | \"$0\" show --codes -"), expected);
+    QCOMPARE(codesOf("/dev/fd/0", "cat homes.dcf | \"$0\" show --codes /dev/fd/0"), expected);
+    QCOMPARE(codesOf("pipe", "mkfifo pipe; cat homes.dcf > pipe & \"$0\" show --codes pipe"), expected);
+}
+
+void VanlayoutShowTest::answersThatExcludeEachOtherAreRefused_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("codes and problems") << QStringList{ "--codes", "--problems" };
+    QTest::newRow("codes and languages") << QStringList{ "--codes", "--languages" };
+    QTest::newRow("problems and languages") << QStringList{ "--problems", "--languages" };
+    QTest::newRow("languages in JSON") << QStringList{ "--languages", "--format", "json" };
+    QTest::newRow("languages in CSV") << QStringList{ "--languages", "--format", "csv" };
+}
+
+void VanlayoutShowTest::answersThatExcludeEachOtherAreRefused()
+{
+    QFETCH(QStringList, options);
+    const Run run = show(options + QStringList{ "homes.dcf" });
+    QCOMPARE(run.out, QByteArray());
+    verifyComplaint(run, "--");
+}
+
 void VanlayoutShowTest::jsonIsOneObjectALineForSeveralFiles()
 {
     const QList<QByteArray> lines = linesOf(show({ "--format", "json", "one.dcf", "homes.dcf" }).out);
@@ -323,6 +386,10 @@ void VanlayoutShowTest::jsonOfAFailingFileNamesItsError()
         linesOf(several.out).at(1),
         QByteArray("{\"file\":\"empty.dcf\",\"error\":{\"id\":\"empty-file\",\"message\":\"the file is empty\"}}"));
     QCOMPARE(several.err, QByteArray("vanlayout: empty.dcf: the file is empty\n"));
+    const Run language = show({ "--format", "json", "--language", "ES", "homes.dcf", "one.dcf" });
+    QCOMPARE(language.status, noAnswer);
+    QVERIFY(linesOf(language.out).at(0).startsWith("{\"file\":\"homes.dcf\",\"error\":{\"id\":\"no-language\""));
+    QCOMPARE(linesOf(language.out).size(), 2);
     const Run single = show({ "--format", "json", "empty.dcf" });
     QCOMPARE(single.out, QByteArray());
     verifyComplaint(single, "empty.dcf: the file is empty\n");

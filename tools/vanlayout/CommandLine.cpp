@@ -66,7 +66,8 @@ void describeShow(CLI::App &command, ShowOptions &options)
     addChoice(command, "--format", options.format, { "table", "json", "csv" }, "table, json or csv");
     command.add_flag("--pretty", options.isPretty, "indent the JSON form");
     command.add_flag("--labels", options.showsValues, "show the value labels beneath each item of the table");
-    command.add_flag("--codes", options.showsCodes, "CSV with one line a code instead of one line an item");
+    CLI::Option *codes
+        = command.add_flag("--codes", options.showsCodes, "CSV with one line a code instead of one line an item");
     command
         .add_option("--variable", options.variables,
                     "show this variable alone, * and ? allowed; more after commas, or the option again")
@@ -75,10 +76,13 @@ void describeShow(CLI::App &command, ShowOptions &options)
         ->type_name("NAME");
     command.add_option("--language", options.language, "language of the labels; the primary one by default")
         ->type_name("CODE");
-    command.add_flag("--languages", options.listsLanguages, "list the languages of each file");
+    CLI::Option *languages
+        = command.add_flag("--languages", options.listsLanguages, "list the languages of each file")->excludes(codes);
     command.add_option("--catalog", options.catalog, "SAS catalog with the value labels of a SAS data set")
         ->type_name("FILE");
-    command.add_flag("--problems", options.listsProblems, "list the problems of each file, with their lines");
+    command.add_flag("--problems", options.listsProblems, "list the problems of each file, with their lines")
+        ->excludes(codes)
+        ->excludes(languages);
     command.add_flag("--quiet", options.isQuiet, "write no line about warnings to standard error");
     command.add_option("FILE", options.files, "files to show; - is standard input")->required();
 }

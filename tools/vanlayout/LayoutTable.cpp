@@ -139,26 +139,49 @@ private:
 
     void printTitle() const
     {
-        const QString title = labelOf(layout.labels);
+        const QString title = labelOf(layout.labels).trimmed();
         if (!title.isEmpty())
             line(title);
         printLine(out, printable(layout.file));
         QStringList facts = { describeFormat(layout) };
         if (!layout.name.isEmpty())
             facts.append(printable(layout.name));
-        facts.append(countOf(itemCount, QStringLiteral("variable")));
+        facts.append(countOf(itemCount, QStringLiteral("variable"))
+                     + (style.isSelection ? QLatin1String(" selected") : QLatin1String()));
         if (layout.rows)
             facts.append(countOf(*layout.rows, QStringLiteral("row")));
-        if (layout.languages.size() > 1)
-            facts.append(languages());
-        line(facts.join(QLatin1String(", ")));
+        const QStringList codes = languages();
+        const int lastWithComma = facts.size() - (codes.isEmpty() ? 2 : 1);
+        for (int i = 0; i <= lastWithComma; ++i)
+            facts[i] += QLatin1Char(',');
+        wrapped(facts + codes);
     }
-    QString languages() const
+    // The codes of several languages, in one piece where a line has room for it; none where there is no choice.
+    QStringList languages() const
     {
         QStringList codes;
+        if (layout.languages.size() < 2)
+            return codes;
         for (const vanlayout::Language &language : layout.languages)
             codes.append(printable(language.name));
-        return QLatin1String("languages ") + codes.join(QLatin1Char(' '));
+        codes.first().prepend(QLatin1String("languages "));
+        const QString inOne = codes.join(QLatin1Char(' '));
+        return columnsOf(inOne) + gap <= style.width ? QStringList(inOne) : codes;
+    }
+    // Texts with blanks between them, on as many lines as they need.
+    void wrapped(const QStringList &texts) const
+    {
+        QString row;
+        for (const QString &text : texts) {
+            const int width = columnsOf(row) + 1 + columnsOf(text);
+            if (!row.isEmpty() && style.width > 0 && width > style.width) {
+                line(row);
+                row = QString(gap, QLatin1Char(' ')) + text;
+            } else {
+                row += (row.isEmpty() ? QLatin1String() : QLatin1String(" ")) + text;
+            }
+        }
+        line(row);
     }
 
     void printLevel(const Level &level, int number)

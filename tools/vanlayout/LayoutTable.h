@@ -11,6 +11,7 @@
 struct LayoutTableStyle {
     QString language;         ///< code of the language of the labels; empty for the primary one
     bool showsValues = false; ///< value labels beneath each item
+    bool isSelection = false; ///< the layout has been reduced to some of its variables
     int width = 0;            ///< columns of the terminal; 0 for no bound
 };
 

@@ -13,9 +13,12 @@
 #include "write/LayoutJson.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
+#include <map>
 #include <memory>
+#include <new>
 #include <utility>
 
 using vanlayout::JsonStyle;
@@ -236,9 +239,8 @@ public:
         constexpr int standardOutput = 1;
         Progress progress(isTerminal(standardOutput));
         for (int i = 0; i < files.size(); ++i) {
-            const QString &file = files.at(i);
-            progress.begin(file, i + 1, files.size());
-            status = std::max(status, answerFor(file, [&] { return showFile(file); }));
+            progress.begin(files.at(i), i + 1, files.size());
+            status = std::max(status, showFile(i));
             std::fflush(stdout);
         }
         const QStringList missing = selection.unmatched();
@@ -270,42 +272,74 @@ private:
         if (options.showsCodes)
             return std::make_unique<CsvCodes>(languagesOfCodes());
         if (options.format == "table")
-            return std::make_unique<LayoutTables>(LayoutTableStyle{ language, options.showsValues, terminalWidth() });
+            return std::make_unique<LayoutTables>(
+                LayoutTableStyle{ language, options.showsValues, !options.variables.empty(), terminalWidth() });
         return std::make_unique<CsvItems>(severalFiles, language);
     }
 
     // The languages that have a column: the one that was asked for, or all of all files, in the order in which they
-    // come. The header line needs them before the first file is printed, so they are read in a pass of their own.
-    QStringList languagesOfCodes() const
+    // come. The header line needs them before the first file is printed, so the files are read in a pass of their own.
+    // What cannot be read again is kept from it: standard input, a pipe.
+    QStringList languagesOfCodes()
     {
         if (!language.isEmpty())
             return { language };
         QStringList languages;
-        for (const QString &file : files) {
-            const Layout layout = file == QLatin1String("-") ? Layout() : readExactLayout(file, readOptions);
+        for (int i = 0; i < files.size(); ++i) {
+            const Layout layout = read(files.at(i));
             for (const Language &declared : layout.languages) {
                 if (!languages.contains(declared.name, Qt::CaseInsensitive))
                     languages.append(declared.name);
             }
+            if (files.size() == 1 || !QFileInfo(files.at(i)).isFile())
+                kept.emplace(i, layout);
         }
         return languages.size() > 1 ? languages : QStringList();
     }
 
-    int showFile(const QString &file)
+    // The layout of a file, or the reason why there is none. Memory that does not suffice is such a reason.
+    Layout read(const QString &file) const
     {
-        Layout layout = readExactLayout(file, readOptions);
+        try {
+            return readExactLayout(file, readOptions);
+        } catch (const std::bad_alloc &) {
+            return withoutLayout(file, "no-memory", QStringLiteral("not enough memory"));
+        }
+    }
+    static Layout withoutLayout(const QString &file, const char *id, const QString &message)
+    {
+        Layout layout;
+        layout.file = file;
+        layout.problems.append({ Severity::Error, QLatin1String(id), 0, QString(), message });
+        return layout;
+    }
+    Layout take(int index)
+    {
+        const auto found = kept.find(index);
+        if (found == kept.end())
+            return read(files.at(index));
+        Layout layout = std::move(found->second);
+        kept.erase(found);
+        return layout;
+    }
+
+    int showFile(int index)
+    {
+        Layout layout = take(index);
+        const QString languageProblem = layout.isRead() ? problemWithLanguage(layout, language) : QString();
+        if (!languageProblem.isEmpty())
+            layout = withoutLayout(layout.file, "no-language", languageProblem);
         if (const Problem *error = layout.error()) {
             printer->printError(layout);
-            return noAnswerFor(file, messageOf(*error));
+            return noAnswerFor(layout.file, messageOf(*error));
         }
-        const QString problem = problemWithLanguage(layout, language);
-        if (!problem.isEmpty())
-            return noAnswerFor(file, problem);
-        selection.reduce(layout);
-        printer->print(layout);
-        if (!options.isQuiet && !printer->hasProblems())
-            complainOfWarnings(layout);
-        return statusFine;
+        return answerFor(layout.file, [&] {
+            selection.reduce(layout);
+            printer->print(layout);
+            if (!options.isQuiet && !printer->hasProblems())
+                complainOfWarnings(layout);
+            return statusFine;
+        });
     }
 
     static void complainOfWarnings(const Layout &layout)
@@ -323,6 +357,7 @@ private:
     ItemSelection selection;
     ReadOptions readOptions;
     QStringList files;
+    std::map<int, Layout> kept; ///< by the index of their file
     std::unique_ptr<LayoutPrinter> printer;
 };
 
@@ -332,6 +367,11 @@ int show(const ShowOptions &options)
 {
     if (options.showsCodes && options.format == "json") {
         complain(QString(), QStringLiteral("--codes goes with --format csv"));
+        return statusNoAnswer;
+    }
+    if (options.listsLanguages && options.format != "table") {
+        complain(QString(),
+                 QStringLiteral("--languages goes with --format table; the JSON form always has the languages"));
         return statusNoAnswer;
     }
     bufferOutput();
