@@ -1,6 +1,6 @@
-#include "read/Formats_p.h"
-
+#include "read/CSProDatabaseGuard_p.h"
 #include "read/Decoding_p.h"
+#include "read/Formats_p.h"
 
 #include <sqlite3.h>
 
@@ -13,6 +13,9 @@
 namespace vanlayout
 {
 
+using csprodatabase::maxDictionarySize;
+using csprodatabase::table;
+
 namespace
 {
 
@@ -21,11 +24,7 @@ namespace
 // value is read by SQLite's access to single values, which refuses views, virtual tables and generated columns.
 const char query[] = "SELECT rowid FROM main.meta NOT INDEXED LIMIT 1";
 const char database[] = "main";
-const char table[] = "meta";
 const char column[] = "dictionary";
-
-constexpr int maxDictionarySize = 256 << 20;
-constexpr int maxSteps = 10'000'000; // of SQLite's virtual machine; the query takes about ten
 
 struct Close {
     void operator()(sqlite3 *connection) const { sqlite3_close(connection); }
@@ -35,33 +34,6 @@ struct Close {
 using Connection = std::unique_ptr<sqlite3, Close>;
 using Statement = std::unique_ptr<sqlite3_stmt, Close>;
 using StoredValue = std::unique_ptr<sqlite3_blob, Close>;
-
-// Allows the query and refuses all else: other tables, functions, recursion, pragmas, attached databases, and whatever
-// a view or a trigger would do, whose name is \a inner.
-int authorize(void * /*context*/, int action, const char *first, const char * /*second*/, const char * /*database*/,
-              const char *inner)
-{
-    const bool isQuery = action == SQLITE_SELECT || (action == SQLITE_READ && qstricmp(first, table) == 0);
-    return isQuery && !inner ? SQLITE_OK : SQLITE_DENY;
-}
-
-int stop(void * /*context*/)
-{
-    return 1;
-}
-
-void restrict(sqlite3 *connection)
-{
-    for (const int unwanted : { SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, SQLITE_DBCONFIG_TRUSTED_SCHEMA,
-                                SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_ENABLE_TRIGGER })
-        sqlite3_db_config(connection, unwanted, 0, nullptr);
-    sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_limit(connection, SQLITE_LIMIT_LENGTH, maxDictionarySize);
-    sqlite3_limit(connection, SQLITE_LIMIT_ATTACHED, 0);
-    sqlite3_limit(connection, SQLITE_LIMIT_WORKER_THREADS, 0);
-    sqlite3_set_authorizer(connection, authorize, nullptr);
-    sqlite3_progress_handler(connection, maxSteps, stop, nullptr);
-}
 
 // The operations return SQLite's result code.
 
@@ -120,7 +92,7 @@ public:
         const int opened = input.path.isEmpty() ? openBytes(bytes, connection) : openFile(input.path, connection);
         if (opened != SQLITE_OK)
             return fail(opened, "");
-        restrict(connection.get());
+        csprodatabase::restrict(connection.get());
         return findTable() && findRow();
     }
 

@@ -1,0 +1,29 @@
+#ifndef LAYOUT_READ_CSPRODATABASEGUARD_P_H
+#define LAYOUT_READ_CSPRODATABASEGUARD_P_H
+
+struct sqlite3;
+
+namespace vanlayout
+{
+
+/// What a CSPro data file, which may come from anybody, is allowed to do while its dictionary is looked for.
+namespace csprodatabase
+{
+
+/// Name of the table that holds the dictionary.
+constexpr char table[] = "meta";
+/// Bytes of a dictionary.
+constexpr int maxDictionarySize = 256 << 20;
+/// Steps of SQLite's virtual machine in one statement. The search for the row takes about ten.
+constexpr int maxSteps = 10'000'000;
+
+/// From here on the connection only reads columns of the table `meta`, in statements of at most `maxSteps`. SQLite
+/// refuses to prepare anything else: other tables, views, triggers, functions, recursion, pragmas, attached databases,
+/// writing. No extension can be loaded, and no text or BLOB is longer than `maxDictionarySize`.
+void restrict(sqlite3 *connection);
+
+} // namespace csprodatabase
+
+} // namespace vanlayout
+
+#endif
