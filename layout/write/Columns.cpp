@@ -1,7 +1,7 @@
 #include "Columns_p.h"
 
 #include "Exportable.h"
-#include "util/KeyedHash_p.h"
+#include "UniqueNames_p.h"
 
 #include <algorithm>
 
@@ -10,28 +10,6 @@ namespace vanlayout
 
 namespace
 {
-
-/// Names that are taken, and for each the suffix that is tried next.
-class UniqueNames
-{
-public:
-    QString give(const QString &wanted)
-    {
-        if (next.try_emplace(wanted, 2).second)
-            return wanted;
-        for (int &suffix = next[wanted];; ++suffix) {
-            const QString name = wanted + QLatin1Char('_') + QString::number(suffix);
-            if (next.find(name) == next.end()) {
-                ++suffix;
-                next.emplace(name, 2);
-                return name;
-            }
-        }
-    }
-
-private:
-    KeyedMap<QString, int> next;
-};
 
 QString numbered(const QString &name, int number)
 {

@@ -31,6 +31,11 @@ add_executable(print_layout layout/print_layout.cpp)
 van_own_code(print_layout)
 target_link_libraries(print_layout PRIVATE vanlayout_library)
 
+# The DDI document of a file, for a reader in another language.
+add_executable(print_ddi layout/print_ddi.cpp)
+van_own_code(print_ddi)
+target_link_libraries(print_ddi PRIVATE vanlayout_library)
+
 set(real_dictionaries ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus)
 if(NOT EXISTS ${real_dictionaries})
     set(real_dictionaries "")

@@ -1,0 +1,16 @@
+#ifndef LAYOUT_WRITE_DDIGROUPS_P_H
+#define LAYOUT_WRITE_DDIGROUPS_P_H
+
+#include "DdiVariables_p.h"
+#include "XmlStream_p.h"
+
+namespace vanlayout
+{
+
+/// Writes the `varGrp` of a document: the levels and records of a dictionary, the occurrences of each item that
+/// repeats, and each item with its subitems.
+void writeDdiGroups(XmlStream &xml, const Layout &layout, const DdiVariables &variables);
+
+} // namespace vanlayout
+
+#endif

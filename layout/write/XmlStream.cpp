@@ -1,0 +1,125 @@
+#include "XmlStream_p.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr ushort firstPicture = 0x2400; // the signs of the control characters, in their order
+constexpr int flushedSize = 1 << 16;
+
+bool isHeldByXml(QChar unit)
+{
+    const ushort code = unit.unicode();
+    if (code < 0x20)
+        return code == '\t' || code == '\n';
+    return code < 0xFFFE && !unit.isSurrogate();
+}
+
+QChar visibleSign(QChar unit)
+{
+    return unit.unicode() < 0x20 ? QChar(firstPicture + unit.unicode()) : QChar(QChar::ReplacementCharacter);
+}
+
+bool isPair(const QString &text, int index)
+{
+    return text.at(index).isHighSurrogate() && index + 1 < text.size() && text.at(index + 1).isLowSurrogate();
+}
+
+QString withSigns(QString text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        if (isPair(text, i))
+            ++i;
+        else if (!isHeldByXml(text.at(i)))
+            text[i] = visibleSign(text.at(i));
+    }
+    return text;
+}
+
+// Language, script, region, the rest: in the case that BCP 47 recommends.
+QString withUsualCase(const QRegularExpressionMatch &tag)
+{
+    QString script = tag.captured(2).toLower();
+    if (!script.isEmpty())
+        script[1] = script.at(1).toUpper();
+    return tag.captured(1).toLower() + script + tag.captured(3).toUpper() + tag.captured(4).toLower();
+}
+
+} // namespace
+
+QString xmlText(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), isHeldByXml) ? text : withSigns(text);
+}
+
+QString languageTag(const QString &code)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^([a-z]{2,3}(?:-[a-z]{3})?)(-[a-z]{4})?(-(?:[a-z]{2}|[0-9]{3}))?"
+                       "((?:-(?:[a-z0-9]{5,8}|[0-9][a-z0-9]{3}))*(?:-x(?:-[a-z0-9]{1,8})+)?)\\z"),
+        QRegularExpression::CaseInsensitiveOption);
+    QString spelled = code;
+    const QRegularExpressionMatch tag = form.match(spelled.replace(QLatin1Char('_'), QLatin1Char('-')));
+    return tag.hasMatch() ? withUsualCase(tag) : QString();
+}
+
+XmlStream::XmlStream(QIODevice &target)
+    : device(target)
+    , xml(&buffer)
+{
+    buffer.buffer().reserve(2 * flushedSize);
+    buffer.open(QIODevice::WriteOnly);
+    xml.setAutoFormatting(true);
+    xml.setAutoFormattingIndent(2);
+}
+
+bool XmlStream::endDocument()
+{
+    xml.writeEndDocument();
+    flush();
+    return isWhole;
+}
+
+void XmlStream::end()
+{
+    xml.writeEndElement();
+    if (buffer.size() >= flushedSize)
+        flush();
+}
+
+void XmlStream::attributeIfAny(const QString &name, const QString &value)
+{
+    if (!value.isEmpty())
+        attribute(name, value);
+}
+
+void XmlStream::language(const QString &code)
+{
+    if (code.isEmpty())
+        return;
+    auto tag = tags.find(code);
+    if (tag == tags.end())
+        tag = tags.emplace(code, languageTag(code)).first;
+    attributeIfAny(QStringLiteral("xml:lang"), tag->second);
+}
+
+void XmlStream::textElementIfAny(const QString &element, const QString &text)
+{
+    if (!text.isEmpty())
+        textElement(element, text);
+}
+
+void XmlStream::flush()
+{
+    isWhole = isWhole && device.write(buffer.data()) == buffer.size();
+    buffer.buffer().resize(0);
+    buffer.seek(0);
+}
+
+} // namespace vanlayout
