@@ -120,8 +120,7 @@ private Q_SLOTS:
                  "    "
                      + ReadReport::sentenceOf(NoteKind::unknownKey)
                      + "\n"
-                       "      line 6  AGE  Colour=red\n"
-                       "      line 8  AGE  Taste=sweet\n"
+                       "      line 6  AGE  Colour=red (and 1 more)\n"
                        "  repeated-key (1)\n"
                        "    "
                      + ReadReport::sentenceOf(NoteKind::repeatedKey)
@@ -197,10 +196,155 @@ private Q_SLOTS:
         folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n" + lines);
         const QByteArray some = folder.run({ "explain", "d.dcf" }).out;
         QVERIFY(some.contains("unknown-key (12)\n"));
-        QVERIFY(some.contains("Key9=x\n      and 2 more\n"));
+        QVERIFY(some.endsWith("      line 6  AGE  Key0=x (and 11 more)\n"));
         const QByteArray all = folder.run({ "explain", "--all", "d.dcf" }).out;
+        QVERIFY(all.contains("Key0=x\n"));
         QVERIFY(all.contains("Key10=x\n"));
         QVERIFY(all.endsWith("Key11=x\n"));
+    }
+
+    void tableShowsTheFirstTenVariablesOfAKind()
+    {
+        QByteArray items;
+        for (int i = 0; i < 12; ++i) {
+            const QByteArray number = QByteArray::number(i);
+            items += "[Item]\nName=V" + number + "\nStart=" + QByteArray::number(i + 1)
+                + "\nLen=1\nColour=red\nTaste=sweet\n";
+        }
+        folder.write("d.dcf", "[IdItems]\n" + items);
+        const QByteArray table = folder.run({ "explain", "d.dcf" }).out;
+        QVERIFY2(table.contains("unknown-key (24)\n"), table.constData());
+        QVERIFY2(table.endsWith("V9  Colour=red (and 1 more)\n      and 4 more\n"), table.constData());
+    }
+
+    void tableSaysWhatTheFileHasInstead_data()
+    {
+        QTest::addColumn<QByteArray>("dictionary");
+        QTest::addColumn<QByteArray>("kind");
+        QTest::addColumn<QByteArray>("instead");
+        const QByteArray item
+            = "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Item]\nName=ID\nStart=1\n"
+              "Len=1\n[Record]\nName=R\nRecordTypeValue='1'\n[Item]\nName=X\nStart=2\nLen=6\n";
+        const QByteArray json
+            = R"({"software": "CSPro", "version": 8.0, "fileType": "dictionary", "name": "D", "languages": [{"name": "EN"}, {"name": "FR"}],
+"levels": [{"name": "L", "ids": {"items": []}, "records": [{"name": "R", "recordType": "1", "items": [{"name": "X",
+"labels": [{"text": "House", "language": "EN"}, {"text": "Maison", "language": "FR"}],
+"contentType": "numeric", "start": 2, "length": 3, "valueSets": [{"name": "X_VS", "values": [
+{"labels": [{"text": "All"}], "pairs": [{"range": ["1", "9"]}]},
+{"labels": [{"text": "None"}], "pairs": [{"value": "99"}], "special": "missing"}]}]}]}]}]})";
+        QTest::newRow("implied decimals") << item + "Decimal=2\n"
+                                          << QByteArray("decimals-lost") << QByteArray("9(6)v2, 2 implied decimals");
+        QTest::newRow("written decimal") << item + "Decimal=1\nDecimalChar=Yes\n"
+                                         << QByteArray("decimals-lost") << QByteArray("9(6).1, 1 written decimal");
+        QTest::newRow("subitem") << item + "[Item]\nName=S\nStart=3\nLen=2\nItemType=SubItem\n"
+                                 << QByteArray("subitem") << QByteArray("part of X, columns 3 to 4");
+        QTest::newRow("occurrences") << item + "Occurrences=3\n"
+                                     << QByteArray("occurrence-names")
+                                     << QByteArray("columns 2 to 7, the first of 3 occurrences");
+        QTest::newRow("further value set") << item
+                + "[ValueSet]\nName=A\nValue=1;One\n[ValueSet]\nName=B\nValue=1;One\n"
+                  "Value=2:9;More\n" << QByteArray("further-value-set")
+                                           << QByteArray("value sets A (1 value), B (2 values, 1 with ranges)");
+        QTest::newRow("special") << json << QByteArray("special-not-read") << QByteArray("missing is 99");
+        QTest::newRow("languages") << json << QByteArray("further-languages") << QByteArray("EN: House; FR: Maison");
+        QTest::newRow("range") << json << QByteArray("code-as-zero")
+                               << QByteArray("value set X_VS (2 values, 1 with ranges)");
+    }
+    void tableSaysWhatTheFileHasInstead()
+    {
+        QFETCH(QByteArray, dictionary);
+        QFETCH(QByteArray, kind);
+        QFETCH(QByteArray, instead);
+        folder.write("d.dcf", dictionary);
+        const Run table = folder.run({ "explain", "d.dcf" });
+        const int place = table.out.indexOf("  " + kind + " (");
+        QVERIFY2(place >= 0, table.out.constData());
+        QVERIFY2(table.out.mid(place).contains("the file has: " + instead + '\n'), table.out.constData());
+        QSet<QString> found;
+        const QJsonArray notes
+            = folder.run({ "explain", "--format", "json", "d.dcf" }).json().toObject().value("notes").toArray();
+        for (const QJsonValue &note : notes) {
+            if (note.toObject().value("kind").toString().toLatin1() == kind)
+                found.insert(note.toObject().value("exact").toString());
+        }
+        QVERIFY2(found.contains(instead), qPrintable(sorted(found).join("; ")));
+    }
+
+    void aNameOfSeveralItemsIsNotExplainedFurther()
+    {
+        const QByteArray item = "[Item]\nName=X\nStart=1\nLen=6\nDecimal=2\n";
+        folder.write("d.dcf",
+                     "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Record]\nName=R\n" + item
+                         + "[Record]\nName=S\n" + item);
+        const QByteArray table = folder.run({ "explain", "d.dcf" }).out;
+        QVERIFY2(table.contains("decimals-lost"), table.constData());
+        QVERIFY2(!table.contains("the file has"), table.constData());
+    }
+
+    void linesAreAsWideAsTheTerminal()
+    {
+        folder.write("d.dcf",
+                     "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=" + QByteArray("red ").repeated(60) + '\n');
+        QProcess tool;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("COLUMNS", "60");
+        tool.setProcessEnvironment(environment);
+        const QByteArray table = folder.run({ "explain", "d.dcf" }, tool).out;
+        int indented = 0;
+        const QList<QByteArray> lines = table.split('\n');
+        for (const QByteArray &line : lines) {
+            QVERIFY2(line.size() <= 60, line.constData());
+            indented += line.startsWith("                   red") ? 1 : 0;
+        }
+        QVERIFY2(indented >= 5, table.constData());
+    }
+
+    void summaryIsALineAFile()
+    {
+        const Run summary = folder.run({ "explain", "--summary", clean, planted8 });
+        QCOMPARE(summary.status, finding);
+        const QList<QByteArray> lines = summary.out.split('\n');
+        QCOMPARE(lines.size(), 3);
+        QCOMPARE(lines.at(0), clean.toUtf8() + ": CSPro text dictionary, no note");
+        QVERIFY2(lines.at(1).startsWith(planted8.toUtf8() + ": CSPro 8 JSON dictionary, "), lines.at(1).constData());
+        const QJsonObject json = folder.run({ "explain", "--summary", "--format", "json", planted8 }).json().toObject();
+        QVERIFY(json.value("lost").toInt() > 0);
+        QVERIFY(!json.contains("notes"));
+    }
+
+    void statusFollowsWhatIsAskedFor_data()
+    {
+        QTest::addColumn<QStringList>("asked");
+        QTest::addColumn<int>("status");
+        QTest::newRow("lost by default") << QStringList() << fine;
+        QTest::newRow("lost") << QStringList{ "--fail-on", "lost" } << fine;
+        QTest::newRow("changed") << QStringList{ "--fail-on", "changed" } << finding;
+        QTest::newRow("kind that is there") << QStringList{ "--fail-on", "subitem" } << finding;
+        QTest::newRow("kind that is not") << QStringList{ "--fail-on", "unknown-key" } << fine;
+        QTest::newRow("one of several") << QStringList{ "--fail-on", "unknown-key,subitem" } << finding;
+        QTest::newRow("option again") << QStringList{ "--fail-on", "subitem", "--fail-on", "unknown-key" } << finding;
+    }
+    void statusFollowsWhatIsAskedFor()
+    {
+        QFETCH(QStringList, asked);
+        QFETCH(int, status);
+        folder.write("d.dcf",
+                     "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
+        QCOMPARE(folder.run(QStringList{ "explain", "d.dcf" } + asked).status, status);
+    }
+
+    void changedIncludesWhatIsLost()
+    {
+        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
+        QCOMPARE(folder.run({ "explain", "--fail-on", "changed", "d.dcf" }).status, finding);
+        QCOMPARE(folder.run({ "explain", "--fail-on", "subitem", "d.dcf" }).status, fine);
+    }
+
+    void anUnknownKindIsSuggested()
+    {
+        const Run run = folder.run({ "explain", "--fail-on", "subitm", clean });
+        QCOMPARE(run.status, noAnswer);
+        QCOMPARE(run.err, QByteArray("vanlayout: --fail-on: subitm is not known; did you mean subitem?\n"));
     }
 
     void controlCharactersOfTheFileReachNoTerminal()

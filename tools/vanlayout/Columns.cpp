@@ -58,6 +58,28 @@ QString paddedToColumns(const QString &text, int width)
     return text + QString(std::max(width - columnsOf(text), 0), QLatin1Char(' '));
 }
 
+QStringList wrappedToColumns(const QString &text, int width)
+{
+    if (width <= 0 || columnsOf(text) <= width)
+        return { text };
+    QStringList lines;
+    QString line;
+    int used = 0;
+    const QStringList words = text.split(QLatin1Char(' '));
+    for (const QString &word : words) {
+        const int wordWidth = columnsOf(word);
+        if (!line.isEmpty() && used + 1 + wordWidth > width) {
+            lines.append(line);
+            line.clear();
+            used = 0;
+        }
+        used += wordWidth + (line.isEmpty() ? 0 : 1);
+        line += line.isEmpty() ? word : QLatin1Char(' ') + word;
+    }
+    lines.append(line);
+    return lines;
+}
+
 int terminalWidth()
 {
 #ifdef Q_OS_UNIX

@@ -2,6 +2,7 @@
 #define VANLAYOUT_COLUMNS_H
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdio>
 
@@ -13,6 +14,10 @@ QString cutToColumns(const QString &text, int width);
 
 /// The text and blanks up to \a width columns.
 QString paddedToColumns(const QString &text, int width);
+
+/// The text in lines of at most \a width columns, parted at blanks; a longer word has a line of its own. One line where
+/// \a width is no bound (0).
+QStringList wrappedToColumns(const QString &text, int width);
 
 /// The width of the terminal that standard output is, or of COLUMNS where it is none; 0 for no bound.
 int terminalWidth();

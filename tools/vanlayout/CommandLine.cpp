@@ -115,7 +115,16 @@ void describeExplain(CLI::App &command, ExplainOptions &options)
               "how to read the files; auto goes by their content");
     addDecimals(command, options.decimals);
     addSeparator(command, options.separator, "of lookups: what parts a key from its value");
-    command.add_flag("--all", options.showsAll, "show every place of a kind, not the first ten");
+    command.add_flag("--all", options.showsAll, "show every place of a kind, not the first ten variables");
+    command.add_flag("--summary", options.isSummary, "show one line a file");
+    command
+        .add_option("--fail-on", options.failures,
+                    "notes that make the status 1: lost (the default), changed (or lost), or a kind such as subitem; "
+                    "more after commas, or the option again")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->check(CLI::IsMember(explainFailures()))
+        ->option_text("KIND");
     command.add_option("FILE", options.files, "files to explain")->required();
 }
 
@@ -189,29 +198,33 @@ std::string problemWithWord(const CLI::App &app)
         + suggestionFor(withoutValue(rest.front()), knownWords(*parsed.front()));
 }
 
-// A value that is none of a list: the parser names option, value and list.
-std::string suggestionForValue(const CLI::App &app, const std::string &problem)
+// A value that is none of a list: the parser names option, value and list. A long list is left out.
+std::string problemWithValue(const CLI::App &app, const std::string &problem)
 {
     constexpr char separator[] = ": ";
     constexpr char behind[] = " not in {";
+    constexpr size_t longList = 12;
     const size_t start = problem.find(separator);
     const size_t end = problem.find(behind);
     if (start == std::string::npos || end == std::string::npos || end < start)
-        return std::string();
+        return problem;
     const std::string name = problem.substr(0, start);
     const std::string value = problem.substr(start + sizeof separator - 1, end - start - sizeof separator + 1);
     for (const CLI::App *command : app.get_subcommands()) {
-        if (const CLI::Option *option = command->get_option_no_throw(name))
-            return suggestionFor(value, choicesOf(*option));
+        const CLI::Option *option = command->get_option_no_throw(name);
+        if (!option)
+            continue;
+        const std::vector<std::string> choices = choicesOf(*option);
+        return (choices.size() > longList ? problem.substr(0, end) + " is not known" : problem)
+            + suggestionFor(value, choices);
     }
-    return std::string();
+    return problem;
 }
 
 QString problemWithCall(const CLI::App &app, const CLI::ParseError &error)
 {
     const std::string problem = problemWithWord(app);
-    const std::string text = error.what();
-    return decoded(problem.empty() ? text + suggestionForValue(app, text) : problem);
+    return decoded(problem.empty() ? problemWithValue(app, error.what()) : problem);
 }
 
 int runFields(const FieldsOptions &options, int argc, char **argv)
@@ -292,6 +305,7 @@ private:
                        fieldsOptions);
         describeExplain(add("explain", "Explain what of each FILE the fields lose or change.",
                             "  vanlayout explain census.dcf\n"
+                            "  vanlayout explain --summary --fail-on changed census.dcf survey.sav\n"
                             "  vanlayout explain --format json census.dcf",
                             [this](int, char **) { return explain(explainOptions); }),
                         explainOptions);

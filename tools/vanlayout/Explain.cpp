@@ -2,16 +2,20 @@
 
 #include "Answer.h"
 #include "Columns.h"
+#include "ExactItems.h"
 #include "Gravities.h"
 #include "InputFile.h"
 #include "Json.h"
 #include "Layout.h"
 #include "LookupCheck.h"
 #include "Printable.h"
+#include "Progress.h"
 #include "import/ReadReport.h"
 #include "lookup/Lookup.h"
+#include "read/Reader.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStringList>
 
 #include <algorithm>
@@ -32,6 +36,7 @@ struct Explanation {
     QString title; ///< of that type
     QString problem;
     ReadReport report;
+    vanlayout::Layout layout; ///< exact; of a file that can be read twice
 };
 
 // A check that reports nothing but what it takes a line for.
@@ -61,29 +66,67 @@ void readLayoutFile(Explanation &explanation, const ExplainOptions &options)
     }
     if (options.files.size() > 1)
         releaseContents(layout);
+    if (!explanation.report.isEmpty() && !options.isSummary && QFileInfo(explanation.file).isFile())
+        explanation.layout = vanlayout::readLayout(explanation.file);
 }
 
-/// The notes of a report, those of one kind together, the gravest first.
+bool isFailure(const ReadReport &report, const std::string &failure)
+{
+    if (failure == "lost" || failure == "changed")
+        return report.count(NoteGravity::lost) > 0 || (failure == "changed" && report.count(NoteGravity::changed) > 0);
+    for (int i = 0; i < ReadReport::kinds; ++i) {
+        if (failure == ReadReport::idOf(NoteKind(i)).toStdString())
+            return report.count(NoteKind(i)) > 0;
+    }
+    return false;
+}
+
+/// The places of one kind that are printed on one line: those of one variable.
+struct Place {
+    const ReadNote *first;
+    int count;
+};
+
+/// The notes of a report, those of one kind together.
 class NotesByKind
 {
 public:
-    explicit NotesByKind(const ReadReport &report)
+    /// Without \a isGrouped, each note is a place of its own.
+    NotesByKind(const ReadReport &report, bool isGrouped)
         : places(size_t(ReadReport::kinds))
     {
-        for (const ReadNote &note : report.notes())
-            places[size_t(note.kind)].push_back(&note);
+        std::vector<KeyedMap<QString, size_t>> known(places.size());
+        for (const ReadNote &note : report.notes()) {
+            std::vector<Place> &ofKind = places[size_t(note.kind)];
+            if (isGrouped && !note.variable.isEmpty()) {
+                const auto [place, isNew] = known[size_t(note.kind)].emplace(note.variable, ofKind.size());
+                if (!isNew) {
+                    ++ofKind[place->second].count;
+                    continue;
+                }
+            }
+            ofKind.push_back({ &note, 1 });
+        }
     }
-    const std::vector<const ReadNote *> &of(NoteKind kind) const { return places[size_t(kind)]; }
+    const std::vector<Place> &of(NoteKind kind) const { return places[size_t(kind)]; }
 
 private:
-    std::vector<std::vector<const ReadNote *>> places;
+    std::vector<std::vector<Place>> places;
 };
 
+QString headOf(const Explanation &explanation)
+{
+    const QString type = explanation.title.isEmpty() ? QString() : explanation.title + QStringLiteral(", ");
+    return QStringLiteral("%1: %2%3").arg(printable(subjectOf(explanation.file)), type, countsOf(explanation.report));
+}
+
+/// Prints the reports, in lines as wide as the terminal.
 class ExplanationTable
 {
 public:
     ExplanationTable(std::FILE *file, bool everyPlace)
         : out(file)
+        , width(terminalWidth())
         , showsAll(everyPlace)
     {
     }
@@ -94,15 +137,22 @@ public:
         if (!isFirst)
             printLine(out, QString());
         isFirst = false;
-        const QString type = explanation.title.isEmpty() ? QString() : explanation.title + QStringLiteral(", ");
-        printLine(out, QStringLiteral("%1: %2%3").arg(printable(subjectOf(explanation.file)), type, countsOf(report)));
-        const NotesByKind notes(report);
+        printWrapped(QString(), headOf(explanation));
+        const NotesByKind notes(report, !showsAll);
+        ExactItems items(explanation.layout);
         for (const NoteGravity gravity : gravities)
-            printGravity(gravity, report, notes);
+            printGravity(gravity, report, notes, items);
     }
 
 private:
-    void printGravity(NoteGravity gravity, const ReadReport &report, const NotesByKind &notes)
+    struct Row {
+        QString line;
+        QString variable;
+        QString text;
+        QString instead; ///< what the file truly has; empty where that is not known
+    };
+
+    void printGravity(NoteGravity gravity, const ReadReport &report, const NotesByKind &notes, ExactItems &items)
     {
         const int count = report.count(gravity);
         if (count == 0)
@@ -112,64 +162,96 @@ private:
         for (int i = 0; i < ReadReport::kinds; ++i) {
             const auto kind = NoteKind(i);
             if (ReadReport::gravityOf(kind) == gravity && report.count(kind) > 0)
-                printKind(kind, report.count(kind), notes.of(kind));
+                printKind(kind, report.count(kind), notes.of(kind), items);
         }
     }
 
-    void printKind(NoteKind kind, int count, const std::vector<const ReadNote *> &places)
+    void printKind(NoteKind kind, int count, const std::vector<Place> &places, ExactItems &items)
     {
         printLine(out, QStringLiteral("  %1 (%2)").arg(ReadReport::idOf(kind)).arg(count));
-        printLine(out, QStringLiteral("    ") + ReadReport::sentenceOf(kind));
+        printWrapped(QStringLiteral("    "), ReadReport::sentenceOf(kind));
         const size_t shown = showsAll ? places.size() : std::min(places.size(), placesOfAKind);
-        std::vector<QStringList> rows;
-        for (size_t i = 0; i < shown; ++i)
-            rows.push_back(rowOf(*places[i]));
+        std::vector<Row> rows;
+        int rest = count;
+        for (size_t i = 0; i < shown; ++i) {
+            rows.push_back(rowOf(places[i], items));
+            rest -= places[i].count;
+        }
         printRows(rows);
-        if (size_t(count) > shown)
-            printLine(out, QStringLiteral("      and %1 more").arg(size_t(count) - shown));
+        if (rest > 0)
+            printLine(out, QStringLiteral("      and %1 more").arg(rest));
     }
 
-    static QStringList rowOf(const ReadNote &note)
+    static Row rowOf(const Place &place, ExactItems &items)
     {
-        const QString line = note.line > 0 ? QStringLiteral("line %1").arg(note.line) : QString();
-        const QString text = note.text == note.variable
-            ? QString()
-            : cutToColumns(printable(note.text.left(mostTextWidth + 1)), mostTextWidth);
-        return { line, cutToColumns(printable(note.variable), mostVariableWidth), text };
+        const ReadNote &note = *place.first;
+        Row row;
+        row.line = note.line > 0 ? QStringLiteral("line %1").arg(note.line) : QString();
+        row.variable = cutToColumns(printable(note.variable), mostVariableWidth);
+        if (note.text != note.variable)
+            row.text = cutToColumns(printable(note.text.left(mostTextWidth + 1)), mostTextWidth);
+        if (place.count > 1)
+            row.text
+                += QLatin1String(row.text.isEmpty() ? "" : " ") + QStringLiteral("(and %1 more)").arg(place.count - 1);
+        const QString instead = items.insteadOf(note);
+        if (instead != note.text)
+            row.instead = printable(instead);
+        return row;
     }
 
-    void printRows(const std::vector<QStringList> &rows)
+    void printRows(const std::vector<Row> &rows)
     {
         int lineWidth = 0;
         int variableWidth = 0;
-        for (const QStringList &row : rows) {
-            lineWidth = std::max(lineWidth, columnsOf(row.at(0)));
-            variableWidth = std::max(variableWidth, columnsOf(row.at(1)));
+        for (const Row &row : rows) {
+            lineWidth = std::max(lineWidth, columnsOf(row.line));
+            variableWidth = std::max(variableWidth, columnsOf(row.variable));
         }
         const auto padded
-            = [](const QString &text, int width) { return width > 0 ? paddedToColumns(text, width + gap) : QString(); };
-        for (const QStringList &row : rows) {
-            QString line = padded(row.at(0), lineWidth) + padded(row.at(1), variableWidth) + row.at(2);
-            while (line.endsWith(QLatin1Char(' ')))
-                line.chop(1);
-            printLine(out, QStringLiteral("      ") + line);
+            = [](const QString &text, int size) { return size > 0 ? paddedToColumns(text, size + gap) : QString(); };
+        const QString margin(6, QLatin1Char(' '));
+        for (const Row &row : rows) {
+            const QString head = margin + padded(row.line, lineWidth) + padded(row.variable, variableWidth);
+            printWrapped(head, row.text);
+            if (!row.instead.isEmpty())
+                printWrapped(QString(columnsOf(head), QLatin1Char(' ')), QLatin1String("the file has: ") + row.instead);
         }
     }
 
+    // Lines after the first are indented by the width of what is in front of it, while there is room for that.
+    void printWrapped(const QString &head, const QString &text)
+    {
+        constexpr int leastRoom = 20;
+        int indent = columnsOf(head);
+        QStringList lines = wrappedToColumns(text, width > 0 ? std::max(width - indent, leastRoom) : 0);
+        printLine(out, head + lines.takeFirst());
+        if (width - indent < leastRoom)
+            indent = 0;
+        for (const QString &line : qAsConst(lines))
+            printLine(out, QString(indent, QLatin1Char(' ')) + line);
+    }
+
     std::FILE *out;
+    int width; ///< columns; 0 for no bound
     bool showsAll;
     bool isFirst = true;
 };
 
-void printAsJson(const Explanation &explanation, bool isOneOfSeveral)
+void printAsJson(const Explanation &explanation, const ExplainOptions &options)
 {
     const ReadReport &report = explanation.report;
+    const bool isOneOfSeveral = options.files.size() > 1;
+    ExactItems items(explanation.layout);
     printJson(stdout, isOneOfSeveral, [&](auto &json) {
         json.StartObject();
         writeJson(json, "file", explanation.file);
         writeJson(json, "type", explanation.type);
         for (const NoteGravity gravity : gravities)
             writeJson(json, ReadReport::nameOf(gravity).toLatin1().constData(), report.count(gravity));
+        if (options.isSummary) {
+            json.EndObject();
+            return;
+        }
         json.Key("notes");
         json.StartArray();
         for (const ReadNote &note : report.notes()) {
@@ -180,6 +262,9 @@ void printAsJson(const Explanation &explanation, bool isOneOfSeveral)
             writeJson(json, "variable", note.variable);
             writeJson(json, "text", note.text);
             writeJson(json, "sentence", note.sentence());
+            const QString instead = items.insteadOf(note);
+            if (!instead.isEmpty())
+                writeJson(json, "exact", instead);
             json.EndObject();
         }
         json.EndArray();
@@ -205,12 +290,17 @@ int explainFile(const std::string &name, const ExplainOptions &options, Explanat
     if (!hasAnswer && explanation.report.count(NoteGravity::lost) == 0)
         explanation.report.add(NoteKind::fileNotRead, explanation.problem);
     if (options.format == "json")
-        printAsJson(explanation, options.files.size() > 1);
+        printAsJson(explanation, options);
+    else if (options.isSummary)
+        printLine(stdout, headOf(explanation));
     else
         table.print(explanation);
     if (!hasAnswer)
         return noAnswerFor(explanation.file, explanation.problem);
-    return explanation.report.count(NoteGravity::lost) > 0 ? statusFinding : statusFine;
+    const bool isFinding
+        = std::any_of(options.failures.begin(), options.failures.end(),
+                      [&](const std::string &failure) { return isFailure(explanation.report, failure); });
+    return isFinding ? statusFinding : statusFine;
 }
 
 } // namespace
@@ -231,12 +321,25 @@ QString countsOf(const ReadReport &report)
     return QStringLiteral("%1 (%2)").arg(notes, counts.join(QStringLiteral(", ")));
 }
 
+std::vector<std::string> explainFailures()
+{
+    std::vector<std::string> words = { "lost", "changed" };
+    for (int i = 0; i < ReadReport::kinds; ++i)
+        words.push_back(ReadReport::idOf(NoteKind(i)).toStdString());
+    return words;
+}
+
 int explain(const ExplainOptions &options)
 {
     answerDecimalQuestions(options.decimals);
     ExplanationTable table(stdout, options.showsAll);
+    constexpr int standardOutput = 1;
+    Progress progress(isTerminal(standardOutput));
+    const int count = int(options.files.size());
     int status = statusFine;
-    for (const std::string &file : options.files)
-        status = std::max(status, explainFile(file, options, table));
+    for (int i = 0; i < count; ++i) {
+        progress.begin(QFile::decodeName(options.files[size_t(i)].c_str()), i + 1, count);
+        status = std::max(status, explainFile(options.files[size_t(i)], options, table));
+    }
     return statusAfterOutput(status);
 }
