@@ -1,6 +1,8 @@
 van_add_test(layout/ModelTest.cpp)
 van_add_test(layout/LayoutJsonTest.cpp)
 van_add_test(layout/ColumnsTest.cpp)
+van_add_test(layout/CsvwTest.cpp)
+van_add_test(layout/JsonSchemaTest.cpp)
 van_add_test(layout/ReaderTest.cpp)
 van_add_test(layout/WordingTest.cpp)
 van_add_test(layout/CSProCommonTest.cpp)
@@ -35,6 +37,11 @@ target_link_libraries(print_layout PRIVATE vanlayout_library)
 add_executable(print_ddi layout/print_ddi.cpp)
 van_own_code(print_ddi)
 target_link_libraries(print_ddi PRIVATE vanlayout_library)
+
+# Layouts in forms for other programs, likewise.
+add_executable(export_layout layout/export_layout.cpp)
+van_own_code(export_layout)
+target_link_libraries(export_layout PRIVATE vanlayout_library)
 
 set(real_dictionaries ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus)
 if(NOT EXISTS ${real_dictionaries})

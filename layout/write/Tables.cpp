@@ -1,0 +1,118 @@
+#include "Tables_p.h"
+
+#include "util/KeyedHash_p.h"
+#include "write/Columns_p.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+bool isSafe(QChar character)
+{
+    const ushort unit = character.unicode();
+    return (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z') || (unit >= '0' && unit <= '9') || unit == '_'
+        || unit == '-';
+}
+
+// Names of devices, which files cannot bear on Windows.
+bool isDevice(const QString &name)
+{
+    static const std::array<const char *, 4> devices = { "con", "prn", "aux", "nul" };
+    const QString lower = name.toLower();
+    const bool isNumbered = lower.size() == 4 && lower.at(3).isDigit()
+        && (lower.startsWith(QLatin1String("com")) || lower.startsWith(QLatin1String("lpt")));
+    const auto isIt = [&](const char *device) { return lower == QLatin1String(device); };
+    return isNumbered || std::any_of(devices.begin(), devices.end(), isIt);
+}
+
+QString safeName(const QString &name)
+{
+    if (name.isEmpty())
+        return QStringLiteral("data");
+    QString safe = name;
+    std::replace_if(
+        safe.begin(), safe.end(), [](QChar character) { return !isSafe(character); }, QLatin1Char('_'));
+    return isDevice(safe) || safe.startsWith(QLatin1Char('-')) ? QLatin1Char('_') + safe : safe;
+}
+
+// Makes names unique without regard to case.
+class FileNames
+{
+public:
+    QString give(const QString &wanted)
+    {
+        QString name = wanted;
+        int &suffix = next.try_emplace(wanted.toLower(), 2).first->second;
+        while (!taken.insert(name.toLower()).second)
+            name = wanted + QLatin1Char('_') + QString::number(suffix++);
+        return name;
+    }
+
+private:
+    KeyedMap<QString, int> next;
+    KeyedSet<QString> taken;
+};
+
+bool hasIds(const Layout &layout, int level)
+{
+    return std::any_of(layout.levels.begin(), layout.levels.begin() + level + 1,
+                       [](const Level &entry) { return !entry.ids.isEmpty(); });
+}
+
+bool isOnce(const Record &record)
+{
+    return record.maximum == 1;
+}
+
+// Sets the head of the tables from `first` on, which are those of one level. Returns the head for the level below.
+int setHeads(QVector<Table> &tables, int first, int headAbove)
+{
+    const auto isHead = [](const Table &table) { return table.isKeyed && table.record->required; };
+    const auto found = std::find_if(tables.begin() + first, tables.end(), isHead);
+    const int head = found == tables.end() ? headAbove : int(found - tables.begin());
+    for (int i = first; i < tables.size(); ++i)
+        tables[i].head = i == head ? headAbove : head;
+    return head;
+}
+
+} // namespace
+
+QVector<Table> tablesOf(const Layout &layout)
+{
+    QVector<Table> tables;
+    FileNames names;
+    int head = -1;
+    for (int level = 0; level < layout.levels.size(); ++level) {
+        const int first = tables.size();
+        for (const Record &record : layout.levels.at(level).records) {
+            const bool isKeyed = isOnce(record) && hasIds(layout, level);
+            tables.append({ level, &record, names.give(safeName(record.name)), isKeyed, -1 });
+        }
+        head = setHeads(tables, first, head);
+    }
+    return tables;
+}
+
+QStringList idNamesOf(const Layout &layout, int level)
+{
+    QStringList names;
+    const QVector<Column> columns = columnsOf(layout, level, Record());
+    for (const Column &column : columns)
+        names.append(column.name);
+    return names;
+}
+
+QString titleOf(const Layout &layout, const QString &given, const QString &language)
+{
+    if (!given.isEmpty())
+        return given;
+    const QString label = layout.labels.in(language);
+    return label.isEmpty() ? layout.name : label;
+}
+
+} // namespace vanlayout
