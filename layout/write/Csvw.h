@@ -21,7 +21,8 @@ struct VANLAYOUT_EXPORT CsvwOptions {
 ///
 /// - A table is `RECORD.csv`; characters that a file cannot bear are `_`. Its columns are the ids of all levels, then
 ///   the items of the record; an item that occurs several times is `X_1` ... `X_n`.
-/// - `name` has what is no letter, digit, `_` or single point in percent. `titles` has the name as it is in the header
+/// - `name` has letters, digits, `_` and single points; other characters are in percent. `titles` has the name as it is
+/// in the header
 ///   line, of no language (`und`), and the label in each language.
 /// - `datatype`: `integer`, `decimal` (CSPro) or `double` (statistical files), `string` with `maxLength`, `date` and
 ///   `datetime`. Dates of CSPro that keep their digits have a `format` such as `yyyyMMdd`, those of statistical files

@@ -6,7 +6,7 @@
 namespace vanlayout
 {
 
-/// What the values of an item are on the calendar.
+/// Whether the values of an item are dates.
 enum class Calendar { None, Date, DateTime };
 
 /// The dates of an item in a table of its data.

@@ -16,7 +16,7 @@ namespace
 
 constexpr int longestSafeNumber = 15; // characters of a number that every program keeps
 
-// What a column holds where nothing else is said.
+// The type of a column before its codes are looked at.
 struct BaseType {
     const char *name = nullptr; // JSON's; null for any
     bool isLong = false;        // a number that may be a text of digits

@@ -44,7 +44,7 @@ QJsonObject definition(const Layout &layout, const QString &record, const JsonSc
     return schema(layout, options).value("$defs").toObject().value(record).toObject();
 }
 
-// The property of an item, without what is not looked at.
+// The property of an item.
 QJsonObject propertyOf(const Item &item)
 {
     return definition(made::layout({ item }), "R").value("properties").toObject().value(item.name).toObject();

@@ -107,7 +107,7 @@ inline Layout layout(const QVector<Item> &items)
     return made;
 }
 
-/// What a writer writes; nothing where it reports a failure.
+/// The bytes that a writer writes; none where it reports a failure.
 template <typename Write, typename... Options>
 QByteArray written(Write write, const Layout &layout, const Options &...options)
 {
