@@ -319,6 +319,8 @@ void CSProJsonDraft::endItem()
 // Documents, sounds, images and geometries take one column each and are not parts of items.
 void CSProJsonDraft::endBinaryItem()
 {
+    if (statements.hasLength && item.length != 1)
+        keepLength();
     item.length = 1;
     if (!item.isSubitem)
         return;
@@ -326,6 +328,13 @@ void CSProJsonDraft::endBinaryItem()
     findings.addExtra(QStringLiteral("subitem"), QStringLiteral("true"), address);
     findings.warn("unusable-subitem", QStringLiteral("an item of this type cannot be a subitem; it counts as an item"),
                   address);
+}
+
+void CSProJsonDraft::keepLength()
+{
+    findings.addExtra(QStringLiteral("length"), QString::number(item.length), address);
+    findings.inform("unused-length",
+                    QStringLiteral("an item of this type takes one column; its \"length\" does not count"), address);
 }
 
 void CSProJsonDraft::endSubitem()
@@ -514,19 +523,38 @@ void CSProJsonDraft::checkColumns()
     ElementAddress place;
     for (const Level &entry : qAsConst(layout.levels)) {
         ++place.level;
+        const LevelColumns &stated = columnsOfLevels[size_t(place.level)];
         place.record = ElementAddress::ids;
-        checkColumns(entry.ids, place);
+        checkColumns(entry.ids, stated.ids, place);
         for (place.record = 0; place.record < entry.records.size(); ++place.record)
-            checkColumns(entry.records.at(place.record).items, place);
+            checkColumns(entry.records.at(place.record).items, stated.records[size_t(place.record)], place);
     }
 }
 
-void CSProJsonDraft::checkColumns(const QVector<Item> &items, ElementAddress place)
+void CSProJsonDraft::checkColumns(const QVector<Item> &items, const std::vector<StoredColumns> &stated,
+                                  ElementAddress place)
 {
-    for (place.item = 0; place.item < items.size(); ++place.item)
-        if (items.at(place.item).start < 1)
+    const Item *holder = nullptr;
+    for (place.item = 0; place.item < items.size(); ++place.item) {
+        const Item &entry = items.at(place.item);
+        if (!entry.isSubitem)
+            holder = &entry;
+        else if (holder)
+            checkOffset(qint64(entry.start) - holder->start, stated[size_t(place.item)], place);
+        if (entry.start < 1)
             findings.warn("no-start", QStringLiteral("the columns of the item are unknown: it has no usable \"start\""),
                           place);
+    }
+}
+
+// The offset of a subitem does not count where "start" is stated, too, or where its item has no column.
+void CSProJsonDraft::checkOffset(qint64 offset, const StoredColumns &stated, const ElementAddress &place)
+{
+    if (!stated.subitemOffset || *stated.subitemOffset == offset)
+        return;
+    findings.addExtra(QStringLiteral("subitemOffset"), QString::number(*stated.subitemOffset), place);
+    findings.warn("unused-offset", QStringLiteral("\"subitemOffset\" does not lead to the column of the subitem"),
+                  place);
 }
 
 void CSProJsonDraft::checkLanguages()

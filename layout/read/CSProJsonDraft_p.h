@@ -148,6 +148,7 @@ private:
     QVector<Item> &openItems();
     void beginItems();
     void endBinaryItem();
+    void keepLength();
     void keepSubitemOffset();
     void keepDateFormat();
     void endSubitem();
@@ -158,7 +159,8 @@ private:
     void checkOccurrenceLabels(const QVector<OccurrenceLabel> &list, int maximum);
     void fillZeroFill();
     void checkColumns();
-    void checkColumns(const QVector<Item> &items, ElementAddress place);
+    void checkColumns(const QVector<Item> &items, const std::vector<StoredColumns> &stated, ElementAddress place);
+    void checkOffset(qint64 offset, const StoredColumns &stated, const ElementAddress &place);
     void checkLanguages();
 
     ItemStatements statements;

@@ -24,6 +24,7 @@ private slots:
     void relationIsRead();
     void zeroFillOfNumbersFollowsTheDictionaryWhereverThatSaysIt();
     void subitemFollowsItsItem();
+    void offsetThatDoesNotCountIsKept();
     void linkedValueSetsShareTheirValues();
     void equalTextsShareTheirMemory();
     void pathsNameTheElementEvenBeforeItsName();
@@ -281,9 +282,10 @@ const Rule rules[] = {
     { "item: contentType unknown",      Itm, R"("contentType":"Video")", "", R"({"type":"video"})", "", "unknown-type" },
     { "item: Document",                 Itm, R"("contentType":"Document")", "length", R"({"type":"document","length":1})", "", "" },
     { "item: Audio",                    Itm, R"("contentType":"Audio")", "length", R"({"type":"audio","length":1})", "", "" },
-    { "item: Image",                    Itm, R"("contentType":"Image")", "", R"({"type":"image","length":1})", "", "" },
-    { "item: Geometry",                 Itm, R"("contentType":"Geometry","length":9)", "", R"({"type":"geometry","length":1})", "", "" },
-    { "item: binary as a subitem",      Itm, R"("contentType":"Image","subitem":true)", "", R"({"type":"image","length":1})", "subitem=true", "unusable-subitem" },
+    { "item: Image",                    Itm, R"("contentType":"Image")", "length", R"({"type":"image","length":1})", "", "" },
+    { "item: Geometry",                 Itm, R"("contentType":"Geometry","length":9)", "", R"({"type":"geometry","length":1})", "length=9", "unused-length" },
+    { "item: binary as a subitem",      Itm, R"("contentType":"Image","subitem":true)", "length", R"({"type":"image","length":1})", "subitem=true", "unusable-subitem" },
+    { "item: Image with its length",    Itm, R"("contentType":"Image","length":1)", "", R"({"type":"image","length":1})", "", "" },
     { "item: subitem without an item",  Itm, R"("subitem":true,"subitemOffset":2)", "", R"({"start":null})", "subitemOffset=2", "unusable-offset subitem-without-item no-start" },
     { "item: subitem false",            Itm, R"("subitem":false)", "", "{}", "", "" },
     { "item: offset with an exponent",  Itm, R"("subitemOffset":1e2)", "", "{}", "subitemOffset=1e2", "unusable-offset" },
@@ -494,6 +496,19 @@ void CSProJsonLayoutTest::subitemFollowsItsItem()
     QVERIFY(items.at(4).isSubitem && !items.at(3).isSubitem);
     QCOMPARE(items.at(1).start, 3);
     QCOMPARE(items.at(4).start, 3);
+}
+
+void CSProJsonLayoutTest::offsetThatDoesNotCountIsKept()
+{
+    const Layout layout = layoutOf(
+        R"({"relativePositions":false,"levels":[{"name":"L","ids":{"items":[]},"records":[{"name":"R","occurrences":{"required":true,"maximum":1},"items":[
+            {"name":"A","contentType":"alpha","length":5,"start":3},{"name":"B","contentType":"alpha","length":1,"subitem":true,"subitemOffset":2,"start":5},
+            {"name":"C","contentType":"alpha","length":1,"subitem":true,"subitemOffset":2,"start":4},
+            {"name":"D","contentType":"alpha","length":5},{"name":"E","contentType":"alpha","length":1,"subitem":true,"subitemOffset":2}]}]}]})");
+    QCOMPARE(extrasOf(layout), QString("subitemOffset=2 subitemOffset=2"));
+    QCOMPARE(layout.extras.at(0).path, QString("L/R/C"));
+    QCOMPARE(layout.extras.at(1).path, QString("L/R/E"));
+    QVERIFY(problemsOf(layout).endsWith("unused-offset no-start unused-offset no-start"));
 }
 
 void CSProJsonLayoutTest::linkedValueSetsShareTheirValues()

@@ -305,8 +305,19 @@ class JsonReader:
         self.read_dictionary(self.root)
         name_items_of_subitems(self.layout)
         place_items(self.layout)
+        self.keep_unused_offsets()
         share_linked_values(self.layout)
         return self.layout
+
+    def keep_unused_offsets(self):
+        for level in self.layout.levels:
+            for holder in (level.ids, *level.records):
+                parent = None
+                for item in holder.items:
+                    if not item.is_subitem:
+                        parent = item
+                    elif parent and item.offset is not None and item.start != parent.start + item.offset:
+                        self.layout.extras.append(Extra(item, "subitemOffset", str(item.offset)))
 
     @staticmethod
     def read_named(element, members):
@@ -468,8 +479,10 @@ class JsonReader:
     @staticmethod
     def read_place(holder, item, members):
         item.is_subitem = members.get("subitem", to_bool, False)
-        length = members.get("length", to_int, 0)
-        item.length = 1 if item.type in BINARY_TYPES else length
+        length = members.get("length", to_int, None)
+        if item.type in BINARY_TYPES and length not in (None, 1):
+            members.layout.extras.append(Extra(item, "length", str(length)))
+        item.length = 1 if item.type in BINARY_TYPES else length or 0
         item.stored_start = members.get("start", to_int, None)
         item.offset = members.get("subitemOffset", to_int, None)
         has_parent = any(not before.is_subitem for before in holder.items)
