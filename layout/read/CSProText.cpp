@@ -85,6 +85,17 @@ void CSProTextReader::checkOccurrenceLabels(int occurrences)
     occurrenceLines.clear();
 }
 
+// The last capture type may be none, behind one that had a date format.
+void CSProTextReader::finishCapture()
+{
+    if (dateFormat.line == 0)
+        return;
+    if (item->capture)
+        item->capture->dateFormat = textOf(dateFormat.value).toUpper();
+    else
+        keepUnknownKey(dateFormat);
+}
+
 void CSProTextReader::finishSubitem()
 {
     if (!item->isSubitem) {

@@ -324,7 +324,6 @@ void CSProTextReader::readCaptureType(const Statement &statement)
 {
     const QString word = textIn(statement);
     const std::optional<QString> type = cspro::captureTypeOf(word);
-    const QString format = item->capture ? item->capture->dateFormat : QString();
     item->capture.reset();
     if (!type) {
         keep(textOf(statement.key), statement);
@@ -332,7 +331,7 @@ void CSProTextReader::readCaptureType(const Statement &statement)
              QStringLiteral("CaptureType is %1, which is unknown; the item has none").arg(shown(statement.value)),
              statement.line);
     } else if (!type->isEmpty()) {
-        item->capture = Capture{ *type, format };
+        item->capture = Capture{ *type, QString() };
     }
 }
 
@@ -346,7 +345,6 @@ void CSProTextReader::readCaptureDateFormat(const Statement &statement)
     if (dateFormat.line != 0)
         keepRepeated(dateFormat);
     dateFormat = statement;
-    item->capture->dateFormat = textIn(statement).toUpper();
 }
 
 void CSProTextReader::readValue(const Statement &statement)

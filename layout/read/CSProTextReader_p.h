@@ -144,6 +144,7 @@ private:
     void require(bool isThere, const char *id, const QString &message);
     void finishNote();
     void checkOccurrenceLabels(int occurrences);
+    void finishCapture();
     void finishSubitem();
     void nameLanguages();
     void checkLevels();

@@ -319,6 +319,7 @@ void CSProTextReader::endItem()
     item->zeroFill = item->zeroFill && item->isNumeric();
     item->decimalMark = item->decimalMark && item->isNumeric();
     checkOccurrenceLabels(item->occurrences);
+    finishCapture();
     finishSubitem();
 }
 

@@ -341,6 +341,8 @@ void CSProTextReaderTest::everyKeyIsReadAndHasItsDefault_data()
     row("CaptureType=Date", "capture", "{\"type\":\"date\"}");
     row("CaptureType=Date\nCaptureDateFormat=ddmmYYYY", "capture", "{\"dateFormat\":\"DDMMYYYY\",\"type\":\"date\"}");
     row("CaptureDateFormat=DDMM\nCaptureType=Date", "capture", "{\"type\":\"date\"}");
+    row("CaptureType=Date\nCaptureDateFormat=DDMM\nCaptureType=?\nCaptureType=Date", "capture",
+        "{\"dateFormat\":\"DDMM\",\"type\":\"date\"}");
     row("CaptureType=TextBox\nCaptureDateFormat=DDMM", "capture", "{\"type\":\"textBox\"}");
     row("", "valueSets", "");
 
@@ -712,6 +714,9 @@ void CSProTextReaderTest::whatHasNoMemberIsKept_data()
     row("date format behind another capture",
         in("item", "Name=I\nCaptureType=Date\nCaptureDateFormat=DDMM\nCaptureType=Photo\nCaptureDateFormat=MMDD\n"),
         { "L/R/I repeated CaptureType=Date 15", "L/R/I CaptureDateFormat=MMDD 18" });
+    row("date format without a capture in the end",
+        in("item", "Name=I\nCaptureType=Date\nCaptureDateFormat=DDMM\nCaptureType=Unspecified\n"),
+        { "L/R/I repeated CaptureType=Date 15", "L/R/I CaptureDateFormat=DDMM 16" });
     row("unknown capture", in("item", "Name=I\nCaptureType=Foo\n"), { "L/R/I CaptureType=Foo 15" });
     row("no occurrence", in("record", "Name=R\nOccurrenceLabel=a,b\nOccurrenceLabel=1\n"),
         { "L/R OccurrenceLabel=a,b 13", "L/R OccurrenceLabel=1 14" });

@@ -165,6 +165,7 @@ class TextReader:
         self.text = text
         self.layout = Layout(format="cspro-text")
         self.saw_dictionary = False
+        self.date_formats = {}  # of an item: the statement that counts
         self.saw_languages = False
         self.element = NO_SECTION  # what the next keys belong to
         self.set_key = None  # what takes a key of the section: (key, value, line) -> whether the section knows the key
@@ -192,6 +193,9 @@ class TextReader:
         self.give_languages_to_labels()
         name_items_of_subitems(self.layout)
         share_linked_values(self.layout)
+        for item, key, value, line in self.date_formats.values():
+            if not item.capture_type:
+                self.add_extra(key, value, line, item)
         self.layout.extras.sort(key=lambda extra: extra.line)
 
     def add_extra(self, key, value, line, element=None):
@@ -402,6 +406,7 @@ class TextReader:
         if word == "capturedateformat" and self.element.capture_type == "date":
             if self.counts(key, value, line):
                 self.element.capture_date_format = value.upper()
+                self.date_formats[id(self.element)] = (self.element, key, value, line)
             return True
         return False
 
