@@ -257,17 +257,25 @@ def share_linked_values(layout):
                 value_set.values = fullest.values
 
 
+LONGEST_NAME_IN_PATHS = 200  # in UTF-16 code units
+
+
+def name_in_path(element):
+    return element.name.encode("utf-16-le")[: 2 * LONGEST_NAME_IN_PATHS].decode("utf-16-le", "ignore")
+
+
 def path_of(element):
-    """LEVEL/RECORD/ITEM/VALUESET/#value."""
+    """LEVEL/RECORD/ITEM/VALUESET/#value. Long names are cut."""
     if isinstance(element, Layout):
         return ""
     if isinstance(element, Relation):
-        return "relations/" + element.name
+        return "relations/" + name_in_path(element)
     if isinstance(element, Level):
-        return element.name
-    own = (
-        "(ids)" if isinstance(element, Ids) else "#%d" % element.number if isinstance(element, Value) else element.name
-    )
+        return name_in_path(element)
+    if isinstance(element, Ids):
+        own = "(ids)"
+    else:
+        own = "#%d" % element.number if isinstance(element, Value) else name_in_path(element)
     return path_of(element.parent) + "/" + own
 
 
