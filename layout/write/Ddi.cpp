@@ -113,7 +113,7 @@ private:
     {
         xml.begin(QStringLiteral("catgry"));
         xml.textElement(QStringLiteral("catValu"), record.recordType);
-        writeDdiLabels(xml, record.labels, QStringLiteral("category"));
+        writeDdiLabels(xml, record.labels, QString());
         if (record.labels.isEmpty())
             xml.textElement(QStringLiteral("labl"), record.name);
         xml.end();

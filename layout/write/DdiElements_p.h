@@ -17,7 +17,7 @@ inline QString ddiFileId()
 }
 
 /// One `labl` for each text of the labels that is not empty, with its language. \a level names the element that it is
-/// the label of, such as "variable".
+/// the label of, such as "variable"; empty where it is left out.
 inline void writeDdiLabels(XmlStream &xml, const Labels &labels, const QString &level)
 {
     for (const Label &label : labels.parts) {
@@ -25,7 +25,7 @@ inline void writeDdiLabels(XmlStream &xml, const Labels &labels, const QString &
             continue;
         xml.begin(QStringLiteral("labl"));
         xml.language(label.language);
-        xml.attribute(QStringLiteral("level"), level);
+        xml.attributeIfAny(QStringLiteral("level"), level);
         xml.content(label.text);
         xml.end();
     }

@@ -17,6 +17,22 @@ bool isCode(const Range &range)
     return range.to.isEmpty() || range.to == range.from;
 }
 
+bool isReal(const QString &code)
+{
+    bool isNumber = false;
+    code.toDouble(&isNumber);
+    return isNumber && code.contains(QLatin1Char('.'));
+}
+
+// Empty for a text, whose codes are no numbers.
+QString unitsOf(const Item &item, const Range &range)
+{
+    const ValueKind kind = kindOf(item);
+    if (kind == ValueKind::Number || (kind == ValueKind::Whole && (isReal(range.from) || isReal(range.to))))
+        return QStringLiteral("REAL");
+    return kind == ValueKind::Whole ? QStringLiteral("INT") : QString();
+}
+
 // The display format of a statistical file states decimals where it is a fixed one: `F8.0`, `%9.2f`.
 bool statesDecimals(const Item &item)
 {
@@ -51,19 +67,20 @@ QString formatText(const Item &item, bool isStored)
     return texts.join(QLatin1String("; "));
 }
 
-// The languages of a value set and its values, in the order of their first text.
-QStringList languagesOf(const ValueSet &set)
+// The languages of a value set and, if asked for, its values, in the order of their first text. Texts without a
+// language stand for all.
+QStringList languagesOf(const ValueSet &set, bool hasValues)
 {
     QStringList languages;
     const auto add = [&](const Labels &labels) {
         for (const Label &label : labels.parts) {
-            if (!label.text.isEmpty() && !languages.contains(label.language))
+            if (!label.language.isEmpty() && !label.text.isEmpty() && !languages.contains(label.language))
                 languages.append(label.language);
         }
     };
     add(set.labels);
-    for (const Value &value : set.values)
-        add(value.labels);
+    for (int i = 0; i < set.values.size() && hasValues; ++i)
+        add(set.values.at(i).labels);
     return languages.isEmpty() ? QStringList{ QString() } : languages;
 }
 
@@ -202,13 +219,9 @@ void DdiVariableWriter::writeMissingValues(const Item &item)
 
 void DdiVariableWriter::writeRanges(const Item &item, const QVector<Range> &ranges)
 {
-    const ValueKind kind = kindOf(item);
-    const QString units = kind == ValueKind::Whole ? QStringLiteral("INT")
-        : kind == ValueKind::Number                ? QStringLiteral("REAL")
-                                                   : QString();
     for (const Range &range : ranges) {
         xml.empty(isCode(range) ? QStringLiteral("item") : QStringLiteral("range"));
-        xml.attributeIfAny(QStringLiteral("UNITS"), units);
+        xml.attributeIfAny(QStringLiteral("UNITS"), unitsOf(item, range));
         writeRange(range);
     }
 }
@@ -269,7 +282,7 @@ void DdiVariableWriter::writeCategory(const Value &value, const QString &missing
     }
     if (code)
         xml.textElement(QStringLiteral("catValu"), *code);
-    writeDdiLabels(xml, value.labels, QStringLiteral("category"));
+    writeDdiLabels(xml, value.labels, QString()); // by far the most labels
     if (isForIpums() && value.labels.isEmpty())
         xml.empty(QStringLiteral("labl"));
     xml.textElementIfAny(QStringLiteral("txt"), text);
@@ -330,7 +343,7 @@ void DdiVariableWriter::writeNotes(const Item &item)
 // so are the ranges of the first set where they are no categories.
 void DdiVariableWriter::writeValueSet(const ValueSet &set, bool hasValues)
 {
-    for (const QString &language : languagesOf(set)) {
+    for (const QString &language : languagesOf(set, hasValues)) {
         const QString text = valueSetText(set, language, hasValues);
         if (text.isEmpty())
             continue;

@@ -33,6 +33,11 @@ add_executable(print_layout layout/print_layout.cpp)
 van_own_code(print_layout)
 target_link_libraries(print_layout PRIVATE vanlayout_library)
 
+# DDI documents follow the schema, where it is at hand.
+van_add_test(layout/DdiTest.cpp)
+van_use_made_data(DdiTest)
+target_compile_definitions(DdiTest PRIVATE VAN_SCHEMAS="${PROJECT_SOURCE_DIR}/../shared/schemas")
+
 # The DDI document of a file, for a reader in another language.
 add_executable(print_ddi layout/print_ddi.cpp)
 van_own_code(print_ddi)
