@@ -269,8 +269,6 @@ void Collector::reportUnusedSets()
 
 void Collector::finish()
 {
-    while (!notes.isEmpty() && notes.constLast().isEmpty())
-        notes.removeLast();
     layout.note = notes.join(QLatin1Char('\n'));
     while (layout.note.endsWith(QLatin1Char('\n')))
         layout.note.chop(1);

@@ -85,6 +85,31 @@ void ReaderTest::aFileWithoutALayoutSaysWhatItIs_data()
                          << "ZIP archive";
     QTest::newRow("PDF") << QByteArray("%PDF-1.4") << "unknown-format"
                          << "PDF document";
+    struct Signature {
+        const char *begin;
+        const char *name;
+    };
+    const Signature signatures[] = {
+        { "\xff\xd8\xff\xe0", "a JPEG image, not a layout" },
+        { "GIF89a", "a GIF image, not a layout" },
+        { "PK\x05\x06", "an empty ZIP archive, not a layout" },
+        { "BZh9", "a bzip2 archive, not a layout; unpack it and read the file in it" },
+        { "\xfd"
+          "7zXZ",
+          "an xz archive, not a layout; unpack it and read the file in it" },
+        { "7z\xbc\xaf\x27\x1c", "a 7z archive, not a layout; unpack it and read the file in it" },
+        { "Rar!\x1a", "a RAR archive, not a layout; unpack it and read the file in it" },
+        { "\xd0\xcf\x11\xe0", "a document of older Office programs, not a layout" },
+        { "PAR1\x15", "a Parquet file with data, not a layout" },
+        { "\x7f"
+          "ELF",
+          "a program, not a layout" },
+        { "MZ\x90", "a Windows program, not a layout" },
+        { "<html>", "an HTML page, not a layout" },
+    };
+    for (const Signature &signature : signatures)
+        QTest::newRow(signature.name) << QByteArray(signature.begin) << "unknown-format"
+                                      << "the file is " + QString(signature.name);
     QTest::newRow("CSV") << QByteArray("a,b,c\n1,2,3\n") << "unknown-format"
                          << "CSV file";
     QTest::newRow("with semicolons") << QByteArray("a;b\r\n1;2\r\n") << "unknown-format"

@@ -175,6 +175,7 @@ private slots:
     void typeAndStorageAreThoseOfTheVariable();
     void lengthOfATextIsItsBytes_data();
     void lengthOfATextIsItsBytes();
+    void lengthOfATextWithoutAFormatIsItsWidth();
     void lengthAndDecimalsOfANumberAreThoseOfItsFormat();
     void measureIsThatOfTheFile_data();
     void measureIsThatOfTheFile();
@@ -657,6 +658,20 @@ void StatFileTest::lengthOfATextIsItsBytes()
     QCOMPARE(item.type, itemtype::alpha());
     QTEST(item.length, "length");
     QCOMPARE(item.decimals, 0);
+}
+
+void StatFileTest::lengthOfATextWithoutAFormatIsItsWidth()
+{
+    StatFile file(StatFile::sav);
+    file.text("V", 5, "", "A5");
+    QByteArray bytes = bytesOf(file);
+    constexpr int formatsSize = 8; // two of them, in front of the name
+    const int formats = bytes.indexOf("V       ") - formatsSize;
+    QVERIFY(formats > 0);
+    bytes.replace(formats, formatsSize, QByteArray(formatsSize, '\0'));
+    const Item item = onlyItemOf(layoutOf(bytes));
+    QCOMPARE(item.format, QString());
+    QCOMPARE(item.length, 8);
 }
 
 void StatFileTest::lengthAndDecimalsOfANumberAreThoseOfItsFormat()

@@ -65,6 +65,7 @@ class VanlayoutShowTest : public QObject
 private slots:
     void initTestCase();
     void tableHasTitleHeadingsAndOneLineAnItem();
+    void twoFormsOfTheCensusAreOneSurvey();
     void tableFitsTheTerminal();
     void languagesThatDoNotFitAreOnFurtherLines();
     void titleHasNoBlanksAroundIt();
@@ -137,6 +138,31 @@ void VanlayoutShowTest::tableHasTitleHeadingsAndOneLineAnItem()
                         "KIND           A(2)       29    2       3 in 2  Kind, or \"sort\"\n"));
 }
 
+void VanlayoutShowTest::twoFormsOfTheCensusAreOneSurvey()
+{
+    const QString text = QStringLiteral(VAN_EXAMPLES "/census.dcf");
+    const QString json = QStringLiteral(VAN_EXAMPLES "/census8.dcf");
+    const auto answers = [&](QStringList options) {
+        const Run ofText = show(options + QStringList{ text });
+        const Run ofJson = show(options + QStringList{ json });
+        QCOMPARE(ofText.status, fine);
+        QCOMPARE(ofText.err + ofJson.err, QByteArray());
+        QList<QByteArray> lines = linesOf(ofText.out);
+        QList<QByteArray> others = linesOf(QByteArray(ofJson.out).replace("census8.dcf", "census.dcf"));
+        QVERIFY(lines.size() > 50);
+        if (options.contains("--labels")) { // the kind of the file
+            QVERIFY(lines.at(2).startsWith("CSPro dictionary, text form 7.7, ORVANDIA_CENSUS_DICT, 56 variables"));
+            QVERIFY(others.at(2).startsWith("CSPro dictionary, JSON form 8.0, ORVANDIA_CENSUS_DICT, 56 variables"));
+            lines.removeAt(2);
+            others.removeAt(2);
+        }
+        QCOMPARE(others, lines);
+    };
+    answers({ "--labels" });
+    answers({ "--format", "csv" });
+    answers({ "--codes" });
+}
+
 void VanlayoutShowTest::tableFitsTheTerminal()
 {
     folder.write("long.dcf", oneItem("QUITE_A_LONG_NAME_OF_40_CHARACTERS_IN_ALL", QByteArray(300, 'x')));
@@ -190,6 +216,11 @@ void VanlayoutShowTest::longNameHasALineOfItsOwn()
     QVERIFY(index > 0);
     QVERIFY(lines.at(index + 1).contains("9(3)"));
     QVERIFY2(lines.at(index + 1).contains("the label of this item is long as well"), lines.at(index + 1).constData());
+    // Without a terminal the lines may be long, but no name makes all others long.
+    folder.write("longest.dcf", oneItem(QByteArray(1000, 'N'), "label"));
+    const QByteArray out = runShell(folder, "COLUMNS= \"$0\" show longest.dcf").out;
+    QVERIFY(out.contains(QByteArray(1000, 'N') + "\n          9(3)"));
+    QVERIFY(out.contains("\nID        9(1)"));
 }
 
 void VanlayoutShowTest::valuesAreShownBeneathTheirItem()
@@ -221,6 +252,10 @@ void VanlayoutShowTest::languagesAreListed()
 {
     const Run run = show({ "--languages", "homes.dcf", "one.dcf" });
     QCOMPARE(run.out, QByteArray("homes.dcf\n  EN  English\n  FR  Français\n\none.dcf\n  declares no language\n"));
+    const QByteArray longName(100, 'L');
+    folder.write("long.dcf", QByteArray(survey).replace("FR=", longName + "="));
+    QVERIFY(show({ "--languages", "long.dcf" })
+                .out.contains("  EN" + QByteArray(24, ' ') + "English\n  " + longName + "  Français\n"));
 }
 
 void VanlayoutShowTest::languageThatTheFileLacksIsAnError()

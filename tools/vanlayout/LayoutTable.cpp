@@ -24,6 +24,7 @@ namespace
 constexpr int gap = 2;              // blanks between columns
 constexpr int minLabelWidth = 20;   // names and types leave as much to the label
 constexpr int minNameWidth = 8;     // a longer name than fits has a line of its own
+constexpr int maxNameWidth = 64;    // as the longest names of statistical files; a longer one has a line of its own
 constexpr int maxTypeWidth = 24;    // a format of a hostile file can be long
 constexpr int maxCodeWidth = 24;    // a wider code has its label on the next line
 constexpr int valueIndentation = 6; // of the codes beneath an item
@@ -106,7 +107,7 @@ private:
             if (widths[size_t(column)] > 0)
                 widths[size_t(column)] = std::max(widths[size_t(column)], columnsOf(headOfTable()[size_t(column)]));
         }
-        if (style.width > 0 && widths[Name] > nameRoom())
+        if (widths[Name] > nameRoom())
             widths[Name] = longestNameWithin(std::max(nameRoom(), minNameWidth));
     }
     // The width of the longest name that fits into some columns.
@@ -133,7 +134,11 @@ private:
             space += widths[column] > 0 ? widths[column] + gap : 0;
         return space;
     }
-    int nameRoom() const { return style.width - spaceBehindName() - std::min(widths[Label], minLabelWidth); }
+    int nameRoom() const
+    {
+        const int room = style.width - spaceBehindName() - std::min(widths[Label], minLabelWidth);
+        return style.width > 0 ? std::min(room, maxNameWidth) : maxNameWidth;
+    }
 
     void line(const QString &text) const { printLine(out, cutToColumns(text, style.width)); }
 

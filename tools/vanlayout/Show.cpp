@@ -146,12 +146,13 @@ protected:
         printLine(stdout, printable(layout.file));
         if (layout.languages.isEmpty())
             printLine(stdout, QStringLiteral("  declares no language"));
+        constexpr int maxWidth = 24; // a longer code, which no real file has, moves its own label alone
         int width = 0;
         for (const Language &language : layout.languages)
-            width = std::max(width, columnsOf(printable(language.name)));
+            width = std::max(width, std::min(columnsOf(printable(language.name)), maxWidth));
         for (const Language &language : layout.languages)
             printLine(stdout,
-                      QLatin1String("  ") + paddedToColumns(printable(language.name), width + 2)
+                      QLatin1String("  ") + paddedToColumns(printable(language.name), width) + QLatin1String("  ")
                           + printable(language.label));
     }
 };
