@@ -1,9 +1,10 @@
 #include "DdiMissing_p.h"
 
+#include "Codes_p.h"
 #include "Wording_p.h"
 #include "util/KeyedHash_p.h"
 
-#include <algorithm>
+#include <cmath>
 
 namespace vanlayout
 {
@@ -11,44 +12,21 @@ namespace vanlayout
 namespace
 {
 
-bool isExtendedMissing(const QString &code)
+QString userMissing()
 {
-    return code.size() == 2 && code.at(0) == QLatin1Char('.')
-        && ((code.at(1) >= QLatin1Char('a') && code.at(1) <= QLatin1Char('z')) || code.at(1) == QLatin1Char('_'));
-}
-
-bool isWithin(const QString &code, const Range &missing)
-{
-    bool isNumber = false;
-    const double number = code.toDouble(&isNumber);
-    if (!isNumber || missing.to.isEmpty())
-        return false;
-    return missing.from.toDouble() <= number && number <= missing.to.toDouble();
-}
-
-bool isUserMissing(const Item &item, const QString &code)
-{
-    return std::any_of(item.missing.begin(), item.missing.end(),
-                       [&](const Range &missing) { return code == missing.from || isWithin(code, missing); });
-}
-
-QString statisticalKind(const Item &item, const QString &code)
-{
-    if (isUserMissing(item, code))
-        return QStringLiteral("user-missing");
-    if (item.storage == Storage::None || !item.isNumeric())
-        return QString();
-    if (code == QLatin1String("."))
-        return QStringLiteral("system missing");
-    return isExtendedMissing(code) ? QStringLiteral("extended missing") : QString();
+    return QStringLiteral("user-missing");
 }
 
 } // namespace
 
 QString missingKindOf(const Item &item, const Value &value, const Range &range)
 {
-    const QString special = describeSpecial(value.special);
-    return special.isEmpty() && range.to.isEmpty() ? statisticalKind(item, range.from) : special;
+    if (value.special != Special::None || !isMissing(item, value, range))
+        return describeSpecial(value.special);
+    if (range.from == QLatin1String("."))
+        return QStringLiteral("system missing");
+    const bool isTag = range.from.startsWith(QLatin1Char('.')) && item.isNumeric() && std::isnan(valueOf(range.from));
+    return isTag ? QStringLiteral("extended missing") : userMissing();
 }
 
 QVector<Range> missingRangesOf(const Item &item)
@@ -58,25 +36,13 @@ QVector<Range> missingRangesOf(const Item &item)
     for (const ValueSet &set : item.valueSets) {
         for (const Value &value : set.values) {
             for (const Range &range : value.ranges) {
-                const bool isNew = !missingKindOf(item, value, range).isEmpty() && !isUserMissing(item, range.from)
-                    && known.insert(range.from + QChar(0) + range.to).second;
-                if (isNew)
+                const QString kind = missingKindOf(item, value, range);
+                if (!kind.isEmpty() && kind != userMissing() && known.insert(range.from + QChar(0) + range.to).second)
                     ranges.append(range);
             }
         }
     }
     return ranges;
-}
-
-QStringList unlabelledMissingCodes(const Item &item, const QVector<Value> &values)
-{
-    QStringList codes;
-    for (const Range &missing : item.missing) {
-        const auto hasCode = [&](const Value &value) { return value.ranges.contains({ missing.from, QString() }); };
-        if (missing.to.isEmpty() && std::none_of(values.begin(), values.end(), hasCode))
-            codes.append(missing.from);
-    }
-    return codes;
 }
 
 } // namespace vanlayout

@@ -15,9 +15,6 @@ QString missingKindOf(const Item &item, const Value &value, const Range &range);
 /// value sets, in the order of the file.
 QVector<Range> missingRangesOf(const Item &item);
 
-/// The user-missing codes of an item that none of the values has; ranges are left out.
-QStringList unlabelledMissingCodes(const Item &item, const QVector<Value> &values);
-
 } // namespace vanlayout
 
 #endif

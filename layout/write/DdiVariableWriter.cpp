@@ -1,5 +1,7 @@
 #include "DdiVariableWriter_p.h"
 
+#include "Codes_p.h"
+#include "Dates_p.h"
 #include "DdiElements_p.h"
 #include "DdiMissing_p.h"
 #include "Wording_p.h"
@@ -11,11 +13,6 @@ namespace vanlayout
 
 namespace
 {
-
-bool isCode(const Range &range)
-{
-    return range.to.isEmpty() || range.to == range.from;
-}
 
 bool isReal(const QString &code)
 {
@@ -111,8 +108,14 @@ QString valueSetText(const ValueSet &set, const QString &language, bool hasValue
 bool hasRanges(const ValueSet &set)
 {
     return std::any_of(set.values.begin(), set.values.end(), [](const Value &value) {
-        return std::any_of(value.ranges.begin(), value.ranges.end(), [](const Range &range) { return !isCode(range); });
+        return std::any_of(value.ranges.begin(), value.ranges.end(),
+                           [](const Range &range) { return !isSingle(range); });
     });
+}
+
+bool isDate(const Item &item)
+{
+    return (item.capture && !item.capture->dateFormat.isEmpty()) || dateFormOf(item).calendar != Calendar::None;
 }
 
 QString schemaOf(Format format)
@@ -189,7 +192,7 @@ void DdiVariableWriter::writeLabels(const Column &column)
 // A value set of CSPro lists the values that are valid; labels of a statistical file leave all others valid.
 void DdiVariableWriter::writeValidValues(const Item &item)
 {
-    if (isStatistical(layout))
+    if (!isClosed(item))
         return;
     for (const ValueSet &set : item.valueSets) {
         QVector<Range> valid;
@@ -220,7 +223,7 @@ void DdiVariableWriter::writeMissingValues(const Item &item)
 void DdiVariableWriter::writeRanges(const Item &item, const QVector<Range> &ranges)
 {
     for (const Range &range : ranges) {
-        xml.empty(isCode(range) ? QStringLiteral("item") : QStringLiteral("range"));
+        xml.empty(isSingle(range) ? QStringLiteral("item") : QStringLiteral("range"));
         xml.attributeIfAny(QStringLiteral("UNITS"), unitsOf(item, range));
         writeRange(range);
     }
@@ -229,7 +232,7 @@ void DdiVariableWriter::writeRanges(const Item &item, const QVector<Range> &rang
 // A range from the lowest value, or to the highest, is open at that end.
 void DdiVariableWriter::writeRange(const Range &range)
 {
-    if (isCode(range)) {
+    if (isSingle(range)) {
         xml.attribute(QStringLiteral("VALUE"), range.from);
         return;
     }
@@ -252,9 +255,11 @@ void DdiVariableWriter::writeCategories(const Item &item)
     const QVector<Value> values = item.valueSets.isEmpty() ? QVector<Value>() : item.valueSets.constFirst().values;
     for (const Value &value : values)
         writeCategoriesOf(item, value);
-    Value unlabelled;
-    for (const QString &code : unlabelledMissingCodes(item, values))
-        writeCategory(unlabelled, QStringLiteral("user-missing"), &code, QString());
+    const Value unlabelled;
+    for (const MissingCode &missing : missingCodesOf(item)) {
+        if (!missing.value)
+            writeCategory(unlabelled, QStringLiteral("user-missing"), &missing.code, QString());
+    }
 }
 
 // One category a code; one without a code for all ranges of the value, as no single code stands for them. Readers of
@@ -263,7 +268,7 @@ void DdiVariableWriter::writeCategoriesOf(const Item &item, const Value &value)
 {
     QVector<Range> ranges;
     for (const Range &range : value.ranges) {
-        if (isCode(range))
+        if (isSingle(range))
             writeCategory(value, missingKindOf(item, value, range), &range.from, QString());
         else
             ranges.append(range);
@@ -311,11 +316,12 @@ void DdiVariableWriter::writeFormatName(const Item &item)
     if (item.capture && !item.capture->dateFormat.isEmpty()) {
         xml.attribute(QStringLiteral("formatname"), item.capture->dateFormat);
         writeSchema(QStringLiteral("CSPro"));
-        xml.attribute(QStringLiteral("category"), QStringLiteral("date"));
     } else if (!item.format.isEmpty()) {
         xml.attribute(QStringLiteral("formatname"), item.format);
         writeSchema(schemaOf(layout.format));
     }
+    if (isDate(item))
+        xml.attribute(QStringLiteral("category"), QStringLiteral("date"));
 }
 
 void DdiVariableWriter::writeSchema(const QString &schema)

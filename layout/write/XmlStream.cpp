@@ -1,6 +1,6 @@
 #include "XmlStream_p.h"
 
-#include <QRegularExpression>
+#include "LanguageTag_p.h"
 
 #include <algorithm>
 
@@ -42,31 +42,11 @@ QString withSigns(QString text)
     return text;
 }
 
-// Language, script, region, the rest: in the case that BCP 47 recommends.
-QString withUsualCase(const QRegularExpressionMatch &tag)
-{
-    QString script = tag.captured(2).toLower();
-    if (!script.isEmpty())
-        script[1] = script.at(1).toUpper();
-    return tag.captured(1).toLower() + script + tag.captured(3).toUpper() + tag.captured(4).toLower();
-}
-
 } // namespace
 
 QString xmlText(const QString &text)
 {
     return std::all_of(text.begin(), text.end(), isHeldByXml) ? text : withSigns(text);
-}
-
-QString languageTag(const QString &code)
-{
-    static const QRegularExpression form(
-        QStringLiteral("^([a-z]{2,3}(?:-[a-z]{3})?)(-[a-z]{4})?(-(?:[a-z]{2}|[0-9]{3}))?"
-                       "((?:-(?:[a-z0-9]{5,8}|[0-9][a-z0-9]{3}))*(?:-x(?:-[a-z0-9]{1,8})+)?)\\z"),
-        QRegularExpression::CaseInsensitiveOption);
-    QString spelled = code;
-    const QRegularExpressionMatch tag = form.match(spelled.replace(QLatin1Char('_'), QLatin1Char('-')));
-    return tag.hasMatch() ? withUsualCase(tag) : QString();
 }
 
 XmlStream::XmlStream(QIODevice &target)
@@ -105,7 +85,7 @@ void XmlStream::language(const QString &code)
         return;
     auto tag = tags.find(code);
     if (tag == tags.end())
-        tag = tags.emplace(code, languageTag(code)).first;
+        tag = tags.emplace(code, languageTagOf(code)).first;
     attributeIfAny(QStringLiteral("xml:lang"), tag->second);
 }
 

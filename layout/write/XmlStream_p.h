@@ -15,9 +15,6 @@ namespace vanlayout
 /// change, has its picture too; tab and line feed stay.
 QString xmlText(const QString &text);
 
-/// The tag of BCP 47 for the code of a language: `en` for `EN`, `pt-BR` for `PT_br`; empty where the code is none.
-QString languageTag(const QString &code);
-
 /// Writes an XML document onto a device, through a buffer. All texts go through xmlText().
 class XmlStream
 {
