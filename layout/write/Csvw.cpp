@@ -68,13 +68,13 @@ void addTitle(QVector<Titles> &titles, const QString &tag, const QString &text)
 }
 
 // The name in the header line, then the labels by language.
-QVector<Titles> titlesOf(const Column &column)
+QVector<Titles> titlesOf(const Column &column, LanguageTags &tags)
 {
     QVector<Titles> titles;
     addTitle(titles, QLatin1String(anyLanguage), column.name);
     const Labels labels = labelsOf(column);
     for (const Label &label : labels.parts) {
-        const QString tag = languageTagOf(label.language);
+        const QString tag = tags.of(label.language);
         if (!label.text.isEmpty())
             addTitle(titles, tag.isEmpty() ? QLatin1String(anyLanguage) : tag, label.text);
     }
@@ -155,7 +155,7 @@ private:
     }
     void writeText(const Label &label)
     {
-        const QString tag = languageTagOf(label.language);
+        const QString tag = tags.of(label.language);
         if (tag.isEmpty()) {
             string(label.text);
             return;
@@ -209,7 +209,7 @@ private:
         const Item &item = *column.item;
         object([&] {
             text("name", columnName(column.name));
-            writeTitles(titlesOf(column));
+            writeTitles(titlesOf(column, tags));
             optionalText("dc:description", item.note);
             if (isOtherTime(item))
                 text("rdfs:comment", QLatin1String("The values have the format ") + item.format);
@@ -347,6 +347,7 @@ private:
 
     const Layout &layout;
     const QVector<Table> tables;
+    LanguageTags tags;
 };
 
 } // namespace

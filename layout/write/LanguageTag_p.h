@@ -1,6 +1,8 @@
 #ifndef LAYOUT_WRITE_LANGUAGETAG_P_H
 #define LAYOUT_WRITE_LANGUAGETAG_P_H
 
+#include "util/KeyedHash_p.h"
+
 #include <QRegularExpression>
 #include <QString>
 
@@ -18,6 +20,22 @@ inline QString languageTagOf(const QString &language)
     tag.replace(QLatin1Char('_'), QLatin1Char('-'));
     return form.match(tag).hasMatch() ? tag : QString();
 }
+
+/// The tags of the languages of a layout, each found once.
+class LanguageTags
+{
+public:
+    QString of(const QString &language)
+    {
+        if (language.isEmpty())
+            return language;
+        const auto tag = tags.find(language);
+        return tag != tags.end() ? tag->second : tags.emplace(language, languageTagOf(language)).first->second;
+    }
+
+private:
+    KeyedMap<QString, QString> tags;
+};
 
 } // namespace vanlayout
 

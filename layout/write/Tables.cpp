@@ -1,7 +1,7 @@
 #include "Tables_p.h"
 
-#include "util/KeyedHash_p.h"
 #include "write/Columns_p.h"
+#include "write/UniqueNames_p.h"
 
 #include <algorithm>
 #include <array>
@@ -40,23 +40,11 @@ QString safeName(const QString &name)
     return isDevice(safe) || safe.startsWith(QLatin1Char('-')) ? QLatin1Char('_') + safe : safe;
 }
 
-// Makes names unique without regard to case.
-class FileNames
+// The name, or the first of `NAME_2`, `NAME_3` ... that no other is equal to but for case.
+QString uniqueName(UniqueNames &names, const QString &wanted)
 {
-public:
-    QString give(const QString &wanted)
-    {
-        QString name = wanted;
-        int &suffix = next.try_emplace(wanted.toLower(), 2).first->second;
-        while (!taken.insert(name.toLower()).second)
-            name = wanted + QLatin1Char('_') + QString::number(suffix++);
-        return name;
-    }
-
-private:
-    KeyedMap<QString, int> next;
-    KeyedSet<QString> taken;
-};
+    return wanted + names.give(wanted.toLower()).mid(wanted.size());
+}
 
 bool hasIds(const Layout &layout, int level)
 {
@@ -85,13 +73,13 @@ int setHeads(QVector<Table> &tables, int first, int headAbove)
 QVector<Table> tablesOf(const Layout &layout)
 {
     QVector<Table> tables;
-    FileNames names;
+    UniqueNames names;
     int head = -1;
     for (int level = 0; level < layout.levels.size(); ++level) {
         const int first = tables.size();
         for (const Record &record : layout.levels.at(level).records) {
             const bool isKeyed = isOnce(record) && hasIds(layout, level);
-            tables.append({ level, &record, names.give(safeName(record.name)), isKeyed, -1 });
+            tables.append({ level, &record, uniqueName(names, safeName(record.name)), isKeyed, -1 });
         }
         head = setHeads(tables, first, head);
     }

@@ -81,12 +81,7 @@ void XmlStream::attributeIfAny(const QString &name, const QString &value)
 
 void XmlStream::language(const QString &code)
 {
-    if (code.isEmpty())
-        return;
-    auto tag = tags.find(code);
-    if (tag == tags.end())
-        tag = tags.emplace(code, languageTagOf(code)).first;
-    attributeIfAny(QStringLiteral("xml:lang"), tag->second);
+    attributeIfAny(QStringLiteral("xml:lang"), tags.of(code));
 }
 
 void XmlStream::textElementIfAny(const QString &element, const QString &text)

@@ -2,7 +2,7 @@
 #define LAYOUT_WRITE_XMLSTREAM_P_H
 
 #include "model/Layout.h"
-#include "util/KeyedHash_p.h"
+#include "write/LanguageTag_p.h"
 
 #include <QBuffer>
 #include <QXmlStreamWriter>
@@ -49,7 +49,7 @@ private:
     QIODevice &device;
     QBuffer buffer;
     QXmlStreamWriter xml;
-    KeyedMap<QString, QString> tags; ///< by the code of the language
+    LanguageTags tags;
     bool isWhole = true;
 };
 

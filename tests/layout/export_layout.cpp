@@ -1,9 +1,12 @@
 // Writes the layout of a file in a form for other programs: export_layout FORM FILE [LANGUAGE].
 
 #include "read/Reader.h"
+#include "write/CodebookCsv.h"
 #include "write/Csvw.h"
 #include "write/Exportable.h"
+#include "write/Frictionless.h"
 #include "write/JsonSchema.h"
+#include "write/Markdown.h"
 
 #include <QFile>
 
@@ -22,6 +25,18 @@ const std::map<QString, Write> &forms()
 {
     static const std::map<QString, Write> table = {
         { "csvw", [](const Layout &layout, QIODevice &device, const QString &) { return writeCsvw(layout, device); } },
+        { "csv",
+          [](const Layout &layout, QIODevice &device, const QString &language) {
+              return writeCodebookCsv(layout, device, { language, false });
+          } },
+        { "frictionless",
+          [](const Layout &layout, QIODevice &device, const QString &language) {
+              return writeFrictionless(layout, device, { QString(), language });
+          } },
+        { "markdown",
+          [](const Layout &layout, QIODevice &device, const QString &language) {
+              return writeMarkdown(layout, device, { QString(), language });
+          } },
         { "json-schema",
           [](const Layout &layout, QIODevice &device, const QString &language) {
               return writeJsonSchema(layout, device, { QString(), language });

@@ -1,0 +1,42 @@
+#ifndef LAYOUT_WRITE_FRICTIONLESS_H
+#define LAYOUT_WRITE_FRICTIONLESS_H
+
+#include "model/Layout.h"
+#include "vanlayout_export.h"
+#include "write/LayoutJson.h"
+
+class QIODevice;
+
+namespace vanlayout
+{
+
+/// Settings for writeFrictionless().
+struct VANLAYOUT_EXPORT FrictionlessOptions {
+    QString title;    ///< of the package; empty for the label of the layout, or its name
+    QString language; ///< of the titles and labels; empty for the primary one
+    JsonStyle style = JsonStyle::Pretty;
+};
+
+/// Writes a Data Package (version 2) in UTF-8 with a resource a record type, for the data as CSV files with a header
+/// line. The tables, their columns and keys are those of writeCsvw().
+///
+/// - `type` of a field: `integer`, `number`, `string`, `date`, `datetime`, or `any` for documents, images and the like.
+///   Dates of CSPro that keep their digits have a `format` such as `%Y%m%d`.
+/// - `constraints`: `required` for ids, `maxLength` of texts, `minimum` and `maximum` where one range of the file holds
+///   all values.
+/// - `categories`, of whole numbers and of texts alone, as the standard has it: where single codes are all values of
+/// the
+///   item. In a statistical file that are the labels of a variable whose measure is not scale; where its format has no
+///   decimals and all codes are whole, it is an `integer`. `categoriesOrdered` says that the measure is ordinal. Labels
+///   that cannot be categories are in `valueLabels`, a property of this program, with `value`, or `minimum` and
+///   `maximum`.
+/// - `missingValues` of a field: the empty cell, codes of special values and user-missing codes, with their labels.
+///
+/// A record without columns has no resource. Streams onto \a device, which is open for writing. False if the device did
+/// not take all bytes; its error string says why. A layout that exportProblem() refuses must not be written.
+VANLAYOUT_EXPORT bool writeFrictionless(const Layout &layout, QIODevice &device,
+                                        const FrictionlessOptions &options = {});
+
+} // namespace vanlayout
+
+#endif
