@@ -296,6 +296,7 @@ void DdiTest::documentIsValid_data()
     };
     add(VAN_EXAMPLES, { "*.dcf" });
     add(VAN_TEST_DATA "/layout", { "*.dcf" });
+    add(VAN_TEST_DATA "/ddi", { "*.dcf" });
     add(VAN_MADE_DATA, { "*.sav", "*.por", "*.dta", "*.sas7bdat", "*.xpt" });
     for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" })
         add(QStringLiteral(VAN_CORPUS "/") + kind, { "*" });

@@ -70,6 +70,12 @@ if(VAN_PYTHON)
         ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus/spss ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus/stata)
     van_test_properties(PlainReadStat layout)
 
+    # Lines of data, cut with the DDI document of their dictionary.
+    add_test(NAME CutWithDdi COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/layout/cut_with_ddi.py
+        $<TARGET_FILE:print_ddi> ${PROJECT_SOURCE_DIR}/examples ${CMAKE_CURRENT_SOURCE_DIR}/data/ddi
+        ${CMAKE_CURRENT_SOURCE_DIR}/data/layout ${real_dictionaries})
+    van_test_properties(CutWithDdi layout)
+
     # CSPro dictionaries, once more through readers in another language: real ones where they are at hand, changed ones,
     # and random ones.
     set(naive ${CMAKE_CURRENT_SOURCE_DIR}/layout/naive)
