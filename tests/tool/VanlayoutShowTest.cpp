@@ -68,7 +68,10 @@ private slots:
     void twoFormsOfTheCensusAreOneSurvey();
     void tableFitsTheTerminal();
     void languagesThatDoNotFitAreOnFurtherLines();
-    void titleHasNoBlanksAroundIt();
+    void headingHasTheFactsOfItsRecord();
+    void recordWithoutItemsHasItsHeadingAlone();
+    void wideCodeHasALineOfItsOwn();
+    void verySmallTerminalIsNotExceeded();
     void columnThatIsEmptyThroughoutIsLeftOut();
     void longNameHasALineOfItsOwn();
     void valuesAreShownBeneathTheirItem();
@@ -193,10 +196,50 @@ void VanlayoutShowTest::languagesThatDoNotFitAreOnFurtherLines()
              narrow.out.constData());
 }
 
-void VanlayoutShowTest::titleHasNoBlanksAroundIt()
+void VanlayoutShowTest::headingHasTheFactsOfItsRecord()
 {
-    folder.write("blanks.dcf", QByteArray(survey).replace("Survey of homes", "   Survey of homes  "));
-    QVERIFY(show({ "blanks.dcf" }).out.startsWith("Survey of homes\n"));
+    const QByteArray record = "[Record]\nName=R2\nLabel=Second\nRecordTypeValue=\'\'\n";
+    const QByteArray item = "[Item]\nName=B\nStart=5\nLen=1\n";
+    folder.write("records.dcf", oneItem("A", "a") + record + item);
+    const QByteArray out = show({ "records.dcf" }).out;
+    QVERIFY2(out.contains("\nR2: Second (max 1)\nB "), out.constData());
+    folder.write("levels.dcf", oneItem("A", "a") + "[Level]\nName=L2\nLabel=Inner\n[IdItems]\n" + record + item);
+    const QByteArray levels = show({ "levels.dcf" }).out;
+    QVERIFY2(levels.contains("\nR (level 1, max 1)\n"), levels.constData());
+    QVERIFY2(levels.contains("\nR2: Second (level 2, max 1)\n"), levels.constData());
+    QVERIFY(!levels.contains("Id items of level 2"));
+}
+
+void VanlayoutShowTest::recordWithoutItemsHasItsHeadingAlone()
+{
+    folder.write("record.dcf",
+                 "[Dictionary]\nName=D\nRecordTypeStart=1\nRecordTypeLen=1\nPositions=Absolute\n[Level]\nName=L\n"
+                 "[IdItems]\n[Record]\nName=EMPTY\nRecordTypeValue=\'1\'\n[Record]\nName=R\nRecordTypeValue=\'2\'\n"
+                 "[Item]\nName=A\nStart=2\nLen=3\n");
+    const QByteArray out = show({ "--quiet", "record.dcf" }).out;
+    QVERIFY2(out.contains("\nEMPTY (type \"1\", max 1)\n\nR (type \"2\", max 1)\nName  Type  Start  Len\nA     9(3)"),
+             out.constData());
+}
+
+void VanlayoutShowTest::wideCodeHasALineOfItsOwn()
+{
+    const QByteArray code(25, 'C');
+    folder.write("codes.dcf",
+                 oneItem("A", "a") + "[ValueSet]\nName=A_VS1\nValue=\'" + code + "\';Wide\nValue=\'1\';One\n");
+    const QByteArray blanks(24 - 1 + 2, ' ');
+    QVERIFY(show({ "--labels", "codes.dcf" })
+                .out.contains("      " + code + "\n      " + QByteArray(26, ' ') + "Wide\n      1" + blanks + "One\n"));
+}
+
+void VanlayoutShowTest::verySmallTerminalIsNotExceeded()
+{
+    for (const char *columns : { "1", "5", "12", "20", "33" }) {
+        const QList<QByteArray> lines
+            = linesOf(runShell(folder, QString("COLUMNS=%1 \"$0\" show --labels homes.dcf").arg(columns)).out);
+        QVERIFY(lines.size() > 10);
+        for (const QByteArray &line : lines)
+            QVERIFY2(line == "homes.dcf" || widthOf(line) <= QByteArray(columns).toInt(), line.constData());
+    }
 }
 
 void VanlayoutShowTest::columnThatIsEmptyThroughoutIsLeftOut()

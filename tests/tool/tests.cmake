@@ -9,6 +9,12 @@ van_add_test(tool/VanlayoutShowTest.cpp)
 add_dependencies(VanlayoutShowTest vanlayout)
 target_compile_definitions(VanlayoutShowTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
+van_add_test(tool/VanlayoutShowDataTest.cpp)
+van_use_made_data(VanlayoutShowDataTest)
+target_link_libraries(VanlayoutShowDataTest PRIVATE SQLite::SQLite3)
+add_dependencies(VanlayoutShowDataTest vanlayout)
+target_compile_definitions(VanlayoutShowDataTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+
 van_add_test(tool/VanlayoutShellTest.cpp)
 add_dependencies(VanlayoutShellTest vanlayout)
 target_compile_definitions(VanlayoutShellTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
