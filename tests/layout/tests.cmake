@@ -92,12 +92,16 @@ else()
     message(STATUS "No python3: layouts are not compared with those of other readers")
 endif()
 
-# Each document follows the JSON Schema. The library that validates is a package of the system, for its Python.
+# Each document follows its JSON Schema: the exact layout, and the list of fields. The library that validates is a package of the system, for its Python.
 find_program(VAN_SYSTEM_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH)
 if(VAN_SYSTEM_PYTHON)
-    add_test(NAME LayoutSchema COMMAND ${VAN_SYSTEM_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/layout/validate-json.py
-        $<TARGET_FILE:vanlayout> ${PROJECT_SOURCE_DIR}/docs/layout.schema.json ${PROJECT_SOURCE_DIR}/examples
-        ${CMAKE_CURRENT_SOURCE_DIR}/data ${made_data} ${real_dictionaries})
-    van_test_properties(LayoutSchema layout)
-    set_tests_properties(LayoutSchema PROPERTIES SKIP_RETURN_CODE 77)
+    foreach(schema "LayoutSchema show layout" "FieldsSchema fields fields")
+        separate_arguments(schema)
+        list(POP_FRONT schema name command document)
+        add_test(NAME ${name} COMMAND ${VAN_SYSTEM_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/layout/validate-json.py
+            $<TARGET_FILE:vanlayout> ${command} ${PROJECT_SOURCE_DIR}/docs/${document}.schema.json
+            ${PROJECT_SOURCE_DIR}/examples ${CMAKE_CURRENT_SOURCE_DIR}/data ${made_data} ${real_dictionaries})
+        van_test_properties(${name} layout)
+        set_tests_properties(${name} PROPERTIES SKIP_RETURN_CODE 77)
+    endforeach()
 endif()

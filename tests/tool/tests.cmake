@@ -40,33 +40,19 @@ add_dependencies(VanlayoutCraftedKeysTest vanlayout)
 target_compile_definitions(VanlayoutCraftedKeysTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutCraftedKeysTest)
 
-# Beside the command, what writes the forms.
 set(tool_folder ${PROJECT_SOURCE_DIR}/tools/vanlayout)
 van_add_test(tool/VanlayoutExplainTest.cpp)
 add_dependencies(VanlayoutExplainTest vanlayout)
 target_compile_definitions(VanlayoutExplainTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
 van_add_test(tool/VanlayoutExportTest.cpp)
-set_target_properties(VanlayoutExportTest PROPERTIES AUTORCC ON) # the schema of the JSON form
 add_dependencies(VanlayoutExportTest vanlayout)
-target_sources(VanlayoutExportTest PRIVATE ${tool_folder}/ExportCsvw.cpp ${tool_folder}/ExportDdi.cpp
-    ${tool_folder}/ExportJsonSchema.cpp ${tool_folder}/ExportedVariable.cpp ${tool_folder}/export/export.qrc
-    ${tool_folder}/Descriptor.cpp ${tool_folder}/FileType.cpp ${tool_folder}/InputFile.cpp ${tool_folder}/Layout.cpp ${tool_folder}/Records.cpp ${tool_folder}/Resource.cpp
-    ${tool_folder}/StreamedJson.cpp)
-target_include_directories(VanlayoutExportTest SYSTEM PRIVATE ${RAPIDJSON_INCLUDE_DIR})
-target_include_directories(VanlayoutExportTest PRIVATE ${tool_folder})
-target_compile_definitions(VanlayoutExportTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>"
-    VAN_SCHEMAS="${PROJECT_SOURCE_DIR}/../shared/schemas")
+target_compile_definitions(VanlayoutExportTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutExportTest)
 
 van_add_test(tool/VanlayoutExportMemoryTest.cpp)
 add_dependencies(VanlayoutExportMemoryTest vanlayout)
 target_compile_definitions(VanlayoutExportMemoryTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
-
-van_add_test(tool/StreamedJsonTest.cpp)
-target_sources(StreamedJsonTest PRIVATE ${tool_folder}/StreamedJson.cpp)
-target_include_directories(StreamedJsonTest SYSTEM PRIVATE ${RAPIDJSON_INCLUDE_DIR})
-target_include_directories(StreamedJsonTest PRIVATE ${tool_folder})
 
 # Beside the command, the comparison itself.
 van_add_test(tool/VanlayoutDiffTest.cpp)

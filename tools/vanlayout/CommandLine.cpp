@@ -148,16 +148,29 @@ void describeCodebook(CLI::App &command, CodebookOptions &options)
     command.add_option("FILE", options.file, "file to write the codebook of")->required();
 }
 
+void addOutput(CLI::App &command, LayoutOutput &output)
+{
+    command.add_flag("-r,--recursive", output.walksFolders, "read the files of folders, and of folders in them");
+    command.add_option("--catalog", output.catalog, "SAS catalog with the value labels of a SAS data set")
+        ->type_name("FILE");
+}
+
 void describeExport(CLI::App &command, ExportOptions &options)
 {
-    command.add_option("--to", options.target, "DDI Codebook, CSV on the Web metadata, or JSON Schema")
-        ->check(CLI::IsMember({ "ddi", "csvw", "json-schema" }))
-        ->required();
-    addType(command, options.type, "how to read the file; auto goes by its content");
-    addDecimals(command, options.decimals);
-    command.add_option("-o,--output", options.output, "file to write; - is standard output, as is none")
+    command.add_option("--to", options.target, "form to write")->check(CLI::IsMember(exportTargets()))->required();
+    command.add_option("--title", options.title, "title of the study; the label of the dictionary by default")
+        ->type_name("TEXT");
+    command.add_option("--language", options.output.language, "language of the labels; the primary one by default")
+        ->type_name("CODE");
+    command.add_option("--profile", options.profile, "of DDI: ipums adds what its readers need")
+        ->check(CLI::IsMember({ "plain", "ipums" }));
+    command.add_flag("--excel", options.isForExcel, "of CSV: a mark that spreadsheets need, and no formulas");
+    addOutput(command, options.output);
+    command
+        .add_option("-o,--output", options.output.output,
+                    "file to write, or folder for several files; - is standard output, as is none")
         ->type_name("OUTPUT");
-    command.add_option("FILE", options.file, "file to export the layout of")->required();
+    command.add_option("FILE", options.output.files, "files and folders to export; - is standard input")->required();
 }
 
 QString decoded(const std::string &text)
@@ -321,9 +334,11 @@ private:
                              "  vanlayout codebook census.dcf -o census.html",
                              [this](int, char **) { return writeCodebook(codebookOptions); }),
                          codebookOptions);
-        describeExport(add("export", "Write the layout of FILE in a form of another standard.",
-                           "  vanlayout export --to ddi census.dcf -o census.xml",
-                           [this](int, char **) { return exportLayout(exportOptions); }),
+        describeExport(add("export", "Write the layout of each FILE in a form of another standard.",
+                           "  vanlayout export --to ddi census.dcf -o census.xml\n"
+                           "  vanlayout export --to markdown --language FR census.dcf -o census.md\n"
+                           "  vanlayout export --to frictionless -r dictionaries -o packages",
+                           [this](int, char **) { return exportLayouts(exportOptions); }),
                        exportOptions);
     }
 

@@ -1,25 +1,95 @@
 #include "Export.h"
 
 #include "Answer.h"
-#include "OutputFile.h"
-
-#include <QFile>
+#include "write/CodebookCsv.h"
+#include "write/Csvw.h"
+#include "write/Ddi.h"
+#include "write/Exportable.h"
+#include "write/Frictionless.h"
+#include "write/JsonSchema.h"
+#include "write/Markdown.h"
 
 #include <algorithm>
 #include <iterator>
 
+using namespace vanlayout;
+
 namespace
 {
 
+QString decoded(const std::string &text)
+{
+    return QString::fromLocal8Bit(text.c_str(), int(text.size()));
+}
+
+void toDdi(const Layout &layout, QIODevice &device, const ExportOptions &options)
+{
+    DdiOptions ddi;
+    ddi.title = decoded(options.title);
+    ddi.profile = options.profile == "ipums" ? DdiProfile::Ipums : DdiProfile::Plain;
+    writeDdi(layout, device, ddi);
+}
+
+void toCsvw(const Layout &layout, QIODevice &device, const ExportOptions &options)
+{
+    CsvwOptions csvw;
+    csvw.title = decoded(options.title);
+    writeCsvw(layout, device, csvw);
+}
+
+void toJsonSchema(const Layout &layout, QIODevice &device, const ExportOptions &options)
+{
+    JsonSchemaOptions schema;
+    schema.title = decoded(options.title);
+    schema.language = decoded(options.output.language);
+    writeJsonSchema(layout, device, schema);
+}
+
+void toFrictionless(const Layout &layout, QIODevice &device, const ExportOptions &options)
+{
+    FrictionlessOptions package;
+    package.title = decoded(options.title);
+    package.language = decoded(options.output.language);
+    writeFrictionless(layout, device, package);
+}
+
+void toMarkdown(const Layout &layout, QIODevice &device, const ExportOptions &options)
+{
+    MarkdownOptions page;
+    page.title = decoded(options.title);
+    page.language = decoded(options.output.language);
+    writeMarkdown(layout, device, page);
+}
+
+void toCsv(const Layout &layout, QIODevice &device, const ExportOptions &options)
+{
+    CodebookCsvOptions csv;
+    csv.language = decoded(options.output.language);
+    csv.isForExcel = options.isForExcel;
+    writeCodebookCsv(layout, device, csv);
+}
+
+/// Options that not every form takes.
+enum Taken : unsigned { TakesTitle = 1, TakesLanguage = 2, TakesProfile = 4, TakesExcel = 8 };
+
+/// Whether a form has a column for each occurrence, so that a few bytes of a dictionary can make it of any size.
+enum class Occurrences { Counted, Repeated };
+
 struct ExportTarget {
-    const char *name; ///< as --to takes it
-    void (*write)(const Layout &layout, QIODevice &device);
+    const char *name;   ///< as --to takes it
+    const char *ending; ///< of its files
+    Occurrences occurrences;
+    unsigned taken;
+    void (*write)(const Layout &layout, QIODevice &device, const ExportOptions &options);
 };
 
-const ExportTarget targets[] = {
-    { "ddi", writeDdi },
-    { "csvw", writeCsvw },
-    { "json-schema", writeJsonSchema },
+constexpr ExportTarget targets[] = {
+    { "ddi", ".xml", Occurrences::Repeated, TakesTitle | TakesProfile, toDdi },
+    { "csvw", ".csv-metadata.json", Occurrences::Repeated, TakesTitle, toCsvw },
+    { "json-schema", ".schema.json", Occurrences::Repeated, TakesTitle | TakesLanguage, toJsonSchema },
+    { "frictionless", ".datapackage.json", Occurrences::Repeated, TakesTitle | TakesLanguage, toFrictionless },
+    { "markdown", ".md", Occurrences::Counted, TakesTitle | TakesLanguage, toMarkdown },
+    { "csv", ".csv", Occurrences::Counted, TakesLanguage | TakesExcel, toCsv },
 };
 
 // The call has been checked: the name is one of the list.
@@ -29,22 +99,61 @@ const ExportTarget &targetNamed(const std::string &name)
                          [&](const ExportTarget &target) { return name == target.name; });
 }
 
-int exportFile(const QString &file, const ExportOptions &options)
+// "csv", or "ddi, csvw and markdown".
+QString targetsThatTake(Taken option)
 {
-    const Layout layout = readLayout(file, fileTypeNamed(options.type));
-    if (!layout.problem.isEmpty())
-        return noAnswerFor(file, layout.problem);
-    complainIfIncomplete(file, layout.incomplete);
-    const ExportTarget &target = targetNamed(options.target);
-    return writeAnswer(QFile::decodeName(options.output.c_str()), file,
-                       [&](QIODevice &device) { target.write(layout, device); });
+    QStringList names;
+    for (const ExportTarget &target : targets) {
+        if (target.taken & option)
+            names.append(QLatin1String(target.name));
+    }
+    const QString last = names.takeLast();
+    return names.isEmpty() ? last : names.join(QLatin1String(", ")) + QLatin1String(" and ") + last;
+}
+
+// An option that has no meaning for the form is refused: the caller expects something of it.
+QString problemWithOptions(const ExportOptions &options, const ExportTarget &target)
+{
+    struct {
+        bool isGiven;
+        Taken option;
+        const char *name;
+    } const given[] = {
+        { !options.title.empty(), TakesTitle, "--title" },
+        { !options.output.language.empty(), TakesLanguage, "--language" },
+        { !options.profile.empty(), TakesProfile, "--profile" },
+        { options.isForExcel, TakesExcel, "--excel" },
+    };
+    for (const auto &entry : given) {
+        if (entry.isGiven && !(target.taken & entry.option))
+            return QStringLiteral("%1 goes with --to %2 alone")
+                .arg(QLatin1String(entry.name), targetsThatTake(entry.option));
+    }
+    return QString();
 }
 
 } // namespace
 
-int exportLayout(const ExportOptions &options)
+std::vector<std::string> exportTargets()
 {
-    answerDecimalQuestions(options.decimals);
-    const QString file = QFile::decodeName(options.file.c_str());
-    return answerFor(file, [&] { return exportFile(file, options); });
+    std::vector<std::string> names;
+    for (const ExportTarget &target : targets)
+        names.emplace_back(target.name);
+    return names;
+}
+
+int exportLayouts(ExportOptions options)
+{
+    const ExportTarget &target = targetNamed(options.target);
+    const QString problem = problemWithOptions(options, target);
+    if (!problem.isEmpty()) {
+        complain(QString(), problem);
+        return statusNoAnswer;
+    }
+    options.output.ending = QLatin1String(target.ending);
+    LayoutForm form;
+    if (target.occurrences == Occurrences::Repeated)
+        form.problem = exportProblem;
+    form.write = [&](const Layout &layout, QIODevice &device) { target.write(layout, device, options); };
+    return writeLayouts(options.output, form);
 }

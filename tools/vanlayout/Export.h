@@ -1,32 +1,24 @@
-#ifndef VANLAYOUT_EXPORT_H
-#define VANLAYOUT_EXPORT_H
+#ifndef VANLAYOUT_EXPORTCOMMAND_H
+#define VANLAYOUT_EXPORTCOMMAND_H
 
-#include "Layout.h"
-
-#include <QIODevice>
+#include "LayoutOutput.h"
 
 #include <string>
+#include <vector>
 
 /// What `vanlayout export` was asked for.
 struct ExportOptions {
-    std::string target;          ///< ddi, csvw or json-schema
-    std::string type = "auto";   ///< auto, or the name of a file type
-    std::string decimals = "no"; ///< yes or no
-    std::string output = "-";    ///< file to write, in the encoding of the system; - is standard output
-    std::string file;            ///< in the encoding of the system
+    LayoutOutput output;
+    std::string target;  ///< one of exportTargets()
+    std::string title;   ///< of the whole; empty for what the file says
+    std::string profile; ///< of DDI: plain or ipums; empty for plain
+    bool isForExcel = false;
 };
 
-/// Writes the layout of the file in the form that was asked for, and answers the status.
-int exportLayout(const ExportOptions &options);
+/// The forms that `--to` takes.
+std::vector<std::string> exportTargets();
 
-/// Writes the layout as a DDI Codebook 2.5.
-void writeDdi(const Layout &layout, QIODevice &device);
-
-/// Writes the layout as metadata of CSV on the Web, for one table with a column for each variable.
-void writeCsvw(const Layout &layout, QIODevice &device);
-
-/// Writes a JSON Schema of the layout: of its JSON form, and of one record of the data, as an object with a property
-/// for each variable.
-void writeJsonSchema(const Layout &layout, QIODevice &device);
+/// Writes each layout in the form that was asked for, and answers the status.
+int exportLayouts(ExportOptions options);
 
 #endif
