@@ -1,5 +1,7 @@
 #include "LayoutInput.h"
 
+#include "Answer.h"
+
 #include <QFile>
 #include <QStringList>
 
@@ -19,6 +21,14 @@ QString messageOf(const vanlayout::Problem &problem)
     if (problem.line == 0)
         return problem.message;
     return QStringLiteral("line %1: %2").arg(problem.line).arg(problem.message);
+}
+
+void complainIfReadInPart(const vanlayout::Layout &layout)
+{
+    for (const vanlayout::Problem &problem : layout.problems) {
+        if (problem.id == QLatin1String("reading-ended"))
+            complainOfFile(layout.file, problem.message);
+    }
 }
 
 QString problemWithLanguage(const vanlayout::Layout &layout, const QString &language)

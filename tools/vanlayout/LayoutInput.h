@@ -11,6 +11,10 @@ vanlayout::Layout readExactLayout(const QString &file, const vanlayout::ReadOpti
 /// The message of the problem for which a file has no layout, with its line.
 QString messageOf(const vanlayout::Problem &problem);
 
+/// Writes one line to standard error where a layout is that of the first part of its file alone, as of a cut Stata
+/// file.
+void complainIfReadInPart(const vanlayout::Layout &layout);
+
 /// Why a layout cannot be written in a language: it declares languages, and this is none of them. Empty where it can,
 /// as where no language is asked for.
 QString problemWithLanguage(const vanlayout::Layout &layout, const QString &language);

@@ -84,6 +84,7 @@ private:
             const QString problem = problemOf(layout);
             if (!problem.isEmpty())
                 return noAnswerFor(file, problem);
+            complainIfReadInPart(layout);
             const QString target = folder ? folder->pathFor(file) : path;
             const int status = writeAnswer(target, file, [&](QIODevice &device) { form.write(layout, device); });
             if (folder && status == statusFine)
