@@ -4,6 +4,7 @@
 #include "UniqueNames_p.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace vanlayout
 {
@@ -150,6 +151,23 @@ ValueKind kindOf(const Item &item)
     return item.decimals > 0 ? ValueKind::Number : ValueKind::Whole;
 }
 
+namespace
+{
+
+// A form may have a label for each code and language of a value.
+qint64 labelCount(const Value &value)
+{
+    return qint64(std::max(value.ranges.size(), 1)) * std::max(value.labels.parts.size(), 1);
+}
+
+qint64 labelCount(const ValueSet &set)
+{
+    return std::accumulate(set.values.begin(), set.values.end(), qint64(0),
+                           [](qint64 count, const Value &value) { return count + labelCount(value); });
+}
+
+} // namespace
+
 QString exportProblem(const Layout &layout)
 {
     qint64 columns = 0;
@@ -162,7 +180,7 @@ QString exportProblem(const Layout &layout)
             const qint64 times = item.isSubitem ? std::min(parentTimes * own, maxExportColumns + 1) : own;
             columns = std::min(columns + times, maxExportColumns + 1);
             for (const ValueSet &set : item.valueSets)
-                values = std::min(values + times * set.values.size(), maxExportValues + 1);
+                values = std::min(values + times * std::min(labelCount(set), maxExportValues + 1), maxExportValues + 1);
         }
     };
     for (const Level &level : layout.levels) {
@@ -173,7 +191,8 @@ QString exportProblem(const Layout &layout)
     if (columns > maxExportColumns)
         return QStringLiteral("has more than %1 variables, counting each occurrence").arg(maxExportColumns);
     if (values > maxExportValues)
-        return QStringLiteral("has more than %1 value labels, counting those of each occurrence").arg(maxExportValues);
+        return QStringLiteral("has more than %1 value labels, counting those of each occurrence, code and language")
+            .arg(maxExportValues);
     return QString();
 }
 

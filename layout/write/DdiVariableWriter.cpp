@@ -4,6 +4,7 @@
 #include "Dates_p.h"
 #include "DdiElements_p.h"
 #include "DdiMissing_p.h"
+#include "DdiValueSetNotes_p.h"
 #include "Wording_p.h"
 
 #include <algorithm>
@@ -62,47 +63,6 @@ QString formatText(const Item &item, bool isStored)
         texts.append(QStringLiteral("padded with zeros"));
     texts.removeAll(QString());
     return texts.join(QLatin1String("; "));
-}
-
-// The languages of a value set and, if asked for, its values, in the order of their first text. Texts without a
-// language stand for all.
-QStringList languagesOf(const ValueSet &set, bool hasValues)
-{
-    QStringList languages;
-    const auto add = [&](const Labels &labels) {
-        for (const Label &label : labels.parts) {
-            if (!label.language.isEmpty() && !label.text.isEmpty() && !languages.contains(label.language))
-                languages.append(label.language);
-        }
-    };
-    add(set.labels);
-    for (int i = 0; i < set.values.size() && hasValues; ++i)
-        add(set.values.at(i).labels);
-    return languages.isEmpty() ? QStringList{ QString() } : languages;
-}
-
-QString valueLine(const Value &value, const QString &language)
-{
-    QString line = describeRanges(value.ranges);
-    const QString label = value.labels.in(language);
-    if (!label.isEmpty())
-        line += QLatin1String(": ") + label;
-    if (value.special != Special::None)
-        line += QLatin1String(" [") + describeSpecial(value.special) + QLatin1Char(']');
-    return line;
-}
-
-// The label of the set, then a line a value.
-QString valueSetText(const ValueSet &set, const QString &language, bool hasValues)
-{
-    QStringList lines{ set.labels.in(language) };
-    if (hasValues) {
-        for (const Value &value : set.values)
-            lines.append(valueLine(value, language));
-    }
-    if (lines.constFirst().isEmpty())
-        lines.removeFirst();
-    return lines.join(QLatin1Char('\n'));
 }
 
 bool hasRanges(const ValueSet &set)
@@ -349,15 +309,12 @@ void DdiVariableWriter::writeNotes(const Item &item)
 // so are the ranges of the first set where they are no categories.
 void DdiVariableWriter::writeValueSet(const ValueSet &set, bool hasValues)
 {
-    for (const QString &language : languagesOf(set, hasValues)) {
-        const QString text = valueSetText(set, language, hasValues);
-        if (text.isEmpty())
-            continue;
+    for (const DdiValueSetNote &note : ddiValueSetNotes(set, hasValues)) {
         xml.begin(QStringLiteral("notes"));
-        xml.language(language);
+        xml.language(note.language);
         xml.attribute(QStringLiteral("type"), QStringLiteral("value set"));
         xml.attributeIfAny(QStringLiteral("subject"), set.name);
-        xml.content(text);
+        xml.content(note.lines.join(QLatin1Char('\n')));
         xml.end();
     }
     writeDdiNote(xml, QStringLiteral("note of the value set"), set.note);

@@ -24,6 +24,7 @@ private slots:
     void valuesAreOfAKind();
     void moreColumnsThanTheBoundAreRefused_data();
     void moreColumnsThanTheBoundAreRefused();
+    void labelsAreCountedForEachCodeAndLanguage();
 };
 
 namespace
@@ -178,7 +179,8 @@ void ColumnsTest::moreColumnsThanTheBoundAreRefused_data()
     QTest::addColumn<QString>("problem");
     const int most = std::numeric_limits<int>::max();
     const QString columns = "has more than 1000000 variables, counting each occurrence";
-    const QString values = "has more than 4000000 value labels, counting those of each occurrence";
+    const QString values = "has more than 4000000 value labels, counting those of each occurrence, "
+                           "code and language";
     QTest::newRow("as many as may be") << 499999 << 1 << 0 << QString();
     QTest::newRow("one more") << 500000 << 1 << 0 << columns;
     QTest::newRow("as many as there are") << most << most << 0 << columns;
@@ -197,6 +199,20 @@ void ColumnsTest::moreColumnsThanTheBoundAreRefused()
     set.values.resize(values);
     layout.levels[0].records[0].items[0].valueSets = { set };
     QTEST(exportProblem(layout), "problem");
+}
+
+void ColumnsTest::labelsAreCountedForEachCodeAndLanguage()
+{
+    Value value;
+    value.ranges.resize(2000);
+    value.labels.parts.resize(2000);
+    ValueSet set;
+    set.values = { value };
+    Item item = itemOf("X");
+    item.valueSets = { set };
+    QCOMPARE(exportProblem(layoutOf({ item })), QString());
+    item.valueSets[0].values[0].ranges.resize(2001);
+    QVERIFY(!exportProblem(layoutOf({ item })).isEmpty());
 }
 
 QTEST_MAIN(ColumnsTest)

@@ -214,6 +214,14 @@ QString schema()
     return QStringLiteral(VAN_SCHEMAS "/ddi-codebook-2.5/codebook.xsd");
 }
 
+void verifyWithSchema(const QStringList &documents)
+{
+    QProcess xmllint;
+    xmllint.start("xmllint", QStringList{ "--nonet", "--noout", "--schema", schema() } + documents);
+    QVERIFY2(xmllint.waitForFinished(120000) && xmllint.exitStatus() == QProcess::NormalExit, "xmllint did not end");
+    QVERIFY2(xmllint.exitCode() == 0, xmllint.readAllStandardError().left(2000).constData());
+}
+
 } // namespace
 
 /// The DDI document of a layout, element by element.
@@ -222,8 +230,8 @@ class DdiTest : public QObject
     Q_OBJECT
 
 private slots:
-    void documentIsValid_data();
-    void documentIsValid();
+    void documentsAreValid_data();
+    void documentsAreValid();
     void documentOfOddTextsIsValid();
     void titleIsAskedForOrThatOfTheDictionary_data();
     void titleIsAskedForOrThatOfTheDictionary();
@@ -270,6 +278,7 @@ private slots:
     void missingValuesAreInvalid_data();
     void missingValuesAreInvalid();
     void furtherValueSetsAreNotes();
+    void valuesWithoutALabelAreInTheFirstNote();
     void notesAndImagesOfValuesAreTexts();
     void noteAndAliasesOfAnItemAreKept();
     void formatIsNumericOrCharacter_data();
@@ -287,41 +296,45 @@ private slots:
     void sizeGrowsWithTheLayoutAlone();
 };
 
-void DdiTest::documentIsValid_data()
+void DdiTest::documentsAreValid_data()
 {
-    QTest::addColumn<QString>("path");
-    const auto add = [](const QString &folder, const QStringList &names) {
+    QTest::addColumn<QStringList>("paths");
+    const auto add = [](const char *row, const QString &folder, const QStringList &names) {
+        QStringList paths;
         for (const QFileInfo &file : QDir(folder).entryInfoList(names, QDir::Files))
-            QTest::newRow(qPrintable(file.filePath())) << file.filePath();
+            paths.append(file.filePath());
+        QTest::newRow(row) << paths;
     };
-    add(VAN_EXAMPLES, { "*.dcf" });
-    add(VAN_TEST_DATA "/layout", { "*.dcf" });
-    add(VAN_TEST_DATA "/ddi", { "*.dcf" });
-    add(VAN_MADE_DATA, { "*.sav", "*.por", "*.dta", "*.sas7bdat", "*.xpt" });
+    add("examples", VAN_EXAMPLES, { "*.dcf" });
+    add("dictionaries of other tests", VAN_TEST_DATA "/layout", { "*.dcf" });
+    add("several levels", VAN_TEST_DATA "/ddi", { "*.dcf" });
+    add("statistical files", VAN_MADE_DATA, { "*.sav", "*.por", "*.dta", "*.sas7bdat", "*.xpt" });
     for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" })
-        add(QStringLiteral(VAN_CORPUS "/") + kind, { "*" });
+        QTest::newRow(kind) << corpusFiles(kind);
 }
 
-void DdiTest::documentIsValid()
+void DdiTest::documentsAreValid()
 {
-    QFETCH(QString, path);
+    QFETCH(QStringList, paths);
     if (!QFile::exists(schema()))
         QSKIP("the schema of DDI Codebook 2.5 is not here");
-    const Layout layout = readLayout(path);
-    if (!layout.isRead())
-        return; // files that are damaged on purpose
+    if (paths.isEmpty())
+        QSKIP("the corpus is not here");
     const QTemporaryDir folder;
-    QStringList arguments{ "--nonet", "--noout", "--schema", schema() };
-    for (const DdiOptions &options : { DdiOptions(), ipums() }) {
-        QFile file(folder.filePath(options.profile == DdiProfile::Plain ? "plain.xml" : "ipums.xml"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(writeDdi(layout, file, options));
-        arguments.append(file.fileName());
+    QStringList documents;
+    for (const QString &path : qAsConst(paths)) {
+        const Layout layout = readLayout(path);
+        if (!layout.isRead())
+            continue; // files that are damaged on purpose
+        for (const DdiOptions &options : { DdiOptions(), ipums() }) {
+            QFile file(folder.filePath(QString::number(documents.size()) + '-' + QFileInfo(path).fileName() + ".xml"));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            QVERIFY(writeDdi(layout, file, options));
+            documents.append(file.fileName());
+        }
     }
-    QProcess xmllint;
-    xmllint.start("xmllint", arguments);
-    QVERIFY2(xmllint.waitForFinished(60000) && xmllint.exitStatus() == QProcess::NormalExit, "xmllint did not end");
-    QVERIFY2(xmllint.exitCode() == 0, xmllint.readAllStandardError().left(2000).constData());
+    QVERIFY(!documents.isEmpty());
+    verifyWithSchema(documents);
 }
 
 void DdiTest::documentOfOddTextsIsValid()
@@ -346,10 +359,7 @@ void DdiTest::documentOfOddTextsIsValid()
         QVERIFY(file.open(QIODevice::WriteOnly));
         QVERIFY(writeDdi(layout, file, options));
         file.close();
-        QProcess xmllint;
-        xmllint.start("xmllint", { "--nonet", "--noout", "--schema", schema(), file.fileName() });
-        QVERIFY(xmllint.waitForFinished(60000));
-        QVERIFY2(xmllint.exitCode() == 0, xmllint.readAllStandardError().left(2000).constData());
+        verifyWithSchema({ file.fileName() });
     }
 }
 
@@ -997,12 +1007,24 @@ void DdiTest::furtherValueSetsAreNotes()
     const XmlElement variable = variableOf(item);
     QCOMPARE(categoriesOf(variable), QStringList({ "1=One" }));
     const QVector<XmlElement> notes = variable.all("notes");
-    QCOMPARE(textsOf(notes),
-             QStringList({ "Ages", "\u00c2ges", "By years", "AGES", "0 to 4, 6: Young\n9 [missing]",
-                           "0 to 4, 6: Jeune\n9 [missing]" }));
+    QCOMPARE(
+        textsOf(notes),
+        QStringList({ "Ages", "\u00c2ges", "By years", "AGES", "0 to 4, 6: Young\n9 [missing]", "0 to 4, 6: Jeune" }));
     QCOMPARE(attributesOf(notes, "xml:lang"), QStringList({ "en", "fr", "", "", "en", "fr" }));
     QCOMPARE(attributesOf(notes, "subject"), QStringList({ "AGE_VS1", "AGE_VS1", "", "", "AGE_VS2", "AGE_VS2" }));
     QCOMPARE(notes.at(0)["type"], QString("value set"));
+}
+
+void DdiTest::valuesWithoutALabelAreInTheFirstNote()
+{
+    ValueSet set
+        = setOf("S", { value({ { "1", "" } }, ""), value({ { "2", "" } }, "Two"), value({ { "3", "" } }, "") });
+    set.values[1].labels = { { { "EN", "Two" }, { "", "II" }, { "FR", "Deux" } } };
+    Item item = withValues(numeric("X"), {});
+    item.valueSets.append(set);
+    const QVector<XmlElement> notes = variableOf(item).all("notes");
+    QCOMPARE(textsOf(notes), QStringList({ "1\n2: Two\n3", "2: II", "2: Deux" }));
+    QCOMPARE(attributesOf(notes, "xml:lang"), QStringList({ "en", "", "fr" }));
 }
 
 void DdiTest::notesAndImagesOfValuesAreTexts()

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Reads DDI documents as readers of fixed-width extracts do, and cuts data lines with them.
 
-    cut_with_ddi.py PRINT_DDI PATH...    (a folder stands for all files in it)
+    cut_with_ddi.py EXPORT_LAYOUT PATH...    (a folder stands for all files in it)
 
-PRINT_DDI prints the document of a dictionary, plain or for readers of IPUMS extracts. Lines of data are made from what
+EXPORT_LAYOUT prints the document of a dictionary, plain or for readers of IPUMS extracts. Lines of data are made from what
 the naive readers read of the same dictionary; what is cut from them with the document has to be what was put in, for
 each variable of each record. The status is 1 where anything differs, or where too little was compared.
 """
@@ -76,7 +76,7 @@ class ExtractReader:
     """A reader of IPUMS extracts: decimals are always implied, the type of a line is in the variable that the record
     groups name."""
 
-    option = ["ipums"]
+    form = "ddi-ipums"
 
     def __init__(self, document):
         self.document = document
@@ -99,7 +99,7 @@ class ArchiveReader(ExtractReader):
     """A reader of plain documents: a decimal mark in the data counts, the type of a line is at the columns that the
     record groups state."""
 
-    option = []
+    form = "ddi"
 
     def record_type(self, line):
         group = self.document.groups[0].attrib
@@ -270,7 +270,7 @@ class Comparison:
             return
         self.files += 1
         for kind in (ExtractReader, ArchiveReader):
-            run = subprocess.run([self.program, str(path), *kind.option], capture_output=True, check=False)
+            run = subprocess.run([self.program, kind.form, str(path)], capture_output=True, check=False)
             if run.returncode != 0:
                 self.faults.append("%s: there is no document" % path)
                 return

@@ -3,6 +3,7 @@
 #include "read/Reader.h"
 #include "write/CodebookCsv.h"
 #include "write/Csvw.h"
+#include "write/Ddi.h"
 #include "write/Exportable.h"
 #include "write/Frictionless.h"
 #include "write/JsonSchema.h"
@@ -28,6 +29,11 @@ const std::map<QString, Write> &forms()
         { "csv",
           [](const Layout &layout, QIODevice &device, const QString &language) {
               return writeCodebookCsv(layout, device, { language, false });
+          } },
+        { "ddi", [](const Layout &layout, QIODevice &device, const QString &) { return writeDdi(layout, device); } },
+        { "ddi-ipums",
+          [](const Layout &layout, QIODevice &device, const QString &) {
+              return writeDdi(layout, device, { QString(), DdiProfile::Ipums });
           } },
         { "frictionless",
           [](const Layout &layout, QIODevice &device, const QString &language) {

@@ -43,11 +43,6 @@ van_add_test(layout/DdiTest.cpp)
 van_use_made_data(DdiTest)
 target_compile_definitions(DdiTest PRIVATE VAN_SCHEMAS="${PROJECT_SOURCE_DIR}/../shared/schemas")
 
-# The DDI document of a file, for a reader in another language.
-add_executable(print_ddi layout/print_ddi.cpp)
-van_own_code(print_ddi)
-target_link_libraries(print_ddi PRIVATE vanlayout_library)
-
 # Layouts in forms for other programs, likewise.
 add_executable(export_layout layout/export_layout.cpp)
 van_own_code(export_layout)
@@ -72,7 +67,7 @@ if(VAN_PYTHON)
 
     # Lines of data, cut with the DDI document of their dictionary.
     add_test(NAME CutWithDdi COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/layout/cut_with_ddi.py
-        $<TARGET_FILE:print_ddi> ${PROJECT_SOURCE_DIR}/examples ${CMAKE_CURRENT_SOURCE_DIR}/data/ddi
+        $<TARGET_FILE:export_layout> ${PROJECT_SOURCE_DIR}/examples ${CMAKE_CURRENT_SOURCE_DIR}/data/ddi
         ${CMAKE_CURRENT_SOURCE_DIR}/data/layout ${real_dictionaries})
     van_test_properties(CutWithDdi layout)
 

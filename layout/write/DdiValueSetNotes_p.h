@@ -1,0 +1,23 @@
+#ifndef LAYOUT_WRITE_DDIVALUESETNOTES_P_H
+#define LAYOUT_WRITE_DDIVALUESETNOTES_P_H
+
+#include "model/Layout.h"
+
+#include <QStringList>
+
+namespace vanlayout
+{
+
+/// What a value set says, in one language.
+struct DdiValueSetNote {
+    QString language; ///< empty where the file names none
+    QStringList lines;
+};
+
+/// The label of a value set and, if asked for, a line for each value, such as `0 to 4, 9: Young [missing]`: one note
+/// for each language that they have a text in. A value without a label is in the first note.
+QVector<DdiValueSetNote> ddiValueSetNotes(const ValueSet &set, bool hasValues);
+
+} // namespace vanlayout
+
+#endif
