@@ -84,10 +84,15 @@ private slots:
     void headingsWithoutASelectedItemAreLeftOut();
     void variableThatNoFileHasIsAnError();
     void csvHasOneLineAnItem();
+    void csvHasTheTextsOfTheFile();
+    void csvQuotesWhatNeedsIt_data();
+    void csvQuotesWhatNeedsIt();
     void csvOfSeveralFilesBeginsWithTheFile();
     void codesHaveOneLineEach();
     void codesOfOneLanguageHaveOneLabel();
     void codesGoWithCsvAlone();
+    void codesHaveAColumnForEachLanguageOfAllFiles();
+    void valueWithoutACodeKeepsItsLabel();
     void codesOfAPipeAreInAllItsLanguages();
     void answersThatExcludeEachOtherAreRefused_data();
     void answersThatExcludeEachOtherAreRefused();
@@ -372,6 +377,41 @@ void VanlayoutShowTest::csvHasOneLineAnItem()
                         "KIND_VS1 KIND_VS2,,\r\n"));
 }
 
+void VanlayoutShowTest::csvHasTheTextsOfTheFile()
+{
+    folder.write("texts.dcf",
+                 "[Dictionary]\nName=D\nRecordTypeStart=0\nRecordTypeLen=0\nPositions=Absolute\n"
+                 "[Languages]\nEN=English\nFR=French\n[Level]\nName=L\n[IdItems]\n"
+                 "[Item]\nLabel=Sex|Sexe\nName=SEX\nNote=first\\r\\n\nNote=second\nAlias=S1\nAlias=S2\nStart=1\nLen=1\n"
+                 "CaptureType=RadioButton\n[ValueSet]\nLabel=Sex\nName=SEX_VS1\nValue=1;Male\n");
+    QVERIFY(show({ "--format", "csv", "--language", "fr", "texts.dcf" })
+                .out.endsWith(
+                    "L,(ids),,SEX,Sexe,numeric,1,1,1,,0,,,radioButton,,,,,0,,SEX_VS1,\"first\nsecond\",S1 S2\r\n"));
+}
+
+void VanlayoutShowTest::csvQuotesWhatNeedsIt_data()
+{
+    QTest::addColumn<QByteArray>("label");
+    QTest::addColumn<QByteArray>("cell");
+    QTest::newRow("plain") << QByteArray("a b") << QByteArray("a b");
+    QTest::newRow("comma") << QByteArray("a,b") << QByteArray("\"a,b\"");
+    QTest::newRow("quotation mark") << QByteArray(R"(a\"b)") << QByteArray(R"("a""b")");
+    QTest::newRow("line feed") << QByteArray(R"(a\nb)") << QByteArray("\"a\nb\"");
+    QTest::newRow("carriage return") << QByteArray(R"(a\rb)") << QByteArray("\"a\rb\"");
+}
+
+void VanlayoutShowTest::csvQuotesWhatNeedsIt()
+{
+    QFETCH(QByteArray, label);
+    QFETCH(QByteArray, cell);
+    folder.write("quotes.dcf",
+                 R"({"name":"D","relativePositions":false,"recordType":{"start":0,"length":0},"levels":[{"name":"L",)"
+                 R"("ids":{"items":[{"name":"A","labels":[{"text":")"
+                     + label + R"("}],"contentType":"numeric","start":1,"length":1}]}}]})");
+    const QByteArray out = show({ "--format", "csv", "quotes.dcf" }).out;
+    QVERIFY2(out.contains("\r\nL,(ids),,A," + cell + ",numeric,1,1,"), out.constData());
+}
+
 void VanlayoutShowTest::csvOfSeveralFilesBeginsWithTheFile()
 {
     const QList<QByteArray> lines = linesOf(show({ "--format", "csv", "one.dcf", "homes.dcf" }).out);
@@ -408,6 +448,27 @@ void VanlayoutShowTest::codesGoWithCsvAlone()
 {
     QCOMPARE(show({ "--codes", "homes.dcf" }).out, show({ "--codes", "--format", "csv", "homes.dcf" }).out);
     verifyComplaint(show({ "--codes", "--format", "json", "homes.dcf" }), "--codes goes with --format csv\n");
+}
+
+void VanlayoutShowTest::codesHaveAColumnForEachLanguageOfAllFiles()
+{
+    folder.write("es.dcf", QByteArray(survey).replace("EN=English", "en=English").replace("FR=", "ES="));
+    const QList<QByteArray> lines = linesOf(show({ "--codes", "homes.dcf", "es.dcf", "one.dcf" }).out);
+    QCOMPARE(lines.at(0), QByteArray("file,item,valueSet,from,to,label_EN,label_FR,label_ES,special\r"));
+    QCOMPARE(lines.at(1), QByteArray("homes.dcf,BIRTH_MONTH,BIRTH_MONTH_VS1,1,12,Month,Mois,,\r"));
+    QCOMPARE(lines.at(8), QByteArray("es.dcf,BIRTH_MONTH,BIRTH_MONTH_VS1,1,12,Month,,Mois,\r"));
+    folder.write("english.dcf", oneItem("A", "a").replace("[Level]", "[Languages]\nEN=English\n[Level]"));
+    QCOMPARE(show({ "--codes", "english.dcf" }).out, QByteArray("file,item,valueSet,from,to,label,special\r\n"));
+}
+
+void VanlayoutShowTest::valueWithoutACodeKeepsItsLabel()
+{
+    folder.write("codeless.dcf",
+                 R"({"name":"D","relativePositions":false,"recordType":{"start":0,"length":0},"levels":[{"name":"L",)"
+                 R"("ids":{"items":[{"name":"A","contentType":"numeric","start":1,"length":1,"valueSets":[)"
+                 R"({"name":"V","values":[{"labels":[{"text":"None"}],"pairs":[]}]}]}]}}]})");
+    QCOMPARE(show({ "--quiet", "--codes", "codeless.dcf" }).out,
+             QByteArray("file,item,valueSet,from,to,label,special\r\ncodeless.dcf,A,V,,,None,\r\n"));
 }
 
 void VanlayoutShowTest::codesOfAPipeAreInAllItsLanguages()
@@ -487,7 +548,7 @@ void VanlayoutShowTest::problemsAreListed_data()
 {
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<QByteArray>("beginning");
-    QTest::newRow("table") << QStringList{} << QByteArray("warning.dcf: 1 problem\n  warning: line 21: ");
+    QTest::newRow("table") << QStringList{} << QByteArray("warning.dcf: 1 problem\n  warning: line 21: L/R/A: ");
     QTest::newRow("csv") << QStringList{ "--format", "csv" }
                          << QByteArray("file,severity,id,line,path,message\r\nwarning.dcf,warning,unknown-key,21,");
 }
