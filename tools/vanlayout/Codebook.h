@@ -1,18 +1,16 @@
 #ifndef VANLAYOUT_CODEBOOK_H
 #define VANLAYOUT_CODEBOOK_H
 
-#include <string>
+#include "LayoutOutput.h"
 
-/// What `vanlayout codebook` was asked for.
+/// Options of `vanlayout codebook`.
 struct CodebookOptions {
-    std::string type = "auto";   ///< auto, or the name of a file type
-    std::string decimals = "no"; ///< yes or no
-    std::string file;            ///< in the encoding of the system
-    std::string output;          ///< likewise; "-" is standard output
+    LayoutOutput output;
+    bool hasNoProblems = false; ///< whether the pages leave out the problems of the files
 };
 
-/// Writes the codebook of the file: one HTML page that needs nothing beside it. Answers the status; without an answer
-/// no page is written, and one that stood there stays as it was.
-int writeCodebook(const CodebookOptions &options);
+/// Writes the codebook of each file as one HTML page that needs nothing beside it, and an index where they are written
+/// into a folder. Returns the worst status.
+int writeCodebookPages(const CodebookOptions &options);
 
 #endif

@@ -140,12 +140,19 @@ void describeDiff(CLI::App &command, DiffOptions &options)
 
 void describeCodebook(CLI::App &command, CodebookOptions &options)
 {
-    addType(command, options.type, "how to read the file; auto goes by its content");
-    addDecimals(command, options.decimals);
-    command.add_option("-o,--output", options.output, "page to write; - is standard output")
+    LayoutOutput &output = options.output;
+    command
+        .add_option("-o,--output", output.output,
+                    "page to write, - is standard output; of several files, the folder for their pages and an index")
         ->required()
-        ->type_name("PAGE");
-    command.add_option("FILE", options.file, "file to write the codebook of")->required();
+        ->type_name("OUTPUT");
+    command.add_flag("-r,--recursive", output.walksFolders, "read the files of folders, and of the folders within them");
+    command.add_option("--language", output.language, "language that a page opens in; the primary one by default")
+        ->type_name("CODE");
+    command.add_option("--catalog", output.catalog, "SAS catalog with the value labels of a SAS data set")
+        ->type_name("FILE");
+    command.add_flag("--no-problems", options.hasNoProblems, "leave the problems of the files out");
+    command.add_option("FILE", output.files, "files to write the codebooks of; - is standard input")->required();
 }
 
 void addOutput(CLI::App &command, LayoutOutput &output)
@@ -330,9 +337,11 @@ private:
                          "  vanlayout diff round1.dcf round2.dcf",
                          [this](int, char **) { return diffLayouts(diffOptions); }),
                      diffOptions);
-        describeCodebook(add("codebook", "Write the codebook of FILE as an HTML page.",
-                             "  vanlayout codebook census.dcf -o census.html",
-                             [this](int, char **) { return writeCodebook(codebookOptions); }),
+        describeCodebook(add("codebook", "Write the codebook of each FILE as an HTML page.",
+                             "  vanlayout codebook census.dcf -o census.html\n"
+                             "  vanlayout codebook --language FR census.dcf survey.sav -o codebooks/\n"
+                             "  vanlayout codebook -r surveys -o codebooks/",
+                             [this](int, char **) { return writeCodebookPages(codebookOptions); }),
                          codebookOptions);
         describeExport(add("export", "Write the layout of each FILE in a form of another standard.",
                            "  vanlayout export --to ddi census.dcf -o census.xml\n"

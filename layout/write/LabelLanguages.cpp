@@ -1,0 +1,40 @@
+#include "write/LabelLanguages_p.h"
+
+namespace vanlayout
+{
+
+LabelLanguages::LabelLanguages(const QVector<Language> &declared)
+{
+    for (const Language &language : declared) {
+        if (numbers.emplace(Key(language.name.toLower(), 0), languages.size()).second)
+            languages.append(language);
+    }
+}
+
+QVector<int> LabelLanguages::numbersOf(const Labels &labels)
+{
+    std::map<QString, int> before; // texts of this label in each language
+    QVector<int> found;
+    found.reserve(labels.parts.size());
+    for (int i = 0; i < labels.parts.size(); ++i) {
+        const QString &code = labels.parts.at(i).language;
+        found.append(numberOf(code, before[code.toLower()]++));
+    }
+    return found;
+}
+
+int LabelLanguages::numberOf(const QString &code, int time)
+{
+    const auto [known, isNew] = numbers.emplace(Key(code.toLower(), time), languages.size());
+    if (isNew)
+        languages.append({ code, QString() });
+    return known->second;
+}
+
+int LabelLanguages::find(const QString &code) const
+{
+    const auto known = numbers.find(Key(code.toLower(), 0));
+    return known == numbers.end() || code.isEmpty() ? 0 : known->second;
+}
+
+} // namespace vanlayout

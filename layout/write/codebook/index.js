@@ -1,0 +1,97 @@
+// Draws the index of several codebooks, and searches in all of them.
+
+const foundStep = 20; // variables of a codebook that are shown at a time
+
+const titleOf = book => book.label || book.name || "";
+const hrefOf = book => encodeURIComponent(book.page);
+
+let texts = null; // of each variable of each codebook, folded
+
+function prepareSearch()
+{
+    if (!texts)
+        texts = data.map(book => book.items.map(item => folded(item.map(shown).join("\n"))));
+}
+
+function makeTitle(book, words)
+{
+    const link = titleOf(book) === "" ? make("a", "", "Codebook") : markWords(makeText("a", "", titleOf(book)), words);
+    link.href = hrefOf(book);
+    return make("h2", "", link);
+}
+
+function makeFacts(book, words)
+{
+    const facts = make("p", "facts");
+    if (book.label && book.name)
+        facts.append(markWords(makeText("code", "", book.name), words), " · ");
+    if (book.file)
+        facts.append(markWords(makeText("span", "", book.file), words), " · ");
+    if (book.format)
+        facts.append(shown(book.format), " · ");
+    if (book.records > 0)
+        facts.append(counted(book.records, "record"), " · ");
+    facts.append(counted(book.items.length, "variable"));
+    return facts;
+}
+
+function makeFound(book, found, words)
+{
+    const list = make("ul", "found-list");
+    const fragments = fragmentsOf(book.items.map(item => item[0]));
+    const box = make("div", "", list);
+    addInSteps(list, found.length, foundStep, k => {
+        const item = book.items[found[k]];
+        const link = makeText("a", "name", item[0] || "(no name)");
+        link.href = hrefOf(book) + addressOf(fragments[found[k]]);
+        const entry = make("li", "", markWords(link, words), " ", markWords(makeText("span", "label", item[1]), words));
+        const front = folded(shown(item[0]) + "\n" + shown(item[1]));
+        const word = words.find(sought => !front.includes(sought));
+        const other = word === undefined ? undefined : item.slice(2).find(text => folded(shown(text)).includes(word));
+        if (other !== undefined)
+            entry.append(" ", markWords(makeText("span", "hint", other), words));
+        return entry;
+    });
+    return box;
+}
+
+// A codebook is found by its own texts, with none of its variables, or by variables that have every word.
+function search()
+{
+    const words = wordsOf(page("search").value);
+    if (words.length > 0)
+        prepareSearch();
+    const books = [];
+    let count = 0;
+    data.forEach((book, b) => {
+        const own = folded([titleOf(book), book.name || "", book.file || ""].map(shown).join("\n"));
+        const found = words.length === 0 ? [] : book.items.map((item, i) => i)
+            .filter(i => words.every(word => texts[b][i].includes(word)));
+        if (found.length === 0 && !words.every(word => own.includes(word)))
+            return;
+        count += found.length;
+        const element = make("section", "book", makeTitle(book, words), makeFacts(book, words));
+        if (found.length > 0)
+            element.append(makeFound(book, found, words));
+        books.push(element);
+    });
+    page("books").replaceChildren(...books);
+    page("found").textContent = words.length === 0 ? counted(data.length, "codebook")
+        : books.length === 0 ? "Nothing matches"
+        : counted(count, "variable") + " in " + counted(books.length, "codebook");
+}
+
+let waiting = 0;
+
+page("bar").hidden = false;
+page("keys").hidden = false;
+search();
+page("search").addEventListener("input", () => {
+    clearTimeout(waiting);
+    waiting = setTimeout(search, 100);
+});
+page("bar").querySelector("form").addEventListener("submit", event => event.preventDefault());
+document.addEventListener("keydown", event => {
+    if (!event.ctrlKey && !event.altKey && !event.metaKey)
+        handleSearchKey(event, search);
+});
