@@ -54,7 +54,7 @@ QByteArray libraryResource(const QString &name)
 
 bool writeBytes(QIODevice &device, const QByteArray &bytes)
 {
-    return device.write(bytes) == bytes.size();
+    return writeAll(device, bytes.constData(), bytes.size());
 }
 
 QByteArray htmlOf(const QString &text)

@@ -14,6 +14,20 @@
 namespace vanlayout
 {
 
+/// Writes all bytes, and returns whether the device took them. A device that took a part is asked again: a file whose
+/// disk is full only then has an error.
+inline bool writeAll(QIODevice &device, const char *bytes, qint64 size)
+{
+    while (size > 0) {
+        const qint64 taken = device.write(bytes, size);
+        if (taken <= 0)
+            return false;
+        bytes += taken;
+        size -= taken;
+    }
+    return true;
+}
+
 /// Output stream of RapidJSON on a device, through a buffer.
 class JsonStream
 {
@@ -33,7 +47,7 @@ public:
     }
     void Flush()
     {
-        isWhole = isWhole && device.write(buffer.data(), qint64(used)) == qint64(used);
+        isWhole = isWhole && writeAll(device, buffer.data(), qint64(used));
         used = 0;
     }
     /// False if the device refused something.

@@ -1,4 +1,5 @@
 van_add_test(layout/ModelTest.cpp)
+van_add_test(layout/CodebookTest.cpp)
 van_add_test(layout/LayoutJsonTest.cpp)
 van_add_test(layout/ColumnsTest.cpp)
 van_add_test(layout/CsvwTest.cpp)

@@ -1477,14 +1477,11 @@ void VanlayoutTest::whatIsWrittenOfAPartOfAStataFileSaysSo()
     QVERIFY(whole.open(QIODevice::ReadOnly));
     const QByteArray bytes = whole.readAll();
     write("cut.dta", bytes.left(bytes.size() - 600));
-    const QByteArray ended = "reading ended after the variables, so value labels and notes may be missing: ";
-    for (const QStringList &command :
-         { QStringList{ "export", "--to", "ddi" }, QStringList{ "codebook", "-o", "-" } }) {
-        const Run part = run(command + QStringList("cut.dta"));
-        QCOMPARE(part.status, fine);
-        const QByteArray cause = command.startsWith("export") ? ended : QByteArray("read in part: ");
-        QCOMPARE(part.err, "vanlayout: cut.dta: " + cause + "Unable to read from file\n");
-    }
+    const Run part = run({ "export", "--to", "ddi", "cut.dta" });
+    QCOMPARE(part.status, fine);
+    QCOMPARE(part.err,
+             QByteArray("vanlayout: cut.dta: reading ended after the variables, so value labels and notes may be "
+                        "missing: Unable to read from file\n"));
     const Run compared = run({ "diff", "cut.dta", "cut.dta" });
     QCOMPARE(compared.err.count("vanlayout: cut.dta: read in part: Unable to read from file\n"), 2);
 }

@@ -9,6 +9,7 @@ MADE_DATA is the folder of the Stata and SPSS files that are made for the tests.
 
 import json
 import os
+import struct
 import subprocess
 import sys
 import tempfile
@@ -34,13 +35,18 @@ Label=L
 Name=L
 
 [IdItems]
+
+[Record]
+Label=Record
+Name=REC
+RecordTypeValue=''
 """
 
 
-def item(name, label, start, length, value_labels=(), kind="Numeric"):
-    """An item of a dictionary, with its value set."""
+def item(name, label, start, length, value_labels=(), kind="Numeric", more=()):
+    """An item of a dictionary, with further lines and its value set."""
     lines = ["", "[Item]", "Label=" + label, "Name=" + name, "Start=%d" % start, "Len=%d" % length,
-             "DataType=" + kind]
+             "DataType=" + kind, *more]
     if value_labels:
         lines += ["", "[ValueSet]", "Label=V", "Name=" + name + "_VS"]
         lines += ["Value=%s;%s" % value for value in value_labels]
@@ -52,6 +58,19 @@ def records(count):
     return "[Dictionary]\nName=D\nRecordTypeStart=1\nRecordTypeLen=5\n\n" + "".join(
         "[Record]\nName=REC%05d\nRecordTypeValue='%05d'\n\n" % (i, i) + item("V%05d" % i, "Question", 6, 2)
         for i in range(count))
+
+
+def spss(labels):
+    """An SPSS file with the numeric variable AGE: 97 to 99 and -1 are user-missing, and codes have these labels."""
+    f8 = 5 << 16 | 8 << 8
+    head = struct.pack("<4s60siiiiid9s8s64s3s", b"$FL2", b"@(#) SPSS DATA FILE".ljust(60), 2, 1, 0, 0, 0, 100,
+                       b"01 Jan 20", b"10:11:12", b"Ages".ljust(64), b"   ")
+    variable = struct.pack("<iiiiii8s3d", 2, 0, 0, -3, f8, f8, b"AGE     ", 97, 99, -1)
+    values = struct.pack("<ii", 3, len(labels))
+    for code, label in labels:
+        text = bytes([len(label)]) + label.encode()
+        values += struct.pack("<d", code) + text.ljust(-(-len(text) // 8) * 8)
+    return head + variable + values + struct.pack("<iiiii", 4, 1, 1, 999, 0)
 
 
 def expect(value, expected):
@@ -68,21 +87,30 @@ class Codebook:
         self.browser = browser
         self.folder = folder
 
-    def open(self, file, fragment=""):
+    def open(self, file, fragment="", options=()):
         page = os.path.join(self.folder, "page.html")
-        subprocess.run([self.tool, "codebook", file, "-o", page], check=True)
+        subprocess.run([self.tool, "codebook", file, "-o", page, *options], check=True)
         self.browser.open("about:blank")
         self.browser.open("file://" + page + fragment)
         self.browser.wait_for("document.querySelector('article.variable') !== null")
 
-    def open_example(self, name="census.dcf", fragment=""):
-        self.open(os.path.join(self.examples, name), fragment)
+    def open_example(self, name="census.dcf", fragment="", options=()):
+        self.open(os.path.join(self.examples, name), fragment, options)
 
-    def open_made(self, text, fragment=""):
+    def open_made(self, text, fragment="", options=()):
         file = os.path.join(self.folder, "made.dcf")
         with open(file, "w", encoding="utf-8") as out:
             out.write(text)
-        self.open(file, fragment)
+        self.open(file, fragment, options)
+
+    def choose(self, select, text):
+        """Picks the entry of a list whose text begins so."""
+        self.browser.run("(() => { const e = document.getElementById('page-%s'); e.value = [...e.options].find(o => "
+                         "o.textContent.startsWith(%s)).value; e.dispatchEvent(new Event('change')); })()"
+                         % (select, json.dumps(text)))
+
+    def check(self, box):
+        self.browser.click("document.getElementById('page-%s')" % box)
 
     # what a person sees
     def names(self):
@@ -136,9 +164,9 @@ class Tests:
     # ---------------------------------------------------------------------------------------------- search
     def typing_narrows_the_list(self):
         self.book.open_example()
-        expect(self.book.found(), "63 variables")
+        expect(self.book.found(), "56 variables")
         self.book.search("dwelling")
-        self.book.wait_for_found("2 of 63 variables")  # one by its name, one by a value label
+        self.book.wait_for_found("2 of 56 variables")  # one by its name, one by a value label
         expect(self.book.names(), ["H01_DWELLING", "H08_WATER"])
         expect(self.browser.run("document.querySelector('.found').innerText"), "11 Piped into the dwelling")
 
@@ -147,7 +175,7 @@ class Tests:
         for text, names in (("p06_age", ["P06_AGE"]), ("MARITAL status", ["P07_MARITAL"]),
                             ("fishers nets", []), ("fishers net", ["P16_OCCUPATION"])):
             self.book.search(text)
-            self.book.wait_for_found("%d of 63 variables" % len(names) if names else "No variable matches")
+            self.book.wait_for_found("%d of 56 variables" % len(names) if names else "No variable matches")
             expect(self.book.names(), names)
 
     def escape_brings_back_every_variable(self):
@@ -155,16 +183,90 @@ class Tests:
         self.browser.press("/")
         expect(self.browser.run("document.activeElement.id"), "page-search")
         self.browser.type("roof")
-        self.book.wait_for_found("1 of 63 variables")
+        self.book.wait_for_found("1 of 56 variables")
         self.browser.press("Escape", 27)
-        self.book.wait_for_found("63 variables")
+        self.book.wait_for_found("56 variables")
 
-    def only_variables_with_notes_can_be_shown(self):
-        self.book.open_made(DICTIONARY + item("A", "One", 1, 1, [("1", "x")]) + item("B", "Two", 2, 1, [("1", "x"), ("1", "y")]))
+    def typography_and_accents_do_not_hinder_the_search(self):
+        self.book.open_made(DICTIONARY + item("A", "L\u2019\u00e9cole du m\u00e9nage", 1, 1)
+                            + item("B", "Na\u00efve \u2013 Stra\u00dfe \u0141\u00f3d\u017a", 2, 1, [("1", "d\u02bceau")])
+                            + item("C", "nai\u0308f", 3, 1))
+        for text, name, mark in (("l'ecole", "A", "L\u2019\u00e9cole"), ("l\u2018\u00c9COLE", "A", "L\u2019\u00e9cole"),
+                                 ("strasse", "B", "Stra\u00dfe"), ("lodz", "B", "\u0141\u00f3d\u017a"),
+                                 ("naive - ", "B", "Na\u00efve"), ("d\u2019eau", "B", "d\u02bceau"),
+                                 ("naif", "C", "nai\u0308f")):
+            self.book.search(text)
+            self.book.wait_for_found("1 of 3 variables")
+            expect(self.book.names(), [name])
+            expect(self.browser.run("document.querySelector('article mark').textContent"), mark)
+
+    def search_finds_notes_and_value_sets(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1, more=["Note=Ask the oldest person."])
+                            + item("B", "Two", 2, 1, [("1", "x")]))
+        for text, name, shown in (("oldest", "A", "Ask the oldest person."), ("b_vs", "B", "B_VS")):
+            self.book.search(text)
+            self.book.wait_for_found("1 of 2 variables")
+            expect(self.book.names(), [name])
+            expect(self.browser.run("document.querySelector('.found').textContent"), shown)
+
+    # ---------------------------------------------------------------------------------------------- filters
+    def record_and_type_narrow_the_list(self):
+        self.book.open_example()
+        expect(self.browser.run("[...document.getElementById('page-record').options].map(e => e.textContent)"),
+               ["all", "Id items", "HOUSING \u2013 Housing", "POPULATION \u2013 Population",
+                "MORTALITY \u2013 Deaths in the last twelve months"])
+        self.book.choose("record", "MORTALITY")
+        self.book.wait_for_found("9 of 56 variables")
+        expect(self.browser.run("document.querySelectorAll('section.record:not([hidden])').length"), 1)
+        expect(self.browser.run("document.querySelector('section.record:not([hidden]) .ruler').hidden"), False)
+        self.book.choose("record", "all")
+        self.book.choose("type", "alpha")
+        names = self.book.names()
+        expect(self.book.found(), "%d of 56 variables" % len(names))
+        expect(self.browser.run("[...document.querySelectorAll('article .type')].every(e => "
+                                "e.textContent.startsWith('A('))"), True)
+
+    def variables_without_labels_can_be_shown(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1, [("1", "x")]) + item("B", "", 2, 1, [("1", "x")])
+                            + item("C", "Three", 3, 1, [("1:9", "")]))
+        self.book.check("unlabelled")
+        self.book.wait_for_found("1 of 3 variables")
+        expect(self.book.names(), ["B"])
+        self.book.check("unlabelled")
+        self.book.check("uncoded")
+        self.book.wait_for_found("1 of 3 variables")
+        expect(self.book.names(), ["C"])
+
+    def variables_with_problems_can_be_shown(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1) + item("B", "Two", 2, 1, more=["Colour=red"]))
         expect(self.book.names(), ["A", "B"])
-        self.browser.click("document.getElementById('page-noted')")
+        self.book.check("troubled")
         self.book.wait_for_found("1 of 2 variables")
         expect(self.book.names(), ["B"])
+
+    def going_to_a_variable_ends_filters(self):
+        self.book.open_example()
+        self.book.choose("record", "MORTALITY")
+        self.book.wait_for_found("9 of 56 variables")
+        self.browser.run("location.hash = '#EA'")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(self.book.current(), "EA")
+        expect(self.book.found(), "56 variables")
+
+    def open_all_opens_what_is_shown(self):
+        self.book.open_example()
+        self.book.choose("record", "MORTALITY")
+        self.book.wait_for_found("9 of 56 variables")
+        self.book.names()
+        button = "document.getElementById('page-open-all')"
+        self.browser.click(button)
+        expect(self.browser.run(button + ".textContent"), "Close all")
+        self.book.names()
+        expect(self.browser.run("document.querySelectorAll('section:not([hidden]) article .details').length"), 9)
+        self.browser.click(button)
+        expect(self.browser.run(button + ".textContent"), "Open all")
+        self.book.names()
+        expect(self.browser.run("document.querySelectorAll('article .details').length"), 0)
 
     # ------------------------------------------------------------------------------------ opening a variable
     def click_opens_and_closes_a_variable(self):
@@ -172,7 +274,8 @@ class Tests:
         expect(self.book.details("DISTRICT"), None)
         self.browser.click(self.book.button("DISTRICT"))
         details = self.book.details("DISTRICT")
-        for text in ("integer", "Start\n4", "Length\n2", "Minimum\n1", "Maximum\n21", "Rural districts", "Capital"):
+        for text in ("Type\nnumeric", "Format\n9(2)", "Columns\n4–5", "Length\n2 characters", "Zero fill\nyes",
+                     "DISTRICT_VS1 District 3 values", "1 to 8\tRural districts", "21\tCapital"):
             if text not in details:
                 raise AssertionError("%r is not in %r" % (text, details))
         expect(self.browser.run(self.book.button("DISTRICT") + ".getAttribute('aria-expanded')"), "true")
@@ -196,8 +299,8 @@ class Tests:
         self.book.open_example(fragment="#P20_CHILDREN_BORN")
         self.browser.wait_for("document.querySelector('article.current') !== null")
         expect(self.book.current(), "P20_CHILDREN_BORN")
-        if "Not applicable\n98" not in self.book.details("P20_CHILDREN_BORN"):
-            raise AssertionError(self.book.details("P20_CHILDREN_BORN"))
+        special = self.browser.run("[...document.querySelectorAll('article.current .is-special')].map(e => e.innerText)")
+        expect(special, ["98\tMen and girls under 12 not applicable"])
         self.browser.run("location.hash = '#EA'")
         self.browser.wait_for("document.querySelector('article.current').dataset.index === '2'")
         expect(self.book.current(), "EA")
@@ -207,12 +310,25 @@ class Tests:
         self.browser.wait_for("document.querySelector('article.current') !== null")
         expect(self.browser.run("document.querySelector('article.current .label').textContent"), "Second")
 
+    def case_of_a_fragment_does_not_matter(self):
+        self.book.open_example(fragment="#p06_Age")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(self.book.current(), "P06_AGE")
+        self.book.open_made(DICTIONARY + item("Ab", "First", 1, 1) + item("aB", "Second", 2, 1), "#aB")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(self.browser.run("document.querySelector('article.current .label').textContent"), "Second")
+
+    def fragment_of_a_record_leads_to_it(self):
+        self.book.open_example(fragment="#population")
+        self.browser.wait_for("(() => { const top = document.getElementById('page-group-2').getBoundingClientRect().top - "
+                              "document.getElementById('page-bar').offsetHeight; return top > -1 && top < 40; })()")
+        expect(self.browser.run("document.getElementById('page-unknown').hidden"), True)
+
     def variable_can_have_a_name_of_the_page(self):
-        names = ["notes", "search", "lost", "page-notes", "page-lost"]
+        names = ["notes", "search", "error", "page-problems", "page-info"]
         text = DICTIONARY + item("FIRST", "First", 1, 1)
         text += "".join(item("FILL%d" % i, "Filler", 2 + i, 1) for i in range(60))
-        text += "".join(item(name, "Label of " + name, 70 + i, 1, [("1", "x"), ("1", "y")])
-                        for i, name in enumerate(names))
+        text += "".join(item(name, "Label of " + name, 70 + i, 1, more=["Colour=red"]) for i, name in enumerate(names))
         for name in names:
             self.book.open_made(text, "#" + ("~" if name.startswith("page-") else "") + name)
             self.browser.wait_for("document.querySelector('article.current') !== null")
@@ -220,79 +336,191 @@ class Tests:
             self.browser.run("new Promise(done => setTimeout(done, 100))")
             expect(self.book.current(), name)
 
-    def fragment_of_no_variable_opens_nothing(self):
-        self.book.open_example(fragment="#%E0%A4%A")
+    def unknown_fragment_is_named(self):
+        unknown = "document.getElementById('page-unknown')"
+        for fragment, shown in (("#%E0%A4%A", "%E0%A4%A"), ("#constructor", "constructor"),
+                                ("#<b>x", "<b>x"), ("#NO%20SUCH", "NO SUCH")):
+            self.book.open_example(fragment=fragment)
+            expect(self.book.current(), None)
+            expect(self.browser.run(unknown + ".hidden"), False)
+            expect(self.browser.run(unknown + ".querySelector('code').textContent"), shown)
+        self.browser.run("location.hash = '#EA'")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(self.browser.run(unknown + ".hidden"), True)
+        self.book.open_example(fragment="#page-error")  # a part of the page, which is absent
         expect(self.book.current(), None)
-        self.book.open_made(DICTIONARY + item("A", "One", 1, 1), "#page-lost")  # there is no note
-        expect(self.book.current(), None)
-        self.book.open_example(fragment="#constructor")
-        expect(self.book.current(), None)
+        expect(self.browser.run(unknown + ".hidden"), True)
 
-    # ----------------------------------------------------------------------------------------------- notes
-    def note_leads_to_its_variable(self):
+    # ------------------------------------------------------------------------------------ what is on the page
+    def head_has_title_and_facts(self):
         self.book.open_example()
-        self.browser.click("document.querySelector('header a[href=\"#page-lost\"]')")
-        self.browser.wait_for("document.getElementById('page-lost').open")
-        self.browser.click("document.querySelector('#page-lost .kind:has(.sentence) summary')")
-        kind = "document.querySelector('#page-lost .kind')"
-        self.browser.wait_for(kind + ".querySelector('.places a') !== null")
-        expect(self.browser.run(kind + ".querySelector('.id').textContent"), "decimals-lost")
-        sentence = self.browser.run(kind + ".querySelector('.sentence').textContent")
-        name = self.browser.run(kind + ".querySelector('.places a').textContent")
-        self.browser.click(kind + ".querySelector('.places a')")
+        expect(self.browser.run("document.querySelector('h1').textContent"), "Population and Housing Census of Orvandia")
+        head = self.browser.run("document.querySelector('header.page').innerText")
+        for text in ("CSPro dictionary, text form 7.7", "56 variables", "3 records", "Name\nORVANDIA_CENSUS_DICT",
+                     "File\ncensus.dcf", "Record type\ncolumn 1"):
+            if text not in head:
+                raise AssertionError("%r is not in %r" % (text, head))
+
+    def records_show_their_facts(self):
+        self.book.open_example()
+        expect(self.browser.run("document.querySelector('#page-group-2 > header').innerText.replace(/\\s+/g, ' ')"),
+               "POPULATION Population type P \u00b7 optional \u00b7 at most 30 records a case \u00b7 length 99 \u00b7 "
+               "24 variables")
+        expect(self.browser.run("document.querySelector('.level').innerText"),
+               "Level ORVANDIA_CENSUS_QUEST Census questionnaire")
+
+    def items_show_what_the_file_says(self):
+        text = DICTIONARY + item("A", "One", 1, 6, more=["Decimal=2", "DecimalChar=Yes", "ZeroFill=Yes"]) \
+            + item("B", "Two", 7, 4, more=["Occurrences=3", "OccurrenceLabel=1,North", "OccurrenceLabel=3,South"]) \
+            + item("C", "Part", 7, 2, more=["ItemType=SubItem", "Decimal=1"])
+        self.book.open_made(text)
+        for name, parts in (
+                ("A", ("Format\n9(6).2", "Decimals\n2, mark written", "Zero fill\nyes")),
+                ("B", ("Columns\n7\u201310", "Occurrences\n3, the last in 15\u201318", "Subitems\nC", "North", "South")),
+                ("C", ("Format\n9(2)v1", "Decimals\n1, mark implied", "Subitem of\nB"))):
+            self.browser.click(self.book.button(name))
+            for part in parts:
+                if part not in self.book.details(name):
+                    raise AssertionError("%r is not in %r" % (part, self.book.details(name)))
+        expect(self.browser.run("[...document.querySelectorAll('.occurrences li')].map(e => e.value)"), [1, 3])
+
+    def values_show_ranges_specials_and_images(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 2) + """
+[ValueSet]
+Label=Ages
+Name=A_VS1
+Value=0:14 99;Young
+Image=child.png
+Note=Not grown.
+Value=98;Refused
+Name=REFUSED,Special
+Value=' ';Blank
+
+[ValueSet]
+Label=Others
+Name=A_VS2
+Value=1;One
+""", "#A")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(self.browser.run("[...document.querySelectorAll('caption')].map(e => e.innerText)"),
+               ["A_VS1 Ages 3 values", "A_VS2 Others 1 value"])
+        rows = self.browser.run("[...document.querySelectorAll('tbody tr')].map(e => e.innerText.replace(/\\n+/g, ' '))")
+        expect(rows, ["0 to 14, 99\tYoung image child.png Not grown.", "98\tRefused refused", "1 blank\tBlank",
+                      "1\tOne"])
+        expect(self.browser.run("document.querySelector('article .values').textContent"), "4 value labels in 2 sets")
+
+    def missing_values_of_statistical_files_are_marked(self):
+        file = os.path.join(self.book.folder, "ages.sav")
+        with open(file, "wb") as out:
+            out.write(spss([(1, "One"), (97, "Refused"), (98, "Unknown"), (-1, "Not asked"), (100, "Old")]))
+        self.book.open(file, "#age")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        if "Missing values\n97 to 99, -1" not in self.book.details("AGE"):
+            raise AssertionError(self.book.details("AGE"))
+        expect(self.browser.run("[...document.querySelectorAll('tbody tr')].map(e => e.innerText)"),
+               ["1\tOne", "97\tRefused missing", "98\tUnknown missing", "-1\tNot asked missing", "100\tOld"])
+        expect(self.browser.run("document.querySelector('h1').textContent"), "Ages")
+
+    def relations_lead_to_their_records(self):
+        self.book.open_made(DICTIONARY.replace("RecordTypeStart=0\nRecordTypeLen=0", "RecordTypeStart=1\nRecordTypeLen=1")
+                            .replace("RecordTypeValue=''", "RecordTypeValue='1'") + item("A", "One", 2, 1) + """
+[Record]
+Label=Other
+Name=OTHER
+RecordTypeValue='2'
+""" + item("B", "Two", 2, 1) + "\n[Relation]\nName=PAIR\nPrimary=REC\nPrimaryLink=A\nSecondary=OTHER\nSecondaryLink=B\n")
+        expect(self.browser.run("document.getElementById('page-relations').innerText.replace(/\\s+/g, ' ')"),
+               "Relations PAIR REC and OTHER, where A equals B")
+        expect(self.browser.run("[...document.querySelectorAll('#page-relations a')].map(e => decodeURIComponent(e.hash))"),
+               ["#page-group-0", "#page-group-1", "#A", "#B"])
+
+    # ---------------------------------------------------------------------------------------------- languages
+    @staticmethod
+    def _languages():
+        return DICTIONARY.replace("Label=D\n", "Label=Survey|Enqu\u00eate\n").replace(
+            "[Level]", "[Languages]\nEN=English\nFR=Fran\u00e7ais\n\n[Level]") \
+            + item("A", "House|Maison", 1, 1, [("1", "Yes|Oui")]) + item("B", "Only", 2, 1)
+
+    def page_switches_its_language(self):
+        self.book.open_made(self._languages())
+        labels = "[...document.querySelectorAll('article .label')].map(e => e.textContent)"
+        expect(self.browser.run(labels), ["House", "Only"])
+        expect(self.browser.run("[...document.getElementById('page-language').options].map(e => e.textContent)"),
+               ["English", "Fran\u00e7ais"])
+        self.browser.click(self.book.button("A"))
+        self.book.choose("language", "Fran")
+        self.book.names()
+        expect(self.browser.run(labels), ["Maison", "Only"])
+        expect(self.browser.run("document.querySelector('h1').textContent"), "Enqu\u00eate")
+        expect(self.browser.run("document.querySelector('article .label').lang"), "fr")
+        if "Oui" not in self.book.details("A"):
+            raise AssertionError(self.book.details("A"))
+        self.book.search("maison oui")
+        self.book.wait_for_found("1 of 2 variables")
+        self.book.search("house")
+        self.book.wait_for_found("No variable matches")
+
+    def page_opens_in_the_language_that_is_asked_for(self):
+        self.book.open_made(self._languages(), options=("--language", "fr"))
+        expect(self.browser.run("document.querySelector('article .label').textContent"), "Maison")
+        expect(self.browser.run("document.title"), "Enqu\u00eate \u2013 codebook")
+        expect(self.browser.run("document.getElementById('page-language').selectedOptions[0].textContent"),
+               "Fran\u00e7ais")
+
+    def page_of_one_language_has_no_switch(self):
+        self.book.open_example()
+        expect(self.browser.run("document.getElementById('page-language-row').hidden"), True)
+
+    # ----------------------------------------------------------------------------------------------- problems
+    @staticmethod
+    def _problems():
+        return DICTIONARY + item("A", "One", 1, 1) + item("B", "Two", 2, 1, more=["Colour=red", "Size=9"]) \
+            + "\n[Strange]\nKey=1\n"
+
+    def problem_leads_to_its_variable(self):
+        self.book.open_made(self._problems())
+        self.browser.run("document.querySelectorAll('#page-problems details').forEach(e => e.open = true)")
+        link = "document.querySelector('#page-problems .places a')"
+        self.browser.wait_for(link + " !== null")
+        expect(self.browser.run(link + ".textContent"), "B")
+        line, message = self.browser.run("['.where', '.sentence'].map(part => %s.parentElement.querySelector(part)"
+                                         ".textContent)" % link)
+        self.browser.click(link)
         self.browser.wait_for("document.querySelector('article.current') !== null")
         self.browser.run("new Promise(requestAnimationFrame)")
-        expect(self.book.current(), name)
-        beside = self.browser.run("document.querySelector('article.current .notes-beside').innerText")
-        for part in (sentence, "lost", "decimals-lost"):
+        expect(self.book.current(), "B")
+        beside = self.browser.run("document.querySelector('article.current .problems-beside').innerText")
+        for part in (line, message):
             if part not in beside:
                 raise AssertionError("%r is not in %r" % (part, beside))
+        expect(self.browser.run("[...document.querySelectorAll('article .badges')].map(e => e.children.length > 0)"),
+               [False, True])
 
-    def every_note_is_listed_under_its_gravity(self):
+    def every_problem_is_listed(self):
+        self.book.open_made(self._problems())
+        self.browser.run("document.querySelectorAll('#page-problems details').forEach(e => e.open = true)")
+        self.browser.wait_for("[...document.querySelectorAll('.kind')].every(e => e.childElementCount > 1)")
+        expect(self.browser.run("document.querySelectorAll('#page-problems .places li').length"),
+               self.browser.run("JSON.parse(document.getElementById('page-data').textContent).problems.length"))
+
+    def problems_can_be_left_out(self):
+        self.book.open_made(self._problems(), options=("--no-problems",))
+        expect(self.browser.run("document.getElementById('page-problems').hidden"), True)
+        expect(self.browser.run("document.querySelectorAll('.severity').length"), 0)
+        expect(self.browser.run("document.getElementById('page-troubled-label').hidden"), True)
         self.book.open_example()
-        for gravity in ("lost", "changed", "curious"):
-            count = self.browser.run("Number(document.querySelector('header a[href=\"#page-%s\"] b')?.textContent ?? 0)"
-                                     % gravity)
-            self.browser.run("document.querySelectorAll('#page-%s .kind').forEach(e => e.open = true)" % gravity)
-            self.browser.wait_for("[...document.querySelectorAll('#page-%s .kind')].every(e => e.childElementCount > 1)"
-                                  % gravity)
-            while self.browser.run("(() => { const more = document.querySelector('#page-%s .more:not([hidden])'); "
-                                   "more?.click(); return more !== null; })()" % gravity):
-                pass
-            expect(self.browser.run("document.querySelectorAll('#page-%s .places li').length" % gravity), count)
+        expect(self.browser.run("document.getElementById('page-problems').hidden"), True)
 
-    def note_without_a_variable_is_of_none(self):
-        # One variable has no name, and the key that is not read belongs to the dictionary.
-        self.book.open_made(DICTIONARY.replace("Name=D\n", "Name=D\nColour=red\n") + item("", "First", 1, 1)
-                            + item("A", "One", 2, 1))
-        self.browser.run("document.querySelectorAll('#page-notes details').forEach(e => e.open = true)")
-        place = "[...document.querySelectorAll('.kind')].find(e => e.querySelector('.id').textContent === " \
-                "'unknown-key')?.querySelector('.places li')"
-        self.browser.wait_for("(%s ?? null) !== null" % place)
-        expect(self.browser.run(place + ".querySelector('a')"), None)
-        expect(self.browser.run(place + ".textContent.includes('no name')"), False)
-        expect(self.browser.run("document.querySelectorAll('article .badges .gravity').length"), 0)
-
-    def note_of_a_name_that_comes_twice_says_so(self):
-        text = DICTIONARY + item("A", "First", 1, 1) + item("A", "Second", 2, 1, [("1", "x"), ("1", "y")]) \
-            + item("B", "Third", 3, 1, [("1", "x"), ("1", "y")])
-        self.book.open_made(text, "#A~2")
-        self.browser.wait_for("document.querySelector('article.current') !== null")
-        said = "of a variable of this name"
-        expect(self.browser.run("[...document.querySelectorAll('article.variable')].map(e => e.querySelector('.badges')"
-                                ".textContent.includes('%s'))" % said), [True, True, False])
-        expect(self.browser.run("document.querySelector('article.current .notes-beside').firstChild.textContent"),
-               "Several variables have this name; each note is %s." % said)
-        self.browser.click(self.book.button("B"))
-        expect(said in self.book.details("B"), False)
-        self.browser.run("document.querySelectorAll('#page-notes details').forEach(e => e.open = true)")
-        places = "[...document.querySelectorAll('.places li')]"
-        self.browser.wait_for(places + ".length > 2")
-        for name, is_said in (("A", True), ("B", False)):
-            of_name = "%s.filter(e => e.querySelector('a').textContent === '%s')" % (places, name)
-            expect(self.browser.run(of_name + ".length > 0"), True)
-            expect(self.browser.run(of_name + ".every(e => e.textContent.includes('%s') === %s)"
-                                    % (said, json.dumps(is_said))), True)
+    def problems_are_not_printed(self):
+        self.book.open_made(self._problems(), "#B")
+        self.browser.wait_for("document.querySelector('article.current .problems-beside') !== null")
+        shown = "[...document.querySelectorAll('#page-problems, .problems-beside, .badges')].map(e => " \
+                "getComputedStyle(e).display === 'none')"
+        expect(any(self.browser.run(shown)), False)
+        self.browser.call("Emulation.setEmulatedMedia", media="print")
+        hidden = self.browser.run(shown)
+        self.browser.call("Emulation.setEmulatedMedia", media="")
+        expect(all(hidden), True)
 
     def back_leads_back(self):
         self.book.open_example(fragment="#EA")
@@ -321,7 +549,7 @@ class Tests:
         expect(round(left), round(width))
         expect(round(width / right, 1), 2.0)
 
-    def variables_on_the_same_columns_stand_below_each_other(self):
+    def variables_on_the_same_columns_are_below_each_other(self):
         self.book.open_made(DICTIONARY + item("DATE", "Date", 1, 8) + item("YEAR", "Year", 1, 4)
                             + item("MONTH", "Month", 5, 2) + item("NEXT", "Next", 9, 1))
         self.browser.wait_for("document.querySelectorAll('.block').length === 4")
@@ -336,6 +564,46 @@ class Tests:
         if "Shares columns with\nYEAR MONTH" not in " ".join(self.book.details("DATE").split(" ")):
             raise AssertionError(self.book.details("DATE"))
 
+    def _blocks(self):
+        """Label, left, whether it is below the first, and width of each block; in widths of the first."""
+        return self.browser.run(
+            "(() => { const blocks = [...document.querySelectorAll('.block')]; const first = "
+            "blocks[0].getBoundingClientRect(); return blocks.map(e => { const r = e.getBoundingClientRect(); return "
+            "[e.ariaLabel, Math.round(10 * (r.left - first.left) / first.width) / 10, r.top > first.top ? 1 : 0, "
+            "Math.round(10 * r.width / first.width) / 10]; }); })()")
+
+    def subitems_are_inside_their_item(self):
+        self.book.open_made(DICTIONARY + item("DATE", "Date", 1, 8) + item("YEAR", "Year", 1, 4, more=["ItemType=SubItem"])
+                            + item("DAY", "Day", 5, 4, more=["ItemType=SubItem"]) + item("NEXT", "Next", 9, 8))
+        self.browser.wait_for("document.querySelectorAll('.block').length === 4")
+        expect(self._blocks(), [["DATE, columns 1\u20138", 0, 0, 1], ["YEAR, columns 1\u20134", 0, 1, 0.5],
+                                ["DAY, columns 5\u20138", 0.5, 1, 0.5], ["NEXT, columns 9\u201316", 1, 0, 1]])
+        self.browser.click(self.book.button("DATE"))
+        expect("Shares columns" in self.book.details("DATE"), False)
+
+    def occurrences_are_on_their_columns(self):
+        self.book.open_made(DICTIONARY + item("PAIR", "Pair", 1, 4, more=["Occurrences=2"])
+                            + item("LEFT", "Left", 1, 2, more=["ItemType=SubItem"])
+                            + item("TIMES", "Times", 9, 2, more=["Occurrences=3", "OccurrenceLabel=2,Second"]))
+        self.browser.wait_for("document.querySelectorAll('.block').length === 7")
+        expect(self._blocks(), [
+            ["PAIR, occurrence 1, columns 1\u20134", 0, 0, 1], ["LEFT, occurrence 1, columns 1\u20132", 0, 1, 0.5],
+            ["PAIR, occurrence 2, columns 5\u20138", 1, 0, 1], ["LEFT, occurrence 2, columns 5\u20136", 1, 1, 0.5],
+            ["TIMES, occurrence 1, columns 9\u201310", 2, 0, 0.5], ["TIMES, occurrence 2, columns 11\u201312", 2.5, 0, 0.5],
+            ["TIMES, occurrence 3, columns 13\u201314", 3, 0, 0.5]])
+        self.browser.run("document.querySelector('.block[aria-label^=\"TIMES, occurrence 2\"]').focus()")
+        expect(self.browser.run("document.querySelector('.readout').textContent.replace(/\\s+/g, ' ')"),
+               "TIMES occurrence 2 Second columns 11\u201312 Times")
+
+    def ids_and_record_type_are_on_each_ruler(self):
+        self.book.open_example()
+        self.browser.wait_for("document.querySelectorAll('#page-group-1 .block').length > 6")
+        expect(self.browser.run("[...document.querySelectorAll('#page-group-1 .block')].slice(0, 5).map(e => "
+                                "[e.className, e.ariaLabel])"),
+               [["block record-type", None], ["block common", "PROVINCE, columns 2\u20133"],
+                ["block common", "DISTRICT, columns 4\u20135"], ["block common", "EA, columns 6\u20138"],
+                ["block common", "HOUSEHOLD, columns 9\u201311"]])
+
     def ruler_is_one_stop_and_arrows_move_in_it(self):
         self.book.open_example()
         stops = "[...document.querySelectorAll('#page-group-0 .block')].filter(e => e.tabIndex === 0).length"
@@ -347,18 +615,18 @@ class Tests:
         expect(self.browser.run(stops), 1)
 
     def only_record_has_its_variables(self):
-        self.book.open_made(DICTIONARY.replace("[IdItems]\n", "[Record]\nName=ONE\nRecordTypeValue=\n")
-                            + item("A", "One", 1, 1) + item("B", "Two", 2, 1))
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1) + item("B", "Two", 2, 1))
         expect(self.browser.run("[...document.querySelectorAll('section.record > header')].map(e => "
-                                "[...e.children].map(child => child.textContent))"), [["ONE", "2 variables"]])
+                                "[...e.children].map(child => child.textContent))"),
+               [["REC Record", "required \u00b7 at most 1 record a case \u00b7 2 variables"]])
         expect(self.browser.run("document.getElementById('page-groups').hidden"), True)
         expect(self.browser.run("document.querySelectorAll('.ruler').length"), 1)
 
-    def width_in_characters_stands_where_one_is_meant(self):
+    def columns_are_where_there_are_some(self):
         widths = "[...document.querySelectorAll('article .columns')].map(e => e.textContent)"
         self.book.open_made(DICTIONARY + item("PLACED", "One", 1, 3) + item("WIDE", "Two", 0, 3)
-                            + item("ODD", "Three", 0, -2))
-        expect(self.browser.run(widths), ["1–3", "3 characters", ""])
+                            + item("AGAIN", "Three", 4, 2, more=["Occurrences=1200"]))
+        expect(self.browser.run(widths), ["1\u20133", "", "4\u20135 \u00d7 1,200"])
         for name in ("types.sav", "types-118.dta"):
             self.book.open(os.path.join(self.made_data, name))
             expect(self.browser.run("%s.filter(text => text !== '')" % widths), [])
@@ -372,7 +640,6 @@ class Tests:
         attack = "<script>window.attacked = 1</script><img src=x onerror=\"window.attacked = 1\">"
         self.book.open_made(DICTIONARY + item("ODD", attack, 1, 1, [("1", attack)]), "#ODD")
         self.browser.wait_for("document.querySelector('article.current') !== null")
-        # The reader takes a value with a second "=" as empty: the label is left in the value label alone.
         shown = self.browser.run("document.querySelector('.value-labels td:last-child').textContent")
         if not shown.startswith("<script>window.attacked"):
             raise AssertionError(shown)
@@ -400,19 +667,11 @@ class Tests:
         self.browser.events.clear()
 
     def control_characters_show_as_escapes(self):
-        self.book.open_example("occurrences.dcf")
-        expect(self.book.names()[1], "BARLEY_\\u0001")
-        expect(self.browser.run("document.body.innerText.includes('\\u0001')"), False)
-        self.browser.click(self.book.button("BARLEY_\\u0001"))
-        expect(self.browser.run("decodeURIComponent(location.hash)"), "#BARLEY_\\u0001")
-
-    def half_of_a_surrogate_pair_shows_as_an_escape(self):
-        text = (DICTIONARY + item("HALF", "a\ud83db", 1, 1)).encode("utf-16-le", "surrogatepass")
-        file = os.path.join(self.book.folder, "half.dcf")
-        with open(file, "wb") as out:
-            out.write(b"\xff\xfe" + text)
-        self.book.open(file)
-        expect(self.browser.run("document.querySelector('.variable .label').textContent"), "a\\ud83db")
+        self.book.open_made(DICTIONARY + item("A\x01", "a\x02b", 1, 1))
+        expect(self.book.names(), ["A\\u0001"])
+        expect(self.browser.run("document.querySelector('article .label').textContent"), "a\\u0002b")
+        self.browser.click(self.book.button("A\\u0001"))
+        expect(self.browser.run("decodeURIComponent(location.hash)"), "#A\\u0001")
 
     def right_to_left_label_runs_from_the_right(self):
         self.book.open_made(DICTIONARY + item("RTL", "\u05e9\u05dc\u05d5\u05dd", 1, 1) + item("LTR", "Peace", 2, 1))
@@ -476,11 +735,11 @@ class Tests:
     def paper_has_every_variable_with_its_details(self):
         self.book.open_example()
         # The browser takes the page as it is when the event has been handled.
-        variables, closed, undrawn = self.browser.run(
+        variables, articles, undrawn = self.browser.run(
             "(() => { dispatchEvent(new Event('beforeprint')); const count = what => "
-            "document.querySelectorAll(what).length; return [count('article .details'), count('details:not([open])'), "
-            "count('.kind:not(:has(.places li))')]; })()")
-        expect((variables, closed, undrawn), (63, 0, 0))
+            "document.querySelectorAll(what).length; return [count('article .details'), count('article'), "
+            "count('.lines:not(:has(.block))')]; })()")
+        expect((variables, articles, undrawn), (56, 56, 0))
         self.browser.run("dispatchEvent(new Event('afterprint'))")
         expect(self.browser.run("document.querySelectorAll('article .details').length"), 0)
         if not self.browser.print().startswith(b"%PDF"):
@@ -520,6 +779,21 @@ class Tests:
         finally:
             self.browser.look(1200, 900)
 
+    def filters_of_a_phone_are_behind_a_button(self):
+        self.browser.look(390, 844)
+        try:
+            self.book.open_example()
+            filters = "getComputedStyle(document.getElementById('page-filters')).display"
+            expect(self.browser.run(filters), "none")
+            self.browser.click("document.getElementById('page-filter-button')")
+            expect(self.browser.run(filters), "flex")
+            expect(self.browser.run("document.getElementById('page-filter-button').getAttribute('aria-expanded')"), "true")
+            self.book.choose("record", "MORTALITY")
+            self.book.wait_for_found("9 of 56 variables")
+            expect(self.browser.run("document.documentElement.scrollWidth"), 390)
+        finally:
+            self.browser.look(1200, 900)
+
     def dark_scheme_is_dark(self):
         self.book.open_example()
         light = self.browser.run("getComputedStyle(document.body).backgroundColor")
@@ -539,11 +813,65 @@ class Tests:
             self.browser.open("about:blank")
             self.browser.open("file://" + page)
             text = self.browser.run("document.body.innerText")
-            for part in ("census.dcf", "63 variables", "JavaScript"):
+            for part in ("Orvandia", "census.dcf", "56 variables", "JavaScript"):
                 if part not in text:
                     raise AssertionError("%r is not in %r" % (part, text))
         finally:
             self.browser.call("Emulation.setScriptExecutionDisabled", value=False)
+
+    # -------------------------------------------------------------------------------------------------- index
+    def _open_index(self):
+        folder = os.path.join(self.book.folder, "pages")
+        files = [os.path.join(self.book.examples, "census.dcf"), os.path.join(self.made_data, "types-118.dta")]
+        made = os.path.join(self.book.folder, "a#b.dcf")
+        with open(made, "w", encoding="utf-8") as out:
+            out.write(self._languages() + item("A", "L\u2019eau <b>", 3, 1))
+        subprocess.run([self.book.tool, "codebook", *files, made, "-o", folder + "/"], check=True)
+        self.browser.open("about:blank")
+        self.browser.open("file://" + os.path.join(folder, "index.html"))
+        self.browser.wait_for("document.querySelector('.book') !== null")
+
+    def index_lists_the_codebooks(self):
+        self._open_index()
+        expect(self.book.found(), "3 codebooks")
+        books = self.browser.run("[...document.querySelectorAll('.book')].map(e => e.innerText.replace(/\\s+/g, ' '))")
+        expect([books[0], books[2]],
+               ["Population and Housing Census of Orvandia ORVANDIA_CENSUS_DICT \u00b7 census.dcf \u00b7 CSPro "
+                "dictionary, text form 7.7 \u00b7 3 records \u00b7 56 variables",
+                "Survey D \u00b7 a#b.dcf \u00b7 CSPro dictionary, text form 7.7 \u00b7 1 record \u00b7 3 variables"])
+
+    def index_searches_all_codebooks(self):
+        self._open_index()
+        for text, found, names in (("l'eau", "1 variable in 1 codebook", ["A"]),
+                                   ("maison", "1 variable in 1 codebook", ["A"]),
+                                   ("orvandia", "0 variables in 1 codebook", []),
+                                   ("no such thing", "Nothing matches", [])):
+            self.book.search(text)
+            self.book.wait_for_found(found)
+            expect(self.browser.run("[...document.querySelectorAll('.found-list a')].map(e => e.textContent)"), names)
+        self.book.search("p06_age")
+        self.book.wait_for_found("1 variable in 1 codebook")
+        self.browser.press("Escape", 27)
+        self.book.wait_for_found("3 codebooks")
+
+    def index_leads_to_the_variable(self):
+        self._open_index()
+        self.book.search("l'eau")
+        self.book.wait_for_found("1 variable in 1 codebook")
+        self.browser.click("document.querySelector('.found-list a')")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(self.browser.run("decodeURIComponent(location.hash)"), "#A~2")
+        expect(self.browser.run("document.querySelector('article.current .label').textContent"), "L\u2019eau <b>")
+
+    def index_fits_a_phone(self):
+        self.browser.look(390, 844)
+        try:
+            self._open_index()
+            self.book.search("a")
+            self.browser.wait_for("document.querySelectorAll('.found-list a').length > 20")
+            expect(self.browser.run("document.documentElement.scrollWidth"), 390)
+        finally:
+            self.browser.look(1200, 900)
 
 
 def run_tests(book, made_data):

@@ -1320,7 +1320,16 @@ function goToGroup(g)
     page("unknown").hidden = true;
     if (sections[g].element.hidden)
         showAll();
-    sections[g].element.scrollIntoView();
+    const { element } = sections[g];
+    drawLate(element);
+    const first = inOrder.findIndex(i => variables[i].group >= g);
+    for (const near of [inOrder[first - 1], inOrder[first]]) {
+        if (near !== undefined)
+            drawChunkOf(near);
+    }
+    element.scrollIntoView();
+    // What came near to the window meanwhile is drawn, and may have moved it.
+    requestAnimationFrame(() => requestAnimationFrame(() => element.scrollIntoView()));
 }
 
 function decodedFragment()
