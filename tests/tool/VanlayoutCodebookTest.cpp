@@ -137,7 +137,10 @@ private Q_SLOTS:
         QVERIFY(whole.open(QIODevice::ReadOnly));
         const QByteArray bytes = whole.readAll();
         folder.write("cut.dta", bytes.left(bytes.size() - 600));
-        const QJsonArray problems = dataOf(pageOf("cut.dta"))["problems"].toArray();
+        const Run made = folder.run({ "codebook", "cut.dta", "-o", "-" });
+        QCOMPARE(made.status, fine);
+        QVERIFY2(made.err.startsWith("vanlayout: cut.dta: reading ended "), made.err.constData());
+        const QJsonArray problems = dataOf(made.out)["problems"].toArray();
         QCOMPARE(problems.at(0).toArray().at(1).toString(), QString("reading-ended"));
     }
 
