@@ -161,7 +161,9 @@ QString quoted(QString text)
     const bool isCut = text.size() > longest;
     text = shortened(std::move(text), longest);
     for (QChar &character : text) {
-        if (character.category() == QChar::Other_Control)
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line
+            || category == QChar::Separator_Paragraph)
             character = QLatin1Char(' ');
     }
     return QLatin1Char('"') + text + QLatin1String(isCut ? "...\"" : "\"");

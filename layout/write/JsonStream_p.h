@@ -60,26 +60,32 @@ private:
     bool isWhole = true;
 };
 
-/// Whether a text has a control character beyond ASCII's first 32, which RapidJSON would write as it is: a terminal
-/// acts on these too.
-inline bool hasFurtherControls(const QString &text)
+/// A control character beyond ASCII's first 32, or U+2028 or U+2029, which end a line. RapidJSON would write them as
+/// they are, but a terminal acts on the former, and many a reader that goes line by line on the latter.
+inline bool isFurtherControl(QChar unit)
 {
-    return std::any_of(text.begin(), text.end(), [](QChar unit) { return unit >= QChar(0x7F) && unit <= QChar(0x9F); });
+    return (unit >= QChar(0x7F) && unit <= QChar(0x9F)) || unit == QChar(QChar::LineSeparator)
+        || unit == QChar(QChar::ParagraphSeparator);
 }
 
 /// Writes a text as a JSON string, all control characters escaped.
 template <typename Writer> void writeJsonString(Writer &json, const QString &text)
 {
     const QByteArray utf8 = text.toUtf8();
-    if (!hasFurtherControls(text)) {
+    if (std::none_of(text.begin(), text.end(), isFurtherControl)) {
         json.String(utf8.constData(), rapidjson::SizeType(utf8.size()));
         return;
     }
     rapidjson::StringBuffer buffer;
     rapidjson::Writer<rapidjson::StringBuffer>(buffer).String(utf8.constData(), rapidjson::SizeType(utf8.size()));
-    QString literal = QString::fromUtf8(buffer.GetString(), int(buffer.GetSize()));
-    for (ushort control = 0x7F; control <= 0x9F; ++control)
-        literal.replace(QChar(control), QStringLiteral("\\u00%1").arg(control, 2, 16));
+    const QString written = QString::fromUtf8(buffer.GetString(), int(buffer.GetSize()));
+    QString literal;
+    for (const QChar unit : written) {
+        if (isFurtherControl(unit))
+            literal += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            literal += unit;
+    }
     const QByteArray escaped = literal.toUtf8();
     json.RawValue(escaped.constData(), size_t(escaped.size()), rapidjson::kStringType);
 }

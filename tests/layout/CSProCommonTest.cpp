@@ -55,6 +55,9 @@ private slots:
     void setsWithoutALinkShareNothing();
     void linkedValuesAreBounded();
     void pathsAreNamesWithSlashes();
+    void namesAreCutInPathsBetweenCharacters();
+    void quotedTextIsOneShortLine_data();
+    void quotedTextIsOneShortLine();
 };
 
 void CSProCommonTest::whiteSpaceAtTheEndOfANoteIsCut_data()
@@ -187,6 +190,37 @@ void CSProCommonTest::pathsAreNamesWithSlashes()
     QCOMPARE(cspro::valuePath(cspro::childPath(cspro::childPath(ids, "ITEM"), "SET"), 2),
              QString("LEVEL/(ids)/ITEM/SET/#2"));
     QCOMPARE(cspro::relationPath("REL"), QString("relations/REL"));
+}
+
+void CSProCommonTest::namesAreCutInPathsBetweenCharacters()
+{
+    const QString pair = QString::fromUtf8("\U0001F600");
+    QCOMPARE(cspro::nameInPath(QString(200, 'a')), QString(200, 'a'));
+    QCOMPARE(cspro::nameInPath(QString(201, 'a')), QString(200, 'a'));
+    QCOMPARE(cspro::nameInPath(QString(199, 'a') + pair), QString(199, 'a'));
+    QCOMPARE(cspro::nameInPath(QString(198, 'a') + pair + 'b'), QString(198, 'a') + pair);
+    QCOMPARE(cspro::childPath("L", QString(300, 'a')), "L/" + QString(200, 'a'));
+}
+
+void CSProCommonTest::quotedTextIsOneShortLine_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("quoted");
+    QTest::newRow("empty") << ""
+                           << "\"\"";
+    QTest::newRow("as long as may be") << QString(40, 'a') << '"' + QString(40, 'a') + '"';
+    QTest::newRow("longer") << QString(41, 'a') << '"' + QString(40, 'a') + "...\"";
+    QTest::newRow("cut within a pair") << QString(39, 'a') + QString::fromUtf8("\U0001F600")
+                                       << '"' + QString(39, 'a') + "...\"";
+    QTest::newRow("control characters") << "a\n\r\t\x1b\x7f" + QString(QChar(0x85)) << "\"a      \"";
+    QTest::newRow("ends of lines") << QString::fromUtf8("a\u2028b\u2029c\u00a0")
+                                   << QString::fromUtf8("\"a b c\u00a0\"");
+}
+
+void CSProCommonTest::quotedTextIsOneShortLine()
+{
+    QFETCH(QString, text);
+    QTEST(cspro::quoted(text), "quoted");
 }
 
 QTEST_APPLESS_MAIN(CSProCommonTest)

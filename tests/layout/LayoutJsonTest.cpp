@@ -198,6 +198,8 @@ void LayoutJsonTest::controlCharactersAreEscaped_data()
     QTest::newRow("of ASCII") << QString("a\x1b\n\"") << QByteArray("\"a\\u001B\\n\\\"\"");
     QTest::newRow("delete") << QString("a\x7f\\") << QByteArray("\"a\\u007f\\\\\"");
     QTest::newRow("of Latin-1") << QString::fromUtf8("\u009b\u00e9") << QByteArray("\"\\u009b\xc3\xa9\"");
+    QTest::newRow("line and paragraph") << QString::fromUtf8("\u2027\u2028\u2029\u202a")
+                                        << QByteArray("\"\xe2\x80\xa7\\u2028\\u2029\xe2\x80\xaa\"");
     QTest::newRow("none") << QString::fromUtf8("\u00a0\u20ac") << QByteArray("\"\xc2\xa0\xe2\x82\xac\"");
 }
 
