@@ -6,8 +6,6 @@
 #include "DdiVariableWriter_p.h"
 #include "DdiVariables_p.h"
 
-#include <algorithm>
-
 namespace vanlayout
 {
 
@@ -56,21 +54,27 @@ private:
         xml.end();
     }
 
+    QVector<Label> titleParts() const
+    {
+        if (!options.title.isEmpty())
+            return { { QString(), options.title } };
+        QVector<Label> titles;
+        for (const Label &label : layout.labels.parts) {
+            const QString title = label.text.trimmed();
+            if (!title.isEmpty())
+                titles.append({ label.language, title });
+        }
+        return titles.isEmpty() ? QVector<Label>{ { QString(), layout.name } } : titles;
+    }
+
     // The title in the first language, and behind it the parallel titles in the others.
     void writeTitles()
     {
-        Labels titles;
-        if (options.title.isEmpty())
-            titles = layout.labels;
-        titles.parts.erase(std::remove_if(titles.parts.begin(), titles.parts.end(),
-                                          [](const Label &title) { return title.text.isEmpty(); }),
-                           titles.parts.end());
-        if (titles.isEmpty())
-            titles.parts = { { QString(), options.title.isEmpty() ? layout.name : options.title } };
-        for (int i = 0; i < titles.parts.size(); ++i) {
+        const QVector<Label> titles = titleParts();
+        for (int i = 0; i < titles.size(); ++i) {
             xml.begin(i == 0 ? QStringLiteral("titl") : QStringLiteral("parTitl"));
-            xml.language(titles.parts.at(i).language);
-            xml.content(titles.parts.at(i).text);
+            xml.language(titles.at(i).language);
+            xml.content(titles.at(i).text);
             xml.end();
         }
     }

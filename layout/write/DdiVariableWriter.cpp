@@ -301,7 +301,9 @@ void DdiVariableWriter::writeNotes(const Item &item)
     writeDdiAliases(xml, item.aliases);
     for (int i = 0; i < item.valueSets.size(); ++i) {
         const ValueSet &set = item.valueSets.at(i);
-        writeValueSet(set, i > 0 || (isForIpums() && hasRanges(set)));
+        const bool hasValues = i > 0 || (isForIpums() && hasRanges(set));
+        if (hasValues || set.labels != item.labels)
+            writeValueSet(set, hasValues);
     }
 }
 

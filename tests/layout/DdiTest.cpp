@@ -3,7 +3,6 @@
 
 #include "read/Reader.h"
 #include "write/Ddi.h"
-#include "write/LanguageTag_p.h"
 #include "write/XmlStream_p.h"
 
 #include <QBuffer>
@@ -238,8 +237,6 @@ private slots:
     void titlesInOtherLanguagesAreParallel();
     void nameOfTheFileIsNowhere();
     void notesOfTheDictionaryAreNotesOfTheStudy();
-    void languagesAreTagsOfBcp47_data();
-    void languagesAreTagsOfBcp47();
     void everyLabelHasItsLanguage();
     void textOfAnUnknownLanguageStays();
     void emptyPartsOfALabelAreNotWritten();
@@ -278,6 +275,7 @@ private slots:
     void missingValuesAreInvalid_data();
     void missingValuesAreInvalid();
     void furtherValueSetsAreNotes();
+    void labelOfTheItemIsNoNoteOfItsValueSet();
     void valuesWithoutALabelAreInTheFirstNote();
     void notesAndImagesOfValuesAreTexts();
     void noteAndAliasesOfAnItemAreKept();
@@ -372,6 +370,8 @@ void DdiTest::titleIsAskedForOrThatOfTheDictionary_data()
     // clang-format off
     QTest::newRow("asked for") << "My title" << "Label" << "NAME" << "My title";
     QTest::newRow("label")     << ""         << "Label" << "NAME" << "Label";
+    QTest::newRow("blanks around") << ""     << "  Label " << "NAME" << "Label";
+    QTest::newRow("blanks alone") << ""      << "  "    << "NAME" << "NAME";
     QTest::newRow("name")      << ""         << ""      << "NAME" << "NAME";
     QTest::newRow("none")      << ""         << ""      << ""     << "";
     // clang-format on
@@ -426,38 +426,6 @@ void DdiTest::notesOfTheDictionaryAreNotesOfTheStudy()
     QCOMPARE(textsOf(notes), QStringList({ "First\nSecond", "A, B" }));
     QCOMPARE(attributesOf(notes, "type"), QStringList({ "note", "aliases" }));
     QVERIFY(ddiOf(dictionary({})).all("stdyDscr/notes").isEmpty());
-}
-
-void DdiTest::languagesAreTagsOfBcp47_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("tag");
-    // clang-format off
-    QTest::newRow("two letters")            << "EN"         << "en";
-    QTest::newRow("three letters")          << "Fil"        << "fil";
-    QTest::newRow("region")                 << "pt-br"      << "pt-br";
-    QTest::newRow("underscore")             << "PT_BR"      << "pt-br";
-    QTest::newRow("region of digits")       << "ES-419"     << "es-419";
-    QTest::newRow("script")                 << "SR-LATN-rs" << "sr-latn-rs";
-    QTest::newRow("variant")                << "de-CH-1901" << "de-ch-1901";
-    QTest::newRow("private use")            << "en-X-Short" << "en-x-short";
-    QTest::newRow("one letter")             << "E"          << "";
-    QTest::newRow("four letters")           << "ENGL"       << "";
-    QTest::newRow("word")                   << "English"    << "";
-    QTest::newRow("digits")                 << "L1"         << "";
-    QTest::newRow("blank within")           << "E N"        << "";
-    QTest::newRow("blank behind")           << "EN "        << "en";
-    QTest::newRow("line feed behind")       << "EN\n"       << "en";
-    QTest::newRow("letter of another kind") << "\u00c9N"    << "";
-    QTest::newRow("empty subtag")           << "en--GB"     << "";
-    QTest::newRow("nothing")                << ""           << "";
-    // clang-format on
-}
-
-void DdiTest::languagesAreTagsOfBcp47()
-{
-    QFETCH(QString, code);
-    QTEST(languageTagOf(code), "tag");
 }
 
 void DdiTest::everyLabelHasItsLanguage()
@@ -1015,6 +983,20 @@ void DdiTest::furtherValueSetsAreNotes()
     QCOMPARE(notes.at(0)["type"], QString("value set"));
 }
 
+void DdiTest::labelOfTheItemIsNoNoteOfItsValueSet()
+{
+    Item item = withValues(numeric("AGE"), { value({ { "1", "" } }, "One") });
+    item.labels = labelled("Age", "EN");
+    item.valueSets[0].values[0].labels = labelled("One", "EN");
+    item.valueSets[0].labels = item.labels;
+    QVERIFY(variableOf(item).all("notes").isEmpty());
+    item.valueSets[0].labels = labelled("Age in years", "EN");
+    QCOMPARE(textsOf(variableOf(item).all("notes")), QStringList({ "Age in years" }));
+    item.valueSets[0].labels = item.labels;
+    item.valueSets.append(item.valueSets.at(0));
+    QCOMPARE(textsOf(variableOf(item).all("notes")), QStringList({ "Age\n1: One" }));
+}
+
 void DdiTest::valuesWithoutALabelAreInTheFirstNote()
 {
     ValueSet set
@@ -1158,7 +1140,8 @@ void DdiTest::xmlHoldsEveryText()
     Layout layout = dictionary({ item });
     layout.labels = labelled(text);
     const XmlElement document = ddiOf(layout);
-    QTEST(document.one("stdyDscr/citation/titlStmt/titl").text, "shown");
+    QFETCH(QString, shown);
+    QCOMPARE(document.one("stdyDscr/citation/titlStmt/titl").text, shown.trimmed());
     const XmlElement variable = document.one("dataDscr/var");
     QTEST(variable["name"], "shown");
     QTEST(variable.one("labl").text, "shown");

@@ -39,6 +39,8 @@ add_executable(print_layout layout/print_layout.cpp)
 van_own_code(print_layout)
 target_link_libraries(print_layout PRIVATE vanlayout_library)
 
+van_add_test(layout/LanguageTagTest.cpp)
+
 # DDI documents follow the schema, where it is at hand.
 van_add_test(layout/DdiTest.cpp)
 van_use_made_data(DdiTest)
