@@ -1482,8 +1482,6 @@ void VanlayoutTest::whatIsWrittenOfAPartOfAStataFileSaysSo()
     QCOMPARE(part.err,
              QByteArray("vanlayout: cut.dta: reading ended after the variables, so value labels and notes may be "
                         "missing: Unable to read from file\n"));
-    const Run compared = run({ "diff", "cut.dta", "cut.dta" });
-    QCOMPARE(compared.err.count("vanlayout: cut.dta: read in part: Unable to read from file\n"), 2);
 }
 
 void VanlayoutTest::failureInAnSpssFileIsOneLine()

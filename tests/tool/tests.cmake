@@ -54,12 +54,8 @@ van_add_test(tool/VanlayoutExportMemoryTest.cpp)
 add_dependencies(VanlayoutExportMemoryTest vanlayout)
 target_compile_definitions(VanlayoutExportMemoryTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
-# Beside the command, the comparison itself.
 van_add_test(tool/VanlayoutDiffTest.cpp)
 add_dependencies(VanlayoutDiffTest vanlayout)
-target_sources(VanlayoutDiffTest PRIVATE ${tool_folder}/Descriptor.cpp ${tool_folder}/Diff.cpp ${tool_folder}/FileType.cpp
-    ${tool_folder}/InputFile.cpp ${tool_folder}/Layout.cpp ${tool_folder}/Records.cpp)
-target_include_directories(VanlayoutDiffTest PRIVATE ${tool_folder})
 target_compile_definitions(VanlayoutDiffTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutDiffTest)
 

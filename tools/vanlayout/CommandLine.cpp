@@ -3,7 +3,7 @@
 #include "Answer.h"
 #include "Codebook.h"
 #include "Completion.h"
-#include "DiffCommand.h"
+#include "Diff.h"
 #include "Explain.h"
 #include "Export.h"
 #include "Fields.h"
@@ -128,14 +128,22 @@ void describeExplain(CLI::App &command, ExplainOptions &options)
     command.add_option("FILE", options.files, "files to explain")->required();
 }
 
-void describeDiff(CLI::App &command, DiffOptions &options)
+void describeDiff(CLI::App &command, DiffCall &options)
 {
-    addFormat(command, options.format);
-    addType(command, options.oldType, "how to read OLD; auto goes by its content", "--old-type");
-    addType(command, options.newType, "how to read NEW; auto goes by its content", "--new-type");
-    addDecimals(command, options.decimals);
-    command.add_option("OLD", options.oldFile, "file with the layout as it was")->required();
-    command.add_option("NEW", options.newFile, "file with the layout as it is")->required();
+    addChoice(command, "--format", options.format, { "table", "json" }, "table or json");
+    command.add_flag("--summary", options.isSummary, "print how often each kind of difference occurs");
+    const auto addKinds = [&](const char *name, std::vector<std::string> &kinds, const char *help) {
+        command.add_option(name, kinds, help)->delimiter(',')->allow_extra_args(false)->type_name("KIND");
+    };
+    addKinds("--only", options.only,
+             "show this kind alone, such as item-label; more after commas, or the option again");
+    addKinds("--ignore", options.ignored, "leave this kind out; more after commas, or the option again");
+    command.add_option("--language", options.language, "compare the labels of this language alone; all by default")
+        ->type_name("CODE");
+    command.add_option("-o,--output", options.output, "file to write; - is standard output, as is none")
+        ->type_name("OUTPUT");
+    command.add_option("OLD", options.oldFile, "file with the layout as it was; - is standard input")->required();
+    command.add_option("NEW", options.newFile, "file with the layout as it is; - is standard input")->required();
 }
 
 void describeCodebook(CLI::App &command, CodebookOptions &options)
@@ -333,8 +341,10 @@ private:
                            "  vanlayout lookup --separator tab occupations.txt",
                            [this](int, char **) { return checkLookup(lookupOptions); }),
                        lookupOptions);
-        describeDiff(add("diff", "Compare the layouts of OLD and NEW variable by variable.",
-                         "  vanlayout diff round1.dcf round2.dcf",
+        describeDiff(add("diff", "Compare the exact layouts of OLD and NEW.",
+                         "  vanlayout diff round1.dcf round2.dcf\n"
+                         "  vanlayout diff --summary --ignore item-start round1.dcf round2.dcf\n"
+                         "  vanlayout diff --format json -o changes.json round1.dcf round2.dcf",
                          [this](int, char **) { return diffLayouts(diffOptions); }),
                      diffOptions);
         describeCodebook(add("codebook", "Write the codebook of each FILE as an HTML page.",
@@ -386,7 +396,7 @@ private:
     FieldsOptions fieldsOptions;
     ExplainOptions explainOptions;
     LookupOptions lookupOptions;
-    DiffOptions diffOptions;
+    DiffCall diffOptions;
     CodebookOptions codebookOptions;
     ExportOptions exportOptions;
     std::string helpTopic;

@@ -1,0 +1,79 @@
+#ifndef LAYOUT_COMPARE_DIFFCHANGES_P_H
+#define LAYOUT_COMPARE_DIFFCHANGES_P_H
+
+#include "compare/Diff.h"
+
+#include <array>
+
+namespace vanlayout
+{
+
+/// Collects changes: those of the kinds that are asked for, up to a bound.
+class ChangeCollector
+{
+public:
+    /// A label set that many items share can differ in each of them.
+    static constexpr int maxChanges = 1000000;
+
+    explicit ChangeCollector(const DiffOptions &options)
+    {
+        isKept.fill(options.only.isEmpty());
+        for (const DiffKind kind : options.only)
+            isKept[size_t(kind)] = true;
+        for (const DiffKind kind : options.ignored)
+            isKept[size_t(kind)] = false;
+    }
+
+    bool keeps(DiffKind kind) const { return isKept[size_t(kind)]; }
+
+    /// Adds a change at the place that \a change describes already.
+    void add(Change change, DiffKind kind, const QString &before, const QString &after)
+    {
+        if (!keeps(kind))
+            return;
+        if (changes.size() == maxChanges) {
+            isCut = true;
+            return;
+        }
+        change.kind = kind;
+        change.before = before;
+        change.after = after;
+        changes.append(change);
+    }
+    void addIfDifferent(const Change &place, DiffKind kind, const QString &before, const QString &after)
+    {
+        if (before != after)
+            add(place, kind, before, after);
+    }
+
+    const QVector<Change> &all() const { return changes; }
+    bool isIncomplete() const { return isCut; }
+
+private:
+    std::array<bool, size_t(DiffKind::ValueColor) + 1> isKept = {};
+    QVector<Change> changes;
+    bool isCut = false;
+};
+
+/// A note as it is compared: white space in it does not count.
+inline QString comparableNote(const QString &note)
+{
+    return note.simplified();
+}
+
+/// Aliases as they are compared: their order does not count.
+inline QString comparableAliases(QStringList aliases)
+{
+    if (aliases.size() > 1)
+        aliases.sort();
+    return aliases.join(QLatin1String(", "));
+}
+
+inline QString yesOrNo(bool value)
+{
+    return value ? QStringLiteral("yes") : QStringLiteral("no");
+}
+
+} // namespace vanlayout
+
+#endif

@@ -1,0 +1,247 @@
+#include "compare/DiffMatching_p.h"
+
+namespace vanlayout
+{
+
+namespace
+{
+
+/// A name within a record.
+struct NameKey {
+    quint64 record = 0;
+    QString name;
+
+    bool operator==(const NameKey &other) const { return record == other.record && name == other.name; }
+};
+
+struct NameKeyHash {
+    size_t operator()(const NameKey &key) const
+    {
+        const KeyedHash hash;
+        return hash({ key.record, hash(key.name) });
+    }
+};
+
+/// The traits that two items share which are taken for one under two names. A trait that a rule does not use is 0 or
+/// empty.
+struct Traits {
+    quint64 record = 0;
+    int start = 0;
+    int length = 0;
+    bool isSubitem = false;
+    QString type;
+    QString label;
+    quint64 values = 0;
+
+    bool operator==(const Traits &other) const
+    {
+        return record == other.record && start == other.start && length == other.length && isSubitem == other.isSubitem
+            && values == other.values && type == other.type && label == other.label;
+    }
+};
+
+struct TraitsHash {
+    size_t operator()(const Traits &traits) const
+    {
+        const KeyedHash hash;
+        return hash({ traits.record, quint64(traits.start), quint64(traits.length), quint64(traits.isSubitem),
+                      hash(traits.type), hash(traits.label), traits.values });
+    }
+};
+
+/// The traits that a rule uses.
+struct RenamingRule {
+    bool byStart = false;
+    bool byLength = false;
+    bool byValues = false;
+    bool needsLabel = false;
+};
+
+// Of two records whose items partly have the same names, those are one that have most of them in common.
+bool areMost(int common, int itemsOfOne, int itemsOfOther)
+{
+    return common * 2 >= std::max(itemsOfOne, itemsOfOther) && common > 0;
+}
+
+} // namespace
+
+QString ItemContainer::name() const
+{
+    if (record)
+        return record->name;
+    return level ? QStringLiteral("(ids)") : QString();
+}
+
+ItemList::ItemList(const Layout &layout, const DiffScope &scope)
+{
+    const bool hasRecords = scope.areCSPro();
+    if (!hasRecords)
+        begin(nullptr, nullptr, 0);
+    for (int depth = 0; depth < layout.levels.size(); ++depth) {
+        const Level &level = layout.levels.at(depth);
+        if (hasRecords)
+            begin(&level, nullptr, depth);
+        append(level.ids, scope);
+        for (const Record &record : level.records) {
+            if (hasRecords)
+                begin(&level, &record, depth);
+            append(record.items, scope);
+        }
+    }
+}
+
+void ItemList::begin(const Level *level, const Record *record, int depth)
+{
+    containerList.append({ level, record, depth, itemList.size(), 0 });
+}
+
+void ItemList::append(const QVector<Item> &items, const DiffScope &scope)
+{
+    int parent = Pairing::none;
+    for (const Item &item : items) {
+        if (!item.isSubitem)
+            parent = itemList.size();
+        if (!scope.holdsType(item))
+            continue;
+        itemList.append({ &item, item.isSubitem ? parent : Pairing::none, containerList.size() - 1 });
+        ++containerList.last().itemCount;
+    }
+}
+
+ItemMatching::ItemMatching(const ItemList &beforeItems, const ItemList &afterItems, const DiffScope &scope,
+                           const LabelComparison &labelComparison, ValueSetComparison &valueSets)
+    : before(beforeItems)
+    , after(afterItems)
+    , labels(labelComparison)
+    , values(valueSets)
+    , recordPairing(before.containers().size(), after.containers().size())
+    , itemPairing(before.items().size(), after.items().size())
+{
+    matchRecords(scope.areCSPro());
+    matchItems();
+    matchItemsElsewhere();
+    matchRenamedItems(scope);
+}
+
+void ItemMatching::matchRecords(bool hasRecords)
+{
+    if (!hasRecords) {
+        recordPairing.pair(0, 0);
+        return;
+    }
+    const auto name = [](const ItemContainer &container, bool folds) {
+        // The id items of a level have its depth for a name.
+        if (!container.record)
+            return std::optional(NameKey{ quint64(container.depth) + 1, QString() });
+        return std::optional(NameKey{ 0, folds ? container.record->name.toCaseFolded() : container.record->name });
+    };
+    for (const bool folds : { false, true })
+        recordPairing.inOrder<NameKeyHash>([&](int i) { return name(before.containers().at(i), folds); },
+                                           [&](int i) { return name(after.containers().at(i), folds); });
+    matchRecordsByItems();
+    const auto traits = [&](const ItemContainer &container, LabelComparison::Side side) {
+        Traits ofRecord;
+        if (!container.record)
+            return std::optional<Traits>();
+        ofRecord.type = container.record->recordType;
+        ofRecord.label = labels.keyText(container.record->labels, side);
+        return ofRecord.label.isEmpty() ? std::nullopt : std::optional(ofRecord);
+    };
+    recordPairing.ifUnique<TraitsHash>(
+        [&](int i) { return traits(before.containers().at(i), LabelComparison::Before); },
+        [&](int i) { return traits(after.containers().at(i), LabelComparison::After); });
+}
+
+// Pairs records without a partner that have most of their items in common, by name.
+void ItemMatching::matchRecordsByItems()
+{
+    KeyedMap<QString, int> recordOfName; // of the later layout
+    for (const ItemPlace &place : after.items()) {
+        if (recordPairing.partnerOfAfter(place.container) == Pairing::none
+            && after.containers().at(place.container).record)
+            recordOfName.emplace(place.item->name, place.container);
+    }
+    if (recordOfName.empty())
+        return;
+    for (int i = 0; i < before.containers().size(); ++i) {
+        const ItemContainer &container = before.containers().at(i);
+        if (recordPairing.partnerOfBefore(i) != Pairing::none || !container.record)
+            continue;
+        std::unordered_map<int, int> common;
+        int best = Pairing::none;
+        for (int item = container.firstItem; item < container.firstItem + container.itemCount; ++item) {
+            const auto found = recordOfName.find(before.items().at(item).item->name);
+            if (found == recordOfName.end())
+                continue;
+            const int count = ++common[found->second];
+            if (best == Pairing::none || count > common[best])
+                best = found->second;
+        }
+        if (best != Pairing::none && recordPairing.partnerOfAfter(best) == Pairing::none
+            && areMost(common[best], container.itemCount, after.containers().at(best).itemCount))
+            recordPairing.pair(i, best);
+    }
+}
+
+std::optional<quint64> ItemMatching::pairOf(LabelComparison::Side side, int item) const
+{
+    if (side == LabelComparison::Before) {
+        const int record = before.items().at(item).container;
+        return recordPairing.partnerOfBefore(record) == Pairing::none ? std::nullopt : std::optional(quint64(record));
+    }
+    const int record = recordPairing.partnerOfAfter(after.items().at(item).container);
+    return record == Pairing::none ? std::nullopt : std::optional(quint64(record));
+}
+
+void ItemMatching::matchItems()
+{
+    const auto name = [this](const ItemList &list, LabelComparison::Side side, int item, bool folds) {
+        const std::optional<quint64> record = pairOf(side, item);
+        const QString &ofItem = list.items().at(item).item->name;
+        return record ? std::optional(NameKey{ *record, folds ? ofItem.toCaseFolded() : ofItem }) : std::nullopt;
+    };
+    for (const bool folds : { false, true })
+        itemPairing.inOrder<NameKeyHash>([&](int i) { return name(before, LabelComparison::Before, i, folds); },
+                                         [&](int i) { return name(after, LabelComparison::After, i, folds); });
+}
+
+void ItemMatching::matchItemsElsewhere()
+{
+    using Name = std::optional<QString>;
+    itemPairing.ifUnique([&](int i) { return Name(before.items().at(i).item->name); },
+                         [&](int i) { return Name(after.items().at(i).item->name); });
+    itemPairing.ifUnique([&](int i) { return Name(before.items().at(i).item->name.toCaseFolded()); },
+                         [&](int i) { return Name(after.items().at(i).item->name.toCaseFolded()); });
+}
+
+void ItemMatching::matchRenamedItems(const DiffScope &scope)
+{
+    const bool hasColumns = scope.areCSPro();
+    const bool hasLength = scope.isOneFamily();
+    const bool hasValues = hasColumns || scope.areStatistical();
+    const auto traits = [&](const ItemList &list, LabelComparison::Side side, int index, const RenamingRule &rule) {
+        const std::optional<quint64> record = pairOf(side, index);
+        const Item &item = *list.items().at(index).item;
+        Traits ofItem;
+        ofItem.label = record ? labels.keyText(item.labels, side) : QString();
+        if (!record || (rule.needsLabel && ofItem.label.isEmpty()) || (rule.byStart && item.start <= 0))
+            return std::optional<Traits>();
+        ofItem.record = *record;
+        ofItem.start = rule.byStart ? item.start : 0;
+        ofItem.length = rule.byLength && hasLength ? item.length : 0;
+        ofItem.isSubitem = hasColumns && item.isSubitem;
+        ofItem.type = item.type;
+        ofItem.values = rule.byValues && hasValues ? values.contentOf(item, side) : 0;
+        return std::optional(ofItem);
+    };
+    // Columns and all texts; columns and label, with another length or other values; texts at other columns.
+    const RenamingRule rules[]
+        = { { true, true, true, false }, { true, false, false, true }, { false, true, true, true } };
+    for (const RenamingRule &rule : rules) {
+        if (!rule.byStart || hasColumns)
+            itemPairing.ifUnique<TraitsHash>([&](int i) { return traits(before, LabelComparison::Before, i, rule); },
+                                             [&](int i) { return traits(after, LabelComparison::After, i, rule); });
+    }
+}
+
+} // namespace vanlayout

@@ -1,0 +1,110 @@
+#ifndef LAYOUT_COMPARE_DIFFPAIRING_P_H
+#define LAYOUT_COMPARE_DIFFPAIRING_P_H
+
+#include "util/KeyedHash_p.h"
+
+#include <QVector>
+
+#include <algorithm>
+#include <optional>
+#include <unordered_map>
+
+namespace vanlayout
+{
+
+/// The pairs of equal elements of two lists. Each rule pairs what the rules before it left over.
+class Pairing
+{
+public:
+    static constexpr int none = -1;
+
+    Pairing(int beforeCount, int afterCount)
+        : afterOf(beforeCount, none)
+        , beforeOf(afterCount, none)
+    {
+    }
+
+    int partnerOfBefore(int index) const { return afterOf.at(index); }
+    int partnerOfAfter(int index) const { return beforeOf.at(index); }
+    int beforeCount() const { return afterOf.size(); }
+    int afterCount() const { return beforeOf.size(); }
+
+    void pair(int before, int after)
+    {
+        afterOf[before] = after;
+        beforeOf[after] = before;
+    }
+
+    /// Pairs elements of one key: the first with the first, the second with the second. A key function takes an index
+    /// and answers an optional key; an element without a key is left alone.
+    template <typename Hash = KeyedHash, typename BeforeKey, typename AfterKey>
+    void inOrder(BeforeKey beforeKey, AfterKey afterKey)
+    {
+        match<Hash>(beforeKey, afterKey, true);
+    }
+    /// Pairs elements whose key comes once on each side.
+    template <typename Hash = KeyedHash, typename BeforeKey, typename AfterKey>
+    void ifUnique(BeforeKey beforeKey, AfterKey afterKey)
+    {
+        match<Hash>(beforeKey, afterKey, false);
+    }
+
+private:
+    struct Candidates {
+        int firstBefore = none;
+        int firstAfter = none;
+        bool isRepeated = false;
+    };
+
+    template <typename Hash, typename BeforeKey, typename AfterKey>
+    void match(BeforeKey beforeKey, AfterKey afterKey, bool isInOrder)
+    {
+        using Key = std::decay_t<decltype(*beforeKey(0))>;
+        std::unordered_map<Key, Candidates, Hash> candidates;
+        QVector<int> next(beforeOf.size(), none);
+        // From the end, so that the first of several is the one that is found.
+        for (int i = afterCount() - 1; i >= 0; --i) {
+            const std::optional<Key> key = partnerOfAfter(i) == none ? afterKey(i) : std::nullopt;
+            if (!key)
+                continue;
+            Candidates &alike = candidates[*key];
+            alike.isRepeated = alike.isRepeated || alike.firstAfter != none;
+            next[i] = alike.firstAfter;
+            alike.firstAfter = i;
+        }
+        if (candidates.empty())
+            return;
+        if (!isInOrder)
+            findRepeated(candidates, beforeKey);
+        for (int i = 0; i < beforeCount(); ++i) {
+            const std::optional<Key> key = partnerOfBefore(i) == none ? beforeKey(i) : std::nullopt;
+            const auto found = key ? candidates.find(*key) : candidates.end();
+            if (found == candidates.end() || found->second.firstAfter == none)
+                continue;
+            if (!isInOrder && found->second.isRepeated)
+                continue;
+            const int after = found->second.firstAfter;
+            found->second.firstAfter = next.at(after);
+            pair(i, after);
+        }
+    }
+
+    template <typename Map, typename BeforeKey> void findRepeated(Map &candidates, BeforeKey beforeKey) const
+    {
+        for (int i = 0; i < beforeCount(); ++i) {
+            const auto key = partnerOfBefore(i) == none ? beforeKey(i) : std::nullopt;
+            const auto found = key ? candidates.find(*key) : candidates.end();
+            if (found == candidates.end())
+                continue;
+            found->second.isRepeated = found->second.isRepeated || found->second.firstBefore != none;
+            found->second.firstBefore = i;
+        }
+    }
+
+    QVector<int> afterOf;
+    QVector<int> beforeOf;
+};
+
+} // namespace vanlayout
+
+#endif

@@ -1,0 +1,132 @@
+#include "compare/DiffScope_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+/// A statement of a file that is no part of the survey, or of its data rather than of their layout.
+struct Fact {
+    const char *what;
+    bool isOfData;
+    bool (*differs)(const Layout &before, const Layout &after);
+};
+
+// clang-format off
+constexpr Fact facts[] = {
+    { "container",           false, [](const Layout &b, const Layout &a) { return b.container != a.container; } },
+    { "format version",      false, [](const Layout &b, const Layout &a) { return b.formatVersion != a.formatVersion; } },
+    { "encoding",            false, [](const Layout &b, const Layout &a) { return b.encoding != a.encoding; } },
+    { "relative positions",  false, [](const Layout &b, const Layout &a) { return b.relativePositions != a.relativePositions; } },
+    { "defaults of new items", false, [](const Layout &b, const Layout &a) { return b.decimalMark != a.decimalMark || b.zeroFill != a.zeroFill; } },
+    { "editable",            false, [](const Layout &b, const Layout &a) { return b.editable != a.editable; } },
+    { "security",            false, [](const Layout &b, const Layout &a) { return b.security != a.security; } },
+    { "read optimization",   false, [](const Layout &b, const Layout &a) { return b.readOptimization != a.readOptimization; } },
+    { "binary items enabled", false, [](const Layout &b, const Layout &a) { return b.enableBinaryItems != a.enableBinaryItems; } },
+    { "value set images",    false, [](const Layout &b, const Layout &a) { return b.valueSetImages != a.valueSetImages; } },
+    { "further statements",  false, [](const Layout &b, const Layout &a) { return b.extras != a.extras; } },
+    { "number of rows",      true,  [](const Layout &b, const Layout &a) { return b.rows != a.rows; } },
+    { "creation date",       true,  [](const Layout &b, const Layout &a) { return b.created != a.created; } },
+    { "modification date",   true,  [](const Layout &b, const Layout &a) { return b.modified != a.modified; } },
+};
+// clang-format on
+
+const char ofFile[] = "it is of the file, not of the survey";
+const char ofData[] = "it is of the data, not of their layout";
+
+// A whole number that fits into 32 bits, as a code that can have a label in a Stata file.
+bool isStataCode(const QString &code)
+{
+    bool isNumber = false;
+    code.toInt(&isNumber);
+    return isNumber || (code.startsWith(QLatin1Char('.')) && code.size() == 2);
+}
+
+bool isExtendedMissing(const QString &code)
+{
+    return code.startsWith(QLatin1Char('.')) && (code.size() == 1 || !code.at(1).isDigit());
+}
+
+bool hasRecordLength(const Layout &layout)
+{
+    return std::any_of(layout.levels.begin(), layout.levels.end(), [](const Level &level) {
+        return std::any_of(level.records.begin(), level.records.end(),
+                           [](const Record &record) { return record.length.has_value(); });
+    });
+}
+
+} // namespace
+
+DiffScope::DiffScope(const Layout &beforeLayout, const Layout &afterLayout)
+    : before(beforeLayout)
+    , after(afterLayout)
+{
+}
+
+bool DiffScope::isOneFamily() const
+{
+    return isOneFormat() || areCSPro() || (isSpss(before.format) && isSpss(after.format))
+        || (isSas(before.format) && isSas(after.format));
+}
+
+int DiffScope::maxItemLabel() const
+{
+    constexpr int ofXport = 40;
+    constexpr int ofStata = 80;
+    if (isOneFormat())
+        return 0;
+    if (isAny(Format::SasXport))
+        return ofXport;
+    return isAny(Format::Stata) ? ofStata : 0;
+}
+
+bool DiffScope::holdsCode(bool isNumeric, const Range &range) const
+{
+    if (isOneFamily())
+        return true;
+    if (!range.to.isEmpty())
+        return false;
+    if (isAny(Format::Stata) && (!isNumeric || !isStataCode(range.from)))
+        return false;
+    const bool holdsMissing
+        = !isCSPro(before.format) && !isCSPro(after.format) && !isSpss(before.format) && !isSpss(after.format);
+    return holdsMissing || !isNumeric || !isExtendedMissing(range.from);
+}
+
+void DiffScope::addFacts(QVector<NotCompared> &list) const
+{
+    for (const Fact &fact : facts) {
+        if ((isOneFamily() || fact.isOfData) && fact.differs(before, after))
+            list.append({ QLatin1String(fact.what), QLatin1String(fact.isOfData ? ofData : ofFile) });
+    }
+}
+
+QVector<NotCompared> DiffScope::notCompared() const
+{
+    QVector<NotCompared> list;
+    const auto add = [&](const char *what, const char *why) {
+        list.append({ QLatin1String(what), QLatin1String(why) });
+    };
+    const char one[] = "one of the formats does not have it";
+    if (!areCSPro() && !areStatistical()) {
+        for (const char *what : { "levels", "records", "columns", "occurrences", "ranges of codes", "special values",
+                                  "value sets after the first", "notes" })
+            add(what, one);
+    } else if (areCSPro()) {
+        if (!isOneFormat() && (hasRecordLength(before) || hasRecordLength(after)))
+            add("record length", one);
+    } else if (!isOneFamily()) {
+        for (const char *what : { "storage", "user-missing values", "alignment", "display width",
+                                  "formats other than "
+                                  "fixed numbers",
+                                  "names of value sets", "notes", "weight variable" })
+            add(what, one);
+    }
+    addFacts(list);
+    return list;
+}
+
+} // namespace vanlayout

@@ -1,0 +1,291 @@
+#include "compare/DiffValues_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+// A code as the file has it, of the entry that a change is about.
+QString codeOf(const CodeEntry &entry)
+{
+    if (!entry.range || entry.value->special == Special::NotApplicable)
+        return describeCode({});
+    return describeCode(
+        { entry.range->from.trimmed(), entry.key.to.isEmpty() ? QString() : entry.range->to.trimmed() });
+}
+
+// The codes of several entries.
+QString codesOf(const QVector<CodeEntry> &entries, int begin, int end)
+{
+    QString codes = codeOf(entries.at(begin));
+    for (int i = begin + 1; i < end; ++i)
+        codes += QLatin1String(", ") + codeOf(entries.at(i));
+    return codes;
+}
+
+// Where the entries end that belong to the same two values as the one at \a begin: they are part of one difference.
+int endOfValues(const QVector<CodeEntry> &before, const QVector<CodeEntry> &after, const Pairing &pairing, int begin)
+{
+    const Value *const other = after.at(pairing.partnerOfBefore(begin)).value;
+    int end = begin + 1;
+    while (end < before.size() && before.at(end).value == before.at(begin).value
+           && pairing.partnerOfBefore(end) != Pairing::none && after.at(pairing.partnerOfBefore(end)).value == other)
+        ++end;
+    return end;
+}
+
+// The path of an image as CSPro 8 writes it.
+QString imagePath(const QString &image)
+{
+    QString path = image;
+    path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    return path.startsWith(QLatin1String("./")) ? path.mid(2) : path;
+}
+
+// The name that a value set had if its item always had the name of today: sets are named after their item.
+QString nameAfter(const QString &set, const Item &before, const Item &after)
+{
+    return before.name != after.name && set.startsWith(before.name) ? after.name + set.mid(before.name.size()) : set;
+}
+
+} // namespace
+
+ValueSetComparison::Sets ValueSetComparison::setsOf(const Item &item, bool isNumeric) const
+{
+    Sets sets;
+    for (const ValueSet &set : item.valueSets) {
+        if (scope.isOneFamily())
+            sets.append(&set);
+        else if (sets.isEmpty() && !entriesOf(set.values, isNumeric).isEmpty())
+            sets.append(&set);
+    }
+    return sets;
+}
+
+void ValueSetComparison::compare(const Item &before, const Item &after, const Change &place, ChangeCollector &changes)
+{
+    if (before.valueSets.isEmpty() && after.valueSets.isEmpty())
+        return;
+    const bool isNumeric = before.isNumeric() && after.isNumeric();
+    const Sets ofBefore = setsOf(before, isNumeric);
+    const Sets ofAfter = setsOf(after, isNumeric);
+    const Pairing pairing = pairSets(before, ofBefore, after, ofAfter, isNumeric);
+    Change ofSet = place;
+    for (int i = 0; i < ofBefore.size(); ++i) {
+        const int partner = pairing.partnerOfBefore(i);
+        ofSet.valueSet = ofBefore.at(i)->name;
+        if (partner == Pairing::none)
+            changes.add(ofSet, DiffKind::ValueSetRemoved, labels.text(ofBefore.at(i)->labels, LabelComparison::Before),
+                        QString());
+        else
+            compareSets(*ofBefore.at(i), *ofAfter.at(partner), before, after, isNumeric, ofSet, changes);
+    }
+    for (int i = 0; i < ofAfter.size(); ++i) {
+        ofSet.valueSet = ofAfter.at(i)->name;
+        if (pairing.partnerOfAfter(i) == Pairing::none)
+            changes.add(ofSet, DiffKind::ValueSetAdded, QString(),
+                        labels.text(ofAfter.at(i)->labels, LabelComparison::After));
+    }
+}
+
+Pairing ValueSetComparison::pairSets(const Item &before, const Sets &ofBefore, const Item &after, const Sets &ofAfter,
+                                     bool isNumeric)
+{
+    Pairing pairing(ofBefore.size(), ofAfter.size());
+    if (!scope.namesValueSets()) {
+        for (int i = 0; i < std::min(ofBefore.size(), ofAfter.size()); ++i)
+            pairing.pair(i, i);
+        return pairing;
+    }
+    const bool haveOne = ofBefore.size() == 1 && ofAfter.size() == 1;
+    if (haveOne && ofBefore.constFirst()->name == ofAfter.constFirst()->name) {
+        pairing.pair(0, 0);
+        return pairing;
+    }
+    pairSetsByName(before, ofBefore, after, ofAfter, pairing);
+    pairSetsByContent(ofBefore, ofAfter, isNumeric, pairing);
+    return pairing;
+}
+
+void ValueSetComparison::pairSetsByName(const Item &before, const Sets &ofBefore, const Item &after,
+                                        const Sets &ofAfter, Pairing &pairing) const
+{
+    using Name = std::optional<QString>;
+    pairing.inOrder([&](int i) { return Name(ofBefore.at(i)->name); },
+                    [&](int i) { return Name(ofAfter.at(i)->name); });
+    pairing.inOrder([&](int i) { return Name(nameAfter(ofBefore.at(i)->name, before, after).toCaseFolded()); },
+                    [&](int i) { return Name(ofAfter.at(i)->name.toCaseFolded()); });
+}
+
+void ValueSetComparison::pairSetsByContent(const Sets &ofBefore, const Sets &ofAfter, bool isNumeric, Pairing &pairing)
+{
+    using Key = std::optional<quint64>;
+    const auto key = [&](const ValueSet &set, Side side, quint64 Content::*part) {
+        return set.values.isEmpty() ? Key() : Key(contentOf(set.values, isNumeric, side).*part);
+    };
+    for (const auto part : { &Content::labelled, &Content::codes })
+        pairing.inOrder([&](int i) { return key(*ofBefore.at(i), LabelComparison::Before, part); },
+                        [&](int i) { return key(*ofAfter.at(i), LabelComparison::After, part); });
+    if (ofBefore.size() != 1 || ofAfter.size() != 1 || pairing.partnerOfBefore(0) != Pairing::none)
+        return;
+    // The only set of both items, under another name and with other values, is the same where they have codes in
+    // common.
+    const QVector<CodeEntry> before = entriesOf(ofBefore.constFirst()->values, isNumeric);
+    const Pairing entries = pairEntries(before, entriesOf(ofAfter.constFirst()->values, isNumeric));
+    for (int i = 0; i < before.size(); ++i) {
+        if (entries.partnerOfBefore(i) != Pairing::none)
+            pairing.pair(0, 0);
+    }
+}
+
+void ValueSetComparison::compareSets(const ValueSet &before, const ValueSet &after, const Item &itemBefore,
+                                     const Item &itemAfter, bool isNumeric, Change place, ChangeCollector &changes)
+{
+    if (scope.namesValueSets()) {
+        const QString expected = nameAfter(before.name, itemBefore, itemAfter);
+        const bool isSame = before.name == after.name || expected == after.name
+            || (scope.foldsNames() && expected.compare(after.name, Qt::CaseInsensitive) == 0);
+        if (!isSame)
+            changes.add(place, DiffKind::ValueSetRenamed, before.name, after.name);
+    }
+    if (scope.areCSPro()) {
+        labels.compare(before.labels, after.labels, 0,
+                       [&](const QString &language, const QString &textBefore, const QString &textAfter) {
+                           Change inLanguage = place;
+                           inLanguage.language = language;
+                           changes.add(inLanguage, DiffKind::ValueSetLabel, textBefore, textAfter);
+                       });
+        if (comparableNote(before.note) != comparableNote(after.note))
+            changes.add(place, DiffKind::ValueSetNote, before.note, after.note);
+        changes.addIfDifferent(place, DiffKind::ValueSetAliases, comparableAliases(before.aliases),
+                               comparableAliases(after.aliases));
+    }
+    const Differences &differences = differencesOf(before.values, after.values, isNumeric);
+    for (const Difference &difference : differences) {
+        place.code = difference.code;
+        place.language = difference.language;
+        changes.add(place, difference.kind, difference.before, difference.after);
+    }
+}
+
+QVector<CodeEntry> ValueSetComparison::entriesOf(const QVector<Value> &values, bool isNumeric) const
+{
+    QVector<CodeEntry> entries;
+    entries.reserve(values.size());
+    for (const Value &value : values) {
+        if (value.ranges.isEmpty() && scope.isOneFamily())
+            entries.append({ CodeKey(), &value, nullptr });
+        for (const Range &range : value.ranges) {
+            if (scope.holdsCode(isNumeric, range))
+                entries.append({ keyOf(value, range, isNumeric), &value, &range });
+        }
+    }
+    return entries;
+}
+
+const ValueSetComparison::Content &ValueSetComparison::contentOf(const QVector<Value> &values, bool isNumeric,
+                                                                 Side side)
+{
+    const auto [found, isNew] = contents.emplace(std::make_tuple(values.constData(), isNumeric, side), Content());
+    if (!isNew)
+        return found->second;
+    const KeyedHash hash;
+    for (const CodeEntry &entry : entriesOf(values, isNumeric)) {
+        const quint64 code = CodeKeyHash()(entry.key);
+        found->second.codes += hash(code);
+        found->second.labelled += hash({ code, hash(labels.keyText(entry.value->labels, side)) });
+    }
+    return found->second;
+}
+
+quint64 ValueSetComparison::contentOf(const Item &item, Side side)
+{
+    quint64 content = 0;
+    for (const ValueSet *set : setsOf(item, item.isNumeric()))
+        content += contentOf(set->values, item.isNumeric(), side).labelled;
+    return content;
+}
+
+const ValueSetComparison::Differences &ValueSetComparison::differencesOf(const QVector<Value> &before,
+                                                                         const QVector<Value> &after, bool isNumeric)
+{
+    const auto [found, isNew]
+        = known.emplace(std::make_tuple(before.constData(), after.constData(), isNumeric), Differences());
+    if (isNew)
+        found->second = compareEntries(entriesOf(before, isNumeric), entriesOf(after, isNumeric));
+    return found->second;
+}
+
+Pairing ValueSetComparison::pairEntries(const QVector<CodeEntry> &before, const QVector<CodeEntry> &after)
+{
+    Pairing pairing(before.size(), after.size());
+    int common = 0; // entries at the beginning that are the same in both
+    while (common < std::min(before.size(), after.size()) && before.at(common).key == after.at(common).key) {
+        pairing.pair(common, common);
+        ++common;
+    }
+    if (common == before.size() || common == after.size())
+        return pairing;
+    using Key = std::optional<CodeKey>;
+    pairing.inOrder<CodeKeyHash>([&](int i) { return Key(before.at(i).key); },
+                                 [&](int i) { return Key(after.at(i).key); });
+    return pairing;
+}
+
+ValueSetComparison::Differences ValueSetComparison::compareEntries(const QVector<CodeEntry> &before,
+                                                                   const QVector<CodeEntry> &after) const
+{
+    Differences differences;
+    const Pairing pairing = pairEntries(before, after);
+    for (int i = 0; i < before.size();) {
+        const CodeEntry &entry = before.at(i);
+        const int partner = pairing.partnerOfBefore(i);
+        if (partner == Pairing::none) {
+            differences.append({ DiffKind::ValueRemoved, codeOf(entry), QString(),
+                                 labels.text(entry.value->labels, LabelComparison::Before), QString() });
+            ++i;
+            continue;
+        }
+        const int end = endOfValues(before, after, pairing, i);
+        const int count = differences.size();
+        compareValues(*entry.value, *after.at(partner).value, differences);
+        if (differences.size() > count) {
+            const QString code = codesOf(before, i, end);
+            std::for_each(differences.begin() + count, differences.end(),
+                          [&](Difference &difference) { difference.code = code; });
+        }
+        i = end;
+    }
+    for (int i = 0; i < after.size(); ++i) {
+        if (pairing.partnerOfAfter(i) == Pairing::none)
+            differences.append({ DiffKind::ValueAdded, codeOf(after.at(i)), QString(), QString(),
+                                 labels.text(after.at(i).value->labels, LabelComparison::After) });
+    }
+    return differences;
+}
+
+void ValueSetComparison::compareValues(const Value &one, const Value &other, Differences &differences) const
+{
+    labels.compare(one.labels, other.labels, 0,
+                   [&](const QString &language, const QString &textBefore, const QString &textAfter) {
+                       differences.append({ DiffKind::ValueLabel, QString(), language, textBefore, textAfter });
+                   });
+    if (!scope.areCSPro())
+        return;
+    const auto add = [&](DiffKind kind, const QString &textBefore, const QString &textAfter) {
+        differences.append({ kind, QString(), QString(), textBefore, textAfter });
+    };
+    if (one.note != other.note && comparableNote(one.note) != comparableNote(other.note))
+        add(DiffKind::ValueNote, one.note, other.note);
+    if (one.special != other.special)
+        add(DiffKind::ValueSpecial, wordOf(one.special), wordOf(other.special));
+    if (one.image != other.image && imagePath(one.image) != imagePath(other.image))
+        add(DiffKind::ValueImage, one.image, other.image);
+    if (one.textColor.compare(other.textColor, Qt::CaseInsensitive) != 0)
+        add(DiffKind::ValueColor, one.textColor, other.textColor);
+}
+
+} // namespace vanlayout
