@@ -192,6 +192,8 @@ void VanlayoutShowTest::languagesThatDoNotFitAreOnFurtherLines()
                 .out.contains("CSPro dictionary, text form 7.7, HOMES_DICT, 6 variables,\n"
                               "  languages AA BB CC DD EE FF GG HH II JJ KK LL MM NN\n"
                               "\n"));
+    QVERIFY(runShell(folder, "COLUMNS= \"$0\" show many.dcf")
+                .out.contains("6 variables, languages AA BB CC DD EE FF GG HH II JJ KK LL MM NN\n"));
     const Run narrow = runShell(folder, "COLUMNS=30 \"$0\" show many.dcf");
     QVERIFY2(narrow.out.contains("\nCSPro dictionary, text form 7\u2026\n"
                                  "  HOMES_DICT, 6 variables,\n"

@@ -2,8 +2,8 @@
 
 #include "LayoutText.h"
 
-#include <algorithm>
 #include <utility>
+#include <vector>
 
 using vanlayout::Item;
 using vanlayout::Labels;
@@ -29,15 +29,6 @@ QString namesOf(const QVector<ValueSet> &sets)
     for (const ValueSet &set : sets)
         names.append(set.name);
     return names.join(QLatin1Char(' '));
-}
-
-// The text in a language alone: a label that has none there is an empty cell, not the one of another language.
-QString textIn(const Labels &labels, const QString &language)
-{
-    const auto found = std::find_if(labels.parts.begin(), labels.parts.end(), [&](const vanlayout::Label &part) {
-        return part.language.compare(language, Qt::CaseInsensitive) == 0;
-    });
-    return found != labels.parts.end() ? found->text : QString();
 }
 
 QString textOf(const QVector<Range> &ranges)
@@ -111,6 +102,8 @@ CodeCsv::CodeCsv(std::FILE *out, QStringList labelLanguages)
     : line(out)
     , languages(std::move(labelLanguages))
 {
+    for (int i = 0; i < languages.size(); ++i)
+        columns.emplace(languages.at(i).toLower(), i);
 }
 
 void CodeCsv::writeHeader()
@@ -137,27 +130,37 @@ void CodeCsv::write(const Layout &layout)
     });
 }
 
+// The text in each language, one text alone where there are no languages. A label that has none in a language is an
+// empty cell, not the one of another language, but for the first.
+QStringList CodeCsv::textsOf(const Labels &labels) const
+{
+    if (languages.isEmpty())
+        return { labels.primary() };
+    std::vector<QString> texts(size_t(languages.size()));
+    for (const vanlayout::Label &part : labels.parts) {
+        const auto column = columns.find(part.language.toLower());
+        if (column != columns.end() && texts[size_t(column->second)].isEmpty())
+            texts[size_t(column->second)] = part.text;
+    }
+    if (texts.front().isEmpty())
+        texts.front() = labels.primary();
+    return QStringList(texts.begin(), texts.end());
+}
+
 // A value without a code keeps its label: its line has no code.
 void CodeCsv::writeValue(const QString &file, const QString &item, const ValueSet &set, const Value &value)
 {
-    if (value.ranges.isEmpty())
-        writeCode(file, item, set, value, Range());
-    for (const Range &range : value.ranges)
-        writeCode(file, item, set, value, range);
-}
-
-void CodeCsv::writeCode(const QString &file, const QString &item, const ValueSet &set, const Value &value,
-                        const Range &range)
-{
-    line.add(file);
-    line.add(item);
-    line.add(set.name);
-    line.add(range.from);
-    line.add(range.to);
-    if (languages.isEmpty())
-        line.add(value.labels.primary());
-    for (int i = 0; i < languages.size(); ++i)
-        line.add(i == 0 ? value.labels.in(languages.at(i)) : textIn(value.labels, languages.at(i)));
-    line.add(wordOf(value.special));
-    line.end();
+    const QStringList texts = textsOf(value.labels);
+    const QVector<Range> ranges = value.ranges.isEmpty() ? QVector<Range>(1) : value.ranges;
+    for (const Range &range : ranges) {
+        line.add(file);
+        line.add(item);
+        line.add(set.name);
+        line.add(range.from);
+        line.add(range.to);
+        for (const QString &text : texts)
+            line.add(text);
+        line.add(wordOf(value.special));
+        line.end();
+    }
 }

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <cstdio>
+#include <map>
 
 /// Writes the items of exact layouts as CSV: a header line before the first layout, then one line an item.
 class ItemCsv
@@ -43,12 +44,12 @@ private:
     void writeHeader();
     void writeValue(const QString &file, const QString &item, const vanlayout::ValueSet &set,
                     const vanlayout::Value &value);
-    void writeCode(const QString &file, const QString &item, const vanlayout::ValueSet &set,
-                   const vanlayout::Value &value, const vanlayout::Range &range);
+    QStringList textsOf(const vanlayout::Labels &labels) const;
 
     CsvLine line;
     bool hasHeader = false;
     QStringList languages;
+    std::map<QString, int> columns; ///< of the languages, in small letters
 };
 
 #endif

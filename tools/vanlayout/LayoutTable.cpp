@@ -171,7 +171,8 @@ private:
             codes.append(printable(language.name));
         codes.first().prepend(QLatin1String("languages "));
         const QString inOne = codes.join(QLatin1Char(' '));
-        return columnsOf(inOne) + gap <= style.width ? QStringList(inOne) : codes;
+        const bool fits = style.width == 0 || columnsOf(inOne) + gap <= style.width;
+        return fits ? QStringList(inOne) : codes;
     }
     // Texts with blanks between them, on as many lines as they need.
     void wrapped(const QStringList &texts) const

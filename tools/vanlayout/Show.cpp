@@ -19,6 +19,7 @@
 #include <map>
 #include <memory>
 #include <new>
+#include <set>
 #include <utility>
 
 using vanlayout::JsonStyle;
@@ -286,10 +287,11 @@ private:
         if (!language.isEmpty())
             return { language };
         QStringList languages;
+        std::set<QString> known; // in small letters
         for (int i = 0; i < files.size(); ++i) {
             const Layout layout = read(files.at(i));
             for (const Language &declared : layout.languages) {
-                if (!languages.contains(declared.name, Qt::CaseInsensitive))
+                if (known.insert(declared.name.toLower()).second)
                     languages.append(declared.name);
             }
             if (files.size() == 1 || !QFileInfo(files.at(i)).isFile())
