@@ -8,7 +8,7 @@
 namespace vanlayout
 {
 
-/// What a value set says, in one language.
+/// The statements of a value set in one language.
 struct DdiValueSetNote {
     QString language; ///< empty where the file names none
     QStringList lines;
