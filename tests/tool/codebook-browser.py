@@ -395,6 +395,7 @@ Note=Not grown.
 Value=98;Refused
 Name=REFUSED,Special
 Value=' ';Blank
+Value='7  ';Seven
 
 [ValueSet]
 Label=Others
@@ -403,11 +404,12 @@ Value=1;One
 """, "#A")
         self.browser.wait_for("document.querySelector('article.current') !== null")
         expect(self.browser.run("[...document.querySelectorAll('caption')].map(e => e.innerText)"),
-               ["A_VS1 Ages 3 values", "A_VS2 Others 1 value"])
+               ["A_VS1 Ages 4 values", "A_VS2 Others 1 value"])
         rows = self.browser.run("[...document.querySelectorAll('tbody tr')].map(e => e.innerText.replace(/\\n+/g, ' '))")
-        expect(rows, ["0 to 14, 99\tYoung image child.png Not grown.", "98\tRefused refused", "1 blank\tBlank",
+        expect(rows, ["0 to 14, 99\tYoung image child.png Not grown.", "98\tRefused refused", "1 blank\tBlank", "7\tSeven",
                       "1\tOne"])
-        expect(self.browser.run("document.querySelector('article .values').textContent"), "4 value labels in 2 sets")
+        expect(self.browser.run("document.querySelectorAll('tbody .code')[3].textContent"), "7")
+        expect(self.browser.run("document.querySelector('article .values').textContent"), "5 value labels in 2 sets")
 
     def missing_values_of_statistical_files_are_marked(self):
         file = os.path.join(self.book.folder, "ages.sav")

@@ -3,6 +3,7 @@
 const foundStep = 20; // variables of a codebook that are shown at a time
 
 const titleOf = book => book.label || book.name || "";
+const linkTextOf = book => titleOf(book) || book.file || "Codebook";
 const hrefOf = book => encodeURIComponent(book.page);
 
 let texts = null; // of each variable of each codebook, folded
@@ -15,7 +16,7 @@ function prepareSearch()
 
 function makeTitle(book, words)
 {
-    const link = titleOf(book) === "" ? make("a", "", "Codebook") : markWords(makeText("a", "", titleOf(book)), words);
+    const link = markWords(makeText("a", "", linkTextOf(book)), words);
     link.href = hrefOf(book);
     return make("h2", "", link);
 }
@@ -25,7 +26,7 @@ function makeFacts(book, words)
     const facts = make("p", "facts");
     if (book.label && book.name)
         facts.append(markWords(makeText("code", "", book.name), words), " · ");
-    if (book.file)
+    if (book.file && titleOf(book) !== "")
         facts.append(markWords(makeText("span", "", book.file), words), " · ");
     if (book.format)
         facts.append(shown(book.format), " · ");

@@ -14,6 +14,7 @@ const mostNeighbours = 8;      // variables on the same columns that are named
 const mostRecordsAtOnce = 100; // of a layout with more, each record is drawn as it comes near
 const linkStep = 100;          // links to records that are shown at a time
 const mostChoices = 1000;      // of records and languages
+const widthOfLetter = 8;       // on a ruler, in pixels
 
 const severities = {
     error: "The file has no layout.",
@@ -82,8 +83,9 @@ const membersOf = groups.map(() => []);
 variables.forEach((variable, i) => membersOf[variable.group].push(i));
 const subitemsOf = new Map();
 variables.forEach(({ holder }, i) => {
-    if (holder !== undefined)
-        subitemsOf.set(holder, [...(subitemsOf.get(holder) || []), i]);
+    if (holder !== undefined && !subitemsOf.has(holder))
+        subitemsOf.set(holder, []);
+    subitemsOf.get(holder)?.push(i);
 });
 
 const nameOf = variable => variable.name || "(no name)";
@@ -487,22 +489,21 @@ function makeProperties(i)
 {
     const variable = variables[i];
     const list = make("dl");
-    const add = (caption, value) => {
+    const add = (caption, value, className = "") => {
         if (value !== undefined && value !== "")
-            list.append(make("div", "", make("dt", "", caption),
+            list.append(make("div", className, make("dt", "", caption),
                              value instanceof Node ? make("dd", "", value) : makeText("dd", "", String(value))));
     };
     add("Type", inWords(typeOf(variable)));
     add("Format", variable.form === typeOf(variable) ? "" : variable.form);
     if (groups.length > 1)
-        add("Record", groups[variable.group].isIds ? "all (id item)" : groups[variable.group].name);
+        add("Record", groups[variable.group].isIds ? "all (id item)" : groups[variable.group].name, "of-record");
     if (hasColumns(variable))
         add(lengthOf(variable) === 1 ? "Column" : "Columns", columnsOf(variable));
     add("Length", lengthInWords(variable));
     add("Decimals", decimalsInWords(variable));
     add("Zero fill", variable.isZeroFilled ? "yes" : "");
-    if (occurrencesOf(variable) > 1)
-        add("Occurrences", occurrencesInWords(variable));
+    add("Occurrences", occurrencesInWords(variable));
     if (variable.holder !== undefined)
         add("Subitem of", makeLink(variable.holder));
     else if (variable.isSubitem)
@@ -529,10 +530,16 @@ function makeProperties(i)
     return list;
 }
 
+// A subitem repeats with the item that holds it.
 function occurrencesInWords(variable)
 {
     const count = occurrencesOf(variable);
-    if (!hasColumns(variable) || variable.holder !== undefined)
+    const ofHolder = variable.holder === undefined ? 1 : occurrencesOf(variables[variable.holder]);
+    if (ofHolder > 1)
+        return (count > 1 ? written(count) + " in each of " : "") + written(ofHolder) + " of its item";
+    if (count === 1)
+        return "";
+    if (!hasColumns(variable))
         return written(count);
     const last = startOf(variable) + (count - 1) * lengthOf(variable);
     return written(count) + ", the last in " + columnsFrom(last, last + lengthOf(variable) - 1);
@@ -550,12 +557,12 @@ function makeOccurrences(occurrenceLabels)
     return make("div", "occurrence-labels", make("p", "hint", "Occurrences"), list);
 }
 
-// Blanks alone would not be seen.
+// Blanks alone would not be seen; those behind a code only fill the item.
 function makeCode(codes)
 {
     const text = codesInWords(codes);
     if (text.trim() !== "")
-        return makeText("td", "code", text);
+        return makeText("td", "code", text.replace(/ +$/, ""));
     const words = rangesOf(codes).length === 0 ? "no code" : text === "" ? "empty" : counted(text.length, "blank");
     return make("td", "code blank", words);
 }
@@ -591,7 +598,8 @@ function makeValueSet(variable, set)
     for (const cell of head.children)
         cell.scope = "col";
     const caption = make("caption");
-    if (set.name && !data.isStatistical)
+    // The sets of an SPSS file have no names; those that they are given say nothing.
+    if (set.name && !(data.isStatistical && /^labels\d+$/.test(set.name)))
         caption.append(makeText("span", "name", set.name), " ");
     if (labelOf(set))
         caption.append(makeLabel("span", "", labelOf(set)), " ");
@@ -616,7 +624,8 @@ function showDetails(row, i)
         details.append(makeProblemsBeside(problemsOfVariable.get(i)));
     if (variable.occurrenceLabels)
         details.append(makeOccurrences(variable.occurrenceLabels));
-    details.append(...setsOf(variable).map(set => makeValueSet(variable, set)));
+    if (setsOf(variable).length > 0)
+        details.append(make("div", "value-sets", ...setsOf(variable).map(set => makeValueSet(variable, set))));
     const link = make("a", "permalink", "Link to this variable");
     link.href = linkTo(i);
     link.dataset.variable = i;
@@ -992,9 +1001,10 @@ class Ruler
             element.setAttribute("aria-label", element.textContent + (numbers ? ", occurrence " + numbers : "")
                                  + (start === end ? ", column " : ", columns ") + columnsFrom(start, end));
             element.tabIndex = -1;
+            const named = element.textContent + " " + numbers;
             if (isAgain)
-                element.textContent = numbers;
-            if (width < (isAgain ? 9 * numbers.length + 8 : 40))
+                element.textContent = width < widthOfLetter * named.length + 8 ? numbers : named;
+            if (width < (isAgain ? widthOfLetter * numbers.length + 8 : 40))
                 element.textContent = "";
             element.dataset.stop = part.stop;
             element.dataset.start = start;
