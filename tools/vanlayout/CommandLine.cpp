@@ -146,28 +146,27 @@ void describeDiff(CLI::App &command, DiffCall &options)
     command.add_option("NEW", options.newFile, "file with the layout as it is; - is standard input")->required();
 }
 
-void describeCodebook(CLI::App &command, CodebookOptions &options)
-{
-    LayoutOutput &output = options.output;
-    command
-        .add_option("-o,--output", output.output,
-                    "page to write, - is standard output; of several files, the folder for their pages and an index")
-        ->required()
-        ->type_name("OUTPUT");
-    command.add_flag("-r,--recursive", output.walksFolders, "read the files of folders, and of the folders within them");
-    command.add_option("--language", output.language, "language that a page opens in; the primary one by default")
-        ->type_name("CODE");
-    command.add_option("--catalog", output.catalog, "SAS catalog with the value labels of a SAS data set")
-        ->type_name("FILE");
-    command.add_flag("--no-problems", options.hasNoProblems, "leave the problems of the files out");
-    command.add_option("FILE", output.files, "files to write the codebooks of; - is standard input")->required();
-}
-
 void addOutput(CLI::App &command, LayoutOutput &output)
 {
     command.add_flag("-r,--recursive", output.walksFolders, "read the files of folders, and of folders in them");
     command.add_option("--catalog", output.catalog, "SAS catalog with the value labels of a SAS data set")
         ->type_name("FILE");
+}
+
+void describeCodebook(CLI::App &command, CodebookOptions &options)
+{
+    command
+        .add_option("--language", options.output.language, "language that a page opens in; the primary one by default")
+        ->type_name("CODE");
+    command.add_flag("--no-problems", options.hasNoProblems, "leave the problems of the files out");
+    addOutput(command, options.output);
+    command
+        .add_option("-o,--output", options.output.output,
+                    "page to write, - is standard output; of several files, the folder for their pages and an index")
+        ->required()
+        ->type_name("OUTPUT");
+    command.add_option("FILE", options.output.files, "files to write the codebooks of; - is standard input")
+        ->required();
 }
 
 void describeExport(CLI::App &command, ExportOptions &options)
