@@ -280,7 +280,7 @@ void VanlayoutShowTest::valuesAreShownBeneathTheirItem()
                          "    BIRTH_MONTH_VS1: Months\n"
                          "      1 to 12  Month\n"
                          "      99       Unknown  [missing]\n"
-                         "               Not asked  [not applicable]\n"
+                         "      \"  \"     Not asked  [not applicable]\n"
                          "WEIGHT"));
     QVERIFY(out.contains("    KIND_VS1: Kind\n"
                          "      A , B   First\n"

@@ -296,7 +296,20 @@ private:
             }
         }
     }
-    static QString codesOf(const Value &value) { return printable(describeRanges(value.ranges)); }
+    // A code of nothing but blanks is in quotation marks, so that it can be seen.
+    static QString codesOf(const Value &value)
+    {
+        const auto isBlank
+            = [](const vanlayout::Range &range) { return range.to.isEmpty() && range.from.trimmed().isEmpty(); };
+        if (std::none_of(value.ranges.begin(), value.ranges.end(), isBlank))
+            return printable(describeRanges(value.ranges));
+        QVector<vanlayout::Range> ranges = value.ranges;
+        for (vanlayout::Range &range : ranges) {
+            if (isBlank(range))
+                range.from = QLatin1Char('"') + range.from + QLatin1Char('"');
+        }
+        return printable(describeRanges(ranges));
+    }
 
     const Layout &layout;
     const LayoutTableStyle &style;
