@@ -106,3 +106,20 @@ if(VAN_SYSTEM_PYTHON)
         set_tests_properties(${name} PROPERTIES SKIP_RETURN_CODE 77)
     endforeach()
 endif()
+
+# Layouts in the forms of other standards: each document follows its standard. JSON Schema needs that library, too.
+if(VAN_SYSTEM_PYTHON)
+    set(forms ${CMAKE_CURRENT_SOURCE_DIR}/layout/forms)
+    add_test(NAME FormCheckers COMMAND ${VAN_SYSTEM_PYTHON} -m unittest discover -s ${forms} -p test_checkers.py)
+    van_test_properties(FormCheckers layout)
+    add_test(NAME JsonSchemaInstances COMMAND ${VAN_SYSTEM_PYTHON} ${forms}/instances.py $<TARGET_FILE:export_layout>)
+    van_test_properties(JsonSchemaInstances layout)
+    set_tests_properties(JsonSchemaInstances PROPERTIES SKIP_RETURN_CODE 77)
+    foreach(form csvw frictionless json-schema)
+        add_test(NAME Form-${form} COMMAND ${VAN_SYSTEM_PYTHON} ${forms}/check_forms.py ${form}
+            $<TARGET_FILE:export_layout> ${PROJECT_SOURCE_DIR}/examples ${CMAKE_CURRENT_SOURCE_DIR}/data ${made_data}
+            ${real_dictionaries})
+        van_test_properties(Form-${form} layout)
+        set_tests_properties(Form-${form} PROPERTIES SKIP_RETURN_CODE 77)
+    endforeach()
+endif()

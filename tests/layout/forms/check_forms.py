@@ -1,0 +1,47 @@
+"""Checks the forms of all given files: each follows its standard, and a JSON Schema takes and refuses what it must.
+
+Usage: check_forms.py FORM EXPORT_LAYOUT PATH...    (FORM is csvw, frictionless or json-schema; a folder stands for
+all files in it; a file without a layout, or without a table where the form wants one, is passed over)
+Ends with status 77, a skip, where the library jsonschema is wanted and not installed.
+"""
+import importlib
+import json
+import pathlib
+import subprocess
+import sys
+
+NO_LAYOUT = 2
+TABLES = {"csvw": "tables", "frictionless": "resources"}  # where a form has them, it wants one at least
+
+
+def files_of(paths):
+    for path in map(pathlib.Path, paths):
+        yield from sorted(p for p in path.rglob("*") if p.is_file()) if path.is_dir() else [path]
+
+
+def main():
+    form, program, *paths = sys.argv[1:]
+    try:
+        checker = importlib.import_module(form.replace("-", "_"))
+    except ImportError as error:
+        print(error)
+        return 77
+    documents = wrong = 0
+    for path in files_of(paths):
+        run = subprocess.run([program, form, str(path)], capture_output=True, check=False)
+        if run.returncode == NO_LAYOUT:
+            continue
+        document = json.loads(run.stdout) if run.returncode == 0 else {}
+        if document and not document.get(TABLES.get(form), True):
+            continue
+        violations = checker.violations(document) if document else [run.stderr.decode()]
+        for violation in violations[:10]:
+            print(f"{path}: {violation}")
+        documents += 1
+        wrong += bool(violations)
+    print(f"{documents} documents, {wrong} with violations")
+    return 1 if wrong or not documents else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
