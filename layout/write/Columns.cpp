@@ -97,8 +97,9 @@ private:
 
 QString occurrenceText(const Item &item, int occurrence, const QString &language)
 {
-    const auto label = std::find_if(item.occurrenceLabels.begin(), item.occurrenceLabels.end(),
-                                    [&](const OccurrenceLabel &entry) { return entry.occurrence == occurrence; });
+    const auto *const label
+        = std::find_if(item.occurrenceLabels.begin(), item.occurrenceLabels.end(),
+                       [&](const OccurrenceLabel &entry) { return entry.occurrence == occurrence; });
     const QString text = label == item.occurrenceLabels.end() ? QString() : label->labels.in(language);
     return text.isEmpty() ? QString::number(occurrence) : text;
 }

@@ -134,7 +134,8 @@ string zshOption(const CLI::Option &option)
     string script;
     for (const string &spelling : spellings) {
         const string others = spellings.size() > 1 ? "(" + joined(spellings) + ")" : string();
-        script += " \\\n                " + quoted(others + spelling + "[" + help + "]" + value);
+        script += " \\\n                ";
+        script += quoted(string(others).append(spelling).append("[").append(help).append("]").append(value));
     }
     return script;
 }

@@ -77,7 +77,7 @@ QString counted(int count, const char *word)
 
 QString describeDecimals(const Item &item)
 {
-    const QString type = describeType(item);
+    QString type = describeType(item);
     if (item.decimals == 0)
         return type;
     const char *word = !item.format.isEmpty() ? "decimal" : item.decimalMark ? "written decimal" : "implied decimal";

@@ -27,7 +27,7 @@ private:
         const vanlayout::Item *parent; ///< item that holds a subitem; null for others
     };
 
-    void add(const QVector<vanlayout::Item> &items);
+    void add(const QVector<vanlayout::Item> &list);
     const Found *find(const QString &variable) const;
 
     KeyedMap<QString, Found> items; ///< by name; a name that several items have leads to none
