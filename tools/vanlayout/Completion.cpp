@@ -24,7 +24,7 @@ string replaced(string text, const string &found, const string &replacement)
 }
 
 // A text in single quotes, as bash and zsh read it.
-string quoted(const string &text)
+string shellQuoted(const string &text)
 {
     return '\'' + replaced(text, "'", "'\\''") + '\'';
 }
@@ -135,7 +135,7 @@ string zshOption(const CLI::Option &option)
     for (const string &spelling : spellings) {
         const string others = spellings.size() > 1 ? "(" + joined(spellings) + ")" : string();
         script += " \\\n                ";
-        script += quoted(string(others).append(spelling).append("[").append(help).append("]").append(value));
+        script += shellQuoted(string(others).append(spelling).append("[").append(help).append("]").append(value));
     }
     return script;
 }
@@ -145,8 +145,8 @@ string zshScript(const CLI::App &app)
     string script = "#compdef vanlayout\n# Completion of vanlayout for zsh.\n_vanlayout()\n{\n    local -a commands\n"
                     "    commands=(\n";
     for (const CLI::App *command : subcommandsOf(app))
-        script
-            += "        " + quoted(command->get_name() + ":" + replaced(command->get_description(), ":", "\\:")) + "\n";
+        script += "        " + shellQuoted(command->get_name() + ":" + replaced(command->get_description(), ":", "\\:"))
+            + "\n";
     script += "    )\n    if ((CURRENT == 2)); then\n        _describe command commands\n        _arguments";
     for (const CLI::Option *option : optionsOf(app))
         script += zshOption(*option);
@@ -158,7 +158,8 @@ string zshScript(const CLI::App &app)
             script += zshOption(*option);
         const Words choices = positionalChoices(*command);
         script += " \\\n                "
-            + quoted(choices.empty() ? "*:file:_files" : "*:value:(" + joined(choices) + ")") + "\n            ;;\n";
+            + shellQuoted(choices.empty() ? "*:file:_files" : "*:value:(" + joined(choices) + ")")
+            + "\n            ;;\n";
     }
     return script + "    esac\n}\n_vanlayout \"$@\"\n";
 }
