@@ -71,6 +71,7 @@ private slots:
     void headingHasTheFactsOfItsRecord();
     void recordWithoutItemsHasItsHeadingAlone();
     void wideCodeHasALineOfItsOwn();
+    void longTypeIsCut();
     void verySmallTerminalIsNotExceeded();
     void columnThatIsEmptyThroughoutIsLeftOut();
     void longNameHasALineOfItsOwn();
@@ -236,6 +237,16 @@ void VanlayoutShowTest::wideCodeHasALineOfItsOwn()
     const QByteArray blanks(24 - 1 + 2, ' ');
     QVERIFY(show({ "--labels", "codes.dcf" })
                 .out.contains("      " + code + "\n      " + QByteArray(26, ' ') + "Wide\n      1" + blanks + "One\n"));
+}
+
+void VanlayoutShowTest::longTypeIsCut()
+{
+    folder.write(
+        "type.dcf",
+        R"({"name":"D","relativePositions":false,"recordType":{"start":0,"length":0},"levels":[{"name":"L",)"
+        R"("ids":{"items":[{"name":"A","contentType":"abcdefghijklmnopqrstuvwxyz","start":1,"length":1}]}}]})");
+    const QByteArray out = show({ "--quiet", "type.dcf" }).out;
+    QVERIFY2(out.contains("\nA     abcdefghijklmnopqrstuvw…      1    1\n"), out.constData());
 }
 
 void VanlayoutShowTest::verySmallTerminalIsNotExceeded()
