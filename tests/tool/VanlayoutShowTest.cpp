@@ -251,6 +251,8 @@ void VanlayoutShowTest::longTypeIsCut()
 
 void VanlayoutShowTest::verySmallTerminalIsNotExceeded()
 {
+    QVERIFY(
+        runShell(folder, "COLUMNS=34 \"$0\" show homes.dcf").out.contains("\nPERSON (type \"P\", max 20, optiona…\n"));
     for (const char *columns : { "1", "5", "12", "20", "33" }) {
         const QList<QByteArray> lines
             = linesOf(runShell(folder, QString("COLUMNS=%1 \"$0\" show --labels homes.dcf").arg(columns)).out);

@@ -108,9 +108,9 @@ private:
                 widths[size_t(column)] = std::max(widths[size_t(column)], columnsOf(headOfTable()[size_t(column)]));
         }
         if (widths[Name] > nameRoom())
-            widths[Name] = longestNameWithin(std::max(nameRoom(), minNameWidth));
+            widths[Name] = longestNameWithin(nameRoom());
     }
-    // The width of the longest name that fits into some columns.
+    // The width of the longest name that fits into some columns; no less than a short name has.
     int longestNameWithin(int room) const
     {
         int longest = minNameWidth;
