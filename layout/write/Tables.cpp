@@ -72,15 +72,19 @@ int setHeads(QVector<Table> &tables, int first, int headAbove)
 
 QVector<Table> tablesOf(const Layout &layout)
 {
+    static const Record idsAlone;
     QVector<Table> tables;
     UniqueNames names;
     int head = -1;
-    for (int level = 0; level < layout.levels.size(); ++level) {
+    for (int index = 0; index < layout.levels.size(); ++index) {
+        const Level &level = layout.levels.at(index);
         const int first = tables.size();
-        for (const Record &record : layout.levels.at(level).records) {
-            const bool isKeyed = isOnce(record) && hasIds(layout, level);
-            tables.append({ level, &record, uniqueName(names, safeName(record.name)), isKeyed, -1 });
+        for (const Record &record : level.records) {
+            const bool isKeyed = isOnce(record) && hasIds(layout, index);
+            tables.append({ index, &record, uniqueName(names, safeName(record.name)), isKeyed, -1 });
         }
+        if (level.records.isEmpty() && !level.ids.isEmpty())
+            tables.append({ index, &idsAlone, uniqueName(names, safeName(level.name)), true, -1 });
         head = setHeads(tables, first, head);
     }
     return tables;

@@ -34,6 +34,7 @@ private slots:
     void recordsOfOneRowACaseAreKeyed();
     void rowsReferToTheHeadOfTheirLevel();
     void withoutIdsThereAreNoKeys();
+    void aLevelOfIdsAloneHasATable();
     void valueSetsAreTermSets();
     void textsInLanguagesHaveTheirTag();
     void theTitleIsThatOfTheFileOrTheGivenOne();
@@ -402,6 +403,20 @@ void CsvwTest::withoutIdsThereAreNoKeys()
     const QJsonArray tables = tablesOf(layout);
     for (const QJsonValue &table : tables)
         QCOMPARE(schemaOf(table).keys(), QStringList{ "columns" });
+}
+
+void CsvwTest::aLevelOfIdsAloneHasATable()
+{
+    Layout layout;
+    layout.levels = { made::level({ made::item("A"), made::item("B") }, {}), made::level({}, {}),
+                      made::level({ made::item("C") }, {}) };
+    layout.levels[2].name = "LAST";
+    const QJsonArray tables = tablesOf(layout);
+    QCOMPARE(tables.size(), 2);
+    QCOMPARE(tables.at(0)["url"].toString(), QString("data.csv"));
+    QCOMPARE(schemaOf(tables.at(0)).value("primaryKey").toArray(), array({ "A", "B" }));
+    QCOMPARE(tables.at(1)["url"].toString(), QString("LAST.csv"));
+    QCOMPARE(columnsOf(tables.at(1)).size(), 3);
 }
 
 void CsvwTest::valueSetsAreTermSets()
