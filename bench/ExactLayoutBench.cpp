@@ -5,6 +5,7 @@
 #include "WholeProcess.h"
 
 #include "read/Reader.h"
+#include "write/Ddi.h"
 
 #include <benchmark/benchmark.h>
 
@@ -90,6 +91,55 @@ void readAndWalk(benchmark::State &state, const Form &form)
     finish(state, path);
 }
 
+using Write = bool (*)(const vanlayout::Layout &layout, QIODevice &device);
+
+bool ddi(const vanlayout::Layout &layout, QIODevice &device)
+{
+    return vanlayout::writeDdi(layout, device);
+}
+
+// Counts what a form has, and keeps nothing.
+class CountingDevice : public QIODevice
+{
+public:
+    CountingDevice() { open(QIODevice::WriteOnly); }
+
+    qint64 count = 0;
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+    qint64 writeData(const char *, qint64 size) override
+    {
+        count += size;
+        return size;
+    }
+};
+
+void writeOnly(benchmark::State &state, Write write)
+{
+    const QString path = dictionaryFile(text, state);
+    const vanlayout::Layout layout = vanlayout::readLayout(path);
+    CountingDevice device;
+    for (auto round : state) {
+        if (!write(layout, device)) {
+            state.SkipWithError("nothing was written");
+            return;
+        }
+    }
+    state.SetBytesProcessed(device.count);
+    state.SetComplexityN(state.range(0) * (state.range(1) + 1));
+}
+
+// `vanlayout export`, beside `vanlayout show` of the same file.
+void exportProcess(benchmark::State &state, const char *target)
+{
+    const QString path = dictionaryFile(text, state);
+    const std::vector<std::string> command = { VAN_TOOL, "export", "--to", target, path.toStdString() };
+    const std::vector<std::string> show = { VAN_TOOL, "show", "--quiet", "--format", "json", path.toStdString() };
+    measureProcesses(state, *processRunner, command, show);
+    finish(state, path);
+}
+
 // The counters `other_ms` and `ratio` are about the other command.
 void wholeProcess(benchmark::State &state, const Form &form, const char *format)
 {
@@ -126,6 +176,8 @@ BENCHMARK_CAPTURE(readAndWalk, text, text)->Apply(lopsided);
 BENCHMARK_CAPTURE(wholeProcess, textCsv, text, "csv")->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(wholeProcess, jsonCsv, json, "csv")->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(wholeProcess, textJson, text, "json")->Apply(growing)->UseManualTime()->Complexity();
+BENCHMARK_CAPTURE(writeOnly, ddi, ddi)->Apply(growing)->Complexity();
+BENCHMARK_CAPTURE(exportProcess, ddi, "ddi")->Apply(growing)->UseManualTime()->Complexity();
 
 int main(int argc, char **argv)
 {
