@@ -1,6 +1,8 @@
 #ifndef LAYOUT_WRITE_JSONSTREAM_P_H
 #define LAYOUT_WRITE_JSONSTREAM_P_H
 
+#include "WriteAll_p.h"
+
 #include <QByteArray>
 #include <QIODevice>
 #include <QString>
@@ -13,20 +15,6 @@
 
 namespace vanlayout
 {
-
-/// Writes all bytes, and returns whether the device took them. A device that took a part is asked again: a file whose
-/// disk is full only then has an error.
-inline bool writeAll(QIODevice &device, const char *bytes, qint64 size)
-{
-    while (size > 0) {
-        const qint64 taken = device.write(bytes, size);
-        if (taken <= 0)
-            return false;
-        bytes += taken;
-        size -= taken;
-    }
-    return true;
-}
 
 /// Output stream of RapidJSON on a device, through a buffer.
 class JsonStream

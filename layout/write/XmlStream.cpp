@@ -1,6 +1,6 @@
 #include "XmlStream_p.h"
 
-#include "LanguageTag_p.h"
+#include "WriteAll_p.h"
 
 #include <algorithm>
 
@@ -11,7 +11,6 @@ namespace
 {
 
 constexpr ushort firstPicture = 0x2400; // the signs of the control characters, in their order
-constexpr int flushedSize = 1 << 16;
 
 bool isHeldByXml(QChar unit)
 {
@@ -49,12 +48,37 @@ QString xmlText(const QString &text)
     return std::all_of(text.begin(), text.end(), isHeldByXml) ? text : withSigns(text);
 }
 
-XmlStream::XmlStream(QIODevice &target)
-    : device(target)
-    , xml(&buffer)
+OutputBuffer::OutputBuffer(QIODevice &device)
+    : target(device)
 {
-    buffer.buffer().reserve(2 * flushedSize);
-    buffer.open(QIODevice::WriteOnly);
+    open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+}
+
+bool OutputBuffer::flush()
+{
+    isWhole = isWhole && writeAll(target, buffer.data(), qint64(used));
+    used = 0;
+    return isWhole;
+}
+
+// Takes all bytes also where the device refuses them: a writer that was refused some would go on all the same.
+qint64 OutputBuffer::writeData(const char *bytes, qint64 size)
+{
+    for (qint64 done = 0; done < size;) {
+        if (used == buffer.size())
+            flush();
+        const qint64 part = std::min(size - done, qint64(buffer.size() - used));
+        std::copy_n(bytes + done, part, buffer.begin() + used);
+        used += size_t(part);
+        done += part;
+    }
+    return size;
+}
+
+XmlStream::XmlStream(QIODevice &target)
+    : output(target)
+    , xml(&output)
+{
     xml.setAutoFormatting(true);
     xml.setAutoFormattingIndent(2);
 }
@@ -62,15 +86,7 @@ XmlStream::XmlStream(QIODevice &target)
 bool XmlStream::endDocument()
 {
     xml.writeEndDocument();
-    flush();
-    return isWhole;
-}
-
-void XmlStream::end()
-{
-    xml.writeEndElement();
-    if (buffer.size() >= flushedSize)
-        flush();
+    return output.flush();
 }
 
 void XmlStream::attributeIfAny(const QString &name, const QString &value)
@@ -88,13 +104,6 @@ void XmlStream::textElementIfAny(const QString &element, const QString &text)
 {
     if (!text.isEmpty())
         textElement(element, text);
-}
-
-void XmlStream::flush()
-{
-    isWhole = isWhole && device.write(buffer.data()) == buffer.size();
-    buffer.buffer().resize(0);
-    buffer.seek(0);
 }
 
 } // namespace vanlayout

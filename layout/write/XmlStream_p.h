@@ -4,8 +4,10 @@
 #include "model/Layout.h"
 #include "write/LanguageTag_p.h"
 
-#include <QBuffer>
+#include <QIODevice>
 #include <QXmlStreamWriter>
+
+#include <array>
 
 namespace vanlayout
 {
@@ -14,6 +16,27 @@ namespace vanlayout
 /// and following), U+FFFD for half of a surrogate pair, U+FFFE and U+FFFF. A carriage return, which a parser would
 /// change, has its picture too; tab and line feed stay.
 QString xmlText(const QString &text);
+
+/// Hands bytes on to a device in large parts: the XML writer has a few bytes at a time.
+class OutputBuffer : public QIODevice
+{
+public:
+    /// \a device is open for writing and outlives this object.
+    explicit OutputBuffer(QIODevice &device);
+
+    /// Hands the rest on. False if the device refused something.
+    bool flush();
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+    qint64 writeData(const char *bytes, qint64 size) override;
+
+private:
+    QIODevice &target;
+    std::array<char, 1 << 16> buffer;
+    size_t used = 0;
+    bool isWhole = true;
+};
 
 /// Writes an XML document onto a device, through a buffer. All texts go through xmlText().
 class XmlStream
@@ -27,7 +50,7 @@ public:
     bool endDocument();
 
     void begin(const QString &element) { xml.writeStartElement(element); }
-    void end();
+    void end() { xml.writeEndElement(); }
     /// The next attributes belong to this element, which has no content.
     void empty(const QString &element) { xml.writeEmptyElement(element); }
     void defaultNamespace(const QString &uri) { xml.writeDefaultNamespace(uri); }
@@ -44,13 +67,9 @@ public:
     void textElementIfAny(const QString &element, const QString &text);
 
 private:
-    void flush();
-
-    QIODevice &device;
-    QBuffer buffer;
+    OutputBuffer output;
     QXmlStreamWriter xml;
     LanguageTags tags;
-    bool isWhole = true;
 };
 
 } // namespace vanlayout

@@ -1,0 +1,25 @@
+#ifndef LAYOUT_WRITE_WRITEALL_P_H
+#define LAYOUT_WRITE_WRITEALL_P_H
+
+#include <QIODevice>
+
+namespace vanlayout
+{
+
+/// Writes all bytes, and returns whether the device took them. A device that took a part is asked again: a file whose
+/// disk is full only then has an error.
+inline bool writeAll(QIODevice &device, const char *bytes, qint64 size)
+{
+    while (size > 0) {
+        const qint64 taken = device.write(bytes, size);
+        if (taken <= 0)
+            return false;
+        bytes += taken;
+        size -= taken;
+    }
+    return true;
+}
+
+} // namespace vanlayout
+
+#endif
