@@ -24,6 +24,8 @@ void CSProTextReader::read(const QByteArray &bytes)
     for (const int line : content.damagedLines)
         warn("bad-bytes", QStringLiteral("the line has bytes that stand for no character; U+FFFD is in their place"),
              line);
+    if (content.hasReturnsAlone)
+        inform("carriage-returns", QStringLiteral("the lines end in carriage returns without line feeds"), 1);
     firstProblem = layout.problems.size();
     CSProTextLines lines(content.text());
     Statement statement;

@@ -18,7 +18,7 @@ struct Encoding {
     const char *name;
     QByteArray mark;
     int unitSize; ///< bytes of a code unit
-    int lineFeed; ///< index in its unit of the byte 0A of a line feed
+    int lowByte;  ///< index in its unit of the byte that a character of ASCII has
     Decode decode;
 };
 
@@ -37,26 +37,34 @@ const Encoding &encodingOf(const QByteArray &bytes)
 }
 // clang-format on
 
-bool isLineFeed(const char *unit, const Encoding &encoding)
+bool isCharacter(const char *unit, char character, const Encoding &encoding)
 {
-    return unit[encoding.lineFeed] == '\n' && (encoding.unitSize == 1 || unit[1 - encoding.lineFeed] == '\0');
+    return unit[encoding.lowByte] == character && (encoding.unitSize == 1 || unit[1 - encoding.lowByte] == '\0');
 }
 
-// The index behind the line feed that ends the line at the index, or the end of the bytes.
-int endOfLine(const QByteArray &bytes, int index, const Encoding &encoding)
+// The index behind the next character of this kind from an index on; -1 where there is none.
+int indexBehind(const QByteArray &bytes, int index, char character, const Encoding &encoding)
 {
     for (; index + encoding.unitSize <= bytes.size(); index += encoding.unitSize) {
-        if (isLineFeed(bytes.constData() + index, encoding))
+        if (isCharacter(bytes.constData() + index, character, encoding))
             return index + encoding.unitSize;
     }
-    return bytes.size();
+    return -1;
+}
+
+// Carriage return for a text without any line feed.
+char lineEndOf(const QByteArray &bytes, int begin, const Encoding &encoding)
+{
+    return indexBehind(bytes, begin, '\n', encoding) < 0 ? '\r' : '\n';
 }
 
 // Line by line, so that the numbers of damaged lines are known.
 void decodeLines(const QByteArray &bytes, int begin, const Encoding &encoding, CSProTextContent &content)
 {
+    const char lineEnd = lineEndOf(bytes, begin, encoding);
     for (int line = 1; begin < bytes.size(); ++line) {
-        const int end = endOfLine(bytes, begin, encoding);
+        const int found = indexBehind(bytes, begin, lineEnd, encoding);
+        const int end = found < 0 ? bytes.size() : found;
         bool isDamaged = false;
         content.bytes += encoding.decode(bytes.constData() + begin, end - begin, &isDamaged).toUtf8();
         if (isDamaged)
@@ -105,6 +113,9 @@ CSProTextContent decodeCSProText(const QByteArray &bytes)
     } else {
         decodeLines(bytes, begin, encoding, content);
     }
+    content.hasReturnsAlone = !content.bytes.contains('\n') && content.bytes.contains('\r');
+    if (content.hasReturnsAlone)
+        content.bytes.replace('\r', '\n');
     return content;
 }
 

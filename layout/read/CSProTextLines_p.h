@@ -17,6 +17,8 @@ struct CSProTextContent {
     QString encoding; ///< of the file: "utf-8", "utf-16le", "utf-16be", "windows-1252"
     QByteArray bytes; ///< shared with the file's where these are well-formed UTF-8
     int begin = 0;    ///< index of the first character
+    /// Whether the file has carriage returns, but no line feed. They end its lines then, and are line feeds in `bytes`.
+    bool hasReturnsAlone = false;
     /// Numbers of the lines with bytes that stand for no character; U+FFFD is in their place.
     std::vector<int> damagedLines;
 

@@ -140,6 +140,9 @@ void CSProTextLinesTest::encodingIsThatOfTheMarkOrOfTheBytes_data()
     row("UTF-16 with bytes of a line feed in other characters", QByteArray("\xFF\xFE\x0A\x01\x0A\0", 6), "utf-16le",
         "Ċ\n");
     row("UTF-16 with the second byte of a line feed", QByteArray("\xFE\xFF\x0A\x05\0\x0A", 6), "utf-16be", "ਅ\n");
+    row("carriage returns without a line feed", "a\rb\r", "utf-8", "a\nb\n");
+    row("carriage returns in UTF-16", QByteArray("\xFF\xFE\xE9\0\r\0\x0A\x01", 8), "utf-16le", "é\nĊ");
+    row("carriage returns and a line feed", "a\rb\r\n", "utf-8", "a\rb\r\n");
     row("mark alone", "\xEF\xBB\xBF", "utf-8", "");
 }
 
@@ -165,6 +168,10 @@ void CSProTextLinesTest::damagedLinesAreNumbered_data()
     QTest::newRow("Windows-1252") << QByteArray("\xE9\n\x81\nb\n\x9D\n");
     QTest::newRow("UTF-16, low byte first") << QByteArray("\xFF\xFE\xE9\0\n\0\0\xD8\n\0b\0\n\0x\0x", 17);
     QTest::newRow("UTF-16, high byte first") << QByteArray("\xFE\xFF\0\xE9\0\n\xD8\0\0\n\0b\0\n\0xx", 17);
+    QTest::newRow("Windows-1252, carriage returns") << QByteArray("\xE9\r\x81\rb\r\x9D\r");
+    QTest::newRow("UTF-8, carriage returns among line feeds") << QByteArray("\xEF\xBB\xBF"
+                                                                            "a\n\r\xFF\r\nb\n\r\xC3\r");
+    QTest::newRow("UTF-16, carriage returns") << QByteArray("\xFF\xFE\xE9\0\r\0\0\xD8\r\0b\0\r\0x\0x", 17);
 }
 
 void CSProTextLinesTest::damagedLinesAreNumbered()

@@ -666,6 +666,9 @@ void CSProTextReaderTest::everyFaultIsReportedWithItsPlace_data()
         { "info label-without-language 4 " });
     row("dictionary's label with as many parts as languages",
         "[Dictionary]\nName=D\nPositions=Relative\nLabel=a|b\n[Languages]\nEN=x\nFR=y\n" + levelPart + idsPart, {});
+    row("carriage returns without line feeds",
+        QByteArray(dictionaryPart + "Foo=1\n" + levelPart + idsPart).replace('\n', '\r'),
+        { "info carriage-returns 1 ", "warning unknown-key 4 " });
     row("bytes that are no text", "\xEF\xBB\xBF" + dictionaryPart + "Label=\xFF\n" + levelPart + idsPart,
         { "warning bad-bytes 4 " });
     row("merge conflict", dictionaryPart + "<<<<<<< HEAD\n=======\n>>>>>>> a\n" + levelPart + idsPart,

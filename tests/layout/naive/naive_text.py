@@ -69,6 +69,8 @@ def decode(data):
 
 def physical_lines(text):
     """The lines without their ends; a carriage return is part of the end in front of a line feed or the file's end."""
+    if "\n" not in text:
+        text = text.replace("\r", "\n")
     return [line[:-1] if line.endswith("\r") else line for line in text.split("\n")]
 
 
