@@ -971,6 +971,9 @@ void StatFileTest::aParseThatFailsBeforeAnyVariableGivesNoLayout_data()
     QTest::newRow("por, a number that is none")
         << made(StatFile::por).replace("SPSSPORTA8/", "SPSSPORTA!/") << "damaged-file"
         << "the file is an SPSS portable file" + cannot + readstat_error_message(READSTAT_ERROR_PARSE);
+    QTest::newRow("cut sas7bdat") << made(StatFile::sas7bdat).left(500) << "damaged-file"
+                                  << "the file is a SAS data set" + cannot
+            + QString(readstat_error_message(READSTAT_ERROR_READ));
     QTest::newRow("cut xpt") << made(StatFile::xpt).left(500) << "damaged-file"
                              << "the file is a SAS transport file" + cannot
             + readstat_error_message(READSTAT_ERROR_READ);
