@@ -32,10 +32,10 @@ struct VANLAYOUT_EXPORT CodebookIndexItem {
     QString name;
     Labels labels;
     QStringList aliases;
+    QVector<int> lists; ///< places of its value labels in the lists of the entry
 };
 
-/// One codebook in the index of several: its facts, and the names and labels that the search goes by. Its texts are
-/// shared with the layout, which need not be kept.
+/// One codebook in the index of several: its facts, and the texts that the search goes by. The layout need not be kept.
 struct VANLAYOUT_EXPORT CodebookIndexEntry {
     QString page; ///< file name of the page, in the folder of the index
     QString file; ///< name of the file that the layout was read from, without its folder; empty for standard input
@@ -44,13 +44,14 @@ struct VANLAYOUT_EXPORT CodebookIndexEntry {
     QString format;                   ///< the kind of file in words
     int records = 0;                  ///< record types; 0 for a statistical file
     QVector<CodebookIndexItem> items; ///< in the order of the layout
+    QStringList lists;                ///< the value labels of each value set in all languages, parted by line feeds
 };
 
 /// The entry for the codebook of \a layout that was written as \a page.
 VANLAYOUT_EXPORT CodebookIndexEntry indexEntryOf(const Layout &layout, const QString &page);
 
-/// Writes the index of several codebooks: one HTML page with a link to each and a search over the names, aliases and
-/// labels of all their items, in every language. Labels are shown in the language of \a options.
+/// Writes the index of several codebooks: one HTML page with a link to each and a search over the names, aliases,
+/// labels and value labels of all their items, in every language. Labels are shown in the language of \a options.
 ///
 /// Streams onto \a device, which is open for writing. False if the device did not take all bytes.
 VANLAYOUT_EXPORT bool writeCodebookIndex(const QVector<CodebookIndexEntry> &entries, QIODevice &device,

@@ -3,8 +3,11 @@
 #include "write/Wording_p.h"
 
 #include <QFileInfo>
+#include <QHash>
 
 #include <rapidjson/writer.h>
+
+#include <map>
 
 namespace vanlayout
 {
@@ -12,14 +15,69 @@ namespace vanlayout
 namespace
 {
 
-void addItems(QVector<CodebookIndexItem> &entries, const QVector<Item> &items)
+/// Adds items to the entry of a codebook. Value sets with the same texts have one list; those that share their data are
+/// looked at once.
+class EntryFiller
 {
-    for (const Item &item : items)
-        entries.append({ item.name, item.labels, item.aliases });
-}
+public:
+    explicit EntryFiller(CodebookIndexEntry &target)
+        : entry(target)
+    {
+    }
+
+    void add(const QVector<Item> &items)
+    {
+        for (const Item &item : items) {
+            QVector<int> lists;
+            for (const ValueSet &set : item.valueSets) {
+                const int number = numberOf(set.values);
+                if (number >= 0)
+                    lists.append(number);
+            }
+            entry.items.append({ item.name, item.labels, item.aliases, lists });
+        }
+    }
+
+private:
+    // Negative for values without a label.
+    int numberOf(const QVector<Value> &values)
+    {
+        auto known = numbersOfData.find(values.constData());
+        if (known == numbersOfData.end())
+            known = numbersOfData.insert(values.constData(), numberOf(textsOf(values)));
+        return *known;
+    }
+    int numberOf(const QString &texts)
+    {
+        if (texts.isEmpty())
+            return -1;
+        const auto [known, isNew] = numbersOfTexts.emplace(texts, entry.lists.size());
+        if (isNew)
+            entry.lists.append(texts);
+        return known->second;
+    }
+    static QString textsOf(const QVector<Value> &values)
+    {
+        QString texts;
+        for (const Value &value : values) {
+            for (const Label &part : value.labels.parts) {
+                if (part.text.isEmpty())
+                    continue;
+                if (!texts.isEmpty())
+                    texts += QLatin1Char('\n');
+                texts += part.text;
+            }
+        }
+        return texts;
+    }
+
+    CodebookIndexEntry &entry;
+    QHash<const Value *, int> numbersOfData;
+    std::map<QString, int> numbersOfTexts;
+};
 
 /// Writes the codebooks as one JSON list. Each is an object whose items are lists: name, label in the language of the
-/// page, then other labels and the aliases.
+/// page, then the numbers of its lists of value labels, other labels and the aliases.
 class IndexData
 {
 public:
@@ -63,6 +121,11 @@ private:
         for (const CodebookIndexItem &item : entry.items)
             writeItem(item);
         json.EndArray();
+        json.Key("lists");
+        json.StartArray();
+        for (const QString &texts : entry.lists)
+            writeScriptString(json, texts);
+        json.EndArray();
         json.EndObject();
     }
     void writeItem(const CodebookIndexItem &item)
@@ -71,6 +134,8 @@ private:
         json.StartArray();
         writeScriptString(json, item.name);
         writeScriptString(json, shown);
+        for (const int list : item.lists)
+            json.Int(list);
         for (const Label &part : item.labels.parts) {
             if (part.text != shown && !part.text.isEmpty())
                 writeScriptString(json, part.text);
@@ -105,11 +170,12 @@ CodebookIndexEntry indexEntryOf(const Layout &layout, const QString &page)
     entry.name = layout.name;
     entry.labels = layout.labels;
     entry.format = describeFormat(layout);
+    EntryFiller filler(entry);
     for (const Level &level : layout.levels) {
-        addItems(entry.items, level.ids);
+        filler.add(level.ids);
         for (const Record &record : level.records) {
             entry.records += layout.format < Format::Spss ? 1 : 0;
-            addItems(entry.items, record.items);
+            filler.add(record.items);
         }
     }
     return entry;

@@ -516,11 +516,14 @@ private slots:
 
     void indexHasNamesAndLabelsOfAllCodebooks()
     {
+        const auto list = [](const QString &label) { return setOf({ valueOf({ { "1", "" } }, label) }); };
         Item item = itemNamed("A");
         item.labels = labelsOf("House", "Maison");
         item.aliases = QStringList{ "OLD" };
-        item.valueSets = { setOf({ valueOf({ { "1", "" } }, "Yes") }) };
-        Layout layout = layoutOf({ item, itemNamed("B") });
+        item.valueSets = { list("Yes"), setOf({ valueOf({ { "2", "" } }, "No"), valueOf({ { "3", "" } }, "Both") }) };
+        Item other = itemNamed("B");
+        other.valueSets = { setOf({ Value() }), list("Yes") };
+        Layout layout = layoutOf({ item, other });
         layout.labels = labelsOf("Survey");
         layout.levels[0].ids = { itemNamed("ID") };
         const QByteArray page = indexOf({ indexEntryOf(layout, "s.html") }, { "FR" });
@@ -528,8 +531,8 @@ private slots:
             QJsonDocument::fromJson(dataTextOf(page)).toJson(QJsonDocument::Compact),
             QByteArray(
                 "[{\"file\":\"survey.dcf\",\"format\":\"CSPro dictionary, text form 7.7\",\"items\":[[\"ID\",\"\"],"
-                "[\"A\",\"Maison\",\"House\",\"OLD\"],[\"B\",\"\"]],\"label\":\"Survey\",\"name\":\"SURVEY\","
-                "\"page\":\"s.html\",\"records\":1}]"));
+                "[\"A\",\"Maison\",0,1,\"House\",\"OLD\"],[\"B\",\"\",0]],\"label\":\"Survey\",\"lists\":[\"Yes\","
+                "\"No\\nBoth\"],\"name\":\"SURVEY\",\"page\":\"s.html\",\"records\":1}]"));
         QVERIFY(page.contains("<li><b>1</b> codebook</li>\n<li><b>3</b> variables</li>"));
     }
 

@@ -455,6 +455,7 @@ RecordTypeValue='2'
         expect(self.browser.run(labels), ["Maison", "Only"])
         expect(self.browser.run("document.querySelector('h1').textContent"), "Enqu\u00eate")
         expect(self.browser.run("document.querySelector('article .label').lang"), "fr")
+        expect(self.browser.run("document.title"), "Enqu\u00eate \u2013 codebook")
         if "Oui" not in self.book.details("A"):
             raise AssertionError(self.book.details("A"))
         self.book.search("maison oui")
@@ -846,11 +847,14 @@ RecordTypeValue='2'
         self._open_index()
         for text, found, names in (("l'eau", "1 variable in 1 codebook", ["A"]),
                                    ("maison", "1 variable in 1 codebook", ["A"]),
+                                   ("fishers net", "1 variable in 1 codebook", ["P16_OCCUPATION"]),
+                                   ("oui", "1 variable in 1 codebook", ["A"]),
                                    ("orvandia", "0 variables in 1 codebook", []),
                                    ("no such thing", "Nothing matches", [])):
             self.book.search(text)
+            self.browser.wait_for("JSON.stringify([...document.querySelectorAll('.found-list a')].map(e => e.textContent))"
+                                  " === %s" % json.dumps(json.dumps(names, separators=(",", ":"))))
             self.book.wait_for_found(found)
-            expect(self.browser.run("[...document.querySelectorAll('.found-list a')].map(e => e.textContent)"), names)
         self.book.search("p06_age")
         self.book.wait_for_found("1 variable in 1 codebook")
         self.browser.press("Escape", 27)

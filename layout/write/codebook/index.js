@@ -6,12 +6,38 @@ const titleOf = book => book.label || book.name || "";
 const linkTextOf = book => titleOf(book) || book.file || "Codebook";
 const hrefOf = book => encodeURIComponent(book.page);
 
-let texts = null; // of each variable of each codebook, folded
+let fronts = null; // names, labels and aliases of each variable of each codebook, folded
+let lists = null;  // value labels of each value set of each codebook, folded
+
+// An item has texts, and the numbers of its lists of value labels.
+const textsOf = item => item.filter(part => typeof part === "string");
+const listsOf = item => item.filter(part => typeof part === "number");
 
 function prepareSearch()
 {
-    if (!texts)
-        texts = data.map(book => book.items.map(item => folded(item.map(shown).join("\n"))));
+    if (fronts)
+        return;
+    fronts = data.map(book => book.items.map(item => folded(textsOf(item).map(shown).join("\n"))));
+    lists = data.map(book => book.lists.map(list => folded(shownLines(list))));
+}
+
+// The variables of a codebook that have every word.
+function findIn(b, words)
+{
+    const listsWith = words.map(word => lists[b].map(list => list.includes(word)));
+    return data[b].items.map((item, i) => i).filter(i => words.every(
+        (word, w) => fronts[b][i].includes(word) || listsOf(data[b].items[i]).some(list => listsWith[w][list])));
+}
+
+// The text, apart from name and label, for which a variable is found.
+function foundText(book, item, words)
+{
+    const has = word => text => folded(shown(text)).includes(word);
+    const word = words.find(sought => !has(sought)(item[0] + "\n" + item[1]));
+    if (word === undefined)
+        return undefined;
+    return textsOf(item).slice(2).find(has(word))
+        ?? listsOf(item).flatMap(list => book.lists[list].split("\n")).find(has(word));
 }
 
 function makeTitle(book, words)
@@ -46,9 +72,7 @@ function makeFound(book, found, words)
         const link = makeText("a", "name", item[0] || "(no name)");
         link.href = hrefOf(book) + addressOf(fragments[found[k]]);
         const entry = make("li", "", markWords(link, words), " ", markWords(makeText("span", "label", item[1]), words));
-        const front = folded(shown(item[0]) + "\n" + shown(item[1]));
-        const word = words.find(sought => !front.includes(sought));
-        const other = word === undefined ? undefined : item.slice(2).find(text => folded(shown(text)).includes(word));
+        const other = foundText(book, item, words);
         if (other !== undefined)
             entry.append(" ", markWords(makeText("span", "hint", other), words));
         return entry;
@@ -66,8 +90,7 @@ function search()
     let count = 0;
     data.forEach((book, b) => {
         const own = folded([titleOf(book), book.name || "", book.file || ""].map(shown).join("\n"));
-        const found = words.length === 0 ? [] : book.items.map((item, i) => i)
-            .filter(i => words.every(word => texts[b][i].includes(word)));
+        const found = words.length === 0 ? [] : findIn(b, words);
         if (found.length === 0 && !words.every(word => own.includes(word)))
             return;
         count += found.length;

@@ -79,6 +79,7 @@ levels.forEach((level, number) => {
         addGroup({ ...record, level: number }, record.items || []);
 });
 
+const idGroups = groups.map((group, g) => g).filter(g => groups[g].isIds);
 const membersOf = groups.map(() => []);
 variables.forEach((variable, i) => membersOf[variable.group].push(i));
 const subitemsOf = new Map();
@@ -256,8 +257,10 @@ const makeAliases = aliases => make("p", "hint", "Also named " + aliases.map(sho
 function drawHead()
 {
     const title = labelOf(data) || data.name || "";
-    if (title !== "")
+    if (title !== "") {
         page("title").textContent = shown(title);
+        document.title = shown(title) + " – codebook";
+    }
     page("title").lang = labelOf(data) ? languageCode() : "";
 }
 
@@ -742,10 +745,10 @@ class Ruler
         if (data.recordType && !own.isIds && own.type !== undefined)
             units.push({ start: data.recordType[0], end: Math.min(data.recordType[0] + data.recordType[1] - 1, lastColumn),
                          kind: "record-type", height: 1, subitems: [] });
-        groups.forEach((group, g) => {
-            if (g !== this.group && group.isIds && group.level <= own.level)
+        for (const g of idGroups) {
+            if (g !== this.group && groups[g].level <= own.level)
                 add(membersOf[g], "common");
-        });
+        }
         add(membersOf[this.group]);
         return units.sort((a, b) => a.start - b.start || b.end - a.end || a.variable - b.variable);
     }
@@ -1205,11 +1208,13 @@ function drawList(section)
 
 function drawLists()
 {
+    const record = page("record").value;
     inOrder = [];
     placeOf = new Int32Array(variables.length).fill(-1);
+    const isNarrowed = isSearching();
     sections.forEach((section, g) => {
-        const isOther = page("record").value !== "" && page("record").value !== String(g);
-        section.element.hidden = isOther || isSearching() && section.shown.length === 0;
+        const isOther = record !== "" && record !== String(g);
+        section.element.hidden = isOther || isNarrowed && section.shown.length === 0;
         section.element.style.setProperty("--rows", section.shown.length);
         for (const v of section.shown) {
             placeOf[v] = inOrder.length;
@@ -1218,9 +1223,9 @@ function drawLists()
         if (section.list)
             drawList(section);
     });
+    const shownLevels = new Set(groups.filter((group, g) => !sections[g].element.hidden).map(group => group.level));
     for (const { element, number } of levelHeads)
-        element.hidden = sections.every((section, g) => groups[g].level !== number || section.element.hidden)
-            && groups.some(group => group.level === number);
+        element.hidden = groupsOfLevel[number].length > 0 && !shownLevels.has(number);
     drawLinks();
     nameOpenAll();
     if (inOrder.length > 0)
@@ -1249,6 +1254,8 @@ function drawLinks()
 }
 
 const levelHeads = [];
+const groupsOfLevel = levels.map(() => []);
+groups.forEach((group, g) => groupsOfLevel[group.level].push(g));
 
 function makeLevelHead(level, number)
 {
@@ -1271,10 +1278,7 @@ function drawRecords()
     levels.forEach((level, number) => {
         if (level.name || level.label)
             page("variables").append(makeLevelHead(level, number));
-        groups.forEach((group, g) => {
-            if (group.level === number)
-                page("variables").append(makeSection(group, g));
-        });
+        page("variables").append(...groupsOfLevel[number].map(g => makeSection(groups[g], g)));
     });
     page("groups").hidden = groups.length < 2;
     if (groups.length <= mostRecordsAtOnce)
@@ -1406,14 +1410,16 @@ function prepareSearch()
     setTexts = lists.map(list => folded(list.map(value => shown(inLanguage(value[1]))).join("\n")));
 }
 
-// Whether the filters let a variable through.
-function isLetThrough(variable, i)
+// The test that the filters make of a variable.
+function currentFilter()
 {
-    return (page("record").value === "" || String(variable.group) === page("record").value)
-        && (page("type").value === "" || typeOf(variable) === page("type").value)
-        && (!page("unlabelled").checked || labelOf(variable) === "")
-        && (!page("uncoded").checked || countOfLabels(variable) === 0)
-        && (!page("troubled").checked || problemsOfVariable.has(i));
+    const [record, type] = selects.map(id => page(id).value);
+    const [isUnlabelled, isUncoded, isTroubled] = checks.map(id => page(id).checked);
+    return i => (record === "" || String(variables[i].group) === record)
+        && (type === "" || typeOf(variables[i]) === type)
+        && (!isUnlabelled || labelOf(variables[i]) === "")
+        && (!isUncoded || countOfLabels(variables[i]) === 0)
+        && (!isTroubled || problemsOfVariable.has(i));
 }
 
 // Every word has to be in the name, the label or another text of the variable, or in a value label.
@@ -1427,8 +1433,9 @@ function search()
                                      || setsOf(variables[i]).some(set => setsWith[w][set.list]));
     terms = words;
     const isNarrowed = words.length > 0 || isFiltering();
+    const isLetThrough = currentFilter();
     sections.forEach((section, g) => section.shown = isNarrowed
-        ? membersOf[g].filter(i => isLetThrough(variables[i], i) && isFound(i)) : membersOf[g]);
+        ? membersOf[g].filter(i => isLetThrough(i) && isFound(i)) : membersOf[g]);
     drawLists();
     const all = counted(variables.length, "variable");
     page("found").textContent = inOrder.length === variables.length ? all
