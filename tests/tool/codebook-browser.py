@@ -849,7 +849,7 @@ RecordTypeValue='2'
                                    ("maison", "1 variable in 1 codebook", ["A"]),
                                    ("fishers net", "1 variable in 1 codebook", ["P16_OCCUPATION"]),
                                    ("oui", "1 variable in 1 codebook", ["A"]),
-                                   ("orvandia", "0 variables in 1 codebook", []),
+                                   ("orvandia_census_dict", "0 variables in 1 codebook", []),
                                    ("no such thing", "Nothing matches", [])):
             self.book.search(text)
             self.browser.wait_for("JSON.stringify([...document.querySelectorAll('.found-list a')].map(e => e.textContent))"

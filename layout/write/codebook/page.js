@@ -536,13 +536,13 @@ function makeProperties(i)
 // A subitem repeats with the item that holds it.
 function occurrencesInWords(variable)
 {
-    const count = occurrencesOf(variable);
+    const count = variable.occurrences ?? 1;
     const ofHolder = variable.holder === undefined ? 1 : occurrencesOf(variables[variable.holder]);
     if (ofHolder > 1)
         return (count > 1 ? written(count) + " in each of " : "") + written(ofHolder) + " of its item";
     if (count === 1)
         return "";
-    if (!hasColumns(variable))
+    if (!hasColumns(variable) || count < 1)
         return written(count);
     const last = startOf(variable) + (count - 1) * lengthOf(variable);
     return written(count) + ", the last in " + columnsFrom(last, last + lengthOf(variable) - 1);
