@@ -6,7 +6,7 @@ struct sqlite3;
 namespace vanlayout
 {
 
-/// What a CSPro data file, which may come from anybody, is allowed to do while its dictionary is looked for.
+/// Restrictions on a CSPro data file, which may come from anybody, while its dictionary is looked for.
 namespace csprodatabase
 {
 

@@ -65,7 +65,7 @@ bool isSet(sqlite3 *connection, int setting)
 
 } // namespace
 
-/// What a CSPro data file can do while its dictionary is looked for, each bar by itself.
+/// Restrictions on a CSPro data file while its dictionary is looked for, each one by itself.
 class CSProDatabaseGuardTest : public QObject
 {
     Q_OBJECT
