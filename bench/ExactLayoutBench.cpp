@@ -178,6 +178,11 @@ BENCHMARK_CAPTURE(wholeProcess, jsonCsv, json, "csv")->Apply(growing)->UseManual
 BENCHMARK_CAPTURE(wholeProcess, textJson, text, "json")->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(writeOnly, ddi, ddi)->Apply(growing)->Complexity();
 BENCHMARK_CAPTURE(exportProcess, ddi, "ddi")->Apply(growing)->UseManualTime()->Complexity();
+BENCHMARK_CAPTURE(exportProcess, csvw, "csvw")->Apply(growing)->UseManualTime()->Complexity();
+BENCHMARK_CAPTURE(exportProcess, jsonSchema, "json-schema")->Apply(growing)->UseManualTime()->Complexity();
+BENCHMARK_CAPTURE(exportProcess, frictionless, "frictionless")->Apply(growing)->UseManualTime()->Complexity();
+BENCHMARK_CAPTURE(exportProcess, markdown, "markdown")->Apply(growing)->UseManualTime()->Complexity();
+BENCHMARK_CAPTURE(exportProcess, csv, "csv")->Apply(growing)->UseManualTime()->Complexity();
 
 int main(int argc, char **argv)
 {

@@ -82,7 +82,7 @@ protected:
         });
     }
 
-    Writer &json; // NOLINT(cppcoreguidelines-non-private-member-variables-in-classes)
+    Writer &json;
 };
 
 } // namespace vanlayout

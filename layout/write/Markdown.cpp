@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <array>
 
 namespace vanlayout
 {
@@ -55,16 +56,16 @@ struct ItemColumn {
     bool isAlwaysThere;
 };
 
-const ItemColumn itemColumns[] = { // NOLINT(modernize-avoid-c-arrays,cppcoreguidelines-avoid-c-arrays)
-    { "Name", [](const Item &item, const QString &) { return markdownText(item.name); }, true },
-    { "Label", [](const Item &item, const QString &language) { return markdownText(item.labels.in(language)); }, true },
-    { "Type", [](const Item &item, const QString &) { return markdownText(describeType(item)); }, true },
-    { "Columns", [](const Item &item, const QString &) { return columnsText(item); }, false },
-    { "Occurrences", [](const Item &item, const QString &) { return numberUnless(item.occurrences, 1); }, false },
-    { "Part of", [](const Item &item, const QString &) { return markdownText(item.subitemOf); }, false },
-    { "Measure", [](const Item &item, const QString &) { return wordOf(item.measure); }, false },
-    { "Missing", [](const Item &item, const QString &) { return codesText(item.missing); }, false }
-};
+const std::array<ItemColumn, 8> itemColumns
+    = { { { "Name", [](const Item &item, const QString &) { return markdownText(item.name); }, true },
+          { "Label", [](const Item &item, const QString &language) { return markdownText(item.labels.in(language)); },
+            true },
+          { "Type", [](const Item &item, const QString &) { return markdownText(describeType(item)); }, true },
+          { "Columns", [](const Item &item, const QString &) { return columnsText(item); }, false },
+          { "Occurrences", [](const Item &item, const QString &) { return numberUnless(item.occurrences, 1); }, false },
+          { "Part of", [](const Item &item, const QString &) { return markdownText(item.subitemOf); }, false },
+          { "Measure", [](const Item &item, const QString &) { return wordOf(item.measure); }, false },
+          { "Missing", [](const Item &item, const QString &) { return codesText(item.missing); }, false } } };
 
 class MarkdownWriter
 {

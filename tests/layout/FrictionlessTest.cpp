@@ -343,7 +343,8 @@ void FrictionlessTest::textsAreInOneLanguage()
     Layout layout = made::layout({ item });
     layout.labels = labels;
     layout.levels[0].records[0].labels = labels;
-    for (const QString language : { "", "FR", "ES" }) {
+    for (const char *code : { "", "FR", "ES" }) {
+        const QString language = code;
         FrictionlessOptions options;
         options.language = language;
         const QByteArray bytes = made::written(writeFrictionless, layout, options);

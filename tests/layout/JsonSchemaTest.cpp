@@ -297,7 +297,8 @@ void JsonSchemaTest::titlesAreInOneLanguage()
     Layout layout = made::layout({ item });
     layout.labels = labels;
     layout.levels[0].records[0].labels = labels;
-    for (const QString language : { "", "FR", "ES" }) {
+    for (const char *code : { "", "FR", "ES" }) {
+        const QString language = code;
         JsonSchemaOptions options;
         options.language = language;
         const QString text = language == "FR" ? "Oui" : "Yes";

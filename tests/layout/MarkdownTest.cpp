@@ -320,7 +320,8 @@ void MarkdownTest::labelsAreInOneLanguage()
     Layout layout = made::layout({ item });
     layout.labels = labels;
     layout.levels[0].records[0].labels = labels;
-    for (const QString language : { "", "FR", "ES" }) {
+    for (const char *code : { "", "FR", "ES" }) {
+        const QString language = code;
         MarkdownOptions options;
         options.language = language;
         const QByteArray text = markdown(layout, options);
