@@ -1,6 +1,6 @@
 #include "write/LayoutJson.h"
 
-#include "write/JsonStream_p.h"
+#include "write/JsonMembers_p.h"
 
 namespace vanlayout
 {
@@ -10,11 +10,19 @@ namespace
 
 constexpr int layoutVersion = 1;
 
-template <typename Writer> class LayoutWriter
+template <typename Writer> class LayoutWriter : private JsonMembers<Writer>
 {
+    using Base = JsonMembers<Writer>;
+    using Base::boolean;
+    using Base::integer;
+    using Base::json;
+    using Base::optionalText;
+    using Base::text;
+    using Base::texts;
+
 public:
     explicit LayoutWriter(Writer &jsonWriter)
-        : json(jsonWriter)
+        : Base(jsonWriter)
     {
     }
 
@@ -57,27 +65,11 @@ public:
     }
 
 private:
-    // Keys with their values; the default is left out by those that are handed one.
-    void string(const QString &value) { writeJsonString(json, value); }
-    void text(const char *key, const QString &value)
-    {
-        json.Key(key);
-        string(value);
-    }
-    void optionalText(const char *key, const QString &value)
-    {
-        if (!value.isEmpty())
-            text(key, value);
-    }
+    // Members that are left out where they have their default, or are absent.
     void optionalText(const char *key, const std::optional<QString> &value)
     {
         if (value)
             text(key, *value);
-    }
-    void integer(const char *key, qint64 value)
-    {
-        json.Key(key);
-        json.Int64(value);
     }
     void integerUnless(const char *key, int value, int usual)
     {
@@ -88,11 +80,6 @@ private:
     {
         if (value)
             integer(key, *value);
-    }
-    void boolean(const char *key, bool value)
-    {
-        json.Key(key);
-        json.Bool(value);
     }
     void booleanUnless(const char *key, bool value, bool usual)
     {
@@ -135,13 +122,8 @@ private:
     }
     void writeAliases(const QStringList &aliases)
     {
-        if (aliases.isEmpty())
-            return;
-        json.Key("aliases");
-        json.StartArray();
-        for (const QString &alias : aliases)
-            string(alias);
-        json.EndArray();
+        if (!aliases.isEmpty())
+            texts("aliases", aliases);
     }
     // Labels, note and aliases of a named element.
     template <typename Element> void writeHead(const Element &element)
@@ -287,8 +269,6 @@ private:
         optionalText("path", problem.path);
         text("message", problem.message);
     }
-
-    Writer &json;
 };
 
 } // namespace
