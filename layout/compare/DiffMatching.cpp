@@ -51,11 +51,35 @@ struct TraitsHash {
 
 /// The traits that a rule uses.
 struct RenamingRule {
-    bool byStart = false;
-    bool byLength = false;
-    bool byValues = false;
-    bool needsLabel = false;
+    bool byStart;
+    bool byLength;
+    bool byValues;
+    enum { SameOrNoLabel, SameLabel, SimilarLabel } label;
 };
+
+// In their order: columns and all texts; columns and label, with another length or other values; all texts, at other
+// columns; columns and codes, with a label in other words.
+constexpr RenamingRule renamingRules[] = {
+    { true, true, true, RenamingRule::SameOrNoLabel },
+    { true, false, false, RenamingRule::SameLabel },
+    { false, true, true, RenamingRule::SameLabel },
+    { true, true, true, RenamingRule::SimilarLabel },
+};
+
+// Whether a label is the other one with more words, or has most of its words in common with it.
+bool areSimilar(const QString &one, const QString &other)
+{
+    const auto wordsOf = [](const QString &label) {
+        const QStringList words = label.toCaseFolded().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        return KeyedSet<QString>(words.begin(), words.end());
+    };
+    const KeyedSet<QString> ofOne = wordsOf(one);
+    const KeyedSet<QString> ofOther = wordsOf(other);
+    const auto common = size_t(
+        std::count_if(ofOne.begin(), ofOne.end(), [&](const QString &word) { return ofOther.count(word) > 0; }));
+    return common > 0
+        && (common == std::min(ofOne.size(), ofOther.size()) || common * 2 > std::max(ofOne.size(), ofOther.size()));
+}
 
 // Of two records whose items partly have the same names, those are one that have most of them in common.
 bool areMost(int common, int itemsOfOne, int itemsOfOther)
@@ -222,25 +246,34 @@ void ItemMatching::matchRenamedItems(const DiffScope &scope)
     const auto traits = [&](const ItemList &list, LabelComparison::Side side, int index, const RenamingRule &rule) {
         const std::optional<quint64> record = pairOf(side, index);
         const Item &item = *list.items().at(index).item;
+        const QString label = record ? labels.keyText(item.labels, side) : QString();
+        const bool lacksLabel = label.isEmpty() && rule.label != RenamingRule::SameOrNoLabel;
+        const bool isSimilar = rule.label == RenamingRule::SimilarLabel;
         Traits ofItem;
-        ofItem.label = record ? labels.keyText(item.labels, side) : QString();
-        if (!record || (rule.needsLabel && ofItem.label.isEmpty()) || (rule.byStart && item.start <= 0))
+        if (!record || lacksLabel || (rule.byStart && item.start <= 0))
             return std::optional<Traits>();
         ofItem.record = *record;
         ofItem.start = rule.byStart ? item.start : 0;
         ofItem.length = rule.byLength && hasLength ? item.length : 0;
         ofItem.isSubitem = hasColumns && item.isSubitem;
         ofItem.type = item.type;
-        ofItem.values = rule.byValues && hasValues ? values.contentOf(item, side) : 0;
+        ofItem.label = isSimilar ? QString() : label;
+        ofItem.values = rule.byValues && hasValues ? values.contentOf(item, side, !isSimilar) : 0;
         return std::optional(ofItem);
     };
-    // Columns and all texts; columns and label, with another length or other values; texts at other columns.
-    const RenamingRule rules[]
-        = { { true, true, true, false }, { true, false, false, true }, { false, true, true, true } };
-    for (const RenamingRule &rule : rules) {
-        if (!rule.byStart || hasColumns)
-            itemPairing.ifUnique<TraitsHash>([&](int i) { return traits(before, LabelComparison::Before, i, rule); },
-                                             [&](int i) { return traits(after, LabelComparison::After, i, rule); });
+    const auto haveSimilarLabels = [&](int one, int other) {
+        return areSimilar(labels.keyText(before.items().at(one).item->labels, LabelComparison::Before),
+                          labels.keyText(after.items().at(other).item->labels, LabelComparison::After));
+    };
+    for (const RenamingRule &rule : renamingRules) {
+        if (rule.byStart && !hasColumns)
+            continue;
+        const auto areAlike = [&](int one, int other) {
+            return rule.label != RenamingRule::SimilarLabel || haveSimilarLabels(one, other);
+        };
+        itemPairing.ifUniqueAnd<TraitsHash>(
+            areAlike, [&](int i) { return traits(before, LabelComparison::Before, i, rule); },
+            [&](int i) { return traits(after, LabelComparison::After, i, rule); });
     }
 }
 

@@ -48,6 +48,12 @@ public:
     {
         match<Hash>(beforeKey, afterKey, false);
     }
+    /// Likewise, where \a areAlike says so of the two places.
+    template <typename Hash = KeyedHash, typename BeforeKey, typename AfterKey, typename Alike>
+    void ifUniqueAnd(Alike areAlike, BeforeKey beforeKey, AfterKey afterKey)
+    {
+        match<Hash>(beforeKey, afterKey, false, areAlike);
+    }
 
 private:
     struct Candidates {
@@ -56,8 +62,10 @@ private:
         bool isRepeated = false;
     };
 
-    template <typename Hash, typename BeforeKey, typename AfterKey>
-    void match(BeforeKey beforeKey, AfterKey afterKey, bool isInOrder)
+    static bool areAlways(int /*before*/, int /*after*/) { return true; }
+
+    template <typename Hash, typename BeforeKey, typename AfterKey, typename Alike = bool (*)(int, int)>
+    void match(BeforeKey beforeKey, AfterKey afterKey, bool isInOrder, Alike areAlike = areAlways)
     {
         using Key = std::decay_t<decltype(*beforeKey(0))>;
         std::unordered_map<Key, Candidates, Hash> candidates;
@@ -84,6 +92,8 @@ private:
             if (!isInOrder && found->second.isRepeated)
                 continue;
             const int after = found->second.firstAfter;
+            if (!areAlike(i, after))
+                continue;
             found->second.firstAfter = next.at(after);
             pair(i, after);
         }

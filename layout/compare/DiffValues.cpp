@@ -201,11 +201,11 @@ const ValueSetComparison::Content &ValueSetComparison::contentOf(const QVector<V
     return found->second;
 }
 
-quint64 ValueSetComparison::contentOf(const Item &item, Side side)
+quint64 ValueSetComparison::contentOf(const Item &item, Side side, bool hasLabels)
 {
     quint64 content = 0;
     for (const ValueSet *set : setsOf(item, item.isNumeric()))
-        content += contentOf(set->values, item.isNumeric(), side).labelled;
+        content += contentOf(set->values, item.isNumeric(), side).*(hasLabels ? &Content::labelled : &Content::codes);
     return content;
 }
 

@@ -30,8 +30,9 @@ public:
     /// Adds what differs between the value sets of two items, at \a place.
     void compare(const Item &before, const Item &after, const Change &place, ChangeCollector &changes);
 
-    /// A hash of the codes and labels of all value sets of an item, in any order; 0 where it has none.
-    quint64 contentOf(const Item &item, Side side);
+    /// A hash of the codes of all value sets of an item, in any order, and of their labels if \a hasLabels; 0 where it
+    /// has none.
+    quint64 contentOf(const Item &item, Side side, bool hasLabels);
 
 private:
     /// The content of a list of values, as hashes that do not depend on its order.

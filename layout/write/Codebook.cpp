@@ -160,7 +160,7 @@ private:
 
 bool writeCodebook(const Layout &layout, QIODevice &device, const CodebookOptions &options)
 {
-    const HtmlPage page(QStringLiteral("codebook/page.html"), QStringLiteral("codebook/page.css"),
+    const HtmlPage page(QStringLiteral("codebook/page.html"), { QStringLiteral("codebook/page.css") },
                         { QStringLiteral("codebook/common.js"), QStringLiteral("codebook/page.js") });
     const CodebookPieces pieces(layout, options);
     return page.write(device, [&](const QByteArray &name, QIODevice &out) { return pieces.write(name, out); });

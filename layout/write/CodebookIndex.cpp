@@ -183,7 +183,7 @@ CodebookIndexEntry indexEntryOf(const Layout &layout, const QString &page)
 
 bool writeCodebookIndex(const QVector<CodebookIndexEntry> &entries, QIODevice &device, const CodebookOptions &options)
 {
-    const HtmlPage page(QStringLiteral("codebook/index.html"), QStringLiteral("codebook/page.css"),
+    const HtmlPage page(QStringLiteral("codebook/index.html"), { QStringLiteral("codebook/page.css") },
                         { QStringLiteral("codebook/common.js"), QStringLiteral("codebook/index.js") });
     return page.write(device, [&](const QByteArray &name, QIODevice &out) {
         return name == "data" ? IndexData(out, options).write(entries) : writeBytes(out, countsOf(entries));

@@ -8,6 +8,7 @@
 static void registerPageResources()
 {
     Q_INIT_RESOURCE(codebook);
+    Q_INIT_RESOURCE(diff);
 }
 
 namespace vanlayout
@@ -95,11 +96,12 @@ QByteArray escapedForScript(const QString &text)
     return literal.toUtf8();
 }
 
-HtmlPage::HtmlPage(const QString &templateName, const QString &styleName, const QStringList &scriptNames)
+HtmlPage::HtmlPage(const QString &templateName, const QStringList &styleNames, const QStringList &scriptNames)
     : content(libraryResource(templateName))
-    , style(libraryResource(styleName))
     , script("\"use strict\";\n(() => {\n")
 {
+    for (const QString &name : styleNames)
+        style += libraryResource(name);
     for (const QString &name : scriptNames)
         script += libraryResource(name);
     script += "})();\n";

@@ -21,8 +21,8 @@ namespace vanlayout
 class HtmlPage
 {
 public:
-    /// Names of resources of the library; the scripts become one.
-    HtmlPage(const QString &templateName, const QString &styleName, const QStringList &scriptNames);
+    /// Names of resources of the library; the styles become one, and so do the scripts.
+    HtmlPage(const QString &templateName, const QStringList &styleNames, const QStringList &scriptNames);
 
     /// \a writePiece writes the piece with a name; false where the device refused something.
     using PieceWriter = std::function<bool(const QByteArray &name, QIODevice &device)>;

@@ -740,6 +740,22 @@ void DiffTest::itemsAreFoundUnderAnotherName_data()
                                                << QStringList{ renamed, "item-length PERSON/A: 2 > 3" };
     QTest::newRow("label, other columns and width")
         << Items{ item("A", 5, 2, "Age") } << Items{ item("B", 8, 3, "Age") } << gone("A", "Age", "B", "Age");
+    QTest::newRow("columns and values, label with more words")
+        << Items{ coded(item("A", 5, 1, "Owner"), "No") } << Items{ coded(item("B", 5, 1, "Owner of the house"), "No") }
+        << QStringList{ renamed, "item-label PERSON/A: Owner > Owner of the house" };
+    QTest::newRow("columns and values, most words")
+        << Items{ item("A", 5, 1, "Age in years") } << Items{ item("B", 5, 1, "Years of age in 2031") }
+        << QStringList{ renamed, "item-label PERSON/A: Age in years > Years of age in 2031" };
+    QTest::newRow("columns and values, few words")
+        << Items{ item("A", 5, 1, "Age at birth of child") } << Items{ item("B", 5, 1, "Place of work") }
+        << gone("A", "Age at birth of child", "B", "Place of work");
+    QTest::newRow("label with more words, other codes")
+        << Items{ coded(item("A", 5, 1, "Owner"), "No") } << Items{ item("B", 5, 1, "Owner of it") }
+        << gone("A", "Owner", "B", "Owner of it");
+    QTest::newRow("label with more words, same codes")
+        << Items{ coded(item("A", 5, 1, "Owner"), "No") } << Items{ coded(item("B", 5, 1, "Owner of it"), "Never") }
+        << QStringList{ renamed, "item-label PERSON/A: Owner > Owner of it",
+                        "value-label PERSON/A/A_VS1/2: No > Never" };
     QTest::newRow("other type") << Items{ item("A", 5, 2, "Age") } << Items{ alpha("B", 5, 2, "Age") }
                                 << gone("A", "Age", "B", "Age");
     QTest::newRow("label that two have") << Items{ item("A", 5, 2, "Age") }

@@ -207,7 +207,7 @@ private Q_SLOTS:
     void outputGoesToAFile_data()
     {
         QTest::addColumn<QString>("format");
-        for (const char *format : { "table", "json" })
+        for (const char *format : { "table", "json", "html" })
             QTest::newRow(format) << QString(format);
     }
     void outputGoesToAFile()
@@ -305,7 +305,7 @@ private Q_SLOTS:
         QFETCH(QList<QByteArray>, subjects);
         write("good.dcf", dictionary(record("R", item("A", "a", 2, 1))));
         write("empty.dcf", QString());
-        for (const char *format : { "table", "json" }) {
+        for (const char *format : { "table", "json", "html" }) {
             const Run run = diff(QStringList{ "--format", format } + files);
             QCOMPARE(run.status, noAnswer);
             QCOMPARE(run.out, QByteArray());
@@ -360,7 +360,7 @@ private Q_SLOTS:
     {
         write("before.dcf", surveyBefore());
         write("after.dcf", surveyAfter());
-        for (const char *format : { "table", "json" })
+        for (const char *format : { "table", "json", "html" })
             verifyFullDiskIsTold(folder, { "diff", "--format", format, "before.dcf", "after.dcf" });
     }
 

@@ -130,7 +130,7 @@ void describeExplain(CLI::App &command, ExplainOptions &options)
 
 void describeDiff(CLI::App &command, DiffCall &options)
 {
-    addChoice(command, "--format", options.format, { "table", "json" }, "table or json");
+    addChoice(command, "--format", options.format, { "table", "json", "html" }, "table, json or html");
     command.add_flag("--summary", options.isSummary, "print how often each kind of difference occurs");
     const auto addKinds = [&](const char *name, std::vector<std::string> &kinds, const char *help) {
         command.add_option(name, kinds, help)->delimiter(',')->allow_extra_args(false)->type_name("KIND");
@@ -343,7 +343,7 @@ private:
         describeDiff(add("diff", "Compare the exact layouts of OLD and NEW.",
                          "  vanlayout diff round1.dcf round2.dcf\n"
                          "  vanlayout diff --summary --ignore item-start round1.dcf round2.dcf\n"
-                         "  vanlayout diff --format json -o changes.json round1.dcf round2.dcf",
+                         "  vanlayout diff --format html -o changes.html round1.dcf round2.dcf",
                          [this](int, char **) { return diffLayouts(diffOptions); }),
                      diffOptions);
         describeCodebook(add("codebook", "Write the codebook of each FILE as an HTML page.",

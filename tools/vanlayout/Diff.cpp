@@ -10,6 +10,7 @@
 #include "Suggestion.h"
 #include "compare/Diff.h"
 #include "write/DiffJson.h"
+#include "write/DiffPage.h"
 
 #include <QFile>
 
@@ -122,6 +123,8 @@ private:
             const int width = output == QLatin1String("-") ? terminalWidth() : 0;
             if (call.format == "json")
                 vanlayout::writeDiffJson(diff, device, vanlayout::JsonStyle::Pretty);
+            else if (call.format == "html")
+                vanlayout::writeDiffPage(diff, device);
             else if (call.isSummary)
                 printDiffSummary(diff, device, width);
             else

@@ -135,7 +135,7 @@ public:
         case DiffPart::Item:
             return changeOfItem(change);
         case DiffPart::ValueSet:
-            return property(2, setOf(change), change);
+            return property(infoOf(change.kind).side == DiffSide::Both ? 3 : 2, setOf(change), change);
         case DiffPart::Value:
             return changeOfValue(change);
         }
