@@ -164,7 +164,9 @@ void VanlayoutShowDataTest::catalogThatCannotBeReadIsAWarning()
 {
     const Run run = show({ "--catalog", "absent.sas7bcat", "homes.sas7bdat" });
     QCOMPARE(run.status, fine);
-    QCOMPARE(run.err, QByteArray("vanlayout: homes.sas7bdat: 1 warning; vanlayout show --problems lists them\n"));
+    QVERIFY(run.err.startsWith("vanlayout: homes.sas7bdat: the catalog absent.sas7bcat: cannot be opened: "));
+    QCOMPARE(run.err.count('\n'), 1);
+    QCOMPARE(show({ "--quiet", "--catalog", "absent.sas7bcat", "homes.sas7bdat" }).err, QByteArray());
     QCOMPARE(run.out, show({ "homes.sas7bdat" }).out);
     QVERIFY(show({ "--problems", "--catalog", "absent.sas7bcat", "homes.sas7bdat" })
                 .out.contains("warning: the catalog absent.sas7bcat: cannot be opened: "));

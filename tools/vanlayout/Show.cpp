@@ -345,10 +345,16 @@ private:
         });
     }
 
+    // A catalog that was asked for is no part of the file, so its warning is said whole.
     static void complainOfWarnings(const Layout &layout)
     {
-        const auto count = std::count_if(layout.problems.begin(), layout.problems.end(),
-                                         [](const Problem &problem) { return problem.severity == Severity::Warning; });
+        int count = 0;
+        for (const Problem &problem : layout.problems) {
+            if (problem.id == QLatin1String("catalog-not-read"))
+                complainOfFile(layout.file, problem.message);
+            else if (problem.severity == Severity::Warning)
+                ++count;
+        }
         if (count > 0)
             complainOfFile(layout.file,
                            countOf(count, QStringLiteral("warning"))
