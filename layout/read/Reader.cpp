@@ -35,7 +35,7 @@ const std::vector<FileFormat> &fileFormats()
 }
 // clang-format on
 
-// The lines of a CSV file can be much longer than what tells the formats apart.
+// The lines of a CSV file can be much longer than the bytes by which formats are recognised.
 void reportUnknown(QIODevice &device, Diagnostics &diagnostics)
 {
     constexpr int describedSize = 1 << 16;
