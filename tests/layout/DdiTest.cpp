@@ -291,6 +291,7 @@ private slots:
     void extractReadersFindACodeInEachCategory();
     void rangesAreANoteForExtractReaders();
     void refusalOfTheDeviceIsReported();
+    void deviceMayTakeParts();
     void sizeGrowsWithTheLayoutAlone();
 };
 
@@ -1229,6 +1230,31 @@ void DdiTest::refusalOfTheDeviceIsReported()
     FullDevice device;
     QVERIFY(device.open(QIODevice::WriteOnly));
     QVERIFY(!writeDdi(census(), device));
+}
+
+void DdiTest::deviceMayTakeParts()
+{
+    class SlowDevice : public QIODevice
+    {
+    public:
+        QByteArray bytes;
+
+    protected:
+        qint64 readData(char *, qint64) override { return -1; }
+        qint64 writeData(const char *data, qint64 size) override
+        {
+            bytes.append(data, int(qMin(size, qint64(1000))));
+            return qMin(size, qint64(1000));
+        }
+    };
+    QVector<Item> items;
+    for (int i = 0; i < 500; ++i)
+        items.append(numeric("ITEM" + QString::number(i), i + 1, 1));
+    SlowDevice device;
+    QVERIFY(device.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    QVERIFY(writeDdi(dictionary(items), device));
+    QVERIFY(device.bytes.size() > 1 << 16);
+    QVERIFY(device.bytes == documentOf(dictionary(items)));
 }
 
 void DdiTest::sizeGrowsWithTheLayoutAlone()
