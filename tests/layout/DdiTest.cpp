@@ -255,6 +255,7 @@ private slots:
     void dateIsTheLastOneOfTheFile_data();
     void dateIsTheLastOneOfTheFile();
     void idsAreOneVariableOfAllTheirRecords();
+    void sharedRecordTypeIsListedOnce();
     void variablesAreInTheOrderOfTheFile();
     void locationIsExact_data();
     void locationIsExact();
@@ -649,6 +650,15 @@ void DdiTest::idsAreOneVariableOfAllTheirRecords()
     QCOMPARE(attributesOf(variables, "name").count("HH"), 1);
     QCOMPARE(attributesOf(variables, "rectype"), QStringList({ "H P T", "H", "P", "T", "T" }));
     QCOMPARE(uniqueOf(attributesOf(variables, "files")), QStringList({ "file-1" }));
+}
+
+void DdiTest::sharedRecordTypeIsListedOnce()
+{
+    Layout layout = census();
+    layout.levels[0].records[1].recordType = "H";
+    QCOMPARE(variablesOf(layout).value(0)["rectype"], QString("H T"));
+    layout.levels[0].records[1].recordType.clear();
+    QCOMPARE(variablesOf(layout).value(0)["rectype"], QString("H T"));
 }
 
 void DdiTest::variablesAreInTheOrderOfTheFile()
