@@ -37,7 +37,7 @@ QVector<Column> idColumnsOf(const Level &level);
 /// in parentheses, in each language that the item's label has. Empty where the item has no label.
 Labels labelsOf(const Column &column);
 
-/// What the values of an item are to other programs.
+/// Kind of the values of an item in other programs.
 enum class ValueKind {
     Whole,  ///< whole numbers: no decimals, or stored as integers
     Number, ///< numbers that may have decimals

@@ -16,7 +16,7 @@ using vanlayout::ValueSet;
 namespace
 {
 
-/// What of an item a note is about.
+/// Part of an item that a note is about.
 enum class Aspect { None, Type, Columns, Place, Labels, ValueSets, Specials, Missing };
 
 Aspect aspectOf(NoteKind kind)

@@ -9,7 +9,7 @@
 
 struct ReadNote;
 
-/// What the file truly has of a variable of which the fields lose or change something, from the exact layout.
+/// Says from the exact layout how the file describes a variable of which the fields lose or change something.
 class ExactItems
 {
 public:

@@ -141,7 +141,7 @@ public:
         const NotesByKind notes(report, !showsAll);
         ExactItems items(explanation.layout);
         for (const NoteGravity gravity : gravities)
-            printGravity(gravity, report, notes, items);
+            printSeverity(gravity, report, notes, items);
     }
 
 private:
@@ -152,7 +152,7 @@ private:
         QString instead; ///< what the file truly has; empty where that is not known
     };
 
-    void printGravity(NoteGravity gravity, const ReadReport &report, const NotesByKind &notes, ExactItems &items)
+    void printSeverity(NoteGravity gravity, const ReadReport &report, const NotesByKind &notes, ExactItems &items)
     {
         const int count = report.count(gravity);
         if (count == 0)

@@ -7,7 +7,7 @@
 class QString;
 class ReadReport;
 
-/// What `--fail-on` takes: "lost", "changed" and the kinds of notes.
+/// The words that `--fail-on` takes: "lost", "changed" and the kinds of notes.
 std::vector<std::string> explainFailures();
 
 /// What `vanlayout explain` was asked for.
