@@ -2,6 +2,8 @@
 
 #include "read/CSProCommon_p.h"
 
+#include <tuple>
+
 namespace vanlayout
 {
 
@@ -32,7 +34,7 @@ QString itemPath(const Level &level, const ElementAddress &address)
     return address.value < 0 ? setPath : cspro::valuePath(setPath, address.value + 1);
 }
 
-QString pathOf(const Layout &layout, const ElementAddress &address)
+QString madePath(const Layout &layout, const ElementAddress &address)
 {
     if (address.relation >= 0)
         return cspro::relationPath(layout.relations.at(address.relation).name);
@@ -41,6 +43,38 @@ QString pathOf(const Layout &layout, const ElementAddress &address)
     const Level &level = layout.levels.at(address.level);
     return address.item < 0 ? recordPath(level, address) : itemPath(level, address);
 }
+
+bool isSame(const ElementAddress &left, const ElementAddress &right)
+{
+    const auto tied = [](const ElementAddress &address) {
+        return std::tie(address.level, address.record, address.item, address.valueSet, address.value, address.relation);
+    };
+    return tied(left) == tied(right);
+}
+
+// Makes paths. Entries of one element, which follow each other, share the memory of theirs.
+class Paths
+{
+public:
+    explicit Paths(const Layout &source)
+        : layout(source)
+    {
+    }
+
+    QString of(const ElementAddress &address)
+    {
+        if (!isSame(address, last)) {
+            path = madePath(layout, address);
+            last = address;
+        }
+        return path;
+    }
+
+private:
+    const Layout &layout;
+    ElementAddress last; // of the file, whose path is empty
+    QString path;
+};
 
 } // namespace
 
@@ -81,10 +115,11 @@ void CSProJsonFindings::dropExtrasFrom(size_t count)
 
 void CSProJsonFindings::resolvePaths()
 {
+    Paths paths(layout);
     for (size_t index = 0; index < ofProblems.size(); ++index)
-        layout.problems[firstProblem + int(index)].path = pathOf(layout, ofProblems[index]);
+        layout.problems[firstProblem + int(index)].path = paths.of(ofProblems[index]);
     for (size_t index = 0; index < ofExtras.size(); ++index)
-        layout.extras[firstExtra + int(index)].path = pathOf(layout, ofExtras[index]);
+        layout.extras[firstExtra + int(index)].path = paths.of(ofExtras[index]);
 }
 
 void CSProJsonFindings::addressLastProblem(const ElementAddress &address)

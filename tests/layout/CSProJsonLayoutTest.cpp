@@ -28,7 +28,7 @@ private slots:
     void linkedValueSetsShareTheirValues();
     void equalTextsShareTheirMemory();
     void pathsNameTheElementEvenBeforeItsName();
-    void longNamesAreCutInPaths();
+    void longNamesInPathsAreCutAndShared();
     void messagesAreOneShortLineWhateverTheFileSays();
     void undeclaredLanguageIsReportedOnceWhereItComesFirst();
     void fileThatIsNoDictionaryIsNamed_data();
@@ -553,7 +553,7 @@ void CSProJsonLayoutTest::pathsNameTheElementEvenBeforeItsName()
         QCOMPARE(layout.problems.at(index).path, layout.extras.at(index).path);
 }
 
-void CSProJsonLayoutTest::longNamesAreCutInPaths()
+void CSProJsonLayoutTest::longNamesInPathsAreCutAndShared()
 {
     const QByteArray name(5000, 'L');
     const Layout layout = layoutOf("{\"levels\":[{\"name\":\"" + name + R"(","x":1,"ids":{"items":[{"x":2,"name":")"
@@ -563,6 +563,9 @@ void CSProJsonLayoutTest::longNamesAreCutInPaths()
     QCOMPARE(layout.extras.at(1).path, cut + "/(ids)/" + cut);
     QCOMPARE(layout.extras.at(2).path, "relations/" + cut);
     QCOMPARE(layout.levels.at(0).name, QString(5000, 'L'));
+    const Layout keys = layoutOf(R"({"levels":[{"name":"L","a":1,"b":2,"records":[{"name":"R","a":3}]}]})");
+    QCOMPARE(keys.extras.at(0).path.constData(), keys.extras.at(1).path.constData());
+    QCOMPARE(keys.extras.at(2).path, QString("L/R"));
 }
 
 void CSProJsonLayoutTest::messagesAreOneShortLineWhateverTheFileSays()
