@@ -91,6 +91,18 @@ private Q_SLOTS:
         }
     }
 
+    void theVariableOfTheReadmeIsThatOfTheExample()
+    {
+        QFile readme(QStringLiteral(VAN_EXAMPLES "/../README.md"));
+        QVERIFY(readme.open(QIODevice::ReadOnly));
+        const QByteArray page = readme.readAll();
+        const int begin = page.indexOf("```xml\n") + 7;
+        const QByteArray shown = page.mid(begin, page.indexOf("```", begin) - begin);
+        QVERIFY2(shown.startsWith("<var ID=\"P04_SEX\""), shown.constData());
+        QByteArray document = exported("ddi", QStringLiteral(VAN_EXAMPLES "/census.dcf")).out;
+        QVERIFY2(document.replace("\n    ", "\n").contains(shown), shown.constData());
+    }
+
     void outputGoesIntoAFile()
     {
         const QByteArray printed = exported("ddi", "survey.dcf").out;
