@@ -2,9 +2,11 @@
 
 #include "Exportable.h"
 #include "UniqueNames_p.h"
+#include "util/KeyedHash_p.h"
 
 #include <algorithm>
 #include <numeric>
+#include <vector>
 
 namespace vanlayout
 {
@@ -15,6 +17,27 @@ namespace
 QString numbered(const QString &name, int number)
 {
     return number > 0 ? name + QLatin1Char('_') + QString::number(number) : name;
+}
+
+// The labels of the occurrences of an item by number; the first counts.
+using OccurrenceLabels = KeyedMap<quint64, const OccurrenceLabel *>;
+
+OccurrenceLabels labelsByOccurrence(const Item &item)
+{
+    OccurrenceLabels labels;
+    if (item.occurrences > 1) {
+        for (const OccurrenceLabel &label : item.occurrenceLabels)
+            labels.emplace(quint64(label.occurrence), &label);
+    }
+    return labels;
+}
+
+const OccurrenceLabel *labelOf(const OccurrenceLabels &labels, int occurrence)
+{
+    if (occurrence < 1 || labels.empty())
+        return nullptr;
+    const auto label = labels.find(quint64(occurrence));
+    return label != labels.end() ? label->second : nullptr;
 }
 
 /// Appends the columns of items, in their order.
@@ -52,11 +75,17 @@ private:
         const Item *parent = head.isSubitem ? nullptr : &head;
         const bool repeatsWhole = parent && head.occurrences > 1 && end > first + 1;
         const int rounds = repeatsWhole ? head.occurrences : 1;
+        std::vector<OccurrenceLabels> labels; // of each item of the group
+        for (int i = first; i < end; ++i)
+            labels.push_back(labelsByOccurrence(items.at(i)));
         for (int round = 1; round <= rounds; ++round) {
             for (int i = first; i < end; ++i) {
                 const Item &item = items.at(i);
                 const Item *holder = &item == parent ? nullptr : parent;
+                const OccurrenceLabels &own = labels.at(size_t(i) - size_t(first));
+                const int added = columns.size();
                 addItem(item, holder, i + 1, repeatsWhole ? round : 0);
+                label(added, repeatsWhole ? labels.front() : own, own);
             }
         }
     }
@@ -79,6 +108,15 @@ private:
         }
     }
 
+    // Sets the labels of the columns from `added` on.
+    void label(int added, const OccurrenceLabels &labels, const OccurrenceLabels &subLabels)
+    {
+        for (int i = added; i < columns.size(); ++i) {
+            columns[i].label = labelOf(labels, columns.at(i).occurrence);
+            columns[i].subLabel = labelOf(subLabels, columns.at(i).subOccurrence);
+        }
+    }
+
     static int startOf(const Column &column)
     {
         const Item *stepper
@@ -95,12 +133,9 @@ private:
     bool isId = false;
 };
 
-QString occurrenceText(const Item &item, int occurrence, const QString &language)
+QString occurrenceText(const OccurrenceLabel *label, int occurrence, const QString &language)
 {
-    const auto *const label
-        = std::find_if(item.occurrenceLabels.begin(), item.occurrenceLabels.end(),
-                       [&](const OccurrenceLabel &entry) { return entry.occurrence == occurrence; });
-    const QString text = label == item.occurrenceLabels.end() ? QString() : label->labels.in(language);
+    const QString text = label ? label->labels.in(language) : QString();
     return text.isEmpty() ? QString::number(occurrence) : text;
 }
 
@@ -131,11 +166,10 @@ Labels labelsOf(const Column &column)
     Labels labels = column.item->labels;
     if (column.occurrence == 0)
         return labels;
-    const Item &repeated = column.parent && column.parent->occurrences > 1 ? *column.parent : *column.item;
     for (Label &label : labels.parts) {
-        label.text += QLatin1String(" (") + occurrenceText(repeated, column.occurrence, label.language);
+        label.text += QLatin1String(" (") + occurrenceText(column.label, column.occurrence, label.language);
         if (column.subOccurrence > 0)
-            label.text += QLatin1String(", ") + occurrenceText(*column.item, column.subOccurrence, label.language);
+            label.text += QLatin1String(", ") + occurrenceText(column.subLabel, column.subOccurrence, label.language);
         label.text += QLatin1Char(')');
     }
     return labels;

@@ -20,6 +20,8 @@ struct Column {
     int subOccurrence = 0; ///< from 1, of a subitem that repeats within an item that repeats; 0 for others
     QString name;          ///< `NAME`, or `NAME_k`, or `NAME_i_k` for the k-th occurrence within the i-th; unique
     int start = 0;         ///< 1-based column of the data file; 0 where there are no columns
+    const OccurrenceLabel *label = nullptr;    ///< of the occurrence; null where it has none
+    const OccurrenceLabel *subLabel = nullptr; ///< of the subOccurrence; null where it has none
 };
 
 /// The columns of a record: the ids of its level and of the levels above, outermost first, then its items in the order

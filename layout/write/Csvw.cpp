@@ -55,30 +55,39 @@ struct Titles {
 
 const char *const anyLanguage = "und";
 
-void addTitle(QVector<Titles> &titles, const QString &tag, const QString &text)
+// The titles of a column by language, each once, in the order of their first text.
+class TitleList
 {
-    for (Titles &entry : titles) {
-        if (entry.tag == tag) {
-            if (!entry.texts.contains(text))
-                entry.texts.append(text);
+public:
+    void add(const QString &tag, const QString &text)
+    {
+        if (!known.insert(tag + QChar(0) + text).second)
             return;
-        }
+        const auto place = places.emplace(tag, all.size()).first->second;
+        if (place == all.size())
+            all.append({ tag, {} });
+        all[place].texts.append(text);
     }
-    titles.append({ tag, { text } });
-}
+
+    QVector<Titles> all;
+
+private:
+    KeyedSet<QString> known;
+    KeyedMap<QString, int> places; // by tag
+};
 
 // The name in the header line, then the labels by language.
 QVector<Titles> titlesOf(const Column &column, LanguageTags &tags)
 {
-    QVector<Titles> titles;
-    addTitle(titles, QLatin1String(anyLanguage), column.name);
+    TitleList titles;
+    titles.add(QLatin1String(anyLanguage), column.name);
     const Labels labels = labelsOf(column);
     for (const Label &label : labels.parts) {
         const QString tag = tags.of(label.language);
         if (!label.text.isEmpty())
-            addTitle(titles, tag.isEmpty() ? QLatin1String(anyLanguage) : tag, label.text);
+            titles.add(tag.isEmpty() ? QLatin1String(anyLanguage) : tag, label.text);
     }
-    return titles;
+    return titles.all;
 }
 
 const char *baseOf(const Item &item, const DateForm &dates)

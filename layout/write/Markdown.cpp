@@ -121,7 +121,7 @@ private:
         Item item;
         item.start = columns.start;
         item.length = columns.length;
-        return QLatin1String("columns ") + columnsText(item);
+        return QLatin1String(columns.length > 1 ? "columns " : "column ") + columnsText(item);
     }
 
     void writeLevel(const Level &level)
@@ -129,9 +129,9 @@ private:
         if (!level.ids.isEmpty()) {
             const QString name = layout.levels.size() > 1 ? nameAndLabel(level.name, level.labels.in(language)) : "";
             out.heading(recordHeading, name.isEmpty() ? QStringLiteral("Ids") : QLatin1String("Ids of ") + name);
-            out.paragraph(level.note);
-            writeItems(level.ids);
         }
+        out.paragraph(level.note);
+        writeItems(level.ids);
         for (const Record &record : level.records)
             writeRecord(record);
     }

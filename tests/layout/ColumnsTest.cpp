@@ -20,6 +20,8 @@ private slots:
     void namesAreUnique();
     void anItemWithoutANameIsNamedByItsPosition();
     void theLabelOfAnOccurrenceHasItsLabelOrNumber();
+    void labelsOfSubitemsHaveThoseOfBothOccurrences();
+    void labelsOfManyOccurrencesAreFound();
     void valuesAreOfAKind_data();
     void valuesAreOfAKind();
     void moreColumnsThanTheBoundAreRefused_data();
@@ -140,6 +142,42 @@ void ColumnsTest::theLabelOfAnOccurrenceHasItsLabelOrNumber()
 
     const Layout plain = layoutOf({ itemOf("Y") });
     QVERIFY(labelsOf(columnsOf(plain, 0, plain.levels.at(0).records.at(0)).at(0)).isEmpty());
+}
+
+void ColumnsTest::labelsOfSubitemsHaveThoseOfBothOccurrences()
+{
+    const auto labelled = [](Item item, const QString &label, const QVector<OccurrenceLabel> &labels) {
+        item.labels = { { { QString(), label } } };
+        item.occurrenceLabels = labels;
+        return item;
+    };
+    const auto label = [](int occurrence, const QString &text) {
+        return OccurrenceLabel{ occurrence, { { { QString(), text } } } };
+    };
+    const Layout layout = layoutOf(
+        { labelled(itemOf("G", 1, 4, 2), "Group", { label(2, "second"), label(2, "again"), label(3, "too many") }),
+          labelled(subitemOf("S", 1, 2, 2), "Part", { label(1, "left") }) });
+    QStringList texts;
+    const QVector<Column> columns = columnsOf(layout, 0, layout.levels.at(0).records.at(0));
+    for (const Column &column : columns)
+        texts.append(labelsOf(column).primary());
+    QCOMPARE(texts,
+             QStringList({ "Group (1)", "Part (1, left)", "Part (1, 2)", "Group (second)", "Part (second, left)",
+                           "Part (second, 2)" }));
+}
+
+void ColumnsTest::labelsOfManyOccurrencesAreFound()
+{
+    constexpr int count = 200000;
+    Item item = itemOf("X", 1, 1, count);
+    item.labels = { { { QString(), "L" } } };
+    for (int occurrence = count; occurrence > 0; --occurrence)
+        item.occurrenceLabels.append({ occurrence, { { { QString(), QString::number(-occurrence) } } } });
+    const Layout layout = layoutOf({ item });
+    const QVector<Column> columns = columnsOf(layout, 0, layout.levels.at(0).records.at(0));
+    QCOMPARE(columns.size(), count);
+    for (int i = 0; i < count; ++i)
+        QCOMPARE(labelsOf(columns.at(i)).primary(), QStringLiteral("L (-%1)").arg(i + 1));
 }
 
 Q_DECLARE_METATYPE(vanlayout::ValueKind)
