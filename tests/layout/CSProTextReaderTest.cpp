@@ -737,12 +737,13 @@ void CSProTextReaderTest::languagesAreThoseOfTheWholeFile()
 {
     const QByteArray languages = "[Languages]\nEN=English\nFR=Français\n";
     const QByteArray labels = dictionaryPart + "Label=a|b|c\n";
-    const QByteArray elements = levelPart + "Label=a|b\n" + idsPart + "Label=a\n" + recordPart
+    const QByteArray elements = levelPart + "Label=a|b|c\n" + idsPart + "Label=a\n" + recordPart
         + "Label=|b\nMaxRecords=2\nOccurrenceLabel=1,a|b\n" + itemPart
         + "Label=a\nOccurrences=2\nOccurrenceLabel=2,c|d\n" + setPart + "Label=a||\nValue=1;a|b\nValue=2\n";
     Layout before = layoutOf(labels + languages + elements);
     Layout behind = layoutOf(labels + elements + languages);
     QCOMPARE(before.labels, (Labels{ { { "EN", "a" }, { "FR", "b" }, { "", "c" } } }));
+    QCOMPARE(before.levels.at(0).labels, before.labels);
     QCOMPARE(before.levels.at(0).ids.at(0).labels, (Labels{ { { "EN", "a" } } }));
     const Item &item = before.levels.at(0).records.at(0).items.at(0);
     QCOMPARE(item.occurrenceLabels.at(0).labels, (Labels{ { { "EN", "c" }, { "FR", "d" } } }));
@@ -951,6 +952,7 @@ void CSProTextReaderTest::whiteSpaceInFrontMayBeLong_data()
     QTest::newRow("text in UTF-16") << "\xFF\xFE" + QByteArray(" \0", 2).repeated(2000)
             + QByteArray("[\0D\0i\0c\0t\0i\0o\0n\0a\0r\0y\0]\0", 24)
                                     << Format::CSProText;
+    QTest::newRow("JSON behind all white space") << QByteArray(" \t\r\n") + json << Format::CSProJson;
     QTest::newRow("JSON behind lines") << QByteArray(5000, '\n') + json << Format::CSProJson;
     QTest::newRow("JSON behind a mark and blanks") << mark + QByteArray(3000, ' ') + json << Format::CSProJson;
     QTest::newRow("JSON behind a comment") << "/*" + QByteArray(3000, '*') + "*/" + json << Format::CSProJson;
