@@ -223,7 +223,9 @@ private:
         addedTo.resize(size_t(itemsBefore.containers().size()));
         for (int i = 0; i < itemsAfter.items().size(); ++i) {
             const int record = matching.records().partnerOfAfter(itemsAfter.items().at(i).container);
-            if (record != Pairing::none && matching.items().partnerOfAfter(i) == Pairing::none)
+            const bool isNew = matching.items().partnerOfAfter(i) == Pairing::none
+                && !matching.isFurtherOccurrence(LabelComparison::After, i);
+            if (record != Pairing::none && isNew)
                 addedTo[size_t(record)].append(i);
         }
     }
@@ -294,13 +296,15 @@ private:
         const ItemPlace &earlier = itemsBefore.items().at(index);
         const int partner = matching.items().partnerOfBefore(index);
         place.item = earlier.item->name;
+        if (matching.isFurtherOccurrence(LabelComparison::Before, index))
+            return;
         if (partner == Pairing::none) {
             changes.add(place, DiffKind::ItemRemoved, labels.text(earlier.item->labels, LabelComparison::Before),
                         QString());
             return;
         }
         const ItemPlace &later = itemsAfter.items().at(partner);
-        if (!isSameName(earlier.item->name, later.item->name)) {
+        if (!areNamedAlike(*earlier.item, *later.item)) {
             place.otherName = later.item->name;
             changes.add(place, DiffKind::ItemRenamed, earlier.item->name, later.item->name);
         }
@@ -311,6 +315,14 @@ private:
             compareParents(earlier, later, place);
         compareItems(*earlier.item, *later.item, place, scope, labels, changes);
         values.compare(*earlier.item, *later.item, place, changes);
+    }
+    bool areNamedAlike(const Item &earlier, const Item &later) const
+    {
+        if (isSameName(earlier.name, later.name))
+            return true;
+        return !scope.areCSPro() && !scope.areStatistical()
+            && (ItemMatching::areItemAndOccurrence(earlier.name, later.name)
+                || ItemMatching::areItemAndOccurrence(later.name, earlier.name));
     }
     // An item that holds subitems may have another name in each layout.
     void compareParents(const ItemPlace &earlier, const ItemPlace &later, const Change &place)

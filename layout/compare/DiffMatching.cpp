@@ -66,6 +66,28 @@ constexpr RenamingRule renamingRules[] = {
     { true, true, true, RenamingRule::SimilarLabel },
 };
 
+/// The parts of the name that an occurrence has in a statistical file: "X_2".
+struct OccurrenceName {
+    QString item; // without regard to case; empty for another name
+    int number = 0;
+};
+
+OccurrenceName occurrenceNameOf(const QString &name)
+{
+    const int mark = name.lastIndexOf(QLatin1Char('_'));
+    bool isNumber = false;
+    const int number = name.midRef(mark + 1).toInt(&isNumber);
+    return mark > 0 && isNumber ? OccurrenceName{ name.left(mark).toCaseFolded(), number } : OccurrenceName();
+}
+
+// A subitem repeats with its item.
+int occurrencesOf(const ItemList &list, int index)
+{
+    const ItemPlace &place = list.items().at(index);
+    const int ofItem = place.item->occurrences;
+    return place.parent == Pairing::none ? ofItem : std::max(ofItem, list.items().at(place.parent).item->occurrences);
+}
+
 // Whether a label is the other one with more words, or has most of its words in common with it.
 bool areSimilar(const QString &one, const QString &other)
 {
@@ -144,6 +166,12 @@ ItemMatching::ItemMatching(const ItemList &beforeItems, const ItemList &afterIte
     matchRecords(scope.areCSPro());
     matchItems();
     matchItemsElsewhere();
+    isFurther[LabelComparison::Before].fill(false, before.items().size());
+    isFurther[LabelComparison::After].fill(false, after.items().size());
+    if (!scope.areCSPro() && !scope.areStatistical()) {
+        matchOccurrences(LabelComparison::Before);
+        matchOccurrences(LabelComparison::After);
+    }
     matchRenamedItems(scope);
 }
 
@@ -236,6 +264,39 @@ void ItemMatching::matchItemsElsewhere()
                          [&](int i) { return Name(after.items().at(i).item->name); });
     itemPairing.ifUnique([&](int i) { return Name(before.items().at(i).item->name.toCaseFolded()); },
                          [&](int i) { return Name(after.items().at(i).item->name.toCaseFolded()); });
+}
+
+bool ItemMatching::areItemAndOccurrence(const QString &item, const QString &occurrence)
+{
+    const OccurrenceName name = occurrenceNameOf(occurrence);
+    return name.number == 1 && name.item == item.toCaseFolded();
+}
+
+void ItemMatching::matchOccurrences(LabelComparison::Side repeatingSide)
+{
+    const bool isBefore = repeatingSide == LabelComparison::Before;
+    const ItemList &repeating = isBefore ? before : after;
+    const ItemList &single = isBefore ? after : before;
+    const auto partnerOf = [&](bool ofBefore, int index) {
+        return ofBefore ? itemPairing.partnerOfBefore(index) : itemPairing.partnerOfAfter(index);
+    };
+    KeyedMap<QString, int> itemOfName;
+    for (int i = 0; i < repeating.items().size(); ++i) {
+        if (partnerOf(isBefore, i) == Pairing::none && occurrencesOf(repeating, i) > 1)
+            itemOfName.emplace(repeating.items().at(i).item->name.toCaseFolded(), i);
+    }
+    if (itemOfName.empty())
+        return;
+    for (int i = 0; i < single.items().size(); ++i) {
+        const OccurrenceName name = occurrenceNameOf(single.items().at(i).item->name);
+        const auto found = partnerOf(!isBefore, i) == Pairing::none ? itemOfName.find(name.item) : itemOfName.end();
+        if (found == itemOfName.end() || name.number < 1 || name.number > occurrencesOf(repeating, found->second))
+            continue;
+        if (name.number > 1)
+            isFurther[isBefore ? LabelComparison::After : LabelComparison::Before][i] = true;
+        else if (partnerOf(isBefore, found->second) == Pairing::none)
+            itemPairing.pair(isBefore ? found->second : i, isBefore ? i : found->second);
+    }
 }
 
 void ItemMatching::matchRenamedItems(const DiffScope &scope)

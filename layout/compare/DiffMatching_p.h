@@ -56,12 +56,19 @@ public:
 
     const Pairing &records() const { return recordPairing; }
     const Pairing &items() const { return itemPairing; }
+    /// Whether a variable of a statistical file holds the second or a later occurrence of an item of the dictionary
+    /// that it is compared with: `X_2` where the item X, which repeats, is paired with `X_1`.
+    bool isFurtherOccurrence(LabelComparison::Side side, int item) const { return isFurther[side].at(item); }
+    /// Whether two names are those of an item that repeats and of its first occurrence.
+    static bool areItemAndOccurrence(const QString &item, const QString &occurrence);
 
 private:
     void matchRecords(bool hasRecords);
     void matchRecordsByItems();
     void matchItems();
     void matchItemsElsewhere();
+    /// Pairs the items of a dictionary that repeat with their first occurrences in a statistical file.
+    void matchOccurrences(LabelComparison::Side repeatingSide);
     void matchRenamedItems(const DiffScope &scope);
     /// A number that is the same for records that are paired; none for a record without a partner.
     std::optional<quint64> pairOf(LabelComparison::Side side, int item) const;
@@ -72,6 +79,7 @@ private:
     ValueSetComparison &values;
     Pairing recordPairing;
     Pairing itemPairing;
+    QVector<bool> isFurther[2];
 };
 
 } // namespace vanlayout

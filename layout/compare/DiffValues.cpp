@@ -53,13 +53,21 @@ QString nameAfter(const QString &set, const Item &before, const Item &after)
 
 } // namespace
 
+bool ValueSetComparison::hasEntry(const ValueSet &set, bool isNumeric) const
+{
+    return std::any_of(set.values.begin(), set.values.end(), [&](const Value &value) {
+        return std::any_of(value.ranges.begin(), value.ranges.end(),
+                           [&](const Range &range) { return scope.holdsCode(isNumeric, range); });
+    });
+}
+
 ValueSetComparison::Sets ValueSetComparison::setsOf(const Item &item, bool isNumeric) const
 {
     Sets sets;
     for (const ValueSet &set : item.valueSets) {
         if (scope.isOneFamily())
             sets.append(&set);
-        else if (sets.isEmpty() && !entriesOf(set.values, isNumeric).isEmpty())
+        else if (sets.isEmpty() && hasEntry(set, isNumeric))
             sets.append(&set);
     }
     return sets;

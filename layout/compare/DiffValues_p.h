@@ -51,6 +51,7 @@ private:
     using Sets = QVector<const ValueSet *>;
     using Differences = QVector<Difference>;
 
+    bool hasEntry(const ValueSet &set, bool isNumeric) const;
     Sets setsOf(const Item &item, bool isNumeric) const;
     Pairing pairSets(const Item &before, const Sets &ofBefore, const Item &after, const Sets &ofAfter, bool isNumeric);
     void pairSetsByName(const Item &before, const Sets &ofBefore, const Item &after, const Sets &ofAfter,

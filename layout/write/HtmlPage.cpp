@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QLocale>
 
+#include <algorithm>
+
 // Outside of the namespace, as the macro asks.
 static void registerPageResources()
 {
@@ -28,6 +30,12 @@ QByteArray escapeOf(QChar unit)
     constexpr int digits = 4;
     constexpr int base = 16;
     return "\\u" + QByteArray::number(unit.unicode(), base).rightJustified(digits, '0');
+}
+
+bool isPlainInHtml(QChar unit)
+{
+    const ushort code = unit.unicode();
+    return code >= ' ' && code < 0x7F && code != '<' && code != '>' && code != '&' && code != '"';
 }
 
 // Whether a page shows the character at a place as an escape.
@@ -60,6 +68,9 @@ bool writeBytes(QIODevice &device, const QByteArray &bytes)
 
 QByteArray htmlOf(const QString &text)
 {
+    // Nearly all texts are themselves in HTML.
+    if (std::all_of(text.begin(), text.end(), isPlainInHtml))
+        return text.toLatin1();
     QString shown;
     for (int at = 0; at < text.size(); ++at) {
         if (isShownAsEscape(text, at))

@@ -1023,6 +1023,23 @@ void DiffTest::dictionaryIsComparedWithAStatisticalFile()
     QVERIFY(notComparedOf(diff).contains("columns"));
     QCOMPARE(described(compare(file, dictionary)), QStringList());
 
+    // An item that repeats is compared with its first occurrence; the others of the file are no further variables.
+    const Layout repeating = edited(dictionary, [](Layout &l) {
+        house(l).items[1].occurrences = 3;
+        person(l).items[1].occurrences = 2;
+    });
+    Layout expanded = file;
+    QVector<Item> &items = person(expanded).items;
+    items[6].name = "ROOMS_1";
+    items[3].name = "MONTH_1";
+    items[2].name = "BIRTH_1";
+    items.append(item("rooms_2", 0, 2, "Rooms"));
+    items.append(item("MONTH_2", 0, 2, "Month"));
+    QCOMPARE(described(compare(repeating, expanded)), QStringList());
+    QCOMPARE(described(compare(expanded, repeating)), QStringList());
+    items.append(item("ROOMS_4", 0, 2, "Rooms"));
+    QCOMPARE(described(compare(repeating, expanded)), QStringList("item-added ROOMS_4:  > Rooms"));
+
     person(file).items[4].format = "F9.1";
     person(file).items[4].decimals = 1;
     person(file).items.removeLast();
