@@ -63,7 +63,7 @@ public:
     {
         if (!known.insert(tag + QChar(0) + text).second)
             return;
-        const auto place = places.emplace(tag, all.size()).first->second;
+        const int place = places.emplace(tag, all.size()).first->second;
         if (place == all.size())
             all.append({ tag, {} });
         all[place].texts.append(text);

@@ -282,7 +282,7 @@ private:
         if (codes.isEmpty())
             return;
         const auto isBlank = [](const MissingCode &missing) { return missing.code.isEmpty(); };
-        const auto blank = std::find_if(codes.begin(), codes.end(), isBlank);
+        const auto *const blank = std::find_if(codes.begin(), codes.end(), isBlank);
         array("missingValues", [&] {
             writeMissingValue(blank == codes.end() ? MissingCode() : *blank);
             for (const MissingCode &missing : codes) {

@@ -61,7 +61,7 @@ bool isOnce(const Record &record)
 int setHeads(QVector<Table> &tables, int first, int headAbove)
 {
     const auto isHead = [](const Table &table) { return table.isKeyed && table.record->required; };
-    const auto found = std::find_if(tables.begin() + first, tables.end(), isHead);
+    const auto *const found = std::find_if(tables.begin() + first, tables.end(), isHead);
     const int head = found == tables.end() ? headAbove : int(found - tables.begin());
     for (int i = first; i < tables.size(); ++i)
         tables[i].head = i == head ? headAbove : head;
