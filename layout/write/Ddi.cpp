@@ -39,18 +39,42 @@ public:
     }
 
 private:
-    void writeDescription(const QString &section, bool hasNotes)
+    void writeDescription(const QString &section, bool isStudy)
     {
+        const bool hasUseStatement = isStudy && options.profile == DdiProfile::Ipums;
         xml.begin(section);
         xml.begin(QStringLiteral("citation"));
         xml.begin(QStringLiteral("titlStmt"));
         writeTitles();
+        if (hasUseStatement)
+            xml.empty(QStringLiteral("IDNo"));
         xml.end();
+        if (hasUseStatement)
+            writeSeries();
         xml.end();
-        if (hasNotes) {
+        if (hasUseStatement)
+            writeUseStatement();
+        if (isStudy) {
             writeDdiNote(xml, QStringLiteral("note"), layout.note);
             writeDdiAliases(xml, layout.aliases);
         }
+        xml.end();
+    }
+
+    // Readers of extracts ask for the series and the conditions of use, of which a layout knows nothing.
+    void writeSeries()
+    {
+        xml.begin(QStringLiteral("serStmt"));
+        xml.empty(QStringLiteral("serName"));
+        xml.end();
+    }
+    void writeUseStatement()
+    {
+        xml.begin(QStringLiteral("dataAccs"));
+        xml.begin(QStringLiteral("useStmt"));
+        xml.empty(QStringLiteral("citReq"));
+        xml.empty(QStringLiteral("conditions"));
+        xml.end();
         xml.end();
     }
 
@@ -108,6 +132,7 @@ private:
         xml.empty(QStringLiteral("txt"));
         for (const DdiRecord &entry : qAsConst(variables.records))
             writeRecordCategory(*entry.record);
+        xml.empty(QStringLiteral("concept"));
         xml.empty(QStringLiteral("varFormat"));
         xml.attribute(QStringLiteral("type"), ddiRecordTypeFormat(layout));
         xml.end();

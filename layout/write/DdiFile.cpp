@@ -37,6 +37,8 @@ public:
         xml.attribute(QStringLiteral("ID"), ddiFileId());
         xml.begin(QStringLiteral("fileTxt"));
         writeElement(QStringLiteral("fileName"), layout.name);
+        if (isForIpums)
+            xml.empty(QStringLiteral("fileCont"));
         writeStructure();
         writeDimensions();
         writeFileType();

@@ -103,6 +103,8 @@ void DdiVariableWriter::write(const DdiVariable &variable, const QString &record
     writeMissingValues(item);
     writeText(item);
     writeCategories(item);
+    if (isForIpums())
+        xml.empty(QStringLiteral("concept"));
     writeFormat(item);
     writeNotes(item);
     xml.end();

@@ -1113,12 +1113,12 @@ void DdiTest::nothingIsInvented()
     }
     for (const DdiOptions &options : { DdiOptions(), ipums() }) {
         const QByteArray document = documentOf(layout, options);
-        for (const char *word :
-             { "concept", "qstn", "RecSegNo", "sumStat", "catStat", "intrvl", "recPrCas", "caseQnty" })
+        for (const char *word : { "qstn", "RecSegNo", "sumStat", "catStat", "intrvl", "recPrCas", "caseQnty" })
             QVERIFY2(!document.contains(word), word);
     }
     const QByteArray plain = documentOf(layout);
-    for (const char *word : { "RECTYPE", "filePlac", "<format>", "charset", "fixed length", "fileType" })
+    for (const char *word : { "RECTYPE", "filePlac", "<format>", "charset", "fixed length", "fileType", "concept",
+                              "fileCont", "IDNo", "serName", "useStmt" })
         QVERIFY2(!plain.contains(word), word);
 }
 
@@ -1201,12 +1201,20 @@ void DdiTest::extractReadersFindEveryElement()
     const XmlElement document = ddiOf(dictionary({ numeric("X"), text("Y"), photo }), ipums());
     const XmlElement file = document.one("fileDscr/fileTxt");
     QCOMPARE(file.one("format").text, QString("fixed length fields"));
-    for (const char *name : { "fileName", "fileStrc", "fileType", "filePlac" })
+    for (const char *name : { "fileName", "fileCont", "fileStrc", "fileType", "filePlac" })
         QCOMPARE(file.all(name).size(), 1);
+    const XmlElement study = document.one("stdyDscr");
+    for (const char *path : { "citation/titlStmt/IDNo", "citation/serStmt/serName", "dataAccs/useStmt/citReq",
+                              "dataAccs/useStmt/conditions" }) {
+        const QString name = QString(path).section('/', -1);
+        const QVector<XmlElement> found = study.one(QString(path).section('/', 0, -2)).all(name);
+        QVERIFY2(found.size() == 1 && found.at(0).text.isEmpty(), path);
+    }
     for (const XmlElement &variable : document.all("dataDscr/var")) {
         QVERIFY(variable.has("dcml"));
-        for (const char *name : { "location", "labl", "txt", "varFormat" })
+        for (const char *name : { "location", "labl", "txt", "concept", "varFormat" })
             QCOMPARE(variable.all(name).size(), 1);
+        QCOMPARE(variable.one("concept").text, QString());
     }
     QCOMPARE(document.all("dataDscr/var").at(2).one("varFormat")["type"], QString("character"));
     QCOMPARE(ddiOf(statFile({}), ipums()).one("fileDscr/fileTxt/format").text, QString("SPSS file"));
