@@ -103,9 +103,25 @@ private Q_SLOTS:
         for (const QString &line : lines)
             QVERIFY2(line.size() <= 60, qPrintable(line));
         QVERIFY(run.out.contains("\n    label:\n      \"before before"));
+        QVERIFY(run.out.contains("\n1 difference: item-label 1\n"));
         QVERIFY(run.out.contains("\n      \xE2\x86\x92 \"after after"));
         QCOMPARE(run.out.count("after"), 21); // the name of the file once
         QVERIFY(!diff({ "before.dcf", "after.dcf" }).out.contains("label:\n"));
+    }
+
+    void kindAndItsCountAreNotSplit()
+    {
+        write("before.dcf", surveyBefore());
+        write("after.dcf", surveyAfter());
+        for (int columns = 20; columns < 60; ++columns) {
+            QProcess tool;
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert("COLUMNS", QString::number(columns));
+            tool.setProcessEnvironment(environment);
+            const QByteArray out = diff({ "before.dcf", "after.dcf" }, tool).out;
+            for (const char *count : { "item-added 1", "item-removed 1", "item-label 1", "value-label 1" })
+                QVERIFY2(out.contains(count), out.constData());
+        }
     }
 
     void itemsThatMoveTogetherAreOneLine()

@@ -47,18 +47,19 @@ public:
     {
     }
 
-    void print(int depth, const QString &text)
+    void print(int depth, const QString &text) { print(depth, text.split(QLatin1Char(' '))); }
+    /// Prints words, which are not broken, with a blank between them.
+    void print(int depth, const QStringList &words)
     {
         QString line(depth * indentation, QLatin1Char(' '));
-        const QString next(line.size() + indentation, QLatin1Char(' '));
-        if (fits(line + text)) {
-            write(line + text);
+        if (width <= 0) {
+            write(line + words.join(QLatin1Char(' ')));
             return;
         }
-        const QStringList words = text.split(QLatin1Char(' '));
+        const QString next(line.size() + indentation, QLatin1Char(' '));
         bool isEmpty = true;
         for (const QString &word : words) {
-            if (!isEmpty && !fits(line + QLatin1Char(' ') + word)) {
+            if (!isEmpty && !fits(0, line + QLatin1Char(' ') + word)) {
                 write(line);
                 line = next;
                 isEmpty = true;
@@ -76,7 +77,6 @@ public:
     }
 
 private:
-    bool fits(const QString &line) const { return fits(0, line); }
     void write(QString line)
     {
         while (line.endsWith(QLatin1Char(' ')))
@@ -231,12 +231,13 @@ void printDiffTable(const LayoutDiff &diff, QIODevice &out, int width)
 {
     TableLines lines(out, width);
     printHead(diff, lines);
-    QStringList counts;
-    const QVector<KindCount> all = diff.counts();
-    for (const KindCount &entry : all)
-        counts.append(wordOf(entry.kind) + QLatin1Char(' ') + QString::number(entry.count));
-    lines.print(
-        0, countOfAll(diff) + (counts.isEmpty() ? QString() : QLatin1String(": ") + counts.join(QLatin1String(", "))));
+    QStringList words = { countOfAll(diff) };
+    const QVector<KindCount> counts = diff.counts();
+    for (const KindCount &entry : counts) {
+        words.last() += QLatin1Char(words.size() == 1 ? ':' : ',');
+        words.append(wordOf(entry.kind) + QLatin1Char(' ') + QString::number(entry.count));
+    }
+    lines.print(0, words);
     ChangeLines changes(lines);
     vanlayout::DiffWalk(diff.changes, changes).walk();
 }
