@@ -64,13 +64,17 @@ add_dependencies(VanlayoutCodebookTest vanlayout)
 target_compile_definitions(VanlayoutCodebookTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutCodebookTest)
 
-# The page of the codebook, used in a browser where there is one. What it reads is made for the test above.
+# The pages, used in a browser where there is one. What the codebook reads is made for the test above.
 find_program(VAN_PYTHON python3)
 if(VAN_PYTHON)
     add_test(NAME CodebookBrowser COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/tool/codebook-browser.py
         $<TARGET_FILE:vanlayout> ${PROJECT_SOURCE_DIR}/examples ${made_data})
     van_test_properties(CodebookBrowser tool)
     set_tests_properties(CodebookBrowser PROPERTIES SKIP_RETURN_CODE 77)
+    add_test(NAME DiffBrowser COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/tool/diff-browser.py
+        $<TARGET_FILE:vanlayout>)
+    van_test_properties(DiffBrowser tool)
+    set_tests_properties(DiffBrowser PROPERTIES SKIP_RETURN_CODE 77)
 else()
-    message(STATUS "No python3: the codebook is not tested in a browser")
+    message(STATUS "No python3: codebooks and comparisons are not tested in a browser")
 endif()

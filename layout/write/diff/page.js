@@ -6,7 +6,7 @@ const sections = [...document.querySelectorAll("section.record")].map(element =>
     items: [...element.querySelectorAll(".changed-item")].map(item => ({
         element: item,
         name: folded(item.querySelector("h3")?.textContent ?? ""),
-        lines: [...item.querySelectorAll("[data-kind]")],
+        lines: item.dataset.kind ? [item] : [...item.querySelectorAll("[data-kind]")],
         sets: [...item.querySelectorAll(".of-set")],
     })),
 }));
