@@ -25,6 +25,7 @@ private slots:
     void zeroFillOfNumbersFollowsTheDictionaryWhereverThatSaysIt();
     void subitemFollowsItsItem();
     void offsetThatDoesNotCountIsKept();
+    void elementsTakeNothingFromThoseBefore();
     void linkedValueSetsShareTheirValues();
     void equalTextsShareTheirMemory();
     void pathsNameTheElementEvenBeforeItsName();
@@ -509,6 +510,38 @@ void CSProJsonLayoutTest::offsetThatDoesNotCountIsKept()
     QCOMPARE(layout.extras.at(0).path, QString("L/R/C"));
     QCOMPARE(layout.extras.at(1).path, QString("L/R/E"));
     QVERIFY(problemsOf(layout).endsWith("unused-offset no-start unused-offset no-start"));
+}
+
+void CSProJsonLayoutTest::elementsTakeNothingFromThoseBefore()
+{
+    const QByteArray value
+        = R"({"special":"MISSING","note":"n","image":"i","textColor":"red","labels":[{"text":"t","language":"EN"}],
+        "pairs":[{"value":"1"},{"range":["1",[2]]},{"range":["1","2"]}]})";
+    const QByteArray set = R"({"name":"V","link":"k","aliases":["W"],"note":"n","values":[)" + value + ",{}]}";
+    const QByteArray item
+        = R"({"name":"I","aliases":["J"],"note":"n","contentType":"numeric","length":9,"decimals":2,"decimalMark":true,
+        "zeroFill":true,"start":7,"occurrences":{"maximum":3},"capture":{"type":"date","dateFormat":"DD"},"valueSets":[)"
+        + set + ",{}]}";
+    const QByteArray record
+        = R"({"name":"R","aliases":["S"],"note":"n","recordType":"1","occurrences":{"required":false,"maximum":9},"items":[)"
+        + item + ",{}]}";
+    const QByteArray relation
+        = R"({"name":"X","aliases":["Y"],"primary":"P","links":[{"primaryLink":"A","secondary":"B","secondaryLink":"C"},{}]})";
+    const Layout layout = layoutOf(R"({"relativePositions":false,"levels":[{"name":"L","note":"n","records":[)" + record
+                                   + R"(,{}]},{}],"relations":[)" + relation + ",{}]}");
+    const Level &level = layout.levels.at(0);
+    const Record &first = level.records.at(0);
+    Item noItem;
+    noItem.type.clear();
+    QCOMPARE(layout.levels.at(1), Level());
+    QCOMPARE(level.records.at(1), Record());
+    QCOMPARE(first.items.at(1), noItem);
+    QCOMPARE(first.items.at(0).valueSets.at(1), ValueSet());
+    const QVector<Value> &values = first.items.at(0).valueSets.at(0).values;
+    QCOMPARE(values.at(1), Value());
+    QCOMPARE(values.at(0).ranges, (QVector<Range>{ { "1", "" }, { "1", "2" } }));
+    QCOMPARE(layout.relations.at(1), Relation());
+    QCOMPARE(layout.relations.at(0).links.at(1), RelationLink());
 }
 
 void CSProJsonLayoutTest::linkedValueSetsShareTheirValues()

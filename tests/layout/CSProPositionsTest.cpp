@@ -109,6 +109,7 @@ void CSProPositionsTest::itemsGetTheirColumns_data()
     add("record type where an id would begin later", 3, 1, relative, "3 2 | 4",        "1 5 | 7");
     add("record type behind the ids",            6, 2, relative, "3 2 | 4",            "1 4 | 8");
     add("record type far behind the ids",        60, 2, relative, "3 2 | 4",           "1 4 | 8");
+    add("record type without a start",           0, 2, relative, "3 2 | 4",            "1 4 | 6");
     add("record type without ids",               1, 2, relative, " | 4 1",             " | 3 7");
     add("neither record type nor ids",           0, 0, relative, " | 4 1",             " | 1 5");
     add("each record begins anew",               1, 1, relative, "1 | 4 1 | 2 2",      "2 | 3 7 | 3 5");

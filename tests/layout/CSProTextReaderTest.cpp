@@ -766,9 +766,9 @@ void CSProTextReaderTest::equalLabelsAreInMemoryOnce()
 
 void CSProTextReaderTest::problemsAreInTheOrderOfTheFile()
 {
-    const Layout layout
-        = layoutOf("[Dictionary]\nFoo=1\n[Level]\nBar=2\nZeroFill=No\n[Record]\nRequired=?\nRequired=No\n"
-                   "Required=No\n[Foo]\n[Item]\nLen=?\n");
+    const Layout layout = layoutOf("[Dictionary]\nDecimalChar=No\nFoo=1\nDecimalChar=No\n[Level]\nBar=2\nZeroFill=No\n["
+                                   "Record]\nRequired=?\nRequired=No\n"
+                                   "Required=No\n[Foo]\n[Item]\nLen=?\n");
     QVERIFY(layout.problems.size() > 8);
     for (int index = 1; index < layout.problems.size(); ++index)
         QVERIFY(layout.problems.at(index - 1).line <= layout.problems.at(index).line);
