@@ -209,6 +209,18 @@ class Tests:
             expect(self.book.names(), [name])
             expect(self.browser.run("document.querySelector('.found').textContent"), shown)
 
+    def long_note_is_found_by_an_excerpt(self):
+        note = "x " * 300 + "the ELDEST\\r\\nchild " + "y " * 300
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1, more=["Note=" + note]))
+        self.book.search("eldest child")
+        self.book.wait_for_found("1 variable")
+        self.book.names()
+        found = self.browser.run("document.querySelector('.found').textContent")
+        expect((len(found) < 200, found.startswith("\u2026x"), found.endswith("y \u2026") or found.endswith("y\u2026")),
+               (True, True, True))
+        expect(self.browser.run("[...document.querySelectorAll('.found mark')].map(e => e.textContent)"),
+               ["ELDEST", "child"])
+
     # ---------------------------------------------------------------------------------------------- filters
     def record_and_type_narrow_the_list(self):
         self.book.open_example()
@@ -423,6 +435,31 @@ Value=1;One
                ["1\tOne", "97\tRefused missing", "98\tUnknown missing", "-1\tNot asked missing", "100\tOld"])
         expect(self.browser.run("document.querySelector('h1').textContent"), "Ages")
 
+    def bounds_of_missing_ranges_are_in_words(self):
+        file = os.path.join(self.book.folder, "ages.sav")
+        with open(file, "wb") as out:
+            out.write(spss([(-5, "Low"), (5, "High")]).replace(
+                struct.pack("<3d", 97, 99, -1), struct.pack("<Qdd", 0xFFEFFFFFFFFFFFFE, 0, 99)))
+        self.book.open(file, "#AGE")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        if "Missing values\nlowest to 0, 99" not in self.book.details("AGE"):
+            raise AssertionError(self.book.details("AGE"))
+        expect(self.browser.run("[...document.querySelectorAll('tbody tr')].map(e => e.innerText)"),
+               ["-5\tLow missing", "5\tHigh"])
+
+    def text_color_of_a_value_is_a_swatch(self):
+        values = [{"labels": [{"text": "Red"}], "pairs": [{"value": 1}], "textColor": "#FF0000"},
+                  {"labels": [{"text": "None"}], "pairs": [{"value": 2}], "textColor": "url(x)"}]
+        made = {"software": "CSPro", "version": 8.0, "fileType": "dictionary", "name": "D", "labels": [{"text": "D"}],
+                "levels": [{"name": "L", "ids": {"items": []}, "records": [{"name": "R", "recordType": "", "items": [
+                    {"name": "A", "contentType": "numeric", "start": 1, "length": 1, "valueSets": [
+                        {"name": "VS", "values": values}]}]}]}]}
+        self.book.open_made(json.dumps(made), "#A")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(self.browser.run("[...document.querySelectorAll('.color')].map(e => [e.textContent, "
+                                "e.querySelector('.swatch').style.backgroundColor])"),
+               [[" #FF0000", "rgb(255, 0, 0)"], [" url(x)", ""]])
+
     def relations_lead_to_their_records(self):
         self.book.open_made(DICTIONARY.replace("RecordTypeStart=0\nRecordTypeLen=0", "RecordTypeStart=1\nRecordTypeLen=1")
                             .replace("RecordTypeValue=''", "RecordTypeValue='1'") + item("A", "One", 2, 1) + """
@@ -616,6 +653,18 @@ RecordTypeValue='2'
         self.browser.press("ArrowRight", 39)
         expect(self.browser.run("document.activeElement.getAttribute('aria-label')"), "DISTRICT, columns 4–5")
         expect(self.browser.run(stops), 1)
+
+    def ids_of_outer_levels_are_on_each_ruler(self):
+        self.book.open_made("[Dictionary]\nVersion=CSPro 7.7\nName=D\nRecordTypeStart=0\nRecordTypeLen=0\n\n[Level]\nName=ONE"
+                            "\n\n[IdItems]\n" + item("OUTER", "Outer", 1, 4) + "\n[Record]\nName=A\nRecordTypeValue=''\n"
+                            + item("X", "X", 9, 4) + "\n[Level]\nName=TWO\n\n[IdItems]\n" + item("INNER", "Inner", 5, 4)
+                            + "\n[Record]\nName=B\nRecordTypeValue=''\n" + item("Y", "Y", 9, 4))
+        self.browser.wait_for("document.querySelectorAll('#page-group-3 .block').length > 0")
+        rulers = self.browser.run("[0, 1, 2, 3].map(g => [...document.querySelectorAll('#page-group-' + g + ' .block')].map("
+                                  "e => e.ariaLabel.split(',')[0] + (e.classList.contains('common') ? '*' : '')))")
+        expect(rulers, [["OUTER"], ["OUTER*", "X"], ["OUTER*", "INNER"], ["OUTER*", "INNER*", "Y"]])
+        expect(self.browser.run("[...document.querySelectorAll('.level-title')].map(e => e.innerText)"),
+               ["Level 1 ONE", "Level 2 TWO"])
 
     def only_record_has_its_variables(self):
         self.book.open_made(DICTIONARY + item("A", "One", 1, 1) + item("B", "Two", 2, 1))

@@ -15,6 +15,7 @@ const mostRecordsAtOnce = 100; // of a layout with more, each record is drawn as
 const linkStep = 100;          // links to records that are shown at a time
 const mostChoices = 1000;      // of records and languages
 const widthOfLetter = 8;       // on a ruler, in pixels
+const excerptMargin = 80;      // characters of a long text that are shown around a word
 
 const severities = {
     error: "The file has no layout.",
@@ -32,26 +33,33 @@ let language = data.language || 0;
 const languageAt = (part, place) => Array.isArray(part) ? part[0] : place;
 const textOf = part => Array.isArray(part) ? part[1] : part;
 
-// The text of a label in the language of the page; the first one where there is none in it.
+// The place in a label of the text in the language of the page; of the first one where there is none in it.
+function placeInLanguage(label)
+{
+    const place = label.findIndex((part, at) => languageAt(part, at) === language && textOf(part) !== "");
+    return Math.max(place, 0);
+}
+
+// The text of a label in the language of the page.
 function inLanguage(label)
 {
     if (label === undefined || label === null || label.length === 0)
         return "";
-    if (typeof label === "string")
-        return label;
-    const part = label.find((some, place) => languageAt(some, place) === language && textOf(some) !== "");
-    return textOf(part === undefined ? label[0] : part);
+    return typeof label === "string" ? label : textOf(label[placeInLanguage(label)]);
 }
 
-// The language of a text on the page, where its code is one that browsers know.
-function languageCode()
+// The code of the language of that text, where it is one that browsers know. Nobody knows that of an only text.
+function codeOf(label)
 {
-    const code = languages.length > 1 ? languages[language][0] : "";
+    if (!Array.isArray(label) || label.length === 0)
+        return "";
+    const place = placeInLanguage(label);
+    const code = languages[languageAt(label[place], place)][0];
     return /^[a-z]{2,3}(-[a-z0-9]{2,8})*$/i.test(code) ? code.toLowerCase() : "";
 }
 
 const labelOf = element => inLanguage(element.label);
-const makeLabel = (tag, className, text) => makeText(tag, className, text, languageCode());
+const makeLabel = (tag, className, label) => makeText(tag, className, inLanguage(label), codeOf(label));
 
 // ---------------------------------------------------------------------------- the layout as one list of variables
 
@@ -261,7 +269,7 @@ function drawHead()
         page("title").textContent = shown(title);
         document.title = shown(title) + " – codebook";
     }
-    page("title").lang = labelOf(data) ? languageCode() : "";
+    page("title").lang = codeOf(data.label);
 }
 
 function drawLanguages()
@@ -399,7 +407,19 @@ let printsDetails = false;
 let printedLabels = 0; // values of the variables that are printed
 let terms = [];
 
-const makeMarked = (tag, className, text) => markWords(makeLabel(tag, className, text), terms);
+const makeMarked = (tag, className, label) => markWords(makeLabel(tag, className, label), terms);
+
+// The part of a long text around a word that it has, in one line.
+function excerpt(text, word)
+{
+    const line = shown(text.replace(/\s+/g, " "));
+    const { plain, places } = foldedWithPlaces(line);
+    const at = plain.indexOf(word);
+    const begin = at < 0 ? 0 : Math.max(places[at] - excerptMargin, 0);
+    const end = at < 0 ? line.length : places[at + word.length] + excerptMargin;
+    const part = line.slice(begin, end).replace(/^[\udc00-\udfff]|[\ud800-\udbff]$/g, ""); // no half of a pair
+    return (begin > 0 ? "…" : "") + part + (end < line.length ? "…" : "");
+}
 
 // The text, apart from name and label, for which the search found a variable.
 function makeFound(variable)
@@ -408,18 +428,17 @@ function makeFound(variable)
     const term = terms.find(sought => !front.includes(sought));
     if (term === undefined)
         return null;
-    const has = text => folded(shown(text)).includes(term);
+    const has = text => folded(shownLines(text)).includes(term);
     for (const set of setsOf(variable)) {
         for (const [codes, label] of valuesOf(set)) {
             if (has(inLanguage(label)))
-                return make("p", "found", makeText("code", "", codesInWords(codes)), " ",
-                            makeMarked("span", "", inLanguage(label)));
+                return make("p", "found", makeText("code", "", codesInWords(codes)), " ", makeMarked("span", "", label));
         }
     }
     const others = [...variable.aliases || [], variable.note || "",
                     ...setsOf(variable).flatMap(set => [set.name || "", labelOf(set)])];
     const other = others.find(has);
-    return other === undefined ? null : make("p", "found", makeMarked("span", "", other));
+    return other === undefined ? null : make("p", "found", makeMarked("span", "", excerpt(other, term)));
 }
 
 function makeBadges(i)
@@ -446,7 +465,7 @@ function makeVariable(i)
     button.setAttribute("aria-expanded", "false");
     button.addEventListener("click", () => toggle(i));
     const row = make("article", "variable" + (variable.holder === undefined ? "" : " subitem"), make("h3", "", button),
-                     makeMarked("p", "label", labelOf(variable)),
+                     makeMarked("p", "label", variable.label),
                      make("p", "type " + classOf(variable), shown(variable.form || typeOf(variable))),
                      make("p", "columns", whereOf(variable)), makeText("p", "values", valuesInShort(variable)),
                      makeBadges(i));
@@ -553,7 +572,7 @@ function makeOccurrences(occurrenceLabels)
     const list = make("ol", "occurrences");
     addInSteps(list, occurrenceLabels.length, labelStep, k => {
         const [occurrence, label] = occurrenceLabels[k];
-        const item = makeLabel("li", "", inLanguage(label));
+        const item = makeLabel("li", "", label);
         item.value = occurrence;
         return item;
     });
@@ -579,7 +598,7 @@ function makeColor(color)
 
 function makeValue(variable, [codes, label, more = {}])
 {
-    const cell = makeMarked("td", "", inLanguage(label));
+    const cell = makeMarked("td", "", label);
     const special = more.special || (isMissing(variable, codes) ? "missing" : "");
     if (special)
         cell.append(" ", make("span", "special", special));
@@ -605,7 +624,7 @@ function makeValueSet(variable, set)
     if (set.name && !(data.isStatistical && /^labels\d+$/.test(set.name)))
         caption.append(makeText("span", "name", set.name), " ");
     if (labelOf(set))
-        caption.append(makeLabel("span", "", labelOf(set)), " ");
+        caption.append(makeLabel("span", "", set.label), " ");
     caption.append(make("span", "hint", counted(values.length, "value") + (set.link ? ", linked" : "")));
     const box = make("div", "value-labels", make("table", "", caption, make("thead", "", head), body));
     if (set.note)
@@ -1066,11 +1085,11 @@ class Ruler
         const pieces = [makeText("b", "", nameOf(variable)), " "];
         if (numbers) {
             const label = (variable.occurrenceLabels || []).find(([number]) => String(number) === numbers);
-            pieces.push("occurrence " + numbers + " ", label ? makeLabel("span", "", inLanguage(label[1])) : "", " ");
+            pieces.push("occurrence " + numbers + " ", label ? makeLabel("span", "", label[1]) : "", " ");
         }
         this.readout.replaceChildren(...pieces, (start === end ? "column " : "columns ")
                                      + columnsFrom(Number(start), Number(end)), " ",
-                                     makeLabel("span", "", labelOf(variable)));
+                                     makeLabel("span", "", variable.label));
     }
 }
 
@@ -1127,7 +1146,7 @@ function drawSection(group, g)
     const members = membersOf[g];
     const heading = make("h2", "", titleOf(group));
     if (!group.isIds && labelOf(group))
-        heading.append(" ", makeLabel("span", "label", labelOf(group)));
+        heading.append(" ", makeLabel("span", "label", group.label));
     heading.id = ownPrefix + "heading-" + g;
     section.list = make("div", "list");
     section.element.classList.add("drawn");
@@ -1260,7 +1279,7 @@ groups.forEach((group, g) => groupsOfLevel[group.level].push(g));
 function makeLevelHead(level, number)
 {
     const title = make("p", "level-title", levels.length > 1 ? "Level " + (number + 1) + " " : "Level ");
-    title.append(makeText("span", "name", level.name || ""), " ", makeLabel("span", "label", labelOf(level)));
+    title.append(makeText("span", "name", level.name || ""), " ", makeLabel("span", "label", level.label));
     const element = make("div", "level", title);
     if (level.note)
         element.append(makeNote(level.note));
@@ -1406,7 +1425,7 @@ function prepareSearch()
 {
     if (fronts)
         return;
-    fronts = variables.map(variable => folded(frontOf(variable).map(shown).join("\n")));
+    fronts = variables.map(variable => folded(frontOf(variable).map(shownLines).join("\n")));
     setTexts = lists.map(list => folded(list.map(value => shown(inLanguage(value[1]))).join("\n")));
 }
 
