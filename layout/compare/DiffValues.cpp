@@ -201,7 +201,8 @@ const ValueSetComparison::Content &ValueSetComparison::contentOf(const QVector<V
     if (!isNew)
         return found->second;
     const KeyedHash hash;
-    for (const CodeEntry &entry : entriesOf(values, isNumeric)) {
+    const QVector<CodeEntry> entries = entriesOf(values, isNumeric);
+    for (const CodeEntry &entry : entries) {
         const quint64 code = CodeKeyHash()(entry.key);
         found->second.codes += hash(code);
         found->second.labelled += hash({ code, hash(labels.keyText(entry.value->labels, side)) });
@@ -212,7 +213,8 @@ const ValueSetComparison::Content &ValueSetComparison::contentOf(const QVector<V
 quint64 ValueSetComparison::contentOf(const Item &item, Side side, bool hasLabels)
 {
     quint64 content = 0;
-    for (const ValueSet *set : setsOf(item, item.isNumeric()))
+    const Sets sets = setsOf(item, item.isNumeric());
+    for (const ValueSet *set : sets)
         content += contentOf(set->values, item.isNumeric(), side).*(hasLabels ? &Content::labelled : &Content::codes);
     return content;
 }

@@ -651,7 +651,7 @@ void DiffTest::codesOfOneValueAreOneChange()
     QCOMPARE(
         described(compare(made({ several }), made({ value("3", "Any"), value("1", "Any"), value("5", "Any", "9") }))),
         QStringList());
-    // The code of "not applicable" is blank, whatever stands there.
+    // The code of "not applicable" is blank, whatever the file has in its place.
     Value blank = value("   ", "None");
     blank.special = Special::NotApplicable;
     Value plain = value("NOTAPPL", "None");
