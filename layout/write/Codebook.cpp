@@ -118,11 +118,22 @@ private:
     QByteArray facts() const
     {
         const QString file = layout.file == QLatin1String("-") ? QString() : QFileInfo(layout.file).fileName();
-        return fact("Name", layout.name) + fact("File", file) + fact("Encoding", layout.encoding)
-            + fact("Languages", languages()) + fact("Record type", recordType())
-            + fact("Rows", layout.rows ? groupedNumber(*layout.rows) : QByteArray())
+        return fact("Name", layout.name) + fact("File", file) + fact("Version", version())
+            + fact("Encoding", layout.encoding) + fact("Languages", languages()) + fact("Record type", recordType())
+            + fact("Positions", positions()) + fact("Rows", layout.rows ? groupedNumber(*layout.rows) : QByteArray())
             + fact("Created", withoutT(layout.created)) + fact("Modified", withoutT(layout.modified))
             + fact("Weight", layout.weight) + fact("Aliases", layout.aliases.join(QLatin1String(", ")));
+    }
+    // Where the words for the kind of file do not have it.
+    QString version() const
+    {
+        return describeFormat(layout).endsWith(layout.formatVersion) ? QString() : layout.formatVersion;
+    }
+    QString positions() const
+    {
+        if (!layout.relativePositions)
+            return QString();
+        return *layout.relativePositions ? QStringLiteral("relative") : QStringLiteral("absolute");
     }
     QString languages() const
     {

@@ -202,6 +202,7 @@ private slots:
         layout.encoding = "windows-1252";
         layout.languages = { { "EN", "English" }, { "FR", "" } };
         layout.recordType = RecordTypeColumns{ 3, 2 };
+        layout.relativePositions = true;
         layout.levels[0].records[0].items[0].valueSets
             = { setOf({ valueOf({ { "1", "" } }, "One"), { {}, {}, Special::None, {}, {}, { { "2", "9" } } } }) };
         const QByteArray page = pageOf(layout);
@@ -214,14 +215,16 @@ private slots:
                             "<div><dt>Encoding</dt><dd dir=\"auto\">windows-1252</dd></div>\n"
                             "<div><dt>Languages</dt><dd dir=\"auto\">English, FR</dd></div>\n"
                             "<div><dt>Record type</dt><dd dir=\"auto\">columns 3\xE2\x80\x93"
-                            "4</dd></div>\n"));
+                            "4</dd></div>\n"
+                            "<div><dt>Positions</dt><dd dir=\"auto\">relative</dd></div>\n"));
     }
 
     void headOfAStatisticalFileHasRowsDatesAndWeight()
     {
         Layout layout;
         layout.file = "-";
-        layout.format = Format::Stata;
+        layout.format = Format::Spss;
+        layout.formatVersion = "3";
         layout.rows = 12345;
         layout.created = "2020-01-02T03:04:05";
         layout.modified = "2021-01-02T03:04:05";
@@ -231,7 +234,8 @@ private slots:
         layout.levels = { level };
         const QByteArray page = pageOf(layout);
         QCOMPARE(between(page, "<dl class=\"facts\">\n", "</dl>"),
-                 QByteArray("<div><dt>Rows</dt><dd dir=\"auto\">12,345</dd></div>\n"
+                 QByteArray("<div><dt>Version</dt><dd dir=\"auto\">3</dd></div>\n"
+                            "<div><dt>Rows</dt><dd dir=\"auto\">12,345</dd></div>\n"
                             "<div><dt>Created</dt><dd dir=\"auto\">2020-01-02 03:04:05</dd></div>\n"
                             "<div><dt>Modified</dt><dd dir=\"auto\">2021-01-02 03:04:05</dd></div>\n"
                             "<div><dt>Weight</dt><dd dir=\"auto\">W</dd></div>\n"));

@@ -129,9 +129,8 @@ function whereOf(variable)
 }
 
 const inWords = word => word.replace(/[A-Z]/g, letter => " " + letter.toLowerCase());
-const boundInWords = code => code === "-inf" ? "lowest" : code === "inf" ? "highest" : code;
-const rangeInWords = range => Array.isArray(range) ? boundInWords(range[0]) + " to " + boundInWords(range[1])
-    : boundInWords(range);
+const boundInWords = code => !data.isStatistical ? code : code === "-inf" ? "lowest" : code === "inf" ? "highest" : code;
+const rangeInWords = range => Array.isArray(range) ? range.map(boundInWords).join(" to ") : range;
 const rangesOf = codes => Array.isArray(codes) ? codes : codes === undefined ? [] : [codes];
 const codesInWords = codes => rangesOf(codes).map(rangeInWords).join(", ");
 
@@ -163,7 +162,7 @@ function isMissing(variable, codes)
         if (!Array.isArray(range))
             return range === codes;
         const [from, to] = [range[0].replace("inf", "Infinity"), range[1].replace("inf", "Infinity")].map(Number);
-        return Number(codes) >= from && Number(codes) <= to;
+        return codes.trim() !== "" && Number(codes) >= from && Number(codes) <= to;
     });
 }
 
