@@ -33,6 +33,11 @@ bool withinFamily(const DiffScope &scope, const Item & /*before*/, const Item & 
     return scope.isOneFamily() && !scope.areCSPro();
 }
 
+bool withinStatisticalFormat(const DiffScope &scope, const Item & /*before*/, const Item & /*after*/)
+{
+    return scope.isOneFormat() && !scope.areCSPro();
+}
+
 // Between programs the length of a text alone: that of a number is the width of its format. A text of any length, such
 // as strL, has none.
 bool hasComparedLength(const DiffScope &scope, const Item &before, const Item &after)
@@ -111,8 +116,8 @@ const ItemProperty properties[] = {
     { DiffKind::ItemStorage,      withinFamily,        [](const DiffScope &, const Item &item) { return wordOf(item.storage); } },
     { DiffKind::ItemFormat,       hasComparedFormat,   formatOf },
     { DiffKind::ItemMeasure,      hasComparedMeasure,  [](const DiffScope &, const Item &item) { return wordOf(item.measure); } },
-    { DiffKind::ItemAlignment,    withinFamily,        [](const DiffScope &, const Item &item) { return wordOf(item.alignment); } },
-    { DiffKind::ItemDisplayWidth, withinFamily,        [](const DiffScope &, const Item &item) { return number(item.displayWidth); } },
+    { DiffKind::ItemAlignment,    withinStatisticalFormat,        [](const DiffScope &, const Item &item) { return wordOf(item.alignment); } },
+    { DiffKind::ItemDisplayWidth, withinStatisticalFormat,        [](const DiffScope &, const Item &item) { return number(item.displayWidth); } },
     { DiffKind::ItemMissing,      withinFamily,        [](const DiffScope &, const Item &item) { return missingOf(item); } },
 };
 // clang-format on

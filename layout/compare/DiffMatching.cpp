@@ -303,7 +303,7 @@ void ItemMatching::matchRenamedItems(const DiffScope &scope)
 {
     const bool hasColumns = scope.areCSPro();
     const bool hasLength = scope.isOneFamily();
-    const bool hasValues = hasColumns || scope.areStatistical();
+    const bool hasValues = (hasColumns || scope.areStatistical()) && scope.comparesValueSets();
     const auto traits = [&](const ItemList &list, LabelComparison::Side side, int index, const RenamingRule &rule) {
         const std::optional<quint64> record = pairOf(side, index);
         const Item &item = *list.items().at(index).item;

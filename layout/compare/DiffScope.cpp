@@ -63,7 +63,18 @@ bool hasRecordLength(const Layout &layout)
 DiffScope::DiffScope(const Layout &beforeLayout, const Layout &afterLayout)
     : before(beforeLayout)
     , after(afterLayout)
+    , hasKnownValueSets(knowsValueSets(before) && knowsValueSets(after))
 {
+}
+
+bool DiffScope::knowsValueSets(const Layout &layout)
+{
+    const auto hasSets = [](const Item &item) { return !item.valueSets.isEmpty(); };
+    return !isSas(layout.format) || std::any_of(layout.levels.begin(), layout.levels.end(), [&](const Level &level) {
+        return std::any_of(level.records.begin(), level.records.end(), [&](const Record &record) {
+            return std::any_of(record.items.begin(), record.items.end(), hasSets);
+        });
+    });
 }
 
 bool DiffScope::isOneFamily() const
@@ -123,6 +134,12 @@ QVector<NotCompared> DiffScope::notCompared() const
                                   "formats other than "
                                   "fixed numbers",
                                   "names of value sets", "notes", "weight variable" })
+            add(what, one);
+    }
+    if (!comparesValueSets())
+        add("value labels", "a SAS data set without its catalog has none");
+    if (!areCSPro() && isOneFamily() && !isOneFormat()) {
+        for (const char *what : { "alignment", "display width" })
             add(what, one);
     }
     addFacts(list);

@@ -21,6 +21,8 @@ public:
     bool areStatistical() const { return !isCSPro(before.format) && !isCSPro(after.format); }
     /// Whether a name that differs in case alone is the same name, because a format has upper case alone.
     bool foldsNames() const { return hasUpperCaseAlone(before.format) || hasUpperCaseAlone(after.format); }
+    /// Whether value sets are compared: SAS keeps them in catalogs, so that a data set alone says nothing of them.
+    bool comparesValueSets() const { return hasKnownValueSets; }
     /// Whether the names of value sets are those of the survey in both layouts.
     bool namesValueSets() const { return areCSPro() || (isOneFamily() && !isSpss(before.format)); }
     /// Characters of an item's label that both can hold; 0 for no bound.
@@ -42,10 +44,12 @@ private:
         return isCSPro(format) || format == Format::SpssPortable || format == Format::SasXport;
     }
     bool isAny(Format format) const { return before.format == format || after.format == format; }
+    static bool knowsValueSets(const Layout &layout);
     void addFacts(QVector<NotCompared> &list) const;
 
     const Layout &before;
     const Layout &after;
+    bool hasKnownValueSets;
 };
 
 } // namespace vanlayout

@@ -75,7 +75,7 @@ ValueSetComparison::Sets ValueSetComparison::setsOf(const Item &item, bool isNum
 
 void ValueSetComparison::compare(const Item &before, const Item &after, const Change &place, ChangeCollector &changes)
 {
-    if (before.valueSets.isEmpty() && after.valueSets.isEmpty())
+    if (!scope.comparesValueSets() || (before.valueSets.isEmpty() && after.valueSets.isEmpty()))
         return;
     const bool isNumeric = before.isNumeric() && after.isNumeric();
     const Sets ofBefore = setsOf(before, isNumeric);

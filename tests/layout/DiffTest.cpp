@@ -230,6 +230,8 @@ private slots:
     void realFormsHaveNoDifference();
     void realFilesAreTheSameAsThemselves();
     void plainAndCompressedSpssFilesAreTheSame();
+    void madeSurveysAreComparedInEachFormat_data();
+    void madeSurveysAreComparedInEachFormat();
     void sharedSetsAreBounded();
     void craftedNamesTakeNoLonger();
     void timeGrowsWithTheSize_data();
@@ -1148,6 +1150,40 @@ void DiffTest::realFilesAreTheSameAsThemselves()
 void DiffTest::plainAndCompressedSpssFilesAreTheSame()
 {
     QCOMPARE(described(compare(readLayout(madeData("types.sav")), readLayout(madeData("types.zsav")))), QStringList());
+}
+
+void DiffTest::madeSurveysAreComparedInEachFormat_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QStringList>("changes");
+    const QStringList longTexts = { "item-removed REMARK: A very long text > ", "item-removed WORD: A long text > " };
+    QTest::newRow("SPSS and Stata") << "survey.sav"
+                                    << "survey.dta" << longTexts;
+    QTest::newRow("SPSS and portable") << "survey.sav"
+                                       << "survey.por" << longTexts;
+    QTest::newRow("Stata and portable") << "survey.dta"
+                                        << "survey.por" << QStringList();
+    QTest::newRow("Stata and SAS") << "survey.dta"
+                                   << "survey.sas7bdat" << QStringList();
+    QTest::newRow("SAS and its transport form") << "survey.sas7bdat"
+                                                << "survey-8.xpt" << QStringList();
+    QTest::newRow("versions of the transport form") << "survey-5.xpt"
+                                                    << "survey-8.xpt" << QStringList();
+}
+
+void DiffTest::madeSurveysAreComparedInEachFormat()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(QStringList, changes);
+    const Layout one = readLayout(madeData(qPrintable(before)));
+    const Layout other = readLayout(madeData(qPrintable(after)));
+    QVERIFY(one.isRead() && other.isRead());
+    const LayoutDiff diff = compare(one, other);
+    QCOMPARE(described(diff), changes);
+    const bool isSas = one.format == Format::Sas || other.format == Format::Sas || one.format == Format::SasXport;
+    QCOMPARE(notComparedOf(diff).contains("value labels"), isSas);
 }
 
 // A small file can have a label set that all items share: it differs in each of them.
