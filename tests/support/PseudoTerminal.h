@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 /// A terminal on which a process can write, and a test can read what it shows.
@@ -36,6 +37,15 @@ public:
     /// The end that a process writes to, by its name and as it is open here.
     QString name() const { return QString::fromLocal8Bit(fileName); }
     int descriptor() const { return end; }
+
+    /// Makes its lines so many columns wide.
+    bool setWidth(unsigned short columns) const
+    {
+        winsize size = {};
+        size.ws_col = columns;
+        size.ws_row = 24;
+        return ioctl(end, TIOCSWINSZ, &size) == 0;
+    }
 
     /// What it was sent since it was last asked.
     QByteArray taken() const

@@ -299,6 +299,47 @@ private Q_SLOTS:
         QVERIFY2(indented >= 5, table.constData());
     }
 
+    void aWordThatIsWiderThanTheTerminalIsBroken_data()
+    {
+        QTest::addColumn<QByteArray>("columns");
+        QTest::addColumn<QString>("table");
+        QTest::newRow("beside its variable") << QByteArray("41")
+                                             << "      line 6  AGE  Colour=redredredredred\n"
+                                                "                   redredredredred\u4E2D\u4E2D\u4E2D\n"
+                                                "                   \u4E2D\u4E2D\u4E2D\n";
+        QTest::newRow("where there is little room") << QByteArray("20")
+                                                    << "      line 6  AGE\n"
+                                                       "Colour=redredredredr\n"
+                                                       "edredredredredred\u4E2D\n"
+                                                       "\u4E2D\u4E2D\u4E2D\u4E2D\u4E2D\n";
+    }
+    void aWordThatIsWiderThanTheTerminalIsBroken()
+    {
+        QFETCH(QByteArray, columns);
+        QFETCH(QString, table);
+        folder.write("d.dcf",
+                     "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=" + QByteArray("red").repeated(10)
+                         + QByteArray("\xE4\xB8\xAD").repeated(6) + '\n');
+        QProcess tool;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("COLUMNS", columns);
+        tool.setProcessEnvironment(environment);
+        const QString out = QString::fromUtf8(folder.run({ "explain", "d.dcf" }, tool).out);
+        QVERIFY2(out.contains(table), qPrintable(out));
+    }
+
+    void theWorstOfSeveralFilesIsTheStatus()
+    {
+        folder.write("subitem.dcf",
+                     "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
+        const QStringList call{ "explain", "--summary", "--fail-on", "subitem" };
+        QCOMPARE(folder.run(call + QStringList{ clean, clean8 }).status, fine);
+        QCOMPARE(folder.run(call + QStringList{ "subitem.dcf", clean }).status, finding);
+        const Run worst = folder.run(call + QStringList{ "absent.dcf", "subitem.dcf", clean });
+        QCOMPARE(worst.status, noAnswer);
+        QCOMPARE(worst.out.count('\n'), 3);
+    }
+
     void summaryIsALineAFile()
     {
         const Run summary = folder.run({ "explain", "--summary", clean, planted8 });

@@ -1,4 +1,5 @@
 #include "support/Corpus.h"
+#include "support/OrdinaryUser.h"
 #include "support/ReadPipe.h"
 #include "support/ToolRun.h"
 
@@ -7,6 +8,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QXmlStreamReader>
+
+#include <sys/stat.h>
 
 namespace
 {
@@ -236,6 +239,15 @@ private Q_SLOTS:
         QTest::newRow("two files without a folder")
             << ddi + QStringList{ "survey.dcf", "survey.dcf" }
             << QByteArray("several files are written into a folder; name it by -o FOLDER\n");
+        QTest::newRow("two files to standard output")
+            << ddi + QStringList{ "-o", "-", "survey.dcf", "survey.dcf" }
+            << QByteArray("several files are written into a folder; name it by -o FOLDER\n");
+        QTest::newRow("output without a name")
+            << ddi + QStringList{ "-o", "", "survey.dcf" } << QByteArray("'': no such file\n");
+        QTest::newRow("full disk") << ddi + QStringList{ "-o", "/dev/full", "survey.dcf" }
+                                   << QByteArray("/dev/full: cannot be written: No space left on device\n");
+        QTest::newRow("standard input twice") << ddi + QStringList{ "-", "-", "-o", "twice" }
+                                              << QByteArray("standard input is read once alone; name - once\n");
         QTest::newRow("two files into a file")
             << ddi + QStringList{ "-o", "survey.dcf", "survey.dcf", "survey.dcf" }
             << QByteArray("survey.dcf: is no folder; several files are written into one\n");
@@ -334,6 +346,126 @@ private Q_SLOTS:
         QVERIFY(folder.read("walk/out/same-2.xml").contains("name=\"B\""));
         // What was written is not read by the next call.
         QCOMPARE(folder.run({ "export", "--to", "ddi", "-r", "walk", "-o", "walk/out" }).err, QByteArray());
+    }
+
+    void aFileOfAFolderThatCannotBeReadIsOneLineAndTheRestGoesOn()
+    {
+        QVERIFY(QDir(folder.path()).mkpath("odd/closed"));
+        folder.write("odd/survey.dcf", dictionary("X"));
+        folder.write("odd/closed/a.dcf", dictionary("A"));
+        QVERIFY(QFile::link("nowhere", folder.filePath("odd/leads.dcf")));
+        const QByteArray odd = QFile::encodeName(folder.filePath("odd"));
+        QCOMPARE(::mkfifo(QByteArray(odd + "/pipe.dcf").constData(), 0600), 0); // reading it would never end
+        QCOMPARE(::mkdir(QByteArray(odd + "/name\xff").constData(), 0700), 0);
+        QVERIFY(QFile::setPermissions(folder.filePath("odd/closed"), QFileDevice::WriteOwner));
+        Run run;
+        asOrdinaryUser([&] { run = folder.run({ "export", "--to", "ddi", "-r", "odd", "-o", "some" }); });
+        QVERIFY(QFile::setPermissions(folder.filePath("odd/closed"),
+                                      QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
+        QCOMPARE(run.status, noAnswer);
+        const QList<QByteArray> lines = run.err.trimmed().split('\n');
+        QCOMPARE(lines.size(), 3);
+        QCOMPARE(lines.at(0), QByteArray("vanlayout: odd/closed: the folder cannot be read"));
+        QCOMPARE(lines.at(1), QByteArray("vanlayout: odd/leads.dcf: cannot be opened: No such file or directory"));
+        QCOMPARE(lines.at(2),
+                 QByteArray("vanlayout: odd/name\xEF\xBF\xBD: cannot be opened: No such file or directory"));
+        QCOMPARE(QDir(folder.filePath("some")).entryList(QDir::Files), QStringList("survey.xml"));
+    }
+
+    void aFileInAFolderMayHaveAnyName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("colon in front") << ":colon";
+        QTest::newRow("line feed") << "new\nline";
+        QTest::newRow("dash in front") << "--to";
+        QTest::newRow("signs of the shell") << "*?[a] $(x)";
+        QTest::newRow("beyond ASCII") << "\u00FC b";
+    }
+    void aFileInAFolderMayHaveAnyName()
+    {
+        QFETCH(QString, name);
+        const QString top = QString::fromLatin1(QTest::currentDataTag());
+        QVERIFY(QDir(folder.path()).mkpath(top + "/in"));
+        folder.write(top + "/in/" + name + ".dcf", dictionary("X"));
+        const Run run = folder.run({ "export", "--to", "ddi", "-r", top + "/in", "-o", top + "/out" });
+        QCOMPARE(run.err, QByteArray());
+        QCOMPARE(run.status, fine);
+        QCOMPARE(QDir(folder.filePath(top + "/out")).entryList(QDir::Files), QStringList(name + ".xml"));
+    }
+
+    void aFolderThatIsReadAndWrittenIsRefused()
+    {
+        QVERIFY(QDir(folder.path()).mkpath("both"));
+        folder.write("both/survey.dcf", dictionary("X"));
+        const Run run = folder.run({ "export", "--to", "ddi", "-r", "both", "-o", "./both" });
+        verifyComplaint(run, "both: is the folder to read, and is not written into; name another one by -o\n");
+        QCOMPARE(QDir(folder.filePath("both")).entryList(QDir::Files), QStringList("survey.dcf"));
+    }
+
+    void aFolderWithoutAFileIsOneLine()
+    {
+        QVERIFY(QDir(folder.path()).mkpath("empty/deep"));
+        const Run alone = folder.run({ "codebook", "-r", "empty", "-o", "none" });
+        verifyComplaint(alone, "empty: has no file to read\n");
+        QVERIFY(!QFileInfo::exists(folder.filePath("none")));
+        const Run beside = folder.run({ "export", "--to", "ddi", "-r", "empty", "survey.dcf", "-o", "some" });
+        QCOMPARE(beside.status, noAnswer);
+        QCOMPARE(beside.err, QByteArray("vanlayout: empty: has no file to read\n"));
+        QVERIFY(!folder.read("some/survey.xml").isEmpty());
+    }
+
+    void anIndexIsWrittenOverNoFileThatIsRead()
+    {
+        QVERIFY(QDir(folder.path()).mkpath("pages"));
+        folder.write("pages/index.html", dictionary("X"));
+        const Run run = folder.run({ "codebook", "pages/index.html", "survey.dcf", "-o", "pages" });
+        verifyComplaint(run, "pages/index.html: is a file to read, and is not written over\n");
+        QCOMPARE(folder.read("pages/index.html"), dictionary("X"));
+        QVERIFY(!folder.read("pages/index-2.html").isEmpty());
+        QVERIFY(!folder.read("pages/survey.html").isEmpty());
+    }
+
+    void aCatalogIsReadAndNotWrittenOver()
+    {
+        const QString survey = QStringLiteral(VAN_MADE_DATA "/survey.sas7bdat");
+        QFile::remove(folder.filePath("formats.sas7bcat"));
+        QVERIFY(QFile::copy(QStringLiteral(VAN_MADE_DATA "/formats.sas7bcat"), folder.filePath("formats.sas7bcat")));
+        const QByteArray catalog = folder.read("formats.sas7bcat");
+        const QStringList call{ "export", "--to", "csv", "--catalog", "formats.sas7bcat", survey };
+        const Run labelled = folder.run(call);
+        QCOMPARE(labelled.err, QByteArray());
+        QVERIFY(labelled.out != exported("csv", survey).out);
+        verifyComplaint(folder.run(call + QStringList{ "-o", "formats.sas7bcat" }),
+                        "formats.sas7bcat: is a file to read, and is not written over\n");
+        QVERIFY(QFile::rename(folder.filePath("formats.sas7bcat"), folder.filePath("survey.csv")));
+        QCOMPARE(folder.run({ "export", "--to", "csv", "--catalog", "survey.csv", survey, "-o", "./" }).status, fine);
+        QCOMPARE(folder.read("survey.csv"), catalog);
+        QVERIFY(!folder.read("survey-2.csv").isEmpty());
+    }
+
+    void aCatalogThatCannotBeReadIsOneLine()
+    {
+        const QString survey = QStringLiteral(VAN_MADE_DATA "/survey.sas7bdat");
+        const Run run = folder.run({ "export", "--to", "csv", "--catalog", "absent.sas7bcat", survey });
+        QCOMPARE(run.status, fine);
+        QCOMPARE(run.out, exported("csv", survey).out);
+        QCOMPARE(run.err,
+                 "vanlayout: " + survey.toUtf8()
+                     + ": the catalog absent.sas7bcat: cannot be opened: No such file or directory\n");
+    }
+
+    void aFolderThatCannotBeWrittenIntoIsALineAFile()
+    {
+        QVERIFY(QDir(folder.path()).mkpath("closed"));
+        QVERIFY(QFile::setPermissions(folder.filePath("closed"), QFileDevice::ReadOwner | QFileDevice::ExeOwner));
+        folder.write("b.dcf", dictionary("B"));
+        Run run;
+        asOrdinaryUser([&] { run = folder.run({ "codebook", "survey.dcf", "b.dcf", "-o", "closed" }); });
+        QCOMPARE(run.status, noAnswer);
+        QCOMPARE(run.err,
+                 QByteArray("vanlayout: closed/survey.html: cannot be written: Permission denied\n"
+                            "vanlayout: closed/b.html: cannot be written: Permission denied\n"
+                            "vanlayout: closed/index.html: cannot be written: Permission denied\n"));
     }
 
     void aFolderThatCannotBeMadeIsOneLine()

@@ -5,6 +5,9 @@
 
 #include <QRegularExpression>
 
+#include <csignal>
+#include <sys/stat.h>
+
 namespace
 {
 
@@ -85,6 +88,23 @@ private Q_SLOTS:
             << QByteArray("--fromat=csv: no such option of show; did you mean --format?");
         QTest::newRow("value") << QStringList{ "show", "--format", "tabel", "x" }
                                << QByteArray("--format: tabel not in {table,json,csv}; did you mean table?");
+        QTest::newRow("capital letters") << QStringList{ "SHOW" }
+                                         << QByteArray("SHOW: no such command or option; did you mean show?");
+        QTest::newRow("value in capital letters") << QStringList{ "explain", "--fail-on", "LOST", "x" }
+                                                  << QByteArray("--fail-on: LOST is not known; did you mean lost?");
+        QTest::newRow("option in front of its command")
+            << QStringList{ "--fromat", "json", "show", "x" }
+            << QByteArray("--fromat: no such option of show; did you mean --format?");
+        QTest::newRow("option of the tool behind a command")
+            << QStringList{ "show", "x", "--verbos" }
+            << QByteArray("--verbos: no such option of show; did you mean --verbose?");
+        QTest::newRow("topic of help")
+            << QStringList{ "help", "shwo" }
+            << QByteArray("COMMAND: shwo not in {show,fields,explain,lookup,diff,codebook,export,completion,help}; "
+                          "did you mean show?");
+        QTest::newRow("file in front of its command")
+            << QStringList{ "x.dcf", "show" } << QByteArray("x.dcf: no such command or option");
+        QTest::newRow("empty word") << QStringList{ "" } << QByteArray("'': no such command or option");
         QTest::newRow("nothing near") << QStringList{ "frobnicate" }
                                       << QByteArray("frobnicate: no such command or option");
         QTest::newRow("no option near") << QStringList{ "show", "--zzz", "x" }
@@ -244,10 +264,9 @@ private Q_SLOTS:
         QProcess tool;
         tool.setStandardErrorFile(terminal.name());
         tool.start(VAN_TOOL, { "show", "--format", "json", "-" });
-        QByteArray seen;
         QElapsedTimer timer;
-        for (timer.start(); seen.isEmpty() && timer.elapsed() < patience; QTest::qWait(20))
-            seen += terminal.taken();
+        timer.start();
+        QByteArray seen = firstShownOn(terminal);
         QCOMPARE(seen, QByteArray("\rstandard input\033[K"));
         QVERIFY(timer.elapsed() >= 1000);
         tool.write("x");
@@ -258,6 +277,45 @@ private Q_SLOTS:
         // The line goes before any other is written, and at the end.
         QVERIFY2(seen.contains("\r\033[Kvanlayout: -: "), seen.constData());
         QVERIFY2(seen.endsWith("\n"), seen.constData());
+    }
+
+    void longWorkNamesItsFileInOneLineOfTheTerminal()
+    {
+        const PseudoTerminal terminal;
+        QVERIFY2(terminal.isOpen() && terminal.setWidth(20), "this system has no pseudo terminals");
+        const QByteArray pipe = QFile::encodeName(folder.filePath("a pipe with a very long name"));
+        QVERIFY(::mkfifo(pipe.constData(), 0600) == 0);
+        QProcess tool;
+        tool.setStandardErrorFile(terminal.name());
+        tool.setWorkingDirectory(folder.path());
+        tool.start(VAN_TOOL, { "explain", "a pipe with a very long name", "b" });
+        QCOMPARE(firstShownOn(terminal), QByteArray("\ra pipe wi\xE2\x80\xA6 (1 of 2)\033[K"));
+        tool.kill();
+        QVERIFY(tool.waitForFinished(patience));
+    }
+
+    void anInterruptedCommandTakesItsLineAway_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("interrupt") << SIGINT;
+        QTest::newRow("termination") << SIGTERM;
+        QTest::newRow("hangup") << SIGHUP;
+    }
+    void anInterruptedCommandTakesItsLineAway()
+    {
+        QFETCH(int, signal);
+        const PseudoTerminal terminal;
+        QVERIFY2(terminal.isOpen(), "this system has no pseudo terminals");
+        QProcess tool;
+        tool.setStandardErrorFile(terminal.name());
+        tool.start(VAN_TOOL, { "show", "--format", "json", "-" });
+        QCOMPARE(firstShownOn(terminal), QByteArray("\rstandard input\033[K"));
+        QCOMPARE(::kill(pid_t(tool.processId()), signal), 0);
+        QVERIFY(tool.waitForFinished(patience));
+        QCOMPARE(tool.exitStatus(), QProcess::CrashExit); // it ends of the signal
+        QCOMPARE(tool.exitCode(), signal);
+        const QByteArray shown = terminal.taken();
+        QVERIFY2(shown.endsWith("\r\033[K"), shown.constData());
     }
 
     void longWorkIsSilentWhereTheAnswerIsOnTheTerminal()
@@ -282,6 +340,15 @@ private Q_SLOTS:
     }
 
 private:
+    static QByteArray firstShownOn(const PseudoTerminal &terminal)
+    {
+        QByteArray seen;
+        QElapsedTimer timer;
+        for (timer.start(); seen.isEmpty() && timer.elapsed() < patience; QTest::qWait(20))
+            seen = terminal.taken();
+        return seen;
+    }
+
     static void shells()
     {
         QTest::addColumn<QString>("shell");

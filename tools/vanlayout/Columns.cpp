@@ -28,6 +28,27 @@ int columnsOf(uint character)
     return isWide ? 2 : 1;
 }
 
+// A word in pieces of at most so many columns, and of one character at least.
+QStringList brokenToColumns(const QString &word, int width)
+{
+    QStringList pieces;
+    QVector<uint> piece;
+    int used = 0;
+    const QVector<uint> characters = word.toUcs4();
+    for (const uint character : characters) {
+        const int columns = columnsOf(character);
+        if (!piece.isEmpty() && used + columns > width) {
+            pieces.append(QString::fromUcs4(piece.constData(), piece.size()));
+            piece.clear();
+            used = 0;
+        }
+        piece.append(character);
+        used += columns;
+    }
+    pieces.append(QString::fromUcs4(piece.constData(), piece.size()));
+    return pieces;
+}
+
 } // namespace
 
 int columnsOf(const QString &text)
@@ -66,12 +87,17 @@ QStringList wrappedToColumns(const QString &text, int width)
     QString line;
     int used = 0;
     const QStringList words = text.split(QLatin1Char(' '));
-    for (const QString &word : words) {
-        const int wordWidth = columnsOf(word);
+    for (QString word : words) {
+        int wordWidth = columnsOf(word);
         if (!line.isEmpty() && used + 1 + wordWidth > width) {
             lines.append(line);
             line.clear();
             used = 0;
+        }
+        if (wordWidth > width) {
+            lines.append(brokenToColumns(word, width));
+            word = lines.takeLast();
+            wordWidth = columnsOf(word);
         }
         used += wordWidth + (line.isEmpty() ? 0 : 1);
         line += line.isEmpty() ? word : QLatin1Char(' ') + word;
@@ -80,14 +106,22 @@ QStringList wrappedToColumns(const QString &text, int width)
     return lines;
 }
 
-int terminalWidth()
+int widthOfTerminal(int descriptor)
 {
 #ifdef Q_OS_UNIX
     winsize size = {};
-    if (isatty(STDOUT_FILENO) && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-        return size.ws_col;
+    return isatty(descriptor) && ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+#else
+    Q_UNUSED(descriptor)
+    return 0;
 #endif
-    return std::max(qEnvironmentVariableIntValue("COLUMNS"), 0);
+}
+
+int terminalWidth()
+{
+    constexpr int standardOutput = 1;
+    const int width = widthOfTerminal(standardOutput);
+    return width > 0 ? width : std::max(qEnvironmentVariableIntValue("COLUMNS"), 0);
 }
 
 void printLine(std::FILE *out, QString line)

@@ -15,9 +15,12 @@ QString cutToColumns(const QString &text, int width);
 /// The text and blanks up to \a width columns.
 QString paddedToColumns(const QString &text, int width);
 
-/// The text in lines of at most \a width columns, parted at blanks; a longer word has a line of its own. One line where
-/// \a width is no bound (0).
+/// The text in lines of at most \a width columns, parted at blanks, and within words that are longer than that. One
+/// line where \a width is no bound (0).
 QStringList wrappedToColumns(const QString &text, int width);
+
+/// The width of the terminal that a descriptor is; 0 where it is none, or has no width.
+int widthOfTerminal(int descriptor);
 
 /// The width of the terminal that standard output is, or of COLUMNS where it is none; 0 for no bound.
 int terminalWidth();

@@ -203,6 +203,17 @@ std::vector<std::string> knownWords(const CLI::App &app)
     return words;
 }
 
+// A command takes the options of the tool too.
+std::vector<std::string> knownOptions(const CLI::App &app, const CLI::App &command)
+{
+    std::vector<std::string> words = knownWords(command);
+    for (const std::string &word : knownWords(app)) {
+        if (word.front() == '-')
+            words.push_back(word);
+    }
+    return words;
+}
+
 // An option without its value: `--format=csv` is `--format`.
 std::string withoutValue(const std::string &word)
 {
@@ -210,19 +221,21 @@ std::string withoutValue(const std::string &word)
 }
 
 // A word that is no command is named; the parser would only say that a command is missing.
-std::string problemWithWord(const CLI::App &app)
+std::string problemWithWord(const CLI::App &app, const CLI::ParseError &error)
 {
     const std::vector<CLI::App *> parsed = app.get_subcommands();
     const std::vector<std::string> rest = app.remaining(true);
     if (rest.empty())
         return std::string();
-    if (parsed.empty())
-        return rest.front() + ": no such command or option"
+    const bool isOption = !rest.front().empty() && rest.front().front() == '-';
+    // A word that is left while the command lacks one stands in front of it.
+    if (parsed.empty() || (!isOption && error.get_name() == "RequiredError"))
+        return (rest.front().empty() ? "''" : rest.front()) + ": no such command or option"
             + suggestionFor(withoutValue(rest.front()), knownWords(app));
-    if (rest.front().empty() || rest.front().front() != '-')
+    if (!isOption)
         return std::string();
     return rest.front() + ": no such option of " + parsed.front()->get_name()
-        + suggestionFor(withoutValue(rest.front()), knownWords(*parsed.front()));
+        + suggestionFor(withoutValue(rest.front()), knownOptions(app, *parsed.front()));
 }
 
 // A value that is none of a list: the parser names option, value and list. A long list is left out.
@@ -250,7 +263,7 @@ std::string problemWithValue(const CLI::App &app, const std::string &problem)
 
 QString problemWithCall(const CLI::App &app, const CLI::ParseError &error)
 {
-    const std::string problem = problemWithWord(app);
+    const std::string problem = problemWithWord(app, error);
     return decoded(problem.empty() ? problemWithValue(app, error.what()) : problem);
 }
 

@@ -218,17 +218,21 @@ private:
         }
     }
 
-    // Lines after the first are indented by the width of what is in front of it, while there is room for that.
+    // Lines after the first are indented by the width of what is in front of it. Where that leaves little room, the
+    // text has lines of its own.
     void printWrapped(const QString &head, const QString &text)
     {
         constexpr int leastRoom = 20;
-        int indent = columnsOf(head);
-        QStringList lines = wrappedToColumns(text, width > 0 ? std::max(width - indent, leastRoom) : 0);
-        printLine(out, head + lines.takeFirst());
-        if (width - indent < leastRoom)
-            indent = 0;
+        const int indent = columnsOf(head);
+        const bool hasRoom = width == 0 || width - indent >= leastRoom;
+        QStringList lines = wrappedToColumns(text, hasRoom ? std::max(width - indent, 0) : std::max(width, leastRoom));
+        const bool isBeside = hasRoom || text.isEmpty() || indent + columnsOf(lines.constFirst()) <= width;
+        if (isBeside)
+            printLine(out, head + lines.takeFirst());
+        else if (!head.trimmed().isEmpty())
+            printLine(out, head);
         for (const QString &line : qAsConst(lines))
-            printLine(out, QString(indent, QLatin1Char(' ')) + line);
+            printLine(out, hasRoom ? QString(indent, QLatin1Char(' ')) + line : line);
     }
 
     std::FILE *out;

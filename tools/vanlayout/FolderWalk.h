@@ -15,8 +15,11 @@ struct NamedFiles {
 /// The files of a call in its order, each folder replaced by the files in it and in its folders, sorted by path.
 ///
 /// Hidden files and folders are left out, and so are links to folders, pipes and devices. A file that is named itself
-/// is taken whatever it is. With \a walksFolders unset, a folder is refused with one line on standard error. \a without
-/// is a folder that is not walked, such as the one that is written to; empty for none.
+/// is taken whatever it is. \a without is a folder that is not walked, such as the one that is written to; empty for
+/// none.
+///
+/// One line on standard error refuses a folder where \a walksFolders is unset, one that is \a without itself, one that
+/// has no file, and a folder in it that cannot be read.
 NamedFiles filesNamed(const std::vector<std::string> &names, bool walksFolders, const QString &without = QString());
 
 #endif

@@ -26,7 +26,7 @@ QString messageOf(const vanlayout::Problem &problem)
 void complainIfReadInPart(const vanlayout::Layout &layout)
 {
     for (const vanlayout::Problem &problem : layout.problems) {
-        if (problem.id == QLatin1String("reading-ended"))
+        if (problem.id == QLatin1String("reading-ended") || problem.id == QLatin1String("catalog-not-read"))
             complainOfFile(layout.file, problem.message);
     }
 }

@@ -12,7 +12,7 @@ vanlayout::Layout readExactLayout(const QString &file, const vanlayout::ReadOpti
 QString messageOf(const vanlayout::Problem &problem);
 
 /// Writes one line to standard error where a layout is that of the first part of its file alone, as of a cut Stata
-/// file.
+/// file, or where the catalog that was asked for could not be read.
 void complainIfReadInPart(const vanlayout::Layout &layout);
 
 /// Why a layout cannot be written in a language: it declares languages, and this is none of them. Empty where it can,

@@ -1,13 +1,13 @@
 #include "LayoutOutput.h"
 
 #include "Answer.h"
+#include "Descriptor.h"
 #include "FolderWalk.h"
 #include "LayoutInput.h"
 #include "OutputFile.h"
 #include "OutputFolder.h"
 #include "Progress.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -38,9 +38,15 @@ public:
             complain(QString(), QStringLiteral("several files are written into a folder; name it by -o FOLDER"));
             return statusNoAnswer;
         }
+        if (std::count(call.files.begin(), call.files.end(), "-") > 1) {
+            complain(QString(), QStringLiteral("standard input is read once alone; name - once"));
+            return statusNoAnswer;
+        }
         const NamedFiles named = filesNamed(call.files, call.walksFolders, isFolder ? output : QString());
+        if (named.files.isEmpty())
+            return named.status;
         if (!isFolder)
-            return named.files.isEmpty() ? named.status : writeAlone(named.files.constFirst());
+            return writeAlone(named.files.constFirst());
         return std::max(named.status, writeInto(named.files));
     }
 
@@ -62,7 +68,7 @@ private:
 
     int writeInto(const QStringList &files)
     {
-        OutputFolder folder(output, call.ending, files);
+        OutputFolder folder(output, call.ending, files + QStringList(options.catalog));
         if (!call.index.isEmpty())
             folder.reserve(call.index);
         int status = folder.make();
@@ -73,7 +79,13 @@ private:
             progress.begin(files.at(i), i + 1, files.size());
             status = std::max(status, writeOne(files.at(i), QString(), &folder));
         }
-        return call.index.isEmpty() ? status : std::max(status, form.writeIndex(QDir(output).filePath(call.index)));
+        return call.index.isEmpty() ? status : std::max(status, writeIndex(folder));
+    }
+
+    int writeIndex(const OutputFolder &folder)
+    {
+        const QString path = inFolder(output, call.index);
+        return folder.isInput(call.index) ? noAnswerFor(path, isInputProblem()) : form.writeIndex(path);
     }
 
     // A file that cannot be read takes no name in the folder.
@@ -86,6 +98,8 @@ private:
                 return noAnswerFor(file, problem);
             complainIfReadInPart(layout);
             const QString target = folder ? folder->pathFor(file) : path;
+            if (isSameFile(target, options.catalog))
+                return noAnswerFor(target, isInputProblem());
             const int status = writeAnswer(target, file, [&](QIODevice &device) { form.write(layout, device); });
             if (folder && status == statusFine)
                 form.written(layout, QFileInfo(target).fileName());
@@ -100,6 +114,8 @@ private:
         const QString problem = problemWithLanguage(layout, language);
         return problem.isEmpty() ? form.problem(layout) : problem;
     }
+
+    static QString isInputProblem() { return QStringLiteral("is a file to read, and is not written over"); }
 
     const LayoutOutput &call;
     const LayoutForm &form;

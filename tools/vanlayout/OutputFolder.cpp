@@ -47,7 +47,7 @@ QString OutputFolder::pathFor(const QString &input)
         name = number == 1 ? stem + suffix : stem + QLatin1Char('-') + QString::number(number) + suffix;
     } while (!isFree(name));
     reserve(name);
-    return QDir(path).filePath(name);
+    return inFolder(path, name);
 }
 
 void OutputFolder::reserve(const QString &name)
@@ -55,11 +55,20 @@ void OutputFolder::reserve(const QString &name)
     taken.insert(name.toLower());
 }
 
+bool OutputFolder::isInput(const QString &name) const
+{
+    const QString present = QFileInfo(inFolder(path, name)).canonicalFilePath();
+    return !present.isEmpty() && inputPaths.find(present) != inputPaths.end();
+}
+
 bool OutputFolder::isFree(const QString &name) const
 {
-    const QString present = QFileInfo(QDir(path).filePath(name)).canonicalFilePath();
-    return taken.find(name.toLower()) == taken.end()
-        && (present.isEmpty() || inputPaths.find(present) == inputPaths.end());
+    return taken.find(name.toLower()) == taken.end() && !isInput(name);
+}
+
+QString inFolder(const QString &folder, const QString &name)
+{
+    return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
 }
 
 bool isFolderName(const QString &output)

@@ -20,6 +20,8 @@ public:
     QString pathFor(const QString &input);
     /// Has a name given to no file, such as that of an index.
     void reserve(const QString &name);
+    /// Whether a name in the folder is that of a file to read.
+    bool isInput(const QString &name) const;
 
 private:
     bool isFree(const QString &name) const;
@@ -30,6 +32,9 @@ private:
     KeyedSet<QString> inputPaths;     ///< canonical
     KeyedMap<QString, int> lastGiven; ///< number of the last file of a stem
 };
+
+/// The path of a name in a folder. QDir::filePath takes a name that begins with a colon for a path of its own.
+QString inFolder(const QString &folder, const QString &name);
 
 /// Whether `-o` names a folder: one that exists, or a name that ends in a slash.
 bool isFolderName(const QString &output);

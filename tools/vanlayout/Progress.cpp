@@ -1,11 +1,15 @@
 #include "Progress.h"
 
+#include "Columns.h"
 #include "Printable.h"
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 
 #ifdef Q_OS_UNIX
+#include <csignal>
 #include <unistd.h>
 #endif
 
@@ -18,15 +22,44 @@ constexpr int standardError = 2;
 constexpr auto patience = 2s;
 constexpr auto step = 250ms;
 
+constexpr char lineEraser[] = "\r\033[K";
+
 std::mutex terminalMutex;
-bool isOnTerminal = false;
+std::atomic<bool> isOnTerminal = false;
 
 void clearLine()
 {
     if (isOnTerminal)
-        std::fputs("\r\033[K", stderr);
+        std::fputs(lineEraser, stderr);
     isOnTerminal = false;
 }
+
+#ifdef Q_OS_UNIX
+
+// The process ends of the signal as it would have.
+void clearLineAndEnd(int signal)
+{
+    if (isOnTerminal) {
+        const ssize_t written = write(standardError, lineEraser, sizeof lineEraser - 1);
+        Q_UNUSED(written)
+    }
+    raise(signal);
+}
+
+// A signal that is ignored stays so.
+void clearLineBeforeSignalsEndTheProcess()
+{
+    for (const int signal : { SIGINT, SIGTERM, SIGHUP }) {
+        struct sigaction action = {};
+        if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL)
+            continue;
+        action.sa_handler = clearLineAndEnd;
+        action.sa_flags = int(SA_RESETHAND);
+        sigaction(signal, &action, nullptr);
+    }
+}
+
+#endif
 
 } // namespace
 
@@ -42,8 +75,12 @@ bool isTerminal(int descriptor)
 
 Progress::Progress(bool isOutputShown)
 {
-    if (isTerminal(standardError) && !isOutputShown)
-        painter = std::thread([this] { show(); });
+    if (!isTerminal(standardError) || isOutputShown)
+        return;
+#ifdef Q_OS_UNIX
+    clearLineBeforeSignalsEndTheProcess();
+#endif
+    painter = std::thread([this] { show(); });
 }
 
 Progress::~Progress()
@@ -66,7 +103,9 @@ void Progress::begin(const QString &file, int number, int count)
     const QString place = count > 1 ? QStringLiteral(" (%1 of %2)").arg(number).arg(count) : QString();
     const std::lock_guard<std::mutex> lock(mutex);
     const QString name = file == QLatin1String("-") ? QStringLiteral("standard input") : file;
-    line = printable(name + place).toLocal8Bit();
+    const int width = widthOfTerminal(standardError);
+    const int room = width > 0 ? std::max(width - columnsOf(place) - 1, 1) : 0;
+    line = (cutToColumns(printable(name), room) + place).toLocal8Bit();
 }
 
 // Runs in a thread of its own: one file alone may take long.

@@ -12,7 +12,8 @@
 bool isTerminal(int descriptor);
 
 /// A line on the terminal at standard error that names the file in work, for work of more than two seconds. It goes
-/// when this object does, and makes room for each other line that is written to standard error.
+/// when this object does or a signal ends the process, and makes room for each other line that is written to standard
+/// error. A name that is longer than a line of the terminal is cut.
 ///
 /// Nothing is shown where standard error is no terminal, or where \a isOutputShown says that the answer itself goes to
 /// the terminal. One object at a time.

@@ -8,6 +8,17 @@ namespace
 constexpr size_t maxLength = 64; // a longer word is no mistyped one
 constexpr size_t lettersForEachError = 3;
 
+char small(char letter)
+{
+    return letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
+}
+
+std::string inSmallLetters(std::string word)
+{
+    std::transform(word.begin(), word.end(), word.begin(), small);
+    return word;
+}
+
 // The number of letters left out, added, exchanged or swapped between two words.
 size_t distanceBetween(const std::string &first, const std::string &second)
 {
@@ -36,9 +47,10 @@ std::string nearestWord(const std::string &mistyped, const std::vector<std::stri
     if (mistyped.size() > maxLength)
         return std::string();
     std::string nearest;
+    const std::string typed = inSmallLetters(mistyped);
     size_t least = mistyped.size() / lettersForEachError + 1;
     for (const std::string &word : words) {
-        const size_t distance = distanceBetween(mistyped, word);
+        const size_t distance = distanceBetween(typed, inSmallLetters(word));
         if (distance < least) {
             least = distance;
             nearest = word;
