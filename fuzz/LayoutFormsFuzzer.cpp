@@ -1,0 +1,82 @@
+// A dictionary, from its bytes to every form that is written of its layout, and compared with itself.
+
+#include "compare/Diff.h"
+#include "read/Reader.h"
+#include "write/Codebook.h"
+#include "write/CodebookCsv.h"
+#include "write/Csvw.h"
+#include "write/Ddi.h"
+#include "write/DiffJson.h"
+#include "write/Exportable.h"
+#include "write/Frictionless.h"
+#include "write/JsonSchema.h"
+#include "write/Markdown.h"
+
+#include <QBuffer>
+#include <QJsonDocument>
+#include <QXmlStreamReader>
+
+using namespace vanlayout;
+
+namespace
+{
+
+template <typename Write> QByteArray written(Write write)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (!write(buffer))
+        qFatal("a form is not written whole");
+    return buffer.data();
+}
+
+template <typename Write> void checkJson(Write write)
+{
+    if (!QJsonDocument::fromJson(written(write)).isObject())
+        qFatal("a JSON form is no JSON object");
+}
+
+void checkDdi(const Layout &layout, DdiProfile profile)
+{
+    DdiOptions options;
+    options.profile = profile;
+    QXmlStreamReader xml(written([&](QIODevice &device) { return writeDdi(layout, device, options); }));
+    while (!xml.atEnd())
+        xml.readNext();
+    if (xml.hasError())
+        qFatal("DDI is not well-formed: %s", qPrintable(xml.errorString()));
+}
+
+void checkForms(const Layout &layout)
+{
+    if (exportProblem(layout).isEmpty()) {
+        checkDdi(layout, DdiProfile::Plain);
+        checkDdi(layout, DdiProfile::Ipums);
+        checkJson([&](QIODevice &device) { return writeCsvw(layout, device); });
+        checkJson([&](QIODevice &device) { return writeJsonSchema(layout, device); });
+        checkJson([&](QIODevice &device) { return writeFrictionless(layout, device); });
+    }
+    written([&](QIODevice &device) { return writeMarkdown(layout, device); });
+    written([&](QIODevice &device) { return writeCodebookCsv(layout, device); });
+    written([&](QIODevice &device) { return writeCodebook(layout, device); });
+    const LayoutDiff diff = compare(layout, layout);
+    if (!diff.changes.isEmpty())
+        qFatal("a layout differs from itself");
+    checkJson([&](QIODevice &device) { return writeDiffJson(diff, device); });
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    constexpr size_t longest = 1 << 16; // a few bytes can state a million columns; large files are for the readers' own
+    if (size > longest)
+        return 0;
+    QByteArray bytes(reinterpret_cast<const char *>(data), int(size));
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    const Layout layout = readLayout(buffer, QStringLiteral("name"));
+    if (layout.isRead())
+        checkForms(layout);
+    return 0;
+}
