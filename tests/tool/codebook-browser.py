@@ -810,6 +810,18 @@ RecordTypeValue='2'
         expect(self.browser.run(rows), 700)
         expect(self.browser.run("document.querySelector('.value-labels .more').hidden"), True)
 
+    def paper_has_the_first_lines_of_a_long_ruler(self):
+        self.book.open_made(DICTIONARY + item("LONG", "Long", 1, 100000))
+        lines = "document.querySelectorAll('.ruler .line').length"
+        self.browser.wait_for(lines + " > 0")
+        self.browser.run("dispatchEvent(new Event('beforeprint'))")
+        expect(self.browser.run(lines), 400)
+        expect(self.browser.run("document.querySelector('.lines').lastChild.textContent"),
+               "Columns behind %s are not printed." % format(400 * self.browser.run(
+                   "Number([...document.querySelectorAll('.line')][0].lastChild.previousSibling.textContent)"), ","))
+        self.browser.run("dispatchEvent(new Event('afterprint'))")
+        expect(self.browser.run(lines + " < 100"), True)
+
     def narrow_window_needs_no_sideways_scrolling(self):
         self.browser.look(390, 844)
         try:

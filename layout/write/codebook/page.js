@@ -900,17 +900,11 @@ class Ruler
         return Math.floor((column - 1) / this.perLine);
     }
 
-    // Lines that can be seen, and room for the others.
+    // Lines that can be seen, and room for the others; on paper the first ones.
     drawLines()
     {
         const count = this.heights.length;
-        let [first, last] = [0, count];
-        const isWhole = count <= mostLinesAtOnce || isPrinting && count <= mostPrintedLines;
-        if (!isWhole) {
-            const { scrollTop, clientHeight } = this.lines;
-            first = Math.max(this.lineAt(scrollTop - 200), 0);
-            last = Math.min(this.lineAt(scrollTop + (clientHeight || 400) + 200) + 1, count);
-        }
+        const [first, last] = isPrinting ? [0, Math.min(count, mostPrintedLines)] : this.linesInSight();
         if (this.drawn && this.drawn[0] === first && this.drawn[1] === last)
             return;
         this.drawn = [first, last];
@@ -922,11 +916,23 @@ class Ruler
         const drawn = [];
         for (let line = first; line < last; ++line)
             drawn.push(this.makeLine(line));
+        const rest = !isPrinting ? space(this.tops[count] - this.tops[last])
+            : last < count ? make("p", "hint", "Columns behind " + written(last * this.perLine) + " are not printed.") : "";
         const focused = this.lines.contains(document.activeElement) ? document.activeElement.dataset.stop : undefined;
-        this.lines.replaceChildren(space(this.tops[first]), ...drawn, space(this.tops[count] - this.tops[last]));
+        this.lines.replaceChildren(space(this.tops[first]), ...drawn, rest);
         if (focused !== undefined)
             this.linkOf(focused)?.focus({ preventScroll: true });
         this.giveTabStop();
+    }
+
+    linesInSight()
+    {
+        const count = this.heights.length;
+        if (count <= mostLinesAtOnce)
+            return [0, count];
+        const { scrollTop, clientHeight } = this.lines;
+        return [Math.max(this.lineAt(scrollTop - 200), 0),
+                Math.min(this.lineAt(scrollTop + (clientHeight || 400) + 200) + 1, count)];
     }
 
     lineAt(height)
