@@ -133,7 +133,11 @@ void describeDiff(CLI::App &command, DiffCall &options)
     addChoice(command, "--format", options.format, { "table", "json", "html" }, "table, json or html");
     command.add_flag("--summary", options.isSummary, "print how often each kind of difference occurs");
     const auto addKinds = [&](const char *name, std::vector<std::string> &kinds, const char *help) {
-        command.add_option(name, kinds, help)->delimiter(',')->allow_extra_args(false)->type_name("KIND");
+        command.add_option(name, kinds, help)
+            ->delimiter(',')
+            ->allow_extra_args(false)
+            ->check(CLI::IsMember(diffKindWords(), CLI::ignore_case))
+            ->option_text("KIND");
     };
     addKinds("--only", options.only,
              "show this kind alone, such as item-label; more after commas, or the option again");

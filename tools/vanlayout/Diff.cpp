@@ -7,7 +7,6 @@
 #include "LayoutInput.h"
 #include "OutputFile.h"
 #include "Progress.h"
-#include "Suggestion.h"
 #include "compare/Diff.h"
 #include "write/DiffJson.h"
 #include "write/DiffPage.h"
@@ -31,12 +30,14 @@ QString decoded(const std::string &text)
     return QString::fromLocal8Bit(text.c_str(), int(text.size()));
 }
 
-std::vector<std::string> wordsOfKinds()
+QVector<DiffKind> kindsOf(const std::vector<std::string> &words)
 {
-    std::vector<std::string> words;
-    for (const DiffKindInfo &info : vanlayout::diffKinds())
-        words.push_back(info.word.toStdString());
-    return words;
+    QVector<DiffKind> kinds;
+    for (const std::string &word : words) {
+        if (const std::optional<DiffKind> kind = vanlayout::diffKindOf(decoded(word)))
+            kinds.append(*kind);
+    }
+    return kinds;
 }
 
 /// One run of the command.
@@ -52,10 +53,8 @@ public:
     int run()
     {
         options.language = decoded(call.language);
-        const bool areKnown
-            = gatherKinds("--only", call.only, options.only) && gatherKinds("--ignore", call.ignored, options.ignored);
-        if (!areKnown)
-            return statusNoAnswer;
+        options.only = kindsOf(call.only);
+        options.ignored = kindsOf(call.ignored);
         if (call.isSummary && call.format != "table") {
             complain(QString(), QStringLiteral("--summary goes with --format table; the other forms have the counts"));
             return statusNoAnswer;
@@ -68,21 +67,6 @@ public:
     }
 
 private:
-    static bool gatherKinds(const char *option, const std::vector<std::string> &words, QVector<DiffKind> &kinds)
-    {
-        for (const std::string &word : words) {
-            const std::optional<DiffKind> kind = vanlayout::diffKindOf(decoded(word));
-            if (!kind) {
-                complain(QLatin1String(option),
-                         decoded(word) + QLatin1String(" is no kind of difference")
-                             + decoded(suggestionFor(word, wordsOfKinds())));
-                return false;
-            }
-            kinds.append(*kind);
-        }
-        return true;
-    }
-
     // Both are read, so that both are complained about.
     int compareFiles()
     {
@@ -141,6 +125,14 @@ private:
 };
 
 } // namespace
+
+std::vector<std::string> diffKindWords()
+{
+    std::vector<std::string> words;
+    for (const DiffKindInfo &info : vanlayout::diffKinds())
+        words.push_back(info.word.toStdString());
+    return words;
+}
 
 int diffLayouts(const DiffCall &call)
 {

@@ -8,13 +8,16 @@
 struct DiffCall {
     std::string format = "table";     ///< table, json or html
     bool isSummary = false;           ///< of a table: counts by kind instead of the changes
-    std::vector<std::string> only;    ///< words of the kinds to show; all where empty
-    std::vector<std::string> ignored; ///< words of the kinds to leave out
+    std::vector<std::string> only;    ///< known words of the kinds to show; all where empty
+    std::vector<std::string> ignored; ///< known words of the kinds to leave out
     std::string language;             ///< code of the language whose labels are compared; empty for all
     std::string output = "-";         ///< file to write; - is standard output
     std::string oldFile;              ///< `-` is standard input
     std::string newFile;              ///< `-` is standard input
 };
+
+/// The words of all kinds of differences.
+std::vector<std::string> diffKindWords();
 
 /// Compares the exact layouts of two files, writes what differs and answers the status: a finding where anything does.
 int diffLayouts(const DiffCall &call);
