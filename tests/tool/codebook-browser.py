@@ -536,6 +536,10 @@ RecordTypeValue='2'
         expect(self.browser.run("[...document.querySelectorAll('article .badges')].map(e => e.children.length > 0)"),
                [False, True])
 
+    def problem_of_a_long_name_is_beside_its_variable(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1) + item("B/" * 300, "Two", 2, 1, more=["Colour=red"]))
+        expect(self.browser.run("[...document.querySelectorAll('article .badges')].map(e => e.children.length)"), [0, 1])
+
     def every_problem_is_listed(self):
         self.book.open_made(self._problems())
         self.browser.run("document.querySelectorAll('#page-problems details').forEach(e => e.open = true)")

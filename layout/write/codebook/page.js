@@ -15,6 +15,7 @@ const mostRecordsAtOnce = 100; // of a layout with more, each record is drawn as
 const linkStep = 100;          // links to records that are shown at a time
 const mostChoices = 1000;      // of records and languages
 const widthOfLetter = 8;       // on a ruler, in pixels
+const longestInPath = 200;     // characters of a name in the path of a problem
 const excerptMargin = 80;      // characters of a long text that are shown around a word
 
 const severities = {
@@ -195,7 +196,8 @@ function makeLink(variable, className = "")
 // Problems by the path of their element: a variable, or a record.
 const problemsOfVariable = new Map();
 const problemsOfGroup = new Map();
-const pathOfGroup = group => (levels[group.level].name || "") + "/" + (group.isIds ? "(ids)" : group.name || "");
+const inPath = name => (name || "").slice(0, longestInPath);
+const pathOfGroup = group => inPath(levels[group.level].name) + "/" + (group.isIds ? "(ids)" : inPath(group.name));
 
 // The problems of a path: of several elements with one path all of them.
 function gatherProblems()
@@ -205,7 +207,7 @@ function gatherProblems()
     const ofPath = new Map();
     const add = (path, element) => ofPath.has(path) ? ofPath.get(path).push(element) : ofPath.set(path, [element]);
     groups.forEach((group, g) => add(pathOfGroup(group), { group: g }));
-    variables.forEach(({ name, group }, i) => add(pathOfGroup(groups[group]) + "/" + (name || ""), { variable: i }));
+    variables.forEach(({ name, group }, i) => add(pathOfGroup(groups[group]) + "/" + inPath(name), { variable: i }));
     const put = (map, key, problem) => map.has(key) ? map.get(key).push(problem) : map.set(key, [problem]);
     problems.forEach((problem, number) => {
         let path = problem[3];
