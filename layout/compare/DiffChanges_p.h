@@ -3,6 +3,7 @@
 
 #include "compare/Diff.h"
 
+#include <algorithm>
 #include <array>
 
 namespace vanlayout
@@ -25,6 +26,13 @@ public:
     }
 
     bool keeps(DiffKind kind) const { return isKept[size_t(kind)]; }
+
+    /// Whether a difference between values would be kept.
+    bool takesValues() const
+    {
+        return !isCut
+            && std::any_of(isKept.begin() + int(DiffKind::ValueAdded), isKept.end(), [](bool keeps) { return keeps; });
+    }
 
     /// Adds a change at the place that \a change describes already.
     void add(Change change, DiffKind kind, const QString &before, const QString &after)

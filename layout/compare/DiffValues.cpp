@@ -140,9 +140,12 @@ void ValueSetComparison::pairSetsByContent(const Sets &ofBefore, const Sets &ofA
     if (ofBefore.size() != 1 || ofAfter.size() != 1 || pairing.partnerOfBefore(0) != Pairing::none)
         return;
     // The only set of both items, under another name and with other values, is the same where they have codes in
-    // common.
-    const QVector<CodeEntry> before = entriesOf(ofBefore.constFirst()->values, isNumeric);
-    const Pairing entries = pairEntries(before, entriesOf(ofAfter.constFirst()->values, isNumeric));
+    // common. A long list is not searched to its end, as many items can share it.
+    constexpr int most = 1000;
+    const QVector<Value> valuesBefore = ofBefore.constFirst()->values.mid(0, most);
+    const QVector<Value> valuesAfter = ofAfter.constFirst()->values.mid(0, most);
+    const QVector<CodeEntry> before = entriesOf(valuesBefore, isNumeric);
+    const Pairing entries = pairEntries(before, entriesOf(valuesAfter, isNumeric));
     for (int i = 0; i < before.size(); ++i) {
         if (entries.partnerOfBefore(i) != Pairing::none)
             pairing.pair(0, 0);
@@ -171,6 +174,8 @@ void ValueSetComparison::compareSets(const ValueSet &before, const ValueSet &aft
         changes.addIfDifferent(place, DiffKind::ValueSetAliases, comparableAliases(before.aliases),
                                comparableAliases(after.aliases));
     }
+    if (!changes.takesValues())
+        return;
     const Differences &differences = differencesOf(before.values, after.values, isNumeric);
     for (const Difference &difference : differences) {
         place.code = difference.code;
@@ -222,10 +227,16 @@ quint64 ValueSetComparison::contentOf(const Item &item, Side side, bool hasLabel
 const ValueSetComparison::Differences &ValueSetComparison::differencesOf(const QVector<Value> &before,
                                                                          const QVector<Value> &after, bool isNumeric)
 {
+    if (knownCount > ChangeCollector::maxChanges) {
+        known.clear();
+        knownCount = 0;
+    }
     const auto [found, isNew]
         = known.emplace(std::make_tuple(before.constData(), after.constData(), isNumeric), Differences());
-    if (isNew)
+    if (isNew) {
         found->second = compareEntries(entriesOf(before, isNumeric), entriesOf(after, isNumeric));
+        knownCount += found->second.size();
+    }
     return found->second;
 }
 

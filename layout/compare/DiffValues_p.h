@@ -72,6 +72,7 @@ private:
     // By the addresses of the lists, which live as long as the comparison.
     std::map<std::tuple<const Value *, bool, int>, Content> contents;
     std::map<std::tuple<const Value *, const Value *, bool>, Differences> known;
+    int knownCount = 0; // differences that are kept there
 };
 
 } // namespace vanlayout

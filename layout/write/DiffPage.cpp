@@ -79,8 +79,10 @@ public:
     {
         end();
         isSectionOpen = true;
-        put("<section class=\"record drawn\">\n<header><h2><span class=\"name\">" + htmlOf(describeSection(change))
-            + "</span></h2></header>\n");
+        const QByteArray heading = htmlOf(describeSection(change));
+        const bool isName = !change.record.isEmpty() && describeSection(change) == change.record;
+        put("<section class=\"record drawn\">\n<header><h2>"
+            + (isName ? "<span class=\"name\">" + heading + "</span>" : heading) + "</h2></header>\n");
     }
     void item(const Change &change)
     {

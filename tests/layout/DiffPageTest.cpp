@@ -148,7 +148,7 @@ void DiffPageTest::changesAreListedByRecordAndItem()
     })));
     const QString arrow = "span.arrow: \u2192";
     QCOMPARE(lines,
-             (QStringList{ "span.name: Dictionary",
+             (QStringList{ "h2: Dictionary",
                            "span.property: name",
                            "del: D",
                            arrow,

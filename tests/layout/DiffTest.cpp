@@ -233,6 +233,7 @@ private slots:
     void madeSurveysAreComparedInEachFormat_data();
     void madeSurveysAreComparedInEachFormat();
     void sharedSetsAreBounded();
+    void sharedSetAgainstManyOthersIsBounded();
     void craftedNamesTakeNoLonger();
     void timeGrowsWithTheSize_data();
     void timeGrowsWithTheSize();
@@ -1206,6 +1207,32 @@ void DiffTest::sharedSetsAreBounded()
     QCOMPARE(diff.changes.size(), 1000000);
     QCOMPARE(notComparedOf(diff), QStringList("further differences"));
     QVERIFY(diff.notCompared.at(0).why.contains("1000000"));
+}
+
+void DiffTest::sharedSetAgainstManyOthersIsBounded()
+{
+    constexpr int items = 3000;
+    constexpr int codes = 3000;
+    QVector<Value> all;
+    for (int i = 0; i < codes; ++i)
+        all.append(value(QString::number(i), "Label"));
+    Layout before = statFile(Format::Stata);
+    Layout after = before;
+    for (int i = 0; i < items; ++i) {
+        person(before).items.append(item("V" + QString::number(i), 0, 8, "Variable"));
+        person(after).items.append(person(before).items.last());
+        person(before).items.last().valueSets = { valueSet("set", all) };
+        person(after).items.last().valueSets = { valueSet("set", { value("0", "Label") }) };
+    }
+    const LayoutDiff diff = compare(before, after);
+    QCOMPARE(diff.changes.size(), 1000000);
+    QCOMPARE(notComparedOf(diff), QStringList("further differences"));
+    // Without values, nothing of them is looked at.
+    DiffOptions options;
+    options.only = { DiffKind::ItemLabel };
+    const TimeRatio ratio([&] { QVERIFY(compare(before, after, options).isEmpty()); },
+                          [&] { QVERIFY(compare(after, after, options).isEmpty()); });
+    QVERIFY2(ratio.isAtMost(4), ratio.inWords().c_str());
 }
 
 namespace
