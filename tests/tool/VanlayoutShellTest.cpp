@@ -172,6 +172,18 @@ private Q_SLOTS:
         QTest::newRow("behind a global option") << QStringList{ "--verbose", "loo" } << QByteArray("lookup");
         QTest::newRow("topic of help") << QStringList{ "help", "codeb" } << QByteArray("codebook");
         QTest::newRow("shell") << QStringList{ "completion", "z" } << QByteArray("zsh");
+        QTest::newRow("option of the tool behind a command")
+            << QStringList{ "show", "--verb" } << QByteArray("--verbose");
+        QTest::newRow("kind of note") << QStringList{ "explain", "--fail-on", "subitem-" }
+                                      << QByteArray("subitem-read-flat");
+        QTest::newRow("kind of difference")
+            << QStringList{ "diff", "--ignore", "item-lab" } << QByteArray("item-label");
+        QTest::newRow("second of a list")
+            << QStringList{ "explain", "--fail-on", "lost,subitem-" } << QByteArray("lost,subitem-read-flat");
+        QTest::newRow("second of a list behind a sign")
+            << QStringList{ "diff", "--only", "=", "item-label,value-set-l" }
+            << QByteArray("item-label,value-set-label");
+        QTest::newRow("one value alone") << QStringList{ "show", "--format", "csv,j" } << QByteArray();
         QTest::newRow("files are the shell's own business") << QStringList{ "show", "cens" } << QByteArray();
         QTest::newRow("value without a list") << QStringList{ "show", "--catalog", "x" } << QByteArray();
     }
@@ -201,12 +213,18 @@ private Q_SLOTS:
         QTest::newRow("option") << "vanlayout show --lab" << QStringList{ "--labels" };
         QTest::newRow("value") << "vanlayout show --format " << QStringList{ "csv", "json", "table" };
         QTest::newRow("shell") << "vanlayout completion z" << QStringList{ "zsh" };
+        QTest::newRow("option of the tool behind a command") << "vanlayout show --verb" << QStringList{ "--verbose" };
+        QTest::newRow("value behind a sign") << "vanlayout export --to=d" << QStringList{ "--to=ddi" };
+        QTest::newRow("second of a list")
+            << "vanlayout explain --fail-on lost,subitem-" << QStringList{ "lost,subitem-read-flat" };
+        QTest::newRow("file with a blank") << "vanlayout show --catalog my" << QStringList{ "my file.dcf" };
     }
     void fishCompletesAWord()
     {
         QFETCH(QString, line);
         QFETCH(QStringList, completions);
         folder.write("script", folder.run({ "completion", "fish" }).out);
+        folder.write("my file.dcf", QByteArray());
         QProcess fish;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("HOME", folder.path());
@@ -235,7 +253,20 @@ private Q_SLOTS:
         QTest::newRow("global option") << "vanlayout --v"
                                        << QByteArray("\n--version[Display program version information and exit]\n");
         QTest::newRow("value") << "vanlayout show --format j"
-                               << QByteArray("\n--format[table, json or csv]:value:(table json csv)\n");
+                               << QByteArray("\n--format=[table, json or csv]:value:(table json csv)\n");
+        QTest::newRow("list of values") << "vanlayout explain --fail-on l"
+                                        << QByteArray(":value:_values -s , value lost changed file-not-read");
+        QTest::newRow("list that is taken again") << "vanlayout explain --fail-on l" << QByteArray("\n*--fail-on=[");
+        QTest::newRow("option of the tool behind a command")
+            << "vanlayout show --verb" << QByteArray("\n--verbose[write the library's debug lines");
+        QTest::newRow("command behind an option")
+            << "vanlayout --verbose sh" << QByteArray("\nshow:Show the exact layout of each FILE.\n");
+        QTest::newRow("value behind an option and a command")
+            << "vanlayout --verbose completion z" << QByteArray("\n*:value:(bash fish zsh)\n");
+        QTest::newRow("one spelling of two") << "vanlayout export -o x"
+                                             << QByteArray("\n(-o --output)-o[file to write, or folder for several "
+                                                           "files; - is standard output, as is none]:file:_files\n"
+                                                           "(-o --output)--output=[file to write");
         QTest::newRow("file") << "vanlayout show x" << QByteArray("\n*:file:_files\n");
         QTest::newRow("shell") << "vanlayout completion z" << QByteArray("\n*:value:(bash fish zsh)\n");
     }

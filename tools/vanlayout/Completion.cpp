@@ -45,10 +45,26 @@ std::vector<const CLI::App *> subcommandsOf(const CLI::App &app)
     return app.get_subcommands([](const CLI::App *) { return true; });
 }
 
-Words optionWords(const CLI::App &app)
+// The options that are taken behind a command: its own, and those of the tool that it does not have itself.
+std::vector<const CLI::Option *> optionsBehind(const CLI::App &command, const CLI::App &app)
+{
+    std::vector<const CLI::Option *> options = optionsOf(command);
+    for (const CLI::Option *option : optionsOf(app)) {
+        if (!command.get_option_no_throw(spellingsOf(*option).back()))
+            options.push_back(option);
+    }
+    return options;
+}
+
+bool takesList(const CLI::Option &option)
+{
+    return option.get_delimiter() != '\0';
+}
+
+Words wordsOf(const std::vector<const CLI::Option *> &options)
 {
     Words words;
-    for (const CLI::Option *option : optionsOf(app)) {
+    for (const CLI::Option *option : options) {
         for (const string &spelling : spellingsOf(*option))
             words.push_back(spelling);
     }
@@ -65,17 +81,18 @@ Words positionalChoices(const CLI::App &command)
     return {};
 }
 
-string bashCommand(const CLI::App &command)
+string bashCommand(const CLI::App &command, const CLI::App &app)
 {
     string script = "        " + command.get_name() + ")\n            case $previous in\n";
     for (const CLI::Option *option : optionsOf(command)) {
         if (!takesValue(*option))
             continue;
         script += "                " + joined(spellingsOf(*option), "|") + ")";
-        script += choicesOf(*option).empty() ? " return ;;\n"
-                                             : " _vanlayout_words '" + joined(choicesOf(*option)) + "'; return ;;\n";
+        const Words choices = choicesOf(*option);
+        const string words = takesList(*option) ? " _vanlayout_list '" : " _vanlayout_words '";
+        script += choices.empty() ? " return ;;\n" : words + joined(choices) + "'; return ;;\n";
     }
-    script += "            esac\n            options='" + joined(optionWords(command)) + "'\n";
+    script += "            esac\n            options='" + joined(wordsOf(optionsBehind(command, app))) + "'\n";
     const Words choices = positionalChoices(command);
     if (!choices.empty())
         script += "            words='" + joined(choices) + "'\n";
@@ -89,6 +106,11 @@ string bashScript(const CLI::App &app)
 _vanlayout_words()
 {
     COMPREPLY=($(compgen -W "$1" -- "$current"))
+}
+_vanlayout_list()
+{
+    local last=${current##*,}
+    COMPREPLY=($(compgen -P "${current%"$last"}" -W "$1" -- "$last"))
 }
 _vanlayout()
 {
@@ -108,8 +130,8 @@ _vanlayout()
     case $command in
 )";
     for (const CLI::App *command : subcommandsOf(app))
-        script += bashCommand(*command);
-    script += "        '')\n            options='" + joined(optionWords(app)) + "'\n            words='"
+        script += bashCommand(*command, app);
+    script += "        '')\n            options='" + joined(wordsOf(optionsOf(app))) + "'\n            words='"
         + joined(commandsOf(app)) + "'\n            ;;\n    esac\n";
     return script + R"(    if [[ $current == -* ]]; then
         _vanlayout_words "$options"
@@ -121,21 +143,30 @@ complete -o bashdefault -o default -F _vanlayout vanlayout
 )";
 }
 
-// One argument of zsh's `_arguments`: of several spellings one alone is taken.
+// The values of an option or argument, as zsh completes them.
+string zshValues(const Words &choices, bool isList)
+{
+    if (choices.empty())
+        return ":file:_files";
+    return isList ? ":value:_values -s , value " + joined(choices) : ":value:(" + joined(choices) + ")";
+}
+
+// One argument of zsh's `_arguments`: of several spellings one alone is taken, and once; a list is taken again. The
+// value of a long option may follow a sign.
 string zshOption(const CLI::Option &option)
 {
     const Words spellings = spellingsOf(option);
     const string help = replaced(replaced(option.get_description(), "[", "("), "]", ")");
-    string value;
-    if (takesValue(option)) {
-        const Words choices = choicesOf(option);
-        value = choices.empty() ? ":value:_files" : ":value:(" + joined(choices) + ")";
-    }
+    const string value = takesValue(option) ? zshValues(choicesOf(option), takesList(option)) : string();
+    string others = spellings.size() > 1 ? "(" + joined(spellings) + ")" : string();
+    if (takesList(option))
+        others = "*";
     string script;
     for (const string &spelling : spellings) {
-        const string others = spellings.size() > 1 ? "(" + joined(spellings) + ")" : string();
+        const bool hasSign = takesValue(option) && spelling.compare(0, 2, "--") == 0;
+        const string name = hasSign ? spelling + "=" : spelling;
         script += " \\\n                ";
-        script += shellQuoted(string(others).append(spelling).append("[").append(help).append("]").append(value));
+        script += shellQuoted(string(others).append(name).append("[").append(help).append("]").append(value));
     }
     return script;
 }
@@ -147,18 +178,19 @@ string zshScript(const CLI::App &app)
     for (const CLI::App *command : subcommandsOf(app))
         script += "        " + shellQuoted(command->get_name() + ":" + replaced(command->get_description(), ":", "\\:"))
             + "\n";
-    script += "    )\n    if ((CURRENT == 2)); then\n        _describe command commands\n        _arguments";
+    script += "    )\n    local -i place=2\n    while ((place < CURRENT)) && [[ $words[place] == -* ]]; do\n"
+              "        ((++place))\n    done\n"
+              "    if ((CURRENT == place)); then\n        _describe command commands\n        _arguments";
     for (const CLI::Option *option : optionsOf(app))
         script += zshOption(*option);
-    script += "\n        return\n    fi\n    local command=$words[2]\n    shift words\n    ((CURRENT--))\n"
+    script += "\n        return\n    fi\n    local command=$words[place]\n    words=(\"${(@)words[place,-1]}\")\n"
+              "    ((CURRENT -= place - 1))\n"
               "    case $command in\n";
     for (const CLI::App *command : subcommandsOf(app)) {
         script += "        " + command->get_name() + ")\n            _arguments";
-        for (const CLI::Option *option : optionsOf(*command))
+        for (const CLI::Option *option : optionsBehind(*command, app))
             script += zshOption(*option);
-        const Words choices = positionalChoices(*command);
-        script += " \\\n                "
-            + shellQuoted(choices.empty() ? "*:file:_files" : "*:value:(" + joined(choices) + ")")
+        script += " \\\n                " + shellQuoted("*" + zshValues(positionalChoices(*command), false))
             + "\n            ;;\n";
     }
     return script + "    esac\n}\n_vanlayout \"$@\"\n";
@@ -179,7 +211,8 @@ string fishOption(const CLI::Option &option, const string &condition)
         line += " -l " + name;
     if (takesValue(option)) {
         const Words choices = choicesOf(option);
-        line += choices.empty() ? string(" -r") : " -x -a " + fishQuoted(joined(choices));
+        const string values = takesList(option) ? "(__fish_append , " + joined(choices) + ")" : joined(choices);
+        line += choices.empty() ? string(" -r") : " -x -a " + fishQuoted(values);
     }
     return line + " -d " + fishQuoted(option.get_description()) + "\n";
 }
@@ -194,7 +227,7 @@ string fishScript(const CLI::App &app)
         script += fishOption(*option, "__fish_use_subcommand");
     for (const CLI::App *command : subcommandsOf(app)) {
         const string condition = "__fish_seen_subcommand_from " + command->get_name();
-        for (const CLI::Option *option : optionsOf(*command))
+        for (const CLI::Option *option : optionsBehind(*command, app))
             script += fishOption(*option, condition);
         const Words choices = positionalChoices(*command);
         if (!choices.empty())

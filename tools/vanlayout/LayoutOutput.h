@@ -11,7 +11,7 @@
 
 class QIODevice;
 
-/// What a command that writes a form of each layout was asked for.
+/// The call of a command that writes a form of each layout.
 struct LayoutOutput {
     std::vector<std::string> files; ///< files and folders, in the encoding of the system; - is standard input
     bool walksFolders = false;
