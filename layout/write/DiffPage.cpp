@@ -98,7 +98,7 @@ public:
         put("<li class=\"of-set\">values of <span class=\"code\">" + htmlOf(wordingOf(change.valueSet))
             + "</span></li>\n");
     }
-    void shift(const Change &first, const Change &last, int count, int columns)
+    void shift(const Change &first, const Change &last, int count, qint64 columns)
     {
         endItem();
         const QByteArray moved = (columns > 0 ? "+" : "") + QByteArray::number(columns);

@@ -165,7 +165,7 @@ private:
     {
         return infoOf(change.kind).side == DiffSide::Both || partOf(change.kind) > DiffPart::Item;
     }
-    static int columnsOf(const Change &change) { return change.after.toInt() - change.before.toInt(); }
+    static qint64 columnsOf(const Change &change) { return change.after.toLongLong() - change.before.toLongLong(); }
 
     bool isLoneStart(int index) const
     {

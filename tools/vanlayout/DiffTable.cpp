@@ -115,7 +115,7 @@ public:
     {
         lines.print(2, QLatin1String("values of ") + printable(vanlayout::wordingOf(change.valueSet)));
     }
-    void shift(const Change &first, const Change &last, int count, int columns)
+    void shift(const Change &first, const Change &last, int count, qint64 columns)
     {
         const QString text = QStringLiteral("%1 to %2: %3 items, start %4%5");
         lines.print(1,
