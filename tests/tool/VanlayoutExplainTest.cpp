@@ -245,6 +245,59 @@ private Q_SLOTS:
                 + "[ValueSet]\nName=A\nValue=1;One\n[ValueSet]\nName=B\nValue=1;One\n"
                   "Value=2:9;More\n" << QByteArray("further-value-set")
                                            << QByteArray("value sets A (1 value), B (2 values, 1 with ranges)");
+        const auto with
+            = [&](const QByteArray &found, const QByteArray &other) { return QByteArray(item).replace(found, other); };
+        const QByteArray set = "[ValueSet]\nName=A\n";
+        const QByteArray mark = "Name=MISSING ,Special\n";
+        const QByteArray columns = "columns 2 to 7";
+        const QByteArray oneValue = "value set A (1 value)";
+        QTest::newRow("repeated length") << item + "Len=3\n" << QByteArray("repeated-key") << columns;
+        QTest::newRow("repeated label") << item + "Label=One\nLabel=Two\n"
+                                        << QByteArray("repeated-key") << QByteArray("One");
+        QTest::newRow("second sign") << item + "Label=Rent = all\n"
+                                     << QByteArray("second-equals") << QByteArray("Rent = all");
+        QTest::newRow("no length") << with("Len=6\n", "Len\nLen=6\n") << QByteArray("key-without-equals")
+                                   << QByteArray("column 2, no length");
+        QTest::newRow("number") << item + "Occurrences=many\n" << QByteArray("number-not-converted") << columns;
+        QTest::newRow("number taken from a label")
+            << with("Start=2", "Label=Start of X\nStart=2") << QByteArray("number-not-converted") << columns;
+        QTest::newRow("key within another line")
+            << with("Start=2", "Label=Start of X\nStart=2") << QByteArray("key-by-substring") << columns;
+        QTest::newRow("word") << item + "DataType=Date\n" << QByteArray("word-not-recognised") << QByteArray("date");
+        QTest::newRow("overlap") << item + "[Item]\nName=Y\nStart=4\nLen=1\nOccurrences=2\n"
+                                 << QByteArray("overlapping-positions")
+                                 << QByteArray("columns 4 to 4, the first of 2 occurrences");
+        QTest::newRow("no occurrences") << item + "Occurrences=0\n" << QByteArray("no-occurrences") << columns;
+        QTest::newRow("two marks") << item + set + "Value=1;One\n" + mark + "Value=2;Two\n" + mark
+                                   << QByteArray("further-mark") << QByteArray("missing is 1; missing is 2");
+        QTest::newRow("marked value") << item + set + "Value=1;One\n" + mark << QByteArray("marked-value")
+                                      << QByteArray("missing is 1");
+        QTest::newRow("marked range") << item + set + "Value=1:5;One\n" + mark << QByteArray("marked-range")
+                                      << QByteArray("missing is 1 to 5");
+        QTest::newRow("mark of an occurrence") << item + "Occurrences=2\n" + set + "Value=1;One\n" + mark
+                                               << QByteArray("mark-of-last-occurrence") << QByteArray("missing is 1");
+        QTest::newRow("apostrophes") << item + set + "Value='A';One\n" << QByteArray("kept-apostrophe") << oneValue;
+        QTest::newRow("no label") << item + set + "Value=1\n" << QByteArray("value-without-label") << oneValue;
+        QTest::newRow("label alone") << item + set + "Value=;One\n" << QByteArray("label-as-code") << oneValue;
+        QTest::newRow("no upper bound") << item + set + "Value=1:;One\n"
+                                        << QByteArray("range-without-upper") << oneValue;
+        QTest::newRow("range in a text dictionary")
+            << item + set + "Value=1:5;One\n"
+            << QByteArray("range-as-end-points") << QByteArray("value set A (1 value, 1 with ranges)");
+        QTest::newRow("several in a line")
+            << item + "DataType=Alpha\n" + set + "Value=1 2:3 4:5;One\n"
+            << QByteArray("several-in-a-line") << QByteArray("value set A (1 value, 1 with ranges)");
+        QTest::newRow("code twice") << item + set + "Value=1;One\nValue=01;Two\n"
+                                    << QByteArray("duplicate-code") << QByteArray("value set A (2 values)");
+        QTest::newRow("long code") << item + set + "Value=12345678;One\n" << QByteArray("code-rounded") << oneValue;
+        QTest::newRow("long bound") << item + set + "Value=12345678;One\n" << QByteArray("bound-rounded") << oneValue;
+        QTest::newRow("no number") << item + set + "Value=x;One\n" << QByteArray("value-set-dropped") << oneValue;
+        QTest::newRow("decimal code") << item + set + "Value=0.5;One\n" << QByteArray("decimals-dropped") << oneValue;
+        QTest::newRow("blank in a code") << item + "DataType=Alpha\n" + set + "Value='a b';One\n"
+                                         << QByteArray("label-entry-parted") << oneValue;
+        QTest::newRow("set of the last occurrence")
+            << with("Start=1\nLen=1\n", "Start=1\nLen=1\nOccurrences=2\n" + set + "Value=1;One\n")
+            << QByteArray("only-last-occurrence") << oneValue;
         QTest::newRow("special") << json << QByteArray("special-not-read") << QByteArray("missing is 99");
         QTest::newRow("languages") << json << QByteArray("further-languages") << QByteArray("EN: House; FR: Maison");
         QTest::newRow("range") << json << QByteArray("code-as-zero")
@@ -268,6 +321,16 @@ private Q_SLOTS:
                 found.insert(note.toObject().value("exact").toString());
         }
         QVERIFY2(found.contains(instead), qPrintable(sorted(found).join("; ")));
+    }
+
+    void whatTheNoteSaysIsNotSaidAgain()
+    {
+        folder.write("d.dcf",
+                     "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n"
+                     "[Item]\nName=SEX\nStart=3\nLen=1\n[Record]\nName=R\n");
+        const QByteArray table = folder.run({ "explain", "d.dcf" }).out;
+        QVERIFY2(table.contains("SEX  columns 3 to 3\n"), table.constData());
+        QVERIFY2(!table.contains("the file has"), table.constData());
     }
 
     void aNameOfSeveralItemsIsNotExplainedFurther()

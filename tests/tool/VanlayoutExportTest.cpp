@@ -119,6 +119,10 @@ private Q_SLOTS:
 
     void standardInputIsRead()
     {
+        QProcess filter;
+        filter.setStandardInputFile(folder.filePath("survey.dcf"));
+        QCOMPARE(folder.run({ "export", "--to", "ddi", "-", "-o", "piped/" }, filter).status, fine);
+        QCOMPARE(folder.read("piped/layout.xml"), exported("ddi", "survey.dcf").out);
         QProcess tool;
         tool.setStandardInputFile(folder.filePath("survey.dcf"));
         QCOMPARE(folder.run({ "export", "--to", "markdown", "-" }, tool).status, fine);
@@ -288,6 +292,9 @@ private Q_SLOTS:
         QCOMPARE(folder.read("there/survey.csv-metadata.json"), exported("csvw", "survey.dcf").out);
         QCOMPARE(folder.run({ "export", "--to", "markdown", "survey.dcf", "-o", "made/" }).status, fine);
         QVERIFY(!folder.read("made/survey.md").isEmpty());
+        folder.write(".dcf", dictionary("X"));
+        QCOMPARE(folder.run({ "export", "--to", "markdown", ".dcf", "-o", "made/" }).status, fine);
+        QVERIFY(!folder.read("made/.dcf.md").isEmpty());
     }
 
     void filesOfOneNameAreNumbered()
@@ -313,6 +320,20 @@ private Q_SLOTS:
         QCOMPARE(folder.read("same/a.xml"), dictionary("B"));
         QVERIFY(folder.read("same/a-2.xml").contains("name=\"A\""));
         QVERIFY(folder.read("same/a-3.xml").contains("name=\"B\""));
+    }
+
+    void aFileThatIsReadInPartIsOneLine()
+    {
+        const QByteArray whole = [] {
+            QFile file(QStringLiteral(VAN_MADE_DATA "/survey.dta"));
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        }();
+        folder.write("cut.dta", whole.left(whole.size() - 30));
+        const Run run = exported("markdown", "cut.dta");
+        QCOMPARE(run.status, fine);
+        QVERIFY(!run.out.isEmpty());
+        QVERIFY2(run.err.startsWith("vanlayout: cut.dta: reading ended "), run.err.constData());
+        QCOMPARE(run.err.count('\n'), 1);
     }
 
     void aFileThatCannotBeReadIsOneLineAndTheRestGoesOn()

@@ -4,9 +4,11 @@
 #include "import/ReadReport.h"
 #include "write/Wording_p.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
+#include <initializer_list>
 
 using vanlayout::Item;
 using vanlayout::Special;
@@ -19,9 +21,37 @@ namespace
 /// Part of an item that a note is about.
 enum class Aspect { None, Type, Columns, Place, Labels, ValueSets, Specials, Missing };
 
-Aspect aspectOf(NoteKind kind)
+// What a key of an item is about: that of a line such as "Len=2", or that of a member such as "length":"2".
+Aspect aspectOfKey(const QString &text)
 {
-    switch (kind) {
+    static const QRegularExpression key(QStringLiteral("^\"?(\\w+)"));
+    const QString word = key.match(text).captured(1).toLower();
+    const auto isOneOf = [&word](std::initializer_list<const char *> words) {
+        return std::any_of(words.begin(), words.end(), [&](const char *known) { return word == QLatin1String(known); });
+    };
+    if (isOneOf({ "label", "labels" }))
+        return Aspect::Labels;
+    if (isOneOf({ "start", "len", "length", "occurrences" }))
+        return Aspect::Columns;
+    if (isOneOf({ "decimal", "decimals", "decimalchar", "datatype", "contenttype" }))
+        return Aspect::Type;
+    if (isOneOf({ "itemtype", "subitem" }))
+        return Aspect::Place;
+    return isOneOf({ "value", "valuesets" }) ? Aspect::ValueSets : Aspect::None;
+}
+
+Aspect aspectOf(const ReadNote &note)
+{
+    switch (note.kind) {
+    case NoteKind::keyBySubstring:
+    case NoteKind::keyWithoutEquals:
+    case NoteKind::secondEquals:
+    case NoteKind::repeatedKey:
+    case NoteKind::missingKey:
+    case NoteKind::wrongType:
+        return aspectOfKey(note.text);
+    case NoteKind::numberNotConverted: // a label that holds the key of a number can be taken for its line
+        return aspectOfKey(note.text) == Aspect::Labels ? Aspect::Columns : aspectOfKey(note.text);
     case NoteKind::decimalsLost:
     case NoteKind::decimalsNotRead:
     case NoteKind::wordNotRecognised:
@@ -54,6 +84,18 @@ Aspect aspectOf(NoteKind kind)
     case NoteKind::valueWithoutCode:
     case NoteKind::codeAsZero:
     case NoteKind::valueCutToInteger:
+    case NoteKind::codeRounded:
+    case NoteKind::boundRounded:
+    case NoteKind::duplicateCode:
+    case NoteKind::labelEntryParted:
+    case NoteKind::keptApostrophe:
+    case NoteKind::valueWithoutLabel:
+    case NoteKind::labelAsCode:
+    case NoteKind::valueSetMisplaced:
+    case NoteKind::valueSetWithoutItem:
+    case NoteKind::labelOfMinusOne:
+    case NoteKind::labelWithoutText:
+    case NoteKind::missingAsNumber:
         return Aspect::ValueSets;
     case NoteKind::specialNotRead:
     case NoteKind::markNotRecognised:
@@ -90,7 +132,9 @@ QString describeColumns(const Item &item, const Item *parent)
         return describeType(item);
     const int occurrences = std::max(item.occurrences, parent ? parent->occurrences : 1);
     const qint64 end = qint64(item.start) + item.length - 1;
-    QString text = QStringLiteral("columns %1 to %2").arg(item.start).arg(end);
+    if (item.length < 1)
+        return QStringLiteral("column %1, no length").arg(item.start);
+    QString text = QStringLiteral("columns %1 to %2").arg(item.start).arg(end); // as in the notes on positions
     if (occurrences > 1)
         text += QStringLiteral(", the first of %1 occurrences").arg(occurrences);
     return text;
@@ -222,7 +266,7 @@ const ExactItems::Found *ExactItems::find(const QString &variable) const
 QString ExactItems::insteadOf(const ReadNote &note)
 {
     constexpr int mostColumns = 400;
-    const Aspect aspect = aspectOf(note.kind);
+    const Aspect aspect = aspectOf(note);
     const Found *found = aspect == Aspect::None || note.variable.isEmpty() ? nullptr : find(note.variable);
     if (!found)
         return QString();
