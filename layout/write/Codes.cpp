@@ -186,9 +186,13 @@ public:
     {
         const QString code = cellOf(item, written);
         addOnce(code, value);
-        const DecimalNumber number = item.zeroFill && item.decimals == 0 ? decimalNumberOf(code) : DecimalNumber();
-        if (number.isWhole && !number.spelling.startsWith('-'))
-            addOnce(QString::fromLatin1(number.spelling).rightJustified(item.length, QLatin1Char('0')), value);
+        const DecimalNumber number = isClosed(item) && item.isNumeric() ? decimalNumberOf(code) : DecimalNumber();
+        if (number.spelling.isEmpty() || number.spelling.contains('e'))
+            return;
+        const QString plain = QString::fromLatin1(number.spelling);
+        addOnce(plain, value);
+        if (item.zeroFill && item.decimals == 0 && number.isWhole && !plain.startsWith(QLatin1Char('-')))
+            addOnce(plain.rightJustified(item.length, QLatin1Char('0')), value);
     }
 
     QVector<MissingCode> codes;
@@ -279,7 +283,7 @@ std::optional<Range> onlyRangeOf(const Item &item)
             for (const Range &range : value.ranges) {
                 if (isMissing(item, value, range) || (only && *only == range))
                     continue;
-                if (only || isSingle(range))
+                if (only || isSingle(range) || valueOf(range.from) > valueOf(range.to))
                     return std::nullopt;
                 only = range;
             }

@@ -53,11 +53,12 @@ struct MissingCode {
 /// The missing codes of an item, each once: those that value sets label, in their order, then the single user-missing
 /// values. Ranges of user-missing values are no codes.
 ///
-/// A whole number that is filled with zeros has both spellings, `9` and `09`.
+/// A number of a dictionary has each spelling that its cells may have: the one of the dictionary (`09`, `9,50`), the
+/// plain one (`9`, `9.5`), and filled with zeros to the length of the item where its data is.
 QVector<MissingCode> missingCodesOf(const Item &item);
 
 /// The one range that holds all values of a closed item that are not missing; none where there are several ranges, or
-/// codes beside it.
+/// codes beside it, or where the range ends before it begins.
 std::optional<Range> onlyRangeOf(const Item &item);
 
 } // namespace vanlayout

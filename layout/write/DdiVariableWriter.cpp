@@ -17,9 +17,8 @@ namespace
 
 bool isReal(const QString &code)
 {
-    bool isNumber = false;
-    code.toDouble(&isNumber);
-    return isNumber && code.contains(QLatin1Char('.'));
+    const bool hasMark = code.contains(QLatin1Char('.')) || code.contains(QLatin1Char(','));
+    return hasMark && !decimalNumberOf(code).spelling.isEmpty();
 }
 
 // Empty for a text, whose codes are no numbers.

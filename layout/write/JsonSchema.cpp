@@ -23,12 +23,17 @@ struct BaseType {
     Calendar calendar = Calendar::None;
 };
 
+bool isLongNumber(const Item &item)
+{
+    return item.storage == Storage::None && item.length > longestSafeNumber;
+}
+
 BaseType baseOf(const Item &item)
 {
     const Calendar calendar = item.storage == Storage::None ? Calendar::None : dateFormOf(item).calendar;
     if (calendar != Calendar::None)
         return { "string", false, calendar };
-    const bool isLong = item.storage == Storage::None && item.length > longestSafeNumber;
+    const bool isLong = isLongNumber(item);
     switch (kindOf(item)) {
     case ValueKind::Whole:
         return { "integer", isLong, Calendar::None };
@@ -121,7 +126,8 @@ private:
             entry.number = number.spelling;
             hasNumber = true;
         } else {
-            entry.text = isExtended ? code : QString::fromLatin1(number.spelling);
+            const bool isAsWritten = isExtended || number.spelling.contains('e');
+            entry.text = isAsWritten ? code : QString::fromLatin1(number.spelling);
             hasText = true;
         }
         return true;
@@ -147,10 +153,14 @@ private:
         hasValid = hasValid || !isMissing;
         all.append(entry);
     }
-    static QByteArray boundOf(const QString &code, Alternative &entry)
+    // A range holds texts where it holds numbers that a double rounds: also where both bounds are kept.
+    QByteArray boundOf(const QString &code, Alternative &entry) const
     {
         const DecimalNumber number = decimalNumberOf(code);
-        entry.hasText = entry.hasText || (!number.spelling.isEmpty() && !number.isKept);
+        const bool isWide = isLongNumber(item)
+            && (kind == ValueKind::Number || number.spelling.size() > longestSafeNumber
+                || number.spelling.contains('e'));
+        entry.hasText = entry.hasText || (!number.spelling.isEmpty() && (isWide || !number.isKept));
         return number.isKept ? number.spelling : QByteArray();
     }
 
@@ -307,8 +317,16 @@ private:
             for (const Alternative &alternative : values.all)
                 object([&] { writeAlternative(base, alternative); });
             if (isOpen)
-                object([&] { word("type", base.name); });
+                object([&] { writeAnyValue(base); });
         });
+    }
+    // All values of the type, also the long numbers that are texts.
+    void writeAnyValue(const BaseType &base)
+    {
+        if (base.isLong)
+            texts("type", { QLatin1String(base.name), QStringLiteral("string") });
+        else
+            word("type", base.name);
     }
     void writeAlternative(const BaseType &base, const Alternative &alternative)
     {

@@ -46,9 +46,10 @@ QString uniqueName(UniqueNames &names, const QString &wanted)
     return wanted + names.give(wanted.toLower()).mid(wanted.size());
 }
 
+// Whether ids distinguish cases and the entries of their lower levels: each level has some.
 bool hasIds(const Layout &layout, int level)
 {
-    return std::any_of(layout.levels.begin(), layout.levels.begin() + level + 1,
+    return std::all_of(layout.levels.begin(), layout.levels.begin() + level + 1,
                        [](const Level &entry) { return !entry.ids.isEmpty(); });
 }
 
@@ -84,7 +85,7 @@ QVector<Table> tablesOf(const Layout &layout)
             tables.append({ index, &record, uniqueName(names, safeName(record.name)), isKeyed, -1 });
         }
         if (level.records.isEmpty() && !level.ids.isEmpty())
-            tables.append({ index, &idsAlone, uniqueName(names, safeName(level.name)), true, -1 });
+            tables.append({ index, &idsAlone, uniqueName(names, safeName(level.name)), hasIds(layout, index), -1 });
         head = setHeads(tables, first, head);
     }
     return tables;

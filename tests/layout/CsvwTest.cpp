@@ -34,6 +34,7 @@ private slots:
     void recordsOfOneRowACaseAreKeyed();
     void rowsReferToTheHeadOfTheirLevel();
     void withoutIdsThereAreNoKeys();
+    void aLevelWithoutIdsHasNoKey();
     void aLevelOfIdsAloneHasATable();
     void valueSetsAreTermSets();
     void textsInLanguagesHaveTheirTag();
@@ -301,6 +302,7 @@ void CsvwTest::oneRangeIsABound_data()
     QTest::newRow("same in two sets") << twoSets(made::range("0", "9"), made::range("0", "9")) << "0-9";
     QTest::newRow("two sets") << twoSets(made::range("0", "9"), made::range("0", "8")) << "-";
     QTest::newRow("decimals") << decimals << "-1.5-2.5";
+    QTest::newRow("ends before it begins") << made::item("X", 3, { made::range("9", "0") }) << "-";
     QTest::newRow("decimals of an integer") << made::item("X", 3, { made::range("0.5", "9") }) << "-9";
     QTest::newRow("no number") << made::item("X", 3, { made::range("a", "9") }) << "-9";
     QTest::newRow("beyond a double") << made::item("X", 20, { made::range("1", "99999999999999999999") })
@@ -322,6 +324,10 @@ void CsvwTest::missingCodesAreNull_data()
     QTest::addColumn<QStringList>("codes");
     Item filled = made::item("X", 3, { made::value("9", "Missing", Special::Missing) });
     filled.zeroFill = true;
+    Item filledTwice = made::item("X", 3, { made::value("09", "Missing", Special::Missing) });
+    filledTwice.zeroFill = true;
+    Item decimals = made::item("X", 4, { made::value("9,50", "Missing", Special::Missing) });
+    decimals.decimals = 2;
     const auto userMissing = [](const QVector<Range> &missing, const QVector<Value> &values) {
         Item item = made::stored("X", "F8.0", values);
         item.missing = missing;
@@ -338,6 +344,14 @@ void CsvwTest::missingCodesAreNull_data()
     QTest::newRow("blank") << made::item("X", 2, { made::value("  ", "a", Special::NotApplicable) })
                            << QStringList{ "" };
     QTest::newRow("filled with zeros") << filled << QStringList{ "", "9", "009" };
+    QTest::newRow("filled with zeros, also in the dictionary") << filledTwice << QStringList{ "", "09", "9", "009" };
+    QTest::newRow("zeros of the dictionary alone")
+        << made::item("X", 2, { made::value("09", "a", Special::Missing) }) << QStringList{ "", "09", "9" };
+    QTest::newRow("decimal comma") << decimals << QStringList{ "", "9,50", "9.5" };
+    QTest::newRow("codes of stored numbers have one spelling")
+        << userMissing({ { "9.50", "" } }, {}) << QStringList{ "", "9.50" };
+    QTest::newRow("digits of a text are exact")
+        << made::text("X", 2, { made::value("09", "a", Special::Missing) }) << QStringList{ "", "09" };
     QTest::newRow("user-missing") << userMissing({ { "99", "" }, { "-1", "-1" } }, {}) << QStringList{ "", "99", "-1" };
     QTest::newRow("labelled in a range") << userMissing({ { "90", "inf" } }, labelled) << QStringList{ "", "97" };
     QTest::newRow("labelled above the lowest") << userMissing({ { "-inf", "0" } }, labelled) << QStringList();
@@ -403,6 +417,22 @@ void CsvwTest::withoutIdsThereAreNoKeys()
     const QJsonArray tables = tablesOf(layout);
     for (const QJsonValue &table : tables)
         QCOMPARE(schemaOf(table).keys(), QStringList{ "columns" });
+}
+
+// The ids of a case are those of each row of its lower levels, and cases without ids are alike.
+void CsvwTest::aLevelWithoutIdsHasNoKey()
+{
+    Layout layout = household();
+    layout.levels[1].records[0].maximum = 1;
+    layout.levels[1].ids.clear();
+    QVERIFY(!schemaOf(tablesOf(layout).at(3)).contains("primaryKey"));
+    QVERIFY(schemaOf(tablesOf(layout).at(3)).contains("foreignKeys"));
+
+    layout = household();
+    layout.levels[1].records[0].maximum = 1;
+    layout.levels[0].ids.clear();
+    QVERIFY(!schemaOf(tablesOf(layout).at(3)).contains("primaryKey"));
+    QVERIFY(!schemaOf(tablesOf(layout).at(3)).contains("foreignKeys"));
 }
 
 void CsvwTest::aLevelOfIdsAloneHasATable()

@@ -905,6 +905,7 @@ void DdiTest::validValuesAreThoseOfTheValueSets_data()
     QTest::newRow("without the special ones") << withValues(numeric("X"), { value({ { "1", "" } }, ""), value({ { "9", "" } }, "", Special::Missing) }) << QStringList{ "INT 1" };
     QTest::newRow("special ones alone") << onlySpecial << QStringList{};
     QTest::newRow("decimals") << wage << QStringList{ "REAL 0.5", "REAL 1..20" };
+    QTest::newRow("code with a decimal comma") << withValues(numeric("X"), { value({ { "0,5", "" } }, "") }) << QStringList{ "REAL 0,5" };
     QTest::newRow("code with decimals") << withValues(numeric("X"), { value({ { "0.5", "" }, { "1", "2.5" } }, "") }) << QStringList{ "REAL 0.5", "REAL 1..2.5" };
     QTest::newRow("texts") << withValues(text("X"), { value({ { "M", "" }, { "A", "F" } }, "") }) << QStringList{ "M", "A..F" };
     QTest::newRow("two value sets") << two << QStringList{ "INT 0..110", "INT 0..4" };

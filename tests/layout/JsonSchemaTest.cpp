@@ -24,6 +24,8 @@ private slots:
     void valuesAreAlternatives();
     void numbersAreThoseThatEveryProgramKeeps_data();
     void numbersAreThoseThatEveryProgramKeeps();
+    void longNumbersMayBeTexts_data();
+    void longNumbersMayBeTexts();
     void occurrencesAreProperties();
     void titlesAreInOneLanguage();
     void theTitleIsThatOfTheFileOrTheGivenOne();
@@ -275,6 +277,39 @@ void JsonSchemaTest::numbersAreThoseThatEveryProgramKeeps()
     const QByteArray bytes = made::written(writeJsonSchema, made::layout({ item }), options);
     QCOMPARE(bytes.contains("{\"const\":" + spelled + '}'), !spelled.isEmpty());
     QCOMPARE(bytes.contains("\"const\""), !spelled.isEmpty());
+}
+
+void JsonSchemaTest::longNumbersMayBeTexts_data()
+{
+    QTest::addColumn<Item>("item");
+    QTest::addColumn<QByteArray>("alternatives");
+    Item decimals = made::item("X", 18, { made::range("0", "1") });
+    decimals.decimals = 16;
+    const QByteArray either = R"("type": ["integer", "string"])";
+    QTest::newRow("more digits than numbers are spelled with")
+        << made::item("X", 23, { made::value("12345678901234567890123") })
+        << QByteArray(R"([{"const": "12345678901234567890123"}])");
+    QTest::newRow("special values alone")
+        << made::item("X", 18, { made::value("9", "", Special::Missing) })
+        << QByteArray(R"([{"const": 9, "description": "missing"}, {)" + either + "}]");
+    QTest::newRow("range of short numbers")
+        << made::item("X", 18, { made::range("0", "999999999999999") })
+        << QByteArray(R"([{"type": "integer", "minimum": 0, "maximum": 999999999999999}])");
+    QTest::newRow("range with long numbers between")
+        << made::item("X", 19, { made::range("0", "1000000000000000000") })
+        << QByteArray("[{" + either + R"(, "minimum": 0, "maximum": 1000000000000000000}])");
+    QTest::newRow("range of long decimals")
+        << decimals << QByteArray(R"([{"type": ["number", "string"], "minimum": 0, "maximum": 1}])");
+}
+
+void JsonSchemaTest::longNumbersMayBeTexts()
+{
+    QFETCH(Item, item);
+    QFETCH(QByteArray, alternatives);
+    const QJsonObject property
+        = definition(made::layout({ item }), "R").value("properties").toObject().value("X").toObject();
+    const QJsonValue found = property.contains("oneOf") ? property.value("oneOf") : property.value("anyOf");
+    QCOMPARE(found.toArray(), QJsonDocument::fromJson(alternatives).array());
 }
 
 void JsonSchemaTest::occurrencesAreProperties()
