@@ -232,10 +232,18 @@ private Q_SLOTS:
 "contentType": "numeric", "start": 2, "length": 3, "valueSets": [{"name": "X_VS", "values": [
 {"labels": [{"text": "All"}], "pairs": [{"range": ["1", "9"]}]},
 {"labels": [{"text": "None"}], "pairs": [{"value": "99"}], "special": "missing"}]}]}]}]}]})";
+        const QByteArray set = "[ValueSet]\nName=A\n";
+        const QByteArray mark = "Name=MISSING ,Special\n";
         QTest::newRow("implied decimals") << item + "Decimal=2\n"
                                           << QByteArray("decimals-lost") << QByteArray("9(6)v2, 2 implied decimals");
         QTest::newRow("written decimal") << item + "Decimal=1\nDecimalChar=Yes\n"
                                          << QByteArray("decimals-lost") << QByteArray("9(6).1, 1 written decimal");
+        QTest::newRow("subitem of an item that repeats")
+            << item + "Occurrences=3\n[Item]\nName=S\nStart=3\nLen=2\nItemType=SubItem\n"
+            << QByteArray("subitem") << QByteArray("part of X, columns 3 to 4, the first of 3 occurrences");
+        QTest::newRow("mark in two sets")
+            << item + set + "Value=1;One\n" + mark + "[ValueSet]\nName=B\nValue=1;One\n" + mark
+            << QByteArray("marked-value") << QByteArray("missing is 1");
         QTest::newRow("subitem") << item + "[Item]\nName=S\nStart=3\nLen=2\nItemType=SubItem\n"
                                  << QByteArray("subitem") << QByteArray("part of X, columns 3 to 4");
         QTest::newRow("occurrences") << item + "Occurrences=3\n"
@@ -247,8 +255,6 @@ private Q_SLOTS:
                                            << QByteArray("value sets A (1 value), B (2 values, 1 with ranges)");
         const auto with
             = [&](const QByteArray &found, const QByteArray &other) { return QByteArray(item).replace(found, other); };
-        const QByteArray set = "[ValueSet]\nName=A\n";
-        const QByteArray mark = "Name=MISSING ,Special\n";
         const QByteArray columns = "columns 2 to 7";
         const QByteArray oneValue = "value set A (1 value)";
         QTest::newRow("repeated length") << item + "Len=3\n" << QByteArray("repeated-key") << columns;
@@ -321,6 +327,31 @@ private Q_SLOTS:
                 found.insert(note.toObject().value("exact").toString());
         }
         QVERIFY2(found.contains(instead), qPrintable(sorted(found).join("; ")));
+    }
+
+    void aLongDescriptionOfTheItemIsCut()
+    {
+        QByteArray sets;
+        for (int i = 0; i < 200; ++i)
+            sets += "[ValueSet]\nName=SET" + QByteArray::number(i) + "\nValue=1;One\n";
+        folder.write("d.dcf",
+                     "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n"
+                         + sets + "[Record]\nName=R\n");
+        const QJsonValue json = folder.run({ "explain", "--format", "json", "d.dcf" }).json();
+        bool isFound = false;
+        for (const QJsonValue &note : json["notes"].toArray()) {
+            const QString exact = note.toObject()["exact"].toString();
+            QVERIFY(exact.size() <= 400);
+            isFound = isFound || (exact.startsWith("value sets SET0 (1 value), ") && exact.endsWith(QChar(0x2026)));
+        }
+        QVERIFY(isFound);
+    }
+
+    void aLongNameIsCutInTheTable()
+    {
+        folder.write("d.dcf", "[IdItems]\n[Item]\nName=" + QByteArray(60, 'N') + "\nStart=1\nLen=3\nColour=red\n");
+        const QString table = QString::fromUtf8(folder.run({ "explain", "d.dcf" }).out);
+        QVERIFY2(table.contains("  " + QString(39, 'N') + QChar(0x2026) + "  Colour=red\n"), qPrintable(table));
     }
 
     void whatTheNoteSaysIsNotSaidAgain()

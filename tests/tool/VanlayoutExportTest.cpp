@@ -161,9 +161,22 @@ private Q_SLOTS:
         verifyFullDiskIsTold(folder, { "export", "--to", target, "survey.dcf" });
     }
 
+    void titleIsTheCallersOrTheDictionarysOwn_data()
+    {
+        QTest::addColumn<QString>("target");
+        for (const char *target : { "ddi", "csvw", "json-schema", "frictionless", "markdown" })
+            QTest::newRow(target) << target;
+    }
     void titleIsTheCallersOrTheDictionarysOwn()
     {
-        QVERIFY(exported("ddi", "survey.dcf").out.contains("<titl>Survey</titl>"));
+        QFETCH(QString, target);
+        QVERIFY(exported(target, "survey.dcf").out.contains("Survey"));
+        const Run titled = folder.run({ "export", "--to", target, "--title", "Häuser 2031", "survey.dcf" });
+        QVERIFY2(titled.out.contains("Häuser 2031"), titled.out.constData());
+    }
+
+    void aTitleIsOnlyText()
+    {
         const Run titled = folder.run({ "export", "--to", "ddi", "--title", "Häuser & Höfe", "survey.dcf" });
         QVERIFY2(titled.out.contains("<titl>Häuser &amp; Höfe</titl>"), titled.out.constData());
     }
@@ -185,19 +198,42 @@ private Q_SLOTS:
         QCOMPARE(marked, "\xEF\xBB\xBF" + plain);
     }
 
+    void labelsAreInTheLanguageThatIsAskedFor_data()
+    {
+        QTest::addColumn<QString>("target");
+        for (const char *target : { "json-schema", "frictionless", "markdown", "csv" })
+            QTest::newRow(target) << target;
+    }
     void labelsAreInTheLanguageThatIsAskedFor()
     {
-        folder.write("survey.dcf",
-                     dictionary("X",
-                                "\n[Languages]\nEN=English\nFR=Fran\xC3\xA7"
-                                "ais\n")
-                         .replace("A label", "House|Maison"));
-        const QStringList markdown{ "export", "--to", "markdown" };
-        QVERIFY(folder.run(markdown + QStringList("survey.dcf")).out.contains("House"));
-        const QByteArray french = folder.run(markdown + QStringList{ "--language", "FR", "survey.dcf" }).out;
+        QFETCH(QString, target);
+        const QByteArray languages = "\n[Languages]\nEN=English\nFR=Fran\u00E7ais\n";
+        folder.write("survey.dcf", dictionary("X", languages).replace("A label", "House|Maison"));
+        const QStringList call{ "export", "--to", target };
+        QVERIFY(folder.run(call + QStringList("survey.dcf")).out.contains("House"));
+        const QByteArray french = folder.run(call + QStringList{ "--language", "FR", "survey.dcf" }).out;
         QVERIFY2(french.contains("Maison") && !french.contains("House"), french.constData());
-        const Run absent = folder.run(markdown + QStringList{ "--language", "ES", "survey.dcf" });
+        const Run absent = folder.run(call + QStringList{ "--language", "ES", "survey.dcf" });
         verifyComplaint(absent, "survey.dcf: has no language ES; it has EN, FR\n");
+    }
+
+    void occurrencesAreBoundedWhereEachHasAColumn_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<int>("status");
+        for (const char *target : { "ddi", "csvw", "json-schema", "frictionless" })
+            QTest::newRow(target) << target << noAnswer;
+        for (const char *target : { "markdown", "csv" })
+            QTest::newRow(target) << target << fine;
+    }
+    void occurrencesAreBoundedWhereEachHasAColumn()
+    {
+        QFETCH(QString, target);
+        QFETCH(int, status);
+        folder.write("many.dcf", dictionary("X") + "Occurrences=2000000000\n");
+        const Run run = exported(target, "many.dcf");
+        QCOMPARE(run.status, status);
+        QCOMPARE(run.out.isEmpty(), status == noAnswer);
     }
 
     void anOptionThatTheFormDoesNotTakeIsRefused_data()
