@@ -39,6 +39,36 @@ private Q_SLOTS:
         QVERIFY2(help.out.contains("\nExamples:\n  vanlayout " + command.toUtf8()), help.out.constData());
     }
 
+    void theManualNamesEveryOptionAndValue_data() { helpOfACommandIsThatOfItsOption_data(); }
+    void theManualNamesEveryOptionAndValue()
+    {
+        QFETCH(QString, command);
+        QFile page(QStringLiteral(VAN_DOCS "/vanlayout.1"));
+        QVERIFY(page.open(QIODevice::ReadOnly));
+        const QString manual = QString::fromUtf8(page.readAll()).replace("\\-", "-");
+        QVERIFY(manual.contains("\n.B vanlayout " + command + '\n'));
+        const int place = manual.indexOf(".SH OPTIONS OF " + command.toUpper() + '\n');
+        const QString section = place < 0 ? QString() : manual.mid(place, manual.indexOf("\n.SH ", place) - place);
+        const QString ofAll = manual.mid(manual.indexOf(".SH OPTIONS OF ALL"));
+        const QString help = QString::fromUtf8(folder.run({ "help", command }).out);
+        QRegularExpressionMatchIterator options
+            = QRegularExpression(QStringLiteral("^  (?:(-\\w),)?(--[\\w-]+)"), QRegularExpression::MultilineOption)
+                  .globalMatch(help);
+        QVERIFY(options.hasNext());
+        while (options.hasNext()) {
+            const QRegularExpressionMatch option = options.next();
+            const QString &where = option.captured(2) == "--help" ? ofAll : section;
+            QVERIFY2(where.contains(option.captured(1)), qPrintable(option.captured(1)));
+            QVERIFY2(where.contains(option.captured(2)), qPrintable(option.captured(2)));
+        }
+        QRegularExpressionMatchIterator lists = QRegularExpression(QStringLiteral("\\{([^}]*)\\}")).globalMatch(help);
+        while (lists.hasNext()) {
+            const QStringList values = lists.next().captured(1).split(',');
+            for (const QString &value : values)
+                QVERIFY2(manual.contains(QRegularExpression("\\b" + value + "\\b")), qPrintable(value));
+        }
+    }
+
     void helpWithoutACommandListsAll()
     {
         const Run help = folder.run({ "help" });

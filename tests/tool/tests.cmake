@@ -17,7 +17,7 @@ target_compile_definitions(VanlayoutShowDataTest PRIVATE VAN_TOOL="$<TARGET_FILE
 
 van_add_test(tool/VanlayoutShellTest.cpp)
 add_dependencies(VanlayoutShellTest vanlayout)
-target_compile_definitions(VanlayoutShellTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+target_compile_definitions(VanlayoutShellTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>" VAN_DOCS="${PROJECT_SOURCE_DIR}/docs")
 
 van_add_test(tool/VanlayoutLookupTest.cpp)
 add_dependencies(VanlayoutLookupTest vanlayout)
