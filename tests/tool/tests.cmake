@@ -40,7 +40,6 @@ add_dependencies(VanlayoutCraftedKeysTest vanlayout)
 target_compile_definitions(VanlayoutCraftedKeysTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutCraftedKeysTest)
 
-set(tool_folder ${PROJECT_SOURCE_DIR}/tools/vanlayout)
 van_add_test(tool/VanlayoutExplainTest.cpp)
 add_dependencies(VanlayoutExplainTest vanlayout)
 target_compile_definitions(VanlayoutExplainTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
