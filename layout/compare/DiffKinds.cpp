@@ -123,7 +123,7 @@ QString wordOf(DiffKind kind)
 std::optional<DiffKind> diffKindOf(const QString &word)
 {
     const QVector<DiffKindInfo> &infos = diffKinds();
-    const auto found = std::find_if(infos.begin(), infos.end(), [&](const DiffKindInfo &info) {
+    const auto *const found = std::find_if(infos.begin(), infos.end(), [&](const DiffKindInfo &info) {
         return info.word.compare(word, Qt::CaseInsensitive) == 0;
     });
     return found != infos.end() ? std::optional(found->kind) : std::nullopt;

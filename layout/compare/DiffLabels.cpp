@@ -230,8 +230,8 @@ void LabelComparison::compare(const Labels &before, const Labels &after, int lon
     const QVector<Own> ofAfter = ownTexts(after, After);
     const QString firstBefore = before.primary();
     const QString firstAfter = after.primary();
-    auto one = ofBefore.begin();
-    auto other = ofAfter.begin();
+    const Own *one = ofBefore.begin();
+    const Own *other = ofAfter.begin();
     // The first language also where neither label has a text of its own in it.
     for (int language = 0; language == 0 || one != ofBefore.end() || other != ofAfter.end();) {
         const bool hasBefore = one != ofBefore.end() && one->shared == language;

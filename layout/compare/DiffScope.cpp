@@ -130,10 +130,9 @@ QVector<NotCompared> DiffScope::notCompared() const
         if (!isOneFormat() && (hasRecordLength(before) || hasRecordLength(after)))
             add("record length", one);
     } else if (!isOneFamily()) {
-        for (const char *what : { "storage", "user-missing values", "alignment", "display width",
-                                  "formats other than "
-                                  "fixed numbers",
-                                  "names of value sets", "notes", "weight variable" })
+        for (const char *what :
+             { "storage", "user-missing values", "alignment", "display width", "formats other than fixed numbers",
+               "names of value sets", "notes", "weight variable" })
             add(what, one);
     }
     if (!comparesValueSets())

@@ -65,9 +65,7 @@ ValueSetComparison::Sets ValueSetComparison::setsOf(const Item &item, bool isNum
 {
     Sets sets;
     for (const ValueSet &set : item.valueSets) {
-        if (scope.isOneFamily())
-            sets.append(&set);
-        else if (sets.isEmpty() && hasEntry(set, isNumeric))
+        if (scope.isOneFamily() || (sets.isEmpty() && hasEntry(set, isNumeric)))
             sets.append(&set);
     }
     return sets;

@@ -82,12 +82,12 @@ public:
     JsonUse setSoftware(const QString &text);
     JsonUse setFileType(const QString &text);
     JsonUse setVersion(const QString &text);
-    void setStart(int value);
-    void setSubitemOffset(int value);
-    void setLength(int value);
-    void setDecimalMark(bool value);
-    void setZeroFill(bool value);
-    void setRelativePositions(bool value);
+    void setStart(int start);
+    void setSubitemOffset(int offset);
+    void setLength(int length);
+    void setDecimalMark(bool isWritten);
+    void setZeroFill(bool isFilled);
+    void setRelativePositions(bool areRelative);
 
     /// Whether the object has a key that dictionaries have and other JSON files do not.
     bool hasDictionaryKey() const { return hasKeyOfDictionary; }

@@ -27,7 +27,7 @@ QString recordPath(const Level &level, const ElementAddress &address)
 QString itemPath(const Level &level, const ElementAddress &address)
 {
     const Item &item = itemAt(level, address);
-    const QString path = cspro::childPath(recordPath(level, address), item.name);
+    QString path = cspro::childPath(recordPath(level, address), item.name);
     if (address.valueSet < 0)
         return path;
     const QString setPath = cspro::childPath(path, item.valueSets.at(address.valueSet).name);

@@ -42,7 +42,7 @@ public:
     // Events; false ends the reading.
     bool Null();
     bool Bool(bool value);
-    bool RawNumber(const char *spelling, rapidjson::SizeType size, bool copy);
+    bool RawNumber(const char *number, rapidjson::SizeType size, bool copy);
     bool String(const char *text, rapidjson::SizeType size, bool copy);
     bool Key(const char *text, rapidjson::SizeType size, bool copy);
     bool StartObject();

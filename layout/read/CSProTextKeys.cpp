@@ -226,7 +226,7 @@ bool CSProTextReader::yesOrNoIn(const Statement &statement)
 
 Labels CSProTextReader::labelsIn(std::string_view text, int line)
 {
-    const Labels made = labels.of(text, [this](std::string_view parts) { return labelsOf(parts, layout.languages); });
+    Labels made = labels.of(text, [this](std::string_view parts) { return labelsOf(parts, layout.languages); });
     checkPartCount(made.parts.size(), line);
     return made;
 }

@@ -137,7 +137,7 @@ private:
     void readPrimaryLink(const Statement &statement);
     void readSecondary(const Statement &statement);
     void readSecondaryLink(const Statement &statement);
-    void readLinkItem(const Statement &statement, QString RelationLink::*item, bool &isRead);
+    void readLinkItem(const Statement &statement, QString RelationLink::*member, bool &isRead);
     void openLink();
 
     // Checks

@@ -93,8 +93,8 @@ Number numberOf(std::string_view value)
     constexpr qint64 max = qint64(std::numeric_limits<int>::max()) + 1;
     constexpr qint64 base = 10;
     qint64 number = 0;
-    const auto end = std::find_if_not(digits.begin(), digits.end(), isDigit);
-    for (auto digit = digits.begin(); digit != end; ++digit)
+    const auto *const end = std::find_if_not(digits.begin(), digits.end(), isDigit);
+    for (const auto *digit = digits.begin(); digit != end; ++digit)
         number = std::min(number * base + (*digit - '0'), max);
     number = isNegative ? -number : std::min(number, max - 1);
     return { int(number), end != digits.begin() && end == digits.end() };

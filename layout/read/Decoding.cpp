@@ -17,7 +17,7 @@ namespace
 struct Lead {
     uchar first;
     uchar last;
-    int following;
+    uchar following;
     uchar secondFirst;
     uchar secondLast;
 };

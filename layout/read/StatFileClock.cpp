@@ -96,7 +96,7 @@ time_t wallClock(Format format, time_t moment, const QByteArray &head)
 {
     if (format == Format::Sas)
         return moment;
-    constexpr time_t day = 24 * 60 * 60;
+    constexpr time_t day = 86400; // seconds
     std::tm parts = {};
     const time_t local = localtime_r(&moment, &parts) ? timegm(&parts) : 0;
     const std::optional<time_t> stated = statedClock(format, head);

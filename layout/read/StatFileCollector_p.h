@@ -21,7 +21,7 @@ namespace vanlayout::stat
 class Collector
 {
 public:
-    Collector(const Input &input, Layout &layout, Diagnostics &diagnostics);
+    Collector(const Input &fileInput, Layout &target, Diagnostics &targetDiagnostics);
 
     /// Lets in the texts that a file of this size can hold.
     void makeRoomFor(qint64 fileSize);

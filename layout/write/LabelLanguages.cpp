@@ -16,10 +16,8 @@ QVector<int> LabelLanguages::numbersOf(const Labels &labels)
     std::map<QString, int> before; // texts of this label in each language
     QVector<int> found;
     found.reserve(labels.parts.size());
-    for (int i = 0; i < labels.parts.size(); ++i) {
-        const QString &code = labels.parts.at(i).language;
-        found.append(numberOf(code, before[code.toLower()]++));
-    }
+    for (const Label &part : labels.parts)
+        found.append(numberOf(part.language, before[part.language.toLower()]++));
     return found;
 }
 

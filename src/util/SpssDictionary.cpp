@@ -175,7 +175,8 @@ private:
         if (hasLabel != 0 && !take(labelSize))
             return false;
         const qint64 values = qAbs(qint64(qint32(missing)));
-        return values <= mostMissingValues && skip((labelSize + 3) / 4 * 4) && skip(8 * values);
+        const quint32 paddedSize = (labelSize + 3) / 4 * 4;
+        return values <= mostMissingValues && skip(paddedSize) && skip(8 * values);
     }
 
     bool takeLabels()
