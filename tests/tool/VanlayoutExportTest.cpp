@@ -128,6 +128,16 @@ private Q_SLOTS:
         QCOMPARE(folder.run({ "export", "--to", "markdown", "-" }, tool).status, fine);
     }
 
+    void aFileThatBecomesTooLargeIsLeftAsItWas()
+    {
+        folder.write("page.html", "before");
+        // One block of 512 bytes or of 1024: far less than a page has.
+        const Run run = runShell(folder, "trap '' XFSZ; ulimit -f 1; \"$0\" codebook survey.dcf -o page.html");
+        verifyComplaint(run, "page.html: cannot be written: File too large\n");
+        QCOMPARE(folder.read("page.html"), QByteArray("before"));
+        QCOMPARE(QDir(folder.path()).entryList({ "page.html*" }, QDir::Files), QStringList("page.html"));
+    }
+
     void failureLeavesTheFileThatWasThere()
     {
         folder.write("survey.xml", "before");

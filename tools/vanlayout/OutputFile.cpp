@@ -40,12 +40,17 @@ QString problemAfterWriting(QFileDevice &file)
     return file.flush() && file.error() == QFileDevice::NoError ? QString() : cannotBeWritten(file);
 }
 
+// The cause of a failure has to be asked for before commit(), which forgets it.
 QString problemWithReplacing(const QString &name, const AnswerWriter &write)
 {
     QSaveFile file(name);
-    if (file.open(QIODevice::WriteOnly))
-        write(file);
-    return file.commit() ? QString() : cannotBeWritten(file);
+    if (!file.open(QIODevice::WriteOnly))
+        return cannotBeWritten(file);
+    write(file);
+    const QString problem = problemAfterWriting(file);
+    if (file.commit())
+        return QString();
+    return problem.isEmpty() ? cannotBeWritten(file) : problem;
 }
 
 QString problemWithWritingInto(const QString &name, const AnswerWriter &write)
