@@ -143,11 +143,13 @@ private:
         entry.form = Alternative::Form::Range;
         entry.value = value;
         entry.isMissing = isMissing;
-        if (item.isNumeric()) {
+        const bool endsBeforeBegin = valueOf(range.from) > valueOf(range.to); // no value is within such bounds
+        if (item.isNumeric() && !endsBeforeBegin) {
             entry.number = boundOf(range.from, entry);
             entry.maximum = boundOf(range.to, entry);
         } else {
             entry.text = describeRanges({ range });
+            entry.hasText = item.isNumeric() && isLongNumber(item);
         }
         hasRange = true;
         hasValid = hasValid || !isMissing;
@@ -351,7 +353,7 @@ private:
     void writeRange(const BaseType &base, const Alternative &range)
     {
         const bool isNumber = range.text.isEmpty();
-        if (isNumber && range.hasText)
+        if (range.hasText)
             texts("type", { QLatin1String(base.name), QStringLiteral("string") });
         else
             word("type", isNumber && base.calendar != Calendar::None ? "number" : base.name);

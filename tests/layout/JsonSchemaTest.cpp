@@ -26,6 +26,7 @@ private slots:
     void numbersAreThoseThatEveryProgramKeeps();
     void longNumbersMayBeTexts_data();
     void longNumbersMayBeTexts();
+    void aRangeThatEndsBeforeItBeginsHasNoBounds();
     void occurrencesAreProperties();
     void titlesAreInOneLanguage();
     void theTitleIsThatOfTheFileOrTheGivenOne();
@@ -310,6 +311,20 @@ void JsonSchemaTest::longNumbersMayBeTexts()
         = definition(made::layout({ item }), "R").value("properties").toObject().value("X").toObject();
     const QJsonValue found = property.contains("oneOf") ? property.value("oneOf") : property.value("anyOf");
     QCOMPARE(found.toArray(), QJsonDocument::fromJson(alternatives).array());
+}
+
+void JsonSchemaTest::aRangeThatEndsBeforeItBeginsHasNoBounds()
+{
+    const auto alternatives = [](int length) {
+        const Item item = made::item("X", length, { made::range("9", "1", "Down") });
+        const QJsonObject record = definition(made::layout({ item }), "R");
+        return record.value("properties").toObject().value("X").toObject().value("anyOf").toArray();
+    };
+    const QJsonObject ofWords = json(R"({"type": "integer", "title": "Down", "description": "9 to 1"})");
+    QCOMPARE(alternatives(2), QJsonArray{ ofWords });
+    const QJsonObject ofLongNumbers
+        = json(R"({"type": ["integer", "string"], "title": "Down", "description": "9 to 1"})");
+    QCOMPARE(alternatives(16), QJsonArray{ ofLongNumbers });
 }
 
 void JsonSchemaTest::occurrencesAreProperties()
