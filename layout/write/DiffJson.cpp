@@ -1,6 +1,6 @@
 #include "write/DiffJson.h"
 
-#include "write/JsonStream_p.h"
+#include "write/JsonMembers_p.h"
 
 namespace vanlayout
 {
@@ -9,94 +9,73 @@ namespace
 {
 
 /// Writes the keys of the objects in their order.
-template <typename Writer> class DiffWriter
+template <typename Writer> class DiffWriter : private JsonMembers<Writer>
 {
+    using Base = JsonMembers<Writer>;
+    using Base::integer;
+    using Base::object;
+    using Base::objects;
+    using Base::optionalText;
+    using Base::text;
+
 public:
-    explicit DiffWriter(Writer &writer)
-        : json(writer)
+    explicit DiffWriter(Writer &jsonWriter)
+        : Base(jsonWriter)
     {
     }
 
     void write(const LayoutDiff &diff)
     {
-        json.StartObject();
-        writeLayout("before", diff.before);
-        writeLayout("after", diff.after);
-        writeList("notCompared", diff.notCompared, [this](const NotCompared &entry) {
-            writeText("what", entry.what);
-            writeText("why", entry.why);
+        object([&] {
+            writeLayout("before", diff.before);
+            writeLayout("after", diff.after);
+            objects("notCompared", diff.notCompared, [this](const NotCompared &entry) {
+                text("what", entry.what);
+                text("why", entry.why);
+            });
+            writeCounts(diff);
+            objects("changes", diff.changes, [this](const Change &change) { writeChange(change); });
         });
-        writeCounts(diff);
-        writeList("changes", diff.changes, [this](const Change &change) { writeChange(change); });
-        json.EndObject();
     }
 
 private:
-    void writeText(const char *key, const QString &value)
-    {
-        json.Key(key);
-        writeJsonString(json, value);
-    }
-    void writeOptional(const char *key, const QString &value)
-    {
-        if (!value.isEmpty())
-            writeText(key, value);
-    }
-    template <typename List, typename Members> void writeList(const char *key, const List &entries, Members members)
-    {
-        json.Key(key);
-        json.StartArray();
-        for (const auto &entry : entries) {
-            json.StartObject();
-            members(entry);
-            json.EndObject();
-        }
-        json.EndArray();
-    }
-
     void writeLayout(const char *key, const ComparedLayout &layout)
     {
-        json.Key(key);
-        json.StartObject();
-        writeText("file", layout.file);
-        writeText("format", wordOf(layout.format));
-        writeOptional("container", layout.container);
-        writeOptional("formatVersion", layout.formatVersion);
-        writeOptional("name", layout.name);
-        writeOptional("label", layout.label);
-        json.Key("items");
-        json.Int(layout.items);
-        json.EndObject();
+        object(key, [&] {
+            text("file", layout.file);
+            text("format", wordOf(layout.format));
+            optionalText("container", layout.container);
+            optionalText("formatVersion", layout.formatVersion);
+            optionalText("name", layout.name);
+            optionalText("label", layout.label);
+            integer("items", layout.items);
+        });
     }
     void writeCounts(const LayoutDiff &diff)
     {
-        json.Key("counts");
-        json.StartObject();
-        const QVector<KindCount> counts = diff.counts();
-        for (const KindCount &entry : counts) {
-            json.Key(wordOf(entry.kind).toLatin1().constData());
-            json.Int(entry.count);
-        }
-        json.EndObject();
+        object("counts", [&] {
+            const QVector<KindCount> counts = diff.counts();
+            for (const KindCount &entry : counts) {
+                integer(wordOf(entry.kind).toLatin1().constData(), entry.count);
+            }
+        });
     }
     void writeChange(const Change &change)
     {
         const DiffKindInfo &info = infoOf(change.kind);
-        writeText("kind", info.word);
-        writeOptional("level", change.level);
-        writeOptional("record", change.record);
-        writeOptional("item", change.item);
-        writeOptional("otherName", change.otherName);
-        writeOptional("valueSet", change.valueSet);
-        writeOptional("code", change.code);
-        writeOptional("language", change.language);
+        text("kind", info.word);
+        optionalText("level", change.level);
+        optionalText("record", change.record);
+        optionalText("item", change.item);
+        optionalText("otherName", change.otherName);
+        optionalText("valueSet", change.valueSet);
+        optionalText("code", change.code);
+        optionalText("language", change.language);
         if (info.side != DiffSide::After)
-            writeText("before", change.before);
+            text("before", change.before);
         if (info.side != DiffSide::Before)
-            writeText("after", change.after);
+            text("after", change.after);
     }
-
-    Writer &json;
 };
 
 } // namespace

@@ -74,6 +74,14 @@ protected:
         elements();
         json.EndArray();
     }
+    /// An array with an object for each entry; \a members writes the members of one.
+    template <typename List, typename Members> void objects(const char *key, const List &entries, Members members)
+    {
+        array(key, [&] {
+            for (const auto &entry : entries)
+                object([&] { members(entry); });
+        });
+    }
     void texts(const char *key, const QStringList &values)
     {
         array(key, [&] {

@@ -16,6 +16,7 @@ template <typename Writer> class LayoutWriter : private JsonMembers<Writer>
     using Base::boolean;
     using Base::integer;
     using Base::json;
+    using Base::objects;
     using Base::optionalText;
     using Base::text;
     using Base::texts;
@@ -42,7 +43,7 @@ public:
             text("label", language.label);
         });
         writeSettings(layout);
-        fullList("levels", layout.levels, [&](const Level &level) { writeLevel(level); });
+        objects("levels", layout.levels, [&](const Level &level) { writeLevel(level); });
         list("relations", layout.relations, [&](const Relation &relation) { writeRelation(relation); });
         list("extras", layout.extras, [&](const Extra &extra) { writeExtra(extra); });
         list("problems", layout.problems, [&](const Problem &problem) { writeProblem(problem); });
@@ -91,26 +92,15 @@ private:
         if (value)
             boolean(key, *value);
     }
-    template <typename List, typename Members> void fullList(const char *key, const List &entries, Members members)
-    {
-        json.Key(key);
-        json.StartArray();
-        for (const auto &entry : entries) {
-            json.StartObject();
-            members(entry);
-            json.EndObject();
-        }
-        json.EndArray();
-    }
     template <typename List, typename Members> void list(const char *key, const List &entries, Members members)
     {
         if (!entries.isEmpty())
-            fullList(key, entries, members);
+            objects(key, entries, members);
     }
 
     void writeAllLabels(const Labels &labels)
     {
-        fullList("labels", labels.parts, [&](const Label &part) {
+        objects("labels", labels.parts, [&](const Label &part) {
             optionalText("language", part.language);
             text("text", part.text);
         });
@@ -182,8 +172,8 @@ private:
     {
         text("name", level.name);
         writeHead(level);
-        fullList("ids", level.ids, [&](const Item &item) { writeItem(item); });
-        fullList("records", level.records, [&](const Record &record) { writeRecord(record); });
+        objects("ids", level.ids, [&](const Item &item) { writeItem(item); });
+        objects("records", level.records, [&](const Record &record) { writeRecord(record); });
     }
     void writeRecord(const Record &record)
     {
@@ -194,7 +184,7 @@ private:
         integerUnless("maximum", record.maximum, 1);
         optionalInteger("length", record.length);
         writeOccurrenceLabels(record.occurrenceLabels);
-        fullList("items", record.items, [&](const Item &item) { writeItem(item); });
+        objects("items", record.items, [&](const Item &item) { writeItem(item); });
     }
     void writeItem(const Item &item)
     {
@@ -232,7 +222,7 @@ private:
         text("name", set.name);
         writeHead(set);
         optionalText("link", set.link);
-        fullList("values", set.values, [&](const Value &value) { writeValue(value); });
+        objects("values", set.values, [&](const Value &value) { writeValue(value); });
     }
     void writeValue(const Value &value)
     {
@@ -241,14 +231,14 @@ private:
         optionalText("special", wordOf(value.special));
         optionalText("image", value.image);
         optionalText("textColor", value.textColor);
-        fullList("ranges", value.ranges, [&](const Range &range) { writeRange(range); });
+        objects("ranges", value.ranges, [&](const Range &range) { writeRange(range); });
     }
     void writeRelation(const Relation &relation)
     {
         text("name", relation.name);
         writeAliases(relation.aliases);
         text("primary", relation.primary);
-        fullList("links", relation.links, [&](const RelationLink &link) {
+        objects("links", relation.links, [&](const RelationLink &link) {
             optionalText("primaryLink", link.primaryLink);
             text("secondary", link.secondary);
             optionalText("secondaryLink", link.secondaryLink);

@@ -129,7 +129,8 @@ void ReaderTest::aFileWithoutALayoutSaysWhatItIs_data()
     QTest::newRow("with long lines") << columns + '\n' + columns + '\n'
                                      << "unknown-format"
                                      << "CSV file";
-    QTest::newRow("with long texts") << QByteArray(2000, 'x') + ",b\n1,2\n" << "unknown-format"
+    QTest::newRow("with long texts") << QByteArray(2000, 'x') + ",b\n1,2\n"
+                                     << "unknown-format"
                                      << "CSV file";
     QTest::newRow("with a line longer than is looked at") << columns.repeated(20) << "unknown-format"
                                                           << "CSV file";
