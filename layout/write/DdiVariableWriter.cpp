@@ -217,7 +217,8 @@ void DdiVariableWriter::writeCategories(const Item &item)
     for (const Value &value : values)
         writeCategoriesOf(item, value);
     const Value unlabelled;
-    for (const MissingCode &missing : missingCodesOf(item)) {
+    const QVector<MissingCode> missingCodes = missingCodesOf(item);
+    for (const MissingCode &missing : missingCodes) {
         if (!missing.value)
             writeCategory(unlabelled, QStringLiteral("user-missing"), &missing.code, QString());
     }
@@ -312,7 +313,8 @@ void DdiVariableWriter::writeNotes(const Item &item)
 // so are the ranges of the first set where they are no categories.
 void DdiVariableWriter::writeValueSet(const ValueSet &set, bool hasValues)
 {
-    for (const DdiValueSetNote &note : ddiValueSetNotes(set, hasValues)) {
+    const QVector<DdiValueSetNote> notes = ddiValueSetNotes(set, hasValues);
+    for (const DdiValueSetNote &note : notes) {
         xml.begin(QStringLiteral("notes"));
         xml.language(note.language);
         xml.attribute(QStringLiteral("type"), QStringLiteral("value set"));
