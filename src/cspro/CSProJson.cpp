@@ -59,7 +59,7 @@ QByteArray readWhole(const QString &fileName, QString &readProblem)
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return QByteArray();
-    const QByteArray bytes = readAllOf(file);
+    QByteArray bytes = readAllOf(file);
     readProblem = bytes.isEmpty() && file.size() > mostBytes
         ? QStringLiteral("is larger than 2 GiB, the most that a JSON dictionary can have")
         : readProblemOf(file);
