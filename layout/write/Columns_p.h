@@ -27,7 +27,7 @@ struct Column {
 /// The columns of a record: the ids of its level and of the levels above, outermost first, then its items in the order
 /// of the file. An item with subitems that repeats is followed by its subitems at each occurrence.
 ///
-/// Of two columns with one name, the later is `NAME_2`, or the first of `NAME_3` ... that is free. An item without a
+/// The later of two columns with one name is `NAME_2`, or the first of `NAME_3` ... that is free. An item without a
 /// name is `V` and its position among the items of its record, from 1. \a level is an index into the levels of \a
 /// layout, and \a record one of its records.
 QVector<Column> columnsOf(const Layout &layout, int level, const Record &record);

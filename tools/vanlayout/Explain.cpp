@@ -140,8 +140,8 @@ public:
         printWrapped(QString(), headOf(explanation));
         const NotesByKind notes(report, !showsAll);
         ExactItems items(explanation.layout);
-        for (const NoteGravity gravity : gravities)
-            printSeverity(gravity, report, notes, items);
+        for (const NoteGravity severity : gravities)
+            printSeverity(severity, report, notes, items);
     }
 
 private:
@@ -152,16 +152,16 @@ private:
         QString instead; ///< what the file truly has; empty where that is not known
     };
 
-    void printSeverity(NoteGravity gravity, const ReadReport &report, const NotesByKind &notes, ExactItems &items)
+    void printSeverity(NoteGravity severity, const ReadReport &report, const NotesByKind &notes, ExactItems &items)
     {
-        const int count = report.count(gravity);
+        const int count = report.count(severity);
         if (count == 0)
             return;
         printLine(out, QString());
-        printLine(out, QStringLiteral("%1: %2").arg(ReadReport::nameOf(gravity).toUpper()).arg(count));
+        printLine(out, QStringLiteral("%1: %2").arg(ReadReport::nameOf(severity).toUpper()).arg(count));
         for (int i = 0; i < ReadReport::kinds; ++i) {
             const auto kind = NoteKind(i);
-            if (ReadReport::gravityOf(kind) == gravity && report.count(kind) > 0)
+            if (ReadReport::gravityOf(kind) == severity && report.count(kind) > 0)
                 printKind(kind, report.count(kind), notes.of(kind), items);
         }
     }
