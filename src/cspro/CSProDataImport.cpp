@@ -3,7 +3,7 @@
 #include "cspro/CSProImportBody_p.h"
 #include "cspro/CSPro_p.h"
 #include "import/Constants.h"
-#include "import/DebugLog_p.h"
+#include "util/DebugLog_p.h"
 #include "import/LayoutNotes_p.h"
 #include "util/EmptyText_p.h"
 
@@ -16,7 +16,7 @@ const QLatin1String providerType("CSPRO");
 
 TCSProDataImport::TCSProDataImport(QString fileName)
     : TDataImport(std::move(fileName))
-    , groupList(kept.make<QStringList>())
+    , groupList(kept->make<QStringList>())
     , layoutPending(true)
     , text1(emptyText())
 {
@@ -105,7 +105,7 @@ int TCSProDataImport::getRecordTypeSize()
 // The former dictionary stays alive: fields point at its items.
 void TCSProDataImport::renewDictionary()
 {
-    dictionary = cspro::newDictionary<TCSPro>(kept);
+    dictionary = cspro::newDictionary<TCSPro>(*kept);
 }
 
 void TCSProDataImport::releaseContents()
@@ -125,7 +125,7 @@ void TCSProDataImport::openRead(QString fileName)
     cspro::readDictionary(*dictionary, std::move(fileName), report, readProblem);
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;
-    cspro::listGroups(*dictionary, groupList, kept);
+    cspro::listGroups(*dictionary, groupList, *kept);
     layoutPending = false;
     copyDataFromDictionary();
     if (report) {

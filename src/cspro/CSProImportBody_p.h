@@ -6,7 +6,7 @@
 #include "cspro/GroupSearch_p.h"
 #include "import/DataImport.h"
 #include "import/GenericField.h"
-#include "import/KeptObjects.h"
+#include "import/KeptObjects_p.h"
 #include "import/LayoutNotes_p.h"
 #include "util/Nines_p.h"
 

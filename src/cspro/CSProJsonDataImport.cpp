@@ -3,7 +3,7 @@
 #include "cspro/CSProImportBody_p.h"
 #include "cspro/CSProJson_p.h"
 #include "import/Constants.h"
-#include "import/DebugLog_p.h"
+#include "util/DebugLog_p.h"
 #include "import/LayoutNotes_p.h"
 #include "util/EmptyText_p.h"
 
@@ -16,7 +16,7 @@ const QLatin1String providerType("CSPRO8");
 
 TCSProJsonDataImport::TCSProJsonDataImport(QString fileName)
     : TDataImport(std::move(fileName))
-    , groupList(kept.make<QStringList>())
+    , groupList(kept->make<QStringList>())
     , layoutPending(true)
     , text1(emptyText())
 {
@@ -105,7 +105,7 @@ int TCSProJsonDataImport::getRecordTypeSize()
 // The former dictionary stays alive: fields point at its items.
 void TCSProJsonDataImport::renewDictionary()
 {
-    dictionary = cspro::newDictionary<TCSProJson>(kept);
+    dictionary = cspro::newDictionary<TCSProJson>(*kept);
 }
 
 void TCSProJsonDataImport::releaseContents()
@@ -125,7 +125,7 @@ void TCSProJsonDataImport::openRead(QString fileName)
     cspro::readDictionary(*dictionary, std::move(fileName), report, readProblem);
     recordTypeStart = dictionary->recordTypeStart;
     recordTypeLen = dictionary->recordTypeLen;
-    cspro::listGroups(*dictionary, groupList, kept);
+    cspro::listGroups(*dictionary, groupList, *kept);
     layoutPending = false;
     copyDataFromDictionary();
     if (report) {

@@ -1,6 +1,6 @@
 #include "cspro/CSProJson_p.h"
 #include "cspro/CSProNotes_p.h"
-#include "import/NumbersSoFar_p.h"
+#include "util/NumbersSoFar_p.h"
 #include "util/KeyedHash_p.h"
 #include "util/Numbers_p.h"
 

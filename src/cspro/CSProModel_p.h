@@ -1,7 +1,7 @@
 #ifndef CSPRO_CSPROMODEL_P_H
 #define CSPRO_CSPROMODEL_P_H
 
-#include "import/DebugLog_p.h"
+#include "util/DebugLog_p.h"
 #include "import/ErrorManager.h"
 #include "util/EmptyText_p.h"
 #include "util/TextCache_p.h"

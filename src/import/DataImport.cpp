@@ -1,6 +1,8 @@
 #include "import/DataImport.h"
 
-#include "import/DebugLog_p.h"
+#include "import/KeptObjects_p.h"
+
+#include "util/DebugLog_p.h"
 #include "import/SourceField.h"
 #include "util/EmptyText_p.h"
 
@@ -15,7 +17,7 @@ TDataImport::TDataImport()
 TDataImport::TDataImport(QString name)
     : sourceName(std::move(name))
 {
-    fields = kept.make<QList<TGenericField *>>();
+    fields = kept->make<QList<TGenericField *>>();
 }
 
 TDataImport::TDataImport(const TDataImport &other) = default;
@@ -98,7 +100,7 @@ void TDataImport::releaseContents()
     fieldsByName.clear();
     readProblem.clear();
     stateValue = 0;
-    kept.giveBack();
+    kept->giveBack();
 }
 
 QString TDataImport::getSourceName() const
@@ -210,8 +212,8 @@ void TDataImport::addField(TGenericField *field)
     if (!field)
         return;
     if (!fields)
-        fields = kept.make<QList<TGenericField *>>();
-    kept.addField(field);
+        fields = kept->make<QList<TGenericField *>>();
+    kept->addField(field);
     fields->append(field);
     // The hint makes names that come in their order cheap, as numbered ones do.
     fieldsByName.insert_or_assign(fieldsByName.end(), field->name, field);
@@ -230,7 +232,7 @@ void TDataImport::initDataImport()
 void TDataImport::openDataImport()
 {
     if (!fields)
-        fields = kept.make<QList<TGenericField *>>();
+        fields = kept->make<QList<TGenericField *>>();
     fields->clear();
     fieldsByName.clear();
     readProblem.clear();

@@ -2,7 +2,7 @@
 #define IMPORT_DATAIMPORT_H
 
 #include "import/GenericField.h"
-#include "import/KeptObjects.h"
+#include "util/ValuePointer.h"
 #include "model_vanadmin_export.h"
 
 #include <QList>
@@ -11,6 +11,7 @@
 
 #include <map>
 
+class KeptObjects;
 class ReadReport;
 class TVpSourceField;
 
@@ -61,10 +62,10 @@ public:
     virtual QStringList *getLayoutSource();        ///< a new empty list, which the caller owns
     virtual int getRecordTypeStart();              ///< column of the record type as the source states it; 0
     virtual int getRecordTypeSize();               ///< its width in characters; 0
-    /// Frees everything that this importer has made in all its openings, and its copies with it: the fields handed to
-    /// addField(), which must have been made with `new`, their list, and what a format has kept in `kept`. An importer
-    /// that was assigned to still frees what it had made before, unless a copy of its does, and its source is a copy of
-    /// it from then on.
+    /// Frees everything that this importer and its copies have made in all their openings: the fields handed to
+    /// addField(), which must have been made with `new`, their list, and what a format of the library keeps besides. An
+    /// importer that was assigned to still frees what it had made before, unless a copy of its does, and its source is
+    /// a copy of it from then on.
     ///
     /// To be called once nobody uses any of these any more, nor a copy of a field, which points at what its field
     /// pointed at; a caller who frees fields itself must not call it. A provider filled from this importer points at
@@ -133,7 +134,7 @@ protected:
     QStringList stateList;                           ///< carried; never read
     ReadReport *report = nullptr;                    ///< hears of what is lost or changed; null for nobody
     QString readProblem;                             ///< see getReadProblem(); set by a format
-    KeptObjects kept;                                ///< what releaseContents() frees; shared by copies
+    ValuePointer<KeptObjects> kept;                  ///< what releaseContents() frees; shared by copies
 };
 
 #endif

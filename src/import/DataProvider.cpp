@@ -1,5 +1,7 @@
 #include "import/DataProvider.h"
 
+#include "import/KeptObjects_p.h"
+
 #include "import/DataImport.h"
 #include "import/DataProvider_p.h"
 #include "import/LoaderManager_p.h"
@@ -98,7 +100,7 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
     renewFields();
     if (dataProviderType == csvType) {
         importer->getDictionary(fields, recordTypeNames);
-        kept.add(nullptr, [made = MadeFields(*fields)]() mutable { made.free(); });
+        kept->add(nullptr, [made = MadeFields(*fields)]() mutable { made.free(); });
     } else {
         takeFieldsOf(*importer);
     }
@@ -115,7 +117,7 @@ void TVpDataProvider::takeFieldsOf(TDataImport &importer)
 {
     try {
         importer.getDictionary(fields);
-        kept.add(nullptr, [made = MadeFields(*fields)]() mutable { made.free(); });
+        kept->add(nullptr, [made = MadeFields(*fields)]() mutable { made.free(); });
     } catch (...) {
         for (const TVpSourceField *field : qAsConst(*fields)) {
             delete field->typeNames;
@@ -130,10 +132,10 @@ void TVpDataProvider::takeFieldsOf(TDataImport &importer)
 void TVpDataProvider::renewFields()
 {
     if (fields && fieldsUse.use_count() == 1) {
-        kept.forget(fields);
+        kept->forget(fields);
         delete std::exchange(fields, nullptr);
     }
-    fields = kept.make<QList<TVpSourceField *>>();
+    fields = kept->make<QList<TVpSourceField *>>();
     fieldsUse = std::make_shared<int>();
 }
 
@@ -141,14 +143,14 @@ void TVpDataProvider::renewFields()
 void TVpDataProvider::renewRecord()
 {
     auto made = std::make_unique<TVpRecord>();
-    kept.add(made.get(), TVpRecord::freeingOf(made.get()));
+    kept->add(made.get(), TVpRecord::freeingOf(made.get()));
     record = made.release();
 }
 
 void TVpDataProvider::makeLists()
 {
-    recordTypeNames = kept.make<QStringList>();
-    typeNames = kept.make<QStringList>();
+    recordTypeNames = kept->make<QStringList>();
+    typeNames = kept->make<QStringList>();
     *typeNames << QStringLiteral("NONE") << QStringLiteral("CSPRO") << QStringLiteral("CSV");
     hasGivenBack = false;
 }
@@ -161,7 +163,7 @@ void TVpDataProvider::releaseContents()
     recordTypeNames = nullptr;
     typeNames = nullptr;
     hasGivenBack = true; // the lists are made again when they are needed: what is given back leaves nothing behind
-    kept.giveBack();
+    kept->giveBack();
 }
 
 bool TVpDataProvider::openDataProvider()

@@ -2,7 +2,7 @@
 #define IMPORT_DATAPROVIDER_H
 
 #include "import/Constants.h"
-#include "import/KeptObjects.h"
+#include "util/ValuePointer.h"
 #include "model_vanadmin_export.h"
 
 #include <QList>
@@ -12,6 +12,7 @@
 #include <memory>
 #include <utility>
 
+class KeptObjects;
 class TDataImport;
 class TGenericField;
 class TVpRecord;
@@ -168,7 +169,7 @@ private:
     QStringList *recordTypeNames = nullptr; ///< second argument of the virtual `getDictionary`
     QStringList *typeNames = nullptr; ///< "NONE", "CSPRO", "CSV"
     std::shared_ptr<int> fieldsUse; ///< counts the providers that share `fields`
-    KeptObjects kept; ///< what releaseContents() frees; shared by copies
+    ValuePointer<KeptObjects> kept; ///< what releaseContents() frees; shared by copies
     // clang-format on
 };
 

@@ -1,4 +1,4 @@
-#include "import/KeptObjects.h"
+#include "import/KeptObjects_p.h"
 
 #include "import/GenericField.h"
 

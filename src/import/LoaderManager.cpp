@@ -1,7 +1,7 @@
 #include "import/LoaderManager_p.h"
 
 #include "import/Constants.h"
-#include "import/DebugLog_p.h"
+#include "util/DebugLog_p.h"
 #include "import/ErrorManager.h"
 
 namespace

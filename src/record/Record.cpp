@@ -1,6 +1,5 @@
 #include "record/Record.h"
 
-#include "import/Constants.h"
 #include "record/QuestIndex.h"
 #include "util/EmptyText_p.h"
 
@@ -8,6 +7,9 @@
 
 namespace
 {
+
+// Ends each record of the assembled text.
+const QLatin1String lineBreak("\r\n");
 
 enum CheckStatus { checkSeveralLines = 4, checkNotFoundAgain = 6 };
 
@@ -214,7 +216,7 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index)
         const QString piece = assembleRecord(index, key);
         if (piece.isEmpty())
             return emptyText();
-        gathered += piece + Vocabulary::LineBreak;
+        gathered += piece + lineBreak;
         if (child)
             gathered += child->checkQuestionnaire(index, key);
     }
@@ -254,7 +256,7 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index, QString parentKey)
             levels.pop_back();
             continue;
         }
-        gathered += piece + Vocabulary::LineBreak;
+        gathered += piece + lineBreak;
         if (record->child)
             levels.push_back({ record->child, key, 0, gathered.size() });
     }

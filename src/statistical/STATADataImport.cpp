@@ -1,7 +1,7 @@
 #include "statistical/STATADataImport.h"
 
 #include "import/Constants.h"
-#include "import/DebugLog_p.h"
+#include "util/DebugLog_p.h"
 #include "statistical/StatisticalImport_p.h"
 
 namespace

@@ -2,7 +2,7 @@
 
 #include "statistical/BufferedFile_p.h"
 #include "statistical/FileGuards_p.h"
-#include "import/NumbersSoFar_p.h"
+#include "util/NumbersSoFar_p.h"
 #include "util/KeyedHash_p.h"
 #include "util/Numbers_p.h"
 

@@ -2,7 +2,7 @@
 #define STATISTICAL_STATISTICALIMPORT_P_H
 
 #include "import/GenericField.h"
-#include "import/KeptObjects.h"
+#include "import/KeptObjects_p.h"
 #include "import/LayoutNotes_p.h"
 #include "statistical/StatValueLabel.h"
 #include "util/Nines_p.h"
@@ -154,7 +154,7 @@ template <typename Importer> struct ImportBody {
         if (label && importer->reading && !importer->reading->hasRoomFor(qint64(std::strlen(label))))
             return READSTAT_HANDLER_ABORT;
         return inHandler(importer->reading, [&] {
-            addValueLabel(importer->labelSets, labelSet, value, label, importer->reading, importer->kept);
+            addValueLabel(importer->labelSets, labelSet, value, label, importer->reading, *importer->kept);
         });
     }
 
@@ -166,7 +166,7 @@ template <typename Importer> struct ImportBody {
         return inHandler(importer->reading, [&] {
             auto field = std::make_unique<typename Importer::Variable>(importer);
             describe(format, *variable, labelSet, importer->labelSets, importer->reading, *field);
-            importer->kept.addField(field.get());
+            importer->kept->addField(field.get());
             auto *made = field.release(); // kept, so what raises from here on loses nothing
             importer->variables.push_back(made);
             importer->variablesByName[variable->name] = made;

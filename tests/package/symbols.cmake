@@ -1,14 +1,14 @@
 # Compares what the library exports with the list of what is public.
 cmake_minimum_required(VERSION 3.25)
 
-set(public TDataImport ReadReport ReadNote KeptObjects TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProDataImport
+set(public TDataImport ReadReport ReadNote TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProDataImport
     TCSProVariable TCSProJsonDataImport TCSProJsonVariable TSTATADataImport TSTATAVariable TSPSSDataImport TSPSSVariable
     TVpLookup ReportLookup DtoReportRunCreation TVpEntity TVpVariable Range ValueLabelElement VarWipChoice Config ConfigDb
     ConfigOptions ConfigEntities ConfigToolsExtend ConfigToolsSplit ConfigWipxToJson Dictionary MetadataDictionary Datasource
     MetadataDataSource MetadataVariables LookupDictionary SelectionTreeUnit StructVariableItem UtilFiles UtilStrings
     VpErrorManager formatMessage setDecimalAnswer importFormatOf makeImporter Model_VanAdmin)
 # TStatValueLabel may be used by all; having no operation, it exports nothing.
-set(internal TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro
+set(internal KeptObjects TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro
     numbers textfile TStatValueLabel statistical lookup)
 
 execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE status OUTPUT_VARIABLE output)

@@ -1,6 +1,6 @@
 #include <QtTest>
 
-#include "import/KeptObjects.h"
+#include "import/KeptObjects_p.h"
 #include "support/FakeImporter.h"
 
 namespace

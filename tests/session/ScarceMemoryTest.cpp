@@ -2,7 +2,7 @@
 
 #include "cspro/CSProDataImport.h"
 #include "import/DataProvider.h"
-#include "import/KeptObjects.h"
+#include "import/KeptObjects_p.h"
 #include "support/FakeImporter.h"
 
 #include <QLoggingCategory>

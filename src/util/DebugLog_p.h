@@ -1,5 +1,5 @@
-#ifndef IMPORT_DEBUGLOG_P_H
-#define IMPORT_DEBUGLOG_P_H
+#ifndef UTIL_DEBUGLOG_P_H
+#define UTIL_DEBUGLOG_P_H
 
 #include <QDebug>
 

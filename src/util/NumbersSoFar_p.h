@@ -1,5 +1,5 @@
-#ifndef IMPORT_NUMBERSSOFAR_P_H
-#define IMPORT_NUMBERSSOFAR_P_H
+#ifndef UTIL_NUMBERSSOFAR_P_H
+#define UTIL_NUMBERSSOFAR_P_H
 
 #include "util/KeyedHash_p.h"
 

@@ -1,7 +1,5 @@
-#ifndef IMPORT_KEPTOBJECTS_H
-#define IMPORT_KEPTOBJECTS_H
-
-#include "model_vanadmin_export.h"
+#ifndef IMPORT_KEPTOBJECTS_P_H
+#define IMPORT_KEPTOBJECTS_P_H
 
 #include <functional>
 #include <memory>
@@ -15,7 +13,7 @@ class TGenericField;
 /// what its target had made before and no copy of the target reaches; one to itself changes nothing. Destroying the
 /// last copy gives nothing back: what was made then lasts as long as the process. Everything runs on the caller's
 /// thread; nothing is locked.
-class MODEL_VANADMIN_EXPORT KeptObjects
+class KeptObjects
 {
 public:
     KeptObjects();

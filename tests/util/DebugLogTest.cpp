@@ -1,4 +1,4 @@
-#include "import/DebugLog_p.h"
+#include "util/DebugLog_p.h"
 #include "support/DebugCapture.h"
 
 #include <QLoggingCategory>

@@ -1,4 +1,4 @@
-#include "import/NumbersSoFar_p.h"
+#include "util/NumbersSoFar_p.h"
 #include "support/CraftedKeys.h"
 #include "support/ProcessorTime.h"
 
