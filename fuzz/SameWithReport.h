@@ -12,7 +12,7 @@ template <typename Importer> void requireSameWithReport(Importer &&alone, Import
     if (takeWholeRoad(alone) != takeWholeRoad(toldOf))
         qFatal("a report changes what is read");
     for (const ReadNote &note : report.notes()) {
-        if (note.id().isEmpty() || note.sentence().isEmpty() || note.line < 0)
+        if (note.id().isEmpty() || note.message().isEmpty() || note.line < 0)
             qFatal("a note that tells nothing");
     }
 }

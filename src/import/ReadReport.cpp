@@ -8,16 +8,16 @@ namespace
 
 struct Kind {
     NoteKind kind;
-    NoteGravity gravity;
+    NoteSeverity severity;
     const char *id;
-    const char *sentence;
+    const char *message;
 };
 
-constexpr NoteGravity lost = NoteGravity::lost;
-constexpr NoteGravity changed = NoteGravity::changed;
-constexpr NoteGravity curious = NoteGravity::curious;
+constexpr NoteSeverity lost = NoteSeverity::lost;
+constexpr NoteSeverity changed = NoteSeverity::changed;
+constexpr NoteSeverity info = NoteSeverity::info;
 
-// One row a kind, in the order of the enumeration.
+// One row per kind, in the order of the enumeration.
 // clang-format off
 constexpr Kind kindTable[] = {
     { NoteKind::fileNotRead, lost, "file-not-read",
@@ -30,7 +30,7 @@ constexpr Kind kindTable[] = {
       "Reading stopped here with an error, and nothing of the file is in the layout, not even what comes before this place; correct it in the file." },
     { NoteKind::duplicateVariable, changed, "duplicate-variable",
       "Another variable has the same name, and a search by name finds only one of them; give each variable its own name." },
-    { NoteKind::overlappingPositions, curious, "overlapping-positions",
+    { NoteKind::overlappingPositions, info, "overlapping-positions",
       "The variable shares columns with another variable of its record, with an id item or with the record type; check its start and length unless it is a part of the other one." },
     { NoteKind::codeRounded, changed, "code-rounded",
       "The code has more than six digits, or in Stata and SPSS more than six decimals, and was rounded to six; a value label cannot be found by the original code." },
@@ -38,7 +38,7 @@ constexpr Kind kindTable[] = {
       "The bound has more than six digits and was rounded to six; use the codes in the file." },
     { NoteKind::decimalsLost, lost, "decimals-lost",
       "The layout shows no decimals for this variable; divide values that a CSPro data file stores without a decimal point, and use values of SPSS and Stata files as they are, because they are real numbers." },
-    { NoteKind::duplicateCode, curious, "duplicate-code",
+    { NoteKind::duplicateCode, info, "duplicate-code",
       "The code occurs several times among the value labels, and each of its labels was kept; remove all but one." },
     { NoteKind::labelEntryParted, changed, "label-entry-parted",
       "In the text of the value labels a code ends at its first blank and a label at its first tab, so this entry is read differently; write the code without blanks and the label without tabs." },
@@ -53,7 +53,7 @@ constexpr Kind kindTable[] = {
       "The line is in no section that is read, and was skipped together with what follows it up to the next header; move it into its section." },
     { NoteKind::swallowedHeader, lost, "swallowed-header",
       "There are blanks before the header, so it starts no section and its lines were added to the section before; remove the blanks." },
-    { NoteKind::unclosedHeader, curious, "unclosed-header",
+    { NoteKind::unclosedHeader, info, "unclosed-header",
       "The header has no closing bracket, and the whole line was taken as its name; close the bracket." },
     { NoteKind::textBehindHeader, lost, "text-behind-header",
       "The text after the closing bracket was skipped; write it on a line of its own." },
@@ -85,9 +85,9 @@ constexpr Kind kindTable[] = {
       "The item follows no record and no id items, and was put into the record Common; move it into its record." },
     { NoteKind::noOccurrences, lost, "no-occurrences",
       "The item has fewer than one occurrence and is not in the layout; give it an occurrence if it is needed." },
-    { NoteKind::occurrenceNames, curious, "occurrence-names",
+    { NoteKind::occurrenceNames, info, "occurrence-names",
       "The item became one variable for each occurrence; their names end in the character with the number of the occurrence, not in digits." },
-    { NoteKind::subitem, curious, "subitem",
+    { NoteKind::subitem, info, "subitem",
       "The subitem became a variable like any other, and the layout does not show which item it is a part of." },
     { NoteKind::furtherValueSet, lost, "further-value-set",
       "The item already has a value set, and this one is not in the layout; put the value set to be used first." },
@@ -105,7 +105,7 @@ constexpr Kind kindTable[] = {
       "The item occurs several times and is the first of the dictionary, so only its last occurrence has the value set." },
     { NoteKind::markNotRecognised, lost, "mark-not-recognised",
       "The line is not recognised, so it does not mark the value above as missing or not applicable; the form that is read is MISSING or NOTAPPL, one more character, and a comma, as in \"MISSING ,Special\"." },
-    { NoteKind::markedValue, curious, "marked-value",
+    { NoteKind::markedValue, info, "marked-value",
       "The value is the variable's code for missing or not applicable, and its label is among the value labels only if a later line removed the mark." },
     { NoteKind::furtherMark, lost, "further-mark",
       "A later value has the same mark, and the variable can hold only one; keep the mark at one of them." },
@@ -115,7 +115,7 @@ constexpr Kind kindTable[] = {
       "The mark applies only to the last occurrence of the item, and the other occurrences have no such code." },
     { NoteKind::keptApostrophe, changed, "kept-apostrophe",
       "The opening apostrophe of the code was removed, and the closing one remains part of it; write the code without apostrophes." },
-    { NoteKind::valueWithoutLabel, curious, "value-without-label",
+    { NoteKind::valueWithoutLabel, info, "value-without-label",
       "The value has no label; add one." },
     { NoteKind::labelAsCode, changed, "label-as-code",
       "The value has no code, so its semicolon and its label became the code; write the code before the semicolon." },
@@ -123,11 +123,11 @@ constexpr Kind kindTable[] = {
       "The upper bound keeps its colon and is therefore not a number, and the range has the label of the line above, if there is one; write a label after a semicolon." },
     { NoteKind::rangeWithoutUpper, changed, "range-without-upper",
       "The range has no upper bound, so its label became the code of the bound, and it has the label of the line above, if there is one; write the upper bound." },
-    { NoteKind::rangeAsEndPoints, curious, "range-as-end-points",
+    { NoteKind::rangeAsEndPoints, info, "range-as-end-points",
       "The range is in the value labels as its two end points." },
     { NoteKind::severalInALine, changed, "several-in-a-line",
       "The values of the line were split at wrong places or not at all, so codes contain blanks or colons; write one value or range per line, without blanks." },
-    { NoteKind::encodingGuessed, curious, "encoding-guessed",
+    { NoteKind::encodingGuessed, info, "encoding-guessed",
       "The text is not valid UTF-8 and has no byte-order mark, so the default encoding was used; check the letters, and save the file as UTF-8." },
 
     { NoteKind::wrongType, changed, "wrong-type",
@@ -138,11 +138,11 @@ constexpr Kind kindTable[] = {
       "Only the first pair of the value is in the layout, and of a pair with both a \"value\" and a \"range\" only the \"value\"; write a separate value for each." },
     { NoteKind::valueWithoutCode, changed, "value-without-code",
       "The value has no readable code, and its label follows an empty code, or 0 if the variable is an integer; write the code as a string." },
-    { NoteKind::rangeAsCode, curious, "range-as-code",
+    { NoteKind::rangeAsCode, info, "range-as-code",
       "The range is in the value labels as one code, with a colon between its bounds, and counts as 0 for the min and max of a numeric variable." },
     { NoteKind::codeAsZero, changed, "code-as-zero",
       "The code of this numeric variable is a range or not a number, so it counts as 0 for min and max, and if the variable is an integer it is 0 in the value labels; write a value for each code." },
-    { NoteKind::occurrenceNumbers, curious, "occurrence-numbers",
+    { NoteKind::occurrenceNumbers, info, "occurrence-numbers",
       "The item became one variable for each occurrence; their names end in the number of the occurrence." },
     { NoteKind::subitemReadFlat, changed, "subitem-read-flat",
       "The subitem has no position of its own, so it was placed after its item and not within its columns, and the following items moved too; write its start." },
@@ -212,14 +212,14 @@ QString ReadNote::id() const
     return ReadReport::idOf(kind);
 }
 
-NoteGravity ReadNote::gravity() const
+NoteSeverity ReadNote::severity() const
 {
-    return ReadReport::gravityOf(kind);
+    return ReadReport::severityOf(kind);
 }
 
-QString ReadNote::sentence() const
+QString ReadNote::message() const
 {
-    return ReadReport::sentenceOf(kind);
+    return ReadReport::messageOf(kind);
 }
 
 const std::vector<ReadNote> &ReadReport::notes() const
@@ -237,11 +237,11 @@ int ReadReport::count(NoteKind kind) const
     return counts[size_t(rowOf(kind).kind)];
 }
 
-int ReadReport::count(NoteGravity gravity) const
+int ReadReport::count(NoteSeverity severity) const
 {
     int sum = 0;
     for (const Kind &row : kindTable) {
-        if (row.gravity == gravity)
+        if (row.severity == severity)
             sum += counts[size_t(row.kind)];
     }
     return sum;
@@ -256,7 +256,7 @@ void ReadReport::clear()
 void ReadReport::add(NoteKind kind, const QString &text, int line, const QString &variable)
 {
     ++counts[size_t(rowOf(kind).kind)];
-    if (kept.size() < mostNotes)
+    if (kept.size() < maxNotes)
         kept.push_back({ kind, line, variable, text });
 }
 
@@ -273,24 +273,24 @@ QString ReadReport::idOf(NoteKind kind)
     return QLatin1String(rowOf(kind).id);
 }
 
-NoteGravity ReadReport::gravityOf(NoteKind kind)
+NoteSeverity ReadReport::severityOf(NoteKind kind)
 {
-    return rowOf(kind).gravity;
+    return rowOf(kind).severity;
 }
 
-QString ReadReport::sentenceOf(NoteKind kind)
+QString ReadReport::messageOf(NoteKind kind)
 {
-    return QLatin1String(rowOf(kind).sentence);
+    return QLatin1String(rowOf(kind).message);
 }
 
-QString ReadReport::nameOf(NoteGravity gravity)
+QString ReadReport::nameOf(NoteSeverity severity)
 {
-    switch (gravity) {
-    case NoteGravity::lost:
+    switch (severity) {
+    case NoteSeverity::lost:
         return QStringLiteral("lost");
-    case NoteGravity::changed:
+    case NoteSeverity::changed:
         return QStringLiteral("changed");
     default:
-        return QStringLiteral("curious");
+        return QStringLiteral("info");
     }
 }

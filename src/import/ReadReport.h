@@ -8,14 +8,14 @@
 #include <array>
 #include <vector>
 
-/// How grave it is that the layout differs from the file.
-enum class NoteGravity {
+/// How much a difference between the file and its layout matters.
+enum class NoteSeverity {
     lost,    ///< something in the file is not in the layout
-    changed, ///< something is in the layout as another than it is in the file
-    curious  ///< the layout is right as the rules are, and may surprise
+    changed, ///< something in the layout differs from the file
+    info     ///< the layout follows the rules, but may be unexpected
 };
 
-/// What a note is about, in the order of the pages that list them. The comment says what was found in the file.
+/// Kinds of notes, in the order of the page that lists them. Each comment describes what was found in the file.
 enum class NoteKind {
     // any file
     fileNotRead,          ///< the file cannot be opened, or is not of its format
@@ -23,44 +23,44 @@ enum class NoteKind {
     readingEnded,         ///< reading ended before the end of the file
     layoutGivenUp,        ///< reading ended in an error, and there is no layout
     duplicateVariable,    ///< two variables of one name
-    overlappingPositions, ///< two variables of one record that stand on the same columns
+    overlappingPositions, ///< two variables of one record on the same columns
     codeRounded,          ///< a code of more than six digits, or six decimals
     boundRounded,         ///< a minimum or maximum of more than six digits
     decimalsLost,         ///< a variable with decimals
-    duplicateCode,        ///< a code that stands twice in the value labels of a variable
+    duplicateCode,        ///< a code that occurs twice in the value labels of a variable
     labelEntryParted,     ///< a code with a blank or a label with a tab
     groupValueOfAnother,  ///< a group whose value is that of another group
     duplicateRecord,      ///< two records of one name or one record type
     // CSPro text dictionaries
     unknownSection,       ///< a section that is not read
-    lineOutsideSection,   ///< a line in front of the first section, or in one none of whose lines are read
-    swallowedHeader,      ///< a section header behind blanks
+    lineOutsideSection,   ///< a line before the first section, or in a section that is not read
+    swallowedHeader,      ///< a section header after blanks
     unclosedHeader,       ///< a section header without its closing bracket
-    textBehindHeader,     ///< a section header with more in its line
+    textBehindHeader,     ///< a section header with more text on its line
     furtherDictionary,    ///< a second dictionary section
     furtherLevel,         ///< a second level
     unknownKey,           ///< a key that is not read
     keyBySubstring,       ///< a key that was taken from another line
     keyWithoutEquals,     ///< a line with a key and no "="
     secondEquals,         ///< a value that holds a "="
-    repeatedKey,          ///< a key that stands twice in its section
-    missingKey,           ///< a key that has to be there and is not
-    numberNotConverted,   ///< a number that is none
-    wordNotRecognised,    ///< a type or a yes or no in another word than those that are read
-    blankInName,          ///< a name behind a blank
+    repeatedKey,          ///< a key that occurs twice in its section
+    missingKey,           ///< a required key that is missing
+    numberNotConverted,   ///< a value that is not a number
+    wordNotRecognised,    ///< a value that is none of the words of its key
+    blankInName,          ///< a name after a blank
     recordTypeCut,        ///< a record type without its quotes
     itemOutsideRecord,    ///< an item that belongs to no record
-    noOccurrences,        ///< an item that occurs less than once
+    noOccurrences,        ///< an item with fewer than one occurrence
     occurrenceNames,      ///< an item that occurs several times
     subitem,              ///< a subitem
-    furtherValueSet,      ///< a value set of an item that has one
-    valueSetWithoutItem,  ///< a value set in front of the first item, or behind one that is not in the layout
-    valueSetMisplaced,    ///< a value set behind an item that is not in the layout, with another one in front of that
-    valueSetDropped,      ///< a value set of a number with a code that is no integer
-    decimalsDropped,      ///< a value set of a number with a decimal code
+    furtherValueSet,      ///< a second value set of an item
+    valueSetWithoutItem,  ///< a value set before the first item, or after one that is not in the layout
+    valueSetMisplaced,    ///< a value set after an item that is not in the layout, which went to the item before
+    valueSetDropped,      ///< a value set of a numeric item with a code that is not an integer
+    decimalsDropped,      ///< a value set of a numeric item with a decimal code
     codeToZero,           ///< a decimal code that became 0
-    onlyLastOccurrence,   ///< the value set of an item that occurs several times and stands first
-    markNotRecognised,    ///< a mark for missing or not applicable that is not understood
+    onlyLastOccurrence,   ///< the value set of the first item, which occurs several times
+    markNotRecognised,    ///< a mark for missing or not applicable that is not recognised
     markedValue,          ///< a value with such a mark
     furtherMark,          ///< a second value with the same mark
     markedRange,          ///< a range with such a mark
@@ -72,83 +72,83 @@ enum class NoteKind {
     rangeWithoutUpper,    ///< a range without an upper bound
     rangeAsEndPoints,     ///< a range
     severalInALine,       ///< several values or ranges in one line
-    encodingGuessed,      ///< a text that is not in UTF-8 and says nothing of its encoding
+    encodingGuessed,      ///< a text that is not UTF-8 and has no byte-order mark
     // CSPro 8 dictionaries
-    wrongType,         ///< a value of another JSON type than the one that is read
+    wrongType,         ///< a value without the expected JSON type
     furtherLanguages,  ///< labels in several languages
     furtherPairs,      ///< a value of several pairs, or of a "value" and a "range" in one
     valueWithoutCode,  ///< a value without a code
     rangeAsCode,       ///< a range
-    codeAsZero,        ///< a code of a number that is none
+    codeAsZero,        ///< a code of a value that is not a number
     occurrenceNumbers, ///< an item that occurs several times
     subitemReadFlat,   ///< a subitem
     decimalsNotRead,   ///< an item with decimals
-    specialNotRead,    ///< a value that stands for missing or not applicable
+    specialNotRead,    ///< a value that means missing or not applicable
     firstAtColumnOne,  ///< the first item of a record has no position
     // Stata and SPSS
     versionRefused,    ///< a format version that cannot be read
     labelOfMinusOne,   ///< the label of a value -1
     labelWithoutText,  ///< a value label without text
     labelSetMissing,   ///< a variable whose label set is not in the file
-    labelSetUnused,    ///< a label set that comes with no variable
+    labelSetUnused,    ///< a label set that no variable uses
     missingAsNumber,   ///< a label of a missing value such as .a
     valueCutToInteger, ///< a labelled value with decimals
-    widthCut,          ///< a width that the layout cannot hold
+    widthCut,          ///< a width that the layout cannot express
     dateAsNumber,      ///< a date or a time
     missingNotRead,    ///< missing values of a variable
-    textNotAscii,      ///< a Stata text with other letters than those of ASCII
-    typeUnknown,       ///< a variable of a type that the layout has not
+    textNotAscii,      ///< a Stata text with letters outside ASCII
+    typeUnknown,       ///< a variable of a type that the layout cannot express
     openedTwice,       ///< an SPSS importer that is opened again
     // lookups
     repeatsLineBefore, ///< a lookup line without a separator
-    duplicateKey,      ///< a key that stands on an earlier line
-    unreadableLetters, ///< bytes that are no text in the encoding of the file
+    duplicateKey,      ///< a key that occurs on an earlier line
+    unreadableLetters, ///< bytes that are invalid in the encoding of the file
 };
 
-/// One place where the layout is not what a reader of the file would expect.
+/// One place where the layout differs from what a reader of the file would expect.
 struct MODEL_VANADMIN_EXPORT ReadNote {
     NoteKind kind;
-    int line = 0;     ///< in the file, from 1; 0 where the format has no lines or the note is about the whole
-    QString variable; ///< its name as the layout has it; "" where there is none
-    QString text;     ///< what in the file it is about
+    int line = 0;     ///< 1-based line of the file; 0 if the format has no lines or the note concerns the whole file
+    QString variable; ///< its name in the layout; "" if the note concerns none
+    QString text;     ///< text of the file that it concerns
 
     QString id() const; ///< stable name of the kind, such as "key-by-substring"
-    NoteGravity gravity() const;
-    QString sentence() const; ///< what the library did, and what to change in the file if that is not meant
+    NoteSeverity severity() const;
+    QString message() const; ///< what the library did, and what to change in the file if that was not meant
 };
 
-/// What a reader tells of the places where it passed something over, took a default, or changed, renamed, cut or moved
+/// Notes of a reader about the places where it skipped something, used a default, or changed, renamed, cut or moved
 /// something.
 ///
-/// A caller makes one, attaches it to an importer or a lookup before that reads, and asks it afterwards. The report
-/// must outlive the reading, is not owned by what it is attached to, and gathers until clear(): one report can serve
-/// several files in turn. Notes come in the order in which the reader met their causes. What a reader answers does not
-/// depend on whether a report is attached. One thread at a time.
+/// A caller attaches a report to an importer or a lookup before it reads, and queries the report afterwards. The report
+/// must outlive the reading, is not owned by what it is attached to, and accumulates notes until clear(): one report
+/// can serve several files in turn. Notes are in the order in which the reader found their causes. What a reader
+/// returns does not depend on whether a report is attached. Not thread-safe.
 class MODEL_VANADMIN_EXPORT ReadReport
 {
 public:
-    /// Notes that are kept at most; further ones are counted alone.
-    static constexpr size_t mostNotes = 1000000;
+    /// Max number of notes that are kept; further ones are only counted.
+    static constexpr size_t maxNotes = 1000000;
     static constexpr int kinds = int(NoteKind::unreadableLetters) + 1;
 
     const std::vector<ReadNote> &notes() const;
     bool isEmpty() const;
-    int count(NoteKind kind) const; ///< notes of a kind, those that are not kept included
-    int count(NoteGravity gravity) const;
+    int count(NoteKind kind) const; ///< notes of a kind, including those that are not kept
+    int count(NoteSeverity severity) const;
     void clear();
 
-    // what readers call
+    // called by readers
     void add(NoteKind kind, const QString &text, int line = 0, const QString &variable = QString());
-    /// A mark in the report: what comes behind it can be given its variable once that is known.
+    /// Number of notes kept so far; the variable of later notes can be set once it is known.
     size_t size() const { return kept.size(); }
-    /// Names the variable of the notes from \a first on that have none.
+    /// Sets the variable of the notes from index \a first on that have none.
     void nameVariable(size_t first, const QString &variable);
 
-    // what is told of a kind
+    // properties of a kind
     static QString idOf(NoteKind kind);
-    static NoteGravity gravityOf(NoteKind kind);
-    static QString sentenceOf(NoteKind kind);
-    static QString nameOf(NoteGravity gravity); ///< "lost", "changed" or "curious"
+    static NoteSeverity severityOf(NoteKind kind);
+    static QString messageOf(NoteKind kind);
+    static QString nameOf(NoteSeverity severity); ///< "lost", "changed" or "info"
 
 private:
     std::vector<ReadNote> kept;

@@ -19,8 +19,8 @@ namespace
 /// A kind as the page shows it.
 struct Entry {
     QString id;
-    QString gravity;
-    QString sentence;
+    QString severity;
+    QString message;
     QString format; ///< of the example; "" where words stand for it
     QString example;
     QStringList notes; ///< that the example gives, one text each
@@ -68,8 +68,8 @@ std::vector<Entry> entriesOfPage()
         } else if (line.startsWith(QLatin1String("### "))) {
             entries.push_back({ line.mid(4), {}, {}, {}, {}, {} });
         } else if (!entries.empty() && line.startsWith(QLatin1Char('*'))) {
-            entries.back().gravity = line.section(QLatin1Char('*'), 1, 1).remove(QLatin1Char('.')).toLower();
-            entries.back().sentence = line.section(QLatin1String("* "), 1);
+            entries.back().severity = line.section(QLatin1Char('*'), 1, 1).remove(QLatin1Char('.')).toLower();
+            entries.back().message = line.section(QLatin1String("* "), 1);
         } else if (line.startsWith(QLatin1Char('|')) && !line.startsWith(QLatin1String("| kind"))
                    && !line.startsWith(QLatin1String("|--"))) {
             entries.back().notes += noteOfRow(line);
@@ -120,13 +120,13 @@ private Q_SLOTS:
         QCOMPARE(listed, kinds);
     }
 
-    void gravityAndSentenceAreThoseOfTheKind_data() { makeRows(false); }
-    void gravityAndSentenceAreThoseOfTheKind()
+    void severityAndMessageAreThoseOfTheKind_data() { makeRows(false); }
+    void severityAndMessageAreThoseOfTheKind()
     {
         QFETCH(int, index);
         const Entry entry = entriesOfPage().at(size_t(index));
-        QCOMPARE(entry.gravity, ReadReport::nameOf(ReadReport::gravityOf(NoteKind(index))));
-        QCOMPARE(entry.sentence, ReadReport::sentenceOf(NoteKind(index)));
+        QCOMPARE(entry.severity, ReadReport::nameOf(ReadReport::severityOf(NoteKind(index))));
+        QCOMPARE(entry.message, ReadReport::messageOf(NoteKind(index)));
     }
 
     void exampleGivesItsNotesAndNoOther_data() { makeRows(true); }

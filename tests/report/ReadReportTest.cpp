@@ -32,8 +32,8 @@ private Q_SLOTS:
         QCOMPARE(first.variable, QString("AGE"));
         QCOMPARE(first.text, QString("Colour=red"));
         QCOMPARE(first.id(), QString("unknown-key"));
-        QCOMPARE(first.gravity(), NoteGravity::lost);
-        QCOMPARE(first.sentence(), ReadReport::sentenceOf(NoteKind::unknownKey));
+        QCOMPARE(first.severity(), NoteSeverity::lost);
+        QCOMPARE(first.message(), ReadReport::messageOf(NoteKind::unknownKey));
         const ReadNote &second = report.notes().at(1);
         QCOMPARE(second.line, 0);
         QVERIFY(second.variable.isEmpty());
@@ -47,9 +47,9 @@ private Q_SLOTS:
         report.add(NoteKind::repeatedKey, QString());
         report.add(NoteKind::keyBySubstring, QString());
         QCOMPARE(report.count(NoteKind::unknownKey), 2);
-        QCOMPARE(report.count(NoteGravity::lost), 3);
-        QCOMPARE(report.count(NoteGravity::changed), 1);
-        QCOMPARE(report.count(NoteGravity::curious), 0);
+        QCOMPARE(report.count(NoteSeverity::lost), 3);
+        QCOMPARE(report.count(NoteSeverity::changed), 1);
+        QCOMPARE(report.count(NoteSeverity::info), 0);
     }
 
     void variableIsGivenToThoseOfTheNotesThatHaveNone()
@@ -72,17 +72,17 @@ private Q_SLOTS:
         report.clear();
         QVERIFY(report.isEmpty());
         QCOMPARE(report.count(NoteKind::unknownKey), 0);
-        QCOMPARE(report.count(NoteGravity::lost), 0);
+        QCOMPARE(report.count(NoteSeverity::lost), 0);
     }
 
     void furtherNotesAreCountedAlone()
     {
         ReadReport report;
-        for (size_t i = 0; i < ReadReport::mostNotes + 2; ++i)
+        for (size_t i = 0; i < ReadReport::maxNotes + 2; ++i)
             report.add(NoteKind::unknownKey, QString());
-        QCOMPARE(report.notes().size(), ReadReport::mostNotes);
-        QCOMPARE(report.count(NoteKind::unknownKey), int(ReadReport::mostNotes) + 2);
-        QCOMPARE(report.count(NoteGravity::lost), int(ReadReport::mostNotes) + 2);
+        QCOMPARE(report.notes().size(), ReadReport::maxNotes);
+        QCOMPARE(report.count(NoteKind::unknownKey), int(ReadReport::maxNotes) + 2);
+        QCOMPARE(report.count(NoteSeverity::lost), int(ReadReport::maxNotes) + 2);
     }
 
     void everyKindHasAnIdOfItsOwnInSmallLetters()
@@ -99,33 +99,33 @@ private Q_SLOTS:
 
     void everyKindHasOneSentence()
     {
-        QSet<QString> sentences;
+        QSet<QString> messages;
         for (int i = 0; i < ReadReport::kinds; ++i) {
-            const QString sentence = ReadReport::sentenceOf(NoteKind(i));
-            QVERIFY2(sentence.endsWith(QLatin1Char('.')), qPrintable(sentence));
-            QVERIFY2(!sentence.contains(QLatin1String(". ")), qPrintable(sentence));
-            sentences.insert(sentence);
+            const QString message = ReadReport::messageOf(NoteKind(i));
+            QVERIFY2(message.endsWith(QLatin1Char('.')), qPrintable(message));
+            QVERIFY2(!message.contains(QLatin1String(". ")), qPrintable(message));
+            messages.insert(message);
         }
-        QCOMPARE(sentences.size(), ReadReport::kinds);
+        QCOMPARE(messages.size(), ReadReport::kinds);
     }
 
-    void sentenceOfALineThatIsNoMarkNamesTheWordsThatAre()
+    void messageOfALineThatIsNoMarkNamesTheWordsThatAre()
     {
-        const QString sentence = ReadReport::sentenceOf(NoteKind::markNotRecognised);
-        QVERIFY(sentence.contains(QLatin1String("MISSING or NOTAPPL")));
+        const QString message = ReadReport::messageOf(NoteKind::markNotRecognised);
+        QVERIFY(message.contains(QLatin1String("MISSING or NOTAPPL")));
     }
 
-    void sentenceOfAKeyThatIsNotReadSaysWhatBecomesOfANumber()
+    void messageOfAKeyThatIsNotReadSaysWhatBecomesOfANumber()
     {
         for (const NoteKind kind : { NoteKind::secondEquals, NoteKind::keyWithoutEquals })
-            QVERIFY(ReadReport::sentenceOf(kind).contains(QLatin1String("a number has its default")));
+            QVERIFY(ReadReport::messageOf(kind).contains(QLatin1String("a number has its default")));
     }
 
-    void gravitiesHaveNames()
+    void severitiesHaveNames()
     {
-        QCOMPARE(ReadReport::nameOf(NoteGravity::lost), QString("lost"));
-        QCOMPARE(ReadReport::nameOf(NoteGravity::changed), QString("changed"));
-        QCOMPARE(ReadReport::nameOf(NoteGravity::curious), QString("curious"));
+        QCOMPARE(ReadReport::nameOf(NoteSeverity::lost), QString("lost"));
+        QCOMPARE(ReadReport::nameOf(NoteSeverity::changed), QString("changed"));
+        QCOMPARE(ReadReport::nameOf(NoteSeverity::info), QString("info"));
     }
 
     void numberOfNoKindIsTheNearestOne()

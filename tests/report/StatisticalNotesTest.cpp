@@ -336,9 +336,9 @@ private Q_SLOTS:
         StatFile file(StatFile::sav);
         file.variable("RENT", READSTAT_TYPE_DOUBLE, "Rent", "F8.2");
         QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("decimals-lost|RENT|F8.2")));
-        // One sentence serves all formats: there is nothing to divide in this one.
-        const QString sentence = ReadReport::sentenceOf(NoteKind::decimalsLost);
-        QVERIFY(sentence.contains(QStringLiteral("values of SPSS and Stata files as they are, since they are real")));
+        // One message serves all formats; here there is nothing to divide.
+        const QString message = ReadReport::messageOf(NoteKind::decimalsLost);
+        QVERIFY(message.contains(QStringLiteral("values of SPSS and Stata files as they are, because they are real")));
     }
 
     void missingRangesAreToldAsTheyAreDeclared_data()
@@ -381,8 +381,8 @@ private Q_SLOTS:
         QVERIFY(takeWholeRoad(importer).contains(QStringLiteral("1 One\t99 Unknown\t")));
         QCOMPARE(inWords(report), QStringList(QStringLiteral("missing-not-read|AGE|99")));
         // So the note does not ask for a label.
-        QVERIFY(report.notes().front().sentence().contains(
-            QStringLiteral("lists one that has a label like any other value; take the missing values from this note")));
+        QVERIFY(report.notes().front().message().contains(
+            QStringLiteral("lists those that have a label like any other value; take the missing values from this note")));
     }
 
     void stataTextOutsideOfAsciiIsTold()

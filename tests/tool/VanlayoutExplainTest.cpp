@@ -103,7 +103,7 @@ private Q_SLOTS:
         QVERIFY2(explained.out.contains(", but a byte-order mark of UTF-8\n"), explained.out.constData());
     }
 
-    void tableIsByGravityThenByKind()
+    void tableIsBySeverityThenByKind()
     {
         folder.write("d.dcf",
                      "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\nLen=2\nTaste=sweet\n"
@@ -113,31 +113,31 @@ private Q_SLOTS:
         QCOMPARE(explained.status, finding);
         QCOMPARE(explained.err, QByteArray());
         QCOMPARE(QString::fromUtf8(explained.out),
-                 "d.dcf: CSPro text dictionary, 5 notes (3 lost, 1 changed, 1 curious)\n"
+                 "d.dcf: CSPro text dictionary, 5 notes (3 lost, 1 changed, 1 info)\n"
                  "\n"
                  "LOST: 3\n"
                  "  unknown-key (2)\n"
                  "    "
-                     + ReadReport::sentenceOf(NoteKind::unknownKey)
+                     + ReadReport::messageOf(NoteKind::unknownKey)
                      + "\n"
                        "      line 6  AGE  Colour=red (and 1 more)\n"
                        "  repeated-key (1)\n"
                        "    "
-                     + ReadReport::sentenceOf(NoteKind::repeatedKey)
+                     + ReadReport::messageOf(NoteKind::repeatedKey)
                      + "\n"
                        "      line 7  AGE  Len=2\n"
                        "\n"
                        "CHANGED: 1\n"
                        "  duplicate-variable (1)\n"
                        "    "
-                     + ReadReport::sentenceOf(NoteKind::duplicateVariable)
+                     + ReadReport::messageOf(NoteKind::duplicateVariable)
                      + "\n"
                        "      AGE\n"
                        "\n"
-                       "CURIOUS: 1\n"
+                       "INFO: 1\n"
                        "  subitem (1)\n"
                        "    "
-                     + ReadReport::sentenceOf(NoteKind::subitem)
+                     + ReadReport::messageOf(NoteKind::subitem)
                      + "\n"
                        "      line 9  TENS\n");
     }
@@ -153,16 +153,16 @@ private Q_SLOTS:
                  "  \"type\": \"cspro\",\n"
                  "  \"lost\": 1,\n"
                  "  \"changed\": 0,\n"
-                 "  \"curious\": 0,\n"
+                 "  \"info\": 0,\n"
                  "  \"notes\": [\n"
                  "    {\n"
                  "      \"kind\": \"unknown-key\",\n"
-                 "      \"gravity\": \"lost\",\n"
+                 "      \"severity\": \"lost\",\n"
                  "      \"line\": 6,\n"
                  "      \"variable\": \"AGE\",\n"
                  "      \"text\": \"Colour=red\",\n"
-                 "      \"sentence\": \""
-                     + ReadReport::sentenceOf(NoteKind::unknownKey)
+                 "      \"message\": \""
+                     + ReadReport::messageOf(NoteKind::unknownKey)
                      + "\"\n"
                        "    }\n"
                        "  ]\n"
@@ -179,12 +179,12 @@ private Q_SLOTS:
         QCOMPARE(explained.status, finding); // the worst one counts
     }
 
-    void whatIsChangedOrCuriousIsNoFinding()
+    void changedOrInfoIsNoFinding()
     {
         folder.write("d.dcf",
                      "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
         const Run explained = folder.run({ "explain", "d.dcf" });
-        QVERIFY(explained.out.startsWith("d.dcf: CSPro text dictionary, 3 notes (2 changed, 1 curious)\n"));
+        QVERIFY(explained.out.startsWith("d.dcf: CSPro text dictionary, 3 notes (2 changed, 1 info)\n"));
         QCOMPARE(explained.status, fine);
     }
 
@@ -511,7 +511,7 @@ private Q_SLOTS:
                  "CHANGED: 1\n"
                  "  repeats-line-before (1)\n"
                  "    "
-                     + ReadReport::sentenceOf(NoteKind::repeatsLineBefore)
+                     + ReadReport::messageOf(NoteKind::repeatsLineBefore)
                      + "\n"
                        "      line 3  Dorado\n");
     }
@@ -565,7 +565,7 @@ private Q_SLOTS:
         QCOMPARE(json.json()["lost"].toInt(), 1);
         QStringList told;
         for (const auto &note : json.json()["notes"].toArray()) {
-            if (note.toObject()["gravity"].toString() == "lost")
+            if (note.toObject()["severity"].toString() == "lost")
                 told.append(note.toObject()["kind"].toString() + '/' + note.toObject()["text"].toString());
         }
         QCOMPARE(told, QStringList("file-not-read/" + problem));

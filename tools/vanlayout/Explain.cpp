@@ -3,7 +3,7 @@
 #include "Answer.h"
 #include "Columns.h"
 #include "ExactItems.h"
-#include "Gravities.h"
+#include "Severities.h"
 #include "InputFile.h"
 #include "Json.h"
 #include "Layout.h"
@@ -73,7 +73,8 @@ void readLayoutFile(Explanation &explanation, const ExplainOptions &options)
 bool isFailure(const ReadReport &report, const std::string &failure)
 {
     if (failure == "lost" || failure == "changed")
-        return report.count(NoteGravity::lost) > 0 || (failure == "changed" && report.count(NoteGravity::changed) > 0);
+        return report.count(NoteSeverity::lost) > 0
+            || (failure == "changed" && report.count(NoteSeverity::changed) > 0);
     for (int i = 0; i < ReadReport::kinds; ++i) {
         if (failure == ReadReport::idOf(NoteKind(i)).toStdString())
             return report.count(NoteKind(i)) > 0;
@@ -140,7 +141,7 @@ public:
         printWrapped(QString(), headOf(explanation));
         const NotesByKind notes(report, !showsAll);
         ExactItems items(explanation.layout);
-        for (const NoteGravity severity : gravities)
+        for (const NoteSeverity severity : severities)
             printSeverity(severity, report, notes, items);
     }
 
@@ -152,7 +153,7 @@ private:
         QString instead; ///< what the file truly has; empty where that is not known
     };
 
-    void printSeverity(NoteGravity severity, const ReadReport &report, const NotesByKind &notes, ExactItems &items)
+    void printSeverity(NoteSeverity severity, const ReadReport &report, const NotesByKind &notes, ExactItems &items)
     {
         const int count = report.count(severity);
         if (count == 0)
@@ -161,7 +162,7 @@ private:
         printLine(out, QStringLiteral("%1: %2").arg(ReadReport::nameOf(severity).toUpper()).arg(count));
         for (int i = 0; i < ReadReport::kinds; ++i) {
             const auto kind = NoteKind(i);
-            if (ReadReport::gravityOf(kind) == severity && report.count(kind) > 0)
+            if (ReadReport::severityOf(kind) == severity && report.count(kind) > 0)
                 printKind(kind, report.count(kind), notes.of(kind), items);
         }
     }
@@ -169,7 +170,7 @@ private:
     void printKind(NoteKind kind, int count, const std::vector<Place> &places, ExactItems &items)
     {
         printLine(out, QStringLiteral("  %1 (%2)").arg(ReadReport::idOf(kind)).arg(count));
-        printWrapped(QStringLiteral("    "), ReadReport::sentenceOf(kind));
+        printWrapped(QStringLiteral("    "), ReadReport::messageOf(kind));
         const size_t shown = showsAll ? places.size() : std::min(places.size(), placesOfAKind);
         std::vector<Row> rows;
         int rest = count;
@@ -250,8 +251,8 @@ void printAsJson(const Explanation &explanation, const ExplainOptions &options)
         json.StartObject();
         writeJson(json, "file", explanation.file);
         writeJson(json, "type", explanation.type);
-        for (const NoteGravity gravity : gravities)
-            writeJson(json, ReadReport::nameOf(gravity).toLatin1().constData(), report.count(gravity));
+        for (const NoteSeverity severity : severities)
+            writeJson(json, ReadReport::nameOf(severity).toLatin1().constData(), report.count(severity));
         if (options.isSummary) {
             json.EndObject();
             return;
@@ -261,11 +262,11 @@ void printAsJson(const Explanation &explanation, const ExplainOptions &options)
         for (const ReadNote &note : report.notes()) {
             json.StartObject();
             writeJson(json, "kind", note.id());
-            writeJson(json, "gravity", ReadReport::nameOf(note.gravity()));
+            writeJson(json, "severity", ReadReport::nameOf(note.severity()));
             writeJson(json, "line", note.line);
             writeJson(json, "variable", note.variable);
             writeJson(json, "text", note.text);
-            writeJson(json, "sentence", note.sentence());
+            writeJson(json, "message", note.message());
             const QString instead = items.insteadOf(note);
             if (!instead.isEmpty())
                 writeJson(json, "exact", instead);
@@ -291,7 +292,7 @@ int explainFile(const std::string &name, const ExplainOptions &options, Explanat
         explanation.problem = QStringLiteral("not enough memory");
     }
     const bool hasAnswer = explanation.problem.isEmpty();
-    if (!hasAnswer && explanation.report.count(NoteGravity::lost) == 0)
+    if (!hasAnswer && explanation.report.count(NoteSeverity::lost) == 0)
         explanation.report.add(NoteKind::fileNotRead, explanation.problem);
     if (options.format == "json")
         printAsJson(explanation, options);
@@ -313,9 +314,9 @@ QString countsOf(const ReadReport &report)
 {
     QStringList counts;
     int all = 0;
-    for (const NoteGravity gravity : gravities) {
-        if (const int count = report.count(gravity)) {
-            counts.append(QStringLiteral("%1 %2").arg(count).arg(ReadReport::nameOf(gravity)));
+    for (const NoteSeverity severity : severities) {
+        if (const int count = report.count(severity)) {
+            counts.append(QStringLiteral("%1 %2").arg(count).arg(ReadReport::nameOf(severity)));
             all += count;
         }
     }

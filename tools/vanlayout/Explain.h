@@ -10,24 +10,24 @@ class ReadReport;
 /// The words that `--fail-on` takes: "lost", "changed" and the kinds of notes.
 std::vector<std::string> explainFailures();
 
-/// What `vanlayout explain` was asked for.
+/// Options of `vanlayout explain`.
 struct ExplainOptions {
     std::string format = "table";                   ///< table or json
     std::string type = "auto";                      ///< auto, the name of a file type, or lookup
     std::string decimals = "no";                    ///< yes or no
     std::string separator = "space";                ///< of lookups
-    bool showsAll = false;                          ///< every place of a kind, where the table shows the first ones
-    bool isSummary = false;                         ///< one line a file
+    bool showsAll = false;                          ///< every place of a kind, not just the first ones
+    bool isSummary = false;                         ///< one line per file
     std::vector<std::string> failures = { "lost" }; ///< kinds of notes, "lost" or "changed", that make a finding
     std::vector<std::string> files;                 ///< in the encoding of the system
 };
 
-/// Reads each file with a report attached, prints the reports by gravity, and answers the worst status: a finding where
-/// there is a note that the call names: of a kind, or "lost" for whatever was lost, or "changed" for whatever was lost
-/// or changed.
+/// Reads each file with a report attached, prints the reports by severity, and answers the worst status: a finding
+/// where there is a note that the call names: of a kind, or "lost" for whatever was lost, or "changed" for whatever was
+/// lost or changed.
 int explain(const ExplainOptions &options);
 
-/// How many notes a report holds, in words: "6 notes (1 lost, 2 changed, 3 curious)".
+/// The number of notes of a report in words: "6 notes (1 lost, 2 changed, 3 info)".
 QString countsOf(const ReadReport &report);
 
 #endif
