@@ -1,10 +1,9 @@
 #include "model/Entity.h"
 
 #include "model/Append_p.h"
+#include "util/PreOrderWalk_p.h"
 
 #include <QSet>
-
-#include <vector>
 
 namespace
 {
@@ -18,12 +17,44 @@ TVpEntity *newNullEntity()
     return entity;
 }
 
-// An entity on the way down to the one that is looked at.
-struct Step {
-    TVpEntity *entity;
-    TVpEntity *fallback; ///< the result where neither it nor anything below it has the name
-    int nextChild;
-    bool hasEnteredChild;
+// An entity as an entry of its parent's list of children.
+struct Place {
+    TVpEntity *entity = nullptr;
+    const QList<TVpEntity *> *siblings = nullptr; ///< null for the entity that the search starts at
+    int number = 0;                               ///< its index in that list
+
+    explicit operator bool() const { return entity; }
+};
+
+// An entity and everything below it. Null entries are passed over, and so is an entity that is its own ancestor.
+class Hierarchy
+{
+public:
+    using Node = Place;
+
+    Place firstBelow(const Place &place)
+    {
+        ancestors.insert(place.entity);
+        return firstOf(place.entity->getChildren(), 0);
+    }
+    Place after(const Place &place)
+    {
+        ancestors.remove(place.entity);
+        return firstOf(place.siblings, place.number + 1);
+    }
+
+private:
+    // The first entry to visit from that number on.
+    Place firstOf(const QList<TVpEntity *> *entities, int number) const
+    {
+        for (; entities && number < entities->size(); ++number) {
+            if (entities->at(number) && !ancestors.contains(entities->at(number)))
+                return { entities->at(number), entities, number };
+        }
+        return {};
+    }
+
+    QSet<const TVpEntity *> ancestors;
 };
 
 } // namespace
@@ -44,40 +75,24 @@ std::string TVpEntity::toString()
     return name.toStdString();
 }
 
-// A walk without recursion: hierarchies can be deep.
 TVpEntity *TVpEntity::findEntity(QString wanted)
 {
-    std::vector<Step> way;
-    QSet<const TVpEntity *> ancestors;
-    TVpEntity *entity = this;
-    TVpEntity *result = nullptr;
-    while (true) {
-        if (entity) {
-            // Made for each entity that is looked at, found or not.
-            way.push_back({ entity, newNullEntity(), 0, false });
-            if (entity->name == wanted)
-                return entity;
-            ancestors.insert(entity);
+    // One entity is made for each that is looked at, before the names are compared.
+    TVpEntity *const ofThisEntity = newNullEntity();
+    TVpEntity *made = ofThisEntity;
+    Hierarchy hierarchy;
+    PreOrderWalk walk(hierarchy, Place{ this });
+    while (walk.node().entity->name != wanted) {
+        if (!walk.goBelow()) {
+            // A search for the name of a failure finds the entity that is made where the first search below ends.
+            if (wanted == nullEntityName)
+                return made;
+            if (!walk.goOn())
+                return ofThisEntity;
         }
-        Step &step = way.back();
-        const QList<TVpEntity *> *list = step.entity->children;
-        if (list && step.nextChild < list->size()) {
-            entity = list->at(step.nextChild++);
-            if (ancestors.contains(entity))
-                entity = nullptr;
-            step.hasEnteredChild |= entity != nullptr;
-            continue;
-        }
-        // Who looks for the name of a failure finds the first one that a search below ends in.
-        if (!step.hasEnteredChild && wanted == nullEntityName)
-            return step.fallback;
-        result = step.fallback;
-        ancestors.remove(step.entity);
-        way.pop_back();
-        if (way.empty())
-            return result;
-        entity = nullptr;
+        made = newNullEntity();
     }
+    return walk.node().entity;
 }
 
 // clang-format off

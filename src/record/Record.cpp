@@ -2,18 +2,71 @@
 
 #include "record/QuestIndex.h"
 #include "util/EmptyText_p.h"
-
-#include <vector>
+#include "util/PreOrderWalk_p.h"
 
 namespace
 {
 
-// Ends each record of the assembled text.
-const QLatin1String lineBreak("\r\n");
-
 enum CheckStatus { checkSeveralLines = 4, checkNotFoundAgain = 6 };
 
+// Ends each piece of the assembled text.
+constexpr QLatin1String pieceEnd("\r\n");
+
 } // namespace
+
+/// The records from one on: its children, its later brothers and theirs.
+struct TVpRecord::RecordTree {
+    using Node = TVpRecord *;
+    static Node firstBelow(Node record) { return record->child; }
+    static Node after(Node record) { return record->brother; }
+};
+
+/// A line of a questionnaire that belongs to a record; without a record no line at all.
+struct TVpRecord::RecordLine {
+    const TVpRecord *record = nullptr;
+    int line = 0; ///< from 0
+    QString parentKey;
+    QString key;
+
+    explicit operator bool() const { return record; }
+};
+
+/// The lines of a questionnaire as a tree: below a line of a record are the lines of its children. After the last line
+/// of a record come those of its next brother.
+class TVpRecord::RecordLines
+{
+public:
+    using Node = RecordLine;
+
+    explicit RecordLines(const TQuestIndex &index)
+        : questionnaire(index)
+        , lines(index.lines ? *index.lines : QStringList())
+    {
+    }
+
+    /// The first line of \a record from the number \a line on, or else the first one of a later brother.
+    RecordLine first(const TVpRecord *record, int line, const QString &parentKey) const
+    {
+        for (; record; record = record->brother, line = 0) {
+            for (; line < lines.size(); ++line) {
+                if (belongs(lines.at(line), record, parentKey))
+                    return { record, line, parentKey, record->getKeyValue(lines.at(line)) };
+            }
+        }
+        return {};
+    }
+    RecordLine firstBelow(const RecordLine &parent) const { return first(parent.record->child, 0, parent.key); }
+    RecordLine after(const RecordLine &former) const { return first(former.record, former.line + 1, former.parentKey); }
+
+private:
+    bool belongs(const QString &line, const TVpRecord *record, const QString &parentKey) const
+    {
+        return questionnaire.typeOf(line) == record->typeOfRecord() && record->getParentKeyValue(line) == parentKey;
+    }
+
+    const TQuestIndex &questionnaire;
+    const QStringList lines;
+};
 
 TVpRecord::TVpRecord()
     : name(emptyText())
@@ -40,16 +93,11 @@ TVpRecord *TVpRecord::retrieveRecord(QString wanted)
 {
     // The alias goes one way: "COMMON" does not find "Common".
     const bool aliasAllowed = wanted == QLatin1String("Common");
-    std::vector<TVpRecord *> pending = { this };
-    while (!pending.empty()) {
-        TVpRecord *node = pending.back();
-        pending.pop_back();
-        if (node->name == wanted || (aliasAllowed && node->name == QLatin1String("COMMON")))
-            return node;
-        if (node->brother)
-            pending.push_back(node->brother);
-        if (node->child)
-            pending.push_back(node->child);
+    RecordTree tree;
+    for (PreOrderWalk walk(tree, this); !walk.isOver(); walk.advance()) {
+        const QString &found = walk.node()->name;
+        if (found == wanted || (aliasAllowed && found == QLatin1String("COMMON")))
+            return walk.node();
     }
     return nullptr;
 }
@@ -172,20 +220,16 @@ QString TVpRecord::getParentKeyValue(QString /*line*/) const
 
 QString TVpRecord::assembleRecord(TQuestIndex *index) const
 {
-    // What a reference says is not consulted: each of them counts the lines of an empty type.
-    const int count = references ? references->size() : 0;
-    for (int i = 0; i < count; ++i) {
-        if (index->countRecords(QString()) > 1) {
-            index->status = checkSeveralLines;
-            break;
-        }
-    }
+    // Every reference counts the same lines, those of an empty type: its own content is not read. One count is enough.
+    const bool hasReferences = references && !references->isEmpty();
+    if (index && hasReferences && index->countRecords(QString()) > 1)
+        index->status = checkSeveralLines;
     return emptyText();
 }
 
 QString TVpRecord::assembleRecord(TQuestIndex *index, QString /*key*/) const
 {
-    return index->text;
+    return index ? index->text : emptyText();
 }
 
 std::function<void()> TVpRecord::freeingOf(TVpRecord *record)
@@ -203,6 +247,8 @@ QString TVpRecord::typeOfRecord() const
 
 QString TVpRecord::checkQuestionnaire(TQuestIndex *index)
 {
+    if (!index)
+        return emptyText();
     const QString type = typeOfRecord();
     const int count = index->countRecords(type);
     // Every occurrence that was counted is found again, as its own type; an empty type is found as nothing.
@@ -216,7 +262,7 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index)
         const QString piece = assembleRecord(index, key);
         if (piece.isEmpty())
             return emptyText();
-        gathered += piece + lineBreak;
+        gathered += piece + pieceEnd;
         if (child)
             gathered += child->checkQuestionnaire(index, key);
     }
@@ -225,40 +271,17 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index)
 
 QString TVpRecord::checkQuestionnaire(TQuestIndex *index, QString parentKey)
 {
-    // A record and its later brothers, with the line that is next and what was gathered before the record. The levels
-    // of the tree stand in a list: a deep tree needs no stack.
-    struct Level {
-        TVpRecord *record;
-        QString parentKey;
-        int line;
-        int sizeBefore;
-    };
-    const QStringList lines = index->lines ? *index->lines : QStringList();
+    if (!index)
+        return emptyText();
     QString gathered = emptyText();
-    std::vector<Level> levels = { { this, parentKey, 0, 0 } };
-    while (!levels.empty()) {
-        Level &level = levels.back();
-        TVpRecord *record = level.record;
-        if (level.line == lines.size()) {
-            level = { record->brother, level.parentKey, 0, gathered.size() };
-            if (!level.record)
-                levels.pop_back();
-            continue;
-        }
-        const QString &line = lines.at(level.line++);
-        if (index->typeOf(line) != record->typeOfRecord() || getParentKeyValue(line) != level.parentKey)
-            continue;
-        const QString key = getKeyValue(line);
-        const QString piece = assembleRecord(index, key);
-        if (piece.isEmpty()) {
-            // What this record had gathered is dropped, and its later brothers are not visited.
-            gathered.truncate(level.sizeBefore);
-            levels.pop_back();
-            continue;
-        }
-        gathered += piece + lineBreak;
-        if (record->child)
-            levels.push_back({ record->child, key, 0, gathered.size() });
+    RecordLines lines(*index);
+    for (PreOrderWalk walk(lines, lines.first(this, 0, parentKey)); !walk.isOver(); walk.advance()) {
+        const RecordLine &line = walk.node();
+        const QString piece = line.record->assembleRecord(index, line.key);
+        // Every line gives the same text. Where it is empty, nothing has been gathered and nothing will be.
+        if (piece.isEmpty())
+            return emptyText();
+        gathered += piece + pieceEnd;
     }
     return gathered;
 }

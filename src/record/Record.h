@@ -10,7 +10,7 @@
 
 class TQuestIndex;
 
-/// A reference of a record. The library holds references by pointer alone; whoever needs them defines the class.
+/// A reference of a record. The library only holds pointers to references; a caller that uses them defines the class.
 class TVpRecordReference;
 
 /// The record-type code of a record, as it stands in a questionnaire line.
@@ -18,29 +18,29 @@ struct TVpRecordType {
     QString code;
 };
 
-/// A node in the tree of record definitions of a questionnaire: it knows its first child, its parent and its next
+/// A node in the tree of record definitions of a questionnaire, with links to its first child, its parent and its next
 /// brother.
 ///
-/// A node owns nothing through its links: whoever builds a tree frees it. Copies point at the same neighbours and share
-/// the list of references, and the neighbours still point at the source. A tree must not change during a walk.
-/// Everything runs on the caller's thread; nothing is locked.
+/// A node owns nothing through its links: the builder of a tree frees it. Copies point at the same neighbours and share
+/// the list of references, and the neighbours still point at the source. A tree must not change during a walk. Every
+/// walk is safe in a tree of any depth. Everything runs on the caller's thread; nothing is locked.
 class MODEL_VANADMIN_EXPORT TVpRecord
 {
 public:
-    /// Its texts are empty and not null, but for one of those that are carried for callers.
+    /// The texts of a new record are empty and not null. One of the texts that are carried for callers is null.
     TVpRecord();
     TVpRecord(const TVpRecord &other);
     TVpRecord &operator=(const TVpRecord &other);
-    /// Takes nothing from its argument: texts null, numbers 0, pointers null.
+    /// Takes nothing from its argument: its texts are null, its numbers 0 and its pointers null.
     TVpRecord(TVpRecord &&other);
     virtual ~TVpRecord();
 
     /// The first record named \a wanted, case-sensitively, in this node, below it, and in and below its later brothers;
     /// null if there is none. "Common" also finds a record named "COMMON"; "COMMON" does not find "Common".
     TVpRecord *retrieveRecord(QString wanted);
-    /// The node after this one in a walk from the root: children first, then brothers; null at the end.
+    /// The node after this one in a walk from the root, which visits children before brothers; null at the end.
     TVpRecord *preOrderNext() const;
-    /// "name (caption)", or the name alone where there is no caption.
+    /// "name (caption)", or the name alone where the caption is empty.
     QString nodeCaption() const;
 
     QString typeCode() const; ///< the text that `TVpDataProvider::getRecordType` compares
@@ -50,40 +50,48 @@ private:
     friend struct TestAccess;
     friend class TVpDataProvider;
 
-    /// Appends \a record as the last brother in this node's chain, with the parent of the chain. Its own brother stays.
+    struct RecordTree;
+    struct RecordLine;
+    class RecordLines;
+
+    /// Appends \a record to this node's brothers and gives it their parent. The brother of \a record does not change.
     void addBrother(TVpRecord *record);
     /// Appends \a record as the last child.
     void addChild(TVpRecord *record);
-    /// Puts \a newRecord in front of the child \a before; at the end for null. Nothing is done for another node.
+    /// Inserts \a newRecord in front of the child \a before, or at the end for null. Does nothing where \a before is
+    /// not a child of this node.
     void insertChild(TVpRecord *before, TVpRecord *newRecord);
-    /// Unlinks the direct child \a childName: it is not freed and keeps its parent. Nothing is done for another node.
-    /// The flag has no effect.
+    /// Unlinks the direct child \a childName. It is not freed and keeps its parent. Does nothing where there is no such
+    /// child. The flag has no effect.
     void deleteChild(QString childName, bool flag);
     /// The next brother of this node or of the nearest ancestor that has one; null at the top.
     TVpRecord *preOrderNextBrother() const;
     void addRecordReferenceToList(TVpRecordReference *reference);
-    void removeRecordReferenceFromList(TVpRecordReference *reference); ///< the first entry for it
-    QString getKeyValue(QString line) const;                           ///< "": keys play no part
-    QString getParentKeyValue(QString line) const;                     ///< "": keys play no part
-    /// Counts, for each reference, the lines without a type; more than one sets `status` of \a index to 4. Always "".
+    void removeRecordReferenceFromList(TVpRecordReference *reference); ///< removes its first entry
+    QString getKeyValue(QString line) const;                           ///< always "": records have no keys yet
+    QString getParentKeyValue(QString line) const;                     ///< always "": records have no keys yet
+    /// Counts the lines without a type once for each reference. More than one such line sets `status` of \a index to 4.
+    /// The result is always empty; a null \a index is not counted.
     QString assembleRecord(TQuestIndex *index) const;
-    QString assembleRecord(TQuestIndex *index, QString key) const; ///< the text of \a index
+    QString assembleRecord(TQuestIndex *index, QString key) const; ///< the text of \a index; "" for a null one
     /// Checks a questionnaire from this record down: one text of \a index, ended by CR LF, for each line that belongs
     /// to this record or one below it, in tree order. The brothers of this record are not visited.
     ///
-    /// "" where a text is empty, or where an occurrence is not found again, which sets `status` of \a index to 6.
+    /// "" where \a index is null, where its text is empty, or where an occurrence is not found again, which sets
+    /// `status` of \a index to 6.
     QString checkQuestionnaire(TQuestIndex *index);
     /// The same for a record below the first and for its later brothers. A line of a child matches under every line of
     /// its parent.
     QString checkQuestionnaire(TQuestIndex *index, QString parentKey);
     QString typeOfRecord() const;
-    /// What frees \a record and the list of references that it has now, whatever is assigned to it later; no neighbour.
+    /// An operation that frees \a record and the list of references that it has now, even if another list is assigned
+    /// to it later. It frees no neighbour.
     static std::function<void()> freeingOf(TVpRecord *record);
     TVpRecord *previousOf(const TVpRecord *record) const;
 
-    // Members without a comment are carried and copied for callers; nothing here reads them.
+    // Members without a comment are carried and copied for callers; nothing in the library reads them.
     // clang-format off
-    QString name; ///< key of every search
+    QString name; ///< every search compares it
     QString caption; ///< shown beside the name
     QString text1; ///< see typeCode()
     int numbers1[4] = {-1, 0, 0, 0}; ///< for the first see typeNumber()

@@ -8,6 +8,7 @@
 #include "model/Metadata.h"
 #include "model/Selection.h"
 #include "model/Variable.h"
+#include "support/Sanitizer.h"
 
 #include <QDir>
 #include <QSet>
@@ -15,6 +16,7 @@
 
 #include <cstring>
 #include <memory>
+#include <random>
 #include <type_traits>
 #include <vector>
 
@@ -34,9 +36,31 @@ TVpEntity *newEntity(const QString &name, TVpEntity *parent = nullptr)
     return entity;
 }
 
+/// How a search ended. `found` is null where the result was made for the search.
+struct Search {
+    const TVpEntity *found;
+    bool isSuccess; ///< the result has the name that was wanted
+};
+
+// The rules of the search, as a recursion.
+Search recursiveSearch(const TVpEntity &entity, const QString &wanted)
+{
+    if (entity.getName() == wanted)
+        return { &entity, true };
+    for (const TVpEntity *child : qAsConst(*entity.getChildren())) {
+        if (!child)
+            continue;
+        const Search below = recursiveSearch(*child, wanted);
+        if (below.isSuccess)
+            return below;
+    }
+    return { nullptr, wanted == QLatin1String("nullEntity") };
+}
+
 } // namespace
 
-/// What a table of accessors cannot say of the records: what copies share, what moves take, what constructors make.
+/// Rules of the records that the table of accessors does not cover: what copies share, what moves take, what
+/// constructors make.
 class RecordsTest : public QObject
 {
     Q_OBJECT
@@ -120,12 +144,34 @@ private Q_SLOTS:
 
     void deepHierarchyIsSearched()
     {
-        constexpr int levels = 200000;
+        constexpr int levels = sanitizesMemory ? 200000 : 1000000;
         std::vector<TVpEntity> chain(levels);
         for (int i = 0; i + 1 < levels; ++i)
             chain[size_t(i)].addChildren(&chain[size_t(i) + 1]);
         chain.back().setName("last");
         QVERIFY(chain.front().findEntity("last") == &chain.back());
+    }
+
+    void searchFollowsItsRecursiveRules()
+    {
+        std::mt19937 random(1); // NOLINT: the same hierarchies every time are wanted
+        const auto drawn = [&random](int limit) { return int(random() % unsigned(limit)); };
+        const QStringList names = { "a", "b", "c", "d", "nullEntity" };
+        for (int round = 0; round < 300; ++round) {
+            std::vector<TVpEntity> entities(size_t(1 + drawn(8)));
+            for (size_t i = 0; i < entities.size(); ++i) {
+                entities[i].setName(names.at(drawn(names.size())));
+                TVpEntity &parent = entities[i > 0 ? size_t(drawn(int(i))) : 0];
+                parent.addChildren(i > 0 ? &entities[i] : nullptr);
+            }
+            for (const QString &name : names) {
+                const Search expected = recursiveSearch(entities.front(), name);
+                const TVpEntity *found = entities.front().findEntity(name);
+                const bool isNew = found < entities.data() || found >= entities.data() + entities.size();
+                QCOMPARE(isNew ? nullptr : found, expected.found);
+                QCOMPARE(found->getName(), expected.isSuccess ? name : QString("nullEntity"));
+            }
+        }
     }
 
     void toStringIsTheName()

@@ -1,15 +1,17 @@
 #include "record/QuestIndex.h"
 #include "record/Record.h"
 #include "support/Callable.h"
+#include "support/Sanitizer.h"
 
 #include <QtTest>
 
 #include <memory>
+#include <random>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
-// The library holds references by pointer alone: what stands behind them is the caller's.
+// The library only holds pointers to references; a caller defines the class.
 class TVpRecordReference
 {
 };
@@ -55,6 +57,11 @@ struct TestAccess {
     {
         return record.assembleRecord(&index, key);
     }
+    static QStringList answersOfNull(TVpRecord &record)
+    {
+        return { record.assembleRecord(nullptr), record.assembleRecord(nullptr, QStringLiteral("K")),
+                 record.checkQuestionnaire(nullptr), record.checkQuestionnaire(nullptr, QString()) };
+    }
     static QString check(TVpRecord *record, TQuestIndex &index) { return record->checkQuestionnaire(&index); }
     static QString check(TVpRecord *record, TQuestIndex &index, const QString &parentKey)
     {
@@ -67,7 +74,8 @@ using Access = TestAccess;
 namespace
 {
 
-constexpr int manyRecords = 100000;
+constexpr int manyBrothers = 100000;
+constexpr int manyLevels = sanitizesMemory ? 100000 : 1000000;
 constexpr int manyLines = 200000;
 
 CALLABLE(CallsRetrieveRecord, retrieveRecord(QString()));
@@ -87,7 +95,7 @@ CALLABLE(CallsAssembleWithKey, assembleRecord(static_cast<TQuestIndex *>(nullptr
 CALLABLE(CallsCheck, checkQuestionnaire(static_cast<TQuestIndex *>(nullptr)));
 CALLABLE(CallsLowerCheck, checkQuestionnaire(static_cast<TQuestIndex *>(nullptr), QString()));
 
-// Tells from inside of a subclass which operations it may call.
+// Asks inside a subclass which operations it may call.
 class Insider : public TVpRecord
 {
 public:
@@ -110,7 +118,7 @@ public:
     static bool reachesCheck(...) { return false; }
 };
 
-// The records of one test: whoever builds a tree frees it.
+// The records of one test. The builder of a tree frees it.
 class Forest
 {
 public:
@@ -218,6 +226,38 @@ QStringList walkFrom(const TVpRecord *record)
     for (; record; record = record->preOrderNext())
         names.append(record->nodeCaption());
     return names;
+}
+
+// The rules of the check below, as a recursion.
+QString recursiveLowerCheck(TVpRecord *record, TQuestIndex &index, const QString &parentKey)
+{
+    const TVpRecordType *type = Access::recordType(*record);
+    QString gathered;
+    for (const QString &line : qAsConst(*index.lines)) {
+        if (line.mid(index.typeStart, index.typeLength) != (type ? type->code : QString())
+            || Access::parentKeyValue(*record, line) != parentKey)
+            continue;
+        const QString key = Access::keyValue(*record, line);
+        const QString piece = Access::assemble(*record, index, key);
+        if (piece.isEmpty())
+            return {};
+        gathered += piece + QLatin1String("\r\n");
+        if (Access::child(record))
+            gathered += recursiveLowerCheck(Access::child(record), index, key);
+    }
+    if (Access::brother(record))
+        gathered += recursiveLowerCheck(Access::brother(record), index, parentKey);
+    return gathered;
+}
+
+// The rules of the search, as a recursion.
+TVpRecord *recursiveSearch(TVpRecord *record, const QString &name)
+{
+    if (!record || Access::name(*record) == name)
+        return record;
+    if (TVpRecord *found = recursiveSearch(Access::child(record), name))
+        return found;
+    return recursiveSearch(Access::brother(record), name);
 }
 
 void fillEveryMember(TVpRecord &record)
@@ -357,6 +397,9 @@ private Q_SLOTS:
     void lowerCheckWithAnEmptyTextIsEmptyWhateverTheTree_data();
     void lowerCheckWithAnEmptyTextIsEmptyWhateverTheTree();
     void lowerCheckWithoutLinesIsEmpty();
+
+    void nullQuestionnaireGivesAnEmptyText();
+    void walksFollowTheirRecursiveRules();
 
     // size
     void manyBrothersNeedNoStack();
@@ -1546,12 +1589,56 @@ void RecordTest::lowerCheckWithoutLinesIsEmpty()
     QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
 }
 
+void RecordTest::nullQuestionnaireGivesAnEmptyText()
+{
+    Forest forest;
+    TVpRecord *house = forest.make(QStringLiteral("HOUSE"), QStringLiteral("H"));
+    forest.makeChild(house, QStringLiteral("PERSON"), QStringLiteral("P"));
+    TVpRecordReference reference;
+    Access::addReference(*house, &reference);
+    const QStringList answers = Access::answersOfNull(*house);
+    QCOMPARE(answers, QStringList({ "", "", "", "" }));
+    for (const QString &answer : answers)
+        QVERIFY(!answer.isNull());
+}
+
+void RecordTest::walksFollowTheirRecursiveRules()
+{
+    std::mt19937 random(1); // NOLINT: the same trees every time are wanted
+    const auto drawn = [&random](int limit) { return int(random() % unsigned(limit)); };
+    const char *const types[] = { "H", "P", "T", "" };
+    constexpr int typeCount = 4;
+    int found = 0;
+    for (int round = 0; round < 300; ++round) {
+        Forest forest;
+        std::vector<TVpRecord *> records = { forest.make(QStringLiteral("0"), QStringLiteral("H")) };
+        for (int i = 1 + drawn(8); i > 0; --i)
+            records.push_back(forest.makeChild(records[size_t(drawn(int(records.size())))], QString::number(drawn(6)),
+                                               QLatin1String(types[drawn(typeCount)])));
+        QStringList lines;
+        for (int i = drawn(6); i > 0; --i)
+            lines.append(QLatin1String(types[drawn(typeCount)]));
+        Questionnaire questionnaire(lines);
+        for (TVpRecord *record : records) {
+            for (int name = 0; name < 6; ++name) {
+                TVpRecord *wanted = recursiveSearch(record, QString::number(name));
+                QCOMPARE(record->retrieveRecord(QString::number(name)), wanted);
+                found += wanted ? 1 : 0;
+            }
+            const QString expected = recursiveLowerCheck(record, questionnaire.index, QString());
+            QCOMPARE(Access::check(record, questionnaire.index, QString()), expected);
+            found += expected.isEmpty() ? 0 : 1;
+        }
+    }
+    QVERIFY(found > 1000);
+}
+
 void RecordTest::manyBrothersNeedNoStack()
 {
     Forest forest;
     TVpRecord *root = forest.make(QStringLiteral("R"), QStringLiteral("R"));
     TVpRecord *last = nullptr;
-    for (int i = 0; i < manyRecords; ++i) {
+    for (int i = 0; i < manyBrothers; ++i) {
         TVpRecord *record = forest.make(QString::number(i), QStringLiteral("H"));
         Access::parent(record) = root;
         (last ? Access::brother(last) : Access::child(root)) = record;
@@ -1562,11 +1649,11 @@ void RecordTest::manyBrothersNeedNoStack()
     QCOMPARE(Access::brother(last), added);
     QCOMPARE(Access::parent(added), root);
 
-    QCOMPARE(walkFrom(root).size(), manyRecords + 2);
+    QCOMPARE(walkFrom(root).size(), manyBrothers + 2);
     QCOMPARE(root->retrieveRecord(QStringLiteral("ADDED")), added);
     QVERIFY(!root->retrieveRecord(QStringLiteral("absent")));
     Questionnaire questionnaire({ QStringLiteral("R"), QStringLiteral("H") });
-    QCOMPARE(Access::check(root, questionnaire.index), pieces(1 + manyRecords + 1));
+    QVERIFY(Access::check(root, questionnaire.index) == pieces(1 + manyBrothers + 1));
     Access::deleteChild(root, QStringLiteral("ADDED"));
     QVERIFY(!Access::brother(last));
 }
@@ -1576,14 +1663,14 @@ void RecordTest::manyLevelsNeedNoStack()
     Forest forest;
     TVpRecord *root = forest.make(QStringLiteral("R"));
     TVpRecord *deepest = root;
-    for (int i = 0; i < manyRecords; ++i)
+    for (int i = 0; i < manyLevels; ++i)
         deepest = forest.makeChild(deepest, QString::number(i));
     TVpRecord *next = forest.make(QStringLiteral("NEXT"));
     Access::addBrother(root, next);
 
-    QCOMPARE(walkFrom(root).size(), manyRecords + 2);
+    QCOMPARE(walkFrom(root).size(), manyLevels + 2);
     QCOMPARE(deepest->preOrderNext(), next);
-    QCOMPARE(root->retrieveRecord(QString::number(manyRecords - 1)), deepest);
+    QCOMPARE(root->retrieveRecord(QString::number(manyLevels - 1)), deepest);
     QCOMPARE(root->retrieveRecord(QStringLiteral("NEXT")), next);
     QVERIFY(!root->retrieveRecord(QStringLiteral("absent")));
 }
@@ -1594,13 +1681,13 @@ void RecordTest::checksOfManyLevelsNeedNoStack()
     Forest forest;
     TVpRecord *root = forest.make(QStringLiteral("R"), QStringLiteral("H"));
     TVpRecord *deepest = root;
-    for (int i = 0; i < manyRecords; ++i)
+    for (int i = 0; i < manyLevels; ++i)
         deepest = forest.makeChild(deepest, QString(), QStringLiteral("H"));
     Access::addBrother(deepest, forest.make(QStringLiteral("LAST"), QStringLiteral("L")));
     Questionnaire questionnaire({ QStringLiteral("X"), QStringLiteral("H"), QStringLiteral("L") });
 
-    QVERIFY(Access::check(root, questionnaire.index) == pieces(1 + manyRecords + 1));
-    QVERIFY(Access::check(root, questionnaire.index, QString()) == pieces(1 + manyRecords + 1));
+    QVERIFY(Access::check(root, questionnaire.index) == pieces(1 + manyLevels + 1));
+    QVERIFY(Access::check(root, questionnaire.index, QString()) == pieces(1 + manyLevels + 1));
     QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
 
     // The way down ends below the first level.

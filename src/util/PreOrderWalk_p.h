@@ -1,0 +1,61 @@
+#ifndef UTIL_PREORDERWALK_P_H
+#define UTIL_PREORDERWALK_P_H
+
+#include <utility>
+#include <vector>
+
+/// A walk through a tree in pre-order: a node, then everything below it, then the node after it.
+///
+/// The nodes from the start to the current one are in a list and not on the call stack, so a tree of any depth is safe.
+///
+/// \a Tree has a type `Node`, which converts to false where there is no node, and two operations that give a node:
+/// `firstBelow(node)` is called at most once for each node, when the walk has arrived there; `after(node)`, its next
+/// sibling, is called once, when everything below the node has been visited.
+template <typename Tree> class PreOrderWalk
+{
+public:
+    using Node = typename Tree::Node;
+
+    /// Starts at \a start. The walk is over at once where that is no node.
+    PreOrderWalk(Tree &walkedTree, Node start)
+        : tree(walkedTree)
+    {
+        enter(std::move(start));
+    }
+
+    bool isOver() const { return path.empty(); }
+    /// The current node. The walk must not be over.
+    const Node &node() const { return path.back(); }
+
+    /// Goes to the first node below the current one. Answers false, and stays, where there is none.
+    bool goBelow() { return enter(tree.firstBelow(path.back())); }
+
+    /// Goes to the first node behind everything below the current one. Answers false, and is over, where there is none.
+    bool goOn()
+    {
+        while (!path.empty()) {
+            Node next = tree.after(path.back());
+            path.pop_back();
+            if (enter(std::move(next)))
+                return true;
+        }
+        return false;
+    }
+
+    /// Goes to the next node. Answers false, and is over, where there is none.
+    bool advance() { return goBelow() || goOn(); }
+
+private:
+    bool enter(Node node)
+    {
+        if (!node)
+            return false;
+        path.push_back(std::move(node));
+        return true;
+    }
+
+    Tree &tree;
+    std::vector<Node> path;
+};
+
+#endif
