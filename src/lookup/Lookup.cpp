@@ -192,6 +192,103 @@ bool TVpLookup::readLookup()
     return true;
 }
 
+// One check of an open file: what it has collected, and the steps for each line.
+class TVpLookup::Import
+{
+public:
+    Import(TVpLookup &checkedLookup, QFile &openFile, std::map<QString, int *> &callersFrequencies,
+           QStringList *callersErrors)
+        : target(checkedLookup)
+        , file(openFile)
+        , stream(&openFile)
+        , frequencies(callersFrequencies)
+        , errors(callersErrors)
+    {
+        stream.setAutoDetectUnicode(true);
+    }
+
+    /// Makes the next line the current one; false behind the last one, and where reading fails.
+    bool readLine()
+    {
+        if (stream.atEnd())
+            return false;
+        const qint64 position = file.pos();
+        const bool hasLine = stream.readLineInto(&target.currentLine);
+        if (file.error() != QFileDevice::NoError)
+            return false;                         // the current line is cut
+        if (!hasLine && file.pos() == position) { // not at its end, and no text: the file became shorter
+            if (target.report)
+                target.report->add(NoteKind::readingEnded, QString(), target.lineNumber);
+            return false;
+        }
+        target.currentSize = target.currentLine.size();
+        increase(target.lineNumber);
+        return true;
+    }
+
+    void splitLine()
+    {
+        target.splitKeyValueAVL(errors);
+        if (target.report && target.currentLine.contains(QChar(QChar::ReplacementCharacter)))
+            target.report->add(NoteKind::unreadableLetters, target.currentLine, target.lineNumber);
+    }
+
+    void checkKeySize()
+    {
+        if (!target.isReporting())
+            return;
+        const int keySize = target.key.size();
+        if (firstKeySize == 0) { // an empty first key leaves it open
+            firstKeySize = keySize;
+        } else if (keySize != firstKeySize) {
+            const QString format = QStringLiteral("Key [%1] has a different key size [%2] from the first record [%3]");
+            target.issueErrorMessage(errors,
+                                     formatMessage(QStringLiteral("VpLookup.importAVL.wrongKeySize"), format,
+                                                   target.key, QString::number(keySize),
+                                                   QString::number(firstKeySize)));
+        }
+    }
+
+    /// The first value of a key stays; a further one counts in no frequency.
+    void enterKey()
+    {
+        const quint32 keyHash = lookup::hashOf(target.key);
+        if (!entries.add(target.key, keyHash, values.text(target.value)))
+            reportDuplicate();
+        else if (target.isCounting())
+            frequencies.count(target.key, keyHash, target.value);
+    }
+
+    void reportProgress() const
+    {
+        if (target.progressListener && target.lineNumber % linesOfProgress == 0)
+            target.progressListener(file.pos(), target.fileSize);
+    }
+
+    void moveEntriesTo(std::map<QString, QString> &map) { entries.moveTo(map); }
+
+private:
+    void reportDuplicate()
+    {
+        // A line that repeats the one before has a note of its own.
+        if (target.report && hasKey(target.separatorPosition()))
+            target.report->add(NoteKind::duplicateKey, target.currentLine, target.lineNumber);
+        if (target.isReporting())
+            target.issueErrorMessage(errors,
+                                     formatMessage(QStringLiteral("VpLookup.importAVL.duplicateKey"),
+                                                   QStringLiteral("Key [%1] already exists"), target.key));
+    }
+
+    TVpLookup &target;
+    QFile &file;
+    QTextStream stream;
+    lookup::Entries entries;
+    lookup::Frequencies frequencies;
+    TextCache values; ///< they repeat a lot
+    QStringList *errors;
+    int firstKeySize = 0;
+};
+
 bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *errors)
 {
     readFailed = false;
@@ -213,57 +310,16 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
             report->add(NoteKind::fileNotRead, fileName);
         return true;
     }
-
-    int firstKeySize = 0;
-    lookup::Entries newEntries;
-    lookup::Frequencies counted(frequencies);
-    TextCache values; // they repeat a lot
-    QTextStream stream(&file);
-    stream.setAutoDetectUnicode(true);
-    while (!stream.atEnd()) {
-        const qint64 taken = file.pos();
-        const bool hasLine = stream.readLineInto(&currentLine);
-        if (file.error() != QFileDevice::NoError)
-            break; // the line in hand is cut
-        if (!hasLine && file.pos() == taken) {
-            if (report)
-                report->add(NoteKind::readingEnded, QString(), lineNumber);
-            break; // not at its end, and gives nothing: the file became shorter
-        }
-        currentSize = currentLine.size();
-        increase(lineNumber);
-        splitKeyValueAVL(errors);
-        if (report && currentLine.contains(QChar(QChar::ReplacementCharacter)))
-            report->add(NoteKind::unreadableLetters, currentLine, lineNumber);
-        if (isReporting()) {
-            if (firstKeySize == 0) // an empty first key leaves it open
-                firstKeySize = key.size();
-            else if (key.size() != firstKeySize)
-                issueErrorMessage(errors,
-                                  formatMessage(QStringLiteral("VpLookup.importAVL.wrongKeySize"),
-                                                QStringLiteral("Key [%1] has a different key size [%2] from the first "
-                                                               "record [%3]"),
-                                                key, QString::number(key.size()), QString::number(firstKeySize)));
-        }
-        const quint32 keyHash = lookup::hashOf(key);
-        if (newEntries.add(key, keyHash, values.text(value))) {
-            if (isCounting())
-                counted.count(key, keyHash, value);
-        } else {
-            // A line that repeats the one before is told as that.
-            if (report && hasKey(separatorPosition()))
-                report->add(NoteKind::duplicateKey, currentLine, lineNumber);
-            if (isReporting())
-                issueErrorMessage(errors,
-                                  formatMessage(QStringLiteral("VpLookup.importAVL.duplicateKey"),
-                                                QStringLiteral("Key [%1] already exists"), key));
-        }
-        if (progressListener && lineNumber % linesOfProgress == 0)
-            progressListener(file.pos(), fileSize);
+    Import import(*this, file, frequencies, errors);
+    while (import.readLine()) {
+        import.splitLine();
+        import.checkKeySize();
+        import.enterKey();
+        import.reportProgress();
     }
     if (hasReadFailed(file))
         return false;
-    newEntries.moveTo(entries);
+    import.moveEntriesTo(entries);
     return true;
 }
 

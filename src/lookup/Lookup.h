@@ -89,6 +89,8 @@ public:
 private:
     friend struct TestAccess;
 
+    class Import; ///< one run of importAVL()
+
     bool openLookup();
     bool readLookup(); ///< the whole file into `currentLine`; nothing calls it
     bool hasReadFailed(QFile &file);
