@@ -41,19 +41,19 @@ class Counts
 {
 public:
     explicit Counts(const Layout &layout)
+        : hasRecords(layout.format < Format::Spss)
     {
         for (const Level &level : layout.levels) {
             add(level.ids);
             for (const Record &record : level.records) {
-                hasRecords = hasRecords || !record.name.isEmpty();
                 ++records;
                 add(record.items);
             }
         }
     }
 
+    bool hasRecords; ///< whether there are record types: a statistical file has none
     int records = 0;
-    bool hasRecords = false; ///< whether there are record types: a statistical file has none
     qint64 items = 0;
     qint64 valueLabels = 0;
 
@@ -147,6 +147,8 @@ private:
         if (!layout.recordType)
             return QString();
         const int start = layout.recordType->start;
+        if (layout.recordType->length < 1)
+            return QStringLiteral("column %1, length %2").arg(start).arg(layout.recordType->length);
         if (layout.recordType->length == 1)
             return QStringLiteral("column %1").arg(start);
         return QStringLiteral("columns %1\u2013%2").arg(start).arg(start + qint64(layout.recordType->length) - 1);

@@ -187,6 +187,7 @@ public:
         json.StartObject();
         text("name", layout.name);
         labels(layout.labels);
+        text("note", layout.note);
         flag("isStatistical", layout.format >= Format::Spss);
         text("weight", layout.weight);
         writeRecordType();
@@ -296,6 +297,8 @@ private:
         if (!item.isNumeric())
             text("type", item.type);
         text("form", describeType(item));
+        if (layout.format >= Format::Spss && item.format != describeType(item))
+            writeFormat(item);
         number("start", item.start);
         number("length", item.length);
         number("occurrences", item.occurrences, 1);
@@ -310,6 +313,12 @@ private:
         writeStatistics(item);
         list("sets", item.valueSets, [&](const ValueSet &set) { writeSet(set); });
         json.EndObject();
+    }
+    // A statistical file need not state a format; the words for the type are none.
+    void writeFormat(const Item &item)
+    {
+        json.Key("format");
+        piece.string(item.format);
     }
     void writeCapture(const Capture &capture)
     {

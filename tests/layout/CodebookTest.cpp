@@ -219,6 +219,47 @@ private slots:
                             "<div><dt>Positions</dt><dd dir=\"auto\">relative</dd></div>\n"));
     }
 
+    void recordTypeIsWhereTheFileHasIt_data()
+    {
+        QTest::addColumn<int>("start");
+        QTest::addColumn<int>("length");
+        QTest::addColumn<QByteArray>("fact");
+        QTest::newRow("one column") << 5 << 1 << QByteArray("column 5");
+        QTest::newRow("columns") << 5 << 3
+                                 << QByteArray("columns 5\xE2\x80\x93"
+                                               "7");
+        QTest::newRow("no length") << 5 << 0 << QByteArray("column 5, length 0");
+        QTest::newRow("beyond int") << 2147483647 << 2147483647
+                                    << QByteArray("columns 2147483647\xE2\x80\x93"
+                                                  "4294967293");
+    }
+    void recordTypeIsWhereTheFileHasIt()
+    {
+        QFETCH(int, start);
+        QFETCH(int, length);
+        QFETCH(QByteArray, fact);
+        Layout layout = layoutOf({});
+        layout.recordType = RecordTypeColumns{ start, length };
+        QCOMPARE(between(pageOf(layout), "<dt>Record type</dt><dd dir=\"auto\">", "</dd>"), fact);
+        QCOMPARE(compact(dataOf(layout)["recordType"]),
+                 '[' + QByteArray::number(start) + ',' + QByteArray::number(length) + ']');
+    }
+
+    void recordsWithoutNamesAreCounted()
+    {
+        Layout layout = layoutOf({});
+        layout.levels[0].records[0].name.clear();
+        QVERIFY(pageOf(layout).contains("<li><b>1</b> record</li>"));
+    }
+
+    void noteOfTheLayoutIsInThePage()
+    {
+        Layout layout = layoutOf({});
+        QVERIFY(!dataOf(layout).contains("note"));
+        layout.note = "Fieldwork";
+        QCOMPARE(dataOf(layout)["note"].toString(), QString("Fieldwork"));
+    }
+
     void headOfAStatisticalFileHasRowsDatesAndWeight()
     {
         Layout layout;
@@ -291,6 +332,43 @@ private slots:
                 "\"isZeroFilled\":true,\"label\":\"Age\",\"length\":2,\"measure\":\"ordinal\",\"missing\":[[\"-inf\","
                 "\"-1\"],\"99\"],\"name\":\"A\",\"note\":\"N\",\"occurrenceLabels\":[[1,\"One\"]],\"occurrences\":3,"
                 "\"start\":7,\"storage\":\"int8\",\"subitemOf\":\"P\",\"type\":\"alpha\"}"));
+    }
+
+    void formatOfAStatisticalFileIsThatOfTheFile_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("form");
+        QTest::addColumn<QString>("written"); // beside the form; null where it is the form
+        QTest::newRow("stated") << "F8.2"
+                                << "numeric"
+                                << "F8.2" << QString();
+        QTest::newRow("number without a format") << ""
+                                                 << "numeric"
+                                                 << "double" << QString("");
+        QTest::newRow("text without a format") << ""
+                                               << "alpha"
+                                               << "A(2)" << QString("");
+        QTest::newRow("text without a width") << "$"
+                                              << "alpha"
+                                              << "A(2)" << QString("$");
+    }
+    void formatOfAStatisticalFileIsThatOfTheFile()
+    {
+        QFETCH(QString, format);
+        QFETCH(QString, type);
+        QFETCH(QString, form);
+        QFETCH(QString, written);
+        Item item = itemNamed("A");
+        item.type = type;
+        item.storage = type == "alpha" ? Storage::String : Storage::Double;
+        item.format = format;
+        Layout layout = layoutOf({ item });
+        layout.format = Format::Sas;
+        const QJsonObject found = firstItemOf(dataOf(layout));
+        QCOMPARE(found["form"].toString(), form);
+        QCOMPARE(found.contains("format"), !written.isNull());
+        QCOMPARE(found["format"].toString(), written);
     }
 
     void valuesHaveRangesSpecialsAndImages()

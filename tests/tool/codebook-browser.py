@@ -209,6 +209,13 @@ class Tests:
             expect(self.book.names(), [name])
             expect(self.browser.run("document.querySelector('.found').textContent"), shown)
 
+    def signs_of_several_letters_are_found_by_them(self):
+        self.book.open_made(DICTIONARY + item("A", "Plot \u2116 5", 1, 1) + item("B", "Brand\u2122", 2, 1))
+        for text, name in (("plot no 5", "A"), ("brandtm", "B"), ("\u2116", "A")):
+            self.book.search(text)
+            self.book.wait_for_found("1 of 2 variables")
+            expect(self.book.names(), [name])
+
     def long_note_is_found_by_an_excerpt(self):
         note = "x " * 300 + "the ELDEST\\r\\nchild " + "y " * 300
         self.book.open_made(DICTIONARY + item("A", "One", 1, 1, more=["Note=" + note]))
@@ -373,6 +380,32 @@ class Tests:
             if text not in head:
                 raise AssertionError("%r is not in %r" % (text, head))
 
+    def head_has_the_note_of_the_dictionary(self):
+        note = "Fieldwork\\r\\n\u05e9\u05dc\u05d5\u05dd <b>"
+        self.book.open_made(DICTIONARY.replace("Name=D\n", "Name=D\nNote=%s\n" % note) + item("A", "One", 1, 1))
+        expect(self.browser.run("document.querySelector('#page-about .note').textContent"),
+               "Fieldwork\n\u05e9\u05dc\u05d5\u05dd <b>")
+        # Each line runs in its own direction.
+        expect(self.browser.run("getComputedStyle(document.querySelector('.note')).unicodeBidi"), "plaintext")
+
+    def record_without_a_name_shows_its_facts(self):
+        record = "\n[Record]\nRecordTypeValue='%d'\nRequired=No\nMaxRecords=4\n"
+        self.book.open_made(DICTIONARY.split("[Record]")[0].replace("Len=0", "Len=1").replace("Start=0", "Start=1")
+                            + record % 1 + item("A", "One", 2, 1) + record % 2 + item("B", "Two", 2, 1))
+        expect(self.browser.run("document.querySelector('section.record > header').innerText.replace(/\\s+/g, ' ')"),
+               "(no name) type 1 \u00b7 optional \u00b7 at most 4 records a case \u00b7 1 variable")
+
+    def level_with_a_note_alone_shows_it(self):
+        self.book.open_made(DICTIONARY.replace("[Level]\nLabel=L\nName=L", "[Level]\nNote=Urban alone.")
+                            + item("A", "One", 1, 1))
+        expect(self.browser.run("document.querySelector('.level .note').textContent"), "Urban alone.")
+
+    def variable_without_a_format_shows_none(self):
+        self.book.open(os.path.join(self.made_data, "survey.sas7bdat"), "#AGE")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(self.browser.run("document.querySelector('article.current .type').textContent"), "double")
+        expect(("Format" in self.book.details("AGE"), "Storage\ndouble" in self.book.details("AGE")), (False, True))
+
     def records_show_their_facts(self):
         self.book.open_example()
         expect(self.browser.run("document.querySelector('#page-group-2 > header').innerText.replace(/\\s+/g, ' ')"),
@@ -472,6 +505,23 @@ RecordTypeValue='2'
                "Relations PAIR REC and OTHER, where A equals B")
         expect(self.browser.run("[...document.querySelectorAll('#page-relations a')].map(e => decodeURIComponent(e.hash))"),
                ["#page-group-0", "#page-group-1", "#A", "#B"])
+
+    def link_to_a_record_ends_filters(self):
+        self.book.open_made(DICTIONARY.replace("RecordTypeStart=0\nRecordTypeLen=0", "RecordTypeStart=1\nRecordTypeLen=1")
+                            .replace("RecordTypeValue=''", "RecordTypeValue='1'") + item("A", "One", 2, 1) + """
+[Record]
+Label=Other
+Name=OTHER
+RecordTypeValue='2'
+""" + item("B", "Two", 2, 1) + "\n[Relation]\nName=PAIR\nPrimary=REC\nSecondary=OTHER\n")
+        for step in ("document.querySelectorAll('#page-relations a')[1].click()", "history.back()",
+                     "location.hash = '#page-group-1'"):
+            self.book.choose("record", "REC")
+            self.book.wait_for_found("1 of 2 variables")
+            self.browser.run(step)
+            if step != "history.back()":
+                self.book.wait_for_found("2 variables")
+                self.browser.wait_for("document.activeElement.id === 'page-heading-1'")
 
     # ---------------------------------------------------------------------------------------------- languages
     @staticmethod
@@ -825,6 +875,35 @@ RecordTypeValue='2'
                    "Number([...document.querySelectorAll('.line')][0].lastChild.previousSibling.textContent)"), ","))
         self.browser.run("dispatchEvent(new Event('afterprint'))")
         expect(self.browser.run(lines + " < 100"), True)
+
+    def many_value_sets_are_shown_in_steps(self):
+        sets = "".join("\n[ValueSet]\nName=S%d\nValue=1;One\nValue=2;Two\n" % i for i in range(150))
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1) + sets)
+        tables = "document.querySelectorAll('.value-sets table').length"
+        self.browser.click(self.book.button("A"))
+        expect(self.browser.run(tables), 20)
+        self.browser.click("document.querySelector('.value-sets + .more')")
+        expect(self.browser.run(tables), 120)
+        expect(self.browser.run("document.querySelector('.value-sets + .more').textContent"), "and 30 more")
+        self.browser.run("dispatchEvent(new Event('beforeprint'))")
+        expect(self.browser.run(tables), 150)
+        self.browser.run("dispatchEvent(new Event('afterprint'))")
+
+    def long_texts_of_a_variable_fit_a_phone(self):
+        text = "x" * 500
+        self.browser.look(390, 844)
+        try:
+            self.book.open_made(DICTIONARY + item("A", text, 1, 1, more=["Note=" + text, "Alias=" + text.upper()]) + """
+[ValueSet]
+Name=%s
+Label=%s
+Note=%s
+Value='%s';%s
+""" % (text.upper(), text, text, text, text), "#A")
+            self.browser.wait_for("document.querySelector('article.current .value-labels') !== null")
+            expect(self.browser.run("document.documentElement.scrollWidth"), 390)
+        finally:
+            self.browser.look(1200, 900)
 
     def narrow_window_needs_no_sideways_scrolling(self):
         self.browser.look(390, 844)

@@ -32,7 +32,7 @@ const marksPattern = /[\u0300-\u036f\u0591-\u05bd\u05bf\u05c1\u05c2\u05c4\u05c5\
 function folded(text)
 {
     return text.toLowerCase().replace(plainPattern, character => plainCharacters.get(character)).normalize("NFKD")
-        .replace(marksPattern, "").replace(plainPattern, character => plainCharacters.get(character));
+        .toLowerCase().replace(marksPattern, "").replace(plainPattern, character => plainCharacters.get(character));
 }
 
 // The folded text, and for each of its characters the place in the text.

@@ -4,6 +4,7 @@ const chunkSize = 50;          // variables that are drawn at a time
 const mostPrintedWhole = 2000; // variables that are printed with details and rulers
 const mostPrintedLabels = 50000; // of all variables that are printed; of more each has the first ones
 const labelStep = 200;         // values that are shown at a time
+const setStep = 20;            // value sets of a variable that are shown at a time
 const problemStep = 25;        // problems of a kind that are shown at a time
 const mostProblemsBeside = 100; // problems that are shown beside a variable
 const mostLanes = 12;          // variables that are drawn on one column
@@ -261,7 +262,7 @@ function makeNote(note)
     return element;
 }
 
-const makeAliases = aliases => make("p", "hint", "Also named " + aliases.map(shown).join(", "));
+const makeAliases = aliases => make("p", "hint", "Also named ", makeText("span", "aliases", aliases.join(", ")));
 
 function drawHead()
 {
@@ -518,7 +519,7 @@ function makeProperties(i)
                              value instanceof Node ? make("dd", "", value) : makeText("dd", "", String(value))));
     };
     add("Type", inWords(typeOf(variable)));
-    add("Format", variable.form === typeOf(variable) ? "" : variable.form);
+    add("Format", variable.format ?? (variable.form === typeOf(variable) ? "" : variable.form));
     if (groups.length > 1)
         add("Record", groups[variable.group].isIds ? "all (id item)" : groups[variable.group].name, "of-record");
     if (hasColumns(variable))
@@ -612,11 +613,22 @@ function makeValue(variable, [codes, label, more = {}])
     return make("tr", special ? "is-special" : "", makeCode(codes), cell);
 }
 
+const printsAll = () => printsDetails && printedLabels <= mostPrintedLabels;
+
+function makeValueSets(variable)
+{
+    const sets = setsOf(variable);
+    const list = make("div", "value-sets");
+    const box = make("div", "", list);
+    addInSteps(list, sets.length, printsAll() ? sets.length : setStep, k => makeValueSet(variable, sets[k]));
+    return box;
+}
+
 function makeValueSet(variable, set)
 {
     const values = valuesOf(set);
     const body = make("tbody");
-    const step = printsDetails && printedLabels <= mostPrintedLabels ? values.length : labelStep;
+    const step = printsAll() ? values.length : labelStep;
     const head = make("tr", "", make("th", "", "Code"), make("th", "", "Label"));
     for (const cell of head.children)
         cell.scope = "col";
@@ -648,7 +660,7 @@ function showDetails(row, i)
     if (variable.occurrenceLabels)
         details.append(makeOccurrences(variable.occurrenceLabels));
     if (setsOf(variable).length > 0)
-        details.append(make("div", "value-sets", ...setsOf(variable).map(set => makeValueSet(variable, set))));
+        details.append(makeValueSets(variable));
     const link = make("a", "permalink", "Link to this variable");
     link.href = linkTo(i);
     link.dataset.variable = i;
@@ -1111,13 +1123,14 @@ function titleOf(group)
 {
     if (group.isIds)
         return levels.length > 1 ? "Id items of level " + (group.level + 1) : "Id items";
-    return group.name ? makeText("span", "name", group.name) : "Variables";
+    return group.name ? makeText("span", "name", group.name) : data.isStatistical ? "Variables" : "(no name)";
 }
 
 function makeGroupLink(g)
 {
     const link = make("a", "", titleOf(groups[g]));
     link.href = "#" + ownPrefix + "group-" + g;
+    link.dataset.group = g;
     return link;
 }
 
@@ -1137,7 +1150,7 @@ function makeRecordFacts(group, count)
     const facts = make("p", "facts");
     if (group.type)
         facts.append("type ", makeText("code", "", group.type), " · ");
-    if (!group.isIds && group.name) {
+    if (!group.isIds && !data.isStatistical) {
         facts.append(group.isOptional ? "optional · " : "required · ");
         facts.append("at most " + counted(group.maximum === undefined ? 1 : group.maximum, "record") + " a case · ");
         if (group.length !== undefined)
@@ -1263,6 +1276,7 @@ function linkOf(section, g)
     if (!section.link) {
         section.link = make("a", "", titleOf(groups[g]), " ", make("span", "count"));
         section.link.href = "#" + section.element.id;
+        section.link.dataset.group = g;
     }
     section.link.lastChild.textContent = written(section.shown.length);
     return section.link;
@@ -1302,7 +1316,7 @@ function drawRecords()
     levelHeads.length = 0;
     page("variables").replaceChildren();
     levels.forEach((level, number) => {
-        if (level.name || level.label)
+        if (level.name || level.label || level.note || level.aliases)
             page("variables").append(makeLevelHead(level, number));
         page("variables").append(...groupsOfLevel[number].map(g => makeSection(groups[g], g)));
     });
@@ -1362,6 +1376,8 @@ function goToGroup(g)
         showAll();
     const { element } = sections[g];
     drawLate(element);
+    element.querySelector("h2").tabIndex = -1;
+    element.querySelector("h2").focus({ preventScroll: true });
     const first = inOrder.findIndex(i => variables[i].group >= g);
     for (const near of [inOrder[first - 1], inOrder[first]]) {
         if (near !== undefined)
@@ -1401,8 +1417,12 @@ function goToFragment()
         complainOf(fragment);
 }
 
+// A part of the page itself: a record, or the problems of a severity.
 function openOwn(fragment)
 {
+    const g = sections.findIndex(section => section.element.id === fragment);
+    if (g >= 0)
+        goToGroup(g);
     for (const ofSeverity of document.querySelectorAll("details.of-severity")) {
         if (ofSeverity.id === fragment)
             ofSeverity.open = true;
@@ -1553,13 +1573,16 @@ function handleKey(event)
 
 function followLink(event)
 {
-    const link = event.target.closest("a[data-variable]");
+    const link = event.target.closest("a[data-variable], a[data-group]");
     if (!link || event.ctrlKey || event.metaKey || event.shiftKey)
         return;
     event.preventDefault();
     if (location.hash !== link.hash)
         history.pushState(null, "", link.hash);
-    goTo(Number(link.dataset.variable));
+    if (link.dataset.variable !== undefined)
+        goTo(Number(link.dataset.variable));
+    else
+        goToGroup(Number(link.dataset.group));
 }
 
 function toggleFilters()
