@@ -130,7 +130,7 @@ void TCSProDataImport::openRead(QString fileName)
     copyDataFromDictionary();
     if (report) {
         cspro::tellOfLayout(*report, *dictionary, groupList);
-        tellOfRepeatedNames(*report, fields, fieldsByName.size());
+        reportRepeatedNames(*report, fields, fieldsByName.size());
     }
 }
 

@@ -43,7 +43,7 @@ void readDictionary(Dictionary &dictionary, QString path, ReadReport *report, QS
         dictionary.report = nullptr;
         problem = dictionary.readProblem;
     });
-    if (report && !tellOfMissingFile(*report, path))
+    if (report && !reportMissingFile(*report, path))
         dictionary.report = report;
     dictionary.readFile(std::move(path));
 }

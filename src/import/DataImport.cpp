@@ -100,7 +100,7 @@ void TDataImport::releaseContents()
     fieldsByName.clear();
     readProblem.clear();
     stateValue = 0;
-    kept->giveBack();
+    kept->freeAll();
 }
 
 QString TDataImport::getSourceName() const

@@ -163,7 +163,7 @@ void TVpDataProvider::releaseContents()
     recordTypeNames = nullptr;
     typeNames = nullptr;
     hasGivenBack = true; // the lists are made again when they are needed: what is given back leaves nothing behind
-    kept->giveBack();
+    kept->freeAll();
 }
 
 bool TVpDataProvider::openDataProvider()

@@ -22,7 +22,7 @@ struct KeptObjects::Shelf {
     std::vector<TGenericField *> fields;
     std::vector<Entry> others;
 
-    // Fields that were added several times, as those of a file that is opened again may be, stand once from here on.
+    // Removes duplicates: a reopened file may add a field again.
     void dropRepeatedFields()
     {
         std::sort(fields.begin(), fields.end());
@@ -38,8 +38,8 @@ struct KeptObjects::Shelf {
         fields.push_back(field);
     }
 
-    // Puts everything on top of another shelf. Onto an empty one it needs no memory: some may have to be given back
-    // because there is none left.
+    // Moves everything on top of another shelf. This needs no memory where the other one is empty: objects may have to
+    // be freed because no memory is left.
     void moveTo(Shelf &other)
     {
         if (other.fields.empty() && other.others.empty()) {
@@ -66,7 +66,7 @@ KeptObjects &KeptObjects::operator=(const KeptObjects &other)
     if (this == &other)
         return *this;
     const auto former = std::exchange(shelves, other.shelves);
-    // What nobody else reaches is gathered on one shelf, so that there are few of them after any number of assignments.
+    // Shelves that nobody else reaches are merged into one, so that their number stays small after many assignments.
     std::shared_ptr<Shelf> own;
     for (auto shelf = former.crbegin(); shelf != former.crend(); ++shelf) {
         if (shelf->use_count() > 1)
@@ -104,9 +104,9 @@ void KeptObjects::forget(const void *address)
     }
 }
 
-void KeptObjects::giveBack()
+void KeptObjects::freeAll()
 {
-    // Nothing is left on a shelf while objects go: they may ask their makers to give back, too. A field may stand on
+    // The shelves are emptied before any object is freed, since its destructor may call this again. A field may be on
     // several shelves.
     Shelf going;
     for (auto shelf = shelves.crbegin(); shelf != shelves.crend(); ++shelf)

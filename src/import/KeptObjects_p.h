@@ -7,12 +7,13 @@
 
 class TGenericField;
 
-/// What an importer or a provider has made that outlives it, within reach so that it can be given back.
+/// The objects that an importer or a provider has made and that outlive it. They stay reachable, so that they can be
+/// freed on request.
 ///
-/// Copies share it: whichever of them gives back first gives back all of it, once. An assignment keeps within reach
-/// what its target had made before and no copy of the target reaches; one to itself changes nothing. Destroying the
-/// last copy gives nothing back: what was made then lasts as long as the process. Everything runs on the caller's
-/// thread; nothing is locked.
+/// Copies share the objects: whichever copy frees first frees all of them, once. After an assignment the target still
+/// reaches the objects that it had made before, unless a copy of the target reaches them; an assignment to itself
+/// changes nothing. Destroying the last copy frees nothing: its objects then last as long as the process. All calls
+/// are made on the caller's thread; nothing is locked.
 class KeptObjects
 {
 public:
@@ -21,16 +22,17 @@ public:
     KeptObjects &operator=(const KeptObjects &other);
     ~KeptObjects();
 
-    /// A field made with `new`, any number of times; this object and its copies alone may keep it.
+    /// Keeps \a field, which was made with `new`. It may be added any number of times, to this object and its copies
+    /// only.
     void addField(TGenericField *field);
-    /// Has giveBack() run \a free, which frees what stands at \a address.
+    /// Makes freeAll() run \a free, which frees the object at \a address.
     void add(const void *address, std::function<void()> free);
-    /// Takes out of reach what was added under \a address, as its maker frees it now.
+    /// Removes the object that was added under \a address: its maker frees it.
     void forget(const void *address);
-    /// Frees everything: the fields, then the rest, what was added last first. What is added from then on is kept anew.
-    void giveBack();
+    /// Frees the fields, then all other objects, the last one added first. Later objects are kept anew.
+    void freeAll();
 
-    /// A new object that is kept.
+    /// Makes a new object and keeps it.
     template <typename T> T *make()
     {
         auto made = std::make_unique<T>();
@@ -42,7 +44,8 @@ public:
 private:
     struct Shelf;
 
-    std::vector<std::shared_ptr<Shelf>> shelves; ///< new objects go to the first; the others are of former assignments
+    std::vector<std::shared_ptr<Shelf>>
+        shelves; ///< new objects go to the first one; the others are from former assignments
 };
 
 #endif

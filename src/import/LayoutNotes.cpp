@@ -8,7 +8,7 @@
 
 #include <cmath>
 
-void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t differentNames)
+void reportRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t differentNames)
 {
     if (!fields || size_t(fields->size()) == differentNames)
         return;
@@ -27,7 +27,7 @@ bool isWrittenInFull(double number)
     return numbers::toDouble(text) == number && (std::abs(number) < 1 || !text.contains(QLatin1Char('e')));
 }
 
-bool tellOfMissingFile(ReadReport &report, const QString &path)
+bool reportMissingFile(ReadReport &report, const QString &path)
 {
     const QFileInfo info(path);
     QFile file(path);

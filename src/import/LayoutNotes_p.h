@@ -6,14 +6,15 @@
 
 #include <QList>
 
-/// Tells of variables of one name: a search by name finds the last one alone. There are \a names different names.
-void tellOfRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t names);
+/// Reports variables that share a name: a search by name finds only the last one. \a differentNames is the number of
+/// distinct names.
+void reportRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t differentNames);
 
-/// Whether a number reads the same in the six digits that the layout has for it. One of more digits does not, even if
-/// those that an exponent leaves out are zeros.
+/// Returns whether the layout keeps a number exactly, although it writes six digits. A number of more digits is not
+/// kept exactly, even if the digits that an exponent leaves out are zeros.
 bool isWrittenInFull(double number);
 
-/// Tells of a file that cannot be read at all; false if there is one.
-bool tellOfMissingFile(ReadReport &report, const QString &path);
+/// Reports a file that cannot be read at all, and returns true for it. Otherwise reports nothing and returns false.
+bool reportMissingFile(ReadReport &report, const QString &path);
 
 #endif

@@ -180,7 +180,7 @@ template <typename Importer> struct ImportBody {
         importer->labelSets.clear();
         importer->reading = &reading;
         ReadReport *report = importer->getReadReport();
-        const bool canTell = report && !tellOfMissingFile(*report, importer->getSourceName());
+        const bool canTell = report && !reportMissingFile(*report, importer->getSourceName());
         reading.report = canTell ? report : nullptr;
         if (canTell && !importer->variables.empty())
             report->add(NoteKind::openedTwice, importer->getSourceName());
@@ -192,7 +192,7 @@ template <typename Importer> struct ImportBody {
             importer->addField(variable);
         if (canTell) {
             reading.tellOfEnd(importer->labelSets, labelResult, result, !importer->variables.empty());
-            tellOfRepeatedNames(*report, importer->fields, importer->fieldsByName.size());
+            reportRepeatedNames(*report, importer->fields, importer->fieldsByName.size());
         }
         return result;
     }

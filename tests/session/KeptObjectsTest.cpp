@@ -36,7 +36,7 @@ private Q_SLOTS:
         KeptObjects kept;
         addMark(kept, "list");
         addMark(kept, "dictionary");
-        kept.giveBack();
+        kept.freeAll();
         QCOMPARE(gone, QStringList({ "dictionary", "list" }));
     }
 
@@ -45,7 +45,7 @@ private Q_SLOTS:
         KeptObjects kept;
         kept.addField(new MarkedField(&gone, "AGE"));
         addMark(kept, "dictionary");
-        kept.giveBack();
+        kept.freeAll();
         QCOMPARE(gone, QStringList({ "AGE", "dictionary" }));
     }
 
@@ -58,7 +58,7 @@ private Q_SLOTS:
             kept.addField(age);
             kept.addField(sex);
         }
-        kept.giveBack();
+        kept.freeAll();
         gone.sort();
         QCOMPARE(gone, QStringList({ "AGE", "SEX" }));
     }
@@ -73,7 +73,7 @@ private Q_SLOTS:
         KeptObjects source;
         target = source;
         target.addField(age);
-        target.giveBack();
+        target.freeAll();
         QCOMPARE(gone, QStringList({ "AGE", "dictionary" }));
     }
 
@@ -85,9 +85,9 @@ private Q_SLOTS:
         KeptObjects source;
         target = source;
         addMark(formerCopy, "later");
-        target.giveBack();
+        target.freeAll();
         QCOMPARE(gone, QStringList());
-        formerCopy.giveBack();
+        formerCopy.freeAll();
         QCOMPARE(gone, QStringList({ "later", "shared" }));
     }
 
@@ -102,7 +102,7 @@ private Q_SLOTS:
         addMark(target, "of the target");
         target = first;
         target = second;
-        target.giveBack();
+        target.freeAll();
         gone.sort();
         QCOMPARE(gone, QStringList({ "of the second", "of the target" }));
     }
@@ -117,7 +117,7 @@ private Q_SLOTS:
             addMark(target, QString::number(i));
             expected.prepend(QString::number(i));
         }
-        target.giveBack();
+        target.freeAll();
         QCOMPARE(gone, expected);
     }
 
@@ -125,8 +125,8 @@ private Q_SLOTS:
     {
         KeptObjects kept;
         addMark(kept, "list");
-        kept.giveBack();
-        kept.giveBack();
+        kept.freeAll();
+        kept.freeAll();
         QCOMPARE(gone, QStringList({ "list" }));
     }
 
@@ -137,9 +137,9 @@ private Q_SLOTS:
         KeptObjects copy(kept);
         addMark(kept, "after");
         addMark(copy, "of the copy");
-        copy.giveBack();
+        copy.freeAll();
         QCOMPARE(gone, QStringList({ "of the copy", "after", "before" }));
-        kept.giveBack();
+        kept.freeAll();
         QCOMPARE(gone.size(), 3);
     }
 
@@ -151,7 +151,7 @@ private Q_SLOTS:
         addMark(source, "of the source");
         target = source;
         addMark(target, "later");
-        target.giveBack();
+        target.freeAll();
         gone.sort();
         QCOMPARE(gone, QStringList({ "later", "of the source", "of the target" }));
     }
@@ -162,9 +162,9 @@ private Q_SLOTS:
         addMark(target, "of the target");
         KeptObjects source;
         target = source;
-        source.giveBack();
+        source.freeAll();
         QCOMPARE(gone, QStringList());
-        target.giveBack();
+        target.freeAll();
         QCOMPARE(gone, QStringList({ "of the target" }));
     }
 
@@ -174,7 +174,7 @@ private Q_SLOTS:
         addMark(kept, "list");
         const KeptObjects &same = kept;
         kept = same;
-        kept.giveBack();
+        kept.freeAll();
         QCOMPARE(gone, QStringList({ "list" }));
     }
 
@@ -188,10 +188,10 @@ private Q_SLOTS:
         kept = same;
         addMark(kept, "later");
         addMark(copy, "of the copy");
-        kept.giveBack();
+        kept.freeAll();
         QCOMPARE(gone, QStringList({ "of the copy", "later", "before the copy" }));
         addMark(kept, "anew");
-        copy.giveBack();
+        copy.freeAll();
         QCOMPARE(gone.last(), QString("anew"));
     }
 
@@ -206,9 +206,9 @@ private Q_SLOTS:
         kept = copy;
         copy = kept;
         addMark(copy, "later");
-        kept.giveBack();
+        kept.freeAll();
         QCOMPARE(gone, QStringList({ "later", "before the copy", "of an earlier assignment" }));
-        copy.giveBack();
+        copy.freeAll();
         QCOMPARE(gone.size(), 3);
     }
 
@@ -230,7 +230,7 @@ private Q_SLOTS:
         kept.add(&later, [this] { gone.append("later"); });
         kept.forget(&former);
         kept.forget(this); // never added
-        kept.giveBack();
+        kept.freeAll();
         QCOMPARE(gone, QStringList({ "later" }));
     }
 
@@ -238,9 +238,9 @@ private Q_SLOTS:
     {
         KeptObjects kept;
         kept.add(nullptr, [&] { addMark(kept, "added meanwhile"); });
-        kept.giveBack();
+        kept.freeAll();
         QCOMPARE(gone, QStringList());
-        kept.giveBack();
+        kept.freeAll();
         QCOMPARE(gone, QStringList({ "added meanwhile" }));
     }
 
@@ -249,7 +249,7 @@ private Q_SLOTS:
         KeptObjects kept;
         auto *list = kept.make<QStringList>();
         list->append("a text");
-        kept.giveBack(); // a leak or a second delete is the sanitizer's to find
+        kept.freeAll(); // a leak or a second delete is the sanitizer's to find
     }
 
 private:

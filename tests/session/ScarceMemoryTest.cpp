@@ -26,7 +26,7 @@ private Q_SLOTS:
             kept.addField(new FakeField);
         const long before = scarce::blocksHeld;
         scarce::blocksLeft = 0;
-        kept.giveBack();
+        kept.freeAll();
         scarce::blocksLeft = scarce::unlimited;
         QVERIFY(scarce::blocksHeld <= before - count);
     }

@@ -397,7 +397,7 @@ private Q_SLOTS:
             KeptObjects kept;
             const auto atEnd = qScopeGuard([&] {
                 scarce::blocksLeft = scarce::unlimited;
-                kept.giveBack();
+                kept.freeAll();
             });
             statistical::addValueLabel(sets, "set", value, "label", nullptr, kept);
         };
