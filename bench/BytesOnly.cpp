@@ -1,6 +1,6 @@
 // The least that a reader of a dictionary must do, as a process of its own: decode a text, or parse a JSON document.
 
-#include "util/TextFile_p.h"
+#include "cspro/TextFileReader_p.h"
 
 #include <QFile>
 #include <QJsonDocument>

@@ -7,7 +7,7 @@
 #include "cspro/CSProJsonDataImport.h"
 #include "import/DataProvider.h"
 #include "import/ReadReport.h"
-#include "util/TextFile_p.h"
+#include "cspro/TextFileReader_p.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,9 +1,11 @@
 #include "cspro/CSPro_p.h"
 
 #include "cspro/CSProNotes_p.h"
+#include "cspro/TextFileReader_p.h"
 #include "import/Constants.h"
 #include "util/FileReading_p.h"
 #include "util/Numbers_p.h"
+#include "util/TextFile_p.h"
 
 #include <algorithm>
 #include <iterator>

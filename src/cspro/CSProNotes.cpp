@@ -6,6 +6,7 @@
 #include "import/LayoutNotes_p.h"
 #include "util/KeyedHash_p.h"
 #include "util/Numbers_p.h"
+#include "util/TextFile_p.h"
 
 #include <algorithm>
 #include <bitset>

@@ -4,7 +4,7 @@
 #include "cspro/CSProModel_p.h"
 #include "import/GenericField.h"
 #include "import/ReadReport.h"
-#include "util/TextFile_p.h"
+#include "cspro/TextLines_p.h"
 
 #include <QJsonObject>
 

@@ -3,7 +3,7 @@
 
 #include "cspro/CSProModel_p.h"
 #include "cspro/CSProNotes_p.h"
-#include "util/TextFile_p.h"
+#include "cspro/TextLines_p.h"
 
 #include <QMessageBox>
 #include <QStringList>
@@ -12,6 +12,7 @@
 #include <optional>
 #include <vector>
 
+class TextFileReader;
 class TValueSetItem;
 
 namespace cspro

@@ -5,6 +5,7 @@
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
 #include "util/FileReading_p.h"
+#include "util/TextFile_p.h"
 
 #include <algorithm>
 #include <array>

@@ -1,73 +1,15 @@
 #include "util/TextFile_p.h"
 
-#include "util/FileReading_p.h"
-
-#include <QFile>
 #include <QTextCodec>
 
 #include <algorithm>
 #include <cstring>
-
-TextLines::TextLines(const QStringList *list)
-    : texts(list)
-{
-}
-
-TextLines::TextLines(const QStringList &list)
-    : texts(&list)
-{
-}
-
-TextLines TextLines::ofText(QStringView text)
-{
-    TextLines lines;
-    lines.text = text;
-    lines.end = lines.feedBehind(0);
-    return lines;
-}
-
-// Moves to the line at the index, or behind the last one.
-void TextLines::moveTo(int index) const
-{
-    if (index < line) {
-        line = 0;
-        begin = 0;
-        end = feedBehind(0);
-    }
-    for (; line < index && end < text.size(); ++line) {
-        begin = end + 1;
-        end = feedBehind(begin);
-    }
-}
-
-qsizetype TextLines::feedBehind(qsizetype position) const
-{
-    return std::find(text.begin() + position, text.end(), QLatin1Char('\n')) - text.begin();
-}
-
-SectionLines::SectionLines(const QStringList *list)
-{
-    if (!list)
-        return;
-    reserve(list->size());
-    for (const QString &line : *list)
-        append(line);
-}
-
-SectionLines::SectionLines(const QStringList &list)
-    : SectionLines(&list)
-{
-}
 
 namespace textfile
 {
 
 namespace
 {
-
-// More bytes than this could need more characters than a QString holds.
-constexpr qint64 mostBytes = 1 << 30;
-constexpr qint64 blockSize = 1 << 20;
 
 // Registered numbers of two character sets.
 constexpr int mibAscii = 3;
@@ -168,23 +110,6 @@ void removeReturns(QString &text)
         text.truncate(int(std::remove(text.begin(), text.end(), carriageReturn) - text.begin()));
 }
 
-void requireRoom(qint64 size)
-{
-    if (size > mostBytes)
-        throw ReadingGivenUp(QStringLiteral("is larger than 1 GiB, the most that a text dictionary can have"));
-}
-
-// A pipe or a device does not tell its size: it may have no end.
-QByteArray readToEnd(QFile &file)
-{
-    QByteArray bytes;
-    for (QByteArray block = file.read(blockSize); !block.isEmpty(); block = file.read(blockSize)) {
-        bytes += block;
-        requireRoom(bytes.size());
-    }
-    return bytes;
-}
-
 } // namespace
 
 bool isUtf8(const QByteArray &bytes)
@@ -200,6 +125,21 @@ bool isUtf8(const QByteArray &bytes)
     return true;
 }
 
+Mark markOf(const QByteArray &bytes)
+{
+    const ByteOrderMark *mark = findByteOrderMark(bytes);
+    if (!mark)
+        return Mark::none;
+    return mark == utf8Mark ? Mark::utf8 : Mark::other;
+}
+
+QString decodeUtf8(const QByteArray &bytes)
+{
+    QString text = fromUtf8(bytes);
+    removeReturns(text);
+    return text;
+}
+
 QString decode(const QByteArray &bytes)
 {
     QString text = decodeWithReturns(bytes);
@@ -208,64 +148,3 @@ QString decode(const QByteArray &bytes)
 }
 
 } // namespace textfile
-
-TextFileReader::TextFileReader(const QString &fileName)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    opened = true;
-    textfile::requireRoom(file.size());
-    bytes = file.isSequential() ? textfile::readToEnd(file) : readAllOf(file);
-    readProblem = readProblemOf(file);
-    if (!readProblem.isEmpty())
-        bytes.clear();
-    const auto *mark = textfile::findByteOrderMark(bytes);
-    hasUtf8Mark = mark == textfile::utf8Mark;
-    isInBlocks = mark ? hasUtf8Mark : textfile::isUtf8(bytes);
-    encodingGuessed = !mark && !isInBlocks;
-}
-
-void TextFileReader::forEachBrokenLine(const std::function<void(int, const QString &)> &tell) const
-{
-    if (!hasUtf8Mark || textfile::isUtf8(bytes))
-        return;
-    int number = 1;
-    for (int begin = 0; begin < bytes.size(); ++number) {
-        const int feed = bytes.indexOf('\n', begin);
-        const int end = feed < 0 ? bytes.size() : feed;
-        const QByteArray line = QByteArray::fromRawData(bytes.constData() + begin, end - begin);
-        if (!textfile::isUtf8(line)) {
-            QString text = textfile::fromUtf8(line);
-            textfile::removeReturns(text);
-            tell(number, text);
-        }
-        begin = end + 1;
-    }
-}
-
-// Behind the next line feed that a bracket follows, once the block has its size.
-int TextFileReader::endOfBlock() const
-{
-    const int least = position + usualBlockSize;
-    if (!isInBlocks || least >= bytes.size())
-        return bytes.size();
-    const int feed = bytes.indexOf("\n[", least);
-    return feed < 0 ? bytes.size() : feed + 1;
-}
-
-bool TextFileReader::readBlock(QString &text)
-{
-    if (position >= bytes.size())
-        return false;
-    const int end = endOfBlock();
-    const QByteArray block = QByteArray::fromRawData(bytes.constData() + position, end - position);
-    position = end;
-    if (isInBlocks) {
-        text = textfile::fromUtf8(block);
-        textfile::removeReturns(text);
-    } else {
-        text = textfile::decode(block);
-    }
-    return true;
-}

@@ -1,9 +1,9 @@
 #include "cspro/CSPro_p.h"
+#include "cspro/TextFileReader_p.h"
 #include "import/ReadReport.h"
 #include "support/DebugCapture.h"
 #include "support/OwnedDictionary.h"
 #include "support/Thrown.h"
-#include "util/TextFile_p.h"
 
 #include <QFile>
 #include <QTemporaryDir>

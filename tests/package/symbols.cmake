@@ -9,7 +9,7 @@ set(public TDataImport ReadReport ReadNote TGenericField TVpSourceField TVpDataP
     VpErrorManager formatMessage setDecimalAnswer importFormatOf makeImporter Model_VanAdmin)
 # TStatValueLabel may be used by all; having no operation, it exports nothing.
 set(internal KeptObjects TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro
-    numbers textfile TStatValueLabel statistical lookup)
+    TextLines SectionLines TextFileReader numbers textfile TStatValueLabel statistical lookup)
 
 execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE status OUTPUT_VARIABLE output)
 if(NOT status EQUAL 0)

@@ -1,0 +1,81 @@
+#ifndef CSPRO_TEXTLINES_P_H
+#define CSPRO_TEXTLINES_P_H
+
+#include <QStringList>
+#include <QStringView>
+
+#include <vector>
+
+/// The lines of a text or of a list of texts, read in their order. They are views: the text or list must outlive them.
+/// Going forward costs one pass over the text; going back starts again at its first line.
+class TextLines
+{
+public:
+    /// The texts of a list, as they are; null counts as empty.
+    TextLines(const QStringList *list);
+    TextLines(const QStringList &list);
+    /// The lines of \a text, each ended by a line feed or by the end of the text. No line follows a final line feed.
+    static TextLines ofText(QStringView text);
+
+    /// Whether there is a line at an index from 0.
+    bool has(int index) const
+    {
+        if (texts)
+            return index >= 0 && index < texts->size();
+        find(index);
+        return line == index && begin < text.size();
+    }
+    /// The line at an index for which has() is true.
+    QStringView at(int index) const
+    {
+        if (texts)
+            return texts->at(index);
+        find(index);
+        return QStringView(text.data() + begin, end - begin);
+    }
+
+private:
+    TextLines() = default;
+    void find(int index) const
+    {
+        if (index != line)
+            moveTo(index);
+    }
+    void moveTo(int index) const;
+    qsizetype feedBehind(qsizetype position) const;
+
+    const QStringList *texts = nullptr;
+    QStringView text;
+    // the line of the last call and its place in the text
+    mutable int line = 0;
+    mutable qsizetype begin = 0;
+    mutable qsizetype end = 0;
+};
+
+/// The lines of one section, or of a list of texts. They are views: the text or list must outlive them.
+class SectionLines
+{
+public:
+    SectionLines() = default;
+    /// The texts of a list, as they are; null counts as empty.
+    SectionLines(const QStringList *list);
+    SectionLines(const QStringList &list);
+
+    bool isEmpty() const { return views.empty(); }
+    void append(QStringView line) { views.push_back(line); }
+    /// Stores the number in the file of the line appended last. Either all lines of a section have one or none has.
+    void numberLast(int number) { numbers.push_back(number); }
+    /// The number in the file, from 1, of the line at \a index; 0 where no line has one.
+    int numberOf(size_t index) const { return index < numbers.size() ? numbers[index] : 0; }
+    size_t size() const { return views.size(); }
+    QStringView at(size_t index) const { return views[index]; }
+    void reserve(int count) { views.reserve(size_t(count)); }
+    auto begin() const { return views.cbegin(); }
+    auto end() const { return views.cend(); }
+
+private:
+    std::vector<QStringView> views;
+    std::vector<int> numbers;
+};
+
+#endif
