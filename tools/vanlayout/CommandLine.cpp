@@ -65,12 +65,12 @@ void describeShow(CLI::App &command, ShowOptions &options)
 {
     addChoice(command, "--format", options.format, { "table", "json", "csv" }, "table, json or csv");
     command.add_flag("--pretty", options.isPretty, "indent the JSON form");
-    command.add_flag("--labels", options.showsValues, "show the value labels beneath each item of the table");
+    command.add_flag("--labels", options.showsValues, "show the value labels below each item of the table");
     CLI::Option *codes
-        = command.add_flag("--codes", options.showsCodes, "CSV with one line a code instead of one line an item");
+        = command.add_flag("--codes", options.showsCodes, "CSV with one line per code instead of one per item");
     command
         .add_option("--variable", options.variables,
-                    "show this variable alone, * and ? allowed; more after commas, or the option again")
+                    "show only this variable; * and ? are wildcards, several are separated by commas")
         ->delimiter(',')
         ->allow_extra_args(false)
         ->type_name("NAME");
@@ -80,17 +80,17 @@ void describeShow(CLI::App &command, ShowOptions &options)
         = command.add_flag("--languages", options.listsLanguages, "list the languages of each file")->excludes(codes);
     command.add_option("--catalog", options.catalog, "SAS catalog with the value labels of a SAS data set")
         ->type_name("FILE");
-    command.add_flag("--problems", options.listsProblems, "list the problems of each file, with their lines")
+    command.add_flag("--problems", options.listsProblems, "list the problems of each file, with line numbers")
         ->excludes(codes)
         ->excludes(languages);
-    command.add_flag("--quiet", options.isQuiet, "write no line about warnings to standard error");
+    command.add_flag("--quiet", options.isQuiet, "print no line about warnings on standard error");
     command.add_option("FILE", options.files, "files to show; - is standard input")->required();
 }
 
 void describeFields(CLI::App &command, FieldsOptions &options)
 {
     addChoice(command, "--format", options.format, { "table", "json", "csv" }, "table, json or csv");
-    addType(command, options.type, "how to read the files; auto goes by their content");
+    addType(command, options.type, "format of the files; auto determines it from their content");
     addChoice(command, "--decimals", options.decimals, { "ask", "yes", "no" },
               "whether decimal codes become integers; ask shows a dialog");
     command.add_option("FILE", options.files, "files to read")->required();
@@ -99,10 +99,11 @@ void describeFields(CLI::App &command, FieldsOptions &options)
 void describeLookup(CLI::App &command, LookupOptions &options)
 {
     addFormat(command, options.format);
-    addSeparator(command, options.separator, "what parts a key from its value");
+    addSeparator(command, options.separator, "separator between a key and its value");
     addChoice(command, "--mode", options.mode, { "count", "errors", "both" },
               "count the values, report errors, or both");
-    command.add_option("--max-messages", options.maxMessages, "the message behind so many says so; none by default")
+    command
+        .add_option("--max-messages", options.maxMessages, "the first message after N is replaced by one that says so")
         ->check(CLI::Range(0, std::numeric_limits<int>::max()))
         ->type_name("N");
     command.add_option("FILE", options.file, "lookup file to check")->required();
@@ -112,15 +113,15 @@ void describeExplain(CLI::App &command, ExplainOptions &options)
 {
     addFormat(command, options.format);
     addChoice(command, "--type", options.type, { "auto", "cspro", "cspro8", "stata", "spss", "lookup" },
-              "how to read the files; auto goes by their content");
+              "format of the files; auto determines it from their content");
     addDecimals(command, options.decimals);
-    addSeparator(command, options.separator, "of lookups: what parts a key from its value");
-    command.add_flag("--all", options.showsAll, "show every place of a kind, not the first ten variables");
-    command.add_flag("--summary", options.isSummary, "show one line a file");
+    addSeparator(command, options.separator, "for lookups: separator between a key and its value");
+    command.add_flag("--all", options.showsAll, "show every place of a kind, not only the first ten variables");
+    command.add_flag("--summary", options.isSummary, "show one line per file");
     command
         .add_option("--fail-on", options.failures,
-                    "notes that make the status 1: lost (the default), changed (or lost), or a kind such as subitem; "
-                    "more after commas, or the option again")
+                    "notes that give status 1: lost (the default), changed (or lost), or a kind such as subitem; "
+                    "several are separated by commas")
         ->delimiter(',')
         ->allow_extra_args(false)
         ->check(CLI::IsMember(explainFailures()))
@@ -131,7 +132,7 @@ void describeExplain(CLI::App &command, ExplainOptions &options)
 void describeDiff(CLI::App &command, DiffCall &options)
 {
     addChoice(command, "--format", options.format, { "table", "json", "html" }, "table, json or html");
-    command.add_flag("--summary", options.isSummary, "print how often each kind of difference occurs");
+    command.add_flag("--summary", options.isSummary, "print the number of differences of each kind");
     const auto addKinds = [&](const char *name, std::vector<std::string> &kinds, const char *help) {
         command.add_option(name, kinds, help)
             ->delimiter(',')
@@ -139,20 +140,19 @@ void describeDiff(CLI::App &command, DiffCall &options)
             ->check(CLI::IsMember(diffKindWords(), CLI::ignore_case))
             ->option_text("KIND");
     };
-    addKinds("--only", options.only,
-             "show this kind alone, such as item-label; more after commas, or the option again");
-    addKinds("--ignore", options.ignored, "leave this kind out; more after commas, or the option again");
-    command.add_option("--language", options.language, "compare the labels of this language alone; all by default")
+    addKinds("--only", options.only, "show only this kind, such as item-label; several are separated by commas");
+    addKinds("--ignore", options.ignored, "leave this kind out; several are separated by commas");
+    command.add_option("--language", options.language, "compare only the labels of this language; all by default")
         ->type_name("CODE");
-    command.add_option("-o,--output", options.output, "file to write; - is standard output, as is none")
+    command.add_option("-o,--output", options.output, "file to write; - and no option are standard output")
         ->type_name("OUTPUT");
-    command.add_option("OLD", options.oldFile, "file with the layout as it was; - is standard input")->required();
-    command.add_option("NEW", options.newFile, "file with the layout as it is; - is standard input")->required();
+    command.add_option("OLD", options.oldFile, "file with the old layout; - is standard input")->required();
+    command.add_option("NEW", options.newFile, "file with the new layout; - is standard input")->required();
 }
 
 void addOutput(CLI::App &command, LayoutOutput &output)
 {
-    command.add_flag("-r,--recursive", output.walksFolders, "read the files of folders, and of folders in them");
+    command.add_flag("-r,--recursive", output.walksFolders, "read the files in directories and their subdirectories");
     command.add_option("--catalog", output.catalog, "SAS catalog with the value labels of a SAS data set")
         ->type_name("FILE");
 }
@@ -160,17 +160,16 @@ void addOutput(CLI::App &command, LayoutOutput &output)
 void describeCodebook(CLI::App &command, CodebookOptions &options)
 {
     command
-        .add_option("--language", options.output.language, "language that a page opens in; the primary one by default")
+        .add_option("--language", options.output.language, "language in which a page opens; the primary one by default")
         ->type_name("CODE");
     command.add_flag("--no-problems", options.hasNoProblems, "leave the problems of the files out");
     addOutput(command, options.output);
     command
         .add_option("-o,--output", options.output.output,
-                    "page to write, - is standard output; of several files, the folder for their pages and an index")
+                    "page to write, - is standard output; for several files, the directory of their pages and an index")
         ->required()
         ->type_name("OUTPUT");
-    command.add_option("FILE", options.output.files, "files to write the codebooks of; - is standard input")
-        ->required();
+    command.add_option("FILE", options.output.files, "files and directories to read; - is standard input")->required();
 }
 
 void describeExport(CLI::App &command, ExportOptions &options)
@@ -180,15 +179,16 @@ void describeExport(CLI::App &command, ExportOptions &options)
         ->type_name("TEXT");
     command.add_option("--language", options.output.language, "language of the labels; the primary one by default")
         ->type_name("CODE");
-    command.add_option("--profile", options.profile, "of DDI: ipums adds what its readers need")
+    command.add_option("--profile", options.profile, "for DDI: ipums adds what its readers need")
         ->check(CLI::IsMember({ "plain", "ipums" }));
-    command.add_flag("--excel", options.isForExcel, "of CSV: a mark that spreadsheets need, and no formulas");
+    command.add_flag("--excel", options.isForExcel, "for CSV: a byte-order mark for spreadsheets, and no formulas");
     addOutput(command, options.output);
     command
         .add_option("-o,--output", options.output.output,
-                    "file to write, or folder for several files; - is standard output, as is none")
+                    "file to write, or directory for several files; - and no option are standard output")
         ->type_name("OUTPUT");
-    command.add_option("FILE", options.output.files, "files and folders to export; - is standard input")->required();
+    command.add_option("FILE", options.output.files, "files and directories to export; - is standard input")
+        ->required();
 }
 
 QString decoded(const std::string &text)
@@ -347,7 +347,7 @@ private:
                            "  vanlayout fields --format csv census.dcf survey.sav",
                            [this](int argc, char **argv) { return runFields(fieldsOptions, argc, argv); }),
                        fieldsOptions);
-        describeExplain(add("explain", "Explain what of each FILE the fields lose or change.",
+        describeExplain(add("explain", "Explain what the fields lose or change of each FILE.",
                             "  vanlayout explain census.dcf\n"
                             "  vanlayout explain --summary --fail-on changed census.dcf survey.sav\n"
                             "  vanlayout explain --format json census.dcf",
@@ -369,7 +369,7 @@ private:
                              "  vanlayout codebook -r surveys -o codebooks/",
                              [this](int, char **) { return writeCodebookPages(codebookOptions); }),
                          codebookOptions);
-        describeExport(add("export", "Write the layout of each FILE in a form of another standard.",
+        describeExport(add("export", "Write the layout of each FILE in a standard form.",
                            "  vanlayout export --to ddi census.dcf -o census.xml\n"
                            "  vanlayout export --to markdown --language FR census.dcf -o census.md\n"
                            "  vanlayout export --to frictionless -r dictionaries -o packages",
@@ -379,7 +379,7 @@ private:
 
     void addCompletion()
     {
-        CLI::App &completion = add("completion", "Print the script that completes calls in SHELL.",
+        CLI::App &completion = add("completion", "Print the completion script for SHELL.",
                                    "  vanlayout completion bash > ~/.local/share/bash-completion/completions/vanlayout",
                                    [this](int, char **) {
                                        std::cout << completionScript(app, shell);
@@ -394,7 +394,7 @@ private:
     {
         CLI::App &help = add("help", "Show the options of COMMAND, and examples.", "  vanlayout help show",
                              [this](int, char **) { return printHelp(); });
-        help.add_option("COMMAND", helpTopic, "command to explain; the list of commands by default")
+        help.add_option("COMMAND", helpTopic, "command to describe; the list of commands by default")
             ->check(CLI::IsMember(commandsOf(app)));
     }
     int printHelp() const
