@@ -294,8 +294,8 @@ private Q_SLOTS:
         QTest::newRow("value behind an option and a command")
             << "vanlayout --verbose completion z" << QByteArray("\n*:value:(bash fish zsh)\n");
         QTest::newRow("one spelling of two") << "vanlayout export -o x"
-                                             << QByteArray("\n(-o --output)-o[file to write, or folder for several "
-                                                           "files; - is standard output, as is none]:file:_files\n"
+                                             << QByteArray("\n(-o --output)-o[file to write, or directory for several "
+                                                           "files; standard output if - or absent]:file:_files\n"
                                                            "(-o --output)--output=[file to write");
         QTest::newRow("file") << "vanlayout show x" << QByteArray("\n*:file:_files\n");
         QTest::newRow("shell") << "vanlayout completion z" << QByteArray("\n*:value:(bash fish zsh)\n");

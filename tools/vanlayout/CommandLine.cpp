@@ -144,7 +144,7 @@ void describeDiff(CLI::App &command, DiffCall &options)
     addKinds("--ignore", options.ignored, "leave this kind out; several are separated by commas");
     command.add_option("--language", options.language, "compare only the labels of this language; all by default")
         ->type_name("CODE");
-    command.add_option("-o,--output", options.output, "file to write; - and no option are standard output")
+    command.add_option("-o,--output", options.output, "file to write; standard output if - or absent")
         ->type_name("OUTPUT");
     command.add_option("OLD", options.oldFile, "file with the old layout; - is standard input")->required();
     command.add_option("NEW", options.newFile, "file with the new layout; - is standard input")->required();
@@ -185,7 +185,7 @@ void describeExport(CLI::App &command, ExportOptions &options)
     addOutput(command, options.output);
     command
         .add_option("-o,--output", options.output.output,
-                    "file to write, or directory for several files; - and no option are standard output")
+                    "file to write, or directory for several files; standard output if - or absent")
         ->type_name("OUTPUT");
     command.add_option("FILE", options.output.files, "files and directories to export; - is standard input")
         ->required();
