@@ -6,40 +6,41 @@
 #include <functional>
 #include <string>
 
-/// How a command answers.
+/// Exit statuses and error lines of the commands.
 
 /// Exit statuses.
 enum ExitStatus { statusFine = 0, statusFinding = 1, statusNoAnswer = 2 };
 
-/// Has the question on decimal codes answered by "yes" or "no" from now on; "ask" leaves it to the library, which shows
-/// its dialog.
+/// Sets the answer to the question about decimal codes: "yes" or "no"; "ask" lets the library show its dialog.
 void answerDecimalQuestions(const std::string &decimals);
 
-/// Writes the one line that says what is wrong with something, or with the call where \a subject is empty.
+/// Prints one line on standard error: the problem of \a subject, or of the call if \a subject is empty.
 void complain(const QString &subject, const QString &problem);
 
-/// What a file is called: one without a name by its quotes.
+/// The name of a file in messages; a pair of quotes if the name is empty.
 QString subjectOf(const QString &file);
 
-/// Writes the one line that says what is wrong with a file.
+/// Prints one line on standard error with the problem of a file.
 void complainOfFile(const QString &file, const QString &problem);
 
-/// Writes the line about a file that was read in part, where a cause for that is given.
+/// Prints one line about a file that was only read in part, unless \a cause is empty.
 void complainIfIncomplete(const QString &file, const QString &cause);
 
-/// Complains of a file, and answers that there is no answer.
+/// Prints the problem of a file and returns statusNoAnswer.
 int noAnswerFor(const QString &file, const QString &problem);
 
-/// What \a answer says of a file; no answer, with a complaint, where memory does not suffice for it.
+/// Returns the result of \a answer; if memory is exhausted, prints that as the problem of the file and returns
+/// statusNoAnswer.
 int answerFor(const QString &file, const std::function<int()> &answer);
 
-/// Hands standard output out in large pieces. To be called before anything is written to it.
+/// Gives standard output a large buffer. Must be called before anything is written to it.
 void bufferOutput();
 
-/// Hands out what was printed so far: what becomes of the next file takes nothing of it away.
+/// Flushes standard output, so that a failure with the next file loses nothing.
 void flushOutput();
 
-/// \a status, or no answer with a complaint where standard output could not be written.
+/// Flushes standard output. Returns \a status, or after an error line statusNoAnswer if the output could not be
+/// written.
 int statusAfterOutput(int status);
 
 #endif

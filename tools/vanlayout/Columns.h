@@ -6,26 +6,26 @@
 
 #include <cstdio>
 
-/// Columns of a terminal that a text takes: none for a mark on the character before it, two for a wide character.
+/// Number of terminal columns of a text: none for a combining mark, two for a wide character.
 int columnsOf(const QString &text);
 
-/// The text as far as it fits, an ellipsis in place of what does not; all of it where \a width is no bound (0).
+/// The text cut to \a width columns, with an ellipsis if it was cut; unchanged if \a width is 0 (no limit).
 QString cutToColumns(const QString &text, int width);
 
-/// The text and blanks up to \a width columns.
+/// The text padded with blanks to \a width columns.
 QString paddedToColumns(const QString &text, int width);
 
-/// The text in lines of at most \a width columns, parted at blanks, and within words that are longer than that. One
-/// line where \a width is no bound (0).
+/// The text in lines of at most \a width columns, split at blanks, and within longer words. One line if \a width is 0
+/// (no limit).
 QStringList wrappedToColumns(const QString &text, int width);
 
-/// The width of the terminal that a descriptor is; 0 where it is none, or has no width.
+/// The width of a terminal; 0 if the descriptor is not a terminal, or has no width.
 int widthOfTerminal(int descriptor);
 
-/// The width of the terminal that standard output is, or of COLUMNS where it is none; 0 for no bound.
+/// The width of the terminal at standard output, or that of COLUMNS if it is not a terminal; 0 for no limit.
 int terminalWidth();
 
-/// Writes a line in UTF-8, without the blanks at its end, and with signs in place of controls.
+/// Writes a line in UTF-8, without trailing blanks, and with visible symbols for control characters.
 void printLine(std::FILE *out, QString line);
 
 #endif

@@ -1,9 +1,9 @@
 #ifndef VANLAYOUT_COMMANDLINE_H
 #define VANLAYOUT_COMMANDLINE_H
 
-/// Runs the command that the arguments name, and answers the exit status. A call that cannot be taken is one line on
-/// standard error, with a suggestion where a word is nearly one that is known. \a isVerbose is set as `--verbose` asks,
-/// before the command runs.
+/// Runs the command named by the arguments, and returns the exit status. An invalid call gives one line on standard
+/// error, with a suggestion for a word that is similar to a known one. \a isVerbose is set from `--verbose` before the
+/// command runs.
 int runCommandLine(int argc, char **argv, bool &isVerbose);
 
 #endif

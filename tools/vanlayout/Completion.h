@@ -6,17 +6,17 @@
 #include <string>
 #include <vector>
 
-/// The shells whose completion is known: bash, fish and zsh.
+/// The supported shells: bash, fish and zsh.
 std::vector<std::string> shellsWithCompletion();
 
-/// The script that completes commands, options and their values in a shell of that list. It is made from the commands
-/// and options of \a app, so that it has all of them.
+/// The completion script of one of these shells for commands, options and their values. It is generated from the
+/// commands and options of \a app, so that it is complete.
 std::string completionScript(const CLI::App &app, const std::string &shell);
 
-/// The values that an option takes, where they are a list; none where it takes any.
+/// The values that an option accepts; empty if it accepts any.
 std::vector<std::string> choicesOf(const CLI::Option &option);
 
-/// The names of an option as they are typed: "-o", "--output".
+/// The spellings of an option: "-o", "--output".
 std::vector<std::string> spellingsOf(const CLI::Option &option);
 
 /// The names of the commands, in their order.

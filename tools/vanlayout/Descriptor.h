@@ -5,21 +5,21 @@
 
 #include <optional>
 
-/// The descriptor that a path such as /dev/fd/3 or /proc/self/fd/3 names: something that is open already. It looks like
-/// a link to a file, but what stands in the file is the business of who opened it.
+/// The descriptor named by a path such as /dev/fd/3 or /proc/self/fd/3, which is already open. The path looks like a
+/// link to a file, but the content of that file belongs to the process that opened it.
 struct Descriptor {
     int number;
     bool isOwn; ///< of this process
 };
 
-/// The descriptor that a path itself names; none where it is another path.
+/// The descriptor that a path names; none for other paths.
 std::optional<Descriptor> descriptorNamed(const QString &path);
 
-/// The end of the links that begin at \a path: a descriptor, a file, what does not exist, or a link where the links
-/// have no end.
+/// Follows links from \a path and returns the last target: a descriptor, a file, a path that does not exist, or a link
+/// if the links are circular.
 QString followed(const QString &path);
 
-/// Whether two paths lead to one file, by device and inode where the system has them: the file may have several names.
+/// True if two paths refer to the same file, by device and inode if the system has them: a file may have several names.
 bool isSameFile(const QString &first, const QString &second);
 
 #endif

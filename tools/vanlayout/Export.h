@@ -6,19 +6,19 @@
 #include <string>
 #include <vector>
 
-/// What `vanlayout export` was asked for.
+/// Options of `vanlayout export`.
 struct ExportOptions {
     LayoutOutput output;
     std::string target;  ///< one of exportTargets()
-    std::string title;   ///< of the whole; empty for what the file says
-    std::string profile; ///< of DDI: plain or ipums; empty for plain
+    std::string title;   ///< title of the study; empty for that of the file
+    std::string profile; ///< for DDI: plain or ipums; empty for plain
     bool isForExcel = false;
 };
 
-/// The forms that `--to` takes.
+/// The valid values of `--to`.
 std::vector<std::string> exportTargets();
 
-/// Writes each layout in the form that was asked for, and answers the status.
+/// Writes each layout in the given form, and returns the exit status.
 int exportLayouts(ExportOptions options);
 
 #endif

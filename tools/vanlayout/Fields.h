@@ -12,7 +12,7 @@ struct FieldsOptions {
     std::vector<std::string> files; ///< in the encoding of the system
 };
 
-/// Prints the importers' list of fields of each file and answers the worst status.
+/// Prints the importers' list of fields of each file and returns the worst status.
 int showFields(const FieldsOptions &options);
 
 #endif

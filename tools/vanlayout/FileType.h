@@ -5,19 +5,19 @@
 
 #include <string>
 
-/// One format that can be asked for.
+/// One format that `--type` accepts.
 struct FileType {
-    const char *name;    ///< as --type takes it
+    const char *name;    ///< value of --type
     const char *article; ///< of the title
-    const char *title;   ///< for a person
+    const char *title;   ///< in messages
     ImportFormat format;
-    bool canBePiped; ///< read from begin to end, once
+    bool canBePiped; ///< is read sequentially, once
 };
 
-/// The type that --type names, or null.
+/// The type with this name, or null.
 const FileType *fileTypeNamed(const std::string &name);
 
-/// The type of a file that begins with \a head.
+/// The type of a file whose first bytes are \a head.
 const FileType &fileTypeOf(const QByteArray &head);
 
 #endif

@@ -6,20 +6,20 @@
 #include <string>
 #include <vector>
 
-/// The files that a call names.
+/// The input files of a call.
 struct NamedFiles {
     QStringList files;
-    int status = 0; ///< no answer where a folder was refused
+    int status = 0; ///< statusNoAnswer if a directory was refused
 };
 
-/// The files of a call in its order, each folder replaced by the files in it and in its folders, sorted by path.
+/// The files of a call in its order, each directory replaced by the files in it and in its subdirectories, sorted by
+/// path.
 ///
-/// Hidden files and folders are left out, and so are links to folders, pipes and devices. A file that is named itself
-/// is taken whatever it is. \a without is a folder that is not walked, such as the one that is written to; empty for
-/// none.
+/// Hidden files and directories, links to directories, pipes and devices are skipped. A file that is named explicitly
+/// is always included. \a without is a directory that is skipped, such as the output directory; empty for none.
 ///
-/// One line on standard error refuses a folder where \a walksFolders is unset, one that is \a without itself, one that
-/// has no file, and a folder in it that cannot be read.
+/// One line on standard error reports a directory if \a walksFolders is unset, if it is \a without itself, if it has
+/// no file, and each subdirectory that cannot be read.
 NamedFiles filesNamed(const std::vector<std::string> &names, bool walksFolders, const QString &without = QString());
 
 #endif

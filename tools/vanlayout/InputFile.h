@@ -4,11 +4,11 @@
 #include <QByteArray>
 #include <QString>
 
-/// Why a file cannot be read at all; empty where it can. What is no regular file, such as a pipe, is not opened.
+/// The reason why a file cannot be read; empty if it can. Files that are not regular, such as pipes, are not opened.
 QString openingProblem(const QString &fileName);
 
-/// The first bytes of a file, \a size at most, which a reader finds there again: of a pipe only where it is open in
-/// this process already, as standard input is, and where the system can copy them. None of what cannot be read.
+/// The first bytes of a file, at most \a size, without consuming them. For a pipe only if this process has it open,
+/// such as standard input, and if the system can copy the bytes; otherwise, and if the file cannot be read, none.
 QByteArray headOf(const QString &fileName, int size);
 
 #endif

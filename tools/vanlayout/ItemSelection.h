@@ -8,17 +8,17 @@
 
 #include <vector>
 
-/// Reduces layouts to the items with given names, compared without regard to case; `*` stands for any characters and
-/// `?` for one.
+/// Reduces layouts to the items with given names, compared without regard to case; `*` matches any characters and
+/// `?` one.
 class ItemSelection
 {
 public:
-    /// Selects all items where \a names is empty.
+    /// Selects all items if \a names is empty.
     explicit ItemSelection(const QStringList &names);
 
-    /// Removes all other items, and the records that are left without any.
+    /// Removes all other items, and records without selected items.
     void reduce(vanlayout::Layout &layout);
-    /// The names that no item of any layout had so far.
+    /// The names that have not matched an item of any layout so far.
     QStringList unmatched() const;
 
 private:

@@ -9,14 +9,14 @@
 
 #include <cstdio>
 
-/// Whether a text holds half of a surrogate pair, as an occurrence's suffix can be. UTF-8 cannot hold it; an escape
-/// can.
+/// True if a text contains half of a surrogate pair, for example in the suffix of an occurrence. UTF-8 cannot represent
+/// it; an escape can.
 bool hasLoneSurrogate(QStringView text);
 
-/// What stands for a unit in a JSON string, whatever it is.
+/// The escape of any UTF-16 unit in a JSON string.
 QByteArray jsonEscape(QChar unit);
 
-/// The text as a JSON string of nothing but escapes, quotes included.
+/// The text as a JSON string that consists only of escapes, with quotation marks.
 QByteArray escapedJson(QStringView text);
 
 /// Writes a text with a writer of RapidJSON.
@@ -44,7 +44,7 @@ template <typename Writer> void writeJson(Writer &json, const char *key, int num
     json.Int(number);
 }
 
-/// Prints one document, in one line or laid out for a person. \a content is handed the writer.
+/// Prints one document, on one line or indented. \a content is called with the writer.
 template <typename Content> void printJson(std::FILE *out, bool isCompact, Content content)
 {
     constexpr unsigned indentation = 2;

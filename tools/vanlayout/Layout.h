@@ -10,23 +10,23 @@
 
 #include <memory>
 
-/// What was read of one file, or why there is no answer.
+/// The fields of one file, or the reason why there are none.
 struct Layout {
-    QString file; ///< as it was asked for
+    QString file; ///< as given in the call
     const FileType *type = nullptr;
-    std::unique_ptr<TDataImport> importer; ///< opened, where there is an answer
+    std::unique_ptr<TDataImport> importer; ///< opened, unless there is a problem
     TVpDataProvider provider;              ///< filled from the importer
-    QString problem;                       ///< one line that says what is wrong; empty where there is an answer
-    QString incomplete;                    ///< what ended the reading in front of the end of the file; mostly empty
-    std::unique_ptr<VpErrorManager> error; ///< the error of the library in which reading ended, if it did
+    QString problem;                       ///< one line that says what is wrong; empty on success
+    QString incomplete;                    ///< the cause that ended reading before the end of the file; usually empty
+    std::unique_ptr<VpErrorManager> error; ///< the error of the library that ended reading, if any
 };
 
-/// Walks the whole road for one file: picks the importer (by content where \a type is null), opens it, fills a
-/// provider. Losses and changes are reported to \a report, if there is one; it must outlive the call.
+/// Reads one file: creates the importer (by content if \a type is null), opens it and fills a provider. Losses and
+/// changes are reported to \a report, unless it is null; it must outlive the layout's reading.
 Layout readLayout(const QString &file, const FileType *type, ReadReport *report = nullptr);
 
-/// Frees what the importer and the provider of a layout have made, which then has no fields. A layout that is not
-/// released keeps it to the end of the process.
+/// Frees what the importer and the provider of a layout have made; the layout then has no fields. Without this call
+/// they live until the end of the process.
 void releaseContents(Layout &layout);
 
 /// One value label of a field.
@@ -35,7 +35,7 @@ struct ValueLabel {
     QStringRef label;
 };
 
-/// The value label text of a field, cut at each tab, and each entry at its first blank. Refers to \a text.
+/// Splits the value label text of a field at each tab, and each entry at its first blank. The result refers to \a text.
 QVector<ValueLabel> cutValueLabels(const QString &text);
 
 #endif

@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <map>
 
-/// Writes the items of exact layouts as CSV: a header line before the first layout, then one line an item.
+/// Writes the items of exact layouts as CSV: a header line before the first layout, then one line per item.
 class ItemCsv
 {
 public:
@@ -29,14 +29,14 @@ private:
     QString language;
 };
 
-/// Writes the codes of exact layouts as CSV: a header line before the first layout, then one line a code or range of a
-/// value set.
+/// Writes the codes of exact layouts as CSV: a header line before the first layout, then one line per code or range
+/// of a value set.
 class CodeCsv
 {
 public:
-    /// \a languages are the codes of the languages that have a column of their own: `label_EN`. The first column has
-    /// the primary label where that language has none, the others are empty then. Without languages, the one column
-    /// `label` has the primary label.
+    /// \a languages are the codes of the languages; each has a column: `label_EN`. The first column has the primary
+    /// label if that language has none; the others are then empty. Without languages, the only column `label` has the
+    /// primary label.
     CodeCsv(std::FILE *out, QStringList languages);
     void write(const vanlayout::Layout &layout);
 
@@ -49,7 +49,7 @@ private:
     CsvLine line;
     bool hasHeader = false;
     QStringList languages;
-    std::map<QString, int> columns; ///< of the languages, in small letters
+    std::map<QString, int> columns; ///< of the languages, in lower case
 };
 
 #endif

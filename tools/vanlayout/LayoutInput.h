@@ -5,18 +5,18 @@
 
 #include <QString>
 
-/// Reads the exact layout of a file, or of standard input where \a file is "-".
+/// Reads the exact layout of a file, or of standard input if \a file is "-".
 vanlayout::Layout readExactLayout(const QString &file, const vanlayout::ReadOptions &options);
 
-/// The message of the problem for which a file has no layout, with its line.
+/// The message of the problem because of which a file has no layout, with its line number.
 QString messageOf(const vanlayout::Problem &problem);
 
-/// Writes one line to standard error where a layout is that of the first part of its file alone, as of a cut Stata
-/// file, or where the catalog that was asked for could not be read.
+/// Prints one line on standard error if only the first part of the file could be read, such as of a cut Stata file, or
+/// if the given catalog could not be read.
 void complainIfReadInPart(const vanlayout::Layout &layout);
 
-/// Why a layout cannot be written in a language: it declares languages, and this is none of them. Empty where it can,
-/// as where no language is asked for.
+/// The reason why a layout cannot be written in a language: it declares languages, but not this one. Empty if it can,
+/// or if \a language is empty.
 QString problemWithLanguage(const vanlayout::Layout &layout, const QString &language);
 
 #endif

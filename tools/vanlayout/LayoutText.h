@@ -7,7 +7,7 @@
 
 #include <functional>
 
-/// Short texts for people about the parts of an exact layout, beside those that the library shares.
+/// Short texts about parts of an exact layout, in addition to those of the library.
 
 /// "1 variable" or "3 variables".
 QString countOf(qint64 count, const QString &noun);

@@ -3,8 +3,8 @@
 
 #include <QStringView>
 
-/// Where the next half of a surrogate pair without its other half stands, from \a begin on, or the size of the text.
-/// UTF-8 cannot hold such a half; the suffix of an occurrence can be one.
+/// The index of the next unpaired surrogate at or after \a begin, or the size of the text. UTF-8 cannot represent one;
+/// the suffix of an occurrence can be one.
 inline int nextLoneSurrogate(QStringView text, int begin)
 {
     const int size = int(text.size());

@@ -6,16 +6,16 @@
 
 #include <functional>
 
-/// What hands out the answer of a command.
+/// Writes the output of a command to a device.
 using AnswerWriter = std::function<void(QIODevice &device)>;
 
-/// Writes an answer to the file that `-o` names, to standard output where that is "-", and answers the status. Where
-/// there is no answer, one line on standard error says why.
+/// Writes to the file named by `-o`, or to standard output if that is "-", and returns the exit status. A failure is
+/// one line on standard error.
 ///
-/// A file comes into being whole or not at all: where writing fails, one that stood there stays. Of a link, the file
-/// that it leads to is written. A pipe or a device is written to as it is, and nothing comes into its place; so is a
-/// descriptor of the process, such as /dev/fd/3, behind what stands there. One of another process is refused, and so
-/// are links without an end. \a input, the file that was read, is not written over, whatever name of it is given.
+/// Files are written atomically: if writing fails, an existing file is unchanged. For a link, its target is written. A
+/// pipe or a device is written to directly, and a descriptor of this process, such as /dev/fd/3, is appended to.
+/// Descriptors of other processes and circular links are refused. \a input, the file that was read, is never
+/// overwritten, under any of its names.
 int writeAnswer(const QString &output, const QString &input, const AnswerWriter &write);
 
 #endif

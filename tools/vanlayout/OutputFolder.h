@@ -6,21 +6,22 @@
 #include <QString>
 #include <QStringList>
 
-/// A folder that a command writes a file into for each file that it reads.
+/// The directory into which a command writes one file for each file that it reads.
 class OutputFolder
 {
 public:
-    /// \a ending is that of the files, such as ".xml". \a inputs are the files that are read: none is written over.
+    /// \a ending is the extension of the files, such as ".xml". \a inputs are the files that are read; none of them is
+    /// overwritten.
     OutputFolder(const QString &folder, const QString &ending, const QStringList &inputs);
 
-    /// Makes the folder where it is absent. No answer, with one line on standard error, where that fails.
+    /// Creates the directory if it is absent. On failure, prints one line on standard error and returns statusNoAnswer.
     int make() const;
-    /// The path of the file for \a input: its name without its suffix, and the ending. A later file of the same name,
-    /// compared without regard to case, is `NAME-2`, the next one `NAME-3`.
+    /// The path of the file for \a input: its name without its extension, and the ending. A later file of the same
+    /// name, compared without regard to case, is `NAME-2`, the next one `NAME-3`.
     QString pathFor(const QString &input);
-    /// Has a name given to no file, such as that of an index.
+    /// Reserves a name, such as that of an index: no file gets it.
     void reserve(const QString &name);
-    /// Whether a name in the folder is that of a file to read.
+    /// True if a name in the directory is that of an input file.
     bool isInput(const QString &name) const;
 
 private:
@@ -33,10 +34,10 @@ private:
     KeyedMap<QString, int> lastGiven; ///< number of the last file of a stem
 };
 
-/// The path of a name in a folder. QDir::filePath takes a name that begins with a colon for a path of its own.
+/// The path of a name in a directory. QDir::filePath treats a name that begins with a colon as an absolute path.
 QString inFolder(const QString &folder, const QString &name);
 
-/// Whether `-o` names a folder: one that exists, or a name that ends in a slash.
+/// True if `-o` names a directory: an existing one, or a name that ends in a slash.
 bool isFolderName(const QString &output);
 
 #endif

@@ -3,8 +3,9 @@
 
 #include <QString>
 
-/// The text with a sign in place of each character that a terminal would act on: the controls of ASCII and Latin-1, and
-/// those of bidirectional text. Whatever is meant for a person goes through this, at the latest where it is printed.
+/// The text with a visible symbol for each character that a terminal would interpret: the control characters of ASCII
+/// and Latin-1, and those of bidirectional text. All texts for a terminal pass through this, at the latest when they
+/// are printed.
 QString printable(const QString &text);
 
 /// Prints one line to standard error, in the encoding of the locale.

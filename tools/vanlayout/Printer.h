@@ -11,15 +11,15 @@ class Printer
 {
 public:
     virtual ~Printer() = default;
-    /// Prints a layout that is an answer.
+    /// Prints a layout that was read.
     virtual void printLayout(const Layout &layout) = 0;
-    /// Prints what the form has to say of a file without an answer; nothing in most forms.
+    /// Prints an entry for a file that has no layout; nothing in most forms.
     virtual void printProblem(const Layout & /*layout*/) { }
 };
 
-/// A table for a person; \a width is that of the terminal in columns, 0 for no bound.
+/// A table for reading; \a width is that of the terminal in columns, 0 for no limit.
 std::unique_ptr<Printer> makeTablePrinter(std::FILE *out, bool severalFiles, int width);
-/// JSON objects: one for a person to read, or one a line for several files.
+/// JSON objects: an indented one, or one per line for several files.
 std::unique_ptr<Printer> makeJsonPrinter(std::FILE *out, bool severalFiles);
 /// RFC 4180 with a header line; a first column with the file for several files.
 std::unique_ptr<Printer> makeCsvPrinter(std::FILE *out, bool severalFiles);

@@ -8,15 +8,15 @@
 #include <mutex>
 #include <thread>
 
-/// Whether a descriptor is a terminal; false where the system has none.
+/// True if a descriptor is a terminal; false on systems without terminals.
 bool isTerminal(int descriptor);
 
-/// A line on the terminal at standard error that names the file in work, for work of more than two seconds. It goes
-/// when this object does or a signal ends the process, and makes room for each other line that is written to standard
-/// error. A name that is longer than a line of the terminal is cut.
+/// A line on the terminal at standard error that names the current file, shown when work takes more than two seconds.
+/// It is removed when this object is destroyed or a signal ends the process, and while another line is written to
+/// standard error. A name that is longer than a line of the terminal is cut.
 ///
-/// Nothing is shown where standard error is no terminal, or where \a isOutputShown says that the answer itself goes to
-/// the terminal. One object at a time.
+/// Nothing is shown if standard error is not a terminal, or if \a isOutputShown states that the output goes to the
+/// terminal. Only one object may exist at a time.
 class Progress
 {
 public:
@@ -25,7 +25,7 @@ public:
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
 
-    /// Has the line name a file, and its number among all of them, from 1, where there are several.
+    /// Sets the file named in the line, and its 1-based number if there are several.
     void begin(const QString &file, int number = 1, int count = 1);
 
 private:
@@ -39,7 +39,7 @@ private:
     std::thread painter;
 };
 
-/// Runs \a write while no progress is on the terminal.
+/// Runs \a write while the progress line is removed.
 void writeWithoutProgress(const std::function<void()> &write);
 
 #endif

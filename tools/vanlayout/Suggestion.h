@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-/// The word that a mistyped one was probably meant to be: the nearest of \a words, by letters that were left out,
-/// added, exchanged or swapped with their neighbour. Empty where none is near: a third of the letters at most may
-/// differ. Capital and small letters do not differ.
+/// The word that was probably meant by a mistyped one: the most similar of \a words, by letters that are missing,
+/// added, replaced or swapped with their neighbour. Empty if none is similar: at most a third of the letters may
+/// differ. Case is ignored.
 std::string nearestWord(const std::string &mistyped, const std::vector<std::string> &words);
 
-/// "; did you mean WORD?" for the nearest word; empty where there is none.
+/// "; did you mean WORD?" for the most similar word; empty if there is none.
 std::string suggestionFor(const std::string &mistyped, const std::vector<std::string> &words);
 
 #endif
