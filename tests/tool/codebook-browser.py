@@ -9,6 +9,7 @@ MADE_DATA is the folder of the Stata and SPSS files that are made for the tests.
 
 import json
 import os
+import sqlite3
 import struct
 import subprocess
 import sys
@@ -60,8 +61,9 @@ def records(count):
         for i in range(count))
 
 
-def spss(labels):
-    """An SPSS file with the numeric variable AGE: 97 to 99 and -1 are user-missing, and codes have these labels."""
+def spss(labels, more=b""):
+    """An SPSS file with the numeric variable AGE: 97 to 99 and -1 are user-missing, and codes have these labels. Further
+    records are at its end."""
     f8 = 5 << 16 | 8 << 8
     head = struct.pack("<4s60siiiiid9s8s64s3s", b"$FL2", b"@(#) SPSS DATA FILE".ljust(60), 2, 1, 0, 0, 0, 100,
                        b"01 Jan 20", b"10:11:12", b"Ages".ljust(64), b"   ")
@@ -70,7 +72,7 @@ def spss(labels):
     for code, label in labels:
         text = bytes([len(label)]) + label.encode()
         values += struct.pack("<d", code) + text.ljust(-(-len(text) // 8) * 8)
-    return head + variable + values + struct.pack("<iiiii", 4, 1, 1, 999, 0)
+    return head + variable + values + struct.pack("<iii", 4, 1, 1) + more + struct.pack("<ii", 999, 0)
 
 
 def expect(value, expected):
@@ -200,10 +202,21 @@ class Tests:
             expect(self.book.names(), [name])
             expect(self.browser.run("document.querySelector('article mark').textContent"), mark)
 
-    def search_finds_notes_and_value_sets(self):
-        self.book.open_made(DICTIONARY + item("A", "One", 1, 1, more=["Note=Ask the oldest person."])
-                            + item("B", "Two", 2, 1, [("1", "x")]))
-        for text, name, shown in (("oldest", "A", "Ask the oldest person."), ("b_vs", "B", "B_VS")):
+    def quotes_and_vowel_signs_do_not_hinder_the_search(self):
+        self.book.open_made(DICTIONARY + item("A", "The \u201cmain\u201d \u00abhouse\u00bb", 1, 1)
+                            + item("B", "\u05e9\u05b8\u05c1\u05dc\u05d5\u05b9\u05dd", 2, 1)
+                            + item("C", "\u0645\u064f\u062d\u064e\u0645\u0651\u064e\u062f", 3, 1))
+        for text, name in (("\"main\" \"house\"", "A"), ("\u05e9\u05dc\u05d5\u05dd", "B"),
+                           ("\u0645\u062d\u0645\u062f", "C")):
+            self.book.search(text)
+            self.book.wait_for_found("1 of 3 variables")
+            expect(self.book.names(), [name])
+
+    def search_finds_aliases_notes_and_value_sets(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1, more=["Note=Ask the oldest person.", "Alias=FORMER"])
+                            + item("B", "Two", 2, 1) + "\n[ValueSet]\nLabel=Kinds of roof\nName=B_VS\nValue=1;x\n")
+        for text, name, shown in (("oldest", "A", "Ask the oldest person."), ("b_vs", "B", "B_VS"),
+                                  ("former", "A", "FORMER"), ("roof", "B", "Kinds of roof")):
             self.book.search(text)
             self.book.wait_for_found("1 of 2 variables")
             expect(self.book.names(), [name])
@@ -255,6 +268,14 @@ class Tests:
         self.book.check("uncoded")
         self.book.wait_for_found("1 of 3 variables")
         expect(self.book.names(), ["C"])
+
+    def filters_that_narrow_nothing_are_not_there(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1))
+        expect(self.browser.run("['record', 'type', 'troubled'].map(name => document.getElementById('page-' + name + "
+                                "'-label').hidden)"), [True, True, True])
+        self.book.open_example()
+        expect(self.browser.run("['record', 'type', 'troubled'].map(name => document.getElementById('page-' + name + "
+                                "'-label').hidden)"), [False, False, True])
 
     def variables_with_problems_can_be_shown(self):
         self.book.open_made(DICTIONARY + item("A", "One", 1, 1) + item("B", "Two", 2, 1, more=["Colour=red"]))
@@ -355,6 +376,17 @@ class Tests:
             self.browser.run("new Promise(done => setTimeout(done, 100))")
             expect(self.book.current(), name)
 
+    def fragments_of_like_names_differ(self):
+        self.book.open_made(DICTIONARY + item("A~2", "First", 1, 1) + item("A", "Second", 2, 1) + item("A", "Third", 3, 1)
+                            + item("", "Fourth", 4, 1) + item("__proto__", "Fifth", 5, 1))
+        for fragment, label in (("#A~2", "First"), ("#a", "Second"), ("#A~3", "Third"), ("#~", "Fourth"),
+                                ("#__PROTO__", "Fifth")):
+            self.browser.run("location.hash = %s" % json.dumps(fragment))
+            self.browser.wait_for("document.querySelector('article.current .label')?.textContent === %s"
+                                  % json.dumps(label))
+            expect(self.browser.run("document.querySelector('article.current .details') !== null"), True)
+            expect(self.browser.run("document.activeElement.closest('article').classList.contains('current')"), True)
+
     def unknown_fragment_is_named(self):
         unknown = "document.getElementById('page-unknown')"
         for fragment, shown in (("#%E0%A4%A", "%E0%A4%A"), ("#constructor", "constructor"),
@@ -428,6 +460,108 @@ class Tests:
                 if part not in self.book.details(name):
                     raise AssertionError("%r is not in %r" % (part, self.book.details(name)))
         expect(self.browser.run("[...document.querySelectorAll('.occurrences li')].map(e => e.value)"), [1, 3])
+
+    def opened_variable_shows_capture_aliases_and_notes(self):
+        text = DICTIONARY.replace("RecordTypeStart=0\nRecordTypeLen=0", "RecordTypeStart=1\nRecordTypeLen=1").replace(
+            "RecordTypeValue=''\n", "RecordTypeValue='1'\nNote=On persons.\nAlias=OLD_REC\nMaxRecords=3\n"
+            "OccurrenceLabel=2,Second\n").replace("Name=L\n", "Name=L\nAlias=OLD_L\n")
+        text += item("A", "One", 2, 6, more=["Alias=OLD_A", "Note=A note.", "CaptureType=Date", "CaptureDateFormat=YYYYMM"])
+        text += item("B", "Two", 8, 1, more=["CaptureType=DropDown"])
+        self.book.open_made(text)
+        self.browser.click(self.book.button("A"))
+        for part in ("Aliases\nOLD_A", "Capture\ndate, YYYYMM", "\nA note.\n"):
+            expect((part, part in self.book.details("A")), (part, True))
+        self.browser.click(self.book.button("B"))
+        expect("Capture\ndrop down" in self.book.details("B"), True)
+        expect(self.browser.run("[...document.querySelectorAll('.level .hint, section.record > :is(.note, .hint, "
+                                ".occurrence-labels)')].map(e => e.innerText.replace(/\\s+/g, ' '))"),
+               ["Also named OLD_L", "On persons.", "Also named OLD_REC", "Occurrences Second"])
+        expect(self.browser.run("document.querySelector('section.record > .occurrence-labels li').value"), 2)
+
+    def subitem_repeats_with_its_item(self):
+        self.book.open_made(DICTIONARY + item("P", "Item", 1, 4, more=["Occurrences=3"])
+                            + item("S", "Part", 1, 2, more=["ItemType=SubItem"])
+                            + item("T", "Pair", 1, 1, more=["ItemType=SubItem", "Occurrences=4"]))
+        for name, occurrences in (("S", "3 of its item"), ("T", "4 in each of the 3 of its item")):
+            self.browser.click(self.book.button(name))
+            expect("Occurrences\n%s\n" % occurrences in self.book.details(name), True)
+
+    def subitem_of_no_item_says_so(self):
+        self.book.open_made(DICTIONARY + item("S", "Part", 1, 2, more=["ItemType=SubItem"]))
+        self.browser.click(self.book.button("S"))
+        expect("Subitem of\nno item" in self.book.details("S"), True)
+
+    def value_set_shows_its_note_aliases_and_link(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 2) + """
+[ValueSet]
+Label=Ages
+Name=A_VS
+Link=SHARED
+Note=In years.
+Alias=OLD_VS
+Value=;No code
+Value='';Empty
+Value='   ';Three
+""" + item("B", "Two", 3, 2) + "\n[ValueSet]\nName=B_VS\nLink=SHARED\n", "#A")
+        self.browser.wait_for("document.querySelector('article.current .value-labels') !== null")
+        expect(self.browser.run("[...document.querySelector('.value-labels').children].map(e => e.localName === 'table' ? "
+                                "e.caption.innerText : e.innerText)"),
+               ["A_VS Ages 3 values, linked", "In years.", "Also named OLD_VS"])
+        expect(self.browser.run("[...document.querySelectorAll('tbody .code')].map(e => e.textContent)"),
+               ["no code", "no code", "3 blanks"])
+        expect(self.browser.run("[...document.querySelectorAll('.values')].map(e => e.textContent)"),
+               ["3 value labels", "3 value labels"])
+
+    def values_without_labels_are_in_short(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 2, [("1:9", ""), ("11", "")])
+                            + item("B", "Two", 3, 1, [(str(i), "") for i in range(4)]))
+        expect(self.browser.run("[...document.querySelectorAll('.values')].map(e => e.textContent)"),
+               ["1 to 9, 11", "4 values"])
+
+    def measure_storage_and_weight_are_shown(self):
+        file = os.path.join(self.book.folder, "ages.sav")
+        with open(file, "wb") as out:
+            made = spss([(1, "One")], struct.pack("<iiiiiii", 7, 11, 4, 3, 2, 9, 1))
+            out.write(made[:76] + struct.pack("<i", 1) + made[80:])  # weighted by the first variable
+        self.book.open(file, "#AGE")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        for part in ("Measure\nordinal", "Storage\ndouble", "Display\nwidth 9", "Format\nF8.0", "Role\nweight of the file"):
+            expect((part, part in self.book.details("AGE")), (part, True))
+        for part in ("Length", "Columns", "labels0"):
+            expect((part, part in self.book.details("AGE")), (part, False))
+        expect("Weight\nAGE" in self.browser.run("document.querySelector('header.page').innerText"), True)
+        self.book.open(os.path.join(self.made_data, "survey.dta"), "#name")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        for part in ("Length\n20 bytes", "Display\nwidth 9, left"):
+            expect((part, part in self.book.details("NAME")), (part, True))
+
+    def database_and_json_form_open(self):
+        made = {"software": "CSPro", "version": 8.0, "fileType": "dictionary", "name": "HOMES",
+                "labels": [{"text": "Homes"}], "relativePositions": False, "levels": [{"name": "L", "ids": {"items": []},
+                "records": [{"name": "R", "recordType": "", "occurrences": {"required": True, "maximum": 7}, "items": [
+                    {"name": "A", "contentType": "numeric", "start": 3, "length": 2, "labels": [{"text": "One"}]}]}]}]}
+        database = os.path.join(self.book.folder, "homes.csdb")
+        with sqlite3.connect(database) as store:
+            store.execute("CREATE TABLE meta (dictionary TEXT)")
+            store.execute("INSERT INTO meta VALUES (?)", (json.dumps(made),))
+        store.close()
+        form = "document.querySelector('.format').textContent"
+        self.book.open(database, "#A")
+        expect(self.browser.run(form), "CSPro data file with a CSPro dictionary, JSON form 8.0")
+        self.book.open_made(json.dumps(made), "#A")
+        expect(self.browser.run(form), "CSPro dictionary, JSON form 8.0")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect("Columns\n3\u20134" in self.book.details("A"), True)
+        expect(self.browser.run("document.querySelector('section.record > header .facts').textContent"),
+               "required \u00b7 at most 7 records a case \u00b7 1 variable")
+
+    def catalog_gives_the_values_of_a_sas_data_set(self):
+        folder = self.made_data
+        self.book.open(os.path.join(folder, "survey.sas7bdat"), "#married",
+                       ("--catalog", os.path.join(folder, "formats.sas7bcat")))
+        self.browser.wait_for("document.querySelector('article.current tbody') !== null")
+        expect(self.browser.run("document.querySelector('article.current table').innerText.split('\\n').slice(-2)"),
+               ["1\tYes", "2\tNo"])
 
     def values_show_ranges_specials_and_images(self):
         self.book.open_made(DICTIONARY + item("A", "One", 1, 2) + """
@@ -533,6 +667,10 @@ RecordTypeValue='2'
     def page_switches_its_language(self):
         self.book.open_made(self._languages())
         labels = "[...document.querySelectorAll('article .label')].map(e => e.textContent)"
+        self.book.search("house")
+        self.book.wait_for_found("1 of 2 variables")
+        self.browser.press("Escape", 27)
+        self.book.wait_for_found("2 variables")
         expect(self.browser.run(labels), ["House", "Only"])
         expect(self.browser.run("[...document.getElementById('page-language').options].map(e => e.textContent)"),
                ["English", "Fran\u00e7ais"])

@@ -560,7 +560,7 @@ function occurrencesInWords(variable)
     const count = variable.occurrences ?? 1;
     const ofHolder = variable.holder === undefined ? 1 : occurrencesOf(variables[variable.holder]);
     if (ofHolder > 1)
-        return (count > 1 ? written(count) + " in each of " : "") + written(ofHolder) + " of its item";
+        return (count > 1 ? written(count) + " in each of the " : "") + written(ofHolder) + " of its item";
     if (count === 1)
         return "";
     if (!hasColumns(variable) || count < 1)
