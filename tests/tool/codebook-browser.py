@@ -308,6 +308,23 @@ class Tests:
         self.book.names()
         expect(self.browser.run("document.querySelectorAll('article .details').length"), 0)
 
+    def open_all_leaves_what_is_not_shown(self):
+        self.book.open_example()
+        self.book.choose("record", "MORTALITY")
+        self.book.wait_for_found("9 of 56 variables")
+        self.browser.click("document.getElementById('page-open-all')")
+        self.book.choose("record", "all")
+        self.book.wait_for_found("56 variables")
+        self.book.names()
+        expect(self.book.details("EA"), None)
+        expect(self.browser.run("document.getElementById('page-open-all').textContent"), "Open all")
+
+    def button_closes_all_when_all_are_open(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1))
+        for text in ("Close all", "Open all"):
+            self.browser.click(self.book.button("A"))
+            expect(self.browser.run("document.getElementById('page-open-all').textContent"), text)
+
     # ------------------------------------------------------------------------------------ opening a variable
     def click_opens_and_closes_a_variable(self):
         self.book.open_example()
@@ -687,6 +704,17 @@ RecordTypeValue='2'
         self.book.wait_for_found("1 of 2 variables")
         self.book.search("house")
         self.book.wait_for_found("No variable matches")
+
+    def filters_stay_when_the_language_changes(self):
+        self.book.open_made(self._languages() + item("C", "Text|Texte", 3, 1, kind="Alpha") + "\n[Record]\nName=OTHER\n"
+                            + item("E", "Text|Texte", 4, 1, kind="Alpha"))
+        self.book.choose("record", "REC")
+        self.book.choose("type", "alpha")
+        self.book.wait_for_found("1 of 4 variables")
+        self.book.choose("language", "Fran")
+        self.book.wait_for_found("1 of 4 variables")
+        expect(self.book.names(), ["C"])
+        expect(self.browser.run("document.querySelector('article .label').textContent"), "Texte")
 
     def page_opens_in_the_language_that_is_asked_for(self):
         self.book.open_made(self._languages(), options=("--language", "fr"))
