@@ -374,6 +374,8 @@ class Tests:
         self.book.open_made(DICTIONARY + item("Ab", "First", 1, 1) + item("aB", "Second", 2, 1), "#aB")
         self.browser.wait_for("document.querySelector('article.current') !== null")
         expect(self.browser.run("document.querySelector('article.current .label').textContent"), "Second")
+        self.browser.run("location.hash = '#ab'")  # the first of both
+        self.browser.wait_for("document.querySelector('article.current').dataset.index === '0'")
 
     def fragment_of_a_record_leads_to_it(self):
         self.book.open_example(fragment="#population")
@@ -407,7 +409,8 @@ class Tests:
     def unknown_fragment_is_named(self):
         unknown = "document.getElementById('page-unknown')"
         for fragment, shown in (("#%E0%A4%A", "%E0%A4%A"), ("#constructor", "constructor"),
-                                ("#<b>x", "<b>x"), ("#NO%20SUCH", "NO SUCH")):
+                                ("#<b>x", "<b>x"), ("#NO%20SUCH", "NO SUCH"),
+                                ("#ORVANDIA_CENSUS_QUEST", "ORVANDIA_CENSUS_QUEST")):
             self.book.open_example(fragment=fragment)
             expect(self.book.current(), None)
             expect(self.browser.run(unknown + ".hidden"), False)
