@@ -111,3 +111,13 @@ QByteArray generatedJsonDictionary(int items, int values)
         addJsonItem(text, index, values);
     return text + jsonTail;
 }
+
+QByteArray generatedRecords(int records)
+{
+    QByteArray text("[Dictionary]\nVersion=CSPro 7.7\nName=GENERATED\nRecordTypeStart=1\nRecordTypeLen=7\n\n");
+    for (int index = 0; index < records; ++index) {
+        const QByteArray number = QByteArray::number(index).rightJustified(7, '0');
+        text += "[Record]\nName=RECORD_" + number + "\nRecordTypeValue='" + number + "'\n\n";
+    }
+    return text;
+}

@@ -10,4 +10,7 @@ QByteArray generatedDictionary(int items, int values);
 /// The same dictionary in the JSON form, laid out with line breaks and blanks as CSPro writes it.
 QByteArray generatedJsonDictionary(int items, int values);
 
+/// A CSPro text dictionary of \a records records without items, with names of about the same length.
+QByteArray generatedRecords(int records);
+
 #endif

@@ -130,6 +130,28 @@ void wholeProcess(benchmark::State &state, const Form &form)
     finish(state, path);
 }
 
+// An importer that is open on a dictionary of so many records is asked for the value of each of its groups.
+void groupValues(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("records.dcf")));
+    if (file.open(QIODevice::WriteOnly))
+        file.write(generatedRecords(int(state.range(0))));
+    file.close();
+    const std::unique_ptr<TDataImport> importer = makeImporter<TCSProDataImport>(file.fileName());
+    const std::unique_ptr<QStringList> names(importer->selectLayoutSource());
+    const int groups = importer->getGroupCount();
+    if (groups != state.range(0)) {
+        state.SkipWithError("a record is missing");
+        return;
+    }
+    for (auto round : state) {
+        for (int i = 0; i < groups; ++i)
+            benchmark::DoNotOptimize(importer->getGroupValue(i));
+    }
+    state.SetComplexityN(groups);
+}
+
 // Dictionaries of items with ten values each, in growing numbers.
 void growing(benchmark::internal::Benchmark *bench)
 {
@@ -157,6 +179,13 @@ BENCHMARK_CAPTURE(wholeRoad, json, json, false)->Apply(growing)->Iterations(3)->
 BENCHMARK_CAPTURE(wholeRoad, textReported, text, true)->Apply(growing)->Iterations(3)->Complexity();
 BENCHMARK_CAPTURE(wholeRoad, jsonReported, json, true)->Apply(growing)->Iterations(3)->Complexity();
 BENCHMARK_CAPTURE(wholeRoad, text, text, false)->Apply(lopsided)->Iterations(3);
+BENCHMARK(groupValues)
+    ->ArgName("records")
+    ->Arg(1)
+    ->Arg(17)
+    ->RangeMultiplier(10)
+    ->Range(100, 100000)
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(wholeProcess, text, text)->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(wholeProcess, text, text)->Apply(lopsided)->UseManualTime();
 BENCHMARK_CAPTURE(wholeProcess, json, json)->Apply(growing)->UseManualTime()->Complexity();

@@ -2,6 +2,7 @@
 
 #include "cspro/CSProImportBody_p.h"
 #include "cspro/CSPro_p.h"
+#include "cspro/GroupValue_p.h"
 #include "import/Constants.h"
 #include "util/DebugLog_p.h"
 #include "import/LayoutNotes_p.h"
@@ -78,8 +79,9 @@ QString TCSProDataImport::getGroupName(int index)
 QString TCSProDataImport::getGroupValue(int index)
 {
     isOutsideOfGroups = false;
-    const QString text = getGroupName(index); // an heir's may be null, and then counts as ""
-    return text.isNull() && isOutsideOfGroups ? emptyText() : cspro::firstGroupWith(groupList, text, groupSearch);
+    const QString text = getGroupName(index); // may be null in a subclass, and then counts as ""
+    const bool isNone = !groupList || (text.isNull() && isOutsideOfGroups);
+    return isNone ? emptyText() : cspro::groupValue(*groupList, index, text);
 }
 
 int TCSProDataImport::getRecordTypeIndex(QString value)
@@ -111,7 +113,6 @@ void TCSProDataImport::renewDictionary()
 void TCSProDataImport::releaseContents()
 {
     groupList = nullptr;
-    groupSearch.reset();
     dictionary = nullptr;
     recordTypeStart = 0;
     recordTypeLen = 0;

@@ -4,15 +4,8 @@
 #include "import/DataImport.h"
 #include "model_vanadmin_export.h"
 
-#include <memory>
-
 class TCSPro;
 class TCSProItem;
-
-namespace cspro
-{
-class GroupSearch;
-}
 
 /// Reads the layout of a CSPro text dictionary: one field for each item and occurrence, one group for each record.
 ///
@@ -81,7 +74,6 @@ private:
     void *pointer2 = nullptr;       ///< carried
     QString text2;                  ///< carried
     bool isOutsideOfGroups = false; ///< whether getGroupName() was last asked outside of the list
-    std::shared_ptr<const cspro::GroupSearch> groupSearch; ///< answers getGroupValue(); shared by copies
 };
 
 /// The field of a CSPro text dictionary. It points at its item without owning it.

@@ -105,15 +105,6 @@ QString groupAt(const QStringList *groups, int index, bool &isOutside)
     return isOutside ? QString() : groups->at(index);
 }
 
-QString firstGroupWith(const QStringList *groups, const QString &text, std::shared_ptr<const GroupSearch> &search)
-{
-    if (!groups)
-        return emptyText();
-    if (!search || search->list() != *groups)
-        search = std::make_shared<const GroupSearch>(*groups);
-    return notNull(search->firstWith(text));
-}
-
 int lastRecordOfType(const CSProDictionary *dictionary, const QString &value)
 {
     int index = dictionary ? dictionary->records->size() - 1 : -1;

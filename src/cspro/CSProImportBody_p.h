@@ -3,7 +3,6 @@
 
 #include "cspro/CSProModel_p.h"
 #include "cspro/CSProNotes_p.h"
-#include "cspro/GroupSearch_p.h"
 #include "import/DataImport.h"
 #include "import/GenericField.h"
 #include "import/KeptObjects_p.h"
@@ -52,9 +51,6 @@ void readDictionary(Dictionary &dictionary, QString path, ReadReport *report, QS
 void listGroups(CSProDictionary &dictionary, QStringList *&groups, KeptObjects &kept);
 /// The entry at \a index, or a null text outside of the list, which \a isOutside then says.
 QString groupAt(const QStringList *groups, int index, bool &isOutside);
-/// The first entry that contains \a text, case-sensitively; "" if none does. A null text counts as "", which every
-/// entry contains. \a search is made anew where it is not that of the groups.
-QString firstGroupWith(const QStringList *groups, const QString &text, std::shared_ptr<const GroupSearch> &search);
 /// The index of the last record of type \a value, or of the first; -1 if there is none.
 int lastRecordOfType(const CSProDictionary *dictionary, const QString &value);
 int firstRecordOfType(const CSProDictionary *dictionary, const QString &value);

@@ -2,6 +2,7 @@
 
 #include "cspro/CSProImportBody_p.h"
 #include "cspro/CSProJson_p.h"
+#include "cspro/GroupValue_p.h"
 #include "import/Constants.h"
 #include "util/DebugLog_p.h"
 #include "import/LayoutNotes_p.h"
@@ -78,8 +79,9 @@ QString TCSProJsonDataImport::getGroupName(int index)
 QString TCSProJsonDataImport::getGroupValue(int index)
 {
     isOutsideOfGroups = false;
-    const QString text = getGroupName(index); // an heir's may be null, and then counts as ""
-    return text.isNull() && isOutsideOfGroups ? emptyText() : cspro::firstGroupWith(groupList, text, groupSearch);
+    const QString text = getGroupName(index); // may be null in a subclass, and then counts as ""
+    const bool isNone = !groupList || (text.isNull() && isOutsideOfGroups);
+    return isNone ? emptyText() : cspro::groupValue(*groupList, index, text);
 }
 
 int TCSProJsonDataImport::getRecordTypeIndex(QString value)
@@ -111,7 +113,6 @@ void TCSProJsonDataImport::renewDictionary()
 void TCSProJsonDataImport::releaseContents()
 {
     groupList = nullptr;
-    groupSearch.reset();
     dictionary = nullptr;
     recordTypeStart = 0;
     recordTypeLen = 0;

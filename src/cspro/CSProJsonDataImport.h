@@ -4,15 +4,8 @@
 #include "import/DataImport.h"
 #include "model_vanadmin_export.h"
 
-#include <memory>
-
 class TCSProJson;
 class TCSProItem;
-
-namespace cspro
-{
-class GroupSearch;
-}
 
 /// Reads the layout of a CSPro 8 JSON dictionary: one field for each item and occurrence, one group for each record.
 ///
@@ -82,7 +75,6 @@ private:
     void *pointer2 = nullptr;         ///< carried
     QString text2;                    ///< carried
     bool isOutsideOfGroups = false;   ///< whether getGroupName() was last asked outside of the list
-    std::shared_ptr<const cspro::GroupSearch> groupSearch; ///< answers getGroupValue(); shared by copies
 };
 
 /// The field of a CSPro 8 JSON dictionary. It points at its item without owning it.

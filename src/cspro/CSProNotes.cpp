@@ -1,6 +1,6 @@
 #include "cspro/CSProNotes_p.h"
 
-#include "cspro/GroupSearch_p.h"
+#include "cspro/GroupValue_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
 #include "import/LayoutNotes_p.h"
@@ -337,9 +337,9 @@ void tellOfGroups(ReadReport &report, const QStringList *groups)
 {
     if (!groups)
         return;
-    const GroupSearch search(*groups);
-    for (const QString &group : qAsConst(*groups)) {
-        if (search.firstWith(group) != group)
+    for (int i = 0; i < groups->size(); ++i) {
+        const QString &group = groups->at(i);
+        if (groupValue(*groups, i, group) != group)
             report.add(NoteKind::groupValueOfAnother, group);
     }
 }

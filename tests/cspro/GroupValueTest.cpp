@@ -1,15 +1,16 @@
-#include "cspro/GroupSearch_p.h"
+#include "cspro/GroupValue_p.h"
 #include "support/ProcessorTime.h"
+#include "util/EmptyText_p.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
 
-using cspro::GroupSearch;
+using cspro::groupValue;
 
 namespace
 {
 
-constexpr double patience = 20; // seconds, far more than one pass takes and far less than a pass for each text
+constexpr double patience = 20; // seconds, far more than the bounded searches take and far less than full ones
 
 // The rule itself: one look at every text, in their order.
 QString firstThatContains(const QStringList &list, const QString &text)
@@ -19,6 +20,12 @@ QString firstThatContains(const QStringList &list, const QString &text)
             return entry;
     }
     return QString();
+}
+
+// The value of the text as a group of the list, or as a text that a subclass names.
+QString valueOf(const QStringList &list, const QString &text)
+{
+    return groupValue(list, list.indexOf(text), text);
 }
 
 QString randomText(QRandomGenerator &random, const QString &alphabet, int longest)
@@ -45,7 +52,7 @@ QStringList partsOf(const QStringList &list)
 
 } // namespace
 
-class GroupSearchTest : public QObject
+class GroupValueTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -120,33 +127,28 @@ private Q_SLOTS:
         QFETCH(QStringList, list);
         QFETCH(QString, text);
         QFETCH(QString, expected);
-        QCOMPARE(GroupSearch(list).firstWith(text), expected);
+        QCOMPARE(valueOf(list, text), expected);
         QCOMPARE(firstThatContains(list, text), expected);
     }
 
-    void answerIsNullWhereNoTextContainsIt()
+    void answerIsEmptyAndNotNullWhereNoTextContainsIt()
     {
-        QVERIFY(GroupSearch({ "a" }).firstWith("b").isNull());
-        QVERIFY(GroupSearch({ "" }).firstWith("b").isNull());
-        QVERIFY(GroupSearch({}).firstWith("").isNull());
+        const QList<QStringList> lists = { { "a" }, { "" }, {} };
+        for (const QStringList &list : lists) {
+            QVERIFY(groupValue(list, 0, "b").isEmpty());
+            QVERIFY(!groupValue(list, 0, "b").isNull());
+        }
     }
 
     void emptyTextFirstInTheListAnswersToTheEmptyTextAlone()
     {
-        const GroupSearch search({ "", "a" });
-        QVERIFY(!search.firstWith("").isNull());
-        QCOMPARE(search.firstWith(""), QString(""));
-        QCOMPARE(search.firstWith("a"), QString("a"));
+        const QStringList list = { "", "a" };
+        QVERIFY(!valueOf(list, "").isNull());
+        QCOMPARE(valueOf(list, ""), QString(""));
+        QCOMPARE(valueOf(list, "a"), QString("a"));
     }
 
-    void listIsKeptAsItWas()
-    {
-        QStringList list = { "xa", "a" };
-        const GroupSearch search(list);
-        list[0] = "other";
-        QCOMPARE(search.list(), QStringList({ "xa", "a" }));
-        QCOMPARE(search.firstWith("a"), QString("xa"));
-    }
+    void nullTextIsInEveryText() { QCOMPARE(groupValue({ "a", "b" }, 1, QString()), QString("a")); }
 
     void randomListsAnswerAsAScanDoes_data()
     {
@@ -175,18 +177,39 @@ private Q_SLOTS:
             QStringList questions = partsOf(list);
             for (int more = 0; more < 5; ++more)
                 questions.append(randomText(random, alphabet, longest + 1));
-            const GroupSearch search(list);
             for (const QString &text : qAsConst(questions)) {
-                const QString told = list.join('|') + " asked for " + text;
-                QVERIFY2(search.firstWith(text) == firstThatContains(list, text), qPrintable(told));
+                const QString question = list.join('|') + " asked for " + text;
+                QVERIFY2(valueOf(list, text) == notNull(firstThatContains(list, text)), qPrintable(question));
             }
         }
     }
 
-    // A scan for each of these texts would look at half of the list: some 10^10 comparisons.
+    // The search for a group ends at the bound; a name that a subclass gives is looked for to the end.
+    void searchForAGroupIsBounded_data()
+    {
+        QTest::addColumn<int>("groupsBefore");
+        QTest::addColumn<bool>("isGroup");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("many groups before the longer one") << 200 << true << "OLD_HOUSE=12";
+        QTest::newRow("so many that the bound is reached") << 20000 << true << "HOUSE=1";
+        QTest::newRow("so many, and no group") << 20000 << false << "OLD_HOUSE=12";
+    }
+    void searchForAGroupIsBounded()
+    {
+        QFETCH(int, groupsBefore);
+        QFETCH(bool, isGroup);
+        QFETCH(QString, expected);
+        QStringList list;
+        for (int i = 0; i < groupsBefore; ++i)
+            list.append(QStringLiteral("RECORD_OF_THE_SURVEY_WITH_A_LONG_NAME_%1=R").arg(i));
+        list += { "OLD_HOUSE=12", "HOUSE=1" };
+        QCOMPARE(groupValue(list, isGroup ? list.size() - 1 : 0, "HOUSE=1"), expected);
+    }
+
+    // Every search to its end would look at half of the list: some 10^9 comparisons of texts.
     void longListOfEverShorterTextsAnswersQuickly()
     {
-        constexpr int count = 250000;
+        constexpr int count = 100000;
         constexpr int longest = 40;
         QStringList list;
         list.reserve(count);
@@ -197,28 +220,26 @@ private Q_SLOTS:
         QCOMPARE(list.first().size(), longest);
         QCOMPARE(list.last().size(), longest - 29);
         const ProcessorTime time;
-        const GroupSearch search(list);
         int found = 0;
-        for (const QString &text : qAsConst(list))
-            found += search.firstWith(text) == text; // each has a number of its own
+        for (int i = 0; i < count; ++i)
+            found += groupValue(list, i, list.at(i)) == list.at(i); // each has a number of its own
         QCOMPARE(found, count);
         QVERIFY2(time.seconds() < patience, qPrintable(QString::number(time.seconds())));
     }
 
-    // Every end of these texts is a text: the many ends of a long text are gone through once, not at every character.
-    void nestedEndsAnswerQuickly()
+    // Compared from their ends, these texts differ from each part of a longer one in their first characters alone.
+    void longTextsThatNearlyFitAnswerQuickly()
     {
         constexpr int count = 3000;
         QStringList list;
-        for (int size = count; size > 0; --size)
-            list.append(QString(size, 'a'));
+        for (int i = 0; i < count; ++i)
+            list.append(QString::number(i).rightJustified(4, '0') + QString(count - i, 'a'));
         const ProcessorTime time;
-        const GroupSearch search(list);
-        for (const QString &text : qAsConst(list))
-            QCOMPARE(search.firstWith(text).size(), count);
+        for (int i = 0; i < count; ++i)
+            QCOMPARE(groupValue(list, i, list.at(i)), list.at(i));
         QVERIFY2(time.seconds() < patience, qPrintable(QString::number(time.seconds())));
     }
 };
 
-QTEST_GUILESS_MAIN(GroupSearchTest)
-#include "GroupSearchTest.moc"
+QTEST_GUILESS_MAIN(GroupValueTest)
+#include "GroupValueTest.moc"
