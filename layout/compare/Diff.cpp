@@ -7,7 +7,7 @@
 #include "compare/DiffScope_p.h"
 #include "compare/DiffValues_p.h"
 
-#include <map>
+#include <algorithm>
 
 namespace vanlayout
 {
@@ -46,6 +46,55 @@ int itemCountOf(const Layout &layout)
             count += record.items.size();
     }
     return count;
+}
+
+/// The languages with a code that a layout declares, by code without regard to case.
+class LanguageNames
+{
+public:
+    explicit LanguageNames(const Layout &layout)
+    {
+        for (const Language &language : layout.languages) {
+            if (!language.name.isEmpty() && names.emplace(language.name.toCaseFolded(), language.label).second)
+                list.append(language.name);
+        }
+    }
+
+    /// Codes in the order of the layout, each once.
+    const QStringList &codes() const { return list; }
+    bool declares(const QString &code) const { return names.count(code.toCaseFolded()) > 0; }
+    QString nameOf(const QString &code) const
+    {
+        const auto found = names.find(code.toCaseFolded());
+        return found != names.end() ? found->second : QString();
+    }
+    /// Adds the codes that the other layout does not declare and that \a missing does not have: its labels can be in a
+    /// language all the same.
+    void addUndeclared(const LanguageNames &other, QStringList &missing) const
+    {
+        KeyedSet<QString> known;
+        for (const QString &code : qAsConst(missing))
+            known.insert(code.toCaseFolded());
+        for (const QString &code : list) {
+            if (!other.declares(code) && known.insert(code.toCaseFolded()).second)
+                missing.append(code);
+        }
+    }
+
+private:
+    KeyedMap<QString, QString> names;
+    QStringList list;
+};
+
+// Codes of languages, without some of them.
+QString listWithout(QStringList codes, const QStringList &left)
+{
+    KeyedSet<QString> out;
+    for (const QString &code : left)
+        out.insert(code.toCaseFolded());
+    const auto isOut = [&](const QString &code) { return out.count(code.toCaseFolded()) > 0; };
+    codes.erase(std::remove_if(codes.begin(), codes.end(), isOut), codes.end());
+    return codes.join(QLatin1String(", "));
 }
 
 /// One comparison of two layouts.
@@ -109,7 +158,7 @@ private:
         if (!scope.isOneFamily())
             return;
         compareNotes(before.note, after.note, place, DiffKind::DictionaryNote);
-        compareAliases(before.aliases, after.aliases, place, DiffKind::DictionaryAliases);
+        changes.addAliases(place, DiffKind::DictionaryAliases, before.aliases, after.aliases);
         changes.addIfDifferent(place, DiffKind::RecordTypeColumns, describeColumns(before.recordType),
                                describeColumns(after.recordType));
         changes.addIfDifferent(place, DiffKind::WeightVariable, before.weight, after.weight);
@@ -123,38 +172,37 @@ private:
         if (one != other && comparableNote(one) != comparableNote(other))
             changes.add(place, kind, one, other);
     }
-    void compareAliases(const QStringList &one, const QStringList &other, const Change &place, DiffKind kind)
-    {
-        if (!one.isEmpty() || !other.isEmpty())
-            changes.addIfDifferent(place, kind, comparableAliases(one), comparableAliases(other));
-    }
 
     void compareLanguages()
     {
         if (!scope.areCSPro())
             return;
-        std::map<QString, QString> names[2]; // by code
-        for (const Language &language : before.languages)
-            names[0].emplace(language.name.toCaseFolded(), language.label);
-        for (const Language &language : after.languages)
-            names[1].emplace(language.name.toCaseFolded(), language.label);
+        const LanguageNames namesBefore(before);
+        const LanguageNames namesAfter(after);
+        QStringList removed = labels.removed();
+        QStringList added = labels.added();
+        if (!namesBefore.codes().isEmpty() && !namesAfter.codes().isEmpty()) {
+            namesBefore.addUndeclared(namesAfter, removed);
+            namesAfter.addUndeclared(namesBefore, added);
+        }
+        for (const QString &code : qAsConst(removed))
+            changes.add(placeOf(code), DiffKind::LanguageRemoved, namesBefore.nameOf(code), QString());
+        for (const QString &code : qAsConst(added))
+            changes.add(placeOf(code), DiffKind::LanguageAdded, QString(), namesAfter.nameOf(code));
+        for (const QString &code : namesBefore.codes()) {
+            if (namesAfter.declares(code))
+                changes.addIfDifferent(placeOf(code), DiffKind::LanguageName, namesBefore.nameOf(code),
+                                       namesAfter.nameOf(code));
+        }
+        const QStringList ofOne = removed + added;
+        changes.addIfDifferent(Change(), DiffKind::LanguageOrder, listWithout(labels.sharedBefore(), ofOne),
+                               listWithout(labels.sharedAfter(), ofOne));
+    }
+    static Change placeOf(const QString &language)
+    {
         Change place;
-        for (const QString &code : labels.removed()) {
-            place.language = code;
-            changes.add(place, DiffKind::LanguageRemoved, names[0][code.toCaseFolded()], QString());
-        }
-        for (const QString &code : labels.added()) {
-            place.language = code;
-            changes.add(place, DiffKind::LanguageAdded, QString(), names[1][code.toCaseFolded()]);
-        }
-        for (const auto &[code, name] : names[0]) {
-            const auto other = names[1].find(code);
-            place.language = code.toUpper();
-            if (other != names[1].end())
-                changes.addIfDifferent(place, DiffKind::LanguageName, name, other->second);
-        }
-        changes.addIfDifferent(Change(), DiffKind::LanguageOrder, labels.sharedBefore().join(QLatin1String(", ")),
-                               labels.sharedAfter().join(QLatin1String(", ")));
+        place.language = language;
+        return place;
     }
 
     void compareRelations()
@@ -168,11 +216,13 @@ private:
             const int partner = pairing.partnerOfBefore(i);
             const QString text = describeRelation(before.relations.at(i));
             place.code = before.relations.at(i).name;
-            if (partner == Pairing::none)
+            if (partner == Pairing::none) {
                 changes.add(place, DiffKind::RelationRemoved, text, QString());
-            else
-                changes.addIfDifferent(place, DiffKind::RelationChanged, text,
-                                       describeRelation(after.relations.at(partner)));
+                continue;
+            }
+            const QString other = describeRelation(after.relations.at(partner));
+            if (text.compare(other, Qt::CaseInsensitive) != 0)
+                changes.add(place, DiffKind::RelationChanged, text, other);
         }
         for (int i = 0; i < after.relations.size(); ++i) {
             place.code = after.relations.at(i).name;
@@ -206,7 +256,7 @@ private:
             changes.add(place, DiffKind::LevelName, one.name, other.name);
         compareLabels(one.labels, other.labels, place, DiffKind::LevelLabel, 0, labels, changes);
         compareNotes(one.note, other.note, place, DiffKind::LevelNote);
-        compareAliases(one.aliases, other.aliases, place, DiffKind::LevelAliases);
+        changes.addAliases(place, DiffKind::LevelAliases, one.aliases, other.aliases);
     }
 
     static Change placeOf(const ItemContainer &container)
@@ -288,7 +338,7 @@ private:
         compareOccurrenceLabels(earlier.occurrenceLabels, later.occurrenceLabels, place,
                                 DiffKind::RecordOccurrenceLabel, labels, changes);
         compareNotes(earlier.note, later.note, place, DiffKind::RecordNote);
-        compareAliases(earlier.aliases, later.aliases, place, DiffKind::RecordAliases);
+        changes.addAliases(place, DiffKind::RecordAliases, earlier.aliases, later.aliases);
     }
 
     void compareItem(int index, Change place)
@@ -309,12 +359,19 @@ private:
             changes.add(place, DiffKind::ItemRenamed, earlier.item->name, later.item->name);
         }
         if (matching.records().partnerOfBefore(earlier.container) != later.container)
-            changes.add(place, DiffKind::ItemMoved, itemsBefore.containerOf(index).name(),
-                        itemsAfter.containerOf(partner).name());
+            addMove(itemsBefore.containerOf(index), itemsAfter.containerOf(partner), place);
         if (scope.areCSPro())
             compareParents(earlier, later, place);
         compareItems(*earlier.item, *later.item, place, scope, labels, changes);
         values.compare(*earlier.item, *later.item, place, changes);
+    }
+    // Records of one name, as the id items of all levels have it, are told apart by their levels.
+    void addMove(const ItemContainer &from, const ItemContainer &to, const Change &place)
+    {
+        const bool isName = from.name() != to.name();
+        changes.add(place, DiffKind::ItemMoved,
+                    isName ? from.name() : from.level->name + QLatin1Char('/') + from.name(),
+                    isName ? to.name() : to.level->name + QLatin1Char('/') + to.name());
     }
     bool areNamedAlike(const Item &earlier, const Item &later) const
     {

@@ -9,6 +9,14 @@
 namespace vanlayout
 {
 
+/// Aliases as they are compared: their order does not count.
+inline QString comparableAliases(QStringList aliases)
+{
+    if (aliases.size() > 1)
+        aliases.sort(Qt::CaseInsensitive);
+    return aliases.join(QLatin1String(", "));
+}
+
 /// Collects changes: those of the kinds that are asked for, up to a bound.
 class ChangeCollector
 {
@@ -53,6 +61,16 @@ public:
         if (before != after)
             add(place, kind, before, after);
     }
+    /// Adds a change where there are other aliases. They are names of CSPro, whose case does not count.
+    void addAliases(const Change &place, DiffKind kind, const QStringList &before, const QStringList &after)
+    {
+        if (before.isEmpty() && after.isEmpty())
+            return;
+        const QString one = comparableAliases(before);
+        const QString other = comparableAliases(after);
+        if (one.compare(other, Qt::CaseInsensitive) != 0)
+            add(place, kind, one, other);
+    }
 
     const QVector<Change> &all() const { return changes; }
     bool isIncomplete() const { return isCut; }
@@ -67,14 +85,6 @@ private:
 inline QString comparableNote(const QString &note)
 {
     return note.simplified();
-}
-
-/// Aliases as they are compared: their order does not count.
-inline QString comparableAliases(QStringList aliases)
-{
-    if (aliases.size() > 1)
-        aliases.sort();
-    return aliases.join(QLatin1String(", "));
 }
 
 inline QString yesOrNo(bool value)

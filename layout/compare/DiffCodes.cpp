@@ -89,11 +89,16 @@ QString canonicalCode(const QString &code, bool isNumeric)
     return number.isPlain ? spelled(number) : text;
 }
 
+CodeKey keyWithoutCode(const Value &value)
+{
+    return { QString(), QString(), value.special == Special::NotApplicable };
+}
+
 CodeKey keyOf(const Value &value, const Range &range, bool isNumeric)
 {
     if (value.special == Special::NotApplicable)
         return {};
-    CodeKey key = { canonicalCode(range.from, isNumeric), canonicalCode(range.to, isNumeric) };
+    CodeKey key = { canonicalCode(range.from, isNumeric), canonicalCode(range.to, isNumeric), true };
     if (key.to == key.from)
         key.to.clear();
     return key;
@@ -101,6 +106,8 @@ CodeKey keyOf(const Value &value, const Range &range, bool isNumeric)
 
 QString describeCode(const CodeKey &key)
 {
+    if (!key.hasCode)
+        return QStringLiteral("(no code)");
     const QString from = key.from.isEmpty() ? QStringLiteral("(blank)") : key.from;
     return key.to.isEmpty() ? from : from + QLatin1String(" to ") + key.to;
 }

@@ -17,16 +17,20 @@ QString canonicalCode(const QString &code, bool isNumeric);
 /// The codes of one entry: equal for entries that stand for the same values.
 struct CodeKey {
     QString from;
-    QString to; ///< empty for one code
+    QString to;          ///< empty for one code
+    bool hasCode = true; ///< false for a value without any code, which is no blank
 
-    bool operator==(const CodeKey &other) const { return from == other.from && to == other.to; }
+    bool operator==(const CodeKey &other) const
+    {
+        return from == other.from && to == other.to && hasCode == other.hasCode;
+    }
 };
 
 struct CodeKeyHash {
     size_t operator()(const CodeKey &key) const
     {
         const KeyedHash hash;
-        return key.to.isEmpty() ? hash(key.from) : hash({ hash(key.from), hash(key.to) });
+        return key.to.isEmpty() && key.hasCode ? hash(key.from) : hash({ hash(key.from), hash(key.to), key.hasCode });
     }
 };
 
@@ -37,10 +41,12 @@ struct CodeEntry {
     const Range *range = nullptr; ///< as the file has it; null for a value without codes
 };
 
+/// The key of a value without codes.
+CodeKey keyWithoutCode(const Value &value);
 /// The key of a range of a value; the code of "not applicable" is blank, whatever the file has.
 CodeKey keyOf(const Value &value, const Range &range, bool isNumeric);
 
-/// A code or range as a person writes it: "1", "5 to 9", "(blank)" for a code of blanks.
+/// A code or range as a person writes it: "1", "5 to 9", "(blank)" for a code of blanks, "(no code)" for none.
 QString describeCode(const CodeKey &key);
 
 } // namespace vanlayout

@@ -184,8 +184,7 @@ void compareItems(const Item &before, const Item &after, const Change &place, co
                             labels, changes);
     if (before.note != after.note && comparableNote(before.note) != comparableNote(after.note))
         changes.add(place, DiffKind::ItemNote, before.note, after.note);
-    changes.addIfDifferent(place, DiffKind::ItemAliases, comparableAliases(before.aliases),
-                           comparableAliases(after.aliases));
+    changes.addAliases(place, DiffKind::ItemAliases, before.aliases, after.aliases);
 }
 
 } // namespace vanlayout

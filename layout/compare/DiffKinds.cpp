@@ -23,7 +23,7 @@ constexpr DiffSide inBoth = DiffSide::Both;
 // One row a kind, in the order of the enumeration.
 // clang-format off
 constexpr Row rows[] = {
-    { DiffKind::DictionaryName,     inBoth,   "dictionary-name",     "name",                "The name of the dictionary differs." },
+    { DiffKind::DictionaryName,     inBoth,   "dictionary-name",     "name",                "The name of the dictionary or data set differs." },
     { DiffKind::DictionaryLabel,    inBoth,   "dictionary-label",    "label",               "The label of the dictionary or file differs." },
     { DiffKind::DictionaryNote,     inBoth,   "dictionary-note",     "note",                "The note of the dictionary or file differs." },
     { DiffKind::DictionaryAliases,  inBoth,   "dictionary-aliases",  "aliases",             "The aliases of the dictionary differ." },
@@ -36,8 +36,8 @@ constexpr Row rows[] = {
     { DiffKind::RelationAdded,      inAfter,  "relation-added",      "relation added",      "A relation was added." },
     { DiffKind::RelationRemoved,    inBefore, "relation-removed",    "relation removed",    "A relation was removed." },
     { DiffKind::RelationChanged,    inBoth,   "relation-changed",    "relation",            "A relation links other records or items, or has other aliases." },
-    { DiffKind::LevelAdded,         inAfter,  "level-added",         "level added",         "There are more levels." },
-    { DiffKind::LevelRemoved,       inBefore, "level-removed",       "level removed",       "There are fewer levels." },
+    { DiffKind::LevelAdded,         inAfter,  "level-added",         "level added",         "A level was added; levels are matched by their depth." },
+    { DiffKind::LevelRemoved,       inBefore, "level-removed",       "level removed",       "A level was removed; levels are matched by their depth." },
     { DiffKind::LevelName,          inBoth,   "level-name",          "name of level",       "The name of a level differs." },
     { DiffKind::LevelLabel,         inBoth,   "level-label",         "label of level",      "The label of a level differs." },
     { DiffKind::LevelNote,          inBoth,   "level-note",          "note of level",       "The note of a level differs." },
@@ -70,9 +70,9 @@ constexpr Row rows[] = {
     { DiffKind::ItemDecimals,       inBoth,   "item-decimals",       "decimals",            "The number of decimals of an item differs." },
     { DiffKind::ItemDecimalMark,    inBoth,   "item-decimal-mark",   "decimal mark",        "The decimal mark of an item is written in the data in one layout alone." },
     { DiffKind::ItemZeroFill,       inBoth,   "item-zero-fill",      "zero fill",           "The numbers of an item are padded with zeros in one layout alone." },
-    { DiffKind::ItemCapture,        inBoth,   "item-capture",        "capture",             "An item is asked for in another way." },
+    { DiffKind::ItemCapture,        inBoth,   "item-capture",        "capture",             "The capture type of an item or its date format differs." },
     { DiffKind::ItemStorage,        inBoth,   "item-storage",        "storage",             "The values of an item are stored as another type." },
-    { DiffKind::ItemFormat,         inBoth,   "item-format",         "format",              "The format of an item differs; between formats of files, its width or decimals do." },
+    { DiffKind::ItemFormat,         inBoth,   "item-format",         "format",              "The format of an item differs; between files of two formats, its width or decimals." },
     { DiffKind::ItemMeasure,        inBoth,   "item-measure",        "measure",             "The level of measurement of an item differs." },
     { DiffKind::ItemAlignment,      inBoth,   "item-alignment",      "alignment",           "The alignment of an item differs." },
     { DiffKind::ItemDisplayWidth,   inBoth,   "item-display-width",  "display width",       "The display width of an item differs." },

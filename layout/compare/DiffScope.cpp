@@ -8,6 +8,15 @@ namespace vanlayout
 namespace
 {
 
+// The lines where they are do not count.
+bool haveSameExtras(const Layout &before, const Layout &after)
+{
+    return std::equal(before.extras.begin(), before.extras.end(), after.extras.begin(), after.extras.end(),
+                      [](const Extra &one, const Extra &other) {
+                          return one.path == other.path && one.key == other.key && one.value == other.value;
+                      });
+}
+
 /// A statement of a file that is no part of the survey, or of its data rather than of their layout.
 struct Fact {
     const char *what;
@@ -27,7 +36,7 @@ constexpr Fact facts[] = {
     { "read optimization",   false, [](const Layout &b, const Layout &a) { return b.readOptimization != a.readOptimization; } },
     { "binary items enabled", false, [](const Layout &b, const Layout &a) { return b.enableBinaryItems != a.enableBinaryItems; } },
     { "value set images",    false, [](const Layout &b, const Layout &a) { return b.valueSetImages != a.valueSetImages; } },
-    { "further statements",  false, [](const Layout &b, const Layout &a) { return b.extras != a.extras; } },
+    { "further statements",  false, [](const Layout &b, const Layout &a) { return !haveSameExtras(b, a); } },
     { "number of rows",      true,  [](const Layout &b, const Layout &a) { return b.rows != a.rows; } },
     { "creation date",       true,  [](const Layout &b, const Layout &a) { return b.created != a.created; } },
     { "modification date",   true,  [](const Layout &b, const Layout &a) { return b.modified != a.modified; } },
@@ -124,7 +133,8 @@ QVector<NotCompared> DiffScope::notCompared() const
     const char one[] = "one of the formats does not have it";
     if (!areCSPro() && !areStatistical()) {
         for (const char *what : { "levels", "records", "columns", "occurrences", "ranges of codes", "special values",
-                                  "value sets after the first", "notes" })
+                                  "value sets after the first", "languages after the first", "notes", "aliases",
+                                  "capture", "relations", "storage", "user-missing values", "weight variable" })
             add(what, one);
     } else if (areCSPro()) {
         if (!isOneFormat() && (hasRecordLength(before) || hasRecordLength(after)))
@@ -132,7 +142,7 @@ QVector<NotCompared> DiffScope::notCompared() const
     } else if (!isOneFamily()) {
         for (const char *what :
              { "storage", "user-missing values", "alignment", "display width", "formats other than fixed numbers",
-               "names of value sets", "notes", "weight variable" })
+               "names of value sets", "labels of codes that one cannot hold", "notes", "weight variable" })
             add(what, one);
     }
     if (!comparesValueSets())

@@ -8,13 +8,19 @@ namespace vanlayout
 namespace
 {
 
+// A code as the file has it. Blanks in front of a text are part of the code.
+QString spelledCode(const QString &key, const QString &code)
+{
+    return canonicalCode(code, false) == key ? key : code.trimmed();
+}
+
 // A code as the file has it, of the entry that a change is about.
 QString codeOf(const CodeEntry &entry)
 {
     if (!entry.range || entry.value->special == Special::NotApplicable)
-        return describeCode({});
-    return describeCode(
-        { entry.range->from.trimmed(), entry.key.to.isEmpty() ? QString() : entry.range->to.trimmed() });
+        return describeCode(entry.key);
+    return describeCode({ spelledCode(entry.key.from, entry.range->from),
+                          entry.key.to.isEmpty() ? QString() : spelledCode(entry.key.to, entry.range->to), true });
 }
 
 // The codes of several entries.
@@ -169,8 +175,7 @@ void ValueSetComparison::compareSets(const ValueSet &before, const ValueSet &aft
                        });
         if (comparableNote(before.note) != comparableNote(after.note))
             changes.add(place, DiffKind::ValueSetNote, before.note, after.note);
-        changes.addIfDifferent(place, DiffKind::ValueSetAliases, comparableAliases(before.aliases),
-                               comparableAliases(after.aliases));
+        changes.addAliases(place, DiffKind::ValueSetAliases, before.aliases, after.aliases);
     }
     if (!changes.takesValues())
         return;
@@ -188,7 +193,7 @@ QVector<CodeEntry> ValueSetComparison::entriesOf(const QVector<Value> &values, b
     entries.reserve(values.size());
     for (const Value &value : values) {
         if (value.ranges.isEmpty() && scope.isOneFamily())
-            entries.append({ CodeKey(), &value, nullptr });
+            entries.append({ keyWithoutCode(value), &value, nullptr });
         for (const Range &range : value.ranges) {
             if (scope.holdsCode(isNumeric, range))
                 entries.append({ keyOf(value, range, isNumeric), &value, &range });

@@ -208,6 +208,12 @@ private slots:
     void codesAreCompared_data();
     void codesAreCompared();
     void codesOfOneValueAreOneChange();
+    void valueWithoutCodesIsNoBlank();
+    void codesAreWrittenAsInTheFile_data();
+    void codesAreWrittenAsInTheFile();
+    void aliasesAreComparedInAnyCaseAndOrder();
+    void idItemsOfTwoLevelsAreToldApart();
+    void lineOfAStatementDoesNotCount();
     void valueSetsAreMatchedByNameThenByContent_data();
     void valueSetsAreMatchedByNameThenByContent();
     void itemsAreFoundUnderAnotherName_data();
@@ -377,6 +383,9 @@ void DiffTest::everyEditIsOneChangeOfItsKind_data()
                                       << "language-removed FR: French > ";
     QTest::newRow("language-name") << speaking({ english }) << speaking({ { "EN", "Anglais" } })
                                    << "language-name EN: English > Anglais";
+    QTest::newRow("language-name, code as it is")
+        << speaking({ { "fr", "French" } }) << speaking({ { "FR", "Francais" } })
+        << "language-name fr: French > Francais";
     const auto both = [](Layout &l) {
         l.languages = { { "EN", "English" }, { "FR", "French" } };
         l.levels.clear();
@@ -452,6 +461,9 @@ void DiffTest::whatIsNoDifference_data()
         person(l).name = "Person";
         sex(l).name = "Sex";
         sex(l).valueSets[0].name = "sex_vs1";
+    });
+    row("relation in another case", [](Layout &l) {
+        l.relations = { { "Rel", {}, "Person", { { "Sex", "Roof", "" } } } };
     });
     row("blanks in a note", [](Layout &l) {
         l.note = " ";
@@ -531,6 +543,15 @@ void DiffTest::languagesAreMatchedByCode_data()
     row("empty part") << two << QStringList{ "EN:House", "FR:" } << two << QStringList("EN:House") << none;
     row("language added") << QStringList("EN") << QStringList("EN:House") << two << houses
                           << QStringList("language-added FR:  > ");
+    row("language no longer declared") << two << houses << QStringList("EN") << houses
+                                       << QStringList("language-removed FR:  > ");
+    row("language declared at last") << QStringList("EN") << houses << two << houses
+                                     << QStringList("language-added FR:  > ");
+    row("first language no longer declared")
+        << two << houses << QStringList("FR") << houses << QStringList("language-removed EN:  > ");
+    row("other language declared") << two << houses << QStringList{ "EN", "ES" } << houses
+                                   << QStringList{ "language-removed FR:  > ", "language-added ES:  > " };
+    row("declared in one layout alone") << two << houses << none << houses << none;
     row("language of labels alone") << none << QStringList("EN:House") << none << houses
                                     << QStringList("language-added FR:  > ");
     row("other language") << QStringList("EN") << QStringList("EN:House") << QStringList("FR")
@@ -663,9 +684,103 @@ void DiffTest::codesOfOneValueAreOneChange()
     plain.labels = label("No");
     QCOMPARE(described(compare(made({ blank }), made({ plain }))),
              QStringList("value-label PERSON/SEX/SEX_VS1/(blank): None > No"));
-    Value withoutCodes;
-    withoutCodes.labels = label("Nothing");
-    QCOMPARE(kindsOf(compare(made({}), made({ withoutCodes }))), QStringList("value-added"));
+}
+
+void DiffTest::valueWithoutCodesIsNoBlank()
+{
+    const auto made = [](const QVector<Value> &values) {
+        return edited(survey(), [&](Layout &l) { sex(l).valueSets[0].values = values; });
+    };
+    Value without;
+    without.labels = label("Nothing");
+    const QString set = "PERSON/SEX/SEX_VS1/";
+    QCOMPARE(described(compare(made({}), made({ without }))),
+             QStringList("value-added " + set + "(no code):  > Nothing"));
+    QCOMPARE(
+        described(compare(made({ value(" ", "Blank"), value("1", "One") }), made({ value(" ", "Blank"), without }))),
+        (QStringList{ "value-removed " + set + "1: One > ", "value-added " + set + "(no code):  > Nothing" }));
+    QCOMPARE(described(compare(made({ value(" ", "Nothing") }), made({ without }))),
+             (QStringList{ "value-removed " + set + "(blank): Nothing > ",
+                           "value-added " + set + "(no code):  > Nothing" }));
+    // "Not applicable" is a blank, also where no code is stated.
+    Value blank = value(" ", "Nothing");
+    blank.special = without.special = Special::NotApplicable;
+    QCOMPARE(described(compare(made({ blank }), made({ without }))), QStringList());
+}
+
+void DiffTest::codesAreWrittenAsInTheFile_data()
+{
+    QTest::addColumn<bool>("isNumeric");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("written");
+    QTest::newRow("zeros") << true << "01"
+                           << "01";
+    QTest::newRow("zeros at the end") << true << "1.50"
+                                      << "1.50";
+    QTest::newRow("blanks around a number") << true << " 1 "
+                                            << "1";
+    QTest::newRow("blanks in front of a text") << false << " A "
+                                               << " A";
+    QTest::newRow("zeros of a text") << false << "01"
+                                     << "01";
+    QTest::newRow("blanks") << false << "  "
+                            << "(blank)";
+}
+
+void DiffTest::codesAreWrittenAsInTheFile()
+{
+    QFETCH(bool, isNumeric);
+    QFETCH(QString, code);
+    QFETCH(QString, written);
+    const auto made = [&](const QVector<Value> &values) {
+        return edited(survey(), [&](Layout &l) {
+            sex(l).type = isNumeric ? itemtype::numeric() : itemtype::alpha();
+            sex(l).valueSets[0].values = values;
+        });
+    };
+    QCOMPARE(described(compare(made({}), made({ value(code, "Label") }))),
+             QStringList("value-added PERSON/SEX/SEX_VS1/" + written + ":  > Label"));
+    QCOMPARE(described(compare(made({}), made({ value(code, "Label", "5") }))),
+             QStringList("value-added PERSON/SEX/SEX_VS1/" + written + " to 5:  > Label"));
+}
+
+void DiffTest::aliasesAreComparedInAnyCaseAndOrder()
+{
+    const auto made = [](const QStringList &aliases) {
+        return edited(survey(), [&](Layout &l) {
+            l.aliases = l.levels[0].aliases = person(l).aliases = sex(l).aliases = sex(l).valueSets[0].aliases
+                = aliases;
+        });
+    };
+    QCOMPARE(described(compare(made({ "B", "a" }), made({ "A", "b" }))), QStringList());
+    QCOMPARE(described(compare(made({ "B", "a" }), made({ "c", "A" }))),
+             (QStringList{ "dictionary-aliases : a, B > A, c", "level-aliases : a, B > A, c",
+                           "record-aliases PERSON: a, B > A, c", "item-aliases PERSON/SEX: a, B > A, c",
+                           "value-set-aliases PERSON/SEX/SEX_VS1: a, B > A, c" }));
+}
+
+void DiffTest::idItemsOfTwoLevelsAreToldApart()
+{
+    const Layout before = edited(survey(), [](Layout &l) {
+        l.levels.append(secondLevel());
+        l.levels[1].ids = { item("LINE", 5, 2, "Line") };
+    });
+    const Layout after = edited(before, [](Layout &l) { l.levels[0].ids.append(l.levels[1].ids.takeFirst()); });
+    QCOMPARE(described(compare(before, after)), QStringList("item-moved (ids)/LINE: SECOND/(ids) > LEVEL/(ids)"));
+    const Layout inRecord = edited(before, [](Layout &l) { person(l).items.append(l.levels[1].ids.takeFirst()); });
+    QCOMPARE(described(compare(before, inRecord)), QStringList("item-moved (ids)/LINE: (ids) > PERSON"));
+}
+
+void DiffTest::lineOfAStatementDoesNotCount()
+{
+    const auto made = [](const Extra &extra) { return edited(survey(), [&](Layout &l) { l.extras = { extra }; }); };
+    const Layout before = made({ "P", "Key", "Value", 1 });
+    QVERIFY(compare(before, made({ "P", "Key", "Value", 2 })).notCompared.isEmpty());
+    const QVector<Extra> others
+        = { { "Q", "Key", "Value", 1 }, { "P", "Other", "Value", 1 }, { "P", "Key", "Other", 1 } };
+    for (const Extra &other : others)
+        QCOMPARE(notComparedOf(compare(before, made(other))), QStringList("further statements"));
+    QCOMPARE(notComparedOf(compare(before, survey())), QStringList("further statements"));
 }
 
 void DiffTest::valueSetsAreMatchedByNameThenByContent_data()
@@ -995,7 +1110,8 @@ void DiffTest::formatsAreComparedInWhatBothHold()
     QCOMPARE(described(diff), changes);
     QCOMPARE(notComparedOf(diff),
              (QStringList{ "storage", "user-missing values", "alignment", "display width",
-                           "formats other than fixed numbers", "names of value sets", "notes", "weight variable" }));
+                           "formats other than fixed numbers", "names of value sets",
+                           "labels of codes that one cannot hold", "notes", "weight variable" }));
 }
 
 void DiffTest::dictionaryIsComparedWithAStatisticalFile()
@@ -1023,7 +1139,10 @@ void DiffTest::dictionaryIsComparedWithAStatisticalFile()
     person(file).items[4].decimals = 2;
     const LayoutDiff diff = compare(dictionary, file);
     QCOMPARE(described(diff), QStringList());
-    QVERIFY(notComparedOf(diff).contains("columns"));
+    QCOMPARE(notComparedOf(diff),
+             (QStringList{ "levels", "records", "columns", "occurrences", "ranges of codes", "special values",
+                           "value sets after the first", "languages after the first", "notes", "aliases", "capture",
+                           "relations", "storage", "user-missing values", "weight variable" }));
     QCOMPARE(described(compare(file, dictionary)), QStringList());
 
     // An item that repeats is compared with its first occurrence; the others of the file are no further variables.

@@ -140,6 +140,27 @@ private Q_SLOTS:
         QVERIFY(back.out.endsWith("  B to D: 3 items, start -2\n"));
     }
 
+    void changesOfAValueSetAreBeneathItsHeading()
+    {
+        const auto content = [](const QString &label, const QString &note) {
+            return dictionary(
+                record("R",
+                       item("A", "a", 2, 1,
+                            "\n[ValueSet]\nLabel=" + label + "\nName=A_VS1\nValue=1;One\nNote=" + note + "\n")));
+        };
+        write("before.dcf", content("Codes", "old"));
+        write("after.dcf", content("Answers", "new"));
+        const Run run = diff({ "before.dcf", "after.dcf" });
+        QVERIFY2(run.out.endsWith("\nR\n"
+                                  "  A\n"
+                                  "    values of A_VS1\n"
+                                  "      label of value set: \"Codes\" \xE2\x86\x92 \"Answers\"\n"
+                                  "      1, note: \"old\" \xE2\x86\x92 \"new\"\n"),
+                 run.out.constData());
+        write("more.dcf", dictionary(record("R", item("A", "a", 2, 1))));
+        QVERIFY(diff({ "more.dcf", "after.dcf" }).out.endsWith("\n  A\n    value set added A_VS1: \"Answers\"\n"));
+    }
+
     void summaryCountsTheKinds()
     {
         write("before.dcf", surveyBefore());
