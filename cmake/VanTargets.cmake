@@ -25,20 +25,70 @@ function(van_own_code target)
     target_link_libraries(${target} PRIVATE van_warnings van_sanitizers)
 endfunction()
 
+# A faster linker for programs that are not installed, where there is one.
+include(CheckCXXCompilerFlag)
+add_library(van_fast_link INTERFACE)
+if(VAN_FAST_LINK)
+    set(CMAKE_REQUIRED_LINK_OPTIONS -fuse-ld=lld)
+    check_cxx_compiler_flag("" VAN_HAS_LLD)
+    unset(CMAKE_REQUIRED_LINK_OPTIONS)
+    if(VAN_HAS_LLD)
+        target_link_options(van_fast_link INTERFACE -fuse-ld=lld)
+    endif()
+endif()
+
+# van_moc(Target Source.cpp): makes Source.moc, which the source includes, with one call of moc. AUTOMOC would add four
+# steps and a source to each test.
+function(van_moc target source)
+    get_filename_component(name ${source} NAME_WE)
+    set(folder ${CMAKE_CURRENT_BINARY_DIR}/moc)
+    set(predefined ${folder}/predefined.h)
+    if(NOT TARGET van_moc_predefined)
+        add_custom_command(OUTPUT ${predefined}
+            COMMAND ${CMAKE_CXX_COMPILER} -dM -E -x c++ ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/empty.h -o ${predefined} VERBATIM)
+        add_custom_target(van_moc_predefined DEPENDS ${predefined})
+    endif()
+    set(directories "$<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>")
+    file(GENERATE OUTPUT ${folder}/${name}.arguments CONTENT
+        "$<$<BOOL:${directories}>:-I$<JOIN:${directories},\n-I>\n>--include\n${predefined}\n-o\n${folder}/${name}.moc\n${CMAKE_CURRENT_SOURCE_DIR}/${source}\n")
+    add_custom_command(OUTPUT ${folder}/${name}.moc COMMAND Qt5::moc @${folder}/${name}.arguments
+        DEPENDS ${source} ${folder}/${name}.arguments ${predefined} VERBATIM)
+    add_dependencies(${target} van_moc_predefined)
+    target_sources(${target} PRIVATE ${folder}/${name}.moc)
+    target_include_directories(${target} PRIVATE ${folder})
+endfunction()
+
+# The headers that most tests include, compiled once for all of them (VAN_PRECOMPILED_HEADERS).
+function(van_use_test_headers target)
+    if(NOT VAN_PRECOMPILED_HEADERS)
+        return()
+    endif()
+    if(NOT TARGET van_test_headers)
+        file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/headers.cpp "")
+        add_library(van_test_headers OBJECT ${CMAKE_CURRENT_BINARY_DIR}/headers.cpp)
+        van_own_code(van_test_headers)
+        target_link_libraries(van_test_headers PRIVATE Qt5::Widgets Qt5::Test)
+        target_precompile_headers(van_test_headers PRIVATE <QtTest> <algorithm> <functional> <limits> <map> <memory>
+            <random> <string> <vector>)
+    endif()
+    target_precompile_headers(${target} REUSE_FROM van_test_headers)
+endfunction()
+
 # van_add_test(cspro/SectionLinesTest.cpp): one Qt Test program, run by CTest without a display. It sees the
 # internal classes of src/ (of layout/ too where it is in tests/layout/), and is labelled with its folder.
 function(van_add_test source)
     get_filename_component(name ${source} NAME_WE)
     get_filename_component(room ${source} DIRECTORY)
     add_executable(${name} ${source})
-    set_target_properties(${name} PROPERTIES AUTOMOC ON)
     van_own_code(${name})
+    van_moc(${name} ${source})
+    van_use_test_headers(${name})
     target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../tests)
     target_compile_definitions(${name} PRIVATE
         VAN_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
         VAN_EXAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/../examples"
         VAN_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus")
-    target_link_libraries(${name} PRIVATE van_objects Qt5::Test)
+    target_link_libraries(${name} PRIVATE van_objects Qt5::Test van_fast_link)
     if(room STREQUAL layout)
         target_link_libraries(${name} PRIVATE vanlayout_objects)
         target_include_directories(${name} SYSTEM PRIVATE ${RAPIDJSON_INCLUDE_DIR})

@@ -34,22 +34,38 @@ fail() {
 
 # installs_first COMMAND CALLS PACKAGE...: its calls of apt-get are so many, in front of all steps, and install these.
 installs_first() {
-    local command=$1 calls=$2 package
+    local command calls=$2 package
+    read -r -a command <<<"$1" # with its options
     shift 2
     : >"$log"
     : >"$folder/installed"
-    PATH="$folder/bin:$PATH" VAN_HAVE_PACKAGES= "$folder/project/$command" >/dev/null 2>&1 </dev/null || true # no build follows
+    PATH="$folder/bin:$PATH" VAN_HAVE_PACKAGES= "$folder/project/${command[0]}" "${command[@]:1}" >/dev/null 2>&1 </dev/null || true # no build follows
     sed -i '/^\(dpkg-query\|sudo\|git\) /d' "$log"
-    [ "$(grep -c '^apt-get ' "$log")" = "$calls" ] || fail "$command: not $calls calls of apt-get"
-    grep -q '^cmake ' "$log" || fail "$command: no step"
-    [ "$(head -n "$calls" "$log" | grep -c '^apt-get ')" = "$calls" ] || fail "$command: a step in front of a package"
-    ! grep '^apt-get ' "$log" | grep -vq '^apt-get -o DPkg::Lock::Timeout=600 ' || fail "$command: does not wait for the lock"
+    [ "$(grep -c '^apt-get ' "$log")" = "$calls" ] || fail "${command[*]}: not $calls calls of apt-get"
+    grep -q '^cmake ' "$log" || fail "${command[*]}: no step"
+    [ "$(head -n "$calls" "$log" | grep -c '^apt-get ')" = "$calls" ] || fail "${command[*]}: a step in front of a package"
+    ! grep '^apt-get ' "$log" | grep -vq '^apt-get -o DPkg::Lock::Timeout=600 ' || fail "${command[*]}: does not wait for the lock"
     for package in "$@"; do
-        grep -qx -- "$package" "$folder/installed" || fail "$command: no $package"
+        grep -qx -- "$package" "$folder/installed" || fail "${command[*]}: no $package"
     done
 }
 
 installs_first run 2 cmake g++ libreadstat-dev
 installs_first check 2 cmake clang-format clang-tidy clazy chromium
+installs_first 'check --quick' 2 cmake clang-format
 touch "$folder/broken" # there is no browser to be had
 installs_first check 4 cmake clang-format clang-tidy clazy
+
+# Other arguments than the options: no step is made.
+for arguments in --help --slow 'quick' '--quick --slow'; do
+    : >"$log"
+    status=0
+    PATH="$folder/bin:$PATH" "$folder/project/check" $arguments >"$folder/printed" 2>"$folder/problem" </dev/null || status=$?
+    [ ! -s "$log" ] || fail "check $arguments: made a step"
+    if [ "$arguments" = --help ]; then
+        [ "$status" = 0 ] && grep -q -- '^  --quick ' "$folder/printed" || fail "check --help: status $status"
+    else
+        [ "$status" = 2 ] && [ "$(cat "$folder/problem")" = "Unknown arguments: $arguments. Run ./check --help." ] \
+            || fail "check $arguments: status $status"
+    fi
+done

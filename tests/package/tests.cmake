@@ -35,8 +35,17 @@ van_add_package_test(LayoutSymbols layout-symbols.cmake NM=${VAN_NM} LIBRARY=$<T
 van_add_package_test(AccessorSymbols ../model/symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>
     TABLE=${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.txt)
 
-# What ./run and ./check ask the system for.
+foreach(test ExportedSymbols LayoutSymbols AccessorSymbols)
+    set_tests_properties(${test} PROPERTIES LABELS symbols)
+endforeach()
+
+# What ./run and ./check ask the system for, and which tests ./check --quick runs.
 find_program(VAN_BASH bash)
+find_program(VAN_GIT git)
+if(VAN_BASH AND VAN_GIT)
+    add_test(NAME ChangedTests COMMAND ${VAN_BASH} ${CMAKE_CURRENT_SOURCE_DIR}/package/changed-tests.sh ${PROJECT_SOURCE_DIR})
+    van_test_properties(ChangedTests package)
+endif()
 if(VAN_BASH)
     add_test(NAME PackagesOfCommands COMMAND ${VAN_BASH} ${CMAKE_CURRENT_SOURCE_DIR}/package/packages.sh ${PROJECT_SOURCE_DIR})
     van_test_properties(PackagesOfCommands package)

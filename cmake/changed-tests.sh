@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Reads names of changed files, one a line, and prints a regular expression for the labels of the tests that they concern
+# (ctest -L). Every test has the label of its directory below tests/. A file that no line below names concerns every test.
+set -euo pipefail
+
+all=.
+labels=""
+while read -r file; do
+    case $file in
+    "") continue ;;
+    src/util/*) labels="$all" && break ;;
+    src/*/*)
+        directory=${file#src/}
+        labels+=" ${directory%%/*} formats report session tool corpus readme symbols"
+        ;;
+    layout/*) labels+=" layout tool readme symbols" ;;
+    tools/*) labels+=" tool session corpus layout" ;;
+    tests/support/* | tests/data/*) labels="$all" && break ;;
+    tests/*/*)
+        directory=${file#tests/}
+        labels+=" ${directory%%/*}"
+        ;;
+    bench/* | fuzz/* | CHANGELOG.md | CONTRIBUTING.md | .clang-* | .editorconfig | .gitignore) ;;
+    docs/*) labels+=" report tool layout" ;;
+    README.md) labels+=" readme tool" ;;
+    check | run | .ci/* | cmake/*.sh) labels+=" package" ;;
+    *) labels="$all" && break ;;
+    esac
+done
+
+case $labels in
+"$all" | "") echo "$labels" ;;
+*) echo "^($(tr ' ' '\n' <<<"$labels" | sed '/^$/d' | sort -u | paste -sd '|'))\$" ;;
+esac

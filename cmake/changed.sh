@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Prints the files of the working tree that differ from the main branch, committed or not, one a line. The main branch is
+# origin/main or main; on it, the last commit counts as changed too. Deleted files are not printed.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "$0")")/.."
+
+base_commit() {
+    local branch base
+    for branch in origin/main main; do
+        base=$(git merge-base HEAD "$branch" 2>/dev/null) || continue
+        [ "$base" = "$(git rev-parse HEAD)" ] || { echo "$base"; return; }
+    done
+    git rev-parse -q --verify HEAD~1 || git hash-object -t tree /dev/null
+}
+
+base=$(base_commit)
+{
+    git diff --name-only --diff-filter=d "$base"
+    git ls-files --others --exclude-standard
+} | sort -u

@@ -1,0 +1,1 @@
+// Nothing: what the compiler defines of itself is asked for with it.

@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Which files count as changed (cmake/changed.sh), and which tests they concern (cmake/changed-tests.sh). The argument is
+# the folder of the project.
+set -euo pipefail
+
+project=$1
+folder=$(mktemp -d)
+trap 'rm -r "$folder"' EXIT
+
+# expect WHAT EXPECTED FOUND
+expect() {
+    [ "$2" = "$3" ] || { printf '%s\nexpected: %s\nfound: %s\n' "$1" "$2" "$3" >&2; exit 1; }
+}
+
+# concerns EXPECTED FILE...: the labels of the tests that these files concern.
+concerns() {
+    local expected=$1
+    shift
+    expect "tests of $*" "$expected" "$(printf '%s\n' "$@" | "$project/cmake/changed-tests.sh")"
+}
+concerns '' ''
+concerns '' fuzz/cspro.dict bench/LookupBench.cpp CHANGELOG.md
+concerns '^(lookup)$' tests/lookup/LookupTest.cpp
+concerns '^(corpus|formats|lookup|readme|report|session|symbols|tool)$' src/lookup/Lookup.cpp
+concerns '^(layout|readme|symbols|tool)$' layout/read/Reader.cpp tests/tool/VanlayoutTest.cpp
+concerns '^(corpus|layout|session|tool)$' tools/vanlayout/Show.cpp
+concerns '^(layout|report|tool)$' docs/notes.md
+concerns '^(readme|tool)$' README.md
+concerns '^(package)$' check cmake/setup.sh
+for file in src/util/Numbers.cpp src/CMakeLists.txt tests/support/ToolRun.h tests/data/cspro/census.dcf CMakePresets.json \
+    cmake/VanTargets.cmake examples/census.dcf unknown; do
+    concerns . tests/lookup/LookupTest.cpp "$file" fuzz/cspro.dict
+done
+
+# A project with a main branch, and a branch with one commit more.
+git() { command git -c user.name=test -c user.email=test@localhost -c commit.gpgsign=false -C "$folder/project" "$@"; }
+changed() { "$folder/project/cmake/changed.sh" | paste -sd ' '; }
+mkdir -p "$folder/project/cmake"
+cp "$project/cmake/changed.sh" "$folder/project/cmake"
+command git init -q -b main "$folder/project"
+touch "$folder/project"/{kept,edited,deleted}
+git add . && git commit -q -m first
+expect "the only commit" "cmake/changed.sh deleted edited kept" "$(changed)"
+touch "$folder/project/on-main" && git add . && git commit -q -m second
+expect "the last commit of the main branch" "on-main" "$(changed)"
+git checkout -q -b work
+touch "$folder/project/committed" && git add . && git commit -q -m third
+echo edited >"$folder/project/edited"
+touch "$folder/project/untracked"
+rm "$folder/project/deleted"
+expect "a branch" "committed edited untracked" "$(changed)"
