@@ -13,14 +13,14 @@
 /// The exact layout of a census or survey data file: everything that its description says, as plain values.
 ///
 /// All types are implicitly shared through Qt's containers, so copies are cheap; all compare with `==`. Nothing here
-/// reads or writes files. Lengths and columns are in characters, columns count from 1. Objects may be read from several
-/// threads at once; a thread that changes one needs a copy of its own.
+/// reads or writes files. Lengths and columns are in characters, columns are 1-based. Objects may be read by several
+/// threads at once; a thread that modifies one needs its own copy.
 namespace vanlayout
 {
 
 /// One text in one language.
 struct VANLAYOUT_EXPORT Label {
-    QString language; ///< code such as "EN"; empty where the file names none
+    QString language; ///< code such as "EN"; empty if the file states none
     QString text;
 };
 
@@ -29,26 +29,26 @@ struct VANLAYOUT_EXPORT Labels {
     QVector<Label> parts;
 
     bool isEmpty() const { return parts.isEmpty(); }
-    /// The text in the language with this code, compared without regard to case. The first part answers for a language
-    /// that is absent or whose text is empty; an empty text where there is no part.
+    /// The text in the language with this code, compared case-insensitively. The text of the first part if the language
+    /// is absent or its text is empty; empty if there is no part.
     QString in(const QString &language) const;
-    /// The text of the first part; empty where there is none.
+    /// The text of the first part; empty if there is none.
     QString primary() const { return parts.isEmpty() ? QString() : parts.constFirst().text; }
 };
 
 /// A language of the dictionary.
 struct VANLAYOUT_EXPORT Language {
     QString name;  ///< code such as "EN"
-    QString label; ///< name for people, such as "English"
+    QString label; ///< name to display, such as "English"
 };
 
-/// One code, or all values from one code to another, both included.
+/// One code, or all values from one code to another, inclusive.
 struct VANLAYOUT_EXPORT Range {
     QString from;
     QString to; ///< empty for one code
 };
 
-/// The meaning that CSPro gives to a value beside its label.
+/// The special meaning of a value in CSPro.
 enum class Special { None, Missing, NotApplicable, Refused, Default };
 
 /// One entry of a value set: codes and their label.
@@ -68,23 +68,23 @@ struct VANLAYOUT_EXPORT ValueSet {
     Labels labels;
     QString note;
     QStringList aliases;
-    QString link; ///< equal for sets with the same values; empty where there is none
+    QString link; ///< equal for sets with the same values; empty if there is none
     QVector<Value> values;
 };
 
 /// The label of one occurrence of a record or an item.
 struct VANLAYOUT_EXPORT OccurrenceLabel {
-    int occurrence = 0; ///< from 1
+    int occurrence = 0; ///< 1-based
     Labels labels;
 };
 
-/// How an item is asked for at data entry.
+/// The input control of an item at data entry.
 struct VANLAYOUT_EXPORT Capture {
     QString type;       ///< as CSPro 8 spells it: "textBox", "radioButton", "date" ...
-    QString dateFormat; ///< upper case, such as "YYYYMMDD"; empty where there is none
+    QString dateFormat; ///< upper case, such as "YYYYMMDD"; empty if there is none
 };
 
-/// How the values of a statistical file are stored.
+/// The storage type of values in a statistical file.
 enum class Storage { None, Int8, Int16, Int32, Float, Double, String };
 
 /// Level of measurement of a statistical variable.
@@ -114,15 +114,15 @@ struct VANLAYOUT_EXPORT Item {
     QStringList aliases;
     /// "numeric", "alpha", "document", "audio", "image" or "geometry"; an unknown word of the file in lower case.
     QString type = itemtype::numeric();
-    int start = 0;  ///< 1-based column of the first occurrence; 0 where there are no columns
-    int length = 0; ///< characters of one occurrence, a written decimal mark included
+    int start = 0;  ///< 1-based column of the first occurrence; 0 if there are no columns
+    int length = 0; ///< characters of one occurrence, including a written decimal mark
     int occurrences = 1;
     QVector<OccurrenceLabel> occurrenceLabels;
     bool isSubitem = false;
-    QString subitemOf; ///< name of the item that holds this subitem; empty for an item, or where there is none before
+    QString subitemOf; ///< name of the item that contains this subitem; empty for an item, or if no item precedes it
     int decimals = 0;  ///< digits after the decimal mark
-    bool decimalMark = false; ///< whether the mark is written in the data and counts in the length
-    bool zeroFill = false;    ///< whether numbers are padded with zeros at the left
+    bool decimalMark = false; ///< whether the mark is written in the data, and is part of the length
+    bool zeroFill = false;    ///< whether numbers are padded with leading zeros
     std::optional<Capture> capture;
     QVector<ValueSet> valueSets;
     // of statistical files
@@ -130,7 +130,7 @@ struct VANLAYOUT_EXPORT Item {
     QString format; ///< as the file has it: "F8.2", "%8.0g"
     Measure measure = Measure::None;
     Alignment alignment = Alignment::None;
-    int displayWidth = 0;   ///< 0 where the file has none
+    int displayWidth = 0;   ///< 0 if the file has none
     QVector<Range> missing; ///< user-missing values
 
     bool isNumeric() const { return type == itemtype::numeric(); }
@@ -145,13 +145,13 @@ struct VANLAYOUT_EXPORT Record {
     QStringList aliases;
     QString recordType;        ///< text that marks lines of this type
     bool required = true;      ///< whether each case must have the record
-    int maximum = 1;           ///< records of the type in a case, at most
-    std::optional<int> length; ///< characters of a line, where the file states it
+    int maximum = 1;           ///< max number of records of the type in a case
+    std::optional<int> length; ///< characters of a line, if the file states it
     QVector<OccurrenceLabel> occurrenceLabels;
     QVector<Item> items; ///< subitems follow their item
 };
 
-/// A level of the hierarchy: its id items, which are on each line, and its records.
+/// A level of the hierarchy: its id items, which are on every line, and its records.
 struct VANLAYOUT_EXPORT Level {
     QString name;
     Labels labels;
@@ -163,12 +163,12 @@ struct VANLAYOUT_EXPORT Level {
 
 /// One part of a relation.
 struct VANLAYOUT_EXPORT RelationLink {
-    QString primaryLink;   ///< item of the primary that is compared; empty for "by occurrence number"
+    QString primaryLink;   ///< item of the primary to compare; empty for "by occurrence number"
     QString secondary;     ///< repeating record or item on the right
-    QString secondaryLink; ///< item of the secondary that is compared; empty for "by occurrence number"
+    QString secondaryLink; ///< item of the secondary to compare; empty for "by occurrence number"
 };
 
-/// How repeating records or items belong together.
+/// A relation between repeating records or items.
 struct VANLAYOUT_EXPORT Relation {
     QString name;
     QStringList aliases;
@@ -182,7 +182,7 @@ struct VANLAYOUT_EXPORT RecordTypeColumns {
     int length = 0; ///< characters
 };
 
-/// Settings for the security of data files; each is absent where the file does not state it.
+/// Settings for the security of data files; each is absent if the file does not state it.
 struct VANLAYOUT_EXPORT Security {
     std::optional<QString> settings; ///< hexadecimal text, encrypted
     std::optional<bool> allowDataViewerModifications;
@@ -190,31 +190,31 @@ struct VANLAYOUT_EXPORT Security {
     std::optional<int> cachedPasswordMinutes;
 };
 
-/// A statement of the file that no member holds.
+/// A statement of the file for which there is no member.
 struct VANLAYOUT_EXPORT Extra {
     QString path; ///< element by name, as in Problem; empty for the file
     QString key;
-    QString value; ///< text; of a JSON file, the spelling of the JSON value
-    int line = 0;  ///< 1-based line of a text file; 0 where there is none
+    QString value; ///< text; for a JSON file, the JSON value as written
+    int line = 0;  ///< 1-based line of a text file; 0 if there is none
 };
 
 /// The format of the file that a layout was read from.
 enum class Format { None, CSProText, CSProJson, Spss, SpssPortable, Stata, Sas, SasXport };
 
-/// Everything that a file says of the layout of its data. Reading that fails gives a layout without levels and with one
-/// problem of severity error.
+/// Everything that a file says about the layout of its data. If reading fails, the layout has no levels and one problem
+/// of severity error.
 struct VANLAYOUT_EXPORT Layout {
-    QString file; ///< path as it was given to the reader
+    QString file; ///< path as given to the reader
     Format format = Format::None;
     QString container;     ///< "csdb" for a dictionary within a CSPro data file; empty otherwise
-    QString formatVersion; ///< such as "7.7", "8.0", "118"; empty where the file does not state it
-    QString encoding;      ///< lower-case IANA name; empty where the file does not state it
+    QString formatVersion; ///< such as "7.7", "8.0", "118"; empty if the file does not state it
+    QString encoding;      ///< lower-case IANA name; empty if the file does not state it
     QString name;
     Labels labels;
     QString note;
     QStringList aliases;
     QVector<Language> languages;                 ///< the first is the primary one
-    std::optional<RecordTypeColumns> recordType; ///< absent where lines have no type
+    std::optional<RecordTypeColumns> recordType; ///< absent if lines have no type
     std::optional<bool> relativePositions;
     bool decimalMark = false; ///< default for new items
     bool zeroFill = false;    ///< default for new items
@@ -225,33 +225,32 @@ struct VANLAYOUT_EXPORT Layout {
     std::optional<QString> valueSetImages; ///< as the file has it
     // of statistical files
     std::optional<qint64> rows;
-    std::optional<QString> created;  ///< `YYYY-MM-DDTHH:MM:SS`, the wall clock that the file states, without a zone
+    std::optional<QString> created; ///< `YYYY-MM-DDTHH:MM:SS`, the local time that the file states, without a time zone
     std::optional<QString> modified; ///< likewise
     QString weight;                  ///< name of the weight variable
 
     QVector<Level> levels; ///< outermost first; a statistical file is one level without ids, with one record
     QVector<Relation> relations;
-    QVector<Extra> extras;     ///< statements that no member holds, in the order of the file
+    QVector<Extra> extras;     ///< statements for which there is no member, in the order of the file
     QVector<Problem> problems; ///< in the order of the file
 
-    /// The problem of severity error for which there is no layout; null where reading succeeded. Valid until the layout
-    /// changes.
+    /// The problem because of which there is no layout; null if reading succeeded. Valid until the layout changes.
     const Problem *error() const;
-    /// Whether the file was read; there may be warnings.
+    /// True if the file was read; there may be warnings.
     bool isRead() const { return !error(); }
 };
 
-/// The words of the JSON form: "cspro-text", "missing", "int8", "nominal", "left" ...; empty for None.
+/// The words in the JSON form: "cspro-text", "missing", "int8", "nominal", "left" ...; empty for None.
 VANLAYOUT_EXPORT QString wordOf(Format format);
 VANLAYOUT_EXPORT QString wordOf(Special special);
 VANLAYOUT_EXPORT QString wordOf(Storage storage);
 VANLAYOUT_EXPORT QString wordOf(Measure measure);
 VANLAYOUT_EXPORT QString wordOf(Alignment alignment);
 
-/// The column where an occurrence begins.
+/// The first column of an occurrence.
 ///
-/// \a parent is the item that holds a subitem, null for an item; a subitem repeats with the item that holds it.
-/// \a occurrence counts from 1. 0 where the item has no columns; a column beyond `int` is the largest `int`.
+/// \a parent is the item that contains a subitem, null for an item; a subitem repeats with its item. \a occurrence is
+/// 1-based. Returns 0 if the item has no columns; a column beyond `int` is the largest `int`.
 VANLAYOUT_EXPORT int startOf(const Item &item, int occurrence, const Item *parent = nullptr);
 
 // clang-format off

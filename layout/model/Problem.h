@@ -8,11 +8,11 @@
 namespace vanlayout
 {
 
-/// How much a problem matters.
+/// The severity of a problem.
 enum class Severity {
     Error,   ///< there is no layout at all
     Warning, ///< something of the file is unusable, such as an item without a length
-    Info,    ///< unusual but whole, such as a key that occurs twice
+    Info,    ///< unusual but complete, such as a key that occurs twice
 };
 
 /// "error", "warning" or "info".
@@ -22,9 +22,9 @@ VANLAYOUT_EXPORT QString wordOf(Severity severity);
 struct VANLAYOUT_EXPORT Problem {
     Severity severity = Severity::Warning;
     QString id;      ///< stable word of letters a to z, digits and hyphens
-    int line = 0;    ///< 1-based line of a text file; 0 where there is none
+    int line = 0;    ///< 1-based line of a text file; 0 if there is none
     QString path;    ///< element by name, `LEVEL/RECORD/ITEM/VALUESET/#value`, or a JSON path; empty for the file
-    QString message; ///< one line: the fact, then how to mend it where that helps
+    QString message; ///< one line: the fact, then how to correct it if that helps
 };
 
 VANLAYOUT_EXPORT bool operator==(const Problem &left, const Problem &right);

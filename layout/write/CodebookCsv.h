@@ -14,22 +14,22 @@ namespace vanlayout
 /// Settings for writeCodebookCsv().
 struct VANLAYOUT_EXPORT CodebookCsvOptions {
     QString language;        ///< of the labels; empty for the primary one
-    bool isForExcel = false; ///< a byte-order mark in front, and no text that a spreadsheet would run as a formula
+    bool isForExcel = false; ///< begin with a byte-order mark, and escape texts that a spreadsheet would evaluate
 };
 
-/// Writes a code book as one table: a line an item and code, so that a spreadsheet can filter it. RFC 4180 with CR LF
-/// and a header line, UTF-8.
+/// Writes a code book as one table for spreadsheets: one line per item and code. RFC 4180 with CR LF and a header line,
+/// UTF-8.
 ///
 /// The columns are level, record, name, label, type, start, length, occurrences, subitemOf, decimals, format, measure,
 /// missing, note, valueSet, from, to, valueLabel, special, valueNote. Ids have the record `(ids)`. An item with value
-/// sets has a line for each code and each range of them, with `to` for a range alone, and one for a value without
+/// sets has one line for each code and each range of them, with `to` only for a range, and one for a value without
 /// codes; another item has one line. Items are not repeated for their occurrences.
 ///
-/// All texts are exact. For Excel, a text that is no number and begins with `=`, `+`, `-`, `@`, a tab or a line break
-/// has an apostrophe in front, as a spreadsheet would run it as a formula.
+/// All texts are exact. With `isForExcel`, a text that is not a number and begins with `=`, `+`, `-`, `@`, a tab or a
+/// line break is prefixed with an apostrophe, because a spreadsheet would evaluate it as a formula.
 ///
-/// Streams onto \a device, which is open for writing. False if the device did not take all bytes; its error string says
-/// why.
+/// Streams onto \a device, which must be open for writing. Returns false if the device did not accept all bytes; its
+/// error string gives the reason.
 VANLAYOUT_EXPORT bool writeCodebookCsv(const Layout &layout, QIODevice &device, const CodebookCsvOptions &options = {});
 
 } // namespace vanlayout

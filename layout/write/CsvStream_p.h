@@ -12,20 +12,20 @@ namespace vanlayout
 class CsvStream
 {
 public:
-    /// \a target is open for writing and outlives this object. With \a guarded, a text that a spreadsheet would run as
-    /// a formula has an apostrophe in front: it begins with `=`, `+`, `-`, `@`, a tab or a line break, and is no
-    /// number.
+    /// \a target is open for writing and must outlive this object. With \a guarded, a text that a spreadsheet would
+    /// evaluate as a formula is prefixed with an apostrophe: it begins with `=`, `+`, `-`, `@`, a tab or a line break,
+    /// and is not a number.
     CsvStream(QIODevice &target, bool guarded);
 
     void byteOrderMark() { buffer += "\xEF\xBB\xBF"; }
-    /// The cell as it is written, with a comma behind it: cells that several lines begin with are made once.
+    /// The encoded cell, followed by a comma; for cells that are shared by several lines.
     QByteArray cell(const QString &text) const;
     static QByteArray cell(int number) { return QByteArray::number(number) + ','; }
-    /// Adds cells that are made already.
+    /// Adds encoded cells.
     void add(const QByteArray &cells) { buffer += cells; }
-    /// Ends the line: its last comma is a line break.
+    /// Ends the line: replaces its last comma by a line break.
     void endLine();
-    /// Writes all; false if the device refused something.
+    /// Writes the rest; false if the device did not accept all bytes.
     bool end();
 
 private:

@@ -11,27 +11,27 @@ class QIODevice;
 namespace vanlayout
 {
 
-/// The readers that a DDI document is made for.
+/// The kind of programs that read a DDI document.
 enum class DdiProfile {
-    Plain, ///< archives and catalogues: what the file says, and nothing else
-    Ipums  ///< beside that, what readers of IPUMS extracts need to cut the lines of a data file
+    Plain, ///< archives and catalogues: only what the file states
+    Ipums  ///< also what readers of IPUMS extracts need to split the lines of a data file
 };
 
 /// Settings of a DDI document.
 struct DdiOptions {
-    QString title; ///< of the study; empty for the label of the dictionary, or its name where there is no label
+    QString title; ///< of the study; empty for the label of the dictionary, or its name if it has no label
     DdiProfile profile = DdiProfile::Plain;
 };
 
-/// Writes a layout as one document of DDI Codebook 2.5: XML in UTF-8, valid whatever texts the layout has.
+/// Writes a layout as one document of DDI Codebook 2.5: XML in UTF-8, valid for any texts of the layout.
 ///
-/// Each column that the layout has for other programs is one `var`: an id item of a level is one variable of all
-/// records at and below its level, each occurrence of an item is a variable of its own (`X_1` ... `X_n`). Columns are
-/// those of the data, 1-based characters. What the file does not state is not written. `docs/export.md` lists the
-/// elements.
+/// Each column of the layout's tables is one `var`: an id item of a level is one variable of all records at and below
+/// its level, and each occurrence of an item is a variable (`X_1` ... `X_n`). Columns are those of the data, 1-based
+/// characters. Nothing is written that the file does not state. `docs/export.md` lists the elements.
 ///
-/// A character that XML cannot hold is replaced by a visible one. Streams onto \a device, which is open for writing.
-/// False if the device did not take all bytes; its error string says why. The caller asks exportProblem() before.
+/// A character that XML cannot represent is replaced by a visible one. Streams onto \a device, which must be open for
+/// writing. Returns false if the device did not accept all bytes; its error string gives the reason. Not to be called
+/// for a layout with an exportProblem().
 VANLAYOUT_EXPORT bool writeDdi(const Layout &layout, QIODevice &device, const DdiOptions &options = {});
 
 } // namespace vanlayout

@@ -10,12 +10,12 @@ namespace vanlayout
 
 /// The statements of a value set in one language.
 struct DdiValueSetNote {
-    QString language; ///< empty where the file names none
+    QString language; ///< empty if the file states none
     QStringList lines;
 };
 
-/// The label of a value set and, if asked for, a line for each value, such as `0 to 4, 9: Young [missing]`: one note
-/// for each language that they have a text in. A value without a label is in the first note.
+/// The label of a value set and, with \a hasValues, a line for each value, such as `0 to 4, 9: Young [missing]`: one
+/// note for each language of the texts. A value without a label is in the first note.
 QVector<DdiValueSetNote> ddiValueSetNotes(const ValueSet &set, bool hasValues);
 
 } // namespace vanlayout

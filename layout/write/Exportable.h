@@ -7,12 +7,12 @@
 namespace vanlayout
 {
 
-/// Bounds for forms that have a column for each occurrence: a few bytes of a dictionary can state any number of them.
+/// Limits of forms with a column for each occurrence: a few bytes of a dictionary can state any number of occurrences.
 constexpr qint64 maxExportColumns = 1000000;
 constexpr qint64 maxExportValues = 4000000;
 
-/// Why a layout is too large for the forms that have a column for each occurrence of an item, as DDI and CSV on the Web
-/// have; empty where it is not. To be asked before such a form is written.
+/// The reason why a layout is too large for forms with a column for each occurrence of an item, such as DDI and CSV on
+/// the Web; empty if it is not. To be called before such a form is written.
 VANLAYOUT_EXPORT QString exportProblem(const Layout &layout);
 
 } // namespace vanlayout

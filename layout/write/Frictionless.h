@@ -17,23 +17,23 @@ struct VANLAYOUT_EXPORT FrictionlessOptions {
     JsonStyle style = JsonStyle::Pretty;
 };
 
-/// Writes a Data Package (version 2) in UTF-8 with a resource a record type, for the data as CSV files with a header
-/// line. The tables, their columns and keys are those of writeCsvw().
+/// Writes a Data Package (version 2) in UTF-8 with one resource per record type, for the data as CSV files with a
+/// header line. The tables, their columns and keys are those of writeCsvw().
 ///
-/// - `type` of a field: `integer`, `number`, `string`, `date`, `datetime`, or `any` for documents, images and the like.
-///   Dates of CSPro that keep their digits have a `format` such as `%Y%m%d`.
-/// - `constraints`: `required` for ids, `maxLength` of texts, `minimum` and `maximum` where one range of the file holds
+/// - `type` of a field: `integer`, `number`, `string`, `date`, `datetime`, or `any` for documents, images and similar
+///   items. Dates of CSPro that keep their digits have a `format` such as `%Y%m%d`.
+/// - `constraints`: `required` for ids, `maxLength` of texts, `minimum` and `maximum` if one range of the file contains
 ///   all values.
-/// - `categories`, of whole numbers and of texts alone, as the standard has it: where single codes are all values of
-/// the
-///   item. In a statistical file that are the labels of a variable whose measure is not scale; where its format has no
-///   decimals and all codes are whole, it is an `integer`. `categoriesOrdered` says that the measure is ordinal. Labels
+/// - `categories`, which the standard defines only for integers and texts: present if single codes are all values of
+///   the item. In a statistical file these are the labels of a variable whose measure is not scale; if its format has
+///   no decimals and all codes are integers, it is an `integer`. `categoriesOrdered` marks the ordinal measure. Labels
 ///   that cannot be categories are in `valueLabels`, a property of this program, with `value`, or `minimum` and
 ///   `maximum`.
 /// - `missingValues` of a field: the empty cell, codes of special values and user-missing codes, with their labels.
 ///
-/// A record without columns has no resource. Streams onto \a device, which is open for writing. False if the device did
-/// not take all bytes; its error string says why. A layout that exportProblem() refuses must not be written.
+/// A record without columns has no resource. Streams onto \a device, which must be open for writing. Returns false if
+/// the device did not accept all bytes; its error string gives the reason. Not to be called for a layout with an
+/// exportProblem().
 VANLAYOUT_EXPORT bool writeFrictionless(const Layout &layout, QIODevice &device,
                                         const FrictionlessOptions &options = {});
 

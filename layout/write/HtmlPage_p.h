@@ -13,21 +13,20 @@
 namespace vanlayout
 {
 
-/// A page of one file: nothing beside it is loaded, and nothing runs but its own style and script, which its
-/// Content-Security-Policy names by their hashes.
+/// A self-contained HTML page. Its Content-Security-Policy allows only its own style and script, by their hashes.
 ///
-/// The template has names in double braces. `policy`, `style`, `script` and `version` are known here; all others are
-/// pieces of the page.
+/// The template has names in double braces. `policy`, `style`, `script` and `version` are filled here; all others are
+/// pieces written by the caller.
 class HtmlPage
 {
 public:
-    /// Names of resources of the library; the styles become one, and so do the scripts.
+    /// Names of resources of the library; styles are concatenated, as are scripts.
     HtmlPage(const QString &templateName, const QStringList &styleNames, const QStringList &scriptNames);
 
-    /// \a writePiece writes the piece with a name; false where the device refused something.
+    /// Writes the piece with a name; returns false if the device did not accept all bytes.
     using PieceWriter = std::function<bool(const QByteArray &name, QIODevice &device)>;
 
-    /// Streams the page onto \a device. False if the device refused something.
+    /// Streams the page onto \a device. False if the device did not accept all bytes.
     bool write(QIODevice &device, const PieceWriter &writePiece) const;
 
 private:
@@ -42,21 +41,21 @@ private:
 /// The content of a resource of the library, such as "codebook/page.css".
 QByteArray libraryResource(const QString &name);
 
-/// Whether all bytes were taken.
+/// Writes all bytes; false if the device did not accept them.
 bool writeBytes(QIODevice &device, const QByteArray &bytes);
 
-/// A text of a file as HTML, for an element or an attribute in quotes. A character that shows nothing or that HTML
-/// forbids is an escape such as `\u001b`, as the script of a page shows it.
+/// Escapes a text of a file for an HTML element or a quoted attribute. An invisible character or one that HTML forbids
+/// is shown as an escape such as `\u001b`, as by the script of a page.
 QByteArray htmlOf(const QString &text);
 
-/// A number with commas between its thousands, as the script of a page writes it.
+/// A number with commas as thousands separators, as written by the script of a page.
 QByteArray groupedNumber(qint64 number);
 
-/// Whether a character can be itself in a JSON text within a script element: it cannot end the element, and HTML and
-/// UTF-8 allow it.
+/// True if a character needs no escape in JSON within a script element: it cannot end the element, and HTML and UTF-8
+/// allow it.
 bool isPlainInScript(QChar unit);
 
-/// The JSON string of a text with an escape in place of each character that is not plain in a script element.
+/// The JSON string of a text, with escapes for all characters that are not plain in a script element.
 QByteArray escapedForScript(const QString &text);
 
 /// Writes a text as a JSON string that can be part of a script element.

@@ -12,32 +12,31 @@ namespace vanlayout
 
 /// Settings for writeJsonSchema().
 struct VANLAYOUT_EXPORT JsonSchemaOptions {
-    QString title;    ///< of the whole; empty for the label of the layout, or its name
+    QString title;    ///< title of the study; empty for the label of the layout, or its name
     QString language; ///< of the titles; empty for the primary one
     JsonStyle style = JsonStyle::Pretty;
 };
 
 /// Writes a JSON Schema (draft 2020-12) in UTF-8 that describes a case of the data as JSON.
 ///
-/// - `$defs` has a definition a record: an object with a property a column, the ids of all levels in front. The ids are
-///   required; a value that is blank is left out. No other property is allowed.
-/// - A case is an object with a property a record: the record where a case has one at most, else a list, with
-///   `maxItems`, and `minItems` where the record is required. Records of lower levels are lists without bounds, as a
-///   case has any number of such levels; their ids show which belong together. A file of one record without ids, as
-///   statistical files are, describes a row: the root is the definition of its record.
-/// - `type` is `integer`, `number` or `string` with `maxLength`; documents, images and the like have none. Dates of
-///   statistical files are texts of ISO 8601.
-/// - Value sets of CSPro hold all valid values: `oneOf` where there are codes alone, each `const` with its label as
-///   `title`, `anyOf` with `minimum` and `maximum` where there are ranges. Labels of statistical files name some of the
-///   values: the last of `anyOf` allows any other, as in CSPro where all values of the sets are missing ones. Special
-///   and user-missing values say so in `description`; a blank one is `null`.
-/// - Codes of numbers are JSON numbers where every program reads the same number. Others are texts: an item of more
-/// than
-///   15 characters may be a number or a text of digits, and a bound that a double would round is left out. A code that
-///   is no value of its type, such as 0.5 of an integer, is left out.
+/// - `$defs` has a definition per record: an object with one property per column, the ids of all levels first. The ids
+///   are required; a blank value is omitted. Other properties are not allowed.
+/// - A case is an object with one property per record: the record if a case has it at most once, else a list, with
+///   `maxItems`, and `minItems` if the record is required. Records of lower levels are lists without bounds, because a
+///   case has any number of such levels; their ids show which belong together. A file with one record without ids, such
+///   as a statistical file, describes a row: the root is the definition of its record.
+/// - `type` is `integer`, `number` or `string` with `maxLength`; documents, images and similar items have none. Dates
+///   of statistical files are ISO 8601 texts.
+/// - Value sets of CSPro have all valid values: `oneOf` if there are only codes, each `const` with its label as
+///   `title`, `anyOf` with `minimum` and `maximum` if there are ranges. Labels of statistical files name some of the
+///   values: the last entry of `anyOf` allows any other value, as for CSPro if all values of the sets are missing
+///   values. `description` marks special and user-missing values; a blank one is `null`.
+/// - Codes of numbers are JSON numbers if every program reads the same number. Others are texts: an item of more than
+///   15 characters may be a number or a text of digits, and a bound that a double would round is omitted. A code that
+///   is not a value of its type, such as 0.5 of an integer, is omitted.
 ///
-/// Streams onto \a device, which is open for writing. False if the device did not take all bytes; its error string says
-/// why. A layout that exportProblem() refuses must not be written.
+/// Streams onto \a device, which must be open for writing. Returns false if the device did not accept all bytes; its
+/// error string gives the reason. Not to be called for a layout with an exportProblem().
 VANLAYOUT_EXPORT bool writeJsonSchema(const Layout &layout, QIODevice &device, const JsonSchemaOptions &options = {});
 
 } // namespace vanlayout

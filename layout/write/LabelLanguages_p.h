@@ -9,9 +9,9 @@
 namespace vanlayout
 {
 
-/// The languages of the labels of a layout, numbered from 0: those that it declares, then others in the order in which
-/// they are met. A second text of a label in one language has a number of its own, so that each text of a label has
-/// another number.
+/// The languages of the labels of a layout, numbered from 0: those that it declares, then others in the order of
+/// their first use. A second text of a label in one language has a separate number, so that each text of a label has a
+/// different one.
 class LabelLanguages
 {
 public:
@@ -20,10 +20,10 @@ public:
     /// The number of the language of each part of a label.
     QVector<int> numbersOf(const Labels &labels);
 
-    /// The number of the language with this code, without regard to case; 0 where there is none.
+    /// The number of the language with this code, ignoring case; 0 if there is none.
     int find(const QString &code) const;
 
-    /// All languages that were declared or met. The label of one that is not declared is empty.
+    /// All declared or used languages. The label of an undeclared one is empty.
     const QVector<Language> &inOrder() const { return languages; }
 
 private:

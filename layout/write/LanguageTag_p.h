@@ -8,12 +8,12 @@
 namespace vanlayout
 {
 
-/// The language tag (BCP 47) of a language of a dictionary, in small letters, with `-` for `_`; empty for a code that
-/// is none.
+/// The language tag (BCP 47) of a language of a dictionary, in lower case, with `-` for `_`; empty for a code that is
+/// not a language tag.
 ///
-/// The tag of a language is its code of two letters (ISO 639-1) where it has one, so `ENG` and `EN` are `en`, `FRE` and
-/// `FRA` are `fr`. Other codes of two letters are none, nor are words such as `ENGLISH`; other codes of three letters
-/// are taken as they are. Script, region and variants are checked for their form alone.
+/// The tag of a language is its two-letter code (ISO 639-1) if it has one, so `ENG` and `EN` are `en`, `FRE` and `FRA`
+/// are `fr`. Other two-letter codes and words such as `ENGLISH` are not tags; other three-letter codes are kept.
+/// Script, region and variants are only checked for their syntax.
 QString languageTagOf(const QString &language);
 
 /// The tags of the languages of a layout, each found once.

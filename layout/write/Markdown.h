@@ -17,14 +17,14 @@ struct VANLAYOUT_EXPORT MarkdownOptions {
     QString language; ///< of the labels; empty for the primary one
 };
 
-/// Writes a code book as Markdown with the tables of GitHub, in UTF-8: title, facts of the file, and for the ids of
-/// each level and each record a table of its items, with notes, occurrence labels and value sets below.
+/// Writes a code book as Markdown with tables in GitHub's syntax, in UTF-8: title, facts of the file, and for the ids
+/// of each level and for each record a table of items, followed by notes, occurrence labels and value sets.
 ///
-/// A column of a table that no item fills is left out. Texts of the file stay texts: what Markdown or HTML would act on
-/// is escaped, a line break is `<br>`, and a control character is its picture (U+2400 and following).
+/// Empty columns of a table are omitted. Texts of the file are never interpreted: characters with a meaning in Markdown
+/// or HTML are escaped, a line break is `<br>`, and a control character is its picture (U+2400 and following).
 ///
-/// Streams onto \a device, which is open for writing. False if the device did not take all bytes; its error string says
-/// why.
+/// Streams onto \a device, which must be open for writing. Returns false if the device did not accept all bytes; its
+/// error string gives the reason.
 VANLAYOUT_EXPORT bool writeMarkdown(const Layout &layout, QIODevice &device, const MarkdownOptions &options = {});
 
 } // namespace vanlayout

@@ -8,30 +8,30 @@
 namespace vanlayout
 {
 
-/// A text of a file as Markdown that shows the same text, in one line: what Markdown or HTML would act on is escaped, a
-/// line break is `<br>`, other control characters are their pictures. Safe in a heading, in a cell of a table, and
-/// behind other words of a paragraph.
+/// Escapes a text of a file so that Markdown shows the same text on one line: characters with a meaning in Markdown or
+/// HTML are escaped, a line break is `<br>`, other control characters are their pictures. Safe in a heading, in a cell
+/// of a table, and after other words of a paragraph.
 QString markdownText(const QString &text);
 
-/// Writes Markdown onto a device, through a buffer. Lines and cells are Markdown already.
+/// Writes Markdown onto a device, through a buffer. Lines and cells must be Markdown.
 class MarkdownStream
 {
 public:
-    /// \a target is open for writing and outlives this object.
+    /// \a target is open for writing and must outlive this object.
     explicit MarkdownStream(QIODevice &target);
 
-    /// A heading, with an empty line behind it. \a level counts from 1.
+    /// A heading, followed by an empty line. \a level is 1-based.
     void heading(int level, const QString &line);
     /// A paragraph of a text of a file; none for an empty one.
     void paragraph(const QString &text);
-    /// A line of Markdown, as it is.
+    /// A line of Markdown, unchanged.
     void line(const QString &markdown);
     /// The header of a table, and its cells.
     void tableHeader(const QStringList &cells);
     void tableRow(const QStringList &cells);
     /// The end of a table: an empty line.
     void endTable() { line(QString()); }
-    /// Writes all; false if the device refused something.
+    /// Writes the rest; false if the device did not accept all bytes.
     bool end();
 
 private:

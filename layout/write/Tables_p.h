@@ -5,7 +5,7 @@
 
 #include <QVector>
 
-/// The tables that the data of a layout are in other programs: one a record type.
+/// The tables of the data of a layout in other programs: one per record type.
 namespace vanlayout
 {
 
@@ -13,25 +13,25 @@ namespace vanlayout
 struct Table {
     int level = 0;                  ///< index into the layout's levels
     const Record *record = nullptr; ///< points into the layout; to an empty one for a level without records
-    QString name;                   ///< letters of ASCII, digits, `_` and `-`; unique without regard to case
-    bool isKeyed = false; ///< whether the ids are a key: there are some, and a case has one such record at most
-    int head = -1;        ///< index of the table that each row belongs to one row of; -1 where there is none
+    QString name;                   ///< ASCII letters, digits, `_` and `-`; unique, ignoring case
+    bool isKeyed = false; ///< whether the ids are a key: there are some, and a case has at most one such record
+    int head = -1;        ///< index of the table to one row of which each row belongs; -1 if there is none
 };
 
 /// The tables of all record types, in the order of the file.
 ///
-/// The name is the record's; one that a file or a web address could not bear has `_` in place of each other character,
-/// and a number behind it where it is taken. A record without a name is `data`.
-/// A level that has ids and no records has a table of the ids, with the name of the level.
+/// The name is the record's, with `_` for characters that are not allowed in file names or URLs, and followed by a
+/// number if it is taken. A record without a name is `data`. A level that has ids and no records has a table of the
+/// ids, with the name of the level.
 ///
 /// The head of a level is its first record that is required and occurs once: a row of it exists for each case. All
 /// other records of the level belong to it; it belongs to the head of the nearest level above that has one.
 QVector<Table> tablesOf(const Layout &layout);
 
-/// The names of the columns of all ids of a level and of those above, as columnsOf() has them.
+/// The column names of all ids of a level and of those above, as in columnsOf().
 QStringList idNamesOf(const Layout &layout, int level);
 
-/// The title of a layout in a language: \a given where it is not empty, else the label, else the name.
+/// The title of a layout in a language: \a given unless it is empty, else the label, else the name.
 QString titleOf(const Layout &layout, const QString &given, const QString &language);
 
 } // namespace vanlayout

@@ -8,11 +8,11 @@
 namespace vanlayout
 {
 
-/// Names that are taken, and for each the suffix that is tried next.
+/// The names in use, and for each the suffix to try next.
 class UniqueNames
 {
 public:
-    /// The wanted name, or the first of `NAME_2`, `NAME_3` ... that is free; it is taken from now on.
+    /// Returns the wanted name, or the first free one of `NAME_2`, `NAME_3` ..., and marks it as used.
     QString give(const QString &wanted)
     {
         if (next.try_emplace(wanted, 2).second)

@@ -6,8 +6,8 @@
 namespace vanlayout
 {
 
-/// Writes all bytes, and returns whether the device took them. A device that took a part is asked again: a file whose
-/// disk is full only then has an error.
+/// Writes all bytes, and returns whether the device accepted them. After a partial write the rest is written again,
+/// because a file on a full disk reports its error only then.
 inline bool writeAll(QIODevice &device, const char *bytes, qint64 size)
 {
     while (size > 0) {
