@@ -15,7 +15,7 @@
 namespace
 {
 
-// Columns that a character takes: none for a mark on the character before it, two for a wide one.
+// Number of columns of a character: none for a combining mark, two for a wide one.
 int columnsOf(uint character)
 {
     const auto isIn = [character](uint first, uint last) { return character >= first && character <= last; };
@@ -28,7 +28,7 @@ int columnsOf(uint character)
     return isWide ? 2 : 1;
 }
 
-// A word in pieces of at most so many columns, and of one character at least.
+// Splits a word into pieces of at most this many columns, each with at least one character.
 QStringList brokenToColumns(const QString &word, int width)
 {
     QStringList pieces;

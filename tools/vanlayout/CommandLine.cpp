@@ -196,7 +196,7 @@ QString decoded(const std::string &text)
     return QString::fromLocal8Bit(text.c_str());
 }
 
-// Everything that may stand where an option or a command was expected.
+// All commands and options that can be given at this place.
 std::vector<std::string> knownWords(const CLI::App &app)
 {
     std::vector<std::string> words = commandsOf(app);
@@ -207,7 +207,7 @@ std::vector<std::string> knownWords(const CLI::App &app)
     return words;
 }
 
-// A command takes the options of the tool too.
+// A command also accepts the options of the tool.
 std::vector<std::string> knownOptions(const CLI::App &app, const CLI::App &command)
 {
     std::vector<std::string> words = knownWords(command);
@@ -224,7 +224,7 @@ std::string withoutValue(const std::string &word)
     return word.substr(0, word.find('='));
 }
 
-// A word that is no command is named; the parser would only say that a command is missing.
+// Names an unknown command; the parser would only report that a command is missing.
 std::string problemWithWord(const CLI::App &app, const CLI::ParseError &error)
 {
     const std::vector<CLI::App *> parsed = app.get_subcommands();
@@ -232,7 +232,7 @@ std::string problemWithWord(const CLI::App &app, const CLI::ParseError &error)
     if (rest.empty())
         return std::string();
     const bool isOption = !rest.front().empty() && rest.front().front() == '-';
-    // A word that is left while the command lacks one stands in front of it.
+    // A remaining word while the command lacks one was given before the command.
     if (parsed.empty() || (!isOption && error.get_name() == "RequiredError"))
         return (rest.front().empty() ? "''" : rest.front()) + ": no such command or option"
             + suggestionFor(withoutValue(rest.front()), knownWords(app));
@@ -242,7 +242,7 @@ std::string problemWithWord(const CLI::App &app, const CLI::ParseError &error)
         + suggestionFor(withoutValue(rest.front()), knownOptions(app, *parsed.front()));
 }
 
-// A value that is none of a list: the parser names option, value and list. A long list is left out.
+// A value that is not in the list: the parser names option, value and list. A long list is omitted.
 std::string problemWithValue(const CLI::App &app, const std::string &problem)
 {
     constexpr char separator[] = ": ";
@@ -284,7 +284,7 @@ int runFields(const FieldsOptions &options, int argc, char **argv)
     return showFields(options);
 }
 
-/// The commands, what each was asked for, and what answers it.
+/// The commands, their options, and the functions that run them.
 class CommandLine
 {
 public:

@@ -23,7 +23,7 @@ string replaced(string text, const string &found, const string &replacement)
     return text;
 }
 
-// A text in single quotes, as bash and zsh read it.
+// A text in single quotes for bash and zsh.
 string shellQuoted(const string &text)
 {
     return '\'' + replaced(text, "'", "'\\''") + '\'';
@@ -34,7 +34,7 @@ bool takesValue(const CLI::Option &option)
     return option.get_items_expected_max() > 0;
 }
 
-// Options as they are typed: what stands on the line by its place alone is completed as a file.
+// The spellings of options; positional arguments are completed as files.
 std::vector<const CLI::Option *> optionsOf(const CLI::App &app)
 {
     return app.get_options([](const CLI::Option *option) { return !option->get_positional(); });
@@ -45,7 +45,7 @@ std::vector<const CLI::App *> subcommandsOf(const CLI::App &app)
     return app.get_subcommands([](const CLI::App *) { return true; });
 }
 
-// The options that are taken behind a command: its own, and those of the tool that it does not have itself.
+// The options accepted after a command: its own, and those of the tool that it does not have itself.
 std::vector<const CLI::Option *> optionsBehind(const CLI::App &command, const CLI::App &app)
 {
     std::vector<const CLI::Option *> options = optionsOf(command);
@@ -71,7 +71,7 @@ Words wordsOf(const std::vector<const CLI::Option *> &options)
     return words;
 }
 
-// The words that may follow a command by their place: commands for `help`, shells for `completion`.
+// The words that can follow a command as positional arguments: commands for `help`, shells for `completion`.
 Words positionalChoices(const CLI::App &command)
 {
     for (const CLI::Option *option : command.get_options()) {
@@ -99,7 +99,7 @@ string bashCommand(const CLI::App &command, const CLI::App &app)
     return script + "            ;;\n";
 }
 
-// What has no list is completed as a file, by `-o default`.
+// Arguments without a list are completed as files, by `-o default`.
 string bashScript(const CLI::App &app)
 {
     string script = R"(# Completion of vanlayout for bash.
@@ -143,7 +143,7 @@ complete -o bashdefault -o default -F _vanlayout vanlayout
 )";
 }
 
-// The values of an option or argument, as zsh completes them.
+// The values of an option or argument in zsh's syntax.
 string zshValues(const Words &choices, bool isList)
 {
     if (choices.empty())
@@ -151,8 +151,8 @@ string zshValues(const Words &choices, bool isList)
     return isList ? ":value:_values -s , value " + joined(choices) : ":value:(" + joined(choices) + ")";
 }
 
-// One argument of zsh's `_arguments`: of several spellings one alone is taken, and once; a list is taken again. The
-// value of a long option may follow a sign.
+// One argument of zsh's `_arguments`: only one of several spellings is accepted, once; a list can be repeated. The
+// value of a long option can follow `=`.
 string zshOption(const CLI::Option &option)
 {
     const Words spellings = spellingsOf(option);
@@ -196,7 +196,7 @@ string zshScript(const CLI::App &app)
     return script + "    esac\n}\n_vanlayout \"$@\"\n";
 }
 
-// A text in single quotes, as fish reads it.
+// A text in single quotes for fish.
 string fishQuoted(const string &text)
 {
     return '\'' + replaced(replaced(text, "\\", "\\\\"), "'", "\\'") + '\'';

@@ -18,10 +18,10 @@ using vanlayout::ValueSet;
 namespace
 {
 
-/// Part of an item that a note is about.
+/// The property of an item that a note concerns.
 enum class Aspect { None, Type, Columns, Place, Labels, ValueSets, Specials, Missing };
 
-// What a key of an item is about: that of a line such as "Len=2", or that of a member such as "length":"2".
+// The property that a key of an item states: the key of a line such as "Len=2", or of a member such as "length":"2".
 Aspect aspectOfKey(const QString &text)
 {
     static const QRegularExpression key(QStringLiteral("^\"?(\\w+)"));
@@ -50,7 +50,7 @@ Aspect aspectOf(const ReadNote &note)
     case NoteKind::missingKey:
     case NoteKind::wrongType:
         return aspectOfKey(note.text);
-    case NoteKind::numberNotConverted: // a label that holds the key of a number can be taken for its line
+    case NoteKind::numberNotConverted: // a label that contains the key of a number can be read as its line
         return aspectOfKey(note.text) == Aspect::Labels ? Aspect::Columns : aspectOfKey(note.text);
     case NoteKind::decimalsLost:
     case NoteKind::decimalsNotRead:
@@ -211,8 +211,8 @@ QString describeAspect(Aspect aspect, const Item &item, const Item *parent)
     return QString();
 }
 
-// The name of an item that the fields number: NAME_2 is the second occurrence of NAME. In the fields of a text
-// dictionary the number is the character of that code.
+// The name of an item whose occurrences are numbered in the fields: NAME_2 is the second occurrence of NAME. In the
+// fields of a text dictionary the number is the character with that code.
 QString withoutNumber(const QString &variable)
 {
     const int mark = variable.lastIndexOf(QLatin1Char('_'));
@@ -262,7 +262,7 @@ const ExactItems::Found *ExactItems::find(const QString &variable) const
     return isOccurrence ? &numbered->second : nullptr;
 }
 
-// An item can have very many notes and a long description: it is made once.
+// An item can have very many notes and a long description, which is therefore made once.
 QString ExactItems::insteadOf(const ReadNote &note)
 {
     constexpr int mostColumns = 400;

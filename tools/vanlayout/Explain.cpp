@@ -29,7 +29,7 @@ constexpr int mostVariableWidth = 40;
 constexpr int mostTextWidth = 400; // a file can be one line
 constexpr int gap = 2;             // blanks between columns
 
-/// One file, what it was read as, and what the reading told.
+/// One file, its type, and its report.
 struct Explanation {
     QString file;
     QString type;  ///< as --type takes it; "" where it was not found out
@@ -39,7 +39,7 @@ struct Explanation {
     vanlayout::Layout layout; ///< exact; of a file that can be read twice
 };
 
-// A check that reports nothing but what it takes a line for.
+// A check of which only the notes are needed.
 void readLookup(Explanation &explanation, const ExplainOptions &options)
 {
     explanation.type = QStringLiteral("lookup");
@@ -82,17 +82,17 @@ bool isFailure(const ReadReport &report, const std::string &failure)
     return false;
 }
 
-/// The places of one kind that are printed on one line: those of one variable.
+/// The notes of one kind and one variable, which are printed on one line.
 struct Place {
     const ReadNote *first;
     int count;
 };
 
-/// The notes of a report, those of one kind together.
+/// The notes of a report, grouped by kind.
 class NotesByKind
 {
 public:
-    /// Without \a isGrouped, each note is a place of its own.
+    /// Without \a isGrouped, each note is a separate place.
     NotesByKind(const ReadReport &report, bool isGrouped)
         : places(size_t(ReadReport::kinds))
     {
@@ -121,7 +121,7 @@ QString headOf(const Explanation &explanation)
     return QStringLiteral("%1: %2%3").arg(printable(subjectOf(explanation.file)), type, countsOf(explanation.report));
 }
 
-/// Prints the reports, in lines as wide as the terminal.
+/// Prints the reports, wrapped to the width of the terminal.
 class ExplanationTable
 {
 public:
@@ -219,8 +219,8 @@ private:
         }
     }
 
-    // Lines after the first are indented by the width of what is in front of it. Where that leaves little room, the
-    // text has lines of its own.
+    // Continuation lines are indented by the width of the prefix. If that leaves little width, the text starts on a
+    // new line.
     void printWrapped(const QString &head, const QString &text)
     {
         constexpr int leastRoom = 20;
@@ -277,7 +277,7 @@ void printAsJson(const Explanation &explanation, const ExplainOptions &options)
     });
 }
 
-// The report of a file that gave no layout tells why, so it is printed too.
+// The report of a file without a layout has the reason, so it is printed too.
 int explainFile(const std::string &name, const ExplainOptions &options, ExplanationTable &table)
 {
     flushOutput();

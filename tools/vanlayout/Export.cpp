@@ -69,10 +69,10 @@ void toCsv(const Layout &layout, QIODevice &device, const ExportOptions &options
     writeCodebookCsv(layout, device, csv);
 }
 
-/// Options that not every form takes.
+/// Options that only some forms accept.
 enum Taken : unsigned { TakesTitle = 1, TakesLanguage = 2, TakesProfile = 4, TakesExcel = 8 };
 
-/// Whether a form has a column for each occurrence, so that a few bytes of a dictionary can make it of any size.
+/// True if a form has a column for each occurrence, so that a few bytes of a dictionary can make it arbitrarily large.
 enum class Occurrences { Counted, Repeated };
 
 struct ExportTarget {
@@ -92,7 +92,7 @@ constexpr ExportTarget targets[] = {
     { "csv", ".csv", Occurrences::Counted, TakesLanguage | TakesExcel, toCsv },
 };
 
-// The call has been checked: the name is one of the list.
+// The name has been checked by the parser.
 const ExportTarget &targetNamed(const std::string &name)
 {
     return *std::find_if(std::begin(targets), std::end(targets),
@@ -111,7 +111,7 @@ QString targetsThatTake(Taken option)
     return names.isEmpty() ? last : names.join(QLatin1String(", ")) + QLatin1String(" and ") + last;
 }
 
-// An option that has no meaning for the form is refused: the caller expects something of it.
+// An option without a meaning for the form is an error, because the caller expects an effect.
 QString problemWithOptions(const ExportOptions &options, const ExportTarget &target)
 {
     struct {

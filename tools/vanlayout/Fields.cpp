@@ -24,14 +24,14 @@ std::unique_ptr<Printer> makePrinter(const FieldsOptions &options)
     return makeTablePrinter(stdout, severalFiles, terminalWidth());
 }
 
-// One line that a person can follow; the name stands once, so that a long one does not hide the counts.
+// One line; the name occurs once, so that a long one does not hide the counts.
 void reportNotes(const QString &file, const ReadReport &report)
 {
     if (!report.isEmpty())
         complainOfFile(file, QStringLiteral("%1; vanlayout explain shows them").arg(countsOf(report)));
 }
 
-// Of the last file nothing is released: the process ends, and that takes less time.
+// The last file is not released: ending the process is faster.
 int showFile(const QString &file, const FileType *type, bool isLast, Printer &printer)
 {
     flushOutput();

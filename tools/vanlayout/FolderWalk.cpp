@@ -14,17 +14,17 @@
 namespace
 {
 
-/// Files below a folder that is named in a call.
+/// The files below a directory that is named in a call.
 class FolderWalk
 {
 public:
-    /// Leaves the folder \a without out; empty for none.
+    /// Skips the directory \a without; empty for none.
     explicit FolderWalk(const QString &withoutFolder)
         : without(withoutFolder)
     {
     }
 
-    // Folders that are still to be walked are kept in a list: they can be nested deeper than the stack is.
+    // Pending directories are kept in a list: they can be nested deeper than the stack allows.
     QStringList filesBelow(const QString &top)
     {
         QStringList found;
@@ -41,7 +41,7 @@ public:
     int status() const { return worst; }
 
 private:
-    // The names are read as bytes: QDir passes over those that are not valid in the encoding of the locale.
+    // The names are read as bytes: QDir skips those that are not valid in the encoding of the locale.
     void gatherEntries(const QString &folder, QStringList &found, QStringList &folders)
     {
         std::error_code error;
@@ -55,8 +55,8 @@ private:
             worst = noAnswerFor(folder, QStringLiteral("the folder cannot be read"));
     }
 
-    // What leads nowhere, such as a link without a target, is kept: reading it fails with a reason. Pipes, sockets and
-    // devices are left out: reading one may never end.
+    // Broken links are kept: reading them fails with a reason. Pipes, sockets and devices are skipped: reading one may
+    // never end.
     static void gather(const QString &path, QStringList &found, QStringList &folders)
     {
         const QFileInfo entry(path);

@@ -13,7 +13,7 @@
 namespace
 {
 
-// A named pipe is left alone: opened once more, it might have no writer left.
+// A named pipe is not opened here: when it is opened again, it may have no writer left.
 QByteArray headOfPipe(const QString &fileName, int size)
 {
     QByteArray head(size, '\0');
@@ -23,7 +23,7 @@ QByteArray headOfPipe(const QString &fileName, int size)
     int ends[2] = {};
     if (!descriptor || !descriptor->isOwn || pipe2(ends, O_CLOEXEC) != 0)
         return QByteArray();
-    // Waits for the first bytes, as the reader would.
+    // Blocks until there are bytes, as the reader would.
     if (tee(descriptor->number, ends[1], size_t(size), 0) > 0)
         copied = int(read(ends[0], head.data(), size_t(size)));
     close(ends[0]);

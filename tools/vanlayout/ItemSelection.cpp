@@ -10,7 +10,7 @@ using vanlayout::Record;
 namespace
 {
 
-// Whether a name matches a pattern with `*` and `?`. On a mismatch, the last `*` takes one more character.
+// True if a name matches a pattern with `*` and `?`. After a mismatch, the last `*` matches one more character.
 bool matches(const QString &pattern, const QString &name)
 {
     int p = 0;

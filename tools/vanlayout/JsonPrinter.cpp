@@ -6,7 +6,7 @@
 namespace
 {
 
-// The one order of keys, for both the form of a person and the form of a line.
+// The order of keys, for the indented and the one-line form.
 template <typename Writer> class LayoutWriter
 {
 public:
@@ -28,7 +28,7 @@ public:
         json.EndObject();
     }
 
-    // A file that the system fails to read ends in no error of the library: it has a cause alone.
+    // A file that the system fails to read causes no error of the library: it only has a cause.
     void writeError(const Layout &layout)
     {
         json.StartObject();
@@ -36,7 +36,7 @@ public:
         json.StartObject();
         if (layout.error) {
             write("code", layout.error->getCode());
-            // The text of the error is the one character whose code is the line index.
+            // The text of the error is the single character whose code is the line index.
             const QString text = layout.error->getText();
             write("line", text.isEmpty() ? 0 : text.at(0).unicode());
         }

@@ -15,13 +15,13 @@
 namespace
 {
 
-// Says why a file cannot be read, or finds its type by content.
+// Sets the reason why a file cannot be read, or its type by content.
 QString readingProblem(const QString &fileName, const FileType *&type)
 {
     QString problem = openingProblem(fileName);
     if (!problem.isEmpty())
         return problem;
-    // A pipe whose first bytes cannot be had is taken for a CSPro text dictionary.
+    // A pipe whose first bytes cannot be examined is read as a CSPro text dictionary.
     if (!type)
         type = &fileTypeOf(headOf(fileName, importHeadSize));
     if (!type->canBePiped && !QFileInfo(fileName).isFile())
@@ -39,8 +39,8 @@ bool isOfReadStat(const FileType &type)
     return type.format == ImportFormat::Stata || type.format == ImportFormat::Spss;
 }
 
-/// Takes the importer's own line about a failed reading, which holds a file name as it is, and logs it: it reaches
-/// standard error with the other lines of the library, or not at all.
+/// Receives the importer's own line about a failed reading, which has the unchanged file name, and logs it, so that it
+/// is only printed with the other debug lines of the library.
 class ErrorLine
 {
 public:
@@ -77,7 +77,7 @@ private:
     std::unique_ptr<std::FILE, Closer> stream;
 };
 
-// The cause that ended the reading of a file in front of its end; empty where there was none.
+// The cause that ended reading before the end of the file; empty if there was none.
 QString endOfReading(const ReadReport &report)
 {
     const std::vector<ReadNote> &notes = report.notes();

@@ -130,8 +130,8 @@ void CodeCsv::write(const Layout &layout)
     });
 }
 
-// The text in each language, one text alone where there are no languages. A label that has none in a language is an
-// empty cell, not the one of another language, but for the first.
+// The text in each language; a single text if there are no languages. A missing text is an empty cell, except in the
+// first language, which falls back to the primary text.
 QStringList CodeCsv::textsOf(const Labels &labels) const
 {
     if (languages.isEmpty())
@@ -147,7 +147,7 @@ QStringList CodeCsv::textsOf(const Labels &labels) const
     return QStringList(texts.begin(), texts.end());
 }
 
-// A value without a code keeps its label: its line has no code.
+// A value without a code has a line with its label and no code.
 void CodeCsv::writeValue(const QString &file, const QString &item, const ValueSet &set, const Value &value)
 {
     const QStringList texts = textsOf(value.labels);

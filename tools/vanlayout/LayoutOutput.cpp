@@ -18,7 +18,7 @@ using vanlayout::Layout;
 namespace
 {
 
-/// One run of a command that writes layouts.
+/// One call of a command that writes layouts.
 class OutputRun
 {
 public:
@@ -88,7 +88,7 @@ private:
         return folder.isInput(call.index) ? noAnswerFor(path, isInputProblem()) : form.writeIndex(path);
     }
 
-    // A file that cannot be read takes no name in the folder.
+    // A file that cannot be read reserves no name in the directory.
     int writeOne(const QString &file, const QString &path, OutputFolder *folder = nullptr)
     {
         return answerFor(file, [&] {

@@ -27,7 +27,7 @@ constexpr int minNameWidth = 8;     // a longer name than fits has a line of its
 constexpr int maxNameWidth = 64;    // as the longest names of statistical files; a longer one has a line of its own
 constexpr int maxTypeWidth = 24;    // a format of a hostile file can be long
 constexpr int maxCodeWidth = 24;    // a wider code has its label on the next line
-constexpr int valueIndentation = 6; // of the codes beneath an item
+constexpr int valueIndentation = 6; // of the codes below an item
 constexpr int setIndentation = 4;   // of the names of value sets
 
 enum Column { Name, Type, Start, Length, Occurrences, Values, Label, columnCount };
@@ -47,7 +47,7 @@ QString numberUnless(int number, int usual)
     return number == usual ? QString() : QString::number(number);
 }
 
-// How many values an item has: of its only value set, or in all of several.
+// The number of values of an item: of its only value set, or the total of several.
 QString countOfValues(const Item &item)
 {
     int count = 0;
@@ -94,8 +94,8 @@ private:
                  labelOf(item.labels) };
     }
 
-    // The widths of all columns; a column without a text in any row gets 0. The rows are made twice, for their widths
-    // and for themselves: there can be very many.
+    // The widths of all columns; an empty column gets 0. The rows are made twice, for their widths and for printing,
+    // because there can be very many.
     void measure()
     {
         widths.fill(0);
@@ -110,7 +110,7 @@ private:
         if (widths[Name] > nameRoom())
             widths[Name] = longestNameWithin(nameRoom());
     }
-    // The width of the longest name that fits into some columns; no less than a short name has.
+    // The width of the name column: that of the longest name that fits, and at least that of a short name.
     int longestNameWithin(int room) const
     {
         int longest = minNameWidth;
@@ -126,7 +126,7 @@ private:
         for (size_t column = 0; column < columnCount; ++column)
             widths[column] = std::max(widths[column], columnsOf(row[column]));
     }
-    // Columns between the name and the label, gaps included.
+    // Width of the columns between name and label, including gaps.
     int spaceBehindName() const
     {
         int space = gap;
@@ -161,7 +161,7 @@ private:
             facts[i] += QLatin1Char(',');
         wrapped(facts + codes);
     }
-    // The codes of several languages, in one piece where a line has room for it; none where there is no choice.
+    // The codes of several languages, on one line if it is wide enough; none if there is only one language.
     QStringList languages() const
     {
         QStringList codes;
@@ -174,7 +174,7 @@ private:
         const bool fits = style.width == 0 || columnsOf(inOne) + gap <= style.width;
         return fits ? QStringList(inOne) : codes;
     }
-    // Texts with blanks between them, on as many lines as they need.
+    // Texts separated by blanks, wrapped to as many lines as necessary.
     void wrapped(const QStringList &texts) const
     {
         QString row;
@@ -217,7 +217,7 @@ private:
             facts.append(QStringLiteral("optional"));
         return QLatin1String(" (") + facts.join(QLatin1String(", ")) + QLatin1Char(')');
     }
-    // An empty line, then name, label and facts on one line: the label is what is cut.
+    // An empty line, then name, label and facts on one line; the label is cut if necessary.
     void heading(const QString &name, const QString &label, const QString &facts) const
     {
         line(QString());
@@ -256,7 +256,7 @@ private:
         }
         line(widths[Label] > 0 ? text + row[Label] : text);
     }
-    // Texts begin at the left of their column, numbers end at its right.
+    // Texts are left-aligned, numbers right-aligned.
     QString cell(const QString &text, Column column) const
     {
         const int width = widths[size_t(column)];
@@ -296,7 +296,7 @@ private:
             }
         }
     }
-    // A code of nothing but blanks is in quotation marks, so that it can be seen.
+    // A code that consists of blanks is put in quotation marks to be visible.
     static QString codesOf(const Value &value)
     {
         const auto isBlank

@@ -40,7 +40,7 @@ QString problemAfterWriting(QFileDevice &file)
     return file.flush() && file.error() == QFileDevice::NoError ? QString() : cannotBeWritten(file);
 }
 
-// The cause of a failure has to be asked for before commit(), which forgets it.
+// The cause of a failure must be read before commit(), which discards it.
 QString problemWithReplacing(const QString &name, const AnswerWriter &write)
 {
     QSaveFile file(name);
@@ -92,7 +92,7 @@ QString problemWithWriting(const QString &output, const QString &input, const An
 int writeAnswer(const QString &output, const QString &input, const AnswerWriter &write)
 {
     if (output == QLatin1String("-") || isStandardOutput(output)) {
-        // A terminal may well be both.
+        // A terminal may be both.
         if (QFileInfo(input).isFile() && isSameFile(QStringLiteral("/dev/stdout"), input))
             return noAnswerFor(input, QStringLiteral("is standard output as well, and is not written over"));
         return writeToStandardOutput(write);

@@ -13,7 +13,7 @@ bool isIn(ushort code, ushort first, ushort last)
     return code >= first && code <= last;
 }
 
-// Marks, embeddings, overrides and isolates: they change the order in which the characters around them are shown.
+// Marks, embeddings, overrides and isolates, which change the display order of the characters around them.
 bool isBidirectionalControl(ushort code)
 {
     return code == 0x061C || isIn(code, 0x200E, 0x200F) || isIn(code, 0x202A, 0x202E) || isIn(code, 0x2066, 0x2069);
@@ -25,7 +25,7 @@ bool isControl(QChar unit)
     return code < 0x20 || (code >= 0x7F && (code <= 0x9F || isBidirectionalControl(code)));
 }
 
-// The controls of ASCII have pictures of their own.
+// The control characters of ASCII have their own pictures.
 QChar signFor(QChar control)
 {
     const ushort code = control.unicode();

@@ -36,7 +36,7 @@ void clearLine()
 
 #ifdef Q_OS_UNIX
 
-// The process ends of the signal as it would have.
+// The process is terminated by the signal as usual.
 void clearLineAndEnd(int signal)
 {
     if (isOnTerminal) {
@@ -46,7 +46,7 @@ void clearLineAndEnd(int signal)
     raise(signal);
 }
 
-// A signal that is ignored stays so.
+// An ignored signal remains ignored.
 void clearLineBeforeSignalsEndTheProcess()
 {
     for (const int signal : { SIGINT, SIGTERM, SIGHUP }) {
@@ -108,7 +108,7 @@ void Progress::begin(const QString &file, int number, int count)
     line = (cutToColumns(printable(name), room) + place).toLocal8Bit();
 }
 
-// Runs in a thread of its own: one file alone may take long.
+// Runs in a separate thread: a single file can take long.
 void Progress::show()
 {
     std::unique_lock<std::mutex> lock(mutex);

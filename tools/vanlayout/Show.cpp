@@ -37,15 +37,15 @@ QString decoded(const std::string &text)
     return QString::fromLocal8Bit(text.c_str(), int(text.size()));
 }
 
-/// Prints what is asked for of one layout after the other.
+/// Prints layouts one after the other.
 class LayoutPrinter
 {
 public:
     virtual ~LayoutPrinter() = default;
     virtual void print(const Layout &layout) = 0;
-    /// Prints what the form has for a file without a layout; nothing in most forms.
+    /// Prints an entry for a file without a layout; nothing in most forms.
     virtual void printError(const Layout & /*layout*/) { }
-    /// Whether the problems of a layout are part of what is printed.
+    /// True if the output includes the problems of a layout.
     virtual bool hasProblems() const { return false; }
 };
 
@@ -59,7 +59,7 @@ public:
         out.open(stdout, QIODevice::WriteOnly);
     }
 
-    // A device that is full is noticed where standard output is.
+    // A full device is reported at the end, with standard output.
     void print(const Layout &layout) override
     {
         vanlayout::writeLayoutJson(layout, out, style);
@@ -105,7 +105,7 @@ private:
     CodeCsv csv;
 };
 
-/// Answers for people, separated by empty lines.
+/// Texts for reading, separated by empty lines.
 class Tables : public LayoutPrinter
 {
 public:
@@ -147,7 +147,7 @@ protected:
         printLine(stdout, printable(layout.file));
         if (layout.languages.isEmpty())
             printLine(stdout, QStringLiteral("  declares no language"));
-        constexpr int maxWidth = 24; // a longer code, which no real file has, moves its own label alone
+        constexpr int maxWidth = 24; // a longer code, which no real file has, only shifts its own label
         int width = 0;
         for (const Language &language : layout.languages)
             width = std::max(width, std::min(columnsOf(printable(language.name)), maxWidth));
@@ -220,7 +220,7 @@ private:
     bool hasHeader = false;
 };
 
-/// One run of the command.
+/// One call of the command.
 class ShowRun
 {
 public:
@@ -279,9 +279,9 @@ private:
         return std::make_unique<CsvItems>(severalFiles, language);
     }
 
-    // The languages that have a column: the one that was asked for, or all of all files, in the order in which they
-    // come. The header line needs them before the first file is printed, so the files are read in a pass of their own.
-    // What cannot be read again is kept from it: standard input, a pipe.
+    // The languages with a column: the requested one, or those of all files, in the order of their first use. The
+    // header line needs them before the first file is printed, so the files are first read for them. Inputs that
+    // cannot be read again, such as standard input or a pipe, are kept.
     QStringList languagesOfCodes()
     {
         if (!language.isEmpty())
@@ -345,7 +345,7 @@ private:
         });
     }
 
-    // A catalog that was asked for is no part of the file, so its warning is said whole.
+    // A given catalog is not part of the file, so its warning is printed completely.
     static void complainOfWarnings(const Layout &layout)
     {
         int count = 0;

@@ -19,7 +19,7 @@ std::string inSmallLetters(std::string word)
     return word;
 }
 
-// The number of letters left out, added, exchanged or swapped between two words.
+// The number of missing, added, replaced or swapped letters between two words.
 size_t distanceBetween(const std::string &first, const std::string &second)
 {
     const size_t width = second.size() + 1;

@@ -40,7 +40,7 @@ public:
     {
     }
 
-    // The rows are made twice, for their widths and for themselves: there can be very many.
+    // The rows are made twice, for their widths and for printing, because there can be very many.
     void printLayout(const Layout &layout) override
     {
         printHeading(layout);

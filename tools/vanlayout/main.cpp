@@ -21,8 +21,8 @@ constexpr int mibAscii = 3;
 
 bool isVerbose = false;
 
-// Lines of the library and of Qt reach standard error with --verbose alone; what would end the process becomes one line
-// and a status.
+// Lines of the library and of Qt are printed on standard error only with --verbose; a fatal one becomes one line and an
+// exit status.
 void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {
     if (type == QtFatalMsg) {
@@ -31,13 +31,13 @@ void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const
     }
     if (!isVerbose)
         return;
-    // Some lines of the library are nothing but line feeds.
+    // Some lines of the library consist only of line feeds.
     const bool isSpace
         = std::all_of(message.begin(), message.end(), [](QChar unit) { return unit == QLatin1Char('\n'); });
     printToStandardError(isSpace ? QString() : message);
 }
 
-// Qt may have been built to take UTF-8 for the encoding of every locale.
+// Qt may have been built to use UTF-8 in every locale.
 QTextCodec *codecOfLocale()
 {
 #ifdef Q_OS_UNIX
