@@ -214,6 +214,12 @@ private slots:
     void aliasesAreComparedInAnyCaseAndOrder();
     void idItemsOfTwoLevelsAreToldApart();
     void lineOfAStatementDoesNotCount();
+    void imagesAndColorsAreComparedAsCSProReadsThem_data();
+    void imagesAndColorsAreComparedAsCSProReadsThem();
+    void boundsOfFormatsAreKnown_data();
+    void boundsOfFormatsAreKnown();
+    void factsOfTwoProgramsAreThoseOfTheData();
+    void recordIsFoundUnderAnotherNameOnce();
     void valueSetsAreMatchedByNameThenByContent_data();
     void valueSetsAreMatchedByNameThenByContent();
     void itemsAreFoundUnderAnotherName_data();
@@ -783,6 +789,136 @@ void DiffTest::lineOfAStatementDoesNotCount()
     QCOMPARE(notComparedOf(compare(before, survey())), QStringList("further statements"));
 }
 
+void DiffTest::imagesAndColorsAreComparedAsCSProReadsThem_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<bool>("areSameImages");
+    QTest::addColumn<bool>("areSameColors");
+    QTest::newRow("slashes") << "folder\\a.png"
+                             << "folder/a.png" << true << false;
+    QTest::newRow("this folder") << ".\\a.png"
+                                 << "a.png" << true << false;
+    QTest::newRow("folder above") << "..\\a.png"
+                                  << "a.png" << false << false;
+    QTest::newRow("case") << "#FF0000"
+                          << "#ff0000" << false << true;
+    QTest::newRow("other") << "#ff0000"
+                           << "#ff0001" << false << false;
+}
+
+void DiffTest::imagesAndColorsAreComparedAsCSProReadsThem()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(bool, areSameImages);
+    QFETCH(bool, areSameColors);
+    const auto images = [](const QString &text) { return edited(survey(), [&](Layout &l) { male(l).image = text; }); };
+    const auto colors
+        = [](const QString &text) { return edited(survey(), [&](Layout &l) { male(l).textColor = text; }); };
+    QCOMPARE(kindsOf(compare(images(before), images(after))),
+             areSameImages ? QStringList() : QStringList("value-image"));
+    QCOMPARE(kindsOf(compare(colors(before), colors(after))),
+             areSameColors ? QStringList() : QStringList("value-color"));
+}
+
+void DiffTest::boundsOfFormatsAreKnown_data()
+{
+    QTest::addColumn<Layout>("before");
+    QTest::addColumn<Layout>("after");
+    QTest::addColumn<QStringList>("kinds");
+    const QStringList same;
+    const auto labelled = [](Format format, int size) {
+        return edited(statFile(format), [&](Layout &l) { sex(l).labels = label(QString(size, 'x')); });
+    };
+    const QStringList other("item-label");
+    QTest::newRow("label of XPORT") << labelled(Format::Sas, 100) << labelled(Format::SasXport, 40) << same;
+    QTest::newRow("short label of XPORT") << labelled(Format::Sas, 100) << labelled(Format::SasXport, 39) << other;
+    QTest::newRow("label of Stata") << labelled(Format::Sas, 100) << labelled(Format::Stata, 40) << other;
+    QTest::newRow("label of neither") << labelled(Format::Sas, 100) << labelled(Format::Spss, 80) << other;
+    QTest::newRow("label of one format") << labelled(Format::Stata, 100) << labelled(Format::Stata, 80) << other;
+
+    const auto named = [](Format format, const QString &name) {
+        return edited(statFile(format), [&](Layout &l) { sex(l).name = name; });
+    };
+    const QStringList renamed("item-renamed");
+    QTest::newRow("case of XPORT") << named(Format::Sas, "sex") << named(Format::SasXport, "SEX") << same;
+    QTest::newRow("case of portable") << named(Format::Spss, "sex") << named(Format::SpssPortable, "SEX") << same;
+    QTest::newRow("case of SAS and Stata") << named(Format::Sas, "sex") << named(Format::Stata, "SEX") << renamed;
+
+    const auto edit = [](Format format, const Edit &change) { return edited(statFile(format), change); };
+    const Edit text = [](Layout &l) { person(l).items[1].length = 0; };
+    QTest::newRow("text of any length, one program")
+        << statFile(Format::Stata) << edit(Format::Stata, text) << QStringList("item-length");
+    QTest::newRow("text of any length, two programs") << statFile(Format::Spss) << edit(Format::Stata, text) << same;
+    const Edit measured = [](Layout &l) { sex(l).measure = Measure::Scale; };
+    QTest::newRow("measure of portable") << edit(Format::Spss, measured) << statFile(Format::SpssPortable) << same;
+    const Edit aligned = [](Layout &l) { sex(l).alignment = Alignment::Left; };
+    QTest::newRow("alignment of portable") << edit(Format::Spss, aligned) << statFile(Format::SpssPortable) << same;
+    const Edit stored = [](Layout &l) { sex(l).storage = Storage::Float; };
+    QTest::newRow("storage of XPORT") << statFile(Format::Sas) << edit(Format::SasXport, stored)
+                                      << QStringList("item-storage");
+
+    const Layout dictionary = edited(survey(), [](Layout &l) {
+        person(l).items = { sex(l), item("PAID", 6, 8, "Paid") };
+        person(l).items[1].decimals = 2;
+        l.levels[0].ids.clear();
+        l.levels[0].records.removeLast();
+    });
+    const auto withPaid = [](Format format, const QString &display, const QString &missing) {
+        return edited(statFile(format), [&](Layout &l) {
+            l.labels = label("Survey");
+            person(l).items[1] = item("PAID", 0, 8, "Paid");
+            person(l).items[1].format = display;
+            sex(l).valueSets[0].values.append(value(missing, "Refused"));
+        });
+    };
+    QTest::newRow("decimals of a date") << dictionary << withPaid(Format::Stata, "%td", ".a") << same;
+    QTest::newRow("decimals of a number")
+        << dictionary << withPaid(Format::Stata, "%8.0f", ".a") << QStringList("item-decimals");
+    Layout withoutCodes = dictionary;
+    sex(withoutCodes).valueSets[0].values.append(Value());
+    QTest::newRow("value without codes") << withoutCodes << withPaid(Format::Stata, "%td", ".a") << same;
+    QTest::newRow("code of a dictionary")
+        << dictionary << withPaid(Format::Stata, "%td", "9") << QStringList("value-added");
+}
+
+void DiffTest::boundsOfFormatsAreKnown()
+{
+    QFETCH(Layout, before);
+    QFETCH(Layout, after);
+    QFETCH(QStringList, kinds);
+    QCOMPARE(kindsOf(compare(before, after)), kinds);
+}
+
+void DiffTest::factsOfTwoProgramsAreThoseOfTheData()
+{
+    const Layout before = edited(statFile(Format::Spss), [](Layout &l) {
+        l.encoding = "windows-1252";
+        l.rows = 5;
+    });
+    const QStringList all = notComparedOf(compare(before, statFile(Format::Stata)));
+    QVERIFY(all.contains("number of rows"));
+    QVERIFY(!all.contains("encoding"));
+}
+
+void DiffTest::recordIsFoundUnderAnotherNameOnce()
+{
+    const auto made = [](const QStringList &names) {
+        Layout layout = survey();
+        const Record record = house(layout);
+        layout.levels[0].records.clear();
+        for (const QString &name : names) {
+            layout.levels[0].records.append(record);
+            layout.levels[0].records.last().name = name;
+        }
+        return layout;
+    };
+    QCOMPARE(described(compare(made({ "A", "B" }), made({ "C" }))),
+             (QStringList{ "record-renamed A: A > C", "record-removed B: House > ", "item-removed B/ROOF: Roof > ",
+                           "item-removed B/ROOMS: Rooms > " }));
+}
+
 void DiffTest::valueSetsAreMatchedByNameThenByContent_data()
 {
     QTest::addColumn<QVector<ValueSet>>("before");
@@ -889,6 +1025,10 @@ void DiffTest::itemsAreFoundUnderAnotherName_data()
     QTest::newRow("value set follows the name")
         << Items{ coded(item("A", 5, 1, "Owner"), "No") } << Items{ coded(item("B", 5, 1, "Owner"), "No") }
         << QStringList(renamed);
+    Item otherCase = coded(item("B", 5, 1, "Owner"), "No");
+    otherCase.valueSets[0].name = "b_vs1";
+    QTest::newRow("value set follows the name in another case")
+        << Items{ coded(item("A", 5, 1, "Owner"), "No") } << Items{ otherCase } << QStringList(renamed);
     QTest::newRow("renamed and changed") << Items{ coded(item("A", 5, 1, "Owner"), "No") }
                                          << Items{ coded(item("B", 5, 1, "Owner"), "Never") }
                                          << QStringList{ renamed, "value-label PERSON/A/A_VS1/2: No > Never" };

@@ -157,8 +157,10 @@ private Q_SLOTS:
                                   "      label of value set: \"Codes\" \xE2\x86\x92 \"Answers\"\n"
                                   "      1, note: \"old\" \xE2\x86\x92 \"new\"\n"),
                  run.out.constData());
-        write("more.dcf", dictionary(record("R", item("A", "a", 2, 1))));
-        QVERIFY(diff({ "more.dcf", "after.dcf" }).out.endsWith("\n  A\n    value set added A_VS1: \"Answers\"\n"));
+        write("without.dcf", dictionary(record("R", item("A", "a", 2, 1))));
+        QVERIFY(diff({ "without.dcf", "after.dcf" }).out.endsWith("\n  A\n    value set added A_VS1: \"Answers\"\n"));
+        write("unlabelled.dcf", content(QString(), "new"));
+        QVERIFY(diff({ "without.dcf", "unlabelled.dcf" }).out.endsWith("\n  A\n    value set added A_VS1\n"));
     }
 
     void summaryCountsTheKinds()
