@@ -331,7 +331,7 @@ class Tests:
         expect(self.book.details("DISTRICT"), None)
         self.browser.click(self.book.button("DISTRICT"))
         details = self.book.details("DISTRICT")
-        for text in ("Type\nnumeric", "Format\n9(2)", "Columns\n4–5", "Length\n2 characters", "Zero fill\nyes",
+        for text in ("Type\nnumeric", "Format\n9(2)", "Record\nall (id item)", "Columns\n4–5", "Length\n2 characters", "Zero fill\nyes",
                      "DISTRICT_VS1 District 3 values", "1 to 8\tRural districts", "21\tCapital"):
             if text not in details:
                 raise AssertionError("%r is not in %r" % (text, details))
@@ -415,6 +415,10 @@ class Tests:
             expect(self.book.current(), None)
             expect(self.browser.run(unknown + ".hidden"), False)
             expect(self.browser.run(unknown + ".querySelector('code').textContent"), shown)
+        self.browser.run("location.hash = ''")
+        self.browser.wait_for(unknown + ".hidden")
+        self.browser.run("location.hash = '#NONE'")
+        self.browser.wait_for("!%s.hidden" % unknown)
         self.browser.run("location.hash = '#EA'")
         self.browser.wait_for("document.querySelector('article.current') !== null")
         expect(self.browser.run(unknown + ".hidden"), True)
@@ -554,6 +558,26 @@ Value='   ';Three
         self.browser.wait_for("document.querySelector('article.current') !== null")
         for part in ("Length\n20 bytes", "Display\nwidth 9, left"):
             expect((part, part in self.book.details("NAME")), (part, True))
+        self.book.open(os.path.join(self.made_data, "types.sav"), "#F82")
+        self.browser.wait_for("document.querySelector('article.current') !== null")
+        expect(("Decimals\n2\n" in self.book.details("F82"), "mark" in self.book.details("F82")), (True, False))
+
+    def extended_missing_values_are_marked_where_the_format_has_them(self):
+        codes = struct.pack("<4i", -1, 0, 9, 30000)
+        with open(os.path.join(self.made_data, "types-118.dta"), "rb") as made:
+            data = made.read()
+        expect(data.count(codes), 1)
+        file = os.path.join(self.book.folder, "missing.dta")
+        with open(file, "wb") as out:
+            out.write(data.replace(codes, struct.pack("<4i", 0x7fffffe6, 0, 9, 30000)))  # .a
+        special = "[...document.querySelectorAll('article.current tbody tr')].filter(e => " \
+                  "e.classList.contains('is-special')).map(e => e.innerText)"
+        self.book.open(file, "#odd")
+        self.browser.wait_for("document.querySelector('article.current tbody') !== null")
+        expect(self.browser.run(special), [".a\tMinus one missing"])
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 2, [("'.a'", "Text")]), "#A")
+        self.browser.wait_for("document.querySelector('article.current tbody') !== null")
+        expect(self.browser.run(special), [])
 
     def database_and_json_form_open(self):
         made = {"software": "CSPro", "version": 8.0, "fileType": "dictionary", "name": "HOMES",
@@ -888,6 +912,11 @@ RecordTypeValue='2'
         expect(rulers, [["OUTER"], ["OUTER*", "X"], ["OUTER*", "INNER"], ["OUTER*", "INNER*", "Y"]])
         expect(self.browser.run("[...document.querySelectorAll('.level-title')].map(e => e.innerText)"),
                ["Level 1 ONE", "Level 2 TWO"])
+        expect(self.browser.run("[...document.querySelectorAll('section.record h2')].map(e => e.textContent.trim())"),
+               ["Id items of level 1", "A", "Id items of level 2", "B"])
+        self.book.choose("record", "A")
+        self.book.wait_for_found("1 of 4 variables")
+        expect(self.browser.run("[...document.querySelectorAll('.level')].map(e => e.hidden)"), [False, True])
 
     def only_record_has_its_variables(self):
         self.book.open_made(DICTIONARY + item("A", "One", 1, 1) + item("B", "Two", 2, 1))
@@ -1163,6 +1192,7 @@ Value='%s';%s
                                    ("fishers net", "1 variable in 1 codebook", ["P16_OCCUPATION"]),
                                    ("oui", "1 variable in 1 codebook", ["A"]),
                                    ("orvandia_census_dict", "0 variables in 1 codebook", []),
+                                   ("census.dcf", "0 variables in 1 codebook", []),
                                    ("no such thing", "Nothing matches", [])):
             self.book.search(text)
             self.browser.wait_for("JSON.stringify([...document.querySelectorAll('.found-list a')].map(e => e.textContent))"
