@@ -351,6 +351,9 @@ class Tests:
             raise AssertionError("not opened")
         self.browser.press("ArrowUp", 38)
         expect(self.book.focused(), "PROVINCE")
+        self.browser.press("/")
+        self.browser.press("ArrowDown", 40)
+        expect(self.book.focused(), "PROVINCE")
 
     def fragment_opens_a_variable(self):
         self.book.open_example(fragment="#P20_CHILDREN_BORN")
@@ -732,6 +735,23 @@ RecordTypeValue='2'
         self.book.search("house")
         self.book.wait_for_found("No variable matches")
 
+    def label_without_a_text_in_the_language_shows_its_first(self):
+        made = {"software": "CSPro", "version": 8.0, "fileType": "dictionary", "name": "D",
+                "languages": [{"name": code, "label": code} for code in ("EN", "FR", "SW")], "levels": [
+                    {"name": "L", "ids": {"items": []}, "records": [{"name": "R", "recordType": "", "items": [
+                        {"name": "A", "contentType": "numeric", "start": 1, "length": 1, "labels": [
+                            {"language": "FR", "text": "Maison"}, {"language": "EN", "text": "House"},
+                            {"language": "SW", "text": ""}]},
+                        {"name": "B", "contentType": "numeric", "start": 2, "length": 1, "labels": [
+                            {"language": "FR", "text": "Toit"}, {"language": "EN", "text": "Roof"}]}]}]}]}
+        self.book.open_made(json.dumps(made))
+        labels = "[...document.querySelectorAll('article .label')].map(e => [e.textContent, e.lang])"
+        for language, expected in (("EN", [["House", "en"], ["Roof", "en"]]), ("FR", [["Maison", "fr"], ["Toit", "fr"]]),
+                                   ("SW", [["Maison", "fr"], ["Toit", "fr"]])):
+            self.book.choose("language", language)
+            self.book.names()
+            expect(self.browser.run(labels), expected)
+
     def filters_stay_when_the_language_changes(self):
         self.book.open_made(self._languages() + item("C", "Text|Texte", 3, 1, kind="Alpha") + "\n[Record]\nName=OTHER\n"
                             + item("E", "Text|Texte", 4, 1, kind="Alpha"))
@@ -782,6 +802,17 @@ RecordTypeValue='2'
     def problem_of_a_long_name_is_beside_its_variable(self):
         self.book.open_made(DICTIONARY + item("A", "One", 1, 1) + item("B/" * 300, "Two", 2, 1, more=["Colour=red"]))
         expect(self.browser.run("[...document.querySelectorAll('article .badges')].map(e => e.children.length)"), [0, 1])
+
+    def very_many_problems_of_a_variable_are_counted(self):
+        self.book.open_made(DICTIONARY + item("A", "One", 1, 1, more=["Strange%d=1" % i for i in range(103)]), "#A")
+        self.browser.wait_for("document.querySelector('article.current .problems-beside') !== null")
+        expect(self.browser.run("[...document.querySelectorAll('article.current .problems-beside li')].map(e => "
+                                "e.textContent).slice(100)"), ["3 further problems are in the list at the top."])
+        self.browser.run("document.querySelectorAll('#page-problems details').forEach(e => e.open = true)")
+        longest = "Math.max(...[...document.querySelectorAll('#page-problems .places')].map(e => e.childElementCount))"
+        self.browser.wait_for(longest + " === 25")
+        self.browser.run("document.querySelector('#page-problems .more:not([hidden])').click()")
+        expect(self.browser.run(longest), 103)
 
     def every_problem_is_listed(self):
         self.book.open_made(self._problems())
@@ -851,6 +882,17 @@ RecordTypeValue='2'
         if "Shares columns with\nYEAR MONTH" not in " ".join(self.book.details("DATE").split(" ")):
             raise AssertionError(self.book.details("DATE"))
 
+    def ruler_says_what_it_leaves_out(self):
+        self.book.open_made(DICTIONARY + "".join(item("V%d" % i, "One", 1, 3) for i in range(15))
+                            + item("FAR", "Far", 999999, 5) + item("BEYOND", "Beyond", 1000001, 5))
+        hints = "[...document.querySelectorAll('.ruler > .hint')].map(e => e.textContent)"
+        self.browser.wait_for("document.querySelectorAll('.block').length > 11")
+        expect(self.browser.run("document.querySelectorAll('.block').length"), 12)
+        expect(self.browser.run(hints), ["3 variables are not drawn: more than 12 are on the same columns.",
+                                         "Columns behind 1,000,000 are not drawn."])
+        self.browser.click(self.book.button("V14"))
+        expect(" and more" in self.book.details("V14").split("Shares columns with")[1], True)
+
     def _blocks(self):
         """Label, left, whether it is below the first, and width of each block; in widths of the first."""
         return self.browser.run(
@@ -890,6 +932,12 @@ RecordTypeValue='2'
                [["block record-type", None], ["block common", "PROVINCE, columns 2\u20133"],
                 ["block common", "DISTRICT, columns 4\u20135"], ["block common", "EA, columns 6\u20138"],
                 ["block common", "HOUSEHOLD, columns 9\u201311"]])
+
+    def record_without_a_type_has_none_on_its_ruler(self):
+        self.book.open_made(DICTIONARY.replace("RecordTypeStart=0\nRecordTypeLen=0", "RecordTypeStart=1\nRecordTypeLen=1")
+                            + item("A", "One", 2, 1))
+        self.browser.wait_for("document.querySelector('.block') !== null")
+        expect(self.browser.run("[...document.querySelectorAll('.block')].map(e => e.ariaLabel)"), ["A, column 2"])
 
     def ruler_is_one_stop_and_arrows_move_in_it(self):
         self.book.open_example()
@@ -1042,12 +1090,33 @@ RecordTypeValue='2'
         variables, articles, undrawn = self.browser.run(
             "(() => { dispatchEvent(new Event('beforeprint')); const count = what => "
             "document.querySelectorAll(what).length; return [count('article .details'), count('article'), "
-            "count('.lines:not(:has(.block))')]; })()")
+            "count('.ruler:not(:has(.block))')]; })()")
         expect((variables, articles, undrawn), (56, 56, 0))
+        expect(self.browser.run("document.getElementById('page-brief').hidden"), True)
         self.browser.run("dispatchEvent(new Event('afterprint'))")
         expect(self.browser.run("document.querySelectorAll('article .details').length"), 0)
         if not self.browser.print().startswith(b"%PDF"):
             raise AssertionError("no PDF")
+
+    def paper_has_a_long_list_alone(self):
+        self.book.open_made(DICTIONARY + "".join(item("V%04d" % i, "One", 1 + i, 1) for i in range(2001)))
+        count = "[document.querySelectorAll('article').length, document.querySelectorAll('.details').length, " \
+                "document.getElementById('page-brief').hidden]"
+        self.browser.run("dispatchEvent(new Event('beforeprint'))")
+        expect(self.browser.run(count), [2001, 0, False])
+        self.browser.run("dispatchEvent(new Event('afterprint'))")
+        self.book.search("V000")
+        self.book.wait_for_found("10 of 2,001 variables")
+        self.browser.run("dispatchEvent(new Event('beforeprint'))")
+        expect(self.browser.run(count), [10, 10, True])
+        self.browser.run("dispatchEvent(new Event('afterprint'))")
+
+    def paper_has_the_first_labels_of_very_many(self):
+        self.book.open_made(DICTIONARY + item("LONG", "Many", 1, 5, [(str(i), "Place") for i in range(50001)]))
+        self.browser.run("dispatchEvent(new Event('beforeprint'))")
+        expect(self.browser.run("document.querySelectorAll('.value-labels tbody tr').length"), 200)
+        expect(self.browser.run("document.querySelector('.value-labels .more').textContent"), "and 49,801 more")
+        self.browser.run("dispatchEvent(new Event('afterprint'))")
 
     def paper_has_all_labels_of_a_long_set(self):
         self.book.open_made(DICTIONARY + item("LONG", "Many", 1, 3, [(str(i), "Place %d" % i) for i in range(1, 701)]))
@@ -1202,6 +1271,16 @@ Value='%s';%s
         self.book.wait_for_found("1 variable in 1 codebook")
         self.browser.press("Escape", 27)
         self.book.wait_for_found("3 codebooks")
+
+    def index_shows_variables_in_steps(self):
+        self._open_index()
+        self.book.search("p")
+        found = "document.querySelector('.found-list')"
+        self.browser.wait_for(found + " !== null")
+        expect(self.browser.run(found + ".childElementCount"), 20)
+        more = int(self.browser.run(found + ".nextElementSibling.textContent").split()[1])
+        self.browser.click(found + ".nextElementSibling")
+        expect(self.browser.run(found + ".childElementCount"), 20 + more)
 
     def index_leads_to_the_variable(self):
         self._open_index()
