@@ -696,7 +696,7 @@ Name=OTHER
 RecordTypeValue='2'
 """ + item("B", "Two", 2, 1) + "\n[Relation]\nName=PAIR\nPrimary=REC\nSecondary=OTHER\n")
         for step in ("document.querySelectorAll('#page-relations a')[1].click()", "history.back()",
-                     "location.hash = '#page-group-1'"):
+                     "location.hash = '#page-group-1'", "document.querySelectorAll('#page-relations a')[1].click()"):
             self.book.choose("record", "REC")
             self.book.wait_for_found("1 of 2 variables")
             self.browser.run(step)
@@ -986,6 +986,8 @@ RecordTypeValue='2'
     def layout_without_positions_has_no_ruler(self):
         self.book.open(os.path.join(self.made_data, "types-118.dta"))
         expect(self.browser.run("document.querySelectorAll('.ruler').length"), 0)
+        expect(self.browser.run("document.querySelector('section.record > header').innerText.replace(/\\s+/g, ' ')"),
+               "Variables 9 variables")
 
     # ----------------------------------------------------------------------------------------------- texts
     def label_with_script_shows_as_text(self):
@@ -1261,8 +1263,8 @@ Value='%s';%s
                                    ("fishers net", "1 variable in 1 codebook", ["P16_OCCUPATION"]),
                                    ("oui", "1 variable in 1 codebook", ["A"]),
                                    ("orvandia_census_dict", "0 variables in 1 codebook", []),
-                                   ("census.dcf", "0 variables in 1 codebook", []),
-                                   ("no such thing", "Nothing matches", [])):
+                                   ("no such thing", "Nothing matches", []),
+                                   ("census.dcf", "0 variables in 1 codebook", [])):
             self.book.search(text)
             self.browser.wait_for("JSON.stringify([...document.querySelectorAll('.found-list a')].map(e => e.textContent))"
                                   " === %s" % json.dumps(json.dumps(names, separators=(",", ":"))))
