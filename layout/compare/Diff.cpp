@@ -37,6 +37,12 @@ QString describeRelation(const Relation &relation)
     return relation.aliases.isEmpty() ? text : text + QLatin1String("; aliases ") + comparableAliases(relation.aliases);
 }
 
+// The name of the item that holds a subitem, also where there is none; empty for an item.
+QString describeParent(const Item &item)
+{
+    return item.isSubitem && item.subitemOf.isEmpty() ? QStringLiteral("(no item)") : item.subitemOf;
+}
+
 int itemCountOf(const Layout &layout)
 {
     int count = 0;
@@ -389,7 +395,7 @@ private:
         const bool isSame
             = hasParent ? parent != Pairing::none && parent == later.parent : later.parent == Pairing::none;
         if (!isSame || earlier.item->isSubitem != later.item->isSubitem)
-            changes.add(place, DiffKind::ItemParent, earlier.item->subitemOf, later.item->subitemOf);
+            changes.add(place, DiffKind::ItemParent, describeParent(*earlier.item), describeParent(*later.item));
     }
 
     const Layout &before;

@@ -102,6 +102,7 @@ class DiffPageTest : public QObject
 
 private slots:
     void changesAreListedByRecordAndItem();
+    void valueSetOfOneLayoutIsNamed();
     void itemsThatMoveTogetherAreOneLine();
     void differingWordsAreBold_data();
     void differingWordsAreBold();
@@ -187,6 +188,15 @@ void DiffPageTest::changesAreListedByRecordAndItem()
                            "p: New record", // a record
                            "span.side after: +",
                            "h3: I" }));
+}
+
+void DiffPageTest::valueSetOfOneLayoutIsNamed()
+{
+    Change added = change(DiffKind::ValueSetAdded, "R", "A", "", "Answers");
+    added.valueSet = "A_VS2";
+    QCOMPARE(
+        linesOf(pageOf(diffOf({ added }))),
+        (QStringList{ "span.name: R", "h3: A", "span.property: value set added", "span.code: A_VS2", "p: Answers" }));
 }
 
 void DiffPageTest::itemsThatMoveTogetherAreOneLine()

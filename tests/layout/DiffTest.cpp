@@ -205,6 +205,7 @@ private slots:
     void languagesAreMatchedByCode_data();
     void languagesAreMatchedByCode();
     void oneLanguageCanBeComparedAlone();
+    void typeOfARecordCountsWhereLinesHaveOne();
     void codesAreCompared_data();
     void codesAreCompared();
     void codesOfOneValueAreOneChange();
@@ -212,7 +213,7 @@ private slots:
     void codesAreWrittenAsInTheFile_data();
     void codesAreWrittenAsInTheFile();
     void aliasesAreComparedInAnyCaseAndOrder();
-    void idItemsOfTwoLevelsAreToldApart();
+    void movedItemsNameBothPlaces();
     void lineOfAStatementDoesNotCount();
     void imagesAndColorsAreComparedAsCSProReadsThem_data();
     void imagesAndColorsAreComparedAsCSProReadsThem();
@@ -607,6 +608,32 @@ void DiffTest::oneLanguageCanBeComparedAlone()
     QCOMPARE(described(diff), QStringList("dictionary-label FR: Maison > Foyer"));
     QCOMPARE(diff.before.label, QString("Maison"));
     QCOMPARE(diff.after.label, QString("Foyer"));
+
+    // What one layout alone has is named in this language too.
+    const Labels labels = { { { "EN", "Person" }, { "FR", "Personne" } } };
+    Layout more = before;
+    more.levels = { Level() };
+    before.levels = more.levels;
+    Record record;
+    record.name = "R";
+    record.labels = labels;
+    record.items = { item("A", 1, 1, QString()) };
+    record.items[0].labels = labels;
+    more.levels[0].records = { record };
+    QCOMPARE(described(compare(before, more, options)),
+             (QStringList{ "record-added R:  > Personne", "item-added R/A:  > Personne" }));
+    QCOMPARE(described(compare(more, before, options)),
+             (QStringList{ "record-removed R: Personne > ", "item-removed R/A: Personne > " }));
+    // In all languages, by the text in the first one, also where that is empty.
+    more.levels[0].records[0].labels.parts[0].text.clear();
+    QCOMPARE(described(compare(before, more)).first(), QString("record-added R:  > "));
+}
+
+void DiffTest::typeOfARecordCountsWhereLinesHaveOne()
+{
+    const Layout before = edited(survey(), [](Layout &l) { l.recordType.reset(); });
+    const Layout after = edited(before, [](Layout &l) { person(l).recordType = "7"; });
+    QCOMPARE(described(compare(before, after)), QStringList());
 }
 
 void DiffTest::codesAreCompared_data()
@@ -765,7 +792,7 @@ void DiffTest::aliasesAreComparedInAnyCaseAndOrder()
                            "value-set-aliases PERSON/SEX/SEX_VS1: a, B > A, c" }));
 }
 
-void DiffTest::idItemsOfTwoLevelsAreToldApart()
+void DiffTest::movedItemsNameBothPlaces()
 {
     const Layout before = edited(survey(), [](Layout &l) {
         l.levels.append(secondLevel());
@@ -773,6 +800,11 @@ void DiffTest::idItemsOfTwoLevelsAreToldApart()
     });
     const Layout after = edited(before, [](Layout &l) { l.levels[0].ids.append(l.levels[1].ids.takeFirst()); });
     QCOMPARE(described(compare(before, after)), QStringList("item-moved (ids)/LINE: SECOND/(ids) > LEVEL/(ids)"));
+    const Layout otherCase = edited(survey(), [](Layout &l) {
+        house(l).items.append(person(l).items.takeLast());
+        house(l).items.last().name = "income";
+    });
+    QCOMPARE(described(compare(survey(), otherCase)), QStringList("item-moved PERSON/INCOME: PERSON > HOUSE"));
     const Layout inRecord = edited(before, [](Layout &l) { person(l).items.append(l.levels[1].ids.takeFirst()); });
     QCOMPARE(described(compare(before, inRecord)), QStringList("item-moved (ids)/LINE: (ids) > PERSON"));
 }
@@ -876,6 +908,19 @@ void DiffTest::boundsOfFormatsAreKnown_data()
     QTest::newRow("decimals of a date") << dictionary << withPaid(Format::Stata, "%td", ".a") << same;
     QTest::newRow("decimals of a number")
         << dictionary << withPaid(Format::Stata, "%8.0f", ".a") << QStringList("item-decimals");
+    const Layout coded = edited(dictionary, [](Layout &l) {
+        person(l).items[1].name = "EARNED";
+        person(l).items[1].valueSets = { valueSet("EARNED_VS1", { value("0", "Nothing") }) };
+    });
+    QTest::newRow("renamed, values of one alone")
+        << coded << withPaid(Format::Stata, "%td", ".a") << QStringList{ "item-renamed", "value-set-removed" };
+    const auto followed = [](const QString &name) {
+        return edited(statFile(Format::Stata), [&](Layout &l) {
+            sex(l).name = name;
+            sex(l).valueSets[0].name = name + "_labels";
+        });
+    };
+    QTest::newRow("value set follows the name") << followed("sex") << followed("gender") << renamed;
     Layout withoutCodes = dictionary;
     sex(withoutCodes).valueSets[0].values.append(Value());
     QTest::newRow("value without codes") << withoutCodes << withPaid(Format::Stata, "%td", ".a") << same;
@@ -1118,6 +1163,8 @@ void DiffTest::subitemsFollowARenamedItem()
         person(l).items[3].subitemOf = "INCOME";
     });
     QCOMPARE(described(compare(survey(), other)), QStringList("item-parent PERSON/MONTH: BIRTH > INCOME"));
+    const Layout alone = edited(survey(), [](Layout &l) { house(l).items[0].isSubitem = true; });
+    QCOMPARE(described(compare(survey(), alone)), QStringList("item-parent HOUSE/ROOF:  > (no item)"));
 }
 
 void DiffTest::addedRecordHasItsItemsListed()
