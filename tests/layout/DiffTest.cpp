@@ -1122,6 +1122,11 @@ void DiffTest::recordsAreFoundUnderAnotherName_data()
         house(l).name = "DWELLING";
         house(l).items = { alpha("D1", 5, 2, "Roof"), item("D2", 7, 2, "Rooms") };
     }) << QStringList{ "record-renamed", "item-renamed", "item-renamed" };
+    QTest::newRow("label alone") << Edit([](Layout &l) {
+        house(l).name = "DWELLING";
+        house(l).recordType = "9";
+        house(l).items = { alpha("D1", 5, 2, "Roof") };
+    }) << QStringList{ "record-removed", "item-removed", "item-removed", "record-added", "item-added" };
     QTest::newRow("type alone") << Edit([](Layout &l) {
         house(l).name = "DWELLING";
         house(l).labels = label("Dwelling");
