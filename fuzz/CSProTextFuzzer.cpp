@@ -3,18 +3,20 @@
 #include "FuzzedFile.h"
 #include "SameWithReport.h"
 #include "cspro/CSProDataImport.h"
-#include "cspro/DecimalQuestion.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     static FuzzedFile file;
     if (size == 0)
         return 0;
-    constexpr int buttons[] = { QMessageBox::Yes, QMessageBox::YesToAll, QMessageBox::No, QMessageBox::NoToAll };
-    const int button = buttons[data[0] % 4];
-    setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
+    constexpr DecimalAnswer answers[]
+        = { DecimalAnswer::yes, DecimalAnswer::yesToAll, DecimalAnswer::no, DecimalAnswer::noToAll };
+    const DecimalAnswer answer = answers[data[0] % 4];
     // A dictionary itself is a seed, so that byte is part of it.
     const QString name = file.holding(data, size);
-    requireSameWithReport(TCSProDataImport(name), TCSProDataImport(name));
+    TCSProDataImport importers[] = { TCSProDataImport(name), TCSProDataImport(name) };
+    for (TCSProDataImport &importer : importers)
+        importer.setDecimalAnswer([answer](const DecimalQuestion & /*question*/) { return answer; });
+    requireSameWithReport(importers[0], importers[1]);
     return 0;
 }

@@ -1,7 +1,6 @@
 // The lines of one value set, of a number or a text. The first byte tells which, and answers the question on decimals.
 
 #include "cspro/CSPro_p.h"
-#include "cspro/DecimalQuestion.h"
 
 #include <QStringList>
 
@@ -14,11 +13,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (size == 0)
         return 0;
     const bool isText = data[0] & 1;
-    const int button = data[0] & 2 ? QMessageBox::YesToAll : QMessageBox::NoToAll;
-    setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
+    const DecimalAnswer answer = data[0] & 2 ? DecimalAnswer::yesToAll : DecimalAnswer::noToAll;
     QStringList lines = { "[Item]", "Name=A", "Len=4", isText ? "DataType=Alpha" : "DataType=Numeric", "[ValueSet]" };
     lines += QString::fromUtf8(reinterpret_cast<const char *>(data + 1), int(size - 1)).split(QLatin1Char('\n'));
     TCSPro dictionary;
+    dictionary.ownAnswer = [answer](const DecimalQuestion & /*question*/) { return answer; };
     ReadReport report;
     dictionary.report = data[0] & 4 ? &report : nullptr;
     try {

@@ -79,69 +79,7 @@ void appendEntry(QString &text, const TValueSetItem &value, eVanVarType type, Sp
     text += Vocabulary::Tab.front();
 }
 
-bool isCurrentValue(const TGenericField &field, const QString &code)
-{
-    return !code.isEmpty() && field.currentText() == code;
-}
-
 } // namespace
-
-void listGroups(CSProDictionary &dictionary, QStringList *&groups, KeptObjects &kept)
-{
-    const int count = dictionary.getRecordsCount();
-    if (!groups)
-        groups = kept.make<QStringList>();
-    groups->clear();
-    groups->reserve(count);
-    for (int i = 0; i < count; ++i) {
-        const TCSProRecord *record = dictionary.getRecord(i);
-        groups->append(record->name + Vocabulary::Equals + record->recordType);
-    }
-}
-
-QString groupAt(const QStringList *groups, int index, bool &isOutside)
-{
-    isOutside = !groups || index < 0 || index >= groups->size();
-    return isOutside ? QString() : groups->at(index);
-}
-
-int lastRecordOfType(const CSProDictionary *dictionary, const QString &value)
-{
-    int index = dictionary ? dictionary->records->size() - 1 : -1;
-    while (index >= 0 && dictionary->records->at(index)->recordType != value)
-        --index;
-    return index;
-}
-
-int firstRecordOfType(const CSProDictionary *dictionary, const QString &value)
-{
-    if (!dictionary)
-        return -1;
-    const auto &records = *dictionary->records;
-    const auto found = std::find_if(records.cbegin(), records.cend(),
-                                    [&](const TCSProRecord *record) { return record->recordType == value; });
-    return found != records.cend() ? int(found - records.cbegin()) : -1;
-}
-
-QString stringOfChar(QChar character, int count)
-{
-    return QString(std::max(count, 0), character);
-}
-
-bool isMissing(const TGenericField &field, const TCSProItem *item)
-{
-    return field.isUnset || (item && isCurrentValue(field, item->missingValue));
-}
-
-bool isNotApplicable(const TGenericField &field, const TCSProItem *item)
-{
-    return item && isCurrentValue(field, item->notApplicable);
-}
-
-bool isBlank(const TGenericField &field)
-{
-    return field.currentText().trimmed().isEmpty();
-}
 
 ItemDescriber::ItemDescriber()
 {

@@ -1,11 +1,10 @@
 #ifndef CSPRO_CSPROJSONDATAIMPORT_H
 #define CSPRO_CSPROJSONDATAIMPORT_H
 
-#include "import/DataImport.h"
+#include "cspro/CSProImportBase.h"
 #include "model_vanadmin_export.h"
 
 class TCSProJson;
-class TCSProItem;
 
 /// Reads the layout of a CSPro 8 JSON dictionary: one field for each item and occurrence, one group for each record.
 ///
@@ -17,7 +16,7 @@ class TCSProItem;
 /// operations through a `TDataImport` pointer or reference.
 ///
 /// Everything runs on the caller's thread; nothing is locked. Different importers may be used on different threads.
-class MODEL_VANADMIN_EXPORT TCSProJsonDataImport : public TDataImport
+class MODEL_VANADMIN_EXPORT TCSProJsonDataImport : public TCSProImportBase
 {
 public:
     /// Keeps the path, unchanged; reads nothing yet. Logs "TCSProJsonImport Constructor".
@@ -30,7 +29,6 @@ public:
     TCSProJsonDataImport(TCSProJsonDataImport &&other);
     ~TCSProJsonDataImport() override;
 
-    int getGroupCount() override;    ///< number of records; the common record is not among them
     void releaseContents() override; ///< groups and dictionary included
 
 protected:
@@ -38,65 +36,29 @@ protected:
 
     QString getDataProviderId() override;   ///< "CSPRO8_" and the source name
     QString getDataProviderType() override; ///< "CSPRO8"
-    /// Reads the dictionary anew, leaving the former one alive. Always true.
-    bool openFile() override;
     /// As the base, after the line "TCSProJsonImport - selectLayoutSource" in the log.
     QStringList *selectLayoutSource() override;
-    bool isMultiple() override;               ///< whether the record type has a width above 0
-    QString getGroupName(int index) override; ///< "name=type", the whole entry; null outside of the list
-    /// The first entry that contains the text of getGroupName(): the same whole entry, unless an earlier one holds it
-    /// too. "" outside of the list. A null text from an heir's getGroupName() counts as "", which every entry contains.
-    QString getGroupValue(int index) override;
-    int getRecordTypeIndex(QString value) override; ///< of the last record of this type, from 0; -1 if there is none
-    int getRecordTypeStart() override;              ///< column of the record type, from 1
-    int getRecordTypeSize() override;               ///< width of the record type
-
-    void openRead(QString fileName);
-    void copyDataFromDictionary();
-    int getRecordTypeIndex() const; ///< of the first record of the current record type; -1 if there is none
-    // Both copy a code of the field's item into the field; nothing is done for another importer's field.
-    void getNotApplicable(TGenericField *field) const;
-    void getVarMissingValue(TGenericField *field) const;
 
 private:
+    CSProDictionary *currentDictionary() const override;
+    void readNewDictionary(QString fileName) override;
+    TCSProFieldBase *newField(TCSProItem *item) override;
+    const TCSProItem *itemOf(TGenericField *field) const override;
     void renewDictionary();
-    QString StringOfChar(char c, int count) const; ///< "" for no copy or fewer
 
-    QStringList *groupList = nullptr; ///< one entry "name=type" for each record; kept
-    bool layoutPending = false;       ///< true until the first read; nothing reads it
-    int recordTypeStart = 0;
-    int recordTypeLen = 0;
     TCSProJson *dictionary = nullptr; ///< kept: the fields point at its items
-    QString currentRecordType;        ///< what getRecordTypeIndex() looks for; nothing sets it
-    int number1 = 0;                  ///< carried
-    QString text1;                    ///< carried
-    int openState = 0;                ///< 1 once opened; nothing reads it
-    void *pointer1 = nullptr;         ///< carried
-    void *pointer2 = nullptr;         ///< carried
-    QString text2;                    ///< carried
-    bool isOutsideOfGroups = false;   ///< whether getGroupName() was last asked outside of the list
 };
 
 /// The field of a CSPro 8 JSON dictionary. It points at its item without owning it.
 /// Used by the thread that uses its importer.
-class MODEL_VANADMIN_EXPORT TCSProJsonVariable : public TGenericField
+class MODEL_VANADMIN_EXPORT TCSProJsonVariable : public TCSProFieldBase
 {
 public:
     TCSProJsonVariable(TDataImport *importer, TCSProItem *sourceItem);
     ~TCSProJsonVariable() override;
 
-    bool isMissing() override;       ///< unset, or the current text is the item's missing code
-    bool isNotApplicable() override; ///< the current text is the item's not-applicable code
-    bool isBlank() override;         ///< the current text is white space
-    QString getGroup() override;     ///< name of the item's record where the dictionary has record types, else ""
-
-    QString group;
-    TCSProItem *item; ///< not owned; null counts as an item without codes
-
 private:
     friend struct TestAccess;
-
-    bool optionalAtStart; ///< carried
 };
 
 #endif

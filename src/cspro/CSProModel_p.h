@@ -1,6 +1,7 @@
 #ifndef CSPRO_CSPROMODEL_P_H
 #define CSPRO_CSPROMODEL_P_H
 
+#include "cspro/DecimalQuestion.h"
 #include "util/DebugLog_p.h"
 #include "import/ErrorManager.h"
 #include "util/EmptyText_p.h"
@@ -13,10 +14,6 @@
 #include <map>
 #include <memory>
 #include <stdexcept>
-
-QT_BEGIN_NAMESPACE
-class QMessageBox;
-QT_END_NAMESPACE
 
 class ReadReport;
 class TCSProItem;
@@ -152,6 +149,7 @@ public:
     int recordTypeStart = 1;                 ///< column of the record type in a data line, from 1
     int recordTypeLen = 1;                   ///< width of the record type; 0 for a dictionary without record types
     std::unique_ptr<QMessageBox> messageBox; ///< made when the question on decimal codes is first asked
+    DecimalAnswerFunction ownAnswer;         ///< answers that question; empty for the function of the process
     int recordsCount = 0;                    ///< written by getRecordsCount()
     int decimalAnswer = 0;                   ///< sticky answer to that question: 0 and 3 ask, 1 Yes to All, 2 No to All
     int lastButton = 0;                      ///< last button pressed in it

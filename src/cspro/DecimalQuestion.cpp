@@ -5,10 +5,10 @@
 namespace
 {
 
-// Null for the default.
-std::shared_ptr<DecimalAnswer> &replacedAnswer()
+// Of the process; null for the default. Read and written by atomic operations alone.
+std::shared_ptr<const DecimalAnswerFunction> &processAnswer()
 {
-    static std::shared_ptr<DecimalAnswer> answer;
+    static std::shared_ptr<const DecimalAnswerFunction> answer;
     return answer;
 }
 
@@ -17,7 +17,7 @@ bool canShowDialog()
     return qobject_cast<QApplication *>(QCoreApplication::instance()) != nullptr;
 }
 
-int runDialog(const DecimalQuestion &question, QMessageBox &box)
+DecimalAnswer runDialog(const DecimalQuestion &question, QMessageBox &box)
 {
     box.setTextFormat(Qt::RichText);
     box.setMinimumSize(300, 200);
@@ -27,23 +27,27 @@ int runDialog(const DecimalQuestion &question, QMessageBox &box)
     box.setStandardButtons(QMessageBox::Yes | QMessageBox::YesToAll | QMessageBox::No | QMessageBox::NoToAll);
     box.setDefaultButton(QMessageBox::No);
     box.setWindowTitle(question.title);
-    return box.exec();
+    return static_cast<DecimalAnswer>(box.exec());
 }
 
 } // namespace
 
-void setDecimalAnswer(DecimalAnswer answer)
+void setDecimalAnswer(DecimalAnswerFunction answer)
 {
-    replacedAnswer() = answer ? std::make_shared<DecimalAnswer>(std::move(answer)) : nullptr;
+    std::atomic_store(&processAnswer(),
+                      answer ? std::make_shared<const DecimalAnswerFunction>(std::move(answer)) : nullptr);
 }
 
-int cspro::answerDecimalQuestion(const DecimalQuestion &question, std::unique_ptr<QMessageBox> &box)
+DecimalAnswer cspro::answerDecimalQuestion(const DecimalQuestion &question, const DecimalAnswerFunction &ownAnswer,
+                                           std::unique_ptr<QMessageBox> &box)
 {
-    // Held while it is called: it may set another answer meanwhile.
-    if (const auto answer = replacedAnswer())
+    if (ownAnswer)
+        return ownAnswer(question);
+    // Held while it is called: another one may be set meanwhile.
+    if (const auto answer = std::atomic_load(&processAnswer()))
         return (*answer)(question);
     if (!canShowDialog())
-        return QMessageBox::No;
+        return DecimalAnswer::no;
     if (!box)
         box = std::make_unique<QMessageBox>();
     return runDialog(question, *box);

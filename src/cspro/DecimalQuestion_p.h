@@ -8,9 +8,11 @@
 namespace cspro
 {
 
-/// The button that answers \a question: the function that was set, or the dialog in \a box, which is made when it is
-/// first needed, or No where no dialog can be shown.
-int answerDecimalQuestion(const DecimalQuestion &question, std::unique_ptr<QMessageBox> &box);
+/// The answer to \a question: that of \a ownAnswer if it is not empty, else that of the function which was set for the
+/// process, else that of the dialog in \a box, which is made when it is first needed. `no` where no dialog can be
+/// shown.
+DecimalAnswer answerDecimalQuestion(const DecimalQuestion &question, const DecimalAnswerFunction &ownAnswer,
+                                    std::unique_ptr<QMessageBox> &box);
 
 } // namespace cspro
 

@@ -462,7 +462,7 @@ bool TCSPro::acceptDecimalCodes(TCSProValueSet *set, const std::vector<int> &lin
 
 int TCSPro::askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon)
 {
-    return cspro::answerDecimalQuestion({ text, informativeText, title, icon }, messageBox);
+    return int(cspro::answerDecimalQuestion({ text, informativeText, title, icon }, ownAnswer, messageBox));
 }
 
 // The copies share a set, but whoever writes their labels out has them once for each copy.

@@ -10,7 +10,12 @@
 
 #include <QtTest>
 
+#include <atomic>
 #include <memory>
+#include <stdexcept>
+#include <thread>
+
+Q_DECLARE_METATYPE(DecimalAnswerFunction)
 
 struct TestAccess {
     using Importer = TCSProDataImport;
@@ -159,6 +164,13 @@ QString record(const QString &name, const QString &type)
 QString valueSet(const QString &lines)
 {
     return QStringLiteral("[ValueSet]\nName=SET\n") + lines + QLatin1Char('\n');
+}
+
+// An item whose value set raises the question on decimal codes.
+QString decimalSet()
+{
+    return item(QStringLiteral("SHARE"), QStringLiteral("Len=4\nDecimal=1"))
+        + valueSet(QStringLiteral("Value=2.5;Some\nValue=7;Seven"));
 }
 
 QString sample()
@@ -872,10 +884,9 @@ private Q_SLOTS:
         int questions = 0;
         setDecimalAnswer([&questions](const DecimalQuestion &question) {
             ++questions;
-            return question.title == QLatin1String("Caution") ? QMessageBox::Yes : QMessageBox::No;
+            return question.title == QLatin1String("Caution") ? DecimalAnswer::yes : DecimalAnswer::no;
         });
-        const DictionaryFile file(item(QStringLiteral("SHARE"), QStringLiteral("Len=4\nDecimal=1"))
-                                  + valueSet(QStringLiteral("Value=2.5;Some\nValue=7;Seven")));
+        const DictionaryFile file(decimalSet());
         TCSProDataImport importer(file.path());
         QCOMPARE(questions, 0);
         const std::unique_ptr<QStringList> names(static_cast<TDataImport &>(importer).selectLayoutSource());
@@ -883,6 +894,110 @@ private Q_SLOTS:
         const TGenericField *field = importer.fieldByName(QStringLiteral("SHARE"));
         QCOMPARE(field->valueLabels, QStringLiteral("0 Some\t7 Seven\t"));
         QCOMPARE(field->maximum, QStringLiteral("7"));
+    }
+
+    void ownAnswerOfAnImporterReplacesThatOfTheProcess_data()
+    {
+        QTest::addColumn<DecimalAnswerFunction>("ofProcess");
+        QTest::addColumn<DecimalAnswerFunction>("own");
+        QTest::addColumn<QString>("labels");
+        const DecimalAnswerFunction yes = [](const DecimalQuestion &) { return DecimalAnswer::yes; };
+        const DecimalAnswerFunction no = [](const DecimalQuestion &) { return DecimalAnswer::no; };
+        const DecimalAnswerFunction none;
+        QTest::newRow("own yes, process no") << no << yes << "0 Some\t7 Seven\t";
+        QTest::newRow("own no, process yes") << yes << no << "";
+        QTest::newRow("own yes, no function of the process") << none << yes << "0 Some\t7 Seven\t";
+        QTest::newRow("no own function, process yes") << yes << none << "0 Some\t7 Seven\t";
+        QTest::newRow("no own function, process no") << no << none << "";
+        QTest::newRow("no function at all, and no dialog") << none << none << "";
+    }
+    void ownAnswerOfAnImporterReplacesThatOfTheProcess()
+    {
+        QFETCH(DecimalAnswerFunction, ofProcess);
+        QFETCH(DecimalAnswerFunction, own);
+        QFETCH(QString, labels);
+        const DictionaryFile file(decimalSet());
+        setDecimalAnswer(ofProcess);
+        TCSProDataImport importer(file.path());
+        importer.setDecimalAnswer(own);
+        static_cast<TDataImport &>(importer).openFile();
+        QCOMPARE(importer.fieldByName(QStringLiteral("SHARE"))->valueLabels, labels);
+    }
+
+    void ownAnswerIsThatOfOneImporterAndOfItsCopies()
+    {
+        const DictionaryFile file(decimalSet());
+        setDecimalAnswer([](const DecimalQuestion &) { return DecimalAnswer::no; });
+        TCSProDataImport importer(file.path());
+        importer.setDecimalAnswer([](const DecimalQuestion &) { return DecimalAnswer::yes; });
+        TCSProDataImport copy(importer);
+        TCSProDataImport assigned;
+        assigned = importer;
+        TCSProDataImport moved(std::move(importer));
+        moved.setSourceName(file.path());
+        TCSProDataImport other(file.path());
+        const auto labelsOf = [](TCSProDataImport &subject) {
+            static_cast<TDataImport &>(subject).openFile();
+            return subject.fieldByName(QStringLiteral("SHARE"))->valueLabels;
+        };
+        QCOMPARE(labelsOf(copy), QStringLiteral("0 Some\t7 Seven\t"));
+        QCOMPARE(labelsOf(assigned), QStringLiteral("0 Some\t7 Seven\t"));
+        QCOMPARE(labelsOf(moved), QString());
+        QCOMPARE(labelsOf(other), QString());
+        copy.setDecimalAnswer({});
+        QCOMPARE(labelsOf(copy), QString());
+    }
+
+    // The dictionary lives on with its fields.
+    void ownAnswerIsNotKeptBeyondTheImporter_data()
+    {
+        QTest::addColumn<bool>("isThrowing");
+        QTest::newRow("the reading ends") << false;
+        QTest::newRow("the reading fails") << true;
+    }
+    void ownAnswerIsNotKeptBeyondTheImporter()
+    {
+        QFETCH(bool, isThrowing);
+        const DictionaryFile file(decimalSet());
+        std::weak_ptr<int> held;
+        {
+            const auto count = std::make_shared<int>(0);
+            held = count;
+            TCSProDataImport importer(file.path());
+            importer.setDecimalAnswer([count, isThrowing](const DecimalQuestion &) {
+                if (isThrowing)
+                    throw std::runtime_error("no answer");
+                return DecimalAnswer::yes;
+            });
+            const auto error = thrownBy([&] { static_cast<TDataImport &>(importer).openFile(); });
+            QCOMPARE(error != nullptr, isThrowing);
+            QVERIFY(!held.expired());
+        }
+        QVERIFY(held.expired());
+    }
+
+    void answerOfTheProcessMayBeSetOnAnotherThread()
+    {
+        const DictionaryFile file(decimalSet());
+        std::atomic<bool> isOver{ false };
+        std::thread other([&isOver] {
+            while (!isOver) {
+                setDecimalAnswer([text = QStringLiteral("Caution")](const DecimalQuestion &question) {
+                    return question.title == text ? DecimalAnswer::yes : DecimalAnswer::no;
+                });
+            }
+        });
+        setDecimalAnswer([](const DecimalQuestion &) { return DecimalAnswer::yes; });
+        QStringList labels;
+        for (int i = 0; i < 200; ++i) {
+            TCSProDataImport importer(file.path());
+            static_cast<TDataImport &>(importer).openFile();
+            labels.append(importer.fieldByName(QStringLiteral("SHARE"))->valueLabels);
+        }
+        isOver = true;
+        other.join();
+        labels.removeDuplicates();
+        QCOMPARE(labels, QStringList(QStringLiteral("0 Some\t7 Seven\t")));
     }
 
     // items to fields

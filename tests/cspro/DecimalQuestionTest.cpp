@@ -48,7 +48,8 @@ public:
     {
         setDecimalAnswer([this](const DecimalQuestion &question) {
             asked.append(question);
-            return size_t(asked.size()) <= script.size() ? script[size_t(asked.size()) - 1] : no;
+            const size_t place = size_t(asked.size()) - 1;
+            return static_cast<DecimalAnswer>(place < script.size() ? script[place] : no);
         });
     }
     ~Answers() { setDecimalAnswer(nullptr); }
@@ -380,7 +381,7 @@ private Q_SLOTS:
     {
         QFETCH(int, kind);
         VpErrorManager own(QStringLiteral("Own"), 4);
-        setDecimalAnswer([&](const DecimalQuestion &) -> int {
+        setDecimalAnswer([&](const DecimalQuestion &) -> DecimalAnswer {
             if (kind == 0)
                 throw std::runtime_error("no answer");
             if (kind == 1)
@@ -463,9 +464,10 @@ private Q_SLOTS:
         setsAnother = byAnother;
         std::shared_ptr<void> held(nullptr, [](void *) { isGone = true; });
         setDecimalAnswer([kept = std::move(held)](const DecimalQuestion &) {
-            setDecimalAnswer(setsAnother ? [](const DecimalQuestion &) { return no; } : DecimalAnswer());
+            setDecimalAnswer(setsAnother ? [](const DecimalQuestion &) { return DecimalAnswer::no; }
+                                         : DecimalAnswerFunction());
             wasGoneMeanwhile = isGone;
-            return yes;
+            return DecimalAnswer::yes;
         });
         QVERIFY(!isGone);
 
@@ -482,7 +484,9 @@ private Q_SLOTS:
 
     void functionKeepsItsStateFromOneQuestionToTheNext()
     {
-        setDecimalAnswer([asked = 0](const DecimalQuestion &) mutable { return ++asked == 2 ? yes : no; });
+        setDecimalAnswer([asked = 0](const DecimalQuestion &) mutable {
+            return ++asked == 2 ? DecimalAnswer::yes : DecimalAnswer::no;
+        });
         OwnedDictionary dictionary;
         dictionary.read(decimalItem());
         QCOMPARE(dictionary.lastButton, no);
@@ -544,8 +548,8 @@ private Q_SLOTS:
 
     void emptyFunctionRestoresTheDialog()
     {
-        setDecimalAnswer([](const DecimalQuestion &) { return yes; });
-        setDecimalAnswer(DecimalAnswer());
+        setDecimalAnswer([](const DecimalQuestion &) { return DecimalAnswer::yes; });
+        setDecimalAnswer(DecimalAnswerFunction());
         const Presser presser(QMessageBox::No);
         const OwnedDictionary dictionary(decimalItem());
         QCOMPARE(presser.pressed, 1);

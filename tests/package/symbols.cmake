@@ -1,7 +1,8 @@
 # Compares what the library exports with the list of what is public.
 cmake_minimum_required(VERSION 3.25)
 
-set(public TDataImport ReadReport ReadNote TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProDataImport
+set(public TDataImport ReadReport ReadNote TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProImportBase TCSProFieldBase
+    TCSProDataImport
     TCSProVariable TCSProJsonDataImport TCSProJsonVariable TSTATADataImport TSTATAVariable TSPSSDataImport TSPSSVariable
     TVpLookup ReportLookup DtoReportRunCreation TVpEntity TVpVariable Range ValueLabelElement VarWipChoice Config ConfigDb
     ConfigOptions ConfigEntities ConfigToolsExtend ConfigToolsSplit ConfigWipxToJson Dictionary MetadataDictionary Datasource

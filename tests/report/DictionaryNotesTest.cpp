@@ -85,7 +85,7 @@ private Q_SLOTS:
     }
     void init()
     {
-        setDecimalAnswer([](const DecimalQuestion & /*question*/) { return QMessageBox::NoToAll; });
+        setDecimalAnswer([](const DecimalQuestion & /*question*/) { return DecimalAnswer::noToAll; });
     }
 
     void textDictionaryTells_data()

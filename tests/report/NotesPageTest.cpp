@@ -164,8 +164,9 @@ private:
         file.write(isUtf8 ? entry.example.toUtf8()
                           : QTextCodec::codecForName("windows-1252")->fromUnicode(entry.example));
         file.close();
-        const int button = entry.format == QLatin1String("cspro-yes") ? QMessageBox::YesToAll : QMessageBox::NoToAll;
-        setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
+        const auto answer
+            = entry.format == QLatin1String("cspro-yes") ? DecimalAnswer::yesToAll : DecimalAnswer::noToAll;
+        setDecimalAnswer([answer](const DecimalQuestion & /*question*/) { return answer; });
         if (entry.format == QLatin1String("lookup"))
             checkLookup(path, report);
         else if (entry.format == QLatin1String("cspro8"))

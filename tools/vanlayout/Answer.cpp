@@ -1,19 +1,10 @@
 #include "Answer.h"
 
 #include "Printable.h"
-#include "cspro/DecimalQuestion.h"
 
 #include <cstdio>
 #include <iostream>
 #include <new>
-
-void answerDecimalQuestions(const std::string &decimals)
-{
-    if (decimals == "ask")
-        return;
-    const int button = decimals == "yes" ? QMessageBox::YesToAll : QMessageBox::NoToAll;
-    setDecimalAnswer([button](const DecimalQuestion & /*question*/) { return button; });
-}
 
 void complain(const QString &subject, const QString &problem)
 {

@@ -4,15 +4,11 @@
 #include <QString>
 
 #include <functional>
-#include <string>
 
 /// Exit statuses and error lines of the commands.
 
 /// Exit statuses.
 enum ExitStatus { statusFine = 0, statusFinding = 1, statusNoAnswer = 2 };
-
-/// Sets the answer to the question about decimal codes: "yes" or "no"; "ask" lets the library show its dialog.
-void answerDecimalQuestions(const std::string &decimals);
 
 /// Prints one line on standard error: the problem of \a subject, or of the call if \a subject is empty.
 void complain(const QString &subject, const QString &problem);

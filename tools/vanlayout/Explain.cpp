@@ -58,7 +58,8 @@ void readLookup(Explanation &explanation, const ExplainOptions &options)
 
 void readLayoutFile(Explanation &explanation, const ExplainOptions &options)
 {
-    Layout layout = readLayout(explanation.file, fileTypeNamed(options.type), &explanation.report);
+    Layout layout = readLayout(explanation.file, fileTypeNamed(options.type), decimalAnswer(options.decimals),
+                               &explanation.report);
     explanation.problem = layout.problem;
     if (layout.type) {
         explanation.type = QLatin1String(layout.type->name);
@@ -336,7 +337,6 @@ std::vector<std::string> explainFailures()
 
 int explain(const ExplainOptions &options)
 {
-    answerDecimalQuestions(options.decimals);
     ExplanationTable table(stdout, options.showsAll);
     constexpr int standardOutput = 1;
     Progress progress(isTerminal(standardOutput));

@@ -32,12 +32,13 @@ void reportNotes(const QString &file, const ReadReport &report)
 }
 
 // The last file is not released: ending the process is faster.
-int showFile(const QString &file, const FileType *type, bool isLast, Printer &printer)
+int showFile(const QString &file, const FileType *type, const DecimalAnswerFunction &decimals, bool isLast,
+             Printer &printer)
 {
     flushOutput();
     return answerFor(file, [&]() -> int {
         ReadReport report;
-        Layout layout = readLayout(file, type, &report);
+        Layout layout = readLayout(file, type, decimals, &report);
         const auto atEnd = qScopeGuard([&] {
             if (!isLast)
                 releaseContents(layout);
@@ -57,12 +58,13 @@ int showFile(const QString &file, const FileType *type, bool isLast, Printer &pr
 int showFields(const FieldsOptions &options)
 {
     bufferOutput();
-    answerDecimalQuestions(options.decimals);
+    const DecimalAnswerFunction decimals = decimalAnswer(options.decimals);
     const FileType *type = fileTypeNamed(options.type);
     const auto printer = makePrinter(options);
     int status = statusFine;
     for (const std::string &file : options.files)
-        status = std::max(status,
-                          showFile(QFile::decodeName(file.c_str()), type, &file == &options.files.back(), *printer));
+        status = std::max(
+            status,
+            showFile(QFile::decodeName(file.c_str()), type, decimals, &file == &options.files.back(), *printer));
     return statusAfterOutput(status);
 }

@@ -1,6 +1,7 @@
 #include "Layout.h"
 
 #include "InputFile.h"
+#include "cspro/CSProDataImport.h"
 #include "statistical/STATADataImport.h"
 
 #include <QDebug>
@@ -97,7 +98,15 @@ QString nothingFound(const FileType &type, const QString &reason)
 
 } // namespace
 
-Layout readLayout(const QString &file, const FileType *type, ReadReport *report)
+DecimalAnswerFunction decimalAnswer(const std::string &decimals)
+{
+    if (decimals == "ask")
+        return {};
+    const DecimalAnswer answer = decimals == "yes" ? DecimalAnswer::yesToAll : DecimalAnswer::noToAll;
+    return [answer](const DecimalQuestion & /*question*/) { return answer; };
+}
+
+Layout readLayout(const QString &file, const FileType *type, const DecimalAnswerFunction &decimals, ReadReport *report)
 {
     const bool isUnseenPipe = !type && !QFileInfo(file).isFile();
     Layout layout;
@@ -112,6 +121,8 @@ Layout readLayout(const QString &file, const FileType *type, ReadReport *report)
     try {
         layout.importer = makeImporter(type->format, file);
         layout.importer->setReadReport(report);
+        if (auto *textImporter = dynamic_cast<TCSProDataImport *>(layout.importer.get()))
+            textImporter->setDecimalAnswer(decimals);
         const ErrorLine errorLine(*type, *layout.importer);
         const std::unique_ptr<QStringList> names(layout.importer->selectLayoutSource());
         layout.provider.genericGetFieldsFrom(layout.importer.get());

@@ -2,6 +2,7 @@
 #define VANLAYOUT_LAYOUT_H
 
 #include "FileType.h"
+#include "cspro/DecimalQuestion.h"
 #include "import/DataProvider.h"
 #include "import/ErrorManager.h"
 #include "import/ReadReport.h"
@@ -9,6 +10,7 @@
 #include <QString>
 
 #include <memory>
+#include <string>
 
 /// The fields of one file, or the reason why there are none.
 struct Layout {
@@ -21,9 +23,14 @@ struct Layout {
     std::unique_ptr<VpErrorManager> error; ///< the error of the library that ended reading, if any
 };
 
-/// Reads one file: creates the importer (by content if \a type is null), opens it and fills a provider. Losses and
+/// Answers the question about decimal codes by "yes" or "no"; empty for "ask", which leaves the answer to the library
+/// and its dialog.
+DecimalAnswerFunction decimalAnswer(const std::string &decimals);
+
+/// Reads one file: creates the importer (by content if \a type is null), opens it and fills a provider. \a decimals
+/// answers the question about decimal codes. Losses and
 /// changes are reported to \a report, unless it is null; it must outlive the layout's reading.
-Layout readLayout(const QString &file, const FileType *type, ReadReport *report = nullptr);
+Layout readLayout(const QString &file, const FileType *type, const DecimalAnswerFunction &decimals, ReadReport *report);
 
 /// Frees what the importer and the provider of a layout have made; the layout then has no fields. Without this call
 /// they live until the end of the process.
