@@ -1,7 +1,7 @@
 #ifndef STATISTICAL_FILEGUARDS_P_H
 #define STATISTICAL_FILEGUARDS_P_H
 
-#include "statistical/StatisticalImport_p.h"
+#include "statistical/StatisticalFormat_p.h"
 
 #include <QString>
 

@@ -8,7 +8,7 @@ namespace
 
 const QLatin1String providerType("SPSS");
 
-using Body = statistical::ImportBody<TSPSSDataImport>;
+using Common = statistical::CommonImport<TSPSSDataImport>;
 
 } // namespace
 
@@ -51,7 +51,7 @@ QString TSPSSDataImport::getDataProviderType()
 
 void TSPSSDataImport::releaseContents()
 {
-    Body::forget(this);
+    Common::forget(this);
     TDataImport::releaseContents();
 }
 
@@ -71,20 +71,22 @@ QStringList *TSPSSDataImport::selectLayoutSource()
 
 void TSPSSDataImport::openRead(QString path)
 {
-    statistical::Reading file(statistical::spss, path, readsBuffered || report);
-    Body::read(this, file); // a failure is silent
+    const bool isBuffered = readsBuffered || report;
+    statistical::Reading file(statistical::spss, path,
+                              isBuffered ? statistical::Buffering::on : statistical::Buffering::off);
+    Common::read(this, file); // a failure is silent
 }
 
 int TSPSSDataImport::handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context)
 {
     if (!statistical::isSupported(value))
         statistical::endAtUnsupportedType("SPSSDataImport", __LINE__);
-    return Body::handleValueLabel(static_cast<TSPSSDataImport *>(context), labelSet, value, label);
+    return Common::handleValueLabel(statistical::spss, static_cast<TSPSSDataImport *>(context), labelSet, value, label);
 }
 
 int TSPSSDataImport::handleVariable(int /*index*/, readstat_variable_s *variable, const char *labelSet, void *context)
 {
-    return Body::handleVariable(statistical::spss, static_cast<TSPSSDataImport *>(context), variable, labelSet);
+    return Common::handleVariable(statistical::spss, static_cast<TSPSSDataImport *>(context), variable, labelSet);
 }
 
 TSPSSVariable::TSPSSVariable(TDataImport *importer)

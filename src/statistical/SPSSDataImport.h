@@ -15,7 +15,7 @@ class TSPSSVariable;
 
 namespace statistical
 {
-template <typename Importer> struct ImportBody;
+template <typename Importer> struct CommonImport;
 class Reading;
 } // namespace statistical
 
@@ -77,12 +77,12 @@ protected:
     std::map<std::string, std::vector<TStatValueLabel *> *> labelSets; ///< by name; kept
 
 private:
-    friend struct statistical::ImportBody<TSPSSDataImport>;
+    friend struct statistical::CommonImport<TSPSSDataImport>;
     using Variable = TSPSSVariable;
 
     void openRead(QString path);
 
-    statistical::Reading *reading = nullptr; ///< the parse under way, or null
+    statistical::Reading *reading = nullptr; ///< the parse in progress, or null outside of one
     bool readsBuffered = false;
 };
 

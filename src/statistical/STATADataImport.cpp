@@ -9,7 +9,7 @@ namespace
 
 const QLatin1String providerType("STATA");
 
-using Body = statistical::ImportBody<TSTATADataImport>;
+using Common = statistical::CommonImport<TSTATADataImport>;
 
 } // namespace
 
@@ -57,7 +57,7 @@ QString TSTATADataImport::getDataProviderType()
 
 void TSTATADataImport::releaseContents()
 {
-    Body::forget(this);
+    Common::forget(this);
     TDataImport::releaseContents();
 }
 
@@ -79,8 +79,10 @@ QStringList *TSTATADataImport::selectLayoutSource()
 
 void TSTATADataImport::openRead(QString path)
 {
-    statistical::Reading file(statistical::stata, path, readsBuffered || report);
-    const readstat_error_t result = Body::read(this, file);
+    const bool isBuffered = readsBuffered || report;
+    statistical::Reading file(statistical::stata, path,
+                              isBuffered ? statistical::Buffering::on : statistical::Buffering::off);
+    const readstat_error_t result = Common::read(this, file);
     if (result != READSTAT_OK && errorStream)
         std::fprintf(errorStream, "Error processing %s: %d\n", file.path().constData(), int(result));
 }
@@ -89,12 +91,13 @@ int TSTATADataImport::handleValueLabel(const char *labelSet, readstat_value_s va
 {
     if (!statistical::isSupported(value))
         statistical::endAtUnsupportedType("STATADataImport", __LINE__);
-    return Body::handleValueLabel(static_cast<TSTATADataImport *>(context), labelSet, value, label);
+    return Common::handleValueLabel(statistical::stata, static_cast<TSTATADataImport *>(context), labelSet, value,
+                                    label);
 }
 
 int TSTATADataImport::handleVariable(int /*index*/, readstat_variable_s *variable, const char *labelSet, void *context)
 {
-    return Body::handleVariable(statistical::stata, static_cast<TSTATADataImport *>(context), variable, labelSet);
+    return Common::handleVariable(statistical::stata, static_cast<TSTATADataImport *>(context), variable, labelSet);
 }
 
 TSTATAVariable::TSTATAVariable(TDataImport *importer)

@@ -16,7 +16,7 @@ class TSTATAVariable;
 
 namespace statistical
 {
-template <typename Importer> struct ImportBody;
+template <typename Importer> struct CommonImport;
 class Reading;
 } // namespace statistical
 
@@ -81,14 +81,14 @@ protected:
     std::map<std::string, std::vector<TStatValueLabel *> *> labelSets; ///< by name; kept
 
 private:
-    friend struct statistical::ImportBody<TSTATADataImport>;
+    friend struct statistical::CommonImport<TSTATADataImport>;
     using Variable = TSTATAVariable;
 
     void openRead(QString path);
 
     qint32 number1 = 0;                      ///< carried
     qint32 number2 = 0;                      ///< carried
-    statistical::Reading *reading = nullptr; ///< the parse under way, or null
+    statistical::Reading *reading = nullptr; ///< the parse in progress, or null outside of one
     bool readsBuffered = false;
     std::FILE *errorStream = stdout;
 };

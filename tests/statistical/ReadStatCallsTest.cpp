@@ -171,8 +171,8 @@ private Q_SLOTS:
         QFETCH(bool, atLabels);
         const QString path = QStringLiteral(VAN_MADE_DATA "/")
             + (isSpss ? QLatin1String("types.sav") : QLatin1String("types-118.dta"));
-        for (const bool isBuffered : { false, true }) {
-            statistical::Reading reading(isSpss ? statistical::spss : statistical::stata, path, isBuffered);
+        for (const auto buffering : { statistical::Buffering::off, statistical::Buffering::on }) {
+            statistical::Reading reading(isSpss ? statistical::spss : statistical::stata, path, buffering);
             const auto onLabel
                 = [](const char *, readstat_value_t, const char *, void *context) { return raiseIn(context); };
             const auto onVariable

@@ -380,7 +380,7 @@ private Q_SLOTS:
         importer.setReadReport(&report);
         QVERIFY(TestAccess::open(importer));
         QCOMPARE(TestAccess::fields(importer).size(), 1);
-        QCOMPARE(qint64(TestAccess::labelSets(importer).at("shared")->size()), statistical::mostLabelBytes / textSize);
+        QCOMPARE(qint64(TestAccess::labelSets(importer).at("shared")->size()), statistical::maxLabelBytes / textSize);
         QCOMPARE(report.count(NoteKind::readingEnded), 1);
         QCOMPARE(report.notes().back().text,
                  QStringLiteral("has more than 250000000 bytes of value labels, the most that can be read"));
@@ -399,7 +399,8 @@ private Q_SLOTS:
                 scarce::blocksLeft = scarce::unlimited;
                 kept.freeAll();
             });
-            statistical::addValueLabel(sets, "set", value, "label", nullptr, kept);
+            statistical::Reading reading(statistical::spss);
+            statistical::addValueLabel(sets, "set", value, "label", reading, kept);
         };
         addOnce(); // what is made once stays
         const long before = scarce::blocksHeld;
@@ -411,7 +412,7 @@ private Q_SLOTS:
 
     void exceptionOutOfAHandlerIsRaisedOnceThePassHasEnded()
     {
-        statistical::Reading reading(statistical::spss, made + QStringLiteral("types.sav"), true);
+        statistical::Reading reading(statistical::spss, made + QStringLiteral("types.sav"), statistical::Buffering::on);
         const auto onVariable = [](int, readstat_variable_t *, const char *, void *context) {
             return static_cast<statistical::Reading *>(context)->run([] { throw std::bad_alloc(); });
         };

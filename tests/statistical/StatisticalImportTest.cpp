@@ -151,9 +151,9 @@ private Q_SLOTS:
         QFETCH(bool, isSpss);
         QFETCH(bool, atLabels);
         QFETCH(bool, endsThePass);
-        for (const bool isBuffered : { false, true }) {
+        for (const auto buffering : { statistical::Buffering::off, statistical::Buffering::on }) {
             HandledReading handled = { statistical::Reading(isSpss ? statistical::spss : statistical::stata,
-                                                            isSpss ? spssTypes : stataTypes, isBuffered) };
+                                                            isSpss ? spssTypes : stataTypes, buffering) };
             const auto pass = [&] {
                 handled.calls = 0;
                 return handled.reading.pass(atLabels ? HandledReading::label : nullptr,

@@ -1,0 +1,113 @@
+#ifndef STATISTICAL_STATISTICALNOTES_P_H
+#define STATISTICAL_STATISTICALNOTES_P_H
+
+#include "import/GenericField.h"
+#include "import/ReadReport.h"
+#include "statistical/ValueLabels_p.h"
+
+#include <QString>
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace statistical
+{
+
+/// The two passes over a file at their end.
+struct PassResults {
+    readstat_error_t labels;
+    readstat_error_t variables;
+    bool hasVariables;
+};
+
+/// Diagnostics of the importers of statistical files. Without a report every operation returns at once.
+///
+/// Notes on the labels of a set wait for the first variable that uses the set, and get its name.
+class StatisticalNotes
+{
+public:
+    explicit StatisticalNotes(const Format &fileFormat);
+
+    /// Reports to \a newReport from now on; null for nobody. Not owned.
+    void setReport(ReadReport *newReport) { report = newReport; }
+
+    /// A label with its text. \a held is its value as it is kept, \a setName the name of its set.
+    void noteLabel(const LabelSet *set, const std::string &setName, const readstat_value_t &value,
+                   const TStatValueLabel &held)
+    {
+        if (report)
+            addLabel(set, setName, value, held);
+    }
+    /// A label without text, which is dropped.
+    void noteLabelWithoutText(const LabelSet *set, const std::string &setName, const readstat_value_t &value)
+    {
+        if (report)
+            addLabelWithoutText(set, setName, value);
+    }
+    void noteVariable(const readstat_variable_t &variable, const TGenericField &field) const
+    {
+        if (report)
+            addVariable(variable, field);
+    }
+    /// A variable that names a set which the file does not have.
+    void noteMissingSet(const std::string &setName, const QString &variable) const
+    {
+        if (report && !setName.empty())
+            report->add(NoteKind::labelSetMissing, QString::fromStdString(setName), 0, variable);
+    }
+    /// A variable that uses a set: the notes that wait for it are reported.
+    void noteUse(const LabelSet *set, const QString &variable)
+    {
+        if (report)
+            addUse(set, variable);
+    }
+    /// Values that lose their decimals when they are turned to integers.
+    void noteCutValues(const LabelSet &set, const QString &variable) const
+    {
+        if (report)
+            addCutValues(set, variable);
+    }
+    /// Codes of a set that its text rounds or repeats.
+    void noteCodes(const LabelSet &set, const QString &variable) const
+    {
+        if (report)
+            addCodes(set, variable);
+    }
+    /// Bounds that the layout rounds, each bound once.
+    void noteBounds(const Span &span, const QString &variable) const
+    {
+        if (report)
+            addBounds(span, variable);
+    }
+    /// The sets that no variable has used, and how the passes ended where one of them failed.
+    void noteEnd(const LabelSets &sets, const PassResults &results, const ReadProblem &problem)
+    {
+        if (report)
+            addEnd(sets, results, problem);
+    }
+
+private:
+    void addLabel(const LabelSet *set, const std::string &setName, const readstat_value_t &value,
+                  const TStatValueLabel &held);
+    void addLabelWithoutText(const LabelSet *set, const std::string &setName, const readstat_value_t &value);
+    void addVariable(const readstat_variable_t &variable, const TGenericField &field) const;
+    void addUse(const LabelSet *set, const QString &variable);
+    void addCutValues(const LabelSet &set, const QString &variable) const;
+    void addCodes(const LabelSet &set, const QString &variable) const;
+    void addBounds(const Span &span, const QString &variable) const;
+    void addEnd(const LabelSets &sets, const PassResults &results, const ReadProblem &problem);
+
+    void addWaiting(const LabelSet *set, const QString &variable);
+    void addFailure(const PassResults &results, const ReadProblem &problem) const;
+
+    const Format &format;
+    ReadReport *report = nullptr;
+    std::unordered_map<const LabelSet *, std::vector<ReadNote>> waiting;
+    std::unordered_set<const LabelSet *> usedSets;
+};
+
+} // namespace statistical
+
+#endif

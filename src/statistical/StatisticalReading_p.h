@@ -1,0 +1,78 @@
+#ifndef STATISTICAL_STATISTICALREADING_P_H
+#define STATISTICAL_STATISTICALREADING_P_H
+
+#include "statistical/StatisticalNotes_p.h"
+#include "util/Nines_p.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <exception>
+#include <string>
+#include <unordered_map>
+
+namespace statistical
+{
+
+/// Max bytes in the value labels of a file. The labels of a Stata file may share their texts, so that a small file can
+/// hold any number of bytes.
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // the rule is the same, and a thousand times as many inputs can be
+                                                // tried
+constexpr qint64 maxLabelBytes = 250000;
+#else
+constexpr qint64 maxLabelBytes = 250000000;
+#endif
+
+/// How ReadStat reads the bytes of a file: through a large buffer of this library, or by its own small pieces.
+enum class Buffering { off, on };
+
+/// The parse of one file, and what is remembered from one call of a handler to the next.
+class Reading
+{
+public:
+    /// A reading of no file, for one call of a handler outside a parse. Nothing is reported.
+    explicit Reading(const Format &fileFormat);
+    Reading(const Format &fileFormat, const QString &path, Buffering fileBuffering);
+
+    /// Makes one pass over the file. A handler that is null is not installed. An exception from a handler ends the pass
+    /// and is raised here.
+    readstat_error_t pass(readstat_value_label_handler onLabel, readstat_variable_handler onVariable, void *context);
+    /// The path in the encoding of the system.
+    const QByteArray &path() const { return localPath; }
+
+    /// Runs the work of a handler. No exception may cross ReadStat: it is kept until the pass has ended.
+    template <typename Work> int run(Work work)
+    {
+        try {
+            work();
+            return READSTAT_HANDLER_OK;
+        } catch (...) {
+            raised = std::current_exception();
+            return READSTAT_HANDLER_ABORT;
+        }
+    }
+
+    /// Returns whether the file may have \a bytes more in its value labels. If it may not, the file has a problem.
+    bool hasRoomFor(qint64 bytes);
+    const ReadProblem &problem() const { return readProblem; }
+
+    const Format &format;
+    NameBounds bounds = wholeNames;
+    StatisticalNotes notes;
+    LabelSet *lastSet = nullptr; ///< the set of the last label
+    std::string lastSetName;
+    std::unordered_map<const LabelSet *, LabelText> labelTexts;
+    Nines nines;
+
+private:
+    QByteArray localPath;
+    Buffering buffering = Buffering::off; ///< off for what is no regular file
+    bool isRefused = false;
+    ReadProblem readProblem;
+    qint64 labelBytesLeft = maxLabelBytes;
+    std::exception_ptr raised;
+};
+
+} // namespace statistical
+
+#endif
