@@ -16,19 +16,19 @@ namespace cspro
 
 /// Blank, tab, line feed, vertical tab, form feed, carriage return.
 bool isWhiteSpace(QChar character);
-/// \a note without white space at its end: CSPro cuts it there, in both forms.
+/// \a note without trailing white space, which CSPro removes in both forms.
 QString cleanNote(const QString &note);
 /// Makes a label of one part whose text is empty the absent label.
 void dropEmptyLabel(Labels &labels);
 
-// Words are compared without regard to case. None is returned for a word that CSPro does not know.
+// Words are compared case-insensitively. Nothing is returned for a word that CSPro does not know.
 
 /// "MISSING", "NOTAPPL", "REFUSED", "DEFAULT".
 std::optional<Special> specialOf(QStringView word);
 /// A type of item in the spelling of the JSON form of the layout: "numeric", "alpha", "document", "audio", "image",
 /// "geometry".
 std::optional<QString> itemTypeOf(QStringView word);
-/// \a word with small letters in place of A to Z: the type of an item whose word CSPro does not know.
+/// \a word with A to Z in lower case: the type of an item whose word CSPro does not know.
 QString lowerCased(QString word);
 /// A capture type in CSPro 8's spelling, such as "radioButton"; the empty text for "unspecified", which is no capture.
 std::optional<QString> captureTypeOf(QStringView word);
@@ -39,8 +39,8 @@ QString linkItemOf(const QString &text);
 /// Gives each value set that has a link and no values the values of the fullest set with that link, the first in the
 /// order of the file where several are equally full. Sets with values of their own keep them.
 ///
-/// The list is in memory once, but whoever prints the layout has it in each set. So not more than `maxLinkedValues`
-/// are handed out in sum; the sets after that stay empty, with one warning.
+/// The list is in memory once, but each set has it when the layout is printed. At most `maxLinkedValues` are therefore
+/// shared in total; later sets remain empty, with one warning.
 void shareLinkedValues(Layout &layout, Diagnostics &diagnostics);
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
 constexpr int maxLinkedValues = 4'000; // so that a fuzzer tries more files
@@ -48,23 +48,22 @@ constexpr int maxLinkedValues = 4'000; // so that a fuzzer tries more files
 constexpr int maxLinkedValues = 4'000'000;
 #endif
 
-/// A text of the file as it is in a message: in quotation marks, in one line, cut where it is long.
+/// A text of the file for a message: in quotation marks, on one line, cut if it is long.
 QString quoted(QString text);
 
-/// The first characters of a text, \a longest at most; half a surrogate pair at the end is left out.
+/// The first characters of a text, at most \a longest; half a surrogate pair at the end is omitted.
 QString shortened(QString text, int longest);
 
-/// A name as it is in a path: cut at `longestNameInPaths`, so that a long one with many entries beneath does not fill
-/// the memory.
+/// A name in a path: cut at `longestNameInPaths`, so that a long name with many entries below does not exhaust memory.
 QString nameInPath(const QString &name);
 constexpr int longestNameInPaths = 200;
 
 /// Name of the ids in a path.
 QString idsName();
-/// `LEVEL/RECORD/ITEM/VALUESET`: the path of the element \a name within the element at \a parent. A level, which is the
-/// first part, is its name alone.
+/// `LEVEL/RECORD/ITEM/VALUESET`: the path of the element \a name within the element at \a parent. The path of a level
+/// is only its name.
 QString childPath(const QString &parent, const QString &name);
-/// `.../#3`: the path of a value, counted from 1 within its set.
+/// `.../#3`: the path of a value, 1-based within its set.
 QString valuePath(const QString &set, int number);
 /// `relations/NAME`
 QString relationPath(const QString &name);

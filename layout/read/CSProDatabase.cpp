@@ -20,7 +20,7 @@ namespace
 {
 
 // The dictionary of a CSPro data file is the value of one column in the first row of one table. The database may come
-// from anybody, so nothing that is in it is run: the row is found by a query for the number of the row alone, and the
+// from anybody, so nothing in it is executed: the row is found by a query only for the number of the row, and the
 // value is read by SQLite's access to single values, which refuses views, virtual tables and generated columns.
 const char query[] = "SELECT rowid FROM main.meta NOT INDEXED LIMIT 1";
 const char database[] = "main";
@@ -47,7 +47,7 @@ int open(const QByteArray &uri, Connection &connection)
     return result;
 }
 
-// Immutable: SQLite neither locks the file nor looks for a journal beside it. `?`, `#`, `%` and all that is not ASCII
+// Immutable: SQLite neither locks the file nor looks for a journal file. `?`, `#`, `%` and all that is not ASCII
 // are escaped in the URI.
 int openFile(const QString &path, Connection &connection)
 {

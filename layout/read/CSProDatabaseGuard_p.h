@@ -6,15 +6,15 @@ struct sqlite3;
 namespace vanlayout
 {
 
-/// Restrictions on a CSPro data file, which may come from anybody, while its dictionary is looked for.
+/// Restrictions on a CSPro data file, which may be untrusted, while its dictionary is searched.
 namespace csprodatabase
 {
 
-/// Name of the table that holds the dictionary.
+/// Name of the table with the dictionary.
 constexpr char table[] = "meta";
-/// Bytes of a dictionary.
+/// Max size of a dictionary in bytes.
 constexpr int maxDictionarySize = 256 << 20;
-/// Steps of SQLite's virtual machine in one statement. The search for the row takes about ten.
+/// Max steps of SQLite's virtual machine in one statement. The search for the row takes about ten.
 constexpr int maxSteps = 10'000'000;
 
 /// From here on the connection only reads columns of the table `meta`, in statements of at most `maxSteps`. SQLite

@@ -63,7 +63,7 @@ int nextByte(const QByteArray &bytes, int position)
     return position;
 }
 
-// A bracket alone may also begin the text form, whose names of sections begin with a letter.
+// A bracket may also begin the text form, in which the names of sections begin with a letter.
 bool isList(const QByteArray &bytes)
 {
     const int begin = nextByte(bytes, beginOf(bytes));
@@ -84,7 +84,7 @@ int unitAt(const QByteArray &bytes, int position)
     return parsed.ptr == end ? int(unit) : -1;
 }
 
-// Puts U+FFFD in the place of the escape of half a surrogate pair, which stands for no character and which RapidJSON
+// Replaces the escape of half a surrogate pair by U+FFFD: it is not a character, and RapidJSON
 // refuses. All other bytes keep their place. True if there are such escapes.
 bool mendSurrogates(QByteArray &bytes)
 {

@@ -357,7 +357,7 @@ void CSProJsonDraft::keepSubitemOffset()
     findings.warn("unusable-offset", QStringLiteral("\"subitemOffset\" is for subitems that follow an item"), address);
 }
 
-// Decimal mark and zero fill are effective for numbers alone.
+// Decimal mark and zero fill are effective only for numbers.
 void CSProJsonDraft::endNumber()
 {
     const bool hasDecimals = item.isNumeric() && item.decimals > 0;

@@ -23,7 +23,7 @@ struct ElementAddress {
     bool isInIds() const { return record == ids; }
 };
 
-/// Collects what the reader of the JSON form finds beside the layout, each entry with the address of its element.
+/// Collects problems and extra statements of the JSON form, each with the address of its element.
 class CSProJsonFindings
 {
 public:

@@ -278,7 +278,7 @@ void CSProJsonHandler::setBoolean(const Scalar &value)
     informOfConversion(*boolean ? QStringLiteral("true") : QStringLiteral("false"));
 }
 
-// Keys come in the order of their list, so that the one behind the last is the likeliest.
+// Keys usually occur in the order of their list, so the one after the last is the most likely.
 void CSProJsonHandler::findKey(const char *text, int size)
 {
     Frame &frame = frames.back();

@@ -71,7 +71,7 @@ public:
         end = std::max(end, bounded(id.start + widthOf(id)));
     }
 
-    // The first column behind all of them, those with a stored start that is further away included.
+    // The first column after all of them, including those with a stored start further to the right.
     qint64 behind()
     {
         if (!isTypePlaced)

@@ -25,9 +25,9 @@ struct LevelColumns {
 ///
 /// A stored start counts, in every dictionary. Where positions are relative, the ids of all levels follow each other
 /// from column 1, with the record type among them where `recordType.start` has it; the items of each record follow
-/// each other from the first column behind all of these. An item takes its room in this order whether its own start is
-/// stored or not. A subitem lies `subitemOffset` columns behind the start of its item, also where positions are
-/// absolute. An item that has no column in this way keeps 0. Columns beyond `int` are the largest `int`.
+/// each other from the first column after all of these. An item occupies its columns in this order whether its own
+/// start is stored or not. A subitem starts `subitemOffset` columns after the start of its item, also if positions are
+/// absolute. An item without a column keeps 0. Columns beyond `int` are the largest `int`.
 ///
 /// \a stored has one entry for each level of \a layout and, within it, one for each item.
 void layOutColumns(Layout &layout, const std::vector<LevelColumns> &stored);

@@ -87,7 +87,7 @@ void CSProTextReader::checkOccurrenceLabels(int occurrences)
     occurrenceLines.clear();
 }
 
-// The last capture type may be none, behind one that had a date format.
+// The last capture type may be none, after one that had a date format.
 void CSProTextReader::finishCapture()
 {
     if (dateFormat.line == 0)
@@ -136,7 +136,7 @@ void CSProTextReader::inform(const char *id, const QString &message, int line)
 namespace
 {
 
-// The first character behind a mark and white space; a blank where there is none.
+// The first character after a byte-order mark and white space; a blank if there is none.
 char firstCharacterOf(const QByteArray &head)
 {
     const CSProTextContent content = decodeCSProText(head);

@@ -42,7 +42,7 @@ bool isCharacter(const char *unit, char character, const Encoding &encoding)
     return unit[encoding.lowByte] == character && (encoding.unitSize == 1 || unit[1 - encoding.lowByte] == '\0');
 }
 
-// The index behind the next character of this kind from an index on; -1 where there is none.
+// The index after the next character of this kind from an index on; -1 if there is none.
 int indexBehind(const QByteArray &bytes, int index, char character, const Encoding &encoding)
 {
     for (; index + encoding.unitSize <= bytes.size(); index += encoding.unitSize) {

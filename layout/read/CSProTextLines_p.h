@@ -19,7 +19,7 @@ struct CSProTextContent {
     int begin = 0;    ///< index of the first character
     /// Whether the file has carriage returns, but no line feed. They end its lines then, and are line feeds in `bytes`.
     bool hasReturnsAlone = false;
-    /// Numbers of the lines with bytes that stand for no character; U+FFFD is in their place.
+    /// Numbers of the lines with invalid bytes, which were replaced by U+FFFD.
     std::vector<int> damagedLines;
 
     std::string_view text() const { return { bytes.constData() + begin, size_t(bytes.size() - begin) }; }

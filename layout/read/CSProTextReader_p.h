@@ -45,7 +45,7 @@ private:
         QString (CSProTextReader::*path)() const; ///< of the element that the section is about
     };
 
-    /// Where the members are that named elements have in common.
+    /// The common members of named elements.
     struct Named {
         QString *name = nullptr;
         Labels *labels = nullptr;

@@ -170,7 +170,7 @@ template <typename Element> void CSProTextReader::setNamed(Element &element)
     named = { &element.name, &element.labels, &element.note, &element.aliases, nullptr };
 }
 
-// What comes before the first level is put into one without a name.
+// Records before the first level are put into a level without a name.
 void CSProTextReader::requireLevel()
 {
     if (level)

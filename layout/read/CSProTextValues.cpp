@@ -35,7 +35,7 @@ public:
     bool isAt(char character) const { return !rest.empty() && rest.front() == character; }
     void skip(size_t count = 1) { rest.remove_prefix(std::min(count, rest.size())); }
     void skipAll(std::string_view characters) { skip(std::min(rest.find_first_not_of(characters), rest.size())); }
-    // A text in quotation marks, or up to one of the characters; the mark behind it is skipped, the character is not.
+    // A text in quotation marks, or up to one of the characters; the closing mark is skipped, the character is not.
     std::string_view readUpTo(std::string_view characters)
     {
         if (isAtEnd() || !isQuotationMark(rest.front()))
@@ -58,7 +58,7 @@ private:
     std::string_view rest;
 };
 
-// Digits with an optional minus and one decimal point or comma; blanks alone stand for a blank field.
+// Digits with an optional minus and one decimal point or comma; only blanks mean a blank field.
 bool isNumberOrBlank(std::string_view code)
 {
     const size_t begin = code.find_first_not_of(' ');

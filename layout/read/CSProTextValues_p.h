@@ -11,7 +11,7 @@
 namespace vanlayout
 {
 
-/// How the values of statements in the text form of a CSPro dictionary are read.
+/// Parsing of the values of statements in the text form of a CSPro dictionary.
 namespace csprotext
 {
 
@@ -48,7 +48,7 @@ struct Codes {
     bool areNumbers = true; ///< whether each code is a number or blank
 };
 /// Codes and ranges between blanks or tabs, such as `1 3:5 'A b'`. A code in `'` or `"` ends at the same mark; any
-/// other at a blank, tab or colon. A colon right behind a code makes a range with the code right behind the colon.
+/// other at a blank, tab or colon. A colon directly after a code makes a range with the code directly after the colon.
 /// Empty codes are left out.
 Codes codesOf(std::string_view text);
 

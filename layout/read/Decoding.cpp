@@ -13,7 +13,7 @@ namespace vanlayout::decoding
 namespace
 {
 
-// How sequences of two or more bytes begin: range of the first byte, bytes that follow it, range of the second byte.
+// Sequences of two or more bytes: range of the first byte, number of bytes that follow it, range of the second byte.
 struct Lead {
     uchar first;
     uchar last;
@@ -65,7 +65,7 @@ const uchar *skipAscii(const uchar *position, const uchar *end)
     return position;
 }
 
-// The first bytes that stand for no character, or the end.
+// The first bytes that are not a character, or the end.
 const uchar *findDamage(const uchar *position, const uchar *end)
 {
     for (position = skipAscii(position, end); position < end; position = skipAscii(position, end)) {
@@ -128,7 +128,7 @@ template <typename ReadUnit> QString fromUtf16(const char *bytes, int size, bool
         bytes += unitSize;
     }
     if (size % unitSize != 0) {
-        // Half a unit behind half a pair belongs to the same damage.
+        // Half a unit after half a pair belongs to the same damage.
         if (text.isEmpty() || !qAsConst(text).back().isHighSurrogate())
             text += QChar(QChar::ReplacementCharacter);
         reportDamage(isDamaged);

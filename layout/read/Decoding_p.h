@@ -6,20 +6,20 @@
 namespace vanlayout
 {
 
-/// The text that bytes stand for. A byte-order mark is a character like any other here.
+/// Decodes bytes. A byte-order mark is treated like any other character.
 ///
-/// Bytes that stand for no character become U+FFFD, one for each maximal part of a sequence that could have begun a
-/// character (Unicode 15, section 3.9). \a isDamaged is set to true if there are such bytes, and left alone otherwise.
+/// Invalid bytes become U+FFFD, one for each maximal part of a sequence that could have begun a character (Unicode 15,
+/// section 3.9). \a isDamaged is set to true if there are such bytes, and not changed otherwise.
 namespace decoding
 {
 
 QString fromUtf8(const char *bytes, int size, bool *isDamaged = nullptr);
-/// The five bytes without a character (81, 8D, 8F, 90, 9D) are damage.
+/// The five bytes without a character (81, 8D, 8F, 90, 9D) are invalid.
 QString fromWindows1252(const char *bytes, int size, bool *isDamaged = nullptr);
 QString fromUtf16LE(const char *bytes, int size, bool *isDamaged = nullptr);
 QString fromUtf16BE(const char *bytes, int size, bool *isDamaged = nullptr);
 
-/// Whether all of the bytes are well-formed UTF-8.
+/// True if all bytes are well-formed UTF-8.
 bool isUtf8(const char *bytes, int size);
 
 } // namespace decoding

@@ -6,15 +6,15 @@
 namespace vanlayout
 {
 
-/// The place that a problem or an extra entry is about.
+/// The place of a problem or an extra statement.
 struct Place {
-    int line = 0; ///< 1-based; 0 where there is none
+    int line = 0; ///< 1-based; 0 if there is none
     QString path; ///< as in Problem
 };
 
-/// Collects what a reader finds beside the layout: its problems, and the statements that no member holds.
+/// Collects the problems that a reader finds, and the statements for which the layout has no member.
 ///
-/// Both lists are bounded, so that a hostile file costs no more than a real one; the first entry beyond a bound is
+/// Both lists are limited, so that a hostile file costs no more than a real one; the first entry beyond a bound is
 /// replaced by one problem with that fact (`too-many-problems`, `too-many-extras`).
 class Diagnostics
 {
@@ -29,7 +29,7 @@ public:
 
     void warn(const char *id, const QString &message, const Place &place = {});
     void inform(const char *id, const QString &message, const Place &place = {});
-    /// Ends reading without a layout: all that was read is dropped, and this is the only problem.
+    /// Ends reading without a layout: everything that was read is discarded, and this is the only problem.
     void fail(const char *id, const QString &message, int line = 0);
     void addExtra(const Place &place, const QString &key, const QString &value);
 

@@ -42,10 +42,10 @@ constexpr unsigned jsonFlags
     = rapidjson::kParseIterativeFlag | rapidjson::kParseCommentsFlag | rapidjson::kParseNumbersAsStringsFlag;
 using JsonReader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, JsonAllocator>;
 
-/// The spelling of the JSON value that \a bytes are, without white space and comments between its parts; numbers as
-/// they are.
+/// The spelling of the JSON value in \a bytes, without white space and comments between its parts; numbers are
+/// unchanged.
 QString jsonSpellingOf(std::string_view bytes);
-/// The spelling of a text, in UTF-8 or in whatever bytes the file has.
+/// The spelling of a text, in UTF-8 or in the bytes of the file.
 QString jsonSpellingOfText(std::string_view text);
 
 } // namespace vanlayout

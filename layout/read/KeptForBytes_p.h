@@ -9,10 +9,10 @@
 namespace vanlayout
 {
 
-/// Keeps what was made of bytes, and hands it out again for the same bytes as long as its place is not taken by others.
-/// Codes and labels of value sets repeat a lot: made of implicitly shared values, they then share their memory.
+/// A cache of objects made from bytes. Codes and labels of value sets repeat a lot: as implicitly shared values they
+/// then share their memory.
 ///
-/// Each key has one place, so that no choice of keys makes it slow.
+/// Each key has one slot, in which it replaces the previous key, so that no choice of keys makes it slow.
 template <typename Made> class KeptForBytes
 {
 public:
@@ -34,7 +34,7 @@ private:
         bool isFilled = false;
     };
 
-    // Of the first bytes, which is enough for what is short or differs soon.
+    // Uses the first bytes, which is sufficient for keys that are short or differ early.
     static size_t hashOf(const char *bytes, size_t size)
     {
         constexpr size_t longest = 64;

@@ -54,7 +54,7 @@ void readWith(Input &input, Layout &layout, Diagnostics &diagnostics)
         reportUnknown(input.device, diagnostics);
 }
 
-// Why the bytes of a short file end: an empty text at its end, the problem of a device that fails. Reading alone shows
+// The reason why the bytes of a short file end: empty at its end, else the problem of the device. Only reading shows
 // which of both it is.
 QString problemBehind(QIODevice &device)
 {

@@ -12,7 +12,7 @@ namespace vanlayout::stat
 namespace
 {
 
-// Where a file states its clock. The parts of the pattern are named; seconds may be absent.
+// The place of a file's date and time. The parts of the pattern are named; seconds may be absent.
 struct ClockPlace {
     const char *pattern;
     int century; ///< years of two digits below it are those from 2000 on

@@ -11,12 +11,12 @@
 namespace vanlayout::stat
 {
 
-/// The date and time that a statistical file states, as `YYYY-MM-DDTHH:MM:SS`; none where ReadStat found none.
+/// The date and time that a statistical file states, as `YYYY-MM-DDTHH:MM:SS`; none if ReadStat found none.
 ///
-/// SAS data sets hold a moment. The other formats hold the wall clock of the writer, which ReadStat takes for local
-/// time: its \a moment depends on the time zone, and a wall clock that a zone leaves out in spring is not to be had
-/// back from it. So the clock is looked up in \a head, the first bytes of the file, where \a moment may be at most one
-/// day away from it. Midnight of 1 January 1970 is no date, in any zone.
+/// SAS data sets store a point in time. The other formats store the writer's local time, which ReadStat interprets in
+/// the local time zone: its \a moment depends on that zone, and a local time skipped by daylight saving cannot be
+/// recovered from it. The date and time are therefore read from \a head, the first bytes of the file, and \a moment may
+/// differ from them by at most one day. Midnight of 1 January 1970 counts as no date, in any zone.
 std::optional<QString> clockOf(Format format, time_t moment, const QByteArray &head);
 
 } // namespace vanlayout::stat

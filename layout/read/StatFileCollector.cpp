@@ -54,7 +54,7 @@ Collector::Collector(const Input &fileInput, Layout &target, Diagnostics &target
 }
 
 // Converted to UTF-8, a file's texts have at most four times their bytes. More come from a file whose labels lie one
-// upon the other, where a few megabytes stand for gigabytes.
+// upon the other, so that a few megabytes expand to gigabytes.
 void Collector::makeRoomFor(qint64 fileSize)
 {
     constexpr qint64 textPerByte = 4;
@@ -119,7 +119,8 @@ int Collector::onValueLabel(const char *labelSet, readstat_value_t value, const 
 {
     auto *collector = static_cast<Collector *>(context);
     const int result = collector->run([&] { collector->takeValueLabel(labelSet, value, label); });
-    // Labels behind the variables, as Stata has them, are not needed any more; in front of them, the variables are.
+    // Labels after the variables, as in Stata, are not needed any more; if they come first, the variables are still
+    // needed.
     return collector->hasTooMuchText && collector->hasVariables() ? READSTAT_HANDLER_ABORT : result;
 }
 

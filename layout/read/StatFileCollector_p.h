@@ -15,32 +15,32 @@
 namespace vanlayout::stat
 {
 
-/// Takes what ReadStat hands over in one parse, in any order, and makes the layout from it.
+/// Collects what ReadStat reports in one parse, in any order, and makes the layout from it.
 ///
-/// An exception within a handler ends the parse and is raised again by rethrow().
+/// An exception within a handler ends the parse and is rethrown by rethrow().
 class Collector
 {
 public:
     Collector(const Input &fileInput, Layout &target, Diagnostics &targetDiagnostics);
 
-    /// Lets in the texts that a file of this size can hold.
+    /// Sets the limit of text for a file of this size.
     void makeRoomFor(qint64 fileSize);
 
-    /// Has the parser call this object, which must outlive the parse.
+    /// Sets the handlers of the parser to this object, which must outlive the parse.
     void attachTo(readstat_parser_t *parser);
-    /// Has a catalog's parser hand over its label sets, to be used by their names as formats.
+    /// Sets the handlers of a catalog's parser; its label sets are assigned by the names of formats.
     void attachCatalogTo(readstat_parser_t *parser);
 
     bool hasVariables() const { return !items.isEmpty(); }
-    /// Whether the collector ends the parse, as nothing more is needed from it.
+    /// True if the collector ended the parse because nothing more is needed from it.
     bool hasEndedParse() const { return hasAll || hasTooMuchText; }
-    /// The messages that the error handler received, as one line; empty where it was not called.
+    /// The messages of the error handler on one line; empty if it was not called.
     QString words() const;
     void forgetWords() { messages.clear(); }
 
-    /// Puts everything into the layout.
+    /// Moves everything into the layout.
     void finish();
-    /// Raises what was raised within a handler.
+    /// Rethrows the exception of a handler, if any.
     void rethrow();
 
 private:
@@ -80,13 +80,13 @@ private:
     std::vector<std::string> setNames; ///< of each item's label set; empty for none
     QStringList notes;
     std::vector<LabelSet> labelSets;          ///< in the order of the file
-    std::map<std::string, size_t> setsByName; ///< ordered, so that no names make it slow
+    std::map<std::string, size_t> setsByName; ///< ordered, so that no choice of names makes it slow
     size_t lastSet = 0;                       ///< the labels of a set follow each other
     std::string lastSetName;
     KeptForBytes<QVector<Range>> keptRanges; ///< by the bytes of numbers
     KeptForBytes<Labels> keptLabels;
     QStringList messages;
-    qint64 textLeft; ///< bytes of labels and notes that are still let in
+    qint64 textLeft; ///< bytes of labels and notes that are still accepted
     bool hasTooMuchText = false;
     bool hasAll = false;
     qint64 announcedVariables = 0;

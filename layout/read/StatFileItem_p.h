@@ -8,10 +8,10 @@
 namespace vanlayout::stat
 {
 
-/// The item that a variable of a file in \a format makes, without its value set.
+/// The item of a variable of a file in \a format, without its value set.
 Item itemOf(const readstat_variable_t &variable, Format format);
 
-/// The labels that one text of a statistical file makes: none for an empty one.
+/// The labels of a text of a statistical file: none for an empty one.
 Labels labelsOf(const QString &text);
 
 /// The path of an item: a statistical file has one level and one record, both without names.

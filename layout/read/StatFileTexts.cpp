@@ -39,7 +39,7 @@ template <typename Number, typename... Form> QString written(Number number, Form
     return QString::fromLatin1(begin, int(end - begin));
 }
 
-// The number that a run of digits stands for; the largest int for more than it holds.
+// The value of a run of digits; the largest int if it is exceeded.
 int numberOf(const QChar *begin, const QChar *end)
 {
     qint64 number = 0;

@@ -10,29 +10,29 @@
 namespace vanlayout
 {
 
-/// How numbers, codes and formats of statistical files become texts of the layout.
+/// Conversion of numbers, codes and formats of statistical files to texts of the layout.
 namespace stat
 {
 
-/// The text that a C string of ReadStat stands for; \a bound is the size of its field, where it may lack its end.
+/// The text of a C string of ReadStat; \a bound is the size of its field, in which it may be unterminated.
 QString textOf(const char *text, size_t bound = SIZE_MAX);
 /// The same for a text that ReadStat has not converted from the encoding of old Stata files, Windows-1252.
 QString textOfOldStata(const char *text, size_t bound = SIZE_MAX);
 
-/// The shortest digits that read back to the same number. Plain digits where the decimal exponent is from -4 to 15
-/// (`100000`, `0.0001`); otherwise `d.ddde+NN` with at least two digits of the exponent. `inf`, `-inf`; `.` where there
-/// is no number.
+/// The shortest digits that read back to the same number. Plain digits if the decimal exponent is from -4 to 15
+/// (`100000`, `0.0001`); otherwise `d.ddde+NN` with at least two digits of the exponent. `inf`, `-inf`; `.` if there is
+/// no number.
 QString spelled(double number);
 
 /// The code of a value label: a number, a text, `.a` to `.z`, `._` or `.`.
 QString codeOf(const readstat_value_t &value);
-/// One end of a range of missing values: as codeOf(), a text without the blanks at its end. An open end is `-inf` or
+/// One end of a range of missing values: as codeOf(), a text without trailing blanks. An open end is `-inf` or
 /// `inf`.
 QString missingCodeOf(const readstat_value_t &value);
 
 /// The first digits in a format: 8 for `F8.2`, 12 for `%-12.3f`, 20 for `DATETIME20`, 0 for `%td`.
 int widthInFormat(const QString &format);
-/// The digits behind the last `.` or `,` of a format where only letters follow: 2 for `F8.2` and `%9.2f`, otherwise 0.
+/// The digits after the last `.` or `,` of a format if only letters follow: 2 for `F8.2` and `%9.2f`, otherwise 0.
 int decimalsInFormat(const QString &format);
 
 } // namespace stat

@@ -18,12 +18,12 @@ namespace
 
 constexpr std::array<char, 3> separators = { ',', ';', '\t' };
 
-constexpr int wrapperSize = 36; // bytes in front of an encrypted SPSS file
+constexpr int wrapperSize = 36; // bytes before an encrypted SPSS file
 
 struct Signature {
     QByteArray begin;
     const char *name;
-    const char *advice = ""; ///< what to do, behind the name
+    const char *advice = ""; ///< what to do, after the name
 };
 
 template <size_t count> const Signature *findSignature(const Signature (&signatures)[count], const QByteArray &head)
@@ -59,7 +59,7 @@ const Signature *findBinarySignature(const QByteArray &head)
     return findSignature(signatures, head);
 }
 
-// Of texts without a mark and white space at their begin, in lower case.
+// First characters of texts without a byte-order mark and leading white space, in lower case.
 const Signature *findTextSignature(const QByteArray &text)
 {
     static const Signature signatures[] = {
@@ -94,7 +94,7 @@ bool isText(const QByteArray &head)
     });
 }
 
-// How often each separator is on a line, outside quotation marks.
+// Number of occurrences of each separator on a line, outside quotation marks.
 using Counts = std::array<int, separators.size()>;
 
 // Counts on one line, and where the next one begins: -1 where the line has no end. A line break within quotation marks

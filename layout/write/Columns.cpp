@@ -68,7 +68,7 @@ public:
     }
 
 private:
-    // An item and its subitems. Subitems without an item in front stand by themselves.
+    // An item and its subitems. Subitems without an item before them are separate.
     void addGroup(const QVector<Item> &items, int first, int end)
     {
         const Item &head = items.at(first);

@@ -23,7 +23,7 @@ bool isPoint(const QByteArray &text, int index)
 }
 
 // A column name is the variable of a URI template: letters, digits and `_`, a single point between them, anything else
-// in percent. A `_` in front is kept for names that a processor makes.
+// percent-encoded. A leading `_` is reserved for names that a processor generates.
 QString columnName(const QString &name)
 {
     const QByteArray encoded = QUrl::toPercentEncoding(name, QByteArray(), "-~");
@@ -265,7 +265,7 @@ private:
                 writeBounds(item, *range);
         });
     }
-    // As texts, so that no program rounds them.
+    // Written as texts, so that no program rounds them.
     void writeBounds(const Item &item, const Range &range)
     {
         const auto write = [&](const char *key, const QString &code) {
@@ -278,7 +278,7 @@ private:
         write("maximum", range.to);
     }
 
-    // The empty cell is null by default, and stays so beside the codes.
+    // The empty cell is null by default, and remains so in addition to the codes.
     void writeNulls(const Item &item)
     {
         const QVector<MissingCode> codes = missingCodesOf(item);

@@ -23,7 +23,7 @@ template <size_t Count> bool isAnyOf(const QString &name, const std::array<const
     return std::any_of(names.begin(), names.end(), [&](const char *entry) { return name == QLatin1String(entry); });
 }
 
-// The letter behind `%t`, `d` for the `%d` of old releases; none for other formats.
+// The letter after `%t`, `d` for the `%d` of old versions; none for other formats.
 char stataLetter(const QString &format)
 {
     int index = 1;

@@ -91,7 +91,7 @@ private:
         return titles.isEmpty() ? QVector<Label>{ { QString(), layout.name } } : titles;
     }
 
-    // The title in the first language, and behind it the parallel titles in the others.
+    // The title in the first language, followed by the parallel titles in the others.
     void writeTitles()
     {
         const QVector<Label> titles = titleParts();

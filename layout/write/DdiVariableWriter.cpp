@@ -52,7 +52,7 @@ QString decimalsText(const Item &item)
                             : QLatin1String("decimal mark implied"));
 }
 
-// How the characters of the data, or the stored values, are to be read.
+// The format of the characters of the data, or of the stored values.
 QString formatText(const Item &item, bool isStored)
 {
     if (isStored)
@@ -224,8 +224,8 @@ void DdiVariableWriter::writeCategories(const Item &item)
     }
 }
 
-// One category a code; one without a code for all ranges of the value, as no single code stands for them. Readers of
-// extracts need a code in each.
+// One category per code; one without a code for all ranges of the value, because no single code represents them.
+// Readers of extracts need a code in each.
 void DdiVariableWriter::writeCategoriesOf(const Item &item, const Value &value)
 {
     QVector<Range> ranges;

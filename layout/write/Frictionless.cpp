@@ -276,7 +276,7 @@ private:
         }
     }
 
-    // The empty cell is missing by default, and stays so beside the codes.
+    // The empty cell is missing by default, and remains so in addition to the codes.
     void writeMissingValues(const QVector<MissingCode> &codes)
     {
         if (codes.isEmpty())

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-// Outside of the namespace, as the macro asks.
+// Outside the namespace, as the macro requires.
 static void registerPageResources()
 {
     Q_INIT_RESOURCE(codebook);

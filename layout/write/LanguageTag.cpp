@@ -10,7 +10,7 @@ namespace vanlayout
 namespace
 {
 
-// ISO 639-1, and behind each code those of three letters of ISO 639-2 for the same language.
+// ISO 639-1 codes, each followed by the three-letter codes of ISO 639-2 for the same language.
 const char *const codes
     = "aa aar, ab abk, ae ave, af afr, ak aka, am amh, an arg, ar ara, as asm, av ava, ay aym, az aze, "
       "ba bak, be bel, bg bul, bh bih, bi bis, bm bam, bn ben, bo bod tib, br bre, bs bos, ca cat, "

@@ -18,7 +18,7 @@ namespace
 constexpr int recordHeading = 2;
 constexpr int itemHeading = 3;
 
-// "NAME: label", with one of them alone where the other is empty.
+// "NAME: label", or one of them if the other is empty.
 QString nameAndLabel(const QString &name, const QString &label)
 {
     const QString separator = name.isEmpty() || label.isEmpty() ? QString() : QStringLiteral(": ");
@@ -190,7 +190,7 @@ private:
         out.endTable();
     }
 
-    // What the table of items has no room for.
+    // The details that are not in the table of items.
     void writeDetails(const Item &item)
     {
         if (item.note.isEmpty() && item.valueSets.isEmpty() && item.occurrenceLabels.isEmpty())

@@ -62,8 +62,8 @@ void appendSign(QString &result, QChar sign)
         result += sign;
 }
 
-// Where the sign stands that makes the beginning of a paragraph a list, a heading or a rule: `-`, `+`, `=`, or the
-// point or bracket behind a number. -1 where there is none.
+// Index of the character that makes the beginning of a paragraph a list, a heading or a rule: `-`, `+`, `=`, or the
+// point or bracket after a number. -1 if there is none.
 int activeBeginning(const QString &text)
 {
     if (text.startsWith(QLatin1Char('-')) || text.startsWith(QLatin1Char('+')) || text.startsWith(QLatin1Char('=')))
