@@ -9,6 +9,7 @@
 #include "record/Record.h"
 #include "statistical/SPSSDataImport.h"
 #include "statistical/STATADataImport.h"
+#include "support/BlockBalance.h"
 #include "support/FakeImporter.h"
 
 #include <QLoggingCategory>
@@ -74,26 +75,59 @@ template <typename Importer> Format formatOf(const char *name)
 const Format formats[] = { formatOf<TCSProDataImport>("CSPro text"), formatOf<TCSProJsonDataImport>("CSPro 8"),
                            formatOf<TSTATADataImport>("Stata"), formatOf<TSPSSDataImport>("SPSS") };
 
+// What is not a file of every format.
+const char *const otherPaths[] = { "",
+                                   "/no/such/file",
+                                   VAN_EXAMPLES,
+                                   VAN_EXAMPLES "/census.dcf",
+                                   VAN_EXAMPLES "/census8.dcf",
+                                   VAN_MADE_DATA "/types-118.dta",
+                                   VAN_MADE_DATA "/types.sav" };
+
 QStringList opened(TDataImport &importer)
 {
     const std::unique_ptr<QStringList> names(importer.selectLayoutSource());
     return *names;
 }
 
-QStringList toldBy(const TVpDataProvider &provider)
+// Opens a text dictionary in which an item has too many occurrences, with a report that is gone afterwards.
+std::unique_ptr<VpErrorManager> openedWithError(TDataImport &importer)
 {
-    QStringList told;
+    QTemporaryFile file;
+    if (!file.open())
+        return nullptr;
+    file.write("[Record]\nName=HOUSE\nRecordTypeValue='1'\n"
+               "[Item]\nName=A\nLen=8\n[ValueSet]\nName=A_VS\nValue=12345678;A report would hear of these digits\n"
+               "[Item]\nName=B\nOccurrences=2000000000\n");
+    file.close();
+    ReadReport report;
+    importer.setReadReport(&report);
+    importer.setSourceName(file.fileName());
+    std::unique_ptr<VpErrorManager> error;
+    try {
+        opened(importer);
+    } catch (VpErrorManager *thrown) {
+        error.reset(thrown);
+    }
+    importer.setReadReport(nullptr); // reading has ended
+    return error;
+}
+
+QStringList describedBy(const TVpDataProvider &provider)
+{
+    QStringList described;
     for (const TVpSourceField *field : *provider.getFields())
-        told << field->fieldName << field->label << field->valueLabels << field->group << field->typeNames->join(' ');
-    return told;
+        described << field->fieldName << field->label << field->valueLabels << field->group
+                  << field->typeNames->join(' ');
+    return described;
 }
 
 } // namespace
 
 Q_DECLARE_METATYPE(Format)
 
-/// Everything that an importer or a provider made, given back. What is freed twice, used afterwards or left behind is
-/// the sanitizers' to find.
+/// Everything that an importer or a provider has made is released. Each test must hold as many blocks of memory at its
+/// end as at its start: a block more is an object that was left behind, a block less one that was freed twice.
 class ReleaseContentsTest : public QObject
 {
     Q_OBJECT
@@ -107,12 +141,29 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase() { QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); }
+    void initTestCase()
+    {
+        QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
+        // What is made once for the process stays: it is made here, before blocks are counted.
+        for (const Format &format : formats) {
+            for (const char *path : otherPaths) {
+                const auto importer = format.newImporter();
+                opened(*importer);
+                importer->setSourceName(path);
+                opened(*importer);
+                importer->releaseContents();
+            }
+        }
+        const auto importer = make<TCSProDataImport>();
+        QVERIFY(openedWithError(*importer));
+        importer->releaseContents();
+    }
 
     void importerIsAsBeforeItsFirstOpening_data() { addRows(); }
     void importerIsAsBeforeItsFirstOpening()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         const QString path = importer->getSourceName();
         const QStringList names = opened(*importer);
@@ -128,6 +179,7 @@ private Q_SLOTS:
         QCOMPARE(importer->getRecordTypeStart(), unopened->getRecordTypeStart());
         QCOMPARE(importer->getRecordTypeSize(), unopened->getRecordTypeSize());
         QCOMPARE(TestAccess::stateValue(*importer), TestAccess::stateValue(*unopened));
+        unopened->releaseContents();
         QCOMPARE(importer->getSourceName(), path);
         QList<TVpSourceField *> none;
         importer->getDictionary(&none);
@@ -138,6 +190,7 @@ private Q_SLOTS:
     void releasedImporterCanBeOpenedAgain()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         const QStringList names = opened(*importer);
         const int groups = importer->getGroupCount();
@@ -152,6 +205,7 @@ private Q_SLOTS:
     void everyOpeningIsGivenBack()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         for (int i = 0; i < 5; ++i)
             opened(*importer);
@@ -162,6 +216,7 @@ private Q_SLOTS:
     void importerThatNeverOpenedGivesBack()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         format.newImporter()->releaseContents();
     }
 
@@ -169,6 +224,7 @@ private Q_SLOTS:
     void secondGivingBackDoesNothing()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         opened(*importer);
         importer->releaseContents();
@@ -180,9 +236,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<Format>("format");
         QTest::addColumn<QString>("path");
-        for (const char *path :
-             { "", "/no/such/file", VAN_EXAMPLES, VAN_EXAMPLES "/census.dcf", VAN_EXAMPLES "/census8.dcf",
-               VAN_MADE_DATA "/types-118.dta", VAN_MADE_DATA "/types.sav" }) {
+        for (const char *path : otherPaths) {
             for (const Format &format : formats)
                 QTest::addRow("of '%s' as %s", path, format.name) << format << QString(path);
         }
@@ -191,6 +245,7 @@ private Q_SLOTS:
     {
         QFETCH(Format, format);
         QFETCH(QString, path);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         const QString goodPath = importer->getSourceName();
         const QStringList names = opened(*importer);
@@ -205,30 +260,13 @@ private Q_SLOTS:
 
     void openingThatEndsInAThrownErrorIsGivenBack()
     {
+        const BlockBalance balance;
         const auto importer = make<TCSProDataImport>();
         const QString goodPath = importer->getSourceName();
         const QStringList names = opened(*importer);
         TVpDataProvider provider;
         provider.genericGetFieldsFrom(importer.get());
-        auto report = std::make_unique<ReadReport>();
-        importer->setReadReport(report.get());
-        QTemporaryFile file;
-        QVERIFY(file.open());
-        file.write("[Record]\nName=HOUSE\nRecordTypeValue='1'\n"
-                   "[Item]\nName=A\nLen=8\n[ValueSet]\nName=A_VS\nValue=12345678;A report would hear of these digits\n"
-                   "[Item]\nName=B\nOccurrences=2000000000\n");
-        file.close();
-        importer->setSourceName(file.fileName());
-        std::unique_ptr<VpErrorManager> error;
-        try {
-            opened(*importer);
-        } catch (VpErrorManager *thrown) {
-            error.reset(thrown);
-        }
-        QVERIFY(error);
-        // The report is no longer asked for: reading has ended.
-        importer->setReadReport(nullptr);
-        report.reset();
+        QVERIFY(openedWithError(*importer));
         TestAccess::makeFieldsAgain(static_cast<TCSProDataImport &>(*importer));
         provider.genericGetFieldsFrom(importer.get());
         importer->releaseContents();
@@ -244,6 +282,7 @@ private Q_SLOTS:
     void selfAssignmentChangesNothing()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         const QStringList names = opened(*importer);
         format.assignTo(*importer, *importer);
@@ -259,6 +298,7 @@ private Q_SLOTS:
     void importerThatIsAssignedToAgainAndAgainGivesBack()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         for (int i = 0; i < 5; ++i) {
             opened(*importer);
@@ -272,6 +312,7 @@ private Q_SLOTS:
 
     void emptyImportersGiveBack()
     {
+        const BlockBalance balance;
         TCSProDataImport text;
         TCSProJsonDataImport json;
         TSTATADataImport stata;
@@ -295,6 +336,7 @@ private Q_SLOTS:
     void copyMayGoOrGiveBackToo()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         const QStringList names = opened(*importer);
         const auto copy = format.newCopy(*importer);
@@ -311,6 +353,7 @@ private Q_SLOTS:
     void copyGivesBackForItsSource()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         auto importer = format.newImporter();
         opened(*importer);
         const auto copy = format.newCopy(*importer);
@@ -323,6 +366,7 @@ private Q_SLOTS:
     void assignedImporterGivesBackWhatItHadBefore()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         const auto other = format.newImporter();
         const QStringList names = opened(*importer);
@@ -337,6 +381,7 @@ private Q_SLOTS:
     void releasedImporterCanBeAssignedTo()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         const auto other = format.newImporter();
         opened(*importer);
@@ -352,24 +397,25 @@ private Q_SLOTS:
     void providerGivesBackAndIsFilledAgain()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto importer = format.newImporter();
         opened(*importer);
         TVpDataProvider provider;
         provider.genericGetFieldsFrom(importer.get());
-        const QStringList told = toldBy(provider);
+        const QStringList described = describedBy(provider);
         const QString type = provider.getDataProviderType();
         provider.releaseContents();
         QCOMPARE(provider.getFields(), nullptr);
-        QCOMPARE(provider.getField(told.first()), nullptr);
-        QCOMPARE(provider.getFieldFromRecord(told.first(), QString()), nullptr);
-        QCOMPARE(provider.getFieldName(told.first()), QString());
+        QCOMPARE(provider.getField(described.first()), nullptr);
+        QCOMPARE(provider.getFieldFromRecord(described.first(), QString()), nullptr);
+        QCOMPARE(provider.getFieldName(described.first()), QString());
         QCOMPARE(provider.getRecord(QString()), nullptr);
         QCOMPARE(TestAccess::record(provider), nullptr);
         QCOMPARE(provider.getImportData(), importer.get()); // the importer stays
         QCOMPARE(provider.getDataProviderType(), type);
         QCOMPARE(provider.getLayoutFileName(), importer->getSourceName());
         provider.genericGetFieldsFrom(importer.get());
-        QCOMPARE(toldBy(provider), told);
+        QCOMPARE(describedBy(provider), described);
         QCOMPARE(provider.getDataProviderType(), type);
         QVERIFY(TestAccess::record(provider));
         provider.releaseContents();
@@ -378,6 +424,7 @@ private Q_SLOTS:
 
     void everyFillingOfAProviderIsGivenBack()
     {
+        const BlockBalance balance;
         const auto importer = make<TCSProDataImport>();
         opened(*importer);
         TVpDataProvider provider;
@@ -394,20 +441,22 @@ private Q_SLOTS:
     void providerStaysFilledWhenItsImporterGivesBack()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         auto importer = format.newImporter();
         opened(*importer);
         TVpDataProvider provider;
         provider.genericGetFieldsFrom(importer.get());
-        const QStringList told = toldBy(provider);
+        const QStringList described = describedBy(provider);
         importer->releaseContents();
-        QCOMPARE(toldBy(provider), told);
+        QCOMPARE(describedBy(provider), described);
         importer.reset();
-        QCOMPARE(toldBy(provider), told);
+        QCOMPARE(describedBy(provider), described);
         provider.releaseContents();
     }
 
     void providerFilledFromTwoImportersGivesBackBoth()
     {
+        const BlockBalance balance;
         const auto first = make<TCSProDataImport>();
         const auto second = make<TSPSSDataImport>();
         opened(*first);
@@ -415,10 +464,10 @@ private Q_SLOTS:
         TVpDataProvider provider;
         provider.genericGetFieldsFrom(first.get());
         const TVpDataProvider copy(provider);
-        const QStringList told = toldBy(copy);
+        const QStringList described = describedBy(copy);
         provider.genericGetFieldsFrom(second.get());
         first->releaseContents();
-        QCOMPARE(toldBy(copy), told);
+        QCOMPARE(describedBy(copy), described);
         second->releaseContents();
         provider.releaseContents();
         QCOMPARE(provider.getFields(), nullptr);
@@ -426,6 +475,7 @@ private Q_SLOTS:
 
     void selfAssignedProviderGivesBackOnce()
     {
+        const BlockBalance balance;
         const auto importer = make<TCSProDataImport>();
         opened(*importer);
         TVpDataProvider provider;
@@ -441,6 +491,7 @@ private Q_SLOTS:
 
     void sourceFieldsThatWereAssignedToEachOtherGoOnce()
     {
+        const BlockBalance balance;
         const auto importer = make<TCSProDataImport>();
         opened(*importer);
         TVpDataProvider provider;
@@ -459,24 +510,26 @@ private Q_SLOTS:
     // An object that took another place in between has nothing of it.
     void formerSourceOfAnAssignmentKeepsItsFields()
     {
+        const BlockBalance balance;
         const auto importer = make<TCSProDataImport>();
         opened(*importer);
         TVpDataProvider first;
         TVpDataProvider second;
         first.genericGetFieldsFrom(importer.get());
         second.genericGetFieldsFrom(importer.get());
-        const QStringList told = toldBy(first);
+        const QStringList described = describedBy(first);
         TVpDataProvider current;
         current = first;
         current = second;
         current.releaseContents();
-        QCOMPARE(toldBy(first), told);
+        QCOMPARE(describedBy(first), described);
         first.releaseContents();
         importer->releaseContents();
     }
 
     void rootsThatWereAssignedToEachOtherGoOnce()
     {
+        const BlockBalance balance;
         FakeImporter importer("layout.txt", "CSPRO");
         TVpDataProvider provider;
         TVpDataProvider other;
@@ -490,6 +543,7 @@ private Q_SLOTS:
 
     void copiedProviderGivesBackOnce()
     {
+        const BlockBalance balance;
         const auto importer = make<TCSProJsonDataImport>();
         opened(*importer);
         TVpDataProvider provider;
@@ -506,6 +560,7 @@ private Q_SLOTS:
 
     void providerKnowsTypesAfterGivingBack()
     {
+        const BlockBalance balance;
         TVpDataProvider provider;
         provider.releaseContents();
         provider.setDataProviderType(QString("CSPRO"));
@@ -515,6 +570,7 @@ private Q_SLOTS:
 
     void movedProviderKnowsNoTypeStill()
     {
+        const BlockBalance balance;
         TVpDataProvider source;
         TVpDataProvider moved(std::move(source));
         moved.setDataProviderType(QString("CSPRO"));
@@ -525,6 +581,7 @@ private Q_SLOTS:
 
     void sourceFieldThatStandsTwiceInTheListGoesOnce()
     {
+        const BlockBalance balance;
         // A format that fills the list by itself.
         class TwiceImporter : public FakeImporter
         {
@@ -547,6 +604,7 @@ private Q_SLOTS:
 
     void fieldsOfAnotherFormatGoWithTheirImporter()
     {
+        const BlockBalance balance;
         FakeImporter importer("layout.txt", "CSPRO");
         importer.layout = { new FakeField(&importer, "AGE"), new FakeField(&importer, "SEX") };
         QCOMPARE(opened(importer), QStringList({ "AGE", "SEX" }));
@@ -559,6 +617,7 @@ private Q_SLOTS:
     // It knows nothing of giving back, and looks at the list of the base by itself.
     void formatThatOverridesNothingCanBeOpenedAgain()
     {
+        const BlockBalance balance;
         class PlainImporter : public TDataImport
         {
         public:
@@ -591,6 +650,7 @@ private Q_SLOTS:
     // The rules of the destructors hold on: what was made stays alive.
     void destroyingGivesNothingBack()
     {
+        const BlockBalance balance;
         auto importer = make<TCSProDataImport>();
         opened(*importer);
         auto provider = std::make_unique<TVpDataProvider>();
@@ -612,11 +672,12 @@ private Q_SLOTS:
     void importersUsedInTurnDoNotInfluenceEachOther()
     {
         QFETCH(Format, format);
+        const BlockBalance balance;
         const auto alone = format.newImporter();
         TVpDataProvider aloneProvider;
         const QStringList names = opened(*alone);
         aloneProvider.genericGetFieldsFrom(alone.get());
-        const QStringList told = toldBy(aloneProvider);
+        const QStringList described = describedBy(aloneProvider);
 
         // Each step of one stands between two steps of another, of its own format and of every other.
         for (const Format &otherFormat : formats) {
@@ -629,12 +690,12 @@ private Q_SLOTS:
             provider.genericGetFieldsFrom(first.get());
             otherProvider.genericGetFieldsFrom(other.get());
             first->fieldByName(names.first())->setAsString("1");
-            QCOMPARE(toldBy(provider), told);
+            QCOMPARE(describedBy(provider), described);
             other->releaseContents();
-            QCOMPARE(toldBy(provider), told);
+            QCOMPARE(describedBy(provider), described);
             QCOMPARE(opened(*other), otherNames);
             otherProvider.releaseContents();
-            QCOMPARE(toldBy(provider), told);
+            QCOMPARE(describedBy(provider), described);
             other->releaseContents();
             provider.releaseContents();
             first->releaseContents();
