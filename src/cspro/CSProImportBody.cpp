@@ -33,7 +33,7 @@ QString decimalsOf(const TCSProItem &item)
     return item.decimals == 0 ? QStringLiteral("0") : QString(QChar(item.decimals));
 }
 
-// Quick where the sets share their texts, as those of one repeated item do.
+// Fast where the sets share their texts, as those of one repeated item do.
 bool haveSameRows(const TCSProValueSet &a, const TCSProValueSet &b)
 {
     const auto isSameRow = [](const TValueSetItem *left, const TValueSetItem *right) {
@@ -46,14 +46,26 @@ bool haveSameRows(const TCSProValueSet &a, const TCSProValueSet &b)
     return &a == &b || std::equal(left.cbegin(), left.cend(), right.cbegin(), right.cend(), isSameRow);
 }
 
-// Lowest and highest code of an item; hasRange where the upper one is known.
+// Null where the item has several value sets, or none.
+const TCSProValueSet *onlySetOf(const TCSProItem &item)
+{
+    return item.valueSets->size() == 1 ? item.getValueSet(0) : nullptr;
+}
+
+// The lowest and the highest code of an item. The highest counts where hasRange is true.
 struct Span {
+    void include(double number)
+    {
+        lowest = std::min(lowest, number);
+        highest = std::max(highest, number);
+    }
+
     double lowest = 0;
     double highest = 0;
     bool hasRange = false;
 };
 
-// The first and the last code of a set, which stand in order. A set that has no first or last value gives none.
+// The first and the last code of a set, which is sorted. A set without a first or last value gives none.
 Span spanOf(const TCSProValueSet *set)
 {
     if (!set || set->values().isEmpty() || !set->values().first() || !set->values().last())
@@ -61,15 +73,22 @@ Span spanOf(const TCSProValueSet *set)
     return { numbers::toDouble(set->values().first()->code), numbers::toDouble(set->values().last()->code), true };
 }
 
-// Appends the entry of a value: code, blank, label and tab.
-void appendEntry(QString &text, const TValueSetItem &value, eVanVarType type, Span &span)
+// Runs work with each value that is a label: the values marked as missing or not applicable are none.
+template <typename Work> void forEachLabelled(const TCSProItem &item, Work work)
 {
-    double number = 0;
-    if (isNumeric(type)) {
-        number = numbers::toDouble(value.code);
-        span.lowest = std::min(span.lowest, number);
-        span.highest = std::max(span.highest, number);
+    for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
+        if (!set)
+            continue;
+        for (const TValueSetItem *value : set->values()) {
+            if (value && !value->special)
+                work(*value);
+        }
     }
+}
+
+// Appends code, blank, label and tab. The code of an integer is written as a number.
+void appendEntry(QString &text, const TValueSetItem &value, eVanVarType type, double number)
+{
     if (type == vtInteger)
         numbers::appendText(text, number);
     else
@@ -84,7 +103,7 @@ void appendEntry(QString &text, const TValueSetItem &value, eVanVarType type, Sp
 ItemDescriber::ItemDescriber()
 {
     constexpr int usualSize = 4096;
-    labelsBuffer.reserve(usualSize); // without it, emptying the buffer gives its room back
+    labelsBuffer.reserve(usualSize); // without a reservation, emptying the buffer frees its memory
 }
 
 void ItemDescriber::describe(const TCSProItem &item, TGenericField &field)
@@ -124,26 +143,32 @@ QString ItemDescriber::maximumWithoutValues(const TCSProItem &item)
 
 const ItemDescriber::Labels &ItemDescriber::labelsOf(const TCSProItem &item, eVanVarType type)
 {
-    const TCSProValueSet *first = item.getValueSet(0);
-    const bool isOnlySet = item.valueSets->size() == 1;
-    if (isOnlySet && first && labelsSet && type == labelsType && haveSameRows(*first, *labelsSet))
+    if (hasLabelsOf(item, type))
         return labels;
-
-    Span span = isNumeric(type) ? spanOf(first) : Span();
-    labelsBuffer.resize(0);
-    for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
-        if (!set)
-            continue;
-        for (const TValueSetItem *value : set->values()) {
-            if (value && !value->special)
-                appendEntry(labelsBuffer, *value, type, span);
-        }
-    }
-    // Every field with a value set has a minimum: "0" for a text. Memory that runs out leaves the former labels.
-    labels = { labelsBuffer, numbers::toText(span.lowest), span.hasRange ? numbers::toText(span.highest) : QString() };
-    labelsSet = isOnlySet ? first : nullptr;
+    labels = makeLabels(item, type); // if memory runs out, the former labels and their set stay
+    labelsSet = onlySetOf(item);
     labelsType = type;
     return labels;
+}
+
+bool ItemDescriber::hasLabelsOf(const TCSProItem &item, eVanVarType type) const
+{
+    const TCSProValueSet *set = onlySetOf(item);
+    return set && labelsSet && type == labelsType && haveSameRows(*set, *labelsSet);
+}
+
+// Every field with a value set has a minimum: "0" for a text.
+ItemDescriber::Labels ItemDescriber::makeLabels(const TCSProItem &item, eVanVarType type)
+{
+    Span span = isNumeric(type) ? spanOf(item.getValueSet(0)) : Span();
+    labelsBuffer.resize(0);
+    forEachLabelled(item, [&](const TValueSetItem &value) {
+        const double number = isNumeric(type) ? numbers::toDouble(value.code) : 0;
+        if (isNumeric(type))
+            span.include(number);
+        appendEntry(labelsBuffer, value, type, number);
+    });
+    return { labelsBuffer, numbers::toText(span.lowest), span.hasRange ? numbers::toText(span.highest) : QString() };
 }
 
 } // namespace cspro

@@ -16,7 +16,7 @@
 #include <memory>
 #include <utility>
 
-/// What the importers of the two CSPro dictionary forms do alike.
+/// Code that the importers of both CSPro dictionary forms share.
 namespace cspro
 {
 
@@ -47,8 +47,7 @@ void readDictionary(Dictionary &dictionary, QString path, ReadReport *report, QS
     dictionary.readFile(std::move(path));
 }
 
-/// Turns items into fields. What neighbours have in common, such as the value labels of the occurrences of an item, is
-/// made once and shared.
+/// Turns items into fields. Neighbours with the same value labels, such as the occurrences of an item, share them.
 class ItemDescriber
 {
 public:
@@ -65,11 +64,14 @@ private:
     };
 
     QString maximumWithoutValues(const TCSProItem &item);
+    /// The labels of an item with a value set; those of the item before where both have the same.
     const Labels &labelsOf(const TCSProItem &item, eVanVarType type);
+    bool hasLabelsOf(const TCSProItem &item, eVanVarType type) const;
+    Labels makeLabels(const TCSProItem &item, eVanVarType type);
 
     Nines nines;
     Labels labels;
-    QString labelsBuffer;                      ///< keeps its room from one item to the next
+    QString labelsBuffer;                      ///< keeps its memory from one item to the next
     const TCSProValueSet *labelsSet = nullptr; ///< the value set that `labels` were made from
     eVanVarType labelsType = vtNone;
 };
