@@ -370,8 +370,9 @@ void addTwins()
 
 } // namespace
 
-// What holds for both importers has a row for each; what holds for one has a test of its own.
-class CSProJsonDataImportTest : public QObject
+// The rules of both importers have a row for each. The rules of the JSON form have tests of their own here, those of
+// the text form in CSProDataImportTest.
+class CSProImportersTest : public QObject
 {
     Q_OBJECT
 
@@ -438,8 +439,34 @@ private Q_SLOTS:
             QCOMPARE(TestAccess::recordTypeStart(moved), 0);
             QCOMPARE(TestAccess::recordTypeLen(moved), 0);
             QCOMPARE(TestAccess::carried(moved), QString("0||0|0|0|"));
+            QCOMPARE(open.importer.getSourceName(), open.file.path());
             QCOMPARE(open.importer.getGroupCount(), 2);
             QCOMPARE(open.fieldCount(), 3);
+        });
+    }
+
+    void pathIsKeptUnchanged_data() { addTwins(); }
+    void pathIsKeptUnchanged()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            const typename decltype(form)::Importer subject(QStringLiteral("no/such/../file.dcf"));
+            QCOMPARE(subject.getSourceName(), QString("no/such/../file.dcf"));
+        });
+    }
+
+    void defaultImporterOpensOnceItHasASource_data() { addTwins(); }
+    void defaultImporterOpensOnceItHasASource()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            using Form = decltype(form);
+            const DictionaryFile file(sample().as(Form::isJson));
+            typename Form::Importer subject;
+            subject.setSourceName(file.path());
+            QVERIFY(static_cast<TDataImport &>(subject).openFile());
+            QCOMPARE(groupsOf(subject), QStringList({ "HOUSE=H", "PERSON=P" }));
+            QCOMPARE(TestAccess::fields(subject)->size(), 3);
         });
     }
 
@@ -530,6 +557,21 @@ private Q_SLOTS:
             QVERIFY(!CanAskTypeStart<Class>::value);
             QVERIFY(!CanAskTypeSize<Class>::value);
         });
+    }
+
+    void everyOperationIsPublicThroughTheBase()
+    {
+        QVERIFY(CanAskId<TDataImport>::value);
+        QVERIFY(CanAskType<TDataImport>::value);
+        QVERIFY(CanOpen<TDataImport>::value);
+        QVERIFY(CanSelect<TDataImport>::value);
+        QVERIFY(CanAskMultiple<TDataImport>::value);
+        QVERIFY(CanCountGroups<TDataImport>::value);
+        QVERIFY(CanAskGroupName<TDataImport>::value);
+        QVERIFY(CanAskGroupValue<TDataImport>::value);
+        QVERIFY(CanAskTypeIndex<TDataImport>::value);
+        QVERIFY(CanAskTypeStart<TDataImport>::value);
+        QVERIFY(CanAskTypeSize<TDataImport>::value);
     }
 
     void operationsOfItsOwnAreProtectedAndOneIsPrivate_data() { addTwins(); }
@@ -646,7 +688,10 @@ private Q_SLOTS:
     {
         QFETCH(QString, importer);
         with(importer, [](auto form) {
-            Open<decltype(form)> open(recordsOf("SECOND=2 FIRST=1 SECOND=2 ="));
+            Dictionary dictionary = recordsOf("SECOND=2 FIRST=1 SECOND=2 =");
+            dictionary.ids = { { "ID" } };
+            Open<decltype(form)> open(dictionary);
+            QCOMPARE(open.fieldNames(), QStringList("ID"));
             QCOMPARE(groupsOf(open.base()), QStringList({ "SECOND=2", "FIRST=1", "SECOND=2", "=" }));
         });
     }
@@ -662,7 +707,10 @@ private Q_SLOTS:
             // clang-format off
             QTest::addRow("%s: an earlier one is longer in front", importer) << importer << "OLD_HOUSE=1 HOUSE=1"  << 1 << "OLD_HOUSE=1";
             QTest::addRow("%s: an earlier one is longer behind", importer)   << importer << "HOUSE=12 HOUSE=1"     << 1 << "HOUSE=12";
+            QTest::addRow("%s: an earlier one is longer both ways", importer) << importer << "OLD_HOUSE=12 HOUSE=1" << 1 << "OLD_HOUSE=12";
             QTest::addRow("%s: the longer one stands later", importer)       << importer << "HOUSE=1 OLD_HOUSE=12" << 0 << "HOUSE=1";
+            QTest::addRow("%s: the longer one is itself", importer)          << importer << "HOUSE=1 OLD_HOUSE=12" << 1 << "OLD_HOUSE=12";
+            QTest::addRow("%s: the first of several longer ones", importer)  << importer << "C=AB B=A AB=AC B=AD B=A" << 3 << "B=AD";
             QTest::addRow("%s: of several the first counts", importer)       << importer << "XA=12 YA=13 A=1"      << 2 << "XA=12";
             QTest::addRow("%s: case counts", importer)                       << importer << "old_house=1 HOUSE=1"  << 1 << "HOUSE=1";
             QTest::addRow("%s: before the list", importer)                   << importer << "A=1 B=2"              << -1 << "";
@@ -679,6 +727,7 @@ private Q_SLOTS:
         with(importer, [&](auto form) {
             Open<decltype(form)> open(recordsOf(records));
             QCOMPARE(open.base().getGroupName(index), records.split(' ').value(index));
+            QCOMPARE(open.base().getGroupName(index).isNull(), index < 0 || index >= open.base().getGroupCount());
             QCOMPARE(open.base().getGroupValue(index), expected);
         });
     }
@@ -701,7 +750,105 @@ private Q_SLOTS:
         });
     }
 
-    // Also outside of the list: an heir may count its groups otherwise. Every entry contains "".
+    void nameThatIsNoEntryHasTheFirstEntryThatContainsItAsItsValue_data()
+    {
+        QTest::addColumn<QString>("importer");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("expected");
+        for (const char *importer : { "text", "json" }) {
+            // clang-format off
+            QTest::addRow("%s: in all entries", importer)         << importer << "="        << "FARMER=1";
+            QTest::addRow("%s: begin of an entry", importer)      << importer << "FARM"     << "FARMER=1";
+            QTest::addRow("%s: begin of a later entry", importer) << importer << "HOUSE"    << "HOUSE=2";
+            QTest::addRow("%s: end of two entries", importer)     << importer << "=2"       << "HOUSE=2";
+            QTest::addRow("%s: middle of an entry", importer)     << importer << "ARM=1"    << "FARM=12";
+            QTest::addRow("%s: empty text", importer)             << importer << ""         << "FARMER=1";
+            QTest::addRow("%s: longer than its entry", importer)  << importer << "HOUSE=2 " << "";
+            QTest::addRow("%s: in another case", importer)        << importer << "house"    << "";
+            // clang-format on
+        }
+    }
+    void nameThatIsNoEntryHasTheFirstEntryThatContainsItAsItsValue()
+    {
+        QFETCH(QString, importer);
+        QFETCH(QString, name);
+        QFETCH(QString, expected);
+        with(importer, [&](auto form) {
+            using Form = decltype(form);
+            const DictionaryFile file(recordsOf("FARMER=1 HOUSE=2 FARM=12 BARN=2").as(Form::isJson));
+            Heir<typename Form::Importer> heir(file.path());
+            TDataImport &base = heir;
+            base.openFile();
+            heir.alias = name;
+            QCOMPARE(base.getGroupValue(0), expected);
+            QCOMPARE(base.getGroupValue(3), expected);
+        });
+    }
+
+    void groupValueComesFromTheEntriesOfTheLastOpening_data() { addTwins(); }
+    void groupValueComesFromTheEntriesOfTheLastOpening()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            using Form = decltype(form);
+            Open<Form> open(recordsOf("OLD_HOUSE=1 HOUSE=1"));
+            QCOMPARE(open.base().getGroupValue(1), QString("OLD_HOUSE=1"));
+
+            open.file.write(recordsOf("PERSON=1 HOUSE=1 ROOM=1").as(Form::isJson));
+            open.base().openFile();
+            QCOMPARE(open.base().getGroupValue(0), QString("PERSON=1"));
+            QCOMPARE(open.base().getGroupValue(1), QString("HOUSE=1"));
+            QCOMPARE(open.base().getGroupValue(2), QString("ROOM=1"));
+            QCOMPARE(open.base().getGroupValue(3), QString());
+
+            // As many entries as before, in another order.
+            open.file.write(recordsOf("WAREHOUSE=1 HOUSE=1 PERSON=1").as(Form::isJson));
+            open.base().openFile();
+            QCOMPARE(open.base().getGroupValue(1), QString("WAREHOUSE=1"));
+            QCOMPARE(open.base().getGroupValue(2), QString("PERSON=1"));
+        });
+    }
+
+    void copiesAnswerTheSameGroupValues_data()
+    {
+        QTest::addColumn<QString>("importer");
+        QTest::addColumn<bool>("askedBefore");
+        for (const char *importer : { "text", "json" }) {
+            QTest::addRow("%s: copied before it was asked", importer) << importer << false;
+            QTest::addRow("%s: copied when it was asked", importer) << importer << true;
+        }
+    }
+    void copiesAnswerTheSameGroupValues()
+    {
+        QFETCH(QString, importer);
+        QFETCH(bool, askedBefore);
+        with(importer, [&](auto form) {
+            using Form = decltype(form);
+            const QStringList expected = { "OLD_HOUSE=1", "OLD_HOUSE=1" };
+            const auto values = [](TDataImport &base) {
+                return QStringList{ base.getGroupValue(0), base.getGroupValue(1) };
+            };
+            Open<Form> open(recordsOf("OLD_HOUSE=1 HOUSE=1"));
+            if (askedBefore)
+                QCOMPARE(values(open.base()), expected);
+            typename Form::Importer copy(open.importer);
+            typename Form::Importer assigned;
+            assigned = open.importer;
+            QCOMPARE(values(copy), expected);
+            QCOMPARE(values(assigned), expected);
+            QCOMPARE(values(open.base()), expected);
+
+            // The entries are shared, so new ones are the copies' too.
+            open.file.write(recordsOf("ROOM=1 HOUSE=1").as(Form::isJson));
+            open.base().openFile();
+            const QStringList renewed = { "ROOM=1", "HOUSE=1" };
+            QCOMPARE(values(copy), renewed);
+            QCOMPARE(values(assigned), renewed);
+            QCOMPARE(values(open.base()), renewed);
+        });
+    }
+
+    // Also outside of the list: a subclass may count its groups otherwise. Every entry contains "".
     void nullNameThatASubclassGivesCountsAsEmpty_data() { addTwins(); }
     void nullNameThatASubclassGivesCountsAsEmpty()
     {
@@ -744,6 +891,19 @@ private Q_SLOTS:
                 QCOMPARE(current(none), -1);
                 QCOMPARE(open.base().getRecordTypeIndex(none), -1);
             }
+        });
+    }
+
+    void currentRecordTypeIsNeverAssigned_data() { addTwins(); }
+    void currentRecordTypeIsNeverAssigned()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            Open<decltype(form)> open(sample());
+            QVERIFY(TestAccess::currentRecordType(open.importer).isNull());
+            QCOMPARE(TestAccess::currentIndex(open.importer), -1);
+            QCOMPARE(open.base().getRecordTypeIndex("H"), 0);
+            QVERIFY(TestAccess::currentRecordType(open.importer).isNull());
         });
     }
 
@@ -818,7 +978,21 @@ private Q_SLOTS:
             QVERIFY(TestAccess::dictionary(open.importer) != former);
             QCOMPARE(former->getItemsCount(), 3);
             QCOMPARE(field->name, QString("AGE"));
+            QCOMPARE(field->item, former->getItem(2));
             QCOMPARE(field->item->record->name, QString("PERSON"));
+        });
+    }
+
+    void secondOpeningOfTheSameFileGivesTheSame_data() { addTwins(); }
+    void secondOpeningOfTheSameFileGivesTheSame()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            Open<decltype(form)> open(sample());
+            const QStringList names = open.fieldNames();
+            QVERIFY(open.base().openFile());
+            QCOMPARE(open.fieldNames(), names);
+            QCOMPARE(open.base().getGroupCount(), 2);
         });
     }
 
@@ -872,6 +1046,7 @@ private Q_SLOTS:
                 QVERIFY(!TestAccess::optionalAtStart(*field));
                 QVERIFY(field->hasDecimalChar);
             }
+            QCOMPARE(open.importer.fieldByName("AGE"), static_cast<TGenericField *>(open.field(2)));
             const auto *rooms = open.field(1);
             QCOMPARE(rooms->label, QString("Rooms"));
             QCOMPARE(rooms->start, 8);
@@ -890,6 +1065,12 @@ private Q_SLOTS:
             TestAccess::copyDataFromDictionary(subject);
             QVERIFY(TestAccess::fields(subject)->isEmpty());
             QVERIFY(!TestAccess::dictionary(subject));
+
+            typename decltype(form)::Importer unopened(QStringLiteral("a.dcf"));
+            TestAccess::copyDataFromDictionary(unopened);
+            QVERIFY(TestAccess::fields(unopened)->isEmpty());
+            QVERIFY(!TestAccess::dictionary(unopened));
+            QCOMPARE(unopened.getGroupCount(), 0);
         });
     }
 
@@ -902,6 +1083,7 @@ private Q_SLOTS:
             TestAccess::copyDataFromDictionary(open.importer);
             QCOMPARE(open.fieldNames(), QStringList({ "AREA", "ROOMS", "AGE", "AREA", "ROOMS", "AGE" }));
             QCOMPARE(open.field(3)->item, open.field(0)->item);
+            QVERIFY(open.field(3) != open.field(0));
             QCOMPARE(open.importer.fieldByName("AREA"), static_cast<TGenericField *>(open.field(3)));
         });
     }
@@ -915,6 +1097,34 @@ private Q_SLOTS:
             QCOMPARE(open.field(0)->getGroup(), QString("Common"));
             QCOMPARE(open.field(1)->getGroup(), QString("HOUSE"));
             QCOMPARE(open.field(2)->getGroup(), QString("PERSON"));
+            const QStringList groups = groupsOf(open.base());
+            QVERIFY(groups.filter("Common", Qt::CaseInsensitive).isEmpty());
+            QVERIFY(groups.filter("_COMMON_").isEmpty());
+        });
+    }
+
+    void itemWithoutARecordHasNoGroup_data() { addTwins(); }
+    void itemWithoutARecordHasNoGroup()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            Open<decltype(form)> open(sample());
+            open.field(0)->item->record = nullptr;
+            TestAccess::copyDataFromDictionary(open.importer);
+            QVERIFY(!open.field(0)->group.isEmpty());
+            QCOMPARE(open.field(3)->name, open.field(0)->name);
+            QCOMPARE(open.field(3)->group, QString());
+        });
+    }
+
+    void twoItemsOfOneNameAreTwoFieldsAndTheLastIsFound_data() { addTwins(); }
+    void twoItemsOfOneNameAreTwoFieldsAndTheLastIsFound()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            Open<decltype(form)> open(recordsOnly({ { "R", "1", { { "X", "", 1 }, { "X", "", 9 } } } }));
+            QCOMPARE(open.fieldCount(), 2);
+            QCOMPARE(open.importer.fieldByName("X")->start, 9);
         });
     }
 
@@ -1189,6 +1399,8 @@ private Q_SLOTS:
         QCOMPARE(static_cast<TDataImport &>(nameless).getDataProviderId(), QString("CSPRO8_"));
         TCSProDataImport twin(QStringLiteral("a/../b.dcf"));
         QCOMPARE(static_cast<TDataImport &>(twin).getDataProviderId(), QString("CSPRO_a/../b.dcf"));
+        TCSProDataImport namelessTwin;
+        QCOMPARE(static_cast<TDataImport &>(namelessTwin).getDataProviderId(), QString("CSPRO_"));
     }
 
     void providerTypeStaysUnsetAndIsNoError()
@@ -1479,6 +1691,53 @@ private Q_SLOTS:
         QVERIFY(!provider.getFieldFromRecord("AREA", "HOUSE"));
     }
 
+    void fieldOfTheCommonRecordAnswersToCommonInAnyCase_data() { addTwins(); }
+    void fieldOfTheCommonRecordAnswersToCommonInAnyCase()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            Open<decltype(form)> open(sample());
+            TVpDataProvider provider;
+            provider.genericGetFieldsFrom(&open.importer);
+            QVERIFY(provider.getFieldFromRecord("AREA", "COMMON"));
+            QVERIFY(provider.getFieldFromRecord("AREA", "Common"));
+            QCOMPARE(provider.getFieldFromRecord("AREA", "COMMON")->group, QString("Common"));
+            QVERIFY(!provider.getFieldFromRecord("AREA", "_COMMON_"));
+            QVERIFY(!provider.getFieldFromRecord("AREA", "HOUSE"));
+            QVERIFY(provider.getFieldFromRecord("AGE", "person"));
+            QVERIFY(!provider.getFieldFromRecord("AGE", "COMMON"));
+        });
+    }
+
+    void fieldWithoutGroupAnswersToAnyRecord_data() { addTwins(); }
+    void fieldWithoutGroupAnswersToAnyRecord()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            Open<decltype(form)> open(Dictionary{ 1, 0, { { "ID" } }, {} });
+            TVpDataProvider provider;
+            provider.genericGetFieldsFrom(&open.importer);
+            QVERIFY(provider.getFieldFromRecord("ID", "COMMON"));
+            QVERIFY(provider.getFieldFromRecord("ID", "anything"));
+        });
+    }
+
+    void providerOfAnUnopenedImporterHasNoFields_data() { addTwins(); }
+    void providerOfAnUnopenedImporterHasNoFields()
+    {
+        QFETCH(QString, importer);
+        with(importer, [](auto form) {
+            using Form = decltype(form);
+            const DictionaryFile file(sample().as(Form::isJson));
+            typename Form::Importer subject(file.path());
+            TVpDataProvider provider;
+            QVERIFY(provider.genericGetFieldsFrom(&subject));
+            QVERIFY(provider.getFields()->isEmpty());
+            QCOMPARE(provider.getRecordTypeSize(), 0);
+            QCOMPARE(provider.getLayoutFileName(), file.path());
+        });
+    }
+
     void providerOfAnotherTypeKeepsItsFormerType()
     {
         Open<TextForm> text(sample());
@@ -1493,5 +1752,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CSProJsonDataImportTest)
-#include "CSProJsonDataImportTest.moc"
+QTEST_GUILESS_MAIN(CSProImportersTest)
+#include "CSProImportersTest.moc"
