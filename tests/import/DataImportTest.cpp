@@ -3,6 +3,7 @@
 #include "support/Callable.h"
 #include "support/DebugCapture.h"
 #include "support/FakeImporter.h"
+#include "support/NamedNumber.h"
 #include "support/VirtualSlot.h"
 
 #include <QDir>
@@ -24,10 +25,11 @@ struct TestAccess {
             names.append(entry.first);
         return names;
     }
-    static QList<qint64> states(const TDataImport &importer)
+    static QStringList states(const TDataImport &importer)
     {
-        return { importer.state1, qint64(importer.stateFlag1), importer.state2, qint64(importer.stateFlag2),
-                 importer.state3, qint64(importer.stateFlag3) };
+        return { named("state1", importer.state1), named("stateFlag1", importer.stateFlag1),
+                 named("state2", importer.state2), named("stateFlag2", importer.stateFlag2),
+                 named("state3", importer.state3), named("stateFlag3", importer.stateFlag3) };
     }
     static QStringList stateList(const TDataImport &importer) { return importer.stateList; }
     static void fillUnread(TDataImport &importer)
@@ -145,7 +147,7 @@ private Q_SLOTS:
         QCOMPARE(importer->getSourceName(), named ? QString("any/name.x") : QString());
         QCOMPARE(importer->getDataSourceName(), QString());
         QCOMPARE(TestAccess::baseText(*importer), QString());
-        QCOMPARE(TestAccess::states(*importer), QList<qint64>({ 0, 0, 0, 0, 0, 0 }));
+        QCOMPARE(nonZero(TestAccess::states(*importer)), QStringList());
         QCOMPARE(TestAccess::stateValue(*importer), 0.0);
         QCOMPARE(TestAccess::stateList(*importer), QStringList());
         QVERIFY(TestAccess::fields(*importer));
@@ -190,7 +192,9 @@ private Q_SLOTS:
         QCOMPARE(copy.getSourceName(), QString("layout.dcf"));
         QCOMPARE(copy.getDataSourceName(), importer.getDataSourceName());
         QCOMPARE(TestAccess::baseText(copy), QString("base"));
-        QCOMPARE(TestAccess::states(copy), QList<qint64>({ 1, 1, Q_INT64_C(2000000000000), 1, 3, 1 }));
+        QCOMPARE(TestAccess::states(copy),
+                 QStringList({ "state1=1", "stateFlag1=1", "state2=2000000000000", "stateFlag2=1", "state3=3",
+                               "stateFlag3=1" }));
         QCOMPARE(TestAccess::stateValue(copy), 1.0);
         QCOMPARE(TestAccess::stateList(copy), QStringList({ "a", "b" }));
         QCOMPARE(TestAccess::fields(copy), TestAccess::fields(importer));
@@ -230,7 +234,7 @@ private Q_SLOTS:
         QCOMPARE(moved.getSourceName(), QString());
         QCOMPARE(moved.getDataSourceName(), QString());
         QCOMPARE(TestAccess::baseText(moved), QString());
-        QCOMPARE(TestAccess::states(moved), QList<qint64>({ 0, 0, 0, 0, 0, 0 }));
+        QCOMPARE(nonZero(TestAccess::states(moved)), QStringList());
         QCOMPARE(TestAccess::stateValue(moved), 0.0);
         QCOMPARE(TestAccess::stateList(moved), QStringList());
         QCOMPARE(TestAccess::fields(moved), nullptr);
@@ -797,11 +801,11 @@ private Q_SLOTS:
         QTest::addColumn<QList<int>>("types");
         QTest::addColumn<QStringList>("expected");
         // clang-format off
-        QTest::newRow("each type")                  << QList<int>({1, 2, 3}) << QStringList({"INTEGER", "REAL", "STRING"});
-        QTest::newRow("no type first")              << QList<int>({0, 1})    << QStringList({"", "INTEGER"});
-        QTest::newRow("no type takes the former's") << QList<int>({1, 0})    << QStringList({"INTEGER", "INTEGER"});
-        QTest::newRow("for as long as no type comes") << QList<int>({3, 0, 0, 2, 0}) << QStringList({"STRING", "STRING", "STRING", "REAL", "REAL"});
-        QTest::newRow("unknown type as no type")    << QList<int>({2, 4, -1}) << QStringList({"REAL", "REAL", "REAL"});
+        QTest::newRow("each type")                  << QList<int>({vtInteger, vtReal, vtString}) << QStringList({"INTEGER", "REAL", "STRING"});
+        QTest::newRow("no type first")              << QList<int>({vtNone, vtInteger})    << QStringList({"", "INTEGER"});
+        QTest::newRow("no type takes the former's") << QList<int>({vtInteger, vtNone})    << QStringList({"INTEGER", "INTEGER"});
+        QTest::newRow("for as long as no type comes") << QList<int>({vtString, vtNone, vtNone, vtReal, vtNone}) << QStringList({"STRING", "STRING", "STRING", "REAL", "REAL"});
+        QTest::newRow("unknown type as no type")    << QList<int>({vtReal, 4, -1}) << QStringList({"REAL", "REAL", "REAL"});
         // clang-format on
     }
     void fieldTypeNamesTheType()

@@ -120,6 +120,15 @@ private Q_SLOTS:
     void bigFileWhoseDictionaryBreaksOffIsRefused_data()
     {
         QTest::addColumn<QByteArray>("tail");
+        constexpr int numeric = 0;
+        constexpr int noLabel = 0;
+        constexpr int hasLabel = 1;
+        constexpr int noLabels = 0;
+        constexpr int twoLabels = 2;
+        constexpr int fiveVariables = 5;
+        constexpr int bytesEach = 1;
+        constexpr int count = 50;
+        constexpr int oneLine = 1;
         const auto addRow = [](const char *name, std::initializer_list<qint32> numbers) {
             SpssBytes record;
             record.bytes.clear();
@@ -129,25 +138,28 @@ private Q_SLOTS:
         QTest::newRow("nothing more") << QByteArray();
         QTest::newRow("type cut off") << QByteArray("\2\0\0", 3);
         addRow("unknown type", { 5 });
-        addRow("end, filler missing", { 999 });
-        addRow("extension, subtype missing", { 7 });
-        addRow("extension, size missing", { 7, 13 });
-        addRow("extension, count missing", { 7, 13, 1 });
-        addRow("extension, bytes missing", { 7, 13, 1, 50 });
-        addRow("sets of labels, bytes missing", { 7, 21, 1, 50 });
-        addRow("variable, numbers missing", { 2, 0, 0 });
-        addRow("variable, the rest missing", { 2, 0, 0, 0 });
-        addRow("variable, size of label missing", { 2, 0, 1, 0, 0, 0, 0, 0 });
-        addRow("labels, number missing", { 3 });
-        addRow("labels, all missing", { 3, 2 });
-        addRow("labels, size missing", { 3, 2, 0, 0 });
-        addRow("labels, no variables", { 3, 0 });
-        addRow("labels, another record", { 3, 0, 2, 0 });
-        addRow("labels, number of variables missing", { 3, 0, 4 });
-        addRow("labels, variables missing", { 3, 0, 4, 5 });
-        addRow("labelled variables alone", { 4, 0, 999, 0 });
-        addRow("documents, number missing", { 6 });
-        addRow("documents, lines missing", { 6, 1 });
+        addRow("end, filler missing", { SpssBytes::endRecord });
+        addRow("extension, subtype missing", { SpssBytes::extensionRecord });
+        addRow("extension, size missing", { SpssBytes::extensionRecord, SpssBytes::longNames });
+        addRow("extension, count missing", { SpssBytes::extensionRecord, SpssBytes::longNames, bytesEach });
+        addRow("extension, bytes missing", { SpssBytes::extensionRecord, SpssBytes::longNames, bytesEach, count });
+        addRow("sets of labels, bytes missing",
+               { SpssBytes::extensionRecord, SpssBytes::longTextLabels, bytesEach, count });
+        addRow("variable, numbers missing", { SpssBytes::variableRecord, numeric, noLabel });
+        addRow("variable, the rest missing", { SpssBytes::variableRecord, numeric, noLabel, 0 });
+        addRow("variable, size of label missing", { SpssBytes::variableRecord, numeric, hasLabel, 0, 0, 0, 0, 0 });
+        addRow("labels, number missing", { SpssBytes::labelsRecord });
+        addRow("labels, all missing", { SpssBytes::labelsRecord, twoLabels });
+        addRow("labels, size missing", { SpssBytes::labelsRecord, twoLabels, 0, 0 });
+        addRow("labels, no variables", { SpssBytes::labelsRecord, noLabels });
+        addRow("labels, another record", { SpssBytes::labelsRecord, noLabels, SpssBytes::variableRecord, 0 });
+        addRow("labels, number of variables missing",
+               { SpssBytes::labelsRecord, noLabels, SpssBytes::labelledVariablesRecord });
+        addRow("labels, variables missing",
+               { SpssBytes::labelsRecord, noLabels, SpssBytes::labelledVariablesRecord, fiveVariables });
+        addRow("labelled variables alone", { SpssBytes::labelledVariablesRecord, 0, SpssBytes::endRecord, 0 });
+        addRow("documents, number missing", { SpssBytes::documentsRecord });
+        addRow("documents, lines missing", { SpssBytes::documentsRecord, oneLine });
     }
     void bigFileWhoseDictionaryBreaksOffIsRefused()
     {
@@ -166,7 +178,8 @@ private Q_SLOTS:
     void documentsDoNotHideVariables()
     {
         SpssBytes file;
-        file.numbers({ 6, 0x0CCCCCCD }); // lines, which times 80 are 16 bytes in 32 bits, and 17 GB in 64
+        constexpr int lines = 0x0CCCCCCD; // times 80 bytes, this is 16 in 32 bits, and 17 GB in 64
+        file.numbers({ SpssBytes::documentsRecord, lines });
         file.bytes += QByteArray(16, ' ');
         file.variables(SpssDictionary::mostLongNames + 1);
         file.extension(SpssBytes::longNames);

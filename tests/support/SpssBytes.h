@@ -10,6 +10,13 @@
 class SpssBytes
 {
 public:
+    // types of records
+    static constexpr int variableRecord = 2;
+    static constexpr int labelsRecord = 3;
+    static constexpr int labelledVariablesRecord = 4;
+    static constexpr int documentsRecord = 6;
+    static constexpr int extensionRecord = 7;
+    static constexpr int endRecord = 999;
     // types of extension records
     static constexpr int longNames = 13;
     static constexpr int veryLongTexts = 14;
@@ -20,8 +27,10 @@ public:
     explicit SpssBytes(bool bigEndian = false)
         : isBigEndian(bigEndian)
     {
+        constexpr int layoutCode = 2;
+        constexpr int unknownCount = -1;
         bytes = QByteArray("$FL2").leftJustified(64, ' ');
-        numbers({ 2, -1, 0, 0, 0 });
+        numbers({ layoutCode, unknownCount, 0, 0, 0 });
         bytes += QByteArray(8, '\0') + "01 Jan 2000:00:00" + QByteArray(67, ' ');
     }
 
@@ -43,7 +52,7 @@ public:
     void variable(const QByteArray &name, int hasLabel = 0, int missingValues = 0, int width = 0)
     {
         const int format = width > 0 ? 0x010000 | width << 8 : 0x050800;
-        numbers({ 2, width, hasLabel, missingValues, format, format });
+        numbers({ variableRecord, width, hasLabel, missingValues, format, format });
         bytes += name.leftJustified(8, ' ');
     }
     /// Variables with the names of nameOf(); some with more behind them unless they \a areBare.
@@ -67,7 +76,7 @@ public:
     /// A further part of a text.
     void part(int hasLabel = 0, int missingValues = 0)
     {
-        numbers({ 2, -1, hasLabel, missingValues, 0, 0 });
+        numbers({ variableRecord, -1, hasLabel, missingValues, 0, 0 });
         bytes += QByteArray(8, ' ');
     }
     void parts(int count)
@@ -77,22 +86,22 @@ public:
     }
     void valueLabels()
     {
-        numbers({ 3, 2 });
+        numbers({ labelsRecord, 2 });
         bytes += QByteArray(8, '\0') + '\3' + "Yes" + QByteArray(4, ' ');
         bytes += QByteArray(8, '\1') + '\7' + "Perhaps";
-        numbers({ 4, 1, 1 });
+        numbers({ labelledVariablesRecord, 1, 1 });
     }
     void documents()
     {
-        numbers({ 6, 2 });
+        numbers({ documentsRecord, 2 });
         bytes += QByteArray(160, ' ');
     }
     void extension(int subtype, const QByteArray &content = "V0=longname")
     {
-        numbers({ 7, subtype, 1, content.size() });
+        numbers({ extensionRecord, subtype, 1, content.size() });
         bytes += content;
     }
-    void end() { numbers({ 999, 0 }); }
+    void end() { numbers({ endRecord, 0 }); }
 
     static QByteArray nameOf(int index) { return "V" + QByteArray::number(index, 36).toUpper(); }
 

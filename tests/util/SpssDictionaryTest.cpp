@@ -159,11 +159,13 @@ private Q_SLOTS:
             = [](const char *name, bool isWhole, auto fill) { QTest::newRow(name) << recordsOf(fill) << isWhole; };
         // 32 bits make 16 bytes of these lines.
         addRow("documents beyond 32 bits", true, [](SpssBytes &file) {
-            file.numbers({ 6, 0x0CCCCCCD });
+            file.numbers({ SpssBytes::documentsRecord, 0x0CCCCCCD });
             file.bytes += QByteArray(16, ' ');
         });
-        addRow("documents beyond 31 bits", false, [](SpssBytes &file) { file.numbers({ 6, -5 }); });
-        addRow("no documents", true, [](SpssBytes &file) { file.numbers({ 6, 0 }); });
+        addRow("documents beyond 31 bits", false, [](SpssBytes &file) {
+            file.numbers({ SpssBytes::documentsRecord, -5 });
+        });
+        addRow("no documents", true, [](SpssBytes &file) { file.numbers({ SpssBytes::documentsRecord, 0 }); });
         addRow("four missing values", false, [](SpssBytes &file) {
             file.variable("B", 0, 4);
             file.bytes += QByteArray(32, '\0');
@@ -183,27 +185,33 @@ private Q_SLOTS:
             file.bytes += QByteArray(8, '\0');
         });
         addRow("part with another number below 0", true, [](SpssBytes &file) {
-            file.numbers({ 2, -5, 0, 0, 0, 0 });
+            file.numbers({ SpssBytes::variableRecord, -5, 0, 0, 0, 0 });
             file.bytes += QByteArray(8, ' ');
         });
         addRow("extension of no size", false, [](SpssBytes &file) {
-            file.numbers({ 7, SpssBytes::attributes, 0, 5 });
+            file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, 0, 5 });
         });
         addRow("extension of no elements", false, [](SpssBytes &file) {
-            file.numbers({ 7, SpssBytes::attributes, 5, 0 });
+            file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, 5, 0 });
         });
         // As a place in a file this is 8 GB in front of the record.
-        addRow("largest extension", false, [](SpssBytes &file) { file.numbers({ 7, SpssBytes::attributes, -1, -1 }); });
+        addRow("largest extension", false, [](SpssBytes &file) {
+            file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, -1, -1 });
+        });
         addRow("extension as large as memory is given for", true, [](SpssBytes &file) {
-            file.numbers({ 7, SpssBytes::attributes, 1, 0xFFF000 });
+            file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, 1, 0xFFF000 });
             file.bytes += QByteArray(0xFFF000, ' ');
         });
         addRow("larger extension", false, [](SpssBytes &file) {
-            file.numbers({ 7, SpssBytes::attributes, 1, 0xFFF001 });
+            file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, 1, 0xFFF001 });
             file.bytes += QByteArray(0xFFF001, ' ');
         });
-        addRow("no labels", true, [](SpssBytes &file) { file.numbers({ 3, 0, 4, 0 }); });
-        addRow("labels with another record behind them", false, [](SpssBytes &file) { file.numbers({ 3, 0, 5, 0 }); });
+        addRow("no labels", true, [](SpssBytes &file) {
+            file.numbers({ SpssBytes::labelsRecord, 0, SpssBytes::labelledVariablesRecord, 0 });
+        });
+        addRow("labels with another record behind them", false, [](SpssBytes &file) {
+            file.numbers({ SpssBytes::labelsRecord, 0, 5, 0 });
+        });
         addRow("as many labels as memory is given for", true, [](SpssBytes &file) { labels(file, 232960); });
         addRow("more labels", false, [](SpssBytes &file) { labels(file, 232961); });
         addRow("as many labelled variables as memory is given for", true,
@@ -245,7 +253,7 @@ private Q_SLOTS:
     {
         for (const int lines : { 2, 0x0CCCCCCD }) {
             SpssBytes file;
-            file.numbers({ 6, lines });
+            file.numbers({ SpssBytes::documentsRecord, lines });
             file.bytes += QByteArray(lines == 2 ? 160 : 16, ' ');
             file.variable("A");
             file.end();
@@ -295,7 +303,7 @@ private Q_SLOTS:
         const QByteArray between = recordsOf([&](SpssBytes &records) {
             records.numbers({ 0, 1, 0, 0x050800, 0x050800, 0, 0, hidden.size() });
         });
-        file.numbers({ 7, SpssBytes::attributes, between.size() / 2, 2 });
+        file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, between.size() / 2, 2 });
         file.bytes += between + hidden;
         file.end();
         const QString path = write(file.bytes);
@@ -391,14 +399,14 @@ private Q_SLOTS:
 private:
     static void labels(SpssBytes &file, int count)
     {
-        file.numbers({ 3, count });
+        file.numbers({ SpssBytes::labelsRecord, count });
         file.bytes += (QByteArray(8, '\0') + '\3' + "Yes    ").repeated(count);
-        file.numbers({ 4, 1, 1 });
+        file.numbers({ SpssBytes::labelledVariablesRecord, 1, 1 });
     }
 
     static void labelled(SpssBytes &file, int count)
     {
-        file.numbers({ 3, 0, 4, count });
+        file.numbers({ SpssBytes::labelsRecord, 0, SpssBytes::labelledVariablesRecord, count });
         file.bytes += QByteArray("\1\0\0\0", 4).repeated(count);
     }
 
@@ -408,7 +416,7 @@ private:
         for (const bool isBigEndian : { false, true }) {
             SpssBytes part(isBigEndian);
             part.bytes.clear();
-            part.numbers({ 2, -1 });
+            part.numbers({ SpssBytes::variableRecord, -1 });
             const QByteArray bare = part.bytes + QByteArray(8, '\0');
             if (bytes.count(part.bytes) != bytes.count(bare))
                 return true;
