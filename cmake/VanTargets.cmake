@@ -51,7 +51,7 @@ function(van_moc target source)
     set(directories "$<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>")
     file(GENERATE OUTPUT ${folder}/${name}.arguments CONTENT
         "$<$<BOOL:${directories}>:-I$<JOIN:${directories},\n-I>\n>--include\n${predefined}\n-o\n${folder}/${name}.moc\n${CMAKE_CURRENT_SOURCE_DIR}/${source}\n")
-    add_custom_command(OUTPUT ${folder}/${name}.moc COMMAND Qt5::moc @${folder}/${name}.arguments
+    add_custom_command(OUTPUT ${folder}/${name}.moc COMMAND ${VAN_QT}::moc @${folder}/${name}.arguments
         DEPENDS ${source} ${folder}/${name}.arguments ${predefined} VERBATIM)
     add_dependencies(${target} van_moc_predefined)
     target_sources(${target} PRIVATE ${folder}/${name}.moc)
@@ -67,7 +67,7 @@ function(van_use_test_headers target)
         file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/headers.cpp "")
         add_library(van_test_headers OBJECT ${CMAKE_CURRENT_BINARY_DIR}/headers.cpp)
         van_own_code(van_test_headers)
-        target_link_libraries(van_test_headers PRIVATE Qt5::Widgets Qt5::Test)
+        target_link_libraries(van_test_headers PRIVATE ${VAN_QT}::Widgets ${VAN_QT}::Test)
         target_precompile_headers(van_test_headers PRIVATE <QtTest> <algorithm> <functional> <limits> <map> <memory>
             <random> <string> <vector>)
     endif()
@@ -88,7 +88,7 @@ function(van_add_test source)
         VAN_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
         VAN_EXAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/../examples"
         VAN_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus")
-    target_link_libraries(${name} PRIVATE van_objects Qt5::Test van_fast_link)
+    target_link_libraries(${name} PRIVATE van_objects ${VAN_QT}::Test van_fast_link)
     if(room STREQUAL layout)
         target_link_libraries(${name} PRIVATE vanlayout_objects)
         target_include_directories(${name} SYSTEM PRIVATE ${RAPIDJSON_INCLUDE_DIR})

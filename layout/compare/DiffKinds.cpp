@@ -123,9 +123,9 @@ QString wordOf(DiffKind kind)
 std::optional<DiffKind> diffKindOf(const QString &word)
 {
     const QVector<DiffKindInfo> &infos = diffKinds();
-    const auto *const found = std::find_if(infos.begin(), infos.end(), [&](const DiffKindInfo &info) {
-        return info.word.compare(word, Qt::CaseInsensitive) == 0;
-    });
+    const QVector<DiffKindInfo>::const_iterator found
+        = std::find_if(infos.begin(), infos.end(),
+                       [&](const DiffKindInfo &info) { return info.word.compare(word, Qt::CaseInsensitive) == 0; });
     return found != infos.end() ? std::optional(found->kind) : std::nullopt;
 }
 

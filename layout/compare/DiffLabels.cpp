@@ -230,8 +230,9 @@ void LabelComparison::compare(const Labels &before, const Labels &after, int lon
     const QVector<Own> ofAfter = ownTexts(after, After);
     const QString firstBefore = before.primary();
     const QString firstAfter = after.primary();
-    const Own *one = ofBefore.begin();
-    const Own *other = ofAfter.begin();
+    QVector<Own>::const_iterator one = ofBefore.begin();
+    QVector<Own>::const_iterator other = ofAfter.begin();
+    const int count = shared.size();
     // The first language also where neither label has a text of its own in it.
     for (int language = 0; language == 0 || one != ofBefore.end() || other != ofAfter.end();) {
         const bool hasBefore = one != ofBefore.end() && one->shared == language;
@@ -243,8 +244,8 @@ void LabelComparison::compare(const Labels &before, const Labels &after, int lon
             differ(shared.at(language).code, textBefore, textAfter);
         one += hasBefore ? 1 : 0;
         other += hasAfter ? 1 : 0;
-        language = std::min(one != ofBefore.end() ? one->shared : shared.size(),
-                            other != ofAfter.end() ? other->shared : shared.size());
+        language
+            = std::min(one != ofBefore.end() ? one->shared : count, other != ofAfter.end() ? other->shared : count);
     }
 }
 

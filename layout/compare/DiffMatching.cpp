@@ -1,5 +1,7 @@
 #include "compare/DiffMatching_p.h"
 
+#include "util/Numbers_p.h"
+
 namespace vanlayout
 {
 
@@ -76,7 +78,7 @@ OccurrenceName occurrenceNameOf(const QString &name)
 {
     const int mark = name.lastIndexOf(QLatin1Char('_'));
     bool isNumber = false;
-    const int number = name.midRef(mark + 1).toInt(&isNumber);
+    const int number = numbers::toInt(QStringView(name).mid(mark + 1), &isNumber);
     return mark > 0 && isNumber ? OccurrenceName{ name.left(mark).toCaseFolded(), number } : OccurrenceName();
 }
 
@@ -138,7 +140,7 @@ ItemList::ItemList(const Layout &layout, const DiffScope &scope)
 
 void ItemList::begin(const Level *level, const Record *record, int depth)
 {
-    containerList.append({ level, record, depth, itemList.size(), 0 });
+    containerList.append({ level, record, depth, int(itemList.size()), 0 });
 }
 
 void ItemList::append(const QVector<Item> &items, const DiffScope &scope)
@@ -149,7 +151,7 @@ void ItemList::append(const QVector<Item> &items, const DiffScope &scope)
             parent = itemList.size();
         if (!scope.holdsType(item))
             continue;
-        itemList.append({ &item, item.isSubitem ? parent : Pairing::none, containerList.size() - 1 });
+        itemList.append({ &item, item.isSubitem ? parent : Pairing::none, int(containerList.size()) - 1 });
         ++containerList.last().itemCount;
     }
 }

@@ -1,5 +1,7 @@
 #include "compare/DiffScope_p.h"
 
+#include "util/Numbers_p.h"
+
 #include <algorithm>
 
 namespace vanlayout
@@ -50,7 +52,7 @@ const char ofData[] = "it is of the data, not of their layout";
 bool isStataCode(const QString &code)
 {
     bool isNumber = false;
-    code.toInt(&isNumber);
+    numbers::toInt(code, &isNumber);
     return isNumber || (code.startsWith(QLatin1Char('.')) && code.size() == 2);
 }
 

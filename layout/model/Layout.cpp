@@ -94,7 +94,7 @@ auto tied(const Layout &layout)
 
 QString Labels::in(const QString &language) const
 {
-    const auto *const found = std::find_if(parts.begin(), parts.end(), [&](const Label &part) {
+    const QVector<Label>::const_iterator found = std::find_if(parts.begin(), parts.end(), [&](const Label &part) {
         return !part.text.isEmpty() && isSameCode(part.language, language);
     });
     return found != parts.end() ? found->text : primary();
@@ -102,8 +102,8 @@ QString Labels::in(const QString &language) const
 
 const Problem *Layout::error() const
 {
-    const auto *const found = std::find_if(problems.begin(), problems.end(),
-                                           [](const Problem &problem) { return problem.severity == Severity::Error; });
+    const QVector<Problem>::const_iterator found = std::find_if(
+        problems.begin(), problems.end(), [](const Problem &problem) { return problem.severity == Severity::Error; });
     return found != problems.end() ? &*found : nullptr;
 }
 

@@ -23,7 +23,7 @@ bool hasLanguageTwice(const QVector<Label> &parts)
         return !std::all_of(parts.begin(), parts.end(),
                             [&names](const Label &part) { return names.insert(part.language.toUpper()).second; });
     }
-    for (const Label *part = parts.begin(); part != parts.end(); ++part)
+    for (QVector<Label>::const_iterator part = parts.begin(); part != parts.end(); ++part)
         if (std::any_of(part + 1, parts.end(), [part](const Label &other) {
                 return part->language.compare(other.language, Qt::CaseInsensitive) == 0;
             }))

@@ -235,7 +235,7 @@ Labels CSProTextReader::labelsIn(std::string_view text, int line)
 void CSProTextReader::checkPartCount(int parts, int line)
 {
     const bool isTooEarly = !level && !areLanguagesRead;
-    if (parts > std::max(1, layout.languages.size()) && !isTooEarly)
+    if (parts > std::max(1, int(layout.languages.size())) && !isTooEarly)
         inform("label-without-language",
                QStringLiteral("the label has %1 parts, but %2 languages are declared")
                    .arg(parts)

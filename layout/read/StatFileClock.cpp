@@ -37,7 +37,7 @@ ClockPlace placeOf(Format format, const QByteArray &head)
     }
     constexpr const char *pattern = R"((?<day>\d+) (?<month>[A-Za-z]{3}) (?<year>\d+) +(?<hour>\d+):(?<minute>\d+))";
     if (head.startsWith('<'))
-        return {pattern, 0, head.indexOf("</label><timestamp>"), -1};
+        return {pattern, 0, int(head.indexOf("</label><timestamp>")), -1};
     const bool hasShortLabel = static_cast<uchar>(head.at(0)) < 108;
     // In some files the clock begins one byte early, in the last byte of the label.
     return {pattern, 0, hasShortLabel ? 41 : 90, 19};

@@ -192,7 +192,7 @@ namespace
 // A form may have a label for each code and language of a value.
 qint64 labelCount(const Value &value)
 {
-    return qint64(std::max(value.ranges.size(), 1)) * std::max(value.labels.parts.size(), 1);
+    return qint64(std::max(int(value.ranges.size()), 1)) * std::max(int(value.labels.parts.size()), 1);
 }
 
 qint64 labelCount(const ValueSet &set)

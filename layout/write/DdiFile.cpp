@@ -2,6 +2,7 @@
 
 #include "DdiElements_p.h"
 #include "Wording_p.h"
+#include "util/Numbers_p.h"
 
 #include <algorithm>
 
@@ -196,7 +197,7 @@ QString ddiRecordTypeFormat(const Layout &layout)
     for (const Level &level : layout.levels) {
         for (const Record &record : level.records) {
             bool isNumber = false;
-            record.recordType.toInt(&isNumber);
+            numbers::toInt(record.recordType, &isNumber);
             if (!isNumber)
                 return QStringLiteral("character");
         }

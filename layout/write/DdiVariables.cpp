@@ -39,7 +39,7 @@ DdiVariables::DdiVariables(const Layout &layout)
 // The ids of the levels above have been added with these.
 void DdiVariables::addLevel(const Layout &layout, int number)
 {
-    DdiLevel level{ &layout.levels.at(number), { end(), 0 }, { records.size(), 0 } };
+    DdiLevel level{ &layout.levels.at(number), { end(), 0 }, { int(records.size()), 0 } };
     int idsAbove = 0;
     for (const DdiLevel &above : qAsConst(levels))
         idsAbove += above.ids.size();

@@ -282,7 +282,7 @@ private:
         if (codes.isEmpty())
             return;
         const auto isBlank = [](const MissingCode &missing) { return missing.code.isEmpty(); };
-        const auto *const blank = std::find_if(codes.begin(), codes.end(), isBlank);
+        const QVector<MissingCode>::const_iterator blank = std::find_if(codes.begin(), codes.end(), isBlank);
         array("missingValues", [&] {
             writeMissingValue(blank == codes.end() ? MissingCode() : *blank);
             for (const MissingCode &missing : codes) {

@@ -62,7 +62,7 @@ bool isOnce(const Record &record)
 int setHeads(QVector<Table> &tables, int first, int headAbove)
 {
     const auto isHead = [](const Table &table) { return table.isKeyed && table.record->required; };
-    const auto *const found = std::find_if(tables.cbegin() + first, tables.cend(), isHead);
+    const QVector<Table>::const_iterator found = std::find_if(tables.cbegin() + first, tables.cend(), isHead);
     const int head = found == tables.cend() ? headAbove : int(found - tables.cbegin());
     for (int i = first; i < tables.size(); ++i)
         tables[i].head = i == head ? headAbove : head;

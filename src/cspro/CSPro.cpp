@@ -4,6 +4,7 @@
 #include "cspro/TextFileReader_p.h"
 #include "import/Constants.h"
 #include "util/FileReading_p.h"
+#include "util/NumberCharacter_p.h"
 #include "util/Numbers_p.h"
 #include "util/TextFile_p.h"
 
@@ -59,7 +60,7 @@ std::optional<QStringView> valueIn(QStringView line)
 
 VpErrorManager *invalidContents(int index)
 {
-    return new VpErrorManager(ClassTag::CSPro, codeInvalidContents, QString(QChar(index)));
+    return new VpErrorManager(ClassTag::CSPro, codeInvalidContents, QString(numberCharacter(index)));
 }
 
 // A line for a person on the exception in hand; null where the error's own text says enough.
@@ -325,7 +326,7 @@ void TCSPro::readItem(const TextLines &lines, int &index)
 // The suffix is the character with that code, not a digit: the first copy of X is "X_" and U+0001.
 QString TCSPro::nameOfOccurrence(const TCSProItem &item, int occurrence)
 {
-    return item.name + QLatin1Char('_') + QChar(occurrence);
+    return item.name + QLatin1Char('_') + numberCharacter(occurrence);
 }
 
 // Stores one copy of an item for each occurrence, side by side; none where it occurs less than once. The item itself is

@@ -3,6 +3,7 @@
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
 #include "util/EmptyText_p.h"
+#include "util/NumberCharacter_p.h"
 #include "util/Numbers_p.h"
 
 #include <algorithm>
@@ -30,7 +31,7 @@ QString decimalsOf(const TCSProItem &item)
     if (item.dataType == 1)
         return emptyText();
     // The character with that code, not a digit: the source field then shows 0 decimals.
-    return item.decimals == 0 ? QStringLiteral("0") : QString(QChar(item.decimals));
+    return item.decimals == 0 ? QStringLiteral("0") : QString(numberCharacter(item.decimals));
 }
 
 // Fast where the sets share their texts, as those of one repeated item do.

@@ -55,14 +55,16 @@ QString describeHead(const QByteArray &head)
 // All of a file; sets why there is nothing where it cannot be had.
 QByteArray readWhole(const QString &fileName, QString &readProblem)
 {
-    constexpr qint64 mostBytes = std::numeric_limits<int>::max(); // that a QByteArray could hold
+    constexpr qint64 mostBytes = std::numeric_limits<int>::max(); // that a QByteArray of Qt 5 holds
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return QByteArray();
+    if (file.size() > mostBytes) {
+        readProblem = QStringLiteral("is larger than 2 GiB, the most that a JSON dictionary can have");
+        return QByteArray();
+    }
     QByteArray bytes = readAllOf(file);
-    readProblem = bytes.isEmpty() && file.size() > mostBytes
-        ? QStringLiteral("is larger than 2 GiB, the most that a JSON dictionary can have")
-        : readProblemOf(file);
+    readProblem = readProblemOf(file);
     return bytes;
 }
 

@@ -2,6 +2,7 @@
 
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
+#include "util/NumberCharacter_p.h"
 
 #include <QMessageBox>
 
@@ -16,7 +17,8 @@ void logFailure(const char *operation, const QString &classTag, int code)
 {
     // The code is shown as the character with that number.
     if (operation)
-        debugLine(QLatin1String(operation) + QLatin1String(" ERROR ") + classTag + QLatin1Char(' ') + QChar(code));
+        debugLine(QLatin1String(operation) + QLatin1String(" ERROR ") + classTag + QLatin1Char(' ')
+                  + numberCharacter(code));
 }
 
 } // namespace cspro

@@ -5,6 +5,7 @@
 #include "util/DebugLog_p.h"
 #include "import/ErrorManager.h"
 #include "util/EmptyText_p.h"
+#include "util/NumberCharacter_p.h"
 #include "util/TextCache_p.h"
 
 #include <QList>
@@ -59,7 +60,7 @@ T *elementOf(const QList<T *> *list, int index, const QString &classTag, const c
         return listBehind(list).value(index, nullptr);
     } catch (...) {
         logFailure(operation, classTag, codeBadIndex);
-        throw new VpErrorManager(classTag, codeBadIndex, QString(QChar(index)));
+        throw new VpErrorManager(classTag, codeBadIndex, QString(numberCharacter(index)));
     }
 }
 

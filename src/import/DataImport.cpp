@@ -5,6 +5,7 @@
 #include "util/DebugLog_p.h"
 #include "import/SourceField.h"
 #include "util/EmptyText_p.h"
+#include "util/Numbers_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -160,7 +161,8 @@ void TDataImport::getDictionary(QList<TVpSourceField *> *target)
         auto source = std::make_unique<TVpSourceField>();
         source->fieldName = field->name;
         source->label = field->label;
-        source->decimals = field->decimals.toInt(nullptr, 10); // 0 where it does not convert
+        bool isNumber = false;
+        source->decimals = numbers::toInt(field->decimals, &isNumber); // 0 where it does not convert
         source->start = field->start;
         source->setFieldType(typeName);
         source->length = field->length;

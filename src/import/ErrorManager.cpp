@@ -3,6 +3,7 @@
 #include "import/Constants.h"
 #include "import/MessageCatalogue_p.h"
 #include "util/DebugLog_p.h"
+#include "util/NumberCharacter_p.h"
 
 namespace
 {
@@ -46,10 +47,10 @@ QString VpErrorManager::composeMessage() const
         return text;
     const QString &lineBreak = Vocabulary::LineBreak;
     // A number is shown as the character with that code, not as digits: code 107 reads "k".
-    QString message
-        = QLatin1String("Class : ") + className + lineBreak + QLatin1String("Error : ") + QChar(code) + lineBreak;
+    QString message = QLatin1String("Class : ") + className + lineBreak + QLatin1String("Error : ")
+        + numberCharacter(code) + lineBreak;
     if (line > 0)
-        message += QLatin1String("Source Line : ") + QChar(line) + lineBreak;
+        message += QLatin1String("Source Line : ") + numberCharacter(line) + lineBreak;
     message += lineBreak + formatCatalogueText("Message", "Message") + QLatin1String(" : ");
     if (!text.isEmpty() && code == codeTextIsMessage)
         return message + text + lineBreak;

@@ -2,15 +2,16 @@
 
 #include "import/ErrorManager.h"
 #include "import/ReadReport.h"
+#include "lookup/LocaleTextStream_p.h"
 #include "lookup/LookupEntries_p.h"
 #include "util/EmptyText_p.h"
 #include "util/FileReading_p.h"
+#include "util/NumberCharacter_p.h"
 #include "util/TextCache_p.h"
 #include "util/UtilFiles.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QTextStream>
 
 #include <algorithm>
 #include <iterator>
@@ -25,10 +26,10 @@ constexpr int spaceSeparator = 0;
 // How many lines pass from one report of the progress to the next; a power of two.
 constexpr int linesOfProgress = 1 << 13;
 
-QString withoutLeadingBlanks(const QStringRef &text)
+QString withoutLeadingBlanks(QStringView text)
 {
     const auto *first = std::find_if_not(text.begin(), text.end(), [](QChar character) { return character.isSpace(); });
-    return text.mid(int(first - text.begin())).toString();
+    return text.mid(first - text.begin()).toString();
 }
 
 // The character of a separator by its number; a blank for a number that no separator has.
@@ -180,7 +181,7 @@ bool TVpLookup::readLookup()
     currentLine = emptyText();
     QFile file(fileName);
     if (file.open(QIODevice::ReadOnly)) {
-        QTextStream stream(&file);
+        LocaleTextStream stream(&file);
         QString line;
         while (stream.readLineInto(&line))
             currentLine += line;
@@ -281,7 +282,7 @@ private:
 
     TVpLookup &target;
     QFile &file;
-    QTextStream stream;
+    LocaleTextStream stream;
     lookup::Entries entries;
     lookup::Frequencies frequencies;
     TextCache values; ///< they repeat a lot
@@ -350,7 +351,7 @@ void TVpLookup::splitKeyValueAVL(QStringList *errors)
 {
     const int position = separatorPosition();
     if (hasKey(position)) {
-        const QStringRef rest = currentLine.midRef(position + 1);
+        const QStringView rest = QStringView(currentLine).mid(position + 1);
         key = currentLine.left(position);
         value = separator == spaceSeparator ? withoutLeadingBlanks(rest) : rest.toString();
         return;
@@ -378,7 +379,7 @@ void TVpLookup::issueErrorMessage(QStringList *errors, QString message)
         // The two numbers stand as the one character with that code, not as digits.
         message = formatMessage(QStringLiteral("System.Common.MaxMessages"),
                                 QStringLiteral("Too many error messages [%1], only the first [%2] will be shown"),
-                                QString(QChar(errorCount)), QString(QChar(maxMessages)));
+                                QString(numberCharacter(errorCount)), QString(numberCharacter(maxMessages)));
     }
     if (errors)
         errors->append(QString::number(lineNumber) + Vocabulary::Underscore + message);

@@ -86,7 +86,7 @@ bool isSplit(const char *textCode, const char *label)
 bool isDate(const QString &format)
 {
     if (format.startsWith(QLatin1Char('%'))) {
-        const QStringRef kind = format.midRef(format.startsWith(QLatin1String("%-")) ? 2 : 1);
+        const QStringView kind = QStringView(format).mid(format.startsWith(QLatin1String("%-")) ? 2 : 1);
         return kind.startsWith(QLatin1Char('t')) || kind.startsWith(QLatin1Char('d'));
     }
     static const QStringList names

@@ -3,7 +3,7 @@
 
 #include <QByteArray>
 #include <QRandomGenerator>
-#include <QStringRef>
+#include <QString>
 
 #include <array>
 #include <initializer_list>
@@ -23,7 +23,6 @@ class KeyedHash
 public:
     size_t operator()(QStringView text) const { return of(text.data(), size_t(text.size()) * sizeof(QChar)); }
     size_t operator()(const QString &text) const { return (*this)(QStringView(text)); }
-    size_t operator()(const QStringRef &text) const { return (*this)(QStringView(text)); }
     size_t operator()(const QByteArray &bytes) const { return of(bytes.constData(), size_t(bytes.size())); }
     size_t operator()(quint64 number) const { return of(&number, sizeof number); }
     size_t operator()(double number) const

@@ -1,5 +1,7 @@
 #include "util/Numbers_p.h"
 
+#include <QLocale>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -27,6 +29,17 @@ int plainDigits(const QChar *begin, qsizetype size)
     return number;
 }
 
+// Reads integers as QString::toInt of Qt 5 does. That of Qt 6 accepts fewer kinds of blanks and minus signs.
+const QLocale &localeOfNumbers()
+{
+    static const QLocale locale = [] {
+        QLocale made(QLocale::C);
+        made.setNumberOptions(QLocale::RejectGroupSeparator);
+        return made;
+    }();
+    return locale;
+}
+
 } // namespace
 
 double toDouble(const QString &text)
@@ -46,7 +59,7 @@ int toInt(QStringView text, bool *ok)
         *ok = true;
         return digits;
     }
-    return QString::fromRawData(text.data(), int(text.size())).toInt(ok, 10);
+    return localeOfNumbers().toInt(text, ok);
 }
 
 QString toText(double value)

@@ -11,7 +11,8 @@ namespace numbers
 /// What `QString::toDouble` gives; 0 for a text that it refuses, one that overflows included.
 double toDouble(const QString &text);
 
-/// What `QString::toInt` gives in base 10, blanks around the digits allowed; \a ok tells a failure.
+/// The result of `QString::toInt` of Qt 5 in base 10, which allows blanks of every script around the digits. Sets \a ok
+/// to whether \a text is a number that an `int` holds.
 int toInt(QStringView text, bool *ok);
 
 /// `QString::number` in format g with precision 6: 1000000 reads "1e+06".

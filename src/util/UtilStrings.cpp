@@ -28,7 +28,7 @@ const StoredForm storedForms[]
 const StoredForm *formAt(const QString &text, int place)
 {
     const auto *found = std::find_if(std::begin(storedForms), std::end(storedForms), [&](const StoredForm &form) {
-        return text.midRef(place, form.stored.size()) == form.stored;
+        return QStringView(text).mid(place).startsWith(form.stored);
     });
     return found != std::end(storedForms) ? found : nullptr;
 }
@@ -62,7 +62,7 @@ QString UtilStrings::GetWordSeparator(QString line, int &position, QString separ
     // line does not stand in it.
     const bool standsLast = end >= 0 && end == line.size() - 1;
     position = end < line.size() && !standsLast ? end + 1 : -1;
-    if (!qualifier.isEmpty() && word.midRef(1, 1) == qualifier)
+    if (word.size() > 1 && !qualifier.isEmpty() && QStringView(word).mid(1, 1) == qualifier)
         return word.mid(2);
     return word;
 }
@@ -86,7 +86,7 @@ QString UtilStrings::returnLineBreak(QString text)
 
 QString UtilStrings::getBetterPathString(QString path, int width, int fontSize)
 {
-    if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+    if (path.isEmpty() || !qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
         return path;
     const QLatin1Char separator('\\');
     const QFontMetrics metrics(QFont(QStringLiteral("Arial"), fontSize));

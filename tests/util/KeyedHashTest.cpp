@@ -40,9 +40,7 @@ private Q_SLOTS:
         const QString whole = " abcdefghijklmnopqrstuvwxyz";
         for (int size = 0; size < whole.size(); ++size) {
             const QString text = whole.mid(1, size); // other memory
-            const QStringRef part(&whole, 1, size);
-            QCOMPARE(hash(part), hash(text));
-            QCOMPARE(hash(QStringView(part)), hash(text));
+            QCOMPARE(hash(QStringView(whole).mid(1, size)), hash(text));
         }
         QCOMPARE(hash(QString()), hash(QString("")));
         QCOMPARE(hash(QByteArray()), hash(QByteArray("")));

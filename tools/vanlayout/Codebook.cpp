@@ -1,5 +1,6 @@
 #include "Codebook.h"
 
+#include "LocaleText.h"
 #include "OutputFile.h"
 #include "write/Codebook.h"
 
@@ -12,7 +13,7 @@ int writeCodebookPages(const CodebookOptions &options)
     call.ending = QStringLiteral(".html");
     call.index = QStringLiteral("index.html");
     vanlayout::CodebookOptions pageOptions;
-    pageOptions.language = QString::fromLocal8Bit(call.language.c_str());
+    pageOptions.language = fromLocale(call.language);
     pageOptions.hasProblems = !options.hasNoProblems;
 
     QVector<CodebookIndexEntry> entries;

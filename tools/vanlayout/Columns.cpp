@@ -2,10 +2,9 @@
 
 #include "Printable.h"
 
-#include <QVector>
-
 #include <algorithm>
 #include <numeric>
+#include <string>
 
 #ifdef Q_OS_UNIX
 #include <sys/ioctl.h>
@@ -32,20 +31,20 @@ int columnsOf(uint character)
 QStringList brokenToColumns(const QString &word, int width)
 {
     QStringList pieces;
-    QVector<uint> piece;
+    std::u32string piece;
     int used = 0;
-    const QVector<uint> characters = word.toUcs4();
+    const auto characters = word.toUcs4();
     for (const uint character : characters) {
         const int columns = columnsOf(character);
-        if (!piece.isEmpty() && used + columns > width) {
-            pieces.append(QString::fromUcs4(piece.constData(), piece.size()));
+        if (!piece.empty() && used + columns > width) {
+            pieces.append(QString::fromUcs4(piece.data(), int(piece.size())));
             piece.clear();
             used = 0;
         }
-        piece.append(character);
+        piece.push_back(character);
         used += columns;
     }
-    pieces.append(QString::fromUcs4(piece.constData(), piece.size()));
+    pieces.append(QString::fromUcs4(piece.data(), int(piece.size())));
     return pieces;
 }
 
@@ -62,16 +61,16 @@ QString cutToColumns(const QString &text, int width)
 {
     if (width <= 0 || columnsOf(text) <= width)
         return text;
-    QVector<uint> kept;
+    std::u32string kept;
     int used = 1; // the ellipsis
-    const QVector<uint> characters = text.toUcs4();
+    const auto characters = text.toUcs4();
     for (const uint character : characters) {
         used += columnsOf(character);
         if (used > width)
             break;
-        kept.append(character);
+        kept.push_back(character);
     }
-    return QString::fromUcs4(kept.constData(), kept.size()) + QChar(0x2026);
+    return QString::fromUcs4(kept.data(), int(kept.size())) + QChar(0x2026);
 }
 
 QString paddedToColumns(const QString &text, int width)

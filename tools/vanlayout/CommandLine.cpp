@@ -7,6 +7,7 @@
 #include "Explain.h"
 #include "Export.h"
 #include "Fields.h"
+#include "LocaleText.h"
 #include "LookupCheck.h"
 #include "Show.h"
 #include "Suggestion.h"
@@ -191,11 +192,6 @@ void describeExport(CLI::App &command, ExportOptions &options)
         ->required();
 }
 
-QString decoded(const std::string &text)
-{
-    return QString::fromLocal8Bit(text.c_str());
-}
-
 // All commands and options that can be given at this place.
 std::vector<std::string> knownWords(const CLI::App &app)
 {
@@ -268,7 +264,7 @@ std::string problemWithValue(const CLI::App &app, const std::string &problem)
 QString problemWithCall(const CLI::App &app, const CLI::ParseError &error)
 {
     const std::string problem = problemWithWord(app, error);
-    return decoded(problem.empty() ? problemWithValue(app, error.what()) : problem);
+    return fromLocale(problem.empty() ? problemWithValue(app, error.what()) : problem);
 }
 
 int runFields(const FieldsOptions &options, int argc, char **argv)

@@ -5,6 +5,7 @@
 #include "Descriptor.h"
 #include "DiffTable.h"
 #include "LayoutInput.h"
+#include "LocaleText.h"
 #include "OutputFile.h"
 #include "Progress.h"
 #include "compare/Diff.h"
@@ -25,16 +26,11 @@ using vanlayout::LayoutDiff;
 namespace
 {
 
-QString decoded(const std::string &text)
-{
-    return QString::fromLocal8Bit(text.c_str(), int(text.size()));
-}
-
 QVector<DiffKind> kindsOf(const std::vector<std::string> &words)
 {
     QVector<DiffKind> kinds;
     for (const std::string &word : words) {
-        if (const std::optional<DiffKind> kind = vanlayout::diffKindOf(decoded(word)))
+        if (const std::optional<DiffKind> kind = vanlayout::diffKindOf(fromLocale(word)))
             kinds.append(*kind);
     }
     return kinds;
@@ -52,7 +48,7 @@ public:
 
     int run()
     {
-        options.language = decoded(call.language);
+        options.language = fromLocale(call.language);
         options.only = kindsOf(call.only);
         options.ignored = kindsOf(call.ignored);
         if (call.isSummary && call.format != "table") {

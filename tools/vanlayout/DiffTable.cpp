@@ -251,8 +251,8 @@ void printDiffSummary(const LayoutDiff &diff, QIODevice &out, int width)
     int countWidth = 0;
     int wordWidth = 0;
     for (const KindCount &entry : counts) {
-        countWidth = std::max(countWidth, QString::number(entry.count).size());
-        wordWidth = std::max(wordWidth, wordOf(entry.kind).size());
+        countWidth = std::max(countWidth, int(QString::number(entry.count).size()));
+        wordWidth = std::max(wordWidth, int(wordOf(entry.kind).size()));
     }
     for (const KindCount &entry : counts)
         lines.print(1,

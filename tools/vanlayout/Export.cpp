@@ -1,6 +1,7 @@
 #include "Export.h"
 
 #include "Answer.h"
+#include "LocaleText.h"
 #include "write/CodebookCsv.h"
 #include "write/Csvw.h"
 #include "write/Ddi.h"
@@ -17,15 +18,10 @@ using namespace vanlayout;
 namespace
 {
 
-QString decoded(const std::string &text)
-{
-    return QString::fromLocal8Bit(text.c_str(), int(text.size()));
-}
-
 void toDdi(const Layout &layout, QIODevice &device, const ExportOptions &options)
 {
     DdiOptions ddi;
-    ddi.title = decoded(options.title);
+    ddi.title = fromLocale(options.title);
     ddi.profile = options.profile == "ipums" ? DdiProfile::Ipums : DdiProfile::Plain;
     writeDdi(layout, device, ddi);
 }
@@ -33,38 +29,38 @@ void toDdi(const Layout &layout, QIODevice &device, const ExportOptions &options
 void toCsvw(const Layout &layout, QIODevice &device, const ExportOptions &options)
 {
     CsvwOptions csvw;
-    csvw.title = decoded(options.title);
+    csvw.title = fromLocale(options.title);
     writeCsvw(layout, device, csvw);
 }
 
 void toJsonSchema(const Layout &layout, QIODevice &device, const ExportOptions &options)
 {
     JsonSchemaOptions schema;
-    schema.title = decoded(options.title);
-    schema.language = decoded(options.output.language);
+    schema.title = fromLocale(options.title);
+    schema.language = fromLocale(options.output.language);
     writeJsonSchema(layout, device, schema);
 }
 
 void toFrictionless(const Layout &layout, QIODevice &device, const ExportOptions &options)
 {
     FrictionlessOptions package;
-    package.title = decoded(options.title);
-    package.language = decoded(options.output.language);
+    package.title = fromLocale(options.title);
+    package.language = fromLocale(options.output.language);
     writeFrictionless(layout, device, package);
 }
 
 void toMarkdown(const Layout &layout, QIODevice &device, const ExportOptions &options)
 {
     MarkdownOptions page;
-    page.title = decoded(options.title);
-    page.language = decoded(options.output.language);
+    page.title = fromLocale(options.title);
+    page.language = fromLocale(options.output.language);
     writeMarkdown(layout, device, page);
 }
 
 void toCsv(const Layout &layout, QIODevice &device, const ExportOptions &options)
 {
     CodebookCsvOptions csv;
-    csv.language = decoded(options.output.language);
+    csv.language = fromLocale(options.output.language);
     csv.isForExcel = options.isForExcel;
     writeCodebookCsv(layout, device, csv);
 }

@@ -159,9 +159,9 @@ QVector<ValueLabel> cutValueLabels(const QString &text)
     while (begin < text.size()) {
         const int tab = text.indexOf(QLatin1Char('\t'), begin);
         const int end = tab < 0 ? text.size() : tab;
-        const QStringRef entry = text.midRef(begin, end - begin);
-        const int blank = entry.indexOf(QLatin1Char(' '));
-        labels.append({ entry.left(blank), blank < 0 ? QStringRef() : entry.mid(blank + 1) });
+        const QStringView entry = QStringView(text).mid(begin, end - begin);
+        const auto blank = entry.indexOf(QLatin1Char(' '));
+        labels.append({ blank < 0 ? entry : entry.left(blank), blank < 0 ? QStringView() : entry.mid(blank + 1) });
         begin = end + 1;
     }
     return labels;

@@ -38,8 +38,8 @@ void releaseContents(Layout &layout);
 
 /// One value label of a field.
 struct ValueLabel {
-    QStringRef code;
-    QStringRef label;
+    QStringView code;
+    QStringView label;
 };
 
 /// Splits the value label text of a field at each tab, and each entry at its first blank. The result refers to \a text.

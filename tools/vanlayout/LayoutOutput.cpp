@@ -4,6 +4,7 @@
 #include "Descriptor.h"
 #include "FolderWalk.h"
 #include "LayoutInput.h"
+#include "LocaleText.h"
 #include "OutputFile.h"
 #include "OutputFolder.h"
 #include "Progress.h"
@@ -28,7 +29,7 @@ public:
         , output(QFile::decodeName(call.output.c_str()))
     {
         options.catalog = QFile::decodeName(call.catalog.c_str());
-        language = QString::fromLocal8Bit(call.language.c_str());
+        language = fromLocale(call.language);
     }
 
     int run()

@@ -4,6 +4,7 @@
 #include "Columns.h"
 #include "InputFile.h"
 #include "Json.h"
+#include "LocaleText.h"
 #include "Printable.h"
 #include "Progress.h"
 #include "lookup/Lookup.h"
@@ -69,7 +70,7 @@ private:
         next = now + progressStep;
         isShown = true;
         constexpr qint64 whole = 100;
-        std::fprintf(stderr, "\r%s: %d %%", printable(file).toLocal8Bit().constData(), int(done * whole / size));
+        std::fprintf(stderr, "\r%s: %d %%", toLocale(printable(file)).constData(), int(done * whole / size));
         std::fflush(stderr);
     }
 

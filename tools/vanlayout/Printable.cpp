@@ -1,5 +1,6 @@
 #include "Printable.h"
 
+#include "LocaleText.h"
 #include "Progress.h"
 
 #include <algorithm>
@@ -49,6 +50,6 @@ QString printable(const QString &text)
 
 void printToStandardError(const QString &line)
 {
-    const QByteArray bytes = printable(line).toLocal8Bit() + '\n';
+    const QByteArray bytes = toLocale(printable(line)) + '\n';
     writeWithoutProgress([&] { std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stderr); });
 }

@@ -1,6 +1,7 @@
 #include "Progress.h"
 
 #include "Columns.h"
+#include "LocaleText.h"
 #include "Printable.h"
 
 #include <algorithm>
@@ -105,7 +106,7 @@ void Progress::begin(const QString &file, int number, int count)
     const QString name = file == QLatin1String("-") ? QStringLiteral("standard input") : file;
     const int width = widthOfTerminal(standardError);
     const int room = width > 0 ? std::max(width - columnsOf(place) - 1, 1) : 0;
-    line = (cutToColumns(printable(name), room) + place).toLocal8Bit();
+    line = toLocale(cutToColumns(printable(name), room) + place);
 }
 
 // Runs in a separate thread: a single file can take long.

@@ -8,6 +8,7 @@
 #include "LayoutInput.h"
 #include "LayoutTable.h"
 #include "LayoutText.h"
+#include "LocaleText.h"
 #include "Printable.h"
 #include "Progress.h"
 #include "write/LayoutJson.h"
@@ -31,11 +32,6 @@ using vanlayout::Severity;
 
 namespace
 {
-
-QString decoded(const std::string &text)
-{
-    return QString::fromLocal8Bit(text.c_str(), int(text.size()));
-}
 
 /// Prints layouts one after the other.
 class LayoutPrinter
@@ -226,7 +222,7 @@ class ShowRun
 public:
     explicit ShowRun(const ShowOptions &showOptions)
         : options(showOptions)
-        , language(decoded(options.language))
+        , language(fromLocale(options.language))
         , selection(namesOf(options.variables))
     {
         readOptions.catalog = QFile::decodeName(options.catalog.c_str());
@@ -256,7 +252,7 @@ private:
     {
         QStringList decodedNames;
         for (const std::string &name : names)
-            decodedNames.append(decoded(name));
+            decodedNames.append(fromLocale(name));
         return decodedNames;
     }
 

@@ -1,0 +1,23 @@
+# Which Qt everything is built with: Qt 5 where it is installed, else Qt 6. QT_DEFAULT_MAJOR_VERSION, a variable of Qt's
+# own, names the one to use. Sets VAN_QT to Qt5 or Qt6, and VAN_QT_MINIMUM to the oldest release of it that works.
+if(QT_DEFAULT_MAJOR_VERSION)
+    find_package(QT NAMES Qt${QT_DEFAULT_MAJOR_VERSION} REQUIRED COMPONENTS Core)
+else()
+    find_package(QT NAMES Qt5 QUIET COMPONENTS Core)
+    if(NOT QT_FOUND)
+        find_package(QT NAMES Qt6 Qt5 REQUIRED COMPONENTS Core)
+    endif()
+endif()
+set(VAN_QT Qt${QT_VERSION_MAJOR})
+set(VAN_QT_MINIMUM 5.14)
+
+# The text codecs are a library of their own in Qt 6.
+set(van_qt_codecs "")
+if(QT_VERSION_MAJOR EQUAL 6)
+    set(VAN_QT_MINIMUM 6.4)
+    set(van_qt_codecs Core5Compat)
+endif()
+find_package(${VAN_QT} ${VAN_QT_MINIMUM} REQUIRED COMPONENTS Core ${van_qt_codecs})
+add_library(van_text_codecs INTERFACE)
+list(TRANSFORM van_qt_codecs PREPEND Qt6::)
+target_link_libraries(van_text_codecs INTERFACE ${van_qt_codecs})
