@@ -6,6 +6,7 @@ build_packages="g++ cmake ninja-build qtbase5-dev libreadstat-dev libcli11-dev r
 check_packages="$build_packages clang clang-format doxygen dpkg-dev file pkg-config binutils libbenchmark-dev nlohmann-json3-dev libxml2-utils locales python3-jsonschema fish zsh"
 browser_packages="chromium python3"
 analysis_packages="$build_packages clang clang-tidy clazy"
+qt6_packages="qt6-base-dev qt6-5compat-dev"
 
 # Runs a step and shows what it printed only if it fails.
 quietly() {
@@ -43,6 +44,11 @@ install_packages() {
     [ -n "$missing" ] || return 0
     echo "Installing$missing" >&2
     apt_get update -qq && apt_get install -y -qq --no-install-recommends $missing
+}
+
+# Whether the preset `qt6` can be built.
+has_qt6() {
+    pkg-config --exists 'Qt6Core >= 6.4' Qt6Core5Compat Qt6Widgets Qt6Test 2>/dev/null
 }
 
 # Configures and builds a preset, or some of its targets.

@@ -51,10 +51,10 @@ installs_first() {
 }
 
 installs_first run 2 cmake g++ libreadstat-dev
-installs_first check 2 cmake clang-format clang-tidy clazy chromium
+installs_first check 2 cmake clang-format clang-tidy clazy qt6-base-dev qt6-5compat-dev chromium
 installs_first 'check --quick' 2 cmake clang-format
 touch "$folder/broken" # there is no browser to be had
-installs_first check 4 cmake clang-format clang-tidy clazy
+installs_first check 8 cmake clang-format clang-tidy clazy qt6-base-dev qt6-5compat-dev
 
 # Other arguments than the options: no step is made.
 for arguments in --help --slow 'quick' '--quick --slow'; do

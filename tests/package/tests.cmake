@@ -20,12 +20,13 @@ set(package_build GENERATOR=${CMAKE_GENERATOR} COMPILER=${CMAKE_CXX_COMPILER} BU
 van_add_package_test(InstalledPackage run.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/package PKG_CONFIG=${VAN_PKG_CONFIG})
 van_add_package_test(EmbeddedProject embedded.cmake ${package_build} PROJECT_DIR=${PROJECT_SOURCE_DIR}
+    QT_MAJOR=${QT_VERSION_MAJOR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/embedded)
 van_add_package_test(ExamplePrograms reader.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/programs EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
 find_program(VAN_DPKG_DEB dpkg-deb)
 find_program(VAN_DPKG_SHLIBDEPS dpkg-shlibdeps)
-if(VAN_DPKG_DEB AND VAN_DPKG_SHLIBDEPS)
+if(VAN_DPKG_DEB AND VAN_DPKG_SHLIBDEPS AND QT_VERSION_MAJOR EQUAL 5) # the packages are those of Qt 5
     van_add_package_test(DebianPackage deb.cmake CPACK=${CMAKE_CPACK_COMMAND} DPKG_DEB=${VAN_DPKG_DEB}
         BINARY_DIR=${PROJECT_BINARY_DIR} SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/deb EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
 endif()
