@@ -1,6 +1,5 @@
 #include "Answer.h"
 #include "CommandLine.h"
-#include "Memory.h"
 #include "Printable.h"
 
 #include <QTextCodec>
@@ -63,6 +62,5 @@ int main(int argc, char **argv)
 {
     qInstallMessageHandler(handleMessage);
     useLocale();
-    tuneMemory();
     return runCommandLine(argc, argv, isVerbose);
 }
