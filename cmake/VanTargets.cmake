@@ -1,9 +1,17 @@
 # What every target of the project shares, and one function for each kind of target that comes in numbers.
 
 add_library(van_warnings INTERFACE)
-target_compile_options(van_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
-    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments> # Qt Test's own macros
-    $<$<BOOL:${VAN_WARNINGS_AS_ERRORS}>:-Werror>)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    target_compile_options(van_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+        $<$<BOOL:${VAN_WARNINGS_AS_ERRORS}>:-Werror>)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    target_compile_options(van_warnings INTERFACE -Wduplicated-cond -Wlogical-op)
+elseif(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    target_compile_options(van_warnings INTERFACE -Wno-gnu-zero-variadic-macro-arguments) # Qt Test's own macros
+elseif(MSVC)
+    target_compile_options(van_warnings INTERFACE /W4 /permissive- /utf-8 $<$<BOOL:${VAN_WARNINGS_AS_ERRORS}>:/WX>)
+endif()
 
 add_library(van_sanitizers INTERFACE)
 if(VAN_SANITIZERS)
@@ -87,11 +95,10 @@ function(van_add_test source)
     target_compile_definitions(${name} PRIVATE
         VAN_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
         VAN_EXAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/../examples"
-        VAN_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus")
+        VAN_CORPUS="${VAN_CORPUS_DIR}")
     target_link_libraries(${name} PRIVATE van_objects ${VAN_QT}::Test van_fast_link)
     if(room STREQUAL layout)
-        target_link_libraries(${name} PRIVATE vanlayout_objects)
-        target_include_directories(${name} SYSTEM PRIVATE ${RAPIDJSON_INCLUDE_DIR})
+        target_link_libraries(${name} PRIVATE vanlayout_objects RapidJSON::RapidJSON)
     endif()
     add_test(NAME ${name} COMMAND ${name})
     van_test_properties(${name} ${room})

@@ -23,7 +23,7 @@ while read -r file; do
     bench/* | fuzz/* | CHANGELOG.md | CONTRIBUTING.md | .clang-* | .editorconfig | .gitignore) ;;
     docs/*) labels+=" report tool layout" ;;
     README.md) labels+=" readme tool" ;;
-    check | run | .ci/* | cmake/*.sh) labels+=" package" ;;
+    check | run | .ci/* | cmake/*.sh | desktop/*) labels+=" package" ;;
     *) labels="$all" && break ;;
     esac
 done

@@ -3,7 +3,7 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages="g++ cmake ninja-build qtbase5-dev libreadstat-dev libcli11-dev rapidjson-dev libsqlite3-dev libsodium-dev"
-check_packages="$build_packages clang clang-format doxygen dpkg-dev file pkg-config binutils libbenchmark-dev nlohmann-json3-dev libxml2-utils locales python3-jsonschema fish zsh"
+check_packages="$build_packages clang clang-format doxygen dpkg-dev file pkg-config binutils libbenchmark-dev nlohmann-json3-dev libxml2-utils appstream desktop-file-utils shared-mime-info lld git locales python3-jsonschema fish zsh"
 browser_packages="chromium python3"
 analysis_packages="$build_packages clang clang-tidy clazy"
 qt6_packages="qt6-base-dev qt6-5compat-dev"

@@ -1,5 +1,7 @@
 #include "write/HtmlPage_p.h"
 
+#include "vanlayout_version.h"
+
 #include <QCryptographicHash>
 #include <QFile>
 #include <QLocale>
@@ -140,7 +142,7 @@ bool HtmlPage::writeNamed(const QByteArray &name, QIODevice &device, const Piece
     if (name == "script")
         return writeBytes(device, script);
     if (name == "version")
-        return writeBytes(device, VANLAYOUT_VERSION);
+        return writeBytes(device, VANLAYOUT_VERSION_STRING);
     return writePiece(name, device);
 }
 

@@ -1,5 +1,7 @@
 #include "util/SpssDictionary_p.h"
 
+#include "util/ReadStatFaults_p.h"
+
 #include <QByteArray>
 #include <QIODevice>
 #include <QtEndian>
@@ -276,15 +278,16 @@ private:
 
 QString SpssDictionary::problem() const
 {
+    using readstat::isFaulty;
     constexpr qint64 smallestBigFile = 1 << 16; // a smaller one ends soon, whatever is in it
     if (!isReadable || !isSpss || fileSize < smallestBigFile)
         return QString();
-    if (!isWhole)
+    if (isFaulty(readstat::mendsSpssPasses) && !isWhole)
         return QStringLiteral("breaks off in its dictionary, or holds a record there that cannot be read");
-    if (hasLongNames && variables > mostLongNames)
+    if (isFaulty(readstat::mendsSpssLongNames) && hasLongNames && variables > mostLongNames)
         return QStringLiteral("has more than %1 variables with long names, the most that can be read")
             .arg(mostLongNames);
-    if (lookupSteps > mostLookupSteps)
+    if (isFaulty(readstat::mendsSpssLookups) && lookupSteps > mostLookupSteps)
         return QStringLiteral("has too many sets of labels or missing values of long texts, or records of long names, "
                               "for its %1 variables: their number times the variables may be %2")
             .arg(variables)

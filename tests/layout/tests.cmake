@@ -24,7 +24,6 @@ van_add_test(layout/CSProTwinsTest.cpp)
 van_add_test(layout/CSProJsonLayoutTest.cpp)
 van_add_test(layout/CSProPositionsTest.cpp)
 van_add_test(layout/CSProDatabaseTest.cpp)
-find_package(SQLite3 REQUIRED)
 target_link_libraries(CSProDatabaseTest PRIVATE SQLite::SQLite3)
 van_add_test(layout/CSProDatabaseGuardTest.cpp)
 target_link_libraries(CSProDatabaseGuardTest PRIVATE SQLite::SQLite3)
@@ -48,14 +47,14 @@ van_add_test(layout/LanguageTagTest.cpp)
 # DDI documents follow the schema, where it is at hand.
 van_add_test(layout/DdiTest.cpp)
 van_use_made_data(DdiTest)
-target_compile_definitions(DdiTest PRIVATE VAN_SCHEMAS="${PROJECT_SOURCE_DIR}/../shared/schemas")
+target_compile_definitions(DdiTest PRIVATE VAN_SCHEMAS="${VAN_SCHEMAS_DIR}")
 
 # Layouts in forms for other programs, likewise.
 add_executable(export_layout layout/export_layout.cpp)
 van_own_code(export_layout)
 target_link_libraries(export_layout PRIVATE vanlayout_library)
 
-set(real_dictionaries ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus)
+set(real_dictionaries ${VAN_CORPUS_DIR})
 if(NOT EXISTS ${real_dictionaries})
     set(real_dictionaries "")
 endif()
@@ -69,7 +68,7 @@ if(VAN_PYTHON)
     add_dependencies(plain_readstat made_test_data)
     add_test(NAME PlainReadStat COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/layout/compare_plain.py
         $<TARGET_FILE:print_layout> $<TARGET_FILE:plain_readstat> ${made_data}
-        ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus/spss ${CMAKE_CURRENT_SOURCE_DIR}/../../shared/corpus/stata)
+        ${VAN_CORPUS_DIR}/spss ${VAN_CORPUS_DIR}/stata)
     van_test_properties(PlainReadStat layout)
 
     # Lines of data, cut with the DDI document of their dictionary.

@@ -1,5 +1,5 @@
 # Turns accessors.txt into one statement for each field: cmake -DTABLE=accessors.txt -DOUT=rows.inc -P accessors.cmake
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.21)
 
 file(STRINGS ${TABLE} lines REGEX "^[A-Za-z]")
 set(rows "// Made from accessors.txt.\n")

@@ -1,5 +1,5 @@
 # Compares the accessors that the library exports with the table: each of the table is there, and there is no other.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.21)
 
 file(STRINGS ${TABLE} lines REGEX "^[A-Za-z]")
 foreach(line IN LISTS lines)

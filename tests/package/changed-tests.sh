@@ -26,7 +26,7 @@ concerns '^(layout|readme|symbols|tool)$' layout/read/Reader.cpp tests/tool/Vanl
 concerns '^(corpus|layout|session|tool)$' tools/vanlayout/Show.cpp
 concerns '^(layout|report|tool)$' docs/notes.md
 concerns '^(readme|tool)$' README.md
-concerns '^(package)$' check cmake/setup.sh
+concerns '^(package)$' check cmake/setup.sh desktop/vanlayout-mime.xml
 for file in src/util/Numbers.cpp src/CMakeLists.txt tests/support/ToolRun.h tests/data/cspro/census.dcf CMakePresets.json \
     cmake/VanTargets.cmake examples/census.dcf unknown; do
     concerns . tests/lookup/LookupTest.cpp "$file" fuzz/cspro.dict

@@ -1,5 +1,5 @@
 # What the scripts of this folder share.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.21)
 
 # Runs a command and ends the test where it fails.
 function(must)

@@ -1,5 +1,5 @@
 # Compares the symbols that the library of the exact layout exports with the list of them.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.21)
 
 execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE status OUTPUT_VARIABLE output)
 if(NOT status EQUAL 0)
@@ -16,6 +16,12 @@ foreach(line IN LISTS lines)
         list(APPEND found "${symbol}")
     endif()
 endforeach()
+
+# A program that reads layouts needs no display.
+execute_process(COMMAND ${READELF} -d ${LIBRARY} COMMAND_ERROR_IS_FATAL ANY OUTPUT_VARIABLE dynamic)
+if(dynamic MATCHES "Qt[56](Gui|Widgets)" OR NOT dynamic MATCHES "Qt[56]Core")
+    message(FATAL_ERROR "the library is linked with more of Qt than its core:\n${dynamic}")
+endif()
 
 file(STRINGS ${LIST} wanted)
 set(missing ${wanted})

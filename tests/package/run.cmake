@@ -8,7 +8,7 @@ must(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${prefix})
 # No private header, and nothing of the tests or the sources beside the headers.
 file(GLOB_RECURSE headers RELATIVE ${prefix} ${prefix}/include/*)
 foreach(header IN LISTS headers)
-    if(header MATCHES "_p\\.h$" OR NOT header MATCHES "^include/(model_VanAdmin|vanlayout)/([a-z]+/[A-Za-z_]+|model_vanadmin_export|vanlayout_export)\\.h$")
+    if(header MATCHES "_p\\.h$" OR NOT header MATCHES "^include/(model_VanAdmin|vanlayout)/([a-z]+/[A-Za-z_]+|(model_vanadmin|vanlayout)_(export|version))\\.h$")
         message(FATAL_ERROR "${header} is installed")
     endif()
     # Who uses the libraries needs no ReadStat, SQLite or RapidJSON.

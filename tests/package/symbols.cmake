@@ -1,5 +1,5 @@
 # Compares what the library exports with the list of what is public.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.21)
 
 set(public TDataImport ReadReport ReadNote TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProImportBase TCSProFieldBase
     TCSProDataImport

@@ -1,6 +1,7 @@
 # The library as others take it: installed, by CMake and by pkg-config, or as a folder of their own project; and what it
 # exports.
 find_program(VAN_NM nm)
+find_program(VAN_READELF readelf)
 find_program(VAN_PKG_CONFIG NAMES pkg-config pkgconf)
 set(package_flags ${CMAKE_CXX_FLAGS})
 if(VAN_SANITIZERS)
@@ -24,14 +25,17 @@ van_add_package_test(EmbeddedProject embedded.cmake ${package_build} PROJECT_DIR
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/embedded)
 van_add_package_test(ExamplePrograms reader.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/programs EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
+van_add_package_test(LayoutAlone layout-alone.cmake ${package_build} PROJECT_DIR=${PROJECT_SOURCE_DIR}
+    SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/layout-alone)
 find_program(VAN_DPKG_DEB dpkg-deb)
+find_program(VAN_DPKG dpkg)
 find_program(VAN_DPKG_SHLIBDEPS dpkg-shlibdeps)
-if(VAN_DPKG_DEB AND VAN_DPKG_SHLIBDEPS AND QT_VERSION_MAJOR EQUAL 5) # the packages are those of Qt 5
-    van_add_package_test(DebianPackage deb.cmake CPACK=${CMAKE_CPACK_COMMAND} DPKG_DEB=${VAN_DPKG_DEB}
+if(VAN_DPKG_DEB AND VAN_DPKG AND VAN_DPKG_SHLIBDEPS AND VAN_READELF AND EXISTS /var/lib/dpkg/status)
+    van_add_package_test(DebianPackage deb.cmake CPACK=${CMAKE_CPACK_COMMAND} DPKG_DEB=${VAN_DPKG_DEB} DPKG=${VAN_DPKG} READELF=${VAN_READELF}
         BINARY_DIR=${PROJECT_BINARY_DIR} SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/deb EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
 endif()
 van_add_package_test(ExportedSymbols symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>)
-van_add_package_test(LayoutSymbols layout-symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:vanlayout_library>
+van_add_package_test(LayoutSymbols layout-symbols.cmake NM=${VAN_NM} READELF=${VAN_READELF} LIBRARY=$<TARGET_FILE:vanlayout_library>
     LIST=${CMAKE_CURRENT_SOURCE_DIR}/package/layout-symbols.txt)
 van_add_package_test(AccessorSymbols ../model/symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>
     TABLE=${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.txt)
@@ -39,6 +43,20 @@ van_add_package_test(AccessorSymbols ../model/symbols.cmake NM=${VAN_NM} LIBRARY
 foreach(test ExportedSymbols LayoutSymbols AccessorSymbols)
     set_tests_properties(${test} PROPERTIES LABELS symbols)
 endforeach()
+
+# The files for a desktop, with the programs that check them.
+find_program(VAN_APPSTREAMCLI appstreamcli)
+find_program(VAN_DESKTOP_FILE_VALIDATE desktop-file-validate)
+find_program(VAN_UPDATE_MIME_DATABASE update-mime-database)
+find_program(VAN_XMLLINT xmllint)
+if(VAN_APPSTREAMCLI AND VAN_DESKTOP_FILE_VALIDATE AND VAN_UPDATE_MIME_DATABASE AND VAN_XMLLINT)
+    van_add_test(package/DesktopTest.cpp)
+    target_compile_definitions(DesktopTest PRIVATE VAN_DESKTOP="${PROJECT_SOURCE_DIR}/desktop"
+        VAN_APPSTREAMCLI="${VAN_APPSTREAMCLI}" VAN_DESKTOP_FILE_VALIDATE="${VAN_DESKTOP_FILE_VALIDATE}"
+        VAN_UPDATE_MIME_DATABASE="${VAN_UPDATE_MIME_DATABASE}" VAN_XMLLINT="${VAN_XMLLINT}")
+else()
+    message(STATUS "appstream, desktop-file-utils, shared-mime-info or libxml2-utils is missing: the files for a desktop are not tested")
+endif()
 
 # What ./run and ./check ask the system for, and which tests ./check --quick runs.
 find_program(VAN_BASH bash)

@@ -63,6 +63,10 @@ add_dependencies(VanlayoutCodebookTest vanlayout)
 target_compile_definitions(VanlayoutCodebookTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutCodebookTest)
 
+van_add_test(tool/VanlayoutOpenTest.cpp)
+add_dependencies(VanlayoutOpenTest vanlayout)
+target_compile_definitions(VanlayoutOpenTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+
 # The pages, used in a browser where there is one. What the codebook reads is made for the test above.
 find_program(VAN_PYTHON python3)
 if(VAN_PYTHON)

@@ -11,6 +11,7 @@
 #include "LookupCheck.h"
 #include "Show.h"
 #include "Suggestion.h"
+#include "vanlayout_version.h"
 
 #include <CLI/CLI.hpp>
 
@@ -165,11 +166,20 @@ void describeCodebook(CLI::App &command, CodebookOptions &options)
         ->type_name("CODE");
     command.add_flag("--no-problems", options.hasNoProblems, "leave the problems of the files out");
     addOutput(command, options.output);
-    command
-        .add_option("-o,--output", options.output.output,
-                    "page to write, - is standard output; for several files, the directory of their pages and an index")
-        ->required()
-        ->type_name("OUTPUT");
+    options.output.output.clear();
+    CLI::Option *output
+        = command
+              .add_option(
+                  "-o,--output", options.output.output,
+                  "page to write, - is standard output; for several files, the directory of their pages and an index")
+              ->required()
+              ->type_name("OUTPUT");
+    const auto open = [&options, output] {
+        options.isOpened = true;
+        output->required(false); // asked for after all options were read
+    };
+    command.add_flag_callback("--open", open,
+                              "open the page or the index in a browser; without -o, it is a temporary file");
     command.add_option("FILE", options.output.files, "files and directories to read; - is standard input")->required();
 }
 
@@ -290,7 +300,7 @@ public:
               "vanlayout")
         , isVerbose(verbose)
     {
-        app.set_version_flag("--version", "vanlayout " VAN_VERSION);
+        app.set_version_flag("--version", "vanlayout " VANLAYOUT_VERSION_STRING);
         app.add_flag("--verbose", isVerbose, "write the library's debug lines to standard error");
         app.require_subcommand(1);
         app.fallthrough();
@@ -361,6 +371,7 @@ private:
                      diffOptions);
         describeCodebook(add("codebook", "Write the codebook of each FILE as an HTML page.",
                              "  vanlayout codebook census.dcf -o census.html\n"
+                             "  vanlayout codebook --open census.dcf\n"
                              "  vanlayout codebook --language FR census.dcf survey.sav -o codebooks/\n"
                              "  vanlayout codebook -r surveys -o codebooks/",
                              [this](int, char **) { return writeCodebookPages(codebookOptions); }),
