@@ -25,7 +25,7 @@ van_add_package_test(EmbeddedProject embedded.cmake ${package_build} PROJECT_DIR
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/embedded)
 van_add_package_test(ExamplePrograms reader.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/programs EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
-van_add_package_test(LayoutAlone layout-alone.cmake ${package_build} PROJECT_DIR=${PROJECT_SOURCE_DIR}
+van_add_package_test(LayoutAlone layout-alone.cmake ${package_build} PROJECT_DIR=${PROJECT_SOURCE_DIR} QT_MAJOR=${QT_VERSION_MAJOR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/layout-alone)
 find_program(VAN_DPKG_DEB dpkg-deb)
 find_program(VAN_DPKG dpkg)
