@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     TCSPro dictionary;
     dictionary.ownAnswer = [answer](const DecimalQuestion & /*question*/) { return answer; };
     ReadReport report;
-    dictionary.report = data[0] & 4 ? &report : nullptr;
+    dictionary.setReport(data[0] & 4 ? &report : nullptr);
     try {
         dictionary.parseLines(&lines);
     } catch (VpErrorManager *error) {

@@ -39,11 +39,11 @@ void readDictionary(Dictionary &dictionary, QString path, ReadReport *report, QS
 {
     // Reading may throw.
     const auto atEnd = qScopeGuard([&] {
-        dictionary.report = nullptr;
+        dictionary.setReport(nullptr);
         problem = dictionary.readProblem;
     });
     if (report && !reportMissingFile(*report, path))
-        dictionary.report = report;
+        dictionary.setReport(report);
     dictionary.readFile(std::move(path));
 }
 

@@ -6,6 +6,7 @@
 class QJsonArray;
 class QJsonObject;
 class QJsonValue;
+class ReadReport;
 
 /// Reads a CSPro 8 JSON dictionary (the JSON form of the CSPro dictionary format) into the same model as a text
 /// dictionary.
@@ -19,6 +20,10 @@ class TCSProJson : public CSProDictionary
 public:
     TCSProJson();
     ~TCSProJson() override;
+
+    /// Sends notes on what the next readings lose or change to \a newReport, which is not owned; to none where it is
+    /// null.
+    void setReport(ReadReport *newReport) { report = newReport; }
 
     /// Reads a file, if it begins with "{" behind white space, all within its first 16 bytes. A second call appends.
     ///
@@ -53,6 +58,8 @@ private:
     /// at least; with one the position goes by that, whatever the flag says. Nothing for a null record.
     void readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position, bool relativePositions,
                       bool decimalMarkDefault, bool zeroFillDefault);
+
+    ReadReport *report = nullptr;
 };
 
 /// How parts of a document are read: for the reader, and for what is told of it.

@@ -16,7 +16,6 @@
 #include <memory>
 #include <stdexcept>
 
-class ReadReport;
 class TCSProItem;
 class TCSProValueSet;
 
@@ -169,7 +168,6 @@ public:
     bool currentIsNumeric = false;               ///< whether the item read last is numeric
     QList<void *> list1;                         ///< stays empty
     QList<void *> list2;                         ///< stays empty
-    ReadReport *report = nullptr;                ///< hears of what is lost or changed; not owned
     QString readProblem; ///< why the file could not be read, as one line for a person; null where it could
 
 protected:

@@ -260,14 +260,6 @@ void ReadReport::add(NoteKind kind, const QString &text, int line, const QString
         kept.push_back({ kind, line, variable, text });
 }
 
-void ReadReport::nameVariable(size_t first, const QString &variable)
-{
-    for (size_t i = first; i < kept.size(); ++i) {
-        if (kept[i].variable.isEmpty())
-            kept[i].variable = variable;
-    }
-}
-
 QString ReadReport::idOf(NoteKind kind)
 {
     return QLatin1String(rowOf(kind).id);

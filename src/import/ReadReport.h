@@ -137,12 +137,8 @@ public:
     int count(NoteSeverity severity) const;
     void clear();
 
-    // called by readers
+    /// Called by readers.
     void add(NoteKind kind, const QString &text, int line = 0, const QString &variable = QString());
-    /// Number of notes kept so far; the variable of later notes can be set once it is known.
-    size_t size() const { return kept.size(); }
-    /// Sets the variable of the notes from index \a first on that have none.
-    void nameVariable(size_t first, const QString &variable);
 
     // properties of a kind
     static QString idOf(NoteKind kind);

@@ -190,7 +190,7 @@ private Q_SLOTS:
     {
         ReadReport report;
         OwnedDictionary dictionary;
-        dictionary.report = &report;
+        dictionary.setReport(&report);
         const DebugCapture log;
         QVERIFY(thrownBy([&] {
             dictionary.readFile(write("[Item]\nName=A\n[Item]\nOccurrences=2000000000\nName=B\n[Item]\nName=C\n"));
@@ -224,7 +224,7 @@ private Q_SLOTS:
         QCOMPARE(TCSPro::mostRepeatedValues, qint64(2000) * 2000);
         ReadReport report;
         OwnedDictionary dictionary;
-        dictionary.report = &report;
+        dictionary.setReport(&report);
         const DebugCapture log;
         const auto error = thrownBy(
             [&] { dictionary.readFile(write((itemInFront + repeatedItem("A", occurrences, 2000)).toUtf8())); });
@@ -244,10 +244,10 @@ private Q_SLOTS:
         file.close();
         ReadReport report;
         OwnedDictionary dictionary;
-        dictionary.report = &report;
+        dictionary.setReport(&report);
         const DebugCapture log;
         QVERIFY(thrownBy([&] { dictionary.readFile(file.fileName()); }));
-        QCOMPARE(report.size(), size_t(1));
+        QCOMPARE(report.notes().size(), size_t(1));
         QCOMPARE(report.notes().front().kind, NoteKind::layoutGivenUp);
         const QString cause = QStringLiteral("is larger than 1 GiB, the most that a text dictionary can have");
         QCOMPARE(report.notes().front().text, cause);
@@ -568,7 +568,7 @@ private Q_SLOTS:
             bytes += " [ValueSet]\nLabel=no other line\n";
         ReadReport report;
         OwnedDictionary dictionary;
-        dictionary.report = &report;
+        dictionary.setReport(&report);
         dictionary.readFile(write(bytes));
         QCOMPARE(dictionary.getItemsCount(), 1);
         QCOMPARE(report.count(NoteKind::furtherValueSet), count + 1);

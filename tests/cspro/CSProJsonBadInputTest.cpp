@@ -129,9 +129,9 @@ private Q_SLOTS:
         QFETCH(QString, text);
         ReadReport report;
         OwnedJson dictionary;
-        dictionary.report = &report;
+        dictionary.setReport(&report);
         dictionary.read(bytes);
-        QCOMPARE(report.size(), size_t(1));
+        QCOMPARE(report.notes().size(), size_t(1));
         QCOMPARE(report.notes().front().kind, NoteKind::fileNotRead);
         const QRegularExpression expected(QRegularExpression::wildcardToRegularExpression(text));
         QVERIFY2(expected.match(report.notes().front().text).hasMatch(), qPrintable(report.notes().front().text));
@@ -162,7 +162,7 @@ private Q_SLOTS:
         for (const QByteArray set : { "5", "null", "\"VS\"", "[]" }) {
             ReadReport report;
             OwnedJson dictionary;
-            dictionary.report = &report;
+            dictionary.setReport(&report);
             dictionary.read(withItems("{\"name\":\"A\",\"length\":1,\"valueSets\":[" + set + "]}"));
             QCOMPARE(dictionary.itemNames(), QStringList("A"));
             QVERIFY(!dictionary.setOf(0));
@@ -180,7 +180,7 @@ private Q_SLOTS:
     {
         ReadReport report;
         OwnedJson dictionary;
-        dictionary.report = &report;
+        dictionary.setReport(&report);
         dictionary.read(withItems(repeatedItem("A", 2) + "," + repeatedItem("B", 2000000000)));
         QCOMPARE(dictionary.itemNames(), (QStringList{ "A_1", "A_2" }));
         QCOMPARE(report.count(NoteKind::readingEnded), 1);

@@ -291,7 +291,7 @@ private Q_SLOTS:
         QFETCH(bool, isTold);
         ReadReport report;
         OwnedDictionary dictionary;
-        dictionary.report = &report;
+        dictionary.setReport(&report);
         dictionary.read({ "[Record]", "Name=R", "RecordTypeValue=" + value });
         QTEST(dictionary.getRecord(0)->recordType, "type");
         QCOMPARE(report.count(NoteKind::recordTypeCut), isTold ? 1 : 0);

@@ -88,7 +88,7 @@ private Q_SLOTS:
         QTest::newRow("large, without a header") << QByteArray(3000000, 'x') + "\r\ny" << QString(3000000, 'x') + "\ny";
         QTest::newRow("large UTF-8")           << large.repeated(20000) << largeText.repeated(20000);
         QTest::newRow("large UTF-8 with a mark") << "\xEF\xBB\xBF" + large.repeated(20000) << largeText.repeated(20000);
-        QTest::newRow("large Windows-1252, told by its last byte") << QByteArray("[Item]\n\xC3\xA9\n").repeated(100000) + '\xE9'
+        QTest::newRow("large Windows-1252, seen from its last byte") << QByteArray("[Item]\n\xC3\xA9\n").repeated(100000) + '\xE9'
                                                << QString::fromUtf8("[Item]\nÃ©\n").repeated(100000) + QChar(0xE9);
         QTest::newRow("large UTF-8 with a mark and a bad byte") << "\xEF\xBB\xBF" + large.repeated(20000) + '\xE9'
                                                << largeText.repeated(20000) + QChar(0xFFFD);
@@ -251,7 +251,7 @@ private Q_SLOTS:
 
     void fileOfSizeZeroIsReadToItsEnd()
     {
-        // The system tells the size 0 for this file and delivers text.
+        // The system reports the size 0 for this file and delivers text.
         TextFileReader reader("/proc/self/status");
         QString text;
         QVERIFY(reader.readBlock(text));

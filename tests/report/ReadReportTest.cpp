@@ -15,7 +15,7 @@ private Q_SLOTS:
         const ReadReport report;
         QVERIFY(report.isEmpty());
         QVERIFY(report.notes().empty());
-        QCOMPARE(report.size(), size_t(0));
+        QCOMPARE(report.notes().size(), size_t(0));
         for (int i = 0; i < ReadReport::kinds; ++i)
             QCOMPARE(report.count(NoteKind(i)), 0);
     }
@@ -50,19 +50,6 @@ private Q_SLOTS:
         QCOMPARE(report.count(NoteSeverity::lost), 3);
         QCOMPARE(report.count(NoteSeverity::changed), 1);
         QCOMPARE(report.count(NoteSeverity::info), 0);
-    }
-
-    void variableIsGivenToThoseOfTheNotesThatHaveNone()
-    {
-        ReadReport report;
-        report.add(NoteKind::unknownKey, QStringLiteral("of the item before"));
-        const size_t first = report.size();
-        report.add(NoteKind::unknownKey, QStringLiteral("a"));
-        report.add(NoteKind::unknownKey, QStringLiteral("b"), 0, QStringLiteral("OTHER"));
-        report.nameVariable(first, QStringLiteral("AGE"));
-        QCOMPARE(report.notes().at(0).variable, QString());
-        QCOMPARE(report.notes().at(1).variable, QString("AGE"));
-        QCOMPARE(report.notes().at(2).variable, QString("OTHER"));
     }
 
     void clearedReportIsAsANewOne()

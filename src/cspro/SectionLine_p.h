@@ -1,0 +1,65 @@
+#ifndef CSPRO_SECTIONLINE_P_H
+#define CSPRO_SECTIONLINE_P_H
+
+#include "util/TextFile_p.h"
+
+#include <QString>
+#include <QStringView>
+
+#include <algorithm>
+#include <optional>
+
+/// Rules for a single line of a text dictionary.
+namespace cspro
+{
+
+/// The kinds of section. Only the sections that are read have a kind of their own.
+enum SectionKind { otherSection = 0, dictionarySection = 1, recordSection = 2, itemSection = 3, valueSetSection = 4 };
+
+inline bool isHeader(QStringView line)
+{
+    return !line.isEmpty() && line.front() == QLatin1Char('[');
+}
+
+/// The name in a header, in capitals. Without a closing bracket all of the rest of the line is the name.
+inline QString sectionName(QStringView header)
+{
+    const int bracket = textfile::indexOf(header, ']', 1);
+    return header.mid(1, (bracket < 0 ? header.size() : bracket) - 1).toString().toUpper();
+}
+
+/// Whether \a key occurs anywhere in \a line, case-sensitively. An empty key occurs in every line.
+///
+/// Few characters of a line are the first one of a key, so this searches for that one first.
+inline bool containsKey(QStringView line, QStringView key)
+{
+    if (key.isEmpty())
+        return true;
+    const auto *first = line.begin();
+    while ((first = std::find(first, line.end(), key.front())) != line.end()) {
+        if (QStringView(first, line.end()).startsWith(key))
+            return true;
+        ++first;
+    }
+    return false;
+}
+
+/// The text behind the "=" of a line; nothing where the line does not have exactly one.
+inline std::optional<QStringView> valueIn(QStringView line)
+{
+    const int equals = textfile::indexOf(line, '=');
+    if (equals < 0 || textfile::indexOf(line, '=', equals + 1) >= 0)
+        return std::nullopt;
+    return line.mid(equals + 1);
+}
+
+/// The text in front of the first "=" of a line, without blanks around it; all of the line where there is no "=".
+inline QStringView keyOf(QStringView line)
+{
+    const int equals = textfile::indexOf(line, '=');
+    return equals < 0 ? line : line.left(equals).trimmed();
+}
+
+} // namespace cspro
+
+#endif
