@@ -1,4 +1,4 @@
-// The least that a reader of a dictionary must do, as a process of its own: decode a text, or parse a JSON document.
+// The min work of a reader of a dictionary as a separate process: it decodes a text, or parses a JSON document.
 
 #include "cspro/TextFileReader_p.h"
 

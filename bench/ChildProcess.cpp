@@ -46,7 +46,7 @@ ProcessCost runHere(const std::vector<std::string> &command)
     return cost;
 }
 
-// One command a line, its parts parted by tabs; an answer is the cost as it lies in memory.
+// Each request is a line with the arguments of a command, separated by tabs. Each response has the bytes of the cost.
 [[noreturn]] void serve(int requests, int answers)
 {
     std::FILE *lines = fdopen(requests, "r");

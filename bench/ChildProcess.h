@@ -4,18 +4,18 @@
 #include <string>
 #include <vector>
 
-/// What one run of a program cost.
+/// The cost of one run of a program.
 struct ProcessCost {
-    int status = -1;             ///< exit status; -1 where the program did not end by itself
-    double seconds = 0;          ///< from start to end, on the wall clock
+    int status = -1;             ///< exit status; -1 where a signal ended the program
+    double seconds = 0;          ///< wall time from start to end
     double processorSeconds = 0; ///< user and system time
-    double peakBytes = 0;        ///< most resident memory
+    double peakBytes = 0;        ///< max resident memory
 };
 
-/// Starts programs from a small process of its own: the system counts the memory of the starting process as the
-/// program's.
+/// Starts programs from a small separate process, because the system counts the memory of the starting process as that
+/// of the program.
 ///
-/// Make it first of all, while this process is small.
+/// It must be made before anything else, while this process is small.
 class ProcessRunner
 {
 public:
@@ -24,7 +24,7 @@ public:
     ProcessRunner(const ProcessRunner &) = delete;
     ProcessRunner &operator=(const ProcessRunner &) = delete;
 
-    /// Runs a program with its standard output thrown away, and waits for it. No argument may hold a line feed.
+    /// Runs a program without its standard output and waits for its end. No argument may contain a line feed or a tab.
     ProcessCost run(const std::vector<std::string> &command);
 
 private:

@@ -1,5 +1,5 @@
-// What reading the exact layout of a dictionary costs, inside a process and as `vanlayout show`, which is measured
-// beside `vanlayout fields` on the same file.
+// The cost of reading the exact layout of a dictionary: inside a process, and as `vanlayout show`, which is compared
+// with `vanlayout fields` on the same file.
 
 #include "GeneratedDictionary.h"
 #include "WholeProcess.h"
@@ -25,7 +25,7 @@ const Form json = { "json", generatedJsonDictionary };
 
 ProcessRunner *processRunner = nullptr;
 
-// A generated dictionary on disk, for as long as the program runs.
+// A generated dictionary on disk. It is removed when the program ends.
 QString dictionaryFile(const Form &form, const benchmark::State &state)
 {
     static const QTemporaryDir folder;
@@ -37,7 +37,7 @@ QString dictionaryFile(const Form &form, const benchmark::State &state)
     return file.fileName();
 }
 
-// What a list of items and their values would print.
+// The number of characters that a list of items and their values would print.
 qint64 charactersOf(const vanlayout::Item &item)
 {
     qint64 count = item.name.size() + item.labels.primary().size();
@@ -98,7 +98,7 @@ bool ddi(const vanlayout::Layout &layout, QIODevice &device)
     return vanlayout::writeDdi(layout, device);
 }
 
-// Counts what a form has, and keeps nothing.
+// Counts the bytes of a form and keeps none of them.
 class CountingDevice : public QIODevice
 {
 public:
@@ -130,7 +130,7 @@ void writeOnly(benchmark::State &state, Write write)
     state.SetComplexityN(state.range(0) * (state.range(1) + 1));
 }
 
-// `vanlayout export`, beside `vanlayout show` of the same file.
+// `vanlayout export`, compared with `vanlayout show` of the same file.
 void exportProcess(benchmark::State &state, const char *target)
 {
     const QString path = dictionaryFile(text, state);
@@ -140,7 +140,7 @@ void exportProcess(benchmark::State &state, const char *target)
     finish(state, path);
 }
 
-// The counters `other_ms` and `ratio` are about the other command.
+// The counters `other_ms` and `ratio` compare with the other command.
 void wholeProcess(benchmark::State &state, const Form &form, const char *format)
 {
     const QString path = dictionaryFile(form, state);
@@ -157,7 +157,7 @@ void growing(benchmark::internal::Benchmark *bench)
     bench->ArgNames({ "items", "values" })->Unit(benchmark::kMillisecond);
 }
 
-// One item with very many values, and items without any.
+// One item with very many values, and items without values.
 void lopsided(benchmark::internal::Benchmark *bench)
 {
     for (const int values : { 10000, 100000, 1000000 })

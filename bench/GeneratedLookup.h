@@ -3,15 +3,15 @@
 
 #include <QString>
 
-/// How the keys of a generated lookup file come.
+/// The order of the keys in a generated lookup file.
 enum class LookupKeys {
     shuffled,  ///< different, in no order
-    ascending, ///< different, in their order
+    ascending, ///< different, in ascending order
     faulty     ///< in no order, 5 % of them repeated and 5 % one character too long
 };
 
-/// Writes a lookup file of \a lines lines with keys of nine digits and 1,000 different values, parted by a blank. The
-/// same numbers always give the same bytes.
+/// Writes a lookup file of \a lines lines with keys of nine digits and 1,000 different values, separated by a
+/// blank. Equal arguments give equal bytes.
 void generateLookup(LookupKeys keys, int lines, const QString &path);
 
 #endif

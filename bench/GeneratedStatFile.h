@@ -5,16 +5,16 @@
 
 #include <QString>
 
-/// What a generated Stata or SPSS file holds.
+/// The contents of a generated Stata or SPSS file.
 struct StatFileShape {
     StatFile::Kind kind; ///< sav or dta
     int variables;       ///< doubles, or ints in a Stata file with label sets
     int labels;          ///< labels of a set
     bool isOneSet;       ///< one set for all variables, or one each
-    qint64 rows;         ///< rows of nothing but zeros, kept as a hole in the file
+    qint64 rows;         ///< rows of zeros, stored as a hole in the file
 };
 
-/// Writes such a file; the same shape always gives the same bytes.
+/// Writes such a file. Equal shapes give equal bytes.
 void generateStatFile(const StatFileShape &shape, const QString &path);
 
 #endif

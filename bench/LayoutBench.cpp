@@ -1,4 +1,4 @@
-// What reading a dictionary costs, inside a process and as a whole process of the tool.
+// The cost of reading a dictionary: inside a process, and as a whole process of the tool.
 
 #include "GeneratedDictionary.h"
 #include "WholeProcess.h"
@@ -23,7 +23,7 @@
 namespace
 {
 
-// One form of dictionary: how it is generated, what reads it, and the least that any reader of it must do.
+// One form of dictionary: its generator, its reader, and the min work of any reader.
 struct Form {
     const char *name;
     QByteArray (*generate)(int items, int values);
@@ -56,7 +56,7 @@ const Form json = { "json", generatedJsonDictionary, makeImporter<TCSProJsonData
 
 ProcessRunner *processRunner = nullptr;
 
-// A generated dictionary on disk, for as long as the program runs.
+// A generated dictionary on disk. It is removed when the program ends.
 QString dictionaryFile(const Form &form, const benchmark::State &state)
 {
     static const QTemporaryDir folder;
@@ -74,7 +74,7 @@ double bytesInUse()
     return double(info.uordblks + info.hblkhd);
 }
 
-// The whole road: importer, provider. What is made stays alive, as it does for every caller.
+// The whole data flow: importer, then provider. The objects that they make are kept, as for every caller.
 int readLayout(const Form &form, const QString &path, bool isReported)
 {
     const std::unique_ptr<TDataImport> importer = form.makeImporter(path);
@@ -120,7 +120,7 @@ void wholeRoad(benchmark::State &state, const Form &form, bool isReported)
         state.counters["bytes/value"] = kept / (items * values);
 }
 
-// The tool, and right behind it a process that does the least.
+// The tool, and after each run a process that does the min work.
 void wholeProcess(benchmark::State &state, const Form &form)
 {
     const QString path = dictionaryFile(form, state);
@@ -130,7 +130,7 @@ void wholeProcess(benchmark::State &state, const Form &form)
     finish(state, path);
 }
 
-// An importer that is open on a dictionary of so many records is asked for the value of each of its groups.
+// The value of each group of an importer that has opened a dictionary with this number of records.
 void groupValues(benchmark::State &state)
 {
     const QTemporaryDir folder;
@@ -160,7 +160,7 @@ void growing(benchmark::internal::Benchmark *bench)
     bench->ArgNames({ "items", "values" })->Unit(benchmark::kMillisecond);
 }
 
-// One item with very many values, and items without any.
+// One item with very many values, and items without values.
 void lopsided(benchmark::internal::Benchmark *bench)
 {
     for (const int values : { 10000, 100000, 1000000 })
@@ -171,7 +171,7 @@ void lopsided(benchmark::internal::Benchmark *bench)
 
 } // namespace
 
-// The layouts that are read stay in memory, hence few rounds.
+// The layouts are kept in memory, so there are only a few rounds.
 BENCHMARK_CAPTURE(bytesOnly, text, text)->Apply(growing)->Complexity();
 BENCHMARK_CAPTURE(bytesOnly, json, json)->Apply(growing)->Complexity();
 BENCHMARK_CAPTURE(wholeRoad, text, text, false)->Apply(growing)->Iterations(3)->Complexity();

@@ -1,4 +1,4 @@
-// What the check of a lookup file costs: inside a process, and as a whole process of the tool beside one of awk.
+// The cost of checking a lookup file: inside a process, and as a whole process of the tool compared with one of awk.
 
 #include "GeneratedLookup.h"
 #include "WholeProcess.h"
@@ -19,7 +19,7 @@ namespace
 
 ProcessRunner *processRunner = nullptr;
 
-// A generated file on disk, for as long as the program runs.
+// A generated file on disk. It is removed when the program ends.
 QString lookupFile(LookupKeys keys, const benchmark::State &state)
 {
     static const QTemporaryDir folder;

@@ -1,4 +1,4 @@
-// What the records cost: the search in a hierarchy, and copies.
+// The cost of the records: a search in a hierarchy, and copies.
 
 #ifdef __GNUC__
 #pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted as what they are
@@ -15,7 +15,7 @@
 namespace
 {
 
-/// A hierarchy of so many entities, ten children each.
+/// A hierarchy of entities with ten children each.
 class Hierarchy
 {
 public:
@@ -35,7 +35,7 @@ private:
     std::vector<TVpEntity> entities;
 };
 
-// Each search leaves an entity behind for each one that it looks at, hence few rounds.
+// A search makes one entity for each one that it visits and frees none, so there are only a few rounds.
 void failedSearch(benchmark::State &state)
 {
     Hierarchy hierarchy(int(state.range(0)));
@@ -46,7 +46,7 @@ void failedSearch(benchmark::State &state)
         double(state.range(0)), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-// A variable with the texts that it usually has.
+// A variable with typical texts.
 TVpVariable usualVariable()
 {
     TVpVariable variable;

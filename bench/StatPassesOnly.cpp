@@ -1,5 +1,5 @@
-// The least that a reader of a Stata or SPSS file must do, as a process of its own: two passes, whose handlers copy
-// names and labels.
+// The min work of a reader of a Stata or SPSS file as a separate process: two passes with handlers that copy names and
+// labels.
 
 #include <readstat.h>
 

@@ -1,5 +1,5 @@
-// What reading a Stata or SPSS file costs: as a whole process of the tool, beside a process that makes ReadStat's two
-// passes alone; the exact layout also beside the importers' fields of the same file.
+// The cost of reading a Stata or SPSS file as a whole process of the tool, compared with a process that only makes the
+// two passes of ReadStat. The exact layout is also compared with the importers' fields of the same file.
 
 #include "GeneratedStatFile.h"
 #include "WholeProcess.h"
@@ -14,7 +14,7 @@ namespace
 
 ProcessRunner *processRunner = nullptr;
 
-// A generated file on disk, for as long as the program runs.
+// A generated file on disk. It is removed when the program ends.
 QString statFile(const StatFileShape &shape)
 {
     static const QTemporaryDir folder;
@@ -67,7 +67,7 @@ void exactBesidePasses(benchmark::State &state, StatFile::Kind kind, bool isOneS
     measureProcesses(state, *processRunner, exactLayoutOf(path), passesOver(path));
 }
 
-// Variables in growing numbers with ten labels each, without rows and with so many that the largest file has 8 GB.
+// Growing numbers of variables with ten labels each, without rows and with so many rows that the largest file has 8 GB.
 void growing(benchmark::internal::Benchmark *bench)
 {
     for (const int rows : { 0, 100000 }) {

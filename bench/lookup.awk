@@ -1,5 +1,5 @@
-# The checks of a lookup file, as awk makes them: length of the key, duplicates, and a count of 1 for each value of a new
-# key. What the tool is measured against.
+# The checks of a lookup file in awk: length of the key, duplicates, and a count of 1 for each value of a
+# new key. The benchmark compares the tool with it.
 #   awk -f lookup.awk FILE
 {
     position = index($0, " ")

@@ -23,7 +23,7 @@ namespace
 constexpr char separators[] = { ' ', '\t', ',', ';', ':' };
 constexpr int spaceSeparator = 0;
 
-// How many lines pass from one report of the progress to the next; a power of two.
+// The number of lines between two reports of the progress; a power of two.
 constexpr int linesOfProgress = 1 << 13;
 
 QString withoutLeadingBlanks(QStringView text)
@@ -39,13 +39,13 @@ QChar separatorCharacter(int separator)
     return QLatin1Char(separators[isKnown ? separator : spaceSeparator]);
 }
 
-// A separator in the first column has no key in front of it, and counts as none.
+// A separator in the first column has no key in front of it and does not count as a separator.
 bool hasKey(int separatorPosition)
 {
     return separatorPosition >= 1;
 }
 
-// Counts as far as an int does.
+// Adds 1, up to the max of an int.
 void increase(int &counter)
 {
     if (counter < std::numeric_limits<int>::max())
@@ -193,7 +193,7 @@ bool TVpLookup::readLookup()
     return true;
 }
 
-// One check of an open file: what it has collected, and the steps for each line.
+// One check of an open file: the results so far, and the steps for each line.
 class TVpLookup::Import
 {
 public:
@@ -208,7 +208,7 @@ public:
         stream.setAutoDetectUnicode(true);
     }
 
-    /// Makes the next line the current one; false behind the last one, and where reading fails.
+    /// Makes the next line the current one. Returns false after the last line, and where reading fails.
     bool readLine()
     {
         if (stream.atEnd())
@@ -216,8 +216,8 @@ public:
         const qint64 position = file.pos();
         const bool hasLine = stream.readLineInto(&target.currentLine);
         if (file.error() != QFileDevice::NoError)
-            return false;                         // the current line is cut
-        if (!hasLine && file.pos() == position) { // not at its end, and no text: the file became shorter
+            return false;                         // the current line is incomplete
+        if (!hasLine && file.pos() == position) { // not at the end, and no text: the file has become shorter
             if (target.report)
                 target.report->add(NoteKind::readingEnded, QString(), target.lineNumber);
             return false;
@@ -239,7 +239,7 @@ public:
         if (!target.isReporting())
             return;
         const int keySize = target.key.size();
-        if (firstKeySize == 0) { // an empty first key leaves it open
+        if (firstKeySize == 0) { // an empty first key sets no size
             firstKeySize = keySize;
         } else if (keySize != firstKeySize) {
             const QString format = QStringLiteral("Key [%1] has a different key size [%2] from the first record [%3]");
@@ -250,7 +250,7 @@ public:
         }
     }
 
-    /// The first value of a key stays; a further one counts in no frequency.
+    /// Keeps the first value of a key. A further value of it counts in no frequency.
     void enterKey()
     {
         const quint32 keyHash = lookup::hashOf(target.key);
@@ -271,7 +271,7 @@ public:
 private:
     void reportDuplicate()
     {
-        // A line that repeats the one before has a note of its own.
+        // A line that repeats the line before has a note of its own.
         if (target.report && hasKey(target.separatorPosition()))
             target.report->add(NoteKind::duplicateKey, target.currentLine, target.lineNumber);
         if (target.isReporting())
@@ -285,7 +285,7 @@ private:
     LocaleTextStream stream;
     lookup::Entries entries;
     lookup::Frequencies frequencies;
-    TextCache values; ///< they repeat a lot
+    TextCache values; ///< values are often repeated
     QStringList *errors;
     int firstKeySize = 0;
 };
@@ -301,7 +301,7 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
             report->add(NoteKind::fileNotRead, fileName);
         return false;
     }
-    // Key and value stay as the last line of an earlier check has left them.
+    // Key and value keep the texts of the last line of an earlier check.
     entries.clear();
     lineNumber = 0;
     currentLine = emptyText();
@@ -324,8 +324,8 @@ bool TVpLookup::importAVL(std::map<QString, int *> &frequencies, QStringList *er
     return true;
 }
 
-// Whether the system failed to read the file to its end. A file of no size may fail at its first byte, which the stream
-// has not asked for.
+// Returns whether the system has failed to read the file to its end. Reading a file of size 0 may fail at its first
+// byte, which the stream has not requested.
 bool TVpLookup::hasReadFailed(QFile &file)
 {
     char next = 0;
@@ -341,7 +341,7 @@ bool TVpLookup::hasReadFailed(QFile &file)
     return true;
 }
 
-// Of the first one in the line; -1 if there is none.
+// The position of the first separator in the current line; -1 if there is none.
 int TVpLookup::separatorPosition() const
 {
     return currentLine.indexOf(separatorCharacter(separator));
@@ -356,7 +356,7 @@ void TVpLookup::splitKeyValueAVL(QStringList *errors)
         value = separator == spaceSeparator ? withoutLeadingBlanks(rest) : rest.toString();
         return;
     }
-    // Key and value stay those of the line before.
+    // Key and value keep the texts of the line before.
     if (report)
         report->add(NoteKind::repeatsLineBefore, currentLine, lineNumber);
     if (isReporting()) {
@@ -376,7 +376,7 @@ void TVpLookup::issueErrorMessage(QStringList *errors, QString message)
     increase(errorCount);
     if (errorCount > maxMessages && !tooManyIssued) {
         tooManyIssued = true;
-        // The two numbers stand as the one character with that code, not as digits.
+        // Each of the two numbers is passed as the one character with that code, not as digits. This is intended.
         message = formatMessage(QStringLiteral("System.Common.MaxMessages"),
                                 QStringLiteral("Too many error messages [%1], only the first [%2] will be shown"),
                                 QString(numberCharacter(errorCount)), QString(numberCharacter(maxMessages)));

@@ -16,26 +16,26 @@ class ReadReport;
 /// A lookup file, which pairs a key with a value on each line, and its check.
 ///
 /// A line is a key, one separator and a value. The key is everything before the first separator and has at least one
-/// character; the value is everything behind it, further separators included. Nothing is trimmed, but for the blanks in
-/// front of a value where the separator is the space. There is no header, no comment and no quoting. The text is read
-/// by `QTextStream`: in the encoding of the locale, or in UTF-8, UTF-16 or UTF-32 after a byte-order mark; a line ends
-/// at LF or CR LF.
+/// character. The value is everything after that separator and may contain further separators. Nothing is trimmed,
+/// except that the blanks in front of a value are removed where the separator is the space. There is no header, no
+/// comment and no quoting. The text is read by `QTextStream`: in the encoding of the locale, or in UTF-8, UTF-16 or
+/// UTF-32 after a byte-order mark. A line ends at LF or CR LF.
 ///
-/// Reads no file before a check. A check runs on the caller's thread and throws nothing of its own. An object is used
-/// by one thread at a time; different objects share nothing.
+/// The file is read by a check only. A check runs on the caller's thread and throws no exception of its own. An object
+/// may be used by one thread at a time; different objects share nothing.
 class MODEL_VANADMIN_EXPORT TVpLookup
 {
 public:
-    /// Hears of the progress of a check: bytes read, and bytes of the whole file. Answers whether anything more is to
-    /// be heard of it.
+    /// A function that is called with the progress of a check: the bytes that have been read, and the bytes of the
+    /// whole file.
     using ProgressListener = std::function<void(qint64 done, qint64 size)>;
 
-    /// Its texts are empty and not null, but for those of the line in hand, which are null.
+    /// The texts of a new lookup are empty and not null, except those of the current line, which are null.
     TVpLookup();
     /// Copies share the texts of the entries.
     TVpLookup(const TVpLookup &other);
     TVpLookup &operator=(const TVpLookup &other);
-    /// Takes nothing from its argument: texts null, numbers 0, flags false.
+    /// Takes nothing from its argument: its texts are null, its numbers 0 and its flags false.
     TVpLookup(TVpLookup &&other);
     virtual ~TVpLookup();
 
@@ -45,45 +45,46 @@ public:
     void setLabel(const QString &newLabel);
     QString getFfileName() const;
     void setFfileName(const QString &newFileName);
-    /// 0 space, 1 tab, 2 comma, 3 semicolon, 4 colon; any other splits at a space, and keeps blanks in front of the
-    /// value.
+    /// The separator by its number: 0 space, 1 tab, 2 comma, 3 semicolon, 4 colon. Any other number means a space too,
+    /// but the blanks in front of the value are kept.
     int getSeparator() const;
     void setSeparator(int newSeparator);
-    /// The limit of issued messages over the object's whole life; 0 in a new object.
+    /// The max number of messages over the whole life of the object; 0 in a new object.
     int getMaxMessages() const;
     void setMaxMessages(int limit);
 
-    /// Takes \a name as the file name if such a file exists. Nothing changes where it does not, nor where \a name is
-    /// empty and a file name is set.
+    /// Takes \a name as the file name if such a file exists. The file name does not change where there is no such file,
+    /// nor where \a name is empty.
     void updateFileName(QString name);
 
-    /// Reads the file and reports into the caller's objects, to which it only adds.
+    /// Reads the file and adds the results to the caller's objects. Nothing is removed from them.
     ///
-    /// \a mode 1 counts frequencies, 2 reports errors, 3 does both, any other neither. A file that does not exist or
-    /// cannot be opened leaves both objects as they are. Where reading fails on the way, both keep what came of the
-    /// lines in front of that place, and getReadProblem() says why the check has no result.
+    /// \a mode 1 counts frequencies, 2 reports errors, 3 does both, and any other does neither. A file that does not
+    /// exist or cannot be opened leaves both objects unchanged. Where reading fails before the end of the file, both
+    /// keep the results of the lines before that place, and getReadProblem() gives the reason.
     ///
-    /// Each line is checked for its separator, the length of its key (that of the first key of the check) and a key
-    /// that was there before, in this order; each gives a message, "LINE_TEXT" with the line's number from 1. A line
+    /// Each line is checked in this order: it has a separator, its key is as long as the first key of the check, and
+    /// its key is new. Each check that fails gives a message, "LINE_TEXT" with the number of the line from 1. A line
     /// without a separator, or with one in the first column, is treated as a repeat of the line before. The first value
-    /// of a key stands. The first message beyond the limit is replaced by one about the limit, once in the object's
-    /// life; none is held back. \a errors may be null: messages are then counted and dropped.
+    /// of a key is kept. The first message beyond the limit is replaced by one about the limit, once in the life of the
+    /// object. All later messages are issued. \a errors may be null: messages are then counted and dropped.
     ///
-    /// For each new key, \a frequencies gets an int of 1 under the **value**, replacing the entry that may be there, so
-    /// a count stays 1; where the **key** is an entry already, nothing changes. This is meant. The ints are the
-    /// caller's.
+    /// For each new key, an int of 1 is entered into \a frequencies under the **value**. It replaces an entry of that
+    /// value, so a count stays 1. Where \a frequencies has an entry of the **key**, nothing changes. This is intended.
+    /// The caller owns the ints.
     void consistencyCheck(econsistencyCheck mode, std::map<QString, int *> &frequencies, QStringList *errors);
 
-    /// Has checks from now on tell \a newReport where a line is not what it looks like; null, as in a new object, tells
-    /// nobody. Not owned: it must outlive the checks. Copies tell the same report.
+    /// Sets the report that later checks add their notes to, where a line does not mean what it looks like. Null, as in
+    /// a new object, means no report. The report is not owned and must outlive the checks. Copies use the same report.
     void setReadReport(ReadReport *newReport);
 
     /// The reason why the last check could not read the file to its end, as one line for a person, such as "cannot be
-    /// read: Input/output error"; null where nothing went wrong. No line at or behind that place has counted, and the
-    /// entries of the check are none.
+    /// read: Input/output error"; null where reading has succeeded. The line at that place and all later ones are not
+    /// counted, and the check has no entries.
     QString getReadProblem() const;
 
-    /// Who hears of the progress of checks, a few times for each megabyte; nobody in a new object. Copies share it.
+    /// Sets the function that checks call with their progress, a few times for each megabyte. A new object has none.
+    /// Copies share it.
     void setProgressListener(ProgressListener listener);
 
 private:
@@ -104,7 +105,7 @@ private:
 
     QString id;
     QString label;
-    QString errorText;  ///< of a failure to open or to read
+    QString errorText;  ///< the reason of a failure to open or to read
     int errorCode = -1; ///< 1 after a failure to open or to read
     int separator = 0;  ///< see getSeparator()
     QString text1;      ///< carried
@@ -114,17 +115,17 @@ private:
     bool readFailed = false;            ///< the system failed to read the file of the last check
     bool fileAccepted = false;          ///< set by updateFileName()
     bool flag1 = true;                  ///< carried
-    QString key;                        ///< of the line in hand; stays from check to check
-    QString value;                      ///< of the line in hand; stays from check to check
+    QString key;                        ///< of the current line; is kept from check to check
+    QString value;                      ///< of the current line; is kept from check to check
     int keySize = 0;                    ///< carried; a check compares with a length of its own
     econsistencyCheck consistency = ccNone;
     QString fileName;
-    int lineNumber = 0;         ///< of the line in hand, from 1
+    int lineNumber = 0;         ///< of the current line, from 1
     int errorCount = 0;         ///< messages issued over the object's whole life
     bool tooManyIssued = false; ///< the message about the limit has been issued
     QString currentLine;
     qint64 fileSize = 0;    ///< in bytes
-    qint64 currentSize = 0; ///< length in characters of the line in hand
+    qint64 currentSize = 0; ///< length of the current line in characters
     ProgressListener progressListener;
     ReadReport *report = nullptr; ///< see setReadReport()
 };

@@ -13,8 +13,8 @@ namespace
 
 constexpr size_t firstSize = 1 << 10; // a power of two
 
-// An entry, and the first characters of its key as a number that compares as they do, so that few texts must be looked
-// at: eight of Latin-1, or four of any kind.
+// An entry by its number, with the first characters of its key as a number that compares as they do: eight characters
+// of Latin-1, or four of any kind. Few comparisons have to read the texts.
 struct SortKey {
     quint64 prefix;
     int number;
@@ -22,8 +22,8 @@ struct SortKey {
 
 bool isLatin1(const QString &text)
 {
-    constexpr ushort mostLatin1 = 0xFF;
-    return std::all_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.unicode() <= mostLatin1; });
+    constexpr ushort maxLatin1 = 0xFF;
+    return std::all_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.unicode() <= maxLatin1; });
 }
 
 template <int UnitBits> quint64 prefixOf(const QString &text)
@@ -70,7 +70,7 @@ void TextIndex::put(Place added)
 
 bool Entries::add(const QString &key, quint32 keyHash, const QString &value)
 {
-    // As long as the keys ascend, the last one tells whether a key is new.
+    // While the keys ascend, a key is new if it is greater than the last one.
     if (isAscending && !entries.empty() && !(entries.back().key < key)) {
         if (entries.back().key == key)
             return false;
@@ -87,7 +87,7 @@ bool Entries::add(const QString &key, quint32 keyHash, const QString &value)
     return true;
 }
 
-// A map that is filled in order takes each entry at its end at once.
+// Entries are inserted in order, each at the end of the map, which needs no search.
 void Entries::moveTo(std::map<QString, QString> &map)
 {
     index = TextIndex();
@@ -121,7 +121,7 @@ Frequencies::Frequencies(std::map<QString, int *> &callersMap)
 
 void Frequencies::count(const QString &key, quint32 keyHash, const QString &value)
 {
-    // A key that an earlier value was entered under: its int stays as it is.
+    // The key is equal to an earlier value. The int of that value does not change.
     if (find(key, keyHash) >= 0)
         return;
     const quint32 valueHash = hashOf(value);
@@ -132,7 +132,7 @@ void Frequencies::count(const QString &key, quint32 keyHash, const QString &valu
         remember(entry, valueHash, true);
         return;
     }
-    // The entry is replaced, so the count stays 1. What this check has put there is just that.
+    // The entry is replaced, so the count stays 1. An int of this check is 1 already.
     Frequency &frequency = frequencies[size_t(number)];
     if (!frequency.isOfThisCheck)
         frequency.entry->second = std::make_unique<int>(1).release();

@@ -11,12 +11,12 @@
 #include <map>
 #include <memory>
 
-// Of the caller's layer; the library only passes pointers to them.
+// Classes of the caller. The library only passes pointers to them.
 class TVanDataset;
 class TVanDictionary;
 class TVanDatabaseCreationInfo;
 
-/// The captions and values that a report on a lookup has, whatever it reports.
+/// The captions and values of every report on a lookup.
 struct LookupReportTexts {
     QString title;
     QString idCaption;
@@ -27,11 +27,10 @@ struct LookupReportTexts {
     QString file;
 };
 
-/// The outcome of one check of a `TVpLookup`, as it goes to whatever presents it. The caller fills it; the captions
-/// stay as constructed.
+/// The outcome of one check of a `TVpLookup`, for a program that presents it. The caller sets the values. The captions
+/// cannot be changed.
 ///
-/// The list of error lines and the ints of the frequencies are the caller's and must live as long as they are asked
-/// for.
+/// The caller owns the list of error lines and the ints of the frequencies, which must live as long as they are used.
 ///
 /// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ReportLookup : public QObject
@@ -40,7 +39,7 @@ class MODEL_VANADMIN_EXPORT ReportLookup : public QObject
 
 public:
     ReportLookup();
-    /// Takes nothing from its argument: captions empty too, though not null.
+    /// Takes nothing from its argument. Its captions are empty and not null.
     ReportLookup(ReportLookup &&other);
     ~ReportLookup() override;
 
@@ -70,9 +69,9 @@ private:
     econsistencyCheck consistency = ccNone;
 };
 
-/// The captions and values of a report run, with what it was made from. The caller fills it.
+/// The captions and values of a report run, with the objects that it was made from. The caller sets all of them.
 ///
-/// The list of error lines is the caller's; dataset, dictionary and creation information are shared.
+/// The caller owns the list of error lines. Dataset, dictionary and creation information are shared.
 ///
 /// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT DtoReportRunCreation : public QObject
@@ -81,7 +80,7 @@ class MODEL_VANADMIN_EXPORT DtoReportRunCreation : public QObject
 
 public:
     DtoReportRunCreation();
-    /// Takes nothing from its argument: captions empty too, though not null.
+    /// Takes nothing from its argument. Its captions are empty and not null.
     DtoReportRunCreation(DtoReportRunCreation &&other);
     ~DtoReportRunCreation() override;
 

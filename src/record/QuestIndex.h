@@ -8,16 +8,16 @@
 
 /// The raw lines of one questionnaire, against which a record tree is checked.
 ///
-/// Owns nothing; `lines` null counts as no lines. The record type of a line is `mid(typeStart, typeLength)`, the start
-/// counted from 0, compared case-sensitively.
+/// It owns nothing. Where `lines` is null, there are no lines. The record type of a line is `mid(typeStart,
+/// typeLength)`, with the start counted from 0. Record types are compared case-sensitively.
 ///
 /// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT TQuestIndex
 {
 public:
     int countRecords(QString type) const; ///< the number of lines of that record type
-    /// The type code found at the match numbered \a occurrence, from 0: the code, not the line. "", not null, if there
-    /// is none.
+    /// The type code of the match with the number \a occurrence, counted from 0. The code is returned, not the line.
+    /// Where there is no such match, the result is empty and not null.
     QString findRecord(QString type, int occurrence) const;
     /// The record type of a line of this questionnaire.
     QString typeOf(const QString &line) const;
@@ -25,7 +25,7 @@ public:
     int typeStart = 0;  ///< start of the record-type code in a line, from 0
     int typeLength = 0; ///< its length in characters
     int status = 0;     ///< outcome of a check: 4 more than one line for a reference, 6 an occurrence not found again
-    QString text;       ///< what a record of the tree is assembled to
+    QString text;       ///< the text that every record of the tree is assembled to
     QStringList *lines = nullptr; ///< the questionnaire lines, not owned
 };
 

@@ -12,10 +12,11 @@
 
 #include <sodium.h>
 
-/// SipHash-2-4 with a key that each process draws for itself: no file can be made whose texts or numbers collide.
+/// SipHash-2-4 with a random key for each process. Nobody can make a file whose texts or numbers have the same hash.
 ///
-/// Every hash table whose keys come from a file uses it. Qt's own hash of texts is a checksum on many processors, for
-/// which colliding texts are easily made whatever its seed is. Values that compare equal have one hash, as 0 and -0 do.
+/// Every hash table whose keys come from a file uses this hash. Qt's own hash of texts is a checksum on many
+/// processors: texts with the same checksum are easily made, for any seed. Values that compare equal have the same
+/// hash, as 0 and -0 do.
 ///
 /// The operations are deliberately not noexcept: the standard containers then keep the hash of each entry.
 class KeyedHash

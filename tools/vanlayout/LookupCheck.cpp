@@ -21,12 +21,12 @@
 namespace
 {
 
-constexpr int gap = 2;               // blanks between columns
-constexpr int mostTextWidth = 60;    // columns of a text in front of its count
-constexpr qint64 patience = 1000;    // milliseconds before progress is told
-constexpr qint64 progressStep = 200; // milliseconds from one time to the next
+constexpr int gap = 2;                 // blanks between columns
+constexpr int maxTextWidth = 60;       // columns of a text in front of its count
+constexpr qint64 firstProgress = 1000; // milliseconds before progress is shown
+constexpr qint64 progressStep = 200;   // milliseconds between two updates
 
-// The place of a name in a list is the number that the library knows it by.
+// The number of a name in the library is its index in the list.
 template <size_t Count> int numberOf(const char *const (&names)[Count], const std::string &name)
 {
     return int(std::find(std::begin(names), std::end(names), name) - std::begin(names));
@@ -38,7 +38,7 @@ econsistencyCheck modeNumber(const std::string &name)
     return econsistencyCheck(numberOf(names, name));
 }
 
-/// A line on a terminal at standard error that tells how far a long check has come, and goes when it ends.
+/// A line with the progress of a long check, where standard error is a terminal. It is erased when the check ends.
 class ProgressLine
 {
 public:
@@ -50,7 +50,7 @@ public:
         if (!isTerminal(standardError))
             return;
         timer.start();
-        lookup.setProgressListener([this](qint64 done, qint64 size) { tell(done, size); });
+        lookup.setProgressListener([this](qint64 done, qint64 size) { show(done, size); });
     }
     ~ProgressLine()
     {
@@ -62,7 +62,7 @@ public:
     ProgressLine &operator=(const ProgressLine &) = delete;
 
 private:
-    void tell(qint64 done, qint64 size)
+    void show(qint64 done, qint64 size)
     {
         const qint64 now = timer.elapsed();
         if (now < next || size <= 0)
@@ -77,7 +77,7 @@ private:
     TVpLookup &lookup;
     QString file;
     QElapsedTimer timer;
-    qint64 next = patience;
+    qint64 next = firstProgress;
     bool isShown = false;
 };
 
@@ -113,7 +113,7 @@ void printFrequencies(const std::map<QString, int *> &frequencies)
     const QString head = QStringLiteral("Value");
     int width = columnsOf(head);
     for (const auto &entry : frequencies)
-        width = std::max(width, std::min(columnsOf(printable(entry.first)), mostTextWidth));
+        width = std::max(width, std::min(columnsOf(printable(entry.first)), maxTextWidth));
     printLine(stdout, paddedToColumns(head, width + gap) + QStringLiteral("Count"));
     for (const auto &[text, count] : frequencies)
         printLine(stdout, paddedToColumns(printable(text), width + gap) + QString::number(*count));
@@ -146,7 +146,7 @@ void printAsTable(const ReportLookup &report)
     }
 }
 
-// One check, with all that it fills.
+// One check with its results.
 struct Check {
     TVpLookup lookup;
     std::map<QString, int *> frequencies;
@@ -156,7 +156,7 @@ struct Check {
 
 int check(const LookupOptions &options, const QString &file)
 {
-    // Stays to the end of the process: to give back millions of entries one by one would take as long as to make them.
+    // Is kept until the process ends: freeing millions of entries one by one would take as long as making them.
     static auto *const check = new Check;
     TVpLookup &lookup = check->lookup;
     lookup.setFfileName(file);

@@ -4,19 +4,19 @@
 #include <limits>
 #include <string>
 
-/// What `vanlayout lookup` was asked for.
+/// The arguments of `vanlayout lookup`.
 struct LookupOptions {
     std::string format = "table";                      ///< table or json
     std::string separator = "space";                   ///< space, tab, comma, semicolon or colon
     std::string mode = "both";                         ///< count, errors or both
-    int maxMessages = std::numeric_limits<int>::max(); ///< no limit that is reached
+    int maxMessages = std::numeric_limits<int>::max(); ///< by default no limit
     std::string file;                                  ///< in the encoding of the system
 };
 
-/// The number by which the library knows a separator.
+/// The number of a separator in the library.
 int separatorNumber(const std::string &name);
 
-/// Checks the lookup file, prints the report and answers the status: a finding where there are error lines.
+/// Checks the lookup file and prints the report. Returns the exit status: statusFinding where there are error lines.
 int checkLookup(const LookupOptions &options);
 
 #endif
