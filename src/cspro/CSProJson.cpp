@@ -1,6 +1,5 @@
 #include "cspro/CSProJson_p.h"
 
-#include "cspro/CSProNotes_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
 #include "util/EmptyText_p.h"
@@ -20,8 +19,8 @@ namespace
 
 constexpr int headSize = 16;
 
-// The first bytes of a file as text mode gives them: without carriage returns, and here without white space around
-// them. Sets why the system fails to read them.
+// The first bytes of a file, without carriage returns, as text mode reads them, and without white space around them.
+// Sets readProblem where the system fails to read them.
 QByteArray readHead(const QString &fileName, QString &readProblem)
 {
     QFile file(fileName);
@@ -41,7 +40,7 @@ QByteArray readHead(const QString &fileName, QString &readProblem)
     return head.left(headSize).trimmed();
 }
 
-// Why a file with this head is not read.
+// The reason why a file with this head is not read.
 QString describeHead(const QByteArray &head)
 {
     QString words = QStringLiteral("no \"{\" behind white space among the first 16 bytes");
@@ -52,14 +51,14 @@ QString describeHead(const QByteArray &head)
     return words;
 }
 
-// All of a file; sets why there is nothing where it cannot be had.
+// The whole file; empty where it cannot be read, and readProblem has the reason.
 QByteArray readWhole(const QString &fileName, QString &readProblem)
 {
-    constexpr qint64 mostBytes = std::numeric_limits<int>::max(); // that a QByteArray of Qt 5 holds
+    constexpr qint64 maxBytes = std::numeric_limits<int>::max(); // of a QByteArray of Qt 5
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return QByteArray();
-    if (file.size() > mostBytes) {
+    if (file.size() > maxBytes) {
         readProblem = QStringLiteral("is larger than 2 GiB, the most that a JSON dictionary can have");
         return QByteArray();
     }
@@ -76,7 +75,7 @@ QJsonDocument parse(const QByteArray &bytes, QString &problem)
     return error.error == QJsonParseError::NoError ? document : QJsonDocument();
 }
 
-// The room that an item takes in a line: a character at least.
+// The width of an item in a line: at least one character.
 int widthOf(const TCSProItem &item)
 {
     return std::max(item.length, 1);
@@ -89,7 +88,23 @@ void describe(TCSProItem &item, const QJsonObject &object)
     item.length = object.value(QLatin1String("length")).toInt();
 }
 
-// Objects of its own over the same texts.
+// A copy of a repeated item, without a value set. The first occurrence is 1.
+std::unique_ptr<TCSProItem> occurrenceOf(const TCSProItem &item, int occurrence)
+{
+    auto copy = std::make_unique<TCSProItem>();
+    copy->record = item.record;
+    copy->label = item.label;
+    copy->name = item.name + Vocabulary::Underscore + QString::number(occurrence);
+    copy->start = numbers::clamped(qint64(occurrence - 1) * item.length + item.start);
+    copy->length = item.length;
+    copy->dataType = item.dataType;
+    copy->decimalChar = item.decimalChar;
+    copy->zeroFill = item.zeroFill;
+    copy->isFurtherOccurrence = occurrence > 1;
+    return copy;
+}
+
+// New objects that share the texts.
 OwnedValueSet copyOf(const TCSProValueSet &source)
 {
     OwnedValueSet set(new TCSProValueSet);
@@ -105,7 +120,7 @@ OwnedValueSet copyOf(const TCSProValueSet &source)
     return set;
 }
 
-// The item's from here on, unless memory runs out.
+// The item owns the set from here on, unless memory runs out.
 void handOver(OwnedValueSet set, TCSProItem &item)
 {
     item.addValueSet(set.get());
@@ -157,50 +172,40 @@ void TCSProJson::readFile(QString fileName)
     const QByteArray head = readHead(fileName, readProblem);
     if (head.startsWith('{'))
         parseJson(fileName);
-    else if (report)
-        reportUnread(describeHead(head));
-}
-
-// The failure to read a file comes first, whatever its first bytes look like.
-void TCSProJson::reportUnread(const QString &problem)
-{
-    if (readProblem.isEmpty())
-        report->add(NoteKind::fileNotRead, problem);
     else
-        report->add(NoteKind::readFailed, readProblem);
+        notes.fileNotRead(readProblem, describeHead(head));
 }
 
 void TCSProJson::parseJson(const QString &fileName)
 {
     QString problem;
     const QJsonDocument document = parse(readWhole(fileName, readProblem), problem);
-    if (!document.isObject()) {
-        if (report)
-            reportUnread(problem);
-        return;
-    }
+    if (!document.isObject())
+        return notes.fileNotRead(readProblem, problem);
     const QJsonObject root = document.object();
     const QJsonObject dictionary = cspro::dictionaryOf(root);
+    const Defaults defaults = readSettings(dictionary);
+    notes.document(root);
+    if (!readLevels(dictionary.value(QLatin1String("levels")).toArray(), defaults))
+        notes.readingEnded(currentRecord->name);
+}
 
+TCSProJson::Defaults TCSProJson::readSettings(const QJsonObject &dictionary)
+{
     constexpr double usualVersion = 8.0;
     name = dictionary.value(QLatin1String("name")).toString(emptyText());
     version = numbers::toText(dictionary.value(QLatin1String("version")).toDouble(usualVersion));
     const QJsonObject recordType = dictionary.value(QLatin1String("recordType")).toObject();
     recordTypeStart = recordType.value(QLatin1String("start")).toInt();
     recordTypeLen = recordType.value(QLatin1String("length")).toInt();
-    const QJsonObject itemDefaults = dictionary.value(QLatin1String("defaults")).toObject();
-    const Defaults defaults = { dictionary.value(QLatin1String("relativePositions")).toBool(true),
-                                itemDefaults.value(QLatin1String("decimalMark")).toBool(),
-                                itemDefaults.value(QLatin1String("zeroFill")).toBool() };
     commonRecord->label = QStringLiteral("Common");
-    if (report)
-        cspro::tellOfJson(*report, root);
-    if (!readLevels(dictionary.value(QLatin1String("levels")).toArray(), defaults) && report)
-        report->add(NoteKind::readingEnded, currentRecord->name);
+    const QJsonObject itemDefaults = dictionary.value(QLatin1String("defaults")).toObject();
+    return { dictionary.value(QLatin1String("relativePositions")).toBool(true),
+             itemDefaults.value(QLatin1String("decimalMark")).toBool(),
+             itemDefaults.value(QLatin1String("zeroFill")).toBool() };
 }
 
-// All ids of all levels come first, then the records of all levels; false where the dictionary would grow over its
-// limits.
+// The ids of all levels come first, then the records of all levels. False where the dictionary would exceed a limit.
 bool TCSProJson::readLevels(const QJsonArray &levels, const Defaults &defaults)
 {
     const auto idsOf = [&](const QJsonValue &level) { return readIds(level.toObject(), defaults); };
@@ -208,11 +213,11 @@ bool TCSProJson::readLevels(const QJsonArray &levels, const Defaults &defaults)
     return std::all_of(levels.begin(), levels.end(), idsOf) && std::all_of(levels.begin(), levels.end(), recordsOf);
 }
 
-// The position starts anew at every level.
+// Every level begins at column 1 again.
 bool TCSProJson::readIds(const QJsonObject &level, const Defaults &defaults)
 {
     const QJsonArray objects = level.value(QLatin1String("ids")).toObject().value(QLatin1String("items")).toArray();
-    return readItems(objects, commonRecord, false, defaults);
+    return readItems(objects, commonRecord, cspro::ItemPlace::ids, defaults);
 }
 
 bool TCSProJson::readRecords(const QJsonObject &level, const Defaults &defaults)
@@ -223,7 +228,7 @@ bool TCSProJson::readRecords(const QJsonObject &level, const Defaults &defaults)
             continue;
         const QJsonObject object = value.toObject();
         TCSProRecord *record = readRecord(object);
-        if (!readItems(object.value(QLatin1String("items")).toArray(), record, true, defaults))
+        if (!readItems(object.value(QLatin1String("items")).toArray(), record, cspro::ItemPlace::record, defaults))
             return false;
     }
     return true;
@@ -247,8 +252,9 @@ TCSProRecord *TCSProJson::readRecord(const QJsonObject &object)
     return currentRecord;
 }
 
-// The items of one record, from column 1 on; false where the dictionary would grow over its limits.
-bool TCSProJson::readItems(const QJsonArray &objects, TCSProRecord *record, bool canRepeat, const Defaults &defaults)
+// The items of one record, from column 1 on. False where the dictionary would exceed a limit.
+bool TCSProJson::readItems(const QJsonArray &objects, TCSProRecord *record, cspro::ItemPlace place,
+                           const Defaults &defaults)
 {
     const QLatin1String startKey("start");
     int position = 1;
@@ -256,6 +262,7 @@ bool TCSProJson::readItems(const QJsonArray &objects, TCSProRecord *record, bool
         if (!value.isObject())
             continue;
         QJsonObject object = value.toObject();
+        const bool canRepeat = place == cspro::ItemPlace::record;
         const int count = canRepeat ? cspro::occurrencesOf(object.value(QLatin1String("occurrences"))) : 1;
         if (count >= 2) {
             if (!addCopies(object, record, count, position, defaults))
@@ -301,8 +308,8 @@ void TCSProJson::readJsonItem(const QJsonObject &object, TCSProRecord *record, i
     items->append(item.release());
 }
 
-// One copy of a repeated item for each occurrence, each with value-set objects of its own. Nothing is added, and false
-// answered, where the dictionary would grow over its limits.
+// One copy of a repeated item for each occurrence, each with value-set objects of its own. Adds nothing and returns
+// false where the dictionary would exceed a limit.
 bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int count, int &position,
                            const Defaults &defaults)
 {
@@ -317,23 +324,14 @@ bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int 
     readJsonValueSets(&item, object);
     const OwnedValueSet source(item.hasValueSets() ? item.getValueSet(0) : nullptr);
 
-    constexpr int mostSuffixCharacters = 11;
+    constexpr int maxSuffixCharacters = 11;
     if (!hasRoomForValues(count, source ? source->Count() : 0)
-        || !hasRoom(count, qint64(count) * (item.name.size() + mostSuffixCharacters)))
+        || !hasRoom(count, qint64(count) * (item.name.size() + maxSuffixCharacters)))
         return false;
     const int base = items->size();
     for (int k = 1; k <= count; ++k) {
-        auto copy = std::make_unique<TCSProItem>();
-        copy->record = item.record;
-        copy->label = item.label;
-        copy->name = item.name + Vocabulary::Underscore + QString::number(k);
-        copy->start = numbers::clamped(qint64(k - 1) * item.length + item.start);
-        copy->length = item.length;
-        copy->dataType = item.dataType;
-        copy->decimalChar = item.decimalChar;
-        copy->zeroFill = item.zeroFill;
+        auto copy = occurrenceOf(item, k);
         copy->firstOccurrence = base;
-        copy->isFurtherOccurrence = k > 1;
         if (source)
             handOver(copyOf(*source), *copy);
         record->addItem(copy.get());

@@ -1,5 +1,7 @@
+#include "cspro/CSProJsonNotes_p.h"
+
 #include "cspro/CSProJson_p.h"
-#include "cspro/CSProNotes_p.h"
+#include "import/ReadReport.h"
 #include "util/NumbersSoFar_p.h"
 #include "util/KeyedHash_p.h"
 #include "util/Numbers_p.h"
@@ -25,7 +27,7 @@ struct JsonKey {
     JsonType type;
 };
 
-// The keys of each object: those that are read with their type, and those that a layout has no place for.
+// The keys of each object: those that are read, with their types, and those that no layout has a place for.
 constexpr JsonKey wrapperKeys[]
     = { { "dictionary", objectType }, { "software", anyType }, { "fileType", anyType }, { "editable", anyType } };
 constexpr JsonKey dictionaryKeys[] = { { "name", textType },
@@ -104,23 +106,23 @@ bool hasType(const QJsonValue &value, JsonType type)
     }
 }
 
-// A key with the beginning of its value.
+// A key with the beginning of its value, as JSON.
 QString textOf(const QString &key, const QJsonValue &value)
 {
-    constexpr int mostCharacters = 80;
+    constexpr int maxCharacters = 80;
     QJsonObject alone;
     alone.insert(key, value);
     QString text = QString::fromUtf8(QJsonDocument(alone).toJson(QJsonDocument::Compact)).mid(1);
     text.chop(1);
-    return text.left(mostCharacters);
+    return text.left(maxCharacters);
 }
 
-/// One walk over a dictionary object, in the order of the reader.
-class Walk
+/// One walk over a document, in the order of the reader. Adds the notes to a report.
+class DocumentWalk
 {
 public:
-    explicit Walk(ReadReport &toldReport)
-        : report(toldReport)
+    explicit DocumentWalk(ReadReport &usedReport)
+        : report(usedReport)
     {
     }
 
@@ -149,6 +151,8 @@ private:
         });
     }
 
+    enum class CodeForm { value, range };
+
     template <size_t count> using Values = std::array<QJsonValue, count>;
 
     static QJsonObject objectOf(const QJsonObject &parent, const char *key)
@@ -160,10 +164,10 @@ private:
         return parent.value(QLatin1String(key)).toArray();
     }
 
-    void tell(NoteKind kind, const QString &text) { report.add(kind, text, 0, variable); }
+    void note(NoteKind kind, const QString &text) { report.add(kind, text, 0, variable); }
 
-    // Types of what is read, and keys that are not. Answers the values of the keys, in the order of these; undefined
-    // where there is none.
+    // Notes values of wrong types and keys that are not known. Returns the values of the keys in their order; undefined
+    // for a key that the object lacks.
     template <size_t count> Values<count> overKeys(const QJsonObject &object, const JsonKey (&keys)[count])
     {
         Values<count> values;
@@ -174,11 +178,11 @@ private:
             const auto *known = std::find_if(std::begin(keys), std::end(keys),
                                              [&](const JsonKey &key) { return name == QLatin1String(key.name); });
             if (known == std::end(keys)) {
-                tell(NoteKind::unknownKey, textOf(name, value));
+                note(NoteKind::unknownKey, textOf(name, value));
                 continue;
             }
             if (!hasType(value, known->type))
-                tell(NoteKind::wrongType, textOf(name, value));
+                note(NoteKind::wrongType, textOf(name, value));
             values[size_t(known - std::begin(keys))] = std::move(value);
         }
         return values;
@@ -188,29 +192,29 @@ private:
     {
         for (const char *key : keys) {
             if (!object.contains(QLatin1String(key)))
-                tell(NoteKind::missingKey, QLatin1String(key));
+                note(NoteKind::missingKey, QLatin1String(key));
         }
     }
 
-    // What is no object is passed over.
-    template <typename Body> void forEachObject(const QJsonArray &array, Body body)
+    // The reader skips an element that is no object.
+    template <typename Work> void forEachObject(const QJsonArray &array, Work work)
     {
         for (const QJsonValue &value : array) {
             if (value.isObject())
-                body(value.toObject());
+                work(value.toObject());
             else
-                tell(NoteKind::wrongType, textOf(QStringLiteral("[]"), value));
+                note(NoteKind::wrongType, textOf(QStringLiteral("[]"), value));
         }
     }
 
-    // Asked of items and values: no layout has a place for the labels of anything else. Answers the one that is read.
+    // For items and values: no layout has a place for the labels of anything else. Returns the label that is read.
     QString overLabels(const QJsonArray &labels)
     {
         const QJsonValue text = labels.at(0).toObject().value(QLatin1String("text"));
         if (!labels.isEmpty() && !text.isString())
-            tell(NoteKind::wrongType, textOf(QStringLiteral("labels"), labels.at(0)));
+            note(NoteKind::wrongType, textOf(QStringLiteral("labels"), labels.at(0)));
         if (labels.size() > 1)
-            tell(NoteKind::furtherLanguages, labels.at(1).toObject().value(QLatin1String("text")).toString());
+            note(NoteKind::furtherLanguages, labels.at(1).toObject().value(QLatin1String("text")).toString());
         return text.toString();
     }
 
@@ -218,13 +222,13 @@ private:
     {
         overKeys(level, levelKeys);
         if (isBehindFirstLevel)
-            tell(NoteKind::furtherLevel, level.value(QLatin1String("name")).toString());
+            note(NoteKind::furtherLevel, level.value(QLatin1String("name")).toString());
         isBehindFirstLevel = true;
         const QJsonObject ids = objectOf(level, "ids");
         overKeys(ids, idsKeys);
         const QJsonArray items = arrayOf(ids, "items");
         isColumnOneTaken |= !items.isEmpty();
-        overItems(items, false);
+        overItems(items, ItemPlace::ids);
     }
 
     void overRecord(const QJsonObject &record)
@@ -232,26 +236,27 @@ private:
         overKeys(record, recordKeys);
         need(record, { "name" });
         if (hasRecordTypes && !record.contains(QLatin1String("recordType")))
-            tell(NoteKind::missingKey,
+            note(NoteKind::missingKey,
                  inWords(QStringLiteral("recordType of"), record.value(QLatin1String("name")).toString()));
         overKeys(objectOf(record, "occurrences"), occurrencesKeys);
-        overItems(arrayOf(record, "items"), true);
+        overItems(arrayOf(record, "items"), ItemPlace::record);
     }
 
-    void overItems(const QJsonArray &items, bool isInRecord)
+    void overItems(const QJsonArray &items, ItemPlace place)
     {
-        bool isFirst = isInRecord && isColumnOneTaken;
+        bool isFirst = place == ItemPlace::record && isColumnOneTaken;
         forEachObject(items, [&](const QJsonObject &item) {
-            overItem(item, isInRecord);
+            overItem(item, place);
             if (isFirst && !item.contains(QLatin1String("start")))
-                tell(NoteKind::firstAtColumnOne, variable);
+                note(NoteKind::firstAtColumnOne, variable);
             isFirst = false;
             variable.clear();
         });
     }
 
-    void overItem(const QJsonObject &item, bool canRepeat)
+    void overItem(const QJsonObject &item, ItemPlace place)
     {
+        const bool canRepeat = place == ItemPlace::record;
         const QString name = item.value(QLatin1String("name")).toString();
         const QJsonValue occurrences = item.value(QLatin1String("occurrences"));
         const int count = canRepeat ? occurrencesOf(occurrences) : 1;
@@ -262,39 +267,39 @@ private:
         overContentType(valueOf(ItemKey::contentType), valueOf(ItemKey::length).toInt());
         overKeys(occurrences.toObject(), occurrencesKeys);
         if (count >= 2)
-            tell(NoteKind::occurrenceNumbers, name);
+            note(NoteKind::occurrenceNumbers, name);
         if (!canRepeat && !occurrences.toObject().isEmpty())
-            tell(NoteKind::unknownKey, textOf(QStringLiteral("occurrences"), occurrences));
+            note(NoteKind::unknownKey, textOf(QStringLiteral("occurrences"), occurrences));
         overLabels(valueOf(ItemKey::labels).toArray());
         const QJsonValue &decimals = valueOf(ItemKey::decimals);
         if (decimals.toDouble() > 0)
-            tell(NoteKind::decimalsNotRead, textOf(QStringLiteral("decimals"), decimals));
+            note(NoteKind::decimalsNotRead, textOf(QStringLiteral("decimals"), decimals));
         if (valueOf(ItemKey::subitem).toBool()) {
             const bool isPlaced = !valueOf(ItemKey::start).isUndefined();
-            tell(isPlaced ? NoteKind::subitem : NoteKind::subitemReadFlat, variable);
+            note(isPlaced ? NoteKind::subitem : NoteKind::subitemReadFlat, variable);
         }
         overValueSets(valueOf(ItemKey::valueSets).toArray());
     }
 
-    // What is not alphanumeric is read as a number.
+    // Any type but the alphanumeric one is read as a number.
     void overContentType(const QJsonValue &type, int length)
     {
         isNumber = !isAlpha(type);
         isInteger = isNumber && length <= longestInteger;
         if (isNumber && type.isString() && type.toString().compare(QLatin1String("numeric"), Qt::CaseInsensitive) != 0)
-            tell(NoteKind::wordNotRecognised, textOf(QStringLiteral("contentType"), type));
+            note(NoteKind::wordNotRecognised, textOf(QStringLiteral("contentType"), type));
     }
 
     void overValueSets(const QJsonArray &sets)
     {
         for (int i = 1; i < sets.size(); ++i) {
             const QString name = sets.at(i).toObject().value(QLatin1String("name")).toString();
-            tell(NoteKind::furtherValueSet, name);
+            note(NoteKind::furtherValueSet, name);
         }
         if (sets.isEmpty())
             return;
         if (!sets.at(0).isObject())
-            return tell(NoteKind::wrongType, textOf(QStringLiteral("valueSets"), sets.at(0)));
+            return note(NoteKind::wrongType, textOf(QStringLiteral("valueSets"), sets.at(0)));
         const QJsonObject set = sets.at(0).toObject();
         overKeys(set, valueSetKeys);
         textsSoFar.clear();
@@ -311,14 +316,14 @@ private:
         const auto [single, range] = overKeys(first, pairKeys);
         const QString code = codeOf(single, range);
         if (!special.isUndefined())
-            tell(NoteKind::specialNotRead, inWords(code, label));
+            note(NoteKind::specialNotRead, inWords(code, label));
         if (!single.isUndefined() && !range.isUndefined())
-            tell(NoteKind::furtherPairs, inWords(codeOfRange(range), label));
+            note(NoteKind::furtherPairs, inWords(codeOfRange(range), label));
         for (int i = 1; i < all.size(); ++i)
-            tell(NoteKind::furtherPairs, inWords(codeOf(all.at(i).toObject()), label));
-        overCode(code, single.isUndefined(), label);
+            note(NoteKind::furtherPairs, inWords(codeOf(all.at(i).toObject()), label));
+        overCode(code, single.isUndefined() ? CodeForm::range : CodeForm::value, label);
         if (label.isEmpty())
-            tell(NoteKind::valueWithoutLabel, code);
+            note(NoteKind::valueWithoutLabel, code);
     }
 
     static QString inWords(const QString &code, const QString &label)
@@ -326,21 +331,22 @@ private:
         return (code + QLatin1Char(' ') + label).trimmed();
     }
 
-    void overCode(const QString &code, bool isRange, const QString &label)
+    void overCode(const QString &code, CodeForm form, const QString &label)
     {
+        const bool isRange = form == CodeForm::range;
         bool isNumeral = false;
         const double number = isNumber ? numberOf(code, &isNumeral) : 0;
         if (code.isNull())
-            tell(NoteKind::valueWithoutCode, label);
+            note(NoteKind::valueWithoutCode, label);
         else if (isNumber && !isNumeral && (isInteger || !isRange))
-            tell(NoteKind::codeAsZero, inWords(code, label));
+            note(NoteKind::codeAsZero, inWords(code, label));
         else if (isRange)
-            tell(NoteKind::rangeAsCode, code);
+            note(NoteKind::rangeAsCode, code);
         else if (isNumeral ? !numbersSoFar.isNew(number) : !textsSoFar.insert(code).second)
-            tell(NoteKind::duplicateCode, inWords(code, label));
+            note(NoteKind::duplicateCode, inWords(code, label));
     }
 
-    // A code that is an integer, as most are, is not looked at as a number of any other form.
+    // Most codes are integers; the slower conversion is for the others.
     static double numberOf(const QString &code, bool *isNumeral)
     {
         const int integer = numbers::toInt(code, isNumeral);
@@ -348,11 +354,11 @@ private:
     }
 
     ReadReport &report;
-    QString variable; ///< of the item in hand
+    QString variable; ///< of the current item
     bool isNumber = false;
     bool isInteger = false;
-    NumbersSoFar numbersSoFar;    ///< codes of the value set in hand
-    KeyedSet<QString> textsSoFar; ///< those of them that are no numbers
+    NumbersSoFar numbersSoFar;    ///< codes of the current value set
+    KeyedSet<QString> textsSoFar; ///< its codes that are no numbers
     bool isBehindFirstLevel = false;
     bool hasRecordTypes = false;
     bool isColumnOneTaken = false; ///< by the record type or the id items
@@ -360,9 +366,26 @@ private:
 
 } // namespace
 
-void tellOfJson(ReadReport &report, const QJsonObject &root)
+void JsonDictionaryNotes::fileNotRead(const QString &readProblem, const QString &problem) const
 {
-    Walk(report).overDocument(root);
+    if (!report)
+        return;
+    if (readProblem.isEmpty())
+        report->add(NoteKind::fileNotRead, problem);
+    else
+        report->add(NoteKind::readFailed, readProblem);
+}
+
+void JsonDictionaryNotes::document(const QJsonObject &root) const
+{
+    if (report)
+        DocumentWalk(*report).overDocument(root);
+}
+
+void JsonDictionaryNotes::readingEnded(const QString &record) const
+{
+    if (report)
+        report->add(NoteKind::readingEnded, record);
 }
 
 } // namespace cspro

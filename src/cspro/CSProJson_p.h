@@ -1,74 +1,23 @@
 #ifndef CSPRO_CSPROJSON_P_H
 #define CSPRO_CSPROJSON_P_H
 
+#include "cspro/CSProJsonNotes_p.h"
 #include "cspro/CSProModel_p.h"
 
 class QJsonArray;
 class QJsonObject;
 class QJsonValue;
-class ReadReport;
 
-/// Reads a CSPro 8 JSON dictionary (the JSON form of the CSPro dictionary format) into the same model as a text
-/// dictionary.
-///
-/// Lenient: it throws nothing and asks nothing; what cannot be read is not there afterwards, and the report, where
-/// there is one, hears of it. Types are strict: a text is only a JSON string, an integer only a JSON number without a
-/// fraction, a flag only a JSON boolean; anything else counts as its default. Columns count from 1, lengths are in
-/// characters. Not thread-safe.
-class TCSProJson : public CSProDictionary
-{
-public:
-    TCSProJson();
-    ~TCSProJson() override;
-
-    /// Sends notes on what the next readings lose or change to \a newReport, which is not owned; to none where it is
-    /// null.
-    void setReport(ReadReport *newReport) { report = newReport; }
-
-    /// Reads a file, if it begins with "{" behind white space, all within its first 16 bytes. A second call appends.
-    ///
-    /// A dictionary that would need more items, name characters or values than the limits say is read up to the item
-    /// that would exceed them.
-    void readFile(QString fileName);
-
-private:
-    friend struct TestAccess;
-
-    /// What the dictionary says for items that do not say it themselves.
-    struct Defaults {
-        bool relativePositions;
-        bool decimalMark;
-        bool zeroFill;
-    };
-
-    void parseJson(const QString &fileName);
-    void reportUnread(const QString &problem);
-    bool readLevels(const QJsonArray &levels, const Defaults &defaults);
-    bool readIds(const QJsonObject &level, const Defaults &defaults);
-    bool readRecords(const QJsonObject &level, const Defaults &defaults);
-    TCSProRecord *readRecord(const QJsonObject &object);
-    bool readItems(const QJsonArray &objects, TCSProRecord *record, bool canRepeat, const Defaults &defaults);
-    bool addCopies(const QJsonObject &object, TCSProRecord *record, int count, int &position, const Defaults &defaults);
-
-    /// The text of the first label of \a object; "" if there is none.
-    QString readJsonLabel(const QJsonObject &object) const;
-    /// Attaches the first value set of \a object to \a item, its values in the order of the document.
-    void readJsonValueSets(TCSProItem *item, const QJsonObject &object);
-    /// Adds one item, and moves \a position behind it. Without a "start" the item stands at the position, at column 1
-    /// at least; with one the position goes by that, whatever the flag says. Nothing for a null record.
-    void readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position, bool relativePositions,
-                      bool decimalMarkDefault, bool zeroFillDefault);
-
-    ReadReport *report = nullptr;
-};
-
-/// How parts of a document are read: for the reader, and for what is told of it.
+/// The parts of a document as both the reader and its diagnostics take them.
 namespace cspro
 {
 
+/// Where items are listed. Those of a record can occur several times, the id items once.
+enum class ItemPlace { ids, record };
+
 /// The object of the key "dictionary", or the whole document where there is none.
 QJsonObject dictionaryOf(const QJsonObject &root);
-/// Whether a "contentType" is that of a text; anything else is a number.
+/// Whether a "contentType" is that of a text; any other is that of a number.
 bool isAlpha(const QJsonValue &contentType);
 /// How often an item of a record occurs, by its "occurrences".
 int occurrencesOf(const QJsonValue &occurrences);
@@ -78,5 +27,59 @@ QString codeOf(const QJsonValue &value, const QJsonValue &range);
 QString codeOfRange(const QJsonValue &range);
 
 } // namespace cspro
+
+/// Reads a CSPro 8 JSON dictionary (the JSON form of the CSPro dictionary format) into the same model as a text
+/// dictionary.
+///
+/// The reader is lenient: it throws nothing and asks nothing, skips what it cannot read, and adds a note to the report
+/// if there is one. Types are strict: a text is only a JSON string, an integer only a JSON number without a fraction, a
+/// flag only a JSON boolean; anything else counts as its default. Columns count from 1, lengths are in characters. Not
+/// thread-safe.
+class TCSProJson : public CSProDictionary
+{
+public:
+    TCSProJson();
+    ~TCSProJson() override;
+
+    /// Sends notes on what the next readings lose or change to \a newReport, which is not owned; to none where it is
+    /// null.
+    void setReport(ReadReport *newReport) { notes.setReport(newReport); }
+
+    /// Reads a file, if it begins with "{" behind white space, all within its first 16 bytes. A second call appends.
+    ///
+    /// A dictionary that needs more items, name characters or values than the limits allow is read up to the item that
+    /// exceeds them.
+    void readFile(QString fileName);
+
+private:
+    friend struct TestAccess;
+
+    /// The settings of the dictionary for items that lack the key.
+    struct Defaults {
+        bool relativePositions;
+        bool decimalMark;
+        bool zeroFill;
+    };
+
+    void parseJson(const QString &fileName);
+    Defaults readSettings(const QJsonObject &dictionary);
+    bool readLevels(const QJsonArray &levels, const Defaults &defaults);
+    bool readIds(const QJsonObject &level, const Defaults &defaults);
+    bool readRecords(const QJsonObject &level, const Defaults &defaults);
+    TCSProRecord *readRecord(const QJsonObject &object);
+    bool readItems(const QJsonArray &objects, TCSProRecord *record, cspro::ItemPlace place, const Defaults &defaults);
+    bool addCopies(const QJsonObject &object, TCSProRecord *record, int count, int &position, const Defaults &defaults);
+
+    /// The text of the first label of \a object; "" if there is none.
+    QString readJsonLabel(const QJsonObject &object) const;
+    /// Attaches the first value set of \a object to \a item, its values in the order of the document.
+    void readJsonValueSets(TCSProItem *item, const QJsonObject &object);
+    /// Adds one item, and moves \a position behind it. Without a "start" the item begins at the position, but not
+    /// before column 1; with a "start" the position goes by that, whatever the flag is. Does nothing for a null record.
+    void readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position, bool relativePositions,
+                      bool decimalMarkDefault, bool zeroFillDefault);
+
+    cspro::JsonDictionaryNotes notes;
+};
 
 #endif

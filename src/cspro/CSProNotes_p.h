@@ -5,8 +5,6 @@
 #include "import/GenericField.h"
 #include "import/ReadReport.h"
 
-#include <QJsonObject>
-
 /// What the CSPro readers tell a report. All of it is asked for only where there is one.
 namespace cspro
 {
@@ -18,9 +16,6 @@ void tellOfDescription(ReadReport &report, const TCSProItem &item, const TCSProI
                        const TGenericField &field);
 /// Tells of the layout as a whole: positions, groups and records.
 void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups);
-
-/// Tells what the reader does not read, or reads otherwise, of a CSPro 8 document.
-void tellOfJson(ReadReport &report, const QJsonObject &root);
 
 } // namespace cspro
 
