@@ -3,17 +3,17 @@
 
 #include <QString>
 
-/// The vocabulary that all rooms of the library share: 108 constant texts in three groups, and four enumerations.
+/// Constants that are common to all parts of the library: 108 texts in three groups, and four enumerations.
 ///
 /// Texts are compared by content, never by identity. They exist before the first exported call and live as long as
-/// the library. A text that no operation of the library reads is declared vocabulary all the same. Nothing writes to
-/// them: they may be read on any thread.
+/// the library. A text that no operation reads is part of the declared vocabulary too. The texts are never changed, so
+/// they may be read on any thread.
 
 // clang-format off
 
-/// Names of classes and modules: the first argument of a `VpErrorManager`, which says where an error arose.
+/// Names of classes and modules. The first argument of a `VpErrorManager` is one of them and says where an error arose.
 ///
-/// A tag is only a label: no class throws under a tag merely because it bears its name.
+/// A tag is only a label: a class with the name of a tag does not necessarily throw under it.
 namespace ClassTag {
 
 // in use: codes 106 and 107; 101, 211 and 242; 101 and 211; 101 and 211
@@ -100,7 +100,7 @@ inline const QString SuffixLsdJson = QStringLiteral(".lsd.json");
 inline const QString SuffixWipJson = QStringLiteral(".wip.json");
 inline const QString TitleConfig = QStringLiteral("VanX Config");
 inline const QString TitleHierarchy = QStringLiteral("VanX Hierarchy");
-// Two separate constants hold the same text.
+// Two separate constants have the same text.
 inline const QString DoubleSemicolon1 = QStringLiteral(";;");
 inline const QString DoubleSemicolon2 = QStringLiteral(";;");
 // The importer base writes the same three type names from literals.
@@ -154,15 +154,14 @@ inline const QString HeaderRelation = QStringLiteral("[Relation]");
 
 // clang-format on
 
-/// The type of a data provider or of a source field: the position of its text in a list of type texts.
+/// Type of a data provider or of a source field: the position of its text in a list of type texts.
 ///
-/// `TVpDataProvider` and `TVpSourceField` each hold such a list, and not the same one. Values 5, 6, 8 and 9 have no
-/// text and are never reached.
+/// `TVpDataProvider` and `TVpSourceField` have different lists. Values 5, 6, 8 and 9 have no text and do not occur.
 enum eDataProviderType : int {
     dpNone = 0,  ///< "NONE", also "not set"
     dpCSPro = 1, ///< "CSPRO"
     dpCSV = 2,   ///< "CSV"
-    dpSPSS = 3,  ///< "SSPS", spelled so
+    dpSPSS = 3,  ///< "SSPS", whose spelling is meant
     dpStata = 4, ///< "STATA"
     dpReserved5 = 5,
     dpReserved6 = 6,
@@ -170,7 +169,7 @@ enum eDataProviderType : int {
     dpReserved9 = 9
 };
 
-/// The data type of a field.
+/// Data type of a field.
 enum eVanVarType : int {
     vtNone = 0,    ///< not set
     vtInteger = 1, ///< "INTEGER"
@@ -178,7 +177,7 @@ enum eVanVarType : int {
     vtString = 3   ///< "STRING"
 };
 
-/// The mode of a lookup check: two switches. Any other value acts as 0.
+/// Mode of a lookup check, as two flags. Any other value acts as 0.
 enum econsistencyCheck : int {
     ccNone = 0,
     ccFrequencies = 1, ///< counts frequencies
@@ -186,7 +185,7 @@ enum econsistencyCheck : int {
     ccBoth = 3         ///< does both
 };
 
-/// The view of a selection unit: stored and returned, never branched on. 1 is the only value that the library makes.
+/// View of a selection unit. It is stored and returned, and has no effect. The library makes only the value 1.
 enum eSelectionView : int { svDefault = 1 };
 
 #endif

@@ -1,14 +1,68 @@
 #include "import/DataImport.h"
 
 #include "import/KeptObjects_p.h"
-
-#include "util/DebugLog_p.h"
 #include "import/SourceField.h"
+#include "util/DebugLog_p.h"
 #include "util/EmptyText_p.h"
 #include "util/Numbers_p.h"
 
 #include <QFile>
 #include <QFileInfo>
+
+#include <memory>
+
+namespace
+{
+
+// A field without a type leaves the name as it is.
+void setTypeName(QString &typeName, eVanVarType type)
+{
+    switch (type) {
+    case vtInteger:
+        typeName = QStringLiteral("INTEGER");
+        break;
+    case vtReal:
+        typeName = QStringLiteral("REAL");
+        break;
+    case vtString:
+        typeName = QStringLiteral("STRING");
+        break;
+    default:
+        break;
+    }
+}
+
+std::unique_ptr<TVpSourceField> makeSourceField(const TGenericField &field, const QString &typeName)
+{
+    auto source = std::make_unique<TVpSourceField>();
+    source->fieldName = field.name;
+    source->label = field.label;
+    bool isNumber = false;
+    source->decimals = numbers::toInt(field.decimals, &isNumber); // 0 if it does not convert
+    source->start = field.start;
+    source->setFieldType(typeName);
+    source->length = field.length;
+    return source;
+}
+
+void logSourceField(const TVpSourceField &source)
+{
+    debugLine("getDictionary FIELDS");
+    debugLine("mySF->fieldName", source.fieldName);
+    debugLine("mySF->FieldType", source.FieldType);
+    debugLine("mySF->DataProviderType", source.DataProviderType);
+}
+
+void setValues(TVpSourceField &source, const TGenericField &field)
+{
+    source.valueLabels = field.valueLabels;
+    source.minimum = field.minimum;
+    source.maximum = field.maximum;
+    source.notApplicable = field.notApplicable;
+    source.missingValue = field.missingValue;
+}
+
+} // namespace
 
 TDataImport::TDataImport()
     : TDataImport(QString())
@@ -125,7 +179,7 @@ void TDataImport::setDataSourceName(QString name)
     dataSourceName = QFileInfo(name).absoluteFilePath();
     if (QFile::exists(dataSourceName))
         return;
-    // No separator between folder and file name: the candidate is normally a path that does not exist.
+    // There is no separator between directory and file name, so the candidate normally does not exist.
     const QString candidate = QFileInfo(sourceName).absolutePath() + QFileInfo(name).fileName();
     if (QFile::exists(candidate))
         dataSourceName = candidate;
@@ -137,50 +191,24 @@ void TDataImport::getDictionary(QList<TVpSourceField *> *target)
         return;
     const int count = fields->size();
     target->reserve(target->size() + count);
-    // The id is asked for each field; all that are alike share one text.
+    // The id is queried for each field. Equal ids share one text.
     QString providerId;
-    // Lives across the loop: a field of no type bears the type name of the field before it.
+    // Kept across the loop: a field without a type takes the type name of the field before it.
     QString typeName = emptyText();
     for (int index = 0; index < count; ++index) {
         TGenericField *field = getField(index);
         if (!field)
             continue;
-        switch (field->type) {
-        case vtInteger:
-            typeName = QStringLiteral("INTEGER");
-            break;
-        case vtReal:
-            typeName = QStringLiteral("REAL");
-            break;
-        case vtString:
-            typeName = QStringLiteral("STRING");
-            break;
-        default:
-            break;
-        }
-        auto source = std::make_unique<TVpSourceField>();
-        source->fieldName = field->name;
-        source->label = field->label;
-        bool isNumber = false;
-        source->decimals = numbers::toInt(field->decimals, &isNumber); // 0 where it does not convert
-        source->start = field->start;
-        source->setFieldType(typeName);
-        source->length = field->length;
+        setTypeName(typeName, field->type);
+        auto source = makeSourceField(*field, typeName);
         const QString id = getDataProviderId();
         if (providerId.isNull() || id != providerId)
             providerId = id;
         source->providerId = providerId;
         source->setDataProviderType(getDataProviderType());
         source->group = field->getGroup();
-        debugLine("getDictionary FIELDS");
-        debugLine("mySF->fieldName", source->fieldName);
-        debugLine("mySF->FieldType", source->FieldType);
-        debugLine("mySF->DataProviderType", source->DataProviderType);
-        source->valueLabels = field->valueLabels;
-        source->minimum = field->minimum;
-        source->maximum = field->maximum;
-        source->notApplicable = field->notApplicable;
-        source->missingValue = field->missingValue;
+        logSourceField(*source);
+        setValues(*source, *field);
         debugLine("\n\n\n");
         target->append(source.release());
     }
@@ -217,7 +245,7 @@ void TDataImport::addField(TGenericField *field)
         fields = kept->make<QList<TGenericField *>>();
     kept->addField(field);
     fields->append(field);
-    // The hint makes names that come in their order cheap, as numbered ones do.
+    // The hint makes names cheap that are added in their order, as numbered names are.
     fieldsByName.insert_or_assign(fieldsByName.end(), field->name, field);
 }
 

@@ -15,10 +15,9 @@ class KeptObjects;
 class ReadReport;
 class TVpSourceField;
 
-/// The way by which every outside format enters: one subclass a format reads the layout of a file into a list of
-/// fields.
+/// Base class of all importers. A subclass reads the layout of one file format into a list of fields.
 ///
-/// What a format supplies, in the order of the calls that it receives:
+/// A subclass supplies, in the order of the calls that it receives:
 /// 1. a constructor with a `QString` that hands the path on to `TDataImport(QString)` and calls initDataImport();
 /// 2. getDataProviderId(): type text, "_" and source name; getDataProviderType(): the type text;
 /// 3. openFile(): calls openDataImport(), sets `stateValue` to 1.0, reads the file `sourceName`, makes fields of
@@ -27,8 +26,8 @@ class TVpSourceField;
 /// 5. isMultiple() and what follows it, as far as the format has records and groups.
 ///
 /// An importer owns nothing: destroying or reopening it leaves the fields and their list alive, until releaseContents()
-/// gives them back. Everything runs on the caller's thread; nothing is locked. Importers that are no copies of each
-/// other share nothing, so they may be used in turn, and on different threads.
+/// frees them. All calls are made on the caller's thread; nothing is locked. Importers that are not copies of each
+/// other share nothing, so they may be used on different threads.
 class MODEL_VANADMIN_EXPORT TDataImport
 {
 public:
@@ -41,25 +40,24 @@ public:
     /// Takes nothing from its argument: an empty importer, without a list of fields until it is opened or one is added.
     TDataImport(TDataImport &&other);
 
-    // virtual operations, in slot order
+    // Virtual operations, in slot order. The comments give the answers of the base class.
     virtual ~TDataImport();
     virtual QString getDataProviderId() = 0;   ///< type text, "_", source name
     virtual QString getDataProviderType() = 0; ///< type text, such as "CSPRO"
     virtual bool openFile();                   ///< false; a format reads its file here and answers true
-    /// Does nothing: the place where a format with a dictionary of its own fills \a target and the record type names.
-    /// It makes its source fields with `new`, with lists of type names of their own, for this one call: the owner of
-    /// \a target frees both.
+    /// Does nothing. A format with a dictionary of its own fills \a target and the record type names here. It makes the
+    /// source fields, and a list of type names for each, with `new` in every call: the owner of \a target frees both.
     virtual void getDictionary(QList<TVpSourceField *> *target, QStringList *recordTypeNames);
-    /// Opens the importer and hands back the names of its fields in order, in a new list that the caller owns. Logs
+    /// Opens the importer and returns the names of its fields in order, in a new list that the caller owns. Logs
     /// "DataImport - selectLayoutSource".
     virtual QStringList *selectLayoutSource();
     virtual bool isMultiple();                     ///< whether records have types; false
     virtual int getGroupCount();                   ///< number of groups (record types); 0
-    virtual QString getGroupName(int index);       ///< of the group at an index from 0; ""
-    virtual QString getGroupValue(int index);      ///< of the group at an index from 0; ""
-    virtual int getRecordTypeIndex(QString value); ///< index from 0 of a record type; -1
-    virtual QString getRecordTypeCurrent();        ///< ""
-    virtual QStringList *getLayoutSource();        ///< a new empty list, which the caller owns
+    virtual QString getGroupName(int index);       ///< name of the group at a 0-based index; ""
+    virtual QString getGroupValue(int index);      ///< value of the group at a 0-based index; ""
+    virtual int getRecordTypeIndex(QString value); ///< 0-based index of a record type; -1
+    virtual QString getRecordTypeCurrent();        ///< current record type; ""
+    virtual QStringList *getLayoutSource();        ///< a new list that the caller owns; empty
     virtual int getRecordTypeStart();              ///< column of the record type as the source states it; 0
     virtual int getRecordTypeSize();               ///< its width in characters; 0
     /// Frees everything that this importer and its copies have made in all their openings: the fields handed to
@@ -67,64 +65,66 @@ public:
     /// importer that was assigned to still frees what it had made before, unless a copy of its does, and its source is
     /// a copy of it from then on.
     ///
-    /// To be called once nobody uses any of these any more, nor a copy of a field, which points at what its field
-    /// pointed at; a caller who frees fields itself must not call it. A provider filled from this importer points at
-    /// nothing that goes. The importer then has no fields, as before its first opening, and can be opened again. A copy
-    /// of it may from then on be destroyed or assigned to; giving back its contents too, which frees nothing again,
-    /// makes it usable. A format that holds pointers of its own to any of this overrides the operation, forgets them,
-    /// and ends in the base operation; so does one that must not give out numbers of its former opening.
+    /// Call it when none of these objects is used any more, nor a copy of a field, which points at the same objects as
+    /// its field. A caller who frees fields itself must not call it. A provider that was filled from this importer
+    /// points at nothing that is freed. Afterwards the importer has no fields, as before its first opening, and can be
+    /// opened again. A copy of it may only be destroyed or assigned to until its own contents are released, which frees
+    /// nothing twice. A format that holds further pointers to these objects, or numbers of its last opening, overrides
+    /// the operation, resets them, and ends in the base operation.
     virtual void releaseContents();
 
     QString getSourceName() const;
     QString getDataSourceName() const;
     /// Takes the absolute path of \a name if such a file exists; otherwise the source name becomes "".
     void setSourceName(QString name);
-    /// Takes the absolute path of \a name, unless no such file exists and one stands beside the source.
+    /// Takes the absolute path of \a name if such a file exists. Otherwise takes the path beside the source if that
+    /// exists, and the absolute path of \a name if it does not.
     ///
-    /// The candidate beside the source is the source's folder directly followed by the file name, with no separator, so
-    /// it is normally no existing path.
+    /// The path beside the source is the directory of the source directly followed by the file name, without a
+    /// separator. It normally does not exist, which is meant.
     void setDataSourceName(QString name);
 
     /// Appends one new source field to \a target for each field, in order; the owner of \a target owns them.
     ///
-    /// A field of no type takes over the type text of the field before it. A `decimals` text that is no number gives 0.
-    /// Logs five lines a field: "getDictionary FIELDS", "mySF->fieldName", "mySF->FieldType" and
+    /// A field without a type takes the type text of the field before it. A `decimals` text that is not a number gives
+    /// 0. Logs five lines for each field: "getDictionary FIELDS", "mySF->fieldName", "mySF->FieldType" and
     /// "mySF->DataProviderType" with their values, and three line feeds.
     void getDictionary(QList<TVpSourceField *> *target);
-    /// The field added last under exactly this name, or null.
+    /// Returns the field that was added last under exactly this name, or null.
     TGenericField *fieldByName(QString name) const;
     void registerIOFormat(); ///< does nothing: formats are not registered
 
-    /// Has readings from now on tell \a report where the layout is not what the file says; null, as in a new importer,
-    /// tells nobody and costs nothing. Not owned: it must outlive the readings. Copies tell the same report.
+    /// Makes later readings report each place where the layout differs from the file to \a newReport. It is not owned
+    /// and must outlive the readings; copies of this importer report to it too. Null, as in a new importer, turns
+    /// reporting off, which costs nothing.
     void setReadReport(ReadReport *newReport);
     ReadReport *getReadReport() const;
 
-    /// The reason why the last opening could not read the file, as one line for a person, such as "cannot be read:
-    /// Input/output error" or "not enough memory"; null where nothing went wrong, and before the first opening. A file
-    /// whose contents are not understood has no such line: the report says what became of them.
+    /// Returns why the last opening could not read the file, as one line for a person, such as "cannot be read:
+    /// Input/output error" or "not enough memory". Null if the file could be read, and before the first opening. A file
+    /// whose contents are not understood has no such line: the report describes them.
     QString getReadProblem() const;
 
 protected:
     friend struct TestAccess;
 
-    /// Appends \a field, and makes it the one that its name finds; any number of times. The field stays the caller's
-    /// until releaseContents() frees it, so only this importer and its copies may be handed it.
+    /// Appends \a field, which may be added any number of times. A search by its name finds it from then on. Only this
+    /// importer and its copies may be given the field, since releaseContents() frees it.
     void addField(TGenericField *field);
-    /// The field at \a index from 0; null outside of the list.
+    /// Returns the field at a 0-based index; null outside the list.
     TGenericField *getField(int index) const;
-    void initDataImport(); ///< asks getDataProviderType() and drops the answer
-    /// Empties the list of fields, made where there is none, and the names; fields stay alive. Forgets the read
-    /// problem.
+    void initDataImport(); ///< calls getDataProviderType() and ignores the answer
+    /// Empties the list of fields and their names, and makes the list if there is none. The fields stay alive. Resets
+    /// the read problem.
     void openDataImport();
-    bool closeDataImport(); ///< true
+    bool closeDataImport(); ///< returns true
 
     QString baseText;                                ///< carried; never read
     QString sourceName;                              ///< the layout file, such as a dictionary
     qint64 state1 = 0;                               ///< carried; never read
     double stateValue = 0;                           ///< 1.0 once a format has opened; never read
     bool stateFlag1 = false;                         ///< carried; never read
-    QList<TGenericField *> *fields = nullptr;        ///< in the order of addField(); kept; null once given back
+    QList<TGenericField *> *fields = nullptr;        ///< in the order of addField(); kept; null once released
     QString dataSourceName;                          ///< the data file
     qint64 state2 = 0;                               ///< carried; never read
     bool stateFlag2 = false;                         ///< carried; never read
@@ -132,9 +132,9 @@ protected:
     std::map<QString, TGenericField *> fieldsByName; ///< the same fields by exact name
     bool stateFlag3 = false;                         ///< carried; never read
     QStringList stateList;                           ///< carried; never read
-    ReadReport *report = nullptr;                    ///< hears of what is lost or changed; null for nobody
+    ReadReport *report = nullptr;                    ///< see setReadReport(); not owned
     QString readProblem;                             ///< see getReadProblem(); set by a format
-    ValuePointer<KeptObjects> kept;                  ///< what releaseContents() frees; shared by copies
+    ValuePointer<KeptObjects> kept;                  ///< the objects that releaseContents() frees; shared by copies
 };
 
 #endif

@@ -18,16 +18,16 @@ int currentRecordNumber = 0;
 namespace
 {
 
-// The one provider type whose importer fills the list of fields by itself.
+// The only provider type whose importer fills the list of fields itself.
 const QLatin1String csvType("CSV");
 
-// The current record type where no record of the tree has it.
+// The current record type if no record of the tree has it.
 constexpr QChar noRecordType(0xFF);
 
 constexpr int referencesIndex = 4;
 
-// Source fields and the lists of type names that they were made with; an assignment between fields changes which list a
-// field points at.
+// Source fields, with the lists of type names that they had when they were made: an assignment between fields changes
+// the list that a field points at.
 struct MadeFields {
     std::vector<TVpSourceField *> fields;
     std::vector<QStringList *> typeNames;
@@ -42,7 +42,7 @@ struct MadeFields {
         }
     }
 
-    // A field may stand in the list several times.
+    // A field may be in the list several times.
     void free()
     {
         freeEach(fields);
@@ -112,7 +112,8 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
     return true;
 }
 
-// Where memory gives out, the fields so far are not kept yet, and go at once: new as they are, each has its own list.
+// If memory runs out, the fields made so far are not kept yet and are freed here. They are new, so each has a list of
+// its own.
 void TVpDataProvider::takeFieldsOf(TDataImport &importer)
 {
     try {
@@ -128,7 +129,7 @@ void TVpDataProvider::takeFieldsOf(TDataImport &importer)
     }
 }
 
-// The old list goes, unless a copy of this provider still reads it; its source fields stay alive in either case.
+// The old list is freed, unless a copy of this provider shares it. Its source fields stay alive.
 void TVpDataProvider::renewFields()
 {
     if (fields && fieldsUse.use_count() == 1) {
@@ -152,7 +153,7 @@ void TVpDataProvider::makeLists()
     recordTypeNames = kept->make<QStringList>();
     typeNames = kept->make<QStringList>();
     *typeNames << QStringLiteral("NONE") << QStringLiteral("CSPRO") << QStringLiteral("CSV");
-    hasGivenBack = false;
+    isReleased = false;
 }
 
 void TVpDataProvider::releaseContents()
@@ -162,7 +163,7 @@ void TVpDataProvider::releaseContents()
     record = nullptr;
     recordTypeNames = nullptr;
     typeNames = nullptr;
-    hasGivenBack = true; // the lists are made again when they are needed: what is given back leaves nothing behind
+    isReleased = true; // the lists are made again when they are needed: what is given back leaves nothing behind
     kept->freeAll();
 }
 
@@ -205,7 +206,7 @@ TVpSourceField *TVpDataProvider::getFieldFromRecord(QString name, QString record
 {
     if (!fields)
         return nullptr;
-    // Upper case makes the implicit record of a CSPro dictionary, "Common", answer to "COMMON".
+    // In upper case, the implicit record "Common" of a CSPro dictionary is found as "COMMON".
     const QString wantedGroup = recordName.toUpper();
     const auto matches = [&](const TVpSourceField *field) {
         return field->fieldName == name && (field->group.isEmpty() || field->group.toUpper() == wantedGroup);
@@ -275,7 +276,7 @@ QString TVpDataProvider::getDataProviderType() const
 
 void TVpDataProvider::setDataProviderType(QString type)
 {
-    if (hasGivenBack)
+    if (isReleased)
         makeLists();
     const int position = typeNames ? typeNames->indexOf(type) : -1;
     if (position < 1)
@@ -296,7 +297,7 @@ int TVpDataProvider::getRecordTypeSize() const
 
 QString TVpDataProvider::getRecordTypeValue() const
 {
-    // The bound counts the start from 1, the cut counts it from 0; both are meant.
+    // The bound takes the start as 1-based, and the cut as 0-based. Both are meant.
     if (currentLine.isEmpty() || currentLine.size() < qint64(recordTypeStart) + recordTypeSize - 1)
         return emptyText();
     return currentLine.mid(recordTypeStart, recordTypeSize);

@@ -18,18 +18,19 @@ class TGenericField;
 class TVpRecord;
 class TVpSourceField;
 
-/// What the tool holds of one data source: id, type, file names, source fields and a record tree.
+/// Describes one data source: id, type, file names, source fields and a record tree.
 ///
-/// It reads no file itself: an importer reads, and genericGetFieldsFrom() takes over the importer's answers. The road:
-/// create the importer with the file's path, call its selectLayoutSource(), hand it to genericGetFieldsFrom(), read the
+/// It reads no file: an importer reads, and genericGetFieldsFrom() takes over the importer's answers. The data flow is:
+/// create the importer with the file's path, call its selectLayoutSource(), pass it to genericGetFieldsFrom(), read the
 /// fields through getField() and getFieldFromRecord().
 ///
 /// A provider owns nothing: source fields, their list, record tree and importer outlive it, until releaseContents()
-/// gives back what it has made. Copies share all of these. Everything runs on the caller's thread; nothing is locked.
+/// frees the objects that it has made. Copies share all of these. All calls are made on the caller's thread; nothing is
+/// locked.
 class MODEL_VANADMIN_EXPORT TVpDataProvider
 {
 public:
-    /// Its texts are empty and not null; two of those that are carried for callers are null.
+    /// The texts are empty and not null, except two of the texts that are carried for callers, which are null.
     TVpDataProvider();
     TVpDataProvider(const TVpDataProvider &other);
     TVpDataProvider &operator=(const TVpDataProvider &other);
@@ -37,46 +38,45 @@ public:
     TVpDataProvider(TVpDataProvider &&other);
     virtual ~TVpDataProvider();
 
-    /// Takes over what \a importer answers: id, type (if the provider knows it), source fields, position of the record
-    /// type and file names; makes a new record tree. Always true; false and nothing done for a null importer.
+    /// Takes the answers of \a importer: id, type (if the provider knows it), source fields, position of the record
+    /// type and file names. Makes a new record tree. Returns true; for a null importer does nothing and returns false.
     ///
     /// It does not open the importer: one that was never opened gives an empty list. A second call replaces list and
-    /// tree; the old list object goes unless a copy of this provider shares it, its source fields and the old tree stay
-    /// alive. What the importer throws reaches the caller.
+    /// tree. The old list object is freed unless a copy of this provider shares it; its source fields and the old tree
+    /// stay alive. An exception from the importer reaches the caller.
     bool genericGetFieldsFrom(TDataImport *importer);
-    /// Whether a data file name is known. Opens nothing; resets the number of the current data
-    /// record, which is one for the process.
+    /// Returns whether a data file name is known. Opens nothing. Resets the number of the current data record, of which
+    /// the process has one.
     bool openDataProvider();
-    bool closeDataProvider(); ///< does nothing; false
-    /// Frees everything that this provider has made in all its fillings, and its copies with it: source fields with
-    /// their type names, their lists, the record trees' roots, the lists of type names. The importer stays.
+    bool closeDataProvider(); ///< does nothing and returns false
+    /// Frees everything that this provider and its copies have made each time they were filled: source fields with
+    /// their type names, their lists, the roots of the record trees, the lists of type names. The importer stays alive.
     ///
-    /// To be called once nobody uses any of these any more, nor a copy of a source field or of a root, which shares its
-    /// lists; a caller who frees them itself must not call it. It may be called before or after the importer gives back
-    /// its own contents. The provider then has no fields and no record tree, keeps its texts and numbers, and can be
-    /// filled again. A copy of it may from then on be destroyed or assigned to; giving back its contents too, which
-    /// frees nothing again, makes it usable. A provider that was assigned to still frees what it had made before,
-    /// unless a copy of its does, and its source is a copy of it from then on. Nodes that a caller has put below a root
-    /// stay the caller's.
+    /// Call it when none of these objects is used any more, nor a copy of a source field or of a root, which shares its
+    /// lists. A caller who frees them itself must not call it. It may be called before or after the importer releases
+    /// its own contents. Afterwards the provider has no fields and no record tree, keeps its texts and numbers, and can
+    /// be filled again. A copy of it may only be destroyed or assigned to until its own contents are released, which
+    /// frees nothing twice. A provider that was assigned to still frees what it had made before, unless a copy of its
+    /// does, and its source is a copy of it from then on. Nodes that a caller has put below a root stay the caller's.
     void releaseContents();
 
     TDataImport *getImportData() const;
     void setImportData(TDataImport *value);
 
-    /// The source fields in file order, or null before the first genericGetFieldsFrom(). The next one ends the list,
-    /// unless a copy of this provider shares it.
+    /// Returns the source fields in file order, or null before the first genericGetFieldsFrom(). The next call of that
+    /// frees the list, unless a copy of this provider shares it.
     const QList<TVpSourceField *> *getFields() const;
-    /// The first field of exactly this name, or null.
+    /// Returns the first field of exactly this name, or null.
     TVpSourceField *getField(QString name) const;
-    /// The first field of exactly this name whose group is empty or equals \a recordName without regard to case, or
-    /// null.
+    /// Returns the first field of exactly this name whose group is empty or equals \a recordName, regardless of case.
+    /// Null if there is none.
     TVpSourceField *getFieldFromRecord(QString name, QString recordName) const;
-    QString getFieldName(QString name) const; ///< the name of getField(), "" if there is none
-    /// Asks the format registry for the importer of this provider's type and looks up one name, then the other, in it.
+    QString getFieldName(QString name) const; ///< the name of the field that getField() returns; "" for null
+    /// Looks up one name, then the other, in the importer that the format registry has for this provider's type.
     ///
-    /// There is no registry, so this throws a `VpErrorManager *` with code 106 whatever the arguments.
+    /// There is no registry, so this throws a `VpErrorManager *` with code 106 for all arguments.
     TGenericField *findField(QString name1, QString name2);
-    /// The record of that name in the tree (see `TVpRecord::retrieveRecord`), or null.
+    /// Returns the record of that name in the tree (see `TVpRecord::retrieveRecord`), or null.
     TVpRecord *getRecord(QString name) const;
 
     QString getDataFileName() const;
@@ -86,15 +86,15 @@ public:
     QString getDataProviderId() const;
     void setDataProviderId(QString value);
     QString getDataProviderType() const;
-    /// Takes over \a type and its position among "NONE", "CSPRO" and "CSV". Any other text, and "NONE", change nothing,
-    /// so the provider of a "CSPRO8", "STATA" or "SPSS" importer keeps its former type.
+    /// Sets the type to \a type, and its index to the position among "NONE", "CSPRO" and "CSV". "NONE" and all other
+    /// texts change nothing, so the provider of a "CSPRO8", "STATA" or "SPSS" importer keeps its former type.
     void setDataProviderType(QString type);
     int getRecordTypeStart() const; ///< column of the record type as the source states it; CSPro counts from 1
     int getRecordTypeSize() const;  ///< its width in characters
-    /// The record type in the current line; "" if the line is empty or too short.
+    /// Returns the record type in the current line; "" if the line is empty or too short.
     ///
-    /// The test of the length counts the start from 1, the cut counts it from 0: a start of 1 reads from the second
-    /// character.
+    /// The test of the length takes the start as 1-based, and the cut as 0-based: a start of 1 reads from the second
+    /// character, which is meant.
     QString getRecordTypeValue() const;
 
 private:
@@ -103,8 +103,8 @@ private:
     QString getDataProviderLabel() const;
     void setDataProviderLabel(QString value);
     eDataProviderType getDataProviderTypeIndex() const;
-    /// Sets `recordTypeValue` from the current line, and `currentRecordType` to the low byte of the number of the
-    /// record in the tree that has this type, as a character; U+00FF if none has.
+    /// Sets `recordTypeValue` from the current line. Sets `currentRecordType` to the low byte, as a character, of the
+    /// number of the record in the tree that has this type; U+00FF if there is none.
     void getRecordType();
     QStringList *getRecordTypeList() const;
     int getRecordTypes() const;
@@ -119,7 +119,7 @@ private:
     void renewRecord();
     void makeLists();
 
-    // Members without a comment are carried and copied for callers; nothing here reads them.
+    // Members without a comment are carried and copied for callers; this class does not read them.
     // clang-format off
     TDataImport *importData = nullptr; ///< the importer, not owned
     int counter = 0;
@@ -162,14 +162,14 @@ private:
     qint64 block2[5] = {};
     bool flag5 = false;
     bool flag6 = false;
-    bool hasGivenBack = false; ///< there are no lists since releaseContents()
+    bool isReleased = false; ///< whether there are no lists, since releaseContents() freed them
     int number5 = 3;
     int number6 = -1;
     QString text8;
     QStringList *recordTypeNames = nullptr; ///< second argument of the virtual `getDictionary`
     QStringList *typeNames = nullptr; ///< "NONE", "CSPRO", "CSV"
     std::shared_ptr<int> fieldsUse; ///< counts the providers that share `fields`
-    ValuePointer<KeptObjects> kept; ///< what releaseContents() frees; shared by copies
+    ValuePointer<KeptObjects> kept; ///< the objects that releaseContents() frees; shared by copies
     // clang-format on
 };
 

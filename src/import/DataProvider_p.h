@@ -1,7 +1,7 @@
 #ifndef IMPORT_DATAPROVIDER_P_H
 #define IMPORT_DATAPROVIDER_P_H
 
-/// The number of the data record at hand; set to 0 by `TVpDataProvider::openDataProvider`. One for the process, no
+/// Number of the current data record. `TVpDataProvider::openDataProvider` sets it to 0. The process has one, without a
 /// lock.
 extern int currentRecordNumber;
 

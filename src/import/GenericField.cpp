@@ -48,7 +48,7 @@ void TGenericField::setAsStringChar(const wchar_t *value)
     setText(text, text.trimmed());
 }
 
-// The two string setters differ in the text alone that they convert to a number.
+// The two string setters differ only in the text that they convert to a number.
 void TGenericField::setText(const QString &value, const QString &number)
 {
     const auto *units = reinterpret_cast<const char16_t *>(value.utf16());
@@ -72,7 +72,7 @@ void TGenericField::setText(const QString &value, const QString &number)
     case vtString:
         break;
     default:
-        // A field of no type loses the first four characters: eight bytes 0x15.
+        // A field without a type loses its first four characters: they become eight bytes 0x15.
         std::fill_n(textValue, 4, u'\x1515');
         break;
     }
@@ -82,7 +82,7 @@ QString TGenericField::getValueLabel(QString code)
 {
     valueLabels.replace(QLatin1Char('\n'), QLatin1Char('\t'));
     QString line = valueLabels;
-    // Index 1 is meant: the first character takes no part in the comparison and stays in the result.
+    // Index 1 is meant: the first character is not compared and stays in the result.
     const int blank = line.indexOf(QLatin1Char(' '));
     if (line.mid(1, blank - 1).trimmed() != code)
         return QString();

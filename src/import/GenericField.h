@@ -8,18 +8,18 @@
 
 class TDataImport;
 
-/// The description of one variable of a data source, and one current value of it, held as text and as numbers.
+/// Description of one variable of a data source, and its current value, held as text and as numbers.
 ///
-/// Each format derives its own field and answers which values count as missing, not applicable and blank. The
+/// Each format derives a field of its own, which decides which values are missing, not applicable and blank. The
 /// description fields are public and filled by the importer. Lengths are in characters; a number that does not convert
-/// counts as 0. A field points back at its importer without owning it. In a new field the texts are empty and not null,
-/// but for `label`, which is null.
+/// counts as 0. A field points at its importer without owning it. The texts of a new field are empty and not null,
+/// except `label`, which is null.
 ///
-/// Used by the thread that uses its importer; fields of different importers share nothing.
+/// A field is used by the thread that uses its importer. Fields of different importers share nothing.
 class MODEL_VANADMIN_EXPORT TGenericField
 {
 public:
-    /// Units of 16 bits that `textValue` holds, on every platform.
+    /// Size of `textValue` in units of 16 bits, on every platform.
     static constexpr int textValueSize = 255;
 
     /// \a importer may be null; it is not owned.
@@ -29,7 +29,7 @@ public:
     /// Takes nothing from its argument: texts null, numbers 0, flags false, `owner` null.
     TGenericField(TGenericField &&other);
 
-    // virtual operations, in slot order
+    // Virtual operations, in slot order.
     virtual ~TGenericField();
     virtual bool isMissing() = 0;
     virtual bool isNotApplicable() = 0;
@@ -37,24 +37,24 @@ public:
     virtual void addValueLabel(QString code, QString text); ///< does nothing
     virtual QString getGroup();                             ///< ""
 
-    /// Takes \a value as the current value: copies at most `length` characters of it into `textValue`, zeros up to
-    /// `length` behind a shorter one and no end mark behind a longer one. The copy stops at 255 units and at a NUL.
+    /// Sets the current value. Copies at most `length` characters of \a value into `textValue`: a shorter value is
+    /// followed by zeros up to `length`, a longer one has no end mark. The copy stops at 255 units and at a NUL.
     ///
-    /// Unless the value is missing, not applicable or blank, a field of type 1 or 2 then holds it as a number as well;
-    /// with `hasDecimalChar` false a real one is divided by 10 to the power of `decimals`. A field of no type has the
-    /// first eight bytes of `textValue` set to 0x15.
+    /// Unless the value is missing, not applicable or blank, a field of type 1 or 2 then holds it as a number too. If
+    /// `hasDecimalChar` is false, a real number is divided by 10 to the power of `decimals`. In a field without a type,
+    /// the first eight bytes of `textValue` become 0x15.
     void setAsString(QString value);
-    /// The same for a wide text, null counting as empty; a number is trimmed before it is converted.
+    /// As setAsString() for a wide text, where null counts as empty. A number is trimmed before it is converted.
     void setAsStringChar(const wchar_t *value);
 
-    /// Looks \a code up in `valueLabels`, taken as one line; null if it is not found.
+    /// Finds \a code in `valueLabels`, taken as one line. Returns null if it is not found.
     ///
     /// Every line feed in `valueLabels` becomes a tab first, in the field itself. The code of the line is the text from
     /// its second character up to the first blank: the first character is skipped in the comparison and kept in the
-    /// result.
+    /// result, which is meant.
     QString getValueLabel(QString code);
 
-    /// `textValue` up to the first zero, or all of it.
+    /// Returns `textValue` up to the first zero, or all of it.
     QString currentText() const;
 
     bool optional = false; ///< carried; no behaviour here
@@ -80,12 +80,14 @@ public:
 protected:
     friend struct TestAccess;
 
-    /// The current value as text: `missingValue`, `notApplicable` or "" where the value is missing, not applicable or
-    /// blank, else by type; numbers in format g with precision 6. "" for a field of no type. "" is not null.
+    /// Returns the current value as text: `missingValue`, `notApplicable` or "" if the value is missing, not applicable
+    /// or blank, otherwise by type, with numbers in format g and precision 6. A field without a type gives "". The
+    /// empty text is not null.
     QString getAsString();
-    /// The current value as a number; `missingValue` as a number where the value is missing. 0 for a field of no type.
+    /// Returns the current value as a number, and `missingValue` as a number if the value is missing. A field without a
+    /// type gives 0.
     double getAsFloat();
-    /// The same cut toward zero; a text converts in base 10.
+    /// Returns the same truncated toward zero. A text converts in base 10.
     int getAsInteger();
     void setAsFloat(double value); ///< sets `realValue` and nothing else, whatever the type
     void setAsInteger(int value);  ///< sets `intValue` and nothing else, whatever the type

@@ -23,7 +23,7 @@ void reportRepeatedNames(ReadReport &report, const QList<TGenericField *> *field
 bool isWrittenInFull(double number)
 {
     const QString text = numbers::toText(number);
-    // The exponent of a small number costs it no digit.
+    // A number below 1 loses no digit to its exponent.
     return numbers::toDouble(text) == number && (std::abs(number) < 1 || !text.contains(QLatin1Char('e')));
 }
 

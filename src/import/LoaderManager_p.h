@@ -7,10 +7,10 @@
 
 class TDataImport;
 
-/// The registry that would tell, by provider type text, whether a format is known.
+/// Registry of the known formats, by provider type text.
 ///
-/// Nothing ever registers a format and nothing creates the registry: callers create importers directly, and what is
-/// left are the failures of a registry that is not there. Destroying a manager leaves its list alive.
+/// No code registers a format or creates the registry, which is meant: callers create importers directly, and every use
+/// of the registry fails. Destroying a manager leaves its list alive.
 class TLoaderManager : public QObject
 {
 public:
@@ -20,19 +20,20 @@ public:
     QStringList *formats; ///< registered provider type texts; stays empty
 };
 
-/// The registry of the process; null until GetDataClassLoader() makes one. Not guarded, never released.
+/// The registry of the process; null until GetDataClassLoader() makes one. It is not locked and never released.
 extern TLoaderManager *loaderManager;
 
-/// Whether \a format is registered. Without a registry throws a `VpErrorManager *` with code 106, which logs nothing.
+/// Returns whether \a format is registered. Throws a `VpErrorManager *` with code 106, without a log line, if there is
+/// no registry.
 bool IsFormatRegistered(QString format);
 
 /// Replaces the registry by a new one, leaving the former alive, and asks it for the loader of \a format.
 ///
-/// The new registry is empty, so this ends in a thrown `VpErrorManager *` with code 107 and the format as text.
+/// The new registry is empty, so this always throws a `VpErrorManager *` with code 107 and the format as text.
 TDataImport *GetDataClassLoader(QString format);
 
-/// The second half of GetDataClassLoader(): the loader that \a manager has for \a format. A registered format has none
-/// and gives null; any other, and a manager without a list, throws a `VpErrorManager *` with code 107.
+/// Second half of GetDataClassLoader(): returns the loader that \a manager has for \a format. This is null for a
+/// registered format. Throws a `VpErrorManager *` with code 107 for any other format, and if \a manager has no list.
 TDataImport *loaderFromManager(const TLoaderManager *manager, const QString &format);
 
 #endif

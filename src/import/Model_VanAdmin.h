@@ -3,8 +3,7 @@
 
 #include "model_vanadmin_export.h"
 
-/// The marker of the library: no fields, nothing to do.
-/// May be used on any thread.
+/// Marker class of the library. It has no fields and does nothing. It may be used on any thread.
 class MODEL_VANADMIN_EXPORT Model_VanAdmin
 {
 public:

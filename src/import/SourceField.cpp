@@ -6,7 +6,7 @@
 namespace
 {
 
-// A list of each field's own, made from one text list that all of them share until one changes it.
+// Each field has a list of its own, which shares its data with the others until one of them changes it.
 QStringList *newTypeNames()
 {
     static const QStringList names = { QStringLiteral("NONE"), QStringLiteral("CSPRO"), QStringLiteral("CSV"),
@@ -67,7 +67,7 @@ QString TVpSourceField::getDataProviderType() const
 
 void TVpSourceField::setDataProviderType(QString type)
 {
-    // Positions 1 to 6, 8 and 9 stand for the value of the same number; 7 stands for none.
+    // Positions 1 to 6, 8 and 9 have the value of the same number. Position 7 has no value.
     constexpr int unusedPosition = 7;
     constexpr int lastPosition = 9;
     const int position = typeNames ? typeNames->indexOf(type) : -1;

@@ -7,18 +7,18 @@
 #include <QString>
 #include <QStringList>
 
-/// The format-free description of one variable, as `TDataImport::getDictionary` makes it and a `TVpDataProvider` holds
-/// it.
+/// Description of one variable that does not depend on the format of its file. `TDataImport::getDictionary` makes it
+/// and a `TVpDataProvider` holds it.
 ///
-/// It reads no file; it can cut its own value out of a line that it is given. Copies share the list of type texts.
-/// Lengths are in characters. Destroying a source field leaves `typeNames` alive.
+/// It reads no file, but can cut its value out of a given line. Copies share the list of type texts. Lengths are in
+/// characters. Destroying a source field leaves `typeNames` alive.
 ///
-/// Re-entrant: different objects may be used on different threads, except where copies share `typeNames` and one of
-/// them is written to. One object is used by one thread at a time.
+/// Different objects may be used on different threads, except copies that share `typeNames` while one of them is
+/// written to. One object may be used by one thread at a time.
 class MODEL_VANADMIN_EXPORT TVpSourceField
 {
 public:
-    /// Its texts are empty and not null.
+    /// The texts are empty and not null.
     TVpSourceField();
     TVpSourceField(const TVpSourceField &other);
     TVpSourceField &operator=(const TVpSourceField &other);
@@ -27,17 +27,17 @@ public:
     virtual ~TVpSourceField();
 
     QString getFieldType() const;
-    /// Sets the text alone: `fieldTypeIndex` stays 0 on every source field.
+    /// Sets only the text: `fieldTypeIndex` stays 0 on every source field, which is meant.
     void setFieldType(QString value);
     QString getDataProviderType() const;
-    /// Takes over \a type and its position in `typeNames`. A text that is not in the list, and "NONE", change nothing,
-    /// so "SPSS" and "CSPRO8" leave the field as it was.
+    /// Sets the type to \a type, and its index to the position in `typeNames`. "NONE" and a text that is not in the
+    /// list change nothing, so "SPSS" and "CSPRO8" leave the field as it was.
     void setDataProviderType(QString type);
 
-    /// The field's value in \a line: `length` characters from `start`, fewer at the end of the line. Null where the
-    /// line ends before `start` or is empty. Sets `isBlankValue` to whether that equals `blankValue`.
+    /// Returns the field's value in \a line: `length` characters from `start`, or fewer at the end of the line. Null if
+    /// the line ends before `start` or is empty. Sets `isBlankValue` to whether the value equals `blankValue`.
     ///
-    /// The line is cut with `start` counted from 0, while the test of its length counts from 1.
+    /// The cut takes `start` as 0-based, and the test of the length takes it as 1-based, which is meant.
     QString getStringValue(QString line);
 
     QStringList
@@ -56,11 +56,11 @@ public:
     QString text2;             ///< carried for callers
     QString text3;             ///< carried for callers
     QString providerId;        ///< id of the importer's data provider
-    QString group;             ///< the record that holds the field in a source with several, else empty
+    QString group;             ///< the record of the field in a source with several records, else empty
     int number1 = 0;           ///< carried for callers
     QString text4;             ///< carried for callers
-    QString blankValue;        ///< what getStringValue() compares with
-    bool isBlankValue = false; ///< outcome of that comparison
+    QString blankValue;        ///< the text with which getStringValue() compares
+    bool isBlankValue = false; ///< result of that comparison
     bool flag1 = true;         ///< carried for callers
     bool flag2 = false;        ///< carried for callers
     int number2 = 0;           ///< carried for callers
@@ -79,7 +79,7 @@ private:
 
     eVanVarType getFieldTypeIndex() const;
     eDataProviderType getDataProviderTypeIndex() const;
-    /// False on every source field, as `fieldTypeIndex` stays 0.
+    /// Returns false on every source field, since `fieldTypeIndex` stays 0.
     bool isString() const;
 };
 

@@ -3,7 +3,7 @@
 
 #include <QList>
 
-/// Appends to a list that a record holds by pointer. A record that was made by a move has none until then.
+/// Appends to a list that a record holds by pointer. A record that was made by a move has no list until then.
 template <typename Element> void append(QList<Element> *&list, const Element &element)
 {
     if (!list)

@@ -7,7 +7,7 @@
 
 #include <utility>
 
-// In this order, which is not that of the members.
+// The objects are made in this order, which differs from that of the members.
 Config::Config()
 {
     options = new ConfigOptions;

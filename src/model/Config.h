@@ -14,11 +14,11 @@ class TVpEntity;
 // Records that the calling application fills for one run. The library only holds them.
 
 // clang-format off
-/// The database to be made.
+/// Settings of the database that is generated.
 ///
-/// `getFolder` and `getSourceFile` answer in the separators of the platform; what was set is kept as it is.
+/// `getFolder` and `getSourceFile` return native separators; the texts are stored as they were set.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigDb
 {
 public:
@@ -59,7 +59,7 @@ private:
 
 /// Options of the generation.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigOptions
 {
 public:
@@ -68,7 +68,7 @@ public:
     ConfigOptions &operator=(const ConfigOptions &other);
     /// Takes nothing from its argument: a default object.
     ConfigOptions(ConfigOptions &&other);
-    ~ConfigOptions(); // NOLINT(performance-trivially-destructible): exported, as those of its kind are
+    ~ConfigOptions(); // NOLINT(performance-trivially-destructible): exported, as the destructors of all records are
 
     bool getCreateNotAppMissingInRange() const;  void setCreateNotAppMissingInRange(bool newValue);
     bool getCreateNoRanges() const;              void setCreateNoRanges(bool newValue);
@@ -80,13 +80,13 @@ private:
     bool createNoRanges = false;
 };
 
-/// What of one entity goes in. The list of variables belongs to the caller.
+/// The parts of one entity that are included. The list of variables belongs to the caller.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigEntities
 {
 public:
-    /// With a new empty list of variables.
+    /// Has a new empty list of variables.
     ConfigEntities();
     /// Copies share the list.
     ConfigEntities(const ConfigEntities &other);
@@ -118,20 +118,20 @@ private:
     QList<QString> *variables = nullptr; ///< names of variables; not released
 };
 
-/// What the calling application has gathered for one generation of a database.
+/// All settings of the calling application for one generation of a database.
 ///
-/// What the pointers lead to belongs to the caller; the destructor frees nothing.
+/// The objects behind the pointers belong to the caller; the destructor frees nothing.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Config
 {
 public:
-    /// With new options, a new database and a new empty list.
+    /// Has new options, a new database and a new empty list.
     Config();
-    /// Copies share what the pointers lead to.
+    /// Copies share the objects behind the pointers.
     Config(const Config &other);
     Config &operator=(const Config &other);
-    /// Takes nothing from its argument: no path, and pointers that are null.
+    /// Takes nothing from its argument: no path, and null pointers.
     Config(Config &&other);
     ~Config();
 
@@ -151,7 +151,7 @@ private:
 
 /// Settings for extending a database by another.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigToolsExtend
 {
 public:
@@ -175,11 +175,11 @@ private:
 
 /// Settings for splitting and sampling. The entities belong to the caller.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigToolsSplit
 {
 public:
-    /// With three new entities.
+    /// Has three new entities.
     ConfigToolsSplit();
     /// Copies share the entities.
     ConfigToolsSplit(const ConfigToolsSplit &other);
@@ -219,7 +219,7 @@ private:
 
 /// Settings for the conversion to JSON.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ConfigWipxToJson
 {
 public:

@@ -26,7 +26,7 @@ struct Place {
     explicit operator bool() const { return entity; }
 };
 
-// An entity and everything below it. Null entries are passed over, and so is an entity that is its own ancestor.
+// An entity and everything below it. Null entries are skipped, and so is an entity that is its own ancestor.
 class Hierarchy
 {
 public:
@@ -77,7 +77,7 @@ std::string TVpEntity::toString()
 
 TVpEntity *TVpEntity::findEntity(QString wanted)
 {
-    // One entity is made for each that is looked at, before the names are compared.
+    // One entity is made for each that is visited, before the names are compared.
     TVpEntity *const ofThisEntity = newNullEntity();
     TVpEntity *made = ofThisEntity;
     Hierarchy hierarchy;
@@ -119,7 +119,7 @@ void TVpEntity::setParent(QString newValue) { parent = std::move(newValue); }
 QString TVpEntity::getFileName() const { return fileName; }
 void TVpEntity::setFileName(const QString &newValue) { fileName = newValue; }
 void TVpEntity::setQStrFileName(const QString &newValue) { setFileName(newValue); }
-// what hangs on it
+// Objects that belong to the entity.
 QList<TVpEntity *> *TVpEntity::getChildren() const { return children; }
 void TVpEntity::setChildren(QList<TVpEntity *> *newValue) { children = newValue; }
 void TVpEntity::addChildren(TVpEntity *added) { append(children, added); }

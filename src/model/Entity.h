@@ -19,14 +19,14 @@ class TVpVariable;
 // clang-format off
 /// One node of the hierarchy of a census or survey, such as a household, as the calling application describes it.
 ///
-/// The library only holds it: no field has an effect. Lists and what they hold belong to the caller; no destructor frees
-/// them. Null pointers are held like any other and never followed.
+/// The library only stores it: no field has an effect. Lists and their entries belong to the caller; no destructor frees
+/// them. Null pointers are stored like others and never followed.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT TVpEntity
 {
 public:
-    /// With new empty lists of children and variables.
+    /// Has new empty lists of children and variables.
     TVpEntity();
     /// Copies share the lists.
     TVpEntity(const TVpEntity &other);
@@ -36,14 +36,15 @@ public:
     // Not virtual, although the class has a virtual operation.
     ~TVpEntity();
 
-    // virtual operations, in slot order
+    // Virtual operations, in slot order.
     virtual std::string toString(); ///< the name, UTF-8
 
-    /// The first entity of this name in this one and below it, parents before their children; case-sensitive.
+    /// Returns the first entity of this name, which may be this entity or one below it. Parents come before their
+    /// children. The search is case-sensitive.
     ///
-    /// Never null: a failed search gives a new entity named "nullEntity". One such entity is made for each entity that is
-    /// looked at, whether the search succeeds or fails, and stays alive; the one that is returned is the caller's. An
-    /// entity that is its own ancestor is not entered a second time.
+    /// The result is never null: a failed search returns a new entity named "nullEntity". Each entity that is visited
+    /// makes one such entity, also if the search succeeds, and it stays alive. The returned one belongs to the caller. An
+    /// entity that is its own ancestor is visited once.
     TVpEntity *findEntity(QString wanted);
 
     // names and labels
@@ -56,7 +57,7 @@ public:
     int getTag() const;                                              void setTag(int newValue);
     QString getParent() const;                                       void setParent(QString newValue);
     QString getFileName() const;                                     void setFileName(const QString &newValue); void setQStrFileName(const QString &newValue);
-    // what hangs on it
+    // Objects that belong to the entity.
     QList<TVpEntity *> *getChildren() const;                         void setChildren(QList<TVpEntity *> *newValue); void addChildren(TVpEntity *added);
     QList<TVpVariable *> *getVariables() const;                      void setVariables(QList<TVpVariable *> *newValue); void addVariables(TVpVariable *added);
     // size and kind

@@ -19,7 +19,7 @@ class TVpEntity;
 // clang-format off
 /// Names one lookup file.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT LookupDictionary
 {
 public:
@@ -44,9 +44,9 @@ private:
     QString separator;
 };
 
-/// How delimited text is read. Fields are held without a test for doubles.
+/// Settings for reading delimited text. Fields are stored without a check for duplicates.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT MetadataDataSource
 {
 public:
@@ -69,18 +69,18 @@ private:
     QStringList csvFields;
 };
 
-/// The source of the data. `getFile` answers in the separators of the platform; what was set is kept as it is.
+/// Source of the data. `getFile` returns native separators; the text is stored as it was set.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Datasource
 {
 public:
-    /// With new metadata.
+    /// Has new metadata.
     Datasource();
     /// Copies share the metadata.
     Datasource(const Datasource &other);
     Datasource &operator=(const Datasource &other);
-    /// Takes nothing from its argument: no texts, and a pointer that is null.
+    /// Takes nothing from its argument: no texts, and a null pointer.
     Datasource(Datasource &&other);
     ~Datasource();
 
@@ -96,13 +96,13 @@ private:
     MetadataDataSource *metadataDataSource = nullptr; ///< not released
 };
 
-/// Where a variable lies in its source. The list belongs to the caller.
+/// Position of a variable in its source. The list belongs to the caller.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT MetadataVariables
 {
 public:
-    /// With a new empty list of ranges.
+    /// Has a new empty list of ranges.
     MetadataVariables();
     /// Copies share the list.
     MetadataVariables(const MetadataVariables &other);
@@ -129,18 +129,18 @@ private:
     QList<Range *> *range = nullptr; ///< not released
 };
 
-/// The data source and the lookup files of a dictionary. What the pointers lead to belongs to the caller.
+/// The data source and the lookup files of a dictionary. The objects behind the pointers belong to the caller.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT MetadataDictionary
 {
 public:
-    /// With a new data source and a new empty list.
+    /// Has a new data source and a new empty list.
     MetadataDictionary();
-    /// Copies share what the pointers lead to.
+    /// Copies share the objects behind the pointers.
     MetadataDictionary(const MetadataDictionary &other);
     MetadataDictionary &operator=(const MetadataDictionary &other);
-    /// Takes nothing from its argument: pointers that are null, and no list until something is appended.
+    /// Takes nothing from its argument: null pointers, and no list until something is appended.
     MetadataDictionary(MetadataDictionary &&other);
 
     Datasource *getDatasource() const;             void setDatasource(Datasource *newValue);
@@ -153,18 +153,18 @@ private:
     QList<LookupDictionary *> *lookUp = nullptr; ///< not released
 };
 
-/// A root entity and where its data comes from. What the pointers lead to belongs to the caller.
+/// A root entity and the source of its data. The objects behind the pointers belong to the caller.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Dictionary
 {
 public:
-    /// With a new root and new metadata.
+    /// Has a new root and new metadata.
     Dictionary();
-    /// Copies share what the pointers lead to.
+    /// Copies share the objects behind the pointers.
     Dictionary(const Dictionary &other);
     Dictionary &operator=(const Dictionary &other);
-    /// Takes nothing from its argument: pointers that are null.
+    /// Takes nothing from its argument: null pointers.
     Dictionary(Dictionary &&other);
 
     TVpEntity *getRoot() const;                         void setRoot(TVpEntity *newValue);

@@ -20,13 +20,13 @@ class TVanEntity;
 // clang-format off
 /// A node of the tree of areas by which part of a database is selected.
 ///
-/// Whoever builds a tree frees it: neither the list of children nor the children are released here.
+/// The caller that builds a tree frees it: this class frees neither the list of children nor the children.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT SelectionTreeUnit
 {
 public:
-    /// With a new empty list of children.
+    /// Has a new empty list of children.
     SelectionTreeUnit();
     /// Copies share the list of children.
     SelectionTreeUnit(const SelectionTreeUnit &other);
@@ -74,13 +74,13 @@ private:
 
 /// A node of the tree of variables with check marks.
 ///
-/// Whoever builds a tree frees it: neither the list of children nor the children are released here.
+/// The caller that builds a tree frees it: this class frees neither the list of children nor the children.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT StructVariableItem
 {
 public:
-    /// With a new empty list of children.
+    /// Has a new empty list of children.
     StructVariableItem();
     /// Copies share the list of children.
     StructVariableItem(const StructVariableItem &other);

@@ -12,7 +12,7 @@ class TVpEntity;
 // clang-format off
 /// A range of values, both bounds included.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Range
 {
 public:
@@ -35,7 +35,7 @@ private:
 
 /// A value of a variable with its label.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT ValueLabelElement
 {
 public:
@@ -56,9 +56,9 @@ private:
     QString label;
 };
 
-/// Where the value of a variable is taken from.
+/// The source of the value of a variable.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT VarWipChoice
 {
 public:
@@ -87,14 +87,14 @@ private:
 
 /// One variable of an entity, as the calling application describes it.
 ///
-/// The library only holds it. Lists, what they hold, and `metadataVariables` belong to the caller; the destructor frees
+/// The library only stores it. Lists, their entries, and `metadataVariables` belong to the caller; the destructor frees
 /// none of them.
 ///
-/// Re-entrant: different objects may be used on different threads, one object by one thread at a time.
+/// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT TVpVariable
 {
 public:
-    /// With new empty lists and new metadata.
+    /// Has new empty lists and new metadata.
     TVpVariable();
     /// Copies share the lists and the metadata.
     TVpVariable(const TVpVariable &other);

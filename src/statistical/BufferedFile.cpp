@@ -22,7 +22,7 @@ bool BufferedFile::open(const char *path)
         return false;
     const qint64 size = lseek(descriptor, 0, SEEK_END);
     beginAt0(size);
-    if (size < 0) // no place in it can be found; what reading it fails with is a better reason
+    if (size < 0) // positions are refused; the error of reading the file is a better reason
         fill();
     return true;
 }
@@ -34,7 +34,7 @@ void BufferedFile::close()
     descriptor = -1;
 }
 
-// Behind the end, where nothing can be read, the system may still refuse a place.
+// The system may refuse a position after the end, although nothing is read there.
 bool BufferedFile::canGoTo(qint64 place)
 {
     return lseek(descriptor, place, SEEK_SET) >= 0;

@@ -6,8 +6,8 @@
 namespace statistical
 {
 
-/// A file of the system. Answers what the system would answer, so that a parse ends the same way. For regular files
-/// only.
+/// Lets ReadStat read a regular file of the system. It returns the results of the system, so that a parse ends in the
+/// same way as with ReadStat's own input.
 class BufferedFile : public BufferedSource
 {
 public:
@@ -15,7 +15,7 @@ public:
 
     /// \a path is in the encoding of the system.
     bool open(const char *path);
-    /// The number of the system's error at the first failure to read since the file was opened; 0 where there was none.
+    /// Returns the system's error number for the first failure to read since the file was opened; 0 if there was none.
     int error() const { return firstError; }
 
 private:
@@ -24,7 +24,7 @@ private:
     bool canGoTo(qint64 place) override;
     qint64 readAt(qint64 place, char *target, qint64 size) override;
 
-    int descriptor = -1; ///< not a `QFile`, which warns of a place that the system refuses
+    int descriptor = -1; ///< not a `QFile`, which writes a warning for a position that the system refuses
     int firstError = 0;
 };
 

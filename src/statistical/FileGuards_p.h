@@ -5,18 +5,18 @@
 
 #include <QString>
 
-/// What is looked at in a file before ReadStat reads it.
+/// Checks of a file before ReadStat reads it.
 namespace statistical
 {
 
-/// Why ReadStat cannot be trusted with the SPSS file at \a path; none where it reads the file, or refuses it, without
-/// harm.
+/// Returns why ReadStat cannot be trusted with the SPSS file at \a path; no problem if ReadStat reads the file, or
+/// refuses it, without harm.
 ReadProblem spssProblem(const QString &path);
 
-/// The problem of a file that the system fails to read with the error \a error.
+/// Returns the problem of a file that the system failed to read with the error number \a error.
 ReadProblem deviceProblem(int error);
 
-/// How long the names of label sets can be in the Stata file at \a path.
+/// Returns the max sizes of names of label sets in the Stata file at \a path.
 NameBounds stataNameBounds(const QString &path);
 
 } // namespace statistical

@@ -20,51 +20,52 @@ template <typename Importer> struct CommonImport;
 class Reading;
 } // namespace statistical
 
-/// Reads the variables and value labels of a Stata file (`.dta`, versions 104 to 119) through ReadStat: one field for
-/// each variable, no groups, no data.
+/// Reads the variables and value labels of a Stata file (`.dta`, versions 104 to 119) through ReadStat. Each variable
+/// becomes a field; there are no groups and no data.
 ///
-/// The file is parsed twice, for the value labels and for the variables. A file that cannot be read, or only in part,
-/// gives an open importer with the fields reported until then; a failure of the second parse is one line
-/// "Error processing PATH: NUMBER" on standard output, with ReadStat's error number. A field's `length` is the storage
-/// width in bytes, which is 6 for a text of declared length 5. Its `minimum` and `maximum` are "0" and as many nines as
-/// the length, 10,000 at most, texts included, or the span of its value labels where it is numeric and has any. Labels
-/// are taken as Latin-1, byte by byte, although ReadStat hands over UTF-8; this is meant. A label of the value -1 is
-/// lost.
+/// The file is parsed twice, for the value labels and for the variables. If it cannot be read, or only in part, the
+/// importer has the fields that were read until then. A failure of the second parse writes the line
+/// "Error processing PATH: NUMBER", with ReadStat's error number, to standard output. A field's `length` is the storage
+/// width in bytes, which is 6 for a text of declared length 5. The `minimum` and `maximum` of numbers and texts are "0"
+/// and as many nines as the length, up to 10,000. For a number with value labels they are the span of the labelled
+/// values. Labels are read as Latin-1, byte by byte, although ReadStat delivers UTF-8, which is meant. A label of the
+/// value -1 is lost.
 ///
 /// Missing values, formats, notes and the names of label sets are not read. Fields and label sets outlive the importer;
 /// copies share them. Call the operations that are protected here through a `TDataImport` pointer or reference.
-/// Everything runs on the caller's thread; two importers share nothing.
+/// All calls are made on the caller's thread; two importers share nothing.
 class MODEL_VANADMIN_EXPORT TSTATADataImport : public TDataImport
 {
 public:
-    /// Keeps the path, unchanged; reads nothing yet.
+    /// Stores the path unchanged. No file is read.
     explicit TSTATADataImport(QString fileName);
-    /// Empty: no path.
+    /// Has no path.
     TSTATADataImport();
     TSTATADataImport(const TSTATADataImport &other);
     TSTATADataImport &operator=(const TSTATADataImport &other);
-    /// Takes nothing from its argument: the same as the default constructor.
+    /// Takes nothing from its argument: equals the default constructor.
     TSTATADataImport(TSTATADataImport &&other);
     ~TSTATADataImport() override;
 
-    /// Whether files are read in large pieces instead of by ReadStat's own small ones: the same result, much sooner.
-    /// Off in a new importer. Where a report is attached, files are read so in any case: ReadStat's own reading does
-    /// not notice a disk that fails.
+    /// Whether files are read in large pieces and not in the small pieces of ReadStat. The result is the same and much
+    /// faster. It is off in a new importer. With a report attached, files are read in large pieces in any case, since
+    /// ReadStat's own input does not notice a failing disk.
     bool isReadingBuffered() const;
     void setReadingBuffered(bool on);
 
-    /// As the base, after the line "TSTATADataImport - selectLayoutSource" in the log.
+    /// Logs the line "TSTATADataImport - selectLayoutSource", then calls the base class.
     QStringList *selectLayoutSource() override;
 
-    void releaseContents() override; ///< label sets included
+    void releaseContents() override; ///< frees the label sets too
 
-    /// Where the line about a failed parse goes: standard output in a new importer, nowhere for null. Not owned.
+    /// Sets the stream for the line about a failed parse: standard output in a new importer, no output for null. The
+    /// stream is not owned.
     void setErrorStream(std::FILE *stream);
 
-    // The handlers that ReadStat calls, with types of readstat.h; `context` is the importer.
-    /// Keeps a label in the set of this name. One of a type that is none ends the process with status 1.
+    // Handlers that ReadStat calls, with types of readstat.h; `context` is the importer.
+    /// Adds a label to the set of this name. A value of an unknown type ends the process with status 1.
     static int handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context);
-    /// Makes the field of a variable, which joins the importer's fields once the file has been read.
+    /// Makes the field of a variable, which is added to the importer's fields when the file has been read.
     static int handleVariable(int index, readstat_variable_s *variable, const char *labelSet, void *context);
 
 protected:
@@ -72,11 +73,11 @@ protected:
 
     QString getDataProviderId() override;   ///< "STATA_" and the source name
     QString getDataProviderType() override; ///< "STATA"
-    /// Reads the file anew, leaving the former fields alive. Always true.
+    /// Reads the file again and leaves the fields of an earlier opening alive. Returns true in any case.
     bool openFile() override;
 
     std::vector<TSTATAVariable *> variables; ///< in file order; kept
-    /// By the address of ReadStat's own name, which is stale once the handler returns; nothing reads it.
+    /// The key is the address of ReadStat's name, which is stale once the handler returns. The map is never read.
     std::map<const char *, TSTATAVariable *> variablesByName;
     std::map<std::string, std::vector<TStatValueLabel *> *> labelSets; ///< by name; kept
 
@@ -93,7 +94,7 @@ private:
     std::FILE *errorStream = stdout;
 };
 
-/// The field of a Stata file.
+/// Field of a Stata file.
 class MODEL_VANADMIN_EXPORT TSTATAVariable : public TGenericField
 {
 public:
@@ -102,7 +103,7 @@ public:
 
     bool isMissing() override;       ///< false
     bool isNotApplicable() override; ///< false
-    bool isBlank() override;         ///< a text whose current value is white space
+    bool isBlank() override;         ///< whether it is a text whose current value is white space
 
 private:
     bool missing = false; ///< never changed

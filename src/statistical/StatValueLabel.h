@@ -5,16 +5,16 @@
 
 #include <cstddef>
 
-/// One value label, held from the parse of the labels to that of the variables. Stays alive with its set.
+/// One value label, kept between the parse of the labels and the parse of the variables. It lives as long as its set.
 ///
-/// An integer of -1, a double of -1.0 and no text together mean that it holds no value, so -1 itself cannot be held.
-/// The texts belong to the label, made with `new[]`; a copy of it shares them.
+/// An integer of -1, a double of -1.0 and a null text together mean that the label has no value, so a value of -1
+/// cannot be stored. The texts belong to the label and are made with `new[]`; a copy of the label shares them.
 struct TStatValueLabel {
     double doubleValue = -1.0;   ///< the value when it is floating
     qint32 intValue = -1;        ///< the value when it is integer
-    char *stringValue = nullptr; ///< the value when it is text: a copy of its own
+    char *stringValue = nullptr; ///< the value when it is text; a private copy
     size_t stringLength = 0;     ///< in bytes
-    char *label = nullptr;       ///< a copy of its own
+    char *label = nullptr;       ///< the label text; a private copy
     size_t labelLength = 0;      ///< in bytes
 };
 

@@ -7,7 +7,7 @@
 namespace
 {
 
-// ReadStat goes through a file four times at most.
+// ReadStat reads a file at most four times.
 constexpr qint64 mostPasses = 16;
 constexpr qint64 alwaysAnswered = 1 << 20;
 

@@ -7,18 +7,18 @@
 
 class QIODevice;
 
-/// A device of Qt's, which is read whatever path the parser is given. A file of the system is read past Qt's buffer,
-/// which would be filled anew at each place.
+/// Lets ReadStat read from a QIODevice, whatever path the parser is given. A file of the system is read without Qt's
+/// buffer, which would be filled again at each position.
 class BufferedDevice : public BufferedSource
 {
 public:
-    /// \a source can seek, and its file begins where it is now. It must outlive this object.
+    /// \a source can seek, and the file begins at its current position. It must outlive this object.
     explicit BufferedDevice(QIODevice &source);
 
-    /// The device's words for its first failure; empty where there was none.
+    /// Returns the device's message for its first failure; empty if there was none.
     const QString &problem() const { return firstProblem; }
-    /// Whether the parser asked for the file's bytes far more often than a file needs: its parts lead back to each
-    /// other. From then on no bytes are answered.
+    /// Returns whether the parser requested the file's bytes far more often than a file needs, since parts of the file
+    /// refer back to each other. From then on the parser gets no bytes.
     bool isReadOverAndOver() const { return hasAnsweredMost(); }
 
 private:

@@ -9,7 +9,7 @@
 namespace
 {
 
-// A piece is small where the parser has gone to another place, and grows where it reads on.
+// A piece is small after the parser moved to another position, and grows while it reads on.
 constexpr qint64 smallestPiece = 1 << 10;
 constexpr qint64 largestPiece = 1 << 16;
 
@@ -22,7 +22,7 @@ BufferedSource *sourceOf(void *context)
 
 void BufferedSource::attachTo(readstat_parser_t *parser)
 {
-    buffer.resize(largestPiece); // here, as nothing may be raised through ReadStat
+    buffer.resize(largestPiece); // here, since no exception may cross ReadStat
     readstat_set_open_handler(
         parser, [](const char *path, void *context) { return sourceOf(context)->openPath(path) ? 0 : -1; });
     readstat_set_close_handler(parser, [](void *context) {
@@ -92,7 +92,7 @@ qint64 BufferedSource::read(char *target, qint64 size)
     return done;
 }
 
-// Fills the buffer from the position on; nothing behind the end of the file, or where the system fails to read.
+// Leaves the buffer empty after the end of the file, and if the system fails to read.
 void BufferedSource::fill()
 {
     const bool goesOn = position == bufferStart + bufferSize;

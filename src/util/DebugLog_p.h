@@ -3,10 +3,10 @@
 
 #include <QDebug>
 
-/// Whether a debug line would reach anybody.
+/// Returns whether debug output is on.
 bool isDebugLogOn();
 
-/// Writes one plain line to the debug log: texts unquoted, parts of a line parted by one blank.
+/// Writes one plain line to the debug log: texts are not quoted, and one blank separates the parts of a line.
 ///
 /// Nothing is formatted when debug output is off.
 template <typename... Parts> void debugLine(const Parts &...parts)

@@ -3,14 +3,14 @@
 
 #include <QString>
 
-/// A text that is empty and not null; it allocates nothing. Callers see the difference: `isNull()`, a `QVariant`, a
-/// value bound to an SQL statement.
+/// Returns a text that is empty and not null, without allocating memory. Callers see the difference in `isNull()`, in a
+/// `QVariant`, and in a value that is bound to an SQL statement.
 inline QString emptyText()
 {
     return QStringLiteral(""); // clazy:exclude=empty-qstringliteral
 }
 
-/// \a text, or emptyText() where it is null.
+/// Returns \a text, or emptyText() if it is null.
 inline QString notNull(QString text)
 {
     return text.isNull() ? emptyText() : text;

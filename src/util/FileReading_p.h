@@ -7,28 +7,28 @@
 
 #include <new>
 
-/// The reason why reading from an open \a file failed, as one line for a person: "cannot be read: Input/output error".
-/// Null where it has not failed.
+/// Returns why reading from an open \a file failed, as one line for a person: "cannot be read: Input/output error".
+/// Null if it has not failed.
 inline QString readProblemOf(const QFileDevice &file)
 {
     return file.error() == QFileDevice::NoError ? QString() : QStringLiteral("cannot be read: ") + file.errorString();
 }
 
-/// All bytes of an open \a file; none where reading fails, and `readProblemOf` then says why.
+/// Returns all bytes of an open \a file; none if reading fails, and `readProblemOf` then returns the reason.
 inline QByteArray readAllOf(QFile &file)
 {
     const QByteArray bytes = file.readAll();
-    // A read that fails behind its first bytes answers those alone; the next one fails as a whole.
+    // A read that fails after some bytes returns those; only the next one fails.
     char next = 0;
     file.read(&next, 1);
     return file.error() == QFileDevice::NoError ? bytes : QByteArray();
 }
 
-/// Ends reading as memory that gives out does, for a cause that is not memory.
+/// Ends reading in the same way as a lack of memory, for another cause.
 class ReadingGivenUp : public std::bad_alloc
 {
 public:
-    /// \a line is for a person; null where the error that this becomes says enough.
+    /// \a line is for a person; null if the error that results from this needs no further text.
     explicit ReadingGivenUp(const QString &line)
         : text(line)
     {

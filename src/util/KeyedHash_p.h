@@ -31,7 +31,7 @@ public:
         const double withoutSignOfZero = number + 0.0;
         return of(&withoutSignOfZero, sizeof withoutSignOfZero);
     }
-    /// The hash of several parts, in their order, each a number or the hash of a text.
+    /// Returns the hash of several parts, in their order. Each part is a number or the hash of a text.
     size_t operator()(std::initializer_list<quint64> parts) const
     {
         return of(parts.begin(), parts.size() * sizeof(quint64));
@@ -58,7 +58,7 @@ private:
     }
 };
 
-/// Standard containers for keys that come from a file. Their order is another one in each process.
+/// Standard containers for keys that come from a file. Their order differs from process to process.
 template <typename Key> using KeyedSet = std::unordered_set<Key, KeyedHash>;
 template <typename Key, typename Value> using KeyedMap = std::unordered_map<Key, Value, KeyedHash>;
 

@@ -8,14 +8,14 @@
 
 #include <algorithm>
 
-/// Upper bounds of nothing but nines, one text for each width.
+/// Makes upper bounds that consist of nines. Equal widths share one text.
 class Nines
 {
 public:
-    /// Bounds end here: no number of a dictionary is wider.
+    /// Max width of a bound. No number of a dictionary is wider.
     static constexpr int most = 10000;
 
-    /// \a count nines; "" for none or fewer.
+    /// Returns \a count nines; "" if \a count is 0 or less.
     QString operator()(qint64 count)
     {
         const int width = int(std::clamp<qint64>(count, 0, most));

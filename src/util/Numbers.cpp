@@ -12,10 +12,10 @@ namespace numbers
 namespace
 {
 
-// More digits than this are left to Qt: up to here an int holds any number.
+// Texts with more digits are converted by Qt. An int can hold any number of so many digits.
 constexpr int safeDigits = 9;
 
-// The number that 1 to 9 ASCII digits and nothing else stand for; -1 for any other text.
+// Returns the number that a text of 1 to 9 ASCII digits denotes; -1 for any other text.
 int plainDigits(const QChar *begin, qsizetype size)
 {
     if (size < 1 || size > safeDigits)
@@ -71,7 +71,7 @@ QString toText(double value)
 
 void appendText(QString &text, double value)
 {
-    // Below a million, and apart from minus zero, a whole number reads the same in both forms.
+    // A whole number below a million, except minus zero, is the same text in both forms.
     const bool isShort = std::abs(value) < 1e6 && value == std::trunc(value) && !std::signbit(value);
     if (!isShort) {
         text += QString::number(value, 'g', 6);

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-/// Numbers that came before. They mostly come in ascending order, and then cost next to nothing.
+/// The set of the numbers that came so far. Ascending numbers, which are the usual case, need no hash table.
 class NumbersSoFar
 {
 public:
@@ -16,7 +16,7 @@ public:
         all.clear();
     }
 
-    /// Whether the number was not there before. A NaN equals nothing, and is always new.
+    /// Adds a number and returns whether it is new. A NaN equals no number and is always new.
     bool isNew(double number)
     {
         if (std::isnan(number))
@@ -32,7 +32,7 @@ public:
 
 private:
     std::vector<double> ascending;
-    KeyedSet<double> all; ///< from the first on that was not above those before it
+    KeyedSet<double> all; ///< all numbers, once one was not above the numbers before it; empty until then
 };
 
 #endif

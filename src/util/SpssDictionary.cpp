@@ -24,13 +24,13 @@ enum RecordType {
 };
 enum ExtensionType { longNames = 13, veryLongTexts = 14, longTextLabels = 21, longTextMissing = 22 };
 
-// The most memory that ReadStat 1.1.8 asks for at a time; where it needs more, it gives the file up.
+// Max memory that ReadStat 1.1.8 allocates at a time. It refuses a file that needs more.
 constexpr qint64 largestBlock = 0xFFF000;
 constexpr qint64 labelInMemory = 72;
 constexpr int mostMissingValues = 3;
 
-// A table of all variables is made for each record of long names, and sorted: as costly as this many comparisons of a
-// name with each variable.
+// For each record of long names ReadStat makes a sorted table of all variables. This takes the time of so many
+// comparisons of a name with each variable.
 constexpr int stepsOfSorting = 16;
 
 quint32 numberAt(const char *bytes, bool isBigEndian)
@@ -38,7 +38,7 @@ quint32 numberAt(const char *bytes, bool isBigEndian)
     return isBigEndian ? qFromBigEndian<quint32>(bytes) : qFromLittleEndian<quint32>(bytes);
 }
 
-/// Goes through the bytes of an extension record.
+/// Walks through the bytes of an extension record.
 class ExtensionBytes
 {
 public:
@@ -73,7 +73,7 @@ public:
         byte = *start;
         return true;
     }
-    /// Goes past a text behind its size.
+    /// Skips a text that follows its size.
     bool skipText()
     {
         quint32 size = 0;
@@ -107,7 +107,7 @@ bool skipMissingOfText(ExtensionBytes &bytes)
         && bytes.skip(qint64(values) * size);
 }
 
-/// A walk, and where it is.
+/// A walk through the records, with its position.
 class Walk
 {
 public:
@@ -168,8 +168,7 @@ private:
         quint32 missing = 0;
         if (!take(width) || !take(hasLabel) || !take(missing) || !skip(16))
             return false;
-        // A further part of a text has nothing behind it: ReadStat goes past a label there in the first of its passes
-        // alone.
+        // Nothing follows a further part of a text: only the first pass of ReadStat skips a label there.
         if (qint32(width) < 0)
             return found.variables > 0 && hasLabel == 0 && missing == 0;
         ++found.variables;
@@ -194,7 +193,7 @@ private:
         return takeLabelledVariables();
     }
 
-    // These follow each record of labels, and come nowhere else.
+    // This record follows each record of labels, and occurs nowhere else.
     bool takeLabelledVariables()
     {
         quint32 type = 0;
@@ -211,7 +210,7 @@ private:
         quint32 lines = 0;
         if (!take(lines))
             return false;
-        // Where they are read, the first of ReadStat's passes goes past the documents all the same.
+        // The first pass of ReadStat skips the documents in any case.
         const bool isCountedTwice = documentsOfRun == SpssDocuments::areRead;
         const quint32 size = lines * lineSize; // in 32 bits
         return (!isCountedTwice || size == quint64(lines) * lineSize) && skip(size);
@@ -237,8 +236,8 @@ private:
         return skip(qint64(all));
     }
 
-    // Counts the sets of a record that holds them for one variable after the other. Whether the record is what it
-    // should be does not matter: ReadStat takes the whole of it in any case.
+    // Counts the sets of a record that has them for one variable after the other. A record with wrong contents needs no
+    // test: ReadStat takes the whole record in any case.
     bool takeSets(qint64 size, bool (*skipSet)(ExtensionBytes &))
     {
         if (size > end - file.pos())
@@ -264,7 +263,7 @@ private:
         return true;
     }
 
-    // Behind the end there is nothing to arrive at.
+    // There is no record after the end.
     bool skip(qint64 size) { return size <= end - file.pos() && file.seek(file.pos() + size); }
 
     QIODevice &file;
@@ -279,7 +278,7 @@ private:
 QString SpssDictionary::problem() const
 {
     using readstat::isFaulty;
-    constexpr qint64 smallestBigFile = 1 << 16; // a smaller one ends soon, whatever is in it
+    constexpr qint64 smallestBigFile = 1 << 16; // a smaller file is read quickly, whatever it contains
     if (!isReadable || !isSpss || fileSize < smallestBigFile)
         return QString();
     if (isFaulty(readstat::mendsSpssPasses) && !isWhole)

@@ -2,7 +2,7 @@
 
 NameBounds stataNameBounds(const QByteArray &head)
 {
-    // The newer versions begin with a tag and the version as text, the older ones with the version as a byte.
+    // Newer versions begin with a tag and the version as text, older ones with the version as a byte.
     const QByteArray begin("<stata_dta><header><release>");
     constexpr int digits = 3;
     constexpr NameBounds version104 = { 9, 12 };

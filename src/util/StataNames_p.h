@@ -5,17 +5,17 @@
 
 #include <limits>
 
-/// Most bytes of a label set's name that may be looked at: where the field of a Stata file is full, ReadStat hands it
-/// over without an end mark.
+/// Max number of bytes that may be read of the name of a label set. ReadStat delivers a name without an end mark if it
+/// fills its field in a Stata file.
 struct NameBounds {
     uint withVariable;
     uint withLabel;
 };
-/// A name that has an end mark is taken whole, however long it is.
+/// Bounds for names that have an end mark: they are read whole.
 constexpr NameBounds wholeNames = { std::numeric_limits<uint>::max(), std::numeric_limits<uint>::max() };
-/// The bounds of names in a Stata file of any version.
+/// Bounds that hold for a Stata file of any version.
 constexpr NameBounds widestStataNames = { 129, 129 };
-/// The bounds in a Stata file that begins with \a head, of which 32 bytes are enough, by the version in it.
+/// Returns the bounds for the version of a Stata file that begins with \a head. 32 bytes are enough.
 NameBounds stataNameBounds(const QByteArray &head);
 
 #endif

@@ -6,13 +6,13 @@
 #include <algorithm>
 #include <array>
 
-/// Makes texts of views and hands out the same text again for an equal view, as long as its place is not taken by
-/// another. Codes and labels of value sets repeat a lot: they then share their memory.
+/// Makes texts from views, and returns the same text for an equal view, unless its entry was replaced by another text.
+/// Codes and labels of value sets are often repeated, and share their memory this way.
 class TextCache
 {
 public:
     QString text(QStringView view) { return textOf(view); }
-    /// The same for characters of one byte each.
+    /// As text() for characters of one byte each.
     QString text(QLatin1String view) { return textOf(view); }
 
 private:
@@ -31,7 +31,7 @@ private:
     static QString made(QStringView view) { return view.toString(); }
     static QString made(QLatin1String view) { return view; }
 
-    // For short texts quicker than Qt's hash.
+    // Faster than Qt's hash for short texts.
     template <typename View> static size_t hashOf(View view)
     {
         size_t hash = 0;

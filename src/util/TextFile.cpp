@@ -11,7 +11,7 @@ namespace textfile
 namespace
 {
 
-// Registered numbers of two character sets.
+// Registered (MIB) numbers of two character sets.
 constexpr int mibAscii = 3;
 constexpr int mibUtf8 = 106;
 
@@ -20,7 +20,7 @@ struct ByteOrderMark {
     int size;
     const char *codec;
 };
-// A mark that begins with another stands before it.
+// A mark that begins with another mark comes before it.
 const ByteOrderMark byteOrderMarks[] = {
     { "\xEF\xBB\xBF", 3, "UTF-8" }, { "\xFF\xFE\0\0", 4, "UTF-32LE" }, { "\0\0\xFE\xFF", 4, "UTF-32BE" },
     { "\xFF\xFE", 2, "UTF-16LE" },  { "\xFE\xFF", 2, "UTF-16BE" },
@@ -35,7 +35,8 @@ const ByteOrderMark *findByteOrderMark(const QByteArray &bytes)
     return found != std::end(byteOrderMarks) ? found : nullptr;
 }
 
-// The bytes that follow a lead byte of UTF-8, and the bounds of the first of them; none for a byte that leads nothing.
+// The number of bytes that follow a lead byte of UTF-8, and the bounds of the first of them. There are none for a byte
+// that is not a lead byte.
 struct Utf8Lead {
     uchar first;
     uchar last;
@@ -49,7 +50,7 @@ const Utf8Lead utf8Leads[] = {
     { 0xF1, 0xF3, 3, 0x80, 0xBF }, { 0xF4, 0xF4, 3, 0x80, 0x8F },
 };
 
-// The size of the UTF-8 sequence of two or more bytes at the begin; 0 if there is none.
+// Returns the size of the UTF-8 sequence of two or more bytes at the beginning; 0 if there is none.
 int utf8SequenceSize(const uchar *begin, const uchar *end)
 {
     const auto *lead = std::find_if(std::begin(utf8Leads), std::end(utf8Leads),
@@ -62,7 +63,7 @@ int utf8SequenceSize(const uchar *begin, const uchar *end)
     return isFirstFine && areRestFine ? 1 + lead->following : 0;
 }
 
-// The first byte that is not ASCII; eight at a time where they are.
+// Returns the first byte that is not ASCII. Eight bytes are tested at a time.
 const uchar *skipAscii(const uchar *begin, const uchar *end)
 {
     constexpr quint64 highBits = Q_UINT64_C(0x8080808080808080);
@@ -85,7 +86,7 @@ QTextCodec *codecOfOldFiles()
 
 const ByteOrderMark *const utf8Mark = std::begin(byteOrderMarks);
 
-// By size, as a text may hold NUL characters. A mark in front is left out.
+// The size is given, since a text may contain NUL characters. A mark at the beginning is left out.
 QString fromUtf8(const QByteArray &bytes)
 {
     return QString::fromUtf8(bytes.constData(), bytes.size());

@@ -16,7 +16,7 @@ namespace
 
 constexpr int labelFontSize = 10; // points
 
-// The stored forms of a line break and a tab.
+// Stored forms of a line break and a tab.
 struct StoredForm {
     QLatin1String stored;
     QLatin1String restored;
@@ -24,7 +24,7 @@ struct StoredForm {
 const StoredForm storedForms[]
     = { { QLatin1String("#\\#n"), QLatin1String("\r\n") }, { QLatin1String("#\\#t"), QLatin1String("\t") } };
 
-// The form that stands at the place, or null.
+// Returns the form at the position, or null.
 const StoredForm *formAt(const QString &text, int place)
 {
     const auto *found = std::find_if(std::begin(storedForms), std::end(storedForms), [&](const StoredForm &form) {
@@ -33,13 +33,13 @@ const StoredForm *formAt(const QString &text, int place)
     return found != std::end(storedForms) ? found : nullptr;
 }
 
-// Where the separator stands from a position on; one behind the end of the line if it does not.
+// Returns the index of the separator at or after a position, or one more than the size of the line if there is none.
 int endOfWord(const QString &line, int position, const QString &separator)
 {
     const int notFound = line.size() + 1;
     if (position > line.size())
         return notFound;
-    // Outside of the line the text of one character is empty, as the separator may be.
+    // Outside the line the text of one character is empty, and the separator may be empty too.
     if (separator.isEmpty())
         return position < 0 ? position : line.size();
     if (separator.size() > 1)
@@ -58,8 +58,8 @@ QString UtilStrings::GetWordSeparator(QString line, int &position, QString separ
     const int start = std::max(position, 0);
     const int end = endOfWord(line, position, separator);
     QString word = end > start ? notNull(line.mid(start, end - start)) : emptyText();
-    // A separator that stands last finishes the line: end is below the size there, but nothing follows. One before the
-    // line does not stand in it.
+    // A separator at the end of the line ends it, although `end` is below the size. A separator before the line is not
+    // in it.
     const bool standsLast = end >= 0 && end == line.size() - 1;
     position = end < line.size() && !standsLast ? end + 1 : -1;
     if (word.size() > 1 && !qualifier.isEmpty() && QStringView(word).mid(1, 1) == qualifier)
@@ -92,7 +92,7 @@ QString UtilStrings::getBetterPathString(QString path, int width, int fontSize)
     const QFontMetrics metrics(QFont(QStringLiteral("Arial"), fontSize));
     const QStringList parts = path.split(separator);
     const int last = parts.size() - 1;
-    // The length of the parts before `keep`, each with its separator.
+    // Length of the parts before `keep`, each with its separator.
     int headSize = path.size() - parts.last().size();
     QString candidate;
     for (int keep = last; keep >= 0; --keep) {

@@ -7,7 +7,7 @@
 
 class QLabel;
 
-/// Cuts lines into words, restores line breaks, and shortens paths for display. Holds no state.
+/// Operations that split lines into words, restore line breaks, and shorten paths for display. They have no state.
 class MODEL_VANADMIN_EXPORT UtilStrings
 {
 public:
@@ -18,25 +18,25 @@ public:
     UtilStrings &operator=(UtilStrings &&other);      ///< does nothing
     ~UtilStrings() = default;
 
-    /// The word of \a line from \a position (from 0) up to the next \a separator, a text of one character; a longer one
-    /// never matches.
+    /// Returns the word of \a line from \a position (0-based) up to the next \a separator. This is a text of one
+    /// character; a longer one never matches.
     ///
-    /// \a position moves behind the separator, or becomes -1 where the line is finished; a separator that stands last
-    /// finishes it too, so no empty word follows. Where the **second** character of the word is \a qualifier, the
-    /// result is the word from the third on; the first is not looked at.
+    /// \a position moves to the character after the separator, or becomes -1 at the end of the line. A separator at the
+    /// end of the line ends it too, so no empty word follows. If the **second** character of the word is \a qualifier,
+    /// the result is the word from its third character on; the first character is ignored.
     static QString GetWordSeparator(QString line, int &position, QString separator, QString qualifier);
 
-    /// \a text with each `#\#n` turned into CR LF and each `#\#t` into a tab.
+    /// Returns \a text with each `#\#n` replaced by CR LF and each `#\#t` by a tab.
     static QString returnLineBreak(QString text);
 
-    /// \a path, in backslash form, without as many folders before the last part as it takes to be narrower than
-    /// \a width pixels, a tenth added, in Arial of \a fontSize points; "..." stands for them. The last part is never
-    /// shortened. Needs a QGuiApplication on this thread; without one nothing can be measured and the path is returned
-    /// whole.
+    /// Returns \a path with backslashes, shortened to fit \a width pixels. Directories before the last part are
+    /// replaced by "..." until the path, plus a tenth of its width, is narrower than \a width in Arial of \a fontSize
+    /// points. The last part is never shortened. Needs a QGuiApplication on this thread: without one, nothing can be
+    /// measured and the whole path is returned.
     static QString getBetterPathString(QString path, int width, int fontSize);
 
-    /// Repairs a path with `UtilFiles::getDataBaseEntityFilePath` and returns it. \a label shows it shortened to
-    /// \a width pixels, in native separators, with the whole of it as the tool tip; null shows it nowhere.
+    /// Repairs a path with `UtilFiles::getDataBaseEntityFilePath` and returns it. \a label, if not null, shows the path
+    /// shortened to \a width pixels, in native separators, and the whole path as its tool tip.
     static QString setBetterPathInQDockWidget(QString path, int width, QLabel *label);
 };
 
