@@ -164,7 +164,7 @@ void TCSProImportBase::reportLayout()
 {
     if (!report)
         return;
-    cspro::tellOfLayout(*report, *currentDictionary(), groupList);
+    cspro::reportLayout(*report, *currentDictionary(), groupList);
     reportRepeatedNames(*report, fields, fieldsByName.size());
 }
 
@@ -183,7 +183,7 @@ void TCSProImportBase::copyDataFromDictionary()
             field->group = item->record->name;
         describer.describe(*item, *field);
         if (report)
-            cspro::tellOfDescription(*report, *item, dictionary->getItem(i - 1), *field);
+            cspro::reportDescription(*report, *item, dictionary->getItem(i - 1), *field);
         addField(field.release());
     }
 }

@@ -74,7 +74,7 @@ protected:
     void getVarMissingValue(TGenericField *field) const;
 
 private:
-    // What a form supplies.
+    // A form of dictionary supplies these.
     virtual CSProDictionary *currentDictionary() const = 0; ///< the one read last; null before the first reading
     virtual void readNewDictionary(QString fileName) = 0;   ///< replaces the dictionary; the former one stays alive
     virtual TCSProFieldBase *newField(TCSProItem *item) = 0;
@@ -88,7 +88,7 @@ private:
     bool layoutPending = false;       ///< true until the first read; nothing reads it
     int recordTypeStart = 0;
     int recordTypeLen = 0;
-    QString currentRecordType;      ///< what getRecordTypeIndex() looks for; nothing sets it
+    QString currentRecordType;      ///< the type that getRecordTypeIndex() looks for; nothing sets it
     int number1 = 0;                ///< carried
     QString text1;                  ///< carried
     int openState = 0;              ///< 1 once opened; nothing reads it

@@ -32,8 +32,8 @@ template <typename Dictionary> Dictionary *newDictionary(KeptObjects &kept)
     return made.release();
 }
 
-/// Reads the file at \a path into \a dictionary; \a report, where there is one, hears of it meanwhile. Sets \a problem
-/// to why the file could not be read.
+/// Reads the file at \a path into \a dictionary. Adds the notes to \a report unless it is null. Sets \a problem where
+/// the system fails to read the file.
 template <typename Dictionary>
 void readDictionary(Dictionary &dictionary, QString path, ReadReport *report, QString &problem)
 {

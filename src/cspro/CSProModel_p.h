@@ -35,11 +35,11 @@ template <typename T> const QList<T *> &listBehind(const QList<T *> *list)
     return *list;
 }
 
-// What an accessor logs when it fails; nothing for an accessor that fails in silence.
+// Logs the failure of an accessor. Does nothing without an operation, for an accessor that logs no failures.
 void logFailure(const char *operation, const QString &classTag, int code);
 
-/// The size of \a list. Where reading it raises, as it does without a list, logs the failure of \a operation (if that
-/// is named) and throws a `VpErrorManager *` with code 101 under \a classTag.
+/// The size of \a list. If reading it throws, as it does without a list, logs the failure of \a operation (unless that
+/// is null) and throws a `VpErrorManager *` with code 101 under \a classTag.
 template <typename T> int sizeOf(const QList<T *> *list, const QString &classTag, const char *operation = nullptr)
 {
     try {
@@ -116,16 +116,16 @@ public:
     QList<TCSProValueSet *> *valueSets;
 };
 
-/// What both dictionary readers hold, and how it is asked for: settings, records, and all items in one list.
+/// Base class of both dictionary readers, with what they read: settings, records, and all items in one list.
 ///
-/// Destroying a dictionary frees no record, item or value set: the fields made from it point at them. freeContents()
-/// does.
+/// Destroying a dictionary frees no record, item or value set, because the fields made from it point at them;
+/// freeContents() frees them.
 class CSProDictionary : public QObject
 {
 public:
-    /// No dictionary holds more items than this, nor more characters in the names of occurrences, nor more values of
-    /// repeated items, counted at each occurrence: a few bytes of a file can ask for any number of them.
-#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // the way is the same, and a thousand times as many can be tried
+    /// Bounds of a dictionary: items, characters in the names of occurrences, and values of repeated items, counting
+    /// each occurrence. A few bytes of a file can ask for any number of them.
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // small bounds let a fuzzer reach them often
     static constexpr int mostItems = 1000;
     static constexpr qint64 mostNameCharacters = 250000;
     static constexpr qint64 mostRepeatedValues = 4000;
@@ -171,14 +171,14 @@ public:
     QString readProblem; ///< why the file could not be read, as one line for a person; null where it could
 
 protected:
-    /// Whether the dictionary may grow by so many items and so many characters in the names of occurrences. The
-    /// characters count from then on.
+    /// True if the dictionary can grow by these numbers of items and of characters in the names of occurrences within
+    /// its bounds. Counts the characters.
     bool hasRoom(qint64 itemsToCome, qint64 nameCharactersToCome);
-    /// Whether so many occurrences may have so many values each. They count from then on; those of an item that occurs
-    /// once do not.
+    /// True if so many occurrences can have so many values each within the bound. Counts the values, unless the item
+    /// occurs once.
     bool hasRoomForValues(qint64 occurrences, qint64 valuesOfEach);
 
-    mutable TextCache texts; ///< of the texts that repeat
+    mutable TextCache texts; ///< shares texts that repeat
 
 private:
     qint64 nameCharacters = 0; ///< in the names of all occurrences so far
@@ -188,7 +188,7 @@ private:
 namespace cspro
 {
 
-/// Frees what hangs on a dictionary, which then has no lists: records, items, value sets and values, with their lists.
+/// Frees the records, items, value sets and values of a dictionary with their lists; the dictionary has no lists then.
 void freeContents(CSProDictionary &dictionary);
 
 } // namespace cspro

@@ -20,10 +20,10 @@ namespace
 
 struct Span {
     qint64 begin; // column, from 1
-    qint64 end;   // behind the last
+    qint64 end;   // one after the last
 };
 
-// The columns that every line has: those of the record type and of the id items.
+// The spans in order, without overlaps.
 std::vector<Span> merged(std::vector<Span> spans)
 {
     std::sort(spans.begin(), spans.end(), [](const Span &a, const Span &b) { return a.begin < b.begin; });
@@ -41,7 +41,7 @@ bool meets(const std::vector<Span> &spans, const Span &span)
 {
     const auto next = std::upper_bound(spans.cbegin(), spans.cend(), span,
                                        [](const Span &a, const Span &b) { return a.end <= b.begin; });
-    // The last span that begins in front of this one's end is the one that may reach into it.
+    // Only the last span that begins before the end of this one can overlap it.
     return next != spans.cbegin() && std::prev(next)->end > span.begin;
 }
 
@@ -50,7 +50,7 @@ Span spanOf(const TCSProItem &item)
     return { item.start, qint64(item.start) + item.length };
 }
 
-void tellOfOverlaps(ReadReport &report, std::vector<const TCSProItem *> items, const std::vector<Span> &everyLine)
+void reportOverlaps(ReadReport &report, std::vector<const TCSProItem *> items, const std::vector<Span> &everyLine)
 {
     const auto before = [](const TCSProItem *a, const TCSProItem *b) { return a->start < b->start; };
     if (!std::is_sorted(items.cbegin(), items.cend(), before))
@@ -66,15 +66,15 @@ void tellOfOverlaps(ReadReport &report, std::vector<const TCSProItem *> items, c
     }
 }
 
-// Of the items of one record, or of the record type and the id items, that stand on the same columns.
-void tellOfPositions(ReadReport &report, const CSProDictionary &dictionary)
+// Notes items with the same columns: those of one record, and those with columns of the record type or of id items.
+void reportPositions(ReadReport &report, const CSProDictionary &dictionary)
 {
     std::map<const TCSProRecord *, std::vector<const TCSProItem *>> itemsOf;
     for (const TCSProItem *item : qAsConst(*dictionary.items)) {
         if (item->subItem == 0 && item->length > 0)
             itemsOf[item->record].push_back(item);
     }
-    std::vector<Span> recordType; // means nothing where there is no record
+    std::vector<Span> recordType; // empty where there is no record
     if (dictionary.recordTypeLen > 0 && !dictionary.records->isEmpty())
         recordType.push_back(
             { dictionary.recordTypeStart, qint64(dictionary.recordTypeStart) + dictionary.recordTypeLen });
@@ -82,13 +82,13 @@ void tellOfPositions(ReadReport &report, const CSProDictionary &dictionary)
     for (const TCSProItem *item : itemsOf[dictionary.commonRecord])
         everyLine.push_back(spanOf(*item));
     everyLine = merged(std::move(everyLine));
-    tellOfOverlaps(report, std::move(itemsOf[dictionary.commonRecord]), recordType);
+    reportOverlaps(report, std::move(itemsOf[dictionary.commonRecord]), recordType);
     for (const TCSProRecord *record : qAsConst(*dictionary.records))
-        tellOfOverlaps(report, std::move(itemsOf[record]), everyLine);
+        reportOverlaps(report, std::move(itemsOf[record]), everyLine);
 }
 
-// Of groups whose value is that of another one.
-void tellOfGroups(ReadReport &report, const QStringList *groups)
+// Notes groups whose value is another group.
+void reportGroups(ReadReport &report, const QStringList *groups)
 {
     if (!groups)
         return;
@@ -99,8 +99,8 @@ void tellOfGroups(ReadReport &report, const QStringList *groups)
     }
 }
 
-// Of records that share a name or a record type.
-void tellOfRecords(ReadReport &report, const CSProDictionary &dictionary)
+// Notes records that share a name or a record type.
+void reportRecords(ReadReport &report, const CSProDictionary &dictionary)
 {
     KeyedSet<QString> names = { dictionary.commonRecord->name };
     KeyedSet<QString> types;
@@ -116,8 +116,8 @@ void tellOfRecords(ReadReport &report, const CSProDictionary &dictionary)
 class CodeNotes
 {
 public:
-    CodeNotes(ReadReport &toldReport, const TGenericField &describedField)
-        : report(toldReport)
+    CodeNotes(ReadReport &usedReport, const TGenericField &describedField)
+        : report(usedReport)
         , field(describedField)
     {
     }
@@ -125,8 +125,8 @@ public:
     void lookAt(const TValueSetItem &value)
     {
         if (isParted(value))
-            tell(NoteKind::labelEntryParted, value.code + QLatin1Char(' ') + value.name);
-        // Few codes are longer than what is kept of every number.
+            note(NoteKind::labelEntryParted, value.code + QLatin1Char(' ') + value.name);
+        // Few codes have more digits than every number keeps.
         constexpr int keptDigits = 6;
         if (field.type == vtString || value.code.size() <= keptDigits)
             return;
@@ -134,7 +134,7 @@ public:
         if (number == 0 || isWrittenInFull(number))
             return;
         if (field.type == vtInteger)
-            tell(NoteKind::codeRounded, value.code);
+            note(NoteKind::codeRounded, value.code);
         if (!lowest.value || number < lowest.number)
             lowest = { &value, number };
         if (!highest.value || number > highest.number)
@@ -142,14 +142,14 @@ public:
     }
 
     /// Behind the last value: of the bounds, each once.
-    void tellOfBounds() const
+    void reportBounds() const
     {
         const bool isMinimum = lowest.value && numbers::toText(lowest.number) == field.minimum;
         const bool isMaximum = highest.value && numbers::toText(highest.number) == field.maximum;
         if (isMinimum)
-            tell(NoteKind::boundRounded, lowest.value->code);
+            note(NoteKind::boundRounded, lowest.value->code);
         if (isMaximum && !(isMinimum && highest.number == lowest.number))
-            tell(NoteKind::boundRounded, highest.value->code);
+            note(NoteKind::boundRounded, highest.value->code);
     }
 
 private:
@@ -158,7 +158,7 @@ private:
         double number = 0;
     };
 
-    void tell(NoteKind kind, const QString &text) const { report.add(kind, text, 0, field.name); }
+    void note(NoteKind kind, const QString &text) const { report.add(kind, text, 0, field.name); }
 
     // Whoever reads a label takes a line feed for the tab at its end.
     bool isParted(const TValueSetItem &value) const
@@ -177,7 +177,7 @@ private:
 
 } // namespace
 
-void tellOfDescription(ReadReport &report, const TCSProItem &item, const TCSProItem *before, const TGenericField &field)
+void reportDescription(ReadReport &report, const TCSProItem &item, const TCSProItem *before, const TGenericField &field)
 {
     const bool isFurther = item.isFurtherOccurrence && before;
     if (!isFurther && item.decimals > 0 && item.dataType == 0)
@@ -193,14 +193,14 @@ void tellOfDescription(ReadReport &report, const TCSProItem &item, const TCSProI
                 codes.lookAt(*value);
         }
     }
-    codes.tellOfBounds();
+    codes.reportBounds();
 }
 
-void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups)
+void reportLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups)
 {
-    tellOfPositions(report, dictionary);
-    tellOfGroups(report, groups);
-    tellOfRecords(report, dictionary);
+    reportPositions(report, dictionary);
+    reportGroups(report, groups);
+    reportRecords(report, dictionary);
 }
 
 } // namespace cspro

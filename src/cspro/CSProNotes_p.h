@@ -5,17 +5,17 @@
 #include "import/GenericField.h"
 #include "import/ReadReport.h"
 
-/// What the CSPro readers tell a report. All of it is asked for only where there is one.
+/// Notes on a dictionary that has been read, and on the fields made of it. Called only where there is a report.
 namespace cspro
 {
 
-/// Tells of what \a field, the description of \a item, shows otherwise than the item has it: decimals, long codes, and
-/// codes and labels that part their entry in the value labels. \a before is the item in front of it, null for the
-/// first: one occurrence stands for those that have the same.
-void tellOfDescription(ReadReport &report, const TCSProItem &item, const TCSProItem *before,
+/// Adds notes where \a field, the description of \a item, differs from the item: decimals, long codes, and codes and
+/// labels that split their entry in the value labels. \a before is the item before it, null for the first; of several
+/// occurrences with the same values only the first gets notes.
+void reportDescription(ReadReport &report, const TCSProItem &item, const TCSProItem *before,
                        const TGenericField &field);
-/// Tells of the layout as a whole: positions, groups and records.
-void tellOfLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups);
+/// Adds notes on the layout as a whole: positions, groups and records.
+void reportLayout(ReadReport &report, const CSProDictionary &dictionary, const QStringList *groups);
 
 } // namespace cspro
 
