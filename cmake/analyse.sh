@@ -23,6 +23,6 @@ install_packages $analysis_packages
 all=$(find src layout tools -name '*.cpp' | sort)
 files=$all
 [ $# -eq 0 ] || files=$(changed_since "$1")
-build_preset clang vanlayout # so that what is generated is there
+build_preset clang van_objects_autogen # so that what is generated is there
 echo "$all" | on_each clazy-standalone -checks=level1 -p build/clang
 [ -z "$files" ] || echo "$files" | on_each clang-tidy -quiet -p build/clang

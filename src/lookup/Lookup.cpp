@@ -238,15 +238,14 @@ public:
     {
         if (!target.isReporting())
             return;
-        const int keySize = target.key.size();
+        const int size = target.key.size();
         if (firstKeySize == 0) { // an empty first key sets no size
-            firstKeySize = keySize;
-        } else if (keySize != firstKeySize) {
+            firstKeySize = size;
+        } else if (size != firstKeySize) {
             const QString format = QStringLiteral("Key [%1] has a different key size [%2] from the first record [%3]");
             target.issueErrorMessage(errors,
                                      formatMessage(QStringLiteral("VpLookup.importAVL.wrongKeySize"), format,
-                                                   target.key, QString::number(keySize),
-                                                   QString::number(firstKeySize)));
+                                                   target.key, QString::number(size), QString::number(firstKeySize)));
         }
     }
 

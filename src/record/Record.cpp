@@ -10,7 +10,7 @@ namespace
 enum CheckStatus { checkSeveralLines = 4, checkNotFoundAgain = 6 };
 
 // Ends each piece of the assembled text.
-constexpr QLatin1String pieceEnd("\r\n");
+const QLatin1String pieceEnd("\r\n");
 
 } // namespace
 
@@ -55,7 +55,7 @@ public:
         }
         return {};
     }
-    RecordLine firstBelow(const RecordLine &parent) const { return first(parent.record->child, 0, parent.key); }
+    RecordLine firstBelow(const RecordLine &above) const { return first(above.record->child, 0, above.key); }
     RecordLine after(const RecordLine &former) const { return first(former.record, former.line + 1, former.parentKey); }
 
 private:

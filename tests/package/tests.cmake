@@ -20,7 +20,7 @@ set(package_build GENERATOR=${CMAKE_GENERATOR} COMPILER=${CMAKE_CXX_COMPILER} BU
     "FLAGS=${package_flags}")
 van_add_package_test(InstalledPackage run.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/package PKG_CONFIG=${VAN_PKG_CONFIG})
-van_add_package_test(EmbeddedProject embedded.cmake ${package_build} PROJECT_DIR=${PROJECT_SOURCE_DIR}
+van_add_package_test(EmbeddedProject embedded.cmake ${package_build} BUILD_TYPE=None PROJECT_DIR=${PROJECT_SOURCE_DIR}
     QT_MAJOR=${QT_VERSION_MAJOR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/embedded)
 van_add_package_test(ExamplePrograms reader.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}

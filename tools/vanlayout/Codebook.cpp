@@ -19,7 +19,7 @@ using vanlayout::Layout;
 namespace
 {
 
-constexpr QLatin1String indexName("index.html");
+const QLatin1String indexName("index.html");
 
 int writePages(const CodebookOptions &options, const std::string &output)
 {
