@@ -359,7 +359,7 @@ private Q_SLOTS:
         QCOMPARE(described(describer, integer, { set }).valueLabels, QString("5 Five\t"));
     }
 
-    void reportHearsOfTheRestWhereAValueOrAListIsMissing()
+    void notesAreMadeOfTheRestWhereAValueOrAListIsMissing()
     {
         TCSProValueSet without;
         delete std::exchange(without.items, nullptr);
@@ -372,7 +372,7 @@ private Q_SLOTS:
         TCSProVariable field(nullptr, item.get());
         cspro::ItemDescriber().describe(*item, field);
         ReadReport report;
-        cspro::tellOfDescription(report, *item, nullptr, field);
+        cspro::reportDescription(report, *item, nullptr, field);
         QCOMPARE(report.count(NoteKind::labelEntryParted), 1);
     }
 
