@@ -15,7 +15,7 @@ void reportRepeatedNames(ReadReport &report, const QList<TGenericField *> *field
     KeyedSet<QString> names;
     names.reserve(differentNames);
     for (const TGenericField *field : qAsConst(*fields)) {
-        if (field && !names.insert(field->name).second)
+        if (field && !names.insert(field->name).second) // LCOV_EXCL_BR_LINE: no reader adds a null field
             report.add(NoteKind::duplicateVariable, field->name, 0, field->name);
     }
 }

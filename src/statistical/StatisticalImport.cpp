@@ -84,8 +84,8 @@ void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t
                    Reading &reading, KeptObjects &kept)
 {
     LabelSet &set = setNamed(sets, labelSet, reading, kept);
-    if (!label)
-        return reading.notes.noteLabelWithoutText(&set, reading.lastSetName, value);
+    if (!label) // ReadStat passes a text with each label of a file
+        return reading.notes.noteLabelWithoutText(&set, reading.lastSetName, value); // LCOV_EXCL_LINE
     OwnedLabel made = makeValueLabel(value);
     setLabelText(*made, label);
     reading.notes.noteLabel(&set, reading.lastSetName, value, *made);

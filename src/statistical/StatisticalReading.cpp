@@ -52,7 +52,7 @@ readstat_error_t Reading::pass(readstat_value_label_handler onLabel, readstat_va
     const std::unique_ptr<readstat_parser_t, void (*)(readstat_parser_t *)> parser(readstat_parser_init(),
                                                                                    readstat_parser_free);
     if (!parser)
-        return READSTAT_ERROR_MALLOC;
+        return READSTAT_ERROR_MALLOC; // LCOV_EXCL_LINE: a lack of memory
     if (onLabel)
         readstat_set_value_label_handler(parser.get(), onLabel);
     if (onVariable)

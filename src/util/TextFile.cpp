@@ -79,7 +79,7 @@ const uchar *skipAscii(const uchar *begin, const uchar *end)
 QTextCodec *codecOfOldFiles()
 {
     QTextCodec *codec = QTextCodec::codecForLocale();
-    if (codec && codec->mibEnum() != mibUtf8 && codec->mibEnum() != mibAscii)
+    if (codec && codec->mibEnum() != mibUtf8 && codec->mibEnum() != mibAscii) // LCOV_EXCL_BR_LINE: never null
         return codec;
     return QTextCodec::codecForName("windows-1252");
 }

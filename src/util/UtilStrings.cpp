@@ -95,7 +95,7 @@ QString UtilStrings::getBetterPathString(QString path, int width, int fontSize)
     // Length of the parts before `keep`, each with its separator.
     int headSize = path.size() - parts.last().size();
     QString candidate;
-    for (int keep = last; keep >= 0; --keep) {
+    for (int keep = last; keep >= 0; --keep) { // LCOV_EXCL_BR_LINE: the shortest form ends the loop from within
         candidate = path.left(headSize);
         if (keep != last)
             candidate += QLatin1String("...\\");

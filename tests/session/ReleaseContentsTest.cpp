@@ -75,7 +75,7 @@ template <typename Importer> Format formatOf(const char *name)
 const Format formats[] = { formatOf<TCSProDataImport>("CSPro text"), formatOf<TCSProJsonDataImport>("CSPro 8"),
                            formatOf<TSTATADataImport>("Stata"), formatOf<TSPSSDataImport>("SPSS") };
 
-// What is not a file of every format.
+// Paths that are not a file of every format.
 const char *const otherPaths[] = { "",
                                    "/no/such/file",
                                    VAN_EXAMPLES,
