@@ -420,8 +420,8 @@ void TCSPro::requireRoom(qint64 newItems, qint64 newNameCharacters)
 {
     if (!hasRoom(newItems, newNameCharacters))
         throw ReadingGivenUp(QStringLiteral("asks for more than %1 items, or %2 characters in the names of occurrences")
-                                 .arg(mostItems)
-                                 .arg(mostNameCharacters));
+                                 .arg(maxItems)
+                                 .arg(maxNameCharacters));
 }
 
 // The copies share a set, but a caller that writes their labels out has them once for each copy.
@@ -430,5 +430,5 @@ void TCSPro::requireRoomFor(const TCSProValueSet &set)
     const int copies = currentItem->firstOccurrence == 0 ? 1 : currentOccurrences;
     if (!hasRoomForValues(copies, set.Count()))
         throw ReadingGivenUp(
-            QStringLiteral("asks for more than %1 value labels in the occurrences of items").arg(mostRepeatedValues));
+            QStringLiteral("asks for more than %1 value labels in the occurrences of items").arg(maxRepeatedValues));
 }

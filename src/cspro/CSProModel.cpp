@@ -93,14 +93,14 @@ int CSProDictionary::getRecordsCount()
 bool CSProDictionary::hasRoom(qint64 itemsToCome, qint64 nameCharactersToCome)
 {
     nameCharacters += nameCharactersToCome;
-    return items->size() + itemsToCome <= mostItems && nameCharacters <= mostNameCharacters;
+    return items->size() + itemsToCome <= maxItems && nameCharacters <= maxNameCharacters;
 }
 
 bool CSProDictionary::hasRoomForValues(qint64 occurrences, qint64 valuesOfEach)
 {
     if (occurrences > 1)
         repeatedValues += occurrences * valuesOfEach;
-    return repeatedValues <= mostRepeatedValues;
+    return repeatedValues <= maxRepeatedValues;
 }
 
 void cspro::freeContents(CSProDictionary &dictionary)

@@ -126,13 +126,13 @@ public:
     /// Bounds of a dictionary: items, characters in the names of occurrences, and values of repeated items, counting
     /// each occurrence. A few bytes of a file can ask for any number of them.
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // small bounds let a fuzzer reach them often
-    static constexpr int mostItems = 1000;
-    static constexpr qint64 mostNameCharacters = 250000;
-    static constexpr qint64 mostRepeatedValues = 4000;
+    static constexpr int maxItems = 1000;
+    static constexpr qint64 maxNameCharacters = 250000;
+    static constexpr qint64 maxRepeatedValues = 4000;
 #else
-    static constexpr int mostItems = 1000000;
-    static constexpr qint64 mostNameCharacters = 250000000;
-    static constexpr qint64 mostRepeatedValues = 4000000;
+    static constexpr int maxItems = 1000000;
+    static constexpr qint64 maxNameCharacters = 250000000;
+    static constexpr qint64 maxRepeatedValues = 4000000;
 #endif
 
     CSProDictionary();

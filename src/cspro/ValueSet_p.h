@@ -22,10 +22,10 @@ public:
     bool special = false;       ///< the value is a missing or not-applicable mark
 };
 
-/// The codes that an item may take, each with a label. A range stands in it as its two end points.
+/// The codes that an item may take, each with a label. A range is in it as its two end points.
 ///
-/// Made by a reader; shared by the occurrences of an item. Destroying a set frees none of its values: DropValueSet
-/// does, as does freeContents() of the dictionary.
+/// A reader makes it, and the occurrences of an item share it. Its destructor frees none of the values; DropValueSet
+/// does, and freeContents() of the dictionary.
 class TCSProValueSet : public QObject
 {
     Q_OBJECT
@@ -49,7 +49,7 @@ public:
     /// Mode 0: no code is decimal. Mode 1: all codes are integers. Always true on a set that is not numeric. A null
     /// value has no code.
     bool checkCodes(int mode) const;
-    /// Makes every code of a numeric set that is no integer "0": 2.5 becomes 0. This is no rounding.
+    /// Replaces every code of a numeric set that is no integer by "0": 2.5 becomes 0. This is no rounding.
     void convertToInteger();
     /// Orders a numeric set by number, as CompareNumericCodes() says, another by character code, as CompareCodes()
     /// says, which throws for a null value. Equal codes keep their order.
@@ -65,16 +65,16 @@ private:
     void sortByNumber();
 };
 
-/// Frees a set that nobody took over, with its values.
+/// Frees a set that no item owns, with its values.
 struct DropValueSet {
     void operator()(TCSProValueSet *set) const;
 };
 using OwnedValueSet = std::unique_ptr<TCSProValueSet, DropValueSet>;
 
-/// Whether a stands before b by character code: "10" comes before "9". Throws `std::invalid_argument` for a null
+/// Whether a comes before b by character code: "10" comes before "9". Throws `std::invalid_argument` for a null
 /// pointer.
 bool CompareCodes(const TValueSetItem *a, const TValueSetItem *b);
-/// Whether a stands before b by number; true where either is null or no integer.
+/// Whether a comes before b by number; true where either is null or no integer.
 bool CompareNumericCodes(const TValueSetItem *a, const TValueSetItem *b);
 /// Digits, a point, digits, nothing else; either run may be empty. Digits of every script count; a sign does not.
 bool IsDecimalCode(QString code);

@@ -221,7 +221,7 @@ private Q_SLOTS:
         QFETCH(int, occurrences);
         QFETCH(QString, itemInFront);
         QFETCH(bool, isRead);
-        QCOMPARE(TCSPro::mostRepeatedValues, qint64(2000) * 2000);
+        QCOMPARE(TCSPro::maxRepeatedValues, qint64(2000) * 2000);
         ReadReport report;
         OwnedDictionary dictionary;
         dictionary.setReport(&report);
@@ -421,7 +421,7 @@ private Q_SLOTS:
         QVERIFY(error);
         QCOMPARE(error->getCode(), 242);
         QVERIFY(dictionary.getItemsCount() > 0);
-        QVERIFY(dictionary.getItemsCount() <= TCSPro::mostNameCharacters / 100000);
+        QVERIFY(dictionary.getItemsCount() <= TCSPro::maxNameCharacters / 100000);
     }
 
     void aLineOf20MegabytesIsReadLikeAShortOne()
