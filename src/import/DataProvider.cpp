@@ -163,7 +163,7 @@ void TVpDataProvider::releaseContents()
     record = nullptr;
     recordTypeNames = nullptr;
     typeNames = nullptr;
-    isReleased = true; // the lists are made again when they are needed: what is given back leaves nothing behind
+    isReleased = true; // the lists are made again when they are needed
     kept->freeAll();
 }
 

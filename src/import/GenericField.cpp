@@ -53,9 +53,9 @@ void TGenericField::setText(const QString &value, const QString &number)
 {
     const auto *units = reinterpret_cast<const char16_t *>(value.utf16());
     const auto *unitsEnd = std::find(units, units + value.size(), u'\0');
-    const int room = std::clamp(length, 0, textValueSize);
-    auto *copied = std::copy_n(units, std::min<std::ptrdiff_t>(room, unitsEnd - units), textValue);
-    std::fill(copied, textValue + room, u'\0');
+    const int size = std::clamp(length, 0, textValueSize);
+    auto *copied = std::copy_n(units, std::min<std::ptrdiff_t>(size, unitsEnd - units), textValue);
+    std::fill(copied, textValue + size, u'\0');
     isUnset = false;
     if (isMissing() || isNotApplicable() || isBlank())
         return;

@@ -5,7 +5,7 @@
 namespace
 {
 
-// What a member held, which is empty afterwards.
+// Returns the value of a member, which is empty afterwards.
 template <typename Value> Value taken(Value &from)
 {
     return std::exchange(from, Value());

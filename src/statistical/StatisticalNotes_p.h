@@ -30,7 +30,7 @@ class StatisticalNotes
 public:
     explicit StatisticalNotes(const Format &fileFormat);
 
-    /// Reports to \a newReport from now on; null for nobody. Not owned.
+    /// Sets the report, which is not owned; null turns reporting off.
     void setReport(ReadReport *newReport) { report = newReport; }
 
     /// A label with its text. \a held is its value as it is kept, \a setName the name of its set.

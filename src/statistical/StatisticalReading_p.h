@@ -23,7 +23,7 @@ constexpr qint64 maxLabelBytes = 250000;
 constexpr qint64 maxLabelBytes = 250000000;
 #endif
 
-/// How ReadStat reads the bytes of a file: through a large buffer of this library, or by its own small pieces.
+/// Whether ReadStat reads a file through a large buffer of this library, or with its own input in small pieces.
 enum class Buffering { off, on };
 
 /// The parse of one file, and what is remembered from one call of a handler to the next.

@@ -8,8 +8,8 @@ namespace
 {
 
 // ReadStat reads a file at most four times.
-constexpr qint64 mostPasses = 16;
-constexpr qint64 alwaysAnswered = 1 << 20;
+constexpr qint64 maxPasses = 16;
+constexpr qint64 alwaysDelivered = 1 << 20;
 
 int descriptorOf(QIODevice &device)
 {
@@ -25,7 +25,7 @@ BufferedDevice::BufferedDevice(QIODevice &source)
     , start(source.pos())
 {
     beginAt0(source.size() - start);
-    setMostAnswered(alwaysAnswered + mostPasses * size());
+    setMaxDelivered(alwaysDelivered + maxPasses * size());
 }
 
 bool BufferedDevice::openPath(const char * /*path*/)

@@ -19,7 +19,7 @@ public:
     const QString &problem() const { return firstProblem; }
     /// Returns whether the parser requested the file's bytes far more often than a file needs, since parts of the file
     /// refer back to each other. From then on the parser gets no bytes.
-    bool isReadOverAndOver() const { return hasAnsweredMost(); }
+    bool isReadOverAndOver() const { return hasDeliveredMax(); }
 
 private:
     bool openPath(const char *path) override;

@@ -75,7 +75,7 @@ qint64 BufferedSource::seek(qint64 offset, readstat_io_flags_t whence)
 qint64 BufferedSource::read(char *target, qint64 size)
 {
     qint64 done = 0;
-    while (done < size && !hasAnsweredMost()) {
+    while (done < size && !hasDeliveredMax()) {
         qint64 offset = position - bufferStart;
         if (offset < 0 || offset >= bufferSize) {
             fill();
@@ -87,7 +87,7 @@ qint64 BufferedSource::read(char *target, qint64 size)
         std::memcpy(target + done, buffer.data() + offset, size_t(count));
         done += count;
         position += count;
-        answersLeft -= count;
+        bytesToDeliver -= count;
     }
     return done;
 }

@@ -39,8 +39,8 @@ protected:
     /// Reads bytes of an open file of the system and returns their number; -1 if the system fails, with `errno` set.
     static qint64 readDescriptor(int descriptor, qint64 place, char *target, qint64 size);
     /// Number of bytes that are delivered, in total, before the source delivers no more.
-    void setMostAnswered(qint64 bytes) { answersLeft = bytes; }
-    bool hasAnsweredMost() const { return answersLeft <= 0; }
+    void setMaxDelivered(qint64 bytes) { bytesToDeliver = bytes; }
+    bool hasDeliveredMax() const { return bytesToDeliver <= 0; }
 
 private:
     virtual bool openPath(const char *path) = 0;
@@ -57,7 +57,7 @@ private:
     qint64 bufferSize = 0;  ///< number of bytes that are filled
     qint64 pieceSize = 0;   ///< size of the last request to the system
     qint64 position = 0;    ///< position of the next byte that is read
-    qint64 answersLeft = std::numeric_limits<qint64>::max();
+    qint64 bytesToDeliver = std::numeric_limits<qint64>::max();
 };
 
 #endif

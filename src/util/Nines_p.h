@@ -13,12 +13,12 @@ class Nines
 {
 public:
     /// Max width of a bound. No number of a dictionary is wider.
-    static constexpr int most = 10000;
+    static constexpr int maxWidth = 10000;
 
     /// Returns \a count nines; "" if \a count is 0 or less.
     QString operator()(qint64 count)
     {
-        const int width = int(std::clamp<qint64>(count, 0, most));
+        const int width = int(std::clamp<qint64>(count, 0, maxWidth));
         if (width == 0)
             return emptyText();
         QString &nines = byWidth[width];

@@ -27,7 +27,7 @@ enum ExtensionType { longNames = 13, veryLongTexts = 14, longTextLabels = 21, lo
 // Max memory that ReadStat 1.1.8 allocates at a time. It refuses a file that needs more.
 constexpr qint64 largestBlock = 0xFFF000;
 constexpr qint64 labelInMemory = 72;
-constexpr int mostMissingValues = 3;
+constexpr int maxMissingValues = 3;
 
 // For each record of long names ReadStat makes a sorted table of all variables. This takes the time of so many
 // comparisons of a name with each variable.
@@ -103,7 +103,7 @@ bool skipMissingOfText(ExtensionBytes &bytes)
 {
     char values = 0;
     quint32 size = 0;
-    return bytes.skipText() && bytes.take(values) && values >= 1 && values <= mostMissingValues && bytes.take(size)
+    return bytes.skipText() && bytes.take(values) && values >= 1 && values <= maxMissingValues && bytes.take(size)
         && bytes.skip(qint64(values) * size);
 }
 
@@ -177,7 +177,7 @@ private:
             return false;
         const qint64 values = qAbs(qint64(qint32(missing)));
         const quint32 paddedSize = (labelSize + 3) / 4 * 4;
-        return values <= mostMissingValues && skip(paddedSize) && skip(8 * values);
+        return values <= maxMissingValues && skip(paddedSize) && skip(8 * values);
     }
 
     bool takeLabels()
@@ -283,14 +283,14 @@ QString SpssDictionary::problem() const
         return QString();
     if (isFaulty(readstat::mendsSpssPasses) && !isWhole)
         return QStringLiteral("breaks off in its dictionary, or holds a record there that cannot be read");
-    if (isFaulty(readstat::mendsSpssLongNames) && hasLongNames && variables > mostLongNames)
+    if (isFaulty(readstat::mendsSpssLongNames) && hasLongNames && variables > maxLongNames)
         return QStringLiteral("has more than %1 variables with long names, the most that can be read")
-            .arg(mostLongNames);
-    if (isFaulty(readstat::mendsSpssLookups) && lookupSteps > mostLookupSteps)
+            .arg(maxLongNames);
+    if (isFaulty(readstat::mendsSpssLookups) && lookupSteps > maxLookupSteps)
         return QStringLiteral("has too many sets of labels or missing values of long texts, or records of long names, "
                               "for its %1 variables: their number times the variables may be %2")
             .arg(variables)
-            .arg(mostLookupSteps);
+            .arg(maxLookupSteps);
     return QString();
 }
 

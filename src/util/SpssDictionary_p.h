@@ -17,11 +17,11 @@ struct SpssDictionary {
 
     /// Max number of variables of a file with long names, or with very long texts, for which ReadStat has memory. With
     /// more it writes through a null pointer.
-    static constexpr int mostLongNames = 419328;
+    static constexpr int maxLongNames = 419328;
     /// Max number of comparisons of names when ReadStat searches for variables. For each set of value labels or missing
     /// values of a long text it searches from the first variable on: this is 15,811 sets in a file of as many
     /// variables.
-    static constexpr qint64 mostLookupSteps = 250000000;
+    static constexpr qint64 maxLookupSteps = 250000000;
 
     /// Returns why ReadStat cannot be trusted with the file, as one line for a person; null if ReadStat reads the file,
     /// or refuses it, without harm.

@@ -396,7 +396,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("decimalChar");
         QTest::addColumn<int>("nines");
 
-        const int most = Nines::most;
+        const int most = Nines::maxWidth;
         const int highest = std::numeric_limits<int>::max();
         const int lowest = std::numeric_limits<int>::min();
         // clang-format off

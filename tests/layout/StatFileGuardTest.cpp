@@ -30,7 +30,7 @@ private Q_SLOTS:
     void variablesWithLongNamesAreBounded()
     {
         SpssBytes file;
-        file.variables(SpssDictionary::mostLongNames + 1);
+        file.variables(SpssDictionary::maxLongNames + 1);
         file.extension(SpssBytes::longNames);
         file.end();
         const Layout layout = layoutOf(file.bytes);

@@ -71,7 +71,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("subtype");
         QTest::addColumn<bool>("isBigEndian");
         QTest::addColumn<bool>("isSafe");
-        const int most = SpssDictionary::mostLongNames;
+        const int most = SpssDictionary::maxLongNames;
         QTest::newRow("as many as there is room for") << most << SpssBytes::longNames << false << true;
         QTest::newRow("one more with long names") << most + 1 << SpssBytes::longNames << false << false;
         QTest::newRow("one more with very long texts") << most + 1 << SpssBytes::veryLongTexts << false << false;
@@ -109,7 +109,7 @@ private Q_SLOTS:
         for (const char layoutCode : { '\2', '\3' }) {
             SpssBytes file(isBigEndian);
             file.bytes[isBigEndian ? 67 : 64] = layoutCode;
-            file.variables(SpssDictionary::mostLongNames + 1);
+            file.variables(SpssDictionary::maxLongNames + 1);
             file.extension(SpssBytes::longNames);
             file.end();
             QCOMPARE(statistical::spssProblem(write(file.bytes)).line,
@@ -181,7 +181,7 @@ private Q_SLOTS:
         constexpr int lines = 0x0CCCCCCD; // times 80 bytes, this is 16 in 32 bits, and 17 GB in 64
         file.numbers({ SpssBytes::documentsRecord, lines });
         file.bytes += QByteArray(16, ' ');
-        file.variables(SpssDictionary::mostLongNames + 1);
+        file.variables(SpssDictionary::maxLongNames + 1);
         file.extension(SpssBytes::longNames);
         file.end();
         QCOMPARE(statistical::spssProblem(write(file.bytes)).line,
@@ -213,7 +213,7 @@ private Q_SLOTS:
         QFETCH(int, subtype);
         QFETCH(QByteArray, set);
         constexpr int variables = 25000;
-        constexpr int most = int(SpssDictionary::mostLookupSteps / variables);
+        constexpr int most = int(SpssDictionary::maxLookupSteps / variables);
         for (const int sets : { most, most + 1 }) {
             SpssBytes file;
             file.variables(variables);
@@ -273,7 +273,7 @@ private Q_SLOTS:
 
     void importerTakesSuchAFileAsOneThatCannotBeRead()
     {
-        const int most = SpssDictionary::mostLongNames;
+        const int most = SpssDictionary::maxLongNames;
         for (const int count : { 10, most + 1 }) {
             SpssBytes file;
             file.variables(count);
@@ -288,7 +288,7 @@ private Q_SLOTS:
     void partsOfATextAreNotCounted()
     {
         SpssBytes file;
-        file.variables(SpssDictionary::mostLongNames);
+        file.variables(SpssDictionary::maxLongNames);
         file.parts(10);
         file.extension(SpssBytes::longNames);
         file.end();

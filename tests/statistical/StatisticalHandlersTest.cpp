@@ -452,7 +452,7 @@ private Q_SLOTS:
         QTest::newRow("nothing") << quint64(0) << 0 << 0;
         QTest::newRow("cut to 32 bits") << quint64(0x100000003) << 3 << 3;
         QTest::newRow("negative in 32 bits") << quint64(0xFFFFFFFF) << -1 << 0;
-        QTest::newRow("more nines than any number has") << quint64(0x7FFFFFFF) << 0x7FFFFFFF << Nines::most;
+        QTest::newRow("more nines than any number has") << quint64(0x7FFFFFFF) << 0x7FFFFFFF << Nines::maxWidth;
     }
     void widthOfStataIsItsStorage()
     {
