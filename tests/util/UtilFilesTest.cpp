@@ -137,12 +137,17 @@ private Q_SLOTS:
     {
         const QString former = QDir::currentPath();
         QVERIFY(QDir::setCurrent(folder.path()));
-        const QList<int> statuses = { UtilFiles::GetFileStatus("file"), UtilFiles::GetFileStatus("absent"),
-                                      UtilFiles::GetFileStatus("absent/file"), UtilFiles::GetFileStatus("folder/x") };
+        const int ofFile = UtilFiles::GetFileStatus("file");
+        const int ofAbsentFile = UtilFiles::GetFileStatus("absent");
+        const int ofFileInAbsentFolder = UtilFiles::GetFileStatus("absent/file");
+        const int ofAbsentFileInFolder = UtilFiles::GetFileStatus("folder/x");
         const bool isFile = UtilFiles::FileExists("folder/../file");
         const bool isFolder = UtilFiles::DirExists(".");
         QDir::setCurrent(former);
-        QCOMPARE(statuses, (QList<int>{ 0, 3, 2, 3 }));
+        QCOMPARE(ofFile, 0);
+        QCOMPARE(ofAbsentFile, 3);
+        QCOMPARE(ofFileInAbsentFolder, 2);
+        QCOMPARE(ofAbsentFileInFolder, 3);
         QVERIFY(isFile && isFolder);
     }
 
