@@ -64,7 +64,10 @@ QByteArray everyRecord(bool isBigEndian)
     content.bytes.clear();
     content.numbers({ 9 });
     content.bytes += "othername";
-    content.numbers({ 20, 1, 2 });
+    constexpr qint32 width = 20;
+    constexpr qint32 labelCount = 1;
+    constexpr qint32 valueSize = 2;
+    content.numbers({ width, labelCount, valueSize });
     content.bytes += "ab";
     content.numbers({ 3 });
     content.bytes += "lab";
@@ -301,7 +304,12 @@ private Q_SLOTS:
         file.variable("A", 0, 0, 8);
         file.part(true);
         const QByteArray between = recordsOf([&](SpssBytes &records) {
-            records.numbers({ 0, 1, 0, 0x050800, 0x050800, 0, 0, hidden.size() });
+            constexpr qint32 width = 0;
+            constexpr qint32 hasLabel = 1;
+            constexpr qint32 missingValues = 0;
+            constexpr qint32 format = 0x050800;
+            constexpr qint32 halfOfName = 0;
+            records.numbers({ width, hasLabel, missingValues, format, format, halfOfName, halfOfName, hidden.size() });
         });
         file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, between.size() / 2, 2 });
         file.bytes += between + hidden;
@@ -320,13 +328,25 @@ private Q_SLOTS:
             QTest::newRow(name) << subtype << recordsOf([&](SpssBytes &content) { content.numbers(numbers); }) << sets;
         };
         constexpr int labels = SpssBytes::longTextLabels;
-        addRow("no label", labels, { 0, 9, 0, 0, 9, 0 }, 2);
-        addRow("two labels", labels, { 0, 9, 2, 0, 0, 0, 0, 0, 9, 0 }, 2);
-        addRow("name cut off", labels, { 0, 9, 0, 5 }, 2);
-        addRow("width missing", labels, { 0 }, 1);
-        addRow("number of labels missing", labels, { 0, 9 }, 1);
-        addRow("label missing", labels, { 0, 9, 2, 0, 0, 0 }, 1);
-        addRow("larger label than is there", labels, { 0, 9, 1, 0, -1, 0, 9, 0 }, 1);
+        // A set has the size of its name, a width and a number of labels; a label the sizes of its value and text.
+        constexpr qint32 noName = 0;
+        constexpr qint32 longName = 5;
+        constexpr qint32 width = 9;
+        constexpr qint32 noLabels = 0;
+        constexpr qint32 oneLabel = 1;
+        constexpr qint32 twoLabels = 2;
+        constexpr qint32 noValue = 0;
+        constexpr qint32 noText = 0;
+        constexpr qint32 longText = -1;
+        addRow("no label", labels, { noName, width, noLabels, noName, width, noLabels }, 2);
+        addRow("two labels", labels,
+               { noName, width, twoLabels, noValue, noText, noValue, noText, noName, width, noLabels }, 2);
+        addRow("name cut off", labels, { noName, width, noLabels, longName }, 2);
+        addRow("width missing", labels, { noName }, 1);
+        addRow("number of labels missing", labels, { noName, width }, 1);
+        addRow("label missing", labels, { noName, width, twoLabels, noValue, noText, noValue }, 1);
+        addRow("larger label than is there", labels,
+               { noName, width, oneLabel, noValue, longText, noName, width, noLabels }, 1);
         constexpr int missing = SpssBytes::longTextMissing;
         QTest::newRow("missing values") << missing << QByteArray("\0\0\0\0\1\0\0\0\0", 9).repeated(3) << 3;
         QTest::newRow("number of missing values missing") << missing << QByteArray(4, '\0') << 1;
