@@ -88,7 +88,7 @@ void ValueSetNotes::addSection(const SectionLines &section)
 
 void ValueSetNotes::addCode(NoteKind kind, int index) const
 {
-    notes.add(kind, set.items->at(index)->code, size_t(index) < lineOfValue.size() ? lineOfValue[size_t(index)] : 0);
+    notes.add(kind, set.items->at(index)->code, lineOfValue[size_t(index)]);
 }
 
 void ValueSetNotes::addCodesThatBecomeZero() const
