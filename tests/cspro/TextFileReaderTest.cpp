@@ -2,6 +2,7 @@
 #include "support/LiteralBytes.h"
 #include "support/LocaleCodec.h"
 #include "support/Sanitizer.h"
+#include "support/Throws.h"
 #include "util/TextFile_p.h"
 
 #include <QFile>
@@ -238,7 +239,7 @@ private Q_SLOTS:
 
     void deviceWithoutAnEndRaisesBadAlloc()
     {
-        QVERIFY_EXCEPTION_THROWN(TextFileReader{ "/dev/zero" }, std::bad_alloc);
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, TextFileReader{ "/dev/zero" });
         // It ended at a gigabyte, not where memory gives out.
         constexpr long gigabyte = 1 << 20; // in kilobytes
         rusage usage = {};
@@ -268,7 +269,7 @@ private Q_SLOTS:
         // One byte more than a gigabyte, none of it written.
         QVERIFY(file.resize((Q_INT64_C(1) << 30) + 1));
         file.close();
-        QVERIFY_EXCEPTION_THROWN(TextFileReader{ path }, std::bad_alloc);
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, TextFileReader{ path });
     }
 };
 

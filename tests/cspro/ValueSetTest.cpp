@@ -1,6 +1,7 @@
 #include "cspro/ValueSet_p.h"
 #include "support/DebugCapture.h"
 #include "support/Thrown.h"
+#include "support/Throws.h"
 
 #include <QMetaProperty>
 #include <QPointer>
@@ -451,7 +452,7 @@ private Q_SLOTS:
         set.isNumeric = false;
         set.addItem(&item);
         set.addItem(nullptr);
-        QVERIFY_EXCEPTION_THROWN(set.sortItems(), std::invalid_argument);
+        QVERIFY_THROWS_EXCEPTION(std::invalid_argument, set.sortItems());
     }
 
     void textIsSortedByCharacterCode()

@@ -3,6 +3,7 @@
 #include "statistical/StatisticalImport_p.h"
 #include "support/DebugCapture.h"
 #include "support/StandardStream.h"
+#include "support/Throws.h"
 
 #include <readstat.h>
 
@@ -179,9 +180,9 @@ private Q_SLOTS:
                 = [](int, readstat_variable_t *, const char *, void *context) { return raiseIn(context); };
             calls() = Calls();
             if (atLabels)
-                QVERIFY_EXCEPTION_THROWN(reading.pass(onLabel, nullptr, &reading), std::runtime_error);
+                QVERIFY_THROWS_EXCEPTION(std::runtime_error, reading.pass(onLabel, nullptr, &reading));
             else
-                QVERIFY_EXCEPTION_THROWN(reading.pass(nullptr, onVariable, &reading), std::runtime_error);
+                QVERIFY_THROWS_EXCEPTION(std::runtime_error, reading.pass(nullptr, onVariable, &reading));
             QCOMPARE(calls().count("readstat_parser_init"), 1);
             QCOMPARE(calls().count("readstat_parser_free"), 1);
         }

@@ -7,6 +7,7 @@
 #include "support/StandardStream.h"
 #include "support/OrdinaryUser.h"
 #include "support/ScarceMemory.h"
+#include "support/Throws.h"
 
 #include <QDir>
 #include <QScopeGuard>
@@ -416,7 +417,7 @@ private Q_SLOTS:
         const auto onVariable = [](int, readstat_variable_t *, const char *, void *context) {
             return static_cast<statistical::Reading *>(context)->run([] { throw std::bad_alloc(); });
         };
-        QVERIFY_EXCEPTION_THROWN(reading.pass(nullptr, onVariable, &reading), std::bad_alloc);
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, reading.pass(nullptr, onVariable, &reading));
         // The next pass is not concerned.
         const auto nothing
             = [](int, readstat_variable_t *, const char *, void *) -> int { return READSTAT_HANDLER_OK; };

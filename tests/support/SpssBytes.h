@@ -70,7 +70,7 @@ public:
     }
     void label(const QByteArray &text)
     {
-        numbers({ text.size() });
+        numbers({ int(text.size()) });
         bytes += text + QByteArray((4 - text.size() % 4) % 4, '\0');
     }
     /// A further part of a text.
@@ -98,7 +98,7 @@ public:
     }
     void extension(int subtype, const QByteArray &content = "V0=longname")
     {
-        numbers({ extensionRecord, subtype, 1, content.size() });
+        numbers({ extensionRecord, subtype, 1, int(content.size()) });
         bytes += content;
     }
     void end() { numbers({ endRecord, 0 }); }

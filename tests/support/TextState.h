@@ -33,7 +33,11 @@ inline void addTexts(const QByteArray &subject, const char *state,
 /// Whether a text needs no memory of its own.
 inline bool isWithoutMemory(QString text)
 {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     return text.data_ptr()->ref.isStatic();
+#else
+    return !text.data_ptr().d_ptr();
+#endif
 }
 
 #endif

@@ -309,9 +309,10 @@ private Q_SLOTS:
             constexpr qint32 missingValues = 0;
             constexpr qint32 format = 0x050800;
             constexpr qint32 halfOfName = 0;
-            records.numbers({ width, hasLabel, missingValues, format, format, halfOfName, halfOfName, hidden.size() });
+            records.numbers(
+                { width, hasLabel, missingValues, format, format, halfOfName, halfOfName, int(hidden.size()) });
         });
-        file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, between.size() / 2, 2 });
+        file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, int(between.size()) / 2, 2 });
         file.bytes += between + hidden;
         file.end();
         const QString path = write(file.bytes);
