@@ -381,7 +381,7 @@ void JsonSchemaTest::hostileTextsStayTexts()
     QVERIFY(!bytes.contains(QString(QChar(0x85)).toUtf8()) && !bytes.contains('\0'));
     const QJsonObject definitions = QJsonDocument::fromJson(bytes).object().value("$defs").toObject();
     QCOMPARE(definitions.size(), 1);
-    const QJsonObject properties = definitions.begin().value()["properties"].toObject();
+    const QJsonObject properties = definitions.constBegin().value().toObject()["properties"].toObject();
     QVERIFY(properties.contains(hostile));
     QCOMPARE(properties.value(hostile)["oneOf"].toArray().at(0)["const"].toString(), hostile);
     QCOMPARE(properties.value(hostile)["oneOf"].toArray().at(0)["title"].toString(), hostile);

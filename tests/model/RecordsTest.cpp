@@ -221,7 +221,7 @@ private Q_SLOTS:
 
     void flagWithoutAccessorIsCopied()
     {
-        QVERIFY(!TestAccess::flag(*std::make_unique<TVpEntity>()));
+        QVERIFY(!TestAccess::flag(TVpEntity()));
         verifyFlagIsCopied<TVpEntity>();
         verifyFlagIsCopied<ConfigEntities>();
     }

@@ -148,8 +148,9 @@ private Q_SLOTS:
         QTest::addColumn<qint64>("goodBytes");
         QTest::addColumn<int>("line"); // in which it fails
         const QByteArray content = lookupFile();
-        for (const int goodBytes : { 0, 1, 10, 20000, content.size() - 1 })
-            QTest::addRow("behind %d bytes", goodBytes) << qint64(goodBytes) << content.left(goodBytes).count('\n') + 1;
+        for (const int goodBytes : { 0, 1, 10, 20000, int(content.size()) - 1 })
+            QTest::addRow("behind %d bytes", goodBytes)
+                << qint64(goodBytes) << int(content.left(goodBytes).count('\n')) + 1;
     }
     void lookupThatFailsHasNoEntries()
     {

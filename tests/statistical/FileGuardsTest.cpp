@@ -257,7 +257,7 @@ private Q_SLOTS:
             content.bytes.clear();
             for (int i = 0; i < sets; ++i) {
                 const QByteArray name = SpssBytes::nameOf(i);
-                content.numbers({ name.size() });
+                content.numbers({ int(name.size()) });
                 content.bytes += name;
                 content.numbers({ 8, 0 });
             }

@@ -108,7 +108,7 @@ Outcome outcomeOf(const QString &path)
     const Outcome buffered = outcomeOf(path, true);
     if (!(plain == buffered))
         qWarning("%s: %s / %s, %d / %d fields", qPrintable(path), plain.line.constData(), buffered.line.constData(),
-                 plain.fields.size(), buffered.fields.size());
+                 int(plain.fields.size()), int(buffered.fields.size()));
     return plain == buffered ? plain : Outcome();
 }
 

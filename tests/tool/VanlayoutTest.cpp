@@ -41,7 +41,11 @@ QList<QByteArray> linesOf(const QByteArray &text)
 class PreparedProcess : public QProcess
 {
 public:
-    std::function<void()> prepare;
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    explicit PreparedProcess(std::function<void()> work)
+        : prepare(std::move(work))
+    {
+    }
 
 protected:
     void setupChildProcess() override
@@ -49,6 +53,16 @@ protected:
         if (prepare)
             prepare();
     }
+
+private:
+    std::function<void()> prepare;
+#else
+    explicit PreparedProcess(const std::function<void()> &work)
+    {
+        if (work)
+            setChildProcessModifier(work);
+    }
+#endif
 };
 
 using Variables = QMap<QString, QString>; // a null value unsets
@@ -504,8 +518,7 @@ Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables,
             environment.insert(variable.key(), *variable);
     }
 
-    PreparedProcess process;
-    process.prepare = prepare;
+    PreparedProcess process(prepare);
     process.setProcessEnvironment(environment);
     Run result = folder->run(arguments, process);
     result.err = withoutNotesLine(result.err);
