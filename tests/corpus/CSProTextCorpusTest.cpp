@@ -126,7 +126,7 @@ Expectation expectationOf(const QVector<Section> &sections)
         if (section.word == QLatin1String("RECORD")) {
             record = section.value(QStringLiteral("Name"));
             const QString type = section.value(QStringLiteral("RecordTypeValue"));
-            expected.groups.append(record + '=' + type.mid(1, std::max(type.size() - 2, 0)));
+            expected.groups.append(record + '=' + type.mid(1, std::max(int(type.size()) - 2, 0)));
         } else if (section.word == QLatin1String("ITEM")) {
             const QString name = section.value(QStringLiteral("Name"));
             const int start = section.number(QStringLiteral("Start"), 1);

@@ -221,7 +221,8 @@ private Q_SLOTS:
 
     void flagWithoutAccessorIsCopied()
     {
-        QVERIFY(!TestAccess::flag(TVpEntity()));
+        TVpEntity entity;
+        QVERIFY(!TestAccess::flag(entity));
         verifyFlagIsCopied<TVpEntity>();
         verifyFlagIsCopied<ConfigEntities>();
     }
