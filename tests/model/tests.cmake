@@ -12,6 +12,7 @@ van_add_test(model/RecordsTest.cpp)
 van_add_test(model/OverridesTest.cpp)
 van_add_test(model/AllocationsTest.cpp)
 # TVpEntity has virtual operations and no virtual destructor, which is meant; containers destroy it by its own type.
-foreach(test AccessorsTest RecordsTest)
-    target_compile_options(${test} PRIVATE $<$<CXX_COMPILER_ID:Clang>:-Wno-delete-non-abstract-non-virtual-dtor>)
-endforeach()
+if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    set_source_files_properties(model/AccessorsTest.cpp model/RecordsTest.cpp PROPERTIES
+        COMPILE_OPTIONS -Wno-delete-non-abstract-non-virtual-dtor)
+endif()
