@@ -5,6 +5,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -23,6 +25,10 @@ QByteArray readToEnd(QFile &file)
 {
     QByteArray bytes;
     for (QByteArray piece = file.read(pieceSize); !piece.isEmpty(); piece = file.read(pieceSize)) {
+        // A QByteArray of Qt 6 that is full appends to a copy of itself; one that is reserved grows in place.
+        const qint64 needed = qint64(bytes.size()) + piece.size();
+        if (needed > bytes.capacity())
+            bytes.reserve(int(std::min(2 * needed, maxBytes + pieceSize)));
         bytes += piece;
         requireRoom(bytes.size());
     }

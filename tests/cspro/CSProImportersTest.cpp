@@ -1257,7 +1257,7 @@ private Q_SLOTS:
             TestAccess::dictionary(subject)->items->clear();
             const TGenericField *field = TestAccess::fields(subject)->at(0);
             QCOMPARE(field->type, vtReal);
-            QCOMPARE(field->decimals, QString(QChar(decimals)));
+            QCOMPARE(field->decimals, QString(QChar(ushort(decimals))));
             QCOMPARE(field->minimum, QString("0"));
             QCOMPARE(field->maximum, maximum);
             QCOMPARE(field->missingValue, QString("9"));
