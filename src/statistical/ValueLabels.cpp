@@ -1,6 +1,7 @@
 #include "statistical/ValueLabels_p.h"
 
 #include "import/KeptObjects_p.h"
+#include "util/EmptyText_p.h"
 #include "util/Numbers_p.h"
 
 #include <algorithm>
@@ -192,7 +193,7 @@ void makeLabelText(const Format &format, const LabelSet &set, LabelText &made)
         text.append(QLatin1Char('\t'));
     }
     text.squeeze();
-    made.text = text;
+    made.text = notNull(std::move(text));
     made.span = span;
     made.minimum = span.hasLower() ? numbers::toText(span.lower()) : QString();
     made.maximum = span.hasUpper() ? numbers::toText(span.upper()) : QString();

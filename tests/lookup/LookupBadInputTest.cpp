@@ -311,7 +311,7 @@ private Q_SLOTS:
         QCOMPARE(int(entries.size()), 1);
         QCOMPARE(entries.begin()->first, key);
         QCOMPARE(entries.begin()->second.size(), key.isEmpty() ? 0 : hundredMegabytes);
-        QTEST(errors.size(), "messages");
+        QTEST(int(errors.size()), "messages");
         QFile::remove(path());
     }
 

@@ -129,7 +129,7 @@ private Q_SLOTS:
         Tree tree;
         const AllocationLog log = logOf([&] { tree.root.findEntity(wanted); });
         const Places made = log.ofSize(sizeof(TVpEntity));
-        QTEST(made.size(), "madeCount");
+        QTEST(int(made.size()), "madeCount");
         for (const void *place : made) {
             QVERIFY(!log.freed.contains(place));
             QCOMPARE(static_cast<const TVpEntity *>(place)->getName(), QString("nullEntity"));

@@ -403,8 +403,9 @@ private Q_SLOTS:
     {
         const LocaleCodec latin1("ISO-8859-1");
         const QTemporaryDir folder;
-        pathIsInLatin1<TSTATADataImport>(folder, stataTypes, "\xE9.dta");
-        pathIsInLatin1<TSPSSDataImport>(folder, spssTypes, "\xE9.sav");
+        const QByteArray name = fileNamesAreUtf8 ? "\xC3\xA9" : "\xE9";
+        pathIsInLocale<TSTATADataImport>(folder, stataTypes, name + ".dta");
+        pathIsInLocale<TSPSSDataImport>(folder, spssTypes, name + ".sav");
     }
 
     void errorLineIsInTheEncodingOfTheLocale()
@@ -414,7 +415,8 @@ private Q_SLOTS:
         const DebugCapture quiet;
         const StandardStream out(stdout);
         openedNames(importer);
-        QCOMPARE(out.taken(), QByteArray("Error processing /nowhere/\xE9.dta: 1\n"));
+        QCOMPARE(out.taken(),
+                 QByteArray("Error processing /nowhere/") + (fileNamesAreUtf8 ? "\xC3\xA9" : "\xE9") + ".dta: 1\n");
     }
 
     void errorStreamTakesTheLine()
@@ -646,9 +648,9 @@ private:
         QVERIFY(!Own::template CallsReading<Own>::value);
     }
 
-    // A copy of \a original under a name that is no UTF-8 reads as the original does.
+    // A copy of \a original under a name in the encoding of the locale reads as the original does.
     template <typename Importer>
-    static void pathIsInLatin1(const QTemporaryDir &folder, const QString &original, const QByteArray &name)
+    static void pathIsInLocale(const QTemporaryDir &folder, const QString &original, const QByteArray &name)
     {
         const QString copy = folder.filePath(QStringLiteral("copy"));
         QVERIFY(QFile::copy(original, copy));
@@ -657,7 +659,7 @@ private:
         const QStringList fields = read<Importer>(original);
         QVERIFY(!fields.isEmpty());
         for (const bool isBuffered : { false, true }) {
-            Importer importer(folder.filePath(QString::fromLatin1(name)));
+            Importer importer(folder.filePath(QString(QChar(0xE9)) + QLatin1String(name.right(4))));
             importer.setReadingBuffered(isBuffered);
             openedNames(importer);
             QCOMPARE(describe(importer), fields);

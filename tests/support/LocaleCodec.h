@@ -3,6 +3,9 @@
 
 #include <QTextCodec>
 
+/// Whether the names of files are UTF-8 in every locale, as in Qt 6.
+constexpr bool fileNamesAreUtf8 = QT_VERSION >= QT_VERSION_CHECK(6, 0, 0);
+
 /// Sets the codec of the locale while it lives.
 class LocaleCodec
 {

@@ -87,7 +87,7 @@ private Q_SLOTS:
         QTEST(run.status, "status");
         const QJsonValue report = run.json();
         QTEST(report["mode"].toInt(), "number");
-        QTEST(report["errors"].toArray().size(), "errors");
+        QTEST(int(report["errors"].toArray().size()), "errors");
         QCOMPARE(report["frequencies"].toArray().size(), frequencies);
         const QByteArray table = check({ "--mode", mode, "lookup.txt" }).out;
         QCOMPARE(table.contains("Errors: 2"), mode != "count");
