@@ -24,6 +24,8 @@ if(dynamic MATCHES "Qt[56](Gui|Widgets)" OR NOT dynamic MATCHES "Qt[56]Core")
 endif()
 
 file(STRINGS ${LIST} wanted)
+string(REPLACE "QVector<" "QList<" wanted "${wanted}") # one class in Qt 6
+string(REPLACE "QVector<" "QList<" found "${found}")
 set(missing ${wanted})
 list(REMOVE_ITEM missing ${found})
 set(others ${found})
