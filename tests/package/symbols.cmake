@@ -35,7 +35,7 @@ foreach(line IN LISTS lines)
         list(APPEND found ${owner})
     elseif(symbol MATCHES "^_")
         # of the compiler and its run-time libraries
-    elseif(kind MATCHES "[WVu]" AND name_alone MATCHES "std::|Q[A-Z]|^decltype ")
+    elseif(kind MATCHES "[WVu]" AND name_alone MATCHES "std::|Q[A-Z]|^decltype( |$)")
         # inline code of the standard library and of Qt, which every user of theirs has
     else()
         list(APPEND wrong "${symbol}")
