@@ -3,26 +3,26 @@
 
 #include "FuzzedFile.h"
 #include "import/ReadReport.h"
-#include "support/WholeRoad.h"
+#include "support/ImportedText.h"
 
 #include <QtGlobal>
 
-// A file in both ways of reading, which must tell the same; with a report in one of them, which must not change a thing
-// either. `tune` gets each importer before it reads.
+// A file in both ways of reading, which must have equal results; with a report in one of them, which must not change
+// anything either. `tune` gets each importer before it reads.
 template <typename Importer, typename Tune> void readInBothWays(const uint8_t *data, size_t size, Tune tune)
 {
     static FuzzedFile file;
     const QString name = file.holding(data, size);
-    QString told[2];
+    QString texts[2];
     for (const bool isBuffered : { false, true }) {
         Importer importer(name);
         importer.setReadingBuffered(isBuffered);
         ReadReport report;
         importer.setReadReport(isBuffered ? &report : nullptr);
         tune(importer);
-        told[isBuffered] = takeWholeRoad(importer);
+        texts[isBuffered] = importedText(importer);
     }
-    if (told[0] != told[1])
+    if (texts[0] != texts[1])
         qFatal("the two ways of reading differ");
 }
 

@@ -2,14 +2,14 @@
 #define FUZZ_SAMEWITHREPORT_H
 
 #include "import/ReadReport.h"
-#include "support/WholeRoad.h"
+#include "support/ImportedText.h"
 
-/// Reads a file without a report and with one: both must tell the same.
+/// Reads a file without a report and with one: both results must be equal.
 template <typename Importer> void requireSameWithReport(Importer &&alone, Importer &&toldOf)
 {
     ReadReport report;
     toldOf.setReadReport(&report);
-    if (takeWholeRoad(alone) != takeWholeRoad(toldOf))
+    if (importedText(alone) != importedText(toldOf))
         qFatal("a report changes what is read");
     for (const ReadNote &note : report.notes()) {
         if (note.id().isEmpty() || note.message().isEmpty() || note.line < 0)

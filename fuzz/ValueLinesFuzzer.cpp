@@ -1,4 +1,5 @@
-// The lines of one value set, of a number or a text. The first byte tells which, and answers the question on decimals.
+// The lines of one value set, of a number or a text. The first byte selects which, and is the answer to the question
+// about decimals.
 
 #include "cspro/CSPro_p.h"
 

@@ -1,4 +1,4 @@
-// Makes household.sav and household.dta in a folder: one small household survey in both forms.
+// Makes household.sav and household.dta in a directory: one small household survey in both forms.
 
 #include "StatFile.h"
 

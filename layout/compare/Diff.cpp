@@ -37,7 +37,7 @@ QString describeRelation(const Relation &relation)
     return relation.aliases.isEmpty() ? text : text + QLatin1String("; aliases ") + comparableAliases(relation.aliases);
 }
 
-// The name of the item that holds a subitem, also where there is none; empty for an item.
+// The name of the item that holds a subitem, also if there is none; empty for an item.
 QString describeParent(const Item &item)
 {
     return item.isSubitem && item.subitemOf.isEmpty() ? QStringLiteral("(no item)") : item.subitemOf;
@@ -54,7 +54,7 @@ int itemCountOf(const Layout &layout)
     return count;
 }
 
-/// The languages with a code that a layout declares, by code without regard to case.
+/// The languages with a code that a layout declares, by code ignoring case.
 class LanguageNames
 {
 public:
@@ -371,7 +371,7 @@ private:
         compareItems(*earlier.item, *later.item, place, scope, labels, changes);
         values.compare(*earlier.item, *later.item, place, changes);
     }
-    // Records of one name, as the id items of all levels have it, are told apart by their levels.
+    // Records of the same name, such as the id items of all levels, are distinguished by their levels.
     void addMove(const ItemContainer &from, const ItemContainer &to, const Change &place)
     {
         const bool isName = from.name() != to.name();

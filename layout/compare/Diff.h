@@ -174,9 +174,9 @@ struct VANLAYOUT_EXPORT DiffOptions {
 /// can hold; `LayoutDiff::notCompared` lists the rest. The order of records, items, values and aliases is not compared:
 /// that of items shows in their columns.
 ///
-/// Levels are matched by their depth. Records are matched by name, then without regard to case, then as renamed where
+/// Levels are matched by their depth. Records are matched by name, then ignoring case, then as renamed where
 /// most of their items have the same names, or where their type and label are the same. Items are matched within their
-/// record by name, then without regard to case, then by their name in another record, which makes them moved; then, in
+/// record by name, then ignoring case, then by their name in another record, which makes them moved; then, in
 /// their record, as renamed by columns, type, labels and value labels, never by columns or labels that several have.
 /// Value sets are matched by name, then by content; values by code and range, each of several codes by itself.
 ///

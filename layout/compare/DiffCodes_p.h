@@ -9,7 +9,7 @@ namespace vanlayout
 
 /// A code in the spelling that all equal codes have in common.
 ///
-/// The code of a numeric item is without blanks around it, zeros in front, zeros behind the decimal mark and a plus
+/// The code of a numeric item is without blanks around it, zeros in front, zeros after the decimal mark and a plus
 /// sign, with a point as decimal mark; a text that is no plain number stays as it is between its blanks. The code of
 /// any other item is without blanks at the end, since codes are padded to the length of the item.
 QString canonicalCode(const QString &code, bool isNumeric);

@@ -11,7 +11,7 @@ namespace vanlayout
 
 /// The languages of one layout: those that it declares, then those that its labels name beside them.
 ///
-/// A first part without a language is in the first of them. Further parts without a language, behind the declared ones,
+/// A first part without a language is in the first of them. Further parts without a language, after the declared ones,
 /// have numbers as codes: "#2".
 class LayoutLanguages
 {
@@ -29,7 +29,7 @@ private:
     void addUsed(const Labels &labels);
 
     QStringList list;
-    KeyedMap<QString, int> places; // by code without regard to case
+    KeyedMap<QString, int> places; // by code ignoring case
 };
 
 /// The labels of two layouts, language by language.

@@ -24,7 +24,7 @@ struct NameKeyHash {
     }
 };
 
-/// The traits that two items share which are taken for one under two names. A trait that a rule does not use is 0 or
+/// The traits that two items share which are read as one under two names. A trait that a rule does not use is 0 or
 /// empty.
 struct Traits {
     quint64 record = 0;
@@ -70,7 +70,7 @@ constexpr RenamingRule renamingRules[] = {
 
 /// The parts of the name that an occurrence has in a statistical file: "X_2".
 struct OccurrenceName {
-    QString item; // without regard to case; empty for another name
+    QString item; // ignoring case; empty for another name
     int number = 0;
 };
 

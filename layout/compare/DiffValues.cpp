@@ -8,7 +8,7 @@ namespace vanlayout
 namespace
 {
 
-// A code as the file has it. Blanks in front of a text are part of the code.
+// A code as the file has it. Blanks before a text are part of the code.
 QString spelledCode(const QString &key, const QString &code)
 {
     return canonicalCode(code, false) == key ? key : code.trimmed();

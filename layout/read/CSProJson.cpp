@@ -38,7 +38,7 @@ bool isComment(const QByteArray &bytes, int position)
     return byteAt(bytes, position) == '/' && (second == '/' || second == '*');
 }
 
-// Behind the comment at \a begin; the end of the bytes if it does not end in them.
+// After the comment at \a begin; the end of the bytes if it does not end in them.
 int behindComment(const QByteArray &bytes, int begin)
 {
     const bool isBlock = bytes.at(begin + 1) == '*';

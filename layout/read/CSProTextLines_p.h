@@ -42,7 +42,7 @@ struct Statement {
 /// Cuts a text into its statements. All views stay valid as long as this object and the text.
 ///
 /// In this order: a line of two or more characters whose last one is `&` goes on with the next line; white space is cut
-/// at both ends; empty lines and lines that begin with `.` are left out; the first `=` parts key and value, and white
+/// at both ends; empty lines and lines that begin with `.` are omitted; the first `=` parts key and value, and white
 /// space around it belongs to neither.
 class CSProTextLines
 {

@@ -20,7 +20,7 @@ QString textOf(std::string_view value);
 /// \a value for a message: in quotation marks, on one line, cut where it is long.
 QString shown(std::string_view value);
 
-/// Leading digits with an optional sign; 0 where there are none. Numbers beyond `int` are the nearest `int`.
+/// Leading digits with an optional sign; 0 if there are none. Numbers beyond `int` are the nearest `int`.
 struct Number {
     int value = 0;
     bool isWhole = false; ///< whether all of the text is a number
@@ -49,7 +49,7 @@ struct Codes {
 };
 /// Codes and ranges between blanks or tabs, such as `1 3:5 'A b'`. A code in `'` or `"` ends at the same mark; any
 /// other at a blank, tab or colon. A colon directly after a code makes a range with the code directly after the colon.
-/// Empty codes are left out.
+/// Empty codes are omitted.
 Codes codesOf(std::string_view text);
 
 /// A value line, cut at its first `;`, even within quotation marks.

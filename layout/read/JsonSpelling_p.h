@@ -12,7 +12,7 @@
 namespace vanlayout
 {
 
-/// Memory for RapidJSON, which does not check what it is given: raises `std::bad_alloc` where there is none.
+/// Memory for RapidJSON, which does not check what it is given: raises `std::bad_alloc` if there is none.
 class JsonAllocator
 {
 public:

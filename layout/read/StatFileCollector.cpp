@@ -16,8 +16,8 @@ namespace
 {
 
 constexpr qint64 firstUtf8Stata = 118;
-constexpr int mostMessages = 3;
-constexpr int mostReserved = 1 << 14; // items: their number in the head of a file may be wrong
+constexpr int maxMessages = 3;
+constexpr int maxReserved = 1 << 14; // items: their number in the head of a file may be wrong
 
 // Bytes of labels and notes that a file of any size may have.
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // the way is the same, and many more can be tried
@@ -130,7 +130,7 @@ void Collector::onError(const char *message, void *context)
     collector->run([=] {
         // Some messages repeat the words of the error, with a number of the system that has nothing to do with it.
         const bool isNew = !std::strstr(message, "(retval = ");
-        if (isNew && collector->messages.size() < mostMessages)
+        if (isNew && collector->messages.size() < maxMessages)
             collector->messages.append(asLine(message));
     });
 }
@@ -152,8 +152,8 @@ void Collector::takeMetadata(readstat_metadata_t *metadata)
     if (modified != layout.created)
         layout.modified = modified;
     announcedVariables = metadata->var_count;
-    items.reserve(int(std::clamp<qint64>(announcedVariables, 0, mostReserved)));
-    // Behind its variables, ReadStat reads all rows of a SAS data set.
+    items.reserve(int(std::clamp<qint64>(announcedVariables, 0, maxReserved)));
+    // After its variables, ReadStat reads all rows of a SAS data set.
     hasAll = layout.format == Format::Sas && announcedVariables == 0;
 }
 

@@ -14,7 +14,7 @@ namespace vanlayout
 
 /// How a codebook is written.
 struct VANLAYOUT_EXPORT CodebookOptions {
-    /// Code of the language that the page opens in, without regard to case; the primary one where it is empty or where
+    /// Code of the language that the page opens in, ignoring case; the primary one where it is empty or where
     /// the layout has no such language.
     QString language;
     bool hasProblems = true; ///< whether the page shows the problems of the file
@@ -37,7 +37,7 @@ struct VANLAYOUT_EXPORT CodebookIndexItem {
 
 /// One codebook in the index of several: its facts, and the texts that the search goes by. The layout need not be kept.
 struct VANLAYOUT_EXPORT CodebookIndexEntry {
-    QString page; ///< file name of the page, in the folder of the index
+    QString page; ///< file name of the page, in the directory of the index
     QString file; ///< name of the file that the layout was read from, without its folder; empty for standard input
     QString name; ///< name of the layout
     Labels labels;

@@ -76,7 +76,7 @@ private:
             digits.append(text.at(index).toLatin1());
         return count;
     }
-    // 0 where there is none; nothing for one that is not a small number.
+    // 0 if there is none; nothing for one that is not a small number.
     std::optional<int> takeExponent()
     {
         constexpr int longest = 6;
@@ -117,12 +117,12 @@ std::optional<Digits> digitsOf(const QString &code)
 
 QByteArray spell(const Digits &number)
 {
-    constexpr int mostZeros = 4;
+    constexpr int maxZeros = 4;
     if (number.digits.isEmpty())
         return QByteArrayLiteral("0");
     const QByteArray sign = number.isNegative ? QByteArrayLiteral("-") : QByteArray();
     const int count = number.digits.size();
-    if (number.exponent > longestPlain || number.exponent < -mostZeros) {
+    if (number.exponent > longestPlain || number.exponent < -maxZeros) {
         const QByteArray fraction = count > 1 ? '.' + number.digits.mid(1) : QByteArray();
         return sign + number.digits.left(1) + fraction + 'e' + QByteArray::number(number.exponent - 1);
     }

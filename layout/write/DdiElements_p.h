@@ -17,7 +17,7 @@ inline QString ddiFileId()
 }
 
 /// One `labl` for each text of the labels that is not empty, with its language. \a level names the element that it is
-/// the label of, such as "variable"; empty where it is left out.
+/// the label of, such as "variable"; empty where it is omitted.
 inline void writeDdiLabels(XmlStream &xml, const Labels &labels, const QString &level)
 {
     for (const Label &label : labels.parts) {

@@ -19,7 +19,7 @@ QString valueLine(const Value &value, const QString &label)
     return line;
 }
 
-// Collects lines by language, in one pass over the texts.
+// Collects lines by language, in one skip the texts.
 class NoteMaker
 {
 public:

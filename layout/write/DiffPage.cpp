@@ -64,7 +64,7 @@ QByteArray shownHtml(DiffKind kind, const QString &text)
     return htmlOf(hasFreeText(kind) && !text.isEmpty() ? text : wordingOf(text));
 }
 
-/// Writes the sections of the page, as a walk through the changes asks for them.
+/// Writes the sections of the page, as a walk through the changes requests them.
 class ChangeSections
 {
 public:

@@ -66,7 +66,7 @@ public:
     }
 
 private:
-    // Members that are left out where they have their default, or are absent.
+    // Members that are omitted where they have their default, or are absent.
     void optionalText(const char *key, const std::optional<QString> &value)
     {
         if (value)

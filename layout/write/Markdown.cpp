@@ -25,7 +25,7 @@ QString nameAndLabel(const QString &name, const QString &label)
     return markdownText(name) + separator + markdownText(label.trimmed());
 }
 
-// The columns of an item, "5" or "5-7" at its first occurrence; empty where there are none.
+// The columns of an item, "5" or "5-7" at its first occurrence; empty if there are none.
 QString columnsText(const Item &item)
 {
     if (item.start <= 0)

@@ -137,7 +137,7 @@ SectionLines TCSPro::sectionLines(const TextLines &lines, int &index) const
     SectionLines section;
     section.reserve(usualSectionSize);
     int next = index + 1;
-    // The line is not trimmed here: a header behind blanks ends no section but is read as a line of this one.
+    // The line is not trimmed here: a header after blanks ends no section but is read as a line of this one.
     for (; lines.has(next) && !cspro::isHeader(lines.at(next)); ++next) {
         const QStringView line = lines.at(next).trimmed();
         if (line.isEmpty())
@@ -288,7 +288,7 @@ QString TCSPro::nameOfOccurrence(const TCSProItem &item, int occurrence)
     return item.name + QLatin1Char('_') + numberCharacter(occurrence);
 }
 
-// Stores one copy of an item for each occurrence, one behind the other; none where it occurs less than once. The item
+// Stores one copy of an item for each occurrence, one after the other; none where it occurs less than once. The item
 // itself is not stored.
 void TCSPro::addOccurrences(const TCSProItem &item)
 {
@@ -324,7 +324,7 @@ void TCSPro::storeItem(TCSProItem *item)
 
 void TCSPro::readValueSet(const TextLines &lines, int &index)
 {
-    // Only the first value set of an item counts; one in front of the first item describes nothing.
+    // Only the first value set of an item counts; one before the first item describes nothing.
     if (!currentItem || currentItem->hasValueSets()) {
         notes.valueSetSkipped(lines, index);
         return;
@@ -346,7 +346,7 @@ void TCSPro::readValueSet(const TextLines &lines, int &index)
     attachValueSet(parsed.set.release());
 }
 
-// The item gets the marked codes, even where reading fails behind them or the set is dropped.
+// The item gets the marked codes, even where reading fails after them or the set is dropped.
 void TCSPro::readValues(const SectionLines &section, cspro::ParsedValueSet &parsed, cspro::ValueSetNotes &setNotes)
 {
     const auto takeMarks = qScopeGuard([&] {

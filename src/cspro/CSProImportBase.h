@@ -60,7 +60,7 @@ protected:
     QString getGroupName(int index) override; ///< "name=type", the whole entry; null outside of the list
     /// The first entry that contains the text of getGroupName(): the same whole entry, unless an earlier one contains
     /// it too. "" outside of the list. A null text from getGroupName() of a subclass counts as "", which every entry
-    /// contains. The search for an entry is bounded: behind the first 200 or more it is its own value.
+    /// contains. The search for an entry is bounded: after the first 200 or more it is its own value.
     QString getGroupValue(int index) override;
     int getRecordTypeIndex(QString value) override; ///< of the last record of this type, from 0; -1 if there is none
     int getRecordTypeStart() override;              ///< column of the record type, from 1

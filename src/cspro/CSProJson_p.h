@@ -15,7 +15,7 @@ namespace cspro
 /// Where items are listed. Those of a record can occur several times, the id items once.
 enum class ItemPlace { ids, record };
 
-/// The object of the key "dictionary", or the whole document where there is none.
+/// The object of the key "dictionary", or the whole document if there is none.
 QJsonObject dictionaryOf(const QJsonObject &root);
 /// Whether a "contentType" is that of a text; any other is that of a number.
 bool isAlpha(const QJsonValue &contentType);
@@ -45,7 +45,7 @@ public:
     /// null.
     void setReport(ReadReport *newReport) { notes.setReport(newReport); }
 
-    /// Reads a file, if it begins with "{" behind white space, all within its first 16 bytes. A second call appends.
+    /// Reads a file, if it begins with "{" after white space, all within its first 16 bytes. A second call appends.
     ///
     /// A dictionary that needs more items, name characters or values than the limits allow is read up to the item that
     /// exceeds them.
@@ -74,7 +74,7 @@ private:
     QString readJsonLabel(const QJsonObject &object) const;
     /// Attaches the first value set of \a object to \a item, its values in the order of the document.
     void readJsonValueSets(TCSProItem *item, const QJsonObject &object);
-    /// Adds one item, and moves \a position behind it. Without a "start" the item begins at the position, but not
+    /// Adds one item, and moves \a position after it. Without a "start" the item begins at the position, but not
     /// before column 1; with a "start" the position goes by that, whatever the flag is. Does nothing for a null record.
     void readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position, bool relativePositions,
                       bool decimalMarkDefault, bool zeroFillDefault);

@@ -110,7 +110,7 @@ public:
     int start = 1;       ///< column, from 1
     bool decimalChar = false;
     bool zeroFill = false;
-    bool isFurtherOccurrence = false; ///< a copy behind the first one of its item
+    bool isFurtherOccurrence = false; ///< a copy after the first one of its item
     int firstOccurrence = 0;          ///< 0 for a plain item; on copies the number of items before the first copy
     TCSProRecord *record = nullptr;
     QList<TCSProValueSet *> *valueSets;

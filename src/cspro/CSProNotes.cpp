@@ -55,7 +55,7 @@ void reportOverlaps(ReadReport &report, std::vector<const TCSProItem *> items, c
     const auto before = [](const TCSProItem *a, const TCSProItem *b) { return a->start < b->start; };
     if (!std::is_sorted(items.cbegin(), items.cend(), before))
         std::stable_sort(items.begin(), items.end(), before);
-    qint64 taken = std::numeric_limits<qint64>::min(); // the column behind those of the items so far
+    qint64 taken = std::numeric_limits<qint64>::min(); // the column after those of the items so far
     for (const TCSProItem *item : items) {
         const Span span = spanOf(*item);
         if (span.begin < taken || meets(everyLine, span)) {
@@ -141,7 +141,7 @@ public:
             highest = { &value, number };
     }
 
-    /// Behind the last value: of the bounds, each once.
+    /// After the last value: of the bounds, each once.
     void reportBounds() const
     {
         const bool isMinimum = lowest.value && numbers::toText(lowest.number) == field.minimum;

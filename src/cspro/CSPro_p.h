@@ -73,10 +73,10 @@ private:
     /// The trimmed lines of the section whose header is at \a index, without empty ones; \a index moves to the last
     /// line of the section.
     SectionLines sectionLines(const TextLines &lines, int &index) const;
-    /// The text behind "=" in the first line that contains \a key anywhere, case-sensitively; "" if no line does, and
+    /// The text after "=" in the first line that contains \a key anywhere, case-sensitively; "" if no line does, and
     /// where the line does not have exactly one "=".
     QString getStringValue(const SectionLines &lines, const QString &key) const;
-    /// The same as an integer in base 10; \a defaultValue where there is none.
+    /// The same as an integer in base 10; \a defaultValue if there is none.
     int getIntValue(const SectionLines &lines, const QString &key, int defaultValue) const;
 
     // Each reads the section whose header is at index, and moves the index to its last line.

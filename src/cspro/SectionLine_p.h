@@ -44,7 +44,7 @@ inline bool containsKey(QStringView line, QStringView key)
     return false;
 }
 
-/// The text behind the "=" of a line; nothing where the line does not have exactly one.
+/// The text after the "=" of a line; nothing where the line does not have exactly one.
 inline std::optional<QStringView> valueIn(QStringView line)
 {
     const int equals = textfile::indexOf(line, '=');
@@ -53,7 +53,7 @@ inline std::optional<QStringView> valueIn(QStringView line)
     return line.mid(equals + 1);
 }
 
-/// The text in front of the first "=" of a line, without blanks around it; all of the line where there is no "=".
+/// The text before the first "=" of a line, without blanks around it; all of the line where there is no "=".
 inline QStringView keyOf(QStringView line)
 {
     const int equals = textfile::indexOf(line, '=');

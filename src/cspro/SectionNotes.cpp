@@ -98,7 +98,7 @@ public:
     {
     }
 
-    /// Whether a line in front of the one at \a index has \a key, which is one of the keys that are read.
+    /// Whether a line before the one at \a index has \a key, which is one of the keys that are read.
     bool has(QStringView key, size_t index)
     {
         for (; next < index; ++next) {
@@ -112,7 +112,7 @@ private:
 
     const SectionLines &lines;
     const Keys &keys;
-    std::bitset<64> found; ///< by the place of a key; all keys that are not read share the place behind the last
+    std::bitset<64> found; ///< by the place of a key; all keys that are not read share the place after the last
     size_t next = 0;
 };
 

@@ -26,7 +26,7 @@ public:
     int headerLine() const { return header; }
 
     void add(const ReadNote &note) { gathered.push_back(note); }
-    /// The line at \a index is the source of \a key; the index behind the last line means that no line is.
+    /// The line at \a index is the source of \a key; the index after the last line means that no line is.
     ///
     /// A number key is taken from no line, too, where the line holds no number and no line has exactly this key: the
     /// result is the same.

@@ -89,7 +89,7 @@ public:
         if (report)
             section.begin(kind, firstLine + headerIndex, lines.size());
     }
-    /// The line of the section at \a line is the source of \a key; the index behind the last line where none is.
+    /// The line of the section at \a line is the source of \a key; the index after the last line where none is.
     void keyRead(const SectionLines &lines, size_t line, const QString &key, KeyType type)
     {
         if (report)

@@ -69,7 +69,7 @@ void TextFileReader::forEachBrokenLine(const std::function<void(int, const QStri
     }
 }
 
-// The index behind the first line feed that a bracket follows and that lies behind the usual size.
+// The index after the first line feed that a bracket follows and that lies after the usual size.
 int TextFileReader::endOfBlock() const
 {
     const int usualEnd = position + usualBlockSize;

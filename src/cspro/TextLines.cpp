@@ -20,7 +20,7 @@ TextLines TextLines::ofText(QStringView text)
     return lines;
 }
 
-// Moves to the line at the index, or behind the last one.
+// Moves to the line at the index, or after the last one.
 void TextLines::moveTo(int index) const
 {
     if (index < line) {

@@ -7,7 +7,7 @@
 #include <vector>
 
 /// The lines of a text or of a list of texts, read in their order. They are views: the text or list must outlive them.
-/// Going forward costs one pass over the text; going back starts again at its first line.
+/// Going forward costs one skip the text; going back starts again at its first line.
 class TextLines
 {
 public:

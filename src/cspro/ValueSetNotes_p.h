@@ -10,7 +10,7 @@
 namespace cspro
 {
 
-/// The mark that a name line puts on the value in front of it. Its number becomes the type of the value.
+/// The mark that a name line puts on the value before it. Its number becomes the type of the value.
 enum class ValueMark { missing = 1, notApplicable = 2 };
 
 /// The diagnostics of one value set of a text dictionary.
@@ -31,7 +31,7 @@ public:
 
     // The events of a line, in their order. Line numbers are those of the file.
     void lineBegun(int number) { currentLine = number; }
-    /// A value line begins; the value in front of it is in the set, unless it is special.
+    /// A value line begins; the value before it is in the set, unless it is special.
     void valueBegun()
     {
         if (isOn)
@@ -44,7 +44,7 @@ public:
             endLine(index);
     }
 
-    // The events within a line; \a line is its text behind the key.
+    // The events within a line; \a line is its text after the key.
     void unusualLine(NoteKind kind, QStringView line) const
     {
         if (isOn)
@@ -86,7 +86,7 @@ public:
             setLineOfNewValues(pendingLine);
     }
 
-    // The events behind the lines, in their order.
+    // The events after the lines, in their order.
     void sectionRead(const SectionLines &section)
     {
         if (isOn)

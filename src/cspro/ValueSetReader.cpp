@@ -44,10 +44,10 @@ bool isBlank(QStringView text)
 
 // Whether only blanks are left of a code when its colons are replaced.
 //
-// Every place of the code is tested once, from the first to the last. A colon and the character in front of it become
-// one blank. The text is then one character shorter: the character behind the colon moves to the place of the colon,
-// and is not tested. A colon at the first place has no character in front of it: there the whole code is put in front
-// of the blank, so that the text has the code twice, and the next colon shortens what is behind it.
+// Every place of the code is tested once, from the first to the last. A colon and the character before it become
+// one blank. The text is then one character shorter: the character after the colon moves to the place of the colon,
+// and is not tested. A colon at the first place has no character before it: there the whole code is put in front
+// of the blank, so that the text has the code twice, and the next colon shortens what is after it.
 bool colonsLeaveOnlyBlanks(const QString &code)
 {
     const QLatin1Char colon(':');
@@ -55,7 +55,7 @@ bool colonsLeaveOnlyBlanks(const QString &code)
     const int places = code.size();
     int next = 0; // index of the character that is now at the place
     int end = text.size();
-    bool isBlankBefore = true; // the character in front of the place; all others in front are blanks
+    bool isBlankBefore = true; // the character before the place; all others in front are blanks
     for (int place = 0; place < places && next < end; ++place) {
         if (place > 0 && text.at(next) == colon) {
             isBlankBefore = true;
@@ -100,7 +100,7 @@ bool ValueSetReader::readLine(QStringView line)
     const QLatin1String nameKey("name=");
     if (beginsWith(line, valueKey))
         readValue(line.mid(valueKey.size()));
-    else if (pending && beginsWith(line, nameKey)) // in front of the first value it is the name of the set
+    else if (pending && beginsWith(line, nameKey)) // before the first value it is the name of the set
         readMark(line.mid(nameKey.size()));
     else
         return false;
@@ -177,7 +177,7 @@ void ValueSetReader::readValueWithoutLabel(QStringView line)
     notes.unusualLine(line.startsWith(QLatin1Char(';')) ? NoteKind::labelAsCode : NoteKind::valueWithoutLabel, line);
 }
 
-// Removes an apostrophe in front of the code. The one behind it stays: 'A' in the file is the code A'.
+// Removes an apostrophe before the code. The one after it stays: 'A' in the file is the code A'.
 void ValueSetReader::unquoteCode(QStringView line)
 {
     if (!code.startsWith(QLatin1Char('\'')))
@@ -191,7 +191,7 @@ void ValueSetReader::readRangeWithLabel(QStringView line, int colon)
 {
     const QStringView upper = line.mid(colon + 1);
     const int semicolon = textfile::indexOf(upper, ';');
-    // A semicolon right behind the colon stays in the code, and the label is that of an earlier line.
+    // A semicolon right after the colon stays in the code, and the label is that of an earlier line.
     code = text(semicolon > 0 ? upper.left(semicolon) : upper);
     if (semicolon > 0)
         label = text(upper.mid(semicolon + 1));
@@ -215,7 +215,7 @@ void ValueSetReader::readRangeWithoutLabel(QStringView line, int colon)
     notes.unusualRange(NoteKind::rangeWithoutLabel, line);
 }
 
-// Several values and ranges with one label: every piece but the first keeps the blank or colon in front of it.
+// Several values and ranges with one label: every piece but the first keeps the blank or colon before it.
 void ValueSetReader::readSeveral(QStringView line, int semicolon)
 {
     notes.unusualRange(NoteKind::severalInALine, line);
@@ -242,7 +242,7 @@ void ValueSetReader::readMark(QStringView line)
         return notes.unusualLine(NoteKind::markNotRecognised, line);
     code = line.left(comma - 1).toString().toUpper();
     label = line.mid(comma).toString().toUpper();
-    // Never true, as the label begins with the comma: the word behind it has no effect.
+    // Never true, as the label begins with the comma: the word after it has no effect.
     pending->special = label == QLatin1String("SPECIAL");
     if (code == QLatin1String("MISSING"))
         mark(ValueMark::missing, parsed.missing);

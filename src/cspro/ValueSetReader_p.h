@@ -21,7 +21,7 @@ struct ParsedValueSet {
 
 /// Reads the value lines and the name lines of a value set.
 ///
-/// The code and the label that a line sets stay set for the lines behind it: some shapes of line use them.
+/// The code and the label that a line sets stay set for the lines after it: some shapes of line use them.
 class ValueSetReader
 {
 public:

@@ -16,7 +16,7 @@ public:
     TValueSetItem();
     ~TValueSetItem() override;
 
-    QString name = emptyText(); ///< the value's label; null in a range in front of the first label of its set
+    QString name = emptyText(); ///< the value's label; null in a range before the first label of its set
     QString code;               ///< the value as text; U+0003 in a new one
     int type = 0;               ///< 0 plain, 1 missing, 2 not applicable
     bool special = false;       ///< the value is a missing or not-applicable mark

@@ -39,7 +39,7 @@ QChar separatorCharacter(int separator)
     return QLatin1Char(separators[isKnown ? separator : spaceSeparator]);
 }
 
-// A separator in the first column has no key in front of it and does not count as a separator.
+// A separator in the first column has no key before it and does not count as a separator.
 bool hasKey(int separatorPosition)
 {
     return separatorPosition >= 1;

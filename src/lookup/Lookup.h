@@ -17,7 +17,7 @@ class ReadReport;
 ///
 /// A line is a key, one separator and a value. The key is everything before the first separator and has at least one
 /// character. The value is everything after that separator and may contain further separators. Nothing is trimmed,
-/// except that the blanks in front of a value are removed where the separator is the space. There is no header, no
+/// except that the blanks before a value are removed where the separator is the space. There is no header, no
 /// comment and no quoting. The text is read by `QTextStream`: in the encoding of the locale, or in UTF-8, UTF-16 or
 /// UTF-32 after a byte-order mark. A line ends at LF or CR LF.
 ///
@@ -46,7 +46,7 @@ public:
     QString getFfileName() const;
     void setFfileName(const QString &newFileName);
     /// The separator by its number: 0 space, 1 tab, 2 comma, 3 semicolon, 4 colon. Any other number means a space too,
-    /// but the blanks in front of the value are kept.
+    /// but the blanks before the value are kept.
     int getSeparator() const;
     void setSeparator(int newSeparator);
     /// The max number of messages over the whole life of the object; 0 in a new object.

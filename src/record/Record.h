@@ -58,7 +58,7 @@ private:
     void addBrother(TVpRecord *record);
     /// Appends \a record as the last child.
     void addChild(TVpRecord *record);
-    /// Inserts \a newRecord in front of the child \a before, or at the end for null. Does nothing where \a before is
+    /// Inserts \a newRecord before the child \a before, or at the end for null. Does nothing where \a before is
     /// not a child of this node.
     void insertChild(TVpRecord *before, TVpRecord *newRecord);
     /// Unlinks the direct child \a childName. It is not freed and keeps its parent. Does nothing where there is no such

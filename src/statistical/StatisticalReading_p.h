@@ -34,7 +34,7 @@ public:
     explicit Reading(const Format &fileFormat);
     Reading(const Format &fileFormat, const QString &path, Buffering fileBuffering);
 
-    /// Makes one pass over the file. A handler that is null is not installed. An exception from a handler ends the pass
+    /// Makes one skip the file. A handler that is null is not installed. An exception from a handler ends the pass
     /// and is raised here.
     readstat_error_t pass(readstat_value_label_handler onLabel, readstat_variable_handler onVariable, void *context);
     /// The path in the encoding of the system.

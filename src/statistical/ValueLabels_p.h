@@ -80,7 +80,7 @@ struct LabelText {
     QString maximum; ///< null where the span has no upper value
 };
 
-/// Writes the text and the span of \a set into \a made. Labels without a value are left out.
+/// Writes the text and the span of \a set into \a made. Labels without a value are omitted.
 void makeLabelText(const Format &format, const LabelSet &set, LabelText &made);
 
 } // namespace statistical

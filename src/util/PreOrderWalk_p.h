@@ -27,10 +27,10 @@ public:
     /// The current node. The walk must not be over.
     const Node &node() const { return path.back(); }
 
-    /// Goes to the first node below the current one. Answers false, and stays, where there is none.
+    /// Goes to the first node below the current one. Answers false, and stays, if there is none.
     bool goBelow() { return enter(tree.firstBelow(path.back())); }
 
-    /// Goes to the first node behind everything below the current one. Answers false, and is over, where there is none.
+    /// Goes to the first node after everything below the current one. Answers false, and is over, if there is none.
     bool goOn()
     {
         while (!path.empty()) {
@@ -42,7 +42,7 @@ public:
         return false;
     }
 
-    /// Goes to the next node. Answers false, and is over, where there is none.
+    /// Goes to the next node. Answers false, and is over, if there is none.
     bool advance() { return goBelow() || goOn(); }
 
 private:

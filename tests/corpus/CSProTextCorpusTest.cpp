@@ -46,7 +46,7 @@ struct Section {
     QStringList lines;
     int lastLine = 0;
 
-    // The first line that holds the key anywhere tells the value, if there is exactly one "=" in it.
+    // The first line that contains the key anywhere has the value, if it has exactly one "=".
     QString value(const QString &key, const QString &otherwise = QString()) const
     {
         for (const QString &line : lines) {

@@ -186,7 +186,7 @@ private Q_SLOTS:
         QVERIFY(file.remove());
     }
 
-    void endOfReadingIsToldWithTheLineWhereItEnded()
+    void endOfReadingIsReportedWithTheLineWhereItEnded()
     {
         ReadReport report;
         OwnedDictionary dictionary;
@@ -236,7 +236,7 @@ private Q_SLOTS:
             QCOMPARE(error->getCode(), 242);
     }
 
-    void endOfReadingAFileTooLargeIsTold()
+    void endOfReadingAFileTooLargeIsReported()
     {
         QFile file(folder.filePath("large.dcf"));
         QVERIFY(file.open(QIODevice::WriteOnly));
@@ -560,7 +560,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getRecordsCount(), records);
     }
 
-    void manyUnusedValueSetsBehindBlanksAreToldOfInOnePass()
+    void manyUnusedValueSetsBehindBlanksAreReportedInOnePass()
     {
         constexpr int count = 100000;
         QByteArray bytes = "[Item]\nName=A\nStart=1\nLen=2\n[ValueSet]\nName=V\nValue=1;One\n[ValueSet]\n";

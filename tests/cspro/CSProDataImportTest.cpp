@@ -189,7 +189,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, selects);
         OpenDictionary open(sample());
-        // The lines of the set end at index 8, in front of the last header.
+        // The lines of the set end at index 8, before the last header.
         open.file.write(QStringLiteral("[Item]\nName=HOURS\nLen=2\n\n[ValueSet]\nName=SET\nValue=1:5 7:9;Two ranges\n"
                                        "Value=3;Three\n\n[Item]\nName=AFTER\n"));
         const auto error = thrownBy([&] {

@@ -104,7 +104,7 @@ class CSProJsonBadInputTest : public QObject
 private Q_SLOTS:
     void init() { QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); }
 
-    void fileThatIsNotReadIsTold_data()
+    void fileThatIsNotReadIsReported_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("text");
@@ -123,7 +123,7 @@ private Q_SLOTS:
         QTest::newRow("cut off") << QByteArray("{ \"name\": ") << QStringLiteral("*, at byte *");
         QTest::newRow("no comma") << QByteArray("{ \"a\": 1 \"b\": 2 }") << QStringLiteral("*, at byte *");
     }
-    void fileThatIsNotReadIsTold()
+    void fileThatIsNotReadIsReported()
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QString, text);
@@ -137,7 +137,7 @@ private Q_SLOTS:
         QVERIFY2(expected.match(report.notes().front().text).hasMatch(), qPrintable(report.notes().front().text));
     }
 
-    void valueSetIsGivenBackWhereMemoryRunsOut()
+    void valueSetIsReleasedWhereMemoryRunsOut()
     {
         const QJsonObject object = QJsonDocument::fromJson("{\"name\":\"A\"" + values(3) + "}").object();
         OwnedJson dictionary;
@@ -157,7 +157,7 @@ private Q_SLOTS:
         QCOMPARE(after, before);
     }
 
-    void valueSetThatIsNoObjectIsTold()
+    void valueSetThatIsNoObjectIsReported()
     {
         for (const QByteArray set : { "5", "null", "\"VS\"", "[]" }) {
             ReadReport report;
@@ -176,7 +176,7 @@ private Q_SLOTS:
         }
     }
 
-    void endOfReadingIsToldWithItsRecord()
+    void endOfReadingIsReportedWithItsRecord()
     {
         ReadReport report;
         OwnedJson dictionary;
@@ -385,7 +385,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("number");
         QTest::addColumn<int>("length");
-        QTest::addColumn<int>("second"); // start of the item behind one without a start
+        QTest::addColumn<int>("second"); // start of the item after one without a start
 
         // clang-format off
         QTest::newRow("3e9")         << QByteArray("3e9")         << 0  << 2;

@@ -675,7 +675,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.currentRecord, dictionary.commonRecord);
     }
 
-    // two passes over the levels
+    // two skips the levels
 
     void idsOfAllLevelsComeFirstAndThenTheRecords()
     {

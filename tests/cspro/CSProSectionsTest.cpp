@@ -259,11 +259,11 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::getStringValue(dictionary, {}, QString()), QString());
     }
 
-    void recordTypeThatLosesMoreThanQuotesIsTold_data()
+    void recordTypeThatLosesMoreThanQuotesIsReported_data()
     {
         QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("type");
-        QTest::addColumn<bool>("isTold");
+        QTest::addColumn<bool>("isReported");
         QTest::newRow("quotes") << "'1'"
                                 << "1" << false;
         QTest::newRow("double quotes") << "\"1\""
@@ -285,17 +285,17 @@ private Q_SLOTS:
         QTest::newRow("different quotes") << "'1\""
                                           << "1" << true;
     }
-    void recordTypeThatLosesMoreThanQuotesIsTold()
+    void recordTypeThatLosesMoreThanQuotesIsReported()
     {
         QFETCH(QString, value);
-        QFETCH(bool, isTold);
+        QFETCH(bool, isReported);
         ReadReport report;
         OwnedDictionary dictionary;
         dictionary.setReport(&report);
         dictionary.read({ "[Record]", "Name=R", "RecordTypeValue=" + value });
         QTEST(dictionary.getRecord(0)->recordType, "type");
-        QCOMPARE(report.count(NoteKind::recordTypeCut), isTold ? 1 : 0);
-        if (isTold)
+        QCOMPARE(report.count(NoteKind::recordTypeCut), isReported ? 1 : 0);
+        if (isReported)
             QCOMPARE(report.notes().front().text, value);
     }
 

@@ -73,7 +73,7 @@ QVector<Difference> expectedDifferences()
         { "H04_ROOMS", "maximum", "20", "99" },
         { "H04_ROOMS", "missing", "99", "" },
         { "H04_ROOMS", "valueLabels", "1 Rooms\t20 Rooms\t", "0 Rooms\t99 Not stated\t" },
-        // Here the text form has no blank behind the mark, so that it is a value like others there, too.
+        // Here the text form has no blank after the mark, so that it is a value like others there, too.
         { "H05_BEDROOMS", "valueLabels", "0 Rooms\t20 Rooms\t99 Not stated\t", "0 Rooms\t99 Not stated\t" },
         // The JSON form reads no decimals: a short number is an integer, all of its length digits.
         { "H07_RENT", "type", "REAL", "INTEGER" },

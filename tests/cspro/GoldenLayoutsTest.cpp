@@ -18,7 +18,7 @@ struct Answer {
     QByteArray err;
 };
 
-// What the tool prints for a file of a folder, asked for by its bare name.
+// What the tool prints for a file of a directory, asked for by its bare name.
 Answer show(const QString &folder, const QString &name)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -69,7 +69,7 @@ void makeFile(const QString &path)
     QVERIFY(file.open(QIODevice::WriteOnly));
 }
 
-// A folder for each form of a dictionary.
+// A directory for each form of a dictionary.
 const QStringList layouts = { QStringLiteral(VAN_TEST_DATA "/cspro"), QStringLiteral(VAN_TEST_DATA "/cspro8") };
 const QString examples = QStringLiteral(VAN_EXAMPLES);
 

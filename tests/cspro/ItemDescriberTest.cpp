@@ -279,7 +279,7 @@ private Q_SLOTS:
         QCOMPARE(described(describer, text, {}, 5), (Outcome{ "", "", "" }));
     }
 
-    // As a set that has no values: what cannot be described is passed over.
+    // As a set that has no values: what cannot be described is skipped.
     void setWithoutAListIsPassedOver_data()
     {
         QTest::addColumn<int>("kind");

@@ -10,7 +10,7 @@ namespace
 
 constexpr int header = 7;
 
-// The lines of an item section behind a header in line 7.
+// The lines of an item section after a header in line 7.
 class Section
 {
 public:

@@ -110,7 +110,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("rest");
         QTest::addColumn<QByteArray>("lineEnd");
-        // The line feed before the second header stands so many bytes behind the usual size.
+        // The line feed before the second header stands so many bytes after the usual size.
         for (const int rest : { 0, 1, 2, 5 }) {
             QTest::addRow("LF %d", rest) << rest << QByteArray("\n");
             QTest::addRow("CR LF %d", rest) << rest << QByteArray("\r\n");
@@ -230,7 +230,7 @@ private Q_SLOTS:
     }
 
 #ifdef Q_OS_LINUX
-    void deviceThatTellsNoSizeIsReadToItsEnd()
+    void deviceThatHasNoSizeIsReadToItsEnd()
     {
         TextFileReader reader("/dev/null");
         QString text;

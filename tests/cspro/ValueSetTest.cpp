@@ -398,7 +398,7 @@ private Q_SLOTS:
         QCOMPARE(text.codes(), byText);
     }
 
-    // A null value stands before and behind every other, so where it ends is the sort's own matter.
+    // A null value stands before and after every other, so where it ends is the sort's own matter.
     void numericSortTakesNullValuesAsTheComparisonDoes_data()
     {
         QTest::addColumn<QStringList>("codes");

@@ -719,7 +719,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("source");
         QTest::addColumn<QString>("expected");
-        // The candidate is the folder, followed by no file name. Without a source there is no folder.
+        // The candidate is the directory, followed by no file name. Without a source there is no folder.
         QTest::newRow("absolute source") << QDir::tempPath() + "/layout.dcf" << QDir::tempPath();
         QTest::newRow("relative source") << "layout.dcf" << QDir::currentPath();
         QTest::newRow("source in a missing folder") << "/no such folder/layout.dcf"

@@ -50,7 +50,7 @@ namespace
 enum class Element { Dictionary, Level, Record, Item, ValueSet, Value };
 
 // One rule of the format. The keys of `json` are put into the element, in place of its usual keys; those of `without`
-// are left out. `expected` are the members of the layout's JSON form that differ from the usual ones, null for one that
+// are omitted. `expected` are the members of the layout's JSON form that differ from the usual ones, null for one that
 // is not there.
 struct Rule {
     const char *name;

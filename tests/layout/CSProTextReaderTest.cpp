@@ -94,7 +94,7 @@ QJsonObject elementOf(const QByteArray &section, const QJsonObject &layout)
     return layout;
 }
 
-// JSON text of a member; empty where it is left out.
+// JSON text of a member; empty where it is omitted.
 QByteArray memberOf(const QJsonObject &object, const QString &key)
 {
     if (!object.contains(key))
@@ -522,7 +522,7 @@ void CSProTextReaderTest::sectionsBelongToTheLastFittingOne_data()
 {
     QTest::addColumn<QByteArray>("sections");
     QTest::addColumn<QString>("outline");
-    // Sections as words, with a name behind the colon where they have one.
+    // Sections as words, with a name after the colon where they have one.
     const auto row = [](const char *name, const char *sections, const char *outline) {
         QTest::newRow(name) << QByteArray(sections) << outline;
     };

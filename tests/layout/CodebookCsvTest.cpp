@@ -36,7 +36,7 @@ QByteArray csv(const Layout &layout, const CodebookCsvOptions &options = {})
     return made::written(writeCodebookCsv, layout, options);
 }
 
-// The lines behind the header.
+// The lines after the header.
 QByteArray linesOf(const Layout &layout)
 {
     const QByteArray bytes = csv(layout);

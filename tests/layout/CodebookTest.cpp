@@ -85,7 +85,7 @@ QByteArray indexOf(const QVector<CodebookIndexEntry> &entries, const CodebookOpt
     return writeCodebookIndex(entries, buffer, options) ? buffer.data() : QByteArray();
 }
 
-// The text between two others, behind the first occurrence of the first.
+// The text between two others, after the first occurrence of the first.
 QByteArray between(const QByteArray &whole, const QByteArray &before, const QByteArray &behind)
 {
     const int begin = whole.indexOf(before) + before.size();

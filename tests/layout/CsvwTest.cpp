@@ -66,7 +66,7 @@ QJsonArray columnsOf(const QJsonValue &table)
     return schemaOf(table).value("columns").toArray();
 }
 
-// The column of an item behind the id.
+// The column of an item after the id.
 QJsonObject columnOf(const Item &item)
 {
     return columnsOf(tablesOf(made::layout({ item })).at(0)).at(1).toObject();

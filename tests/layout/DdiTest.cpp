@@ -171,7 +171,7 @@ QStringList textsOf(const QVector<XmlElement> &elements)
     return texts;
 }
 
-// `code=label`, with ` (kind)` behind a missing one; `-` for a category without a code, with its ranges.
+// `code=label`, with ` (kind)` after a missing one; `-` for a category without a code, with its ranges.
 QStringList categoriesOf(const XmlElement &variable)
 {
     QStringList texts;

@@ -1308,7 +1308,7 @@ void DiffTest::formatsAreComparedInWhatBothHold()
 
 void DiffTest::dictionaryIsComparedWithAStatisticalFile()
 {
-    // All records are one list, and columns, ranges and special values are left out.
+    // All records are one list, and columns, ranges and special values are omitted.
     const Layout dictionary = edited(survey(), [](Layout &l) {
         l.languages = { { "EN", "English" }, { "FR", "French" } };
         sex(l).labels = { { { "EN", "Sex" }, { "FR", "Sexe" } } };

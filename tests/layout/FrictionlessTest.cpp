@@ -53,7 +53,7 @@ QJsonObject json(const QByteArray &text)
     return QJsonDocument::fromJson(text).object();
 }
 
-// The field of an item behind the id.
+// The field of an item after the id.
 QJsonObject fieldOf(const Item &item)
 {
     return resourcesOf(made::layout({ item })).at(0)["schema"]["fields"].toArray().at(1).toObject();

@@ -12,7 +12,7 @@ using namespace vanlayout;
 namespace
 {
 
-// Has some bytes and says that reading failed behind them.
+// Has some bytes and says that reading failed after them.
 class FailingDevice : public QIODevice
 {
 public:

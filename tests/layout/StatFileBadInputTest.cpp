@@ -206,7 +206,7 @@ void StatFileBadInputTest::aFailingDeviceGivesNoLayout()
     for (int place = 0; place < bytes.size(); place += 97) {
         WatchedDevice device(&bytes, place);
         const Layout layout = readLayout(device, "name");
-        if (layout.isRead()) // which did not need the bytes behind
+        if (layout.isRead()) // which did not need the bytes after
             continue;
         QCOMPARE(layout.error()->id, QString("cannot-read"));
         QCOMPARE(layout.error()->message, QString("cannot be read: the disk is broken"));
@@ -271,8 +271,8 @@ void StatFileBadInputTest::labelsThatLieUponEachOtherAreBounded()
     const Layout layout = layoutOf(bytes);
     QVERIFY(layout.isRead());
     QCOMPARE(itemsOf(layout).size(), 1);
-    const qint64 mostLabels = ((qint64(64) << 20) + 4 * qint64(bytes.size())) / (textSize - 1);
-    QCOMPARE(qint64(itemsOf(layout).constFirst().valueSets.value(0).values.size()), mostLabels);
+    const qint64 maxLabels = ((qint64(64) << 20) + 4 * qint64(bytes.size())) / (textSize - 1);
+    QCOMPARE(qint64(itemsOf(layout).constFirst().valueSets.value(0).values.size()), maxLabels);
     QCOMPARE(layout.problems.size(), 1);
     QCOMPARE(layout.problems.constFirst().id, QString("too-much-text"));
     QCOMPARE(layout.problems.constFirst().severity, Severity::Warning);
@@ -325,7 +325,7 @@ void StatFileBadInputTest::aLabelThatReadStatCutsIsReported()
     StatFile file(StatFile::sav);
     file.variable("V", READSTAT_TYPE_DOUBLE, "The label");
     QByteArray bytes = bytesOf(file);
-    // The size of the label is in front of it.
+    // The size of the label is before it.
     const int place = bytes.indexOf("The label");
     constexpr int size = 1100;
     qToLittleEndian<quint32>(size, bytes.data() + place - 4);

@@ -665,7 +665,7 @@ void StatFileTest::lengthOfATextWithoutAFormatIsItsWidth()
     StatFile file(StatFile::sav);
     file.text("V", 5, "", "A5");
     QByteArray bytes = bytesOf(file);
-    constexpr int formatsSize = 8; // two of them, in front of the name
+    constexpr int formatsSize = 8; // two of them, before the name
     const int formats = bytes.indexOf("V       ") - formatsSize;
     QVERIFY(formats > 0);
     bytes.replace(formats, formatsSize, QByteArray(formatsSize, '\0'));
@@ -893,7 +893,7 @@ void StatFileTest::aLabelSetThatTheFileLacksIsKept()
     StatFile file(StatFile::dta, 118);
     addNumber(file, "A", file.labels("yesno", { { 1, "Yes" } }));
     QByteArray bytes = bytesOf(file);
-    bytes.replace(bytes.indexOf("yesno"), 5, "other"); // with the variable, in front of the set itself
+    bytes.replace(bytes.indexOf("yesno"), 5, "other"); // with the variable, before the set itself
     const Layout layout = layoutOf(bytes);
     QVERIFY(onlyItemOf(layout).valueSets.isEmpty());
     QCOMPARE(wordsOf(layout.extras), QStringList({ "//A|valueLabels|other|0", "|valueLabels|yesno|0" }));
@@ -1208,7 +1208,7 @@ void StatFileTest::portableTextDoesNotDependOnTheLocale()
     StatFile file(StatFile::por);
     file.variable("AGE", READSTAT_TYPE_DOUBLE, "The age");
     QByteArray bytes = bytesOf(file);
-    // The character set of the file has a cent sign behind the backslash.
+    // The character set of the file has a cent sign after the backslash.
     const QByteArray brackets("{}\\");
     bytes[bytes.indexOf(brackets) + brackets.size()] = '\xA2';
     bytes.replace("The age", "The \xA2ge");

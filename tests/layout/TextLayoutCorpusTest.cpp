@@ -16,7 +16,7 @@ namespace
 // A record whose file states another length than its items have; all others agree.
 const QString otherLength = QStringLiteral("istat-household-template.dcf INDIVIDUAL");
 
-// How often each section `[Section]` and each key `[Section]Key` comes; keys behind a value are those of `[Value]`.
+// How often each section `[Section]` and each key `[Section]Key` comes; keys after a value are those of `[Value]`.
 QMap<QByteArray, int> keysOf(const QByteArray &bytes)
 {
     QMap<QByteArray, int> keys;
@@ -33,7 +33,7 @@ QMap<QByteArray, int> keysOf(const QByteArray &bytes)
     return keys;
 }
 
-// What the sections of a layout are in sum.
+// What the sections of a layout are in total.
 struct Sums {
     int records = 0;
     int optionalRecords = 0;

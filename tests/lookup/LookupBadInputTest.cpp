@@ -46,7 +46,7 @@ template <typename Numbers> QByteArray bytesOf(const Numbers &numbers, int size,
     return bytes;
 }
 
-/// The text in UTF-16 or UTF-32, behind a mark.
+/// The text in UTF-16 or UTF-32, after a mark.
 QByteArray encoded(const QString &text, int size, bool isLowFirst)
 {
     const QString marked = QChar(QChar::ByteOrderMark) + text;

@@ -205,7 +205,7 @@ private Q_SLOTS:
                                                     textOf({ 0xD7FF }), far + 'a', far };
         QTest::newRow("half a pair") << QStringList{ textOf({ 0xDE00 }), textOf({ 0xD83D }), far,
                                                      textOf({ 0xD83D, 'a' }) };
-        QTest::newRow("case is told apart") << QStringList{ "b", "B", "a", "A", "b" };
+        QTest::newRow("case is significant") << QStringList{ "b", "B", "a", "A", "b" };
         QTest::newRow("long") << QStringList{ head + 'b', head + 'a', head, head + 'b', QString(100000, 'k'), "k" };
     }
     void entriesStandAsInAMap()
@@ -292,7 +292,7 @@ private Q_SLOTS:
         QCOMPARE(counted.numbersMade(), 3);
     }
 
-    void keysOfOneHashAreToldApart()
+    void keysOfOneHashAreDistinguished()
     {
         constexpr quint32 shared = 42; // by chance, say
         lookup::Entries entries;

@@ -143,7 +143,7 @@ struct Frequencies {
     std::map<QString, int *> map;
 };
 
-/// Adds one virtual operation: its place tells how many TVpLookup has.
+/// Adds one virtual operation: its place shows how many TVpLookup has.
 class DerivedLookup : public TVpLookup
 {
 public:
@@ -269,7 +269,7 @@ private Q_SLOTS:
         QCOMPARE(errors, QStringList("1_Separator [" + name + "] does not exist"));
     }
 
-    void keyOfAnotherLengthIsToldAndEntered()
+    void keyOfAnotherLengthIsReportedAndEntered()
     {
         TVpLookup lookup;
         lookup.setMaxMessages(noLimit);
@@ -519,7 +519,7 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::errorText(lookup), QString("Input data file [/nowhere/absent.txt] was not found"));
     }
 
-    void missingFileIsToldToAReport()
+    void missingFileIsReportedToAReport()
     {
         ReadReport report;
         TVpLookup lookup;
@@ -621,7 +621,7 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::line(lookup), QString());
         writeBytes(QByteArray("\xFF\xFE"
                               "A\0\n\0B\0",
-                              8)); // its encoding is told by its mark
+                              8)); // its byte-order mark determines its encoding
         lookup.setFfileName(path());
         QVERIFY(TestAccess::readLookup(lookup));
         QCOMPARE(TestAccess::line(lookup), QString("AB"));
@@ -1018,7 +1018,7 @@ private Q_SLOTS:
         QVERIFY(std::equal(map.begin(), map.end(), expected.begin()));
     }
 
-    void textsOfOneHashAreToldApart()
+    void textsOfOneHashAreDistinguished()
     {
         lookup::TextIndex index;
         const auto is = [](int wanted) { return [wanted](int number) { return number == wanted; }; };

@@ -642,7 +642,7 @@ private:
         record.setLabel("label");
     }
 
-    // A new record that takes a copy's value is told from the copy by what it held before.
+    // A new record with a copy's value differs from the copy in its previous value.
     template <typename Record, typename Set, typename Get, typename Value>
     static void verifyCopies(Set set, Get get, const Value &value)
     {

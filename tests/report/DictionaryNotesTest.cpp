@@ -4,7 +4,7 @@
 #include "import/ReadReport.h"
 #include "lookup/Lookup.h"
 #include "support/Thrown.h"
-#include "support/WholeRoad.h"
+#include "support/ImportedText.h"
 
 #include <QFile>
 #include <QLoggingCategory>
@@ -72,7 +72,7 @@ QByteArray value(const QByteArray &pair)
 
 } // namespace
 
-/// What the readers of dictionaries and lookups tell of odd files, and that they tell nothing else.
+/// The notes of the readers of dictionaries and lookups about odd files: these and no others.
 class DictionaryNotesTest : public QObject
 {
     Q_OBJECT
@@ -88,7 +88,7 @@ private Q_SLOTS:
         setDecimalAnswer([](const DecimalQuestion & /*question*/) { return DecimalAnswer::noToAll; });
     }
 
-    void textDictionaryTells_data()
+    void textDictionaryReports_data()
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QStringList>("notes");
@@ -158,7 +158,7 @@ private Q_SLOTS:
             << QStringList{ "marked-value|9|A|8 x", "marked-value|11|A|9 y" };
         QTest::newRow("a million is written with an exponent") << number
                 + "Value=1000000;x\n" << QStringList{ "code-rounded|0|A|1000000", "bound-rounded|0|A|1000000" };
-        QTest::newRow("minimum and maximum are told of each")
+        QTest::newRow("minimum and maximum are reported for each")
             << number + "Value=-1234567;x\nValue=1;y\nValue=1234567;z\n"
             << QStringList{ "code-rounded|0|A|-1234567", "code-rounded|0|A|1234567", "bound-rounded|0|A|-1234567",
                             "bound-rounded|0|A|1234567" };
@@ -268,7 +268,7 @@ private Q_SLOTS:
         QTest::newRow("dictionary without record types")
             << QByteArray("[Dictionary]\nRecordTypeLen=0\n") << QStringList();
     }
-    void textDictionaryTells() { compare<TCSProDataImport>(); }
+    void textDictionaryReports() { compare<TCSProDataImport>(); }
 
     void textDictionaryThatEndsInAnErrorGivesNoLayout()
     {
@@ -289,7 +289,7 @@ private Q_SLOTS:
         base.releaseContents();
     }
 
-    void jsonDictionaryTells_data()
+    void jsonDictionaryReports_data()
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QStringList>("notes");
@@ -353,22 +353,22 @@ private Q_SLOTS:
             "{\"recordType\": {\"start\": 0, \"length\": 0}, \"levels\": [{\"records\": [{\"name\": \"R\"}]}]}")
                                                                        << QStringList();
     }
-    void jsonDictionaryTells() { compare<TCSProJsonDataImport>(); }
+    void jsonDictionaryReports() { compare<TCSProJsonDataImport>(); }
 
-    void lookupTellsOfKeysThatStandThereAlready()
+    void lookupReportsKeysThatStandThereAlready()
     {
         QCOMPARE(notesOfLookup("1 Artesia\n2 Copal\n1 Dorado\nEsmeralda\n"),
                  (QStringList{ "duplicate-key|3||1 Dorado", "repeats-line-before|4||Esmeralda" }));
     }
 
-    void lookupTellsOfALineWithoutASeparatorOnceWhateverItsKeyIs()
+    void lookupReportsALineWithoutASeparatorOnceWhateverItsKeyIs()
     {
         QCOMPARE(notesOfLookup("Artesia\n Copal\n1 Dorado\n1 Dorado\n"),
                  (QStringList{ "repeats-line-before|1||Artesia", "repeats-line-before|2|| Copal",
                                "duplicate-key|4||1 Dorado" }));
     }
 
-    void lookupTellsOfBytesThatAreNoText()
+    void lookupReportsBytesThatAreNoText()
     {
         QCOMPARE(notesOfLookup("1 Artesia\n2 Cop\xE1l\n"),
                  QStringList{ QString::fromUtf8("unreadable-letters|2||2 Cop\xEF\xBF\xBDl") });
@@ -383,7 +383,7 @@ private:
         Importer importer(write(content));
         TDataImport &base = importer;
         base.setReadReport(&report);
-        takeWholeRoad(base);
+        importedText(base);
         QCOMPARE(inWords(report), notes);
     }
 

@@ -3,7 +3,7 @@
 #include "cspro/DecimalQuestion.h"
 #include "import/ReadReport.h"
 #include "lookup/Lookup.h"
-#include "support/WholeRoad.h"
+#include "support/ImportedText.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -82,7 +82,7 @@ template <typename Importer> void readWith(const QString &path, ReadReport &repo
 {
     Importer importer(path);
     importer.setReadReport(&report);
-    takeWholeRoad(importer);
+    importedText(importer);
 }
 
 void checkLookup(const QString &path, ReadReport &report)
@@ -97,7 +97,7 @@ void checkLookup(const QString &path, ReadReport &report)
 
 } // namespace
 
-/// The page that lists what readers tell says it as they do.
+/// The page of notes agrees with the readers.
 class NotesPageTest : public QObject
 {
     Q_OBJECT
@@ -136,10 +136,10 @@ private Q_SLOTS:
         const Entry entry = entriesOfPage().at(size_t(index));
         ReadReport report;
         read(entry, report);
-        QStringList told;
+        QStringList reported;
         for (const ReadNote &note : report.notes())
-            told += noteInWords(note);
-        QCOMPARE(told, entry.notes);
+            reported += noteInWords(note);
+        QCOMPARE(reported, entry.notes);
         QVERIFY(report.count(NoteKind(index)) > 0);
     }
 

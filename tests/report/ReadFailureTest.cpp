@@ -59,7 +59,7 @@ const QString cause = QStringLiteral("cannot be read: Input/output error");
 
 } // namespace
 
-/// A disk that fails while a file is read: nothing of the file is taken for the whole of it.
+/// A disk that fails while a file is read: nothing of the file is read as the whole of it.
 class ReadFailureTest : public QObject
 {
     Q_OBJECT

@@ -4,7 +4,7 @@
 #include "statistical/SPSSDataImport.h"
 #include "statistical/STATADataImport.h"
 #include "support/MakeImporter.h"
-#include "support/WholeRoad.h"
+#include "support/ImportedText.h"
 
 #include <QDir>
 #include <QLoggingCategory>
@@ -18,7 +18,7 @@ namespace
 QString layoutOf(const std::unique_ptr<TDataImport> &importer, ReadReport *report)
 {
     importer->setReadReport(report);
-    return takeWholeRoad(*importer);
+    return importedText(*importer);
 }
 
 std::unique_ptr<TDataImport> makeSilentStataImporter(const QString &path)
@@ -67,7 +67,7 @@ private Q_SLOTS:
     }
 
 private:
-    // The corpus may be absent; the other folders are not.
+    // The corpus may be absent; the other directories are not.
     static void addFolder(const QString &folder, const char *pattern, MakeImporter newImporter)
     {
         for (const QFileInfo &file : QDir(folder).entryInfoList({ QLatin1String(pattern) }, QDir::Files))

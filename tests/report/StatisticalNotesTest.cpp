@@ -3,7 +3,7 @@
 #include "statistical/SPSSDataImport.h"
 #include "statistical/STATADataImport.h"
 #include "support/OrdinaryUser.h"
-#include "support/WholeRoad.h"
+#include "support/ImportedText.h"
 
 #include <QFile>
 #include <QLoggingCategory>
@@ -41,13 +41,13 @@ template <typename Importer> QStringList notesOf(const QString &path)
     Importer importer(path);
     setQuiet(importer);
     importer.setReadReport(&report);
-    takeWholeRoad(importer);
+    importedText(importer);
     return inWords(report);
 }
 
 } // namespace
 
-/// What the readers of Stata and SPSS files tell.
+/// The notes of the readers of Stata and SPSS files.
 class StatisticalNotesTest : public QObject
 {
     Q_OBJECT
@@ -69,14 +69,14 @@ private Q_SLOTS:
         QCOMPARE(notesOf<TSPSSDataImport>(saved(spss)), QStringList());
     }
 
-    void fileThatIsNotThereIsToldOnce()
+    void fileThatIsNotThereIsReportedOnce()
     {
         const QString path = folder.filePath(QStringLiteral("missing"));
         QCOMPARE(notesOf<TSTATADataImport>(path).filter(QStringLiteral("file-not-read")).size(), 1);
         QCOMPARE(notesOf<TSPSSDataImport>(path).filter(QStringLiteral("file-not-read")).size(), 1);
     }
 
-    void fileThatWillNotOpenIsToldOnce()
+    void fileThatWillNotOpenIsReportedOnce()
     {
         const QString path = write("<stata_dta>");
         QVERIFY(QFile::setPermissions(path, QFileDevice::WriteOwner));
@@ -91,7 +91,7 @@ private Q_SLOTS:
         QCOMPARE(spss, QStringList("file-not-read||" + path));
     }
 
-    void readersOwnErrorIsToldInWords()
+    void readersOwnErrorIsReportedInWords()
     {
         QCOMPARE(notesOf<TSPSSDataImport>(write(std::string(1000, 'x'))),
                  QStringList(QStringLiteral("file-not-read||Invalid file, or file has unsupported features")));
@@ -108,7 +108,7 @@ private Q_SLOTS:
                                QStringLiteral("reading-ended||Unable to read from file") }));
     }
 
-    void refusedVersionIsTold()
+    void refusedVersionIsReported()
     {
         StatFile file(StatFile::dta, 114);
         file.variable("age", READSTAT_TYPE_INT8);
@@ -127,7 +127,7 @@ private Q_SLOTS:
                  QStringList(QStringLiteral("label-of-minus-one|v|yesno: -1 Refused")));
     }
 
-    void labelsOfASetAreToldOfItsFirstVariableAlone()
+    void labelsOfASetAreReportedForItsFirstVariableAlone()
     {
         StatFile file(StatFile::dta, 118);
         const auto *set = file.intLabels("yesno", { { -1, "Refused" } });
@@ -146,7 +146,7 @@ private Q_SLOTS:
         QCOMPARE(notesOf<TSPSSDataImport>(saved(file)), QStringList(QStringLiteral("label-of-minus-one|BALANCE|-1.5")));
     }
 
-    void labelSetWithoutAVariableIsTold()
+    void labelSetWithoutAVariableIsReported()
     {
         StatFile file(StatFile::dta, 118);
         file.intLabels("yesno", { { 1, "Yes" } });
@@ -177,7 +177,7 @@ private Q_SLOTS:
                                QStringLiteral("bound-rounded|v|2147483622") }));
     }
 
-    void boundWithAnExponentIsTold()
+    void boundWithAnExponentIsReported()
     {
         StatFile file(StatFile::dta, 118);
         const auto *set = file.intLabels("sums", { { 100000, "Little" }, { 1000000, "Much" } });
@@ -206,14 +206,14 @@ private Q_SLOTS:
                  (QStringList{ QStringLiteral("decimals-lost|TINY|F9.8"), QStringLiteral("code-rounded|TINY|1e-09") }));
     }
 
-    void oneBoundIsToldOnceAndWithTheDigitsOfTheFile()
+    void oneBoundIsReportedOnceAndWithTheDigitsOfTheFile()
     {
         StatFile file(StatFile::dta, 118);
         file.variable("v", READSTAT_TYPE_INT32, "V", "%12.0g", file.intLabels("one", { { 123456789, "One" } }));
         QCOMPARE(notesOf<TSTATADataImport>(saved(file)), QStringList(QStringLiteral("bound-rounded|v|123456789")));
     }
 
-    void eachBoundIsToldOnce()
+    void eachBoundIsReportedOnce()
     {
         StatFile file(StatFile::dta, 118);
         const auto *set = file.intLabels("ends", { { -1234567, "Least" }, { 0, "None" }, { 7654321, "Most" } });
@@ -233,7 +233,7 @@ private Q_SLOTS:
                                QStringLiteral("duplicate-code|SHARE|1 More") }));
     }
 
-    void codeThatStandsTwiceInItsSetIsTold()
+    void codeThatStandsTwiceInItsSetIsReported()
     {
         StatFile stata(StatFile::dta, 118);
         const auto *set = stata.intLabels("yesno", { { 1, "Yes" }, { 2, "No" }, { 1, "Aye" } });
@@ -245,7 +245,7 @@ private Q_SLOTS:
         QCOMPARE(notesOf<TSPSSDataImport>(saved(spss)), QStringList(QStringLiteral("duplicate-code|T|a Again")));
     }
 
-    void codesOfASetAreToldOfItsFirstVariableAlone()
+    void codesOfASetAreReportedForItsFirstVariableAlone()
     {
         StatFile file(StatFile::sav);
         const auto *set = file.labels("thirds", { { 1.0 / 3, "Third" }, { 1, "One" } });
@@ -255,7 +255,7 @@ private Q_SLOTS:
                  QStringList(QStringLiteral("code-rounded|A|0.333333333333333")));
     }
 
-    void entryThatComesApartInTheValueLabelsIsTold()
+    void entryThatComesApartInTheValueLabelsIsReported()
     {
         StatFile spss(StatFile::sav);
         spss.text(
@@ -276,7 +276,7 @@ private Q_SLOTS:
                  QStringList(QStringLiteral("label-entry-parted|v|yesno: 1 Yes\tindeed")));
     }
 
-    void dateIsToldAsItsNumber_data()
+    void dateIsReportedAsItsNumber_data()
     {
         QTest::addColumn<bool>("isStata");
         QTest::addColumn<QByteArray>("format");
@@ -290,7 +290,7 @@ private Q_SLOTS:
         QTest::newRow("SPSS number") << false << QByteArray("F8.0") << false;
         QTest::newRow("SPSS dollars") << false << QByteArray("DOLLAR8") << false;
     }
-    void dateIsToldAsItsNumber()
+    void dateIsReportedAsItsNumber()
     {
         QFETCH(bool, isStata);
         QFETCH(QByteArray, format);
@@ -305,7 +305,7 @@ private Q_SLOTS:
                         : QStringList());
     }
 
-    void missingLabelSetIsTold()
+    void missingLabelSetIsReported()
     {
         StatFile file(StatFile::dta, 118);
         file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", file.intLabels("set", { { 1, "One" } }));
@@ -341,7 +341,7 @@ private Q_SLOTS:
         QVERIFY(message.contains(QStringLiteral("values of SPSS and Stata files as they are, because they are real")));
     }
 
-    void missingRangesAreToldAsTheyAreDeclared_data()
+    void missingRangesAreReportedAsTheyAreDeclared_data()
     {
         QTest::addColumn<double>("from");
         QTest::addColumn<double>("to");
@@ -350,7 +350,7 @@ private Q_SLOTS:
         QTest::newRow("no lower bound") << -HUGE_VAL << -1.0 << "LOWEST to -1";
         QTest::newRow("no upper bound") << 90.0 << HUGE_VAL << "90 to HIGHEST";
     }
-    void missingRangesAreToldAsTheyAreDeclared()
+    void missingRangesAreReportedAsTheyAreDeclared()
     {
         QFETCH(double, from);
         QFETCH(double, to);
@@ -378,14 +378,14 @@ private Q_SLOTS:
         TSPSSDataImport importer(saved(file));
         ReadReport report;
         importer.setReadReport(&report);
-        QVERIFY(takeWholeRoad(importer).contains(QStringLiteral("1 One\t99 Unknown\t")));
+        QVERIFY(importedText(importer).contains(QStringLiteral("1 One\t99 Unknown\t")));
         QCOMPARE(inWords(report), QStringList(QStringLiteral("missing-not-read|AGE|99")));
         // So the note does not ask for a label.
-        QVERIFY(report.notes().front().message().contains(
-            QStringLiteral("lists those that have a label like any other value; take the missing values from this note")));
+        QVERIFY(report.notes().front().message().contains(QStringLiteral(
+            "lists those that have a label like any other value; take the missing values from this note")));
     }
 
-    void stataTextOutsideOfAsciiIsTold()
+    void stataTextOutsideOfAsciiIsReported()
     {
         StatFile file(StatFile::dta, 118);
         const auto *set = file.intLabels("sexes", { { 1, "F\xC3\xA9minin" } });
@@ -395,7 +395,7 @@ private Q_SLOTS:
                                QString::fromUtf8("text-not-ascii|age|sexes: 1 F\xC3\xA9minin") }));
     }
 
-    void secondOpeningOfAnSPSSImporterIsTold()
+    void secondOpeningOfAnSPSSImporterIsReported()
     {
         StatFile file(StatFile::sav);
         file.variable("AGE", READSTAT_TYPE_DOUBLE, "Age", "F3.0");
@@ -420,7 +420,7 @@ private Q_SLOTS:
             TSPSSDataImport importer(path);
             importer.setReadReport(&report);
             QCOMPARE(importer.getReadReport(), &report);
-            takeWholeRoad(importer);
+            importedText(importer);
         }
         QCOMPARE(report.count(NoteKind::widthCut), 2);
     }

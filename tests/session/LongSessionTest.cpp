@@ -18,7 +18,7 @@
 namespace
 {
 
-// Resident memory of this process in bytes; 0 where the system does not tell.
+// Resident memory of this process in bytes; 0 if the system does not provide it.
 qint64 residentMemory()
 {
     QFile file(QStringLiteral("/proc/self/statm"));
@@ -29,7 +29,7 @@ qint64 residentMemory()
 }
 
 // Answers how many variables the provider had.
-int openAndGiveBack(MakeImporter newImporter, const QString &path)
+int openAndRelease(MakeImporter newImporter, const QString &path)
 {
     const auto importer = newImporter(path);
     const std::unique_ptr<QStringList> names(importer->selectLayoutSource());
@@ -43,7 +43,7 @@ int openAndGiveBack(MakeImporter newImporter, const QString &path)
 
 } // namespace
 
-/// A session of days: each example opened and given back 10,000 times.
+/// A session of days: each example is opened and released 10,000 times.
 class LongSessionTest : public QObject
 {
     Q_OBJECT
@@ -62,24 +62,24 @@ private Q_SLOTS:
     }
     void residentMemoryLevelsOff()
     {
-        // Without giving back, 1 MB would be full after a few hundred openings of the smallest example. A sanitizer
+        // Without releasing, 1 MB would be full after a few hundred openings of the smallest example. A sanitizer
         // gets through fewer, and keeps what is freed up to its own bound: it finds what leaks and what is used once
         // freed.
         constexpr int openings = sanitizesMemory ? 200 : 10000;
         constexpr int openingsUntilLevel = openings / 10;
-        constexpr qint64 mostGrowth = sanitizesMemory ? Q_INT64_C(256) << 20 : 1 << 20;
+        constexpr qint64 maxGrowth = sanitizesMemory ? Q_INT64_C(256) << 20 : 1 << 20;
         QFETCH(MakeImporter, newImporter);
         QFETCH(QString, path);
-        const int variables = openAndGiveBack(newImporter, path);
+        const int variables = openAndRelease(newImporter, path);
         QVERIFY(variables > 0);
         for (int i = 1; i < openingsUntilLevel; ++i)
-            QCOMPARE(openAndGiveBack(newImporter, path), variables);
+            QCOMPARE(openAndRelease(newImporter, path), variables);
         const qint64 level = residentMemory();
         QVERIFY(level > 0);
         for (int i = openingsUntilLevel; i < openings; ++i)
-            QCOMPARE(openAndGiveBack(newImporter, path), variables);
+            QCOMPARE(openAndRelease(newImporter, path), variables);
         const qint64 growth = residentMemory() - level;
-        QVERIFY2(growth <= mostGrowth, qPrintable(QString("%1 bytes more").arg(growth)));
+        QVERIFY2(growth <= maxGrowth, qPrintable(QString("%1 bytes more").arg(growth)));
         qInfo("%lld KiB, %lld KiB more after %d openings", level / 1024, growth / 1024, openings - openingsUntilLevel);
     }
 };

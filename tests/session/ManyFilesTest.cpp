@@ -69,7 +69,7 @@ private Q_SLOTS:
     {
         write("text.dcf", textDictionary());
         write("json.dcf", jsonDictionary());
-        // Reading ends in an error behind the items.
+        // Reading ends in an error after the items.
         write("ended.dcf",
               textDictionary()
                   + "\n[Item]\nName=LAST\nStart=1\nLen=2\n[ValueSet]\nName=VS\nValue=1:5 7:9\nValue=99;x\n");

@@ -127,7 +127,7 @@ QStringList describedBy(const TVpDataProvider &provider)
 Q_DECLARE_METATYPE(Format)
 
 /// Everything that an importer or a provider has made is released. Each test must hold as many blocks of memory at its
-/// end as at its start: a block more is an object that was left behind, a block less one that was freed twice.
+/// end as at its start: a block more is an object that was left, a block less one that was freed twice.
 class ReleaseContentsTest : public QObject
 {
     Q_OBJECT
@@ -201,8 +201,8 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    void everyOpeningIsGivenBack_data() { addRows(); }
-    void everyOpeningIsGivenBack()
+    void everyOpeningIsReleased_data() { addRows(); }
+    void everyOpeningIsReleased()
     {
         QFETCH(Format, format);
         const BlockBalance balance;
@@ -212,8 +212,8 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    void importerThatNeverOpenedGivesBack_data() { addRows(); }
-    void importerThatNeverOpenedGivesBack()
+    void importerThatNeverOpenedReleases_data() { addRows(); }
+    void importerThatNeverOpenedReleases()
     {
         QFETCH(Format, format);
         const BlockBalance balance;
@@ -232,7 +232,7 @@ private Q_SLOTS:
         QCOMPARE(importer->getGroupCount(), 0);
     }
 
-    void failedOpeningIsGivenBack_data()
+    void failedOpeningIsReleased_data()
     {
         QTest::addColumn<Format>("format");
         QTest::addColumn<QString>("path");
@@ -241,7 +241,7 @@ private Q_SLOTS:
                 QTest::addRow("of '%s' as %s", path, format.name) << format << QString(path);
         }
     }
-    void failedOpeningIsGivenBack()
+    void failedOpeningIsReleased()
     {
         QFETCH(Format, format);
         QFETCH(QString, path);
@@ -258,7 +258,7 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    void openingThatEndsInAThrownErrorIsGivenBack()
+    void openingThatEndsInAThrownErrorIsReleased()
     {
         const BlockBalance balance;
         const auto importer = make<TCSProDataImport>();
@@ -294,8 +294,8 @@ private Q_SLOTS:
     }
 
     // One importer for a whole session, to which each next one is assigned.
-    void importerThatIsAssignedToAgainAndAgainGivesBack_data() { addRows(); }
-    void importerThatIsAssignedToAgainAndAgainGivesBack()
+    void importerThatIsAssignedToAgainAndAgainReleases_data() { addRows(); }
+    void importerThatIsAssignedToAgainAndAgainReleases()
     {
         QFETCH(Format, format);
         const BlockBalance balance;
@@ -310,7 +310,7 @@ private Q_SLOTS:
         QCOMPARE(importer->getGroupCount(), 0);
     }
 
-    void emptyImportersGiveBack()
+    void emptyImportersRelease()
     {
         const BlockBalance balance;
         TCSProDataImport text;
@@ -332,8 +332,8 @@ private Q_SLOTS:
         }
     }
 
-    void copyMayGoOrGiveBackToo_data() { addRows(); }
-    void copyMayGoOrGiveBackToo()
+    void copyMayGoOrReleaseToo_data() { addRows(); }
+    void copyMayGoOrReleaseToo()
     {
         QFETCH(Format, format);
         const BlockBalance balance;
@@ -349,8 +349,8 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    void copyGivesBackForItsSource_data() { addRows(); }
-    void copyGivesBackForItsSource()
+    void copyReleasesForItsSource_data() { addRows(); }
+    void copyReleasesForItsSource()
     {
         QFETCH(Format, format);
         const BlockBalance balance;
@@ -362,8 +362,8 @@ private Q_SLOTS:
         copy->releaseContents();
     }
 
-    void assignedImporterGivesBackWhatItHadBefore_data() { addRows(); }
-    void assignedImporterGivesBackWhatItHadBefore()
+    void assignedImporterReleasesWhatItHadBefore_data() { addRows(); }
+    void assignedImporterReleasesWhatItHadBefore()
     {
         QFETCH(Format, format);
         const BlockBalance balance;
@@ -393,8 +393,8 @@ private Q_SLOTS:
         other->releaseContents();
     }
 
-    void providerGivesBackAndIsFilledAgain_data() { addRows(); }
-    void providerGivesBackAndIsFilledAgain()
+    void providerReleasesAndIsFilledAgain_data() { addRows(); }
+    void providerReleasesAndIsFilledAgain()
     {
         QFETCH(Format, format);
         const BlockBalance balance;
@@ -422,7 +422,7 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    void everyFillingOfAProviderIsGivenBack()
+    void everyFillingOfAProviderIsReleased()
     {
         const BlockBalance balance;
         const auto importer = make<TCSProDataImport>();
@@ -437,8 +437,8 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    void providerStaysFilledWhenItsImporterGivesBack_data() { addRows(); }
-    void providerStaysFilledWhenItsImporterGivesBack()
+    void providerStaysFilledWhenItsImporterReleases_data() { addRows(); }
+    void providerStaysFilledWhenItsImporterReleases()
     {
         QFETCH(Format, format);
         const BlockBalance balance;
@@ -454,7 +454,7 @@ private Q_SLOTS:
         provider.releaseContents();
     }
 
-    void providerFilledFromTwoImportersGivesBackBoth()
+    void providerFilledFromTwoImportersReleasesBoth()
     {
         const BlockBalance balance;
         const auto first = make<TCSProDataImport>();
@@ -473,7 +473,7 @@ private Q_SLOTS:
         QCOMPARE(provider.getFields(), nullptr);
     }
 
-    void selfAssignedProviderGivesBackOnce()
+    void selfAssignedProviderReleasesOnce()
     {
         const BlockBalance balance;
         const auto importer = make<TCSProDataImport>();
@@ -541,7 +541,7 @@ private Q_SLOTS:
         importer.releaseContents();
     }
 
-    void copiedProviderGivesBackOnce()
+    void copiedProviderReleasesOnce()
     {
         const BlockBalance balance;
         const auto importer = make<TCSProJsonDataImport>();
@@ -614,7 +614,7 @@ private Q_SLOTS:
         importer.releaseContents();
     }
 
-    // It knows nothing of giving back, and looks at the list of the base by itself.
+    // It does not release anything, and reads the list of the base directly.
     void formatThatOverridesNothingCanBeOpenedAgain()
     {
         const BlockBalance balance;

@@ -97,13 +97,13 @@ private Q_SLOTS:
         QCOMPARE(statistical::spssProblem(write(file.bytes)).isNull(), isSafe);
     }
 
-    void eitherLayoutCodeTellsTheByteOrder_data()
+    void eitherLayoutCodeStatesTheByteOrder_data()
     {
         QTest::addColumn<bool>("isBigEndian");
         QTest::newRow("little-endian") << false;
         QTest::newRow("big-endian") << true;
     }
-    void eitherLayoutCodeTellsTheByteOrder()
+    void eitherLayoutCodeStatesTheByteOrder()
     {
         QFETCH(bool, isBigEndian);
         for (const char layoutCode : { '\2', '\3' }) {

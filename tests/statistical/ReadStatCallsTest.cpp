@@ -35,7 +35,7 @@ Calls &calls()
     return made;
 }
 
-// The function of ReadStat behind the one of the same name that stands below.
+// The function of ReadStat after the one of the same name that stands below.
 template <typename Function> Function *behind(const char *name)
 {
     if (!calls().isOfReadStat)

@@ -124,7 +124,7 @@ Outcome outcomeOnStandardOutput(const QString &path, bool isBuffered)
     return outcome;
 }
 
-/// What a plain program hears from ReadStat in its two passes over a Stata file.
+/// What a plain program hears from ReadStat in its two skips a Stata file.
 struct Passes {
     readstat_error_t ofLabels = READSTAT_OK;
     readstat_error_t ofVariables = READSTAT_OK;
@@ -193,7 +193,7 @@ private Q_SLOTS:
         for (int size = 0; size < bytes.size(); ++size) {
             const Outcome outcome = outcomeOf(write(name, bytes.left(size)));
             QVERIFY2(outcome.isOpen, qPrintable(QString::number(size)));
-            // A failure is told for Stata and never for SPSS.
+            // A failure is reported for Stata and never for SPSS.
             QVERIFY(outcome.line.isEmpty() || isStata(name));
             if (outcome.fields.isEmpty() && isStata(name))
                 QVERIFY2(outcome.line.startsWith("Error processing "), qPrintable(QString::number(size)));
@@ -202,7 +202,7 @@ private Q_SLOTS:
         QCOMPARE(most, int(whole.size()));
     }
 
-    void failureOfTheFirstPassIsNotTold()
+    void failureOfTheFirstPassIsNotReported()
     {
         const QString path = cutWhere([](const Passes &passes) {
             return passes.ofLabels != READSTAT_OK && passes.labels == 0 && passes.ofVariables == READSTAT_OK;
@@ -350,7 +350,7 @@ private Q_SLOTS:
         const QStringList expected(QStringLiteral("v|V|1|2|1|2|1 Yes\t2 No\t"));
         QCOMPARE(outcomeOf(path).fields, expected);
 
-        // Behind the field with the variable stands what follows in the file, which is not of the name.
+        // After the field with the variable stands what follows in the file, which is not of the name.
         const int place = int(bytes.find(name));
         QByteArray followed(bytes.data(), int(bytes.size()));
         followed[place + size] = 'x';
@@ -388,7 +388,7 @@ private Q_SLOTS:
         importer.releaseContents();
     }
 
-    void labelIsGivenBackWhereMemoryRunsOut()
+    void labelIsReleasedWhereMemoryRunsOut()
     {
         readstat_value_t value = {};
         value.type = READSTAT_TYPE_STRING;
@@ -450,7 +450,7 @@ private:
         return path;
     }
 
-    // The longest beginning of a Stata file in which ReadStat's passes end as is wanted; "" where there is none.
+    // The longest beginning of a Stata file in which ReadStat's passes end as is wanted; "" if there is none.
     template <typename Wanted> QString cutWhere(Wanted isWanted)
     {
         const QString path = write(QStringLiteral("cut.dta"), bytesOf(made + QStringLiteral("types-118.dta")));

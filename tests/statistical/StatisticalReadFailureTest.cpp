@@ -32,7 +32,7 @@ std::unique_ptr<TDataImport> makeImporter(const QString &name, bool isBuffered)
     return importer;
 }
 
-/// The result of opening a file on a disk that fails behind its first bytes.
+/// The result of opening a file on a disk that fails after its first bytes.
 struct Outcome {
     QStringList fields;
     QString problem;
@@ -102,7 +102,7 @@ private Q_SLOTS:
             QCOMPARE(outcome.failure, inputOutputError);
         }
         QVERIFY(failures > size / 2);
-        // All labels of a Stata file are at its end, those of an SPSS file in front of the rows.
+        // All labels of a Stata file are at its end, those of an SPSS file before the rows.
         if (name.endsWith(QLatin1String(".dta")))
             QCOMPARE(outcomeOf(name, size - 60, true, true).problem, inputOutputError);
     }
@@ -128,7 +128,7 @@ private Q_SLOTS:
         QCOMPARE(outcomeOf(name, 500, false, true).failures, 1);
     }
 
-    // Without a report, ReadStat reads as it does by itself, and the dictionary is looked at in front of that.
+    // Without a report, ReadStat reads as it does by itself, and the dictionary is looked at before that.
     void spssFileIsNotHandedToReadStatWhereItsDictionaryCannotBeRead()
     {
         const Outcome outcome = outcomeOf(QStringLiteral("types.sav"), 500, false, false);

@@ -6,7 +6,7 @@
 #include <QtTest>
 
 /// Fails the test in whose scope it is made where the scope ends with more blocks of memory than it began with, which
-/// were left behind, or with fewer, which were freed twice. It is made in front of the objects of the test. What is
+/// were left, or with fewer, which were freed twice. It is made before the objects of the test. What is
 /// made once for the process must have been made before.
 class BlockBalance
 {

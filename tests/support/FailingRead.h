@@ -12,8 +12,8 @@
 #include <sys/types.h>
 #include <unistd.h>
 
-/// A disk that fails: reading from the file whose path ends in `fileName` ends in EIO behind its first `goodBytes`
-/// bytes. Included once in a program, or in a library that is loaded in front of all others: `read` is replaced.
+/// A disk that fails: reading from the file whose path ends in `fileName` ends in EIO after its first `goodBytes`
+/// bytes. Included once in a program, or in a library that is loaded before all others: `read` is replaced.
 namespace failingread
 {
 

@@ -20,12 +20,12 @@ constexpr qint64 patience = 60000;          // milliseconds for one file
 constexpr qint64 memoryOfAnyRun = 60 << 20; // the process itself, with its libraries
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool measuresMemory = false; // a sanitizer keeps far more than the program asks for
+constexpr bool measuresMemory = false; // a sanitizer keeps far more than the program requests
 #else
 constexpr bool measuresMemory = true;
 #endif
 
-/// What a run of the command line left behind, and what it took.
+/// What a run of the command line left, and what it took.
 struct MeasuredRun {
     int status = -1; // of wait4: signal and exit status
     bool isInTime = false;
@@ -56,8 +56,8 @@ inline bool waitFor(pid_t child, int *status, rusage *usage)
     return true;
 }
 
-/// Runs the tool with arguments; its output goes to the files `out` and `err` of the folder. Its peak memory is no less
-/// than that of the program that runs it, which should therefore read no large output.
+/// Runs the tool with arguments; its output goes to the files `out` and `err` of the directory. Its peak memory is no
+/// less than that of the program that runs it, which should therefore read no large output.
 inline MeasuredRun measuredRun(const std::vector<QByteArray> &toolArguments, const QTemporaryDir &folder)
 {
     const QByteArray out = QFile::encodeName(folder.filePath(QStringLiteral("out")));

@@ -8,7 +8,7 @@
 
 #include <thread>
 
-/// Takes from this thread, and from the processes it starts, what lets a superuser pass over the permissions of files.
+/// Takes from this thread, and from the processes it starts, what lets a superuser skip the permissions of files.
 /// Nobody else has it.
 inline void giveUpPassingOverPermissions()
 {

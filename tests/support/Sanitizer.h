@@ -10,7 +10,7 @@
 #define SUPPORT_SANITIZES_MEMORY
 #endif
 
-/// Whether a sanitizer is built in that keeps far more memory than the program asks for: no bound holds under it.
+/// Whether a sanitizer is built in that keeps far more memory than the program requests: no bound holds under it.
 #ifdef SUPPORT_SANITIZES_MEMORY
 constexpr bool sanitizesMemory = true;
 #else

@@ -27,7 +27,7 @@ inline void *take(std::size_t size) noexcept
     return block;
 }
 
-inline void giveBack(void *block) noexcept
+inline void releaseBlock(void *block) noexcept
 {
     blocksHeld -= block ? 1 : 0;
     std::free(block);
@@ -62,11 +62,11 @@ void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept
 }
 void operator delete(void *block) noexcept
 {
-    scarce::giveBack(block);
+    scarce::releaseBlock(block);
 }
 void operator delete(void *block, std::size_t /*size*/) noexcept
 {
-    scarce::giveBack(block);
+    scarce::releaseBlock(block);
 }
 
 #endif

@@ -55,7 +55,7 @@ public:
         numbers({ variableRecord, width, hasLabel, missingValues, format, format });
         bytes += name.leftJustified(8, ' ');
     }
-    /// Variables with the names of nameOf(); some with more behind them unless they \a areBare.
+    /// Variables with the names of nameOf(); some with more after them unless they \a areBare.
     void variables(int count, bool areBare = true)
     {
         bytes.reserve(bytes.size() + count * 32 + 1000);

@@ -19,7 +19,7 @@ constexpr int noAnswer = 2;
 
 constexpr int patience = 120000; // milliseconds, far more than any run takes
 
-/// What a run of the tool left behind: nothing, and no status, where it did not end in the ordinary way.
+/// What a run of the tool left: nothing, and no status, where it did not end in the ordinary way.
 struct Run {
     int status = -1;
     QByteArray out;
@@ -28,7 +28,7 @@ struct Run {
     QJsonValue json() const { return QJsonDocument::fromJson(out).object(); }
 };
 
-/// A folder with the files of a test, in which the tool runs; it goes with this object.
+/// A directory with the files of a test, in which the tool runs; it goes with this object.
 class ToolFolder : public QTemporaryDir
 {
 public:
@@ -41,7 +41,7 @@ public:
         QCOMPARE(file.write(content), qint64(content.size()));
     }
 
-    /// What a file holds; nothing where there is none.
+    /// What a file holds; nothing if there is none.
     QByteArray read(const QString &name) const
     {
         QFile file(pathOf(name));
@@ -74,7 +74,7 @@ private:
     QString pathOf(const QString &name) const { return QDir(path()).filePath(name); }
 };
 
-/// Runs a line of the shell in the folder of a test; "$0" is the tool.
+/// Runs a line of the shell in the directory of a test; "$0" is the tool.
 inline Run runShell(const ToolFolder &folder, const QString &line)
 {
     QProcess shell;
@@ -111,7 +111,7 @@ inline void verifyComplaint(const Run &run, const QByteArray &subject)
 }
 
 /// Verifies that a run whose output meets a full disk says so.
-inline void verifyFullDiskIsTold(const ToolFolder &folder, const QStringList &arguments)
+inline void verifyFullDiskIsReported(const ToolFolder &folder, const QStringList &arguments)
 {
     const QString fullDisk = QStringLiteral("/dev/full");
     QVERIFY2(QFile::exists(fullDisk), "this system has no /dev/full");
@@ -123,7 +123,7 @@ inline void verifyFullDiskIsTold(const ToolFolder &folder, const QStringList &ar
 }
 
 /// Verifies that the help names a command, and the command's own help these words.
-inline void verifyHelpTellsOf(const QString &command, const QStringList &words)
+inline void verifyHelpDescribes(const QString &command, const QStringList &words)
 {
     const ToolFolder folder;
     QVERIFY(folder.run({ "--help" }).out.contains(command.toUtf8()));

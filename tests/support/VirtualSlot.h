@@ -6,7 +6,7 @@
 
 /// The place of a virtual operation in the table of its class; a virtual destructor takes the first two places.
 ///
-/// Only compilers of the common C++ ABI tell: there a pointer to a virtual operation holds the offset in the table.
+/// Only with compilers of the common C++ ABI: there a pointer to a virtual operation holds the offset in the table.
 #ifdef __GXX_ABI_VERSION
 #define SUPPORT_HAS_VIRTUALSLOT
 template <typename Operation> std::ptrdiff_t virtualSlot(Operation operation)

@@ -23,7 +23,7 @@ struct XmlElement {
         }
         return found;
     }
-    /// The first of them; an empty element where there is none.
+    /// The first of them; an empty element if there is none.
     XmlElement one(const QString &path) const { return all(path).value(0); }
     /// An attribute, empty where it is absent.
     QString operator[](const QString &attribute) const { return attributes.value(attribute).toString(); }

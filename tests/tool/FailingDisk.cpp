@@ -1,4 +1,4 @@
-// Loaded in front of all other libraries of a tool that a test runs: the disk fails as the environment says.
+// Loaded before all other libraries of a tool that a test runs: the disk fails as the environment says.
 
 #include "support/FailingRead.h"
 

@@ -19,7 +19,7 @@
 namespace
 {
 
-// What stands between two texts, the first behind which there is one.
+// What stands between two texts, the first after which there is one.
 QByteArray between(const QByteArray &whole, const QByteArray &before, const QByteArray &behind)
 {
     const int begin = whole.indexOf(before) + before.size();
@@ -319,7 +319,7 @@ private Q_SLOTS:
         QVERIFY(pipe.taken(patience) == page);
     }
 
-    // Behind what stands in the file that it leads to.
+    // After what stands in the file that it leads to.
     void descriptorIsWrittenToAndItsFileStays_data()
     {
         QTest::addColumn<QString>("call");
@@ -416,7 +416,7 @@ private Q_SLOTS:
     void fullStandardOutputIsStatus2AndOneLine()
     {
         folder.write("fine.dcf", dictionaryWith("L", "One"));
-        verifyFullDiskIsTold(folder, { "codebook", "fine.dcf", "-o", "-" });
+        verifyFullDiskIsReported(folder, { "codebook", "fine.dcf", "-o", "-" });
     }
 
     void folderWithoutPermissionIsStatus2AndOneLine()
@@ -476,8 +476,8 @@ private Q_SLOTS:
 
     void helpNamesTheOptions()
     {
-        verifyHelpTellsOf("codebook",
-                          { "--language", "--no-problems", "--catalog", "--recursive", "--output", "FILE" });
+        verifyHelpDescribes("codebook",
+                            { "--language", "--no-problems", "--catalog", "--recursive", "--output", "FILE" });
     }
 
 private:

@@ -36,7 +36,7 @@ QString dictionary(const QString &content)
         + item("CASE", "Case", 90, 5) + content;
 }
 
-// The dictionaries of the pages that tell of the command.
+// The dictionaries of the pages about the command.
 QString surveyBefore()
 {
     return dictionary(record("PERSON",
@@ -398,7 +398,7 @@ private Q_SLOTS:
         write("before.dcf", surveyBefore());
         write("after.dcf", surveyAfter());
         for (const char *format : { "table", "json", "html" })
-            verifyFullDiskIsTold(folder, { "diff", "--format", format, "before.dcf", "after.dcf" });
+            verifyFullDiskIsReported(folder, { "diff", "--format", format, "before.dcf", "after.dcf" });
     }
 
     void tableSendsNoControlCharacters()
@@ -468,8 +468,8 @@ private Q_SLOTS:
 
     void helpNamesTheOptions()
     {
-        verifyHelpTellsOf("diff",
-                          { "--format", "--summary", "--only", "--ignore", "--language", "--output", "OLD", "NEW" });
+        verifyHelpDescribes("diff",
+                            { "--format", "--summary", "--only", "--ignore", "--language", "--output", "OLD", "NEW" });
     }
 
 private:

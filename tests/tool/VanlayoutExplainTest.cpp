@@ -93,7 +93,7 @@ private Q_SLOTS:
         QCOMPARE(shown.err, QByteArray());
     }
 
-    void jsonBehindAByteOrderMarkIsToldAsWhatItIs()
+    void jsonBehindAByteOrderMarkIsReportedAsWhatItIs()
     {
         folder.write("d.dcf", "\xEF\xBB\xBF{\"name\": \"D\", \"levels\": []}");
         const Run explained = folder.run({ "explain", "--type", "cspro8", "d.dcf" });
@@ -500,7 +500,7 @@ private Q_SLOTS:
         QVERIFY(folder.run({ "explain", "--format", "json", "d.dcf" }).out.size() > 100000);
     }
 
-    void lookupLinesWithoutASeparatorAreTold()
+    void lookupLinesWithoutASeparatorAreReported()
     {
         folder.write("codes.txt", "1;Artesia\n2;Copal\nDorado\n");
         const Run explained = folder.run({ "explain", "--type", "lookup", "--separator", "semicolon", "codes.txt" });
@@ -525,7 +525,7 @@ private Q_SLOTS:
                  "vanlayout: " + ended + ": reading ended in error 242: Invalid contents in line\n");
     }
 
-    void fileThatGaveNoLayoutIsTold_data()
+    void fileThatGaveNoLayoutIsReported_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("heading");
@@ -546,7 +546,7 @@ private Q_SLOTS:
                                       << "object.dcf: CSPro 8 JSON dictionary, 3 notes (1 lost, 2 changed)"
                                       << nothing + "CSPro 8 JSON dictionary";
     }
-    void fileThatGaveNoLayoutIsTold()
+    void fileThatGaveNoLayoutIsReported()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, heading);
@@ -563,15 +563,15 @@ private Q_SLOTS:
         QCOMPARE(json.status, noAnswer);
         QCOMPARE(json.err, table.err);
         QCOMPARE(json.json()["lost"].toInt(), 1);
-        QStringList told;
+        QStringList reported;
         for (const auto &note : json.json()["notes"].toArray()) {
             if (note.toObject()["severity"].toString() == "lost")
-                told.append(note.toObject()["kind"].toString() + '/' + note.toObject()["text"].toString());
+                reported.append(note.toObject()["kind"].toString() + '/' + note.toObject()["text"].toString());
         }
-        QCOMPARE(told, QStringList("file-not-read/" + problem));
+        QCOMPARE(reported, QStringList("file-not-read/" + problem));
     }
 
-    void whatWasLostOnTheWayIsToldOnce()
+    void whatWasLostOnTheWayIsReportedOnce()
     {
         const Run explained = folder.run({ "explain", ended });
         QVERIFY(!explained.out.contains("file-not-read"));

@@ -5,7 +5,7 @@
 namespace
 {
 
-// An item with 300 value labels, so many times, behind another one: all occurrences of the first item but the last have
+// An item with 300 value labels, so many times, after another one: all occurrences of the first item but the last have
 // no labels.
 QByteArray dictionary(int occurrences)
 {

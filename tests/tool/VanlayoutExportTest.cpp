@@ -168,7 +168,7 @@ private Q_SLOTS:
     void fullDiskIsStatus2AndOneLine()
     {
         QFETCH(QString, target);
-        verifyFullDiskIsTold(folder, { "export", "--to", target, "survey.dcf" });
+        verifyFullDiskIsReported(folder, { "export", "--to", target, "survey.dcf" });
     }
 
     void titleIsTheCallersOrTheDictionarysOwn_data()
@@ -542,11 +542,11 @@ private Q_SLOTS:
         verifyComplaint(run, "file/: ");
     }
 
-    void helpTellsOfTheCommand()
+    void helpDescribesTheCommand()
     {
-        verifyHelpTellsOf("export",
-                          { "--to", "--title", "--language", "--profile", "--excel", "--catalog", "--recursive",
-                            "--output", "FILE" });
+        verifyHelpDescribes("export",
+                            { "--to", "--title", "--language", "--profile", "--excel", "--catalog", "--recursive",
+                              "--output", "FILE" });
     }
 
 private:

@@ -195,7 +195,7 @@ private Q_SLOTS:
     void fullDiskIsStatus2AndOneLine()
     {
         write("AA x\n");
-        verifyFullDiskIsTold(folder, { "lookup", "lookup.txt" });
+        verifyFullDiskIsReported(folder, { "lookup", "lookup.txt" });
     }
 
     void closedStandardOutputIsStatus2AndOneLine()
@@ -206,7 +206,7 @@ private Q_SLOTS:
         QCOMPARE(run.err, QByteArray("vanlayout: standard output: cannot be written\n"));
     }
 
-    void versionIsTold()
+    void versionIsReported()
     {
         const Run run = check({ "--version" });
         QCOMPARE(run.status, fine);
@@ -232,20 +232,20 @@ private Q_SLOTS:
             QVERIFY(byte == '\n' || static_cast<unsigned char>(byte) >= ' ');
     }
 
-    void longCheckTellsItsProgressOnATerminal()
+    void longCheckShowsItsProgressOnATerminal()
     {
         // Twice as many lines until they take long enough on this machine; ended as soon as the progress was seen.
         constexpr int fewestLines = 6 << 20;
-        constexpr int mostLines = fewestLines << 4;
+        constexpr int maxLines = fewestLines << 4;
         constexpr qint64 longEnough = 10000; // milliseconds
         const PseudoTerminal terminal;
         QVERIFY2(terminal.isOpen(), "this system has no pseudo terminals");
         ProgressSeen seen;
-        for (int lines = fewestLines; lines <= mostLines && !seen.isTold && seen.elapsed < longEnough; lines *= 2) {
+        for (int lines = fewestLines; lines <= maxLines && !seen.isShown && seen.elapsed < longEnough; lines *= 2) {
             writeLargeFile(lines);
             seen = watchLargeFile(terminal);
         }
-        QVERIFY2(seen.isTold, qPrintable(QStringLiteral("not told in %1 ms").arg(seen.elapsed)));
+        QVERIFY2(seen.isShown, qPrintable(QStringLiteral("not shown in %1 ms").arg(seen.elapsed)));
 
         // Not in a pipe.
         const Run piped = check({ "--mode", "count", "large.txt" });
@@ -254,7 +254,7 @@ private Q_SLOTS:
         QFile::remove(folder.filePath("large.txt"));
     }
 
-    void shortCheckTellsNothingOnATerminal()
+    void shortCheckShowsNothingOnATerminal()
     {
         write("AA x\n");
         const PseudoTerminal terminal;
@@ -354,9 +354,9 @@ private Q_SLOTS:
             QVERIFY2(run.out.contains(error), error);
     }
 
-    void helpTellsOfTheCommand()
+    void helpDescribesTheCommand()
     {
-        verifyHelpTellsOf("lookup", { "--format", "--separator", "--mode", "--max-messages", "FILE" });
+        verifyHelpDescribes("lookup", { "--format", "--separator", "--mode", "--max-messages", "FILE" });
     }
 
 private:
@@ -382,11 +382,11 @@ private:
     }
 
     struct ProgressSeen {
-        bool isTold = false;
+        bool isShown = false;
         qint64 elapsed = 0; // milliseconds
     };
 
-    // Runs the tool on a terminal until it tells its progress or ends.
+    // Runs the tool on a terminal until it shows its progress or ends.
     ProgressSeen watchLargeFile(const PseudoTerminal &terminal) const
     {
         QProcess tool;
@@ -400,10 +400,10 @@ private:
         QByteArray shown;
         bool isRunning = tool.waitForStarted();
         ProgressSeen seen;
-        while (isRunning && !seen.isTold && !timer.hasExpired(patience)) {
+        while (isRunning && !seen.isShown && !timer.hasExpired(patience)) {
             isRunning = !tool.waitForFinished(10);
             shown += terminal.taken();
-            seen.isTold = progress.match(QString::fromLocal8Bit(shown)).hasMatch();
+            seen.isShown = progress.match(QString::fromLocal8Bit(shown)).hasMatch();
         }
         seen.elapsed = timer.elapsed();
         tool.kill();

@@ -620,7 +620,7 @@ void VanlayoutShowTest::fullDiskIsReported_data()
 void VanlayoutShowTest::fullDiskIsReported()
 {
     QFETCH(QString, format);
-    verifyFullDiskIsTold(folder, { "show", "--format", format, "homes.dcf" });
+    verifyFullDiskIsReported(folder, { "show", "--format", format, "homes.dcf" });
 }
 
 void VanlayoutShowTest::controlsOfTheFileAreShownAsSigns()
@@ -634,9 +634,9 @@ void VanlayoutShowTest::controlsOfTheFileAreShownAsSigns()
 
 void VanlayoutShowTest::helpNamesEveryOption()
 {
-    verifyHelpTellsOf("show",
-                      { "--format", "--pretty", "--labels", "--codes", "--variable", "--language", "--languages",
-                        "--catalog", "--problems", "--quiet", "FILE" });
+    verifyHelpDescribes("show",
+                        { "--format", "--pretty", "--labels", "--codes", "--variable", "--language", "--languages",
+                          "--catalog", "--problems", "--quiet", "FILE" });
 }
 
 QTEST_MAIN(VanlayoutShowTest)

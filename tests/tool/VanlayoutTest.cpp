@@ -258,7 +258,7 @@ private Q_SLOTS:
     void wrongUseIsStatus2AndOneLine();
     void complaintNamesAWordThatIsNoCommand();
     void emptyFileNameIsShownInQuotes();
-    void fileWithoutAVariableIsToldWhatItWasReadAs();
+    void fileWithoutAVariableIsReportedWithItsType();
     void fileWithoutPermissionIsStatus2AndOneLine();
     void worstStatusCountsAndTheOtherFilesAreShown_data();
     void worstStatusCountsAndTheOtherFilesAreShown();
@@ -288,7 +288,7 @@ private Q_SLOTS:
     // types
     void statisticalFilesAreShown_data();
     void statisticalFilesAreShown();
-    void failureInAStataFileIsToldOnStandardError();
+    void failureInAStataFileIsReportedOnStandardError();
     void whatIsWrittenOfAPartOfAStataFileSaysSo();
     void failureInAnSpssFileIsOneLine();
     void statisticalFilesAreNotReadFromAPipe();
@@ -497,12 +497,12 @@ Value=99;Other
 [Item]
 Name=NEXT
 )";
-// The empty line in front of the second item, counted from 0.
+// The empty line before the second item, counted from 0.
 constexpr int unreadableRangeLine = 12;
 
 } // namespace
 
-// Runs the tool in the folder of the test; the line that tells how many notes there are is not in its errors.
+// Runs the tool in the directory of the test; its errors do not include the line with the number of notes.
 Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables,
                        const std::function<void()> &prepare) const
 {
@@ -898,7 +898,7 @@ void VanlayoutTest::longLabelsAreCutToTheWidth()
 void VanlayoutTest::withoutAWidthLabelsStayWhole_data()
 {
     QTest::addColumn<QString>("columns");
-    QTest::newRow("none told") << QString();
+    QTest::newRow("none reported") << QString();
     QTest::newRow("empty") << "";
     QTest::newRow("zero") << "0";
     QTest::newRow("negative") << "-5";
@@ -1149,7 +1149,7 @@ void VanlayoutTest::emptyFileNameIsShownInQuotes()
     QCOMPARE(shown.err, QByteArray("vanlayout: '': no such file\n"));
 }
 
-void VanlayoutTest::fileWithoutAVariableIsToldWhatItWasReadAs()
+void VanlayoutTest::fileWithoutAVariableIsReportedWithItsType()
 {
     const Run shown = show("Dear reader,\nthere is no variable here.\n");
     QCOMPARE(shown.status, noAnswer);
@@ -1223,7 +1223,7 @@ void VanlayoutTest::fullDiskIsStatus2AndOneLine()
     write("survey.dcf", content);
     QVERIFY2(QFile::exists("/dev/full"), "this system has no /dev/full");
     const Run shown = run({ "fields", "--format", format, "survey.dcf" }, {}, writeToFullDisk);
-    verifyComplaint(shown, "standard output: cannot be written\n"); // behind its line on the notes
+    verifyComplaint(shown, "standard output: cannot be written\n"); // after its line on the notes
 }
 
 void VanlayoutTest::fullDiskIsStatus2ForHelpAndVersionToo_data()
@@ -1238,7 +1238,7 @@ void VanlayoutTest::fullDiskIsStatus2ForHelpAndVersionToo()
 {
     QFETCH(QStringList, arguments);
 
-    verifyFullDiskIsTold(*folder, arguments);
+    verifyFullDiskIsReported(*folder, arguments);
 }
 
 void VanlayoutTest::textDictionaryIsReadFromStandardInput()
@@ -1466,12 +1466,12 @@ void VanlayoutTest::statisticalFilesAreShown()
 }
 
 // The library writes this line to standard output; here it belongs to standard error.
-void VanlayoutTest::failureInAStataFileIsToldOnStandardError()
+void VanlayoutTest::failureInAStataFileIsReportedOnStandardError()
 {
     QFile whole(QStringLiteral(VAN_MADE_DATA "/types-114.dta"));
     QVERIFY(whole.open(QIODevice::ReadOnly));
     const QByteArray bytes = whole.readAll();
-    // Cut off behind the variables: they are shown all the same.
+    // Cut off after the variables: they are shown all the same.
     write("cut.dta", bytes.left(bytes.size() - 20));
     const Run cut = run({ "fields", "--format", "json", "cut.dta" });
     QCOMPARE(cut.status, fine);
@@ -1704,7 +1704,7 @@ void VanlayoutTest::debugLinesNeedVerbose_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("rules");
-    QTest::addColumn<bool>("isTold");
+    QTest::addColumn<bool>("isReported");
 
     // clang-format off
     QTest::newRow("without it")               << QStringList{"fields", "survey.dcf"} << QString() << false;
@@ -1720,12 +1720,12 @@ void VanlayoutTest::debugLinesNeedVerbose()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, rules);
-    QFETCH(bool, isTold);
+    QFETCH(bool, isReported);
 
     write("survey.dcf", survey);
     const Run shown = run(arguments, { { "QT_LOGGING_RULES", rules } });
     QCOMPARE(shown.status, fine);
-    if (!isTold) {
+    if (!isReported) {
         QCOMPARE(shown.err, QByteArray());
         return;
     }

@@ -43,7 +43,7 @@ template <typename Fill> QByteArray recordsOf(Fill fill)
     return records.bytes;
 }
 
-/// One record of each kind, with what may be behind it.
+/// One record of each kind, with what may be after it.
 QByteArray everyRecord(bool isBigEndian)
 {
     SpssBytes file(isBigEndian);
@@ -133,7 +133,7 @@ private:
 
 } // namespace
 
-/// The walk through the dictionary of an SPSS file in front of ReadStat, held against ReadStat.
+/// The walk through the dictionary of an SPSS file before ReadStat, held against ReadStat.
 class SpssDictionaryTest : public QObject
 {
     Q_OBJECT
@@ -197,7 +197,7 @@ private Q_SLOTS:
         addRow("extension of no elements", false, [](SpssBytes &file) {
             file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, 5, 0 });
         });
-        // As a place in a file this is 8 GB in front of the record.
+        // As a place in a file this is 8 GB before the record.
         addRow("largest extension", false, [](SpssBytes &file) {
             file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, -1, -1 });
         });

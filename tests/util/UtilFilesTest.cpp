@@ -65,7 +65,7 @@ private Q_SLOTS:
         QVERIFY(!canBeSaved);
     }
 
-    void foldersAndFilesAreToldApart()
+    void foldersAndFilesAreDistinguished()
     {
         QVERIFY(UtilFiles::DirExists(pathOf("folder")));
         QVERIFY(!UtilFiles::DirExists(pathOf("file")));

@@ -15,7 +15,7 @@
 namespace
 {
 
-// The steps as they are told, one by one; a separator that stands last finishes the line.
+// The steps of the rule, one by one; a separator at the end of the line finishes it.
 QString wordByTheSteps(const QString &line, int &position, const QString &separator, const QString &qualifier)
 {
     const int length = line.size();

@@ -11,7 +11,7 @@ struct CodebookOptions {
 };
 
 /// Writes the codebook of each file as one HTML page that needs nothing beside it, and an index where they are written
-/// into a folder. Returns the worst status.
+/// into a directory. Returns the worst status.
 ///
 /// A page that is opened without an output is written into a new directory for temporary files, which only the user can
 /// read. It stays there for the browser; where no page is opened, the directory is removed.

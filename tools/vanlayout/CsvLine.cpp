@@ -54,7 +54,7 @@ void CsvLine::addPlain(QLatin1String cells)
 
 void CsvLine::end()
 {
-    line.chop(1); // the comma behind the last cell
+    line.chop(1); // the comma after the last cell
     line += QLatin1String("\r\n");
     const QByteArray bytes = line.toUtf8();
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), out);

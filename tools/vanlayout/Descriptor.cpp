@@ -25,9 +25,9 @@ std::optional<Descriptor> descriptorNamed(const QString &path)
 
 QString followed(const QString &path)
 {
-    constexpr int mostLinks = 128;
+    constexpr int maxLinks = 128;
     QString place = path;
-    for (int i = 0; i < mostLinks && QFileInfo(place).isSymLink() && !descriptorNamed(place); ++i)
+    for (int i = 0; i < maxLinks && QFileInfo(place).isSymLink() && !descriptorNamed(place); ++i)
         place = QFileInfo(place).symLinkTarget();
     return place;
 }

@@ -88,7 +88,7 @@ private:
     int width;
 };
 
-/// The table of the changes, as a walk through them asks for it.
+/// The table of the changes, as a walk through them requests it.
 class ChangeLines
 {
 public:

@@ -265,13 +265,13 @@ const ExactItems::Found *ExactItems::find(const QString &variable) const
 // An item can have very many notes and a long description, which is therefore made once.
 QString ExactItems::insteadOf(const ReadNote &note)
 {
-    constexpr int mostColumns = 400;
+    constexpr int maxColumns = 400;
     const Aspect aspect = aspectOf(note);
     const Found *found = aspect == Aspect::None || note.variable.isEmpty() ? nullptr : find(note.variable);
     if (!found)
         return QString();
     const auto [place, isNew] = described.try_emplace({ found->item, int(aspect) });
     if (isNew)
-        place->second = cutToColumns(describeAspect(aspect, *found->item, found->parent), mostColumns);
+        place->second = cutToColumns(describeAspect(aspect, *found->item, found->parent), maxColumns);
     return place->second;
 }

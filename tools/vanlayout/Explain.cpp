@@ -25,9 +25,9 @@ namespace
 {
 
 constexpr size_t placesOfAKind = 10; // that the table shows
-constexpr int mostVariableWidth = 40;
-constexpr int mostTextWidth = 400; // a file can be one line
-constexpr int gap = 2;             // blanks between columns
+constexpr int maxVariableWidth = 40;
+constexpr int maxTextWidth = 400; // a file can be one line
+constexpr int gap = 2;            // blanks between columns
 
 /// One file, its type, and its report.
 struct Explanation {
@@ -189,9 +189,9 @@ private:
         const ReadNote &note = *place.first;
         Row row;
         row.line = note.line > 0 ? QStringLiteral("line %1").arg(note.line) : QString();
-        row.variable = cutToColumns(printable(note.variable), mostVariableWidth);
+        row.variable = cutToColumns(printable(note.variable), maxVariableWidth);
         if (note.text != note.variable)
-            row.text = cutToColumns(printable(note.text.left(mostTextWidth + 1)), mostTextWidth);
+            row.text = cutToColumns(printable(note.text.left(maxTextWidth + 1)), maxTextWidth);
         if (place.count > 1)
             row.text
                 += QLatin1String(row.text.isEmpty() ? "" : " ") + QStringLiteral("(and %1 more)").arg(place.count - 1);
@@ -224,10 +224,10 @@ private:
     // new line.
     void printWrapped(const QString &head, const QString &text)
     {
-        constexpr int leastRoom = 20;
+        constexpr int minRoom = 20;
         const int indent = columnsOf(head);
-        const bool hasRoom = width == 0 || width - indent >= leastRoom;
-        QStringList lines = wrappedToColumns(text, hasRoom ? std::max(width - indent, 0) : std::max(width, leastRoom));
+        const bool hasRoom = width == 0 || width - indent >= minRoom;
+        QStringList lines = wrappedToColumns(text, hasRoom ? std::max(width - indent, 0) : std::max(width, minRoom));
         const bool isBeside = hasRoom || text.isEmpty() || indent + columnsOf(lines.constFirst()) <= width;
         if (isBeside)
             printLine(out, head + lines.takeFirst());

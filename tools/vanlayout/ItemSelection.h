@@ -8,7 +8,7 @@
 
 #include <vector>
 
-/// Reduces layouts to the items with given names, compared without regard to case; `*` matches any characters and
+/// Reduces layouts to the items with given names, compared ignoring case; `*` matches any characters and
 /// `?` one.
 class ItemSelection
 {

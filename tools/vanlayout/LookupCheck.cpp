@@ -22,7 +22,7 @@ namespace
 {
 
 constexpr int gap = 2;                 // blanks between columns
-constexpr int maxTextWidth = 60;       // columns of a text in front of its count
+constexpr int maxTextWidth = 60;       // columns of a text before its count
 constexpr qint64 firstProgress = 1000; // milliseconds before progress is shown
 constexpr qint64 progressStep = 200;   // milliseconds between two updates
 

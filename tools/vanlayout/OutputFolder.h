@@ -17,7 +17,7 @@ public:
     /// Creates the directory if it is absent. On failure, prints one line on standard error and returns statusNoAnswer.
     int make() const;
     /// The path of the file for \a input: its name without its extension, and the ending. A later file of the same
-    /// name, compared without regard to case, is `NAME-2`, the next one `NAME-3`.
+    /// name, compared ignoring case, is `NAME-2`, the next one `NAME-3`.
     QString pathFor(const QString &input);
     /// Reserves a name, such as that of an index: no file gets it.
     void reserve(const QString &name);

@@ -283,7 +283,7 @@ private:
         if (!language.isEmpty())
             return { language };
         QStringList languages;
-        std::set<QString> known; // in small letters
+        std::set<QString> known; // in lower case
         for (int i = 0; i < files.size(); ++i) {
             const Layout layout = read(files.at(i));
             for (const Language &declared : layout.languages) {

@@ -13,16 +13,16 @@
 namespace
 {
 
-constexpr int gap = 2;             // blanks between columns
-constexpr int mostRangeWidth = 40; // bounds can have very many digits
-constexpr int leastLabelWidth = 1; // what a narrow terminal leaves to the label
+constexpr int gap = 2;            // blanks between columns
+constexpr int maxRangeWidth = 40; // bounds can have very many digits
+constexpr int minLabelWidth = 1;  // what a narrow terminal leaves to the label
 
 QString rangeOf(const TVpSourceField &field)
 {
     if (field.minimum.isEmpty() && field.maximum.isEmpty())
         return QString();
-    return cutToColumns(field.minimum.left(mostRangeWidth) + QLatin1String(" to ") + field.maximum.left(mostRangeWidth),
-                        mostRangeWidth);
+    return cutToColumns(field.minimum.left(maxRangeWidth) + QLatin1String(" to ") + field.maximum.left(maxRangeWidth),
+                        maxRangeWidth);
 }
 
 QString countOrNothing(int count)
@@ -98,7 +98,7 @@ private:
     void printRow(const QStringList &row, const QVector<int> &widths)
     {
         const int labelStart = std::accumulate(widths.cbegin(), widths.cend() - 1, gap * (widths.size() - 1));
-        const int labelWidth = width > 0 ? std::max(width - labelStart, leastLabelWidth) : 0;
+        const int labelWidth = width > 0 ? std::max(width - labelStart, minLabelWidth) : 0;
         QString line;
         for (int i = 0; i < row.size() - 1; ++i)
             line += paddedToColumns(row.at(i), widths[i] + gap);

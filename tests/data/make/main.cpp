@@ -1,4 +1,4 @@
-// Makes the Stata, SPSS and SAS files of the tests in a folder.
+// Makes the Stata, SPSS and SAS files of the tests in a directory.
 
 #include "StatFile.h"
 
