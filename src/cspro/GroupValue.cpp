@@ -10,12 +10,19 @@ namespace cspro
 namespace
 {
 
-constexpr qint64 maxCharactersCompared = 100000;
-
-// The characters that looking for a text compares at most, and as many again as the call is worth.
-qint64 costOfLooking(const QString &entry, const QString &text)
+// The max number of character comparisons in one search. All searches of a list together take a bounded time, which
+// leaves each search of a list of 3,000 names of 40 characters complete.
+qint64 maxCostIn(const QStringList &groups)
 {
-    constexpr qint64 costOfCall = 50;
+    constexpr qint64 minCost = 100'000;
+    constexpr qint64 maxCostOfAll = 4'000'000'000;
+    return std::max(minCost, maxCostOfAll / std::max<qint64>(groups.size(), 1));
+}
+
+// The max number of character comparisons of a search in one entry, and those that take as long as the call.
+qint64 costOfSearch(const QString &entry, const QString &text)
+{
+    constexpr qint64 costOfCall = 20;
     const qint64 places = std::max(qint64(entry.size()) - text.size() + 1, qint64(0));
     return costOfCall + places * text.size();
 }
@@ -27,12 +34,13 @@ qint64 costOfLooking(const QString &entry, const QString &text)
 QString groupValue(const QStringList &groups, int index, const QString &text)
 {
     const bool isGroup = index >= 0 && index < groups.size() && groups.at(index) == text;
+    const qint64 maxCost = maxCostIn(groups);
     qint64 cost = 0;
     for (const QString &entry : groups) {
         if (entry.contains(text))
             return entry;
-        cost += costOfLooking(entry, text);
-        if (isGroup && cost > maxCharactersCompared)
+        cost += costOfSearch(entry, text);
+        if (isGroup && cost > maxCost)
             return groups.at(index);
     }
     return emptyText();

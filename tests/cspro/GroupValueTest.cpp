@@ -191,6 +191,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("isGroup");
         QTest::addColumn<QString>("expected");
         QTest::newRow("many groups before the longer one") << 200 << true << "OLD_HOUSE=12";
+        QTest::newRow("as many as no dictionary has") << 3000 << true << "OLD_HOUSE=12";
         QTest::newRow("so many that the bound is reached") << 20000 << true << "HOUSE=1";
         QTest::newRow("so many, and no group") << 20000 << false << "OLD_HOUSE=12";
     }
