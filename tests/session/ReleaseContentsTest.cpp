@@ -144,7 +144,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
-        // What is made once for the process stays: it is made here, before blocks are counted.
+        // Objects that are made once for the process are made here, before blocks are counted.
         for (const Format &format : formats) {
             for (const char *path : otherPaths) {
                 const auto importer = format.newImporter();

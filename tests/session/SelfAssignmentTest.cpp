@@ -254,12 +254,15 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
-        // What is made once for the process stays: it is made here, before blocks are counted.
+        // Objects that are made once for the process are made here, before blocks are counted.
         const auto formats = { formatOf<TCSProDataImport>(), formatOf<TCSProJsonDataImport>(),
                                formatOf<TSTATADataImport>(), formatOf<TSPSSDataImport>() };
         for (const Format &format : formats) {
             const auto importer = format.make();
             opened(*importer);
+            TVpDataProvider provider;
+            provider.genericGetFieldsFrom(importer.get());
+            provider.releaseContents();
             importer->releaseContents();
         }
     }

@@ -5,9 +5,8 @@
 
 #include <QtTest>
 
-/// Fails the test in whose scope it is made where the scope ends with more blocks of memory than it began with, which
-/// were left, or with fewer, which were freed twice. It is made before the objects of the test. What is
-/// made once for the process must have been made before.
+/// Fails the test if its scope ends with more blocks of memory than it began with (a leak), or with fewer (a double
+/// free). Must be created before the objects of the test, and after objects that are made once for the process.
 class BlockBalance
 {
 public:
