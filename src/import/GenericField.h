@@ -44,7 +44,7 @@ public:
     /// `hasDecimalChar` is false, a real number is divided by 10 to the power of `decimals`. In a field without a type,
     /// the first eight bytes of `textValue` become 0x15.
     void setAsString(QString value);
-    /// As setAsString() for a wide text, where null counts as empty. A number is trimmed before it is converted.
+    /// Like setAsString(), for a wide text; null counts as empty. A number is trimmed before it is converted.
     void setAsStringChar(const wchar_t *value);
 
     /// Finds \a code in `valueLabels`, taken as one line. Returns null if it is not found.

@@ -68,7 +68,7 @@ public:
 
 private:
     QByteArray localPath;
-    Buffering buffering = Buffering::off; ///< off for what is no regular file
+    Buffering buffering = Buffering::off; ///< off for files that are not regular
     bool isRefused = false;
     ReadProblem readProblem;
     qint64 labelBytesLeft = maxLabelBytes;

@@ -12,7 +12,7 @@ class TextCache
 {
 public:
     QString text(QStringView view) { return textOf(view); }
-    /// As text() for characters of one byte each.
+    /// Like text(), for characters of one byte each.
     QString text(QLatin1String view) { return textOf(view); }
 
 private:

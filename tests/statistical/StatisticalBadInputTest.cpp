@@ -124,7 +124,7 @@ Outcome outcomeOnStandardOutput(const QString &path, bool isBuffered)
     return outcome;
 }
 
-/// What a plain program hears from ReadStat in its two skips a Stata file.
+/// The calls that a plain program receives from ReadStat in two passes over a Stata file.
 struct Passes {
     readstat_error_t ofLabels = READSTAT_OK;
     readstat_error_t ofVariables = READSTAT_OK;

@@ -25,7 +25,7 @@ constexpr bool measuresMemory = false; // a sanitizer keeps far more than the pr
 constexpr bool measuresMemory = true;
 #endif
 
-/// What a run of the command line left, and what it took.
+/// The results of a run of the command line: output, status, time and memory.
 struct MeasuredRun {
     int status = -1; // of wait4: signal and exit status
     bool isInTime = false;

@@ -19,7 +19,7 @@ constexpr int noAnswer = 2;
 
 constexpr int patience = 120000; // milliseconds, far more than any run takes
 
-/// What a run of the tool left: nothing, and no status, where it did not end in the ordinary way.
+/// The output of a run of the tool and its exit status; empty and without a status if it ended abnormally.
 struct Run {
     int status = -1;
     QByteArray out;
@@ -41,7 +41,7 @@ public:
         QCOMPARE(file.write(content), qint64(content.size()));
     }
 
-    /// What a file holds; nothing if there is none.
+    /// The content of a file; empty if there is none.
     QByteArray read(const QString &name) const
     {
         QFile file(pathOf(name));
