@@ -40,6 +40,42 @@ Aspect aspectOfKey(const QString &text)
     return isOneOf({ "value", "valuesets" }) ? Aspect::ValueSets : Aspect::None;
 }
 
+// True for kinds of notes on value sets, values and codes that are not special.
+bool concernsValues(NoteKind kind)
+{
+    switch (kind) {
+    case NoteKind::furtherValueSet:
+    case NoteKind::valueSetDropped:
+    case NoteKind::decimalsDropped:
+    case NoteKind::codeToZero:
+    case NoteKind::onlyLastOccurrence:
+    case NoteKind::rangeAsEndPoints:
+    case NoteKind::rangeAsCode:
+    case NoteKind::rangeWithoutLabel:
+    case NoteKind::rangeWithoutUpper:
+    case NoteKind::severalInALine:
+    case NoteKind::furtherPairs:
+    case NoteKind::valueWithoutCode:
+    case NoteKind::codeAsZero:
+    case NoteKind::valueCutToInteger:
+    case NoteKind::codeRounded:
+    case NoteKind::boundRounded:
+    case NoteKind::duplicateCode:
+    case NoteKind::labelEntryParted:
+    case NoteKind::keptApostrophe:
+    case NoteKind::valueWithoutLabel:
+    case NoteKind::labelAsCode:
+    case NoteKind::valueSetMisplaced:
+    case NoteKind::valueSetWithoutItem:
+    case NoteKind::labelOfMinusOne:
+    case NoteKind::labelWithoutText:
+    case NoteKind::missingAsNumber:
+        return true;
+    default:
+        return false;
+    }
+}
+
 Aspect aspectOf(const ReadNote &note)
 {
     switch (note.kind) {
@@ -70,33 +106,6 @@ Aspect aspectOf(const ReadNote &note)
         return Aspect::Place;
     case NoteKind::furtherLanguages:
         return Aspect::Labels;
-    case NoteKind::furtherValueSet:
-    case NoteKind::valueSetDropped:
-    case NoteKind::decimalsDropped:
-    case NoteKind::codeToZero:
-    case NoteKind::onlyLastOccurrence:
-    case NoteKind::rangeAsEndPoints:
-    case NoteKind::rangeAsCode:
-    case NoteKind::rangeWithoutLabel:
-    case NoteKind::rangeWithoutUpper:
-    case NoteKind::severalInALine:
-    case NoteKind::furtherPairs:
-    case NoteKind::valueWithoutCode:
-    case NoteKind::codeAsZero:
-    case NoteKind::valueCutToInteger:
-    case NoteKind::codeRounded:
-    case NoteKind::boundRounded:
-    case NoteKind::duplicateCode:
-    case NoteKind::labelEntryParted:
-    case NoteKind::keptApostrophe:
-    case NoteKind::valueWithoutLabel:
-    case NoteKind::labelAsCode:
-    case NoteKind::valueSetMisplaced:
-    case NoteKind::valueSetWithoutItem:
-    case NoteKind::labelOfMinusOne:
-    case NoteKind::labelWithoutText:
-    case NoteKind::missingAsNumber:
-        return Aspect::ValueSets;
     case NoteKind::specialNotRead:
     case NoteKind::markNotRecognised:
     case NoteKind::markedValue:
@@ -107,7 +116,7 @@ Aspect aspectOf(const ReadNote &note)
     case NoteKind::missingNotRead:
         return Aspect::Missing;
     default:
-        return Aspect::None;
+        return concernsValues(note.kind) ? Aspect::ValueSets : Aspect::None;
     }
 }
 
