@@ -53,7 +53,7 @@ QString spelledReal(double number)
 {
     const QString scientific = written(number, std::chars_format::scientific);
     const int mark = scientific.lastIndexOf(QLatin1Char('e'));
-    const int exponent = scientific.mid(mark + 1).toInt();
+    const int exponent = numbers::toInt(QStringView(scientific).mid(mark + 1));
     const bool isPlain = exponent >= lowestPlainExponent && exponent <= highestPlainExponent;
     return isPlain ? written(number, std::chars_format::fixed) : scientific;
 }
