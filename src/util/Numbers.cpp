@@ -56,7 +56,8 @@ int toInt(QStringView text, bool *ok)
 {
     const int digits = plainDigits(text.data(), text.size());
     if (digits >= 0) {
-        *ok = true;
+        if (ok)
+            *ok = true;
         return digits;
     }
     return localeOfNumbers().toInt(text, ok);

@@ -12,8 +12,8 @@ namespace numbers
 double toDouble(const QString &text);
 
 /// Returns the result of `QString::toInt` of Qt 5 in base 10, which allows blanks of every script around the digits.
-/// Sets \a ok to whether \a text is a number that an `int` holds.
-int toInt(QStringView text, bool *ok);
+/// Sets \a ok, unless null, to whether \a text is a number that an `int` holds; returns 0 if it is not.
+int toInt(QStringView text, bool *ok = nullptr);
 
 /// Returns the result of `QString::number` in format g with precision 6: "1e+06" for 1000000.
 QString toText(double value);
