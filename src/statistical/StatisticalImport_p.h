@@ -51,7 +51,7 @@ template <typename Importer> struct CommonImport {
         });
     }
 
-    /// Makes both skips the file, the labels first: a variable takes its labels as it arrives. Returns the result
+    /// Makes both passes over the file, the labels first: a variable takes its labels as it arrives. Returns the result
     /// of the second pass.
     static readstat_error_t read(Importer *importer, Reading &reading)
     {

@@ -15,7 +15,7 @@
 namespace statistical
 {
 
-/// The two skips a file at their end.
+/// The two passes over a file, at their end.
 struct PassResults {
     readstat_error_t labels;
     readstat_error_t variables;

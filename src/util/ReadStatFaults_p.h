@@ -20,7 +20,7 @@ constexpr int installedRelease = VAN_READSTAT_RELEASE;
 /// In place of a release: none that mends the fault is known. A guard goes off only after its tests pass without it.
 constexpr int noRelease = std::numeric_limits<int>::max();
 
-/// The two skips the dictionary of an SPSS file differ where it is cut or holds an unknown record.
+/// The two passes over the dictionary of an SPSS file differ if it is cut or has an unknown record.
 constexpr int mendsSpssPasses = noRelease;
 /// An SPSS file with too many long names makes it write through a null pointer.
 constexpr int mendsSpssLongNames = noRelease;

@@ -675,7 +675,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.currentRecord, dictionary.commonRecord);
     }
 
-    // two skips the levels
+    // two passes over the levels
 
     void idsOfAllLevelsComeFirstAndThenTheRecords()
     {
