@@ -1,5 +1,5 @@
-# Finds RapidJSON, by the package file that it brings or by its headers: target RapidJSON::RapidJSON. The names in the
-# package file differ between its releases, and a release has no target.
+# Finds RapidJSON by its CMake package or by its headers, and defines the target RapidJSON::RapidJSON. The variables of
+# the package differ between the releases of RapidJSON, and the package of a release defines no target.
 find_package(RapidJSON CONFIG QUIET)
 find_path(RapidJSON_INCLUDE_DIR rapidjson/writer.h
     HINTS ${RapidJSON_INCLUDE_DIRS} ${RAPIDJSON_INCLUDE_DIRS} ${RapidJSON_INCLUDE_DIR})

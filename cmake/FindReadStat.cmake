@@ -1,8 +1,8 @@
-# Finds ReadStat, which brings no CMake package of its own: target ReadStat::ReadStat, and ReadStat_VERSION.
+# Finds ReadStat, which has no CMake package. Defines the target ReadStat::ReadStat, and ReadStat_VERSION.
 #
-# The version is that of its pkg-config file, or else that in the name of the library file, libreadstat.so.1.1.8. It is
-# empty where neither states it, for example with a static library. Sources see it as the number VAN_READSTAT_RELEASE, which
-# is 0 where the version is not known.
+# The version is that of the pkg-config file, else that in the name of the library file, such as libreadstat.so.1.1.8.
+# It is empty if neither states it, for example with a static library. Sources have it as the number
+# VAN_READSTAT_RELEASE, which is 0 if the version is not known.
 find_package(PkgConfig QUIET)
 if(PKG_CONFIG_FOUND)
     pkg_check_modules(PC_ReadStat QUIET readstat)
@@ -13,7 +13,7 @@ find_library(ReadStat_LIBRARY readstat HINTS ${PC_ReadStat_LIBRARY_DIRS})
 set(ReadStat_VERSION "${PC_ReadStat_VERSION}")
 if(ReadStat_LIBRARY AND NOT ReadStat_VERSION)
     file(REAL_PATH "${ReadStat_LIBRARY}" ReadStat_files)
-    if(NOT ReadStat_files MATCHES "[0-9]$") # no link: the file with the version is beside it
+    if(NOT ReadStat_files MATCHES "[0-9]$") # not a link: the file with the version is in the same directory
         file(GLOB ReadStat_files "${ReadStat_LIBRARY}.*.*.*")
     endif()
     if(ReadStat_files MATCHES "^[^;]*\\.so\\.([0-9]+\\.[0-9]+\\.[0-9]+)$")

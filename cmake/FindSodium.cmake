@@ -1,4 +1,4 @@
-# Finds libsodium, which brings no CMake package of its own: target Sodium::Sodium.
+# Finds libsodium, which has no CMake package. Defines the target Sodium::Sodium.
 find_path(Sodium_INCLUDE_DIR sodium.h)
 find_library(Sodium_LIBRARY sodium)
 

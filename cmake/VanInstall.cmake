@@ -1,12 +1,12 @@
-# Both libraries as others use them: headers, library, CMake package and pkg-config file, and the command. Each part is a
-# component of its own: layout, layout-dev, importers, importers-dev, tool.
+# Installs both libraries, each with its headers, CMake package and pkg-config file, and the command. The components are
+# layout, layout-dev, importers, importers-dev and tool.
 include(CMakePackageConfigHelpers)
 
-# Relative to the pkg-config file, so that an installation can be moved.
+# The prefix is relative to the pkg-config file, so that an installation can be moved.
 file(RELATIVE_PATH VAN_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 
-# van_install_library(Target Package component directory): a library, the headers of `directory` and those generated for
-# it, and its CMake package and pkg-config file, which are made from templates with the name of the package.
+# van_install_library(Target Package component directory): installs a library, the headers of `directory` and those
+# generated for it, and its CMake package and pkg-config file, whose templates have the name of the package.
 function(van_install_library target package component directory)
     set(headers ${CMAKE_INSTALL_INCLUDEDIR}/${package})
     set(config ${CMAKE_INSTALL_LIBDIR}/cmake/${package})

@@ -1,4 +1,4 @@
-# The command, its manual page, and the completion of calls in the shells.
+# Installs the command, its manual page, and its completion for the shells.
 install(TARGETS vanlayout RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/vanlayout.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
 
@@ -10,8 +10,9 @@ install(FILES ${completions}/fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vend
 install(FILES ${completions}/zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions
     RENAME _vanlayout COMPONENT tool)
 
-# Elsewhere the tool finds the libraries beside its directory. Below /usr the system finds them, and a path in the file
-# would come first. The prefix is known when the files are installed, not before.
+# The command has a path to the libraries that is relative to its directory. In /usr the system finds the libraries, and
+# the path, which would be searched first, is removed. This happens at the installation, because the prefix is not known
+# before.
 if(CMAKE_EXECUTABLE_FORMAT STREQUAL ELF)
     install(CODE "
         if(CMAKE_INSTALL_PREFIX MATCHES \"^/(usr)?/*$\")
@@ -19,7 +20,7 @@ if(CMAKE_EXECUTABLE_FORMAT STREQUAL ELF)
         endif()" COMPONENT tool)
 endif()
 
-# On a desktop, files of CSPro open as a codebook in the browser.
+# Desktop integration: CSPro dictionaries and data files open as a codebook in the browser.
 set(desktop ${PROJECT_SOURCE_DIR}/desktop)
 install(FILES ${desktop}/org.vanlayout.vanlayout.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT tool)
 install(FILES ${desktop}/org.vanlayout.vanlayout.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT tool)

@@ -1,4 +1,5 @@
-# cpack: Debian packages, one for each component: a library, what is needed to build with it, and the command.
+# cpack makes one Debian package for each component: the libraries, the files to build programs with each, and the
+# command.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME model-vanadmin)
 set(CPACK_PACKAGE_VENDOR "model_VanAdmin")
@@ -10,8 +11,8 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 
-# van_debian_package(component package section summary PRIVATE_LIBRARIES): what CPack must know of a component. Those that
-# hold programs or libraries depend on the packages whose libraries they are linked with.
+# van_debian_package(component package section summary dependency...): describes the package of a component for CPack.
+# Packages with programs or libraries also depend on the packages of the libraries that they are linked with, see below.
 macro(van_debian_package component package section summary)
     list(APPEND CPACK_COMPONENTS_ALL ${component})
     string(TOUPPER ${component} upper)
@@ -40,9 +41,9 @@ if(VAN_BUILD_TOOL)
         "libvanlayout0 ${this_version}" "libmodel-vanadmin0 ${this_version}")
 endif()
 
-set(CPACK_DEBIAN_TOOL_PACKAGE_RECOMMENDS xdg-utils) # opens codebooks in the browser
+set(CPACK_DEBIAN_TOOL_PACKAGE_RECOMMENDS xdg-utils) # xdg-open, for codebook --open
 
-# The libraries of the project are in no installed package while the packages are made.
+# dpkg-shlibdeps finds the libraries of the project in the build directory, since they are in no installed package.
 foreach(component LAYOUT IMPORTERS TOOL)
     set(CPACK_DEBIAN_${component}_PACKAGE_SHLIBDEPS ON)
 endforeach()

@@ -1,5 +1,5 @@
-# Which Qt everything is built with: Qt 5 where it is installed, else Qt 6. QT_DEFAULT_MAJOR_VERSION, a variable of Qt's
-# own, names the one to use. Sets VAN_QT to Qt5 or Qt6, and VAN_QT_MINIMUM to the oldest release of it that works.
+# Selects the Qt of the build: Qt 5 if it is installed, else Qt 6. QT_DEFAULT_MAJOR_VERSION, a variable that Qt defines,
+# selects one of them. Sets VAN_QT to Qt5 or Qt6, and VAN_QT_MINIMUM to the oldest supported release of it.
 if(QT_DEFAULT_MAJOR_VERSION)
     find_package(QT NAMES Qt${QT_DEFAULT_MAJOR_VERSION} REQUIRED COMPONENTS Core)
 else()
@@ -11,7 +11,7 @@ endif()
 set(VAN_QT Qt${QT_VERSION_MAJOR})
 set(VAN_QT_MINIMUM 5.14)
 
-# The text codecs are a library of their own in Qt 6.
+# Qt 6 has the text codecs in a separate library.
 set(van_qt_codecs "")
 if(QT_VERSION_MAJOR EQUAL 6)
     set(VAN_QT_MINIMUM 6.4)

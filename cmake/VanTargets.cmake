@@ -1,4 +1,4 @@
-# What every target of the project shares, and one function for each kind of target that comes in numbers.
+# Common properties of all targets, and one function for each kind of target that occurs several times.
 
 add_library(van_warnings INTERFACE)
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
@@ -8,7 +8,7 @@ endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     target_compile_options(van_warnings INTERFACE -Wduplicated-cond -Wlogical-op)
 elseif(CMAKE_CXX_COMPILER_ID MATCHES Clang)
-    target_compile_options(van_warnings INTERFACE -Wno-gnu-zero-variadic-macro-arguments) # Qt Test's own macros
+    target_compile_options(van_warnings INTERFACE -Wno-gnu-zero-variadic-macro-arguments) # for the macros of Qt Test
 elseif(MSVC)
     target_compile_options(van_warnings INTERFACE /W4 /permissive- /utf-8 $<$<BOOL:${VAN_WARNINGS_AS_ERRORS}>:/WX>)
 endif()
@@ -24,7 +24,7 @@ if(VAN_SANITIZERS)
     endif()
 endif()
 
-# Properties of code that is ours: C++17 without extensions, nothing exported that is not marked.
+# Properties of the code of the project: C++17 without extensions, and only marked symbols are exported.
 function(van_own_code target)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
@@ -33,7 +33,7 @@ function(van_own_code target)
     target_link_libraries(${target} PRIVATE van_warnings van_sanitizers)
 endfunction()
 
-# A faster linker for programs that are not installed, where there is one.
+# A faster linker for programs that are not installed, if it is available (VAN_FAST_LINK).
 include(CheckCXXCompilerFlag)
 add_library(van_fast_link INTERFACE)
 if(VAN_FAST_LINK)
@@ -45,8 +45,8 @@ if(VAN_FAST_LINK)
     endif()
 endif()
 
-# van_moc(Target Source.cpp): makes Source.moc, which the source includes, with one call of moc. AUTOMOC would add four
-# steps and a source to each test.
+# van_moc(Target Source.cpp): generates Source.moc, which the source includes, with one call of moc. AUTOMOC would add
+# four build steps and one source to each test.
 function(van_moc target source)
     get_filename_component(name ${source} NAME_WE)
     set(folder ${CMAKE_CURRENT_BINARY_DIR}/moc)
@@ -82,8 +82,8 @@ function(van_use_test_headers target)
     target_precompile_headers(${target} REUSE_FROM van_test_headers)
 endfunction()
 
-# van_add_test(cspro/SectionLinesTest.cpp): one Qt Test program, run by CTest without a display. It sees the
-# internal classes of src/ (of layout/ too where it is in tests/layout/), and is labelled with its folder.
+# van_add_test(cspro/SectionLinesTest.cpp): adds a Qt Test program, which CTest runs without a display. It can use the
+# internal classes of src/, and of layout/ if it is in tests/layout/. Its label is the name of its directory.
 function(van_add_test source)
     get_filename_component(name ${source} NAME_WE)
     get_filename_component(room ${source} DIRECTORY)
@@ -104,8 +104,8 @@ function(van_add_test source)
     van_test_properties(${name} ${room})
 endfunction()
 
-# Label, timeout and environment of a test that CTest runs. Leaks are reported but for those of the list SUPPRESSIONS
-# (that of the objects that stay alive on purpose).
+# Sets label, timeout and environment of a test that CTest runs. All leaks are reported except those in the list
+# SUPPRESSIONS; the default is the list of objects that stay alive on purpose.
 function(van_test_properties name label)
     cmake_parse_arguments(arg "" "SUPPRESSIONS" "" ${ARGN})
     if(NOT arg_SUPPRESSIONS)
@@ -116,7 +116,7 @@ function(van_test_properties name label)
     set_tests_properties(${name} PROPERTIES LABELS "${label}" TIMEOUT 300 ENVIRONMENT "${environment}")
 endfunction()
 
-# van_add_bench(ReadBench.cpp): one Google Benchmark program.
+# van_add_bench(ReadBench.cpp): adds a Google Benchmark program.
 function(van_add_bench source)
     get_filename_component(name ${source} NAME_WE)
     add_executable(${name} ${source})
@@ -124,10 +124,10 @@ function(van_add_bench source)
     target_link_libraries(${name} PRIVATE van_objects benchmark::benchmark)
 endfunction()
 
-# van_add_fuzzer(StataFuzzer.cpp DICTIONARY stata.dict SEEDS a/*.dta MADE_SEEDS *.dta): one libFuzzer program, part of the
-# target `fuzzers`. Its seeds are gathered in a folder: what is named, files made for the tests, and what stands under
-# its name in seeds/ and in finds/. LAYOUT is for a reader of exact layouts. VAN_FUZZ_SECONDS is how long its test goes
-# on behind the seeds.
+# van_add_fuzzer(StataFuzzer.cpp DICTIONARY stata.dict SEEDS a/*.dta MADE_SEEDS *.dta): adds a libFuzzer program to the
+# target `fuzzers`. Its seeds are copied to one directory: the files SEEDS, the files MADE_SEEDS that are generated for
+# the tests, and those in the directories of its name in seeds/ and finds/. LAYOUT links the reader of exact layouts.
+# The test continues for VAN_FUZZ_SECONDS after the seeds.
 function(van_add_fuzzer source)
     cmake_parse_arguments(arg "LAYOUT" "DICTIONARY" "SEEDS;MADE_SEEDS" ${ARGN})
     get_filename_component(name ${source} NAME_WE)

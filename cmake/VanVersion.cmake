@@ -1,4 +1,4 @@
-# A header with the version of a library, which is installed with it.
+# Generates the header with the version of a library. It is installed with the library.
 
 # van_version_header(vanlayout directory): generates directory/vanlayout_version.h with macros that begin with VANLAYOUT_VERSION.
 function(van_version_header name directory)

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Reads names of changed files, one a line, and prints a regular expression for the labels of the tests that they concern
-# (ctest -L). Every test has the label of its directory below tests/. A file that no line below names concerns every test.
+# Reads names of changed files, one per line, and prints a regular expression for the labels of the tests that they
+# concern (ctest -L). Each test is labelled with its directory in tests/. A file that the table below does not list
+# concerns all tests.
 set -euo pipefail
 
 all=.

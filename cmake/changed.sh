@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Prints the files of the working tree that differ from the main branch, committed or not, one a line. The main branch is
-# origin/main or main; on it, the last commit counts as changed too. Deleted files are not printed.
+# Prints the files of the working tree that differ from the main branch, committed or not, one per line. The main branch
+# is origin/main or main; on the main branch itself, the files of the last commit are printed too. Deleted files are not
+# printed.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 

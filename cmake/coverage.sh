@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds with counters, runs the tests of the library, and prints how much of src/ they reach, file by file. Fails below
-# the bounds. build/coverage/report/index.html shows it line by line. See docs/coverage.md for what is excluded.
+# the bounds. build/coverage/report/index.html shows the lines. docs/coverage.md lists the exclusions.
 set -euo pipefail
 . "$(dirname "$(readlink -f "$0")")/setup.sh"
 cd "$root"
@@ -12,7 +12,7 @@ report=build/coverage/report
 
 install_packages $build_packages gcovr
 build_preset coverage
-# Counters are added up from one run to the next, so those of a former build are removed.
+# Counters accumulate from one run to the next, so those of an earlier run are removed.
 find build/coverage -name '*.gcda' -delete
 ctest --preset coverage --quiet --output-log build/coverage/tests.log \
     || { tail -n 40 build/coverage/tests.log >&2; exit 1; }

@@ -1,1 +1,1 @@
-// Nothing: what the compiler defines of itself is asked for with it.
+// Empty on purpose: the predefined macros of the compiler are listed by preprocessing this file.

@@ -1,4 +1,5 @@
-# Shared by ./run and ./check; to be sourced. Sets `root`, and offers `install_packages` and `quietly`.
+# Common functions of the scripts, to be sourced. Sets `root` to the directory of the project, and defines the lists of
+# packages and the functions below.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -18,15 +19,15 @@ quietly() {
     return "$status"
 }
 
-# Calls apt-get as root. Where another program holds the lock of the package lists, it waits for that.
+# Calls apt-get as root. If another program holds the lock of the package lists, waits until it is released.
 apt_get() {
     local as_root=""
     [ "$(id -u)" = 0 ] || as_root=sudo
     quietly $as_root env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600 "$@"
 }
 
-# Installs what is missing of the named Debian packages; elsewhere says what is needed and stops. A command names all of
-# its packages at once, in front of its first step.
+# Installs those of the named Debian packages that are missing. On a system without apt, prints the names of the
+# packages and fails. A script calls this before its first step, with all of its packages.
 install_packages() {
     local missing="" package
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

@@ -1,5 +1,5 @@
-// Lists the fields that the importers make of CSPro dictionaries, SPSS and Stata files: the content of the file decides
-// on its format.
+// Lists the fields that the importers make from CSPro dictionaries, SPSS and Stata files. The content of a file
+// determines its format.
 
 #include "formats/MakeImporter.h"
 #include "import/DataProvider.h"
@@ -18,14 +18,14 @@ namespace
 bool list(const QString &path, QTextStream &out)
 {
     const std::unique_ptr<TDataImport> importer = makeImporter(path);
-    // Opens the importer; the names are ours to delete.
+    // This call reads the file. The caller owns the list of names.
     const std::unique_ptr<QStringList> names(importer->selectLayoutSource());
     TVpDataProvider provider;
     provider.genericGetFieldsFrom(importer.get());
     out << path << ": " << names->size() << " variables\n";
     for (const TVpSourceField *field : *provider.getFields())
         out << field->fieldName << '\t' << field->FieldType << '\t' << field->label << '\n';
-    // The fields outlive their makers; nobody uses them any more.
+    // The fields outlive the provider and the importer unless they are released.
     provider.releaseContents();
     importer->releaseContents();
     return !names->isEmpty();
@@ -36,14 +36,14 @@ bool list(const QString &path, QTextStream &out)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); // the library writes many lines there
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); // the library writes many debug lines
     QTextStream out(stdout);
     bool isFine = true;
     for (const QString &path : application.arguments().mid(1)) {
         try {
             isFine = list(path, out) && isFine;
         } catch (VpErrorManager *error) {
-            // Thrown by pointer; the handler owns it.
+            // The error is thrown by pointer, and the handler owns it.
             const std::unique_ptr<VpErrorManager> owned(error);
             out << path << ": error " << owned->getCode() << ": " << owned->catalogueMessage() << '\n';
             isFine = false;

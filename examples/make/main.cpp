@@ -1,4 +1,5 @@
-// Makes household.sav and household.dta in a directory: one small household survey in both forms.
+// Writes household.sav and household.dta into a directory: the same small household survey as an SPSS and as a Stata
+// file.
 
 #include "StatFile.h"
 
@@ -7,7 +8,7 @@
 namespace
 {
 
-// The formats are written in the language of each form.
+// Display formats, in the notation of SPSS or of Stata.
 struct Formats {
     const char *code;
     const char *count;

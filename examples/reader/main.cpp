@@ -1,5 +1,5 @@
 // Lists the variables of census and survey data files: CSPro dictionaries in both forms, CSPro data files, SPSS, Stata
-// and SAS files. The content of a file decides on its format.
+// and SAS files. The content of a file determines its format.
 
 #include "read/Reader.h"
 
