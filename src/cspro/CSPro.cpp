@@ -34,7 +34,7 @@ VpErrorManager *invalidContents(int index)
     return new VpErrorManager(ClassTag::CSPro, codeInvalidContents, QString(numberCharacter(index)));
 }
 
-// The cause of the current exception, as one line for a person; null where the error that follows says enough.
+// Returns the cause of the current exception, as one line for a person; null if the error that follows is clear enough.
 QString causeOfException()
 {
     try {
@@ -158,7 +158,7 @@ SectionLines TCSPro::beginSection(cspro::SectionKind kind, const TextLines &line
 }
 
 // The key is found anywhere in a line, by substring and in file order: a line that merely contains it wins if it is the
-// first. A second "=" makes the line useless.
+// first. A line with a second "=" has no value.
 std::optional<QStringView> TCSPro::findValue(const SectionLines &lines, const QString &key, KeyType type) const
 {
     const auto line
@@ -288,7 +288,7 @@ QString TCSPro::nameOfOccurrence(const TCSProItem &item, int occurrence)
     return item.name + QLatin1Char('_') + numberCharacter(occurrence);
 }
 
-// Stores one copy of an item for each occurrence, one after the other; none where it occurs less than once. The item
+// Stores one copy of an item for each occurrence, one after the other; none if it occurs less than once. The item
 // itself is not stored.
 void TCSPro::addOccurrences(const TCSProItem &item)
 {
@@ -324,7 +324,7 @@ void TCSPro::storeItem(TCSProItem *item)
 
 void TCSPro::readValueSet(const TextLines &lines, int &index)
 {
-    // Only the first value set of an item counts; one before the first item describes nothing.
+    // Only the first value set of an item is read. A value set before the first item describes nothing.
     if (!currentItem || currentItem->hasValueSets()) {
         notes.valueSetSkipped(lines, index);
         return;
@@ -346,7 +346,7 @@ void TCSPro::readValueSet(const TextLines &lines, int &index)
     attachValueSet(parsed.set.release());
 }
 
-// The item gets the marked codes, even where reading fails after them or the set is dropped.
+// The item gets the marked codes, even if reading fails after them or the set is dropped.
 void TCSPro::readValues(const SectionLines &section, cspro::ParsedValueSet &parsed, cspro::ValueSetNotes &setNotes)
 {
     const auto takeMarks = qScopeGuard([&] {
@@ -367,14 +367,15 @@ bool TCSPro::acceptCodes(TCSProValueSet &set, cspro::ValueSetNotes &setNotes)
 {
     if (!acceptDecimalCodes(set, setNotes))
         return false;
-    // A code that does not convert loses the whole set, and only a report says so.
+    // If a code does not convert, the whole set is lost, and only a report states this.
     const bool areIntegers = set.checkCodes(TCSProValueSet::modeAllIntegers);
     if (!areIntegers)
         setNotes.codesRefused();
     return areIntegers;
 }
 
-// Asks about decimal codes, unless an answer applies to all sets of the dictionary; false if the set is to be dropped.
+// Asks about decimal codes, unless an answer applies to all sets of the dictionary. Returns false if the set is to be
+// dropped.
 bool TCSPro::acceptDecimalCodes(TCSProValueSet &set, cspro::ValueSetNotes &setNotes)
 {
     if (set.checkCodes(TCSProValueSet::modeNoDecimal))
@@ -402,7 +403,8 @@ int TCSPro::askDecimal(QString text, QString informativeText, QString title, QMe
     return int(cspro::answerDecimalQuestion({ text, informativeText, title, icon }, ownAnswer, messageBox));
 }
 
-// All copies of an occurring item share the set, unless they began the dictionary: then only the last copy has it.
+// All copies of an item that occurs several times share the set, unless they are the first items of the dictionary:
+// then only the last copy has it.
 void TCSPro::attachValueSet(TCSProValueSet *set)
 {
     const int group = currentItem->firstOccurrence;
@@ -424,7 +426,7 @@ void TCSPro::requireRoom(qint64 newItems, qint64 newNameCharacters)
                                  .arg(maxNameCharacters));
 }
 
-// The copies share a set, but a caller that writes their labels out has them once for each copy.
+// The copies share a set, but a caller that copies their labels has them once for each copy.
 void TCSPro::requireRoomFor(const TCSProValueSet &set)
 {
     const int copies = currentItem->firstOccurrence == 0 ? 1 : currentOccurrences;

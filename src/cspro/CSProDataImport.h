@@ -9,19 +9,19 @@ class TCSPro;
 
 /// Reads the layout of a CSPro text dictionary: one field for each item and occurrence, one group for each record.
 ///
-/// It reads no data. Columns count from 1, lengths are in characters. A file that cannot be read gives an open importer
+/// It reads no data. Columns count from 1, lengths are in characters. For a file that cannot be read the importer opens
 /// with no groups and no fields. Reading may ask about decimal codes (see setDecimalAnswer()), so it must run on the
-/// thread that may show widgets. A dictionary that cannot be read to its end ends in a thrown `VpErrorManager *` with
-/// code 242.
+/// thread that may show widgets. If the contents of a dictionary cannot be read to their end, a `VpErrorManager *` with
+/// code 242 is thrown.
 ///
-/// The dictionary and the list of groups outlive the importer, as the fields do. Copies share all of them. Call the
-/// operations through a `TDataImport` pointer or reference.
+/// The dictionary, the list of groups and the fields outlive the importer; releaseContents() frees them. Copies share
+/// all of them. Call the operations through a `TDataImport` pointer or reference.
 class MODEL_VANADMIN_EXPORT TCSProDataImport : public TCSProImportBase
 {
 public:
     /// Keeps the path, unchanged; reads nothing yet. Logs "TCSProDataImport Constructor".
     explicit TCSProDataImport(QString fileName);
-    /// Empty: no path and no list of groups.
+    /// Makes an empty importer: no path and no list of groups.
     TCSProDataImport();
     TCSProDataImport(const TCSProDataImport &other);
     TCSProDataImport &operator=(const TCSProDataImport &other);
@@ -31,16 +31,16 @@ public:
 
     /// Sets the function that answers the question on decimal codes in the readings of this importer, in place of the
     /// function or the dialog of the process. An empty function, as in a new importer, leaves the question to those.
-    /// Copies of the importer keep a copy of the function, and no reading keeps it when it has ended.
+    /// Copies of the importer keep a copy of the function; a reading does not keep it after it has ended.
     void setDecimalAnswer(DecimalAnswerFunction answer);
-    void releaseContents() override; ///< groups and dictionary included
+    void releaseContents() override; ///< frees the groups and the dictionary too
 
 protected:
     friend struct TestAccess;
 
     QString getDataProviderId() override;   ///< "CSPRO_" and the source name
     QString getDataProviderType() override; ///< "CSPRO"
-    /// As the base, after the line "TCSProDataImport - selectLayoutSource" in the log.
+    /// Logs the line "TCSProDataImport - selectLayoutSource", then calls the base class.
     QStringList *selectLayoutSource() override;
 
 private:
@@ -50,11 +50,11 @@ private:
     const TCSProItem *itemOf(TGenericField *field) const override;
     void renewDictionary();
 
-    TCSPro *dictionary = nullptr;        ///< kept: the fields point at its items
-    DecimalAnswerFunction decimalAnswer; ///< empty for that of the process
+    TCSPro *dictionary = nullptr;        ///< kept: the fields point to its items
+    DecimalAnswerFunction decimalAnswer; ///< empty: the function of the process is used
 };
 
-/// The field of a CSPro text dictionary. It points at its item without owning it.
+/// The field of a CSPro text dictionary. It points to its item without owning it.
 class MODEL_VANADMIN_EXPORT TCSProVariable : public TCSProFieldBase
 {
 public:

@@ -30,11 +30,11 @@ QString decimalsOf(const TCSProItem &item)
 {
     if (item.dataType == 1)
         return emptyText();
-    // The character with that code, not a digit: the source field then shows 0 decimals.
+    // The number becomes the character with that code, not a digit: the source field then has 0 decimals.
     return item.decimals == 0 ? QStringLiteral("0") : QString(numberCharacter(item.decimals));
 }
 
-// Fast where the sets share their texts, as those of one repeated item do.
+// This is fast if the sets share their texts, as those of one repeated item do.
 bool haveSameRows(const TCSProValueSet &a, const TCSProValueSet &b)
 {
     const auto isSameRow = [](const TValueSetItem *left, const TValueSetItem *right) {
@@ -47,13 +47,13 @@ bool haveSameRows(const TCSProValueSet &a, const TCSProValueSet &b)
     return &a == &b || std::equal(left.cbegin(), left.cend(), right.cbegin(), right.cend(), isSameRow);
 }
 
-// Null where the item has several value sets, or none.
+// Returns null if the item has several value sets, or none.
 const TCSProValueSet *onlySetOf(const TCSProItem &item)
 {
     return item.valueSets->size() == 1 ? item.getValueSet(0) : nullptr;
 }
 
-// The lowest and the highest code of an item. The highest counts where hasRange is true.
+// The lowest and the highest code of an item. The highest is used only if hasRange is true.
 struct Span {
     void include(double number)
     {
@@ -66,7 +66,7 @@ struct Span {
     bool hasRange = false;
 };
 
-// The first and the last code of a set, which is sorted. A set without a first or last value gives none.
+// The first and the last code of a set, which is sorted. A set without a first or last value has no bounds.
 Span spanOf(const TCSProValueSet *set)
 {
     if (!set || set->values().isEmpty() || !set->values().first() || !set->values().last())
@@ -74,7 +74,7 @@ Span spanOf(const TCSProValueSet *set)
     return { numbers::toDouble(set->values().first()->code), numbers::toDouble(set->values().last()->code), true };
 }
 
-// Runs work with each value that is a label: the values marked as missing or not applicable are none.
+// Runs work with each value that is a label. Values marked as missing or not applicable are not labels.
 template <typename Work> void forEachLabelled(const TCSProItem &item, Work work)
 {
     for (const TCSProValueSet *set : qAsConst(*item.valueSets)) {
@@ -135,7 +135,7 @@ void ItemDescriber::describe(const TCSProItem &item, TGenericField &field)
 
 QString ItemDescriber::maximumWithoutValues(const TCSProItem &item)
 {
-    // With a decimal character the number of decimals plays no part.
+    // With a decimal character the number of decimals has no effect.
     if (item.decimalChar)
         return nines(qint64(item.length) - 1);
     const qint64 wholeDigits = qint64(item.length) - item.decimals;

@@ -20,7 +20,7 @@
 namespace cspro
 {
 
-/// A new dictionary of class \a Dictionary, kept with all that hangs on it.
+/// Makes a dictionary of class \a Dictionary. \a kept frees it with its contents.
 template <typename Dictionary> Dictionary *newDictionary(KeptObjects &kept)
 {
     auto made = std::make_unique<Dictionary>();
@@ -32,8 +32,8 @@ template <typename Dictionary> Dictionary *newDictionary(KeptObjects &kept)
     return made.release();
 }
 
-/// Reads the file at \a path into \a dictionary. Adds the notes to \a report unless it is null. Sets \a problem where
-/// the system fails to read the file.
+/// Reads the file at \a path into \a dictionary. Adds the notes to \a report unless it is null. Sets \a problem if the
+/// system fails to read the file.
 template <typename Dictionary>
 void readDictionary(Dictionary &dictionary, QString path, ReadReport *report, QString &problem)
 {
@@ -53,18 +53,18 @@ class ItemDescriber
 public:
     ItemDescriber();
 
-    /// Fills the description of \a field from \a item: everything but the group.
+    /// Fills the description of \a field from \a item, except the group.
     void describe(const TCSProItem &item, TGenericField &field);
 
 private:
     struct Labels {
         QString text;
         QString minimum;
-        QString maximum; ///< null where the bound without a value set holds
+        QString maximum; ///< null if the bound for an item without a value set applies
     };
 
     QString maximumWithoutValues(const TCSProItem &item);
-    /// The labels of an item with a value set; those of the item before where both have the same.
+    /// Returns the labels of an item with a value set: those of the item before it if both have the same.
     const Labels &labelsOf(const TCSProItem &item, eVanVarType type);
     bool hasLabelsOf(const TCSProItem &item, eVanVarType type) const;
     Labels makeLabels(const TCSProItem &item, eVanVarType type);

@@ -19,8 +19,8 @@ namespace
 
 constexpr int headSize = 16;
 
-// The first bytes of a file, without carriage returns, as text mode reads them, and without white space around them.
-// Sets readProblem where the system fails to read them.
+// Returns the first bytes of a file, without carriage returns, as text mode reads them, and without white space around
+// them. Sets readProblem if the system fails to read them.
 QByteArray readHead(const QString &fileName, QString &readProblem)
 {
     QFile file(fileName);
@@ -34,13 +34,13 @@ QByteArray readHead(const QString &fileName, QString &readProblem)
         std::copy_if(bytes.cbegin(), bytes.cend(), std::back_inserter(head), [](char byte) { return byte != '\r'; });
     }
     char next = 0;
-    if (head.isEmpty()) // a file of no size may fail at its first byte, which nothing has asked for
+    if (head.isEmpty()) // a file of size 0 may fail at its first byte, which nothing has requested
         file.read(&next, 1);
     readProblem = readProblemOf(file);
     return head.left(headSize).trimmed();
 }
 
-// The reason why a file with this head is not read.
+// Returns the reason why a file with this head is not read.
 QString describeHead(const QByteArray &head)
 {
     QString words = QStringLiteral("no \"{\" behind white space among the first 16 bytes");
@@ -51,7 +51,7 @@ QString describeHead(const QByteArray &head)
     return words;
 }
 
-// The whole file; empty where it cannot be read, and readProblem has the reason.
+// Returns the whole file; empty if it cannot be read, and readProblem then has the reason.
 QByteArray readWhole(const QString &fileName, QString &readProblem)
 {
     constexpr qint64 maxBytes = std::numeric_limits<int>::max(); // of a QByteArray of Qt 5
@@ -104,7 +104,7 @@ std::unique_ptr<TCSProItem> occurrenceOf(const TCSProItem &item, int occurrence)
     return copy;
 }
 
-// New objects that share the texts.
+// Makes new objects that share the texts.
 OwnedValueSet copyOf(const TCSProValueSet &source)
 {
     OwnedValueSet set(new TCSProValueSet);
@@ -205,7 +205,8 @@ TCSProJson::Defaults TCSProJson::readSettings(const QJsonObject &dictionary)
              itemDefaults.value(QLatin1String("zeroFill")).toBool() };
 }
 
-// The ids of all levels come first, then the records of all levels. False where the dictionary would exceed a limit.
+// The ids of all levels come first, then the records of all levels. Returns false if the dictionary would exceed a
+// limit.
 bool TCSProJson::readLevels(const QJsonArray &levels, const Defaults &defaults)
 {
     const auto idsOf = [&](const QJsonValue &level) { return readIds(level.toObject(), defaults); };
@@ -252,7 +253,7 @@ TCSProRecord *TCSProJson::readRecord(const QJsonObject &object)
     return currentRecord;
 }
 
-// The items of one record, from column 1 on. False where the dictionary would exceed a limit.
+// The items of one record, from column 1 on. Returns false if the dictionary would exceed a limit.
 bool TCSProJson::readItems(const QJsonArray &objects, TCSProRecord *record, cspro::ItemPlace place,
                            const Defaults &defaults)
 {
@@ -293,7 +294,7 @@ void TCSProJson::readJsonItem(const QJsonObject &object, TCSProRecord *record, i
     item->record = record;
     item->label = readJsonLabel(object);
     describe(*item, object);
-    // A key of another type counts as false, where a missing one takes the default.
+    // A value of another type counts as false; a missing key takes the default.
     const QJsonValue decimalMark = object.value(QLatin1String("decimalMark"));
     const QJsonValue zeros = object.value(QLatin1String("zeroFill"));
     item->decimalChar = decimalMark.isUndefined() ? decimalMarkDefault : decimalMark.toBool();
@@ -308,8 +309,8 @@ void TCSProJson::readJsonItem(const QJsonObject &object, TCSProRecord *record, i
     items->append(item.release());
 }
 
-// One copy of a repeated item for each occurrence, each with value-set objects of its own. Adds nothing and returns
-// false where the dictionary would exceed a limit.
+// One copy of a repeated item for each occurrence, each with its own value-set objects. Adds nothing and returns false
+// if the dictionary would exceed a limit.
 bool TCSProJson::addCopies(const QJsonObject &object, TCSProRecord *record, int count, int &position,
                            const Defaults &defaults)
 {

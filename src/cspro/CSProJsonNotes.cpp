@@ -60,7 +60,7 @@ constexpr JsonKey itemKeys[]
         { "length", integerType }, { "start", integerType },      { "decimalMark", flagType },
         { "zeroFill", flagType },  { "occurrences", objectType }, { "valueSets", arrayType },
         { "decimals", anyType },   { "subitem", anyType },        { "subitemOffset", anyType } };
-enum class ItemKey { // in the same order
+enum class ItemKey { // in the order of the keys above
     name,
     labels,
     contentType,
@@ -166,7 +166,7 @@ private:
 
     void note(NoteKind kind, const QString &text) { report.add(kind, text, 0, variable); }
 
-    // Notes values of wrong types and keys that are not known. Returns the values of the keys in their order; undefined
+    // Adds notes on values of wrong types and on unknown keys. Returns the values of the keys in their order; undefined
     // for a key that the object lacks.
     template <size_t count> Values<count> overKeys(const QJsonObject &object, const JsonKey (&keys)[count])
     {
@@ -281,7 +281,7 @@ private:
         overValueSets(valueOf(ItemKey::valueSets).toArray());
     }
 
-    // Any type but the alphanumeric one is read as a number.
+    // Every type except the alphanumeric one is read as a number.
     void overContentType(const QJsonValue &type, int length)
     {
         isNumber = !isAlpha(type);
@@ -358,7 +358,7 @@ private:
     bool isNumber = false;
     bool isInteger = false;
     NumbersSoFar numbersSoFar;    ///< codes of the current value set
-    KeyedSet<QString> textsSoFar; ///< its codes that are no numbers
+    KeyedSet<QString> textsSoFar; ///< codes of the current value set that are no numbers
     bool isBehindFirstLevel = false;
     bool hasRecordTypes = false;
     bool isColumnOneTaken = false; ///< by the record type or the id items

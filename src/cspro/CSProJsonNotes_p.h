@@ -9,17 +9,17 @@ class ReadReport;
 namespace cspro
 {
 
-/// The diagnostics of the reader of CSPro 8 dictionaries. Each operation returns at once where there is no report.
+/// The diagnostics of the reader of CSPro 8 dictionaries. Each operation returns at once if there is no report.
 class JsonDictionaryNotes
 {
 public:
-    /// Sends the notes to \a newReport, which is not owned; to none where it is null.
+    /// Sends the notes to \a newReport, which is not owned; null turns reporting off.
     void setReport(ReadReport *newReport) { report = newReport; }
 
-    /// The file gives no layout: the system failed to read it, which \a readProblem says, or, where that is empty, its
-    /// content is no dictionary, which \a problem says.
+    /// The file has no layout. \a readProblem states how the system failed to read it. If that is empty, the content is
+    /// no dictionary, and \a problem states the reason.
     void fileNotRead(const QString &readProblem, const QString &problem) const;
-    /// The document that is read: the keys and values that the reader skips, or reads as something else.
+    /// Reports the keys and values of the document that the reader skips, or reads as something else.
     void document(const QJsonObject &root) const;
     /// Reading ended within \a record, at a bound.
     void readingEnded(const QString &record) const;

@@ -8,20 +8,20 @@ class QJsonArray;
 class QJsonObject;
 class QJsonValue;
 
-/// The parts of a document as both the reader and its diagnostics take them.
+/// The rules for parts of a document that the reader and its diagnostics share.
 namespace cspro
 {
 
-/// Where items are listed. Those of a record can occur several times, the id items once.
+/// The list that an item is in. The items of a record can occur several times, the id items once.
 enum class ItemPlace { ids, record };
 
-/// The object of the key "dictionary", or the whole document if there is none.
+/// Returns the object of the key "dictionary", or the whole document if there is none.
 QJsonObject dictionaryOf(const QJsonObject &root);
-/// Whether a "contentType" is that of a text; any other is that of a number.
+/// Returns whether a "contentType" is that of a text; any other is that of a number.
 bool isAlpha(const QJsonValue &contentType);
-/// How often an item of a record occurs, by its "occurrences".
+/// Returns how often an item of a record occurs, by its "occurrences".
 int occurrencesOf(const QJsonValue &occurrences);
-/// The code of a pair: its "value", even one that is no text, or else its "range"; null where it has none.
+/// Returns the code of a pair: its "value", even one that is no text, or else its "range"; null if it has neither.
 QString codeOf(const QJsonObject &pair);
 QString codeOf(const QJsonValue &value, const QJsonValue &range);
 QString codeOfRange(const QJsonValue &range);
@@ -41,11 +41,11 @@ public:
     TCSProJson();
     ~TCSProJson() override;
 
-    /// Sends notes on what the next readings lose or change to \a newReport, which is not owned; to none where it is
-    /// null.
+    /// Sends notes on everything that the next readings lose or change to \a newReport, which is not owned; null turns
+    /// reporting off.
     void setReport(ReadReport *newReport) { notes.setReport(newReport); }
 
-    /// Reads a file, if it begins with "{" after white space, all within its first 16 bytes. A second call appends.
+    /// Reads a file if it begins with "{" after white space, all within its first 16 bytes. A second call appends.
     ///
     /// A dictionary that needs more items, name characters or values than the limits allow is read up to the item that
     /// exceeds them.
@@ -70,12 +70,13 @@ private:
     bool readItems(const QJsonArray &objects, TCSProRecord *record, cspro::ItemPlace place, const Defaults &defaults);
     bool addCopies(const QJsonObject &object, TCSProRecord *record, int count, int &position, const Defaults &defaults);
 
-    /// The text of the first label of \a object; "" if there is none.
+    /// Returns the text of the first label of \a object; "" if there is none.
     QString readJsonLabel(const QJsonObject &object) const;
-    /// Attaches the first value set of \a object to \a item, its values in the order of the document.
+    /// Attaches the first value set of \a object to \a item, with its values in the order of the document.
     void readJsonValueSets(TCSProItem *item, const QJsonObject &object);
-    /// Adds one item, and moves \a position after it. Without a "start" the item begins at the position, but not
-    /// before column 1; with a "start" the position goes by that, whatever the flag is. Does nothing for a null record.
+    /// Adds one item, and moves \a position after it. Without a "start" the item begins at the position, but not before
+    /// column 1; with a "start" the position is computed from that, whatever the flag is. Does nothing for a null
+    /// record.
     void readJsonItem(const QJsonObject &object, TCSProRecord *record, int &position, bool relativePositions,
                       bool decimalMarkDefault, bool zeroFillDefault);
 

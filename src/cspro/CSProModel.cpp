@@ -15,7 +15,7 @@ namespace cspro
 
 void logFailure(const char *operation, const QString &classTag, int code)
 {
-    // The code is shown as the character with that number.
+    // The code is written as the character with that number.
     if (operation)
         debugLine(QLatin1String(operation) + QLatin1String(" ERROR ") + classTag + QLatin1Char(' ')
                   + numberCharacter(code));
@@ -32,7 +32,7 @@ TCSProItem::TCSProItem()
 
 TCSProItem::~TCSProItem()
 {
-    delete valueSets; // the list alone: the value sets stay alive
+    delete valueSets; // only the list: the value sets stay alive
 }
 
 int TCSProItem::getValueSetsCount()

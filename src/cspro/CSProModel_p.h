@@ -35,11 +35,11 @@ template <typename T> const QList<T *> &listBehind(const QList<T *> *list)
     return *list;
 }
 
-// Logs the failure of an accessor. Does nothing without an operation, for an accessor that logs no failures.
+// Logs the failure of an accessor. Does nothing if \a operation is null, as for an accessor that logs no failures.
 void logFailure(const char *operation, const QString &classTag, int code);
 
-/// The size of \a list. If reading it throws, as it does without a list, logs the failure of \a operation (unless that
-/// is null) and throws a `VpErrorManager *` with code 101 under \a classTag.
+/// Returns the size of \a list. If that throws, as it does if \a list is null, logs the failure of \a operation (unless
+/// \a operation is null) and throws a `VpErrorManager *` with code 101 under \a classTag.
 template <typename T> int sizeOf(const QList<T *> *list, const QString &classTag, const char *operation = nullptr)
 {
     try {
@@ -50,8 +50,8 @@ template <typename T> int sizeOf(const QList<T *> *list, const QString &classTag
     }
 }
 
-/// The element of \a list at \a index; null outside of the list, which is no failure. Fails like sizeOf(), with code
-/// 211 and a text of one character whose code is the index.
+/// Returns the element of \a list at the 0-based \a index; null outside of the list, which is not a failure. Fails like
+/// sizeOf(), with code 211 and a text of one character whose code is the index.
 template <typename T>
 T *elementOf(const QList<T *> *list, int index, const QString &classTag, const char *operation = nullptr)
 {
@@ -65,8 +65,8 @@ T *elementOf(const QList<T *> *list, int index, const QString &classTag, const c
 
 } // namespace cspro
 
-/// A record of a dictionary. It keeps no list of its items: the link runs from the item to the record alone. No text of
-/// a record, of an item or of a dictionary is null.
+/// A record of a dictionary. It keeps no list of its items: only the item points to its record. No text of a record, of
+/// an item or of a dictionary is null.
 struct TCSProRecord {
     void addItem(TCSProItem *item); ///< does nothing
 
@@ -80,7 +80,7 @@ struct TCSProRecord {
 
 /// An item of a dictionary, or one occurrence of an item that occurs several times.
 ///
-/// A subitem is an item like any other, with its own place in the line. Fields point at items, so these stay alive
+/// A subitem is an item like any other, with its own place in the line. Fields point to items, so these stay alive
 /// until freeContents().
 class TCSProItem : public QObject
 {
@@ -88,10 +88,10 @@ public:
     TCSProItem();
     ~TCSProItem() override;
 
-    /// The number of value sets. Throws a `VpErrorManager *` with code 101 where there is no list.
+    /// Returns the number of value sets. Throws a `VpErrorManager *` with code 101 if there is no list.
     int getValueSetsCount();
     bool hasValueSets() const;
-    /// The value set at an index from 0; null outside of the list. Throws a `VpErrorManager *` with code 211 where
+    /// Returns the value set at a 0-based index; null outside of the list. Throws a `VpErrorManager *` with code 211 if
     /// there is no list.
     TCSProValueSet *getValueSet(int index) const;
     /// Appends only if the item has no value set yet: the first one stays.
@@ -100,31 +100,31 @@ public:
     int valueSetsCount = 0; ///< written by getValueSetsCount()
     QString label = emptyText();
     QString missingValue = emptyText();  ///< code of the value marked as missing
-    QString name = emptyText();          ///< with the occurrence's suffix on copies
+    QString name = emptyText();          ///< copies have the suffix of their occurrence
     QString notApplicable = emptyText(); ///< code of the value marked as not applicable
     int dataType = 0;                    ///< 1 alphanumeric, 0 numeric
     int decimals = 0;
-    int subItem = 0;     ///< 1 for a subitem; recorded, acted on by nothing
+    int subItem = 0;     ///< 1 for a subitem; stored, has no effect
     int length = 0;      ///< characters
-    int occurrences = 1; ///< 1 on every stored item
+    int occurrences = 1; ///< 1 in every stored item
     int start = 1;       ///< column, from 1
     bool decimalChar = false;
     bool zeroFill = false;
     bool isFurtherOccurrence = false; ///< a copy after the first one of its item
-    int firstOccurrence = 0;          ///< 0 for a plain item; on copies the number of items before the first copy
+    int firstOccurrence = 0;          ///< 0 for a plain item; for copies the number of items before the first copy
     TCSProRecord *record = nullptr;
     QList<TCSProValueSet *> *valueSets;
 };
 
-/// Base class of both dictionary readers, with what they read: settings, records, and all items in one list.
+/// Base class of both dictionary readers. It holds what they read: settings, records, and all items in one list.
 ///
-/// Destroying a dictionary frees no record, item or value set, because the fields made from it point at them;
+/// Destroying a dictionary frees no record, item or value set, because the fields made from it point to them;
 /// freeContents() frees them.
 class CSProDictionary : public QObject
 {
 public:
     /// Bounds of a dictionary: items, characters in the names of occurrences, and values of repeated items, counting
-    /// each occurrence. A few bytes of a file can ask for any number of them.
+    /// each occurrence. A few bytes of a file can demand any number of them.
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // small bounds let a fuzzer reach them often
     static constexpr int maxItems = 1000;
     static constexpr qint64 maxNameCharacters = 250000;
@@ -138,9 +138,9 @@ public:
     CSProDictionary();
     ~CSProDictionary() override;
 
-    /// The item at an index from 0; null outside of the list. Where there is no list: logs "TCSPro::getItem ERROR ",
-    /// class tag and code, and throws a `VpErrorManager *` with code 211. The other accessors behave alike, the counts
-    /// with code 101.
+    /// Returns the item at a 0-based index; null outside of the list. If there is no list, logs "TCSPro::getItem ERROR
+    /// ", class tag and code, and throws a `VpErrorManager *` with code 211. The other accessors do the same; the
+    /// counts throw code 101.
     TCSProItem *getItem(int index) const;
     int getItemsCount() const;
     TCSProRecord *getRecord(int index) const;
@@ -149,46 +149,47 @@ public:
     int recordTypeStart = 1;                 ///< column of the record type in a data line, from 1
     int recordTypeLen = 1;                   ///< width of the record type; 0 for a dictionary without record types
     std::unique_ptr<QMessageBox> messageBox; ///< made when the question on decimal codes is first asked
-    DecimalAnswerFunction ownAnswer;         ///< answers that question; empty for the function of the process
+    DecimalAnswerFunction ownAnswer;         ///< answers that question; if empty, the function of the process does
     int recordsCount = 0;                    ///< written by getRecordsCount()
-    int decimalAnswer = 0;                   ///< sticky answer to that question: 0 and 3 ask, 1 Yes to All, 2 No to All
-    int lastButton = 0;                      ///< last button pressed in it
+    int decimalAnswer = 0; ///< answer that is kept for further questions: 1 Yes to All, 2 No to All; 0 and 3 ask again
+    int lastButton = 0;    ///< last button pressed in the dialog
     QString version = emptyText();
     QString label = emptyText();
     QString name = emptyText();
-    QString positions = emptyText();   ///< kept as text, acted on by nothing
+    QString positions = emptyText();   ///< kept as text; has no effect
     QString zeroFill = emptyText();    ///< kept as text; no default for the items
     QString decimalChar = emptyText(); ///< kept as text; no default for the items
     TCSProRecord *commonRecord;        ///< the implicit record "Common" of type "_COMMON_"; not among the records
     QList<TCSProRecord *> *records;    ///< in file order
-    std::map<QString, TCSProRecord *> recordMap; ///< by record type; a later record takes the entry
+    std::map<QString, TCSProRecord *> recordMap; ///< by record type; a later record of a type replaces an earlier one
     QList<TCSProItem *> *items;                  ///< in file order, occurrences expanded
     TCSProItem *currentItem = nullptr;           ///< the item that a following value set describes
     TCSProRecord *currentRecord;                 ///< the record that a following item belongs to
     bool currentIsNumeric = false;               ///< whether the item read last is numeric
     QList<void *> list1;                         ///< stays empty
     QList<void *> list2;                         ///< stays empty
-    QString readProblem; ///< why the file could not be read, as one line for a person; null where it could
+    QString readProblem; ///< reason why the file could not be read, as one line for a person; null if it could
 
 protected:
-    /// True if the dictionary can grow by these numbers of items and of characters in the names of occurrences within
-    /// its bounds. Counts the characters.
+    /// Returns whether the dictionary can grow within its bounds by these numbers of items and of characters in the
+    /// names of occurrences. Counts the characters.
     bool hasRoom(qint64 itemsToCome, qint64 nameCharactersToCome);
-    /// True if so many occurrences can have so many values each within the bound. Counts the values, unless the item
-    /// occurs once.
+    /// Returns whether this number of occurrences can have this number of values each within the bound. Counts the
+    /// values, unless the item occurs once.
     bool hasRoomForValues(qint64 occurrences, qint64 valuesOfEach);
 
-    mutable TextCache texts; ///< shares texts that repeat
+    mutable TextCache texts; ///< shares repeated texts
 
 private:
-    qint64 nameCharacters = 0; ///< in the names of all occurrences so far
+    qint64 nameCharacters = 0; ///< number of characters in the names of all occurrences so far
     qint64 repeatedValues = 0; ///< of all occurrences so far
 };
 
 namespace cspro
 {
 
-/// Frees the records, items, value sets and values of a dictionary with their lists; the dictionary has no lists then.
+/// Frees the records, items, value sets and values of a dictionary with their lists. Afterwards the dictionary has no
+/// lists.
 void freeContents(CSProDictionary &dictionary);
 
 } // namespace cspro

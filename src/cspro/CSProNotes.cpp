@@ -23,7 +23,7 @@ struct Span {
     qint64 end;   // one after the last
 };
 
-// The spans in order, without overlaps.
+// Ordered spans without overlaps.
 std::vector<Span> merged(std::vector<Span> spans)
 {
     std::sort(spans.begin(), spans.end(), [](const Span &a, const Span &b) { return a.begin < b.begin; });
@@ -66,7 +66,7 @@ void reportOverlaps(ReadReport &report, std::vector<const TCSProItem *> items, c
     }
 }
 
-// Notes items with the same columns: those of one record, and those with columns of the record type or of id items.
+// Adds notes on items that share columns: with other items of their record, with the record type, or with id items.
 void reportPositions(ReadReport &report, const CSProDictionary &dictionary)
 {
     std::map<const TCSProRecord *, std::vector<const TCSProItem *>> itemsOf;
@@ -74,7 +74,7 @@ void reportPositions(ReadReport &report, const CSProDictionary &dictionary)
         if (item->subItem == 0 && item->length > 0)
             itemsOf[item->record].push_back(item);
     }
-    std::vector<Span> recordType; // empty where there is no record
+    std::vector<Span> recordType; // empty if there is no record
     if (dictionary.recordTypeLen > 0 && !dictionary.records->isEmpty())
         recordType.push_back(
             { dictionary.recordTypeStart, qint64(dictionary.recordTypeStart) + dictionary.recordTypeLen });
@@ -87,7 +87,7 @@ void reportPositions(ReadReport &report, const CSProDictionary &dictionary)
         reportOverlaps(report, std::move(itemsOf[record]), everyLine);
 }
 
-// Notes groups whose value is another group.
+// Adds notes on groups whose value is another group.
 void reportGroups(ReadReport &report, const QStringList *groups)
 {
     if (!groups)
@@ -99,7 +99,7 @@ void reportGroups(ReadReport &report, const QStringList *groups)
     }
 }
 
-// Notes records that share a name or a record type.
+// Adds notes on records that share a name or a record type.
 void reportRecords(ReadReport &report, const CSProDictionary &dictionary)
 {
     KeyedSet<QString> names = { dictionary.commonRecord->name };
@@ -126,7 +126,7 @@ public:
     {
         if (isParted(value))
             note(NoteKind::labelEntryParted, value.code + QLatin1Char(' ') + value.name);
-        // Few codes have more digits than every number keeps.
+        // Few codes have more digits than every double keeps.
         constexpr int keptDigits = 6;
         if (field.type == vtString || value.code.size() <= keptDigits)
             return;
@@ -141,7 +141,7 @@ public:
             highest = { &value, number };
     }
 
-    /// After the last value: of the bounds, each once.
+    /// Called after the last value. Adds notes on the bounds, each bound once.
     void reportBounds() const
     {
         const bool isMinimum = lowest.value && numbers::toText(lowest.number) == field.minimum;
@@ -160,7 +160,7 @@ private:
 
     void note(NoteKind kind, const QString &text) const { report.add(kind, text, 0, field.name); }
 
-    // Whoever reads a label takes a line feed for the tab at its end.
+    // A reader of a label treats a line feed as the tab at the end of the label.
     bool isParted(const TValueSetItem &value) const
     {
         const auto endsEntry = [](QChar character) { return character == u'\t' || character == u'\n'; };

@@ -5,13 +5,14 @@
 #include "import/GenericField.h"
 #include "import/ReadReport.h"
 
-/// Notes on a dictionary that has been read, and on the fields made of it. Called only where there is a report.
+/// Notes on a dictionary that has been read, and on the fields made from it. These operations are called only if there
+/// is a report.
 namespace cspro
 {
 
-/// Adds notes where \a field, the description of \a item, differs from the item: decimals, long codes, and codes and
-/// labels that split their entry in the value labels. \a before is the item before it, null for the first; of several
-/// occurrences with the same values only the first gets notes.
+/// Adds a note for each difference between \a field, the description of \a item, and the item itself: decimals, long
+/// codes, and codes and labels that split their entry in the value labels. \a before is the item before \a item, null
+/// for the first item. Of several occurrences with the same values only the first gets notes.
 void reportDescription(ReadReport &report, const TCSProItem &item, const TCSProItem *before,
                        const TGenericField &field);
 /// Adds notes on the layout as a whole: positions, groups and records.

@@ -20,7 +20,7 @@ namespace cspro
 struct ParsedValueSet;
 class ValueSetNotes;
 
-/// Writes the text of an exception to the debug log, or "Unknown exception" where it has none.
+/// Writes the text of an exception to the debug log, or "Unknown exception" if it has none.
 void logException(const std::exception &error);
 
 /// Runs \a work; an exception ends it and is logged.
@@ -50,46 +50,50 @@ public:
     TCSPro();
     ~TCSPro() override;
 
-    /// Sends notes on what the next readings lose or change to \a report, which is not owned; to none where it is null.
+    /// Sends notes on everything that the next readings lose or change to \a report, which is not owned; null turns
+    /// reporting off.
     void setReport(ReadReport *report) { notes.setReport(report); }
 
     /// Reads a file to its end in one pass. A second call appends; settings and the current record and item carry over.
     ///
-    /// Throws a `VpErrorManager *` with code 242 where parseLines() does, and for a text too large to hold; what was
-    /// read until then stays in this reader.
+    /// Throws a `VpErrorManager *` with code 242 as parseLines() does, and for a text that is too large for memory.
+    /// Everything read until then stays in this reader.
     void readFile(QString fileName);
-    /// Reads the lines of a dictionary. Any exception on the way becomes a thrown `VpErrorManager *` with code 242 and
-    /// a text of one character whose code is the index, from 0, of the line that reading had reached.
+    /// Reads the lines of a dictionary. Any exception during the reading is replaced by a thrown `VpErrorManager *`
+    /// with code 242 and a text of one character whose code is the 0-based index of the line that reading had reached.
     void parseLines(QStringList *lines);
 
 private:
     friend struct TestAccess;
 
-    /// Reads a block of lines that begins with a section and follows \a linesBefore others. Returns the number of its
-    /// lines.
+    /// Reads a block of lines that begins with a section and follows \a linesBefore other lines. Returns the number of
+    /// lines in the block.
     int parseTextLines(const TextLines &lines, int linesBefore);
-    /// The kind of the section that a trimmed header line begins. Any header of kind 0 makes the common record current.
+    /// Returns the kind of the section that a trimmed header line begins. Any header of kind 0 makes the common record
+    /// current.
     int sectionKind(QStringView line);
-    /// The trimmed lines of the section whose header is at \a index, without empty ones; \a index moves to the last
-    /// line of the section.
+    /// Returns the trimmed lines of the section whose header is at \a index, without empty ones. Moves \a index to the
+    /// last line of the section.
     SectionLines sectionLines(const TextLines &lines, int &index) const;
-    /// The text after "=" in the first line that contains \a key anywhere, case-sensitively; "" if no line does, and
-    /// where the line does not have exactly one "=".
+    /// Returns the text after "=" in the first line that contains \a key anywhere, compared case-sensitively; "" if no
+    /// line does, or if that line does not have exactly one "=".
     QString getStringValue(const SectionLines &lines, const QString &key) const;
-    /// The same as an integer in base 10; \a defaultValue if there is none.
+    /// Returns the same as an integer in base 10; \a defaultValue if there is none.
     int getIntValue(const SectionLines &lines, const QString &key, int defaultValue) const;
 
-    // Each reads the section whose header is at index, and moves the index to its last line.
+    // Each operation reads the section whose header is at \a index, and moves the index to the last line of the
+    // section.
     void readSection(int kind, const TextLines &lines, int &index);
     void readDictionary(const TextLines &lines, int &index);
     void readRecord(const TextLines &lines, int &index);
     void readItem(const TextLines &lines, int &index);
-    /// Leaves the index untouched where the current item has a value set already, or where there is no current item.
+    /// Leaves the index unchanged if the current item has a value set already, or if there is no current item.
     void readValueSet(const TextLines &lines, int &index);
 
     SectionLines beginSection(cspro::SectionKind kind, const TextLines &lines, int &index) const;
     std::optional<QStringView> findValue(const SectionLines &lines, const QString &key, cspro::KeyType type) const;
-    /// Whether the text of a key is \a word in any case; \a other is the word of the default. Both are in capitals.
+    /// Returns whether the text of a key is \a word in any case. \a other is the word of the default. Both are in
+    /// capitals.
     bool readWord(const SectionLines &lines, const QString &key, const QString &word, QLatin1String other) const;
     bool readFlag(const SectionLines &lines, const QString &key) const;
     static QString nameOfOccurrence(const TCSProItem &item, int occurrence);
@@ -101,15 +105,15 @@ private:
     void readValues(const SectionLines &section, cspro::ParsedValueSet &parsed, cspro::ValueSetNotes &setNotes);
     /// Calls `cspro::ValueSetReader::splitOtherRanges`.
     void splitOtherRanges(TCSProValueSet *set, const TValueSetItem *pending) const;
-    /// Decides on decimal codes, and whether the set can be kept.
+    /// Handles decimal codes. Returns whether the set can be kept.
     bool acceptCodes(TCSProValueSet &set, cspro::ValueSetNotes &setNotes);
     bool acceptDecimalCodes(TCSProValueSet &set, cspro::ValueSetNotes &setNotes);
     void attachValueSet(TCSProValueSet *set);
-    /// The button pressed in the question on decimal codes.
+    /// Asks the question on decimal codes. Returns the number of the pressed button.
     int askDecimal(QString text, QString informativeText, QString title, QMessageBox::Icon icon);
 
     mutable cspro::TextDictionaryNotes notes;
-    int currentOccurrences = 1; ///< of the current item
+    int currentOccurrences = 1; ///< number of occurrences of the current item
 };
 
 #endif

@@ -5,7 +5,7 @@
 namespace
 {
 
-// Of the process; null for the default. Read and written by atomic operations alone.
+// The function of the process; null for the default. It is read and written only by atomic operations.
 std::shared_ptr<const DecimalAnswerFunction> &processAnswer()
 {
     static std::shared_ptr<const DecimalAnswerFunction> answer;
@@ -43,7 +43,7 @@ DecimalAnswer cspro::answerDecimalQuestion(const DecimalQuestion &question, cons
 {
     if (ownAnswer)
         return ownAnswer(question);
-    // Held while it is called: another one may be set meanwhile.
+    // The function is kept alive while it is called, since another one may be set meanwhile.
     if (const auto answer = std::atomic_load(&processAnswer()))
         return (*answer)(question);
     if (!canShowDialog())

@@ -8,9 +8,9 @@
 namespace cspro
 {
 
-/// The answer to \a question: that of \a ownAnswer if it is not empty, else that of the function which was set for the
-/// process, else that of the dialog in \a box, which is made when it is first needed. `no` where no dialog can be
-/// shown.
+/// Returns the answer to \a question: that of \a ownAnswer if it is not empty, else that of the function which was set
+/// for the process, else that of the dialog in \a box, which is made when it is first needed. Returns `no` if no dialog
+/// can be shown.
 DecimalAnswer answerDecimalQuestion(const DecimalQuestion &question, const DecimalAnswerFunction &ownAnswer,
                                     std::unique_ptr<QMessageBox> &box);
 

@@ -19,7 +19,8 @@ qint64 maxCostIn(const QStringList &groups)
     return std::max(minCost, maxCostOfAll / std::max<qint64>(groups.size(), 1));
 }
 
-// The max number of character comparisons of a search in one entry, and those that take as long as the call.
+// The max number of character comparisons of a search in one entry, plus the number of comparisons that take as long as
+// the call.
 qint64 costOfSearch(const QString &entry, const QString &text)
 {
     constexpr qint64 costOfCall = 20;
@@ -29,8 +30,8 @@ qint64 costOfSearch(const QString &entry, const QString &text)
 
 } // namespace
 
-// A plain loop: preparing a structure to search in takes 3 times as long as all searches in a list of 17 groups, and 11
-// times as long over the dictionaries of real surveys. It would be faster from 70 groups on.
+// This is a plain loop. Preparing a search structure takes 3 times as long as all searches in a list of 17 groups, and
+// 11 times as long over the dictionaries of real surveys. It would be faster from 70 groups on.
 QString groupValue(const QStringList &groups, int index, const QString &text)
 {
     const bool isGroup = index >= 0 && index < groups.size() && groups.at(index) == text;

@@ -7,8 +7,8 @@
 namespace cspro
 {
 
-/// The value of a group: the first of \a groups that contains \a text, case-sensitively; "" if none does. \a text is
-/// the name of the group at \a index from 0, or the name that a subclass gives it.
+/// Returns the value of a group: the first of \a groups that contains \a text, compared case-sensitively; "" if none
+/// does. \a text is the name of the group at the 0-based \a index, or the name that a subclass returns for it.
 ///
 /// Searching for all groups of a list must not take time that grows with the square of its size. The search for a text
 /// that is itself the group at \a index therefore ends after 4,000,000,000 comparisons of characters divided by the

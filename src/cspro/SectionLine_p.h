@@ -13,7 +13,7 @@
 namespace cspro
 {
 
-/// The kinds of section. Only the sections that are read have a kind of their own.
+/// The kinds of section. Only the sections that are read have their own kind.
 enum SectionKind { otherSection = 0, dictionarySection = 1, recordSection = 2, itemSection = 3, valueSetSection = 4 };
 
 inline bool isHeader(QStringView line)
@@ -21,16 +21,16 @@ inline bool isHeader(QStringView line)
     return !line.isEmpty() && line.front() == QLatin1Char('[');
 }
 
-/// The name in a header, in capitals. Without a closing bracket all of the rest of the line is the name.
+/// Returns the name in a header, in capitals. Without a closing bracket, all of the rest of the line is the name.
 inline QString sectionName(QStringView header)
 {
     const int bracket = textfile::indexOf(header, ']', 1);
     return header.mid(1, (bracket < 0 ? header.size() : bracket) - 1).toString().toUpper();
 }
 
-/// Whether \a key occurs anywhere in \a line, case-sensitively. An empty key occurs in every line.
+/// Returns whether \a key occurs anywhere in \a line, compared case-sensitively. An empty key occurs in every line.
 ///
-/// Few characters of a line are the first one of a key, so this searches for that one first.
+/// Few characters of a line are the first character of a key, so this searches for that character first.
 inline bool containsKey(QStringView line, QStringView key)
 {
     if (key.isEmpty())
@@ -44,7 +44,7 @@ inline bool containsKey(QStringView line, QStringView key)
     return false;
 }
 
-/// The text after the "=" of a line; nothing where the line does not have exactly one.
+/// Returns the text after the "=" of a line; nothing if the line does not have exactly one.
 inline std::optional<QStringView> valueIn(QStringView line)
 {
     const int equals = textfile::indexOf(line, '=');
@@ -53,7 +53,7 @@ inline std::optional<QStringView> valueIn(QStringView line)
     return line.mid(equals + 1);
 }
 
-/// The text before the first "=" of a line, without blanks around it; all of the line where there is no "=".
+/// Returns the text before the first "=" of a line, without blanks around it; the whole line if there is no "=".
 inline QStringView keyOf(QStringView line)
 {
     const int equals = textfile::indexOf(line, '=');

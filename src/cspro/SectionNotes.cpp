@@ -12,7 +12,7 @@ namespace cspro
 namespace
 {
 
-// What the value of a key affects.
+// The part of the result that the value of a key affects.
 enum class KeyUse {
     nowhere, // no field and no group: it gets no notes
     layout,  // a field, a group, or the diagnostics on them
@@ -25,7 +25,7 @@ struct Key {
 };
 using Keys = std::vector<Key>;
 
-// The keys that are read of a section.
+// The keys of a section that are read.
 const Keys &keysOf(SectionKind kind)
 {
     static const Keys dictionary = {
@@ -87,8 +87,8 @@ bool hasKey(const SectionLines &lines, const QString &key)
     return std::any_of(lines.begin(), lines.end(), [&](QStringView line) { return keyOf(line) == key; });
 }
 
-/// The keys that the lines of a section have, collected from the first line on. Calls in the order of the lines look at
-/// each line once.
+/// The keys that the lines of a section have, collected from the first line on. If the calls are in the order of the
+/// lines, each line is examined once.
 class KeysSoFar
 {
 public:
@@ -98,7 +98,7 @@ public:
     {
     }
 
-    /// Whether a line before the one at \a index has \a key, which is one of the keys that are read.
+    /// Returns whether a line before the one at \a index has \a key, which must be one of the keys that are read.
     bool has(QStringView key, size_t index)
     {
         for (; next < index; ++next) {
@@ -112,7 +112,7 @@ private:
 
     const SectionLines &lines;
     const Keys &keys;
-    std::bitset<64> found; ///< by the place of a key; all keys that are not read share the place after the last
+    std::bitset<64> found; ///< one bit for each key that is read; all other keys share the bit after them
     size_t next = 0;
 };
 
@@ -181,7 +181,7 @@ void SectionNotes::addUnused(const SectionLines &lines)
         if (isHeader(lines.at(i)))
             addForLine(NoteKind::swallowedHeader, i);
         else if (find(keys, key) != keys.cend()) {
-            // Otherwise another line is the source of the key, and that one has a note.
+            // Otherwise another line is the source of the key, and that line has a note.
             if (reachesLayout(keys, key) && keysBefore.has(key, i))
                 addForLine(NoteKind::repeatedKey, i);
         } else if (key != QLatin1String("SecurityOptions")) // does not concern the layout

@@ -12,7 +12,7 @@ namespace cspro
 namespace
 {
 
-// Whether a line of a level has one of the keys that no layout has a place for: its name, its label or a note.
+// Returns whether a line of a level has one of the keys that no layout has a place for: its name, its label or a note.
 bool isKeyOfLevel(QStringView line)
 {
     const QStringView key = keyOf(line);
@@ -62,7 +62,7 @@ void TextDictionaryNotes::addHeader(QStringView line, SectionKind kind, int numb
 void TextDictionaryNotes::addOtherHeader(QStringView line, int number)
 {
     const QString name = sectionName(line);
-    // Id items are meant to be in the record Common.
+    // Id items are supposed to be in the record Common.
     isCommonMeant = name == QLatin1String("IDITEMS");
     if (isCommonMeant) {
         skippedSection = SkippedSection::none;
@@ -75,8 +75,8 @@ void TextDictionaryNotes::addOtherHeader(QStringView line, int number)
     }
 }
 
-// One note for all lines up to the next header: a file that is no dictionary consists of such lines. A bracket alone
-// ends a section and begins none.
+// One note for all lines up to the next header: a file that is no dictionary consists of such lines. A line of only a
+// bracket ends a section and begins none.
 void TextDictionaryNotes::addSkippedLine(QStringView line, int number)
 {
     if (isHeader(line)) {
@@ -89,8 +89,8 @@ void TextDictionaryNotes::addSkippedLine(QStringView line, int number)
         add(NoteKind::lineOutsideSection, line.toString(), number);
 }
 
-// Only the name is read of the section, up to the next line that the reader takes for a header. The lines are a copy:
-// to go back in the reader's own would start again at the first of them.
+// Only the name of the section is read, up to the next line that the reader treats as a header. The lines are a copy:
+// going back in the reader's own lines would start again at the first line.
 void TextDictionaryNotes::addSkippedValueSet(TextLines lines, int index)
 {
     const int header = firstLine + index;
@@ -116,7 +116,7 @@ void TextDictionaryNotes::addValueSetOfOneCopy(const TCSProValueSet &set)
         add(NoteKind::onlyLastOccurrence, set.name, 0, item.name);
 }
 
-// Which marks count is known when the item cannot get another value set.
+// The marks that count are known once the item cannot get another value set.
 void TextDictionaryNotes::addMarks()
 {
     const Mark *last[3] = {}; // by the type of the mark

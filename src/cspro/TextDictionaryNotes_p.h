@@ -11,23 +11,23 @@ class TextFileReader;
 namespace cspro
 {
 
-/// The diagnostics of TCSPro: what it lost or changed, as notes in a report.
+/// The diagnostics of TCSPro: notes in a report on everything that it lost or changed.
 ///
-/// The reader calls an operation for each event. Without a report each of them returns at once. An index is that of a
-/// line in the lines that are read, from 0; the notes have the number of the line in the file. The notes of a section
-/// move to the report when the section ends, with the variable that is known by then.
+/// The reader calls an operation for each event. Without a report each of them returns at once. An index is the 0-based
+/// index of a line among the lines that are read; the notes have the number of the line in the file. The notes of a
+/// section move to the report when the section ends, with the variable that is known by then.
 class TextDictionaryNotes
 {
 public:
-    /// \a readDictionary is what the reader fills; it must outlive the notes.
+    /// \a readDictionary is the dictionary that the reader fills. It must outlive the notes.
     explicit TextDictionaryNotes(const CSProDictionary &readDictionary)
         : dictionary(readDictionary)
     {
     }
 
-    /// Sends notes to \a newReport, which is not owned; to none where it is null.
+    /// Sends notes to \a newReport, which is not owned; null turns reporting off.
     void setReport(ReadReport *newReport) { report = newReport; }
-    /// The number in the file of the line at index 0, for the lines that are read next.
+    /// Sets the number in the file of the line at index 0, for the lines that are read next.
     void setFirstLine(int number) { firstLine = number; }
 
     /// A file has been opened, or has failed to open.
@@ -41,7 +41,7 @@ public:
         if (report)
             addHeader(line, kind, firstLine + index);
     }
-    /// A line has been skipped that no section took.
+    /// A line that belongs to no section that is read has been skipped.
     void lineSkipped(QStringView line, int index)
     {
         if (report && !line.isEmpty())
@@ -78,7 +78,7 @@ public:
     }
 
     // The events of a section, in their order.
-    /// Gives the line appended last to \a lines its number in the file.
+    /// Stores the number in the file of the line that was last appended to \a lines.
     void numberLine(SectionLines &lines, int index) const
     {
         if (report)
@@ -89,13 +89,14 @@ public:
         if (report)
             section.begin(kind, firstLine + headerIndex, lines.size());
     }
-    /// The line of the section at \a line is the source of \a key; the index after the last line where none is.
+    /// The line at the index \a line of the section is the source of \a key; the index after the last line means that
+    /// no line is.
     void keyRead(const SectionLines &lines, size_t line, const QString &key, KeyType type)
     {
         if (report)
             section.useKey(lines, line, key, type);
     }
-    /// The value of the last key is no number.
+    /// The value of the last key is not a number.
     void numberNotConverted(const SectionLines &lines)
     {
         if (report)
@@ -114,13 +115,14 @@ public:
         if (report)
             endDictionary(lines);
     }
-    /// \a record has its record type with the quotes.
+    /// The record type of \a record still has its quotes.
     void recordRead(const TCSProRecord &record, const SectionLines &lines)
     {
         if (report)
             endRecord(record, lines);
     }
-    /// \a item has its occurrences and is not yet in the dictionary; \a variable is the name of its first occurrence.
+    /// \a item has its number of occurrences and is not yet in the dictionary. \a variable is the name of its first
+    /// occurrence.
     void itemRead(const TCSProItem &item, const QString &variable, const SectionLines &lines)
     {
         if (report)
@@ -139,7 +141,7 @@ private:
     /// A code that a value set has written into the current item as missing (type 1) or not applicable (2).
     struct Mark {
         int type;
-        bool isRange; ///< whose lower bound is among the value labels
+        bool isRange; ///< the lower bound of the range is among the value labels
         ReadNote note;
     };
 
@@ -158,19 +160,19 @@ private:
     void endDictionary(const SectionLines &lines);
     void endRecord(const TCSProRecord &record, const SectionLines &lines);
     void endItem(const TCSProItem &item, const QString &variable, const SectionLines &lines);
-    /// The variable of notes on the current item: its first occurrence, where all occurrences share a value set.
+    /// Returns the variable of notes on the current item: its first occurrence, if all occurrences share a value set.
     const QString &variableName() const;
 
     const CSProDictionary &dictionary;
     ReadReport *report = nullptr;
     SectionNotes section;
-    std::vector<Mark> marks; ///< of the current item, as long as it may get another value set
+    std::vector<Mark> marks; ///< marks of the current item, as long as it may get another value set
     int firstLine = 1;
     SkippedSection skippedSection = SkippedSection::none;
     bool hasDictionary = false;
     bool hasLevel = false;
-    bool isSkippedLineNoted = false; ///< a line since the last header
-    bool isFailureNoted = false;     ///< the error that ends the reading
+    bool isSkippedLineNoted = false; ///< a skipped line since the last header has a note
+    bool isFailureNoted = false;     ///< the error that ends the reading has a note
     bool isItemAbsent = false;       ///< the item read last is not in the layout
     QString absentItem;
     bool isCommonMeant = false; ///< whether items belong to the common record

@@ -20,7 +20,7 @@ void requireRoom(qint64 size)
         throw ReadingGivenUp(QStringLiteral("is larger than 1 GiB, the most that a text dictionary can have"));
 }
 
-// For a pipe or a device, which has no size and may have no end.
+// This is for a pipe or a device, which has no size and may have no end.
 QByteArray readToEnd(QFile &file)
 {
     QByteArray bytes;
@@ -69,7 +69,7 @@ void TextFileReader::forEachBrokenLine(const std::function<void(int, const QStri
     }
 }
 
-// The index after the first line feed that a bracket follows and that lies after the usual size.
+// Returns the index after the first line feed that a bracket follows and that lies after the usual size.
 int TextFileReader::endOfBlock() const
 {
     const int usualEnd = position + usualBlockSize;

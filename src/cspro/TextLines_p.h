@@ -7,17 +7,17 @@
 #include <vector>
 
 /// The lines of a text or of a list of texts, read in their order. They are views: the text or list must outlive them.
-/// Going forward costs one skip the text; going back starts again at its first line.
+/// Going forward through all lines takes one pass over the text; going back starts again at its first line.
 class TextLines
 {
 public:
-    /// The texts of a list, as they are; null counts as empty.
+    /// The texts of a list, unchanged; null counts as empty.
     TextLines(const QStringList *list);
     TextLines(const QStringList &list);
     /// The lines of \a text, each ended by a line feed or by the end of the text. No line follows a final line feed.
     static TextLines ofText(QStringView text);
 
-    /// Whether there is a line at an index from 0.
+    /// Returns whether there is a line at a 0-based index.
     bool has(int index) const
     {
         if (texts)
@@ -25,7 +25,7 @@ public:
         find(index);
         return line == index && begin < text.size();
     }
-    /// The line at an index for which has() is true.
+    /// Returns the line at an index for which has() is true.
     QStringView at(int index) const
     {
         if (texts)
@@ -57,15 +57,16 @@ class SectionLines
 {
 public:
     SectionLines() = default;
-    /// The texts of a list, as they are; null counts as empty.
+    /// The texts of a list, unchanged; null counts as empty.
     SectionLines(const QStringList *list);
     SectionLines(const QStringList &list);
 
     bool isEmpty() const { return views.empty(); }
     void append(QStringView line) { views.push_back(line); }
-    /// Stores the number in the file of the line appended last. Either all lines of a section have one or none has.
+    /// Stores the number in the file of the line appended last. Either all lines of a section have a number or none
+    /// has.
     void numberLast(int number) { numbers.push_back(number); }
-    /// The number in the file, from 1, of the line at \a index; 0 where no line has one.
+    /// Returns the 1-based number in the file of the line at \a index; 0 if the lines have no numbers.
     int numberOf(size_t index) const { return index < numbers.size() ? numbers[index] : 0; }
     size_t size() const { return views.size(); }
     QStringView at(size_t index) const { return views[index]; }

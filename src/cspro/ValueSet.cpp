@@ -11,7 +11,7 @@
 namespace
 {
 
-// What the code is before a reader sets it; one text for all.
+// The code of a new value, before a reader sets it. All values share this text.
 const QString unsetCode = QStringLiteral("\u0003");
 
 bool isDecimal(const QString &code)
@@ -44,7 +44,7 @@ TCSProValueSet::TCSProValueSet()
 
 TCSProValueSet::~TCSProValueSet()
 {
-    delete items; // the list alone: the values stay alive
+    delete items; // only the list: the values stay alive
 }
 
 void TCSProValueSet::addItem(TValueSetItem *item)

@@ -55,7 +55,7 @@ void ValueSetNotes::takeUnusualRange(NoteKind kind, QStringView line)
     isRangeNoted = true;
 }
 
-// The item keeps what is written into it, even where a later line makes the value an ordinary one again.
+// The item keeps the code that is written into it, even if a later line makes the value an ordinary one again.
 void ValueSetNotes::addMark(ValueMark mark, const TValueSetItem &value)
 {
     if (std::exchange(isMarked[size_t(mark)], true))
@@ -66,7 +66,7 @@ void ValueSetNotes::addMark(ValueMark mark, const TValueSetItem &value)
                       { NoteKind::markedValue, currentLine, notes.dictionary.currentItem->name, words } });
 }
 
-// A range whose upper bound is no ordinary value is not in the set as two values.
+// A range whose upper bound is not an ordinary value is not in the set as two values.
 void ValueSetNotes::keepRange()
 {
     if (!rangeText.isNull() && !isRangeNoted)
@@ -117,7 +117,7 @@ void ValueSetNotes::addRefusedCode() const
     addFirstCode(NoteKind::valueSetDropped, [](const QString &code) { return !IsIntegerCode(code); });
 }
 
-// In a sorted set equal codes are neighbours.
+// Equal codes are adjacent in a sorted set.
 void ValueSetNotes::addRepeatedCodes() const
 {
     for (int i = 1; i < set.items->size(); ++i) {

@@ -16,12 +16,12 @@ enum class ValueMark { missing = 1, notApplicable = 2 };
 /// The diagnostics of one value set of a text dictionary.
 ///
 /// ValueSetReader and TCSPro call an operation for each event; without a report each of them returns at once. The
-/// pending value is the one of the last value line, which is added to the set when the next one begins.
+/// pending value is that of the last value line. It is added to the set when the next value line begins.
 class ValueSetNotes
 {
 public:
-    /// For a set of the current item of the dictionary that \a dictionaryNotes are on. Both arguments must outlive the
-    /// notes.
+    /// \a readSet is a set of the current item of the dictionary that \a dictionaryNotes belong to. Both arguments must
+    /// outlive the notes.
     ValueSetNotes(TextDictionaryNotes &dictionaryNotes, const TCSProValueSet &readSet)
         : notes(dictionaryNotes)
         , set(readSet)
@@ -50,13 +50,13 @@ public:
         if (isOn)
             add(kind, currentLine, line.toString());
     }
-    /// The pending value is the upper bound of a range. \a upper is all of its code.
+    /// The pending value is the upper bound of a range. \a upper is the whole code of the upper bound.
     void rangeRead(QStringView line, const QString &upper)
     {
         if (isOn)
             takeRange(line, upper);
     }
-    /// The pending value is a range, and more of it is lost than what lies between two end points.
+    /// The pending value is a range, and more of it is lost than the values between its end points.
     void unusualRange(NoteKind kind, QStringView line)
     {
         if (isOn)
@@ -92,7 +92,7 @@ public:
         if (isOn)
             addSection(section);
     }
-    /// Codes that are no integers are about to become 0.
+    /// Codes that are not integers are about to become 0.
     void codesBecomeZero()
     {
         if (isOn)
@@ -104,14 +104,14 @@ public:
         if (isOn)
             addDecimalCode();
     }
-    /// The set is about to be dropped because a code is no integer.
+    /// The set is about to be dropped because a code is not an integer.
     void codesRefused()
     {
         if (isOn)
             addRefusedCode();
     }
 
-    // The end of the section; one of the two.
+    // The end of the section: one of the two is called.
     /// The item gets the set, which is sorted.
     void setKept()
     {
@@ -147,15 +147,15 @@ private:
 
     TextDictionaryNotes &notes;
     const TCSProValueSet &set;
-    const bool isOn; ///< there is a report
+    const bool isOn; ///< whether there is a report
     int currentLine = 0;
     int pendingLine = 0;          ///< of the pending value
-    std::vector<int> lineOfValue; ///< parallel to the values of the set
+    std::vector<int> lineOfValue; ///< line number of each value of the set
     std::vector<TextDictionaryNotes::Mark> marks;
     std::vector<ReadNote> ranges;
-    QString rangeText;                 ///< the line of the pending value, where it is a range; otherwise null
-    bool isRangeNoted = false;         ///< the range of the pending value has a note already
-    std::array<bool, 3> isMarked = {}; ///< the pending value has been marked, by the number of the mark
+    QString rangeText;                 ///< the line of the pending value if it is a range; otherwise null
+    bool isRangeNoted = false;         ///< whether the range of the pending value has a note already
+    std::array<bool, 3> isMarked = {}; ///< whether the pending value has each mark, by its number
 };
 
 } // namespace cspro

@@ -21,7 +21,7 @@ void addValue(TCSProValueSet &set, const QString &code, const QString &label)
     set.addItem(item.release());
 }
 
-// Whether a line begins with an ASCII word in either case; the word is given in lower case.
+// Returns whether a line begins with an ASCII word in either case. The word must be in lower case.
 bool beginsWith(QStringView line, QLatin1String word)
 {
     const auto equalsLower = [](QChar unit, char lower) {
@@ -42,12 +42,12 @@ bool isBlank(QStringView text)
     return std::all_of(text.begin(), text.end(), [](QChar character) { return character.isSpace(); });
 }
 
-// Whether only blanks are left of a code when its colons are replaced.
+// Returns whether only blanks are left of a code when its colons are replaced.
 //
-// Every place of the code is tested once, from the first to the last. A colon and the character before it become
-// one blank. The text is then one character shorter: the character after the colon moves to the place of the colon,
-// and is not tested. A colon at the first place has no character before it: there the whole code is put in front
-// of the blank, so that the text has the code twice, and the next colon shortens what is after it.
+// Every place of the code is tested once, from the first to the last. A colon and the character before it become one
+// blank. The text is then one character shorter: the character after the colon moves to the place of the colon, and is
+// not tested. A colon at the first place has no character before it: the whole code is then inserted before the blank,
+// so that the text has the code twice, and the next colon shortens the text after it.
 bool colonsLeaveOnlyBlanks(const QString &code)
 {
     const QLatin1Char colon(':');
@@ -55,7 +55,7 @@ bool colonsLeaveOnlyBlanks(const QString &code)
     const int places = code.size();
     int next = 0; // index of the character that is now at the place
     int end = text.size();
-    bool isBlankBefore = true; // the character before the place; all others in front are blanks
+    bool isBlankBefore = true; // about the character before the place; all characters before that are blanks
     for (int place = 0; place < places && next < end; ++place) {
         if (place > 0 && text.at(next) == colon) {
             isBlankBefore = true;
@@ -87,13 +87,13 @@ void ValueSetReader::read(const SectionLines &section)
         if (readLine(section.at(i)))
             notes.lineRead(i);
     }
-    // The last value is added as it is, whatever its code holds; only this one is not tested for several ranges.
+    // The last value is added unchanged, whatever its code holds. Only this value is not tested for several ranges.
     if (pending && !pending->special)
         keepPending();
     notes.linesEnded();
 }
 
-// Whether the line is that of a value or a name.
+// Returns whether the line is that of a value or a name.
 bool ValueSetReader::readLine(QStringView line)
 {
     const QLatin1String valueKey("value=");
@@ -215,7 +215,7 @@ void ValueSetReader::readRangeWithoutLabel(QStringView line, int colon)
     notes.unusualRange(NoteKind::rangeWithoutLabel, line);
 }
 
-// Several values and ranges with one label: every piece but the first keeps the blank or colon before it.
+// Several values and ranges with one label: every piece except the first keeps the blank or colon before it.
 void ValueSetReader::readSeveral(QStringView line, int semicolon)
 {
     notes.unusualRange(NoteKind::severalInALine, line);
@@ -232,8 +232,8 @@ void ValueSetReader::readSeveral(QStringView line, int semicolon)
     code = text(rest);
 }
 
-// A mark is recognised where exactly one more character is between the word and the comma: the word is the text in
-// front of the comma without its last character.
+// A mark is recognised if there is exactly one more character between the word and the comma: the word is the text
+// before the comma without its last character.
 void ValueSetReader::readMark(QStringView line)
 {
     pending->type = 0;
@@ -262,7 +262,7 @@ void ValueSetReader::mark(ValueMark mark, std::optional<QString> &markedCode)
 
 void ValueSetReader::splitOtherRanges(TCSProValueSet &set, const TValueSetItem &pending)
 {
-    // The last code of any other text would be added again and again until memory gave out.
+    // The last code of any other text would be added again and again until memory runs out.
     if (!colonsLeaveOnlyBlanks(pending.code))
         throw ReadingGivenUp(QString());
     addValue(set, emptyText(), pending.name);

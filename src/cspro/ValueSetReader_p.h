@@ -15,7 +15,7 @@ namespace cspro
 /// A value set of a text dictionary, with the codes of the values that are marked and so not in the set.
 struct ParsedValueSet {
     OwnedValueSet set;
-    std::optional<QString> missing; ///< of the last value marked so
+    std::optional<QString> missing; ///< code of the last value marked as missing
     std::optional<QString> notApplicable;
 };
 
@@ -32,9 +32,9 @@ public:
     /// splitOtherRanges() does; the set then has the values and marks of the lines before.
     void read(const SectionLines &section);
 
-    /// Adds the codes of a text that holds several of them, separated by blanks and colons; the last character in front
-    /// of each colon is lost. Throws `ReadingGivenUp` unless nothing but blanks is left: there is no end to the reading
-    /// of any other text.
+    /// Adds the codes of a text that holds several of them, separated by blanks and colons; the last character before
+    /// each colon is lost. Throws `ReadingGivenUp` unless only blanks are left: the reading of any other text would
+    /// never end.
     static void splitOtherRanges(TCSProValueSet &set, const TValueSetItem &pending);
 
 private:

@@ -22,10 +22,10 @@ public:
     bool special = false;       ///< the value is a missing or not-applicable mark
 };
 
-/// The codes that an item may take, each with a label. A range is in it as its two end points.
+/// The codes that an item may take, each with a label. A range is stored as its two end points.
 ///
 /// A reader makes it, and the occurrences of an item share it. Its destructor frees none of the values; DropValueSet
-/// does, and freeContents() of the dictionary.
+/// and freeContents() of the dictionary free them.
 class TCSProValueSet : public QObject
 {
     Q_OBJECT
@@ -36,23 +36,23 @@ public:
     ~TCSProValueSet() override;
 
     void addItem(TValueSetItem *item);
-    /// The number of values. Throws a `VpErrorManager *` with code 101 where there is no list.
+    /// Returns the number of values. Throws a `VpErrorManager *` with code 101 if there is no list.
     int Count() const;
-    /// The value at an index from 0; null outside of the list. Throws a `VpErrorManager *` with code 211 where there is
-    /// none.
+    /// Returns the value at a 0-based index; null outside of the list. Throws a `VpErrorManager *` with code 211 if
+    /// there is no list.
     TValueSetItem *getItem(int index) const;
-    /// The values, null ones included; none where there is no list.
+    /// Returns the values, null ones included; an empty list if there is no list.
     const QList<TValueSetItem *> &values() const;
     // modes of checkCodes()
     static constexpr int modeNoDecimal = 0;
     static constexpr int modeAllIntegers = 1;
-    /// Mode 0: no code is decimal. Mode 1: all codes are integers. Always true on a set that is not numeric. A null
-    /// value has no code.
+    /// Returns in mode 0 whether no code is decimal, in mode 1 whether all codes are integers. Always true for a set
+    /// that is not numeric. A null value has no code.
     bool checkCodes(int mode) const;
-    /// Replaces every code of a numeric set that is no integer by "0": 2.5 becomes 0. This is no rounding.
+    /// Replaces every code of a numeric set that is not an integer by "0": 2.5 becomes 0. Codes are not rounded.
     void convertToInteger();
-    /// Orders a numeric set by number, as CompareNumericCodes() says, another by character code, as CompareCodes()
-    /// says, which throws for a null value. Equal codes keep their order.
+    /// Orders a numeric set by number with CompareNumericCodes(), any other set by character code with CompareCodes(),
+    /// which throws for a null value. Equal codes keep their order.
     void sortItems();
 
     QString label = emptyText();
@@ -71,14 +71,15 @@ struct DropValueSet {
 };
 using OwnedValueSet = std::unique_ptr<TCSProValueSet, DropValueSet>;
 
-/// Whether a comes before b by character code: "10" comes before "9". Throws `std::invalid_argument` for a null
+/// Returns whether a comes before b by character code: "10" comes before "9". Throws `std::invalid_argument` for a null
 /// pointer.
 bool CompareCodes(const TValueSetItem *a, const TValueSetItem *b);
-/// Whether a comes before b by number; true where either is null or no integer.
+/// Returns whether a comes before b by number; true if either is null or not an integer.
 bool CompareNumericCodes(const TValueSetItem *a, const TValueSetItem *b);
-/// Digits, a point, digits, nothing else; either run may be empty. Digits of every script count; a sign does not.
+/// Returns whether the code is digits, a point and digits, and nothing else. Either run of digits may be empty. Digits
+/// of every script count; a sign does not.
 bool IsDecimalCode(QString code);
-/// Whether the code converts to an int in base 10, blanks around it allowed.
+/// Returns whether the code converts to an int in base 10. Blanks around it are allowed.
 bool IsIntegerCode(QString code);
 
 #endif

@@ -11,12 +11,13 @@
 
 // clang-format off
 
-/// Names of classes and modules. The first argument of a `VpErrorManager` is one of them and says where an error arose.
+/// Names of classes and modules. The first argument of a `VpErrorManager` is one of them and states where an error
+/// arose.
 ///
-/// A tag is only a label: a class with the name of a tag does not necessarily throw under it.
+/// A tag is only a label: a class with the name of a tag does not necessarily throw errors with that tag.
 namespace ClassTag {
 
-// in use: codes 106 and 107; 101, 211 and 242; 101 and 211; 101 and 211
+// in use, each with its error codes: 106 and 107; 101, 211 and 242; 101 and 211; 101 and 211
 inline const QString DataImport = QStringLiteral("DataImport");
 inline const QString CSPro = QStringLiteral("CSPro");
 inline const QString CSProItem = QStringLiteral("CSProItem");
@@ -138,7 +139,7 @@ inline const QString ItemType = QStringLiteral("ItemType");
 inline const QString Occurrences = QStringLiteral("Occurrences");
 inline const QString Decimal = QStringLiteral("Decimal");
 
-// declared only; the occurrence label has one r in its first word
+// declared only; "Occurence" is spelled with one r
 inline const QString Note = QStringLiteral("Note");
 inline const QString OccurenceLabel = QStringLiteral("OccurenceLabel");
 inline const QString Value = QStringLiteral("Value");
@@ -161,7 +162,7 @@ enum eDataProviderType : int {
     dpNone = 0,  ///< "NONE", also "not set"
     dpCSPro = 1, ///< "CSPRO"
     dpCSV = 2,   ///< "CSV"
-    dpSPSS = 3,  ///< "SSPS", whose spelling is meant
+    dpSPSS = 3,  ///< "SSPS"; this spelling is intended
     dpStata = 4, ///< "STATA"
     dpReserved5 = 5,
     dpReserved6 = 6,

@@ -14,7 +14,7 @@
 namespace
 {
 
-// A field without a type leaves the name as it is.
+// A field without a type leaves the name unchanged.
 void setTypeName(QString &typeName, eVanVarType type)
 {
     switch (type) {

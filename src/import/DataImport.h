@@ -18,14 +18,14 @@ class TVpSourceField;
 /// Base class of all importers. A subclass reads the layout of one file format into a list of fields.
 ///
 /// A subclass supplies, in the order of the calls that it receives:
-/// 1. a constructor with a `QString` that hands the path on to `TDataImport(QString)` and calls initDataImport();
+/// 1. a constructor with a `QString` that passes the path to `TDataImport(QString)` and calls initDataImport();
 /// 2. getDataProviderId(): type text, "_" and source name; getDataProviderType(): the type text;
 /// 3. openFile(): calls openDataImport(), sets `stateValue` to 1.0, reads the file `sourceName`, makes fields of
-///    its own class with `this` as owner, fills them, hands each to addField() in file order and returns true;
-/// 4. selectLayoutSource(), which may log a line of its own and must end in the base operation;
-/// 5. isMultiple() and what follows it, as far as the format has records and groups.
+///    its own class with `this` as owner, fills them, passes each to addField() in file order and returns true;
+/// 4. selectLayoutSource(), which may log its own line and must end with a call of the base operation;
+/// 5. isMultiple() and the operations after it, if the format has records and groups.
 ///
-/// An importer owns nothing: destroying or reopening it leaves the fields and their list alive, until releaseContents()
+/// An importer owns nothing: destroying or reopening it leaves the fields and their list alive. Only releaseContents()
 /// frees them. All calls are made on the caller's thread; nothing is locked. Importers that are not copies of each
 /// other share nothing, so they may be used on different threads.
 class MODEL_VANADMIN_EXPORT TDataImport
@@ -40,12 +40,12 @@ public:
     /// Takes nothing from its argument: an empty importer, without a list of fields until it is opened or one is added.
     TDataImport(TDataImport &&other);
 
-    // Virtual operations, in slot order. The comments give the answers of the base class.
+    // Virtual operations, in slot order. The comments state the results of the base class.
     virtual ~TDataImport();
     virtual QString getDataProviderId() = 0;   ///< type text, "_", source name
     virtual QString getDataProviderType() = 0; ///< type text, such as "CSPRO"
-    virtual bool openFile();                   ///< false; a format reads its file here and answers true
-    /// Does nothing. A format with a dictionary of its own fills \a target and the record type names here. It makes the
+    virtual bool openFile();                   ///< false; a format reads its file here and returns true
+    /// Does nothing. A format that has its own dictionary fills \a target and the record type names here. It makes the
     /// source fields, and a list of type names for each, with `new` in every call: the owner of \a target frees both.
     virtual void getDictionary(QList<TVpSourceField *> *target, QStringList *recordTypeNames);
     /// Opens the importer and returns the names of its fields in order, in a new list that the caller owns. Logs
@@ -60,33 +60,34 @@ public:
     virtual QStringList *getLayoutSource();        ///< a new list that the caller owns; empty
     virtual int getRecordTypeStart();              ///< column of the record type as the source states it; 0
     virtual int getRecordTypeSize();               ///< its width in characters; 0
-    /// Frees everything that this importer and its copies have made in all their openings: the fields handed to
-    /// addField(), which must have been made with `new`, their list, and what a format of the library keeps besides. An
-    /// importer that was assigned to still frees what it had made before, unless a copy of its does, and its source is
-    /// a copy of it from then on.
+    /// Frees everything that this importer and its copies have made in all their openings: the fields passed to
+    /// addField(), which must have been made with `new`, their list, and any further objects that a format of the
+    /// library keeps. An importer that was assigned to still frees the objects that it made before the assignment,
+    /// unless one of its copies frees them. From then on the source of the assignment counts as a copy of it.
     ///
-    /// Call it when none of these objects is used any more, nor a copy of a field, which points at the same objects as
-    /// its field. A caller who frees fields itself must not call it. A provider that was filled from this importer
-    /// points at nothing that is freed. Afterwards the importer has no fields, as before its first opening, and can be
-    /// opened again. A copy of it may only be destroyed or assigned to until its own contents are released, which frees
-    /// nothing twice. A format that holds further pointers to these objects, or numbers of its last opening, overrides
-    /// the operation, resets them, and ends in the base operation.
+    /// Call it when none of these objects is used any more, nor a copy of a field, which points to the same objects as
+    /// the field. A caller who frees fields itself must not call it. A provider that was filled from this importer
+    /// points to none of the freed objects. Afterwards the importer has no fields, as before its first opening, and can
+    /// be opened again. A copy of it may only be destroyed or assigned to until its own contents are released, which
+    /// frees nothing twice. A format that holds further pointers to these objects, or numbers of its last opening,
+    /// overrides the operation, resets them, and ends with a call of the base operation.
     virtual void releaseContents();
 
     QString getSourceName() const;
     QString getDataSourceName() const;
     /// Takes the absolute path of \a name if such a file exists; otherwise the source name becomes "".
     void setSourceName(QString name);
-    /// Takes the absolute path of \a name if such a file exists. Otherwise takes the path beside the source if that
+    /// Takes the absolute path of \a name if such a file exists. Otherwise takes the path next to the source if that
     /// exists, and the absolute path of \a name if it does not.
     ///
-    /// The path beside the source is the directory of the source directly followed by the file name, without a
-    /// separator. It normally does not exist, which is meant.
+    /// The path next to the source is the directory of the source directly followed by the file name, without a
+    /// separator. It normally does not exist. This is intended.
     void setDataSourceName(QString name);
 
     /// Appends one new source field to \a target for each field, in order; the owner of \a target owns them.
     ///
-    /// A field without a type takes the type text of the field before it. A `decimals` text that is not a number gives
+    /// A field without a type takes the type text of the field before it. A `decimals` text that is not a number counts
+    /// as
     /// 0. Logs five lines for each field: "getDictionary FIELDS", "mySF->fieldName", "mySF->FieldType" and
     /// "mySF->DataProviderType" with their values, and three line feeds.
     void getDictionary(QList<TVpSourceField *> *target);
@@ -96,13 +97,13 @@ public:
 
     /// Makes later readings report each place where the layout differs from the file to \a newReport. It is not owned
     /// and must outlive the readings; copies of this importer report to it too. Null, as in a new importer, turns
-    /// reporting off, which costs nothing.
+    /// reporting off; readings then take no time for it.
     void setReadReport(ReadReport *newReport);
     ReadReport *getReadReport() const;
 
-    /// Returns why the last opening could not read the file, as one line for a person, such as "cannot be read:
-    /// Input/output error" or "not enough memory". Null if the file could be read, and before the first opening. A file
-    /// whose contents are not understood has no such line: the report describes them.
+    /// Returns the reason why the last opening could not read the file, as one line for a person, such as "cannot be
+    /// read: Input/output error" or "not enough memory". Null if the file could be read, and before the first opening.
+    /// A file whose contents are not understood has no such line: the report describes them.
     QString getReadProblem() const;
 
 protected:
@@ -113,7 +114,7 @@ protected:
     void addField(TGenericField *field);
     /// Returns the field at a 0-based index; null outside the list.
     TGenericField *getField(int index) const;
-    void initDataImport(); ///< calls getDataProviderType() and ignores the answer
+    void initDataImport(); ///< calls getDataProviderType() and ignores the result
     /// Empties the list of fields and their names, and makes the list if there is none. The fields stay alive. Resets
     /// the read problem.
     void openDataImport();

@@ -112,8 +112,8 @@ bool TVpDataProvider::genericGetFieldsFrom(TDataImport *importer)
     return true;
 }
 
-// If memory runs out, the fields made so far are not kept yet and are freed here. They are new, so each has a list of
-// its own.
+// If memory runs out, the fields made so far are not kept yet and are freed here. They are new, so each has its own
+// list.
 void TVpDataProvider::takeFieldsOf(TDataImport &importer)
 {
     try {
@@ -299,7 +299,7 @@ int TVpDataProvider::getRecordTypeSize() const
 
 QString TVpDataProvider::getRecordTypeValue() const
 {
-    // The bound takes the start as 1-based, and the cut as 0-based. Both are meant.
+    // The bound uses the start as 1-based, and the cut uses it as 0-based. Both are intended.
     if (currentLine.isEmpty() || currentLine.size() < qint64(recordTypeStart) + recordTypeSize - 1)
         return emptyText();
     return currentLine.mid(recordTypeStart, recordTypeSize);

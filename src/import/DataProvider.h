@@ -20,33 +20,34 @@ class TVpSourceField;
 
 /// Describes one data source: id, type, file names, source fields and a record tree.
 ///
-/// It reads no file: an importer reads, and genericGetFieldsFrom() takes over the importer's answers. The data flow is:
-/// create the importer with the file's path, call its selectLayoutSource(), pass it to genericGetFieldsFrom(), read the
-/// fields through getField() and getFieldFromRecord().
+/// It reads no file: an importer reads, and genericGetFieldsFrom() copies the importer's results. The data flow is:
+/// create the importer with the path of the file, call its selectLayoutSource(), pass it to genericGetFieldsFrom(), and
+/// get the fields from getField() and getFieldFromRecord().
 ///
-/// A provider owns nothing: source fields, their list, record tree and importer outlive it, until releaseContents()
-/// frees the objects that it has made. Copies share all of these. All calls are made on the caller's thread; nothing is
-/// locked.
+/// A provider owns nothing: its source fields, their list, its record tree and its importer outlive it. Only
+/// releaseContents() frees the objects that the provider has made. Copies share all of these. All calls are made on the
+/// caller's thread; nothing is locked.
 class MODEL_VANADMIN_EXPORT TVpDataProvider
 {
 public:
-    /// The texts are empty and not null, except two of the texts that are carried for callers, which are null.
+    /// All texts are empty and not null, except two of the texts that are carried for callers: those are null.
     TVpDataProvider();
     TVpDataProvider(const TVpDataProvider &other);
     TVpDataProvider &operator=(const TVpDataProvider &other);
-    /// Takes nothing from its argument: texts null, numbers 0, pointers null.
+    /// Takes nothing from its argument: all texts are null, numbers 0 and pointers null.
     TVpDataProvider(TVpDataProvider &&other);
     virtual ~TVpDataProvider();
 
-    /// Takes the answers of \a importer: id, type (if the provider knows it), source fields, position of the record
-    /// type and file names. Makes a new record tree. Returns true; for a null importer does nothing and returns false.
+    /// Copies the id, the type (if the provider knows it), the source fields, the position of the record type and the
+    /// file names from \a importer. Makes a new record tree. Returns true; for a null importer does nothing and returns
+    /// false.
     ///
-    /// It does not open the importer: one that was never opened gives an empty list. A second call replaces list and
-    /// tree. The old list object is freed unless a copy of this provider shares it; its source fields and the old tree
-    /// stay alive. An exception from the importer reaches the caller.
+    /// It does not open the importer: an importer that was never opened yields an empty list. A second call replaces
+    /// the list and the tree. The old list object is freed unless a copy of this provider shares it; its source fields
+    /// and the old tree stay alive. An exception from the importer reaches the caller.
     bool genericGetFieldsFrom(TDataImport *importer);
-    /// Returns whether a data file name is known. Opens nothing. Resets the number of the current data record, of which
-    /// the process has one.
+    /// Returns whether a data file name is known. Opens no file. Resets the number of the current data record, which is
+    /// one number for the whole process.
     bool openDataProvider();
     bool closeDataProvider(); ///< does nothing and returns false
     /// Frees everything that this provider and its copies have made each time they were filled: source fields with
@@ -56,15 +57,16 @@ public:
     /// lists. A caller who frees them itself must not call it. It may be called before or after the importer releases
     /// its own contents. Afterwards the provider has no fields and no record tree, keeps its texts and numbers, and can
     /// be filled again. A copy of it may only be destroyed or assigned to until its own contents are released, which
-    /// frees nothing twice. A provider that was assigned to still frees what it had made before, unless a copy of its
-    /// does, and its source is a copy of it from then on. Nodes that a caller has put below a root stay the caller's.
+    /// frees nothing twice. A provider that was assigned to still frees the objects that it made before the assignment,
+    /// unless one of its copies frees them. From then on the source of the assignment counts as a copy of it. Nodes
+    /// that a caller has put below a root stay the caller's.
     void releaseContents();
 
     TDataImport *getImportData() const;
     void setImportData(TDataImport *value);
 
-    /// Returns the source fields in file order, or null before the first genericGetFieldsFrom(). The next call of that
-    /// frees the list, unless a copy of this provider shares it.
+    /// Returns the source fields in file order, or null before the first genericGetFieldsFrom(). The next call of
+    /// genericGetFieldsFrom() frees the list, unless a copy of this provider shares it.
     const QList<TVpSourceField *> *getFields() const;
     /// Returns the first field of exactly this name, or null.
     TVpSourceField *getField(QString name) const;
@@ -72,7 +74,7 @@ public:
     /// Null if there is none.
     TVpSourceField *getFieldFromRecord(QString name, QString recordName) const;
     QString getFieldName(QString name) const; ///< the name of the field that getField() returns; "" for null
-    /// Looks up one name, then the other, in the importer that the format registry has for this provider's type.
+    /// Looks up \a name1, then \a name2, in the importer that the format registry has for this provider's type.
     ///
     /// There is no registry, so this throws a `VpErrorManager *` with code 106 for all arguments.
     TGenericField *findField(QString name1, QString name2);
@@ -93,8 +95,8 @@ public:
     int getRecordTypeSize() const;  ///< its width in characters
     /// Returns the record type in the current line; "" if the line is empty or too short.
     ///
-    /// The test of the length takes the start as 1-based, and the cut as 0-based: a start of 1 reads from the second
-    /// character, which is meant.
+    /// The test of the length uses the start as 1-based, and the cut uses it as 0-based, so a start of 1 reads from the
+    /// second character. This is intended.
     QString getRecordTypeValue() const;
 
 private:
@@ -103,8 +105,8 @@ private:
     QString getDataProviderLabel() const;
     void setDataProviderLabel(QString value);
     eDataProviderType getDataProviderTypeIndex() const;
-    /// Sets `recordTypeValue` from the current line. Sets `currentRecordType` to the low byte, as a character, of the
-    /// number of the record in the tree that has this type; U+00FF if there is none.
+    /// Sets `recordTypeValue` from the current line. Sets `currentRecordType` to one character: the low byte of the
+    /// number of the first record in the tree that has this type, or U+00FF if there is none.
     void getRecordType();
     QStringList *getRecordTypeList() const;
     int getRecordTypes() const;

@@ -21,21 +21,22 @@ public:
     VpErrorManager(QString classTag, int errorCode);
     ~VpErrorManager() override;
 
-    /// "Unknown exception", on every platform; never the composed message.
+    /// Returns "Unknown exception" on every platform, never the composed message.
     const char *what() const noexcept override;
 
     /// Returns the error as text, with lines ended by CR LF: class, code, an empty line, message. A number is written
     /// as the one character with that code, not as digits. With code 2 and a text, the text is the whole result; with
     /// code 1 and a text, the text is the message.
     QString composeMessage() const;
-    /// Returns the text of the catalogue for the code; "Unknow or not set error" for a code without one.
+    /// Returns the text that the catalogue of messages has for the code; "Unknow or not set error" for a code that it
+    /// lacks.
     QString catalogueMessage() const;
 
     // Accessors for a handler.
     int getCode() const;
     int getLine() const;          ///< 0; no constructor sets another
     QString getClassName() const; ///< the class tag
-    QString getText() const;      ///< the extra text; for codes 211 and 242 one character whose code is an index
+    QString getText() const;      ///< the extra text; for codes 211 and 242 the one character whose code is an index
 
 private:
     friend struct TestAccess;

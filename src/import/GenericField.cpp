@@ -82,7 +82,7 @@ QString TGenericField::getValueLabel(QString code)
 {
     valueLabels.replace(QLatin1Char('\n'), QLatin1Char('\t'));
     QString line = valueLabels;
-    // Index 1 is meant: the first character is not compared and stays in the result.
+    // Index 1 is intended: the first character is not compared and stays in the result.
     const int blank = line.indexOf(QLatin1Char(' '));
     if (line.mid(1, blank - 1).trimmed() != code)
         return QString();

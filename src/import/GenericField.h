@@ -10,10 +10,10 @@ class TDataImport;
 
 /// Description of one variable of a data source, and its current value, held as text and as numbers.
 ///
-/// Each format derives a field of its own, which decides which values are missing, not applicable and blank. The
-/// description fields are public and filled by the importer. Lengths are in characters; a number that does not convert
-/// counts as 0. A field points at its importer without owning it. The texts of a new field are empty and not null,
-/// except `label`, which is null.
+/// Each format derives its own field class, which decides which values are missing, not applicable and blank. The
+/// description fields are public and filled by the importer. Lengths are in characters; a text that does not convert to
+/// a number counts as 0. A field points to its importer without owning it. The texts of a new field are empty and not
+/// null, except `label`, which is null.
 ///
 /// A field is used by the thread that uses its importer. Fields of different importers share nothing.
 class MODEL_VANADMIN_EXPORT TGenericField
@@ -26,7 +26,7 @@ public:
     explicit TGenericField(TDataImport *importer);
     TGenericField(const TGenericField &other);
     TGenericField &operator=(const TGenericField &other);
-    /// Takes nothing from its argument: texts null, numbers 0, flags false, `owner` null.
+    /// Takes nothing from its argument: texts are null, numbers 0, flags false, and `owner` is null.
     TGenericField(TGenericField &&other);
 
     // Virtual operations, in slot order.
@@ -51,13 +51,13 @@ public:
     ///
     /// Every line feed in `valueLabels` becomes a tab first, in the field itself. The code of the line is the text from
     /// its second character up to the first blank: the first character is skipped in the comparison and kept in the
-    /// result, which is meant.
+    /// result. This is intended.
     QString getValueLabel(QString code);
 
     /// Returns `textValue` up to the first zero, or all of it.
     QString currentText() const;
 
-    bool optional = false; ///< carried; no behaviour here
+    bool optional = false; ///< true on fields of Stata and SPSS files; has no effect
     QString name;          ///< variable name, the key in the importer
     QString label;         ///< variable label
     eVanVarType type = vtNone;
@@ -81,13 +81,13 @@ protected:
     friend struct TestAccess;
 
     /// Returns the current value as text: `missingValue`, `notApplicable` or "" if the value is missing, not applicable
-    /// or blank, otherwise by type, with numbers in format g and precision 6. A field without a type gives "". The
-    /// empty text is not null.
+    /// or blank, otherwise the value of its type, a number in format g with precision 6. The text of a field without a
+    /// type is "". The empty text is not null.
     QString getAsString();
-    /// Returns the current value as a number, and `missingValue` as a number if the value is missing. A field without a
-    /// type gives 0.
+    /// Returns the current value as a number, and `missingValue` as a number if the value is missing. The number of a
+    /// field without a type is 0.
     double getAsFloat();
-    /// Returns the same truncated toward zero. A text converts in base 10.
+    /// Returns the same number, truncated toward zero. A text is converted in base 10.
     int getAsInteger();
     void setAsFloat(double value); ///< sets `realValue` and nothing else, whatever the type
     void setAsInteger(int value);  ///< sets `intValue` and nothing else, whatever the type

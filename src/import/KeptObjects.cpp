@@ -38,8 +38,8 @@ struct KeptObjects::Shelf {
         fields.push_back(field);
     }
 
-    // Moves everything on top of another shelf. This needs no memory where the other one is empty: objects may have to
-    // be freed because no memory is left.
+    // Moves everything to the end of another shelf. This needs no memory if the other shelf is empty: objects may have
+    // to be freed because no memory is left.
     void moveTo(Shelf &other)
     {
         if (other.fields.empty() && other.others.empty()) {

@@ -11,9 +11,9 @@ class TGenericField;
 /// freed on request.
 ///
 /// Copies share the objects: whichever copy frees first frees all of them, once. After an assignment the target still
-/// reaches the objects that it had made before, unless a copy of the target reaches them; an assignment to itself
-/// changes nothing. Destroying the last copy frees nothing: its objects then last as long as the process. All calls
-/// are made on the caller's thread; nothing is locked.
+/// reaches the objects that it had made before, unless a copy of the target reaches them. An assignment of an object to
+/// itself changes nothing. Destroying the last copy frees nothing: its objects then last as long as the process. All
+/// calls are made on the caller's thread; nothing is locked.
 class KeptObjects
 {
 public:
@@ -25,11 +25,11 @@ public:
     /// Keeps \a field, which was made with `new`. It may be added any number of times, to this object and its copies
     /// only.
     void addField(TGenericField *field);
-    /// Makes freeAll() run \a free, which frees the object at \a address.
+    /// Keeps the object at \a address: freeAll() will run \a free, which frees it.
     void add(const void *address, std::function<void()> free);
-    /// Removes the object that was added under \a address: its maker frees it.
+    /// No longer keeps the object that was added with \a address; its maker frees it.
     void forget(const void *address);
-    /// Frees the fields, then all other objects, the last one added first. Later objects are kept anew.
+    /// Frees the fields, then all other objects, the last one added first. Objects that are added later are kept again.
     void freeAll();
 
     /// Makes a new object and keeps it.

@@ -10,8 +10,8 @@
 /// distinct names.
 void reportRepeatedNames(ReadReport &report, const QList<TGenericField *> *fields, size_t differentNames);
 
-/// Returns whether the layout keeps a number exactly, although it writes six digits. A number of more digits is not
-/// kept exactly, even if the digits that an exponent leaves out are zeros.
+/// Returns whether the layout keeps a number exactly, although it writes six digits. A number of more digits counts as
+/// not kept exactly, even if the digits that an exponent omits are zeros.
 bool isWrittenInFull(double number);
 
 /// Reports a file that cannot be read at all, and returns true for it. Otherwise reports nothing and returns false.

@@ -9,8 +9,8 @@ class TDataImport;
 
 /// Registry of the known formats, by provider type text.
 ///
-/// No code registers a format or creates the registry, which is meant: callers create importers directly, and every use
-/// of the registry fails. Destroying a manager leaves its list alive.
+/// No code registers a format or creates the registry. This is intended: callers create importers directly, and every
+/// use of the registry fails. Destroying a manager leaves its list alive.
 class TLoaderManager : public QObject
 {
 public:
@@ -27,7 +27,8 @@ extern TLoaderManager *loaderManager;
 /// no registry.
 bool IsFormatRegistered(QString format);
 
-/// Replaces the registry by a new one, leaving the former alive, and asks it for the loader of \a format.
+/// Replaces the registry by a new one, leaves the former one alive, and requests the loader of \a format from the new
+/// one.
 ///
 /// The new registry is empty, so this always throws a `VpErrorManager *` with code 107 and the format as text.
 TDataImport *GetDataClassLoader(QString format);

@@ -17,7 +17,7 @@ struct Row {
     const char *key;
 };
 
-// In the order of the codes. The keys of codes 7 and 103 do not match their texts, which is meant.
+// In the order of the codes. The keys of codes 7 and 103 do not match their texts. This is intended.
 // clang-format off
 constexpr Row rows[] = {
     {4, "Division by Zero", "DivByZero"},

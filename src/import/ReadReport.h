@@ -46,7 +46,7 @@ enum class NoteKind {
     repeatedKey,          ///< a key that occurs twice in its section
     missingKey,           ///< a required key that is missing
     numberNotConverted,   ///< a value that is not a number
-    wordNotRecognised,    ///< a value that is none of the words of its key
+    wordNotRecognised,    ///< a value that is not one of the words of its key
     blankInName,          ///< a name after a blank
     recordTypeCut,        ///< a record type without its quotes
     itemOutsideRecord,    ///< an item that belongs to no record
@@ -76,7 +76,7 @@ enum class NoteKind {
     // CSPro 8 dictionaries
     wrongType,         ///< a value without the expected JSON type
     furtherLanguages,  ///< labels in several languages
-    furtherPairs,      ///< a value of several pairs, or of a "value" and a "range" in one
+    furtherPairs,      ///< a value of several pairs, or of a pair with both a "value" and a "range"
     valueWithoutCode,  ///< a value without a code
     rangeAsCode,       ///< a range
     codeAsZero,        ///< a code of a value that is not a number
@@ -109,25 +109,25 @@ enum class NoteKind {
 struct MODEL_VANADMIN_EXPORT ReadNote {
     NoteKind kind;
     int line = 0;     ///< 1-based line of the file; 0 if the format has no lines or the note concerns the whole file
-    QString variable; ///< its name in the layout; "" if the note concerns none
-    QString text;     ///< text of the file that it concerns
+    QString variable; ///< name of the variable in the layout; "" if the note concerns none
+    QString text;     ///< the text of the file that the note concerns
 
     QString id() const; ///< stable name of the kind, such as "key-by-substring"
     NoteSeverity severity() const;
-    QString message() const; ///< what the library did, and what to change in the file if that was not meant
+    QString message() const; ///< states what the library did, and what to change in the file if that was not intended
 };
 
 /// Notes of a reader about the places where it skipped something, used a default, or changed, renamed, cut or moved
 /// something.
 ///
 /// A caller attaches a report to an importer or a lookup before it reads, and queries the report afterwards. The report
-/// must outlive the reading, is not owned by what it is attached to, and accumulates notes until clear(): one report
+/// must outlive the reading, is owned by neither importer nor lookup, and accumulates notes until clear(): one report
 /// can serve several files in turn. Notes are in the order in which the reader found their causes. What a reader
 /// returns does not depend on whether a report is attached. Not thread-safe.
 class MODEL_VANADMIN_EXPORT ReadReport
 {
 public:
-    /// Max number of notes that are kept; further ones are only counted.
+    /// Max number of notes that are kept; further notes are only counted.
     static constexpr size_t maxNotes = 1000000;
     static constexpr int kinds = int(NoteKind::unreadableLetters) + 1;
 
@@ -137,7 +137,7 @@ public:
     int count(NoteSeverity severity) const;
     void clear();
 
-    /// Called by readers.
+    /// Adds a note. Readers call this operation. The parameters are the members of ReadNote.
     void add(NoteKind kind, const QString &text, int line = 0, const QString &variable = QString());
 
     // properties of a kind

@@ -6,7 +6,7 @@
 namespace
 {
 
-// Each field has a list of its own, which shares its data with the others until one of them changes it.
+// Each field has its own list, which shares its data with the lists of the other fields until one of them changes it.
 QStringList *newTypeNames()
 {
     static const QStringList names = { QStringLiteral("NONE"), QStringLiteral("CSPRO"), QStringLiteral("CSV"),

@@ -22,22 +22,22 @@ public:
     TVpSourceField();
     TVpSourceField(const TVpSourceField &other);
     TVpSourceField &operator=(const TVpSourceField &other);
-    /// Takes nothing from its argument: texts null, numbers 0, flags false, `typeNames` null.
+    /// Takes nothing from its argument: texts are null, numbers 0, flags false, and `typeNames` is null.
     TVpSourceField(TVpSourceField &&other);
     virtual ~TVpSourceField();
 
     QString getFieldType() const;
-    /// Sets only the text: `fieldTypeIndex` stays 0 on every source field, which is meant.
+    /// Sets only the text: `fieldTypeIndex` stays 0 on every source field. This is intended.
     void setFieldType(QString value);
     QString getDataProviderType() const;
     /// Sets the type to \a type, and its index to the position in `typeNames`. "NONE" and a text that is not in the
-    /// list change nothing, so "SPSS" and "CSPRO8" leave the field as it was.
+    /// list change nothing, so "SPSS" and "CSPRO8" leave the field unchanged.
     void setDataProviderType(QString type);
 
     /// Returns the field's value in \a line: `length` characters from `start`, or fewer at the end of the line. Null if
     /// the line ends before `start` or is empty. Sets `isBlankValue` to whether the value equals `blankValue`.
     ///
-    /// The cut takes `start` as 0-based, and the test of the length takes it as 1-based, which is meant.
+    /// The cut uses `start` as 0-based, and the test of the length uses it as 1-based. This is intended.
     QString getStringValue(QString line);
 
     QStringList

@@ -5,7 +5,7 @@
 
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 
-/// A text stream on a file whose byte-order mark decides on its encoding; without a mark it is in the encoding of the
+/// Text stream on a file whose byte-order mark determines the encoding. A file without a mark is in the encoding of the
 /// locale, which is that of `QTextCodec::codecForLocale`.
 using LocaleTextStream = QTextStream;
 
@@ -33,7 +33,7 @@ public:
 protected:
     qint64 readData(char *data, qint64 maxSize) override
     {
-        // The last bytes of a block may be the begin of a character only.
+        // The last bytes of a block may be only the beginning of a character.
         while (waiting.isEmpty()) {
             const QByteArray block = source.read(blockSize);
             if (block.isEmpty())
@@ -55,8 +55,8 @@ private:
     QByteArray waiting;
 };
 
-/// A text stream on a file whose byte-order mark decides on its encoding; without a mark it is in the encoding of the
-/// locale, which is that of `QTextCodec::codecForLocale`. The text stream of Qt 6 itself takes it for UTF-8.
+/// Text stream on a file whose byte-order mark determines the encoding. A file without a mark is in the encoding of the
+/// locale, which is that of `QTextCodec::codecForLocale`. The text stream of Qt 6 itself reads such a file as UTF-8.
 class LocaleTextStream : public QTextStream
 {
 public:

@@ -193,7 +193,7 @@ bool TVpLookup::readLookup()
     return true;
 }
 
-// One check of an open file: the results so far, and the steps for each line.
+// One check of an open file, with the results so far and the steps for each line.
 class TVpLookup::Import
 {
 public:
@@ -208,7 +208,7 @@ public:
         stream.setAutoDetectUnicode(true);
     }
 
-    /// Makes the next line the current one. Returns false after the last line, and where reading fails.
+    /// Makes the next line the current one. Returns false after the last line, and if reading fails.
     bool readLine()
     {
         if (stream.atEnd())
@@ -249,7 +249,7 @@ public:
         }
     }
 
-    /// Keeps the first value of a key. A further value of it counts in no frequency.
+    /// Keeps the first value of a key. Further values of the key are not counted in the frequencies.
     void enterKey()
     {
         const quint32 keyHash = lookup::hashOf(target.key);
@@ -270,7 +270,7 @@ public:
 private:
     void reportDuplicate()
     {
-        // A line that repeats the line before has a note of its own.
+        // A line that repeats the line before has its own note.
         if (target.report && hasKey(target.separatorPosition()))
             target.report->add(NoteKind::duplicateKey, target.currentLine, target.lineNumber);
         if (target.isReporting())

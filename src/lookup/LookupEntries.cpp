@@ -13,8 +13,8 @@ namespace
 
 constexpr size_t firstSize = 1 << 10; // a power of two
 
-// An entry by its number, with the first characters of its key as a number that compares as they do: eight characters
-// of Latin-1, or four of any kind. Few comparisons have to read the texts.
+// The number of an entry, and the first characters of its key as one number that sorts in the same order: eight
+// characters if all keys are Latin-1, else four. Few comparisons have to read the texts.
 struct SortKey {
     quint64 prefix;
     int number;

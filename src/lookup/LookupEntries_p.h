@@ -8,27 +8,27 @@
 
 /// The entries and frequencies that a check of a lookup file collects while it reads.
 ///
-/// A hash table, a sort by the first characters and a shortcut for ascending keys are used because they pay. The
+/// A hash table, a sort by the first characters and a shortcut for ascending keys are used because they save time. The
 /// figures are the user and system time of `vanlayout lookup --mode both`, compared with the plain way. 1,000,000 lines
-/// in no order with 1,000 different values: 43 % less than with a KeyedSet of the keys, 20 % less than with `std::sort`
-/// by the whole keys, 59 % less than with a KeyedMap and `std::sort` for everything. The same lines in ascending order:
-/// 52 % less than without the shortcut. Where every value is different, the frequencies take most of the time, and the
-/// table saves 17 %, the sort 3 %. With 10,000 lines the start of the process takes most of the time; all together save
-/// 13 % to 23 %.
+/// in no order with 1,000 different values take 43 % less time than with a KeyedSet of the keys, 20 % less than with
+/// `std::sort` by the whole keys, and 59 % less than with a KeyedMap and `std::sort` for everything. The same lines in
+/// ascending order take 52 % less time than without the shortcut. If every value is different, the frequencies take
+/// most of the time; the table saves 17 %, the sort 3 %. With 10,000 lines the start of the process takes most of the
+/// time; all three together save 13 % to 23 %.
 namespace lookup
 {
 
-/// 32 bits of the keyed hash of a text. Nobody can make a file whose texts have the same hash, so a check of a crafted
-/// file takes no longer than any other.
+/// Returns 32 bits of the keyed hash of a text. Nobody can make a file whose texts all have the same hash, so a check
+/// of a crafted file takes no longer than a check of any other file.
 quint32 hashOf(const QString &text);
 
-/// Finds the number of a text by its hash. The texts are held by the user of the index, who compares them.
+/// Finds the number of a text by its hash. The user of the index holds the texts and compares them.
 class TextIndex
 {
 public:
     TextIndex();
 
-    /// The number, among those of this hash, for which \a isText returns true; -1 if there is none.
+    /// Returns the number, among those added with this hash, for which \a isText returns true; -1 if there is none.
     template <typename IsText> int find(quint32 hash, IsText isText) const
     {
         for (size_t place = hash & mask(); places[place].number >= 0; place = (place + 1) & mask()) {
@@ -56,7 +56,7 @@ private:
 class Entries
 {
 public:
-    /// Adds a pair if its key is new. Returns whether it is.
+    /// Adds a pair if its key is new. Returns whether the key is new.
     bool add(const QString &key, quint32 keyHash, const QString &value);
     /// Moves all pairs to an empty map.
     void moveTo(std::map<QString, QString> &map);
@@ -74,8 +74,8 @@ private:
 
 /// The frequencies of a check: one int of 1 for each value of a new key, in the caller's map.
 ///
-/// An index of its own finds the values. Where 1,000,000 lines have 1,000 different values, a check takes 25 % to 58 %
-/// less time than with searches of the map; where every value is different, it takes 6 % to 36 % more.
+/// A separate index finds the values. With 1,000 different values in 1,000,000 lines, a check takes 25 % to 58 % less
+/// time than with searches of the map; if every value is different, it takes 6 % to 36 % more.
 class Frequencies
 {
 public:

@@ -46,7 +46,7 @@ public:
     QString titleReport() const;
     QString idLabel() const;       ///< caption of the identification
     QString labelLabel() const;    ///< caption of the label
-    QString getLabelLabel() const; ///< the same
+    QString getLabelLabel() const; ///< the same as labelLabel()
     QString dataFileLabel() const; ///< caption of the file
     QString idValue() const;
     void setIdValue(const QString &value);
@@ -55,7 +55,7 @@ public:
     QString dataFileValue() const;
     void setDataFileValue(const QString &value);
 
-    std::map<QString, int *> frequenciesTree() const; ///< a copy with the same ints
+    std::map<QString, int *> frequenciesTree() const; ///< a copy of the map that points to the same ints
     void setFrequenciesTree(const std::map<QString, int *> &newFrequencies);
     QStringList *errorMessages() const; ///< null in a new object
     void setErrorMessages(QStringList *messages);

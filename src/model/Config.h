@@ -109,7 +109,7 @@ private:
 
     QString name;
     QString recType;
-    bool flag1 = false;                  ///< carried
+    bool flag1 = false;                  ///< carried; never read
     bool allVariables = false;           ///< false until set
     bool checkSequence = false;          ///< false until set
     bool createSDC = false;
@@ -120,7 +120,7 @@ private:
 
 /// All settings of the calling application for one generation of a database.
 ///
-/// The objects after the pointers belong to the caller; the destructor frees nothing.
+/// The objects that the members point to belong to the caller; the destructor frees nothing.
 ///
 /// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Config
@@ -128,7 +128,7 @@ class MODEL_VANADMIN_EXPORT Config
 public:
     /// Has new options, a new database and a new empty list.
     Config();
-    /// Copies share the objects after the pointers.
+    /// Copies share the objects that the members point to.
     Config(const Config &other);
     Config &operator=(const Config &other);
     /// Takes nothing from its argument: no path, and null pointers.

@@ -84,7 +84,7 @@ TVpEntity *TVpEntity::findEntity(QString wanted)
     PreOrderWalk walk(hierarchy, Place{ this });
     while (walk.node().entity->name != wanted) {
         if (!walk.goBelow()) {
-            // A search for the name of a failure finds the entity that is made where the first search below ends.
+            // A search for the name "nullEntity" finds the entity that is made when the first search below ends.
             if (wanted == nullEntityName)
                 return made;
             if (!walk.goOn())

@@ -42,9 +42,9 @@ public:
     /// Returns the first entity of this name, which may be this entity or one below it. Parents come before their
     /// children. The search is case-sensitive.
     ///
-    /// The result is never null: a failed search returns a new entity named "nullEntity". Each entity that is visited
-    /// makes one such entity, also if the search succeeds, and it stays alive. The returned one belongs to the caller. An
-    /// entity that is its own ancestor is visited once.
+    /// The result is never null: a failed search returns a new entity named "nullEntity". One such entity is made for
+    /// each entity that is visited, even if the search succeeds, and stays alive. The returned entity belongs to the
+    /// caller. An entity that is its own ancestor is visited once.
     TVpEntity *findEntity(QString wanted);
 
     // names and labels
@@ -90,7 +90,7 @@ private:
     QList<TVpVariable *> *variables = nullptr;                     ///< not released
     int level = 0;                                                 ///< 0 until set
     qint32 nrElements = 0;                                         ///< number of elements; 0 until set
-    bool flag1 = false;                                            ///< carried
+    bool flag1 = false;                                            ///< carried; never read
     bool sequence = false;
     bool sdc = false;
     QString recType;                                               ///< record type

@@ -14,7 +14,7 @@ class MetadataDictionary;
 class Range;
 class TVpEntity;
 
-// Records that say where the data of a dictionary comes from. The library only holds them.
+// Records that describe where the data of a dictionary comes from. The library only holds them.
 
 // clang-format off
 /// Names one lookup file.
@@ -129,7 +129,7 @@ private:
     QList<Range *> *range = nullptr; ///< not released
 };
 
-/// The data source and the lookup files of a dictionary. The objects after the pointers belong to the caller.
+/// The data source and the lookup files of a dictionary. The objects that the members point to belong to the caller.
 ///
 /// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT MetadataDictionary
@@ -137,7 +137,7 @@ class MODEL_VANADMIN_EXPORT MetadataDictionary
 public:
     /// Has a new data source and a new empty list.
     MetadataDictionary();
-    /// Copies share the objects after the pointers.
+    /// Copies share the objects that the members point to.
     MetadataDictionary(const MetadataDictionary &other);
     MetadataDictionary &operator=(const MetadataDictionary &other);
     /// Takes nothing from its argument: null pointers, and no list until something is appended.
@@ -153,7 +153,7 @@ private:
     QList<LookupDictionary *> *lookUp = nullptr; ///< not released
 };
 
-/// A root entity and the source of its data. The objects after the pointers belong to the caller.
+/// A root entity and the source of its data. The objects that the members point to belong to the caller.
 ///
 /// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT Dictionary
@@ -161,7 +161,7 @@ class MODEL_VANADMIN_EXPORT Dictionary
 public:
     /// Has a new root and new metadata.
     Dictionary();
-    /// Copies share the objects after the pointers.
+    /// Copies share the objects that the members point to.
     Dictionary(const Dictionary &other);
     Dictionary &operator=(const Dictionary &other);
     /// Takes nothing from its argument: null pointers.

@@ -14,14 +14,14 @@ const QLatin1String pieceEnd("\r\n");
 
 } // namespace
 
-/// The records from one on: its children, its later brothers and theirs.
+/// The tree of records from one record on: its children, its later brothers and their children.
 struct TVpRecord::RecordTree {
     using Node = TVpRecord *;
     static Node firstBelow(Node record) { return record->child; }
     static Node after(Node record) { return record->brother; }
 };
 
-/// A line of a questionnaire that belongs to a record; without a record no line at all.
+/// A line of a questionnaire that belongs to a record. Without a record it is no line.
 struct TVpRecord::RecordLine {
     const TVpRecord *record = nullptr;
     int line = 0; ///< from 0
@@ -44,7 +44,7 @@ public:
     {
     }
 
-    /// The first line of \a record from the number \a line on, or else the first one of a later brother.
+    /// Returns the first line of \a record from line number \a line on, or else the first line of a later brother.
     RecordLine first(const TVpRecord *record, int line, const QString &parentKey) const
     {
         for (; record; record = record->brother, line = 0) {
@@ -91,7 +91,7 @@ TVpRecord::~TVpRecord() = default;
 
 TVpRecord *TVpRecord::retrieveRecord(QString wanted)
 {
-    // The alias goes one way: "COMMON" does not find "Common".
+    // The alias works in one direction only: "COMMON" does not find "Common".
     const bool aliasAllowed = wanted == QLatin1String("Common");
     RecordTree tree;
     for (PreOrderWalk walk(tree, this); !walk.isOver(); walk.advance()) {
@@ -143,7 +143,7 @@ void TVpRecord::addBrother(TVpRecord *record)
     TVpRecord *last = this;
     while (last->brother && last != record)
         last = last->brother;
-    if (!record || record == last) // a chain that runs back into itself could not be walked
+    if (!record || record == last) // a cyclic chain of brothers could not be walked
         return;
     last->brother = record;
     record->parent = last->parent;
@@ -220,7 +220,8 @@ QString TVpRecord::getParentKeyValue(QString /*line*/) const
 
 QString TVpRecord::assembleRecord(TQuestIndex *index) const
 {
-    // Every reference counts the same lines, those of an empty type: its own content is not read. One count is enough.
+    // Every reference counts the same lines, those of an empty type, since the content of a reference is not read. One
+    // count is enough.
     const bool hasReferences = references && !references->isEmpty();
     if (index && hasReferences && index->countRecords(QString()) > 1)
         index->status = checkSeveralLines;
@@ -251,7 +252,7 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index)
         return emptyText();
     const QString type = typeOfRecord();
     const int count = index->countRecords(type);
-    // Every occurrence that was counted is found again, as its own type; an empty type is found as nothing.
+    // Every counted occurrence is found again under its own type. Only an empty type is not: its code is empty.
     if (count > 0 && type.isEmpty()) {
         index->status = checkNotFoundAgain;
         return emptyText();
@@ -278,7 +279,7 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index, QString parentKey)
     for (PreOrderWalk walk(lines, lines.first(this, 0, parentKey)); !walk.isOver(); walk.advance()) {
         const RecordLine &line = walk.node();
         const QString piece = line.record->assembleRecord(index, line.key);
-        // Every line gives the same text. Where it is empty, nothing has been gathered and nothing will be.
+        // Every line has the same text. If it is empty, nothing has been gathered and nothing will be.
         if (piece.isEmpty())
             return emptyText();
         gathered += piece + pieceEnd;

@@ -10,10 +10,11 @@
 
 class TQuestIndex;
 
-/// A reference of a record. The library only holds pointers to references; a caller that uses them defines the class.
+/// A reference that belongs to a record. The library only holds pointers to references; a caller that uses them defines
+/// the class.
 class TVpRecordReference;
 
-/// The record-type code of a record, as it stands in a questionnaire line.
+/// The record-type code of a record, as written in a questionnaire line.
 struct TVpRecordType {
     QString code;
 };
@@ -21,9 +22,9 @@ struct TVpRecordType {
 /// A node in the tree of record definitions of a questionnaire, with links to its first child, its parent and its next
 /// brother.
 ///
-/// A node owns nothing through its links: the builder of a tree frees it. Copies point at the same neighbours and share
-/// the list of references, and the neighbours still point at the source. A tree must not change during a walk. Every
-/// walk is safe in a tree of any depth. Everything runs on the caller's thread; nothing is locked.
+/// A node owns nothing through its links: the builder of a tree frees it. Copies point to the same neighbours and share
+/// the list of references; the neighbours still point to the original. A tree must not change during a walk. Every walk
+/// is safe in a tree of any depth. Everything runs on the caller's thread; nothing is locked.
 class MODEL_VANADMIN_EXPORT TVpRecord
 {
 public:
@@ -31,16 +32,17 @@ public:
     TVpRecord();
     TVpRecord(const TVpRecord &other);
     TVpRecord &operator=(const TVpRecord &other);
-    /// Takes nothing from its argument: its texts are null, its numbers 0 and its pointers null.
+    /// Takes nothing from its argument: all texts are null, numbers 0 and pointers null.
     TVpRecord(TVpRecord &&other);
     virtual ~TVpRecord();
 
-    /// The first record named \a wanted, case-sensitively, in this node, below it, and in and below its later brothers;
-    /// null if there is none. "Common" also finds a record named "COMMON"; "COMMON" does not find "Common".
+    /// Returns the first record named \a wanted, compared case-sensitively, in this node, below it, and in and below
+    /// its later brothers; null if there is none. "Common" also finds a record named "COMMON"; "COMMON" does not find
+    /// "Common".
     TVpRecord *retrieveRecord(QString wanted);
-    /// The node after this one in a walk from the root, which visits children before brothers; null at the end.
+    /// Returns the node after this one in a walk from the root, which visits children before brothers; null at the end.
     TVpRecord *preOrderNext() const;
-    /// "name (caption)", or the name alone where the caption is empty.
+    /// Returns "name (caption)", or only the name if the caption is empty.
     QString nodeCaption() const;
 
     QString typeCode() const; ///< the text that `TVpDataProvider::getRecordType` compares
@@ -58,51 +60,51 @@ private:
     void addBrother(TVpRecord *record);
     /// Appends \a record as the last child.
     void addChild(TVpRecord *record);
-    /// Inserts \a newRecord before the child \a before, or at the end for null. Does nothing where \a before is
-    /// not a child of this node.
+    /// Inserts \a newRecord before the child \a before, or at the end if \a before is null. Does nothing if \a before
+    /// is not a child of this node.
     void insertChild(TVpRecord *before, TVpRecord *newRecord);
-    /// Unlinks the direct child \a childName. It is not freed and keeps its parent. Does nothing where there is no such
+    /// Unlinks the direct child \a childName. It is not freed and keeps its parent. Does nothing if there is no such
     /// child. The flag has no effect.
     void deleteChild(QString childName, bool flag);
-    /// The next brother of this node or of the nearest ancestor that has one; null at the top.
+    /// Returns the next brother of this node, or that of the nearest ancestor that has one; null if none has one.
     TVpRecord *preOrderNextBrother() const;
     void addRecordReferenceToList(TVpRecordReference *reference);
-    void removeRecordReferenceFromList(TVpRecordReference *reference); ///< removes its first entry
+    void removeRecordReferenceFromList(TVpRecordReference *reference); ///< removes the first entry of \a reference
     QString getKeyValue(QString line) const;                           ///< always "": records have no keys yet
     QString getParentKeyValue(QString line) const;                     ///< always "": records have no keys yet
     /// Counts the lines without a type once for each reference. More than one such line sets `status` of \a index to 4.
     /// The result is always empty; a null \a index is not counted.
     QString assembleRecord(TQuestIndex *index) const;
     QString assembleRecord(TQuestIndex *index, QString key) const; ///< the text of \a index; "" for a null one
-    /// Checks a questionnaire from this record down: one text of \a index, ended by CR LF, for each line that belongs
-    /// to this record or one below it, in tree order. The brothers of this record are not visited.
+    /// Checks a questionnaire from this record down. Returns one copy of the text of \a index, ended by CR LF, for each
+    /// line that belongs to this record or to one below it, in tree order. The brothers of this record are not visited.
     ///
-    /// "" where \a index is null, where its text is empty, or where an occurrence is not found again, which sets
+    /// Returns "" if \a index is null, if its text is empty, or if an occurrence is not found again; the last case sets
     /// `status` of \a index to 6.
     QString checkQuestionnaire(TQuestIndex *index);
-    /// The same for a record below the first and for its later brothers. A line of a child matches under every line of
-    /// its parent.
+    /// Does the same for a record below the first and for its later brothers. A line of a child matches under every
+    /// line of its parent.
     QString checkQuestionnaire(TQuestIndex *index, QString parentKey);
     QString typeOfRecord() const;
-    /// An operation that frees \a record and the list of references that it has now, even if another list is assigned
-    /// to it later. It frees no neighbour.
+    /// Returns an operation that frees \a record and its current list of references, even if another list is assigned
+    /// to it later. The operation frees no neighbour.
     static std::function<void()> freeingOf(TVpRecord *record);
     TVpRecord *previousOf(const TVpRecord *record) const;
 
     // Members without a comment are carried and copied for callers; nothing in the library reads them.
     // clang-format off
     QString name; ///< every search compares it
-    QString caption; ///< shown beside the name
-    QString text1; ///< see typeCode()
-    int numbers1[4] = {-1, 0, 0, 0}; ///< for the first see typeNumber()
+    QString caption; ///< shown in parentheses after the name
+    QString text1; ///< typeCode() returns it
+    int numbers1[4] = {-1, 0, 0, 0}; ///< typeNumber() returns the first
     bool flag1 = false;
     QString text2;
     QString text3;
     int numbers2[3] = {};
     TVpRecord *child = nullptr; ///< first child
     TVpRecord *parent = nullptr;
-    TVpRecord *brother = nullptr; ///< next sibling
-    QList<TVpRecordReference *> *references; ///< a list of the record's own; shared by copies; no destructor releases it
+    TVpRecord *brother = nullptr; ///< next brother
+    QList<TVpRecordReference *> *references; ///< the record's own list; shared by copies; no destructor releases it
     int number1 = 0;
     bool flag2 = false;
     QString text4;

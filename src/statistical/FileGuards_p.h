@@ -9,7 +9,7 @@
 namespace statistical
 {
 
-/// Returns why ReadStat cannot be trusted with the SPSS file at \a path; no problem if ReadStat reads the file, or
+/// Returns the reason why ReadStat must not read the SPSS file at \a path; no problem if ReadStat reads the file, or
 /// refuses it, without harm.
 ReadProblem spssProblem(const QString &path);
 

@@ -57,7 +57,7 @@ void TSPSSDataImport::releaseContents()
 
 bool TSPSSDataImport::openFile()
 {
-    // The variables of a former opening stay: a second one gives every field twice.
+    // The variables of a former opening stay, so every field occurs twice after a second opening.
     openDataImport();
     stateValue = 1.0;
     openRead(getSourceName());

@@ -22,16 +22,16 @@ class Reading;
 /// Reads the variables and value labels of an SPSS file (`.sav`, `.zsav`) through ReadStat. Each variable becomes a
 /// field; there are no groups and no data.
 ///
-/// The file is parsed twice, for the value labels and for the variables. If it cannot be read, or only in part, the
-/// importer has the fields that were read until then, and there is no message. A number without decimals is an integer,
-/// whatever its storage; its format determines the decimals. A field's `length` is one digit, the second character of
-/// the format: 8 for "F8.2", and, which is meant, 1 for "F10.2" and 0 for "DATE11". The `minimum` and `maximum` of a
-/// number are "0" and as many nines as the length, or the span of its value labels if it has any. A text has no range.
-/// Labels are UTF-8. A label of the value -1 is lost. If variables share a label set, its values are integers from the
-/// first variable without decimals on.
+/// The file is parsed twice, for the value labels and for the variables. If it can be read only in part or not at all,
+/// the importer has the fields that were read until then, and writes no message. A number without decimals is an
+/// integer, whatever its storage; its format determines the decimals. A field's `length` is one digit, the second
+/// character of the format: 8 for "F8.2", but 1 for "F10.2" and 0 for "DATE11". This is intended. The `minimum` and
+/// `maximum` of a number are "0" and as many nines as the length, or the span of its value labels if it has any. A text
+/// has no range. Labels are UTF-8. A label of the value -1 is lost. If variables share a label set, its values are
+/// integers for the first variable without decimals and for all variables after it.
 ///
-/// A second opening keeps the variables of the first and adds the file's variables again, so every field occurs twice,
-/// which is meant. Missing values, formats, notes and the names of label sets are not read. Fields and label sets
+/// A second opening keeps the variables of the first and adds the file's variables again, so every field occurs twice.
+/// This is intended. Missing values, formats, notes and the names of label sets are not read. Fields and label sets
 /// outlive the importer; copies share them. Call the operations that are protected here through a `TDataImport` pointer
 /// or reference. All calls are made on the caller's thread; two importers share nothing.
 class MODEL_VANADMIN_EXPORT TSPSSDataImport : public TDataImport
@@ -47,9 +47,9 @@ public:
     TSPSSDataImport(TSPSSDataImport &&other);
     ~TSPSSDataImport() override;
 
-    /// Whether files are read in large pieces and not in the small pieces of ReadStat. The result is the same and much
-    /// faster. It is off in a new importer. With a report attached, files are read in large pieces in any case, since
-    /// ReadStat's own input does not notice a failing disk.
+    /// Returns whether files are read in large pieces and not in the small pieces of ReadStat. The result is the same,
+    /// and reading is much faster. It is off in a new importer. With a report attached, files are read in large pieces
+    /// in any case, since ReadStat's own input does not notice a failing disk.
     bool isReadingBuffered() const;
     void setReadingBuffered(bool on);
 

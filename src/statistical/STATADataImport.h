@@ -23,13 +23,13 @@ class Reading;
 /// Reads the variables and value labels of a Stata file (`.dta`, versions 104 to 119) through ReadStat. Each variable
 /// becomes a field; there are no groups and no data.
 ///
-/// The file is parsed twice, for the value labels and for the variables. If it cannot be read, or only in part, the
-/// importer has the fields that were read until then. A failure of the second parse writes the line
-/// "Error processing PATH: NUMBER", with ReadStat's error number, to standard output. A field's `length` is the storage
-/// width in bytes, which is 6 for a text of declared length 5. The `minimum` and `maximum` of numbers and texts are "0"
-/// and as many nines as the length, up to 10,000. For a number with value labels they are the span of the labelled
-/// values. Labels are read as Latin-1, byte by byte, although ReadStat delivers UTF-8, which is meant. A label of the
-/// value -1 is lost.
+/// The file is parsed twice, for the value labels and for the variables. If it can be read only in part or not at all,
+/// the importer has the fields that were read until then. A failure of the second parse writes the line "Error
+/// processing PATH: NUMBER", with ReadStat's error number, to standard output. A field's `length` is the storage width
+/// in bytes, which is 6 for a text of declared length 5. The `minimum` and `maximum` of numbers and texts are "0" and
+/// as many nines as the length, up to 10,000. For a number with value labels they are the span of the labelled values.
+/// Labels are read as Latin-1, byte by byte, although ReadStat delivers UTF-8. This is intended. A label of the value
+/// -1 is lost.
 ///
 /// Missing values, formats, notes and the names of label sets are not read. Fields and label sets outlive the importer;
 /// copies share them. Call the operations that are protected here through a `TDataImport` pointer or reference.
@@ -47,9 +47,9 @@ public:
     TSTATADataImport(TSTATADataImport &&other);
     ~TSTATADataImport() override;
 
-    /// Whether files are read in large pieces and not in the small pieces of ReadStat. The result is the same and much
-    /// faster. It is off in a new importer. With a report attached, files are read in large pieces in any case, since
-    /// ReadStat's own input does not notice a failing disk.
+    /// Returns whether files are read in large pieces and not in the small pieces of ReadStat. The result is the same,
+    /// and reading is much faster. It is off in a new importer. With a report attached, files are read in large pieces
+    /// in any case, since ReadStat's own input does not notice a failing disk.
     bool isReadingBuffered() const;
     void setReadingBuffered(bool on);
 
@@ -87,8 +87,8 @@ private:
 
     void openRead(QString path);
 
-    qint32 number1 = 0;                      ///< carried
-    qint32 number2 = 0;                      ///< carried
+    qint32 number1 = 0;                      ///< carried; never read
+    qint32 number2 = 0;                      ///< carried; never read
     statistical::Reading *reading = nullptr; ///< the parse in progress, or null outside of one
     bool readsBuffered = false;
     std::FILE *errorStream = stdout;

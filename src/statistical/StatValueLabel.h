@@ -10,9 +10,9 @@
 /// An integer of -1, a double of -1.0 and a null text together mean that the label has no value, so a value of -1
 /// cannot be stored. The texts belong to the label and are made with `new[]`; a copy of the label shares them.
 struct TStatValueLabel {
-    double doubleValue = -1.0;   ///< the value when it is floating
-    qint32 intValue = -1;        ///< the value when it is integer
-    char *stringValue = nullptr; ///< the value when it is text; a private copy
+    double doubleValue = -1.0;   ///< the value if it is a floating-point number
+    qint32 intValue = -1;        ///< the value if it is an integer
+    char *stringValue = nullptr; ///< the value if it is a text; a private copy
     size_t stringLength = 0;     ///< in bytes
     char *label = nullptr;       ///< the label text; a private copy
     size_t labelLength = 0;      ///< in bytes

@@ -22,7 +22,8 @@ qint32 storageWidth(const readstat_variable_t &variable)
     return static_cast<qint32>(static_cast<quint32>(variable.storage_width));
 }
 
-// One digit, the second character of the format, or 0 where that is not a digit: "F10.2" gives 1, which is meant.
+// Returns one digit, the second character of the format, or 0 if that is not a digit. The result for "F10.2" is 1. This
+// is intended.
 qint32 firstDigitOfFormat(const readstat_variable_t &variable)
 {
     return lengthOf(variable.format) > 1 && isDigit(variable.format[1]) ? variable.format[1] - '0' : 0;
@@ -102,7 +103,7 @@ eVanVarType typeOf(const Format &format, const readstat_variable_t &variable)
     case READSTAT_TYPE_DOUBLE:
         return format.decimalsDecide && !hasDecimals(variable) ? vtInteger : vtReal;
     default:
-        return vtNone; // a long text of Stata, where ReadStat distinguishes it
+        return vtNone; // a long text of Stata, if ReadStat distinguishes it
     }
 }
 

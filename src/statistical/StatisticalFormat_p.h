@@ -17,7 +17,7 @@ namespace statistical
 
 /// The reason why a file is not read, or not to its end, although its contents do not end the reading.
 struct ReadProblem {
-    QString line;            ///< for a person; null where there is no problem
+    QString line;            ///< for a person; null if there is no problem
     bool isOfDevice = false; ///< whether the system failed to read the file
 
     bool isNull() const { return line.isNull(); }
@@ -25,7 +25,7 @@ struct ReadProblem {
 
 enum class TextEncoding { latin1, utf8 };
 
-/// The differences of one format from the other. All other rules are common to both.
+/// The rules by which one format differs from the other. All other rules are common to both.
 struct Format {
     readstat_error_t (*parse)(readstat_parser_t *, const char *path, void *context) = nullptr;
     /// Encoding in which labels, and values that are texts, are read. ReadStat delivers UTF-8, so each letter outside
@@ -36,7 +36,7 @@ struct Format {
     bool textsHaveRange = false; ///< whether a text has a minimum and a maximum
     qint32 (*widthOf)(const readstat_variable_t &variable) = nullptr;
     bool widthIsOneDigit = false; ///< whether widthOf() cuts a width in the variable's format to one digit
-    /// Returns why ReadStat cannot be trusted with a file.
+    /// Returns the reason why ReadStat must not read a file.
     ReadProblem (*problem)(const QString &path) = nullptr;
     NameBounds widestNames = wholeNames;
     NameBounds (*nameBounds)(const QString &path) = nullptr;
@@ -44,7 +44,7 @@ struct Format {
 extern const Format stata;
 extern const Format spss;
 
-/// Length of a text in a fixed field, which has no end mark where the text fills it.
+/// Returns the length of a text in a fixed field, which has no end mark if the text fills it.
 template <size_t Size> size_t lengthOf(const char (&field)[Size])
 {
     return qstrnlen(field, Size);
@@ -53,11 +53,11 @@ bool isAscii(const char *text, size_t size);
 /// Appends \a size bytes in the encoding of the format.
 void appendText(const Format &format, QString &text, const char *bytes, size_t size);
 
-/// The number of a type, which may be none of the enumeration.
+/// Returns the number of a type, which may be a number outside of the enumeration.
 int typeNumber(const readstat_type_t &type);
 eVanVarType typeOf(const Format &format, const readstat_variable_t &variable);
 bool hasDecimals(const readstat_variable_t &variable);
-/// The whole width in the variable's format: 10 for "F10.2", 11 for "DATE11"; 0 where it has none.
+/// Returns the whole width in the variable's format: 10 for "F10.2", 11 for "DATE11"; 0 if it has none.
 int widthInFormat(const readstat_variable_t &variable);
 
 } // namespace statistical

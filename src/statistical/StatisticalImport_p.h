@@ -12,8 +12,8 @@
 namespace statistical
 {
 
-/// Adds a label to its set, which is made and kept if there is none. A label without text is dropped. The type of
-/// \a value must be supported.
+/// Adds a label to its set. If there is no such set, makes one and keeps it. A label without text is dropped. The type
+/// of \a value must be supported.
 void addValueLabel(LabelSets &sets, const char *labelSet, const readstat_value_t &value, const char *label,
                    Reading &reading, KeptObjects &kept);
 /// Fills the description of \a field from \a variable and the labels of its set.
@@ -51,8 +51,8 @@ template <typename Importer> struct CommonImport {
         });
     }
 
-    /// Makes both passes over the file, the labels first: a variable takes its labels as it arrives. Returns the result
-    /// of the second pass.
+    /// Makes both passes over the file. The first one reads the labels, since the labels of a variable are attached
+    /// when it arrives. Returns the result of the second pass.
     static readstat_error_t read(Importer *importer, Reading &reading)
     {
         importer->labelSets.clear();
@@ -89,8 +89,8 @@ private:
         void operator()(Importer *importer) const { importer->reading = nullptr; }
     };
 
-    // A call from outside a parse has a reading of its own: nothing is remembered for the next call, and an exception
-    // reaches the caller.
+    // A call from outside a parse has its own reading: nothing is kept for the next call, and an exception reaches the
+    // caller.
     template <typename Work> static int inHandler(const Format &format, Importer *importer, Work work)
     {
         if (importer->reading)

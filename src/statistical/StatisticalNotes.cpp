@@ -17,7 +17,7 @@ namespace statistical
 namespace
 {
 
-// The number as it is in the file: with all the digits that every double keeps.
+// The number of the file as text, with all the digits that every double keeps.
 QString describeNumber(double number)
 {
     constexpr int allDigits = 15;
@@ -46,7 +46,7 @@ QString describeLabel(const TStatValueLabel &label)
     return describeValue(label) + QLatin1Char(' ') + QString::fromUtf8(label.label);
 }
 
-// The name of a set and its first label, since a name that ReadStat has made says nothing.
+// The name of a set and its first label, since a name that ReadStat has made is not informative.
 QString describeSet(const std::string &name, const LabelSet &set)
 {
     const QString text = QString::fromStdString(name);
@@ -75,14 +75,14 @@ QString describeMissing(const readstat_variable_t &variable)
     return ranges.join(QLatin1String(", "));
 }
 
-// Whether the entry of a label is split at a wrong place where it is read back. A code that is a number has no blanks.
-// A reader of the labels takes a line feed for the tab that ends an entry.
+// Returns whether the entry of a label would be split at a wrong place when it is read back. A code that is a number
+// has no blanks. A reader of the labels treats a line feed as the tab that ends an entry.
 bool isSplit(const char *textCode, const char *label)
 {
     return (textCode && std::strpbrk(textCode, " \t\n")) || std::strpbrk(label, "\t\n");
 }
 
-// Whether a format is that of a date or a time: "%td" in Stata, "DATE11" in SPSS.
+// Returns whether a format is that of a date or a time: "%td" in Stata, "DATE11" in SPSS.
 bool isDate(const QString &format)
 {
     if (format.startsWith(QLatin1Char('%'))) {
@@ -107,7 +107,7 @@ double asWritten(double value)
     return text.toDouble();
 }
 
-/// The codes of one set that came so far, as the label text has them.
+/// The codes of one set that have been read so far, as the label text has them.
 class CodesSoFar
 {
 public:

@@ -15,7 +15,7 @@
 namespace statistical
 {
 
-/// The two passes over a file, at their end.
+/// Results of the two passes over a file.
 struct PassResults {
     readstat_error_t labels;
     readstat_error_t variables;
@@ -33,7 +33,7 @@ public:
     /// Sets the report, which is not owned; null turns reporting off.
     void setReport(ReadReport *newReport) { report = newReport; }
 
-    /// A label with its text. \a held is its value as it is kept, \a setName the name of its set.
+    /// A label with its text. \a held is its value in the form in which it is kept; \a setName is the name of its set.
     void noteLabel(const LabelSet *set, const std::string &setName, const readstat_value_t &value,
                    const TStatValueLabel &held)
     {
@@ -57,7 +57,7 @@ public:
         if (report && !setName.empty())
             report->add(NoteKind::labelSetMissing, QString::fromStdString(setName), 0, variable);
     }
-    /// A variable that uses a set: the notes that wait for it are reported.
+    /// A variable that uses a set. The notes that wait for a variable of this set are reported.
     void noteUse(const LabelSet *set, const QString &variable)
     {
         if (report)
@@ -75,13 +75,13 @@ public:
         if (report)
             addCodes(set, variable);
     }
-    /// Bounds that the layout rounds, each bound once.
+    /// Bounds that the layout rounds; each bound is reported once.
     void noteBounds(const Span &span, const QString &variable) const
     {
         if (report)
             addBounds(span, variable);
     }
-    /// The sets that no variable has used, and how the passes ended where one of them failed.
+    /// The end of the file: reports the sets that no variable has used, and the failure of a pass, if one failed.
     void noteEnd(const LabelSets &sets, const PassResults &results, const ReadProblem &problem)
     {
         if (report)

@@ -23,21 +23,21 @@ constexpr qint64 maxLabelBytes = 250000;
 constexpr qint64 maxLabelBytes = 250000000;
 #endif
 
-/// Whether ReadStat reads a file through a large buffer of this library, or with its own input in small pieces.
+/// States whether ReadStat reads a file through a large buffer of this library, or in small pieces with its own input.
 enum class Buffering { off, on };
 
-/// The parse of one file, and what is remembered from one call of a handler to the next.
+/// The parse of one file, and the data that is kept from one call of a handler to the next.
 class Reading
 {
 public:
-    /// A reading of no file, for one call of a handler outside a parse. Nothing is reported.
+    /// Makes a reading without a file, for one call of a handler outside a parse. Nothing is reported.
     explicit Reading(const Format &fileFormat);
     Reading(const Format &fileFormat, const QString &path, Buffering fileBuffering);
 
-    /// Makes one skip the file. A handler that is null is not installed. An exception from a handler ends the pass
+    /// Makes one pass over the file. A handler that is null is not installed. An exception from a handler ends the pass
     /// and is raised here.
     readstat_error_t pass(readstat_value_label_handler onLabel, readstat_variable_handler onVariable, void *context);
-    /// The path in the encoding of the system.
+    /// Returns the path in the encoding of the system.
     const QByteArray &path() const { return localPath; }
 
     /// Runs the work of a handler. No exception may cross ReadStat: it is kept until the pass has ended.
@@ -54,7 +54,8 @@ public:
         // LCOV_EXCL_STOP
     }
 
-    /// Returns whether the file may have \a bytes more in its value labels. If it may not, the file has a problem.
+    /// Returns whether the file may have \a bytes more in its value labels, and counts them. If it may not, problem()
+    /// describes this.
     bool hasRoomFor(qint64 bytes);
     const ReadProblem &problem() const { return readProblem; }
 

@@ -97,7 +97,7 @@ OwnedLabel makeValueLabel(const readstat_value_t &value)
     switch (typeNumber(value.type)) {
     case READSTAT_TYPE_DOUBLE:
     case READSTAT_TYPE_FLOAT:
-        // All eight bytes are copied, also where four of them are a float: nothing is converted.
+        // All eight bytes are copied, even if four of them are a float: nothing is converted.
         std::memcpy(&made.doubleValue, &value.v, sizeof(made.doubleValue));
         break;
     case READSTAT_TYPE_STRING:

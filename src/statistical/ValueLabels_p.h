@@ -33,13 +33,13 @@ bool isSupported(const readstat_value_t &value);
 /// Writes the line about an unsupported type to standard error and ends the process with status 1.
 [[noreturn]] void endAtUnsupportedType(const char *sourceFile, int line);
 
-/// Makes a label that holds \a value, whose type is supported, and has no text yet.
+/// Makes a label that holds \a value and has no text yet. The type of \a value must be supported.
 OwnedLabel makeValueLabel(const readstat_value_t &value);
 void setLabelText(TStatValueLabel &label, const char *text);
 /// Makes an empty set, which \a kept frees with its labels.
 LabelSet *makeLabelSet(KeptObjects &kept);
 
-/// The kind of value that a label holds. One of -1 holds none.
+/// The kind of value that a label holds. A label of the value -1 holds none.
 enum class HeldValue { none, integer, real, text };
 HeldValue heldBy(const TStatValueLabel &label);
 
@@ -76,8 +76,8 @@ struct LabelText {
     bool isOfIntegers = false; ///< whether the values of the set were turned to integers
     QString text;              ///< entries of code, " ", label and a tab
     Span span;
-    QString minimum; ///< null where the span has no lower value
-    QString maximum; ///< null where the span has no upper value
+    QString minimum; ///< null if the span has no lower value
+    QString maximum; ///< null if the span has no upper value
 };
 
 /// Writes the text and the span of \a set into \a made. Labels without a value are omitted.

@@ -27,7 +27,7 @@ private:
     qint64 readAt(qint64 place, char *target, qint64 size) override;
 
     QIODevice &device;
-    int descriptor; ///< of a file of the system; -1 for another device
+    int descriptor; ///< descriptor of a file of the system; -1 for any other device
     qint64 start;
     QString firstProblem;
 };

@@ -11,7 +11,7 @@
 /// Base class of the sources from which ReadStat reads in large pieces. Its own input calls the system for each number.
 ///
 /// If the system fails to read, for example from a damaged disk, the parser gets no bytes, and the source stores the
-/// error. It does not return -1, which ReadStat takes for the number of bytes that it requested.
+/// error. It does not return -1, since ReadStat would treat -1 as the number of bytes that it requested.
 class BufferedSource
 {
 public:
@@ -47,8 +47,8 @@ private:
     virtual void close() { }
     /// Returns whether the system accepts a position after the end.
     virtual bool canGoTo(qint64 /*place*/) { return true; }
-    /// Reads at most \a size bytes from a position and returns their number; -1 if the system fails, whose error is
-    /// stored.
+    /// Reads at most \a size bytes from a position and returns their number. If the system fails, stores its error and
+    /// returns -1.
     virtual qint64 readAt(qint64 place, char *target, qint64 size) = 0;
 
     qint64 fileSize = 0;

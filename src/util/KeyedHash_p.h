@@ -12,7 +12,8 @@
 
 #include <sodium.h>
 
-/// SipHash-2-4 with a random key for each process. Nobody can make a file whose texts or numbers have the same hash.
+/// SipHash-2-4 with a random key for each process. Nobody can make a file whose texts or numbers all have the same
+/// hash.
 ///
 /// Every hash table whose keys come from a file uses this hash. Qt's own hash of texts is a checksum on many
 /// processors: texts with the same checksum are easily made, for any seed. Values that compare equal have the same

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-/// The set of the numbers that came so far. Ascending numbers, which are the usual case, need no hash table.
+/// The set of the numbers that have been added so far. Ascending numbers, which are the usual case, need no hash table.
 class NumbersSoFar
 {
 public:
@@ -32,7 +32,7 @@ public:
 
 private:
     std::vector<double> ascending;
-    KeyedSet<double> all; ///< all numbers, once one was not above the numbers before it; empty until then
+    KeyedSet<double> all; ///< all numbers, once a number was not greater than those before it; empty until then
 };
 
 #endif

@@ -8,7 +8,7 @@
 ///
 /// The nodes from the start to the current one are in a list and not on the call stack, so a tree of any depth is safe.
 ///
-/// \a Tree has a type `Node`, which converts to false where there is no node, and two operations that give a node:
+/// \a Tree has a type `Node`, which converts to false if there is no node, and two operations that return a node:
 /// `firstBelow(node)` is called at most once for each node, when the walk has arrived there; `after(node)`, its next
 /// sibling, is called once, when everything below the node has been visited.
 template <typename Tree> class PreOrderWalk
@@ -16,7 +16,7 @@ template <typename Tree> class PreOrderWalk
 public:
     using Node = typename Tree::Node;
 
-    /// Starts at \a start. The walk is over at once where that is no node.
+    /// Starts at \a start. The walk is over at once if \a start is no node.
     PreOrderWalk(Tree &walkedTree, Node start)
         : tree(walkedTree)
     {
@@ -27,10 +27,11 @@ public:
     /// The current node. The walk must not be over.
     const Node &node() const { return path.back(); }
 
-    /// Goes to the first node below the current one. Answers false, and stays, if there is none.
+    /// Goes to the first node below the current one. Returns false, and stays, if there is none.
     bool goBelow() { return enter(tree.firstBelow(path.back())); }
 
-    /// Goes to the first node after everything below the current one. Answers false, and is over, if there is none.
+    /// Goes to the first node after everything below the current one. Returns false, and the walk is over, if there is
+    /// none.
     bool goOn()
     {
         while (!path.empty()) {
@@ -42,7 +43,7 @@ public:
         return false;
     }
 
-    /// Goes to the next node. Answers false, and is over, if there is none.
+    /// Goes to the next node. Returns false, and the walk is over, if there is none.
     bool advance() { return goBelow() || goOn(); }
 
 private:

@@ -3,8 +3,8 @@
 
 #include <limits>
 
-/// Faults of ReadStat from which files are kept, each with the first release that mends it. A program that is built
-/// with that release or a later one passes such files to ReadStat.
+/// Faults of ReadStat, each with the first release that mends it. Files that would trigger a fault are not passed to
+/// ReadStat. A program that is built with that release or a later one passes such files to ReadStat.
 namespace readstat
 {
 
@@ -14,20 +14,23 @@ constexpr int releaseNumber(int major, int minor, int patch)
     return (major << 16) | (minor << 8) | patch;
 }
 
-/// The release that the program is built with; 0 where the build does not know it, so that every guard is on.
+/// The release that the program is built with. It is 0 if the build does not know the release, so that every guard is
+/// on.
 constexpr int installedRelease = VAN_READSTAT_RELEASE;
 
-/// In place of a release: none that mends the fault is known. A guard goes off only after its tests pass without it.
+/// Used in place of a release if none is known that mends the fault. A guard is switched off only after its tests pass
+/// without it.
 constexpr int noRelease = std::numeric_limits<int>::max();
 
-/// The two passes over the dictionary of an SPSS file differ if it is cut or has an unknown record.
+/// The two passes over the dictionary of an SPSS file differ if the dictionary is cut or holds an unknown record.
 constexpr int mendsSpssPasses = noRelease;
-/// An SPSS file with too many long names makes it write through a null pointer.
+/// An SPSS file with too many long names makes ReadStat write through a null pointer.
 constexpr int mendsSpssLongNames = noRelease;
-/// The time to look up variables in an SPSS file grows with their number times that of the sets.
+/// The time to look up variables in an SPSS file grows with the number of variables times the number of sets of value
+/// labels.
 constexpr int mendsSpssLookups = noRelease;
 
-/// Whether the fault that the release \a mending mends is in the release \a installed.
+/// Returns whether the release \a installed has the fault that the release \a mending mends.
 constexpr bool isFaulty(int mending, int installed = installedRelease)
 {
     return installed < mending;

@@ -29,8 +29,8 @@ constexpr qint64 largestBlock = 0xFFF000;
 constexpr qint64 labelInMemory = 72;
 constexpr int maxMissingValues = 3;
 
-// For each record of long names ReadStat makes a sorted table of all variables. This takes the time of so many
-// comparisons of a name with each variable.
+// For each record of long names ReadStat makes a sorted table of all variables. This takes as much time as this number
+// of comparisons of a name with each variable.
 constexpr int stepsOfSorting = 16;
 
 quint32 numberAt(const char *bytes, bool isBigEndian)
@@ -237,7 +237,7 @@ private:
     }
 
     // Counts the sets of a record that has them for one variable after the other. A record with wrong contents needs no
-    // test: ReadStat takes the whole record in any case.
+    // test: ReadStat reads the whole record in any case.
     bool takeSets(qint64 size, bool (*skipSet)(ExtensionBytes &))
     {
         if (size > end - file.pos())

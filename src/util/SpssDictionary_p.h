@@ -9,7 +9,7 @@ class QIODevice;
 struct SpssDictionary {
     bool isReadable = true;    ///< whether the device has not failed at the end of the walk
     bool isSpss = false;       ///< whether the file begins as an SPSS file does
-    bool isWhole = false;      ///< whether ReadStat passes all records up to the end of the dictionary
+    bool isWhole = false;      ///< whether ReadStat accepts all records up to the end of the dictionary
     qint64 variables = 0;      ///< without the further parts of a text
     qint64 lookupSteps = 0;    ///< approximate number of comparisons of names when ReadStat searches for variables
     bool hasLongNames = false; ///< whether there is a record of long names, or of very long texts
@@ -23,23 +23,23 @@ struct SpssDictionary {
     /// variables.
     static constexpr qint64 maxLookupSteps = 250000000;
 
-    /// Returns why ReadStat cannot be trusted with the file, as one line for a person; null if ReadStat reads the file,
-    /// or refuses it, without harm.
+    /// Returns the reason why ReadStat must not read the file, as one line for a person; null if ReadStat reads the
+    /// file, or refuses it, without harm.
     ///
     /// A file of 64 KiB or more is also refused if its dictionary is not whole, since the rest of the file cannot be
     /// checked. A failure of the device is not a problem of the file.
     QString problem() const;
 };
 
-/// Whether ReadStat skips or reads the documents of a file. It counts the bytes in 32 bits when it skips them, and
-/// reads them line by line when a handler for notes is installed.
+/// States whether ReadStat skips or reads the documents of a file. It counts the bytes in 32 bits when it skips them,
+/// and reads them line by line when a handler for notes is installed.
 enum class SpssDocuments { areSkipped, areRead };
 
 /// Walks through the records of an SPSS file as ReadStat 1.1.8 does, from the current position of \a device up to the
-/// first record that ReadStat does not pass. The position of the device is undefined afterwards.
+/// first record that ReadStat does not accept. The position of the device is undefined afterwards.
 ///
-/// The format is that of the PSPP developers' guide. Sizes are computed as ReadStat computes them, also where it uses
-/// 32 bits, so that the walk reaches the same records.
+/// The format is that of the PSPP developers' guide. Sizes are computed as ReadStat computes them, including those that
+/// it computes in 32 bits, so that the walk reaches the same records.
 SpssDictionary walkSpssDictionary(QIODevice &device, SpssDocuments documents);
 
 #endif

@@ -86,7 +86,7 @@ QTextCodec *codecOfOldFiles()
 
 const ByteOrderMark *const utf8Mark = std::begin(byteOrderMarks);
 
-// The size is given, since a text may contain NUL characters. A mark at the beginning is omitted.
+// The size is a parameter, since a text may contain NUL characters. A mark at the beginning is omitted.
 QString fromUtf8(const QByteArray &bytes)
 {
     return QString::fromUtf8(bytes.constData(), bytes.size());

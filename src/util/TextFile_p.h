@@ -32,7 +32,7 @@ Mark markOf(const QByteArray &bytes);
 
 /// Decodes the text in \a bytes and removes its carriage returns.
 ///
-/// A byte-order mark (UTF-8, UTF-16, UTF-32) determines the encoding and is no part of the text. Without a mark, the
+/// A byte-order mark (UTF-8, UTF-16, UTF-32) determines the encoding and is not part of the text. Without a mark, the
 /// text is UTF-8 if all of it is valid UTF-8. Otherwise it is in the locale's encoding, or in Windows-1252 if that is
 /// UTF-8 or ASCII.
 QString decode(const QByteArray &bytes);

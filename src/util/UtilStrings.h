@@ -18,8 +18,8 @@ public:
     UtilStrings &operator=(UtilStrings &&other);      ///< does nothing
     ~UtilStrings() = default;
 
-    /// Returns the word of \a line from \a position (0-based) up to the next \a separator. This is a text of one
-    /// character; a longer one never matches.
+    /// Returns the word of \a line from \a position (0-based) up to the next \a separator. \a separator is a text of
+    /// one character; a longer text never matches.
     ///
     /// \a position moves to the character after the separator, or becomes -1 at the end of the line. A separator at the
     /// end of the line ends it too, so no empty word follows. If the **second** character of the word is \a qualifier,

@@ -6,7 +6,7 @@
 /// Owns one object of a class that a public header only declares. It is never null.
 ///
 /// Copies behave as if the object were a member: a copy copies the object, an assignment assigns it, and the object
-/// stays at its address. \a T must be complete where a constructor, a destructor or an assignment is used.
+/// stays at its address. \a T must be complete in code that uses a constructor, the destructor or the assignment.
 template <typename T> class ValuePointer
 {
 public:
