@@ -17,7 +17,7 @@ struct TestAccess {
 namespace
 {
 
-// The one list of the constants, in the order of the header.
+// The list of all constants, in the order of the header.
 struct Constant {
     const char *group;
     const char *identifier;
@@ -138,7 +138,7 @@ const Constant constants[] = {
 };
 // clang-format on
 
-// Texts that exist before the first call, as an object sees them that is made at load time.
+// Texts that exist before the first call. They are copied by an object that is made at load time.
 const QStringList textsAtLoadTime = { ClassTag::VclxPlot, Vocabulary::TypeString, CSProKeyword::HeaderRelation };
 
 static_assert(std::is_same_v<decltype(ClassTag::DataImport), const QString>);

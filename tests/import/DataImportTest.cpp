@@ -53,7 +53,7 @@ struct TestAccess {
 namespace
 {
 
-// Supplies no more than it must: every other operation is the base's.
+// Supplies only the required operations; all others are those of the base.
 class BareImporter : public TDataImport
 {
 public:
@@ -62,7 +62,7 @@ public:
     QString getDataProviderType() override { return QStringLiteral("BARE"); }
 };
 
-// Overrides every operation that a format may supply: what is not virtual would not compile.
+// Overrides every operation that a format may supply: an operation that is not virtual would not compile.
 class FullImporter : public TDataImport
 {
 public:
@@ -103,7 +103,7 @@ QStringList selected(TDataImport &importer)
     return *names;
 }
 
-// The source fields that an importer makes; they go with the list.
+// The source fields that an importer makes. They are freed with the list.
 class Dictionary
 {
 public:
@@ -444,7 +444,7 @@ private Q_SLOTS:
 
     void nullInTheListIsSkipped()
     {
-        // A format reaches the list itself.
+        // A format can access the list itself.
         struct ReachingImporter : FakeImporter {
             using FakeImporter::FakeImporter;
             bool openFile() override
@@ -465,7 +465,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.fields.size(), 2);
         QCOMPARE(dictionary.fields[0]->fieldName, QString("AGE"));
         QCOMPARE(dictionary.fields[1]->fieldName, QString("SEX"));
-        QCOMPARE(dictionary.fields[1]->FieldType, QString("INTEGER")); // of the field before it
+        QCOMPARE(dictionary.fields[1]->FieldType, QString("INTEGER")); // the type of the field before it
         QCOMPARE(dictionary.lines.size(), 2 * 5);
     }
 

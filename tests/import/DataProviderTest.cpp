@@ -21,7 +21,7 @@
 #include <type_traits>
 
 struct TestAccess {
-    // Everything that is copied by value, and does not point elsewhere.
+    // All members that are copied by value and are not pointers.
     static QStringList texts(const TVpDataProvider &p)
     {
         return { p.recordTypeValue,
@@ -80,7 +80,7 @@ struct TestAccess {
     {
         return { p.importData, p.record, p.fields, p.recordTypeList, p.recordTypeNames, p.typeNames };
     }
-    // Gives every member a value of its own that is not its default.
+    // Gives every member a different value that is not its default.
     static void fill(TVpDataProvider &p)
     {
         int number = 0;
@@ -157,7 +157,7 @@ void release(void *object)
     std::free(object);
 }
 
-// Tells whether an object is released while this lives. One at a time.
+// Detects whether an object is released while this exists. Only one may exist at a time.
 class ReleaseWatch
 {
 public:
@@ -175,8 +175,8 @@ public:
 
 } // namespace
 
-// Every object of the program, the library's included, goes this way; new stands beside delete for the sanitizers,
-// which want the two to match.
+// Every object of the program, the library's included, is freed here. New is replaced together with delete because the
+// sanitizers require the two to match.
 void *operator new(std::size_t size)
 {
     if (void *object = std::malloc(std::max<std::size_t>(size, 1)))
@@ -218,7 +218,7 @@ CALLABLE(CallsSetDataProviderType, setDataProviderType(QString()));
 CALLABLE(CallsFindField, findField(QString(), QString()));
 CALLABLE(CallsGetRecord, getRecord(QString()));
 
-// An importer with a dictionary of its own, as a calling layer may bring one.
+// An importer with its own dictionary, as a calling layer may supply one.
 class DelimitedImporter : public FakeImporter
 {
 public:
@@ -235,7 +235,7 @@ public:
     TVpSourceField own;
 };
 
-// A provider whose fields the test gives, and which is filled from an importer.
+// A provider whose fields the test supplies, and which is filled from an importer.
 struct Filled {
     explicit Filled(const QStringList &names, const QString &type = QStringLiteral("CSPRO"))
         : importer(QStringLiteral("layout.dcf"), type)
@@ -511,7 +511,7 @@ private Q_SLOTS:
         QVERIFY(TestAccess::record(provider) != oldRecord);
         QCOMPARE(provider.getLayoutFileName(), QString("other.dcf"));
         QCOMPARE(provider.getImportData(), static_cast<TDataImport *>(&other));
-        // What the first filling made stays alive.
+        // The objects of the first filling stay alive.
         QCOMPARE(oldField->fieldName, QString("AGE"));
         QCOMPARE(oldRecord->typeNumber(), -1);
     }
@@ -549,7 +549,7 @@ private Q_SLOTS:
         if (assigned)
             target = filled.provider;
         TVpDataProvider copy(assigned ? target : filled.provider);
-        target = copy; // a third one, which is refilled second
+        target = copy; // a third provider, which is refilled second
         const ReleaseWatch list(copy.getFields());
         fillFrom(filled.provider, filled.importer);
         QVERIFY(!list.isReleased());
@@ -650,7 +650,7 @@ private Q_SLOTS:
         } else {
             QVERIFY_THROWS_EXCEPTION(std::runtime_error, provider.genericGetFieldsFrom(&importer));
         }
-        // The steps before the failure stand.
+        // The steps before the failure keep their effect.
         QCOMPARE(provider.getDataProviderId(), QString("CSPRO_layout.dcf"));
         QVERIFY(provider.getFields());
         QCOMPARE(TestAccess::record(provider), nullptr);
@@ -838,7 +838,7 @@ private Q_SLOTS:
         QFETCH(bool, expected);
         TVpDataProvider provider;
         provider.setDataFileName(dataFile);
-        provider.setLayoutFileName("layout.dcf"); // plays no part
+        provider.setLayoutFileName("layout.dcf"); // has no effect
         TestAccess::setFallbackFileName(provider, fallback);
         currentRecordNumber = 17;
         QCOMPARE(provider.openDataProvider(), expected);

@@ -19,7 +19,7 @@ struct TestAccess {
 namespace
 {
 
-// The one list of the messages, in the order of their codes.
+// The list of all messages, in the order of their codes.
 struct ListedMessage {
     int code;
     const char *text;
@@ -70,14 +70,14 @@ QString shown(int code, const char *text, const char *key)
 
 const QString unknownText = QStringLiteral("Unknow or not set error");
 
-// The four lines from the class to the word before the message, with the given character for the code.
+// Returns the four lines from the class to the word before the message, with the given character for the code.
 QString head(const QString &className, QChar code)
 {
     return QStringLiteral("Class : ") + className + QStringLiteral("\r\nError : ") + code
         + QStringLiteral("\r\n\r\nMessage : ");
 }
 
-// Constructed without a line in the log of the test.
+// Constructs an error without a line in the log of the test.
 VpErrorManager quietError(const QString &className, int code, const QString &text)
 {
     const DebugCapture capture;

@@ -29,7 +29,7 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr int lowestInt = std::numeric_limits<int>::min();
 constexpr int highestInt = std::numeric_limits<int>::max();
 
-// Overrides every operation that a format may supply: what is not virtual would not compile.
+// Overrides every operation that a format may supply: an operation that is not virtual would not compile.
 class FullField : public TGenericField
 {
 public:
@@ -55,7 +55,7 @@ CALLABLE(CallsSetAsString, setAsString(QString()));
 CALLABLE(CallsSetAsStringChar, setAsStringChar(L""));
 CALLABLE(CallsGetValueLabel, getValueLabel(QString()));
 
-// Tells from inside of a subclass which operations it may call.
+// Tests inside a subclass which operations it may call.
 class Insider : public FullField
 {
 public:
@@ -76,7 +76,7 @@ quint64 bitsOf(double value)
     return bits;
 }
 
-// Equal as numbers, with two that are none counting as equal.
+// Returns whether two numbers are equal. Two NaNs count as equal.
 bool isSame(double left, double right)
 {
     return left == right || (std::isnan(left) && std::isnan(right));
@@ -603,7 +603,7 @@ private Q_SLOTS:
         for (const bool wide : { false, true }) {
             ValuedField field(vtInteger, "", 17, 2.5);
             field.length = 8;
-            field.hasDecimalChar = false; // plays no part for an integer
+            field.hasDecimalChar = false; // has no effect on an integer
             field.decimals = "2";
             setText(field, text, wide);
             QVERIFY(isSame(field.intValue, expected));

@@ -53,7 +53,7 @@ struct TestAccess {
 namespace
 {
 
-/// Asks the base for everything that a format may answer.
+/// Calls every operation of the base that a format may override.
 class PlainField : public TGenericField
 {
 public:
@@ -134,7 +134,8 @@ QString valueLabel(const QString &labels, const QString &code)
     return field.getValueLabel(code);
 }
 
-/// The source field that an importer makes of its one field. The list of type names lasts, as it does elsewhere.
+/// Returns the source field that an importer makes from its only field. The list of type names is not freed, as
+/// elsewhere.
 TVpSourceField sourceOfOnlyField(TDataImport &importer)
 {
     const DebugCapture quiet;
@@ -155,7 +156,7 @@ QString providerIdOf(const QString &importerId)
 
 } // namespace
 
-/// Which empty texts of fields, importers and providers are null, and which are not.
+/// Tests which empty texts of fields, importers and providers are null, and which are not.
 class ImportTextsTest : public QObject
 {
     Q_OBJECT

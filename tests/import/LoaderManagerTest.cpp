@@ -29,7 +29,7 @@ QString address(const void *pointer)
     return QStringLiteral("0x") + QString::number(quintptr(pointer), 16);
 }
 
-// What a call throws and logs.
+// The error and the log lines of a call.
 struct Outcome {
     template <typename Work> explicit Outcome(Work work)
     {
@@ -43,7 +43,7 @@ struct Outcome {
     QStringList lines;
 };
 
-// Takes away a registry that the library left; it would keep it.
+// Removes the registry, which the library would keep.
 void releaseRegistry()
 {
     if (loaderManager)
@@ -182,7 +182,7 @@ private Q_SLOTS:
     void managerIsAPlainQObject()
     {
         QVERIFY((std::is_base_of_v<QObject, TLoaderManager>));
-        // No signals, no slots, nothing overridden but the destructor.
+        // No signals, no slots; only the destructor is overridden.
         QVERIFY((std::is_same_v<decltype(&TLoaderManager::metaObject), const QMetaObject *(QObject::*)() const>));
         QVERIFY((std::is_same_v<decltype(&TLoaderManager::event), bool (QObject::*)(QEvent *)>));
         QVERIFY((std::is_same_v<decltype(&TLoaderManager::eventFilter), bool (QObject::*)(QObject *, QEvent *)>));
@@ -226,7 +226,7 @@ private Q_SLOTS:
         formats->append("SPSS");
         const QPointer<QObject> watch(former.get());
         loaderManager = former.get();
-        // Registered with the former, and unknown to the new one.
+        // The format is registered with the former registry, and unknown to the new one.
         const Outcome outcome([] { GetDataClassLoader("SPSS"); });
         QCOMPARE(outcome.code(), 107);
         QVERIFY(loaderManager != former.get());
@@ -304,7 +304,7 @@ private Q_SLOTS:
         QCOMPARE(outcome.error->getClassName(), QString("DataImport"));
         QCOMPARE(outcome.error->getText(), QString("SPSS"));
         QCOMPARE(outcome.lines.size(), 2);
-        // The text ends in a blank of its own.
+        // The text itself ends in a blank.
         const QString head = "GetDataClassLoader - 1  ";
         QVERIFY(outcome.lines.first().startsWith(head));
         const QStringList parts = outcome.lines.first().mid(head.size()).split(' ');

@@ -95,7 +95,7 @@ CALLABLE(CallsAssembleWithKey, assembleRecord(static_cast<TQuestIndex *>(nullptr
 CALLABLE(CallsCheck, checkQuestionnaire(static_cast<TQuestIndex *>(nullptr)));
 CALLABLE(CallsLowerCheck, checkQuestionnaire(static_cast<TQuestIndex *>(nullptr), QString()));
 
-// Asks inside a subclass which operations it may call.
+// Tests inside a subclass which operations it may call.
 class Insider : public TVpRecord
 {
 public:
@@ -228,7 +228,7 @@ QStringList walkFrom(const TVpRecord *record)
     return names;
 }
 
-// The rules of the check below, as a recursion.
+// Recursive form of the check below.
 QString recursiveLowerCheck(TVpRecord *record, TQuestIndex &index, const QString &parentKey)
 {
     const TVpRecordType *type = Access::recordType(*record);
@@ -250,7 +250,7 @@ QString recursiveLowerCheck(TVpRecord *record, TQuestIndex &index, const QString
     return gathered;
 }
 
-// The rules of the search, as a recursion.
+// Recursive form of the search.
 TVpRecord *recursiveSearch(TVpRecord *record, const QString &name)
 {
     if (!record || Access::name(*record) == name)
@@ -284,7 +284,7 @@ class RecordTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // what others may call
+    // access from other classes
     void threeOperationsArePublic();
     void linkingAndCheckingArePrivate();
 
@@ -431,7 +431,7 @@ void RecordTest::linkingAndCheckingArePrivate()
     QVERIFY(!CallsAssembleWithKey<TVpRecord>::value);
     QVERIFY(!CallsCheck<TVpRecord>::value);
     QVERIFY(!CallsLowerCheck<TVpRecord>::value);
-    // Nor are they for subclasses.
+    // Subclasses cannot call them either.
     QVERIFY(!Insider::reachesAddChild(static_cast<Insider *>(nullptr)));
     QVERIFY(!Insider::reachesCheck(static_cast<Insider *>(nullptr)));
 }
@@ -1016,7 +1016,7 @@ void RecordTest::preOrderNextReturnsABrotherOfTheRoot()
     TVpRecord *second = tree.make(QStringLiteral("S"));
     Access::addBrother(tree.r, second);
     QCOMPARE(tree.c->preOrderNext(), tree.c1);
-    QCOMPARE(tree.c1x->preOrderNext(), second); // climbs past the parents without a brother
+    QCOMPARE(tree.c1x->preOrderNext(), second); // goes up past the parents without a brother
     Access::deleteChild(tree.c, QStringLiteral("C1"));
     QCOMPARE(tree.c->preOrderNext(), second); // the parent's brother
 }
@@ -1024,7 +1024,7 @@ void RecordTest::preOrderNextReturnsABrotherOfTheRoot()
 void RecordTest::preOrderNextBrotherClimbsToTheNextBrother()
 {
     Tree tree;
-    QCOMPARE(Access::preOrderNextBrother(tree.a), tree.b); // its own, no child is looked at
+    QCOMPARE(Access::preOrderNextBrother(tree.a), tree.b); // its own brother: children are not visited
     QCOMPARE(Access::preOrderNextBrother(tree.a2), tree.b);
     QCOMPARE(Access::preOrderNextBrother(tree.a2x), tree.b);
     QVERIFY(!Access::preOrderNextBrother(tree.c1x));
@@ -1392,7 +1392,7 @@ void RecordTest::checkSetsStatus6WhereAnOccurrenceIsNotFoundAgain_data()
     QTest::addColumn<QString>("type");
     QTest::addColumn<QStringList>("lines");
 
-    // The code of the empty type is empty, and so is never found again.
+    // The code of the empty type is empty, so it is never found again.
     // clang-format off
     QTest::newRow("empty code")     << QStringLiteral("") << QStringList{"H", ""};
     QTest::newRow("no type object") << QString()          << QStringList{"", "", "H"};
@@ -1521,7 +1521,7 @@ void RecordTest::lowerCheckMatchesNoLineWithAParentKey()
     forest.makeChild(person, QStringLiteral("TRIP"), QStringLiteral("T"));
     forest.makeChild(house, QStringLiteral("OTHER"), QStringLiteral("P"));
     Questionnaire questionnaire({ QStringLiteral("P"), QStringLiteral("T") });
-    // The key that a line gives is empty: it equals the empty key alone.
+    // The key of a line is empty: it equals only the empty key.
     QCOMPARE(Access::check(person, questionnaire.index, QStringLiteral("K")), QString());
     QCOMPARE(Access::check(person, questionnaire.index, QString()), pieces(1 + 1 + 1));
     QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
@@ -1677,7 +1677,7 @@ void RecordTest::manyLevelsNeedNoStack()
 
 void RecordTest::checksOfManyLevelsNeedNoStack()
 {
-    // One line that every level matches: a level without a line would end the way down.
+    // One line that every level matches: the walk would not go below a level without a line.
     Forest forest;
     TVpRecord *root = forest.make(QStringLiteral("R"), QStringLiteral("H"));
     TVpRecord *deepest = root;
@@ -1690,7 +1690,7 @@ void RecordTest::checksOfManyLevelsNeedNoStack()
     QVERIFY(Access::check(root, questionnaire.index, QString()) == pieces(1 + manyLevels + 1));
     QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
 
-    // The way down ends below the first level.
+    // The walk ends below the first level.
     questionnaire.lines = QStringList{ QStringLiteral("R"), QStringLiteral("L") };
     TVpRecordType type{ QStringLiteral("R") };
     Access::recordType(*root) = &type;
@@ -1700,7 +1700,7 @@ void RecordTest::checksOfManyLevelsNeedNoStack()
 
 void RecordTest::checksOfManyLinesAreQuick()
 {
-    // A search from the first line on for each line would outlast the time of a test.
+    // A search from the first line on for each line would exceed the time limit of a test.
     Forest forest;
     TVpRecord *house = forest.make(QStringLiteral("HOUSE"), QStringLiteral("H"));
     QStringList lines;

@@ -41,7 +41,7 @@ struct TestAccess {
 namespace
 {
 
-/// A questionnaire of these lines, whose record types are their first characters.
+/// Makes a questionnaire of these lines. The record type of a line is its first character.
 struct Questionnaire : TQuestIndex {
     explicit Questionnaire(const QStringList &questionnaireLines, const QString &assembledText = QString())
         : held(questionnaireLines)
@@ -96,7 +96,7 @@ QString assembledByKey(const QString &text)
 
 } // namespace
 
-/// Which empty texts of records and questionnaires are null, and which are not.
+/// Tests which empty texts of records and questionnaires are null, and which are not.
 class RecordTextsTest : public QObject
 {
     Q_OBJECT
@@ -154,7 +154,7 @@ private Q_SLOTS:
         QTEST(stateOf(text), "state");
     }
 
-    // What was gathered before is dropped.
+    // Text that was gathered before is dropped.
     void checkThatFailsBelowAndAboveIsNotNull()
     {
         Typed house(QStringLiteral("1"));

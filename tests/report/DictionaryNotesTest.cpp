@@ -72,7 +72,7 @@ QByteArray value(const QByteArray &pair)
 
 } // namespace
 
-/// The notes of the readers of dictionaries and lookups about odd files: these and no others.
+/// Tests that the readers of dictionaries and lookups add these notes about odd files, and no others.
 class DictionaryNotesTest : public QObject
 {
     Q_OBJECT

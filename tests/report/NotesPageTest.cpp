@@ -16,7 +16,7 @@
 namespace
 {
 
-/// A kind as the page shows it.
+/// A kind of note as shown on the page.
 struct Entry {
     QString id;
     QString severity;
@@ -97,7 +97,7 @@ void checkLookup(const QString &path, ReadReport &report)
 
 } // namespace
 
-/// The page of notes agrees with the readers.
+/// Tests that the page of notes agrees with the readers.
 class NotesPageTest : public QObject
 {
     Q_OBJECT
@@ -144,7 +144,7 @@ private Q_SLOTS:
     }
 
 private:
-    // Those without an example are of Stata and SPSS files, or are about files that cannot be read.
+    // The kinds without an example concern Stata and SPSS files, or files that cannot be read.
     void makeRows(bool withExample)
     {
         QTest::addColumn<int>("index");

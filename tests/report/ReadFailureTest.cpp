@@ -46,7 +46,7 @@ QByteArray jsonDictionary()
     return text + "]}}]}\n";
 }
 
-// Keys of five digits, each with a value of its own.
+// Keys of five digits, each with a different value.
 QByteArray lookupFile()
 {
     QByteArray text;
@@ -59,7 +59,7 @@ const QString cause = QStringLiteral("cannot be read: Input/output error");
 
 } // namespace
 
-/// A disk that fails while a file is read: nothing of the file is read as the whole of it.
+/// Tests a disk that fails while a file is read: a part of the file is never treated as the whole file.
 class ReadFailureTest : public QObject
 {
     Q_OBJECT
@@ -102,7 +102,7 @@ private Q_SLOTS:
         QCOMPARE(report.notes().front().id(), QString("read-failed"));
         QCOMPARE(report.notes().front().text, cause);
 
-        // Once the disk reads again, so does the importer.
+        // When the disk works again, the importer reads again.
         failingread::fileName.clear();
         const std::unique_ptr<QStringList> readable(importer->selectLayoutSource());
         QCOMPARE(readable->size(), items);
@@ -129,7 +129,7 @@ private Q_SLOTS:
         }
     }
 
-    void fileThatFailsAtItsFirstByteIsNoEmptyDictionary() // one of no size, too
+    void fileThatFailsAtItsFirstByteIsNoEmptyDictionary() // a file of size 0 too
     {
         const QString name = QStringLiteral("/proc/self/mem");
         for (const auto &importer :
@@ -146,7 +146,7 @@ private Q_SLOTS:
     void lookupThatFailsHasNoEntries_data()
     {
         QTest::addColumn<qint64>("goodBytes");
-        QTest::addColumn<int>("line"); // in which it fails
+        QTest::addColumn<int>("line"); // line in which reading fails
         const QByteArray content = lookupFile();
         for (const int goodBytes : { 0, 1, 10, 20000, int(content.size()) - 1 })
             QTest::addRow("behind %d bytes", goodBytes)
@@ -165,7 +165,7 @@ private Q_SLOTS:
         lookup.setReadReport(&report);
         QStringList errors;
         QVERIFY(!importAll(lookup, &errors));
-        // The line that was cut has not counted: it would have a key of another length.
+        // The cut line is not counted: it would have a key of another length.
         QCOMPARE(errors, QStringList());
         QCOMPARE(TestAccess::entries(lookup).size(), size_t(0));
         QCOMPARE(TestAccess::errorCode(lookup), 1);

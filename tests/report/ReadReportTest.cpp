@@ -4,7 +4,7 @@
 #include <QSet>
 #include <QtTest>
 
-/// The report itself, without a reader.
+/// Tests the report itself, without a reader.
 class ReadReportTest : public QObject
 {
     Q_OBJECT

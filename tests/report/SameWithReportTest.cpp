@@ -30,7 +30,7 @@ std::unique_ptr<TDataImport> makeSilentStataImporter(const QString &path)
 
 } // namespace
 
-/// What a reader answers does not depend on whether a report is attached.
+/// Tests that the results of a reader do not depend on whether a report is attached.
 class SameWithReportTest : public QObject
 {
     Q_OBJECT

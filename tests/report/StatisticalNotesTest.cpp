@@ -47,7 +47,7 @@ template <typename Importer> QStringList notesOf(const QString &path)
 
 } // namespace
 
-/// The notes of the readers of Stata and SPSS files.
+/// Tests the notes of the readers of Stata and SPSS files.
 class StatisticalNotesTest : public QObject
 {
     Q_OBJECT
@@ -264,7 +264,7 @@ private Q_SLOTS:
                             { { "A B", "Both" }, { "C", "Cold\tor not" }, { "D", "Old D" }, { "E", "Two\nlines" } }));
         QStringList notes = notesOf<TSPSSDataImport>(saved(spss));
         for (QString &note : notes)
-            note.remove(QRegularExpression(QStringLiteral("[^|]*: "))); // the name that ReadStat gives a set
+            note.remove(QRegularExpression(QStringLiteral("[^|]*: "))); // the name that ReadStat makes for a set
         QCOMPARE(notes,
                  (QStringList{ QStringLiteral("label-entry-parted|T|A B Both"),
                                QStringLiteral("label-entry-parted|T|C Cold\tor not"),
@@ -380,7 +380,7 @@ private Q_SLOTS:
         importer.setReadReport(&report);
         QVERIFY(importedText(importer).contains(QStringLiteral("1 One\t99 Unknown\t")));
         QCOMPARE(inWords(report), QStringList(QStringLiteral("missing-not-read|AGE|99")));
-        // So the note does not ask for a label.
+        // Therefore the note does not request a label.
         QVERIFY(report.notes().front().message().contains(QStringLiteral(
             "lists those that have a label like any other value; take the missing values from this note")));
     }

@@ -24,7 +24,7 @@ private:
 
 } // namespace
 
-/// Objects that are kept within reach, and the order in which they are released.
+/// Tests that objects stay reachable, and in which order they are released.
 class KeptObjectsTest : public QObject
 {
     Q_OBJECT
@@ -92,7 +92,7 @@ private Q_SLOTS:
         QCOMPARE(gone, QStringList({ "later", "shared" }));
     }
 
-    // Two that were assigned one after the other have nothing in common.
+    // Two objects that were assigned one after the other have nothing in common.
     void formerSourceIsNotReached()
     {
         KeptObjects first;
@@ -113,7 +113,7 @@ private Q_SLOTS:
     {
         KeptObjects target;
         QStringList expected;
-        for (int i = 0; i < 20000; ++i) { // takes hours if an assignment costs as much as all before it
+        for (int i = 0; i < 20000; ++i) { // takes hours if an assignment costs as much as all earlier ones
             target = KeptObjects();
             addMark(target, QString::number(i));
             expected.prepend(QString::number(i));
@@ -179,7 +179,7 @@ private Q_SLOTS:
         QCOMPARE(gone, QStringList({ "list" }));
     }
 
-    // The copy keeps the only other hold on what both have made.
+    // Only the copy still reaches the objects that both have made.
     void selfAssignmentWithACopyAliveChangesNothing()
     {
         KeptObjects kept;

@@ -28,7 +28,7 @@ qint64 residentMemory()
     return pages.value(1).toLongLong() * sysconf(_SC_PAGESIZE);
 }
 
-// Answers how many variables the provider had.
+// Returns the number of variables that the provider had.
 int openAndRelease(MakeImporter newImporter, const QString &path)
 {
     const auto importer = newImporter(path);
@@ -63,8 +63,7 @@ private Q_SLOTS:
     void residentMemoryLevelsOff()
     {
         // Without releasing, 1 MB would be full after a few hundred openings of the smallest example. A sanitizer
-        // gets through fewer, and keeps what is freed up to its own bound: it finds what leaks and what is used once
-        // freed.
+        // manages fewer, and keeps freed memory up to its own bound: it finds leaks and uses of freed memory.
         constexpr int openings = sanitizesMemory ? 200 : 10000;
         constexpr int openingsUntilLevel = openings / 10;
         constexpr qint64 maxGrowth = sanitizesMemory ? Q_INT64_C(256) << 20 : 1 << 20;

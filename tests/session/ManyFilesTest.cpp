@@ -10,7 +10,7 @@ namespace
 
 constexpr int few = 200;
 constexpr int many = sanitizesMemory ? 400 : 2000; // a sanitizer is slow, and measures nothing
-constexpr qint64 room = 8 << 20; // bytes that many files may take more than few: a fraction of what they hold
+constexpr qint64 room = 8 << 20; // bytes that many files may need more than few: a fraction of their size
 
 constexpr int items = 20;
 
@@ -38,7 +38,7 @@ QByteArray jsonDictionary()
     return text + R"(]}, "records": []}]})";
 }
 
-// Of a file that is read bit by bit: a program that holds much gives its children a high peak.
+// Reads the file piece by piece: a program with much memory in use gives its children a high peak.
 int linesIn(const QString &fileName)
 {
     QFile file(fileName);
@@ -51,7 +51,7 @@ int linesIn(const QString &fileName)
     return lines;
 }
 
-/// How a run ended, what it took, and the lines that it printed.
+/// The exit status of a run, its memory, and the lines that it printed.
 struct ManyFilesRun {
     MeasuredRun measured;
     int lines;
@@ -100,7 +100,7 @@ private Q_SLOTS:
         QVERIFY(ofFew.measured.isInTime && ofMany.measured.isInTime);
         QVERIFY(WIFEXITED(ofMany.measured.status));
         QCOMPARE(ofMany.measured.status, ofFew.measured.status);
-        // Every file was read, and answered for.
+        // Every file was read, and has its output.
         QVERIFY(ofMany.lines >= many && ofMany.lines / many == ofFew.lines / few);
         if (!sanitizesMemory)
             QVERIFY2(ofMany.measured.peakMemory < ofFew.measured.peakMemory + room,

@@ -26,7 +26,7 @@ struct TestAccess {
 namespace
 {
 
-/// What the tests do with an importer of one format.
+/// Operations on an importer of one format.
 struct Format {
     const char *name = nullptr;
     std::unique_ptr<TDataImport> (*newImporter)() = nullptr;
@@ -127,7 +127,7 @@ QStringList describedBy(const TVpDataProvider &provider)
 Q_DECLARE_METATYPE(Format)
 
 /// Everything that an importer or a provider has made is released. Each test must hold as many blocks of memory at its
-/// end as at its start: a block more is an object that was left, a block less one that was freed twice.
+/// end as at its start: an extra block is an object that was not released, a missing block one that was released twice.
 class ReleaseContentsTest : public QObject
 {
     Q_OBJECT
@@ -345,7 +345,7 @@ private Q_SLOTS:
         copy->releaseContents();
         QCOMPARE(opened(*copy), names);
         QCOMPARE(opened(*importer), names);
-        copy->releaseContents(); // what the two have made since is shared again
+        copy->releaseContents(); // the objects that the two have made since are shared again
         importer->releaseContents();
     }
 
@@ -507,7 +507,7 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    // An object that took another place in between has nothing of it.
+    // An object that was assigned in between keeps nothing of it.
     void formerSourceOfAnAssignmentKeepsItsFields()
     {
         const BlockBalance balance;
@@ -554,7 +554,7 @@ private Q_SLOTS:
         assigned = provider;
         copy.releaseContents();
         provider.releaseContents();
-        assigned.releaseContents(); // with what it had made before the assignment
+        assigned.releaseContents(); // also releases the objects that it made before the assignment
         importer->releaseContents();
     }
 
@@ -647,7 +647,7 @@ private Q_SLOTS:
         }
     }
 
-    // The rules of the destructors hold on: what was made stays alive.
+    // The rules of the destructors still apply: the objects stay alive.
     void destroyingGivesNothingBack()
     {
         const BlockBalance balance;
@@ -679,7 +679,7 @@ private Q_SLOTS:
         aloneProvider.genericGetFieldsFrom(alone.get());
         const QStringList described = describedBy(aloneProvider);
 
-        // Each step of one stands between two steps of another, of its own format and of every other.
+        // Each step of one importer is between two steps of another, of its own format and of every other.
         for (const Format &otherFormat : formats) {
             const auto first = format.newImporter();
             const auto other = otherFormat.newImporter();

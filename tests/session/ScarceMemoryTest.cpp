@@ -10,7 +10,7 @@
 
 #include <memory>
 
-/// Objects are released where no memory is left, and none is lost where it gives out.
+/// Tests that objects are released if no memory is left, and that none is lost when memory runs out.
 class ScarceMemoryTest : public QObject
 {
     Q_OBJECT
@@ -46,7 +46,7 @@ private Q_SLOTS:
             provider.genericGetFieldsFrom(&importer);
             count = provider.getFields()->size();
         };
-        fillOnce(); // what is made once stays
+        fillOnce(); // objects that are made once stay
         const long before = scarce::blocksHeld;
         const int failures = scarce::runShort(fillOnce);
         const long after = scarce::blocksHeld;

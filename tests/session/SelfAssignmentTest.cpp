@@ -33,15 +33,15 @@ template <typename Subject> void assignToItself(Subject &subject)
     subject = same;
 }
 
-/// Actions on an object of one class, whatever the class is. They answer texts that say what the object holds.
+/// Actions on an object of any one class. They return texts that describe the contents of the object.
 struct Case {
     std::function<QStringList()> alone;
     std::function<QStringList()> withCopy;
     QStringList expected;
 };
 
-/// Makes the case of a class: `fill` fills an object, which is then assigned to itself, alone or while a copy of it
-/// lives; `answersOf` uses the object and says what it holds.
+/// Makes the case of a class: `fill` fills an object, which is then assigned to itself, with or without a living copy;
+/// `answersOf` uses the object and describes its contents.
 template <typename Subject, typename... Arguments>
 Case caseOf(std::function<void(Subject &)> fill, std::function<QStringList(Subject &)> answersOf, QStringList expected,
             Arguments... arguments)

@@ -16,7 +16,7 @@ public:
     }
     ~BlockBalance()
     {
-        const long atEnd = scarce::blocksHeld; // the comparison itself makes blocks
+        const long atEnd = scarce::blocksHeld; // the comparison itself allocates blocks
         QCOMPARE(atEnd, atStart);
     }
     BlockBalance(const BlockBalance &) = delete;

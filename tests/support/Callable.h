@@ -4,8 +4,8 @@
 #include <type_traits>
 #include <utility>
 
-/// Declares the test Probe<T>: whether the call or member that follows the name may be written on an object of type T
-/// where the probe stands. One that is out of reach there, a protected one for example, makes it false.
+/// Declares the test Probe<T>: whether code in the place of the probe can use the call or member that follows the name
+/// on an object of type T. The test is false for an inaccessible one, for example a protected one.
 #define CALLABLE(Probe, ...)                                                                                           \
     template <typename T, typename = void> struct Probe : std::false_type {                                            \
     };                                                                                                                 \

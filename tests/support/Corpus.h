@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-/// The paths of the real files of one kind; none where the corpus is not at hand.
+/// Returns the paths of the real files of one kind; none if the corpus is absent.
 inline QStringList corpusFiles(const QString &kind)
 {
     QStringList paths;

@@ -15,10 +15,11 @@
 namespace crafted
 {
 
-using Bytes = std::vector<unsigned char>; // all of one size in what follows
+using Bytes = std::vector<unsigned char>; // all of one size below
 
-/// CRC-32C begun with zero: the checksum of two byte sequences combined bit by bit is that of their checksums. Begun
-/// with another number it is as linear, so that keys of one checksum have one whatever a hash table begins with.
+/// CRC-32C with the start value 0. The checksum of two combined (xor) byte sequences is the combination of their
+/// checksums. With any other start value the checksum is linear too, so keys with the same checksum still share one,
+/// whatever start value a hash table uses.
 inline quint32 checksum(const Bytes &bytes)
 {
     constexpr quint32 polynomial = 0x82F63B78;
@@ -36,7 +37,8 @@ inline void combine(Bytes &bytes, const Bytes &difference)
     std::transform(bytes.begin(), bytes.end(), difference.begin(), bytes.begin(), std::bit_xor<>());
 }
 
-/// Combinations of the differences that leave the checksum as it is, each independent of the others: by elimination.
+/// Returns independent combinations of the differences that leave the checksum unchanged. They are found by
+/// elimination.
 inline std::vector<Bytes> neutralDifferences(const std::vector<Bytes> &differences)
 {
     struct Pivot {
@@ -64,7 +66,7 @@ inline std::vector<Bytes> neutralDifferences(const std::vector<Bytes> &differenc
     return neutral;
 }
 
-/// So many different combinations of the differences with a base, in no order.
+/// Returns \a count different combinations of the differences with a base, in no order.
 inline std::vector<Bytes> combinations(const Bytes &base, const std::vector<Bytes> &differences, int count)
 {
     std::vector<Bytes> all;
@@ -98,7 +100,8 @@ inline QStringList textsOf(const std::vector<Bytes> &all)
     return texts;
 }
 
-/// Texts of so many characters, each the first one with some of these bits turned: with one checksum or with many.
+/// Returns \a count texts of \a size characters, each character being \a first with some of \a bits inverted. The texts
+/// have one checksum or many.
 inline QStringList texts(int count, bool haveOneChecksum, int size, QChar first, const std::vector<ushort> &bits)
 {
     std::vector<Bytes> differences;
@@ -113,19 +116,19 @@ inline QStringList texts(int count, bool haveOneChecksum, int size, QChar first,
     return textsOf(combinations(base, haveOneChecksum ? neutralDifferences(differences) : differences, count));
 }
 
-/// Names of eight characters from U+4E00 to U+4E3F.
+/// Returns names of eight characters from U+4E00 to U+4E3F.
 inline QStringList names(int count, bool haveOneChecksum)
 {
     return texts(count, haveOneChecksum, 8, QChar(0x4E00), { 1, 2, 4, 8, 16, 32 });
 }
 
-/// Names of 64 of the letters A, C, E and G.
+/// Returns names of 64 letters, each A, C, E or G.
 inline QStringList letterNames(int count, bool haveOneChecksum)
 {
     return texts(count, haveOneChecksum, 64, QLatin1Char('A'), { 'A' ^ 'C', 'A' ^ 'E' });
 }
 
-/// Names of eight bytes from 40 to 7F (hexadecimal): with one checksum of the bytes or with many.
+/// Returns names of eight bytes from 40 to 7F (hexadecimal), with one checksum of the bytes or with many.
 inline QVector<QByteArray> byteNames(int count, bool haveOneChecksum)
 {
     constexpr size_t size = 8;
@@ -143,7 +146,7 @@ inline QVector<QByteArray> byteNames(int count, bool haveOneChecksum)
     return all;
 }
 
-/// Numbers from 1 to 2: with one checksum or with many.
+/// Returns numbers from 1 to 2, with one checksum or with many.
 inline QVector<double> numbers(int count, bool haveOneChecksum)
 {
     constexpr int bitsOfFraction = 52;
@@ -166,13 +169,14 @@ inline QVector<double> numbers(int count, bool haveOneChecksum)
     return all;
 }
 
-/// Keys of 160 characters, whose differences cancel in a hash that takes four characters at a time, multiplies by an
-/// odd number and adds the upper bits to the lower ones 29 bits down, or do not. A difference in the topmost bit alone
-/// passes the product as it is; one in the topmost bit and 29 bits below it takes it away in the next four characters.
+/// Returns keys of 160 characters. Their differences cancel, or do not, in a hash that reads four characters at a time,
+/// multiplies by an odd number and adds the upper bits to the bits 29 places below. A difference in only the topmost
+/// bit is unchanged by the product; a difference in the topmost bit and in the bit 29 places below removes it in the
+/// next four characters.
 inline QStringList keys(int count, bool cancel)
 {
     constexpr int pieces = 20;
-    constexpr int size = 8; // characters of a piece
+    constexpr int size = 8; // number of characters of a piece
     const QString base(pieces * size, QLatin1Char('A'));
     std::vector<Bytes> differences;
     for (int piece = 0; piece < pieces; ++piece) {

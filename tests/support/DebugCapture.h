@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QtGlobal>
 
-/// Collects the debug lines that are written while it lives, in order.
+/// Collects, in order, the debug lines that are written while this object exists.
 class DebugCapture
 {
 public:

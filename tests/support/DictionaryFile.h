@@ -5,7 +5,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A file with the text of a dictionary, in UTF-8; it goes with this object.
+/// A file with the text of a dictionary, in UTF-8. It is removed with this object.
 class DictionaryFile
 {
 public:
@@ -13,7 +13,7 @@ public:
 
     QString path() const { return folder.filePath(QStringLiteral("dictionary.dcf")); }
 
-    /// Replaces what the file holds.
+    /// Replaces the content of the file.
     void write(const QString &text)
     {
         QFile file(path());

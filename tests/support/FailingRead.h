@@ -12,12 +12,12 @@
 #include <sys/types.h>
 #include <unistd.h>
 
-/// A disk that fails: reading from the file whose path ends in `fileName` ends in EIO after its first `goodBytes`
-/// bytes. Included once in a program, or in a library that is loaded before all others: `read` is replaced.
+/// A disk that fails: reading from the file whose path ends in `fileName` fails with EIO after its first `goodBytes`
+/// bytes. Include this once in a program, or in a library that is loaded before all others: it replaces `read`.
 namespace failingread
 {
 
-inline std::string fileName; ///< none where empty
+inline std::string fileName; ///< if empty, no file fails
 inline off_t goodBytes = 0;
 
 inline bool isFailing(int descriptor)
@@ -35,7 +35,7 @@ inline bool isFailing(int descriptor)
 
 extern "C" __attribute__((visibility("default"))) ssize_t read(int descriptor, void *buffer, size_t size)
 {
-    const int before = errno; // of a caller that goes by it
+    const int before = errno; // for a caller that relies on it
     if (failingread::isFailing(descriptor)) {
         const off_t left = failingread::goodBytes - lseek(descriptor, 0, SEEK_CUR);
         if (left <= 0) {

@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-/// A field whose answers the test sets, and which keeps the order of the questions.
+/// A field whose results the test sets. It records the order of the calls.
 class FakeField : public TGenericField
 {
 public:
@@ -41,7 +41,7 @@ private:
     }
 };
 
-/// An importer that "reads" the fields of its layout, which belong to the test, and keeps the order of its calls.
+/// An importer that "reads" the fields of its layout, which belong to the test. It records the order of its calls.
 class FakeImporter : public TDataImport
 {
 public:

@@ -15,7 +15,7 @@ struct TestAccess {
     static QString getAsString(TGenericField *field) { return field->getAsString(); }
 };
 
-/// The notes of an importer on a file as one text, so that two ways of reading can be compared.
+/// Returns the groups and fields of an importer as one text, so that two ways of reading can be compared.
 inline QString textOfFields(TDataImport &importer, TVpDataProvider &provider)
 {
     QString text;
@@ -34,7 +34,7 @@ inline QString textOfFields(TDataImport &importer, TVpDataProvider &provider)
     return text;
 }
 
-/// Opens an importer, fills a provider, and frees everything that was made.
+/// Opens an importer, fills a provider, and frees everything that was made. Returns the text of the fields.
 inline QString importedText(TDataImport &importer)
 {
     TVpDataProvider provider;

@@ -3,7 +3,7 @@
 
 #include <QByteArray>
 
-/// The bytes of a literal, NULs included.
+/// Returns the bytes of a literal, NULs included.
 template <size_t size> QByteArray bytes(const char (&literal)[size])
 {
     return QByteArray(literal, int(size) - 1);

@@ -6,7 +6,7 @@
 /// Whether the names of files are UTF-8 in every locale, as in Qt 6.
 constexpr bool fileNamesAreUtf8 = QT_VERSION >= QT_VERSION_CHECK(6, 0, 0);
 
-/// Sets the codec of the locale while it lives.
+/// Sets the codec of the locale while this object exists.
 class LocaleCodec
 {
 public:

@@ -27,7 +27,7 @@ constexpr bool measuresMemory = true;
 
 /// The results of a run of the command line: output, status, time and memory.
 struct MeasuredRun {
-    int status = -1; // of wait4: signal and exit status
+    int status = -1; // status of wait4: signal and exit status
     bool isInTime = false;
     qint64 peakMemory = 0; // bytes
     QByteArray out;
@@ -40,7 +40,7 @@ inline QByteArray contentOf(const QString &fileName)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Waits for the child, and ends it where it takes too long.
+// Waits for the child, and ends it if it takes too long.
 inline bool waitFor(pid_t child, int *status, rusage *usage)
 {
     QElapsedTimer timer;

@@ -5,7 +5,7 @@
 #include <QRegularExpression>
 #include <QString>
 
-/// The line that `vanlayout fields` writes to standard error where a file has notes.
+/// Returns the line that `vanlayout fields` writes to standard error if a file has notes.
 inline const QRegularExpression &notesLine()
 {
     static const QRegularExpression line(

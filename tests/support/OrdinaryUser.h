@@ -8,8 +8,8 @@
 
 #include <thread>
 
-/// Takes from this thread, and from the processes it starts, what lets a superuser skip the permissions of files.
-/// Nobody else has it.
+/// Removes from this thread, and from the processes that it starts, the capabilities by which a superuser ignores the
+/// permissions of files. Other users do not have them.
 inline void giveUpPassingOverPermissions()
 {
     prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
@@ -25,7 +25,7 @@ inline void giveUpPassingOverPermissions()
     syscall(SYS_capset, &header, sets);
 }
 
-/// Runs \a work on a thread of its own as a user for whom the permissions of files hold, whoever runs the tests.
+/// Runs \a work on a separate thread, as a user to whom the permissions of files apply, whoever runs the tests.
 template <typename Work> void asOrdinaryUser(Work work)
 {
     std::thread([&work] {

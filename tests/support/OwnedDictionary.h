@@ -7,7 +7,7 @@
 #include <QSet>
 #include <QStringList>
 
-/// A text reader whose records, items and value sets end with it; TCSPro itself frees none of them.
+/// A text reader that frees its records, items and value sets; TCSPro itself frees none of them.
 class OwnedDictionary : public TCSPro
 {
 public:
@@ -17,7 +17,7 @@ public:
     OwnedDictionary &operator=(const OwnedDictionary &) = delete;
     ~OwnedDictionary() override
     {
-        QSet<TCSProValueSet *> sets; // the copies of an occurring item share theirs
+        QSet<TCSProValueSet *> sets; // the copies of a repeated item share theirs
         for (TCSProItem *item : qAsConst(*items)) {
             for (TCSProValueSet *set : qAsConst(*item->valueSets))
                 sets.insert(set);
@@ -37,13 +37,13 @@ public:
 
     void read(QStringList lines) { parseLines(&lines); }
 
-    /// The value set of the item at \a index, or null.
+    /// Returns the value set of the item at \a index, or null.
     TCSProValueSet *setOf(int index) const
     {
         const TCSProItem *item = getItem(index);
         return item ? item->getValueSet(0) : nullptr;
     }
-    /// The codes and labels of that set in their order; a list of one null text where there is no set.
+    /// Return the codes or the labels of that set in their order; a list of one null text if there is no set.
     QStringList codesOf(int index) const { return textsOf(index, &TValueSetItem::code); }
     QStringList labelsOf(int index) const { return textsOf(index, &TValueSetItem::name); }
     QStringList itemNames() const

@@ -7,7 +7,7 @@
 #include <QStringList>
 #include <QTemporaryFile>
 
-/// A JSON reader whose records, items and value sets end with it; TCSProJson itself frees none of them.
+/// A JSON reader that frees its records, items and value sets; TCSProJson itself frees none of them.
 class OwnedJson : public TCSProJson
 {
 public:
@@ -41,13 +41,13 @@ public:
         readFile(file.fileName());
     }
 
-    /// The value set of the item at \a index, or null.
+    /// Returns the value set of the item at \a index, or null.
     TCSProValueSet *setOf(int index) const
     {
         const TCSProItem *item = getItem(index);
         return item ? item->getValueSet(0) : nullptr;
     }
-    /// The codes and labels of that set in their order; a list of one null text where there is no set.
+    /// Return the codes or the labels of that set in their order; a list of one null text if there is no set.
     QStringList codesOf(int index) const { return textsOf(index, &TValueSetItem::code); }
     QStringList labelsOf(int index) const { return textsOf(index, &TValueSetItem::name); }
     QStringList itemNames() const

@@ -18,7 +18,7 @@ private:
     std::clock_t begin = std::clock();
 };
 
-/// Seconds that this process and those that it has waited for have computed so far.
+/// Returns the processor time in seconds that this process, and the processes that it has waited for, have used so far.
 inline double secondsComputed()
 {
     double sum = 0;
@@ -30,7 +30,7 @@ inline double secondsComputed()
     return sum;
 }
 
-/// Compares what two actions take: each runs twice, in turn, and the quicker run counts.
+/// Compares the processor time of two actions. Each runs twice, in turn, and the quicker run counts.
 class TimeRatio
 {
 public:
@@ -42,7 +42,8 @@ public:
         }
     }
 
-    /// Whether the action takes at most so many times what the control takes. Some hundredths of a second are nothing.
+    /// Returns whether the action takes at most \a factor times as long as the control. Some hundredths of a second are
+    /// ignored.
     bool isAtMost(double factor) const { return ofAction <= factor * ofControl + 0.05; }
     std::string inWords() const { return std::to_string(ofAction) + " s, control " + std::to_string(ofControl) + " s"; }
 

@@ -9,7 +9,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-/// A terminal on which a process can write, and a test can read what it shows.
+/// A terminal to which a process can write. A test can read the output.
 class PseudoTerminal
 {
 public:
@@ -34,11 +34,11 @@ public:
 
     bool isOpen() const { return end >= 0; }
 
-    /// The end that a process writes to, by its name and as it is open here.
+    /// The end that a process writes to: its name, and its descriptor in this process.
     QString name() const { return QString::fromLocal8Bit(fileName); }
     int descriptor() const { return end; }
 
-    /// Makes its lines so many columns wide.
+    /// Sets the width of the terminal in columns.
     bool setWidth(unsigned short columns) const
     {
         winsize size = {};
@@ -47,7 +47,7 @@ public:
         return ioctl(end, TIOCSWINSZ, &size) == 0;
     }
 
-    /// What it was sent since it was last asked.
+    /// Returns the output since the last call.
     QByteArray taken() const
     {
         QByteArray bytes;

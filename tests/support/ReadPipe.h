@@ -19,21 +19,22 @@ public:
         reader.start("cat", { path });
     }
 
-    /// Whether the pipe was made and its reader is at work.
+    /// Returns whether the pipe was made and its reader is running.
     bool isRead() { return isMade && reader.waitForStarted(); }
 
-    /// Whether the pipe, and not another file, has its name.
+    /// Returns whether its name still belongs to the pipe and not to another file.
     bool isThere() const
     {
         struct stat status = {};
         return stat(name.constData(), &status) == 0 && S_ISFIFO(status.st_mode);
     }
 
-    /// All that came through, once its writer has closed it; nothing where it is no more or takes too long.
+    /// Returns all bytes that were written, once the writer has closed the pipe; none if the pipe no longer exists or
+    /// this takes too long.
     QByteArray taken(int milliseconds)
     {
         if (!isThere())
-            reader.kill(); // it waits for a pipe that is no more
+            reader.kill(); // it waits for a pipe that no longer exists
         return reader.waitForFinished(milliseconds) ? reader.readAllStandardOutput() : QByteArray();
     }
 

@@ -10,7 +10,8 @@
 #define SUPPORT_SANITIZES_MEMORY
 #endif
 
-/// Whether a sanitizer is built in that keeps far more memory than the program requests: no bound holds under it.
+/// Whether the program is built with a sanitizer that keeps far more memory than the program requests: no bound holds
+/// under it.
 #ifdef SUPPORT_SANITIZES_MEMORY
 constexpr bool sanitizesMemory = true;
 #else

@@ -7,8 +7,8 @@
 #include <limits>
 #include <new>
 
-/// Memory that runs out after a number of blocks, and a count of the blocks that are held. For the thread that asks;
-/// included once in a program, whose `new` it replaces.
+/// Memory that runs out after a number of blocks, and a count of the allocated blocks. Both apply to the thread that
+/// requests them. Include this once in a program: it replaces the program's `new`.
 namespace scarce
 {
 
@@ -33,7 +33,7 @@ inline void releaseBlock(void *block) noexcept
     std::free(block);
 }
 
-/// Runs \a body again and again, with one block more each time, until it ends well. Answers how often it did not.
+/// Runs \a body again and again, with one block more each time, until it succeeds. Returns how often it failed.
 template <typename Body> int runShort(Body body)
 {
     for (int failures = 0;; ++failures) {

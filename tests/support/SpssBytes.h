@@ -6,7 +6,7 @@
 
 #include <initializer_list>
 
-/// Puts an SPSS file together, record by record, right or wrong.
+/// Assembles an SPSS file record by record, valid or not.
 class SpssBytes
 {
 public:
@@ -48,14 +48,14 @@ public:
         for (const qint32 value : list)
             number(quint32(value));
     }
-    /// A numeric variable, up to its name; a label and missing values may follow.
+    /// Appends a numeric variable up to its name; a label and missing values may follow.
     void variable(const QByteArray &name, int hasLabel = 0, int missingValues = 0, int width = 0)
     {
         const int format = width > 0 ? 0x010000 | width << 8 : 0x050800;
         numbers({ variableRecord, width, hasLabel, missingValues, format, format });
         bytes += name.leftJustified(8, ' ');
     }
-    /// Variables with the names of nameOf(); some with more after them unless they \a areBare.
+    /// Appends variables with the names of nameOf(); some have further records unless they \a areBare.
     void variables(int count, bool areBare = true)
     {
         bytes.reserve(bytes.size() + count * 32 + 1000);
@@ -73,7 +73,7 @@ public:
         numbers({ int(text.size()) });
         bytes += text + QByteArray((4 - text.size() % 4) % 4, '\0');
     }
-    /// A further part of a text.
+    /// Appends a further part of a text.
     void part(int hasLabel = 0, int missingValues = 0)
     {
         numbers({ variableRecord, -1, hasLabel, missingValues, 0, 0 });

@@ -8,8 +8,8 @@
 
 #include <unistd.h>
 
-/// Catches what is written to standard output or standard error while it lives. Debug lines of a test go to standard
-/// output too: catch them with a DebugCapture.
+/// Catches all that is written to standard output or standard error while this object exists. Debug lines of a test go
+/// to standard output too: catch them with a DebugCapture.
 class StandardStream
 {
 public:
@@ -33,7 +33,7 @@ public:
     StandardStream(const StandardStream &) = delete;
     StandardStream &operator=(const StandardStream &) = delete;
 
-    /// All of it so far.
+    /// Returns all that has been written so far.
     QByteArray taken() const
     {
         std::fflush(stream);

@@ -7,7 +7,7 @@
 #include <initializer_list>
 #include <utility>
 
-/// Describes a text as a caller sees it who asks `isNull()`: "null", "empty", or the text itself in quotes.
+/// Describes a text as seen by a caller that calls `isNull()`: "null", "empty", or the text itself in quotes.
 inline QString stateOf(const QString &text)
 {
     if (text.isNull())
@@ -15,14 +15,14 @@ inline QString stateOf(const QString &text)
     return text.isEmpty() ? QStringLiteral("empty") : QLatin1Char('"') + text + QLatin1Char('"');
 }
 
-/// Columns of a table of texts and the states that they shall have.
+/// Columns of a table of texts and their expected states.
 inline void addTextColumns()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("state");
 }
 
-/// Rows of one state, each named by \a subject and its own name.
+/// Rows of one state. The name of a row is \a subject and its own name.
 inline void addTexts(const QByteArray &subject, const char *state,
                      std::initializer_list<std::pair<const char *, QString>> texts)
 {
@@ -30,7 +30,7 @@ inline void addTexts(const QByteArray &subject, const char *state,
         QTest::addRow("%s: %s", subject.constData(), text.first) << text.second << QString::fromLatin1(state);
 }
 
-/// Whether a text needs no memory of its own.
+/// Returns whether a text has no memory of its own.
 inline bool isWithoutMemory(QString text)
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-/// Runs \a work and hands back the error of the library that it threw, or null where it threw none.
+/// Runs \a work and returns the error of the library that it threw, or null if it threw none.
 template <typename Work> std::unique_ptr<VpErrorManager> thrownBy(Work work)
 {
     try {

@@ -4,7 +4,7 @@
 #include <QtTest>
 
 #ifndef QVERIFY_THROWS_EXCEPTION
-/// The name in Qt 6.3 and later, in the form that has the type first.
+/// The name of the macro in Qt 6.3 and later, in the form that has the type first.
 #define QVERIFY_THROWS_EXCEPTION(type, expression) QVERIFY_EXCEPTION_THROWN(expression, type)
 #endif
 

@@ -12,7 +12,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-// How the tool ends.
+// Exit statuses of the tool.
 constexpr int fine = 0;
 constexpr int finding = 1;
 constexpr int noAnswer = 2;
@@ -28,7 +28,7 @@ struct Run {
     QJsonValue json() const { return QJsonDocument::fromJson(out).object(); }
 };
 
-/// A directory with the files of a test, in which the tool runs; it goes with this object.
+/// A directory with the files of a test, in which the tool runs. It is removed with this object.
 class ToolFolder : public QTemporaryDir
 {
 public:
@@ -41,7 +41,7 @@ public:
         QCOMPARE(file.write(content), qint64(content.size()));
     }
 
-    /// The content of a file; empty if there is none.
+    /// Returns the content of a file; empty if there is no such file.
     QByteArray read(const QString &name) const
     {
         QFile file(pathOf(name));
@@ -54,7 +54,7 @@ public:
         return run(arguments, tool);
     }
 
-    /// Runs it as a process that the test has prepared.
+    /// Runs the tool as a process that the test has prepared.
     Run run(const QStringList &arguments, QProcess &tool) const
     {
         tool.setWorkingDirectory(path());
@@ -74,7 +74,7 @@ private:
     QString pathOf(const QString &name) const { return QDir(path()).filePath(name); }
 };
 
-/// Runs a line of the shell in the directory of a test; "$0" is the tool.
+/// Runs a shell command in the directory of a test; "$0" is the tool.
 inline Run runShell(const ToolFolder &folder, const QString &line)
 {
     QProcess shell;
@@ -88,7 +88,7 @@ inline Run runShell(const ToolFolder &folder, const QString &line)
     return { shell.exitCode(), shell.readAllStandardOutput(), shell.readAllStandardError() };
 }
 
-/// The bytes of a file in UTF-16, which holds any unit.
+/// Returns the bytes of a file in UTF-16, which can hold any unit.
 inline QByteArray inUtf16(const QString &text)
 {
     QByteArray bytes("\xFF\xFE");
@@ -99,7 +99,7 @@ inline QByteArray inUtf16(const QString &text)
     return bytes;
 }
 
-/// Verifies that a run had no answer and said so in one line, which begins with a subject and goes on.
+/// Verifies that a run wrote no result and reported this in one line, which begins with a subject and has more text.
 inline void verifyComplaint(const Run &run, const QByteArray &subject)
 {
     const QByteArray beginning = "vanlayout: " + subject;
@@ -110,7 +110,7 @@ inline void verifyComplaint(const Run &run, const QByteArray &subject)
     QVERIFY(run.err.endsWith('\n'));
 }
 
-/// Verifies that a run whose output meets a full disk says so.
+/// Verifies that a run whose output goes to a full disk reports this.
 inline void verifyFullDiskIsReported(const ToolFolder &folder, const QStringList &arguments)
 {
     const QString fullDisk = QStringLiteral("/dev/full");
@@ -122,7 +122,7 @@ inline void verifyFullDiskIsReported(const ToolFolder &folder, const QStringList
     QCOMPARE(run.err, QByteArray("vanlayout: standard output: cannot be written\n"));
 }
 
-/// Verifies that the help names a command, and the command's own help these words.
+/// Verifies that the help names a command, and that the command's own help has these words.
 inline void verifyHelpDescribes(const QString &command, const QStringList &words)
 {
     const ToolFolder folder;

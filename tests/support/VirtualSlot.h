@@ -4,9 +4,10 @@
 #include <cstddef>
 #include <cstring>
 
-/// The place of a virtual operation in the table of its class; a virtual destructor takes the first two places.
+/// Returns the place of a virtual operation in the table of its class. A virtual destructor takes two places.
 ///
-/// Only with compilers of the common C++ ABI: there a pointer to a virtual operation holds the offset in the table.
+/// This works only with compilers of the common C++ ABI, in which a pointer to a virtual operation holds the offset in
+/// the table.
 #ifdef __GXX_ABI_VERSION
 #define SUPPORT_HAS_VIRTUALSLOT
 template <typename Operation> std::ptrdiff_t virtualSlot(Operation operation)

@@ -5,14 +5,14 @@
 #include <QVector>
 #include <QXmlStreamReader>
 
-/// One element of an XML document. Its text is that of the element alone, not of those within.
+/// One element of an XML document. Its text does not include the texts of the elements in it.
 struct XmlElement {
     QString name;
     QXmlStreamAttributes attributes;
     QString text;
     QVector<XmlElement> children;
 
-    /// The elements at a path such as `fileTxt/fileName`, of all elements on the way there.
+    /// Returns the elements at a path such as `fileTxt/fileName`, below all matching elements on the path.
     QVector<XmlElement> all(const QString &path) const
     {
         const int slash = path.indexOf('/');
@@ -23,9 +23,9 @@ struct XmlElement {
         }
         return found;
     }
-    /// The first of them; an empty element if there is none.
+    /// Returns the first of them; an empty element if there is none.
     XmlElement one(const QString &path) const { return all(path).value(0); }
-    /// An attribute, empty where it is absent.
+    /// Returns an attribute; empty if it is absent.
     QString operator[](const QString &attribute) const { return attributes.value(attribute).toString(); }
     bool has(const QString &attribute) const { return attributes.hasAttribute(attribute); }
 };
@@ -50,7 +50,7 @@ inline XmlElement readXmlElement(QXmlStreamReader &xml)
     return element;
 }
 
-/// The root of a document; an empty element where it is not well-formed.
+/// Returns the root of a document; an empty element if the document is not well-formed.
 inline XmlElement readXmlDocument(const QByteArray &document)
 {
     QXmlStreamReader xml(document);
