@@ -90,7 +90,7 @@ QString smallDictionary()
         "[ValueSet]\r\nName=C_VS1\r\nValue='A';a\r\nValue=1 3:5;b\r\n\r\n[Relation]\r\nName=R\r\n");
 }
 
-// An item with so many value labels.
+// An item with this number of value labels.
 QString repeatedItem(const QString &name, int occurrences, int values)
 {
     QString text = QString("[Item]\nName=%1\nLen=4\nOccurrences=%2\n[ValueSet]\nName=V\n").arg(name).arg(occurrences);
@@ -172,7 +172,7 @@ private Q_SLOTS:
     {
         QFile file(folder.filePath("large.dcf"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        // holds no blocks on the disk
+        // takes no space on the disk
         QVERIFY(file.resize((qint64(1) << 30) + 1));
         file.close();
         OwnedDictionary dictionary;
@@ -202,7 +202,8 @@ private Q_SLOTS:
         QVERIFY(dictionary.readProblem.startsWith("asks for more than "));
     }
 
-    // The limit counts each value at each occurrence that has it: 2,000 values of 2,000 occurrences are the most.
+    // The limit counts each value at each occurrence that has it: 2,000 values of 2,000 occurrences are exactly the
+    // limit.
     void valuesOfOccurrencesAreBounded_data()
     {
         QTest::addColumn<int>("occurrences");
@@ -627,7 +628,7 @@ private Q_SLOTS:
             const auto error = thrownBy([&] { dictionary.readFile(file.fileName()); });
             QVERIFY2(!error, qPrintable(QString::number(size)));
             checkIsSound(dictionary);
-            // an occurring item stands as a single one until its count is complete
+            // a repeated item counts as a single one until its number of occurrences is complete
             QVERIFY(dictionary.getItemsCount() >= itemsBefore);
             QVERIFY(dictionary.getRecordsCount() >= recordsBefore);
             itemsBefore = dictionary.getItemsCount();
@@ -647,7 +648,7 @@ private Q_SLOTS:
         QTest::newRow("UTF-8 with a mark") << QByteArray("\r\n") << QByteArray("\xEF\xBB\xBF");
     }
 
-    // Long enough for several blocks; indented headers and skipped sections stand where one may end.
+    // Long enough for several blocks; indented headers and skipped sections are at the places where a block may end.
     void longFileIsReadLikeItsLines()
     {
         QFETCH(QByteArray, lineEnd);
@@ -751,7 +752,7 @@ private:
             && dictionary.currentRecord == dictionary.commonRecord;
     }
 
-    // What holds for every dictionary, whatever the input was.
+    // Conditions that hold for every dictionary, whatever the input was.
     static void checkIsSound(OwnedDictionary &dictionary)
     {
         QVERIFY(dictionary.currentRecord == dictionary.commonRecord

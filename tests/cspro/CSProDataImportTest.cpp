@@ -96,7 +96,7 @@ QStringList fieldNames(const OpenDictionary &open)
     return names;
 }
 
-// The one field of a dictionary whose one item has these lines.
+// The only field of a dictionary whose only item has these lines.
 TCSProVariable *fieldOf(const QString &itemLines, const QString &setLines = QString())
 {
     QString text = item(QStringLiteral("ITEM"), itemLines);
@@ -588,7 +588,7 @@ private Q_SLOTS:
         QCOMPARE(rooms->maximum, QStringLiteral("99"));
         QCOMPARE(rooms->group, QStringLiteral("HOUSE"));
 
-        // The character with code 2 is no number.
+        // The character with code 2 is not a number.
         const TVpSourceField *rent = provider.getField(QStringLiteral("RENT"));
         QVERIFY(rent);
         QCOMPARE(rent->FieldType, QStringLiteral("REAL"));

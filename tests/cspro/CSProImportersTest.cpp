@@ -65,7 +65,7 @@ struct TestAccess {
         return variable.optionalAtStart;
     }
 
-    // What the members that nothing reads hold: numbers, texts and pointers in one line.
+    // The values of the members that nothing reads: numbers, texts and pointers in one line.
     template <typename Importer> static QString carried(const Importer &importer)
     {
         return QStringLiteral("%1|%2|%3|%4|%5|%6")
@@ -108,7 +108,7 @@ CALLABLE(CanTakeNotApplicable, getNotApplicable(nullptr));
 CALLABLE(CanTakeMissing, getVarMissingValue(nullptr));
 CALLABLE(CanRepeat, StringOfChar('9', 1));
 
-// Sees what a subclass sees.
+// Accesses the members that a subclass can access.
 template <typename Importer> class Heir : public Importer
 {
 public:
@@ -155,7 +155,7 @@ protected:
     QString getGroupName(int /*index*/) override { return name; }
 };
 
-// The classes that belong together.
+// The classes of one form.
 struct TextForm {
     using Importer = TCSProDataImport;
     using Variable = TCSProVariable;
@@ -171,7 +171,7 @@ struct JsonForm {
     static constexpr bool isJson = true;
 };
 
-// Does the work with the form that a row names.
+// Runs the work with the form that a row names.
 template <typename Work> void with(const QString &importer, Work work)
 {
     if (importer == QLatin1String("json"))
@@ -187,7 +187,7 @@ struct Item {
     int length = 1;
     bool isAlpha = false;
     QVector<QPair<QString, QString>> values = {}; // codes and labels, in the order of their codes
-    bool hasValues = false;                       // though there may be none
+    bool hasValues = false;                       // the list may be empty nevertheless
 };
 struct Record {
     QString name;
@@ -195,7 +195,7 @@ struct Record {
     QVector<Item> items = {};
 };
 
-// A layout that both forms can hold.
+// A layout that both forms can express.
 struct Dictionary {
     int recordTypeStart = 1;
     int recordTypeLen = 1;
@@ -314,7 +314,7 @@ template <typename Form> struct Open {
     typename Form::Importer importer;
 };
 
-// One that has opened a JSON text as it stands.
+// An importer that has opened an unchanged JSON text.
 struct OpenJson {
     explicit OpenJson(const QString &json)
         : file(json)
@@ -370,8 +370,8 @@ void addTwins()
 
 } // namespace
 
-// The rules of both importers have a row for each. The rules of the JSON form have tests of their own here, those of
-// the text form in CSProDataImportTest.
+// The rules of both importers have a row for each. The rules of only the JSON form have their own tests here, those of
+// only the text form in CSProDataImportTest.
 class CSProImportersTest : public QObject
 {
     Q_OBJECT
@@ -838,7 +838,7 @@ private Q_SLOTS:
             QCOMPARE(values(assigned), expected);
             QCOMPARE(values(open.base()), expected);
 
-            // The entries are shared, so new ones are the copies' too.
+            // The entries are shared, so the copies have the new ones too.
             open.file.write(recordsOf("ROOM=1 HOUSE=1").as(Form::isJson));
             open.base().openFile();
             const QStringList renewed = { "ROOM=1", "HOUSE=1" };
@@ -848,7 +848,7 @@ private Q_SLOTS:
         });
     }
 
-    // Also outside of the list: a subclass may count its groups otherwise. Every entry contains "".
+    // This holds outside of the list too: a subclass may count its groups differently. Every entry contains "".
     void nullNameThatASubclassGivesCountsAsEmpty_data() { addTwins(); }
     void nullNameThatASubclassGivesCountsAsEmpty()
     {
@@ -947,7 +947,7 @@ private Q_SLOTS:
             QVERIFY(TestAccess::fields(subject)->isEmpty());
             QVERIFY(TestAccess::groupList(subject));
             QVERIFY(!TestAccess::layoutPending(subject));
-            // A reader that has read nothing keeps what it starts with.
+            // A reader that has read nothing keeps its initial values.
             QCOMPARE(base.getRecordTypeStart(), 1);
             QCOMPARE(base.getRecordTypeSize(), 1);
             QVERIFY(base.isMultiple());
@@ -1215,7 +1215,7 @@ private Q_SLOTS:
         });
     }
 
-    // Items as only the text reader makes them go through the same branches.
+    // Items that only the text reader can make go through the same branches.
     void itemWithDecimalsGivesTheSameFieldInBoth_data()
     {
         QTest::addColumn<QString>("importer");
@@ -1431,7 +1431,7 @@ private Q_SLOTS:
         static_assert(
             std::is_same<decltype(TestAccess::dictionary(std::declval<TCSProDataImport &>())), TCSPro *>::value,
             "the text reader");
-        // Each finds nothing in the form of the other.
+        // Each importer finds nothing in the form of the other.
         Open<JsonForm> json(sample());
         json.file.write(sample().as(false));
         json.base().openFile();
@@ -1471,7 +1471,7 @@ private Q_SLOTS:
                                "TCSProDataImport - selectLayoutSource", "DataImport - selectLayoutSource" }));
     }
 
-    // what follows from the JSON form
+    // consequences of the JSON form
 
     void fileThatIsNoJsonOpensWithoutGroupsAndFields_data()
     {

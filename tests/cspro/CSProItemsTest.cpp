@@ -428,7 +428,7 @@ private Q_SLOTS:
                               "Value=1;one", "[Record]", "Name=S", "[Item]", "Name=B", "Occurrences=" + occurrences, "",
                               "[Item]", "Name=C" });
         });
-        // the index stands on the last line of the section
+        // the index is that of the last line of the section
         QVERIFY(isInvalidContents(error.get(), 13));
         QCOMPARE(error->catalogueMessage(), QString("Invalid contents in line"));
         QCOMPARE(log.taken(),

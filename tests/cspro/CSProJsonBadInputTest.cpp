@@ -148,7 +148,7 @@ private Q_SLOTS:
             const OwnedValueSet set(item.getValueSet(0));
             count = set->Count();
         };
-        readOnce(); // what is made once stays
+        readOnce(); // objects that are made once stay
         const long before = scarce::blocksHeld;
         const int failures = scarce::runShort(readOnce);
         const long after = scarce::blocksHeld;
@@ -277,7 +277,7 @@ private Q_SLOTS:
         QFile file(folder.filePath("large.dcf"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("{");
-        QVERIFY(file.resize((qint64(1) << 31) + million)); // holds no blocks on the disk
+        QVERIFY(file.resize((qint64(1) << 31) + million)); // takes no space on the disk
         file.close();
         OwnedJson dictionary;
         QVERIFY(!thrownBy([&] { dictionary.readFile(file.fileName()); }));
@@ -306,7 +306,7 @@ private Q_SLOTS:
         // clang-format on
     }
 
-    // A vertical tab passes the test of the first bytes, and is no white space of JSON.
+    // A vertical tab is accepted in the test of the first bytes, but is not white space in JSON.
     void carriageReturnsAreNotAmongTheFirst16Bytes()
     {
         QFETCH(QByteArray, head);
@@ -426,7 +426,7 @@ private Q_SLOTS:
     {
         for (const QByteArray &number : { QByteArray("1e400"), QByteArray("-1e400"), QByteArray(500, '9') }) {
             const OwnedJson dictionary(withItems("{\"length\":" + number + "}"));
-            // Either the document is malformed, or the number is none of an int.
+            // Either the document is malformed, or an int cannot hold the number.
             QVERIFY(isUnread(dictionary) || (dictionary.getItemsCount() == 1 && dictionary.getItem(0)->length == 0));
         }
     }
@@ -586,7 +586,7 @@ private Q_SLOTS:
     }
 
 private:
-    // As a new one: even the label of the common record is not set.
+    // The dictionary equals a new one: not even the label of the common record is set.
     static bool isUnread(const OwnedJson &dictionary)
     {
         return dictionary.items->isEmpty() && dictionary.records->isEmpty() && dictionary.recordMap.empty()

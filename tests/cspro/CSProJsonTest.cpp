@@ -46,7 +46,7 @@ QByteArray bytesOf(const QJsonObject &root)
     return QJsonDocument(root).toJson();
 }
 
-// A dictionary of one record with these items; the further keys stand at its top.
+// A dictionary of one record with these items. The further keys are keys of the dictionary.
 QByteArray withItems(const QByteArray &items, const QByteArray &keys = QByteArray())
 {
     return "{" + keys + (keys.isEmpty() ? "" : ",") + R"("levels":[{"records":[{"name":"R","items":[)" + items
@@ -64,7 +64,7 @@ QByteArray withRecords(const QByteArray &records)
     return R"({"levels":[{"records":[)" + records + "]}]}";
 }
 
-// A dictionary of one item whose one value set has these values.
+// A dictionary of one item, whose only value set has these values.
 QByteArray withValues(const QByteArray &values)
 {
     return withItems(R"({"name":"A","valueSets":[{"name":"VS","values":[)" + values + "]}]}");
@@ -85,7 +85,7 @@ QString summary(const TCSProValueSet *set)
     return set->name + '/' + set->label + '[' + values.join(';') + ']';
 }
 
-// All that the reader writes, a line for each part.
+// All results of the reader, one line for each part.
 QStringList summary(const OwnedJson &dictionary)
 {
     QStringList lines;
@@ -115,7 +115,7 @@ QStringList summary(const OwnedJson &dictionary)
     return lines;
 }
 
-// Every key that is read, each with a value that is not its default.
+// Every key that is read, with a value that is not its default.
 const QByteArray fullDocument = R"({
   "name": "D", "version": 7.5, "recordType": { "start": 3, "length": 2 }, "relativePositions": false,
   "defaults": { "decimalMark": true, "zeroFill": true },
@@ -141,7 +141,7 @@ const QByteArray fullDocument = R"({
         { "name": "N", "start": -5, "length": 2, "decimalMark": true, "zeroFill": true },
         { "name": "M", "decimalMark": true, "zeroFill": true } ] } ] } ] })";
 
-// Its parts, by the short names that the rows use.
+// The parts of the document, by the short names that the rows use.
 const QVector<QPair<QString, QString>> fullSummary = {
     { "D", "dictionary name=D version=7.5 type=3/2" },
     { "R", "record name=R label=Record type=T required=YES maximum=7 mapped=yes" },
@@ -187,7 +187,7 @@ QStringList changed(const QStringList &changes)
     return linesOf(parts);
 }
 
-// The value with what stands at the path ("levels/0/ids") replaced; an undefined value removes a key.
+// Returns the value with the part at the path ("levels/0/ids") replaced. An undefined value removes a key.
 QJsonValue replaced(const QJsonValue &value, const QStringList &path, const QJsonValue &by)
 {
     if (path.isEmpty())
@@ -214,7 +214,7 @@ QJsonValue replaced(const QJsonValue &value, const QStringList &path, const QJso
 struct Sample {
     const char *name;
     QJsonValue value;
-    QStringList types; // those that it is
+    QStringList types; // all types that the value has
 };
 
 // One value of every JSON type, texts and numbers in the forms that a lenient reader would take.
@@ -307,7 +307,7 @@ private Q_SLOTS:
         delete common;
     }
 
-    // which file is read
+    // files that are read
 
     void fileBeginsWithABraceAmongItsFirst16Bytes_data()
     {
@@ -1143,7 +1143,7 @@ private Q_SLOTS:
         const QByteArray items
             = R"({"length":4},{"length":2,"occurrences":{"maximum":2}},{"length":1},{"start":"3","occurrences":{"maximum":2}})";
         QCOMPARE(OwnedJson(withItems(items, keys)).starts(), QList<int>({ 1, 5, 7, 9, 10, 10 }));
-        // Unlike a plain item, a repeated one takes a position that is not positive as it is.
+        // Unlike a plain item, a repeated item uses a position unchanged that is not positive.
         const QByteArray before = R"({"start":-9,"length":2},{"length":2,"occurrences":{"maximum":2}},{"start":1})";
         QCOMPARE(OwnedJson(withItems(before, keys)).starts(), QList<int>({ -9, -7, -5, 1 }));
     }
@@ -1370,7 +1370,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.setOf(0), first);
     }
 
-    // what differs from the text form
+    // differences from the text form
 
     void jsonDiffersFromTheTextForm_data()
     {
@@ -1520,7 +1520,7 @@ private Q_SLOTS:
     }
 
 private:
-    // A key of an object: it may be absent or of another type, with the same outcome.
+    // A key of an object. It may be absent or of another type; the result is the same.
     static void addKey(const QString &path, const QString &type, const QStringList &changes)
     {
         addAbsent(path, changes);

@@ -15,14 +15,14 @@
 namespace
 {
 
-// What the error for an index out of a missing list writes to the log.
+// The log lines of the error for an index into a missing list.
 QString badIndexMessage(const QString &classTag, const QString &text)
 {
     return QStringLiteral("Class : %1\r\nError : \u00D3\r\n\r\nMessage : Unknow or not set error\r\n[%2 ]")
         .arg(classTag, text);
 }
 
-// Takes the lists of an object away and puts them back, so that nothing leaks or is missed.
+// Removes the lists of an object and restores them, so that nothing leaks.
 template <typename List> class WithoutList
 {
 public:
@@ -331,7 +331,7 @@ private Q_SLOTS:
         item->addValueSet(&set);
         QVERIFY(!item->valueSets);
         const QPointer<TCSProItem> watch = item.get();
-        item.reset(); // without harm
+        item.reset(); // does no harm
         QVERIFY(!watch);
     }
 

@@ -23,7 +23,7 @@ struct Difference {
     }
 };
 
-// What a provider holds of one of the two files.
+// The contents of a provider for one of the two files.
 struct Layout {
     explicit Layout(std::unique_ptr<TDataImport> source)
         : importer(std::move(source))
@@ -64,18 +64,19 @@ QVector<Difference> expectedDifferences()
 {
     // clang-format off
     return {
-        // A range is two values in the text form, and one code that is no number in the JSON form: it counts as 0.
+        // A range is two values in the text form, and one code that is not a number in the JSON form: it counts as 0.
         { "DISTRICT", "minimum", "1", "0" },
         { "DISTRICT", "valueLabels", "1 Rural districts\t8 Rural districts\t11 Towns\t14 Towns\t21 Capital\t",
                                      "0 Rural districts\t0 Towns\t21 Capital\t" },
-        // A missing mark is a value like others in the JSON form: it counts for bounds and labels, and is no code of the field.
+        // A missing mark is a value like others in the JSON form: it has an effect on bounds and labels, and is not the
+        // missing code of the field.
         { "H04_ROOMS", "minimum", "1", "0" },
         { "H04_ROOMS", "maximum", "20", "99" },
         { "H04_ROOMS", "missing", "99", "" },
         { "H04_ROOMS", "valueLabels", "1 Rooms\t20 Rooms\t", "0 Rooms\t99 Not stated\t" },
-        // Here the text form has no blank after the mark, so that it is a value like others there, too.
+        // Here the text form has no blank after the mark, so it is a value like others there too.
         { "H05_BEDROOMS", "valueLabels", "0 Rooms\t20 Rooms\t99 Not stated\t", "0 Rooms\t99 Not stated\t" },
-        // The JSON form reads no decimals: a short number is an integer, all of its length digits.
+        // The JSON form reads no decimals: a short number is an integer whose whole length is digits.
         { "H07_RENT", "type", "REAL", "INTEGER" },
         { "H07_RENT", "maximum", "99999999", "999999999" },
         // A not-applicable mark is a value like others as well.
@@ -125,7 +126,7 @@ QVector<Difference> expectedDifferences()
         { "P06_AGE", "maximum", "110", "999" },
         { "P06_AGE", "missing", "999", "" },
         { "P06_AGE", "valueLabels", "0 Years\t110 Years\t", "0 Years\t999 Not stated\t" },
-        // Values are sorted in the text form alone, and there the closing apostrophe of a quoted code stays.
+        // Values are sorted only in the text form, and the closing apostrophe of a quoted code stays there.
         { "P08_CITIZENSHIP", "valueLabels", "ORV' Orvandia\tOTH' Other country\tSEL' Selmark\tTIR' Tirrane Islands\t",
                                             "ORV Orvandia\tSEL Selmark\tTIR Tirrane Islands\tOTH Other country\t" },
         // suffixes
@@ -173,7 +174,7 @@ QVector<Difference> expectedDifferences()
 
 } // namespace
 
-// The census of the examples in its two forms: what reads the same, and what does not.
+// Tests the census of the examples in its two forms: equal results and differences.
 class CensusTwinsTest : public QObject
 {
     Q_OBJECT

@@ -39,7 +39,7 @@ QStringList decimalItem()
     return { "[Item]", "Name=D", "[ValueSet]", "Value=5;five", "Value=2.5;half" };
 }
 
-// Answers with the given buttons in turn, and keeps what it was asked.
+// Answers with the given buttons in turn, and records the questions.
 class Answers
 {
 public:
@@ -62,7 +62,7 @@ private:
     std::vector<int> script;
 };
 
-// Waits for the dialog, keeps what it shows, and presses a button of it.
+// Waits for the dialog, records its texts, and presses one of its buttons.
 class Presser : public QObject
 {
 public:
@@ -123,7 +123,7 @@ private:
     QMessageBox::StandardButton toPress;
 };
 
-// Stands in for a translation: knows the three texts in the context that they are asked for.
+// Replaces a translation. It has the three texts in the context in which they are looked up.
 class MarkingTranslator : public QTranslator
 {
 public:
@@ -447,7 +447,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.setOf(0) != nullptr, isKept);
     }
 
-    // What the function holds lasts until it has answered; the next question goes to the new one.
+    // The data of the function exist until it has answered. The next question goes to the new function.
     void functionMaySetAnotherWhileItAnswers_data()
     {
         QTest::addColumn<bool>("byAnother");

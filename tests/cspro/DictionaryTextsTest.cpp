@@ -196,7 +196,7 @@ template <typename Importer> void addTextsOfImporter(const QByteArray &subject, 
 
 } // namespace
 
-/// Which empty texts of CSPro dictionaries, their importers and fields are null, and which are not.
+/// Tests which empty texts of CSPro dictionaries, their importers and fields are null, and which are not.
 class DictionaryTextsTest : public QObject
 {
     Q_OBJECT
@@ -260,7 +260,7 @@ private Q_SLOTS:
         QTEST(stateOf(text), "state");
     }
 
-    // Null where no line before has set a label: the words of the value lines begin as null texts.
+    // The label is null if no line before has set one: code and label of the value lines begin as null texts.
     void labelOfAValueIsNullBeforeTheFirstLabelAlone_data()
     {
         QTest::addColumn<QStringList>("lines");

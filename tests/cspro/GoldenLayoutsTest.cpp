@@ -18,7 +18,7 @@ struct Answer {
     QByteArray err;
 };
 
-// What the tool prints for a file of a directory, asked for by its bare name.
+// Returns the output of the tool for a file of a directory, which is named without its path.
 Answer show(const QString &folder, const QString &name)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -42,7 +42,7 @@ QStringList baseNames(const QString &folder, const QString &suffix)
     return names;
 }
 
-// The files of one suffix that have no fellow of the other.
+// Returns the files of one suffix that have no counterpart of the other.
 QStringList lonely(const QString &folder, const QString &suffix, const QString &fellow)
 {
     QStringList names;
@@ -75,7 +75,8 @@ const QString examples = QStringLiteral(VAN_EXAMPLES);
 
 } // namespace
 
-// Dictionaries and the layouts that a person has read and found right. New answers come from the target update-golden.
+// Tests dictionaries against layouts that a person has read and found correct. The target update-golden writes new
+// layouts.
 class GoldenLayoutsTest : public QObject
 {
     Q_OBJECT

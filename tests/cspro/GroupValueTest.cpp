@@ -12,7 +12,7 @@ namespace
 
 constexpr double patience = 20; // seconds, far more than the bounded searches take and far less than full ones
 
-// The rule itself: one look at every text, in their order.
+// The rule itself: every text is examined, in order.
 QString firstThatContains(const QStringList &list, const QString &text)
 {
     for (const QString &entry : list) {
@@ -184,7 +184,7 @@ private Q_SLOTS:
         }
     }
 
-    // The search for a group ends at the bound; a name that a subclass gives is looked for to the end.
+    // The search for a group ends at the bound. The search for a name that a subclass returns has no bound.
     void searchForAGroupIsBounded_data()
     {
         QTest::addColumn<int>("groupsBefore");
@@ -207,7 +207,7 @@ private Q_SLOTS:
         QCOMPARE(groupValue(list, isGroup ? list.size() - 1 : 0, "HOUSE=1"), expected);
     }
 
-    // Every search to its end would look at half of the list: some 10^9 comparisons of texts.
+    // Complete searches would examine half of the list on average: about 10^9 comparisons of texts.
     void longListOfEverShorterTextsAnswersQuickly()
     {
         constexpr int count = 100000;
@@ -223,12 +223,12 @@ private Q_SLOTS:
         const ProcessorTime time;
         int found = 0;
         for (int i = 0; i < count; ++i)
-            found += groupValue(list, i, list.at(i)) == list.at(i); // each has a number of its own
+            found += groupValue(list, i, list.at(i)) == list.at(i); // each has a different number
         QCOMPARE(found, count);
         QVERIFY2(time.seconds() < patience, qPrintable(QString::number(time.seconds())));
     }
 
-    // Compared from their ends, these texts differ from each part of a longer one in their first characters alone.
+    // Compared from their ends, these texts differ from each part of a longer text only in their first characters.
     void longTextsThatNearlyFitAnswerQuickly()
     {
         constexpr int count = 3000;

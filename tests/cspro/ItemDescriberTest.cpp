@@ -20,7 +20,7 @@ struct Value {
     bool special = false;
 };
 
-// A value set that takes its values with it.
+// A value set that frees its values.
 class HandMadeSet
 {
 public:
@@ -41,7 +41,7 @@ private:
     std::vector<std::unique_ptr<TValueSetItem>> values;
 };
 
-// What of a field comes from the value sets of its item.
+// The parts of a field that come from the value sets of its item.
 struct Outcome {
     QString minimum;
     QString maximum;
@@ -174,7 +174,7 @@ private Q_SLOTS:
     {
         HandMadeSet set{ { "5", "Five" }, { "7", "Seven" } };
         const Outcome alone = { "5", "7", "5 Five\t7 Seven\t" };
-        // Without a first set there is no range: the lowest code is measured against 0, the bound of nines stays.
+        // Without a first set there is no range: the lowest code is compared with 0, and the bound of nines stays.
         const Outcome behindNull = { "0", "999", "5 Five\t7 Seven\t" };
         const Outcome onlyNull = { "0", "999", "" };
 
@@ -279,7 +279,7 @@ private Q_SLOTS:
         QCOMPARE(described(describer, text, {}, 5), (Outcome{ "", "", "" }));
     }
 
-    // As a set that has no values: what cannot be described is skipped.
+    // Same as a set that has no values: values that cannot be described are skipped.
     void setWithoutAListIsPassedOver_data()
     {
         QTest::addColumn<int>("kind");
@@ -307,7 +307,7 @@ private Q_SLOTS:
         QCOMPARE(described(describer, Kind(kind), { set }), describedAlone(Kind(kind), { set }));
     }
 
-    // Where the first or the last value is null, the bounds of the set are not known and those of the item stay.
+    // If the first or the last value is null, the bounds of the set are unknown and those of the item stay.
     void nullValueIsPassedOver_data()
     {
         QTest::addColumn<QStringList>("codes");
@@ -343,7 +343,7 @@ private Q_SLOTS:
             set.addItem(value);
         }
         cspro::ItemDescriber describer;
-        for (int i = 0; i < 2; ++i) // anew, and from what is known of the set
+        for (int i = 0; i < 2; ++i) // first from the set, then from the stored labels
             QCOMPARE(described(describer, integer, { &set }), (Outcome{ minimum, maximum, valueLabels }));
         qDeleteAll(*set.items);
     }
@@ -376,7 +376,7 @@ private Q_SLOTS:
         QCOMPARE(report.count(NoteKind::labelEntryParted), 1);
     }
 
-    // The rest of a dictionary is freed as ever.
+    // The rest of a dictionary is freed as usual.
     void dictionaryWithASetWithoutAListIsFreed()
     {
         CSProDictionary dictionary;

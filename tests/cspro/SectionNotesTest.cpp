@@ -42,7 +42,7 @@ public:
 
 } // namespace
 
-/// The notes of one section, without the reader.
+/// Tests the notes of one section, without the reader.
 class SectionNotesTest : public QObject
 {
     Q_OBJECT

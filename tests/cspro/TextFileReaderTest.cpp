@@ -101,7 +101,7 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         const LocaleCodec codec("UTF-8");
         const FileOf file(content);
-        // Not compared by QCOMPARE, which would print megabytes.
+        // This is not compared by QCOMPARE, which would print megabytes.
         QVERIFY(file.blocks().join(QString()) == expected);
         QVERIFY(textfile::decode(content) == expected);
     }
@@ -110,7 +110,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("rest");
         QTest::addColumn<QByteArray>("lineEnd");
-        // The line feed before the second header stands so many bytes after the usual size.
+        // The line feed before the second header is this number of bytes after the usual size.
         for (const int rest : { 0, 1, 2, 5 }) {
             QTest::addRow("LF %d", rest) << rest << QByteArray("\n");
             QTest::addRow("CR LF %d", rest) << rest << QByteArray("\r\n");
@@ -140,7 +140,7 @@ private Q_SLOTS:
 
     void blockIsNotEndedInsideASection()
     {
-        // Nothing but the bracket at the begin of a line begins a section.
+        // Only a bracket at the beginning of a line begins a section.
         const QByteArray line = "Label=[not a header] [\n [Item]\n";
         const FileOf file("[Item]\n" + line.repeated(100000));
         QCOMPARE(file.blocks().size(), 1);
@@ -240,7 +240,7 @@ private Q_SLOTS:
     void deviceWithoutAnEndRaisesBadAlloc()
     {
         QVERIFY_THROWS_EXCEPTION(std::bad_alloc, TextFileReader{ "/dev/zero" });
-        // It ended at a gigabyte, not where memory gives out.
+        // The reading ended at a gigabyte, not when memory ran out.
         constexpr long gigabyte = 1 << 20; // in kilobytes
         rusage usage = {};
         QCOMPARE(getrusage(RUSAGE_SELF, &usage), 0);

@@ -45,7 +45,8 @@ QString invalidContentsMessage(int line)
         .arg(QChar(ushort(line)));
 }
 
-// The steps that turn the colons of a code into blanks, one by one; false where a text is left that never ends.
+// Performs, one by one, the steps that replace the colons of a code by blanks. Returns false if a text is left whose
+// reading never ends.
 bool stepsEndWithABlankText(QString text)
 {
     const int n = text.size();
@@ -58,7 +59,7 @@ bool stepsEndWithABlankText(QString text)
     return text.trimmed().isEmpty();
 }
 
-// One value without a list that would free it, and the set it goes to.
+// One value that no list frees, and the set that it is added to.
 class Split
 {
 public:
@@ -71,7 +72,7 @@ public:
     Split &operator=(const Split &) = delete;
     ~Split() { qDeleteAll(*set.items); }
 
-    // Whether it comes to an end.
+    // Returns whether the reading ends.
     bool run()
     {
         const OwnedDictionary dictionary;

@@ -14,7 +14,7 @@
 namespace
 {
 
-// A set of its own values: frees them, which a set alone does not.
+// A set that frees its values, which a plain set does not.
 class OwnedSet : public TCSProValueSet
 {
 public:
@@ -192,7 +192,7 @@ private Q_SLOTS:
         QCOMPARE(error->getClassName(), QString("CSProValueSet"));
         QCOMPARE(error->getCode(), 211);
         QCOMPARE(error->getText(), text);
-        // the error's own words and no line besides
+        // the text of the error and no further line
         QCOMPARE(log.taken(),
                  QStringList(QStringLiteral("Class : CSProValueSet\r\nError : \u00D3\r\n\r\nMessage : "
                                             "Unknow or not set error\r\n[%1 ]")
@@ -398,7 +398,7 @@ private Q_SLOTS:
         QCOMPARE(text.codes(), byText);
     }
 
-    // A null value stands before and after every other, so where it ends is the sort's own matter.
+    // A null value is less and greater than every other value, so its final position depends on the sort algorithm.
     void numericSortTakesNullValuesAsTheComparisonDoes_data()
     {
         QTest::addColumn<QStringList>("codes");

@@ -35,7 +35,7 @@ const econsistencyCheck everyMode[] = { ccNone, ccFrequencies, ccErrors, ccBoth 
 
 const QString replaced = QString(QChar(QChar::ReplacementCharacter));
 
-/// The numbers in so many bytes each.
+/// Returns the bytes of the numbers, \a size bytes for each.
 template <typename Numbers> QByteArray bytesOf(const Numbers &numbers, int size, bool isLowFirst)
 {
     QByteArray bytes;
@@ -46,7 +46,7 @@ template <typename Numbers> QByteArray bytesOf(const Numbers &numbers, int size,
     return bytes;
 }
 
-/// The text in UTF-16 or UTF-32, after a mark.
+/// Returns the text in UTF-16 or UTF-32, after a byte-order mark.
 QByteArray encoded(const QString &text, int size, bool isLowFirst)
 {
     const QString marked = QChar(QChar::ByteOrderMark) + text;
@@ -60,7 +60,7 @@ QByteArray encoded(const QString &text, int size, bool isLowFirst)
 
 } // namespace
 
-/// Lookup files that are none, and bytes that no lookup file should hold.
+/// Tests files that are no lookup files, and bytes that no lookup file should contain.
 class LookupBadInputTest : public QObject
 {
     Q_OBJECT
@@ -102,7 +102,7 @@ private Q_SLOTS:
     }
 
 #ifdef Q_OS_UNIX
-    void pipeIsNoLookupFile() // and nobody waits for its other end
+    void pipeIsNoLookupFile() // and the check does not wait for its other end
     {
         const QString name = folder.filePath("pipe");
         QCOMPARE(mkfifo(QFile::encodeName(name).constData(), 0600), 0);
@@ -200,7 +200,8 @@ private Q_SLOTS:
 
     void endOfALineMayFallBetweenTwoPieces()
     {
-        // Whatever the size of the pieces that the file is read in, it parts some line at each of its bytes.
+        // Whatever the size of the pieces in which the file is read, for each byte position in a line, some line is
+        // split there.
         constexpr int most = 70000;
         QByteArray bytes;
         int lines = 0;
@@ -317,7 +318,7 @@ private Q_SLOTS:
 
     void tenMillionIdenticalLines()
     {
-        constexpr int lines = sanitizesMemory ? 300000 : 10000000; // which takes too long under a sanitizer
+        constexpr int lines = sanitizesMemory ? 300000 : 10000000; // ten million lines take too long under a sanitizer
         constexpr int linesOfAPiece = 100000;
         write(QByteArray(), QByteArray("KEY value\n").repeated(linesOfAPiece), lines / linesOfAPiece);
         TVpLookup lookup;
@@ -348,7 +349,7 @@ private Q_SLOTS:
         lookup.setFfileName(path());
         lookup.consistencyCheck(econsistencyCheck(mode), frequencies, nullptr);
         QCOMPARE(pairsOf(lookup), (QStringList{ "AA=x", "B=z" }));
-        QTEST(TestAccess::errorCount(lookup), "count"); // they are counted all the same
+        QTEST(TestAccess::errorCount(lookup), "count"); // they are counted anyway
 
         // The message about the limit is among those that were dropped.
         lookup.consistencyCheck(ccErrors, frequencies, &errors);
@@ -387,7 +388,7 @@ private:
             qFatal("%s cannot be written", qPrintable(path()));
     }
 
-    // Without a limit, and so that every int of the frequencies is known.
+    // Checks without a limit of messages, and collects the ints of the frequencies.
     void check(TVpLookup &lookup, econsistencyCheck mode)
     {
         lookup.setMaxMessages(noLimit);

@@ -21,7 +21,7 @@ QString textOf(std::initializer_list<ushort> units)
     return text;
 }
 
-/// Adds each key with its place as its value, to the entries and to a map of the usual kind.
+/// Adds each key, with its position as its value, to the entries and to a standard map.
 struct Filled {
     explicit Filled(const QStringList &keys)
     {
@@ -38,7 +38,7 @@ struct Filled {
     bool agrees = true; ///< each answer was that of the map
 };
 
-/// A map of the caller, whose ints and those that replaced them go with it.
+/// A map of the caller. It frees its ints and those that replaced them.
 class CallersMap
 {
 public:
@@ -71,7 +71,7 @@ public:
             list.append(entry.first + '=' + QString::number(*entry.second));
         return list;
     }
-    /// How many ints have stood in the map in all.
+    /// Returns the total number of ints that have been in the map.
     int numbersMade() const { return int(numbers.size()); }
 
     std::map<QString, int *> map;
@@ -88,7 +88,7 @@ private:
 
 } // namespace
 
-/// What a check keeps while it reads: entries, their index, frequencies.
+/// Tests the data that a check keeps while it reads: entries, their index, frequencies.
 class LookupEntriesTest : public QObject
 {
     Q_OBJECT
@@ -96,9 +96,9 @@ class LookupEntriesTest : public QObject
 private Q_SLOTS:
     void hashIsThatOfTheCharacters()
     {
-        for (int size = 0; size < 20; ++size) { // whole words and what is left of them
+        for (int size = 0; size < 20; ++size) { // whole words of memory, and parts of one
             const QString text = QString("abcdefghijklmnopqrstuvwxyz").left(size);
-            const QString other = QString(" abcdefghijklmnopqrstuvwxyz").mid(1, size); // other memory
+            const QString other = QString(" abcdefghijklmnopqrstuvwxyz").mid(1, size); // the same text in other memory
             QCOMPARE(lookup::hashOf(text), lookup::hashOf(other));
         }
         QCOMPARE(lookup::hashOf(QString()), lookup::hashOf(QString("")));
@@ -112,7 +112,7 @@ private Q_SLOTS:
             hashes.insert(lookup::hashOf(QString::number(i)));
         for (int size = 1; size <= 100; ++size)
             hashes.insert(lookup::hashOf(QString(size, QChar(ushort(0)))));
-        // With 32 bits, a few of them may fall together by chance.
+        // With 32 bits, a few of them may be equal by chance.
         QVERIFY2(hashes.size() > count + 100 - 5, qPrintable(QString::number(hashes.size())));
     }
 
@@ -146,7 +146,7 @@ private Q_SLOTS:
     void indexGoesOnAtItsBeginning()
     {
         lookup::TextIndex index;
-        constexpr quint32 last = 0xFFFFFFFFU; // falls on the last place at every size
+        constexpr quint32 last = 0xFFFFFFFFU; // belongs to the last place at every size
         for (int i = 0; i < 400; ++i)
             index.add(last, i);
         for (int i = 0; i < 400; ++i)
@@ -158,7 +158,7 @@ private Q_SLOTS:
     {
         lookup::TextIndex index;
         for (int i = 0; i < 300; ++i)
-            index.add(quint32(i % 3) << 20, i); // all on one place of a small index
+            index.add(quint32(i % 3) << 20, i); // all in one place of a small index
         int asked = 0;
         QCOMPARE(index.find(1U << 20,
                             [&](int number) {
@@ -173,11 +173,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("keys");
         const QString far
-            = textOf({ 0xD83D, 0xDE00 }); // a pair of surrogates: below U+E000, as characters are compared
+            = textOf({ 0xD83D, 0xDE00 }); // a pair of surrogates: less than U+E000 in the order of characters
         const QString nul = textOf({ 0 });
         QStringList numbers;
         for (int i = 0; i < 3000; ++i)
-            numbers.append(QString::number(i)); // "10" is below "2": they ascend for a while only
+            numbers.append(QString::number(i)); // "10" is below "2": they ascend only for a while
         const QStringList falling(numbers.crbegin(), numbers.crend());
         const QString head = QString(300, 'k');
 
@@ -213,7 +213,7 @@ private Q_SLOTS:
         QFETCH(QStringList, keys);
         const Filled filled(keys);
         QVERIFY(filled.agrees);
-        // Entry by entry: a map that was filled in a wrong order would not find its own keys.
+        // Compares entry by entry: a map that was filled in a wrong order would not find its own keys.
         QVERIFY(std::equal(filled.map.begin(), filled.map.end(), filled.expected.begin(), filled.expected.end()));
         for (const auto &entry : filled.expected) {
             const auto found = filled.map.find(entry.first);
@@ -272,7 +272,7 @@ private Q_SLOTS:
         CallersMap counted;
         counted.count({ "A x", "B x", "C x" });
         QCOMPARE(counted.texts(), QStringList("x=1"));
-        QCOMPARE(counted.numbersMade(), 1); // what the check has made itself stays
+        QCOMPARE(counted.numbersMade(), 1); // the int that the check itself has made stays
     }
 
     void entryFromBeforeTheCheckIsReplacedOnce()
@@ -294,9 +294,9 @@ private Q_SLOTS:
 
     void keysOfOneHashAreDistinguished()
     {
-        constexpr quint32 shared = 42; // by chance, say
+        constexpr quint32 shared = 42; // assumed to be equal by chance
         lookup::Entries entries;
-        QVERIFY(entries.add("B", lookup::hashOf("B"), "b")); // hashes count from the first key that does not ascend
+        QVERIFY(entries.add("B", lookup::hashOf("B"), "b")); // from "B" on, hashes are used
         QVERIFY(entries.add("A", shared, "a"));
         QVERIFY(entries.add("C", shared, "c"));
         QVERIFY(!entries.add("A", shared, "later"));
@@ -352,7 +352,7 @@ private Q_SLOTS:
         QVERIFY(
             std::all_of(counted.map.begin(), counted.map.end(), [](const auto &entry) { return *entry.second == 1; }));
         for (const auto &entry : former)
-            delete entry.second; // replaced, every one
+            delete entry.second; // every int has been replaced
     }
 };
 

@@ -62,7 +62,7 @@ struct TestAccess {
     {
         lookup.issueErrorMessage(errors, message);
     }
-    // The operations take what they take.
+    // Pointers to the operations. With other parameters or results they would not compile.
     static constexpr bool (TVpLookup::*openOperation)() = &TVpLookup::openLookup;
     static constexpr bool (TVpLookup::*readOperation)() = &TVpLookup::readLookup;
     static constexpr bool (TVpLookup::*importOperation)(std::map<QString, int *> &, QStringList *)
@@ -126,7 +126,7 @@ namespace
 
 constexpr int noLimit = std::numeric_limits<int>::max();
 
-/// Frequencies whose ints go with them.
+/// Frequencies that free their ints.
 struct Frequencies {
     ~Frequencies()
     {
@@ -143,7 +143,7 @@ struct Frequencies {
     std::map<QString, int *> map;
 };
 
-/// Adds one virtual operation: its place shows how many TVpLookup has.
+/// Adds one virtual operation. Its place shows the number of virtual operations of TVpLookup.
 class DerivedLookup : public TVpLookup
 {
 public:
@@ -160,7 +160,7 @@ QStringList pairsOf(const TVpLookup &lookup)
 
 } // namespace
 
-/// The check of a lookup file.
+/// Tests the check of a lookup file.
 class LookupTest : public QObject
 {
     Q_OBJECT
@@ -477,7 +477,7 @@ private Q_SLOTS:
         check(lookup, ccErrors, "DD z");
         QCOMPARE(TestAccess::lineNumber(lookup), 1);
         QCOMPARE(pairsOf(lookup), QStringList("DD=z"));
-        QCOMPARE(errors, QStringList()); // the length of the first key too
+        QCOMPARE(errors, QStringList()); // this is the length of the first key too
         check(lookup, ccErrors, QString());
         QCOMPARE(TestAccess::lineNumber(lookup), 0);
         QCOMPARE(TestAccess::line(lookup), QString());
@@ -559,7 +559,7 @@ private Q_SLOTS:
         QVERIFY(errors.isEmpty() && counts.empty());
         QCOMPARE(TestAccess::lineNumber(lookup), 0);
         QCOMPARE(TestAccess::line(lookup), QString());
-        QCOMPARE(TestAccess::key(lookup), QString("A")); // as the check before left it
+        QCOMPARE(TestAccess::key(lookup), QString("A")); // unchanged since the check before
         QCOMPARE(TestAccess::value(lookup), QString("x"));
         QCOMPARE(TestAccess::errorCode(lookup), -1);
         QCOMPARE(TestAccess::errorText(lookup), QString());
@@ -658,7 +658,7 @@ private Q_SLOTS:
         write("A x\n");
         TVpLookup lookup;
         lookup.updateFileName(QString());
-        QVERIFY(!TestAccess::isAccepted(lookup)); // there is none to keep
+        QVERIFY(!TestAccess::isAccepted(lookup)); // there is no file name to keep
         lookup.updateFileName("/nowhere/absent.txt");
         QVERIFY(!TestAccess::isAccepted(lookup));
         QCOMPARE(lookup.getFfileName(), QString());
@@ -799,8 +799,8 @@ private Q_SLOTS:
         lookup.setFfileName("/nowhere");
         lookup.consistencyCheck(ccBoth, frequencies.map, &errors);
         QCOMPARE(TestAccess::numbers(lookup).consistency, ccBoth);
-        QVERIFY(errors.isEmpty() && frequencies.map.empty()); // all that the caller sees
-        // Nothing takes it back.
+        QVERIFY(errors.isEmpty() && frequencies.map.empty()); // the caller sees nothing else
+        // Nothing resets it.
         check(lookup, ccErrors, "A x\n");
         QCOMPARE(TestAccess::errorCode(lookup), 1);
         QCOMPARE(TestAccess::errorText(lookup), QString("Input data file [/nowhere] was not found"));
@@ -1023,11 +1023,11 @@ private Q_SLOTS:
         lookup::TextIndex index;
         const auto is = [](int wanted) { return [wanted](int number) { return number == wanted; }; };
         QCOMPARE(index.find(1, is(0)), -1);
-        for (int number = 0; number < 5000; ++number) // grows on the way
+        for (int number = 0; number < 5000; ++number) // the index grows during the loop
             index.add(number % 2 ? 1 : quint32(number), number);
         for (const int number : { 0, 1, 2, 3, 4999 })
             QCOMPARE(index.find(number % 2 ? 1 : quint32(number), is(number)), number);
-        QCOMPARE(index.find(1, is(2)), -1); // of another hash
+        QCOMPARE(index.find(1, is(2)), -1); // the number has another hash
         QCOMPARE(index.find(7, is(7)), -1);
     }
 
@@ -1050,7 +1050,7 @@ private:
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("%s cannot be written", qPrintable(path()));
     }
-    // Puts what cannot be read in place of the open file, which keeps its size.
+    // Replaces the descriptor of the open file with one that cannot be read. The size of the file stays the same.
     void makeReadingFail() const
     {
         const int unreadable = open(QFile::encodeName(path()).constData(), O_WRONLY | O_CLOEXEC);

@@ -9,7 +9,7 @@
 #include <map>
 #include <utility>
 
-// The caller's layer gives these their content.
+// The caller's layer defines the content of these classes.
 class TVanDataset
 {
 };
@@ -77,7 +77,7 @@ template <typename Report> void addTextsOf(const char *subject, const char *capt
 
 } // namespace
 
-/// Which empty texts of lookups and their reports are null, and which are not.
+/// Tests which empty texts of lookups and their reports are null, and which are not.
 class LookupTextsTest : public QObject
 {
     Q_OBJECT
@@ -102,7 +102,7 @@ private Q_SLOTS:
         QVERIFY(isWithoutMemory(text));
     }
 
-    // The words of a check begin as null texts.
+    // Key and value begin as null texts.
     void valueIsNullBeforeTheFirstSeparatorAlone()
     {
         const TVpLookup lookup = checked("x\nA;\ny\nB;b\n");

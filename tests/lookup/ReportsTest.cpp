@@ -7,7 +7,7 @@
 
 #include <type_traits>
 
-// The caller's layer gives these their content.
+// The caller's layer defines the content of these classes.
 class TVanDataset
 {
 };
@@ -36,7 +36,7 @@ CALLABLE(SetsIdCaption, setIdLabel(QString()));
 CALLABLE(SetsLabelCaption, setLabelLabel(QString()));
 CALLABLE(SetsFileCaption, setDataFileLabel(QString()));
 
-/// Translates what is of QObject's context.
+/// Translates the texts of QObject's context.
 class MarkingTranslator : public QTranslator
 {
 public:
@@ -161,7 +161,7 @@ private Q_SLOTS:
         ReportLookup lookup;
         lookup.setLabelValue("label");
         QCOMPARE(valuesOf(lookup), (QStringList{ "", "label", "" }));
-        lookup.setConsistency(econsistencyCheck(7)); // not judged
+        lookup.setConsistency(econsistencyCheck(7)); // not tested by the setter
         QCOMPARE(int(lookup.getConsistency()), 7);
     }
 
@@ -210,7 +210,7 @@ private Q_SLOTS:
         QVERIFY(report.frequenciesTree()["a"] == &one);
         report.setFrequenciesTree(report.frequenciesTree());
         QCOMPARE(report.frequenciesTree().size(), size_t(1));
-        report.setFrequenciesTree({ { "b", &two } }); // in place of what was there
+        report.setFrequenciesTree({ { "b", &two } }); // replaces the former map
         QCOMPARE(report.frequenciesTree(), (std::map<QString, int *>{ { "b", &two } }));
         report.setFrequenciesTree({});
         QVERIFY(report.frequenciesTree().empty());

@@ -1,5 +1,5 @@
 #ifdef __GNUC__
-#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted as what they are
+#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted through a pointer to their own class
 #endif
 
 #include "import/Constants.h"
@@ -25,11 +25,11 @@ namespace
 
 template <typename Value> using Held = Value;
 
-// Values that no field begins with: three a type, of which no two neighbours are the same.
+// Values that are not the default of any field: three of each type, of which no two adjacent ones are equal.
 template <typename Value> Value sample(int number)
 {
     if constexpr (std::is_pointer_v<Value>) {
-        // Held, and never followed.
+        // Pointers that are stored and never followed.
         static std::max_align_t places[3];
         return reinterpret_cast<Value>(&places[number]);
     } else if constexpr (std::is_same_v<Value, bool>) {
@@ -79,10 +79,10 @@ template <typename Value> bool isSame(const Value &a, const Value &b)
         return a == b;
 }
 
-/// A record, whatever its class is.
+/// A record of any class.
 using AnyRecord = std::shared_ptr<void>;
 
-/// One field of a record, whatever the types are.
+/// One field of a record, of any type.
 class Field
 {
 public:
@@ -189,7 +189,7 @@ public:
         return assigned;
     }
 
-    // `checked` holds no more than a flag.
+    // `checked` is only a flag.
     Value value(int number) const
     {
         if constexpr (std::is_same_v<Value, int>) {
@@ -220,7 +220,7 @@ private:
 
 using Fields = std::vector<const Field *>;
 
-/// The table, as objects.
+/// The rows of the table as objects.
 class Table
 {
 public:
@@ -266,7 +266,7 @@ private:
     }
 };
 
-// The fields that differ from those of a new record in which this one was set, or none.
+// Returns the fields that differ from those of a new record, in which only this field, or no field, was set.
 QStringList differences(const Fields &fields, const Field *set, const AnyRecord &record)
 {
     QStringList names;
@@ -277,7 +277,7 @@ QStringList differences(const Fields &fields, const Field *set, const AnyRecord 
     return names;
 }
 
-// The fields that hold anything at all.
+// Returns the fields whose value is not empty.
 QStringList setFields(const Fields &fields, const AnyRecord &record)
 {
     QStringList names;
@@ -292,7 +292,7 @@ const QStringList trulyMoved = { "ConfigToolsExtend", "ConfigToolsSplit", "Selec
 
 } // namespace
 
-/// Every accessor of the records, from the table.
+/// Tests every accessor of the records in the table.
 class AccessorsTest : public QObject
 {
     Q_OBJECT
@@ -320,7 +320,7 @@ private Q_SLOTS:
             QVERIFY2(!field->isNotNull(field->makeRecord()), qPrintable(field->name));
     }
 
-    // By each setter, read by each getter.
+    // Set by each setter, read by each getter.
     void everyFieldHoldsWhatWasSet()
     {
         for (const auto &field : table.fields) {
@@ -341,7 +341,7 @@ private Q_SLOTS:
             QCOMPARE(differences(fields(), field, field->makeRecordWithIt()), QStringList());
     }
 
-    // Field by field, so that none stands for another.
+    // Tested field by field, so that no field is confused with another.
     void copyHoldsEveryFieldAndItsSourceKeepsIt_data() { addRows(table.records()); }
     void copyHoldsEveryFieldAndItsSourceKeepsIt()
     {
@@ -354,7 +354,8 @@ private Q_SLOTS:
         }
     }
 
-    // Alone and with a copy that shares what copies share; the record can be written to afterwards.
+    // Tested without a copy, and with a copy that shares objects with the record. The record can be written to
+    // afterwards.
     void assignmentToItselfChangesNothing_data() { addRows(table.records()); }
     void assignmentToItselfChangesNothing()
     {
@@ -406,7 +407,8 @@ private Q_SLOTS:
         }
     }
 
-    // In order and without a test for doubles; a record that a move made gets a list then.
+    // Entries are appended in order, without a test for duplicates. A record that a move made gets a list with its
+    // first entry.
     void everyAdderAppends_data() { addRows(recordsWithAdders()); }
     void everyAdderAppends()
     {
@@ -429,7 +431,7 @@ private:
             QTest::newRow(qPrintable(record)) << record;
     }
 
-    // Of the record whose row it is.
+    // Returns the fields of the record that the row names.
     Fields fields() const
     {
         QFETCH(QString, record);

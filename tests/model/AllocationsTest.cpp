@@ -23,7 +23,7 @@ struct Allocation {
     std::size_t size;
 };
 
-/// What new gave and delete took, in order.
+/// The blocks that new allocated and delete freed, in order.
 struct AllocationLog {
     Places ofSize(std::size_t size) const
     {
@@ -59,7 +59,7 @@ template <typename Action> AllocationLog logOf(Action action)
     return log;
 }
 
-// What the log itself allocates is not noted.
+// The log does not record its own allocations.
 template <typename Note> void noteInLog(Note note)
 {
     AllocationLog *const log = std::exchange(currentLog, nullptr);
@@ -84,8 +84,8 @@ void release(void *place)
 
 } // namespace
 
-// Every object of the program, the library's included, goes this way; new stands beside delete for the sanitizers,
-// which want the two to match.
+// Every object of the program, the library's included, is allocated here. New and delete are replaced together because
+// the sanitizers require the two to match.
 void *operator new(std::size_t size)
 {
     if (void *place = allocate(size))
@@ -105,7 +105,7 @@ void operator delete(void *place, std::size_t /*size*/) noexcept
     release(place);
 }
 
-/// What the records make on the heap, in which order, and that they free none of it.
+/// Tests which objects the records make on the heap, in which order, and that they free none of them.
 class AllocationsTest : public QObject
 {
     Q_OBJECT

@@ -12,7 +12,7 @@
 #include <QtTest>
 
 #ifdef __GNUC__
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor" // an entity's is meant to be
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor" // the destructor of an entity is not virtual: this is intended
 #endif
 
 namespace
@@ -85,7 +85,7 @@ private:
 
 } // namespace
 
-/// Each override is what the base's callers reach.
+/// Tests that callers of the base reach each override.
 class OverridesTest : public QObject
 {
     Q_OBJECT
@@ -138,7 +138,7 @@ private Q_SLOTS:
     }
 
 #ifdef SUPPORT_HAS_VIRTUALSLOT
-    // Those of the importer and the field stand in their own tests.
+    // Those of the importer and the field are in their own tests.
     void onlyOperationOfAnEntityStandsFirst()
     {
         QCOMPARE(int(virtualSlot(&TVpEntity::toString)), 0);

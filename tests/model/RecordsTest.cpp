@@ -1,5 +1,5 @@
 #ifdef __GNUC__
-#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted as what they are
+#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted through a pointer to their own class
 #endif
 
 #include "import/Model_VanAdmin.h"
@@ -36,13 +36,13 @@ TVpEntity *newEntity(const QString &name, TVpEntity *parent = nullptr)
     return entity;
 }
 
-/// How a search ended. `found` is null where the result was made for the search.
+/// Result of a search. `found` is null if the returned entity was made for the search.
 struct Search {
     const TVpEntity *found;
     bool isSuccess; ///< the result has the name that was wanted
 };
 
-// The rules of the search, as a recursion.
+// Recursive form of the search.
 Search recursiveSearch(const TVpEntity &entity, const QString &wanted)
 {
     if (entity.getName() == wanted)
@@ -59,8 +59,7 @@ Search recursiveSearch(const TVpEntity &entity, const QString &wanted)
 
 } // namespace
 
-/// Rules of the records that the table of accessors does not cover: what copies share, what moves take, what
-/// constructors make.
+/// Tests the rules of the records that the table of accessors does not cover: copies, moves and constructors.
 class RecordsTest : public QObject
 {
     Q_OBJECT
@@ -110,7 +109,7 @@ private Q_SLOTS:
         QVERIFY(found != child && found != &root);
         newEntity("nullEntity", child);
         QVERIFY(root.findEntity("nullEntity") == child->getChildren()->first());
-        // The search below the first child ends before the second one is looked at.
+        // The search below the first child ends before the second child is visited.
         TVpEntity other;
         newEntity("a", &other);
         TVpEntity *named = newEntity("nullEntity", &other);
@@ -299,7 +298,7 @@ private Q_SLOTS:
         variable = copy;
         QCOMPARE(variable.getName(), QString("b"));
         TVpVariable &same = variable;
-        variable = same; // to itself
+        variable = same; // assigned to itself
         QCOMPARE(variable.getName(), QString("b"));
         MetadataDataSource source;
         QString field("f");
@@ -657,7 +656,7 @@ private:
         QVERIFY((record.*get)() == value);
     }
 
-    // What is appended through a copy shows in the source.
+    // An entry that is appended through a copy is in the source too.
     template <typename Record, typename Append, typename ListOf>
     static void shareLists(Record &record, Append append, ListOf listOf)
     {

@@ -38,7 +38,8 @@ QByteArray jsonDictionary()
     return text + R"(]}, "records": []}]})";
 }
 
-// Reads the file piece by piece: a program with much memory in use gives its children a high peak.
+// Returns the number of lines. Reads the file piece by piece, since a program with much memory in use gives its
+// children a high peak.
 int linesIn(const QString &fileName)
 {
     QFile file(fileName);

@@ -26,7 +26,7 @@ struct TestAccess {
     }
 };
 
-/// What is looked at before ReadStat reads a file, and the large pieces in which it may read.
+/// Tests the checks before ReadStat reads a file, and the large pieces in which it may read.
 class FileGuardsTest : public QObject
 {
     Q_OBJECT
@@ -86,7 +86,7 @@ private Q_SLOTS:
         QFETCH(bool, isBigEndian);
         QFETCH(bool, isSafe);
         SpssBytes file(isBigEndian);
-        // All records that may stand between the variables and the one that matters.
+        // All records that may be between the variables and the record that matters.
         file.variables(count, false);
         file.valueLabels();
         file.documents();
@@ -217,7 +217,7 @@ private Q_SLOTS:
         for (const int sets : { most, most + 1 }) {
             SpssBytes file;
             file.variables(variables);
-            // In several records, as one after the other costs as much.
+            // The sets are in several records: records one after the other cost as much.
             file.extension(subtype, set.repeated(sets - 5000));
             file.extension(subtype, set.repeated(5000));
             file.end();
@@ -325,12 +325,12 @@ private Q_SLOTS:
         std::vector<char> bytes(size);
         QCOMPARE(int(io.read(bytes.data(), 1, io.io_ctx)), 1);
         QCOMPARE(file.error(), 0);
-        io.close(io.io_ctx); // from here on the system refuses
+        io.close(io.io_ctx); // from now on the system refuses
         const auto given = int(io.read(bytes.data(), bytes.size(), io.io_ctx));
         QVERIFY(given > 0 && given < size);
         QCOMPARE(std::count(bytes.begin(), bytes.begin() + given, 'a'), qptrdiff(given));
         QVERIFY(file.error() != 0);
-        // Not -1, which ReadStat takes for as many bytes as it asked for.
+        // The result is not -1, which ReadStat would treat as the number of bytes that it requested.
         QCOMPARE(int(io.read(bytes.data(), 1, io.io_ctx)), 0);
         QCOMPARE(io.open(path.constData(), io.io_ctx), 0);
         QCOMPARE(file.error(), 0);
@@ -340,7 +340,7 @@ private Q_SLOTS:
     void failureToReadTheFirstByteIsAnError()
     {
         statistical::BufferedFile file;
-        QVERIFY(file.open("/proc/self/mem")); // the address 0 holds nothing
+        QVERIFY(file.open("/proc/self/mem")); // there is nothing at the address 0
         char byte = 'x';
         QCOMPARE(file.read(&byte, 1), Q_INT64_C(0));
         QCOMPARE(file.error(), EIO);
@@ -356,7 +356,7 @@ private Q_SLOTS:
         QCOMPARE(file.seek(largest - 1, READSTAT_SEEK_CUR), Q_INT64_C(-1));
         QCOMPARE(file.seek(largest, READSTAT_SEEK_END), Q_INT64_C(-1));
         char byte = 0;
-        QCOMPARE(file.read(&byte, 1), Q_INT64_C(1)); // the place is the former one
+        QCOMPARE(file.read(&byte, 1), Q_INT64_C(1)); // the position has not changed
         QCOMPARE(byte, 'c');
     }
 
@@ -405,7 +405,7 @@ private Q_SLOTS:
         const QString path = folder.filePath(QStringLiteral("large"));
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(file.resize(far)); // holds no blocks on the disk
+        QVERIFY(file.resize(far)); // takes no space on the disk
         QVERIFY(file.seek(far));
         QCOMPARE(file.write("end"), qint64(3));
         file.close();

@@ -35,7 +35,7 @@ Calls &calls()
     return made;
 }
 
-// The function of ReadStat after the one of the same name that stands below.
+// Records a call and returns ReadStat's function of this name, which a function below replaces in this program.
 template <typename Function> Function *behind(const char *name)
 {
     if (!calls().isOfReadStat)
@@ -61,7 +61,7 @@ template <typename Function> Function *behind(const char *name)
         return behind<decltype(name)>(#name)(parser, path, context);                                                   \
     }
 
-// All that is set on a parser. The program takes these instead of ReadStat's.
+// All functions that set something on a parser, and those that parse. The program calls these instead of ReadStat's.
 COUNTED_SETTER(readstat_set_metadata_handler, readstat_metadata_handler)
 COUNTED_SETTER(readstat_set_note_handler, readstat_note_handler)
 COUNTED_SETTER(readstat_set_variable_handler, readstat_variable_handler)
@@ -83,7 +83,7 @@ COUNTED_SETTER(readstat_set_row_offset, long)
 COUNTED_PARSE(readstat_parse_dta)
 COUNTED_PARSE(readstat_parse_sav)
 
-// Both set something of their own.
+// Both functions call setters themselves.
 EXPORTED readstat_parser_t *readstat_parser_init(void)
 {
     auto *function = behind<decltype(readstat_parser_init)>("readstat_parser_init");
@@ -98,7 +98,7 @@ EXPORTED void readstat_parser_free(readstat_parser_t *parser)
     function(parser);
 }
 
-/// What is asked of ReadStat.
+/// Tests the calls of ReadStat.
 class ReadStatCallsTest : public QObject
 {
     Q_OBJECT

@@ -27,7 +27,7 @@ struct TestAccess {
 namespace
 {
 
-// Of the bytes up to here each bit counts.
+// Each bit of the bytes up to here matters.
 constexpr int headSize = 400;
 
 const QString made = QStringLiteral(VAN_MADE_DATA "/");
@@ -37,7 +37,7 @@ bool isStata(const QString &path)
     return path.endsWith(QLatin1String(".dta"));
 }
 
-/// What an importer makes of a file: its fields, and the line that it writes.
+/// The results of an importer for a file: its fields, and the line that it writes.
 struct Outcome {
     bool isOpen = false;
     QStringList fields;
@@ -50,7 +50,7 @@ struct Outcome {
     }
 };
 
-// Frees what the importer has made: thousands are opened here.
+// Frees the objects that the importer has made, since thousands are opened here.
 template <typename Importer> void freeAll(Importer &importer)
 {
     qDeleteAll(TestAccess::fields(importer));
@@ -101,7 +101,7 @@ Outcome outcomeOf(const QString &path, bool isBuffered)
     return openWith(importer);
 }
 
-// Both ways of reading give the same; the one result is handed back.
+// Verifies that both ways of reading have the same result, and returns it.
 Outcome outcomeOf(const QString &path)
 {
     const Outcome plain = outcomeOf(path, false);
@@ -112,7 +112,7 @@ Outcome outcomeOf(const QString &path)
     return plain == buffered ? plain : Outcome();
 }
 
-// The same for a Stata file, its line taken from where a new importer writes it.
+// Does the same for a Stata file, with the line that a new importer writes to standard output.
 Outcome outcomeOnStandardOutput(const QString &path, bool isBuffered)
 {
     const DebugCapture quiet;
@@ -170,7 +170,7 @@ void addMadeFiles()
 
 } // namespace
 
-/// Damaged and foreign files: every one opens with what could be read, in both ways of reading.
+/// Tests damaged and foreign files: each one opens with the parts that could be read, in both ways of reading.
 class StatisticalBadInputTest : public QObject
 {
     Q_OBJECT
@@ -350,7 +350,7 @@ private Q_SLOTS:
         const QStringList expected(QStringLiteral("v|V|1|2|1|2|1 Yes\t2 No\t"));
         QCOMPARE(outcomeOf(path).fields, expected);
 
-        // After the field with the variable stands what follows in the file, which is not of the name.
+        // The bytes after the field with the variable's name are not part of the name.
         const int place = int(bytes.find(name));
         QByteArray followed(bytes.data(), int(bytes.size()));
         followed[place + size] = 'x';
@@ -358,7 +358,7 @@ private Q_SLOTS:
         QVERIFY(outcome.isOpen);
     }
 
-    // Each of 8,000 labels begins at the one long text of their set.
+    // Each of 8,000 labels begins at the same long text of their set.
     void labelsThatShareTheirTextsAreBounded()
     {
         constexpr int labels = 8000;
@@ -403,7 +403,7 @@ private Q_SLOTS:
             statistical::Reading reading(statistical::spss);
             statistical::addValueLabel(sets, "set", value, "label", reading, kept);
         };
-        addOnce(); // what is made once stays
+        addOnce(); // objects that are made once stay
         const long before = scarce::blocksHeld;
         const int failures = scarce::runShort(addOnce);
         const long after = scarce::blocksHeld;
@@ -425,7 +425,8 @@ private Q_SLOTS:
     }
 
 private:
-    // Nine fields, of which those at the given places are looked at whole, and what stands on standard output.
+    // Verifies that both ways of reading find nine fields, of which those at the given indexes are compared completely,
+    // and write this line to standard output.
     static void verifyInBothWays(const QString &path, size_t labelSets, const std::map<int, const char *> &fields,
                                  const QByteArray &line)
     {
@@ -450,7 +451,8 @@ private:
         return path;
     }
 
-    // The longest beginning of a Stata file in which ReadStat's passes end as is wanted; "" if there is none.
+    // The longest beginning of a Stata file for which ReadStat's passes end with the wanted results; "" if there is
+    // none.
     template <typename Wanted> QString cutWhere(Wanted isWanted)
     {
         const QString path = write(QStringLiteral("cut.dta"), bytesOf(made + QStringLiteral("types-118.dta")));

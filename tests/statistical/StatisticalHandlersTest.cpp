@@ -123,7 +123,7 @@ public:
     TSPSSDataImport spss;
 };
 
-// The two formats as rows.
+// Adds a row for each of the two formats.
 void addTwins()
 {
     QTest::addColumn<bool>("isSpss");
@@ -143,7 +143,7 @@ QString nines(int count)
 
 } // namespace
 
-/// What the handlers make of the labels and variables that ReadStat reports.
+/// Tests the results of the handlers for the labels and variables that ReadStat reports.
 class StatisticalHandlersTest : public QObject
 {
     Q_OBJECT
@@ -360,7 +360,7 @@ private Q_SLOTS:
         };
         const TGenericField &field = twin.field(READSTAT_TYPE_STRING, "F2", "set", prepare);
         QCOMPARE(int(field.type), int(vtNone));
-        // It counts as no number: its labels do not become its range.
+        // It does not count as a number: its labels do not become its range.
         QCOMPARE(field.valueLabels, QStringLiteral("3 Three\t"));
         QCOMPARE(field.maximum, QStringLiteral("99"));
     }
@@ -390,7 +390,7 @@ private Q_SLOTS:
         };
         const TGenericField &field = twin.field(READSTAT_TYPE_STRING, "", nullptr, prepare);
         QCOMPARE(field.name, QString::fromUtf8("\xC3\x89tat"));
-        // Stata's labels are taken byte by byte, although ReadStat hands over UTF-8.
+        // Stata's labels are read byte by byte, although ReadStat delivers UTF-8.
         QCOMPARE(field.label, isSpss ? QString::fromUtf8("Caf\xC3\xA9") : QString::fromLatin1("Caf\xC3\xA9"));
     }
 
@@ -462,7 +462,7 @@ private Q_SLOTS:
             const TGenericField &field = twin.field(
                 type, "%8.0g", nullptr, [&](readstat_variable_t &variable) { variable.storage_width = storage; });
             QTEST(field.length, "width");
-            // Texts have a range all the same.
+            // Texts have a range nevertheless.
             QCOMPARE(field.minimum, QStringLiteral("0"));
             QTEST(int(field.maximum.size()), "count");
             QCOMPARE(field.maximum.count(QLatin1Char('9')), field.maximum.size());
@@ -608,7 +608,7 @@ private Q_SLOTS:
         QCOMPARE(field.valueLabels, QString());
         QCOMPARE(field.minimum, QStringLiteral("0"));
         QCOMPARE(field.maximum, QStringLiteral("9"));
-        QCOMPARE(twin.sets().size(), size_t(1)); // none is made by asking
+        QCOMPARE(twin.sets().size(), size_t(1)); // a search makes none
     }
 
     void nullLabelIsPassedOver_data() { addTwins(); }
@@ -775,7 +775,7 @@ private Q_SLOTS:
     }
 };
 
-// As a child of itself the program hands over a value of no type.
+// The program runs itself as a child process, which passes a value of an unknown type.
 int main(int argc, char **argv)
 {
     if (argc == 4 && std::strcmp(argv[1], "-unknown-type") == 0) {

@@ -66,7 +66,7 @@ CALLABLE(SeesVariables, variables);
 CALLABLE(SeesAddresses, variablesByName);
 CALLABLE(SeesLabelSets, labelSets);
 
-// An importer of one's own, and what it may write on itself.
+// A subclass of an importer, and the members that it may write.
 template <typename Importer> struct Heir : Importer {
     CALLABLE(CallsOpening, openFile());
     CALLABLE(CallsReading, openRead(QString()));
@@ -131,7 +131,7 @@ template <typename Importer> QStringList read(const QString &path)
 
 } // namespace
 
-/// Whole Stata and SPSS files through their importers.
+/// Tests whole Stata and SPSS files with their importers.
 class StatisticalImportTest : public QObject
 {
     Q_OBJECT
@@ -245,7 +245,7 @@ private Q_SLOTS:
 
     void setOfWhichNoLabelHasATextIsEmpty()
     {
-        // A variable names a set that the file does not hold.
+        // A variable names a set that is not in the file.
         StatFile file(StatFile::dta, 118);
         const auto *set = file.intLabels("set", { { 1, "One" } });
         file.variable("v", READSTAT_TYPE_INT8, "V", "%8.0g", set);
@@ -584,7 +584,7 @@ private:
         Importer assigned;
         assigned = importer;
         Importer &same = assigned;
-        assigned = same; // to itself: nothing changes
+        assigned = same; // assignment to itself changes nothing
         for (Importer *other : { &copy, &assigned }) {
             QCOMPARE(TestAccess::id(*other), TestAccess::id(importer));
             QVERIFY(TestAccess::variables(*other) == TestAccess::variables(importer));
@@ -608,7 +608,7 @@ private:
         openedNames(importer);
         const Importer moved(std::move(importer));
         QCOMPARE(moved.getSourceName(), QString());
-        QVERIFY(TestAccess::hasList(moved)); // as the default constructor
+        QVERIFY(TestAccess::hasList(moved)); // as from the default constructor
         QVERIFY(TestAccess::fields(moved).isEmpty());
         QVERIFY(TestAccess::variables(moved).empty());
         QVERIFY(TestAccess::labelSets(moved).empty());

@@ -70,7 +70,7 @@ Outcome outcomeOf(const QString &name, qint64 goodBytes, bool isBuffered, bool h
 
 } // namespace
 
-/// A disk that fails while a Stata or SPSS file is read.
+/// Tests a disk that fails while a Stata or SPSS file is read.
 class StatisticalReadFailureTest : public QObject
 {
     Q_OBJECT
@@ -128,7 +128,7 @@ private Q_SLOTS:
         QCOMPARE(outcomeOf(name, 500, false, true).failures, 1);
     }
 
-    // Without a report, ReadStat reads as it does by itself, and the dictionary is looked at before that.
+    // Without a report, ReadStat reads as it does by itself, and the dictionary is examined before that.
     void spssFileIsNotHandedToReadStatWhereItsDictionaryCannotBeRead()
     {
         const Outcome outcome = outcomeOf(QStringLiteral("types.sav"), 500, false, false);

@@ -47,7 +47,7 @@ void addTextsOf(const char *subject, readstat_type_t type, Labels labels, const 
 
 } // namespace
 
-/// That the texts of a field of a statistical file are never null.
+/// Tests that the texts of a field of a statistical file are never null.
 class StatisticalTextsTest : public QObject
 {
     Q_OBJECT

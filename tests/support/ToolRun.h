@@ -99,7 +99,8 @@ inline QByteArray inUtf16(const QString &text)
     return bytes;
 }
 
-/// Verifies that a run wrote no result and reported this in one line, which begins with a subject and has more text.
+/// Verifies that a run ended without a result and reported this in one line, which begins with a subject and has more
+/// text.
 inline void verifyComplaint(const Run &run, const QByteArray &subject)
 {
     const QByteArray beginning = "vanlayout: " + subject;

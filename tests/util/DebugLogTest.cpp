@@ -18,7 +18,7 @@ QDebug operator<<(QDebug debug, const Counted &)
     return debug << "counted";
 }
 
-// What one line reads as in the log.
+// Returns the text of one line in the log.
 template <typename... Parts> QStringList logged(const Parts &...parts)
 {
     const DebugCapture capture;

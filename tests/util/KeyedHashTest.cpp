@@ -18,7 +18,7 @@ size_t hashOfAText()
     return KeyedHash()(QString("a text"));
 }
 
-// Of 64 bits, no two of some thousands should be alike.
+// No two of some thousand hashes of 64 bits should be equal.
 template <typename Keys> size_t differentHashes(const Keys &keys)
 {
     std::set<size_t> hashes;
@@ -39,7 +39,7 @@ private Q_SLOTS:
         const KeyedHash hash;
         const QString whole = " abcdefghijklmnopqrstuvwxyz";
         for (int size = 0; size < whole.size(); ++size) {
-            const QString text = whole.mid(1, size); // other memory
+            const QString text = whole.mid(1, size); // the same text in other memory
             QCOMPARE(hash(QStringView(whole).mid(1, size)), hash(text));
         }
         QCOMPARE(hash(QString()), hash(QString("")));
@@ -77,7 +77,7 @@ private Q_SLOTS:
         QCOMPARE(differentHashes(keys), size_t(count));
     }
 
-    // Otherwise whoever has seen the hashes of one process could make a file for the next.
+    // Otherwise, someone who has seen the hashes of one process could make a file for the next one.
     void eachProcessHasItsOwnKey()
     {
         QProcess other;

@@ -24,7 +24,7 @@ quint64 bitsOf(double value)
     return bits;
 }
 
-// The same number, signs of zeros included; two that are no number are the same.
+// Returns whether two numbers are the same, signs of zeros included. Two NaNs are the same.
 bool isSame(double left, double right)
 {
     return (std::isnan(left) && std::isnan(right)) || bitsOf(left) == bitsOf(right);
@@ -37,8 +37,8 @@ double doubleOfQt(const QString &text)
     return ok ? number : 0.0;
 }
 
-// Whether every conversion of a text gives what Qt gives; says what differs.
-// Qt 6 accepts fewer blanks and signs than Qt 5, and stops at a NUL; its locales read numbers as Qt 5 does.
+// Tests whether every conversion of a text has the result of Qt, and reports the difference. Qt 6 accepts fewer blanks
+// and signs than Qt 5, and stops at a NUL; its locales read numbers as Qt 5 does.
 int intOfQt(const QString &text, bool *ok)
 {
     const auto isPlain = [](QChar unit) { return unit.unicode() > 0 && unit.unicode() < 0x80; };

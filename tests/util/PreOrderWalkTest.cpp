@@ -8,8 +8,8 @@ namespace
 constexpr int branching = 3;
 constexpr int levels = 3;
 
-/// The paths of a tree in which every node above the last level has three children, such as "102", and what the walk
-/// asked of it.
+/// The paths, such as "102", of a tree in which every node above the last level has three children, and the calls of
+/// the walk.
 struct Paths {
     struct Node {
         QString path;
@@ -42,7 +42,7 @@ void addPathsBelow(const QString &path, QStringList &paths)
     }
 }
 
-/// A chain of numbers, each below the one before it. 0 is no node.
+/// A chain of numbers. Each number is the child of the one before it; 0 is no node.
 struct Chain {
     using Node = int;
 
@@ -63,7 +63,7 @@ QStringList visitedFrom(const QString &path)
 
 } // namespace
 
-/// The walk through a tree that keeps its way in a list.
+/// Tests the walk through a tree that keeps its path in a list.
 class PreOrderWalkTest : public QObject
 {
     Q_OBJECT
@@ -110,7 +110,7 @@ private Q_SLOTS:
         QVERIFY(walk.goOn());
         QCOMPARE(walk.node().path, QString("01"));
         QVERIFY(walk.goOn());
-        QVERIFY(walk.goOn()); // "02" is the last one below "0"
+        QVERIFY(walk.goOn()); // "02" is the last node below "0"
         QCOMPARE(walk.node().path, QString("1"));
         QVERIFY(walk.goOn());
         QVERIFY(!walk.goOn());

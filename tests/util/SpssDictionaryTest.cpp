@@ -43,7 +43,7 @@ template <typename Fill> QByteArray recordsOf(Fill fill)
     return records.bytes;
 }
 
-/// One record of each kind, with what may be after it.
+/// One record of each kind, with the records that may follow it.
 QByteArray everyRecord(bool isBigEndian)
 {
     SpssBytes file(isBigEndian);
@@ -133,7 +133,7 @@ private:
 
 } // namespace
 
-/// The walk through the dictionary of an SPSS file before ReadStat, held against ReadStat.
+/// Tests the walk through the dictionary of an SPSS file before ReadStat reads it, and compares it with ReadStat.
 class SpssDictionaryTest : public QObject
 {
     Q_OBJECT
@@ -160,7 +160,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("isWhole");
         const auto addRow
             = [](const char *name, bool isWhole, auto fill) { QTest::newRow(name) << recordsOf(fill) << isWhole; };
-        // 32 bits make 16 bytes of these lines.
+        // In 32 bits the size of these lines is 16 bytes.
         addRow("documents beyond 32 bits", true, [](SpssBytes &file) {
             file.numbers({ SpssBytes::documentsRecord, 0x0CCCCCCD });
             file.bytes += QByteArray(16, ' ');
@@ -197,7 +197,7 @@ private Q_SLOTS:
         addRow("extension of no elements", false, [](SpssBytes &file) {
             file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, 5, 0 });
         });
-        // As a place in a file this is 8 GB before the record.
+        // As a position in a file this is 8 GB before the record.
         addRow("largest extension", false, [](SpssBytes &file) {
             file.numbers({ SpssBytes::extensionRecord, SpssBytes::attributes, -1, -1 });
         });
@@ -238,7 +238,7 @@ private Q_SLOTS:
             QCOMPARE(found.variables, qint64(parse(path).variables));
     }
 
-    // Rounded up to a multiple of 4 this size is 0 in 32 bits; ReadStat goes past it, and has no memory for it later.
+    // Rounded up to a multiple of 4 this size is 0 in 32 bits; ReadStat skips it, and later has no memory for it.
     void labelBeyond32BitsHidesNoVariables()
     {
         SpssBytes file;
@@ -292,8 +292,8 @@ private Q_SLOTS:
         QVERIFY(!parse(path).isFine);
     }
 
-    // The first of ReadStat's passes goes past the label of a part, the second takes it for records, and finds
-    // variables in what the first one takes for a label.
+    // The first of ReadStat's passes skips the label of a part. The second one reads it as records, and finds variables
+    // in the bytes that are a label in the first pass.
     void labelOfAPartHidesNoVariables()
     {
         const QByteArray hidden = recordsOf([](SpssBytes &records) {
@@ -369,7 +369,7 @@ private Q_SLOTS:
         file.end();
         const SpssDictionary found = walk(write(file.bytes));
         QCOMPARE(found.lookupSteps, qint64(10) * sets);
-        QVERIFY(found.isWhole); // whatever the record holds: ReadStat goes past all of it
+        QVERIFY(found.isWhole); // whatever the record contains, ReadStat skips all of it
         QCOMPARE(found.variables, Q_INT64_C(11));
     }
 
@@ -392,7 +392,7 @@ private Q_SLOTS:
         QVERIFY(!found.isWhole);
     }
 
-    // Whatever is changed in a file: where ReadStat reads it, the walk has gone past the same records.
+    // Whatever is changed in a file: if ReadStat reads it, the walk has passed the same records.
     void changedFilesAreWalkedAsReadStatReadsThem()
     {
         std::mt19937 random(13); // NOLINT: the same files every time
@@ -431,7 +431,7 @@ private:
         file.bytes += QByteArray("\1\0\0\0", 4).repeated(count);
     }
 
-    // Such a part is refused, though ReadStat may find its way through.
+    // Such a part is refused, although ReadStat may manage to read it.
     static bool hasPartWithMore(const QByteArray &bytes)
     {
         for (const bool isBigEndian : { false, true }) {

@@ -239,7 +239,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, content);
         QFETCH(bool, expected);
-        // Wherever they stand among ASCII.
+        // At any position among ASCII characters.
         for (int before = 0; before <= 17; ++before) {
             for (const int behind : { 0, 1, 7, 8, 9 })
                 QCOMPARE(textfile::isUtf8(QByteArray(before, 'a') + content + QByteArray(behind, 'b')), expected);
@@ -261,7 +261,7 @@ private Q_SLOTS:
         QRandomGenerator random(20240607);
         int valid = 0;
         for (int time = 0; time < 100000; ++time) {
-            QByteArray content = "a"; // Qt would take a mark away
+            QByteArray content = "a"; // Qt would remove a mark
             for (int rest = random.bounded(6); rest > 0; --rest)
                 content += alphabet[random.bounded(alphabet.size())];
             const bool expected = QString::fromUtf8(content).toUtf8() == content;

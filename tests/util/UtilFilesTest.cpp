@@ -8,7 +8,7 @@
 
 #include <type_traits>
 
-/// Answers about paths.
+/// Tests the operations on paths.
 class UtilFilesTest : public QObject
 {
     Q_OBJECT
@@ -104,10 +104,10 @@ private Q_SLOTS:
 
     void largeFileIsMeasuredInFull()
     {
-        const qint64 size = (qint64(5) << 30) + 1023; // more than an int of 32 bits holds, in bytes
+        const qint64 size = (qint64(5) << 30) + 1023; // in bytes; more than a 32-bit int can hold
         QFile file(pathOf("large"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(file.resize(size)); // holds no blocks on the disk
+        QVERIFY(file.resize(size)); // takes no space on the disk
         QVERIFY(UtilFiles::FileSizeReachedInKB(pathOf("large"), (5 << 20) - 1));
         QVERIFY(!UtilFiles::FileSizeReachedInKB(pathOf("large"), 5 << 20));
         QVERIFY(file.remove());
@@ -204,11 +204,11 @@ private Q_SLOTS:
                                       << "/nowhere/data/ent/file.ext";
         QTest::newRow("no file name") << "/nowhere/base/ent/"
                                       << "/nowhere/ent/";
-        QTest::newRow("a folder is no file") << pathOf("data/base/ent") << pathOf("base/ent"); // "data" goes
+        QTest::newRow("a folder is no file") << pathOf("data/base/ent") << pathOf("base/ent"); // "data" is removed
         QTest::newRow("dots go") << "/nowhere/base/x/../ent/file.ext"
                                  << "/nowhere/ent/file.ext";
         QTest::newRow("no path") << QString() << "/";
-        // No drive here, but a relative folder.
+        // This is not a drive here, but a relative directory.
         QTest::newRow("drive of another system")
             << "C:/data/base/ent/file.ext" << QDir::currentPath() + "/C:/data/ent/file.ext";
         QTest::newRow("relative name") << "absent.ext"

@@ -15,7 +15,7 @@
 namespace
 {
 
-// The steps of the rule, one by one; a separator at the end of the line finishes it.
+// The steps of the rule, one by one. A separator at the end of the line ends the line.
 QString wordByTheSteps(const QString &line, int &position, const QString &separator, const QString &qualifier)
 {
     const int length = line.size();
@@ -41,7 +41,7 @@ int widthOf(const QString &text, int fontSize)
 
 } // namespace
 
-/// Words, line breaks and paths for display.
+/// Tests words, line breaks and paths for display.
 class UtilStringsTest : public QObject
 {
     Q_OBJECT
@@ -167,7 +167,7 @@ private Q_SLOTS:
         const QString path = "C:\\alpha\\beta\\gamma\\file.ext";
         const QStringList stages = { path, "C:\\alpha\\beta\\...\\file.ext", "C:\\alpha\\...\\file.ext",
                                      "C:\\...\\file.ext", "...\\file.ext" };
-        // Just wide enough for each stage, and just not.
+        // One width that is just enough for each form, and one that is just too small.
         for (int i = 0; i < stages.size(); ++i) {
             const int width = widthOf(stages.at(i), 12);
             QString fitting = stages.last();
@@ -213,7 +213,7 @@ private Q_SLOTS:
     }
 
 #ifdef Q_OS_UNIX
-    // Where the native separator is another, these backslashes stay.
+    // If the native separator is another character, these backslashes stay.
     void labelShowsTheShortenedPathAndToolTipAndResultTheWholeOne()
     {
         const QString path = "/nowhere/base/ent/one\\two\\three\\file.ext";
@@ -253,7 +253,7 @@ private Q_SLOTS:
     }
 };
 
-// As a child of itself the program has no fonts.
+// The program runs itself as a child process, which has no fonts.
 int main(int argc, char **argv)
 {
     if (argc == 2 && std::strcmp(argv[1], "-without-fonts") == 0) {
