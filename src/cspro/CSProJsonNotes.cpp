@@ -196,7 +196,7 @@ private:
         }
     }
 
-    // The reader skips an element that is no object.
+    // The reader skips an element that is not an object.
     template <typename Work> void forEachObject(const QJsonArray &array, Work work)
     {
         for (const QJsonValue &value : array) {
@@ -358,7 +358,7 @@ private:
     bool isNumber = false;
     bool isInteger = false;
     NumbersSoFar numbersSoFar;    ///< codes of the current value set
-    KeyedSet<QString> textsSoFar; ///< codes of the current value set that are no numbers
+    KeyedSet<QString> textsSoFar; ///< codes of the current value set that are not numbers
     bool isBehindFirstLevel = false;
     bool hasRecordTypes = false;
     bool isColumnOneTaken = false; ///< by the record type or the id items

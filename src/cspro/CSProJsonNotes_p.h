@@ -17,7 +17,7 @@ public:
     void setReport(ReadReport *newReport) { report = newReport; }
 
     /// The file has no layout. \a readProblem states how the system failed to read it. If that is empty, the content is
-    /// no dictionary, and \a problem states the reason.
+    /// not a dictionary, and \a problem states the reason.
     void fileNotRead(const QString &readProblem, const QString &problem) const;
     /// Reports the keys and values of the document that the reader skips, or reads as something else.
     void document(const QJsonObject &root) const;

@@ -21,7 +21,7 @@ QJsonObject dictionaryOf(const QJsonObject &root);
 bool isAlpha(const QJsonValue &contentType);
 /// Returns how often an item of a record occurs, by its "occurrences".
 int occurrencesOf(const QJsonValue &occurrences);
-/// Returns the code of a pair: its "value", even one that is no text, or else its "range"; null if it has neither.
+/// Returns the code of a pair: its "value", even one that is not a text, or else its "range"; null if it has neither.
 QString codeOf(const QJsonObject &pair);
 QString codeOf(const QJsonValue &value, const QJsonValue &range);
 QString codeOfRange(const QJsonValue &range);

@@ -138,8 +138,8 @@ public:
     CSProDictionary();
     ~CSProDictionary() override;
 
-    /// Returns the item at a 0-based index; null outside of the list. If there is no list, logs "TCSPro::getItem ERROR
-    /// ", class tag and code, and throws a `VpErrorManager *` with code 211. The other accessors do the same; the
+    /// Returns the item at a 0-based index; null outside of the list. If there is no list, throws a `VpErrorManager *`
+    /// with code 211, after logging "TCSPro::getItem ERROR ", class tag and code. The other accessors do the same; the
     /// counts throw code 101.
     TCSProItem *getItem(int index) const;
     int getItemsCount() const;

@@ -42,7 +42,7 @@ template <typename Work> void passOverExceptions(Work work)
 ///
 /// The file is a series of sections: a header in brackets, then lines "key=value". The reader is lenient: it skips a
 /// line that it does not recognise, a number that does not convert gets its default, and a file that cannot be opened,
-/// or that the system fails to read to its end, gives an empty dictionary. Columns count from 1, lengths are in
+/// or that the system fails to read to its end, is read as an empty dictionary. Columns count from 1, lengths are in
 /// characters. Not thread-safe; reading may show a dialog.
 class TCSPro : public CSProDictionary
 {

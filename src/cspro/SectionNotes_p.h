@@ -13,7 +13,7 @@ namespace cspro
 enum class KeyType { text, number };
 
 /// The diagnostics of one section of a text dictionary: which line is the source of each key, which lines are not the
-/// source of any key, and the notes on these lines. The notes are gathered here because their variable is known only at
+/// source of any key, and the notes on all of this. The notes are gathered here because their variable is known only at
 /// the end of the section.
 ///
 /// Keys that do not affect any field or group get no notes.

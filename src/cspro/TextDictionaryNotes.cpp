@@ -75,8 +75,8 @@ void TextDictionaryNotes::addOtherHeader(QStringView line, int number)
     }
 }
 
-// One note for all lines up to the next header: a file that is no dictionary consists of such lines. A line of only a
-// bracket ends a section and begins none.
+// One note for all lines up to the next header: a file that is not a dictionary consists of such lines. A line of only
+// a bracket ends a section and begins none.
 void TextDictionaryNotes::addSkippedLine(QStringView line, int number)
 {
     if (isHeader(line)) {

@@ -109,7 +109,7 @@ public:
             section.addForLastKey(lines, NoteKind::wordNotRecognised);
     }
 
-    // The end of a section that is no value set.
+    // The end of a section other than a value set.
     void dictionaryRead(const SectionLines &lines)
     {
         if (report)

@@ -87,8 +87,7 @@ public:
     /// Appends one new source field to \a target for each field, in order; the owner of \a target owns them.
     ///
     /// A field without a type takes the type text of the field before it. A `decimals` text that is not a number counts
-    /// as
-    /// 0. Logs five lines for each field: "getDictionary FIELDS", "mySF->fieldName", "mySF->FieldType" and
+    /// as 0. Logs five lines for each field: "getDictionary FIELDS", "mySF->fieldName", "mySF->FieldType" and
     /// "mySF->DataProviderType" with their values, and three line feeds.
     void getDictionary(QList<TVpSourceField *> *target);
     /// Returns the field that was added last under exactly this name, or null.

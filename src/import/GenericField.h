@@ -8,7 +8,7 @@
 
 class TDataImport;
 
-/// Description of one variable of a data source, and its current value, held as text and as numbers.
+/// Description of one variable of a data source, and its current value, stored as text and as numbers.
 ///
 /// Each format derives its own field class, which decides which values are missing, not applicable and blank. The
 /// description fields are public and filled by the importer. Lengths are in characters; a text that does not convert to
@@ -40,9 +40,9 @@ public:
     /// Sets the current value. Copies at most `length` characters of \a value into `textValue`: a shorter value is
     /// followed by zeros up to `length`, a longer one has no end mark. The copy stops at 255 units and at a NUL.
     ///
-    /// Unless the value is missing, not applicable or blank, a field of type 1 or 2 then holds it as a number too. If
-    /// `hasDecimalChar` is false, a real number is divided by 10 to the power of `decimals`. In a field without a type,
-    /// the first eight bytes of `textValue` become 0x15.
+    /// Unless the value is missing, not applicable or blank, a field of type 1 (integer) or 2 (real) then stores it as
+    /// a number too. If `hasDecimalChar` is false, a real number is divided by 10 to the power of `decimals`. In a
+    /// field without a type, the first eight bytes of `textValue` become 0x15.
     void setAsString(QString value);
     /// Like setAsString(), for a wide text; null counts as empty. A number is trimmed before it is converted.
     void setAsStringChar(const wchar_t *value);
@@ -64,8 +64,8 @@ public:
     int length = 0;                         ///< width in characters; bounds the copy into `textValue`
     int start = 0;                          ///< position as the source states it; CSPro counts from 1
     QString valueLabels;                    ///< entries code, " ", label, each ended by a tab
-    QString missingValue;                   ///< code that stands for missing
-    QString notApplicable;                  ///< code that stands for not applicable
+    QString missingValue;                   ///< code of the missing value
+    QString notApplicable;                  ///< code of the not-applicable value
     QString minimum;                        ///< lowest valid value, as text
     QString maximum;                        ///< highest valid value, as text
     QString decimals;                       ///< number of decimals, as text
@@ -74,7 +74,7 @@ public:
     char16_t textValue[textValueSize] = {}; ///< current value as text
     /// Current value of a real field. The start value lies just below the smallest normal double.
     double realValue = 2.22507e-308;
-    double intValue = 0; ///< current value of an integer field, held as a double
+    double intValue = 0; ///< current value of an integer field, stored as a double
     TDataImport *owner;  ///< the importer, not owned
 
 protected:

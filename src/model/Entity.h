@@ -19,8 +19,9 @@ class TVpVariable;
 // clang-format off
 /// One node of the hierarchy of a census or survey, such as a household, as the calling application describes it.
 ///
-/// The library only stores it: no field has an effect. Lists and their entries belong to the caller; no destructor frees
-/// them. Null pointers are stored like others and never followed.
+/// The library only stores it: no field has an effect. Lists and their entries belong to the caller; no destructor
+/// frees them. Null pointers are stored like any other pointer and never followed. Each `setQStr` operation does the
+/// same as the setter next to it. The `add` operations append one entry; they make the list if there is none.
 ///
 /// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT TVpEntity

@@ -88,7 +88,8 @@ private:
 /// One variable of an entity, as the calling application describes it.
 ///
 /// The library only stores it. Lists, their entries, and `metadataVariables` belong to the caller; the destructor frees
-/// none of them.
+/// none of them. Each `setQStr` operation does the same as the setter next to it, and getTvpMissing() the same as
+/// getMissing(). The `add` operations append one entry; they make the list if there is none.
 ///
 /// Different objects may be used on different threads, one object by one thread at a time.
 class MODEL_VANADMIN_EXPORT TVpVariable

@@ -15,7 +15,7 @@
 namespace statistical
 {
 
-/// The reason why a file is not read, or not to its end, although its contents do not end the reading.
+/// The reason why a file is not read, or not to its end, other than an error that ReadStat finds in its contents.
 struct ReadProblem {
     QString line;            ///< for a person; null if there is no problem
     bool isOfDevice = false; ///< whether the system failed to read the file

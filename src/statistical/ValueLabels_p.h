@@ -63,7 +63,7 @@ public:
     double upper() const { return highest; }
 
 private:
-    // The search starts at these values. A value that does not lie beyond one is no bound.
+    // The search starts at these values. A value that is not beyond one of them is not a bound.
     double lowest = 999999999.0;
     double highest = -999999999.0;
     bool hasLowerValue = false;

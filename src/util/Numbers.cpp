@@ -12,7 +12,7 @@ namespace numbers
 namespace
 {
 
-// Texts with more digits are converted by Qt. An int can hold any number of so many digits.
+// Texts with more digits are converted by Qt. An int can hold any number of up to this many digits.
 constexpr int safeDigits = 9;
 
 // Returns the number that a text of 1 to 9 ASCII digits denotes; -1 for any other text.

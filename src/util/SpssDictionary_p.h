@@ -19,8 +19,7 @@ struct SpssDictionary {
     /// more it writes through a null pointer.
     static constexpr int maxLongNames = 419328;
     /// Max number of comparisons of names when ReadStat searches for variables. For each set of value labels or missing
-    /// values of a long text it searches from the first variable on: this is 15,811 sets in a file of as many
-    /// variables.
+    /// values of a long text it searches from the first variable on: this is 15,811 sets in a file of 15,811 variables.
     static constexpr qint64 maxLookupSteps = 250000000;
 
     /// Returns the reason why ReadStat must not read the file, as one line for a person; null if ReadStat reads the

@@ -35,7 +35,7 @@ struct Filled {
     lookup::Entries entries;
     Pairs map;
     Pairs expected;
-    bool agrees = true; ///< each answer was that of the map
+    bool agrees = true; ///< each result was that of the map
 };
 
 /// A map of the caller. It frees its ints and those that replaced them.

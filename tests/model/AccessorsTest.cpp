@@ -90,7 +90,7 @@ public:
 
     virtual bool hasDefault(const AnyRecord &record) const = 0;
     virtual bool isNotNull(const AnyRecord &record) const = 0; ///< whether it is a text that is not null
-    virtual bool isUnset(const AnyRecord &record) const = 0;   ///< no object either, where the default is one
+    virtual bool isUnset(const AnyRecord &record) const = 0;   ///< also true without an object, if the default is one
     virtual void set(const AnyRecord &record, size_t setter, int number) const = 0;
     virtual bool has(const AnyRecord &record, int number) const = 0;
     virtual size_t setterCount() const = 0;
@@ -200,7 +200,7 @@ public:
     }
 
     Value initial;
-    bool isNew = false; ///< the default is an object of its own
+    bool isNew = false; ///< the default is a new object
     std::vector<std::function<Value(Record &)>> getters;
     std::vector<std::function<void(Record &, const Value &)>> setters;
     std::function<Value(const Value &)> shown;

@@ -21,9 +21,9 @@ struct Entry {
     QString id;
     QString severity;
     QString message;
-    QString format; ///< of the example; "" where words stand for it
+    QString format; ///< of the example; "" if words replace it
     QString example;
-    QStringList notes; ///< that the example gives, one text each
+    QStringList notes; ///< the notes on the example, one text for each
 };
 
 QStringList linesOfPage()

@@ -17,7 +17,7 @@
 namespace
 {
 
-// Every note in words, one kind after the other as they came.
+// Returns every note as a text, in the order of the report.
 QStringList inWords(const ReadReport &report)
 {
     QStringList words;

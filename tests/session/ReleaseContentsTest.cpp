@@ -195,7 +195,7 @@ private Q_SLOTS:
         const QStringList names = opened(*importer);
         const int groups = importer->getGroupCount();
         importer->releaseContents();
-        QCOMPARE(opened(*importer), names); // an SPSS file, too, gives every variable once
+        QCOMPARE(opened(*importer), names); // an SPSS file, too, has every variable once
         QCOMPARE(importer->getGroupCount(), groups);
         QVERIFY(importer->fieldByName(names.last()));
         importer->releaseContents();

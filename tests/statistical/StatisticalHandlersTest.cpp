@@ -664,7 +664,7 @@ private Q_SLOTS:
         const TGenericField &before = twin.field(READSTAT_TYPE_DOUBLE, "F8.2", "set");
         QVERIFY(before.valueLabels.startsWith(QStringLiteral("1.000000 L\t2.500000 L\t-1.500000 L\t")));
         QCOMPARE(before.minimum, QStringLiteral("-1e+10"));
-        // -1.5 becomes -1 and is lost; what an int32 cannot hold becomes the smallest.
+        // -1.5 becomes -1 and is lost; a number that an int32 cannot hold becomes the smallest int32.
         const QString turned = QStringLiteral("1 L\t2 L\t-2147483648 L\t-2147483648 L\t7 L\t-2147483648 N\t");
         QCOMPARE(twin.field(READSTAT_TYPE_DOUBLE, "F8.0", "set").valueLabels, turned);
         QCOMPARE(twin.first().intValue, 1);

@@ -97,7 +97,7 @@ QStringList openedNames(TDataImport &importer)
     return *std::unique_ptr<QStringList>(importer.selectLayoutSource());
 }
 
-// A reading, and what its handlers do.
+// A reading, and the actions of its handlers.
 struct HandledReading {
     static int label(const char * /*set*/, readstat_value_t /*value*/, const char * /*text*/, void *context)
     {
@@ -507,7 +507,7 @@ private Q_SLOTS:
             field->addValueLabel(QStringLiteral("1"), QStringLiteral("One"));
             QCOMPARE(field->valueLabels, QString());
         }
-        // The two differ, and neither looks at a value.
+        // The two formats differ, and neither uses a value.
         QVERIFY(!stata.isMissing());
         QVERIFY(spss.isMissing());
     }

@@ -7,13 +7,13 @@
 #include <algorithm>
 #include <iterator>
 
-/// A numeric member as "name=value". A comparison of such lists shows the name of the member that differs.
+/// Returns a numeric member as "name=value". A comparison of such lists shows the name of the member that differs.
 inline QString named(const char *name, qint64 value)
 {
     return QLatin1String(name) + QLatin1Char('=') + QString::number(value);
 }
 
-/// The members of a list whose value is not 0.
+/// Returns the members of a list whose value is not 0.
 inline QStringList nonZero(const QStringList &members)
 {
     QStringList found;
