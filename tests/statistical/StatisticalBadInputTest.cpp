@@ -350,7 +350,7 @@ private Q_SLOTS:
         const QStringList expected(QStringLiteral("v|V|1|2|1|2|1 Yes\t2 No\t"));
         QCOMPARE(outcomeOf(path).fields, expected);
 
-        // The bytes after the field with the variable's name are not part of the name.
+        // The bytes after the field that names the set of the variable are not part of the name.
         const int place = int(bytes.find(name));
         QByteArray followed(bytes.data(), int(bytes.size()));
         followed[place + size] = 'x';
