@@ -100,9 +100,9 @@ public:
     void setReadReport(ReadReport *newReport);
     ReadReport *getReadReport() const;
 
-    /// Returns the reason why the last opening could not read the file, as one line for a person, such as "cannot be
-    /// read: Input/output error" or "not enough memory". Null if the file could be read, and before the first opening.
-    /// A file whose contents are not understood has no such line: the report describes them.
+    /// Returns the reason why the last opening could not read the file, as one line for a person, for example "cannot
+    /// be read: Input/output error" or "not enough memory". Null if the file could be read, and before the first
+    /// opening. A file whose contents are not understood has no such line: the report describes them.
     QString getReadProblem() const;
 
 protected:

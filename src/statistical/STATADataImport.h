@@ -24,10 +24,10 @@ class Reading;
 /// becomes a field; there are no groups and no data.
 ///
 /// The file is parsed twice, for the value labels and for the variables. If it can be read only in part or not at all,
-/// the importer has the fields that were read until then. A failure of the second parse writes the line "Error
-/// processing PATH: NUMBER", with ReadStat's error number, to standard output. A field's `length` is the storage width
-/// in bytes, which is 6 for a text of declared length 5. The `minimum` and `maximum` of numbers and texts are "0" and
-/// as many nines as the length, up to 10,000. For a number with value labels they are the span of the labelled values.
+/// the importer has the fields that were read until then. A failure of the second parse writes one line to standard
+/// output: "Error processing PATH: NUMBER", with ReadStat's error number. A field's `length` is the storage width in
+/// bytes, which is 6 for a text of declared length 5. The `minimum` and `maximum` of numbers and texts are "0" and as
+/// many nines as the length, up to 10,000. For a number with value labels they are the span of the labelled values.
 /// Labels are read as Latin-1, byte by byte, although ReadStat delivers UTF-8. This is intended. A label of the value
 /// -1 is lost.
 ///

@@ -7,8 +7,8 @@
 
 #include <new>
 
-/// Returns the reason why reading from an open \a file failed, as one line for a person: "cannot be read: Input/output
-/// error". Null if it has not failed.
+/// Returns the reason why reading from an open \a file failed, as one line for a person. Null if it has not failed.
+/// Example: "cannot be read: Input/output error".
 inline QString readProblemOf(const QFileDevice &file)
 {
     return file.error() == QFileDevice::NoError ? QString() : QStringLiteral("cannot be read: ") + file.errorString();
