@@ -22,12 +22,12 @@ constexpr int installedRelease = VAN_READSTAT_RELEASE;
 /// without it.
 constexpr int noRelease = std::numeric_limits<int>::max();
 
-/// The two passes over the dictionary of an SPSS file differ if the dictionary is cut or holds an unknown record.
+/// The two passes over the dictionary of an SPSS file differ if the dictionary is cut or has an unknown record.
 constexpr int mendsSpssPasses = noRelease;
 /// An SPSS file with too many long names makes ReadStat write through a null pointer.
 constexpr int mendsSpssLongNames = noRelease;
-/// The time to look up variables in an SPSS file grows with the number of variables times the number of sets of value
-/// labels.
+/// The time to look up variables in an SPSS file grows with the number of variables times the number of sets of labels
+/// or missing values of long texts.
 constexpr int mendsSpssLookups = noRelease;
 
 /// Returns whether the release \a installed has the fault that the release \a mending mends.

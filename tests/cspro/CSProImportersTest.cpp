@@ -801,7 +801,7 @@ private Q_SLOTS:
             QCOMPARE(open.base().getGroupValue(2), QString("ROOM=1"));
             QCOMPARE(open.base().getGroupValue(3), QString());
 
-            // As many entries as before, in another order.
+            // The same number of entries as before, in another order.
             open.file.write(recordsOf("WAREHOUSE=1 HOUSE=1 PERSON=1").as(Form::isJson));
             open.base().openFile();
             QCOMPARE(open.base().getGroupValue(1), QString("WAREHOUSE=1"));

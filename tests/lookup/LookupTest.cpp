@@ -349,7 +349,7 @@ private Q_SLOTS:
         QCOMPARE(errors,
                  (QStringList{ "2_" + limit, "3_Key [AA] already exists", "4_Separator [ ] does not exist",
                                "4_Key [AA] already exists" }));
-        // Never again in the life of the object.
+        // The message about the limit is never issued again in the life of the object.
         errors.clear();
         check(lookup, ccErrors, "AA x\nAA y\n");
         QCOMPARE(errors, QStringList("2_Key [AA] already exists"));
