@@ -37,7 +37,7 @@ QString describeRelation(const Relation &relation)
     return relation.aliases.isEmpty() ? text : text + QLatin1String("; aliases ") + comparableAliases(relation.aliases);
 }
 
-// The name of the item that holds a subitem, also if there is none; empty for an item.
+// The name of the item that contains a subitem, or "(no item)" if none does; empty for an item.
 QString describeParent(const Item &item)
 {
     return item.isSubitem && item.subitemOf.isEmpty() ? QStringLiteral("(no item)") : item.subitemOf;
@@ -74,8 +74,8 @@ public:
         const auto found = names.find(code.toCaseFolded());
         return found != names.end() ? found->second : QString();
     }
-    /// Adds the codes that the other layout does not declare and that \a missing does not have: its labels can be in a
-    /// language all the same.
+    /// Adds the codes that \a other does not declare to \a missing, unless it has them already. They can be absent from
+    /// it because labels of the other layout use an undeclared language.
     void addUndeclared(const LanguageNames &other, QStringList &missing) const
     {
         KeyedSet<QString> known;
@@ -92,7 +92,7 @@ private:
     QStringList list;
 };
 
-// Codes of languages, without some of them.
+// The codes of languages except those in \a left, separated by commas.
 QString listWithout(QStringList codes, const QStringList &left)
 {
     KeyedSet<QString> out;
@@ -273,7 +273,7 @@ private:
         return place;
     }
 
-    // The items of the later layout that are new, by the record of the earlier layout where they are reported.
+    // The new items of the later layout, by the record of the earlier layout in which they are reported.
     void gatherAddedItems()
     {
         addedTo.resize(size_t(itemsBefore.containers().size()));
@@ -387,7 +387,8 @@ private:
             && (ItemMatching::areItemAndOccurrence(earlier.name, later.name)
                 || ItemMatching::areItemAndOccurrence(later.name, earlier.name));
     }
-    // An item that holds subitems may have another name in each layout.
+    // An item that contains subitems may have a different name in each layout, so the pairing is compared, not the
+    // name.
     void compareParents(const ItemPlace &earlier, const ItemPlace &later, const Change &place)
     {
         const bool hasParent = earlier.parent != Pairing::none;

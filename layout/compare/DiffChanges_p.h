@@ -9,7 +9,7 @@
 namespace vanlayout
 {
 
-/// Aliases as they are compared: their order does not count.
+/// Aliases in the form in which they are compared: their order is ignored.
 inline QString comparableAliases(QStringList aliases)
 {
     if (aliases.size() > 1)
@@ -17,11 +17,11 @@ inline QString comparableAliases(QStringList aliases)
     return aliases.join(QLatin1String(", "));
 }
 
-/// Collects changes: those of the kinds that are asked for, up to a bound.
+/// Collects changes of the requested kinds, at most `maxChanges`.
 class ChangeCollector
 {
 public:
-    /// A label set that many items share can differ in each of them.
+    /// Max number of changes: a label set that many items share can differ in each of them.
     static constexpr int maxChanges = 1000000;
 
     explicit ChangeCollector(const DiffOptions &options)
@@ -42,7 +42,7 @@ public:
             && std::any_of(isKept.begin() + int(DiffKind::ValueAdded), isKept.end(), [](bool keeps) { return keeps; });
     }
 
-    /// Adds a change at the place that \a change describes already.
+    /// Adds a change with the level, record, item, value set, code and language that \a change already has.
     void add(Change change, DiffKind kind, const QString &before, const QString &after)
     {
         if (!keeps(kind))
@@ -61,7 +61,7 @@ public:
         if (before != after)
             add(place, kind, before, after);
     }
-    /// Adds a change where there are other aliases. They are names of CSPro, whose case does not count.
+    /// Adds a change if the aliases differ. They are names in CSPro, so case is ignored.
     void addAliases(const Change &place, DiffKind kind, const QStringList &before, const QStringList &after)
     {
         if (before.isEmpty() && after.isEmpty())
@@ -81,7 +81,7 @@ private:
     bool isCut = false;
 };
 
-/// A note as it is compared: white space in it does not count.
+/// A note in the form in which it is compared: each run of white space is one blank.
 inline QString comparableNote(const QString &note)
 {
     return note.simplified();

@@ -18,12 +18,12 @@ bool isMark(QChar unit)
     return unit == QLatin1Char('.') || unit == QLatin1Char(',');
 }
 
-/// The parts of a plain number: digits, with a sign and a decimal mark at most.
+/// The parts of a plain number: digits with an optional sign and an optional decimal mark.
 struct PlainNumber {
     bool isPlain = false;
     bool isNegative = false;
-    QStringView whole;    // without zeros in front
-    QStringView fraction; // without zeros at the end
+    QStringView whole;    // without leading zeros
+    QStringView fraction; // without trailing zeros
 };
 
 PlainNumber partsOf(QStringView text)
@@ -61,7 +61,7 @@ QString spelled(const PlainNumber &number)
     return text;
 }
 
-// Whether a code is spelled canonically already, as nearly all are: digits without a zero in front.
+// Whether a code is already in canonical spelling, as nearly all are: digits without a leading zero.
 bool isPlainInteger(const QString &code)
 {
     return !code.isEmpty() && std::all_of(code.begin(), code.end(), isDigit)
@@ -73,7 +73,7 @@ QString withoutBlanksAtEnd(const QString &text)
     int size = text.size();
     while (size > 0 && text.at(size - 1).isSpace())
         --size;
-    return text.left(size); // shares the text where there is nothing to cut
+    return text.left(size); // shares its data with the text if there is nothing to remove
 }
 
 } // namespace

@@ -7,18 +7,18 @@
 namespace vanlayout
 {
 
-/// A code in the spelling that all equal codes have in common.
+/// A code in its canonical spelling, which is the same for all equal codes.
 ///
-/// The code of a numeric item is without blanks around it, zeros in front, zeros after the decimal mark and a plus
-/// sign, with a point as decimal mark; a text that is no plain number stays as it is between its blanks. The code of
-/// any other item is without blanks at the end, since codes are padded to the length of the item.
+/// The code of a numeric item has no surrounding blanks, leading zeros, trailing zeros of decimals or plus sign, and a
+/// point as decimal mark; a text that is not a plain number only loses its surrounding blanks. The code of any other
+/// item has no trailing blanks, because codes are padded to the length of the item.
 QString canonicalCode(const QString &code, bool isNumeric);
 
-/// The codes of one entry: equal for entries that stand for the same values.
+/// The code or range of one entry in canonical spelling; equal for entries that represent the same values.
 struct CodeKey {
     QString from;
     QString to;          ///< empty for one code
-    bool hasCode = true; ///< false for a value without any code, which is no blank
+    bool hasCode = true; ///< false for a value without any code, which differs from a blank code
 
     bool operator==(const CodeKey &other) const
     {
@@ -38,15 +38,15 @@ struct CodeKeyHash {
 struct CodeEntry {
     CodeKey key;
     const Value *value = nullptr;
-    const Range *range = nullptr; ///< as the file has it; null for a value without codes
+    const Range *range = nullptr; ///< as written in the file; null for a value without codes
 };
 
-/// The key of a value without codes.
+/// The key of a value without codes; that of "not applicable" is a blank code.
 CodeKey keyWithoutCode(const Value &value);
-/// The key of a range of a value; the code of "not applicable" is blank, whatever the file has.
+/// The key of a range of a value; the code of "not applicable" is blank, whatever the file states.
 CodeKey keyOf(const Value &value, const Range &range, bool isNumeric);
 
-/// A code or range as a person writes it: "1", "5 to 9", "(blank)" for a code of blanks, "(no code)" for none.
+/// A code or range for people: "1", "5 to 9", "(blank)" for a code of blanks, "(no code)" for none.
 QString describeCode(const CodeKey &key);
 
 } // namespace vanlayout

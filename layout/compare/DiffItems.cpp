@@ -38,8 +38,8 @@ bool withinStatisticalFormat(const DiffScope &scope, const Item & /*before*/, co
     return scope.isOneFormat() && !scope.areCSPro();
 }
 
-// Between programs the length of a text alone: that of a number is the width of its format. A text of any length, such
-// as strL, has none.
+// Between formats that are not both of CSPro, only the length of a text is compared: that of a number is the width of
+// its format. A text of any length, such as strL, has none.
 bool hasComparedLength(const DiffScope &scope, const Item &before, const Item &after)
 {
     if (scope.areCSPro())
@@ -47,7 +47,7 @@ bool hasComparedLength(const DiffScope &scope, const Item &before, const Item &a
     return before.isAlpha() && after.isAlpha() && (scope.isOneFamily() || (before.length > 0 && after.length > 0));
 }
 
-// Whether the format of a text says its length and nothing else: "A12".
+// Whether the format of a text states only its length: "A12".
 bool isTextLength(const Item &item)
 {
     return item.isAlpha() && item.format == QLatin1Char('A') + number(item.length);
@@ -61,7 +61,7 @@ bool hasComparedFormat(const DiffScope &scope, const Item &before, const Item &a
         || (!plainNumberFormat(before.format).isEmpty() && !plainNumberFormat(after.format).isEmpty());
 }
 
-// Of a statistical file the decimals are those of the format, so that they are compared with a dictionary's alone.
+// The decimals of a statistical file are those of its formats, so they are compared only with those of a dictionary.
 bool hasComparedDecimals(const DiffScope &scope, const Item &before, const Item &after)
 {
     const auto states

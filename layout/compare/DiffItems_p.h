@@ -8,17 +8,18 @@
 namespace vanlayout
 {
 
-/// Adds what differs between two items, at \a place: label, type, columns and all else but the value sets and the item
-/// that holds a subitem.
+/// Adds the differences between two items at \a place: those of label, type, columns and all other members except the
+/// value sets and the item that contains a subitem.
 void compareItems(const Item &before, const Item &after, const Change &place, const DiffScope &scope,
                   const LabelComparison &labels, ChangeCollector &changes);
 
-/// Adds what differs between the labels of the occurrences of two records or items, at \a place.
+/// Adds the differences between the occurrence labels of two records or items at \a place.
 void compareOccurrenceLabels(const QVector<OccurrenceLabel> &before, const QVector<OccurrenceLabel> &after,
                              const Change &place, DiffKind kind, const LabelComparison &labels,
                              ChangeCollector &changes);
 
-/// Adds what differs between two labels, language by language.
+/// Adds the differences between two labels at \a place, language by language. \a longest is the bound of
+/// LabelComparison::compare().
 void compareLabels(const Labels &before, const Labels &after, const Change &place, DiffKind kind, int longest,
                    const LabelComparison &labels, ChangeCollector &changes);
 

@@ -20,7 +20,7 @@ constexpr DiffSide inBefore = DiffSide::Before;
 constexpr DiffSide inAfter = DiffSide::After;
 constexpr DiffSide inBoth = DiffSide::Both;
 
-// One row a kind, in the order of the enumeration.
+// One row per kind, in the order of the enumeration.
 // clang-format off
 constexpr Row rows[] = {
     { DiffKind::DictionaryName,     inBoth,   "dictionary-name",     "name",                "The name of the dictionary or data set differs." },

@@ -50,7 +50,7 @@ private:
         walk(item.occurrenceLabels);
         for (const ValueSet &set : item.valueSets) {
             visit(set.labels);
-            // A list that several sets share is walked once.
+            // A list that several sets share is visited once.
             if (!set.values.isEmpty() && seen.insert(set.values.constData()).second) {
                 for (const Value &value : set.values)
                     visit(value.labels);
@@ -151,7 +151,7 @@ void LabelComparison::shareLanguages(const QString &language)
     for (int i = 0; i < ofBefore.size(); ++i) {
         const QString &code = ofBefore.at(i);
         int other = languages[After].indexOf(code);
-        // A layout whose language has no name has its labels in the primary language of the other.
+        // The labels of a layout whose first language has no name are in the primary language of the other layout.
         if (other < 0 && i == 0 && (code.isEmpty() || ofAfter.constFirst().isEmpty()))
             other = 0;
         if (other < 0 && !isNumbered(code))
@@ -214,7 +214,7 @@ QVector<LabelComparison::Own> LabelComparison::ownTexts(const Labels &labels, Si
     }
     std::stable_sort(texts.begin(), texts.end(),
                      [](const Own &left, const Own &right) { return left.shared < right.shared; });
-    // Of a language that comes several times, the first text counts.
+    // The first text counts if a language occurs several times.
     texts.erase(std::unique(texts.begin(), texts.end(),
                             [](const Own &left, const Own &right) { return left.shared == right.shared; }),
                 texts.end());
@@ -233,7 +233,7 @@ void LabelComparison::compare(const Labels &before, const Labels &after, int lon
     QVector<Own>::const_iterator one = ofBefore.begin();
     QVector<Own>::const_iterator other = ofAfter.begin();
     const int count = shared.size();
-    // The first language also where neither label has a text of its own in it.
+    // The first language is compared even if neither label has a text in it.
     for (int language = 0; language == 0 || one != ofBefore.end() || other != ofAfter.end();) {
         const bool hasBefore = one != ofBefore.end() && one->shared == language;
         const bool hasAfter = other != ofAfter.end() && other->shared == language;

@@ -9,19 +9,20 @@
 namespace vanlayout
 {
 
-/// The languages of one layout: those that it declares, then those that its labels name beside them.
+/// The languages of one layout: those that it declares, then others that its labels name.
 ///
-/// A first part without a language is in the first of them. Further parts without a language, after the declared ones,
+/// A first part without a language is in the first of them. Further parts without a language, beyond the declared ones,
 /// have numbers as codes: "#2".
 class LayoutLanguages
 {
 public:
     explicit LayoutLanguages(const Layout &layout);
 
-    /// Codes, the first being that of the primary language; one empty code where no language has a name.
+    /// Codes, the first being that of the primary language; one empty code if no language has a name.
     const QStringList &codes() const { return list; }
-    /// The place of the language of a part among the codes.
+    /// The index in codes() of the language of a part of a label.
     int indexOf(const Labels &labels, int part) const;
+    /// The index in codes() of a code, compared case-insensitively; -1 if it is absent.
     int indexOf(const QString &code) const;
 
 private:
@@ -36,37 +37,39 @@ private:
 class LabelComparison
 {
 public:
-    /// Handed over for each language in which a label differs.
+    /// Called for each language in which a label differs.
     using Differ = std::function<void(const QString &language, const QString &before, const QString &after)>;
     enum Side { Before, After };
 
-    /// Labels are compared in \a language alone, or in all that both layouts have where it is empty. Texts that differ
-    /// in white space alone are the same if \a isLenient.
+    /// Labels are compared only in \a language, or, if it is empty, in all languages that both layouts have. With \a
+    /// isLenient, texts that differ only in white space are the same.
     LabelComparison(const Layout &before, const Layout &after, const QString &language, bool isLenient);
 
     /// Calls \a differ for each language in which the texts differ. A language that a label lacks has the text of its
-    /// first part. A text that is longer than \a longest characters is the same as its beginning; 0 for no bound.
+    /// first part. In a lenient comparison, a text is the same as its beginning of at least \a longest characters; 0
+    /// for no such bound.
     void compare(const Labels &before, const Labels &after, int longest, const Differ &differ) const;
 
-    /// The text of a label in the first language that is compared, as it is used to recognize an element.
+    /// The text of a label in the first language that is compared, in the form that is used to match elements.
     QString keyText(const Labels &labels, Side side) const;
     /// The text of a label for people, in the first language that is compared.
     QString text(const Labels &labels, Side side) const;
 
-    /// Languages of one layout alone that have a name.
+    /// The codes of the languages that only the later or only the earlier layout has.
     const QStringList &added() const { return onlyAfter; }
     const QStringList &removed() const { return onlyBefore; }
-    /// Languages of both layouts, in the order of the earlier one and of the later one.
+    /// The compared languages of both layouts, in the order of the earlier layout or of the later one; the codes are
+    /// spelled as in the earlier one.
     QStringList sharedBefore() const;
     QStringList sharedAfter() const;
 
 private:
     struct Shared {
-        QString code; // as reported
+        QString code; // as in changes
         int before = 0;
         int after = 0;
     };
-    /// The texts of one label in the languages that are compared, sorted by these.
+    /// The text of a label in one of the languages that are compared.
     struct Own {
         int shared = 0;
         const QString *text = nullptr;
@@ -78,7 +81,7 @@ private:
     bool isSame(const QString &before, const QString &after, int longest) const;
 
     LayoutLanguages languages[2];
-    QVector<int> sharedOf[2]; // place among the shared ones of each language; -1 for one that is not compared
+    QVector<int> sharedOf[2]; // index in `shared` of each language of a side; -1 for one that is not compared
     QVector<Shared> shared;
     QStringList onlyBefore;
     QStringList onlyAfter;

@@ -24,8 +24,7 @@ struct NameKeyHash {
     }
 };
 
-/// The traits that two items share which are read as one under two names. A trait that a rule does not use is 0 or
-/// empty.
+/// The traits that must be equal if an item was renamed. A trait that a rule does not use is 0 or empty.
 struct Traits {
     quint64 record = 0;
     int start = 0;
@@ -59,8 +58,8 @@ struct RenamingRule {
     enum { SameOrNoLabel, SameLabel, SimilarLabel } label;
 };
 
-// In their order: columns and all texts; columns and label, with another length or other values; all texts, at other
-// columns; columns and codes, with a label in other words.
+// In the order in which they are applied: same columns and texts; same start and label, but another length or other
+// values; same texts at other columns; same columns and codes, but a similar label.
 constexpr RenamingRule renamingRules[] = {
     { true, true, true, RenamingRule::SameOrNoLabel },
     { true, false, false, RenamingRule::SameLabel },
@@ -68,9 +67,9 @@ constexpr RenamingRule renamingRules[] = {
     { true, true, true, RenamingRule::SimilarLabel },
 };
 
-/// The parts of the name that an occurrence has in a statistical file: "X_2".
+/// The parts of the name of an occurrence in a statistical file, such as "X_2".
 struct OccurrenceName {
-    QString item; // ignoring case; empty for another name
+    QString item; // with case folded; empty for any other name
     int number = 0;
 };
 
@@ -82,7 +81,7 @@ OccurrenceName occurrenceNameOf(const QString &name)
     return mark > 0 && isNumber ? OccurrenceName{ name.left(mark).toCaseFolded(), number } : OccurrenceName();
 }
 
-// A subitem repeats with its item.
+// The number of occurrences. A subitem also repeats with its item.
 int occurrencesOf(const ItemList &list, int index)
 {
     const ItemPlace &place = list.items().at(index);
@@ -90,7 +89,7 @@ int occurrencesOf(const ItemList &list, int index)
     return place.parent == Pairing::none ? ofItem : std::max(ofItem, list.items().at(place.parent).item->occurrences);
 }
 
-// Whether a label is the other one with more words, or has most of its words in common with it.
+// Whether all words of one label are in the other one, or more than half of the words of both are the same.
 bool areSimilar(const QString &one, const QString &other)
 {
     const auto wordsOf = [](const QString &label) {
@@ -105,7 +104,7 @@ bool areSimilar(const QString &one, const QString &other)
         && (common == std::min(ofOne.size(), ofOther.size()) || common * 2 > std::max(ofOne.size(), ofOther.size()));
 }
 
-// Of two records whose items partly have the same names, those are one that have most of them in common.
+// Whether two records are the same: at least half of the items of the larger one have a name in common.
 bool areMost(int common, int itemsOfOne, int itemsOfOther)
 {
     return common * 2 >= std::max(itemsOfOne, itemsOfOther) && common > 0;
@@ -184,7 +183,7 @@ void ItemMatching::matchRecords(bool hasRecords)
         return;
     }
     const auto name = [](const ItemContainer &container, bool folds) {
-        // The id items of a level have its depth for a name.
+        // The id items of a level are identified by its depth.
         if (!container.record)
             return std::optional(NameKey{ quint64(container.depth) + 1, QString() });
         return std::optional(NameKey{ 0, folds ? container.record->name.toCaseFolded() : container.record->name });
@@ -206,7 +205,7 @@ void ItemMatching::matchRecords(bool hasRecords)
         [&](int i) { return traits(after.containers().at(i), LabelComparison::After); });
 }
 
-// Pairs records without a partner that have most of their items in common, by name.
+// Pairs records without a partner that have many names of items in common.
 void ItemMatching::matchRecordsByItems()
 {
     KeyedMap<QString, int> recordOfName; // of the later layout

@@ -10,26 +10,26 @@
 namespace vanlayout
 {
 
-/// An item among those of its record.
+/// An item of a layout with its place.
 struct ItemPlace {
     const Item *item = nullptr;
-    int parent = Pairing::none; ///< place of the item that holds this subitem among all items of the layout
-    int container = 0;          ///< place of the record among all records of the layout
+    int parent = Pairing::none; ///< index in ItemList::items() of the item that contains this subitem, if any
+    int container = 0;          ///< index of its record in ItemList::containers()
 };
 
 /// The items of a record, or the id items of a level.
 struct ItemContainer {
     const Level *level = nullptr;
-    const Record *record = nullptr; ///< null for id items and where records are not compared
-    int depth = 0;                  ///< of the level, from 0
-    int firstItem = 0;
+    const Record *record = nullptr; ///< null for id items and if records are not compared
+    int depth = 0;                  ///< 0-based index of the level
+    int firstItem = 0;              ///< index in ItemList::items()
     int itemCount = 0;
 
     QString name() const;
 };
 
-/// The records and items of one layout as lists: id items first, level by level. Where one of the formats has no
-/// records, all items are in one container.
+/// The records and items of one layout as lists, level by level, with the id items of a level first. If one of the two
+/// formats has no records, all items are in one container.
 class ItemList
 {
 public:
@@ -47,7 +47,7 @@ private:
     QVector<ItemPlace> itemList;
 };
 
-/// Finds which record and which item of one layout is which of the other.
+/// Matches the records and items of one layout with those of the other.
 class ItemMatching
 {
 public:
@@ -57,9 +57,9 @@ public:
     const Pairing &records() const { return recordPairing; }
     const Pairing &items() const { return itemPairing; }
     /// Whether a variable of a statistical file holds the second or a later occurrence of an item of the dictionary
-    /// that it is compared with: `X_2` where the item X, which repeats, is paired with `X_1`.
+    /// that the file is compared with: `X_2` if the repeating item `X` is paired with `X_1`.
     bool isFurtherOccurrence(LabelComparison::Side side, int item) const { return isFurther[side].at(item); }
-    /// Whether two names are those of an item that repeats and of its first occurrence.
+    /// Whether two names are those of a repeating item and of its first occurrence, such as `X` and `X_1`.
     static bool areItemAndOccurrence(const QString &item, const QString &occurrence);
 
 private:
@@ -67,10 +67,11 @@ private:
     void matchRecordsByItems();
     void matchItems();
     void matchItemsElsewhere();
-    /// Pairs the items of a dictionary that repeat with their first occurrences in a statistical file.
+    /// Pairs the repeating items of a dictionary, which is on \a repeatingSide, with their first occurrences in a
+    /// statistical file.
     void matchOccurrences(LabelComparison::Side repeatingSide);
     void matchRenamedItems(const DiffScope &scope);
-    /// A number that is the same for records that are paired; none for a record without a partner.
+    /// The number of the pair of records that an item is in; none if its record has no partner.
     std::optional<quint64> pairOf(LabelComparison::Side side, int item) const;
 
     const ItemList &before;

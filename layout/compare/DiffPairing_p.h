@@ -12,7 +12,8 @@
 namespace vanlayout
 {
 
-/// The pairs of equal elements of two lists. Each rule pairs what the rules before it left over.
+/// The pairs of matching elements of two lists. Each rule pairs elements that the rules before it left without a
+/// partner. Elements are 0-based indexes; `none` is the partner of an element without one.
 class Pairing
 {
 public:
@@ -35,20 +36,20 @@ public:
         beforeOf[after] = before;
     }
 
-    /// Pairs elements of one key: the first with the first, the second with the second. A key function takes an index
-    /// and answers an optional key; an element without a key is left alone.
+    /// Pairs elements with the same key: the first with the first, the second with the second. A key function takes an
+    /// index and returns an optional key; an element without a key is not paired.
     template <typename Hash = KeyedHash, typename BeforeKey, typename AfterKey>
     void inOrder(BeforeKey beforeKey, AfterKey afterKey)
     {
         match<Hash>(beforeKey, afterKey, true);
     }
-    /// Pairs elements whose key comes once on each side.
+    /// Pairs elements whose key occurs once on each side.
     template <typename Hash = KeyedHash, typename BeforeKey, typename AfterKey>
     void ifUnique(BeforeKey beforeKey, AfterKey afterKey)
     {
         match<Hash>(beforeKey, afterKey, false);
     }
-    /// Likewise, where \a areAlike says so of the two places.
+    /// Likewise, but only if \a areAlike returns true for the two indexes.
     template <typename Hash = KeyedHash, typename BeforeKey, typename AfterKey, typename Alike>
     void ifUniqueAnd(Alike areAlike, BeforeKey beforeKey, AfterKey afterKey)
     {
@@ -70,7 +71,7 @@ private:
         using Key = std::decay_t<decltype(*beforeKey(0))>;
         std::unordered_map<Key, Candidates, Hash> candidates;
         QVector<int> next(beforeOf.size(), none);
-        // From the end, so that the first of several is the one that is found.
+        // From the end, so that the first of several elements with a key is found first.
         for (int i = afterCount() - 1; i >= 0; --i) {
             const std::optional<Key> key = partnerOfAfter(i) == none ? afterKey(i) : std::nullopt;
             if (!key)

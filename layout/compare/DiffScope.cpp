@@ -10,7 +10,7 @@ namespace vanlayout
 namespace
 {
 
-// The lines where they are do not count.
+// Line numbers are ignored.
 bool haveSameExtras(const Layout &before, const Layout &after)
 {
     return std::equal(before.extras.begin(), before.extras.end(), after.extras.begin(), after.extras.end(),
@@ -19,7 +19,7 @@ bool haveSameExtras(const Layout &before, const Layout &after)
                       });
 }
 
-/// A statement of a file that is no part of the survey, or of its data rather than of their layout.
+/// A statement about the file and not about the survey, or about the data and not about its layout.
 struct Fact {
     const char *what;
     bool isOfData;
@@ -48,7 +48,7 @@ constexpr Fact facts[] = {
 const char ofFile[] = "it is of the file, not of the survey";
 const char ofData[] = "it is of the data, not of their layout";
 
-// A whole number that fits into 32 bits, as a code that can have a label in a Stata file.
+// Whether a code can have a label in a Stata file: a whole number of 32 bits, or a missing value such as `.a`.
 bool isStataCode(const QString &code)
 {
     bool isNumber = false;

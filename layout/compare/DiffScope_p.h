@@ -6,7 +6,7 @@
 namespace vanlayout
 {
 
-/// Knows what the formats of two layouts can both hold.
+/// Determines which properties are compared: those that the formats of both layouts can hold.
 class DiffScope
 {
 public:
@@ -14,25 +14,25 @@ public:
 
     /// Both are CSPro dictionaries: levels, records, columns, occurrences and everything else of the forms is compared.
     bool areCSPro() const { return isCSPro(before.format) && isCSPro(after.format); }
-    /// Both are of one format, so that texts are compared as they are.
+    /// Both have the same format, so texts are compared exactly.
     bool isOneFormat() const { return before.format == after.format; }
-    /// Both are of programs that hold the same facts of a variable: .sav and .por, or .sas7bdat and .xpt.
+    /// Both formats hold the same facts about a variable: the two CSPro forms, .sav and .por, or .sas7bdat and .xpt.
     bool isOneFamily() const;
     bool areStatistical() const { return !isCSPro(before.format) && !isCSPro(after.format); }
-    /// Whether a name that differs in case alone is the same name, because a format has upper case alone.
+    /// Whether names that differ only in case are the same, because one of the formats has only upper case.
     bool foldsNames() const { return hasUpperCaseAlone(before.format) || hasUpperCaseAlone(after.format); }
-    /// Whether value sets are compared: SAS keeps them in catalogs, so that a data set alone says nothing of them.
+    /// Whether value sets are compared: SAS keeps them in catalogs, so a data set without its catalog has none.
     bool comparesValueSets() const { return hasKnownValueSets; }
-    /// Whether the names of value sets are those of the survey in both layouts.
+    /// Whether the names of value sets are stated by both files, so that they are compared.
     bool namesValueSets() const { return areCSPro() || (isOneFamily() && !isSpss(before.format)); }
-    /// Characters of an item's label that both can hold; 0 for no bound.
+    /// Max characters of an item's label that both formats can hold; 0 for no bound.
     int maxItemLabel() const;
-    /// Whether both can hold an item of this type.
+    /// Whether both formats can hold an item of this type.
     bool holdsType(const Item &item) const { return areCSPro() || item.isNumeric() || item.isAlpha(); }
-    /// Whether both can hold a label for these codes of a numeric item, or of a text.
+    /// Whether both formats can hold a label for a code or range of a numeric item, or of a text.
     bool holdsCode(bool isNumeric, const Range &range) const;
 
-    /// The statements of the two layouts that this scope leaves out.
+    /// The properties that are not compared, each with the reason.
     QVector<NotCompared> notCompared() const;
 
 private:

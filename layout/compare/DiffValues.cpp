@@ -8,13 +8,13 @@ namespace vanlayout
 namespace
 {
 
-// A code as the file has it. Blanks before a text are part of the code.
+// A code as written in the file; blanks before a text are part of the code, those around a number are not.
 QString spelledCode(const QString &key, const QString &code)
 {
     return canonicalCode(code, false) == key ? key : code.trimmed();
 }
 
-// A code as the file has it, of the entry that a change is about.
+// The code or range of an entry for people, as written in the file.
 QString codeOf(const CodeEntry &entry)
 {
     if (!entry.range || entry.value->special == Special::NotApplicable)
@@ -23,7 +23,7 @@ QString codeOf(const CodeEntry &entry)
                           entry.key.to.isEmpty() ? QString() : spelledCode(entry.key.to, entry.range->to), true });
 }
 
-// The codes of several entries.
+// The codes of the entries from \a begin to \a end - 1, separated by commas.
 QString codesOf(const QVector<CodeEntry> &entries, int begin, int end)
 {
     QString codes = codeOf(entries.at(begin));
@@ -32,7 +32,7 @@ QString codesOf(const QVector<CodeEntry> &entries, int begin, int end)
     return codes;
 }
 
-// Where the entries end that belong to the same two values as the one at \a begin: they are part of one difference.
+// The index after the entries that belong to the same two values as the one at \a begin. They are one difference.
 int endOfValues(const QVector<CodeEntry> &before, const QVector<CodeEntry> &after, const Pairing &pairing, int begin)
 {
     const Value *const other = after.at(pairing.partnerOfBefore(begin)).value;
@@ -43,7 +43,7 @@ int endOfValues(const QVector<CodeEntry> &before, const QVector<CodeEntry> &afte
     return end;
 }
 
-// The path of an image as CSPro 8 writes it.
+// The path of an image in the spelling of CSPro 8.
 QString imagePath(const QString &image)
 {
     QString path = image;
@@ -51,7 +51,7 @@ QString imagePath(const QString &image)
     return path.startsWith(QLatin1String("./")) ? path.mid(2) : path;
 }
 
-// The name that a value set had if its item always had the name of today: sets are named after their item.
+// The name that a value set of the earlier layout has after its item was renamed: sets are named after their item.
 QString nameAfter(const QString &set, const Item &before, const Item &after)
 {
     return before.name != after.name && set.startsWith(before.name) ? after.name + set.mid(before.name.size()) : set;
@@ -143,8 +143,8 @@ void ValueSetComparison::pairSetsByContent(const Sets &ofBefore, const Sets &ofA
                         [&](int i) { return key(*ofAfter.at(i), LabelComparison::After, part); });
     if (ofBefore.size() != 1 || ofAfter.size() != 1 || pairing.partnerOfBefore(0) != Pairing::none)
         return;
-    // The only set of both items, under another name and with other values, is the same where they have codes in
-    // common. A long list is not searched to its end, as many items can share it.
+    // If each item has only one set, these are the same if they have a code in common, even if names and values differ.
+    // A long list is not searched to its end, because many items can share it.
     constexpr int most = 1000;
     const QVector<Value> valuesBefore = ofBefore.constFirst()->values.mid(0, most);
     const QVector<Value> valuesAfter = ofAfter.constFirst()->values.mid(0, most);
@@ -246,7 +246,7 @@ const ValueSetComparison::Differences &ValueSetComparison::differencesOf(const Q
 Pairing ValueSetComparison::pairEntries(const QVector<CodeEntry> &before, const QVector<CodeEntry> &after)
 {
     Pairing pairing(before.size(), after.size());
-    int common = 0; // entries at the beginning that are the same in both
+    int common = 0; // number of entries at the beginning that are the same in both lists
     while (common < std::min(before.size(), after.size()) && before.at(common).key == after.at(common).key) {
         pairing.pair(common, common);
         ++common;

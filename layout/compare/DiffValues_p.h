@@ -15,7 +15,7 @@ namespace vanlayout
 
 /// Compares the value sets of two items.
 ///
-/// A list of values that several sets share is looked at once for each list that it is compared with.
+/// A list of values that several sets share is compared once with each other list.
 class ValueSetComparison
 {
 public:
@@ -27,11 +27,11 @@ public:
     {
     }
 
-    /// Adds what differs between the value sets of two items, at \a place.
+    /// Adds the differences between the value sets of two items at \a place.
     void compare(const Item &before, const Item &after, const Change &place, ChangeCollector &changes);
 
-    /// A hash of the codes of all value sets of an item, in any order, and of their labels if \a hasLabels; 0 where it
-    /// has none.
+    /// A hash of the codes of all value sets of an item and, with \a hasLabels, of their labels. It does not depend on
+    /// the order of the sets; 0 if the item has none.
     quint64 contentOf(const Item &item, Side side, bool hasLabels);
 
 private:
@@ -72,7 +72,7 @@ private:
     // By the addresses of the lists, which live as long as the comparison.
     std::map<std::tuple<const Value *, bool, int>, Content> contents;
     std::map<std::tuple<const Value *, const Value *, bool>, Differences> known;
-    int knownCount = 0; // differences that are kept there
+    int knownCount = 0; // number of differences in `known`
 };
 
 } // namespace vanlayout

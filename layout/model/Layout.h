@@ -10,11 +10,11 @@
 
 #include <optional>
 
-/// The exact layout of a census or survey data file: everything that its description says, as plain values.
+/// The exact layout of a census or survey data file: everything that its description states, as plain values.
 ///
 /// All types are implicitly shared through Qt's containers, so copies are cheap; all compare with `==`. Nothing here
-/// reads or writes files. Lengths and columns are in characters, columns are 1-based. Objects may be read by several
-/// threads at once; a thread that modifies one needs its own copy.
+/// reads or writes files. Lengths and columns are in characters unless stated otherwise; columns are 1-based. Objects
+/// may be read by several threads at once; a thread that modifies one needs its own copy.
 namespace vanlayout
 {
 
@@ -24,7 +24,7 @@ struct VANLAYOUT_EXPORT Label {
     QString text;
 };
 
-/// The texts of one label in all languages, in the order of the file. No label at all is an empty list.
+/// The texts of one label in all languages, in the order of the file. The list is empty if there is no label.
 struct VANLAYOUT_EXPORT Labels {
     QVector<Label> parts;
 
@@ -45,10 +45,10 @@ struct VANLAYOUT_EXPORT Language {
 /// One code, or all values from one code to another, inclusive.
 struct VANLAYOUT_EXPORT Range {
     QString from;
-    QString to; ///< empty for one code
+    QString to; ///< empty if the range is one code
 };
 
-/// The special meaning of a value in CSPro.
+/// The special meaning of a value in CSPro; None for an ordinary value.
 enum class Special { None, Missing, NotApplicable, Refused, Default };
 
 /// One entry of a value set: codes and their label.
@@ -56,9 +56,9 @@ struct VANLAYOUT_EXPORT Value {
     Labels labels;
     QString note;
     Special special = Special::None;
-    QString image;     ///< path of a picture, as the file has it
-    QString textColor; ///< as the file has it
-    QVector<Range> ranges;
+    QString image;         ///< path of a picture, as written in the file
+    QString textColor;     ///< as written in the file
+    QVector<Range> ranges; ///< the codes of the value; may be empty
 };
 
 /// A list of values of an item. Sets that share a link, or one label set of a statistical file, share one list in
@@ -68,7 +68,7 @@ struct VANLAYOUT_EXPORT ValueSet {
     Labels labels;
     QString note;
     QStringList aliases;
-    QString link; ///< equal for sets with the same values; empty if there is none
+    QString link; ///< name of the link, equal for sets that share their values; empty if there is none
     QVector<Value> values;
 };
 
@@ -80,17 +80,17 @@ struct VANLAYOUT_EXPORT OccurrenceLabel {
 
 /// The input control of an item at data entry.
 struct VANLAYOUT_EXPORT Capture {
-    QString type;       ///< as CSPro 8 spells it: "textBox", "radioButton", "date" ...
+    QString type;       ///< in the spelling of CSPro 8: "textBox", "radioButton", "date" ...
     QString dateFormat; ///< upper case, such as "YYYYMMDD"; empty if there is none
 };
 
-/// The storage type of values in a statistical file.
+/// The storage type of a variable in a statistical file; None for an item of a dictionary, or if it is unknown.
 enum class Storage { None, Int8, Int16, Int32, Float, Double, String };
 
-/// Level of measurement of a statistical variable.
+/// The level of measurement of a statistical variable; None if the file states none.
 enum class Measure { None, Nominal, Ordinal, Scale };
 
-/// Alignment of a statistical variable on the screen.
+/// The alignment of a statistical variable on the screen; None if the file states none.
 enum class Alignment { None, Left, Center, Right };
 
 /// The words for the type of an item.
@@ -112,10 +112,11 @@ struct VANLAYOUT_EXPORT Item {
     Labels labels;
     QString note;
     QStringList aliases;
-    /// "numeric", "alpha", "document", "audio", "image" or "geometry"; an unknown word of the file in lower case.
+    /// "numeric", "alpha", "document", "audio", "image" or "geometry"; any other word of the file in lower case.
     QString type = itemtype::numeric();
-    int start = 0;  ///< 1-based column of the first occurrence; 0 if there are no columns
-    int length = 0; ///< characters of one occurrence, including a written decimal mark
+    int start = 0; ///< 1-based column of the first occurrence; 0 if there are no columns
+    /// Characters of one occurrence, including a written decimal mark; bytes for a text of a statistical file.
+    int length = 0;
     int occurrences = 1;
     QVector<OccurrenceLabel> occurrenceLabels;
     bool isSubitem = false;
@@ -127,10 +128,10 @@ struct VANLAYOUT_EXPORT Item {
     QVector<ValueSet> valueSets;
     // of statistical files
     Storage storage = Storage::None;
-    QString format; ///< as the file has it: "F8.2", "%8.0g"
+    QString format; ///< as written in the file: "F8.2", "%8.0g"
     Measure measure = Measure::None;
     Alignment alignment = Alignment::None;
-    int displayWidth = 0;   ///< 0 if the file has none
+    int displayWidth = 0;   ///< characters; 0 if the file states none
     QVector<Range> missing; ///< user-missing values
 
     bool isNumeric() const { return type == itemtype::numeric(); }
@@ -161,7 +162,7 @@ struct VANLAYOUT_EXPORT Level {
     QVector<Record> records;
 };
 
-/// One part of a relation.
+/// One part of a relation: how a secondary is linked to the primary.
 struct VANLAYOUT_EXPORT RelationLink {
     QString primaryLink;   ///< item of the primary to compare; empty for "by occurrence number"
     QString secondary;     ///< repeating record or item on the right
@@ -201,8 +202,8 @@ struct VANLAYOUT_EXPORT Extra {
 /// The format of the file that a layout was read from.
 enum class Format { None, CSProText, CSProJson, Spss, SpssPortable, Stata, Sas, SasXport };
 
-/// Everything that a file says about the layout of its data. If reading fails, the layout has no levels and one problem
-/// of severity error.
+/// Everything that a file states about the layout of its data. If reading fails, the layout has no levels and one
+/// problem of severity error.
 struct VANLAYOUT_EXPORT Layout {
     QString file; ///< path as given to the reader
     Format format = Format::None;
@@ -222,7 +223,7 @@ struct VANLAYOUT_EXPORT Layout {
     std::optional<Security> security;
     std::optional<bool> readOptimization;
     std::optional<bool> enableBinaryItems;
-    std::optional<QString> valueSetImages; ///< as the file has it
+    std::optional<QString> valueSetImages; ///< as written in the file
     // of statistical files
     std::optional<qint64> rows;
     std::optional<QString> created; ///< `YYYY-MM-DDTHH:MM:SS`, the local time that the file states, without a time zone
@@ -234,7 +235,8 @@ struct VANLAYOUT_EXPORT Layout {
     QVector<Extra> extras;     ///< statements for which there is no member, in the order of the file
     QVector<Problem> problems; ///< in the order of the file
 
-    /// The problem because of which there is no layout; null if reading succeeded. Valid until the layout changes.
+    /// The problem that is the reason why there is no layout; null if reading succeeded. The pointer is valid until the
+    /// layout changes.
     const Problem *error() const;
     /// True if the file was read; there may be warnings.
     bool isRead() const { return !error(); }
@@ -249,8 +251,9 @@ VANLAYOUT_EXPORT QString wordOf(Alignment alignment);
 
 /// The first column of an occurrence.
 ///
-/// \a parent is the item that contains a subitem, null for an item; a subitem repeats with its item. \a occurrence is
-/// 1-based. Returns 0 if the item has no columns; a column beyond `int` is the largest `int`.
+/// \a parent is the item that contains the subitem \a item; it is null if \a item is not a subitem. A subitem repeats
+/// with its item. \a occurrence is 1-based. Returns 0 if the item has no columns; a column beyond `int` is the largest
+/// `int`.
 VANLAYOUT_EXPORT int startOf(const Item &item, int occurrence, const Item *parent = nullptr);
 
 // clang-format off

@@ -10,7 +10,7 @@
 namespace vanlayout
 {
 
-/// The rules that the text form and the JSON form of a CSPro dictionary share.
+/// The rules that apply to both the text form and the JSON form of a CSPro dictionary.
 namespace cspro
 {
 
@@ -18,10 +18,10 @@ namespace cspro
 bool isWhiteSpace(QChar character);
 /// \a note without trailing white space, which CSPro removes in both forms.
 QString cleanNote(const QString &note);
-/// Makes a label of one part whose text is empty the absent label.
+/// Clears a label with a single part if its text is empty: it is no label.
 void dropEmptyLabel(Labels &labels);
 
-// Words are compared case-insensitively. Nothing is returned for a word that CSPro does not know.
+// Words are compared case-insensitively. The result has no value for a word that CSPro does not know.
 
 /// "MISSING", "NOTAPPL", "REFUSED", "DEFAULT".
 std::optional<Special> specialOf(QStringView word);
@@ -30,17 +30,18 @@ std::optional<Special> specialOf(QStringView word);
 std::optional<QString> itemTypeOf(QStringView word);
 /// \a word with A to Z in lower case: the type of an item whose word CSPro does not know.
 QString lowerCased(QString word);
-/// A capture type in CSPro 8's spelling, such as "radioButton"; the empty text for "unspecified", which is no capture.
+/// A capture type in the spelling of CSPro 8, such as "radioButton"; an empty text for "unspecified", which means no
+/// capture.
 std::optional<QString> captureTypeOf(QStringView word);
 
-/// The item that a relation compares: empty for "(occurrence)", spelled like this, else \a text.
+/// The item that a relation compares: empty if \a text is exactly "(occurrence)", else \a text.
 QString linkItemOf(const QString &text);
 
-/// Gives each value set that has a link and no values the values of the fullest set with that link, the first in the
-/// order of the file where several are equally full. Sets with values of their own keep them.
+/// Sets the values of each value set that has a link but no values to those of the set with the same link that has the
+/// most values, or the first of these in the order of the file. Other sets keep their values.
 ///
-/// The list is in memory once, but each set has it when the layout is printed. At most `maxLinkedValues` are therefore
-/// shared in total; later sets remain empty, with one warning.
+/// The list is in memory once, but is written for each set when the layout is printed. Therefore at most
+/// `maxLinkedValues` values are shared in total; later sets remain empty, with one warning.
 void shareLinkedValues(Layout &layout, Diagnostics &diagnostics);
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
 constexpr int maxLinkedValues = 4'000; // so that a fuzzer tries more files
@@ -48,13 +49,14 @@ constexpr int maxLinkedValues = 4'000; // so that a fuzzer tries more files
 constexpr int maxLinkedValues = 4'000'000;
 #endif
 
-/// A text of the file for a message: in quotation marks, on one line, cut if it is long.
+/// A text of the file for a message: in quotation marks, on one line, truncated if it is long.
 QString quoted(QString text);
 
 /// The first characters of a text, at most \a longest; half a surrogate pair at the end is omitted.
 QString shortened(QString text, int longest);
 
-/// A name in a path: cut at `longestNameInPaths`, so that a long name with many entries below does not exhaust memory.
+/// A name in a path: truncated at `longestNameInPaths`, so that a long name with many entries below it does not exhaust
+/// memory.
 QString nameInPath(const QString &name);
 constexpr int longestNameInPaths = 200;
 

@@ -17,7 +17,7 @@ constexpr int maxDictionarySize = 256 << 20;
 /// Max steps of SQLite's virtual machine in one statement. The search for the row takes about ten.
 constexpr int maxSteps = 10'000'000;
 
-/// From here on the connection only reads columns of the table `meta`, in statements of at most `maxSteps`. SQLite
+/// After this call the connection only reads columns of the table `meta`, in statements of at most `maxSteps`. SQLite
 /// refuses to prepare anything else: other tables, views, triggers, functions, recursion, pragmas, attached databases,
 /// writing. No extension can be loaded, and no text or BLOB is longer than `maxDictionarySize`.
 void restrict(sqlite3 *connection);

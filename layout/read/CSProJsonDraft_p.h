@@ -15,13 +15,13 @@ namespace vanlayout
 
 /// The use of a text in the layout.
 enum class JsonUse {
-    Held,    ///< the layout holds it
-    Extra,   ///< the layout has no place for it: it is kept in the extras
-    Unknown, ///< likewise, and it is none of the words that the key can have, which is a problem
+    Held,    ///< the layout has a member for it
+    Extra,   ///< the layout has no member for it: it is kept in the extras
+    Unknown, ///< likewise, and it is not one of the words that the key can have, which is a problem
 };
 
-/// The layout while its JSON form is being read: the elements that are open, each until its object ends and it moves
-/// into the element that holds it. What follows from several keys of an object is found at its end, because keys have
+/// The layout while its JSON form is being read. An element is open until its object ends; then it moves into the
+/// element that contains it. Rules that depend on several keys of an object are applied at its end, because keys have
 /// no order.
 class CSProJsonDraft
 {
@@ -38,7 +38,7 @@ public:
     void endLanguages();
 
     void beginOccurrenceLabel();
-    /// False if it is for no occurrence.
+    /// False if it states no occurrence.
     bool endOccurrenceLabel();
 
     void beginPair();
@@ -72,8 +72,8 @@ public:
     void endRecordType();
 
     JsonUse setCode(const QString &text);
-    /// \a ends are the texts of the list, \a isSound is false if it also held something else. \a json is the list,
-    /// which must stay until the end of the pair.
+    /// \a ends are the texts of the list; \a isSound is false if it also has other entries. \a json is the JSON of the
+    /// list, which must remain valid until the end of the pair.
     void setRange(QStringList ends, bool isSound, std::string_view json);
     JsonUse setSpecial(const QString &text);
     JsonUse setCaptureType(const QString &text);
@@ -91,9 +91,9 @@ public:
 
     /// Whether the object has a key that dictionaries have and other JSON files do not.
     bool hasDictionaryKey() const { return hasKeyOfDictionary; }
-    /// Text of the key "fileType"; null where it is absent.
+    /// Text of the key "fileType"; null if it is absent.
     QString fileType() const { return typeOfFile; }
-    /// Finds what depends on the whole dictionary: columns, defaults, languages of labels.
+    /// Applies the rules that depend on the whole dictionary: columns, defaults, languages of labels.
     void complete();
 
     Layout &layout;
@@ -113,10 +113,10 @@ public:
     Label label;
     Capture capture;
 
-    std::string_view number;   ///< that is being set, as it is spelled
-    bool isNumberText = false; ///< whether the number that is being set is stated as a text
+    std::string_view number;   ///< spelling of the number that is being set
+    bool isNumberText = false; ///< whether that number is stated as a text
 
-    // where the entries of an open list go
+    // The lists to which the entries of open lists are added.
     Labels *labels = nullptr;
     QStringList *aliases = nullptr;
     QVector<OccurrenceLabel> *occurrenceLabels = nullptr;
@@ -125,7 +125,7 @@ private:
     // Statements on the open item that `Item` does not hold.
     struct ItemStatements {
         StoredColumns columns;
-        QString offset; ///< of a subitem, in its JSON spelling
+        QString offset; ///< offset of a subitem in its JSON spelling
         bool hasLength = false;
         bool hasDecimalMark = false;
         bool hasZeroFill = false;
@@ -139,7 +139,7 @@ private:
         bool hasRange = false;
         bool isRangeSound = false;
     };
-    // A language that labels name, and the first element with such a label.
+    // A language that labels name, with the first element that has such a label.
     struct UsedLanguage {
         QString name;
         ElementAddress address;
@@ -165,12 +165,12 @@ private:
 
     ItemStatements statements;
     Pair pair;
-    QString statedDateFormat;                  ///< of the open capture
-    QString parent;                            ///< name of the last item of the container that is no subitem
-    bool hasParent = false;                    ///< whether there is one
-    std::vector<StoredColumns> columnsOfItems; ///< of the open container
+    QString statedDateFormat;                  ///< date format of the open capture
+    QString parent;                            ///< name of the last item of the container that is not a subitem
+    bool hasParent = false;                    ///< whether there is such an item
+    std::vector<StoredColumns> columnsOfItems; ///< columns of the items of the open container
     std::vector<LevelColumns> columnsOfLevels;
-    std::vector<ElementAddress> withoutZeroFill; ///< numeric items that take the dictionary's default
+    std::vector<ElementAddress> withoutZeroFill; ///< numeric items to which the default of the dictionary applies
     std::vector<UsedLanguage> usedLanguages;
     std::set<QString> usedLanguageNames; ///< upper case
     QString typeOfFile;

@@ -8,10 +8,10 @@
 namespace vanlayout
 {
 
-/// An element of a layout by its indexes, -1 for none. Unlike its path it is known before the names are: the keys of a
-/// JSON object have no order.
+/// An element of a layout by its 0-based indexes, -1 for none. Unlike its path, it is known before the names are,
+/// because the keys of a JSON object have no order.
 struct ElementAddress {
-    static constexpr int ids = -2; ///< in place of a record
+    static constexpr int ids = -2; ///< value of `record` for the id items
 
     int level = -1;
     int record = -1;
@@ -34,10 +34,10 @@ public:
     void addExtra(const QString &key, const QString &value, const ElementAddress &address);
 
     size_t extraCount() const { return ofExtras.size(); }
-    /// Drops all extras but the first \a count.
+    /// Removes all extras except the first \a count.
     void dropExtrasFrom(size_t count);
 
-    /// Writes the path of each entry, once all elements are in the layout.
+    /// Sets the path of each entry; to be called when all elements are in the layout.
     void resolvePaths();
 
 private:

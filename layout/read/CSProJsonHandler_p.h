@@ -18,19 +18,19 @@
 namespace vanlayout
 {
 
-/// Takes the events of RapidJSON's reader and puts what they say into a draft, by the keys of the JSON form.
+/// Handles the events of RapidJSON's reader: sets the values of the draft by the keys of the JSON form.
 ///
-/// Nothing is lost: a value that has no place (of an unknown key, of a key that comes again, of another type than the
-/// key wants, an entry of a list that is not usable) goes to the extras with its spelling, and each such case is
-/// reported. Depth costs no stack: the form is
-/// a few levels deep, and within such a value only the number of open parts is counted.
+/// Nothing is lost: a value without a place (of an unknown key, of a repeated key, of a wrong type, or an entry of a
+/// list that is not usable) is kept in the extras in its JSON spelling, and each such case is reported. Nesting uses no
+/// stack: the form is a few levels deep, and within a value that is kept only the number of open parts is counted.
 class CSProJsonHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, CSProJsonHandler>
 {
 public:
-    /// Levels of nesting within a value that is kept as its spelling.
+    /// Max levels of nesting within a value that is kept in its spelling.
     static constexpr int maxDepth = 1'000'000;
 
-    /// \a stream is what is being read, from the beginning of \a content.
+    /// \a stream is the stream that the reader reads, from the beginning of \a content. Both, and \a target, must
+    /// outlive this object.
     CSProJsonHandler(const rapidjson::StringStream &stream, std::string_view content, CSProJsonDraft &target)
         : position(stream)
         , source(content)
@@ -54,29 +54,29 @@ public:
     bool isTooDeep() const { return openParts > maxDepth; }
 
 private:
-    // A value that is neither object nor list.
+    // A value that is neither an object nor a list.
     struct Scalar {
         enum class Type { Null, Boolean, Number, Text };
         Type type;
         bool boolean;
-        const char *bytes; ///< of a number or a text
+        const char *bytes; ///< bytes of a number or a text
         int size;
     };
-    // Why a value is kept as its spelling.
+    // The reason why a value is kept in its spelling.
     enum class Reason { UnknownKey, RepeatedKey, WrongType, UnknownWord, NoPlace };
     // An open object or list of the form.
     struct Frame {
-        const JsonElement *element; ///< of the object, or of the objects in the list; null for a list of texts
-        const JsonKey *key;         ///< of the object or list; null for an object in a list
+        const JsonElement *element; ///< kind of the object, or of the objects in the list; null for a list of texts
+        const JsonKey *key;         ///< key of the object or list; null for an object in a list
         bool isList;
         size_t begin;                                            ///< offset of its first byte
-        size_t extras;                                           ///< how many there were before it
-        int nextKey = 0;                                         ///< where the next key is looked for first
-        quint32 seen = 0;                                        ///< keys that came
-        quint32 hasValue = 0;                                    ///< keys with a value other than null
-        std::unique_ptr<std::set<std::string>> unknownKeys = {}; ///< that came
+        size_t extras;                                           ///< number of extras before it
+        int nextKey = 0;                                         ///< index of the key that is expected next
+        quint32 seen = 0;                                        ///< bits of the keys that occurred
+        quint32 hasValue = 0;                                    ///< bits of the keys with a value other than null
+        std::unique_ptr<std::set<std::string>> unknownKeys = {}; ///< unknown keys that occurred
     };
-    // A list or an object that is kept as its spelling, or a range, while it is read.
+    // The state within a list or object that is kept in its spelling, or within a range.
     enum class Skipping { None, Kept, Range };
 
     bool scalar(const Scalar &value);
@@ -120,13 +120,13 @@ private:
     CSProJsonFindings &findings;
     TextCache texts;
     std::vector<Frame> frames;
-    const JsonKey *key = nullptr; ///< of the value that comes next, in an object; null for a stray one
-    QString strayKey;             ///< unknown, or came before
+    const JsonKey *key = nullptr; ///< key of the next value in an object; null for an unknown or repeated key
+    QString strayKey;             ///< that unknown or repeated key
     Reason strayReason = Reason::UnknownKey;
 
     Skipping skipping = Skipping::None;
     size_t skippedFrom = 0;
-    int openParts = 0; ///< of what is skipped
+    int openParts = 0; ///< number of open objects and lists of the skipped value
     QStringList rangeEnds;
     bool isRangeSound = true;
 };

@@ -8,17 +8,17 @@
 namespace vanlayout
 {
 
-/// The type that the value of a key must have. Null counts as absent for each.
+/// The type that the value of a key must have. Null is the same as an absent key for each.
 enum class JsonShape {
-    Text,    ///< a number counts as its spelling
-    Integer, ///< the text of a number counts as the number
+    Text,    ///< a number is accepted as its spelling
+    Integer, ///< the text of a number is accepted
     Number,  ///< likewise; it is set as its spelling
-    Boolean, ///< the texts "true" and "false" count
+    Boolean, ///< the texts "true" and "false" are accepted
     Object,
-    List,  ///< of objects
+    List,  ///< list of objects
     Texts, ///< list of texts
-    Range, ///< list of texts whose spelling is kept, as it may hold something else
-    Kept,  ///< any value; the layout has no place for it
+    Range, ///< list of texts whose spelling is kept, because it may have other entries
+    Kept,  ///< any value; the layout has no member for it
 };
 
 struct JsonElement;
@@ -31,8 +31,8 @@ struct JsonKey {
     JsonUse (*setText)(CSProJsonDraft &draft, const QString &text) = nullptr;
     void (*setInteger)(CSProJsonDraft &draft, int value) = nullptr;
     void (*setBoolean)(CSProJsonDraft &draft, bool value) = nullptr;
-    const JsonElement *element = nullptr; ///< of an object, or of the objects in a list
-    // of a list
+    const JsonElement *element = nullptr; ///< kind of the object, or of the objects in a list
+    // Called at the begin and the end of a list.
     void (*begin)(CSProJsonDraft &draft) = nullptr;
     void (*end)(CSProJsonDraft &draft) = nullptr;
 };
@@ -46,7 +46,7 @@ struct JsonElement {
     bool (*end)(CSProJsonDraft &draft) = nullptr; ///< false if the object is not usable
 };
 
-/// The object that is a dictionary, and through it all that it can hold: the keys of the JSON form.
+/// The object of a dictionary and, through its keys, all other objects: the keys of the JSON form.
 const JsonElement &dictionaryElement();
 
 } // namespace vanlayout

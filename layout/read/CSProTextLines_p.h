@@ -15,35 +15,35 @@ namespace vanlayout
 /// The content of a dictionary in text form as well-formed UTF-8, without a byte-order mark.
 struct CSProTextContent {
     QString encoding; ///< of the file: "utf-8", "utf-16le", "utf-16be", "windows-1252"
-    QByteArray bytes; ///< shared with the file's where these are well-formed UTF-8
-    int begin = 0;    ///< index of the first character
-    /// Whether the file has carriage returns, but no line feed. They end its lines then, and are line feeds in `bytes`.
+    QByteArray bytes; ///< shared with the bytes of the file if these are well-formed UTF-8
+    int begin = 0;    ///< index of the first character in `bytes`
+    /// Whether the file has carriage returns but no line feed. They then end its lines, and are line feeds in `bytes`.
     bool hasReturnsAlone = false;
-    /// Numbers of the lines with invalid bytes, which were replaced by U+FFFD.
+    /// 1-based numbers of the lines with invalid bytes, which were replaced by U+FFFD.
     std::vector<int> damagedLines;
 
     std::string_view text() const { return { bytes.constData() + begin, size_t(bytes.size() - begin) }; }
 };
 
-/// Decodes a file. A mark decides on UTF-8 or UTF-16. Without one the text is UTF-8 if all of it is well-formed UTF-8,
-/// else Windows-1252; never the encoding of the locale.
+/// Decodes a file. A byte-order mark states UTF-8 or UTF-16. Without one the encoding is UTF-8 if all bytes are
+/// well-formed UTF-8, else Windows-1252; it is never the encoding of the locale.
 CSProTextContent decodeCSProText(const QByteArray &bytes);
 
-/// One line of the text form that says something: `key=value`, or a section, whose key begins with `[`.
+/// One statement of the text form: `key=value`, or the beginning of a section, whose key begins with `[`.
 struct Statement {
     std::string_view key;
     std::string_view value;
-    int line = 0; ///< where it begins, from 1
+    int line = 0; ///< 1-based number of its first line
     bool hasEqualsSign = false;
 
     bool isSection() const { return !key.empty() && key.front() == '['; }
 };
 
-/// Cuts a text into its statements. All views stay valid as long as this object and the text.
+/// Splits a text into statements. All views remain valid as long as both this object and the text exist.
 ///
-/// In this order: a line of two or more characters whose last one is `&` goes on with the next line; white space is cut
-/// at both ends; empty lines and lines that begin with `.` are omitted; the first `=` parts key and value, and white
-/// space around it belongs to neither.
+/// The rules are, in this order: a line of two or more characters that ends in `&` continues on the next line; white
+/// space is removed at both ends; empty lines and lines that begin with `.` are omitted; the first `=` separates key
+/// and value, without the white space around it.
 class CSProTextLines
 {
 public:
@@ -66,7 +66,7 @@ private:
     std::deque<std::string> continuedLines;
 };
 
-/// Whether keys, sections or words of the text form are the same: without regard to the case of ASCII letters.
+/// Whether two keys, sections or words of the text form are the same, ignoring the case of ASCII letters.
 bool isSameKey(std::string_view left, std::string_view right);
 
 } // namespace vanlayout

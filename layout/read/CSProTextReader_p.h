@@ -12,13 +12,13 @@ namespace vanlayout
 
 /// Reads a CSPro dictionary in text form, statement by statement.
 ///
-/// A section has a row in the table `sections()`: its name, its keys, and what is done where it begins and ends. The
-/// lines that belong to one value are a section of their own, which each `Value` begins. An element is put into the
-/// layout where its section begins. Its problems and extra entries get their path where the section ends, because the
-/// name may come late.
+/// Each kind of section has a row in the table `sections()`: its name, its keys, and the steps at its begin and end.
+/// The statements of one value are a separate section, which each key `Value` begins. An element is added to the layout
+/// at the begin of its section. Its problems and extra entries are assigned their path at the end of the section,
+/// because the name may come late.
 ///
-/// A key that is not in the table of its section goes to `Layout::extras`; so does a section that is unknown or has no
-/// place where it is: one entry for its line, with the key `[Foo]`, and one for each of its keys.
+/// A key that is not in the table of its section is kept in `Layout::extras`. So is a section that is unknown or
+/// misplaced: it has one entry for its line, with the key `[Foo]`, and one for each of its keys.
 class CSProTextReader
 {
 public:
@@ -27,7 +27,7 @@ public:
     void read(const QByteArray &bytes);
 
 private:
-    /// Which of several equal keys in one section counts. All of them do in a list.
+    /// Which of several equal keys in one section counts; in a list all of them do.
     enum class Counts { First, Last, All };
 
     struct Key {
@@ -42,7 +42,7 @@ private:
         const Keys &keys;
         bool (CSProTextReader::*begin)(); ///< false if the section has no place here
         void (CSProTextReader::*end)();
-        QString (CSProTextReader::*path)() const; ///< of the element that the section is about
+        QString (CSProTextReader::*path)() const; ///< path of the element of the section
     };
 
     /// The common members of named elements.
@@ -154,16 +154,16 @@ private:
     Layout &layout;
     Diagnostics &diagnostics;
 
-    const Section *section = nullptr; ///< null within one that is kept in the extras
+    const Section *section = nullptr; ///< the open section; null within one that is kept in the extras
     int sectionLine = 0;
     std::vector<Statement> stated; ///< for each key of the section the statement that counts; its line is 0 for none
-    int firstProblem = 0;          ///< of the section, in the lists of the layout
-    int firstExtra = 0;
+    int firstProblem = 0;          ///< index of the first problem of the section in the list of the layout
+    int firstExtra = 0;            ///< index of its first extra
 
-    QString firstSection; ///< for a message
+    QString firstSection; ///< name of the first section, for a message
     int firstSectionLine = 0;
     bool hasDictionary = false;
-    std::vector<Statement> dictionaryStatements; ///< as `stated`, for a [Dictionary] that goes on
+    std::vector<Statement> dictionaryStatements; ///< as `stated`, for a [Dictionary] that is continued
     bool areLanguagesRead = false;
     int dictionaryLabelLine = 0;
     std::vector<int> levelLines;
@@ -172,19 +172,19 @@ private:
     Named named;
     Level *level = nullptr;
     Record *record = nullptr;
-    QVector<Item> *items = nullptr; ///< where the next item goes: to the ids of the level, or to the record
-    QString holder;                 ///< name of the last of these items that is no subitem
+    QVector<Item> *items = nullptr; ///< list of the next item: the ids of the level, or the items of the record
+    QString holder;                 ///< name of the last of these items that is not a subitem
     bool hasHolder = false;
     Item *item = nullptr;
-    Statement dateFormat; ///< the one that counts in the open item; its line is 0 for none
+    Statement dateFormat; ///< date format that counts in the open item; its line is 0 for none
     int itemLevel = 0;    ///< index of the level of the open item
     int itemRecord = 0;   ///< index of its record there; -1 for the ids
     ValueSet *set = nullptr;
-    std::vector<Value> values; ///< of the open set
+    std::vector<Value> values; ///< values of the open set
     bool areCodesNumbers = true;
-    std::vector<int> occurrenceLines; ///< of the labels of occurrences of the open element
+    std::vector<int> occurrenceLines; ///< lines of the occurrence labels of the open element
     Relation *relation = nullptr;
-    bool hasPrimaryLink = false; ///< of the last link of the relation
+    bool hasPrimaryLink = false; ///< whether the last link of the relation has it
     bool hasSecondary = false;
     bool hasSecondaryLink = false;
 

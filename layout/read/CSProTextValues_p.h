@@ -17,7 +17,7 @@ namespace csprotext
 
 QString textOf(std::string_view value);
 
-/// \a value for a message: in quotation marks, on one line, cut where it is long.
+/// \a value for a message: in quotation marks, on one line, truncated if it is long.
 QString shown(std::string_view value);
 
 /// Leading digits with an optional sign; 0 if there are none. Numbers beyond `int` are the nearest `int`.
@@ -27,19 +27,19 @@ struct Number {
 };
 Number numberOf(std::string_view value);
 
-/// Yes is everything that begins with Y, in any case.
+/// True for any text that begins with Y or y.
 bool isYes(std::string_view value);
 
-/// The first token: blanks, tabs and commas before it are skipped; a token in `'` or `"` ends at the same mark and is
-/// without the marks, any other at a blank, tab or comma.
+/// The first token: blanks, tabs and commas before it are skipped; a token in `'` or `"` ends at the same mark, and the
+/// marks are not part of it; any other token ends at a blank, tab or comma.
 std::string_view tokenOf(std::string_view value);
 
-/// The parts between `|`, the n-th in the n-th language; parts beyond the languages have none. One part without a text
-/// is no label.
+/// The parts between `|`: the n-th part is in the n-th language, further parts have no language. A single part without
+/// a text is no label.
 Labels labelsOf(std::string_view value, const QVector<Language> &languages);
 
-/// The text that one `Note=` line adds to a note: `\r\n`, written as these four characters, is a line feed; a blank
-/// follows a piece that does not end in one; `~` at the begin is a blank.
+/// The text that one `Note=` line adds to a note: `\r\n`, written as these four characters, is a line feed; a blank is
+/// appended to a piece that does not end in a line feed; `~` at the begin is a blank.
 QString notePieceOf(std::string_view value);
 
 /// The codes of a value.
@@ -52,23 +52,22 @@ struct Codes {
 /// Empty codes are omitted.
 Codes codesOf(std::string_view text);
 
-/// A value line, cut at its first `;`, even within quotation marks.
+/// A value line, split at its first `;`, even within quotation marks.
 struct ValueLine {
     std::string_view codes;
     std::string_view label;
 };
 ValueLine valueLineOf(std::string_view value);
 
-/// An occurrence and its label, cut at the first `,` or `:` that is not the first character.
+/// An occurrence and its label, split at the first `,` or `:` that is not the first character.
 struct OccurrenceLine {
-    int occurrence = 0; ///< from 1; below that the line is none
+    int occurrence = 0; ///< 1-based; the line is not an occurrence label if it is less than 1
     std::string_view label;
 };
 OccurrenceLine occurrenceLineOf(std::string_view value);
 
-/// Keeps what was made of a text and hands it out again for an equal text, as long as no other text takes its place.
-/// Codes and labels repeat a lot and are implicitly shared: each is then in memory once. The texts must outlive this
-/// object.
+/// A cache of objects made from texts. Codes and labels repeat a lot and are implicitly shared: equal ones then share
+/// their memory. Each text has one slot, in which it replaces the previous text. The texts must outlive this object.
 template <typename Made> class MadeOnce
 {
 public:

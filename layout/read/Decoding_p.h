@@ -6,7 +6,7 @@
 namespace vanlayout
 {
 
-/// Decodes bytes. A byte-order mark is treated like any other character.
+/// Decoding of bytes to text. A byte-order mark is treated like any other character.
 ///
 /// Invalid bytes become U+FFFD, one for each maximal part of a sequence that could have begun a character (Unicode 15,
 /// section 3.9). \a isDamaged is set to true if there are such bytes, and not changed otherwise.

@@ -14,8 +14,8 @@ struct Place {
 
 /// Collects the problems that a reader finds, and the statements for which the layout has no member.
 ///
-/// Both lists are limited, so that a hostile file costs no more than a real one; the first entry beyond a bound is
-/// replaced by one problem with that fact (`too-many-problems`, `too-many-extras`).
+/// Both lists are limited, so that a hostile file costs no more than a real one; instead of the first entry beyond a
+/// bound, one problem reports that there are too many (`too-many-problems`, `too-many-extras`).
 class Diagnostics
 {
 public:

@@ -19,19 +19,20 @@ struct Input {
     const ReadOptions &options;
 };
 
-/// Bytes at the beginning of a file that are enough to recognise its format, unless it begins with white space or
-/// comments. In that case more are read, up to what follows them, at most `maxHeadSize`.
+/// Number of bytes at the beginning of a file that are enough to recognise its format, unless it begins with white
+/// space or comments. In that case more bytes are read, at most `maxHeadSize`, until something else follows.
 constexpr int headSize = 1024;
 constexpr int maxHeadSize = 16 << 20;
 
-/// The bytes at the device's position that identify the format; the position is kept. \a isAll is set to whether the
-/// device has no more, or failed after them.
+/// The bytes at the position of the device that identify the format; the position does not change. \a isAll is set to
+/// whether the device has no further bytes or failed after them.
 QByteArray headOf(QIODevice &device, bool &isAll);
 
-/// Each reads one format into \a layout, whose member `file` is set. Problems of the file go to \a diagnostics; a
-/// file without a layout ends in `Diagnostics::fail`.
+/// Reads one format into \a layout, whose member `file` is set. Problems of the file are reported to \a diagnostics;
+/// for a file without a layout, `Diagnostics::fail` is called.
 ///
-/// A read error of the device is such an end: id "cannot-read", message "cannot be read: " and the device's own words.
+/// So it is for a read error of the device, with the id "cannot-read" and the message "cannot be read: " followed by
+/// the error string of the device.
 using FormatReader = void (*)(Input &input, Layout &layout, Diagnostics &diagnostics);
 
 /// One format: how to recognise it and how to read it.

@@ -12,7 +12,7 @@
 namespace vanlayout
 {
 
-/// Memory for RapidJSON, which does not check what it is given: raises `std::bad_alloc` if there is none.
+/// Allocator for RapidJSON, which does not check whether memory was allocated: throws `std::bad_alloc` if it was not.
 class JsonAllocator
 {
 public:
@@ -37,7 +37,7 @@ private:
     }
 };
 
-/// Flags for RapidJSON's reader: depth costs no stack, numbers keep their spelling.
+/// Flags for RapidJSON's reader: nesting uses no stack, comments are allowed, numbers keep their spelling.
 constexpr unsigned jsonFlags
     = rapidjson::kParseIterativeFlag | rapidjson::kParseCommentsFlag | rapidjson::kParseNumbersAsStringsFlag;
 using JsonReader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, JsonAllocator>;
@@ -45,7 +45,7 @@ using JsonReader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>
 /// The spelling of the JSON value in \a bytes, without white space and comments between its parts; numbers are
 /// unchanged.
 QString jsonSpellingOf(std::string_view bytes);
-/// The spelling of a text, in UTF-8 or in the bytes of the file.
+/// The JSON string of \a text, which is in UTF-8 or in the encoding of the file.
 QString jsonSpellingOfText(std::string_view text);
 
 } // namespace vanlayout

@@ -13,7 +13,8 @@ namespace vanlayout
 
 /// Options of one reading.
 struct VANLAYOUT_EXPORT ReadOptions {
-    /// Path of a SAS catalog (`.sas7bcat`) with the label sets for a SAS data set; empty for none.
+    /// Path of a SAS catalog (`.sas7bcat`) with the label sets for a SAS data set or transport file; empty for none. A
+    /// catalog that cannot be read is a problem of severity warning; one for a file of another format is an info.
     QString catalog;
 };
 
@@ -28,9 +29,9 @@ struct VANLAYOUT_EXPORT ReadOptions {
 /// `Layout::file` is \a path, unchanged. Data rows are never read.
 VANLAYOUT_EXPORT Layout readLayout(const QString &path, const ReadOptions &options = {});
 
-/// Reads the layout from \a device, which is open for reading, from its current position to its end. A sequential
-/// device, such as a pipe, is read into memory completely. \a name becomes `Layout::file` and names the file in
-/// messages.
+/// Reads the layout from \a device, which must be open for reading, from its current position to its end. A sequential
+/// device, such as a pipe, is read into memory completely, up to 1 GiB. \a name becomes `Layout::file` and names the
+/// file in messages.
 VANLAYOUT_EXPORT Layout readLayout(QIODevice &device, const QString &name, const ReadOptions &options = {});
 
 } // namespace vanlayout

@@ -15,7 +15,7 @@
 namespace vanlayout::stat
 {
 
-/// Collects what ReadStat reports in one parse, in any order, and makes the layout from it.
+/// Collects the events of ReadStat in one parse, in any order, and makes the layout from them.
 ///
 /// An exception within a handler ends the parse and is rethrown by rethrow().
 class Collector
@@ -23,7 +23,7 @@ class Collector
 public:
     Collector(const Input &fileInput, Layout &target, Diagnostics &targetDiagnostics);
 
-    /// Sets the limit of text for a file of this size.
+    /// Sets the max bytes of labels and notes for a file of this size in bytes.
     void makeRoomFor(qint64 fileSize);
 
     /// Sets the handlers of the parser to this object, which must outlive the parse.
@@ -34,7 +34,7 @@ public:
     bool hasVariables() const { return !items.isEmpty(); }
     /// True if the collector ended the parse because nothing more is needed from it.
     bool hasEndedParse() const { return hasAll || hasTooMuchText; }
-    /// The messages of the error handler on one line; empty if it was not called.
+    /// The messages that ReadStat passed to the error handler, on one line; empty if there are none.
     QString words() const;
     void forgetWords() { messages.clear(); }
 
@@ -45,7 +45,7 @@ public:
 
 private:
     struct LabelSet {
-        QVector<ValueSet> sets; ///< one set, as each item with it shares it
+        QVector<ValueSet> sets; ///< one set, in a list so that all items with it share its memory
         bool isUsed = false;
     };
 

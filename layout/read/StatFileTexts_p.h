@@ -14,19 +14,20 @@ namespace vanlayout
 namespace stat
 {
 
-/// The text of a C string of ReadStat; \a bound is the size of its field, in which it may be unterminated.
+/// The text of a C string of ReadStat in UTF-8; \a bound is the size of its field in bytes, in which it may be
+/// unterminated.
 QString textOf(const char *text, size_t bound = SIZE_MAX);
 /// The same for a text that ReadStat has not converted from the encoding of old Stata files, Windows-1252.
 QString textOfOldStata(const char *text, size_t bound = SIZE_MAX);
 
 /// The shortest digits that read back to the same number. Plain digits if the decimal exponent is from -4 to 15
-/// (`100000`, `0.0001`); otherwise `d.ddde+NN` with at least two digits of the exponent. `inf`, `-inf`; `.` if there is
-/// no number.
+/// (`100000`, `0.0001`); otherwise `d.ddde+NN` with at least two digits of the exponent. Infinite numbers are `inf` and
+/// `-inf`, NaN is `.`.
 QString spelled(double number);
 
 /// The code of a value label: a number, a text, `.a` to `.z`, `._` or `.`.
 QString codeOf(const readstat_value_t &value);
-/// One end of a range of missing values: as codeOf(), a text without trailing blanks. An open end is `-inf` or
+/// One end of a range of missing values: like codeOf(), but a text has no trailing blanks, and an open end is `-inf` or
 /// `inf`.
 QString missingCodeOf(const readstat_value_t &value);
 

@@ -13,17 +13,17 @@ namespace vanlayout
 
 /// Settings for writeCodebookCsv().
 struct VANLAYOUT_EXPORT CodebookCsvOptions {
-    QString language;        ///< of the labels; empty for the primary one
-    bool isForExcel = false; ///< begin with a byte-order mark, and escape texts that a spreadsheet would evaluate
+    QString language;        ///< code of the language of the labels; empty for the primary one
+    bool isForExcel = false; ///< whether to begin with a byte-order mark and to escape texts that would be evaluated
 };
 
-/// Writes a code book as one table for spreadsheets: one line per item and code. RFC 4180 with CR LF and a header line,
+/// Writes a codebook as one table for spreadsheets: one line per item and code. RFC 4180 with CR LF and a header line,
 /// UTF-8.
 ///
 /// The columns are level, record, name, label, type, start, length, occurrences, subitemOf, decimals, format, measure,
-/// missing, note, valueSet, from, to, valueLabel, special, valueNote. Ids have the record `(ids)`. An item with value
-/// sets has one line for each code and each range of them, with `to` only for a range, and one for a value without
-/// codes; another item has one line. Items are not repeated for their occurrences.
+/// missing, note, valueSet, from, to, valueLabel, special, valueNote. Id items have the record `(ids)`. An item with
+/// value sets has one line for each code and each range of their values, with `to` only for a range, and one line for
+/// each value without codes. Any other item has one line. Items are not repeated for their occurrences.
 ///
 /// All texts are exact. With `isForExcel`, a text that is not a number and begins with `=`, `+`, `-`, `@`, a tab or a
 /// line break is prefixed with an apostrophe, because a spreadsheet would evaluate it as a formula.

@@ -11,15 +11,15 @@ class QIODevice;
 namespace vanlayout
 {
 
-/// The kind of programs that read a DDI document.
+/// The kind of programs that a DDI document is written for.
 enum class DdiProfile {
     Plain, ///< archives and catalogues: only what the file states
     Ipums  ///< also what readers of IPUMS extracts need to split the lines of a data file
 };
 
-/// Settings of a DDI document.
+/// Settings for writeDdi().
 struct DdiOptions {
-    QString title; ///< of the study; empty for the label of the dictionary, or its name if it has no label
+    QString title; ///< title of the study; empty for the label of the dictionary, or its name if it has no label
     DdiProfile profile = DdiProfile::Plain;
 };
 

@@ -12,8 +12,8 @@ namespace vanlayout
 
 /// Settings for writeFrictionless().
 struct VANLAYOUT_EXPORT FrictionlessOptions {
-    QString title;    ///< of the package; empty for the label of the layout, or its name
-    QString language; ///< of the titles and labels; empty for the primary one
+    QString title;    ///< title of the package; empty for the label of the layout, or its name
+    QString language; ///< code of the language of the titles and labels; empty for the primary one
     JsonStyle style = JsonStyle::Pretty;
 };
 

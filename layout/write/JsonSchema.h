@@ -13,7 +13,7 @@ namespace vanlayout
 /// Settings for writeJsonSchema().
 struct VANLAYOUT_EXPORT JsonSchemaOptions {
     QString title;    ///< title of the study; empty for the label of the layout, or its name
-    QString language; ///< of the titles; empty for the primary one
+    QString language; ///< code of the language of the titles; empty for the primary one
     JsonStyle style = JsonStyle::Pretty;
 };
 
@@ -23,8 +23,8 @@ struct VANLAYOUT_EXPORT JsonSchemaOptions {
 ///   are required; a blank value is omitted. Other properties are not allowed.
 /// - A case is an object with one property per record: the record if a case has it at most once, else a list, with
 ///   `maxItems`, and `minItems` if the record is required. Records of lower levels are lists without bounds, because a
-///   case has any number of such levels; their ids show which belong together. A file with one record without ids, such
-///   as a statistical file, describes a row: the root is the definition of its record.
+///   case has any number of entries of such a level; their ids show which belong together. A file with one record
+///   without ids, such as a statistical file, describes a row: the root is the definition of its record.
 /// - `type` is `integer`, `number` or `string` with `maxLength`; documents, images and similar items have none. Dates
 ///   of statistical files are ISO 8601 texts.
 /// - Value sets of CSPro have all valid values: `oneOf` if there are only codes, each `const` with its label as

@@ -9,7 +9,7 @@ class QIODevice;
 namespace vanlayout
 {
 
-/// A JSON document on one line, or indented for reading.
+/// Compact is a JSON document on one line, Pretty is one indented by two blanks.
 enum class JsonStyle { Compact, Pretty };
 
 /// Writes a layout as one JSON object in UTF-8, followed by a line feed. `docs/layout.md` describes the keys and

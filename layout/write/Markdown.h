@@ -13,12 +13,12 @@ namespace vanlayout
 
 /// Settings for writeMarkdown().
 struct VANLAYOUT_EXPORT MarkdownOptions {
-    QString title;    ///< of the document; empty for the label of the layout, or its name
-    QString language; ///< of the labels; empty for the primary one
+    QString title;    ///< title of the document; empty for the label of the layout, or its name
+    QString language; ///< code of the language of the labels; empty for the primary one
 };
 
-/// Writes a code book as Markdown with tables in GitHub's syntax, in UTF-8: title, facts of the file, and for the ids
-/// of each level and for each record a table of items, followed by notes, occurrence labels and value sets.
+/// Writes a codebook as Markdown with tables in GitHub's syntax, in UTF-8: title, facts of the file, and for the ids of
+/// each level and for each record a table of items, followed by notes, occurrence labels and value sets.
 ///
 /// Empty columns of a table are omitted. Texts of the file are never interpreted: characters with a meaning in Markdown
 /// or HTML are escaped, a line break is `<br>`, and a control character is its picture (U+2400 and following).
