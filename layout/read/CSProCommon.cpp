@@ -119,7 +119,7 @@ QString linkItemOf(const QString &text)
 
 void shareLinkedValues(Layout &layout, Diagnostics &diagnostics)
 {
-    std::map<QString, QVector<Value>> fullest; // no hash, for which a file could choose links that collide
+    std::map<QString, QVector<Value>> fullest; // not a hash table, for which a file could contain links that collide
     forEachLinkedSet(layout, [&](ValueSet &set) {
         QVector<Value> &values = fullest[set.link];
         if (set.values.size() > values.size())

@@ -19,9 +19,9 @@ using csprodatabase::table;
 namespace
 {
 
-// The dictionary of a CSPro data file is the value of one column in the first row of one table. The database may come
-// from anybody, so nothing in it is executed: the row is found by a query only for the number of the row, and the
-// value is read by SQLite's access to single values, which refuses views, virtual tables and generated columns.
+// The dictionary of a CSPro data file is the value of one column in the first row of one table. The database may be
+// untrusted, so nothing in it is executed: a query reads only the number of the row, and the value is read through
+// SQLite's interface for single values, which refuses views, virtual tables and generated columns.
 const char query[] = "SELECT rowid FROM main.meta NOT INDEXED LIMIT 1";
 const char database[] = "main";
 const char column[] = "dictionary";
@@ -35,7 +35,7 @@ using Connection = std::unique_ptr<sqlite3, Close>;
 using Statement = std::unique_ptr<sqlite3_stmt, Close>;
 using StoredValue = std::unique_ptr<sqlite3_blob, Close>;
 
-// The operations return SQLite's result code.
+// These operations return the result code of SQLite.
 
 int open(const QByteArray &uri, Connection &connection)
 {
@@ -47,18 +47,18 @@ int open(const QByteArray &uri, Connection &connection)
     return result;
 }
 
-// Immutable: SQLite neither locks the file nor looks for a journal file. `?`, `#`, `%` and all that is not ASCII
-// are escaped in the URI.
+// Immutable: SQLite neither locks the file nor looks for a journal file. `?`, `#`, `%` and all characters that are not
+// ASCII are escaped in the URI.
 int openFile(const QString &path, Connection &connection)
 {
     const QByteArray name = QFile::encodeName(QFileInfo(path).absoluteFilePath());
     return open("file://" + name.toPercentEncoding("/") + "?mode=ro&immutable=1", connection);
 }
 
-// \a bytes stay in use until the connection is closed.
+// \a bytes are in use until the connection is closed.
 int openBytes(QByteArray &bytes, Connection &connection)
 {
-    // A database in memory cannot have a write-ahead log. Only these two bytes differ then.
+    // A database in memory cannot have a write-ahead log. These two bytes state whether there is one.
     constexpr int writeVersion = 18;
     constexpr int readVersion = 19;
     for (const int version : { writeVersion, readVersion })
@@ -71,7 +71,7 @@ int openBytes(QByteArray &bytes, Connection &connection)
                                bytes.size(), SQLITE_DESERIALIZE_READONLY);
 }
 
-// Takes the dictionary out of one database.
+// Reads the dictionary of one database.
 class Extraction
 {
 public:
@@ -80,7 +80,7 @@ public:
     {
     }
 
-    // False if there is none, which is reported then.
+    // Returns false and reports the problem if there is no dictionary.
     bool read(Input &input)
     {
         if (input.path.isEmpty()) {
@@ -134,7 +134,8 @@ private:
         return result == SQLITE_OK || fail(result, "");
     }
 
-    // \a reason is for SQLITE_ERROR: the database is whole, but not one of CSPro. Any other code has SQLite's words.
+    // \a reason is the message for SQLITE_ERROR: the database is intact, but is not of CSPro. For any other code the
+    // message is that of SQLite.
     bool fail(int code, const char *reason)
     {
         if (code == SQLITE_ERROR)
@@ -155,11 +156,12 @@ private:
     }
 
     Diagnostics &diagnostics;
-    QByteArray bytes; // of a database without a path
+    QByteArray bytes; // content of a database without a path
     Connection connection;
 };
 
-// The text is UTF-16 where that is the encoding of the database. Both forms begin with an ASCII character.
+// The text is in UTF-16 if that is the encoding of the database. Both forms of a dictionary begin with an ASCII
+// character.
 QByteArray utf8Of(const QByteArray &bytes)
 {
     if (bytes.size() < 2 || (bytes.at(0) != '\0' && bytes.at(1) != '\0'))

@@ -10,7 +10,7 @@ namespace vanlayout::csprodatabase
 namespace
 {
 
-// Allows to read the table. Whatever a view or a trigger would do is refused; \a inner is its name.
+// Allows reading the table. All actions of a view or a trigger are refused; \a inner is its name.
 int authorize(void * /*context*/, int action, const char *first, const char * /*second*/, const char * /*database*/,
               const char *inner)
 {

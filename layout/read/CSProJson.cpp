@@ -38,7 +38,7 @@ bool isComment(const QByteArray &bytes, int position)
     return byteAt(bytes, position) == '/' && (second == '/' || second == '*');
 }
 
-// After the comment at \a begin; the end of the bytes if it does not end in them.
+// The index after the comment at \a begin; the size of the bytes if the comment does not end.
 int behindComment(const QByteArray &bytes, int begin)
 {
     const bool isBlock = bytes.at(begin + 1) == '*';
@@ -48,8 +48,8 @@ int behindComment(const QByteArray &bytes, int begin)
     return end + (isBlock ? 2 : 1);
 }
 
-// The next byte from \a position on that is neither white space nor in a comment; the size of the bytes if there is
-// none.
+// The index of the next byte from \a position on that is neither white space nor in a comment; the size of the bytes if
+// there is none.
 int nextByte(const QByteArray &bytes, int position)
 {
     while (position < bytes.size()) {
@@ -84,8 +84,8 @@ int unitAt(const QByteArray &bytes, int position)
     return parsed.ptr == end ? int(unit) : -1;
 }
 
-// Replaces the escape of half a surrogate pair by U+FFFD: it is not a character, and RapidJSON
-// refuses. All other bytes keep their place. True if there are such escapes.
+// Replaces the escape of half a surrogate pair by U+FFFD: it is not a character, and RapidJSON rejects it. All other
+// bytes keep their position. Returns true if there are such escapes.
 bool mendSurrogates(QByteArray &bytes)
 {
     bool hasHalf = false;
@@ -105,14 +105,14 @@ bool mendSurrogates(QByteArray &bytes)
     return hasHalf;
 }
 
-// Ends reading with what is wrong at an offset.
+// Ends reading with the reason and the position of the error.
 void failAt(const QByteArray &bytes, int offset, const QString &reason, Diagnostics &diagnostics)
 {
     const int line = 1 + int(std::count(bytes.begin(), bytes.begin() + offset, '\n'));
     diagnostics.fail("damaged-json", QStringLiteral("damaged JSON at byte %1: %2").arg(offset).arg(reason), line);
 }
 
-// RapidJSON's words for what is wrong, without the full stop; other ones where they would mislead.
+// The message of RapidJSON for an error without its full stop, or a different one if that would mislead.
 QString reasonOf(rapidjson::ParseErrorCode code, char byte)
 {
     if (code == rapidjson::kParseErrorStringEscapeInvalid && byte != '\\')
@@ -128,7 +128,7 @@ QString reasonOf(rapidjson::ParseErrorCode code, char byte)
     return words;
 }
 
-// Says that the file is whole, but holds something else. False if it is a dictionary.
+// Reports that the file is valid JSON but not a dictionary. Returns false if it is a dictionary.
 bool failAsOther(const CSProJsonDraft &draft, Diagnostics &diagnostics)
 {
     const QString fileType = draft.fileType();
@@ -145,7 +145,7 @@ bool failAsOther(const CSProJsonDraft &draft, Diagnostics &diagnostics)
     return true;
 }
 
-// Puts what \a bytes say into \a draft. False if they are damaged, which is reported then.
+// Reads \a bytes into \a draft. Returns false and reports the problem if they are damaged.
 bool parse(const QByteArray &bytes, CSProJsonDraft &draft, Diagnostics &diagnostics)
 {
     const int begin = beginOf(bytes);

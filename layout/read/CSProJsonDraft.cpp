@@ -14,7 +14,7 @@ namespace vanlayout
 namespace
 {
 
-// Labels of few parts are compared without a copy of their languages.
+// Whether two parts have the same language. A label with few parts is checked without a copy of its languages.
 bool hasLanguageTwice(const QVector<Label> &parts)
 {
     constexpr int few = 8;
@@ -316,7 +316,7 @@ void CSProJsonDraft::endItem()
     address.item = -1;
 }
 
-// Documents, sounds, images and geometries take one column each and are not parts of items.
+// Documents, audio, images and geometries take up one column each and are never subitems.
 void CSProJsonDraft::endBinaryItem()
 {
     if (statements.hasLength && item.length != 1)
@@ -357,7 +357,7 @@ void CSProJsonDraft::keepSubitemOffset()
     findings.warn("unusable-offset", QStringLiteral("\"subitemOffset\" is for subitems that follow an item"), address);
 }
 
-// Decimal mark and zero fill are effective only for numbers.
+// Decimal mark and zero fill apply only to numbers.
 void CSProJsonDraft::endNumber()
 {
     const bool hasDecimals = item.isNumeric() && item.decimals > 0;
@@ -487,7 +487,7 @@ JsonUse CSProJsonDraft::setFileType(const QString &text)
     return JsonUse::Held;
 }
 
-// With one decimal at least: 8 is "8.0".
+// A version has at least one decimal: 8 is "8.0".
 JsonUse CSProJsonDraft::setVersion(const QString &text)
 {
     constexpr int firstUnknown = 9;
@@ -547,7 +547,7 @@ void CSProJsonDraft::checkColumns(const QVector<Item> &items, const std::vector<
     }
 }
 
-// The offset of a subitem does not count where "start" is stated, too, or where its item has no column.
+// The offset of a subitem is ignored if "start" is also stated or if its item has no column.
 void CSProJsonDraft::checkOffset(qint64 offset, const StoredColumns &stated, const ElementAddress &place)
 {
     if (!stated.subitemOffset || *stated.subitemOffset == offset)

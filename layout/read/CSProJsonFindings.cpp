@@ -52,7 +52,7 @@ bool isSame(const ElementAddress &left, const ElementAddress &right)
     return tied(left) == tied(right);
 }
 
-// Makes paths. Entries of one element, which follow each other, share the memory of theirs.
+// Makes paths. Successive entries of the same element share the memory of their path.
 class Paths
 {
 public:
@@ -72,7 +72,7 @@ public:
 
 private:
     const Layout &layout;
-    ElementAddress last; // of the file, whose path is empty
+    ElementAddress last; // initially that of the file, whose path is empty
     QString path;
 };
 
@@ -104,7 +104,7 @@ void CSProJsonFindings::addExtra(const QString &key, const QString &value, const
     if (size_t(layout.extras.size() - firstExtra) > ofExtras.size())
         ofExtras.push_back(address);
     else
-        addressLastProblem(address); // too many
+        addressLastProblem(address); // the problem that there are too many extras
 }
 
 void CSProJsonFindings::dropExtrasFrom(size_t count)

@@ -20,7 +20,7 @@ bool isAscii(const char *bytes, int size)
     return std::none_of(bytes, bytes + size, [](char byte) { return uchar(byte) >= 0x80; });
 }
 
-// The characters of a number, such as an integer or "-1.5e3".
+// The value of a number in JSON syntax, such as an integer or "-1.5e3".
 std::optional<double> numberOf(const char *bytes, int size)
 {
     const std::string_view text(bytes, size_t(size));
@@ -29,7 +29,7 @@ std::optional<double> numberOf(const char *bytes, int size)
     return isNumber && std::isfinite(value) ? std::optional<double>(value) : std::nullopt;
 }
 
-// A whole number, in whatever spelling.
+// The value of a whole number in any spelling.
 std::optional<int> integerOf(const char *bytes, int size)
 {
     int whole = 0;
@@ -179,7 +179,7 @@ bool CSProJsonHandler::scalar(const Scalar &value)
     return true;
 }
 
-// The value of a key.
+// Sets the value of a key.
 void CSProJsonHandler::member(const Scalar &value)
 {
     if (!key) {
@@ -210,7 +210,7 @@ void CSProJsonHandler::member(const Scalar &value)
     }
 }
 
-// An entry of a list.
+// Adds an entry of a list.
 void CSProJsonHandler::entry(const Scalar &value)
 {
     const bool isText = value.type == Scalar::Type::Text || value.type == Scalar::Type::Number;
@@ -278,7 +278,7 @@ void CSProJsonHandler::setBoolean(const Scalar &value)
     informOfConversion(*boolean ? QStringLiteral("true") : QStringLiteral("false"));
 }
 
-// Keys usually occur in the order of their list, so the one after the last is the most likely.
+// Keys usually occur in the order of their list, so the key after the previous one is the most likely.
 void CSProJsonHandler::findKey(const char *text, int size)
 {
     Frame &frame = frames.back();
@@ -332,14 +332,14 @@ void CSProJsonHandler::warnOfMissingKeys(const Frame &frame)
     }
 }
 
-// An entry of a list that is not usable is kept whole, instead of those parts of it that have no place.
+// Keeps an entry of a list that is not usable as a whole, instead of only its parts that have no place.
 void CSProJsonHandler::keepElement(const Frame &element)
 {
     findings.dropExtrasFrom(element.extras);
     findings.addExtra(fullKey(), jsonSpellingOf(sourceFrom(element.begin)), draft.address);
 }
 
-// Lists and objects that are kept as their spelling
+// Lists and objects that are kept in their spelling
 
 void CSProJsonHandler::beginSkipping()
 {
@@ -450,7 +450,7 @@ void CSProJsonHandler::report(Reason reason, const QString &word)
     }
 }
 
-// The key of the value that is being kept, from the element that has a place in paths.
+// The key of the value that is being kept, from the innermost element that paths name.
 QString CSProJsonHandler::keptKey() const
 {
     if (frames.back().isList)
@@ -466,7 +466,7 @@ JsonShape CSProJsonHandler::keptShape() const
     return frame.element ? JsonShape::Object : JsonShape::Text;
 }
 
-// The keys that lead to the open object or list from the element around it that has a place in paths.
+// The keys that lead to the open object or list from the innermost element that paths name.
 QStringList CSProJsonHandler::openKeys() const
 {
     const auto isInPaths = [](const Frame &frame) { return !frame.isList && frame.element->isInPaths; };
@@ -478,7 +478,7 @@ QStringList CSProJsonHandler::openKeys() const
     return words;
 }
 
-// Such as `security.settings`.
+// The full key of a word in the open object, such as `security.settings`.
 QString CSProJsonHandler::fullKey(const QString &word) const
 {
     return (openKeys() << word).join(QLatin1Char('.'));

@@ -130,7 +130,7 @@ template <auto beginning, auto ending, int count> constexpr JsonElement named(co
     return { keys, count, true, call<beginning>, end<ending> };
 }
 
-// The keys of every kind of objects, the parts before what holds them.
+// The keys of each kind of objects; objects that are contained in others come first.
 
 constexpr JsonKey labelKeys[] = {
     text("text", setText<&Draft::label, &Label::text>),

@@ -10,19 +10,19 @@ namespace vanlayout
 namespace
 {
 
-// Columns of all occurrences. Sizes below zero take no room.
+// The columns of all occurrences. Negative sizes are 0.
 qint64 widthOf(const Item &item)
 {
     return qint64(std::max(item.length, 0)) * std::max(item.occurrences, 0);
 }
 
-// A sum of columns stays far below the largest qint64 then.
+// Limits a column, so that sums of columns remain far below the largest qint64.
 qint64 bounded(qint64 column)
 {
     return std::min(column, qint64(1) << 62);
 }
 
-// Gives columns to items, one after the other.
+// Sets the columns of items, one after another.
 class Placement
 {
 public:

@@ -87,7 +87,7 @@ void CSProTextReader::checkOccurrenceLabels(int occurrences)
     occurrenceLines.clear();
 }
 
-// The last capture type may be none, after one that had a date format.
+// The capture type that counts may be none, after one with a date format.
 void CSProTextReader::finishCapture()
 {
     if (dateFormat.line == 0)

@@ -89,7 +89,7 @@ const CSProTextReader::Keys &CSProTextReader::itemKeys()
     return keys;
 }
 
-// Before the first value.
+// The keys of a value set before its first value.
 const CSProTextReader::Keys &CSProTextReader::valueSetKeys()
 {
     using Reader = CSProTextReader;
@@ -104,7 +104,7 @@ const CSProTextReader::Keys &CSProTextReader::valueSetKeys()
     return keys;
 }
 
-// After a value. Its line has its label, so `Label` is a second one.
+// The keys after a value. Its line already has a label, so `Label` is a second one.
 const CSProTextReader::Keys &CSProTextReader::valueKeys()
 {
     using Reader = CSProTextReader;
@@ -231,7 +231,7 @@ Labels CSProTextReader::labelsIn(std::string_view text, int line)
     return made;
 }
 
-// The dictionary's own label comes before the languages, so it is checked at the end.
+// The label of the dictionary comes before the languages, so it is checked after them.
 void CSProTextReader::checkPartCount(int parts, int line)
 {
     const bool isTooEarly = !level && !areLanguagesRead;
@@ -335,7 +335,7 @@ void CSProTextReader::readCaptureType(const Statement &statement)
     }
 }
 
-// Only a date has a format; anywhere else the key is unknown. The last one counts.
+// Only a capture type date has a format; otherwise the key is unknown. The last one counts.
 void CSProTextReader::readCaptureDateFormat(const Statement &statement)
 {
     if (!item->capture || item->capture->type != QLatin1String("date")) {
@@ -372,7 +372,7 @@ void CSProTextReader::readSpecial(const Statement &statement)
          QStringLiteral("the special value %1 is unknown; the value is a normal one").arg(shown(word)), statement.line);
 }
 
-// A new link begins where the last one has its secondary.
+// Begins a new link if the last one already has its secondary.
 void CSProTextReader::openLink()
 {
     if (!relation->links.isEmpty() && !hasSecondary)
@@ -383,7 +383,7 @@ void CSProTextReader::openLink()
     hasSecondaryLink = false;
 }
 
-// CSPro reads it and does nothing with it.
+// CSPro accepts this key but does not use it.
 void CSProTextReader::readRelationLabel(const Statement &statement)
 {
     keep(textOf(statement.key), statement);

@@ -42,7 +42,7 @@ bool isCharacter(const char *unit, char character, const Encoding &encoding)
     return unit[encoding.lowByte] == character && (encoding.unitSize == 1 || unit[1 - encoding.lowByte] == '\0');
 }
 
-// The index after the next character of this kind from an index on; -1 if there is none.
+// The index after the next occurrence of a character from \a index on; -1 if there is none.
 int indexBehind(const QByteArray &bytes, int index, char character, const Encoding &encoding)
 {
     for (; index + encoding.unitSize <= bytes.size(); index += encoding.unitSize) {
@@ -52,13 +52,13 @@ int indexBehind(const QByteArray &bytes, int index, char character, const Encodi
     return -1;
 }
 
-// Carriage return for a text without any line feed.
+// The character that ends lines: a carriage return in a text without any line feed, else a line feed.
 char lineEndOf(const QByteArray &bytes, int begin, const Encoding &encoding)
 {
     return indexBehind(bytes, begin, '\n', encoding) < 0 ? '\r' : '\n';
 }
 
-// Line by line, so that the numbers of damaged lines are known.
+// Decodes line by line, so that the numbers of damaged lines are known.
 void decodeLines(const QByteArray &bytes, int begin, const Encoding &encoding, CSProTextContent &content)
 {
     const char lineEnd = lineEndOf(bytes, begin, encoding);

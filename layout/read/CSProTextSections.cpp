@@ -13,7 +13,7 @@ using namespace csprotext;
 namespace
 {
 
-// Calls visit with each label within the elements.
+// Calls \a visit with each label within the elements.
 template <typename Visit> void visitLabels(QVector<OccurrenceLabel> &labels, Visit visit)
 {
     for (OccurrenceLabel &label : labels)
@@ -48,7 +48,7 @@ template <typename Visit> void visitLabels(Level &level, Visit visit)
     }
 }
 
-// One entry at the end of the list.
+// Appends an empty entry to a list and returns it.
 template <typename Element> Element &addedTo(QVector<Element> &list)
 {
     list.append(Element());
@@ -75,7 +75,7 @@ const std::vector<CSProTextReader::Section> &CSProTextReader::sections()
     return rows;
 }
 
-// Begun by a key, not by a name.
+// The section of a value, which is begun by a key and not by a name in brackets.
 const CSProTextReader::Section &CSProTextReader::valueSection()
 {
     using Reader = CSProTextReader;
@@ -113,7 +113,7 @@ void CSProTextReader::enter(const Section *next, int line)
     stated.assign(next ? next->keys.size() : 0, Statement());
 }
 
-// Ends a section or the part of one that a value is.
+// Ends a section, or the section of a value within it.
 void CSProTextReader::leave()
 {
     const int problem = std::exchange(firstProblem, layout.problems.size());
@@ -217,7 +217,7 @@ bool CSProTextReader::beginLevel()
     return beginIdItems();
 }
 
-// Items that follow a level at once are ids, too.
+// Items that directly follow a level are also ids.
 bool CSProTextReader::beginIdItems()
 {
     requireLevel();
@@ -282,7 +282,7 @@ void CSProTextReader::endDictionary()
         layout.recordType.reset();
 }
 
-// The dictionary's own label comes before its languages.
+// The label of the dictionary comes before its languages, so its parts are assigned to them here.
 void CSProTextReader::endLanguages()
 {
     labels.clear();

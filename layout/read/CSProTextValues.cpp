@@ -22,7 +22,7 @@ bool isDigit(char character)
     return character >= '0' && character <= '9';
 }
 
-// Reads on in a text, from its begin.
+// Reads a text from its begin.
 class Cursor
 {
 public:
@@ -35,7 +35,8 @@ public:
     bool isAt(char character) const { return !rest.empty() && rest.front() == character; }
     void skip(size_t count = 1) { rest.remove_prefix(std::min(count, rest.size())); }
     void skipAll(std::string_view characters) { skip(std::min(rest.find_first_not_of(characters), rest.size())); }
-    // A text in quotation marks, or up to one of the characters; the closing mark is skipped, the character is not.
+    // Reads a text in quotation marks, or up to one of the characters. The closing mark is skipped, the character is
+    // not.
     std::string_view readUpTo(std::string_view characters)
     {
         if (isAtEnd() || !isQuotationMark(rest.front()))
@@ -58,7 +59,8 @@ private:
     std::string_view rest;
 };
 
-// Digits with an optional minus and one decimal point or comma; only blanks mean a blank field.
+// Whether a code is digits with an optional minus and one decimal point or comma, or only blanks, which mean a blank
+// field.
 bool isNumberOrBlank(std::string_view code)
 {
     const size_t begin = code.find_first_not_of(' ');
@@ -81,7 +83,7 @@ QString textOf(std::string_view value)
 
 QString shown(std::string_view value)
 {
-    constexpr size_t enough = 200; // bytes, of which a message has some characters
+    constexpr size_t enough = 200; // bytes; a message shows fewer characters
     return cspro::quoted(textOf(value.substr(0, enough)));
 }
 

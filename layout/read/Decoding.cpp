@@ -27,7 +27,7 @@ const Lead leads[] = {
     { 0xF1, 0xF3, 3, 0x80, 0xBF }, { 0xF4, 0xF4, 3, 0x80, 0x8F },
 };
 
-// The longest part at the begin of the bytes that is, or begins, one character.
+// The longest sequence at the begin of the bytes that is, or begins, one character.
 struct Sequence {
     int size;
     bool isWhole;
@@ -65,7 +65,7 @@ const uchar *skipAscii(const uchar *position, const uchar *end)
     return position;
 }
 
-// The first bytes that are not a character, or the end.
+// The position of the first bytes that are not a character, or the end.
 const uchar *findDamage(const uchar *position, const uchar *end)
 {
     for (position = skipAscii(position, end); position < end; position = skipAscii(position, end)) {
@@ -77,7 +77,7 @@ const uchar *findDamage(const uchar *position, const uchar *end)
     return position;
 }
 
-// Qt drops a mark at the begin of the bytes.
+// Qt removes a byte-order mark at the begin of the bytes, so it is appended here.
 void appendWellFormed(QString &text, const uchar *begin, const uchar *end)
 {
     constexpr std::array<uchar, 3> mark = { 0xEF, 0xBB, 0xBF };
@@ -103,7 +103,7 @@ const std::array<char16_t, 32> windows1252Controls = {
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178,
 };
 
-// Puts U+FFFD for surrogates without their other half.
+// Replaces surrogates without their other half by U+FFFD.
 void mendSurrogates(QString &text, bool *isDamaged)
 {
     for (int index = 0; index < text.size(); ++index) {
@@ -128,7 +128,7 @@ template <typename ReadUnit> QString fromUtf16(const char *bytes, int size, bool
         bytes += unitSize;
     }
     if (size % unitSize != 0) {
-        // Half a unit after half a pair belongs to the same damage.
+        // An incomplete unit after half a surrogate pair belongs to the same damage.
         if (text.isEmpty() || !qAsConst(text).back().isHighSurrogate())
             text += QChar(QChar::ReplacementCharacter);
         reportDamage(isDamaged);

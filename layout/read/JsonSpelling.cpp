@@ -14,7 +14,7 @@ namespace
 using Buffer = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, JsonAllocator>;
 using Writer = rapidjson::Writer<Buffer, rapidjson::UTF8<>, rapidjson::UTF8<>, JsonAllocator>;
 
-// A writer whose numbers are as they were read.
+// A writer that does not change the spelling of numbers.
 class SpellingWriter : public Writer
 {
 public:

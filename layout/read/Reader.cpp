@@ -22,7 +22,7 @@ bool isJson(const QByteArray &head)
 }
 
 // clang-format off
-// In the order in which they are tried.
+// The formats in the order in which they are tried.
 const std::vector<FileFormat> &fileFormats()
 {
     static const std::vector<FileFormat> formats = {
@@ -35,7 +35,7 @@ const std::vector<FileFormat> &fileFormats()
 }
 // clang-format on
 
-// The lines of a CSV file can be much longer than the bytes by which formats are recognised.
+// Reads more bytes than those by which formats are recognised, because lines of a CSV file can be much longer.
 void reportUnknown(QIODevice &device, Diagnostics &diagnostics)
 {
     constexpr int describedSize = 1 << 16;
@@ -54,8 +54,8 @@ void readWith(Input &input, Layout &layout, Diagnostics &diagnostics)
         reportUnknown(input.device, diagnostics);
 }
 
-// The reason why the bytes of a short file end: empty at its end, else the problem of the device. Only reading shows
-// which of both it is.
+// The problem of the device after the last bytes of a short file; empty at the end of the file. Only reading shows
+// which of the two it is.
 QString problemBehind(QIODevice &device)
 {
     const qint64 begin = device.pos();
@@ -65,7 +65,7 @@ QString problemBehind(QIODevice &device)
     return problem;
 }
 
-// The device is at the position where the file begins, and can go back there.
+// The device is at the begin of the file, and random access is possible.
 void readDevice(QIODevice &device, const QString &path, const ReadOptions &options, Layout &layout)
 {
     Diagnostics diagnostics(layout);
@@ -155,7 +155,7 @@ QByteArray readAllOf(QIODevice &device, QString &problem)
         }
         bytes += block;
     }
-    // QIODevice::read does not part the end of a file from an error; one more byte does.
+    // QIODevice::read does not distinguish the end of a file from an error; reading one more byte does.
     char byte = 0;
     if (device.read(&byte, 1) < 0)
         problem = QStringLiteral("cannot be read: %1").arg(device.errorString());

@@ -38,7 +38,7 @@ const StatFormat formats[] = {
     {Format::SasXport,     readstat_parse_xport,    "a SAS transport file"},
 };
 
-// The first 32 bytes of SAS files; the sixteenth says whether it is a data set or a catalog.
+// SAS files begin with 32 bytes, of which the sixteenth states whether the file is a data set or a catalog.
 constexpr int sasMagicSize = 32;
 constexpr int sasKindAt = 15;
 constexpr char sasDataSet = '\x60';
@@ -59,7 +59,7 @@ bool isSasOfKind(const QByteArray &head, char kind)
 // Stata files from version 117 on begin with this tag.
 const char stataTag[] = "<stata_dta>";
 
-// The version of an older Stata file, which is its first byte; 0 for what is none.
+// The version of an older Stata file, which is its first byte; 0 for any other file.
 int oldStataVersion(const QByteArray &head)
 {
     constexpr int firstVersion = 102;
@@ -67,13 +67,13 @@ int oldStataVersion(const QByteArray &head)
     constexpr int headOfVersion102 = 8;
     const int version = static_cast<uchar>(head.at(0));
     const bool hasByteOrder = head.size() > 1 && (head.at(1) == 1 || head.at(1) == 2);
-    // The oldest version does not state its byte order. Its head has zeros, and a text has none.
+    // The oldest version does not state its byte order. Its header contains zeros, but a text does not.
     if (version == firstVersion)
         return hasByteOrder || head.left(headOfVersion102).contains('\0') ? version : 0;
     return hasByteOrder && version > firstVersion && version <= lastVersion ? version : 0;
 }
 
-// The version that a Stata file states; 0 where it states none.
+// The version that a Stata file states; 0 if it states none.
 int stataVersion(const QByteArray &head)
 {
     if (!head.startsWith(stataTag))
@@ -88,7 +88,7 @@ bool isStata(const QByteArray &head)
     return head.startsWith(stataTag) || oldStataVersion(head) != 0;
 }
 
-// A dictionary of CSPro, which begins with a bracket, can have the words in a label.
+// A label of a CSPro dictionary, which begins with a bracket, can contain the same words.
 bool isPortable(const QByteArray &head)
 {
     constexpr int searched = 512;
@@ -112,7 +112,8 @@ Format formatOf(const QByteArray &head)
     return isPortable(head) ? Format::SpssPortable : Format::None;
 }
 
-/// While it lives, ReadStat writes letters as UTF-8 on this thread: for portable files it does so by the locale.
+/// While an object exists, ReadStat writes characters of portable files in UTF-8 on this thread; it does so in the
+/// encoding of the locale.
 class Utf8Locale
 {
 public:
@@ -146,14 +147,14 @@ Parser makeParser()
     return parser;
 }
 
-/// The end of a parse.
+/// The result of a parse.
 struct Outcome {
     readstat_error_t error = READSTAT_OK;
-    QString words;         ///< why it ended early
-    QString deviceProblem; ///< where the device failed
+    QString words;         ///< the reason why it ended early
+    QString deviceProblem; ///< problem of the device; empty if it did not fail
 };
 
-// ReadStat's words for the end of a parse.
+// The message of ReadStat for the end of a parse.
 QString wordsFor(readstat_error_t error, const Collector &collector)
 {
     const QString words = QString::fromUtf8(readstat_error_message(error));
@@ -255,7 +256,8 @@ void finish(const StatFormat &format, const Input &input, const Outcome &outcome
     }
 }
 
-// The end of a parse that must not begin: ReadStat cannot be trusted with some SPSS files. None for the others.
+// The result for a file that must not be parsed, because ReadStat does not handle some SPSS files safely; none for any
+// other file.
 std::optional<Outcome> refusalOf(Format format, QIODevice &device)
 {
     if (format != Format::Spss)

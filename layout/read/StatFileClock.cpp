@@ -12,7 +12,7 @@ namespace vanlayout::stat
 namespace
 {
 
-// The place of a file's date and time. The parts of the pattern are named; seconds may be absent.
+// The location of the date and time in a file. The parts of the pattern are named; seconds may be absent.
 struct ClockPlace {
     const char *pattern;
     int century; ///< years of two digits below it are those from 2000 on
@@ -32,19 +32,19 @@ ClockPlace placeOf(Format format, const QByteArray &head)
     case Format::SasXport:
         return {R"(^(?<day>\d\d)(?<month>[A-Za-z]{3})(?<year>\d\d):(?<hour>\d\d):(?<minute>\d\d):(?<second>\d\d))",
                 60, 160, 16};
-    default: // Stata, whose older versions have a head of fixed size
+    default: // Stata, whose older versions have a header of fixed size
         break;
     }
     constexpr const char *pattern = R"((?<day>\d+) (?<month>[A-Za-z]{3}) (?<year>\d+) +(?<hour>\d+):(?<minute>\d+))";
     if (head.startsWith('<'))
         return {pattern, 0, int(head.indexOf("</label><timestamp>")), -1};
     const bool hasShortLabel = static_cast<uchar>(head.at(0)) < 108;
-    // In some files the clock begins one byte early, in the last byte of the label.
+    // In some files the date and time begin one byte early, in the last byte of the label.
     return {pattern, 0, hasShortLabel ? 41 : 90, 19};
 }
 // clang-format on
 
-// The month from 0; -1 for a word that ReadStat does not take for one. Stata writes months in its user's language.
+// The 0-based month; -1 for a word that ReadStat does not recognise. Stata writes months in its user's language.
 int monthOf(const QString &word)
 {
     struct Month {
@@ -66,7 +66,7 @@ int monthOf(const QString &word)
     return found != std::end(months) ? found->number : -1;
 }
 
-// The clock that the file states, as seconds in UTC.
+// The date and time that the file states, as seconds since 1970 as if in UTC.
 std::optional<time_t> statedClock(Format format, const QByteArray &head)
 {
     const ClockPlace place = placeOf(format, head);
@@ -82,7 +82,7 @@ std::optional<time_t> statedClock(Format format, const QByteArray &head)
     clock.tm_mon = monthOf(match.captured(QStringLiteral("month")));
     if (!match.hasMatch() || clock.tm_mon < 0)
         return std::nullopt;
-    constexpr int firstYear = 1900; // of `tm_year`
+    constexpr int firstYear = 1900; // year 0 of `tm_year`
     const int year = number("year");
     clock.tm_year = year >= firstYear ? year - firstYear : year < place.century ? year + 100 : year;
     clock.tm_mday = number("day");
@@ -109,7 +109,7 @@ time_t wallClock(Format format, time_t moment, const QByteArray &head)
 
 std::optional<QString> clockOf(Format format, time_t moment, const QByteArray &head)
 {
-    constexpr int firstYear = 1000 - 1900; // of four digits
+    constexpr int firstYear = 1000 - 1900; // first year of four digits, in `tm_year`
     constexpr int afterLastYear = 10000 - 1900;
     const time_t clock = wallClock(format, moment, head);
     std::tm parts = {};

@@ -17,10 +17,10 @@ namespace
 
 constexpr qint64 firstUtf8Stata = 118;
 constexpr int maxMessages = 3;
-constexpr int maxReserved = 1 << 14; // items: their number in the head of a file may be wrong
+constexpr int maxReserved = 1 << 14; // items; the number in the header of a file may be wrong
 
 // Bytes of labels and notes that a file of any size may have.
-#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // the way is the same, and many more can be tried
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION // so that a fuzzer tries more files
 constexpr qint64 textOfAnyFile = qint64(64) << 10;
 #else
 constexpr qint64 textOfAnyFile = qint64(64) << 20;
@@ -36,7 +36,7 @@ QString asLine(const char *message)
     return line;
 }
 
-// A format without its width: the name of a SAS format does not end in a digit.
+// A format without its width. The name of a SAS format does not end in a digit.
 std::string withoutWidth(const std::string &format)
 {
     return format.substr(0, format.find_last_not_of("0123456789.") + 1);
@@ -53,8 +53,8 @@ Collector::Collector(const Input &fileInput, Layout &target, Diagnostics &target
 {
 }
 
-// Converted to UTF-8, a file's texts have at most four times their bytes. More come from a file whose labels lie one
-// upon the other, so that a few megabytes expand to gigabytes.
+// Converted to UTF-8, the texts of a file have at most four times their bytes. Only a file whose labels overlap has
+// more text: a few megabytes can then expand to gigabytes.
 void Collector::makeRoomFor(qint64 fileSize)
 {
     constexpr qint64 textPerByte = 4;
@@ -68,7 +68,7 @@ void Collector::attachTo(readstat_parser_t *parser)
     readstat_set_variable_handler(parser, onVariable);
     readstat_set_fweight_handler(parser, onFweight);
     readstat_set_value_label_handler(parser, onValueLabel);
-    // In its messages about portable files ReadStat prints a text that has no end.
+    // In messages about portable files ReadStat prints an unterminated text.
     if (layout.format != Format::SpssPortable)
         readstat_set_error_handler(parser, onError);
 }
@@ -79,7 +79,7 @@ void Collector::attachCatalogTo(readstat_parser_t *parser)
     readstat_set_error_handler(parser, onError);
 }
 
-// Nothing may be raised through ReadStat, which is written in C.
+// No exception may pass through ReadStat, which is written in C.
 template <typename Step> int Collector::run(Step step)
 {
     try {
@@ -119,8 +119,8 @@ int Collector::onValueLabel(const char *labelSet, readstat_value_t value, const 
 {
     auto *collector = static_cast<Collector *>(context);
     const int result = collector->run([&] { collector->takeValueLabel(labelSet, value, label); });
-    // Labels after the variables, as in Stata, are not needed any more; if they come first, the variables are still
-    // needed.
+    // If the limit is reached, labels after the variables, as in Stata files, are no longer needed; if labels come
+    // first, the variables are still needed.
     return collector->hasTooMuchText && collector->hasVariables() ? READSTAT_HANDLER_ABORT : result;
 }
 
@@ -128,7 +128,7 @@ void Collector::onError(const char *message, void *context)
 {
     auto *collector = static_cast<Collector *>(context);
     collector->run([=] {
-        // Some messages repeat the words of the error, with a number of the system that has nothing to do with it.
+        // Some messages repeat that of the error code, with an unrelated error number of the system.
         const bool isNew = !std::strstr(message, "(retval = ");
         if (isNew && collector->messages.size() < maxMessages)
             collector->messages.append(asLine(message));
@@ -144,7 +144,7 @@ void Collector::takeMetadata(readstat_metadata_t *metadata)
         layout.encoding = QStringLiteral("utf-8");
     layout.name = textOf(metadata->table_name);
     layout.labels = labelsOf(textOf(metadata->file_label));
-    // Files of SAS that do not state their rows have the 32 bits of -1 there.
+    // SAS files that do not state their number of rows have the 32 bits of -1 there.
     if (metadata->row_count >= 0 && metadata->row_count != std::numeric_limits<quint32>::max())
         layout.rows = metadata->row_count;
     layout.created = clockOf(layout.format, metadata->creation_time, input.head);
@@ -153,7 +153,7 @@ void Collector::takeMetadata(readstat_metadata_t *metadata)
         layout.modified = modified;
     announcedVariables = metadata->var_count;
     items.reserve(int(std::clamp<qint64>(announcedVariables, 0, maxReserved)));
-    // After its variables, ReadStat reads all rows of a SAS data set.
+    // After the variables ReadStat would read all rows of a SAS data set.
     hasAll = layout.format == Format::Sas && announcedVariables == 0;
 }
 
@@ -254,7 +254,7 @@ void Collector::linkSets()
         if (LabelSet *set = findSet(name)) {
             set->isUsed = true;
             items[i].valueSets = set->sets;
-        } else if (!isSas) { // where it is the format, of which there need be no labels
+        } else if (!isSas) { // for SAS it is the name of the format, which need not have labels
             diagnostics.addExtra({ 0, pathOf(items.at(i).name) }, QStringLiteral("valueLabels"), nameOf(name));
         }
     }

@@ -61,8 +61,9 @@ Alignment alignmentOf(readstat_alignment_t alignment)
     return Alignment::None;
 }
 
-// Bytes declared. ReadStat rounds the texts of a `.sav` file up to 8, counts those of a portable file in units of 8,
-// and has room for one byte more in Stata's; the width in a format of SPSS can be larger than the text.
+// The declared bytes of a text. ReadStat rounds the width of a text up to a multiple of 8 in a `.sav` file, counts it
+// in units of 8 in a portable file, and adds one byte in a Stata file; the width in a format of SPSS can be larger than
+// the text.
 int lengthOfText(const readstat_variable_t &variable, Format format, const QString &formatText)
 {
     constexpr size_t unit = 8;

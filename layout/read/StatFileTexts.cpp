@@ -48,7 +48,7 @@ int numberOf(const QChar *begin, const QChar *end)
     return numbers::clamped(number);
 }
 
-// The shortest digits of `d.ddde+NN`, which also say the exponent.
+// The shortest digits of a number. The form `d.ddde+NN` shows the exponent, which determines the form of the result.
 QString spelledReal(double number)
 {
     const QString scientific = written(number, std::chars_format::scientific);
@@ -58,8 +58,8 @@ QString spelledReal(double number)
     return isPlain ? written(number, std::chars_format::fixed) : scientific;
 }
 
-// SPSS marks the open end of a range by one of the last numbers that a double holds. ReadStat knows one such number for
-// each end, and not all programs write that one.
+// SPSS marks the open end of a range by one of the two numbers with the largest magnitude of a double. ReadStat knows
+// one such number for each end, but not all programs write that one.
 bool isOpenEnd(double number)
 {
     return std::abs(number) >= std::nextafter(std::numeric_limits<double>::max(), 0);
@@ -90,7 +90,7 @@ QString spelled(double number)
         return number < 0 ? QStringLiteral("-inf") : QStringLiteral("inf");
     constexpr double longestInt = 1e15;
     if (std::abs(number) < longestInt && number == std::trunc(number))
-        return written(qint64(number)); // minus zero too
+        return written(qint64(number)); // -0 becomes 0
     return spelledReal(number);
 }
 

@@ -18,7 +18,7 @@ namespace
 
 constexpr std::array<char, 3> separators = { ',', ';', '\t' };
 
-constexpr int wrapperSize = 36; // bytes before an encrypted SPSS file
+constexpr int wrapperSize = 36; // bytes before the signature of an encrypted SPSS file
 
 struct Signature {
     QByteArray begin;
@@ -72,7 +72,7 @@ const Signature *findTextSignature(const QByteArray &text)
 }
 // clang-format on
 
-// UTF-16 with a byte-order mark as UTF-8; other bytes as they are, without the mark of UTF-8.
+// Converts UTF-16 with a byte-order mark to UTF-8; other bytes are unchanged, but without the mark of UTF-8.
 QByteArray withoutMark(const QByteArray &head)
 {
     constexpr int markSize = 2;
@@ -85,7 +85,7 @@ QByteArray withoutMark(const QByteArray &head)
     return head.startsWith("\xef\xbb\xbf") ? head.mid(3) : head;
 }
 
-// Text has no control characters but white space; bytes above ASCII may be of any encoding.
+// Whether the bytes are a text: it has no control characters but white space. Bytes above ASCII may be in any encoding.
 bool isText(const QByteArray &head)
 {
     return std::none_of(head.begin(), head.end(), [](char character) {
@@ -97,8 +97,8 @@ bool isText(const QByteArray &head)
 // Number of occurrences of each separator on a line, outside quotation marks.
 using Counts = std::array<int, separators.size()>;
 
-// Counts on one line, and where the next one begins: -1 where the line has no end. A line break within quotation marks
-// belongs to its line.
+// Counts the separators on one line and returns the index of the next line, -1 if the line does not end. A line break
+// within quotation marks belongs to the line.
 int countSeparators(const QByteArray &text, int begin, Counts &counts)
 {
     bool isQuoted = false;
@@ -115,8 +115,8 @@ int countSeparators(const QByteArray &text, int begin, Counts &counts)
     return -1;
 }
 
-// Whether the first two lines have the same number of a separator, at least one. Where \a text is only the begin of
-// the file and does not hold both, the first line has very many.
+// Whether the first two lines have the same number of a separator, at least one. If \a text is only the begin of the
+// file and does not contain both lines, the first line must have very many separators.
 bool isCsv(const QByteArray &text, bool isWhole)
 {
     constexpr int veryMany = 100;
@@ -139,7 +139,7 @@ QString describeKind(const Signature &signature)
         .arg(QLatin1String(signature.name), QLatin1String(signature.advice));
 }
 
-// The line with the first character that is not white space, from 1.
+// The 1-based number of the line with the first character that is not white space.
 int lineOfFirstText(const QByteArray &text)
 {
     const int size = int(text.size());

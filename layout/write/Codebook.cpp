@@ -80,7 +80,7 @@ private:
     QHash<const Value *, int> labelsOfData;
 };
 
-/// The pieces of the page that are not the same on each.
+/// The pieces that differ from page to page.
 class CodebookPieces
 {
 public:
@@ -124,7 +124,7 @@ private:
             + fact("Created", withoutT(layout.created)) + fact("Modified", withoutT(layout.modified))
             + fact("Weight", layout.weight) + fact("Aliases", layout.aliases.join(QLatin1String(", ")));
     }
-    // Where the words for the kind of file do not have it.
+    // The version of the format; empty if the description of the kind of file already has it.
     QString version() const
     {
         return describeFormat(layout).endsWith(layout.formatVersion) ? QString() : layout.formatVersion;

@@ -18,7 +18,7 @@ namespace vanlayout
 namespace
 {
 
-/// Writes texts, labels, codes and values with any writer of JSON.
+/// Writes texts, labels, codes and values with a writer of RapidJSON.
 template <typename Json> class PieceWriter
 {
 public:
@@ -146,7 +146,7 @@ private:
         }
     }
 
-    // The number of the list. An equal one is known by the hash of its JSON.
+    // The number of the list. An equal list is found by the hash of its JSON.
     template <typename Json> int writeIfNew(const QVector<Value> &values, Json &json, LabelLanguages &languages)
     {
         buffer.Clear();
@@ -314,7 +314,7 @@ private:
         list("sets", item.valueSets, [&](const ValueSet &set) { writeSet(set); });
         json.EndObject();
     }
-    // A statistical file need not state a format; the words for the type are none.
+    // The format that the file states; it can be empty, because a description of the type is not a format.
     void writeFormat(const Item &item)
     {
         json.Key("format");
@@ -359,7 +359,7 @@ private:
         });
         json.EndObject();
     }
-    // Severity, id, line, path and message of each.
+    // Writes severity, id, line, path and message.
     void writeProblem(const Problem &problem)
     {
         json.StartArray();
@@ -370,7 +370,7 @@ private:
         piece.string(problem.message);
         json.EndArray();
     }
-    // The last of all, when every label has been seen.
+    // Written last, when the languages of all labels are known.
     void writeLanguages()
     {
         number("language", languages.find(options.language));

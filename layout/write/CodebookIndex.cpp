@@ -15,8 +15,8 @@ namespace vanlayout
 namespace
 {
 
-/// Adds items to the entry of a codebook. Value sets with the same texts have one list; those that share their data are
-/// looked at once.
+/// Adds items to the entry of a codebook. Value sets with the same texts have one list; sets that share their data are
+/// visited once.
 class EntryFiller
 {
 public:
@@ -39,7 +39,7 @@ public:
     }
 
 private:
-    // Negative for values without a label.
+    // The index of the list of values; negative for values without a label.
     int numberOf(const QVector<Value> &values)
     {
         auto known = numbersOfData.find(values.constData());

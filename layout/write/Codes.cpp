@@ -16,9 +16,9 @@ namespace
 
 constexpr int digitsOfAnyDouble = 15;
 constexpr int safeExponent = 300;
-constexpr int longestPlain = 21; // digits before numbers are spelled with an exponent
+constexpr int longestPlain = 21; // max digits of a number without an exponent
 
-// 0.DIGITS * 10^exponent, without zeros at either end of the digits.
+// The number 0.DIGITS * 10^exponent; the digits have no zeros at either end.
 struct Digits {
     bool isNegative = false;
     QByteArray digits;
@@ -35,7 +35,7 @@ bool isDigit(QChar character)
     return character >= QLatin1Char('0') && character <= QLatin1Char('9');
 }
 
-// Takes the parts of a number from the front of a text.
+// Reads the parts of a number from the beginning of a text.
 class NumberScanner
 {
 public:
@@ -76,7 +76,7 @@ private:
             digits.append(text.at(index).toLatin1());
         return count;
     }
-    // 0 if there is none; nothing for one that is not a small number.
+    // The exponent; 0 if there is none, no value if it is not a small number.
     std::optional<int> takeExponent()
     {
         constexpr int longest = 6;
@@ -145,7 +145,7 @@ bool isKeptByDouble(const Digits &number)
     return std::isfinite(value) && digitsOf(shortest) == number;
 }
 
-// Whether a text is a whole number spelled as JSON spells it, of so few digits that a double keeps it: most codes are.
+// Whether a text is a whole number in JSON syntax with so few digits that a double represents it, as most codes are.
 bool isShortAndPlain(const QString &code)
 {
     const int size = code.size();
@@ -154,7 +154,7 @@ bool isShortAndPlain(const QString &code)
     return std::all_of(code.begin(), code.end(), isDigit);
 }
 
-// Whether a value lies among the user-missing ones. The infinite ends of a range are those of valueOf().
+// Whether a value is user-missing. valueOf() reads the infinite ends of a range.
 bool isUserMissing(const Item &item, const QString &code)
 {
     const auto holds = [&](const Range &range) {
@@ -166,7 +166,7 @@ bool isUserMissing(const Item &item, const QString &code)
     return std::any_of(item.missing.begin(), item.missing.end(), holds);
 }
 
-// `.`, `.a` to `.z` and `._`, which are no numbers.
+// Whether a code is `.`, `.a` to `.z` or `._`, which are not numbers.
 bool isExtendedMissing(const Item &item, const QString &code)
 {
     return item.isNumeric() && item.storage != Storage::None && code.startsWith(QLatin1Char('.')) && code.size() <= 2

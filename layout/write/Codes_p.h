@@ -28,7 +28,7 @@ DecimalNumber decimalNumberOf(const QString &code);
 /// The value of a number of a dictionary; not a number for other texts.
 double valueOf(const QString &code);
 
-/// A code as written in a cell: without surrounding blanks, for a text without trailing blanks.
+/// A code as written in a cell: a number without surrounding blanks, a text without trailing blanks.
 QString cellOf(const Item &item, const QString &code);
 
 /// True if an item can only have the codes of its value sets, as in CSPro. A statistical file labels some of the values

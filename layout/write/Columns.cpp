@@ -19,7 +19,7 @@ QString numbered(const QString &name, int number)
     return number > 0 ? name + QLatin1Char('_') + QString::number(number) : name;
 }
 
-// The labels of the occurrences of an item by number; the first counts.
+// The labels of the occurrences of an item by number; the first label of an occurrence counts.
 using OccurrenceLabels = KeyedMap<quint64, const OccurrenceLabel *>;
 
 OccurrenceLabels labelsByOccurrence(const Item &item)
@@ -68,7 +68,7 @@ public:
     }
 
 private:
-    // An item and its subitems. Subitems without an item before them are separate.
+    // Adds an item and its subitems. Subitems without an item before them are separate items.
     void addGroup(const QVector<Item> &items, int first, int end)
     {
         const Item &head = items.at(first);
@@ -189,7 +189,7 @@ ValueKind kindOf(const Item &item)
 namespace
 {
 
-// A form may have a label for each code and language of a value.
+// The max number of labels in a form: it may have one for each code and language of a value.
 qint64 labelCount(const Value &value)
 {
     return qint64(std::max(int(value.ranges.size()), 1)) * std::max(int(value.labels.parts.size()), 1);

@@ -5,23 +5,23 @@
 
 #include <QVector>
 
-/// The columns of a record type in programs that only have tables. All exported forms are written from them, so that a
-/// variable has the same name in each.
+/// The columns of a record type in programs whose data are plain tables. All exported forms are written from them, so
+/// that a variable has the same name in each.
 namespace vanlayout
 {
 
-/// One column of such a table: an item that does not repeat, or one occurrence of a repeating item. Points into the
-/// layout that it was made from.
+/// One column of such a table: an item that does not repeat, or one occurrence of a repeating item. It points into the
+/// layout from which it was made.
 struct Column {
     const Item *item = nullptr;
-    const Item *parent = nullptr; ///< item of a subitem; null for others
+    const Item *parent = nullptr; ///< item that contains a subitem; null for others
     bool isId = false;
-    int occurrence = 0;    ///< 1-based, of the item, or of the item of the subitem; 0 if nothing repeats
+    int occurrence = 0;    ///< 1-based, of the item, or of the item that contains the subitem; 0 if nothing repeats
     int subOccurrence = 0; ///< 1-based, of a repeating subitem of a repeating item; 0 for others
     QString name;          ///< `NAME`, or `NAME_k`, or `NAME_i_k` for the k-th occurrence within the i-th; unique
     int start = 0;         ///< 1-based column of the data file; 0 if there are no columns
-    const OccurrenceLabel *label = nullptr;    ///< of the occurrence; null if it has none
-    const OccurrenceLabel *subLabel = nullptr; ///< of the subOccurrence; null if it has none
+    const OccurrenceLabel *label = nullptr;    ///< label of the occurrence; null if it has none
+    const OccurrenceLabel *subLabel = nullptr; ///< label of the subOccurrence; null if it has none
 };
 
 /// The columns of a record: the ids of its level and of the levels above, outermost first, then its items in the order

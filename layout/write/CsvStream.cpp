@@ -20,7 +20,7 @@ bool needsQuotes(const QString &text)
     });
 }
 
-// The wide signs of East Asian keyboards begin a formula too.
+// The full-width signs of East Asian keyboards also begin a formula.
 bool beginsFormula(const QString &text)
 {
     static const QString signs = QString::fromUtf8("=+-@\t\r\n＝＋－＠");

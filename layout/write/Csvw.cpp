@@ -16,14 +16,14 @@ namespace vanlayout
 namespace
 {
 
-// The ends of the text count as a point.
+// Whether the character at an index is a point; both ends of the text are treated as one.
 bool isPoint(const QByteArray &text, int index)
 {
     return index < 0 || index >= text.size() || text.at(index) == '.';
 }
 
-// A column name is the variable of a URI template: letters, digits and `_`, a single point between them, anything else
-// percent-encoded. A leading `_` is reserved for names that a processor generates.
+// A column name is a variable of a URI template: letters, digits and `_`, with single points between them; all other
+// characters are percent-encoded. A leading `_` is reserved for names that a processor generates.
 QString columnName(const QString &name)
 {
     const QByteArray encoded = QUrl::toPercentEncoding(name, QByteArray(), "-~");
@@ -76,7 +76,7 @@ private:
     KeyedMap<QString, int> places; // by tag
 };
 
-// The name in the header line, then the labels by language.
+// The titles of a column: the name in the header line, then the labels by language.
 QVector<Titles> titlesOf(const Column &column, LanguageTags &tags)
 {
     TitleList titles;
@@ -145,7 +145,7 @@ public:
     }
 
 private:
-    // Labels as the value of a property of another vocabulary.
+    // Writes labels as the value of a property of another vocabulary.
     void annotation(const char *key, const Labels &labels)
     {
         const auto used = [](const Label &label) { return !label.text.isEmpty(); };
@@ -265,7 +265,7 @@ private:
                 writeBounds(item, *range);
         });
     }
-    // Written as texts, so that no program rounds them.
+    // The bounds are written as texts, so that no program rounds them.
     void writeBounds(const Item &item, const Range &range)
     {
         const auto write = [&](const char *key, const QString &code) {

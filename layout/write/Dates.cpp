@@ -9,7 +9,7 @@ namespace vanlayout
 namespace
 {
 
-// "DATETIME" of "datetime20.3", "E8601DA" of "E8601DA10".
+// The name of a format in upper case: "DATETIME" for "datetime20.3", "E8601DA" for "E8601DA10".
 QString nameOfFormat(const QString &format)
 {
     int end = format.size();
@@ -44,7 +44,7 @@ Calendar calendarOfStata(const QString &format)
     return letter == 'c' || letter == 'C' ? Calendar::DateTime : Calendar::None;
 }
 
-// Formats of SPSS and SAS.
+// The dates of the formats of SPSS and SAS.
 Calendar calendarOfName(const QString &name)
 {
     static const std::array<const char *, 35> dates
@@ -59,7 +59,7 @@ Calendar calendarOfName(const QString &name)
     return isAnyOf(name, dateTimes) ? Calendar::DateTime : Calendar::None;
 }
 
-// "yyyyMMdd" of "YYYYMMDD"; empty where a part is absent, occurs twice, or is something else.
+// "yyyyMMdd" for "YYYYMMDD"; empty if a part is absent, occurs twice or is not known.
 QString patternOf(const QString &dateFormat)
 {
     struct Part {

@@ -61,7 +61,7 @@ private:
         xml.end();
     }
 
-    // Readers of extracts ask for the series and the conditions of use, of which a layout knows nothing.
+    // Readers of extracts require the series and the conditions of use, which a layout does not have.
     void writeSeries()
     {
         xml.begin(QStringLiteral("serStmt"));
@@ -117,7 +117,7 @@ private:
         xml.end();
     }
 
-    // The columns for the type of a record; its categories are the records.
+    // The variable for the type of a record; its categories are the records.
     void writeRecordType()
     {
         const RecordTypeColumns &columns = *layout.recordType;

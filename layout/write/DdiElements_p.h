@@ -5,19 +5,19 @@
 
 #include <QStringList>
 
-// Elements of DDI that several of its sections have.
+// DDI elements that occur in several sections.
 
 namespace vanlayout
 {
 
-/// The file that all variables are in: the ID of its `fileDscr`.
+/// The ID of the `fileDscr` of the data file, which all variables refer to.
 inline QString ddiFileId()
 {
     return QStringLiteral("file-1");
 }
 
-/// One `labl` for each text of the labels that is not empty, with its language. \a level names the element that it is
-/// the label of, such as "variable"; empty where it is omitted.
+/// Writes one `labl` for each text of the labels that is not empty, with its language. \a level is the attribute that
+/// names the labelled element, such as "variable"; it is omitted if empty.
 inline void writeDdiLabels(XmlStream &xml, const Labels &labels, const QString &level)
 {
     for (const Label &label : labels.parts) {
@@ -31,7 +31,7 @@ inline void writeDdiLabels(XmlStream &xml, const Labels &labels, const QString &
     }
 }
 
-/// The columns of a variable, 1-based; nothing where it has none.
+/// Writes the columns of a variable; nothing if it has none. \a start is 1-based, \a length is in characters.
 inline void writeDdiLocation(XmlStream &xml, int start, int length)
 {
     if (start <= 0 || length <= 0)
@@ -43,7 +43,7 @@ inline void writeDdiLocation(XmlStream &xml, int start, int length)
     xml.attribute(QStringLiteral("fileid"), ddiFileId());
 }
 
-/// An element `notes` of a type, where there is a text.
+/// Writes an element `notes` with a type; nothing if the text is empty.
 inline void writeDdiNote(XmlStream &xml, const QString &type, const QString &text)
 {
     if (text.isEmpty())

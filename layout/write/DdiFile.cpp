@@ -96,7 +96,8 @@ private:
         xml.attribute(QStringLiteral("rtypevtype"), ddiRecordTypeFormat(layout));
     }
 
-    // The keys of a record are all ids on its lines. Its own are those of its level.
+    // The keys of a record are all ids on its lines, including those of the levels above; its own ids are those of its
+    // level.
     void writeIds(int levelNumber)
     {
         QStringList keys;
@@ -149,7 +150,7 @@ private:
         xml.end();
     }
 
-    // Dates of a statistical file are those of the data.
+    // The dates of a statistical file are the dates of its data.
     void writeVersion()
     {
         const std::optional<QString> date = layout.modified ? layout.modified : layout.created;

@@ -11,13 +11,13 @@ namespace vanlayout
 /// Writes `fileDscr`: the data file, with a `recGrp` for each record of a dictionary.
 void writeDdiFile(XmlStream &xml, const Layout &layout, const DdiVariables &variables, DdiProfile profile);
 
-/// The types of the records from \a first to \a end - 1, each once, separated by blanks; empty where lines have none.
+/// The types of the records from \a first to \a end - 1, each once, separated by blanks; empty if lines have no type.
 QString ddiRecordTypes(const Layout &layout, const DdiVariables &variables, int first, int end);
 
-/// "numeric" where the types of all records are numbers, else "character".
+/// "numeric" if the types of all records are numbers, else "character".
 QString ddiRecordTypeFormat(const Layout &layout);
 
-/// The ID of the `recGrp` of a record, an index into the records.
+/// The ID of the `recGrp` of a record. \a record is an index into DdiVariables::records.
 QString ddiRecordId(int record);
 
 } // namespace vanlayout

@@ -56,7 +56,7 @@ public:
         xml.end();
     }
 
-    // An item that repeats, and an item with subitems in each occurrence.
+    // Writes the groups of repeating items, and of items with subitems for each occurrence.
     void writeItems(const DdiSpan &span)
     {
         for (int first = span.first; first < span.end;) {
@@ -124,7 +124,7 @@ private:
         }
     }
 
-    // The standard lists records and repetitions; levels and subitems are other types.
+    // The standard has types for records and repetitions; levels and subitems are of the type "other".
     void begin(const QString &id, const QString &type)
     {
         const bool isListed = type == QLatin1String("record") || type == QLatin1String("repetition");

@@ -7,8 +7,8 @@
 namespace vanlayout
 {
 
-/// Writes the `varGrp` of a document: the levels and records of a dictionary, the occurrences of each item that
-/// repeats, and each item with its subitems.
+/// Writes the elements `varGrp` of a document: the levels and records of a dictionary, the occurrences of each
+/// repeating item, and each item with its subitems.
 void writeDdiGroups(XmlStream &xml, const Layout &layout, const DdiVariables &variables);
 
 } // namespace vanlayout

@@ -6,12 +6,12 @@
 namespace vanlayout
 {
 
-/// Why a code of an item is no valid value, in words: "not applicable", "user-missing", "extended missing" ...; empty
-/// for a valid one. A special value of CSPro, a user-missing value of SPSS, or `.`, `.a` ... of a number of a
-/// statistical file.
+/// The reason why a code of an item is not a valid value, in words: "not applicable", "user-missing", "extended
+/// missing" ...; empty for a valid one. Codes that are not valid are special values of CSPro, user-missing values of
+/// SPSS, and `.`, `.a` ... of a number of a statistical file.
 QString missingKindOf(const Item &item, const Value &value, const Range &range);
 
-/// All codes and ranges of an item that are no valid values, each once: user-missing values first, then those of its
+/// All codes and ranges of an item that are not valid values, each once: user-missing values first, then those of its
 /// value sets, in the order of the file.
 QVector<Range> missingRangesOf(const Item &item);
 

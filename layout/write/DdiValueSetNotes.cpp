@@ -19,7 +19,7 @@ QString valueLine(const Value &value, const QString &label)
     return line;
 }
 
-// Collects lines by language, in one skip the texts.
+// Collects lines by language, in one pass over the texts.
 class NoteMaker
 {
 public:
@@ -47,7 +47,7 @@ public:
     QVector<DdiValueSetNote> notes;
 
 private:
-    // The first note takes the first language, also where values without a label came before.
+    // The first language is that of the first note, even if values without a label were added before.
     DdiValueSetNote &noteIn(const QString &language)
     {
         const auto [place, isNew] = places.try_emplace(language, places.empty() ? 0 : notes.size());

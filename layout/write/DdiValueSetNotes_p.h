@@ -8,14 +8,14 @@
 namespace vanlayout
 {
 
-/// The statements of a value set in one language.
+/// The note about a value set in one language.
 struct DdiValueSetNote {
     QString language; ///< empty if the file states none
     QStringList lines;
 };
 
-/// The label of a value set and, with \a hasValues, a line for each value, such as `0 to 4, 9: Young [missing]`: one
-/// note for each language of the texts. A value without a label is in the first note.
+/// The notes about a value set, one for each language of its texts. They consist of its label and, with \a hasValues, a
+/// line for each value, such as `0 to 4, 9: Young [missing]`. A value without a label is in the first note.
 QVector<DdiValueSetNote> ddiValueSetNotes(const ValueSet &set, bool hasValues);
 
 } // namespace vanlayout

@@ -21,7 +21,7 @@ bool isReal(const QString &code)
     return hasMark && !decimalNumberOf(code).spelling.isEmpty();
 }
 
-// Empty for a text, whose codes are no numbers.
+// The attribute `UNITS` of a range; empty for a text, whose codes are not numbers.
 QString unitsOf(const Item &item, const Range &range)
 {
     const ValueKind kind = kindOf(item);
@@ -30,7 +30,8 @@ QString unitsOf(const Item &item, const Range &range)
     return kind == ValueKind::Whole ? QStringLiteral("INT") : QString();
 }
 
-// The display format of a statistical file states decimals where it is a fixed one: `F8.0`, `%9.2f`.
+// Whether the number of decimals is known: an integer has none, and a fixed display format states them: `F8.0`,
+// `%9.2f`.
 bool statesDecimals(const Item &item)
 {
     if (item.decimals > 0 || item.storage == Storage::Int8 || item.storage == Storage::Int16
@@ -52,7 +53,7 @@ QString decimalsText(const Item &item)
                             : QLatin1String("decimal mark implied"));
 }
 
-// The format of the characters of the data, or of the stored values.
+// The format of the characters in the data, or the storage of the values.
 QString formatText(const Item &item, bool isStored)
 {
     if (isStored)
@@ -122,7 +123,7 @@ void DdiVariableWriter::writeAttributes(const DdiVariable &variable, const QStri
     xml.attributeIfAny(QStringLiteral("rectype"), recordTypes);
 }
 
-// Readers of extracts divide by the power of ten of these decimals, so they are 0 where the data has a decimal mark.
+// Readers of extracts divide by the power of ten of these decimals, so they are 0 if the data has a decimal mark.
 void DdiVariableWriter::writeDecimals(const Item &item)
 {
     const bool isStated = item.isNumeric() && (!isStatistical(layout) || statesDecimals(item));
@@ -150,7 +151,7 @@ void DdiVariableWriter::writeLabels(const Column &column)
         xml.empty(QStringLiteral("labl"));
 }
 
-// A value set of CSPro lists the values that are valid; labels of a statistical file leave all others valid.
+// A value set of CSPro lists the values that are valid; for a statistical file all values are valid.
 void DdiVariableWriter::writeValidValues(const Item &item)
 {
     if (!isClosed(item))
@@ -224,8 +225,8 @@ void DdiVariableWriter::writeCategories(const Item &item)
     }
 }
 
-// One category per code; one without a code for all ranges of the value, because no single code represents them.
-// Readers of extracts need a code in each.
+// Writes one category per code, and one without a code for all ranges of the value, because no single code represents
+// them. Readers of extracts need a code in each category.
 void DdiVariableWriter::writeCategoriesOf(const Item &item, const Value &value)
 {
     QVector<Range> ranges;
@@ -249,7 +250,7 @@ void DdiVariableWriter::writeCategory(const Value &value, const QString &missing
     }
     if (code)
         xml.textElement(QStringLiteral("catValu"), *code);
-    writeDdiLabels(xml, value.labels, QString()); // by far the most labels
+    writeDdiLabels(xml, value.labels, QString()); // the vast majority of labels
     if (isForIpums() && value.labels.isEmpty())
         xml.empty(QStringLiteral("labl"));
     xml.textElementIfAny(QStringLiteral("txt"), text);
@@ -309,8 +310,8 @@ void DdiVariableWriter::writeNotes(const Item &item)
     }
 }
 
-// Categories are those of the first set. Those of the others are in a note, as two labels of one code would mislead;
-// so are the ranges of the first set where they are no categories.
+// The categories are those of the first set. The values of the others are in a note, because two labels of one code
+// would mislead; so are the ranges of the first set that are not categories.
 void DdiVariableWriter::writeValueSet(const ValueSet &set, bool hasValues)
 {
     const QVector<DdiValueSetNote> notes = ddiValueSetNotes(set, hasValues);

@@ -20,7 +20,8 @@ public:
     {
     }
 
-    /// \a recordTypes are the types of the records that the variable is in, separated by blanks.
+    /// Writes the element of a variable. \a recordTypes are the types of the records with the variable, separated by
+    /// blanks.
     void write(const DdiVariable &variable, const QString &recordTypes);
 
 private:

@@ -20,7 +20,7 @@ bool isInId(QChar unit)
         || (unit >= QLatin1Char('0') && unit <= QLatin1Char('9'));
 }
 
-// Other elements than variables have a hyphen in their IDs, which these do not have.
+// Whether a name can be an ID. IDs of other elements have a hyphen, which those of variables do not have.
 bool isId(const QString &name)
 {
     return !name.isEmpty() && (isAsciiLetter(name.at(0)) || name.at(0) == QLatin1Char('_'))
@@ -36,7 +36,7 @@ DdiVariables::DdiVariables(const Layout &layout)
     recordTypeId = ids.give(QStringLiteral("RECTYPE"));
 }
 
-// The ids of the levels above have been added with these.
+// The ids of the levels above have already been added.
 void DdiVariables::addLevel(const Layout &layout, int number)
 {
     DdiLevel level{ &layout.levels.at(number), { end(), 0 }, { int(records.size()), 0 } };

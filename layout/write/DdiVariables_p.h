@@ -7,7 +7,7 @@
 namespace vanlayout
 {
 
-/// A variable of a DDI document, and the attribute ID of its element.
+/// A variable of a DDI document, with the attribute `ID` of its element.
 struct DdiVariable {
     Column column;
     QString id;
@@ -20,7 +20,7 @@ struct DdiSpan {
     int size() const { return end - first; }
 };
 
-/// A record and its variables, without ids. Points into the layout.
+/// A record and its variables, without ids. It points into the layout.
 struct DdiRecord {
     const Record *record = nullptr;
     int level = 0;
@@ -34,15 +34,15 @@ struct DdiLevel {
     DdiSpan records;
 };
 
-/// The variables of a layout in their order: level by level the ids, then the items of each record. Points into the
-/// layout.
+/// The variables of a layout in their order: for each level its ids, then the items of each of its records. The object
+/// points into the layout, which must outlive it.
 struct DdiVariables {
     explicit DdiVariables(const Layout &layout);
 
     QVector<DdiVariable> all;
     QVector<DdiRecord> records;
     QVector<DdiLevel> levels;
-    QString recordTypeId; ///< ID and name of a variable for the type of a record, which no other has
+    QString recordTypeId; ///< unique ID and name of the variable for the type of a record
 
 private:
     void addLevel(const Layout &layout, int number);
@@ -58,7 +58,7 @@ inline bool hasRecordTypes(const Layout &layout)
     return layout.recordType && layout.recordType->start > 0 && layout.recordType->length > 0;
 }
 
-/// Whether the layout is that of a statistical file, which holds its data itself and has no columns.
+/// Whether the layout is that of a statistical file, which contains its data and has no columns.
 inline bool isStatistical(const Layout &layout)
 {
     return layout.format != Format::None && layout.format != Format::CSProText && layout.format != Format::CSProJson;

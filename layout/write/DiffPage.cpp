@@ -17,7 +17,7 @@ namespace
 
 constexpr char arrow[] = " <span class=\"arrow\">\u2192</span> ";
 
-/// Where two texts differ: between what they have in common at both ends, in whole words.
+/// The numbers of characters that two texts have in common at their begin and end, in whole words.
 struct CommonEnds {
     int front = 0;
     int back = 0;
@@ -44,7 +44,7 @@ CommonEnds commonEndsOf(const QString &one, const QString &other)
     return ends;
 }
 
-// A text with the part of it that differs in bold, where it has another part.
+// A text with the part that differs in bold, unless that part is the whole text or empty.
 QByteArray markedHtml(const QString &text, const CommonEnds &ends)
 {
     if (ends.front + ends.back == 0 || ends.front + ends.back >= text.size())
@@ -89,7 +89,7 @@ public:
         QByteArray name = htmlOf(change.item);
         if (!change.otherName.isEmpty())
             name = "<del>" + name + "</del>" + arrow + "<ins>" + htmlOf(change.otherName) + "</ins>";
-        // The heading says all of another name.
+        // The heading has both names, so a change of the name has no line.
         open(change.kind == DiffKind::ItemRenamed ? "<h3 data-kind=\"item-renamed\">" + name + "</h3>"
                                                   : "<h3>" + name + "</h3>");
     }
@@ -151,7 +151,7 @@ private:
         return infoOf(change.kind).side == DiffSide::After ? change.after : change.before;
     }
 
-    // An element that one layout alone has.
+    // Writes an element that only one layout has.
     void whole(const Change &change, const QByteArray &name)
     {
         endItem();
@@ -161,7 +161,7 @@ private:
 
     void line(const Change &change)
     {
-        // What is of no item has a box of its own, without a name.
+        // Changes that do not belong to an item have a separate box without a name.
         if (!isItemOpen)
             open(QByteArray());
         const bool isOfValue = partOf(change.kind) == DiffPart::Value;
@@ -194,7 +194,7 @@ private:
         return "<p>" + textElement("del", shown(change.before)) + arrow + textElement("ins", shown(change.after))
             + "</p>";
     }
-    // The name of a value set that one layout alone has.
+    // The name of a value set that only one layout has.
     static QByteArray setNameOf(const Change &change)
     {
         return partOf(change.kind) == DiffPart::ValueSet

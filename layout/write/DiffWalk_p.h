@@ -4,7 +4,7 @@
 #include "compare/Diff.h"
 #include "write/Wording_p.h"
 
-// How a comparison is shown to people: one order and one wording for the terminal and for the page.
+// The presentation of a comparison for people: one order and one wording for the terminal and for the page.
 
 namespace vanlayout
 {
@@ -25,8 +25,8 @@ inline DiffPart partOf(DiffKind kind)
     return kind <= DiffKind::ValueSetAliases ? DiffPart::ValueSet : DiffPart::Value;
 }
 
-/// Whether the texts of a kind are free texts of the file, which are shown in quotation marks: labels, notes, names of
-/// languages. Others are names, numbers and words.
+/// Whether the texts of a kind are free texts of the file, which are shown in quotation marks, such as labels, notes
+/// and names of languages. Other texts are names, numbers and words.
 inline bool hasFreeText(DiffKind kind)
 {
     switch (kind) {
@@ -64,13 +64,13 @@ inline bool hasFreeText(DiffKind kind)
     }
 }
 
-/// A text that is no free text, for people; "none" where it is empty.
+/// A text that is not a free text, for people; "none" if it is empty.
 inline QString wordingOf(const QString &text)
 {
     return text.isEmpty() ? QStringLiteral("none") : text;
 }
 
-/// "CSPro dictionary, text form 7.7, 21 items".
+/// The kind of a file and its number of items, such as "CSPro dictionary, text form 7.7, 21 items".
 inline QString describeCompared(const ComparedLayout &compared)
 {
     Layout layout;
@@ -82,7 +82,8 @@ inline QString describeCompared(const ComparedLayout &compared)
     return describeFormat(layout) + QLatin1String(", ") + count;
 }
 
-/// The reasons for which something was not compared, each with what it applies to: "encoding, format version".
+/// The reasons why properties were not compared, each once in a row, with all properties to which it applies:
+/// "encoding, format version".
 inline QVector<NotCompared> groupedByReason(const QVector<NotCompared> &list)
 {
     QVector<NotCompared> groups;
@@ -107,7 +108,7 @@ inline QString describeSection(const Change &change)
     return change.record.isEmpty() ? QStringLiteral("Variables") : change.record;
 }
 
-/// The title of a kind with the occurrence, relation and language that it is about: "label of occurrence 2 [FR]".
+/// The title of the kind of a change with its occurrence or relation and its language: "label of occurrence 2 [FR]".
 inline QString describeProperty(const Change &change)
 {
     QString text = infoOf(change.kind).title;
@@ -118,13 +119,13 @@ inline QString describeProperty(const Change &change)
     return text;
 }
 
-/// Goes through the changes in their order and calls, of \a shown:
+/// Visits the changes in their order and calls these operations of an object of type \a Shown:
 ///
 /// - `section(change)` before the first change of a record, of the level, or of the dictionary;
-/// - `item(change)` before the first change of an item of both layouts;
-/// - `valueSet(change)` before the first change of a value set of both layouts, and after those of another one;
-/// - `shift(first, last, count, columns)` for at least three items in a row whose start moved by the same columns and
-///   that have no other change;
+/// - `item(change)` before the first change of an item that both layouts have;
+/// - `valueSet(change)` before the first change of each value set that both layouts have;
+/// - `shift(first, last, count, columns)` for at least three successive items whose start moved by the same number of
+///   columns and that have no other change;
 /// - `change(change)` for each other change.
 template <typename Shown> class DiffWalk
 {

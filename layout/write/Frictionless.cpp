@@ -16,14 +16,14 @@ namespace vanlayout
 namespace
 {
 
-// A code and the value that labels it.
+// A code with the value that labels it.
 struct Category {
-    DecimalNumber number; // of a number
-    QString text;         // of a text
+    DecimalNumber number; // code of a numeric item
+    QString text;         // code as in a cell
     const Value *value = nullptr;
 };
 
-// The valid values of an item, as categories where they can be: single codes of texts or whole numbers, each once.
+// The valid values of an item as categories, if that is possible: single codes of texts or whole numbers, each once.
 class Categories
 {
 public:
@@ -41,16 +41,16 @@ public:
         }
     }
 
-    // Whether the valid values are categories; there is one at least then.
+    // Whether all valid values are categories, and there is at least one.
     bool areAll() const { return isPossible && !all.isEmpty(); }
 
     bool areOrdered() const { return item.measure == Measure::Ordinal; }
 
     QVector<Category> all;
-    bool hasLabels = false; // of valid values
+    bool hasLabels = false; // whether a valid value has a label
 
 private:
-    // Dates are none. A number that may have decimals is one of categories where its format shows none.
+    // Dates have no categories. A number that may have decimals has them only if its format shows no decimals.
     static bool canHave(const Item &item)
     {
         const ValueKind kind = kindOf(item);
@@ -96,7 +96,7 @@ QString typeOf(const Item &item, const DateForm &dates, bool hasCategories)
     return QStringLiteral("any");
 }
 
-// "%Y%m%d" of "yyyyMMdd".
+// "%Y%m%d" for "yyyyMMdd".
 QString formatOf(QString pattern)
 {
     return pattern.replace(QLatin1String("yyyy"), QLatin1String("%Y"))

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-// Outside the namespace, as the macro requires.
+// The macro requires a function outside of namespaces.
 static void registerPageResources()
 {
     Q_INIT_RESOURCE(codebook);
@@ -21,7 +21,7 @@ namespace vanlayout
 namespace
 {
 
-// The name of a content in a policy.
+// The source expression in a Content-Security-Policy that allows a content.
 QByteArray hashSource(const QByteArray &content)
 {
     return "'sha256-" + QCryptographicHash::hash(content, QCryptographicHash::Sha256).toBase64() + '\'';
@@ -40,7 +40,7 @@ bool isPlainInHtml(QChar unit)
     return code >= ' ' && code < 0x7F && code != '<' && code != '>' && code != '&' && code != '"';
 }
 
-// Whether a page shows the character at a place as an escape.
+// Whether a page shows the character at an index as an escape.
 bool isShownAsEscape(const QString &text, int at)
 {
     const QChar unit = text.at(at);
@@ -70,7 +70,7 @@ bool writeBytes(QIODevice &device, const QByteArray &bytes)
 
 QByteArray htmlOf(const QString &text)
 {
-    // Nearly all texts are themselves in HTML.
+    // Nearly all texts need no escape in HTML.
     if (std::all_of(text.begin(), text.end(), isPlainInHtml))
         return text.toLatin1();
     QString shown;

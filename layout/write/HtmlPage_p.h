@@ -15,8 +15,8 @@ namespace vanlayout
 
 /// A self-contained HTML page. Its Content-Security-Policy allows only its own style and script, by their hashes.
 ///
-/// The template has names in double braces. `policy`, `style`, `script` and `version` are filled here; all others are
-/// pieces written by the caller.
+/// The template contains names in double braces. `policy`, `style`, `script` and `version` are replaced by this class;
+/// all other names are replaced by pieces that the caller writes.
 class HtmlPage
 {
 public:
@@ -45,7 +45,7 @@ QByteArray libraryResource(const QString &name);
 bool writeBytes(QIODevice &device, const QByteArray &bytes);
 
 /// Escapes a text of a file for an HTML element or a quoted attribute. An invisible character or one that HTML forbids
-/// is shown as an escape such as `\u001b`, as by the script of a page.
+/// is shown as an escape such as `\u001b`, like in the script of a page.
 QByteArray htmlOf(const QString &text);
 
 /// A number with commas as thousands separators, as written by the script of a page.

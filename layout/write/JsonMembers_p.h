@@ -8,7 +8,7 @@
 namespace vanlayout
 {
 
-/// Members of JSON objects, written by a writer of RapidJSON. The base of writers of whole forms.
+/// Base class of the writers of JSON documents: writes members of objects with a writer of RapidJSON.
 template <typename Writer> class JsonMembers
 {
 public:
@@ -46,7 +46,7 @@ protected:
         json.Key(key);
         json.Bool(value);
     }
-    /// A number that is spelled already.
+    /// A number in JSON syntax.
     void number(const QByteArray &spelling)
     {
         json.RawValue(spelling.constData(), size_t(spelling.size()), rapidjson::kNumberType);

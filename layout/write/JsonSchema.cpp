@@ -14,12 +14,12 @@ namespace vanlayout
 namespace
 {
 
-constexpr int longestSafeNumber = 15; // characters of a number that every program keeps
+constexpr int longestSafeNumber = 15; // max characters of a number that every program reads exactly
 
-// The type of a column before its codes are looked at.
+// The type of a column regardless of its codes.
 struct BaseType {
-    const char *name = nullptr; // JSON's; null for any
-    bool isLong = false;        // a number that may be a text of digits
+    const char *name = nullptr; // type of JSON; null for any
+    bool isLong = false;        // whether a number may also be a text of digits
     Calendar calendar = Calendar::None;
 };
 
@@ -51,10 +51,10 @@ BaseType baseOf(const Item &item)
 struct Alternative {
     enum class Form { Number, Text, Null, Range };
     Form form = Form::Text;
-    QByteArray number;    // a number, or the least of a range; empty for none
-    QByteArray maximum;   // of a range; empty for none
-    QString text;         // a text, or the ends of a range that numbers cannot say
-    bool hasText = false; // whether a range may hold numbers as texts
+    QByteArray number;    // a number, or the minimum of a range; empty if there is none
+    QByteArray maximum;   // maximum of a range; empty if there is none
+    QString text;         // a text, or the ends of a range that cannot be stated as numbers
+    bool hasText = false; // whether a value in the range may be a number as a text
     const Value *value = nullptr;
     bool isMissing = false;
 };
@@ -84,7 +84,7 @@ public:
     bool hasNull = false;
     bool hasNumber = false;
     bool hasText = false;
-    bool hasValid = false; // one that is not missing
+    bool hasValid = false; // whether a value is not missing
 
 private:
     void add(const Range &range, const Value *value, bool isMissing)
@@ -114,7 +114,7 @@ private:
         all.append(entry);
         hasValid = hasValid || !isMissing;
     }
-    // False for a code that is no value of the item.
+    // False for a code that is not a value of the item's type.
     bool setNumber(Alternative &entry, const QString &code)
     {
         const DecimalNumber number = decimalNumberOf(code);
@@ -143,7 +143,7 @@ private:
         entry.form = Alternative::Form::Range;
         entry.value = value;
         entry.isMissing = isMissing;
-        const bool endsBeforeBegin = valueOf(range.from) > valueOf(range.to); // no value is within such bounds
+        const bool endsBeforeBegin = valueOf(range.from) > valueOf(range.to); // no value would be within such bounds
         if (item.isNumeric() && !endsBeforeBegin) {
             entry.number = boundOf(range.from, entry);
             entry.maximum = boundOf(range.to, entry);
@@ -155,7 +155,7 @@ private:
         hasValid = hasValid || !isMissing;
         all.append(entry);
     }
-    // A range holds texts where it holds numbers that a double rounds: also where both bounds are kept.
+    // A range contains texts if it contains numbers that a double rounds, even if a double represents both bounds.
     QByteArray boundOf(const QString &code, Alternative &entry) const
     {
         const DecimalNumber number = decimalNumberOf(code);
@@ -322,7 +322,7 @@ private:
                 object([&] { writeAnyValue(base); });
         });
     }
-    // All values of the type, also the long numbers that are texts.
+    // Allows all values of the type, including long numbers as texts.
     void writeAnyValue(const BaseType &base)
     {
         if (base.isLong)

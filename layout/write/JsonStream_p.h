@@ -38,7 +38,7 @@ public:
         isWhole = isWhole && writeAll(device, buffer.data(), qint64(used));
         used = 0;
     }
-    /// False if the device refused something.
+    /// False if the device did not accept all bytes.
     bool isComplete() const { return isWhole; }
 
 private:
@@ -48,15 +48,16 @@ private:
     bool isWhole = true;
 };
 
-/// A control character beyond ASCII's first 32, or U+2028 or U+2029, which end a line. RapidJSON would write them as
-/// they are, but a terminal acts on the former, and many a reader that goes line by line on the latter.
+/// Whether a character is a control character from U+007F on, or the line separator U+2028 or the paragraph separator
+/// U+2029. RapidJSON does not escape these, but a terminal interprets the former, and many programs that read line by
+/// line interpret the latter.
 inline bool isFurtherControl(QChar unit)
 {
     return (unit >= QChar(0x7F) && unit <= QChar(0x9F)) || unit == QChar(QChar::LineSeparator)
         || unit == QChar(QChar::ParagraphSeparator);
 }
 
-/// Writes a text as a JSON string, all control characters escaped.
+/// Writes a text as a JSON string with all control characters escaped.
 template <typename Writer> void writeJsonString(Writer &json, const QString &text)
 {
     const QByteArray utf8 = text.toUtf8();
@@ -78,7 +79,8 @@ template <typename Writer> void writeJsonString(Writer &json, const QString &tex
     json.RawValue(escaped.constData(), size_t(escaped.size()), rapidjson::kStringType);
 }
 
-/// Writes one document and a line feed; \a content is handed the writer. False if the device refused something.
+/// Writes one document and a line feed; \a content is called with the writer. Returns false if the device did not
+/// accept all bytes.
 template <typename Content> bool writeJsonDocument(QIODevice &device, bool isPretty, Content content)
 {
     constexpr unsigned indentation = 2;

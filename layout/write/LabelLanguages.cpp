@@ -13,7 +13,7 @@ LabelLanguages::LabelLanguages(const QVector<Language> &declared)
 
 QVector<int> LabelLanguages::numbersOf(const Labels &labels)
 {
-    std::map<QString, int> before; // texts of this label in each language
+    std::map<QString, int> before; // number of texts of this label so far, by language
     QVector<int> found;
     found.reserve(labels.parts.size());
     for (const Label &part : labels.parts)

@@ -27,7 +27,7 @@ public:
     const QVector<Language> &inOrder() const { return languages; }
 
 private:
-    using Key = std::pair<QString, int>; // code in lower case, and how many texts in it the label has before
+    using Key = std::pair<QString, int>; // code in lower case, and the number of texts in it that precede in the label
 
     int numberOf(const QString &code, int time);
 

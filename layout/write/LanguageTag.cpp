@@ -42,7 +42,7 @@ QHash<QString, QString> shortCodes()
     return table;
 }
 
-// Empty for two letters that are the code of no language.
+// The shortest code of a language; empty for two letters that are not the code of a language.
 QString shortest(const QString &code)
 {
     static const QHash<QString, QString> table = shortCodes();

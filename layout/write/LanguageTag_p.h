@@ -16,7 +16,7 @@ namespace vanlayout
 /// Script, region and variants are only checked for their syntax.
 QString languageTagOf(const QString &language);
 
-/// The tags of the languages of a layout, each found once.
+/// A cache of the tags of the languages of a layout.
 class LanguageTags
 {
 public:

@@ -66,7 +66,7 @@ public:
     }
 
 private:
-    // Members that are omitted where they have their default, or are absent.
+    // Members that are omitted if they have their default or are absent.
     void optionalText(const char *key, const std::optional<QString> &value)
     {
         if (value)
@@ -115,7 +115,7 @@ private:
         if (!aliases.isEmpty())
             texts("aliases", aliases);
     }
-    // Labels, note and aliases of a named element.
+    // Writes labels, note and aliases of a named element.
     template <typename Element> void writeHead(const Element &element)
     {
         writeLabels(element.labels);

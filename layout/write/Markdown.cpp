@@ -39,7 +39,7 @@ QString numberUnless(int number, int usual)
     return number == usual ? QString() : QString::number(number);
 }
 
-// Blanks cannot be seen: they are named.
+// The codes of a value; a code of blanks is named, because blanks are invisible.
 QString codesText(QVector<Range> ranges)
 {
     for (Range &range : ranges) {
@@ -190,7 +190,7 @@ private:
         out.endTable();
     }
 
-    // The details that are not in the table of items.
+    // Writes the details that are not in the table of items.
     void writeDetails(const Item &item)
     {
         if (item.note.isEmpty() && item.valueSets.isEmpty() && item.occurrenceLabels.isEmpty())

@@ -19,7 +19,7 @@ bool isSafe(QChar character)
         || unit == '-';
 }
 
-// Names of devices, which files cannot bear on Windows.
+// Whether a name is that of a device, which a file cannot have on Windows.
 bool isDevice(const QString &name)
 {
     static const std::array<const char *, 4> devices = { "con", "prn", "aux", "nul" };
@@ -40,13 +40,13 @@ QString safeName(const QString &name)
     return isDevice(safe) || safe.startsWith(QLatin1Char('-')) ? QLatin1Char('_') + safe : safe;
 }
 
-// The name, or the first of `NAME_2`, `NAME_3` ... that no other is equal to but for case.
+// The name, or the first of `NAME_2`, `NAME_3` ... that differs from all others even if case is ignored.
 QString uniqueName(UniqueNames &names, const QString &wanted)
 {
     return wanted + names.give(wanted.toLower()).mid(wanted.size());
 }
 
-// Whether ids distinguish cases and the entries of their lower levels: each level has some.
+// Whether ids identify cases and the entries of their lower levels: each level down to this one has ids.
 bool hasIds(const Layout &layout, int level)
 {
     return std::all_of(layout.levels.begin(), layout.levels.begin() + level + 1,
@@ -58,7 +58,7 @@ bool isOnce(const Record &record)
     return record.maximum == 1;
 }
 
-// Sets the head of the tables from `first` on, which are those of one level. Returns the head for the level below.
+// Sets the heads of the tables from `first` on, which are those of one level. Returns the head for the level below.
 int setHeads(QVector<Table> &tables, int first, int headAbove)
 {
     const auto isHead = [](const Table &table) { return table.isKeyed && table.record->required; };

@@ -5,14 +5,14 @@
 
 #include <QVector>
 
-/// The tables of the data of a layout in other programs: one per record type.
+/// The tables that the data of a layout have in other programs: one per record type.
 namespace vanlayout
 {
 
 /// The table of a record type.
 struct Table {
     int level = 0;                  ///< index into the layout's levels
-    const Record *record = nullptr; ///< points into the layout; to an empty one for a level without records
+    const Record *record = nullptr; ///< points into the layout, or to an empty record for a level without records
     QString name;                   ///< ASCII letters, digits, `_` and `-`; unique, ignoring case
     bool isKeyed = false; ///< whether the ids are a key: there are some, and a case has at most one such record
     int head = -1;        ///< index of the table to one row of which each row belongs; -1 if there is none

@@ -51,9 +51,10 @@ inline QString describeFormat(const Layout &layout)
     return QString();
 }
 
-/// The type of an item: `9(3)`, `9(5).2` (a written decimal mark), `9(5)v2` (an implied one), `A(20)`; the format of a
-/// statistical file, or the word for any other type. A statistical file need not state a format, and that of a text can
-/// be without a width (`$`): the bytes of a text are its type then, `A(20)`, and the storage of a number, `double`.
+/// The type of an item for people: `9(3)`, `9(5).2` (written decimal mark), `9(5)v2` (implied decimal mark) or `A(20)`
+/// for an item of a dictionary, the format of a variable of a statistical file, or the word for any other type. If a
+/// statistical file states no format, or one without a width (`$`), the type of a text is its length in bytes, `A(20)`,
+/// and that of a number is its storage, `double`.
 inline QString describeType(const Item &item)
 {
     const bool hasFormat = !item.format.isEmpty() && item.format != QLatin1String("$");

@@ -6,8 +6,8 @@
 namespace vanlayout
 {
 
-/// Writes all bytes, and returns whether the device accepted them. After a partial write the rest is written again,
-/// because a file on a full disk reports its error only then.
+/// Writes all bytes, and returns whether the device accepted them. After a partial write the remaining bytes are
+/// written in another call, because a file on a full disk reports its error only then.
 inline bool writeAll(QIODevice &device, const char *bytes, qint64 size)
 {
     while (size > 0) {

@@ -10,7 +10,7 @@ namespace vanlayout
 namespace
 {
 
-constexpr ushort firstPicture = 0x2400; // the signs of the control characters, in their order
+constexpr ushort firstPicture = 0x2400; // picture of U+0000; the others follow in the order of the characters
 
 bool isHeldByXml(QChar unit)
 {
@@ -61,7 +61,8 @@ bool OutputBuffer::flush()
     return isWhole;
 }
 
-// Takes all bytes also where the device refuses them: a writer that was refused some would go on all the same.
+// Accepts all bytes even if the device does not, because the XML writer would continue in any case. flush() returns the
+// failure.
 qint64 OutputBuffer::writeData(const char *bytes, qint64 size)
 {
     for (qint64 done = 0; done < size;) {

@@ -12,19 +12,19 @@
 namespace vanlayout
 {
 
-/// The text with a sign in place of each character that XML cannot hold: the picture of a control character (U+2400
-/// and following), U+FFFD for half of a surrogate pair, U+FFFE and U+FFFF. A carriage return, which a parser would
-/// change, has its picture too; tab and line feed stay.
+/// The text with a visible character in place of each character that XML cannot represent: the picture of a control
+/// character (U+2400 and following), U+FFFD for half of a surrogate pair, U+FFFE and U+FFFF. A carriage return, which a
+/// parser would change, is also replaced by its picture; tab and line feed remain.
 QString xmlText(const QString &text);
 
-/// Hands bytes on to a device in large parts: the XML writer has a few bytes at a time.
+/// Passes bytes to a device in large blocks, because the XML writer writes a few bytes at a time.
 class OutputBuffer : public QIODevice
 {
 public:
-    /// \a device is open for writing and outlives this object.
+    /// \a device is open for writing and must outlive this object.
     explicit OutputBuffer(QIODevice &device);
 
-    /// Hands the rest on. False if the device refused something.
+    /// Writes the remaining bytes. Returns false if the device did not accept all bytes.
     bool flush();
 
 protected:
@@ -42,23 +42,23 @@ private:
 class XmlStream
 {
 public:
-    /// \a target is open for writing and outlives this object.
+    /// \a target is open for writing and must outlive this object.
     explicit XmlStream(QIODevice &target);
 
     void beginDocument() { xml.writeStartDocument(); }
-    /// False if the device refused something.
+    /// Ends the document and writes the remaining bytes. Returns false if the device did not accept all bytes.
     bool endDocument();
 
     void begin(const QString &element) { xml.writeStartElement(element); }
     void end() { xml.writeEndElement(); }
-    /// The next attributes belong to this element, which has no content.
+    /// Begins an element without content, which the next attributes belong to.
     void empty(const QString &element) { xml.writeEmptyElement(element); }
     void defaultNamespace(const QString &uri) { xml.writeDefaultNamespace(uri); }
 
     void attribute(const QString &name, const QString &value) { xml.writeAttribute(name, xmlText(value)); }
     void attribute(const QString &name, qint64 value) { xml.writeAttribute(name, QString::number(value)); }
     void attributeIfAny(const QString &name, const QString &value);
-    /// `xml:lang`, where the code of the language is one that XML can hold.
+    /// Writes `xml:lang` if the code of the language has a language tag.
     void language(const QString &code);
 
     void content(const QString &text) { xml.writeCharacters(xmlText(text)); }
