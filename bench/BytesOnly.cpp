@@ -1,4 +1,4 @@
-// The min work of a reader of a dictionary as a separate process: it decodes a text, or parses a JSON document.
+// The minimal work of a reader of a dictionary, as a separate process: it decodes a text or parses a JSON document.
 
 #include "cspro/TextFileReader_p.h"
 

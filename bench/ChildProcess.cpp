@@ -46,7 +46,7 @@ ProcessCost runHere(const std::vector<std::string> &command)
     return cost;
 }
 
-// Each request is a line with the arguments of a command, separated by tabs. Each response has the bytes of the cost.
+// Each request is a line with the arguments of a command, separated by tabs. Each response is the bytes of a Cost.
 [[noreturn]] void serve(int requests, int answers)
 {
     std::FILE *lines = fdopen(requests, "r");

@@ -6,16 +6,16 @@
 
 /// The cost of one run of a program.
 struct ProcessCost {
-    int status = -1;             ///< exit status; -1 where a signal ended the program
+    int status = -1;             ///< exit status; -1 if a signal ended the program
     double seconds = 0;          ///< wall time from start to end
-    double processorSeconds = 0; ///< user and system time
+    double processorSeconds = 0; ///< sum of user and system time
     double peakBytes = 0;        ///< max resident memory
 };
 
 /// Starts programs from a small separate process, because the system counts the memory of the starting process as that
 /// of the program.
 ///
-/// It must be made before anything else, while this process is small.
+/// An object must be made before anything else, while this process is small.
 class ProcessRunner
 {
 public:

@@ -1,4 +1,4 @@
-// The cost of reading the exact layout of a dictionary: inside a process, and as `vanlayout show`, which is compared
+// The cost of reading the exact layout of a dictionary: within a process, and as `vanlayout show`, which is compared
 // with `vanlayout fields` on the same file.
 
 #include "GeneratedDictionary.h"
@@ -37,7 +37,7 @@ QString dictionaryFile(const Form &form, const benchmark::State &state)
     return file.fileName();
 }
 
-// The number of characters that a list of items and their values would print.
+// The number of characters in a list of items and their values.
 qint64 charactersOf(const vanlayout::Item &item)
 {
     qint64 count = item.name.size() + item.labels.primary().size();
@@ -98,7 +98,7 @@ bool ddi(const vanlayout::Layout &layout, QIODevice &device)
     return vanlayout::writeDdi(layout, device);
 }
 
-// Counts the bytes of a form and keeps none of them.
+// A device that counts the bytes of a form and does not keep them.
 class CountingDevice : public QIODevice
 {
 public:

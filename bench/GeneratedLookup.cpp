@@ -9,12 +9,12 @@
 
 void generateLookup(LookupKeys keys, int lines, const QString &path)
 {
-    constexpr int firstKey = 100000000; // of nine digits
+    constexpr int firstKey = 100000000; // first number of nine digits
     constexpr int keyStep = 7;
     constexpr int values = 1000;
     constexpr unsigned percent = 100;
     constexpr unsigned faults = 5;
-    std::mt19937 random(1); // NOLINT: the same file every time is wanted
+    std::mt19937 random(1); // NOLINT: the file must be the same every time
     std::vector<int> numbers(static_cast<size_t>(lines));
     std::iota(numbers.begin(), numbers.end(), 0);
     if (keys != LookupKeys::ascending)

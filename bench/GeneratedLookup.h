@@ -5,9 +5,9 @@
 
 /// The order of the keys in a generated lookup file.
 enum class LookupKeys {
-    shuffled,  ///< different, in no order
-    ascending, ///< different, in ascending order
-    faulty     ///< in no order, 5 % of them repeated and 5 % one character too long
+    shuffled,  ///< all different, in random order
+    ascending, ///< all different, in ascending order
+    faulty     ///< in random order, 5 % of them repeated and 5 % one character too long
 };
 
 /// Writes a lookup file of \a lines lines with keys of nine digits and 1,000 different values, separated by a

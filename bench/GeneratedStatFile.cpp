@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr qint64 valueSize = 8; // doubles throughout
+constexpr qint64 valueSize = 8; // bytes; all values are doubles
 
 std::string dictionary(const StatFileShape &shape)
 {
@@ -35,15 +35,15 @@ std::string dictionary(const StatFileShape &shape)
     return file.bytes(0);
 }
 
-// An SPSS file ends with its rows. Its header has their number.
+// An SPSS file ends with its rows. Its header states their number.
 void addSpssRows(std::string &head, qint64 rows)
 {
     constexpr int rowsAt = 80;
     qToLittleEndian(qint32(rows), &head[rowsAt]);
 }
 
-// A Stata file has its rows in the middle. Its header has their number, and its map the positions of all parts after
-// them.
+// A Stata file has its rows in the middle. Its header states their number, and its map states the positions of all
+// parts after them.
 size_t addStataRows(std::string &head, qint64 rows, qint64 size)
 {
     const auto behind = [&](const char *tag) { return head.find(tag) + std::strlen(tag); };

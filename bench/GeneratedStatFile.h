@@ -8,10 +8,10 @@
 /// The contents of a generated Stata or SPSS file.
 struct StatFileShape {
     StatFile::Kind kind; ///< sav or dta
-    int variables;       ///< doubles, or ints in a Stata file with label sets
-    int labels;          ///< labels of a set
-    bool isOneSet;       ///< one set for all variables, or one each
-    qint64 rows;         ///< rows of zeros, stored as a hole in the file
+    int variables;       ///< number of variables: doubles, or ints in a Stata file with label sets
+    int labels;          ///< number of labels of a set
+    bool isOneSet;       ///< whether all variables share one set instead of having one each
+    qint64 rows;         ///< number of rows of zeros, stored as a hole in the file
 };
 
 /// Writes such a file. Equal shapes give equal bytes.

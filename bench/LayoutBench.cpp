@@ -1,4 +1,4 @@
-// The cost of reading a dictionary: inside a process, and as a whole process of the tool.
+// The cost of reading a dictionary: within a process, and as a whole process of the tool.
 
 #include "GeneratedDictionary.h"
 #include "WholeProcess.h"
@@ -23,7 +23,7 @@
 namespace
 {
 
-// One form of dictionary: its generator, its reader, and the min work of any reader.
+// One form of dictionary: its generator, its reader, and the minimal work of any reader.
 struct Form {
     const char *name;
     QByteArray (*generate)(int items, int values);
@@ -120,7 +120,7 @@ void wholeRoad(benchmark::State &state, const Form &form, bool isReported)
         state.counters["bytes/value"] = kept / (items * values);
 }
 
-// The tool, and after each run a process that does the min work.
+// The tool, and after each run a process that does the minimal work.
 void wholeProcess(benchmark::State &state, const Form &form)
 {
     const QString path = dictionaryFile(form, state);

@@ -1,4 +1,4 @@
-// The cost of checking a lookup file: inside a process, and as a whole process of the tool compared with one of awk.
+// The cost of checking a lookup file: within a process, and as a whole process of the tool compared with one of awk.
 
 #include "GeneratedLookup.h"
 #include "WholeProcess.h"

@@ -1,7 +1,8 @@
 // The cost of the records: a search in a hierarchy, and copies.
 
 #ifdef __GNUC__
-#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor" // entities are deleted as what they are
+#pragma GCC diagnostic ignored                                                                                         \
+    "-Wdelete-non-virtual-dtor" // the static type of a deleted entity is always its dynamic one
 #endif
 
 #include "model/Entity.h"
@@ -35,7 +36,7 @@ private:
     std::vector<TVpEntity> entities;
 };
 
-// A search makes one entity for each one that it visits and frees none, so there are only a few rounds.
+// A search makes one entity for each entity that it visits and frees none, so there are only a few rounds.
 void failedSearch(benchmark::State &state)
 {
     Hierarchy hierarchy(int(state.range(0)));

@@ -1,5 +1,5 @@
-// The min work of a reader of a Stata or SPSS file as a separate process: two passes with handlers that copy names and
-// labels.
+// The minimal work of a reader of a Stata or SPSS file, as a separate process: two passes with handlers that copy names
+// and labels.
 
 #include <readstat.h>
 

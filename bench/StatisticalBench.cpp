@@ -67,7 +67,8 @@ void exactBesidePasses(benchmark::State &state, StatFile::Kind kind, bool isOneS
     measureProcesses(state, *processRunner, exactLayoutOf(path), passesOver(path));
 }
 
-// Growing numbers of variables with ten labels each, without rows and with so many rows that the largest file has 8 GB.
+// Growing numbers of variables with ten labels each, without rows, and with so many rows that the largest file has 8
+// GB.
 void growing(benchmark::internal::Benchmark *bench)
 {
     for (const int rows : { 0, 100000 }) {

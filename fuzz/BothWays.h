@@ -7,8 +7,8 @@
 
 #include <QtGlobal>
 
-// A file in both ways of reading, which must have equal results; with a report in one of them, which must not change
-// anything either. `tune` gets each importer before it reads.
+// Reads a file in both ways, which must have equal results. One of them has a report, which must not change the result.
+// `tune` is called with each importer before it reads.
 template <typename Importer, typename Tune> void readInBothWays(const uint8_t *data, size_t size, Tune tune)
 {
     static FuzzedFile file;

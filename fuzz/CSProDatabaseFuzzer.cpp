@@ -4,7 +4,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    // The reader goes by content; the first bytes of a database make each input one.
+    // The format is determined by content; with the first bytes of a database, each input is read as one.
     constexpr int magicSize = 16;
     QByteArray bytes(reinterpret_cast<const char *>(data), int(size));
     bytes.replace(0, magicSize, QByteArray("SQLite format 3", magicSize));

@@ -4,7 +4,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    // The reader goes by content; a bracket at the begin makes each input one of this form.
+    // The format is determined by content; with a bracket at the beginning, each input is read as this form.
     const QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
     readLayoutOf(bytes);
     if (!bytes.startsWith("[Dictionary]"))

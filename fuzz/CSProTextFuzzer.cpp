@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     constexpr DecimalAnswer answers[]
         = { DecimalAnswer::yes, DecimalAnswer::yesToAll, DecimalAnswer::no, DecimalAnswer::noToAll };
     const DecimalAnswer answer = answers[data[0] % 4];
-    // A dictionary itself is a seed, so that byte is part of it.
+    // Dictionaries are seeds, so the byte is also part of the dictionary.
     const QString name = file.holding(data, size);
     TCSProDataImport importers[] = { TCSProDataImport(name), TCSProDataImport(name) };
     for (TCSProDataImport &importer : importers)

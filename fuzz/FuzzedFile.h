@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// A file with the bytes of one run, for what reads by name. One file serves all runs.
+/// A file with the bytes of one run, for readers that open a file by name. All runs use the same file.
 class FuzzedFile
 {
 public:

@@ -1,4 +1,5 @@
-// A dictionary, from its bytes to every form that is written of its layout, and compared with itself.
+// A dictionary, from its bytes to its layout and all forms in which the layout is written. The layout is also compared
+// with itself.
 
 #include "compare/Diff.h"
 #include "read/Reader.h"
@@ -69,7 +70,7 @@ void checkForms(const Layout &layout)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    constexpr size_t longest = 1 << 16; // a few bytes can state a million columns; large files are for the readers' own
+    constexpr size_t longest = 1 << 16; // a few bytes can state a million columns
     if (size > longest)
         return 0;
     QByteArray bytes(reinterpret_cast<const char *>(data), int(size));

@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     QStringList errors;
     const auto mode = econsistencyCheck(data[0] / 6 % 4);
     lookup.consistencyCheck(mode, frequencies, &errors);
-    // A second check puts ints of its own in the place of these.
+    // A second check replaces these numbers.
     std::set<int *> ints = intsOf(frequencies);
     lookup.consistencyCheck(mode, frequencies, data[0] & 0x80 ? nullptr : &errors);
     ints.merge(intsOf(frequencies));

@@ -6,7 +6,7 @@
 
 #include <QBuffer>
 
-/// Takes all bytes and keeps none.
+/// A device that accepts all bytes and discards them.
 class Sink : public QIODevice
 {
 public:
@@ -17,8 +17,8 @@ protected:
     qint64 writeData(const char * /*data*/, qint64 size) override { return size; }
 };
 
-/// Reads the layout of a file with these bytes and writes its JSON form. Ends the program if the layout contradicts
-/// what is promised of every layout.
+/// Reads the layout of a file with these bytes and writes its JSON form. Ends the program if the layout violates a rule
+/// for all layouts.
 inline void readLayoutOf(QByteArray bytes)
 {
     QBuffer buffer(&bytes);

@@ -1,4 +1,4 @@
-// A SPSS file in both ways of reading.
+// An SPSS file in both ways of reading.
 
 #include "BothWays.h"
 #include "statistical/SPSSDataImport.h"

@@ -1,9 +1,9 @@
-// What every fuzzer does first.
+// The initialisation of all fuzzers.
 
 #include <QLoggingCategory>
 
 extern "C" int LLVMFuzzerInitialize(int * /*argc*/, char *** /*argv*/)
 {
-    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); // thousands of lines a second
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); // there would be thousands of lines per second
     return 0;
 }

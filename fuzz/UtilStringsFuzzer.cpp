@@ -1,4 +1,4 @@
-// Words of a line, and line breaks. The input is separator, qualifier and the line, one a row.
+// Words of a line, and line breaks. The input is separator, qualifier and the line, each on its own row.
 
 #include "util/UtilStrings.h"
 
@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             qFatal("a line never ends");
         UtilStrings::GetWordSeparator(line, position, separator, qualifier);
     }
-    // A place from anywhere.
+    // An arbitrary index.
     position = size >= sizeof(position) ? int(data[0] | data[1] << 8 | data[2] << 16 | uint(data[3]) << 24) : -1;
     UtilStrings::GetWordSeparator(line, position, separator, qualifier);
     UtilStrings::returnLineBreak(line);

@@ -1,5 +1,5 @@
-// The lines of one value set, of a number or a text. The first byte selects which, and is the answer to the question
-// about decimals.
+// The lines of one value set, of a number or a text. The first byte selects which of the two, and is also the answer to
+// the question about decimals.
 
 #include "cspro/CSPro_p.h"
 

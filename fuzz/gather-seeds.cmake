@@ -1,4 +1,4 @@
-# Copies FILES, and what the PATTERNS match, to the folder TARGET.
+# Copies FILES, and the files that match PATTERNS, to the directory TARGET.
 file(REMOVE_RECURSE ${TARGET})
 file(MAKE_DIRECTORY ${TARGET})
 if(PATTERNS)

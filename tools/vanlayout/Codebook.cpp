@@ -52,7 +52,7 @@ int noBrowser(const QString &subject)
     return noAnswerFor(subject, QStringLiteral("no browser could be started; set BROWSER to the command of one"));
 }
 
-// A page that an earlier call wrote is not opened in place of one that could not be written.
+// If a page could not be written, a page that an earlier call wrote is not opened instead.
 int openWrittenPages(const CodebookOptions &options)
 {
     const QString output = QFile::decodeName(options.output.output.c_str());
@@ -62,7 +62,7 @@ int openWrittenPages(const CodebookOptions &options)
     return openInBrowser(pageToOpen(output)) ? statusFine : noBrowser(output);
 }
 
-// Of several files, those that could be read are opened.
+// If there are several files, the pages of those that could be read are opened.
 int openTemporaryPages(const CodebookOptions &options)
 {
     QTemporaryDir directory(QDir::temp().filePath(QStringLiteral("vanlayout-XXXXXX")));

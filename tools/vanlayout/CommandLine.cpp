@@ -176,7 +176,7 @@ void describeCodebook(CLI::App &command, CodebookOptions &options)
               ->type_name("OUTPUT");
     const auto open = [&options, output] {
         options.isOpened = true;
-        output->required(false); // asked for after all options were read
+        output->required(false); // checked after all options were read
     };
     command.add_flag_callback("--open", open,
                               "open the page or the index in a browser; without -o, it is a temporary file");
@@ -202,7 +202,7 @@ void describeExport(CLI::App &command, ExportOptions &options)
         ->required();
 }
 
-// All commands and options that can be given at this place.
+// All commands and options that are allowed at this position.
 std::vector<std::string> knownWords(const CLI::App &app)
 {
     std::vector<std::string> words = commandsOf(app);
@@ -238,7 +238,7 @@ std::string problemWithWord(const CLI::App &app, const CLI::ParseError &error)
     if (rest.empty())
         return std::string();
     const bool isOption = !rest.front().empty() && rest.front().front() == '-';
-    // A remaining word while the command lacks one was given before the command.
+    // A remaining word was given before the command if the command lacks a required one.
     if (parsed.empty() || (!isOption && error.get_name() == "RequiredError"))
         return (rest.front().empty() ? "''" : rest.front()) + ": no such command or option"
             + suggestionFor(withoutValue(rest.front()), knownWords(app));

@@ -71,7 +71,7 @@ Words wordsOf(const std::vector<const CLI::Option *> &options)
     return words;
 }
 
-// The words that can follow a command as positional arguments: commands for `help`, shells for `completion`.
+// The words that a command accepts as positional arguments: commands for `help`, shells for `completion`.
 Words positionalChoices(const CLI::App &command)
 {
     for (const CLI::Option *option : command.get_options()) {

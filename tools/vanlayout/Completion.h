@@ -10,7 +10,7 @@
 std::vector<std::string> shellsWithCompletion();
 
 /// The completion script of one of these shells for commands, options and their values. It is generated from the
-/// commands and options of \a app, so that it is complete.
+/// commands and options of \a app, so that it has all of them.
 std::string completionScript(const CLI::App &app, const std::string &shell);
 
 /// The values that an option accepts; empty if it accepts any.

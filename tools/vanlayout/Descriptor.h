@@ -9,7 +9,7 @@
 /// link to a file, but the content of that file belongs to the process that opened it.
 struct Descriptor {
     int number;
-    bool isOwn; ///< of this process
+    bool isOwn; ///< whether it is a descriptor of this process
 };
 
 /// The descriptor that a path names; none for other paths.

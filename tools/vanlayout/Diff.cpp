@@ -63,7 +63,7 @@ public:
     }
 
 private:
-    // Both are read, so that both are complained about.
+    // Both files are read, so that the problems of both are printed.
     int compareFiles()
     {
         Progress progress(output == QLatin1String("-") && isTerminal(1));

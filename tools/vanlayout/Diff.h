@@ -7,8 +7,8 @@
 /// Options of `vanlayout diff`. Texts are in the encoding of the system.
 struct DiffCall {
     std::string format = "table";     ///< table, json or html
-    bool isSummary = false;           ///< of a table: counts by kind instead of the changes
-    std::vector<std::string> only;    ///< known words of the kinds to show; all where empty
+    bool isSummary = false;           ///< for a table: counts by kind instead of the changes
+    std::vector<std::string> only;    ///< known words of the kinds to show; empty for all
     std::vector<std::string> ignored; ///< known words of the kinds to leave out
     std::string language;             ///< code of the language whose labels are compared; empty for all
     std::string output = "-";         ///< file to write; - is standard output
@@ -19,7 +19,8 @@ struct DiffCall {
 /// The words of all kinds of differences.
 std::vector<std::string> diffKindWords();
 
-/// Compares the exact layouts of two files, writes what differs and answers the status: a finding where anything does.
+/// Compares the exact layouts of two files and writes the differences. Returns the exit status: statusFinding if there
+/// are differences.
 int diffLayouts(const DiffCall &call);
 
 #endif

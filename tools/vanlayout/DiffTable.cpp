@@ -25,7 +25,7 @@ namespace
 constexpr int indentation = 2; // columns of one level
 constexpr QChar arrow(0x2192);
 
-// Quotation marks show what else cannot be seen: an empty text, a blank at an end.
+// A text for people. Quotation marks make empty texts and blanks at the ends of a text visible.
 QString shownText(DiffKind kind, const QString &text)
 {
     return hasFreeText(kind) ? QLatin1Char('"') + printable(text) + QLatin1Char('"')
@@ -173,14 +173,14 @@ private:
         else
             property(3, code + QLatin1String(", ") + infoOf(change.kind).title.section(QLatin1Char(' '), 0, 0), change);
     }
-    // An empty label is not shown: the name says all.
+    // An empty label is not shown, because there is already the name.
     static QString onlyText(const Change &change)
     {
         const QString &text = infoOf(change.kind).side == DiffSide::After ? change.after : change.before;
         return text.isEmpty() ? text : shownText(change.kind, text);
     }
 
-    // One line, or one for the property and one for each text.
+    // Prints one line, or one for the property and one for each text.
     void property(int depth, const QString &name, const Change &change)
     {
         const QString shownName = printable(name) + QLatin1String(": ");

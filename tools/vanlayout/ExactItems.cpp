@@ -271,7 +271,7 @@ const ExactItems::Found *ExactItems::find(const QString &variable) const
     return isOccurrence ? &numbered->second : nullptr;
 }
 
-// An item can have very many notes and a long description, which is therefore made once.
+// An item can have very many notes and a long description, so the description is made once.
 QString ExactItems::insteadOf(const ReadNote &note)
 {
     constexpr int maxColumns = 400;

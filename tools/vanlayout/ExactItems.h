@@ -9,22 +9,22 @@
 
 struct ReadNote;
 
-/// Describes from the exact layout what the file has for a variable of which the fields lose or change something.
+/// Describes, from the exact layout, what the file states about a variable whose fields lose or change information.
 class ExactItems
 {
 public:
     /// \a layout must outlive this object. One that was not read has no items.
     explicit ExactItems(const vanlayout::Layout &layout);
 
-    /// A few words about what the file has for the subject of a note, such as "9(5)v2, 2 implied decimals". Empty for
-    /// other kinds of notes, or if not exactly one item has the name of the variable; cut with an ellipsis after 400
-    /// columns.
+    /// A few words about what the file states about the subject of a note, such as "9(5)v2, 2 implied decimals". Empty
+    /// for other kinds of notes, or if not exactly one item has the name of the variable; cut with an ellipsis after
+    /// 400 columns.
     QString insteadOf(const ReadNote &note);
 
 private:
     struct Found {
         const vanlayout::Item *item;
-        const vanlayout::Item *parent; ///< item of a subitem; null for others
+        const vanlayout::Item *parent; ///< item that contains a subitem; null for others
     };
 
     void add(const QVector<vanlayout::Item> &list);

@@ -24,7 +24,7 @@
 namespace
 {
 
-constexpr size_t placesOfAKind = 10; // that the table shows
+constexpr size_t placesOfAKind = 10; // places of a kind that the table shows
 constexpr int maxVariableWidth = 40;
 constexpr int maxTextWidth = 400; // a file can be one line
 constexpr int gap = 2;            // blanks between columns
@@ -39,7 +39,7 @@ struct Explanation {
     vanlayout::Layout layout; ///< exact; of a file that can be read twice
 };
 
-// A check of which only the notes are needed.
+// Checks a lookup file only for its notes.
 void readLookup(Explanation &explanation, const ExplainOptions &options)
 {
     explanation.type = QStringLiteral("lookup");

@@ -72,8 +72,8 @@ enum Taken : unsigned { TakesTitle = 1, TakesLanguage = 2, TakesProfile = 4, Tak
 enum class Occurrences { Counted, Repeated };
 
 struct ExportTarget {
-    const char *name;   ///< as --to takes it
-    const char *ending; ///< of its files
+    const char *name;   ///< value of --to
+    const char *ending; ///< extension of its files
     Occurrences occurrences;
     unsigned taken;
     void (*write)(const Layout &layout, QIODevice &device, const ExportOptions &options);
@@ -95,7 +95,7 @@ const ExportTarget &targetNamed(const std::string &name)
                          [&](const ExportTarget &target) { return name == target.name; });
 }
 
-// "csv", or "ddi, csvw and markdown".
+// The forms that accept an option, such as "csv" or "ddi, csvw and markdown".
 QString targetsThatTake(Taken option)
 {
     QStringList names;

@@ -24,7 +24,7 @@ std::unique_ptr<Printer> makePrinter(const FieldsOptions &options)
     return makeTablePrinter(stdout, severalFiles, terminalWidth());
 }
 
-// One line; the name occurs once, so that a long one does not hide the counts.
+// Prints one line, with the name only once, so that a long name does not hide the counts.
 void reportNotes(const QString &file, const ReadReport &report)
 {
     if (!report.isEmpty())

@@ -16,7 +16,7 @@
 namespace
 {
 
-// Sets the reason why a file cannot be read, or its type by content.
+// Returns the reason why a file cannot be read; if it can, sets \a type by content unless it is given.
 QString readingProblem(const QString &fileName, const FileType *&type)
 {
     QString problem = openingProblem(fileName);

@@ -18,7 +18,7 @@ struct Layout {
     const FileType *type = nullptr;
     std::unique_ptr<TDataImport> importer; ///< opened, unless there is a problem
     TVpDataProvider provider;              ///< filled from the importer
-    QString problem;                       ///< one line that says what is wrong; empty on success
+    QString problem;                       ///< the problem on one line; empty on success
     QString incomplete;                    ///< the cause that ended reading before the end of the file; usually empty
     std::unique_ptr<VpErrorManager> error; ///< the error of the library that ended reading, if any
 };
@@ -28,8 +28,8 @@ struct Layout {
 DecimalAnswerFunction decimalAnswer(const std::string &decimals);
 
 /// Reads one file: creates the importer (by content if \a type is null), opens it and fills a provider. \a decimals
-/// answers the question about decimal codes. Losses and
-/// changes are reported to \a report, unless it is null; it must outlive the layout's reading.
+/// answers the question about decimal codes. Losses and changes are reported to \a report, unless it is null; it must
+/// exist until this function returns.
 Layout readLayout(const QString &file, const FileType *type, const DecimalAnswerFunction &decimals, ReadReport *report);
 
 /// Frees what the importer and the provider of a layout have made; the layout then has no fields. Without this call

@@ -22,13 +22,13 @@ namespace
 {
 
 constexpr int gap = 2;              // blanks between columns
-constexpr int minLabelWidth = 20;   // names and types leave as much to the label
-constexpr int minNameWidth = 8;     // a longer name than fits has a line of its own
-constexpr int maxNameWidth = 64;    // as the longest names of statistical files; a longer one has a line of its own
+constexpr int minLabelWidth = 20;   // width that names and types leave to the label
+constexpr int minNameWidth = 8;     // a name that is longer than the column has a separate line
+constexpr int maxNameWidth = 64;    // longest names of statistical files; a longer name has a separate line
 constexpr int maxTypeWidth = 24;    // a format of a hostile file can be long
 constexpr int maxCodeWidth = 24;    // a wider code has its label on the next line
-constexpr int valueIndentation = 6; // of the codes below an item
-constexpr int setIndentation = 4;   // of the names of value sets
+constexpr int valueIndentation = 6; // indentation of the codes below an item
+constexpr int setIndentation = 4;   // indentation of the names of value sets
 
 enum Column { Name, Type, Start, Length, Occurrences, Values, Label, columnCount };
 using Row = std::array<QString, columnCount>;

@@ -6,8 +6,8 @@
 
 #include <string>
 
-/// Text in the encoding of the locale, as the arguments of the program are and as standard error is written. The
-/// functions of Qt 6 for it take every locale for UTF-8.
+/// Conversion from and to the encoding of the locale, which the arguments of the program and standard error have. The
+/// functions of Qt 6 for it treat every locale as UTF-8.
 QString fromLocale(const std::string &text);
 QByteArray toLocale(const QString &text);
 

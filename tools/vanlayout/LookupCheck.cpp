@@ -38,7 +38,7 @@ econsistencyCheck modeNumber(const std::string &name)
     return econsistencyCheck(numberOf(names, name));
 }
 
-/// A line with the progress of a long check, where standard error is a terminal. It is erased when the check ends.
+/// A line with the progress of a long check, shown if standard error is a terminal. It is erased when the check ends.
 class ProgressLine
 {
 public:
@@ -156,7 +156,8 @@ struct Check {
 
 int check(const LookupOptions &options, const QString &file)
 {
-    // Is kept until the process ends: freeing millions of entries one by one would take as long as making them.
+    // The check is kept until the process ends: freeing millions of entries one by one would take as long as making
+    // them.
     static auto *const check = new Check;
     TVpLookup &lookup = check->lookup;
     lookup.setFfileName(file);

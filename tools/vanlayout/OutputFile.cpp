@@ -92,7 +92,7 @@ QString problemWithWriting(const QString &output, const QString &input, const An
 int writeAnswer(const QString &output, const QString &input, const AnswerWriter &write)
 {
     if (output == QLatin1String("-") || isStandardOutput(output)) {
-        // A terminal may be both.
+        // A terminal may be both standard output and the input.
         if (QFileInfo(input).isFile() && isSameFile(QStringLiteral("/dev/stdout"), input))
             return noAnswerFor(input, QStringLiteral("is standard output as well, and is not written over"));
         return writeToStandardOutput(write);

@@ -296,7 +296,7 @@ private:
         return languages.size() > 1 ? languages : QStringList();
     }
 
-    // The layout of a file, or the reason why there is none. Memory that does not suffice is such a reason.
+    // The layout of a file, or the reason why there is none. Exhausted memory is such a reason.
     Layout read(const QString &file) const
     {
         try {

@@ -5,7 +5,7 @@
 namespace
 {
 
-constexpr size_t maxLength = 64; // a longer word is no mistyped one
+constexpr size_t maxLength = 64; // a longer word is not treated as mistyped
 constexpr size_t lettersForEachError = 3;
 
 char small(char letter)

@@ -15,7 +15,7 @@ namespace
 
 constexpr int gap = 2;            // blanks between columns
 constexpr int maxRangeWidth = 40; // bounds can have very many digits
-constexpr int minLabelWidth = 1;  // what a narrow terminal leaves to the label
+constexpr int minLabelWidth = 1;  // width that a narrow terminal leaves to the label
 
 QString rangeOf(const TVpSourceField &field)
 {
