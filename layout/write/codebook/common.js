@@ -1,23 +1,23 @@
-// What the codebook and the index of codebooks share. Texts of a file become text nodes alone, whatever they hold.
+// Functions of all pages. Texts of a file only become text nodes, whatever they contain.
 
-// What a page itself is made of; no fragment of a variable begins like these.
+// The prefix of the ids of the elements of a page. No fragment of a variable begins with it.
 const ownPrefix = "page-";
 const page = id => document.getElementById(ownPrefix + id);
 const data = JSON.parse(page("data").textContent);
 
 // ---------------------------------------------------------------------------------------------------- texts
 
-// An escape in place of each character that shows nothing, that cannot be shown, or that many fonts lack a sign for.
+// The text with an escape for each character that is invisible, that cannot be shown, or that many fonts lack.
 function shown(text)
 {
     return text.replace(/[\0-\x1f\x7f-\x9f\u2028\u2029\ud800-\udfff\ufffe\uffff]/gu,
                         character => "\\u" + character.charCodeAt(0).toString(16).padStart(4, "0"));
 }
 
-// Likewise, but for line feeds, which break the lines of a note.
+// Likewise, except for line feeds, which separate the lines of a note.
 const shownLines = text => text.split(/\r?\n/).map(shown).join("\n");
 
-// Letters that NFKD leaves whole, quotes as typesetters write them, and dashes.
+// Letters that NFKD does not decompose, typographic quotation marks, and dashes.
 const plainCharacters = new Map(Object.entries({
     "ß": "ss", "æ": "ae", "œ": "oe", "ø": "o", "đ": "d", "ð": "d", "ł": "l", "ħ": "h", "ı": "i", "ς": "σ", "þ": "th",
     "‘": "'", "’": "'", "‚": "'", "‛": "'", "ʼ": "'", "ʻ": "'", "ʹ": "'", "′": "'", "`": "'", "´": "'", "ˈ": "'",
@@ -28,14 +28,14 @@ const plainPattern = new RegExp("[" + [...plainCharacters.keys()].join("") + "]"
 // Accents, and the vowel signs of Hebrew and Arabic.
 const marksPattern = /[\u0300-\u036f\u0591-\u05bd\u05bf\u05c1\u05c2\u05c4\u05c5\u05c7\u0640\u064b-\u065f\u0670]/g;
 
-// The form of a text that searches compare: without case, accents and typography.
+// The form of a text that a search compares: without differences of case, accents and typography.
 function folded(text)
 {
     return text.toLowerCase().replace(plainPattern, character => plainCharacters.get(character)).normalize("NFKD")
         .toLowerCase().replace(marksPattern, "").replace(plainPattern, character => plainCharacters.get(character));
 }
 
-// The folded text, and for each of its characters the place in the text.
+// The folded text, and for each of its characters the index in the original text.
 function foldedWithPlaces(text)
 {
     let plain = "";
@@ -53,7 +53,7 @@ function foldedWithPlaces(text)
     return { plain, places };
 }
 
-const inEnglish = new Intl.NumberFormat("en"); // kept: to make one takes longer than to use it
+const inEnglish = new Intl.NumberFormat("en"); // made once, because making one takes longer than using it
 const written = number => inEnglish.format(number);
 const counted = (count, one, several = one + "s") => written(count) + " " + (count === 1 ? one : several);
 
@@ -66,7 +66,7 @@ function make(tag, className, ...children)
     return element;
 }
 
-// An element with a text of the file, whose direction nobody knows.
+// An element with a text of the file, whose direction is unknown.
 function makeText(tag, className, text, language = "")
 {
     const element = make(tag, className, shown(text));
@@ -83,10 +83,10 @@ function makeButton(className, text, action)
     return button;
 }
 
-// The words of what is searched for.
+// The words of a search.
 const wordsOf = text => folded(shown(text)).split(/\s+/).filter(word => word !== "");
 
-// The text with the words that are searched for marked.
+// The text with the words of the search marked.
 function markWords(element, words)
 {
     if (words.length === 0)
@@ -109,7 +109,7 @@ function markWords(element, words)
     return element;
 }
 
-// The fragment of a variable is its name; the further ones of a name have a number behind it.
+// The fragment of a variable is its name; further variables of the same name have a number appended.
 function fragmentsOf(names)
 {
     const times = new Map();
@@ -127,10 +127,10 @@ function fragmentsOf(names)
     });
 }
 
-// A half of a surrogate pair cannot be in an address; `shown` leaves none in a fragment.
+// Half a surrogate pair cannot be part of an address; `shown` replaces it in a fragment.
 const addressOf = fragment => "#" + encodeURIComponent(fragment);
 
-// Adds the first so many of the items to a list, and a button for the next ones.
+// Adds the first items to a list, at most one step, and a button for the next ones.
 function addInSteps(list, count, step, makeItem)
 {
     let done = 0;
@@ -147,7 +147,7 @@ function addInSteps(list, count, step, makeItem)
         (list.tagName === "TBODY" ? list.parentElement : list).after(more);
 }
 
-// "/" goes to the search, Escape empties it.
+// The key "/" moves the focus to the search, Escape clears it.
 function handleSearchKey(event, search)
 {
     if (event.key === "/" && !event.target.matches("input, select")) {

@@ -1,4 +1,4 @@
-// Draws the index of several codebooks, and searches in all of them.
+// Draws the index of several codebooks and searches all of them.
 
 const foundStep = 20; // variables of a codebook that are shown at a time
 
@@ -9,7 +9,7 @@ const hrefOf = book => encodeURIComponent(book.page);
 let fronts = null; // names, labels and aliases of each variable of each codebook, folded
 let lists = null;  // value labels of each value set of each codebook, folded
 
-// An item has texts, and the numbers of its lists of value labels.
+// An item is a list of its texts and of the numbers of its lists of value labels.
 const textsOf = item => item.filter(part => typeof part === "string");
 const listsOf = item => item.filter(part => typeof part === "number");
 
@@ -21,7 +21,7 @@ function prepareSearch()
     lists = data.map(book => book.lists.map(list => folded(shownLines(list))));
 }
 
-// The variables of a codebook that have every word.
+// The variables of a codebook in which all words occur.
 function findIn(b, words)
 {
     const listsWith = words.map(word => lists[b].map(list => list.includes(word)));
@@ -29,7 +29,7 @@ function findIn(b, words)
         (word, w) => fronts[b][i].includes(word) || listsOf(data[b].items[i]).some(list => listsWith[w][list])));
 }
 
-// The text, apart from name and label, for which a variable is found.
+// The text other than name and label because of which a variable is found.
 function foundText(book, item, words)
 {
     const has = word => text => folded(shown(text)).includes(word);
@@ -80,7 +80,7 @@ function makeFound(book, found, words)
     return box;
 }
 
-// A codebook is found by its own texts, with none of its variables, or by variables that have every word.
+// A codebook is found by its own texts, without its variables, or by variables in which all words occur.
 function search()
 {
     const words = wordsOf(page("search").value);

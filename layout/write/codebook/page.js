@@ -1,21 +1,21 @@
-// Draws the codebook out of the data in the page.
+// Draws the codebook from the data in the page.
 
 const chunkSize = 50;          // variables that are drawn at a time
 const mostPrintedWhole = 2000; // variables that are printed with details and rulers
-const mostPrintedLabels = 50000; // of all variables that are printed; of more each has the first ones
+const mostPrintedLabels = 50000; // values that are printed; if there are more, only the first ones of each variable
 const labelStep = 200;         // values that are shown at a time
 const setStep = 20;            // value sets of a variable that are shown at a time
 const problemStep = 25;        // problems of a kind that are shown at a time
-const mostProblemsBeside = 100; // problems that are shown beside a variable
+const mostProblemsBeside = 100; // problems that are shown with a variable
 const mostLanes = 12;          // variables that are drawn on one column
-const lastColumn = 1000000;    // that is drawn
-const mostLinesAtOnce = 40;    // of a ruler; a longer one draws those that can be seen
-const mostPrintedLines = 400;  // of a ruler
+const lastColumn = 1000000;    // last column that is drawn
+const mostLinesAtOnce = 40;    // lines of a ruler; only the visible lines of a longer ruler are drawn
+const mostPrintedLines = 400;  // lines of a ruler that are printed
 const mostNeighbours = 8;      // variables on the same columns that are named
-const mostRecordsAtOnce = 100; // of a layout with more, each record is drawn as it comes near
+const mostRecordsAtOnce = 100; // if a layout has more, each record is drawn when it is near the window
 const linkStep = 100;          // links to records that are shown at a time
-const mostChoices = 1000;      // of records and languages
-const widthOfLetter = 8;       // on a ruler, in pixels
+const mostChoices = 1000;      // entries in the lists of records and languages
+const widthOfLetter = 8;       // pixels of a letter on a ruler
 const longestInPath = 200;     // characters of a name in the path of a problem
 const excerptMargin = 80;      // characters of a long text that are shown around a word
 
@@ -31,11 +31,11 @@ const { lists = [], levels = [], relations = [], problems = [], languages = [] }
 
 let language = data.language || 0;
 
-// A list of texts has each in the language of its place, or as a pair of the language's number and the text.
+// In a list of texts, a text is in the language with its index; a pair is the number of a language and a text.
 const languageAt = (part, place) => Array.isArray(part) ? part[0] : place;
 const textOf = part => Array.isArray(part) ? part[1] : part;
 
-// The place in a label of the text in the language of the page; of the first one where there is none in it.
+// The index in a label of the text in the language of the page; 0 if there is no such text.
 function placeInLanguage(label)
 {
     const place = label.findIndex((part, at) => languageAt(part, at) === language && textOf(part) !== "");
@@ -50,7 +50,7 @@ function inLanguage(label)
     return typeof label === "string" ? label : textOf(label[placeInLanguage(label)]);
 }
 
-// The code of the language of that text, where it is one that browsers know. Nobody knows that of an only text.
+// The code of the language of that text if browsers know it. The language of a single text is unknown.
 function codeOf(label)
 {
     if (!Array.isArray(label) || label.length === 0)
@@ -71,7 +71,7 @@ const groups = []; // records and lists of id items
 function addGroup(group, items)
 {
     const g = groups.push(group) - 1;
-    let holder; // the item that holds the subitems behind it
+    let holder; // the item that contains the subitems after it
     for (const variable of items) {
         variable.group = g;
         const i = variables.push(variable) - 1;
@@ -122,7 +122,7 @@ function classOf(variable)
 const columnsFrom = (start, end) => start === end ? String(start) : start + "–" + end;
 const columnsOf = variable => columnsFrom(startOf(variable), endOf(variable));
 
-// Columns of the first occurrence, and how many there are.
+// The columns of the first occurrence and the number of occurrences.
 function whereOf(variable)
 {
     if (!hasColumns(variable))
@@ -136,11 +136,11 @@ const rangeInWords = range => Array.isArray(range) ? range.map(boundInWords).joi
 const rangesOf = codes => Array.isArray(codes) ? codes : codes === undefined ? [] : [codes];
 const codesInWords = codes => rangesOf(codes).map(rangeInWords).join(", ");
 
-// Values with a label: of all sets of a variable.
+// The number of values with a label: for each list, and for all sets of a variable.
 const labelledOf = lists.map(list => list.reduce((sum, value) => sum + (inLanguage(value[1]) !== ""), 0));
 const countOfLabels = variable => setsOf(variable).reduce((sum, set) => sum + labelledOf[set.list], 0);
 
-// The values of a variable in short: how many labels, or else the codes where they are few.
+// The values of a variable in short: the number of labels; without labels the codes if they are few, else their number.
 function valuesInShort(variable)
 {
     const sets = setsOf(variable);
@@ -153,7 +153,7 @@ function valuesInShort(variable)
     return values.length < 4 ? values.map(value => codesInWords(value[0])).join(", ") : counted(values.length, "value");
 }
 
-// A code that is one of the user-missing values of a variable, or that statistical files reserve for missing values.
+// Whether a code is a user-missing value of a variable, or is reserved for missing values in statistical files.
 function isMissing(variable, codes)
 {
     if (!data.isStatistical || Array.isArray(codes))
@@ -168,11 +168,11 @@ function isMissing(variable, codes)
     });
 }
 
-// ------------------------------------------------------------------------------------- what belongs together
+// ---------------------------------------------------------------------------------------- links and problems
 
 const fragments = fragmentsOf(variables.map(variable => variable.name || ""));
 const variableOfFragment = new Map(fragments.map((fragment, i) => [fragment, i]));
-const variableOfPlain = new Map(); // without regard to case
+const variableOfPlain = new Map(); // by the fragment in lower case
 fragments.forEach((fragment, i) => {
     if (!variableOfPlain.has(fragment.toLowerCase()))
         variableOfPlain.set(fragment.toLowerCase(), i);
@@ -185,7 +185,7 @@ groups.forEach((group, g) => {
 
 const linkTo = variable => addressOf(fragments[variable]);
 
-// A link that leads to a variable.
+// A link to a variable.
 function makeLink(variable, className = "")
 {
     const link = makeText("a", className, nameOf(variables[variable]));
@@ -200,7 +200,7 @@ const problemsOfGroup = new Map();
 const inPath = name => (name || "").slice(0, longestInPath);
 const pathOfGroup = group => inPath(levels[group.level].name) + "/" + (group.isIds ? "(ids)" : inPath(group.name));
 
-// The problems of a path: of several elements with one path all of them.
+// Assigns each problem to the element with its path; to all of them if several elements have the same path.
 function gatherProblems()
 {
     if (problems.length === 0)
@@ -224,11 +224,11 @@ function gatherProblems()
     });
 }
 
-const placeOfProblem = []; // of each problem, the first element with its path
+const placeOfProblem = []; // the first element with the path of each problem
 
-// ------------------------------------------------------------------------------------------------- drawn late
+// ----------------------------------------------------------------------------------------------- late drawing
 
-// Draws what comes near to the window.
+// Draws elements when they come near the window.
 const lateDrawings = new WeakMap();
 const nearWindow = new IntersectionObserver(entries => {
     for (const { isIntersecting, target } of entries) {
@@ -406,12 +406,12 @@ function drawRelations()
 const opened = new Set();
 let isPrinting = false;
 let printsDetails = false;
-let printedLabels = 0; // values of the variables that are printed
+let printedLabels = 0; // number of values of the variables that are printed
 let terms = [];
 
 const makeMarked = (tag, className, label) => markWords(makeLabel(tag, className, label), terms);
 
-// The part of a long text around a word that it has, in one line.
+// The part of a long text around a word in it, on one line.
 function excerpt(text, word)
 {
     const line = shown(text.replace(/\s+/g, " "));
@@ -419,11 +419,11 @@ function excerpt(text, word)
     const at = plain.indexOf(word);
     const begin = at < 0 ? 0 : Math.max(places[at] - excerptMargin, 0);
     const end = at < 0 ? line.length : places[at + word.length] + excerptMargin;
-    const part = line.slice(begin, end).replace(/^[\udc00-\udfff]|[\ud800-\udbff]$/g, ""); // no half of a pair
+    const part = line.slice(begin, end).replace(/^[\udc00-\udfff]|[\ud800-\udbff]$/g, ""); // without half a surrogate pair
     return (begin > 0 ? "…" : "") + part + (end < line.length ? "…" : "");
 }
 
-// The text, apart from name and label, for which the search found a variable.
+// The text other than name and label because of which the search found a variable.
 function makeFound(variable)
 {
     const front = folded(shown(variable.name || "") + "\n" + shown(labelOf(variable)));
@@ -554,7 +554,7 @@ function makeProperties(i)
     return list;
 }
 
-// A subitem repeats with the item that holds it.
+// The occurrences in words. A subitem repeats with the item that contains it.
 function occurrencesInWords(variable)
 {
     const count = variable.occurrences ?? 1;
@@ -581,7 +581,7 @@ function makeOccurrences(occurrenceLabels)
     return make("div", "occurrence-labels", make("p", "hint", "Occurrences"), list);
 }
 
-// Blanks alone would not be seen; those behind a code only fill the item.
+// A code of blanks is shown in words, because it would be invisible. Blanks after a code only fill the item.
 function makeCode(codes)
 {
     const text = codesInWords(codes);
@@ -594,7 +594,7 @@ function makeCode(codes)
 function makeColor(color)
 {
     const swatch = make("span", "swatch");
-    swatch.style.backgroundColor = color; // refused where it is no color
+    swatch.style.backgroundColor = color; // ignored if it is not a color
     return make("span", "color", swatch, " ", makeText("span", "", color));
 }
 
@@ -633,7 +633,7 @@ function makeValueSet(variable, set)
     for (const cell of head.children)
         cell.scope = "col";
     const caption = make("caption");
-    // The sets of an SPSS file have no names; those that they are given say nothing.
+    // The sets of an SPSS file have no names, and their generated names are not shown.
     if (set.name && !(data.isStatistical && /^labels\d+$/.test(set.name)))
         caption.append(makeText("span", "name", set.name), " ");
     if (labelOf(set))
@@ -702,7 +702,7 @@ function nameOpenAll()
     page("open-all").textContent = areAllOpen() ? "Close all" : "Open all";
 }
 
-// Opens all variables that are shown, or closes them.
+// Opens or closes all variables that are shown.
 function toggleAll()
 {
     const isOpening = !areAllOpen();
@@ -712,8 +712,8 @@ function toggleAll()
 
 // ----------------------------------------------------------------------------------------------------- rulers
 
-/// The columns of a record: its items with their subitems inside of them, each occurrence on its own columns, and the
-/// id items and the record type, which are on each line.
+/// The columns of a record: its items with their subitems within them, each occurrence on its columns, and the id items
+/// and the record type, which are on each line.
 class Ruler
 {
     constructor(group)
@@ -722,14 +722,14 @@ class Ruler
         this.lanes = null;
     }
 
-    // Gives each item the first lanes that are free, one for itself and one or more for its subitems, so that items on
-    // the same columns are below each other.
+    // Assigns to each item the first lanes that are free, one for itself and one or more for its subitems, so that
+    // items on the same columns are drawn below each other.
     layOut()
     {
         if (this.lanes)
             return;
         this.lanes = [];
-        this.stops = []; // variables in the order in which the arrow keys go through them
+        this.stops = []; // variables in the order of the arrow keys
         this.crowded = 0;
         this.end = 0;
         const ends = [];
@@ -785,7 +785,7 @@ class Ruler
         return units.sort((a, b) => a.start - b.start || b.end - a.end || a.variable - b.variable);
     }
 
-    // Whether a subitem is within the columns of the item that holds it.
+    // Whether a subitem is within the columns of the item that contains it.
     isInHolder(i)
     {
         const variable = variables[i];
@@ -816,7 +816,7 @@ class Ruler
                  kind: kind || classOf(variable) };
     }
 
-    // Units of a lane do not overlap, so those on some columns are behind each other.
+    // The units of a lane on some columns. Units of a lane do not overlap, so these follow each other.
     * unitsOn(lane, start, end)
     {
         const units = this.lanes[lane];
@@ -832,7 +832,7 @@ class Ruler
             yield units[low];
     }
 
-    // Variables on the columns of another, but for the item that holds it and its subitems.
+    // Variables that share columns with another, except the item that contains it and its subitems.
     neighboursOf(i)
     {
         this.layOut();
@@ -883,7 +883,7 @@ class Ruler
         return remarks;
     }
 
-    // As many columns a line as fit; a record that is a little longer gets narrower columns.
+    // A line has as many columns as fit; a record that is a little longer has narrower columns.
     breakLines()
     {
         const width = this.lines.clientWidth || 800;
@@ -914,7 +914,7 @@ class Ruler
         return Math.floor((column - 1) / this.perLine);
     }
 
-    // Lines that can be seen, and room for the others; on paper the first ones.
+    // Draws the visible lines and reserves space for the others; for printing it draws the first lines.
     drawLines()
     {
         const count = this.heights.length;
@@ -989,7 +989,7 @@ class Ruler
         return 100 * columns / this.perLine + "%";
     }
 
-    // The occurrences of an item, and of its subitems, on some columns.
+    // Adds the occurrences of an item and of its subitems on some columns.
     addPieces(element, unit, first, last)
     {
         if (unit.variable === undefined) {
@@ -1063,7 +1063,7 @@ class Ruler
         return this.lines.querySelector("a[data-stop='" + stop + "']");
     }
 
-    // The ruler is one stop of the tabulator.
+    // The ruler is one stop of the tab key.
     giveTabStop()
     {
         if (!this.lines.querySelector("a[tabindex='0']"))
@@ -1090,7 +1090,7 @@ class Ruler
         link.focus();
     }
 
-    // One line about the block that the pointer or the keys are on.
+    // Shows one line about the block under the pointer or with the focus.
     describe(target)
     {
         if (target.classList.contains("record-type")) {
@@ -1117,7 +1117,7 @@ class Ruler
 const sections = groups.map((group, g) => ({ ruler: new Ruler(g), shown: membersOf[g] }));
 const chunkOfVariable = new Array(variables.length);
 let inOrder = [];  // variables that are shown, in the order of the page
-let placeOf = [];  // place of each in that order
+let placeOf = [];  // index of each variable in that order
 
 function titleOf(group)
 {
@@ -1200,7 +1200,7 @@ function addRecordNotes(element, group, g)
         element.append(makeOccurrences(group.occurrenceLabels));
 }
 
-// One piece of a list: room for its variables until it comes near.
+// One part of a list. It is empty space until it comes near the window.
 function makeChunk(members)
 {
     const chunk = make("div", "chunk");
@@ -1231,10 +1231,10 @@ function learnHeight(chunk, members)
 const checks = ["unlabelled", "uncoded", "troubled"];
 const selects = ["record", "type"];
 const isFiltering = () => checks.some(id => page(id).checked) || selects.some(id => page(id).value !== "");
-// A filter by record alone leaves its ruler.
+// A filter by record only does not hide its ruler.
 const isSearching = () => terms.length > 0 || checks.some(id => page(id).checked) || page("type").value !== "";
 
-// The variables of a section that is drawn.
+// Draws the variables of a section.
 function drawList(section)
 {
     if (section.map)
@@ -1282,7 +1282,7 @@ function linkOf(section, g)
     return section.link;
 }
 
-// Links to the records that are shown.
+// Draws the links to the records that are shown.
 function drawLinks()
 {
     if (groups.length < 2)
@@ -1310,7 +1310,7 @@ function makeLevelHead(level, number)
     return element;
 }
 
-// All records anew, in the language of the page.
+// Draws all records again, in the language of the page.
 function drawRecords()
 {
     levelHeads.length = 0;
@@ -1325,14 +1325,14 @@ function drawRecords()
         sections.forEach(section => drawLate(section.element));
 }
 
-// Draws the piece that holds a variable, and its record.
+// Draws the part of the list with a variable, and its record.
 function drawChunkOf(i)
 {
     drawLate(sections[variables[i].group].element);
     drawLate(chunkOfVariable[i]);
 }
 
-// The row of a variable that is shown, drawn if it was not.
+// The row of a variable that is shown; draws it if necessary.
 function rowOf(i)
 {
     drawChunkOf(i);
@@ -1347,7 +1347,7 @@ function showAll()
     search();
 }
 
-// Opens a variable and brings it into the window.
+// Opens a variable and scrolls to it.
 function goTo(i)
 {
     page("unknown").hidden = true;
@@ -1384,7 +1384,7 @@ function goToGroup(g)
             drawChunkOf(near);
     }
     element.scrollIntoView();
-    // What came near to the window meanwhile is drawn, and may have moved it.
+    // Elements that came near the window are drawn meanwhile and may have moved it.
     requestAnimationFrame(() => requestAnimationFrame(() => element.scrollIntoView()));
 }
 
@@ -1398,7 +1398,7 @@ function decodedFragment()
     }
 }
 
-// Case does not matter, unless two names differ in it alone.
+// Case is ignored unless two names differ only in case.
 function goToFragment()
 {
     const fragment = decodedFragment();
@@ -1417,7 +1417,7 @@ function goToFragment()
         complainOf(fragment);
 }
 
-// A part of the page itself: a record, or the problems of a severity.
+// Opens an element of the page: a record, or the problems of a severity.
 function openOwn(fragment)
 {
     const g = sections.findIndex(section => section.element.id === fragment);
@@ -1456,7 +1456,7 @@ function prepareSearch()
     setTexts = lists.map(list => folded(list.map(value => shown(inLanguage(value[1]))).join("\n")));
 }
 
-// The test that the filters make of a variable.
+// The condition of the filters on a variable.
 function currentFilter()
 {
     const [record, type] = selects.map(id => page(id).value);
@@ -1468,7 +1468,7 @@ function currentFilter()
         && (!isTroubled || problemsOfVariable.has(i));
 }
 
-// Every word has to be in the name, the label or another text of the variable, or in a value label.
+// Each word must occur in the name, the label or another text of the variable, or in a value label.
 function search()
 {
     const words = wordsOf(page("search").value);
@@ -1495,7 +1495,7 @@ function search()
 
 let waiting = 0;
 
-// As it is typed; in a very large codebook once the typing pauses.
+// Searches at each key; in a very large codebook only when typing pauses.
 function searchSoon()
 {
     clearTimeout(waiting);
@@ -1595,7 +1595,7 @@ function toggleFilters()
 
 let scrolledTo = 0;
 
-// Paper has all variables that are shown, where they are not too many with their details. Problems are not printed.
+// All variables that are shown are printed, with their details unless they are too many. Problems are not printed.
 function beforePrint()
 {
     isPrinting = true;
@@ -1630,7 +1630,7 @@ function afterPrint()
 
 let lastWidth = 0;
 
-// Fits to the width of the window what was measured.
+// Measures again after the width of the window changed.
 function fit()
 {
     if (isPrinting || lastWidth === document.documentElement.clientWidth)

@@ -1,4 +1,4 @@
-// Narrows the list of differences down to a kind and to words.
+// Filters the list of differences by kind and by words.
 
 const sections = [...document.querySelectorAll("section.record")].map(element => ({
     element,
@@ -11,7 +11,7 @@ const sections = [...document.querySelectorAll("section.record")].map(element =>
     })),
 }));
 
-// Folded when it is needed for the first time.
+// The folded text of a line. It is made when it is needed for the first time.
 function textOf(line)
 {
     line.foldedText = line.foldedText || folded(line.textContent);
@@ -23,7 +23,7 @@ function isFound(line, words, names)
     return words.every(word => names.includes(word) || textOf(line).includes(word));
 }
 
-// A heading of a value set stays where one of the lines behind it does.
+// Hides the heading of a value set if all lines after it are hidden.
 function hideEmptySets(item)
 {
     for (const set of item.sets) {
