@@ -16,8 +16,8 @@
 
 using nlohmann::json;
 
-/// Runs every dictionary of the corpus through the command line, and compares its answer with what a walk of the test's
-/// own through the document gives.
+/// Reads all dictionaries of the corpus with the command line, and compares the output with the fields that the test
+/// finds in the JSON document itself.
 class CSProJsonCorpusTest : public QObject
 {
     Q_OBJECT
@@ -60,7 +60,7 @@ std::string text(const json &object, const char *key)
     return value.is_string() ? value.get<std::string>() : std::string();
 }
 
-// The files hold whole numbers only, none of them beyond an int.
+// The files contain only whole numbers, which fit into an int.
 int number(const json &object, const char *key, int otherwise)
 {
     const json value = member(object, key);
@@ -81,7 +81,7 @@ std::string codeOf(const json &value)
     return range.size() == 2 ? range.at(0).get<std::string>() + ':' + range.at(1).get<std::string>() : std::string();
 }
 
-// A number as the layout shows it; what is no number counts as 0.
+// A number as in the layout; a text that is not a number is 0.
 double toNumber(const std::string &code)
 {
     char *end = nullptr;
@@ -96,7 +96,7 @@ std::string shortest(double value)
     return buffer;
 }
 
-// What is expected of one field, in one line.
+// The expected properties of a field.
 struct Field {
     std::string name;
     std::string label;
@@ -115,7 +115,7 @@ struct Field {
     }
 };
 
-// All but name and place.
+// The expected field without its name and start.
 Field describe(const json &item, const std::string &group)
 {
     std::string contentType = text(item, "contentType");

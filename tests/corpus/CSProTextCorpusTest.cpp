@@ -11,8 +11,8 @@
 #include <QTemporaryDir>
 #include <QTextCodec>
 
-/// Runs every dictionary of the corpus through the command line, and compares its answer with what a scanner of the
-/// test's own finds in the file.
+/// Reads all dictionaries of the corpus with the command line, and compares the output with the fields that a scanner
+/// of this test finds in the file.
 class CSProTextCorpusTest : public QObject
 {
     Q_OBJECT
@@ -34,13 +34,13 @@ const QString corpus = QStringLiteral(VAN_CORPUS "/cspro-text");
 
 constexpr qint64 memoryOfAByte = 40;
 
-// Files whose reading ends in error 242, and the value set in which it does: there a range without a label, which has
-// further ranges on its line, stands above another value line.
+// Files whose reading ends in error 242, and the value set in which it ends: there a range without a label, which has
+// further ranges on its line, precedes another value line.
 const QMap<QString, QString> knownErrors = {
     { QStringLiteral("cspro-ex-rel-ex.dcf"), QStringLiteral("AGE_VS1") },
 };
 
-// One section: the index of its last line, and its lines, trimmed, the empty ones left out.
+// One section: the index of its last line, and its lines, trimmed, without the empty ones.
 struct Section {
     QString word;
     QStringList lines;
@@ -64,7 +64,7 @@ struct Section {
     }
 };
 
-// A text with or without a mark, in UTF-8 or, where it is none, in the usual one of old files.
+// A text with or without a byte-order mark, in UTF-8 or, if it is not valid UTF-8, in the usual encoding of old files.
 QString decoded(const QByteArray &bytes)
 {
     QTextCodec::ConverterState state;
@@ -85,7 +85,7 @@ QVector<Section> sectionsOf(const QByteArray &bytes)
         } else if (!sections.isEmpty()) {
             if (!line.trimmed().isEmpty())
                 sections.last().lines.append(line.trimmed());
-            // What follows the last line break is a line only if it holds something.
+            // The text after the last line break is a line only if it is not empty.
             if (i + 1 < lines.size() || !line.isEmpty())
                 sections.last().lastLine = i;
         }
@@ -93,10 +93,10 @@ QVector<Section> sectionsOf(const QByteArray &bytes)
     return sections;
 }
 
-// What is known of a dictionary by its sections alone.
+// The facts about a dictionary that its sections state.
 struct Expectation {
     QStringList groups;
-    QStringList fields; // name, start, length, type, group of each
+    QStringList fields; // name, start, length, type and group of each field
 };
 
 QString describe(const QString &name, int start, int length, const QString &type, const QString &group)

@@ -32,7 +32,7 @@ namespace
 
 const QString corpus = QStringLiteral(VAN_CORPUS);
 
-// What a plain ReadStat program finds in a file.
+// The contents of a file as found by a plain ReadStat program.
 struct PlainLabel {
     readstat_type_t type;
     double number;
@@ -60,7 +60,7 @@ int takeLabel(const char *set, readstat_value_t value, const char *label, void *
 {
     PlainLabel taken = { value.type, 0, "", label ? label : "" };
     if (value.type == READSTAT_TYPE_STRING) {
-        // In a file that it then refuses, ReadStat reports a text that is none.
+        // In a file that ReadStat rejects later, it may report a null text.
         if (const char *text = readstat_string_value(value))
             taken.text = text;
     } else if (value.type == READSTAT_TYPE_DOUBLE) {
@@ -189,7 +189,7 @@ template <typename Importer> QList<QStringList> importedFields(const QString &pa
     return fields;
 }
 
-// What the tool prints, and the type as a number again.
+// The fields that the tool prints, with the type converted back to a number.
 QList<QStringList> shownFields(const QString &path, bool isStata)
 {
     QProcess tool;
@@ -220,7 +220,7 @@ void compare(const QList<QStringList> &actual, const QList<QStringList> &expecte
 
 } // namespace
 
-/// Every Stata and SPSS file of the corpus, compared with what a plain ReadStat program finds in it.
+/// Compares the fields of all Stata and SPSS files of the corpus with the contents that a plain ReadStat program finds.
 class StatisticalCorpusTest : public QObject
 {
     Q_OBJECT
@@ -260,7 +260,7 @@ private Q_SLOTS:
     }
 
 private:
-    /// The files that ReadStat refuses, with its error.
+    /// The files that ReadStat rejects, with its error code.
     static QHash<QString, int> refused()
     {
         return {

@@ -1,9 +1,9 @@
-# Real dictionaries, where they are at hand, through the command line.
+# Real dictionaries, if they are available, read with the command line.
 van_add_test(corpus/CSProTextCorpusTest.cpp)
 add_dependencies(CSProTextCorpusTest vanlayout)
 target_compile_definitions(CSProTextCorpusTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
-# A second reader of JSON says what stands in a file.
+# A second JSON reader, which shows the contents of a file.
 find_package(nlohmann_json QUIET)
 if(nlohmann_json_FOUND)
     van_add_test(corpus/CSProJsonCorpusTest.cpp)

@@ -25,7 +25,7 @@ void runUnrestricted(sqlite3 *connection, const char *statements)
         qFatal("%s: %s", statements, sqlite3_errmsg(connection));
 }
 
-// A database in memory with the table of CSPro, which has some rows, and with other contents.
+// A database in memory with the table of CSPro, which has some rows, and with other elements.
 Connection openDatabase()
 {
     sqlite3 *opened = nullptr;
@@ -42,7 +42,7 @@ Connection openDatabase()
     return connection;
 }
 
-// SQLite's result code for a statement that is run to its end: SQLITE_DONE, or that of its failure.
+// The result code of SQLite for a statement that is run to its end: SQLITE_DONE, or the code of its failure.
 int run(sqlite3 *connection, const char *text)
 {
     sqlite3_stmt *prepared = nullptr;
@@ -65,7 +65,7 @@ bool isSet(sqlite3 *connection, int setting)
 
 } // namespace
 
-/// Restrictions on a CSPro data file while its dictionary is looked for, each one by itself.
+/// Tests each restriction on a CSPro data file while its dictionary is searched.
 class CSProDatabaseGuardTest : public QObject
 {
     Q_OBJECT
@@ -134,7 +134,7 @@ void CSProDatabaseGuardTest::allElseIsRefused()
     QVERIFY2(message.contains("not authorized") || message.contains("prohibited"), message.constData());
 }
 
-// Its name is that of the table, so that it may be read itself.
+// The view has the name of the table, so reading the view itself is allowed.
 void CSProDatabaseGuardTest::whatAViewReadsIsRefusedWhereViewsAreOn()
 {
     const Connection connection = openDatabase();
@@ -153,7 +153,7 @@ void CSProDatabaseGuardTest::triggersDoNotRun()
     QCOMPARE(sqlite3_total_changes(connection.get()), 2 * rowCount + 1);
 }
 
-// Three times the table takes thousands of times as many steps as there are; once takes few.
+// A join of three copies of the table takes thousands of times as many steps as are allowed; the table alone takes few.
 void CSProDatabaseGuardTest::aStatementEndsAfterTheStepsThatItHas()
 {
     const Connection connection = openDatabase();

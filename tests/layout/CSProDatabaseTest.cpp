@@ -13,7 +13,7 @@
 
 using namespace vanlayout;
 
-/// The dictionary within a CSPro data file. The databases are made here, hostile ones included.
+/// Tests reading of the dictionary within a CSPro data file. The databases, including hostile ones, are made here.
 class CSProDatabaseTest : public QObject
 {
     Q_OBJECT
@@ -57,7 +57,7 @@ const QByteArray textForm
     = "[Dictionary]\r\nVersion=CSPro 7.7\r\nLabel=Größe\r\nName=D\r\nRecordTypeStart=0\r\nRecordTypeLen=0\r\n"
       "Positions=Relative\r\n[Level]\r\nName=L\r\n[IdItems]\r\n[Item]\r\nName=I\r\nStart=1\r\nLen=1\r\n";
 
-// A database that SQLite writes. Statements and values are those of a test, so that a failure is a fault of the test.
+// A database that SQLite writes. Statements and values come from a test, so a failure is an error in the test.
 class Database
 {
 public:
@@ -394,7 +394,7 @@ void CSProDatabaseTest::damageIsReported()
     }
 }
 
-// SQLite takes it for a lack of memory, which it is not.
+// SQLite reports this as a lack of memory, which is wrong.
 void CSProDatabaseTest::schemaInAnotherEncodingThanStatedIsDamage()
 {
     constexpr int size = 808;
@@ -467,7 +467,7 @@ void CSProDatabaseTest::nothingOfTheDatabaseIsRun_data()
     add("generated column",
         "CREATE TABLE meta (a TEXT, dictionary TEXT GENERATED ALWAYS AS (a)); INSERT INTO meta (a) VALUES ("
             + dictionary + ')');
-    // Only the schema is changed: SQLite would compute the column as it writes the row.
+    // Only the schema is changed, because SQLite would compute the column when it writes the row.
     add("generated column with costly functions",
         "CREATE TABLE meta (a INTEGER); INSERT INTO meta (a) VALUES (100000000); PRAGMA writable_schema = ON;"
         "UPDATE sqlite_schema SET sql = 'CREATE TABLE meta (a INTEGER, dictionary TEXT GENERATED ALWAYS AS "

@@ -10,7 +10,7 @@
 
 using namespace vanlayout;
 
-/// Every rule of the JSON form, one row each.
+/// Tests all rules of the JSON form, one row per rule.
 class CSProJsonLayoutTest : public QObject
 {
     Q_OBJECT
@@ -46,19 +46,18 @@ private slots:
 namespace
 {
 
-// The element of a small dictionary whose keys a row changes.
+// The element of a small dictionary of which a row changes the keys.
 enum class Element { Dictionary, Level, Record, Item, ValueSet, Value };
 
-// One rule of the format. The keys of `json` are put into the element, in place of its usual keys; those of `without`
-// are omitted. `expected` are the members of the layout's JSON form that differ from the usual ones, null for one that
-// is not there.
+// One rule of the format. The keys of `json` replace the usual keys of the element; those of `without` are omitted.
+// `expected` are the members of the JSON form of the layout that differ from the usual ones, null for an absent one.
 struct Rule {
     const char *name;
     Element element;
     const char *json;
     const char *without;
     const char *expected;
-    const char *extras;   // "key=value" each, separated by blanks
+    const char *extras;   // entries "key=value", separated by blanks
     const char *problems; // ids, separated by blanks
 };
 
@@ -129,7 +128,7 @@ QJsonObject jsonOf(const Layout &layout)
     return QJsonDocument::fromJson(buffer.data()).object();
 }
 
-// The object at a path of keys, each of a list whose first entry is meant.
+// The object of an element: the first entry of each list that leads to it.
 QJsonObject objectIn(const QJsonObject &layout, Element element)
 {
     const QStringList keys = { "levels", "records", "items", "valueSets", "values" };
@@ -336,7 +335,7 @@ const Rule rules[] = {
     { "pair: value wins",               Val, R"("pairs":[{"range":["0","1"],"value":"2"}])", "", R"({"ranges":[{"from":"2"}]})", R"(pairs.range=["0","1"])", "value-and-range" },
     { "pair: neither",                  Val, R"("pairs":[{"x":[1]}])", "", R"({"ranges":[]})", R"(pairs={"x":[1]})", "unknown-key bad-pair" },
     { "pair: no object",                Val, R"("pairs":["1"])", "", R"({"ranges":[]})", R"(pairs="1")", "wrong-type" },
-    // Values of another type than the key wants
+    // Values of a wrong type
     { "integer as a text",              Itm, R"("length":"3")", "", R"({"length":3})", "", "converted-type" },
     { "integer with decimals that are zero", Itm, R"("length":3.0)", "", R"({"length":3})", "", "" },
     { "integer with an exponent",       Itm, R"("length":1e1)", "", R"({"length":10})", "", "" },

@@ -78,7 +78,7 @@ QString startsOf(const Layout &layout)
 
 } // namespace
 
-/// Columns of items that state none, in dictionaries in JSON form.
+/// Tests the columns of items that state none, in dictionaries in JSON form.
 class CSProPositionsTest : public QObject
 {
     Q_OBJECT

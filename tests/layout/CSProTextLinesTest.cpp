@@ -7,7 +7,7 @@ using namespace vanlayout;
 namespace
 {
 
-// Each statement as `line|key|value`, with `key` alone where there is no equals sign.
+// Each statement as `line|key|value`, with only `key` if there is no equals sign.
 QStringList statementsOf(const QByteArray &text)
 {
     QStringList statements;

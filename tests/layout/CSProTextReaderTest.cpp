@@ -32,7 +32,7 @@ QJsonObject jsonOf(const Layout &layout)
     return QJsonDocument::fromJson(buffer.data()).object();
 }
 
-// Sections without a problem of their own; an element under test is the last of its kind.
+// Sections without problems; an element under test is the last of its kind.
 const QByteArray dictionaryPart = "[Dictionary]\nName=D\nPositions=Relative\n";
 const QByteArray levelPart = "[Level]\nName=L\n";
 const QByteArray idsPart = "[IdItems]\n[Item]\nName=ID\nStart=1\nLen=1\n";
@@ -43,7 +43,7 @@ const QByteArray valuePart = "Value=1;One\n";
 const QByteArray relationPart = "[Relation]\nName=REL\nPrimary=R\nSecondary=R\n";
 const QByteArray setBegin = dictionaryPart + levelPart + idsPart + recordPart + itemPart + setPart;
 
-// A dictionary with the lines in one of its sections, in place of the lines that this section else has.
+// A dictionary in which the lines replace the usual lines of one section.
 QByteArray dictionaryWith(const QByteArray &section, const QByteArray &lines)
 {
     const QByteArray level = dictionaryPart + levelPart;
@@ -72,7 +72,7 @@ QJsonObject lastOf(const QJsonObject &object, const char *list)
     return object.value(QLatin1String(list)).toArray().last().toObject();
 }
 
-// That section's element in the JSON form.
+// The element of that section in the JSON form.
 QJsonObject elementOf(const QByteArray &section, const QJsonObject &layout)
 {
     const QJsonObject level = lastOf(layout, "levels");
@@ -122,7 +122,7 @@ QStringList textsOf(const QVector<Extra> &extras)
     return texts;
 }
 
-// Names within brackets: levels, with their ids and their records.
+// The names of levels, with their ids and their records in brackets.
 QString outlineOf(const QVector<Item> &items)
 {
     QStringList names;
@@ -408,7 +408,7 @@ void CSProTextReaderTest::everyKeyIsReadAndHasItsDefault()
     QFETCH(QString, member);
     const QByteArray text = dictionaryWith(section, lines);
     QTEST(memberOf(elementOf(section, jsonOf(layoutOf(text))), member), "value");
-    // Keys are known in any case.
+    // Keys are recognised in any case.
     const QByteArray key = lines.left(lines.indexOf('='));
     if (!key.isEmpty() && !lines.startsWith('[') && section != "languages")
         QTEST(memberOf(
@@ -522,7 +522,7 @@ void CSProTextReaderTest::sectionsBelongToTheLastFittingOne_data()
 {
     QTest::addColumn<QByteArray>("sections");
     QTest::addColumn<QString>("outline");
-    // Sections as words, with a name after the colon where they have one.
+    // Sections as words, with the name after a colon if they have one.
     const auto row = [](const char *name, const char *sections, const char *outline) {
         QTest::newRow(name) << QByteArray(sections) << outline;
     };
@@ -574,7 +574,7 @@ void CSProTextReaderTest::everyFaultIsReportedWithItsPlace_data()
         QTest::newRow(name) << text << problems;
     };
     const auto in = dictionaryWith;
-    const QByteArray item = "Name=I\nStart=2\nLen=3\n"; // its section begins in line 13
+    const QByteArray item = "Name=I\nStart=2\nLen=3\n"; // its section begins on line 13
     row("no level", dictionaryPart, { "warning no-level 0 " });
     row("dictionary without Name", "[Dictionary]\nPositions=Relative\n" + levelPart + idsPart,
         { "warning dictionary-without-name 1 " });
@@ -895,7 +895,7 @@ void CSProTextReaderTest::manySmallElementsAreRead_data()
     QTest::newRow("line feeds") << dictionary << QByteArray("\n");
 }
 
-// Enough of each to be seen if the time grew with the square of their number: the test would run for minutes.
+// There are so many of each that the test would run for minutes if the time grew with the square of their number.
 void CSProTextReaderTest::manySmallElementsAreRead()
 {
     QFETCH(QByteArray, begin);

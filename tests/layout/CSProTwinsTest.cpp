@@ -13,7 +13,7 @@ namespace
 const QDir folder(QStringLiteral(VAN_TEST_DATA "/layout"));
 const QString suffix = QStringLiteral(".json8.dcf");
 
-// Takes out what a file says of itself, and what one of the two forms cannot say.
+// Removes the statements of a file about itself, and those that one of the two forms cannot make.
 Layout normalised(Layout layout)
 {
     layout.file.clear();
@@ -46,7 +46,8 @@ QByteArray numbered(int index, const QByteArrayList &lines)
 
 } // namespace
 
-/// Each dictionary `NAME.json8.dcf` in tests/data/layout says the same as `NAME.dcf`, its twin in text form.
+/// Tests that each dictionary `NAME.json8.dcf` in tests/data/layout has the same layout as `NAME.dcf`, its twin in text
+/// form.
 class CSProTwinsTest : public QObject
 {
     Q_OBJECT

@@ -128,7 +128,7 @@ QByteArray compact(const QJsonValue &value)
                            : QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact);
 }
 
-// Nothing that ends a script element, and nothing that HTML forbids or UTF-8 cannot hold.
+// Whether data contain nothing that ends a script element, that HTML forbids or that UTF-8 cannot represent.
 bool isHarmless(const QByteArray &data)
 {
     const QString text = QString::fromUtf8(data);
@@ -137,7 +137,7 @@ bool isHarmless(const QByteArray &data)
         && text.toUtf8() == data;
 }
 
-/// A device that takes so many bytes and no more.
+/// A device that accepts only a given number of bytes.
 class NarrowDevice : public QIODevice
 {
 public:
@@ -163,7 +163,7 @@ private:
 
 } // namespace
 
-/// The codebook of a layout: the page and its data. That the page works is for the test in a browser.
+/// Tests the codebook of a layout: the page and its data. The behaviour of the page is tested in a browser.
 class CodebookTest : public QObject
 {
     Q_OBJECT
@@ -339,7 +339,7 @@ private slots:
         QTest::addColumn<QString>("format");
         QTest::addColumn<QString>("type");
         QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("written"); // beside the form; null where it is the form
+        QTest::addColumn<QString>("written"); // in addition to the form; null if it is the same
         QTest::newRow("stated") << "F8.2"
                                 << "numeric"
                                 << "F8.2" << QString();
@@ -529,7 +529,7 @@ private slots:
         const QJsonArray value = data["lists"].toArray().at(0).toArray().at(0).toArray();
         QCOMPARE(value.at(0).toArray().at(0).toArray().at(1).toString(), text);
         QCOMPARE(value.at(1).toString(), text);
-        // Two scripts, the data and the page's own, whatever a text holds.
+        // There are two scripts, the data and that of the page, whatever a text contains.
         QCOMPARE(page.count("<script"), 2);
         QCOMPARE(page.count("</script"), 2);
         QVERIFY(isHarmless(dataTextOf(page)));

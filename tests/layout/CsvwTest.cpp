@@ -419,7 +419,7 @@ void CsvwTest::withoutIdsThereAreNoKeys()
         QCOMPARE(schemaOf(table).keys(), QStringList{ "columns" });
 }
 
-// The ids of a case are those of each row of its lower levels, and cases without ids are alike.
+// Each row of a lower level has the ids of its case; cases without ids cannot be distinguished.
 void CsvwTest::aLevelWithoutIdsHasNoKey()
 {
     Layout layout = household();

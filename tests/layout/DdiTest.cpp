@@ -199,7 +199,7 @@ QStringList rangesIn(const XmlElement &parent)
     return texts;
 }
 
-// The ID attributes of an element and of all within.
+// The ID attributes of an element and of all elements within it.
 void collectIds(const XmlElement &element, QStringList &ids)
 {
     if (element.has("ID"))
@@ -223,7 +223,7 @@ void verifyWithSchema(const QStringList &documents)
 
 } // namespace
 
-/// The DDI document of a layout, element by element.
+/// Tests the DDI document of a layout, element by element.
 class DdiTest : public QObject
 {
     Q_OBJECT

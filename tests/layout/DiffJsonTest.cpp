@@ -18,7 +18,7 @@ QByteArray jsonOf(const LayoutDiff &diff, JsonStyle style = JsonStyle::Compact)
     return writeDiffJson(diff, buffer, style) ? buffer.data() : QByteArray();
 }
 
-// A device that takes nothing.
+// A device that accepts no bytes.
 class FullDevice : public QIODevice
 {
 protected:

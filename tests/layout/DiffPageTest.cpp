@@ -27,13 +27,13 @@ QString between(const QString &page, const QString &begin, const QString &end)
     return page.mid(at, page.indexOf(end, at) - at);
 }
 
-// The list of changes, which is well-formed XML but for the attributes of its element.
+// The list of changes, which is well-formed XML except for the attributes of its element.
 QString listOf(const QString &page)
 {
     return "<main>" + between(page, "<main id=\"page-changes\" tabindex=\"-1\">", "</main>") + "</main>";
 }
 
-// The elements of the list as "element.class: text" of each that has a text of its own.
+// The elements of the list that directly contain a text, as "element.class: text".
 QStringList linesOf(const QString &page)
 {
     QStringList lines;
@@ -73,7 +73,7 @@ LayoutDiff diffOf(const QVector<Change> &changes)
     return diff;
 }
 
-// A device that takes so many bytes.
+// A device that accepts only a given number of bytes.
 class SmallDevice : public QIODevice
 {
 public:
@@ -333,7 +333,7 @@ void DiffPageTest::hostileTextsStayTexts()
     };
     const QString page = pageOf(changesWith(text));
     const QString plain = pageOf(changesWith("plain"));
-    // The same elements, whatever the texts are.
+    // The elements are the same, whatever the texts are.
     const QRegularExpression element("<[a-z!/][^>]*>");
     const auto elementsOf = [&](const QString &html) {
         QStringList elements;

@@ -56,7 +56,7 @@ Item alpha(const QString &name, int start, int length, const QString &text)
     return result;
 }
 
-// A dictionary of two records, with a bit of everything.
+// A dictionary of two records with elements of all kinds.
 Layout survey()
 {
     Layout layout;
@@ -95,7 +95,7 @@ Layout survey()
     return layout;
 }
 
-// A statistical file with the first record's items.
+// A statistical file with the items of the first record.
 Layout statFile(Format format)
 {
     Layout layout;
@@ -151,7 +151,7 @@ QStringList kindsOf(const LayoutDiff &diff)
     return words;
 }
 
-// "kind record/item/set/code: before > after", with what is empty left out.
+// A change as "kind record/item/set/code: before > after"; empty parts are omitted.
 QString described(const Change &change)
 {
     QStringList place = { change.record, change.item, change.valueSet, change.code, change.language };
@@ -187,7 +187,7 @@ Q_DECLARE_METATYPE(vanlayout::Item)
 Q_DECLARE_METATYPE(vanlayout::Layout)
 Q_DECLARE_METATYPE(vanlayout::ValueSet)
 
-/// The comparison of two exact layouts.
+/// Tests the comparison of two exact layouts.
 class DiffTest : public QObject
 {
     Q_OBJECT
@@ -297,7 +297,7 @@ Level secondLevel()
     return level;
 }
 
-// Each edit of the survey, and the change that it is.
+// Edits of the survey, each with the change that is expected.
 QVector<EditRow> edits()
 {
     // clang-format off
@@ -609,7 +609,7 @@ void DiffTest::oneLanguageCanBeComparedAlone()
     QCOMPARE(diff.before.label, QString("Maison"));
     QCOMPARE(diff.after.label, QString("Foyer"));
 
-    // What one layout alone has is named in this language too.
+    // An element that only one layout has is also named in this language.
     const Labels labels = { { { "EN", "Person" }, { "FR", "Personne" } } };
     Layout more = before;
     more.levels = { Level() };
@@ -624,7 +624,7 @@ void DiffTest::oneLanguageCanBeComparedAlone()
              (QStringList{ "record-added R:  > Personne", "item-added R/A:  > Personne" }));
     QCOMPARE(described(compare(more, before, options)),
              (QStringList{ "record-removed R: Personne > ", "item-removed R/A: Personne > " }));
-    // In all languages, by the text in the first one, also where that is empty.
+    // With all languages, it is named by the text in the first one, even if that is empty.
     more.levels[0].records[0].labels.parts[0].text.clear();
     QCOMPARE(described(compare(before, more)).first(), QString("record-added R:  > "));
 }
@@ -704,11 +704,11 @@ void DiffTest::codesOfOneValueAreOneChange()
     renamed.labels = label("Other");
     QCOMPARE(described(compare(made({ several }), made({ renamed }))),
              QStringList("value-label PERSON/SEX/SEX_VS1/01, 5 to 9, 3: Any > Other"));
-    // Codes that several values have alone are codes all the same.
+    // A value with several codes is the same as several values that each have one of these codes.
     QCOMPARE(
         described(compare(made({ several }), made({ value("3", "Any"), value("1", "Any"), value("5", "Any", "9") }))),
         QStringList());
-    // The code of "not applicable" is blank, whatever the file has in its place.
+    // The code of "not applicable" is blank, whatever the file states.
     Value blank = value("   ", "None");
     blank.special = Special::NotApplicable;
     Value plain = value("NOTAPPL", "None");
@@ -735,7 +735,7 @@ void DiffTest::valueWithoutCodesIsNoBlank()
     QCOMPARE(described(compare(made({ value(" ", "Nothing") }), made({ without }))),
              (QStringList{ "value-removed " + set + "(blank): Nothing > ",
                            "value-added " + set + "(no code):  > Nothing" }));
-    // "Not applicable" is a blank, also where no code is stated.
+    // "Not applicable" is a blank code, even if no code is stated.
     Value blank = value(" ", "Nothing");
     blank.special = without.special = Special::NotApplicable;
     QCOMPARE(described(compare(made({ blank }), made({ without }))), QStringList());
@@ -1308,7 +1308,7 @@ void DiffTest::formatsAreComparedInWhatBothHold()
 
 void DiffTest::dictionaryIsComparedWithAStatisticalFile()
 {
-    // All records are one list, and columns, ranges and special values are omitted.
+    // All records are one list, and columns, ranges and special values are not compared.
     const Layout dictionary = edited(survey(), [](Layout &l) {
         l.languages = { { "EN", "English" }, { "FR", "French" } };
         sex(l).labels = { { { "EN", "Sex" }, { "FR", "Sexe" } } };
@@ -1337,7 +1337,8 @@ void DiffTest::dictionaryIsComparedWithAStatisticalFile()
                            "relations", "storage", "user-missing values", "weight variable" }));
     QCOMPARE(described(compare(file, dictionary)), QStringList());
 
-    // An item that repeats is compared with its first occurrence; the others of the file are no further variables.
+    // A repeating item is compared with its first occurrence; the other occurrences in the file are not added
+    // variables.
     const Layout repeating = edited(dictionary, [](Layout &l) {
         house(l).items[1].occurrences = 3;
         person(l).items[1].occurrences = 2;
@@ -1498,7 +1499,7 @@ void DiffTest::madeSurveysAreComparedInEachFormat()
     QCOMPARE(notComparedOf(diff).contains("value labels"), isSas);
 }
 
-// A small file can have a label set that all items share: it differs in each of them.
+// A small file can have a label set that all items share, so it differs in each of them.
 void DiffTest::sharedSetsAreBounded()
 {
     constexpr int items = 1100;
@@ -1538,7 +1539,7 @@ void DiffTest::sharedSetAgainstManyOthersIsBounded()
     const LayoutDiff diff = compare(before, after);
     QCOMPARE(diff.changes.size(), 1000000);
     QCOMPARE(notComparedOf(diff), QStringList("further differences"));
-    // Without values, nothing of them is looked at.
+    // Values are not visited if no kind of change of values is kept.
     DiffOptions options;
     options.only = { DiffKind::ItemLabel };
     const TimeRatio ratio([&] { QVERIFY(compare(before, after, options).isEmpty()); },
@@ -1549,7 +1550,7 @@ void DiffTest::sharedSetAgainstManyOthersIsBounded()
 namespace
 {
 
-// All items renamed, in another order, so that every rule has to look for them.
+// All items are renamed and in another order, so that all rules are applied to them.
 Layout withItemsNamed(const QStringList &names, const QString &prefix, const QString &labelPrefix)
 {
     Layout layout = survey();

@@ -59,7 +59,7 @@ QJsonObject fieldOf(const Item &item)
     return resourcesOf(made::layout({ item })).at(0)["schema"]["fields"].toArray().at(1).toObject();
 }
 
-// The members of an object that are in another.
+// The members of an object that another object also has.
 QJsonObject same(const QJsonObject &object, const QJsonObject &wanted)
 {
     QJsonObject result;

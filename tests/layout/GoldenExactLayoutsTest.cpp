@@ -37,7 +37,7 @@ QByteArray numbered(int index, const QByteArrayList &lines)
 } // namespace
 
 /// Compares the layout of each dictionary in tests/data/layout with the file of the same name and the suffix `.json`.
-/// The target `update-golden` writes these anew; a person reads the difference.
+/// The target `update-golden` rewrites these files; the differences must be reviewed.
 class GoldenExactLayoutsTest : public QObject
 {
     Q_OBJECT

@@ -16,7 +16,7 @@ QByteArray jsonOf(const Layout &layout, JsonStyle style = JsonStyle::Compact)
     return buffer.data();
 }
 
-// A device that takes nothing.
+// A device that accepts no bytes.
 class FullDevice : public QIODevice
 {
 protected:

@@ -11,7 +11,7 @@
 
 #include <limits>
 
-/// Layouts that tests are made of, in few words.
+/// Short functions that make layouts for tests.
 namespace made
 {
 
@@ -46,7 +46,7 @@ inline ValueSet valueSet(const QVector<Value> &values)
     return set;
 }
 
-/// A number of CSPro; a text with the type "alpha".
+/// A numeric item of CSPro, or a text with the type "alpha".
 inline Item item(const QString &name, int length = 2, const QVector<Value> &values = {},
                  const QString &type = itemtype::numeric())
 {
@@ -64,7 +64,7 @@ inline Item text(const QString &name, int length = 2, const QVector<Value> &valu
     return item(name, length, values, itemtype::alpha());
 }
 
-/// A number of a statistical file.
+/// A numeric variable of a statistical file.
 inline Item stored(const QString &name, const QString &format = QStringLiteral("F8.0"),
                    const QVector<Value> &values = {}, Storage storage = Storage::Double)
 {
@@ -74,7 +74,7 @@ inline Item stored(const QString &name, const QString &format = QStringLiteral("
     return made;
 }
 
-/// A number or text that is captured as a date.
+/// An item that is captured as a date.
 inline Item captured(Item made, const QString &dateFormat)
 {
     made.capture = Capture{ QStringLiteral("date"), dateFormat };
@@ -107,7 +107,7 @@ inline Layout layout(const QVector<Item> &items)
     return made;
 }
 
-/// The bytes that a writer writes; none where it reports a failure.
+/// The bytes that a writer writes; empty if it reports a failure.
 template <typename Write, typename... Options>
 QByteArray written(Write write, const Layout &layout, const Options &...options)
 {
@@ -116,7 +116,7 @@ QByteArray written(Write write, const Layout &layout, const Options &...options)
     return write(layout, buffer, options...) ? buffer.data() : QByteArray();
 }
 
-/// A device that takes nothing.
+/// A device that accepts no bytes.
 class FullDevice : public QIODevice
 {
 protected:

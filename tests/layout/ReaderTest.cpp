@@ -12,7 +12,7 @@ using namespace vanlayout;
 namespace
 {
 
-// Has some bytes and says that reading failed after them.
+// A device that has some bytes and fails after them.
 class FailingDevice : public QIODevice
 {
 public:
@@ -43,7 +43,7 @@ protected:
 private:
     bool isPipe;
     QByteArray bytes;
-    qint64 taken = 0; // of a pipe
+    qint64 taken = 0; // bytes that were read, for a pipe
 };
 
 Layout layoutOf(QByteArray bytes)

@@ -22,7 +22,7 @@ namespace
 
 constexpr int headSize = 400;
 
-// Every kind of file, small and with something of everything.
+// Small files of each kind with elements of all kinds.
 struct Sample {
     const char *name;
     StatFile::Kind kind;
@@ -75,7 +75,7 @@ QByteArray catalog()
     return bytesOf(file, 0);
 }
 
-// Either a layout, without errors, or an error alone; each message is one line.
+// Whether there is either a layout without errors or only an error, and each message is one line.
 bool isSound(const Layout &layout)
 {
     const bool isWhole = layout.isRead() ? layout.levels.size() == 1 && layout.format != Format::None
@@ -86,7 +86,7 @@ bool isSound(const Layout &layout)
            });
 }
 
-/// Counts the bytes that are read from it, and can fail from a place on.
+/// A device that counts the bytes that are read, and can fail from a position on.
 class WatchedDevice : public QBuffer
 {
 public:
@@ -117,7 +117,7 @@ private:
 
 } // namespace
 
-/// Damaged and hostile statistical files.
+/// Tests damaged and hostile statistical files.
 class StatFileBadInputTest : public QObject
 {
     Q_OBJECT
@@ -206,7 +206,7 @@ void StatFileBadInputTest::aFailingDeviceGivesNoLayout()
     for (int place = 0; place < bytes.size(); place += 97) {
         WatchedDevice device(&bytes, place);
         const Layout layout = readLayout(device, "name");
-        if (layout.isRead()) // which did not need the bytes after
+        if (layout.isRead()) // the bytes after this position were not necessary
             continue;
         QCOMPARE(layout.error()->id, QString("cannot-read"));
         QCOMPARE(layout.error()->message, QString("cannot be read: the disk is broken"));
@@ -244,7 +244,7 @@ void StatFileBadInputTest::rowsAreNotRead()
     constexpr qint64 readAhead = 1 << 17;
     const qint64 few = bytesReadFor(1);
     const qint64 many = bytesReadFor(rows);
-    // Of each page of a SAS data set the head is looked at, as some of its variables may be described at its end.
+    // The header of each page of a SAS data set is read, because some variables may be described at its end.
     const qint64 bytesOfRows = qint64(rows) * 100 * 8;
     QVERIFY2(many - few <= (kind == StatFile::sas7bdat ? bytesOfRows / 2 : readAhead),
              qPrintable(QString("%1 %2").arg(few).arg(many)));
@@ -252,7 +252,7 @@ void StatFileBadInputTest::rowsAreNotRead()
 
 void StatFileBadInputTest::labelsThatLieUponEachOtherAreBounded()
 {
-    // A label table in which each of many labels is the same long text.
+    // A label table in which many labels refer to the same long text.
     StatFile file(StatFile::dta, 118);
     file.variable("V", READSTAT_TYPE_INT32, "", nullptr, file.intLabels("set", { { 1, "Yes" } }));
     QByteArray bytes = bytesOf(file);
@@ -295,7 +295,7 @@ void StatFileBadInputTest::aCatalogThatLeadsBackToItselfEnds()
     qToLittleEndian<quint32>(4, bytes.data() + linkAt);
     qToLittleEndian<quint16>(16, bytes.data() + linkAt + 4);
     bytes += QByteArray((pages - 4) * pageSize, '\0');
-    // Each of many more blocks begins with a link of its own, which leads to that one.
+    // Many more blocks begin with separate links, which lead to that one.
     for (int page = 4; page < pages; ++page) {
         for (int entry = 0; entry < 19; ++entry) {
             constexpr int linkWithin = 100;

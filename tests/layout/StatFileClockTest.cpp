@@ -27,7 +27,7 @@ QByteArray xport(const QByteArray &clock)
     return QByteArray(160, ' ') + clock + QByteArray(64, ' ');
 }
 
-// The clock lies after a label of 32 or 81 bytes.
+// The date and time are after a label of 32 or 81 bytes.
 QByteArray oldStata(int version, const QByteArray &clock)
 {
     return QByteArray(1, char(version)) + "\2\1" + QByteArray(7 + (version < 108 ? 32 : 81), '\0') + clock + '\0';
@@ -45,7 +45,7 @@ time_t momentOf(const QString &clock)
 
 } // namespace
 
-/// The wall clock that a statistical file states.
+/// Tests the date and time that a statistical file states.
 class StatFileClockTest : public QObject
 {
     Q_OBJECT

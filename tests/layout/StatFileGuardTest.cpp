@@ -21,7 +21,7 @@ QString errorOf(const Layout &layout)
 
 } // namespace
 
-/// SPSS files that ReadStat cannot be trusted with.
+/// Tests SPSS files that ReadStat does not handle safely.
 class StatFileGuardTest : public QObject
 {
     Q_OBJECT
@@ -56,7 +56,7 @@ private Q_SLOTS:
         }
     }
 
-    // ReadStat goes past this many documents in 32 bits, and reads them one by one in its second pass.
+    // ReadStat skips this many documents with a size of 32 bits, and reads them one by one in its second pass.
     void documentsBeyond32BitsAreRefused()
     {
         SpssBytes file;

@@ -110,7 +110,7 @@ QStringList idsOf(const QVector<Problem> &problems)
     return ids;
 }
 
-// A file of bytes on disk, for as long as the test runs.
+// A file on disk with these bytes; it exists while the test runs.
 QString fileWith(const QByteArray &bytes, const QString &name)
 {
     static const QTemporaryDir folder;
@@ -379,9 +379,9 @@ void StatFileTest::createdIsTheWallClockOfTheFileInAnyZone_data()
         const char *text;
     };
     const Clock clocks[] = {
-        { 1583634600, "2020-03-08T02:30" },                                     // an hour that New York leaves out
-        { 1604197800, "2020-11-01T02:30" }, { 1325203200, "2011-12-30T00:00" }, // a day that Samoa leaves out
-        { 1540080000, "2018-10-21T00:00" }, // an hour that Asuncion leaves out, at midnight
+        { 1583634600, "2020-03-08T02:30" },                                     // an hour that New York skips
+        { 1604197800, "2020-11-01T02:30" }, { 1325203200, "2011-12-30T00:00" }, // a day that Samoa skips
+        { 1540080000, "2018-10-21T00:00" }, // an hour that Asuncion skips, at midnight
         { 978307199, "2000-12-31T23:59" },  { 18000, "1970-01-01T05:00" },
     };
     const auto add = [&](const char *name, StatFile::Kind kind, int version) {
@@ -530,7 +530,7 @@ void StatFileTest::rowsAreAbsentWhereAnSpssFileDoesNotStateThem()
     QVERIFY(!layout.rows);
 }
 
-// ReadStat hands the 32 bits over as they are.
+// ReadStat passes on the 32 bits unchanged.
 void StatFileTest::rowsAreAbsentWhereASasFileHasAllBitsSet()
 {
     QBuffer device;
@@ -563,7 +563,7 @@ void StatFileTest::noteHasTheLinesOfTheFile()
 
 void StatFileTest::countOfStatasNotesIsNoNote()
 {
-    // Stata itself keeps the number of notes as the note 0. ReadStat's writer leaves it out.
+    // Stata stores the number of notes as note 0. The writer of ReadStat omits it.
     StatFile file(StatFile::dta, 115);
     readstat_add_note(file.writer(), "2");
     readstat_add_note(file.writer(), "A note");
@@ -1067,7 +1067,7 @@ void StatFileTest::catalogOfTextsIsRead()
 
 void StatFileTest::tagsOfACatalogAreSmallLetters()
 {
-    // The bytes of a number that stands for a missing value: FF, its letter, 0000FFFFFFFF in the order of the format.
+    // The bytes of a missing value: FF, its letter and 0000FFFFFFFF, in the byte order of the format.
     QByteArray bytes = catalog();
     double number = -2.5 * -1;
     QByteArray code(sizeof(number), '\0');

@@ -23,7 +23,7 @@ double fromBits(quint64 bits)
 
 } // namespace
 
-/// Texts of numbers, codes and formats.
+/// Tests the texts of numbers, codes and formats.
 class StatFileTextsTest : public QObject
 {
     Q_OBJECT

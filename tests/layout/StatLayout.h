@@ -9,13 +9,13 @@
 
 #include <ctime>
 
-/// The bytes of a made file.
+/// The bytes of a generated file.
 inline QByteArray bytesOf(StatFile &file, int rows = 1)
 {
     return QByteArray::fromStdString(file.bytes(rows));
 }
 
-/// The layout of a file of these bytes.
+/// The layout of a file with these bytes.
 inline vanlayout::Layout layoutOf(QByteArray bytes, const vanlayout::ReadOptions &options = {})
 {
     QBuffer buffer(&bytes);
@@ -34,7 +34,7 @@ inline const QVector<vanlayout::Item> &itemsOf(const vanlayout::Layout &layout)
     return layout.levels.isEmpty() ? none : layout.levels.constFirst().records.constFirst().items;
 }
 
-/// Sets the time zone of the process for as long as it lives.
+/// Sets the time zone of the process while the object exists.
 class TimeZone
 {
 public:

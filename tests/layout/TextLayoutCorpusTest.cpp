@@ -13,10 +13,11 @@ using namespace vanlayout;
 namespace
 {
 
-// A record whose file states another length than its items have; all others agree.
+// The only record for which the file states a length that differs from that of its items.
 const QString otherLength = QStringLiteral("istat-household-template.dcf INDIVIDUAL");
 
-// How often each section `[Section]` and each key `[Section]Key` comes; keys after a value are those of `[Value]`.
+// The number of occurrences of each section `[Section]` and each key `[Section]Key`; keys after a value are those of
+// `[Value]`.
 QMap<QByteArray, int> keysOf(const QByteArray &bytes)
 {
     QMap<QByteArray, int> keys;
@@ -33,7 +34,7 @@ QMap<QByteArray, int> keysOf(const QByteArray &bytes)
     return keys;
 }
 
-// What the sections of a layout are in total.
+// The total numbers of the elements of a layout.
 struct Sums {
     int records = 0;
     int optionalRecords = 0;
@@ -147,7 +148,7 @@ void addFiles()
 
 } // namespace
 
-/// Properties of every real dictionary in text form. Without the corpus nothing is checked.
+/// Tests properties of all real dictionaries in text form. Without the corpus nothing is checked.
 class TextLayoutCorpusTest : public QObject
 {
     Q_OBJECT

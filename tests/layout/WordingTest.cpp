@@ -8,7 +8,7 @@ using vanlayout::Storage;
 
 Q_DECLARE_METATYPE(vanlayout::Storage)
 
-/// Words for people about the parts of a layout.
+/// Tests the texts for people about the parts of a layout.
 class WordingTest : public QObject
 {
     Q_OBJECT

@@ -1,4 +1,4 @@
-// Prints the JSON form of the layout of each file, one object a line; the reason of a file that has none in its place.
+// Prints the JSON form of the layout of each file, one object per line; for a file without a layout, the reason.
 
 #include "read/Reader.h"
 #include "write/LayoutJson.h"

@@ -44,12 +44,12 @@ target_link_libraries(print_layout PRIVATE vanlayout_library)
 
 van_add_test(layout/LanguageTagTest.cpp)
 
-# DDI documents follow the schema, where it is at hand.
+# DDI documents conform to the schema, if it is available.
 van_add_test(layout/DdiTest.cpp)
 van_use_made_data(DdiTest)
 target_compile_definitions(DdiTest PRIVATE VAN_SCHEMAS="${VAN_SCHEMAS_DIR}")
 
-# Layouts in forms for other programs, likewise.
+# Writes layouts in the forms for other programs, also for tests in other languages.
 add_executable(export_layout layout/export_layout.cpp)
 van_own_code(export_layout)
 target_link_libraries(export_layout PRIVATE vanlayout_library)
@@ -59,7 +59,7 @@ if(NOT EXISTS ${real_dictionaries})
     set(real_dictionaries "")
 endif()
 
-# Statistical files, once more through a program that shares no code with the reader.
+# Statistical files are also read by a program that shares no code with the reader.
 find_program(VAN_PYTHON python3)
 if(VAN_PYTHON)
     enable_language(C)
@@ -71,14 +71,14 @@ if(VAN_PYTHON)
         ${VAN_CORPUS_DIR}/spss ${VAN_CORPUS_DIR}/stata)
     van_test_properties(PlainReadStat layout)
 
-    # Lines of data, cut with the DDI document of their dictionary.
+    # Lines of data are split with the DDI document of their dictionary.
     add_test(NAME CutWithDdi COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/layout/cut_with_ddi.py
         $<TARGET_FILE:export_layout> ${PROJECT_SOURCE_DIR}/examples ${CMAKE_CURRENT_SOURCE_DIR}/data/ddi
         ${CMAKE_CURRENT_SOURCE_DIR}/data/layout ${real_dictionaries})
     van_test_properties(CutWithDdi layout)
 
-    # CSPro dictionaries, once more through readers in another language: real ones where they are at hand, changed ones,
-    # and random ones.
+    # CSPro dictionaries are also read by readers in another language: real ones if they are available, changed ones, and
+    # random ones.
     set(naive ${CMAKE_CURRENT_SOURCE_DIR}/layout/naive)
     add_test(NAME NaiveReaders COMMAND ${VAN_PYTHON} -m unittest discover -s ${naive} -p test_naive.py)
     van_test_properties(NaiveReaders layout)
@@ -93,7 +93,7 @@ else()
     message(STATUS "No python3: layouts are not compared with those of other readers")
 endif()
 
-# Each document follows its JSON Schema: the exact layout, and the list of fields. The library that validates is a package of the system, for its Python.
+# Each document conforms to its JSON Schema: the exact layout, and the list of fields. The library that validates is a package of the system, for its Python.
 find_program(VAN_SYSTEM_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH)
 if(VAN_SYSTEM_PYTHON)
     foreach(schema "LayoutSchema show layout" "FieldsSchema fields fields")
@@ -107,7 +107,7 @@ if(VAN_SYSTEM_PYTHON)
     endforeach()
 endif()
 
-# Layouts in the forms of other standards: each document follows its standard. JSON Schema needs that library, too.
+# Layouts in the forms of other standards: each document conforms to its standard. JSON Schema also needs that library.
 if(VAN_SYSTEM_PYTHON)
     set(forms ${CMAKE_CURRENT_SOURCE_DIR}/layout/forms)
     add_test(NAME FormCheckers COMMAND ${VAN_SYSTEM_PYTHON} -m unittest discover -s ${forms} -p test_checkers.py)

@@ -8,7 +8,7 @@
 namespace
 {
 
-// Runs a program to its end; what it printed where it failed.
+// Runs a program to its end. Returns its output if it failed.
 QByteArray problemOf(const QString &program, const QStringList &arguments)
 {
     QProcess process;
@@ -26,7 +26,7 @@ QString desktopFile(const char *name)
 
 } // namespace
 
-/// The files by which a desktop knows the command and the files that it opens.
+/// Tests the files that describe the command and the file types that it opens to a desktop.
 class DesktopTest : public QObject
 {
     Q_OBJECT

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Which files count as changed (cmake/changed.sh), and which tests they concern (cmake/changed-tests.sh). The argument is
-# the folder of the project.
+# the directory of the project.
 set -euo pipefail
 
 project=$1
@@ -32,7 +32,7 @@ for file in src/util/Numbers.cpp src/CMakeLists.txt tests/support/ToolRun.h test
     concerns . tests/lookup/LookupTest.cpp "$file" fuzz/cspro.dict
 done
 
-# A project with a main branch, and a branch with one commit more.
+# A project with a main branch and a branch that has one more commit.
 git() { command git -c user.name=test -c user.email=test@localhost -c commit.gpgsign=false -C "$folder/project" "$@"; }
 changed() { "$folder/project/cmake/changed.sh" | paste -sd ' '; }
 mkdir -p "$folder/project/cmake"

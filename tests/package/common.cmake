@@ -1,7 +1,7 @@
-# What the scripts of this folder share.
+# Functions of the scripts in this directory.
 cmake_minimum_required(VERSION 3.21)
 
-# Runs a command and ends the test where it fails.
+# Runs a command and ends the test if it fails.
 function(must)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
     if(NOT status EQUAL 0)
@@ -17,7 +17,7 @@ function(build_project source folder)
     must(${CMAKE_COMMAND} --build ${folder})
 endfunction()
 
-# Configures and builds the project of this folder.
+# Configures and builds the project in this directory.
 function(build_consumer folder)
     build_project(${CMAKE_CURRENT_FUNCTION_LIST_DIR} ${folder} ${ARGN})
 endfunction()
@@ -35,7 +35,7 @@ function(check_lines program expected)
     endif()
 endfunction()
 
-# Checks the programs of this folder: one of each library.
+# Checks the programs in this directory: one for each library.
 function(check_consumers folder)
     check_lines(${folder}/consumer "PROVINCE INTEGER 2 2\nOWNER STRING 4 20\n" ${ARGN})
     check_lines(${folder}/layout_consumer "PROVINCE numeric 2 2\nOWNER alpha 4 20\n" ${ARGN})

@@ -1,4 +1,4 @@
-# Makes the Debian packages, looks at what each needs and brings, and installs them into a directory of their own.
+# Builds the Debian packages, checks the dependencies and files of each, and installs them into a separate directory.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 file(REMOVE_RECURSE ${SCRATCH})
 must(${CPACK} --config ${BINARY_DIR}/CPackConfig.cmake -B ${SCRATCH}/made)
@@ -56,8 +56,8 @@ check_package(vanlayout NEEDS "libvanlayout0 \\(= [0-9.]+\\)" "libmodel-vanadmin
         share/mime/packages/vanlayout\\.xml share/icons/hicolor/scalable/apps/org\\.vanlayout\\.vanlayout\\.svg
     HAS_NOT include/ "lib[^\n]*\\.so")
 
-# An empty system that has the packages of this one: what is installed into it must find its dependencies among them. Only
-# an administrator may install.
+# An empty system that has the packages of this one: the dependencies of installed packages must be among them. Only an
+# administrator may install packages.
 set(root ${SCRATCH}/root)
 file(MAKE_DIRECTORY ${root}/var/lib/dpkg/info ${root}/var/lib/dpkg/updates)
 file(COPY /var/lib/dpkg/status DESTINATION ${root}/var/lib/dpkg)
@@ -68,7 +68,7 @@ if(status EQUAL 0 OR NOT problem MATCHES "libvanlayout0")
 endif()
 must(${install} ${libvanlayout0} ${libmodel-vanadmin0} ${libvanlayout-dev} ${libmodel-vanadmin-dev} ${vanlayout})
 
-# The installed tool runs with the installed libraries, and no path in it names them.
+# The installed tool runs with the installed libraries, and contains no path to them.
 execute_process(COMMAND ${READELF} -d ${root}/usr/bin/vanlayout COMMAND_ERROR_IS_FATAL ANY OUTPUT_VARIABLE dynamic)
 if(dynamic MATCHES "RUNPATH|RPATH")
     message(FATAL_ERROR "the tool has a path of its own:\n${dynamic}")

@@ -1,4 +1,4 @@
-# Builds the project as a folder of another one, without its tests.
+# Builds the project as a subdirectory of another one, without its tests.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 file(REMOVE_RECURSE ${SCRATCH})
 build_consumer(${SCRATCH}/build -DVAN_FOLDER=${PROJECT_DIR} -DBUILD_TESTING=OFF

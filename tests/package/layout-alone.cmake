@@ -1,5 +1,5 @@
-# The library of the exact layout alone can be configured where Qt has no Gui and no Widgets, and nothing of it is compiled
-# with them. What it is linked with is looked at in layout-symbols.cmake.
+# The library of the exact layout can be configured on its own if Qt has no Gui and no Widgets, and no part of it is
+# compiled with them. layout-symbols.cmake checks the libraries that it is linked with.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 file(REMOVE_RECURSE ${SCRATCH})
 set(absent Qt5Gui Qt5Widgets Qt6Gui Qt6Widgets CLI11)

@@ -5,13 +5,13 @@ execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE stat
 if(NOT status EQUAL 0)
     message(FATAL_ERROR "${NM} ended with ${status}")
 endif()
-string(REPLACE "[abi:cxx11]" "" output "${output}") # GCC's mark of a result of the standard library
+string(REPLACE "[abi:cxx11]" "" output "${output}") # GCC marks functions that return classes of the standard library
 string(REGEX MATCHALL "[^\n]+" lines "${output}")
 foreach(line IN LISTS lines)
     string(REGEX REPLACE "^[0-9a-f]+ (.) .*$" "\\1" kind "${line}")
     string(REGEX REPLACE "^[0-9a-f]+ . " "" symbol "${line}")
     if(kind MATCHES "[WVu]" OR symbol MATCHES "^_")
-        # inline code that each user of Qt and of the standard library has, and symbols of the compiler
+        # inline code of Qt and of the standard library in each program that uses them, and symbols of the compiler
     else()
         list(APPEND found "${symbol}")
     endif()
@@ -24,7 +24,7 @@ if(dynamic MATCHES "Qt[56](Gui|Widgets)" OR NOT dynamic MATCHES "Qt[56]Core")
 endif()
 
 file(STRINGS ${LIST} wanted)
-string(REPLACE "QVector<" "QList<" wanted "${wanted}") # one class in Qt 6
+string(REPLACE "QVector<" "QList<" wanted "${wanted}") # both are one class in Qt 6
 string(REPLACE "QVector<" "QList<" found "${found}")
 set(missing ${wanted})
 list(REMOVE_ITEM missing ${found})

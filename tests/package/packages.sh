@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# How ./run and ./check install what they need, on a system that only records what it is asked for: all packages in
-# front of the first step, and never without waiting for the lock. The argument is the folder of the project.
+# Tests how ./run and ./check install the packages that they need, on a system that only records the calls: all packages
+# are installed before the first step, and always waiting for the lock. The argument is the directory of the project.
 set -euo pipefail
 
 project=$1
@@ -11,7 +11,7 @@ mkdir -p "$folder/bin" "$folder/project/cmake" "$folder/project"/{src,layout,too
 cp "$project/run" "$project/check" "$folder/project"
 cp "$project"/cmake/*.sh "$folder/project/cmake"
 
-# stub NAME: a program that records its call, then does what its standard input says.
+# stub NAME: a program that records its call, then runs the commands of this function's standard input.
 stub() {
     { echo '#!/bin/sh'; echo "echo \"$1 \$*\" >>'$log'"; cat; } >"$folder/bin/$1"
     chmod +x "$folder/bin/$1"
@@ -32,7 +32,8 @@ fail() {
     exit 1
 }
 
-# installs_first COMMAND CALLS PACKAGE...: its calls of apt-get are so many, in front of all steps, and install these.
+# installs_first COMMAND CALLS PACKAGE...: the command makes CALLS calls of apt-get, before all steps, which install the
+# packages.
 installs_first() {
     local command calls=$2 package
     read -r -a command <<<"$1" # with its options
@@ -53,10 +54,10 @@ installs_first() {
 installs_first run 2 cmake g++ libreadstat-dev
 installs_first check 2 cmake clang-format clang-tidy clazy qt6-base-dev qt6-5compat-dev chromium
 installs_first 'check --quick' 2 cmake clang-format
-touch "$folder/broken" # there is no browser to be had
+touch "$folder/broken" # no browser can be installed
 installs_first check 8 cmake clang-format clang-tidy clazy qt6-base-dev qt6-5compat-dev
 
-# Other arguments than the options: no step is made.
+# No step is made for arguments other than the options.
 for arguments in --help --slow 'quick' '--quick --slow'; do
     : >"$log"
     status=0

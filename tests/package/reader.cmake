@@ -1,9 +1,9 @@
-# Installs the build into an empty folder, builds the programs of the examples against it, and has each list a dictionary.
+# Installs the build into an empty directory, builds the examples against it, and lists a dictionary with each.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 file(REMOVE_RECURSE ${SCRATCH})
 must(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${SCRATCH}/prefix)
 
-# Builds an example; what it prints of a dictionary matches, and a file that does not exist is status 1.
+# Builds an example. Its output for a dictionary must match, and its exit status for an absent file must be 1.
 function(check_example name expected)
     build_project(${EXAMPLES}/${name} ${SCRATCH}/${name} -DCMAKE_PREFIX_PATH=${SCRATCH}/prefix)
     execute_process(COMMAND ${SCRATCH}/${name}/${name} ${EXAMPLES}/census.dcf RESULT_VARIABLE status

@@ -1,17 +1,17 @@
-# Installs the build into an empty folder, and builds a program against each library: by the CMake package, and by
+# Installs the build into an empty directory, and builds a program against each library: with the CMake package and with
 # pkg-config.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 set(prefix ${SCRATCH}/prefix)
 file(REMOVE_RECURSE ${SCRATCH})
 must(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${prefix})
 
-# No private header, and nothing of the tests or the sources beside the headers.
+# No private header is installed, and no file of the tests or the sources except public headers.
 file(GLOB_RECURSE headers RELATIVE ${prefix} ${prefix}/include/*)
 foreach(header IN LISTS headers)
     if(header MATCHES "_p\\.h$" OR NOT header MATCHES "^include/(model_VanAdmin|vanlayout)/([a-z]+/[A-Za-z_]+|(model_vanadmin|vanlayout)_(export|version))\\.h$")
         message(FATAL_ERROR "${header} is installed")
     endif()
-    # Who uses the libraries needs no ReadStat, SQLite or RapidJSON.
+    # Users of the libraries do not need ReadStat, SQLite or RapidJSON.
     file(STRINGS ${prefix}/${header} outside REGEX "include.*(readstat|sqlite|rapidjson)")
     if(outside)
         message(FATAL_ERROR "${header}: ${outside}")
@@ -21,7 +21,7 @@ endforeach()
 build_consumer(${SCRATCH}/cmake -DCMAKE_PREFIX_PATH=${prefix})
 check_consumers(${SCRATCH}/cmake)
 
-# Builds a program with the flags that pkg-config gives for a library; `headers` must compile alone with them.
+# Builds a program with the flags of pkg-config for a library. Each of `headers` must compile on its own with them.
 function(build_by_pkg_config library source program)
     file(GLOB_RECURSE pc_files ${prefix}/${library}.pc)
     list(LENGTH pc_files count)

@@ -1,4 +1,4 @@
-# Compares what the library exports with the list of what is public.
+# Compares the symbols that the library exports with the list of public names.
 cmake_minimum_required(VERSION 3.21)
 
 set(public TDataImport ReadReport ReadNote TGenericField TVpSourceField TVpDataProvider TVpRecord TQuestIndex TCSProImportBase TCSProFieldBase
@@ -8,7 +8,7 @@ set(public TDataImport ReadReport ReadNote TGenericField TVpSourceField TVpDataP
     ConfigOptions ConfigEntities ConfigToolsExtend ConfigToolsSplit ConfigWipxToJson Dictionary MetadataDictionary Datasource
     MetadataDataSource MetadataVariables LookupDictionary SelectionTreeUnit StructVariableItem UtilFiles UtilStrings
     VpErrorManager formatMessage setDecimalAnswer importFormatOf makeImporter Model_VanAdmin)
-# TStatValueLabel may be used by all; having no operation, it exports nothing.
+# TStatValueLabel is public, but exports nothing because it has no operations.
 set(internal KeptObjects TCSPro TCSProJson TCSProItem TCSProRecord TCSProValueSet TValueSetItem CSProDictionary TLoaderManager cspro
     TextLines SectionLines TextFileReader numbers textfile TStatValueLabel statistical lookup)
 
@@ -28,15 +28,15 @@ foreach(line IN LISTS lines)
         endif()
     endforeach()
 
-    # What belongs to a class, its tables included, goes by the class.
+    # Symbols of a class, including its tables, are listed by the name of the class.
     string(REGEX REPLACE "^(vtable|VTT|typeinfo|typeinfo name) for |^(non-virtual|virtual) thunk to " "" owner "${symbol}")
     string(REGEX REPLACE "[^A-Za-z0-9_].*$" "" owner "${owner}")
     if(owner IN_LIST public)
         list(APPEND found ${owner})
     elseif(symbol MATCHES "^_")
-        # of the compiler and its run-time libraries
+        # symbols of the compiler and its run-time libraries
     elseif(kind MATCHES "[WVu]" AND name_alone MATCHES "std::|Q[A-Z]|^decltype( |$)")
-        # inline code of the standard library and of Qt, which every user of theirs has
+        # inline code of the standard library and of Qt in each program that uses them
     else()
         list(APPEND wrong "${symbol}")
     endif()

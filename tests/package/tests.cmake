@@ -1,5 +1,5 @@
-# The library as others take it: installed, by CMake and by pkg-config, or as a folder of their own project; and what it
-# exports.
+# The library as used by other projects: installed, with CMake and with pkg-config, or as a subdirectory of a project;
+# and the symbols that it exports.
 find_program(VAN_NM nm)
 find_program(VAN_READELF readelf)
 find_program(VAN_PKG_CONFIG NAMES pkg-config pkgconf)
@@ -8,7 +8,7 @@ if(VAN_SANITIZERS)
     string(APPEND package_flags " -fsanitize=${VAN_SANITIZERS}")
 endif()
 
-# van_add_package_test(Name script.cmake variable=value...): one script of this folder.
+# van_add_package_test(Name script.cmake variable=value...): one script of this directory.
 function(van_add_package_test name script)
     list(TRANSFORM ARGN PREPEND -D)
     add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} ${ARGN} -P ${CMAKE_CURRENT_SOURCE_DIR}/package/${script})
@@ -58,7 +58,7 @@ else()
     message(STATUS "appstream, desktop-file-utils, shared-mime-info or libxml2-utils is missing: the files for a desktop are not tested")
 endif()
 
-# What ./run and ./check ask the system for, and which tests ./check --quick runs.
+# The packages that ./run and ./check install, and the tests that ./check --quick runs.
 find_program(VAN_BASH bash)
 find_program(VAN_GIT git)
 if(VAN_BASH AND VAN_GIT)

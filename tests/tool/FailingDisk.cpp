@@ -1,4 +1,5 @@
-// Loaded before all other libraries of a tool that a test runs: the disk fails as the environment says.
+// A library that is loaded before all others of a tool that a test runs. It makes the disk fail as environment
+// variables state.
 
 #include "support/FailingRead.h"
 

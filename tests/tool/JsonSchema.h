@@ -11,8 +11,8 @@
 #include <regex>
 #include <string>
 
-/// Tells whether a JSON value is one that a JSON Schema describes, as far as the schemas of this project go: a keyword
-/// that is not known here is a violation of its own.
+/// Validates a JSON value against a JSON Schema. Only the keywords in the schemas of this project are supported; any
+/// other keyword is a violation.
 class JsonSchema
 {
 public:
@@ -21,7 +21,7 @@ public:
     {
     }
 
-    /// What is wrong first, with the place where; empty where nothing is.
+    /// The first violation with its path; empty if the value is valid.
     QString violation(const QJsonValue &value) const { return violation(root, value, QStringLiteral("$")); }
 
 private:
@@ -97,7 +97,7 @@ private:
         return value.type() == types.value(type, QJsonValue::Undefined);
     }
 
-    // Unit by unit, as a half of a surrogate pair may be looked for.
+    // Patterns match single UTF-16 units, because half a surrogate pair may be searched.
     static bool matches(const QString &text, const QString &pattern)
     {
         const auto units = [](const QString &string) {

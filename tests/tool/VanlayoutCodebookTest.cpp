@@ -19,7 +19,7 @@
 namespace
 {
 
-// What stands between two texts, the first after which there is one.
+// The text between two others, after the first occurrence of the first.
 QByteArray between(const QByteArray &whole, const QByteArray &before, const QByteArray &behind)
 {
     const int begin = whole.indexOf(before) + before.size();
@@ -36,7 +36,7 @@ QJsonObject dataOf(const QByteArray &page)
     return QJsonDocument::fromJson(dataTextOf(page)).object();
 }
 
-// The names of all items of a layout, which its JSON form and the data of its page have in the same places.
+// The names of all items of a layout, which its JSON form and the data of its page have in the same order.
 QStringList itemNamesOf(const QJsonObject &layout)
 {
     QStringList names;
@@ -78,7 +78,7 @@ QByteArray twoLanguages()
 
 } // namespace
 
-/// `vanlayout codebook`, run as a user runs it. That the page works is for the test in a browser.
+/// Tests `vanlayout codebook`, run as by a user. The behaviour of the page is tested in a browser.
 class VanlayoutCodebookTest : public QObject
 {
     Q_OBJECT
@@ -319,7 +319,7 @@ private Q_SLOTS:
         QVERIFY(pipe.taken(patience) == page);
     }
 
-    // After what stands in the file that it leads to.
+    // Output is appended to the content of the file that the descriptor refers to.
     void descriptorIsWrittenToAndItsFileStays_data()
     {
         QTest::addColumn<QString>("call");
@@ -397,7 +397,7 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo(room.filePath("second")).symLinkTarget(), output);
     }
 
-    // The system lets the tool write less than the page.
+    // The system allows the tool to write less than the page.
     void fullDiskLeavesWhatStoodThere_data() { addWhatStandsThere(); }
     void fullDiskLeavesWhatStoodThere()
     {

@@ -8,7 +8,7 @@ namespace
 
 constexpr int count = 10000;
 
-// A file of so many keys, which collide or do not.
+// Makes a file of many keys, which collide or do not collide in a hash.
 using FileOf = QByteArray (*)(bool collide);
 
 constexpr char head[]
@@ -33,13 +33,13 @@ QByteArray items(bool collide)
     return itemsNamed(crafted::names(count, collide));
 }
 
-// Of names that a column can have as they are.
+// A dictionary of items with names that a column can have unchanged.
 QByteArray itemsOfLetters(bool collide)
 {
     return itemsNamed(crafted::letterNames(count, collide));
 }
 
-// Every name twice, so that another one must be found for it.
+// Each name occurs twice, so that a different one must be found for the second item.
 QByteArray itemsTwice(bool collide)
 {
     const QStringList names = crafted::names(count, collide);
@@ -103,7 +103,7 @@ QByteArray jsonValues(bool collide)
                          + all.join(',') + "]}]}]}");
 }
 
-// Each "=" may be the end of the name of a record without items.
+// A record without items; each "=" may be the end of its name.
 QByteArray jsonRecordOfSigns(bool collide)
 {
     return jsonOfRecords("{'name':'" + QByteArray(100000, collide ? '=' : '-')
@@ -126,7 +126,7 @@ QByteArray spssValues(bool collide)
 
 Q_DECLARE_METATYPE(FileOf)
 
-/// Files whose keys are made to collide in a hash take at most twice the time of others.
+/// Tests that files whose keys are made to collide in a hash take at most twice the time of others.
 class VanlayoutCraftedKeysTest : public QObject
 {
     Q_OBJECT
@@ -134,7 +134,7 @@ class VanlayoutCraftedKeysTest : public QObject
 private Q_SLOTS:
     void craftedKeysTakeNoLonger_data()
     {
-        QTest::addColumn<QStringList>("command"); // FILE and SECOND stand for the files
+        QTest::addColumn<QStringList>("command"); // FILE and SECOND are replaced by the files
         QTest::addColumn<FileOf>("fileOf");
         QTest::addColumn<FileOf>("secondFileOf");
         const QStringList lookup = { "lookup", "FILE" };

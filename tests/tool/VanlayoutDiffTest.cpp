@@ -36,7 +36,7 @@ QString dictionary(const QString &content)
         + item("CASE", "Case", 90, 5) + content;
 }
 
-// The dictionaries of the pages about the command.
+// The dictionaries in the documentation of the command.
 QString surveyBefore()
 {
     return dictionary(record("PERSON",
@@ -56,7 +56,7 @@ QString surveyAfter()
 
 } // namespace
 
-/// `vanlayout diff`, run as a user runs it.
+/// Tests `vanlayout diff`, run as by a user.
 class VanlayoutDiffTest : public QObject
 {
     Q_OBJECT

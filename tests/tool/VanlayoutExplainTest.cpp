@@ -43,7 +43,7 @@ QStringList sorted(const QSet<QString> &kinds)
 
 } // namespace
 
-/// `vanlayout explain`, run as a user runs it, and what `vanlayout fields` says of it.
+/// Tests `vanlayout explain`, run as by a user, and the line of `vanlayout fields` about notes.
 class VanlayoutExplainTest : public QObject
 {
     Q_OBJECT

@@ -5,8 +5,7 @@
 namespace
 {
 
-// An item with 300 value labels, so many times, after another one: all occurrences of the first item but the last have
-// no labels.
+// A dictionary of an item without value labels and a repeating item with 300 value labels.
 QByteArray dictionary(int occurrences)
 {
     QByteArray text
@@ -22,7 +21,7 @@ QByteArray dictionary(int occurrences)
 
 } // namespace
 
-/// Exports are written while they are made.
+/// Tests that exports are written while they are made.
 class VanlayoutExportMemoryTest : public QObject
 {
     Q_OBJECT

@@ -14,7 +14,7 @@
 namespace
 {
 
-// A dictionary in the text form with a label and an item of this name.
+// A dictionary in the text form with a label and an item with this name.
 QByteArray dictionary(const QByteArray &item, const QByteArray &rest = QByteArray())
 {
     return "[Dictionary]\nVersion=CSPro 7.7\nLabel=Survey\nName=D\nRecordTypeStart=0\nRecordTypeLen=0\n" + rest
@@ -37,7 +37,7 @@ bool isWholeJson(const QByteArray &document)
 
 } // namespace
 
-/// `vanlayout export`, run as a user runs it. What the forms hold is tested beside the writers.
+/// Tests `vanlayout export`, run as by a user. The content of the forms is tested in the tests of their writers.
 class VanlayoutExportTest : public QObject
 {
     Q_OBJECT

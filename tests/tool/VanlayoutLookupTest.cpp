@@ -13,7 +13,7 @@
 
 #include <sys/stat.h>
 
-/// `vanlayout lookup`, run as a user runs it.
+/// Tests `vanlayout lookup`, run as by a user.
 class VanlayoutLookupTest : public QObject
 {
     Q_OBJECT
@@ -234,7 +234,8 @@ private Q_SLOTS:
 
     void longCheckShowsItsProgressOnATerminal()
     {
-        // Twice as many lines until they take long enough on this machine; ended as soon as the progress was seen.
+        // The number of lines is doubled until a run takes long enough on this machine. A run is ended when its
+        // progress was seen.
         constexpr int fewestLines = 6 << 20;
         constexpr int maxLines = fewestLines << 4;
         constexpr qint64 longEnough = 10000; // milliseconds
@@ -247,7 +248,7 @@ private Q_SLOTS:
         }
         QVERIFY2(seen.isShown, qPrintable(QStringLiteral("not shown in %1 ms").arg(seen.elapsed)));
 
-        // Not in a pipe.
+        // There is no progress in a pipe.
         const Run piped = check({ "--mode", "count", "large.txt" });
         QCOMPARE(piped.status, fine);
         QCOMPARE(piped.err, QByteArray());
@@ -294,7 +295,7 @@ private Q_SLOTS:
     {
         write("A \"\\\t\x01\n");
         QVERIFY(check({ "--format", "json", "lookup.txt" }).out.contains("\"text\": \"\\\"\\\\\\t\\u0001\""));
-        // Half of a surrogate pair, which UTF-8 cannot hold; the file is in UTF-16.
+        // Half a surrogate pair, which UTF-8 cannot represent; the file is in UTF-16.
         folder.write("lookup.txt",
                      QByteArray("\xFF\xFE"
                                 "A\0 \0\x3D\xD8",
@@ -306,7 +307,7 @@ private Q_SLOTS:
     {
         write("1 x\n2 \xE5\x9F\x8E\xE5\xB8\x82\n3 " + QByteArray(100, 'w') + '\n');
         const QList<QByteArray> lines = check({ "lookup.txt" }).out.split('\n');
-        constexpr int width = 60; // a longer text does not push the counts of the others away
+        constexpr int width = 60; // a longer text does not move the counts of the others
         QVERIFY(lines.contains(QByteArray("Value").leftJustified(width + 2) + "Count"));
         QVERIFY(lines.contains(QByteArray("x").leftJustified(width + 2) + '1'));
         QVERIFY(lines.contains("\xE5\x9F\x8E\xE5\xB8\x82" + QByteArray(width + 2 - 4, ' ') + '1')); // two columns each

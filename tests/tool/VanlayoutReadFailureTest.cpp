@@ -44,7 +44,7 @@ const QStringList commandsOnOne[] = {
 
 } // namespace
 
-/// A disk that fails while the tool reads a file.
+/// Tests a disk that fails while the tool reads a file.
 class VanlayoutReadFailureTest : public QObject
 {
     Q_OBJECT
@@ -76,7 +76,7 @@ private Q_SLOTS:
         }
     }
 
-    // The labels of a Stata file are at its end: all variables are there when the disk fails.
+    // The labels of a Stata file are at its end, so all variables have been read when the disk fails.
     void statisticalFileThatFailsGivesNoDocument_data()
     {
         QTest::addColumn<QString>("file");
@@ -281,7 +281,7 @@ private:
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("LD_PRELOAD", FAILING_DISK);
-        // A sanitizer wants to be loaded first, and need not be for this.
+        // The sanitizer requires to be loaded first, which is not necessary here.
         environment.insert("ASAN_OPTIONS", environment.value("ASAN_OPTIONS") + ":verify_asan_link_order=0");
         environment.insert("FAILING_FILE", '/' + file);
         environment.insert("FAILING_BEHIND", QString::number(goodBytes));

@@ -16,7 +16,7 @@ const QStringList allCommands
 
 } // namespace
 
-/// How the command is met in a shell: help, examples, suggestions for a mistyped word, and completion.
+/// Tests the use of the command in a shell: help, examples, suggestions for mistyped words, and completion.
 class VanlayoutShellTest : public QObject
 {
     Q_OBJECT
@@ -274,7 +274,7 @@ private Q_SLOTS:
         QCOMPARE(found, completions);
     }
 
-    // The functions of the completion system stand for themselves and print what they are handed.
+    // The functions of the completion system are replaced by functions that print their arguments.
     void zshCompletesAWord_data()
     {
         QTest::addColumn<QString>("words");
@@ -335,7 +335,7 @@ private Q_SLOTS:
         QVERIFY(tool.waitForFinished(patience));
         QCOMPARE(tool.exitCode(), noAnswer);
         seen += terminal.taken();
-        // The line goes before any other is written, and at the end.
+        // The line is removed before any other is written, and at the end.
         QVERIFY2(seen.contains("\r\033[Kvanlayout: -: "), seen.constData());
         QVERIFY2(seen.endsWith("\n"), seen.constData());
     }
@@ -373,7 +373,7 @@ private Q_SLOTS:
         QCOMPARE(firstShownOn(terminal), QByteArray("\rstandard input\033[K"));
         QCOMPARE(::kill(pid_t(tool.processId()), signal), 0);
         QVERIFY(tool.waitForFinished(patience));
-        QCOMPARE(tool.exitStatus(), QProcess::CrashExit); // it ends of the signal
+        QCOMPARE(tool.exitStatus(), QProcess::CrashExit); // the signal ends it
         QCOMPARE(tool.exitCode(), signal);
         const QByteArray shown = terminal.taken();
         QVERIFY2(shown.endsWith("\r\033[K"), shown.constData());

@@ -48,7 +48,7 @@ void makeDatabase(const QString &path)
 
 } // namespace
 
-/// `vanlayout show` on data files: those of statistical programs and of CSPro.
+/// Tests `vanlayout show` with data files of statistical programs and of CSPro.
 class VanlayoutShowDataTest : public QObject
 {
     Q_OBJECT

@@ -57,7 +57,7 @@ int widthOf(const QByteArray &line)
 
 } // namespace
 
-/// `vanlayout show`, run as a user runs it.
+/// Tests `vanlayout show`, run as by a user.
 class VanlayoutShowTest : public QObject
 {
     Q_OBJECT
@@ -279,7 +279,7 @@ void VanlayoutShowTest::longNameHasALineOfItsOwn()
     QVERIFY(index > 0);
     QVERIFY(lines.at(index + 1).contains("9(3)"));
     QVERIFY2(lines.at(index + 1).contains("the label of this item is long as well"), lines.at(index + 1).constData());
-    // Without a terminal the lines may be long, but no name makes all others long.
+    // Without a terminal the lines may be long, but one long name does not widen the others.
     folder.write("longest.dcf", oneItem(QByteArray(1000, 'N'), "label"));
     const QByteArray out = runShell(folder, "COLUMNS= \"$0\" show longest.dcf").out;
     QVERIFY(out.contains(QByteArray(1000, 'N') + "\n          9(3)"));
@@ -308,7 +308,7 @@ void VanlayoutShowTest::labelsAreThoseOfTheLanguage()
     QVERIFY(out.startsWith("Enquête\n"));
     QVERIFY(out.contains("PERSON: Personne (type"));
     QVERIFY(out.contains("Pas demandé"));
-    QVERIFY(out.contains("99       Unknown")); // the primary one where the language has none
+    QVERIFY(out.contains("99       Unknown")); // the primary label if there is none in the language
 }
 
 void VanlayoutShowTest::languagesAreListed()

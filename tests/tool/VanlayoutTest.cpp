@@ -37,7 +37,7 @@ QList<QByteArray> linesOf(const QByteArray &text)
     return lines;
 }
 
-// A process that does something to itself before it becomes the tool.
+// A process that runs a function in the child before it executes the tool.
 class PreparedProcess : public QProcess
 {
 public:
@@ -101,7 +101,7 @@ bool isUtf8(const QByteArray &bytes)
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
-// Cells by RFC 4180.
+// The cells of a CSV file by RFC 4180.
 QVector<QStringList> csvCells(const QByteArray &csv)
 {
     QVector<QStringList> rows;
@@ -131,7 +131,7 @@ QVector<QStringList> csvCells(const QByteArray &csv)
     return rows;
 }
 
-// Columns that a terminal gives to a text, as the C library knows them.
+// The columns of a text on a terminal, by the C library.
 int terminalColumns(const QString &text)
 {
     int columns = 0;
@@ -154,19 +154,19 @@ void limit(__rlimit_resource resource, rlim_t most)
         _exit(127);
 }
 
-// Gives a process no more than that for what it reads and makes; its code does not count.
+// Limits the memory for the data of a process; its code does not count.
 std::function<void()> memoryOf(rlim_t bytes)
 {
     return [bytes] { limit(RLIMIT_DATA, bytes); };
 }
 
-// Gives a process no more processor time than that; a process that takes it does not end in the ordinary way.
+// Limits the processor time of a process; a process that exceeds it ends by a signal.
 std::function<void()> processorTimeOf(rlim_t seconds)
 {
     return [seconds] { limit(RLIMIT_CPU, seconds); };
 }
 
-// Has a process write its standard output to a disk that is full.
+// Makes a process write its standard output to a full disk.
 void writeToFullDisk()
 {
     const int disk = open("/dev/full", O_WRONLY);
@@ -174,7 +174,7 @@ void writeToFullDisk()
         _exit(127);
 }
 
-// A pipe with a text in it that ends there; small enough to need no reader.
+// A pipe that contains a text and its end; the text is small enough to be written without a reader.
 class FilledPipe
 {
 public:
@@ -277,7 +277,7 @@ private Q_SLOTS:
     void jsonDictionaryIsNotReadFromAPipe_data();
     void jsonDictionaryIsNotReadFromAPipe();
 
-    // much of everything
+    // large inputs
     void memoryThatGivesOutIsStatus2AndOneLine();
     void memoryThatGivesOutLeavesTheOtherFiles();
     void memoryOfAFileThatIsTooLargeIsThereForTheNext();
@@ -422,7 +422,7 @@ const QByteArray survey8 = R"({
 }
 )";
 
-// How `fields --format json survey.dcf` answers, without blanks between tokens.
+// The output of `fields --format json survey.dcf`, without blanks between tokens.
 const QByteArray surveyJson = compact(R"({
   "importer": {
     "type": "CSPRO", "id": "CSPRO_survey.dcf", "multiple": true,
@@ -480,7 +480,7 @@ QByteArray oneValueSet(const QByteArray &dataType, const QByteArray &valueLines)
     return oneItem("SIZE") + "DataType=" + dataType + "\n\n[ValueSet]\nName=SIZE_VS\n" + valueLines;
 }
 
-// Cannot be read: further ranges on the line of a range, and another value line below.
+// A dictionary that cannot be read: the line of a range has further ranges, and another value line follows.
 const QByteArray unreadableRange = R"([Dictionary]
 Name=D
 
@@ -525,7 +525,7 @@ Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables,
     return result;
 }
 
-// Shows a file with that content.
+// Shows the fields of a file with that content.
 Run VanlayoutTest::show(const QByteArray &content, const QStringList &options, const Variables &variables) const
 {
     write(QStringLiteral("survey.dcf"), content);
@@ -550,7 +550,7 @@ QList<QByteArray> VanlayoutTest::rowsOf(const QByteArray &content, const Variabl
 
 void VanlayoutTest::initTestCase()
 {
-    // Arguments and file names of this test are UTF-8 whatever the locale it runs in; wcwidth asks the C library.
+    // Arguments and file names of this test are in UTF-8 in any locale; wcwidth uses the C library.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QVERIFY(std::setlocale(LC_CTYPE, "C.UTF-8"));
 }
@@ -830,7 +830,7 @@ void VanlayoutTest::tableColumnsAreAligned()
 {
     const QList<QByteArray> lines = rowsOf(survey);
     QCOMPARE(lines.size(), 6);
-    // A column begins where its name stands.
+    // A column begins at the column of its name.
     const auto cell = [&lines](int line, const QByteArray &column) {
         const int begin = lines.first().indexOf(column);
         const QByteArray rest = lines.at(line).mid(begin);
@@ -996,7 +996,7 @@ void VanlayoutTest::wideLabelsAreCutToTheWidth()
 static const QString bidirectionalControls
     = QStringLiteral("\u061C\u200E\u200F\u202A\u202B\u202C\u202D\u202E\u2066\u2067\u2068\u2069");
 
-// No character on which a terminal acts, the line end excepted.
+// Verifies that there is no character that a terminal interprets, except line ends.
 static void verifyHarmless(const QByteArray &bytes)
 {
     const QString text = QString::fromUtf8(bytes);
@@ -1033,7 +1033,7 @@ void VanlayoutTest::tableSendsNoControlCharacters()
 
 void VanlayoutTest::otherCharactersAreShownAsTheyAre()
 {
-    // Around the controls, and what a language needs in a word.
+    // Characters next to the control characters, and characters that a language needs within words.
     const QString label = QStringLiteral("~\u00A0\u061B\u061D\u200B\u200C\u200D\u2010\u2029\u202F\u2065\u206Az");
     const QList<QByteArray> lines = rowsOf(oneItem("N", label.toUtf8()));
     QVERIFY(lines.at(1).endsWith(label.toUtf8()));
@@ -1053,7 +1053,7 @@ void VanlayoutTest::verboseSendsNoControlCharacters()
         const Run failed = run(QStringList("fields") + options + QStringList(stata));
         QCOMPARE(failed.status, noAnswer);
         verifyHarmless(failed.err);
-        // The library has a line of its own.
+        // The library prints a separate line.
         QCOMPARE(failed.err.contains("Error processing "), !options.isEmpty());
         QCOMPARE(failed.err.count("vanlayout: "), 1);
         QVERIFY(!options.isEmpty() || failed.err.count('\n') == 1);
@@ -1271,7 +1271,7 @@ void VanlayoutTest::textDictionaryIsReadFromAFifo()
 
 void VanlayoutTest::namedPipeIsReadAsATextDictionary()
 {
-    // Opened twice, a named pipe might have no writer left: it is not looked at.
+    // A named pipe is not examined: when it is opened again, it may have no writer left.
     const QString fifo = pathOf("fifo");
     QCOMPARE(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
     QProcess writer;
@@ -1359,7 +1359,7 @@ void VanlayoutTest::memoryThatGivesOutLeavesTheOtherFiles()
 
 void VanlayoutTest::memoryOfAFileThatIsTooLargeIsThereForTheNext()
 {
-    // No bound holds under a sanitizer, so little is read there.
+    // Limits do not apply under a sanitizer, so only a small file is read.
     const int count = sanitizesMemory ? 300 : 300000;
     write("large.dcf", sanitizesMemory ? oneItem("ONE") : millionOfVariables);
     write("next.dcf", "[Item]\nName=A\nLen=100\nOccurrences=" + QByteArray::number(count) + '\n');
@@ -1373,8 +1373,8 @@ void VanlayoutTest::tableKeepsNoRowsAndCutsItsRanges()
 {
     constexpr int count = 100000;
     write("survey.dcf", "[Item]\nName=A\nLen=10000\nOccurrences=100000\n");
-    // The layout itself is most of it; the rows would be another third, whole ranges two gigabytes.
-    // Each text takes more with Qt 6.
+    // The layout takes most of the memory; the rows would take another third, whole ranges two gigabytes. Each text
+    // takes more memory with Qt 6.
     const int allowed = QT_VERSION < QT_VERSION_CHECK(6, 0, 0) ? 170 : 300;
     const auto bound = sanitizesMemory ? nullptr : memoryOf(allowed * megabyte);
     const Run shown = run({ "fields", "survey.dcf" }, {}, bound);
@@ -1401,7 +1401,7 @@ void VanlayoutTest::emptyLinesTakeAFewTimesTheirSize()
 void VanlayoutTest::manyRecordsArePrintedInAFewSeconds()
 {
     constexpr int count = 100000;
-    constexpr rlim_t fewSeconds = 30; // a look at all entries for each would take minutes
+    constexpr rlim_t fewSeconds = 30; // visiting all entries for each one would take minutes
     QByteArray content = oneItem("ONE");
     for (int i = 0; i < count; ++i) {
         const QByteArray number = QByteArray::number(i).rightJustified(6, '0');
@@ -1441,7 +1441,7 @@ void VanlayoutTest::statisticalFilesAreShown_data()
                                 << "tiny" << 8;
 }
 
-// Whatever the file is called.
+// The name of the file does not matter.
 void VanlayoutTest::statisticalFilesAreShown()
 {
     QFETCH(QString, file);
@@ -1471,7 +1471,7 @@ void VanlayoutTest::failureInAStataFileIsReportedOnStandardError()
     QFile whole(QStringLiteral(VAN_MADE_DATA "/types-114.dta"));
     QVERIFY(whole.open(QIODevice::ReadOnly));
     const QByteArray bytes = whole.readAll();
-    // Cut off after the variables: they are shown all the same.
+    // The file ends after the variables, which are nevertheless shown.
     write("cut.dta", bytes.left(bytes.size() - 20));
     const Run cut = run({ "fields", "--format", "json", "cut.dta" });
     QCOMPARE(cut.status, fine);
@@ -1487,7 +1487,7 @@ void VanlayoutTest::failureInAStataFileIsReportedOnStandardError()
 
 void VanlayoutTest::whatIsWrittenOfAPartOfAStataFileSaysSo()
 {
-    // Cut off among the variables' own parts.
+    // The file ends within the descriptions of the variables.
     QFile whole(QStringLiteral(VAN_MADE_DATA "/types-118.dta"));
     QVERIFY(whole.open(QIODevice::ReadOnly));
     const QByteArray bytes = whole.readAll();
@@ -1524,7 +1524,7 @@ void VanlayoutTest::typeGoesByContent_data()
     QTest::addColumn<QByteArray>("head");
     QTest::addColumn<QByteArray>("kind"); // empty for a text dictionary
 
-    // Each head is a file that goes on with a text dictionary, so that it could be read as one.
+    // A text dictionary follows each head, so that the file could be read as one.
     // clang-format off
     QTest::newRow("brace")                          << QByteArray("{") << QByteArray("JSON");
     QTest::newRow("white space and a brace")        << QByteArray(" \t\r\n {") << QByteArray("JSON");
@@ -1567,7 +1567,7 @@ void VanlayoutTest::typeGoesByContent()
         const QJsonObject layout = QJsonDocument::fromJson(shown.out).object();
         QCOMPARE(layout.value("importer").toObject().value("type").toString(), QString("CSPRO8"));
         QCOMPARE(layout.value("fields").toArray().size(), 3);
-        // With a brace in front, a text dictionary is no longer read as one.
+        // A text dictionary with a leading brace is no longer read as one.
         const Run broken = show(head + '\n' + survey, { "--format", "csv" });
         QCOMPARE(broken.out, QByteArray());
         verifyComplaint(broken, "survey.dcf: no variable found");
@@ -1649,7 +1649,7 @@ void VanlayoutTest::decimalsAnswersTheQuestion_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("maximum");
 
-    // A code that is no integer becomes 0; a set that is not converted is dropped.
+    // A code that is not an integer becomes 0; a set that is not converted is omitted.
     // clang-format off
     QTest::newRow("No to All by default") << QStringList{}                      << "" << "999";
     QTest::newRow("no")                   << QStringList{"--decimals", "no"}    << "" << "999";
@@ -1664,7 +1664,7 @@ void VanlayoutTest::decimalsAnswersTheQuestion()
     QFETCH(QString, text);
     QFETCH(QString, maximum);
 
-    // Two sets: the answer holds for all of them.
+    // There are two sets; the answer applies to all of them.
     const QByteArray values = "\n[ValueSet]\nName=VS\nValue=2;Two\nValue=1.5;One and a half\n";
     const QByteArray content = oneItem("SIZE") + values + "\n[Item]\nName=WIDTH\nStart=5\nLen=3\n" + values;
     const Run shown = show(content, QStringList{ "--format", "json" } + options, display(QString()));
@@ -1848,7 +1848,7 @@ void VanlayoutTest::oldTextIsInTheEncodingOfTheLocale()
 
     QVERIFY(run({ "fields", "--format", "csv", "old.dcf" }, turkish).out.contains("SIZE," + text.toUtf8() + ','));
     QVERIFY(run({ "lookup", "--format", "json", "old.txt" }, turkish).out.contains('"' + text.toUtf8() + '"'));
-    // A text in UTF-8 is one in any locale.
+    // A text in UTF-8 is read as UTF-8 in any locale.
     write("new.dcf", oneItem("SIZE", text.toUtf8()));
     QVERIFY(run({ "fields", "--format", "csv", "new.dcf" }, turkish).out.contains("SIZE," + text.toUtf8() + ','));
     // The name of a file is in the encoding of the locale, too; with Qt 6 it is UTF-8 in every locale.
@@ -1896,7 +1896,7 @@ void VanlayoutTest::anyFileNameIsShown()
     if (!fileName.contains(QRegularExpression("[\\n\\r\\t]")))
         QVERIFY(linesOf(table.out).first().contains(fileName.toUtf8()));
 
-    // The complaint is one line for any name.
+    // The error message is one line for any name.
     const Run missing = run({ "fields", "not " + fileName });
     QCOMPARE(missing.status, noAnswer);
     QCOMPARE(linesOf(missing.err).size(), 1);

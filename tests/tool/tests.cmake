@@ -1,4 +1,4 @@
-# The command line, run as a user runs it.
+# The command line, run as by a user.
 van_add_test(tool/VanlayoutTest.cpp)
 add_dependencies(VanlayoutTest vanlayout)
 target_compile_definitions(VanlayoutTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>" VAN_VERSION="${PROJECT_VERSION}")
@@ -23,7 +23,7 @@ van_add_test(tool/VanlayoutLookupTest.cpp)
 add_dependencies(VanlayoutLookupTest vanlayout)
 target_compile_definitions(VanlayoutLookupTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
-# A disk that fails: a library that the tool loads in front of all others.
+# A disk that fails: a library that the tool loads before all others.
 add_library(failing_disk MODULE tool/FailingDisk.cpp)
 set_target_properties(failing_disk PROPERTIES CXX_EXTENSIONS OFF)
 target_compile_features(failing_disk PRIVATE cxx_std_17)
@@ -67,7 +67,7 @@ van_add_test(tool/VanlayoutOpenTest.cpp)
 add_dependencies(VanlayoutOpenTest vanlayout)
 target_compile_definitions(VanlayoutOpenTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
-# The pages, used in a browser where there is one. What the codebook reads is made for the test above.
+# The pages in a browser, if there is one. The data of the codebook are made for the test above.
 find_program(VAN_PYTHON python3)
 if(VAN_PYTHON)
     add_test(NAME CodebookBrowser COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/tool/codebook-browser.py

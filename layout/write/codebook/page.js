@@ -419,7 +419,7 @@ function excerpt(text, word)
     const at = plain.indexOf(word);
     const begin = at < 0 ? 0 : Math.max(places[at] - excerptMargin, 0);
     const end = at < 0 ? line.length : places[at + word.length] + excerptMargin;
-    const part = line.slice(begin, end).replace(/^[\udc00-\udfff]|[\ud800-\udbff]$/g, ""); // without half a surrogate pair
+    const part = line.slice(begin, end).replace(/^[\udc00-\udfff]|[\ud800-\udbff]$/g, ""); // no half a pair
     return (begin > 0 ? "…" : "") + part + (end < line.length ? "…" : "");
 }
 
