@@ -20,7 +20,7 @@ def output_of(command):
 
 
 def layout_of(program, path):
-    """The layout that a program prints; None where the file gives none."""
+    """The layout that a program prints; None if the file has none."""
     text = output_of([program, str(path)])
     layout = json.loads(text, strict=False) if text else {"error": None}
     return None if "error" in layout else {key: value for key, value in layout.items() if key not in NOT_COMPARED}

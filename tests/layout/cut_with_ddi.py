@@ -30,7 +30,7 @@ WIDEST_RECORD = 5000  # columns of variables that are compared
 
 
 class Variable:
-    """A `var`, as a reader of extracts keeps it. The first column counts from 0."""
+    """A `var` in the form in which a reader of extracts keeps it. The first column is 0-based."""
 
     def __init__(self, element):
         self.id = element.attrib["ID"]
@@ -51,7 +51,7 @@ class Variable:
 
 
 def is_readable(element):
-    """Whether a `var` has what is needed to cut it: documents and items without columns have not."""
+    """Whether a `var` has the columns to cut it; documents and items without columns do not."""
     return element.find("d:location", DDI) is not None and element.find("d:varFormat", DDI) is not None
 
 
@@ -130,7 +130,7 @@ def cut(reader, variables, line):
 
 
 class Field:
-    """An item, or one occurrence of it, where a line has it."""
+    """An item, or one occurrence of it, with its columns on a line."""
 
     def __init__(self, item, name, start):
         self.item = item
@@ -173,7 +173,7 @@ def occurrences_of(item, name, start):
 
 
 class Line:
-    """A line of data, filled field by field: subitems first, so that an item holds what its subitems hold."""
+    """A line of data, filled field by field: subitems first, so that an item contains the values of its subitems."""
 
     def __init__(self, rng, size):
         self.rng = rng
@@ -190,7 +190,7 @@ class Line:
 
     def fill(self, field):
         if any(character != " " for character in self.characters[self.columns(field)]):
-            return  # by its subitems
+            return  # its subitems have filled it
         kind = self.rng.random()
         if kind < 0.1:
             return
@@ -228,7 +228,7 @@ def written(rng, length, decimals):
 
 
 def has_overlaps(fields, record_type):
-    """Whether columns belong to two items, or to an item and the record type; subitems are not looked at."""
+    """Whether columns belong to two items, or to an item and the record type; subitems are ignored."""
     taken = set(record_type)
     for field in fields:
         if field.item.get("subitemOf"):
@@ -246,7 +246,7 @@ def has_record_types(layout):
 
 
 def is_usable(field):
-    """Whether a field has columns, and is no document, image or the like."""
+    """Whether a field has columns and is not a document, image or similar item."""
     return field.start > 0 and field.length > 0 and field.item["type"] in ("numeric", "alpha")
 
 
@@ -254,7 +254,7 @@ def is_usable(field):
 
 
 class Comparison:
-    """Cuts lines of dictionaries with their documents, and counts."""
+    """Cuts lines of dictionaries with their documents, and counts the results."""
 
     def __init__(self, program):
         self.program = program
@@ -286,7 +286,7 @@ class Comparison:
         if has_types and [group.attrib.get("rectype") for group in reader.document.groups] != types:
             self.faults.append("%s: record types are not those of the dictionary" % path)
         if len(set(types)) < len(types) or (has_types and any(" " in t or not t for t in types)):
-            return  # lines that no reader knows apart
+            return  # no reader can distinguish the lines
         ids = []
         for level in layout["levels"]:
             ids += level["ids"]
@@ -310,7 +310,7 @@ class Comparison:
             or (has_types and len(record_type) != columns["length"])
             or has_overlaps(fields, type_columns)
         ):
-            return  # a dictionary that is wrong on purpose
+            return  # a dictionary that is intentionally wrong
         size = max(end, type_columns.stop)
         for _ in range(LINES_A_RECORD):
             line = Line(self.rng, size)
@@ -331,7 +331,7 @@ class Comparison:
             try:
                 wanted[field.name] = line.value(field)
             except (ValueError, decimal.InvalidOperation):
-                pass  # a part of a number that is none itself
+                pass  # a part of a number that is not a number itself
         found = cut(reader, [v for v in variables if v.name in wanted], text)
         if list(found) != list(wanted):
             self.faults.append("%s: variables are %s, not %s" % (where, list(found)[:9], list(wanted)[:9]))

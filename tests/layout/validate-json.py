@@ -35,7 +35,7 @@ def main():
             wrong += 1
             best = jsonschema.exceptions.best_match([error])
             print(f"{document.get('file')}: {'/'.join(map(str, best.absolute_path))}: {best.message[:200]}")
-    # A file without any variable has no document of its fields.
+    # A file without variables has no document of its fields.
     if command == "show" and len(files) > 1 and len(lines) != len(files):
         print(f"{len(lines)} lines for {len(files)} files")
         wrong += 1

@@ -22,13 +22,13 @@ def find():
 
 
 class NotStarted(Exception):
-    """A browser that is here and does not run: where it may make no process of its own, for one."""
+    """A browser that is installed but does not run, for example because it may not start processes."""
 
 
 class Browser:
-    """One page of one browser. Ends the browser when its block is left."""
+    """One page of one browser. The browser ends when the `with` block is left."""
 
-    patience = 60  # seconds for an answer or a condition, far more than any takes
+    patience = 60  # seconds for a response or a condition, far more than any takes
 
     def __init__(self, program):
         self.program = program
@@ -43,7 +43,7 @@ class Browser:
         self.from_browser, to_write = os.pipe()
 
         def take_pipes():
-            # Both may have the number that the other is to get.
+            # Each descriptor may have the number that the other one must get.
             read_end, write_end = os.dup(to_read), os.dup(to_write)
             os.dup2(read_end, 3)
             os.dup2(write_end, 4)
@@ -78,7 +78,7 @@ class Browser:
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def call(self, method, **parameters):
-        """Asks the browser and gives its answer; what it tells meanwhile goes to `events`."""
+        """Sends a command and returns the response; events that arrive meanwhile are added to `events`."""
         number = next(self.numbers)
         message = {"id": number, "method": method, "params": parameters}
         if self.session:
@@ -120,7 +120,7 @@ class Browser:
         return answer["result"].get("value")
 
     def wait_for(self, condition):
-        """Waits until an expression holds."""
+        """Waits until an expression is true."""
         end = time.monotonic() + self.patience
         while not self.run(condition):
             if time.monotonic() > end:
@@ -128,8 +128,8 @@ class Browser:
             time.sleep(0.02)
 
     def click(self, element):
-        """Clicks, as a hand does, in the middle of the element that an expression gives."""
-        # What comes near to the window may be drawn then, and move the element.
+        """Clicks with the mouse in the middle of the element that is the value of an expression."""
+        # Elements that come near the window may then be drawn and move the element.
         self.run("(async () => { for (let i = 0; i < 3; ++i) { %s.scrollIntoView({ block: 'center' }); await new "
                  "Promise(requestAnimationFrame); } })()" % element)
         x, y = self.run("(() => { const r = %s.getClientRects()[0]; return [r.x + r.width / 2, r.y + r.height / 2]; "
@@ -138,7 +138,7 @@ class Browser:
             self.call("Input.dispatchMouseEvent", type=kind, x=x, y=y, button="left", clickCount=1)
 
     def type(self, text):
-        """Types into what has the focus."""
+        """Types into the element with the focus."""
         self.call("Input.insertText", text=text)
 
     def press(self, key, code=0):
@@ -148,7 +148,7 @@ class Browser:
                       **({"text": text} if text and kind == "keyDown" else {}))
 
     def look(self, width, height, scheme="light"):
-        """Sets the size of the window in pixels, and light or dark."""
+        """Sets the size of the window in pixels and the light or dark scheme."""
         self.call("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=False)
         self.call("Emulation.setEmulatedMedia", features=[{"name": "prefers-color-scheme", "value": scheme}])
 
@@ -161,7 +161,7 @@ class Browser:
         return base64.b64decode(self.call("Page.printToPDF", printBackground=False)["data"])
 
     def complaints(self):
-        """What the browser said against the page: errors of its script, what its policy forbids, and requests."""
+        """The complaints of the browser about the page: script errors, violations of its policy, and requests."""
         self.run("0")
         found = []
         for event in self.events:

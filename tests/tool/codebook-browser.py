@@ -55,7 +55,7 @@ def item(name, label, start, length, value_labels=(), kind="Numeric", more=()):
 
 
 def records(count):
-    """A dictionary of so many records of one item each."""
+    """A dictionary with a number of records of one item each."""
     return "[Dictionary]\nName=D\nRecordTypeStart=1\nRecordTypeLen=5\n\n" + "".join(
         "[Record]\nName=REC%05d\nRecordTypeValue='%05d'\n\n" % (i, i) + item("V%05d" % i, "Question", 6, 2)
         for i in range(count))
@@ -106,7 +106,7 @@ class Codebook:
         self.open(file, fragment, options)
 
     def choose(self, select, text):
-        """Picks the entry of a list whose text begins so."""
+        """Selects the entry of a list whose text begins with a text."""
         self.browser.run("(() => { const e = document.getElementById('page-%s'); e.value = [...e.options].find(o => "
                          "o.textContent.startsWith(%s)).value; e.dispatchEvent(new Event('change')); })()"
                          % (select, json.dumps(text)))
@@ -114,7 +114,7 @@ class Codebook:
     def check(self, box):
         self.browser.click("document.getElementById('page-%s')" % box)
 
-    # what a person sees
+    # visible contents
     def names(self):
         self.browser.run("new Promise(done => requestAnimationFrame(() => setTimeout(done, 50)))")
         self.browser.wait_for("[...document.querySelectorAll('.chunk')].filter(e => e.getBoundingClientRect().top < "
@@ -129,7 +129,7 @@ class Codebook:
         return self.browser.run(self.row(name) + "?.querySelector('.details')?.innerText ?? null")
 
     def current(self):
-        """The name of the variable that was gone to and can be seen."""
+        """The name of the variable that was reached by a link and is visible."""
         return self.browser.run(
             "(() => { const e = document.querySelector('article.current'); if (!e) return null; const r = "
             "e.querySelector('button.name').getBoundingClientRect(); const bar = "
@@ -425,11 +425,11 @@ class Tests:
         self.browser.run("location.hash = '#EA'")
         self.browser.wait_for("document.querySelector('article.current') !== null")
         expect(self.browser.run(unknown + ".hidden"), True)
-        self.book.open_example(fragment="#page-error")  # a part of the page, which is absent
+        self.book.open_example(fragment="#page-error")  # an absent element of the page
         expect(self.book.current(), None)
         expect(self.browser.run(unknown + ".hidden"), True)
 
-    # ------------------------------------------------------------------------------------ what is on the page
+    # ---------------------------------------------------------------------------------- contents of the page
     def head_has_title_and_facts(self):
         self.book.open_example()
         expect(self.browser.run("document.querySelector('h1').textContent"), "Population and Housing Census of Orvandia")
@@ -444,7 +444,7 @@ class Tests:
         self.book.open_made(DICTIONARY.replace("Name=D\n", "Name=D\nNote=%s\n" % note) + item("A", "One", 1, 1))
         expect(self.browser.run("document.querySelector('#page-about .note').textContent"),
                "Fieldwork\n\u05e9\u05dc\u05d5\u05dd <b>")
-        # Each line runs in its own direction.
+        # Each line has its own direction.
         expect(self.browser.run("getComputedStyle(document.querySelector('.note')).unicodeBidi"), "plaintext")
 
     def record_without_a_name_shows_its_facts(self):
@@ -894,7 +894,7 @@ RecordTypeValue='2'
         expect(" and more" in self.book.details("V14").split("Shares columns with")[1], True)
 
     def _blocks(self):
-        """Label, left, whether it is below the first, and width of each block; in widths of the first."""
+        """Label, left edge, whether it is below the first, and width of each block; in widths of the first."""
         return self.browser.run(
             "(() => { const blocks = [...document.querySelectorAll('.block')]; const first = "
             "blocks[0].getBoundingClientRect(); return blocks.map(e => { const r = e.getBoundingClientRect(); return "
@@ -1088,7 +1088,7 @@ RecordTypeValue='2'
 
     def paper_has_every_variable_with_its_details(self):
         self.book.open_example()
-        # The browser takes the page as it is when the event has been handled.
+        # The browser prints the page in the state after the event was handled.
         variables, articles, undrawn = self.browser.run(
             "(() => { dispatchEvent(new Event('beforeprint')); const count = what => "
             "document.querySelectorAll(what).length; return [count('article .details'), count('article'), "
@@ -1312,7 +1312,7 @@ def run_tests(book, made_data):
             getattr(tests, name)()
             expect(book.browser.complaints(), [])
             print("PASS  ", name)
-        except Exception as failure:  # the other tests go on
+        except Exception as failure:  # the other tests continue
             failures += 1
             print("FAIL  ", name, "\n       ", failure)
         book.browser.events.clear()

@@ -49,7 +49,7 @@ class Page:
         return head
 
     def labels(self, label):
-        """Language and text of each part; the page has no language of an only one."""
+        """Language and text of each part; the page has no language for a single part."""
         if isinstance(label, str):
             return [label]
         pairs = [part if isinstance(part, list) else (place, part) for place, part in enumerate(label)]
@@ -117,7 +117,7 @@ class Page:
             | ({"path": path} if path else {})
 
 
-# What is in the head of a page, or is on none: settings of the programs that keep a dictionary.
+# Keys that are in the head of a page or on no page: settings of the programs that maintain a dictionary.
 HEAD_KEYS = {"name": "Name", "encoding": "Encoding", "weight": "Weight"}
 KEYS_OF_NO_DATA = {"layoutVersion", "file", "format", "container", "formatVersion", "encoding", "languages", "aliases",
                    "relativePositions", "rows", "created", "modified", "decimalMark", "zeroFill", "editable", "security",
@@ -181,7 +181,7 @@ def head_differences(page, shown):
 
 
 def compare(tool, file, folder):
-    """What differs; None where the file is no layout."""
+    """The differences; None if the file has no layout."""
     answer = subprocess.run([tool, "show", "--format", "json", file], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                             check=False)
     if answer.returncode != 0:

@@ -68,7 +68,7 @@ class Page:
         self.browser.open("file://" + os.path.join(self.folder, "page.html"))
 
     def shown(self, selector):
-        """The texts of the elements that can be seen."""
+        """The texts of the visible elements."""
         return self.browser.run("[...document.querySelectorAll(%s)].filter(e => e.getClientRects().length > 0)"
                                 ".map(e => e.textContent.trim())" % json.dumps(selector))
 
@@ -94,7 +94,7 @@ ALL_ITEMS = ["SEX", "AGE → YEARS", "−GONE", "ROOF", "+WALL"]
 
 
 class Tests:
-    """Each begins with the page as it is opened."""
+    """Each test begins with the page in its initial state."""
 
     def __init__(self, page):
         self.page = page
@@ -181,7 +181,7 @@ def run_tests(page):
             getattr(Tests(page), name)()
             expect(page.browser.complaints(), [])
             print("PASS  ", name)
-        except Exception as failure:  # the other tests go on
+        except Exception as failure:  # the other tests continue
             failures += 1
             print("FAIL  ", name, "\n       ", failure)
         page.browser.events.clear()

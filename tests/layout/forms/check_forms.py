@@ -11,7 +11,7 @@ import subprocess
 import sys
 
 NO_LAYOUT = 2
-TABLES = {"csvw": "tables", "frictionless": "resources"}  # where a form has them, it wants one at least
+TABLES = {"csvw": "tables", "frictionless": "resources"}  # a form that has this key requires at least one entry
 
 
 def files_of(paths):

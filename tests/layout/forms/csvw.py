@@ -1,7 +1,7 @@
 """Structure of CSV on the Web metadata, after the W3C Recommendation "Metadata Vocabulary for Tabular Data"."""
 import re
 
-PREFIXES = {"dc", "rdfs", "schema"}  # of those that the standard knows, the ones that are written
+PREFIXES = {"dc", "rdfs", "schema"}  # prefixes of the standard that are written
 TEXTS = {"string", "normalizedString", "token", "language", "Name", "NMTOKEN", "anyURI", "xml", "html", "json"}
 NUMBERS = {"integer", "decimal", "double", "float", "number", "long", "int", "short", "byte"}
 DATES = {"date", "datetime", "dateTime", "time"}
@@ -13,7 +13,7 @@ INHERITED = {"null", "lang", "textDirection", "separator", "ordered", "default",
 
 
 class Checker:
-    """Collects what is wrong in a table group."""
+    """Collects the errors in a table group."""
 
     def __init__(self, group):
         self.group = group

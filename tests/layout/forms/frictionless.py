@@ -11,7 +11,7 @@ CONSTRAINTS = {"integer": {"required", "minimum", "maximum"}, "number": {"requir
 
 
 class Checker:
-    """Collects what is wrong in a package."""
+    """Collects the errors in a package."""
 
     def __init__(self, package):
         self.package = package

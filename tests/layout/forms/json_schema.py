@@ -2,7 +2,7 @@
 import jsonschema
 
 Validator = jsonschema.Draft202012Validator
-MOST_VALUES = 2000  # of a document that repeats a record too often: larger ones take the library long
+MOST_VALUES = 2000  # values in a document with too many records; the library takes long for larger ones
 
 
 def example_of_alternative(alternative, base):
@@ -37,7 +37,7 @@ def definition_of(schema, name):
 
 
 def example(schema):
-    """A document that the schema must take: each record once, each column with its first value."""
+    """A document that the schema must accept: each record once, each column with its first value."""
     records = {f"#/$defs/{name}": example_of_record(definition) for name, definition in schema["$defs"].items()}
     if "$ref" in schema:
         return records[schema["$ref"]]
@@ -50,8 +50,8 @@ def with_record(good, member, name, record):
 
 
 def wrong_examples(schema):
-    """Documents that the schema must not take, with the reason. Of several records that are alike in kind, one is
-    enough: the library takes long."""
+    """Documents that the schema must reject, with the reason. One of several records of the same kind is enough,
+    because the library takes long."""
     good = example(schema)
     yield {**good, "no column of this file": 1}, "another member"
     yield [good], "a list of cases"

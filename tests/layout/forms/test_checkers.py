@@ -27,7 +27,7 @@ PACKAGE = {"$schema": "https://datapackage.org/profiles/2.0/datapackage.json", "
 
 
 def changed(document, path, value):
-    """A copy with another value at a path; None removes."""
+    """A copy with another value at a path; None removes the value."""
     copied = copy.deepcopy(document)
     target = copied
     for step in path[:-1]:
