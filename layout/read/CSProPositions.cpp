@@ -46,7 +46,7 @@ public:
 
 private:
     bool isRelative;
-    int start = 0; ///< of the last item that is no subitem
+    int start = 0; ///< start of the last item that is not a subitem
 };
 
 // The columns of the ids of all levels, and of the record type among them.

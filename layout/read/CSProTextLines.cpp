@@ -18,7 +18,7 @@ struct Encoding {
     const char *name;
     QByteArray mark;
     int unitSize; ///< bytes of a code unit
-    int lowByte;  ///< index in its unit of the byte that a character of ASCII has
+    int lowByte;  ///< index of the byte of an ASCII character within its code unit
     Decode decode;
 };
 

@@ -26,7 +26,7 @@ using stat::Collector;
 struct StatFormat {
     Format format;
     readstat_error_t (*parse)(readstat_parser_t *parser, const char *path, void *context);
-    const char *name; ///< within a message
+    const char *name; ///< in messages
 };
 
 // clang-format off
@@ -112,7 +112,7 @@ Format formatOf(const QByteArray &head)
     return isPortable(head) ? Format::SpssPortable : Format::None;
 }
 
-/// While an object exists, ReadStat writes characters of portable files in UTF-8 on this thread; it does so in the
+/// While an object exists, ReadStat writes characters of portable files in UTF-8 on this thread, because it uses the
 /// encoding of the locale.
 class Utf8Locale
 {

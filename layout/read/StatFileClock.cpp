@@ -15,9 +15,9 @@ namespace
 // The location of the date and time in a file. The parts of the pattern are named; seconds may be absent.
 struct ClockPlace {
     const char *pattern;
-    int century; ///< years of two digits below it are those from 2000 on
-    int begin;   ///< of the bytes that are searched
-    int size;    ///< of them; -1 for all
+    int century; ///< years of two digits below this number are years from 2000 on
+    int begin;   ///< index of the first byte that is searched
+    int size;    ///< number of bytes that are searched; -1 for all
 };
 
 // clang-format off

@@ -23,7 +23,7 @@ constexpr int wrapperSize = 36; // bytes before the signature of an encrypted SP
 struct Signature {
     QByteArray begin;
     const char *name;
-    const char *advice = ""; ///< what to do, after the name
+    const char *advice = ""; ///< advice for the user, appended to the name
 };
 
 template <size_t count> const Signature *findSignature(const Signature (&signatures)[count], const QByteArray &head)

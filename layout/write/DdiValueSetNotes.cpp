@@ -66,7 +66,7 @@ private:
         return notes.first();
     }
 
-    KeyedMap<QString, int> places; ///< by language, in the notes
+    KeyedMap<QString, int> places; ///< index in the notes by language
 };
 
 } // namespace

@@ -28,7 +28,7 @@ struct Label {
 };
 
 struct Item {
-    char *head; /* the members in front of the value sets */
+    char *head; /* the members before the value sets */
     char *set;
 };
 
@@ -73,7 +73,7 @@ static void printString(FILE *out, const char *text)
     fputc('"', out);
 }
 
-/* ,"key":"text" where the text is not empty */
+/* Writes ,"key":"text" if the text is not empty. */
 static void printText(FILE *out, const char *key, const char *text)
 {
     if (!text || !*text)
@@ -148,7 +148,7 @@ static void printNumber(FILE *out, double number)
 /* --- Values --------------------------------------------------------------------------------------------------------
  */
 
-/* SPSS marks an open end of a range by the numbers at the ends of what a double holds. */
+/* SPSS marks an open end of a range by the numbers with the largest magnitude of a double. */
 static double openEnd(double number)
 {
     if (number >= DBL_MAX)
@@ -211,14 +211,14 @@ static const char *storageOf(readstat_type_t type)
     }
 }
 
-/* The first run of digits in a format, -1 without one. */
+/* The first run of digits in a format; -1 if there is none. */
 static long widthIn(const char *format)
 {
     const char *digits = format + strcspn(format, "0123456789");
     return *digits ? strtol(digits, NULL, 10) : -1;
 }
 
-/* The digits behind the last mark of a format, when only letters follow. */
+/* The digits after the last mark of a format if only letters follow. */
 static long decimalsIn(const char *format)
 {
     const char *mark = NULL;
@@ -293,7 +293,7 @@ static void printItem(FILE *out, enum Form form, readstat_variable_t *variable)
     printMissing(out, variable);
 }
 
-/* --- What ReadStat hands over --------------------------------------------------------------------------------------
+/* --- Handlers of ReadStat ------------------------------------------------------------------------------------------
  */
 
 static int onMetadata(readstat_metadata_t *metadata, void *context)
@@ -520,7 +520,7 @@ int main(int count, char **arguments)
         fputs("usage: plain_readstat FILE\n", stderr);
         return 2;
     }
-    setenv("TZ", "UTC", 1); /* a wall clock goes through mktime and localtime unchanged */
+    setenv("TZ", "UTC", 1); /* mktime and localtime then do not change a local time */
     struct Layout layout = { .form = formOfFile(arguments[1]), .rows = -1 };
     const readstat_error_t result = readFile(arguments[1], &layout);
     const bool isRead = result == READSTAT_OK || layout.itemCount > 0;

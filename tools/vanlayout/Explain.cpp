@@ -32,11 +32,11 @@ constexpr int gap = 2;            // blanks between columns
 /// One file, its type, and its report.
 struct Explanation {
     QString file;
-    QString type;  ///< as --type takes it; "" where it was not found out
-    QString title; ///< of that type
+    QString type;  ///< value of --type; "" if it is unknown
+    QString title; ///< title of that type
     QString problem;
     ReadReport report;
-    vanlayout::Layout layout; ///< exact; of a file that can be read twice
+    vanlayout::Layout layout; ///< exact layout; only of a file that can be read twice
 };
 
 // Checks a lookup file only for its notes.
@@ -151,7 +151,7 @@ private:
         QString line;
         QString variable;
         QString text;
-        QString instead; ///< what the file truly has; empty where that is not known
+        QString instead; ///< what the file states instead; empty if unknown
     };
 
     void printSeverity(NoteSeverity severity, const ReadReport &report, const NotesByKind &notes, ExactItems &items)
@@ -238,7 +238,7 @@ private:
     }
 
     std::FILE *out;
-    int width; ///< columns; 0 for no bound
+    int width; ///< columns; 0 for no limit
     bool showsAll;
     bool isFirst = true;
 };

@@ -362,7 +362,7 @@ private:
     ItemSelection selection;
     ReadOptions readOptions;
     QStringList files;
-    std::map<int, Layout> kept; ///< by the index of their file
+    std::map<int, Layout> kept; ///< layouts by the index of their file
     std::unique_ptr<LayoutPrinter> printer;
 };
 

@@ -90,7 +90,7 @@ def short(value):
 
 
 def comparable(layout):
-    """Without problems, which each reader words in its own way."""
+    """A layout without its problems, because each reader has its own messages."""
     layout = dict(layout)
     layout.pop("problems", None)
     if not layout["format"].startswith("cspro-"):
@@ -99,7 +99,7 @@ def comparable(layout):
 
 
 def extras_differences(format, naive_extras, tool_extras):
-    """Extras are compared in no order, as theirs is not laid down."""
+    """The order of extras is ignored, because it is not defined."""
     comparable_extra = comparable_json_extra if format == "cspro-json" else dict
     naive_ones = Counter(json.dumps(comparable_extra(extra), ensure_ascii=False) for extra in naive_extras)
     tool_ones = Counter(json.dumps(comparable_extra(extra), ensure_ascii=False) for extra in tool_extras)
@@ -110,7 +110,7 @@ def extras_differences(format, naive_extras, tool_extras):
 
 
 def comparable_json_extra(extra):
-    """White space and escapes of a JSON spelling are free; so is the place of a key that came twice."""
+    """White space and escapes in a JSON spelling are ignored, as is the path of a repeated key."""
     extra = dict(extra)
     try:
         extra["value"] = naive_json.spelling(naive_json.JsonParser(extra["value"]).parse())
@@ -161,8 +161,8 @@ def compare_layouts(naive_one, tool_one):
 
 
 def run_tool(tool, files):
-    """What the tool prints of each file: an object, or a text that says why there is none."""
-    # A single file that gives no layout prints nothing, so there are always two.
+    """The output of the tool for each file: an object, or a text with the reason why there is none."""
+    # Nothing is printed for a single file without a layout, so there are always two files.
     alone = len(files) == 1
     call = [tool, "show", "--format", "json", *map(str, files * 2 if alone else files)]
     run = subprocess.run(call, stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
@@ -280,7 +280,7 @@ class Comparison:
 
 
 def plain_layout(plain, file):
-    """What the plain program prints, without what it does not know: extras are of the tool alone."""
+    """The output of the plain program, which has no extras."""
     run = subprocess.run([plain, str(file)], stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
     if run.returncode != 0:
         return {"file": str(file), "error": run.stderr.decode(errors="replace").strip()}

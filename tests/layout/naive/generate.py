@@ -330,7 +330,7 @@ class Case:
 
 
 def mutated(data, seed, number):
-    """A dictionary with a few lines or bytes left out, doubled, moved or changed; the first line stays."""
+    """A dictionary with a few lines or bytes removed, doubled, moved or changed; the first line is unchanged."""
     rng = random.Random("mutated/%d/%d" % (seed, number))
     lines = data.split(b"\n")
     for _ in range(rng.randint(1, 4)):

@@ -269,7 +269,7 @@ class TextWriter:
         return next(i for i, other in enumerate(self.lines) if other is line)
 
     def places(self, count):
-        """Indexes where a line can be put: behind the first section's line."""
+        """Indexes at which a line can be inserted: after the line of the first section."""
         return sorted((self.rng.randint(1, len(self.lines)) for _ in range(count)), reverse=True)
 
     def section_starts(self):
@@ -408,7 +408,7 @@ class TextWriter:
             self.insert(self.rng.choice(self.section_starts()), *lines)
 
     def dirt_misplacedSections(self):
-        """A section that is moved, left out or there twice."""
+        """A section that is moved, removed or repeated."""
         starts = self.section_starts()
         at = self.rng.randrange(len(starts) - 1)
         block = self.lines[starts[at] : starts[at + 1]]
@@ -583,7 +583,7 @@ class TextWriter:
         return self.rng.choice(["\n", "\r\n"]) if "lineEnds" in self.kinds else "\n"
 
     def physical(self, line):
-        """The physical lines of a logical one, with comments and empty lines in front."""
+        """The physical lines of a logical one, with comments and empty lines before them."""
         if line is not self.lines[0]:
             if self.has("comments", 0.1):
                 yield self.rng.choice([".comment", " . [Item]", ".Label=x", "."])

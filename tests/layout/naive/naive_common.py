@@ -57,7 +57,7 @@ class OccurrenceLabel:
 
 @dataclass
 class Named:
-    """What dictionary, level, record, item and value set have in common."""
+    """The common members of dictionary, level, record, item and value set."""
 
     parent: Any = None
     name: str = ""
@@ -148,7 +148,7 @@ class Relation:
 
 @dataclass
 class Extra:
-    """What the file says and no member of the model holds."""
+    """A statement of the file for which the model has no member."""
 
     element: Any  # the element that holds the key
     key: str
@@ -190,7 +190,7 @@ class Layout(Named):
 
 
 def ascii_lower(text):
-    """Keys and words are compared without regard to the case of the letters A to Z."""
+    """Keys and words are compared ignoring the case of the letters A to Z."""
     return "".join(chr(ord(c) + 32) if "A" <= c <= "Z" else c for c in text)
 
 
@@ -199,12 +199,12 @@ def cut_end(text):
 
 
 def without_surrogates(text):
-    """Half a surrogate pair is no character: it is shown as U+FFFD."""
+    """Half a surrogate pair is not a character and is replaced by U+FFFD."""
     return "".join("\N{REPLACEMENT CHARACTER}" if "\ud800" <= c <= "\udfff" else c for c in text)
 
 
 def first_character(data):
-    """The first character of the file behind a mark and white space, None if there is none."""
+    """The first character of the file after a mark and white space; None if there is none."""
     for mark, codec in ((b"\xef\xbb\xbf", "utf-8"), (b"\xff\xfe", "utf-16le"), (b"\xfe\xff", "utf-16be")):
         if data.startswith(mark):
             text = data[len(mark) :].decode(codec, "replace")
@@ -215,11 +215,11 @@ def first_character(data):
     return text[0] if text else None
 
 
-# --- What holds for the whole layout ----------------------------------------------------------------------------------
+# --- Rules for the whole layout ---------------------------------------------------------------------------------------
 
 
 def records_and_ids(layout):
-    """Everything that holds items, in the order of the file."""
+    """All lists of items, in the order of the file."""
     for level in layout.levels:
         yield level.ids
         yield from level.records
@@ -231,7 +231,7 @@ def all_items(layout):
 
 
 def name_items_of_subitems(layout):
-    """A subitem belongs to the nearest item before it in its record that is no subitem."""
+    """A subitem belongs to the nearest item before it in its record that is not a subitem."""
     for holder in records_and_ids(layout):
         parent = None
         for item in holder.items:

@@ -75,7 +75,7 @@ class JsonParser:
         return value
 
     def peek(self):
-        """The next character behind white space and comments, "" at the end."""
+        """The next character after white space and comments; "" at the end."""
         self.position = SPACE.match(self.text, self.position).end()
         return self.text[self.position : self.position + 1]
 
@@ -269,7 +269,7 @@ class Members:
         return elements
 
     def inside(self, node, known, name):
-        """The members of an object without a name that stands in this one."""
+        """The members of an object without a name within this one."""
         return Members(self.layout, self.element, node, known, self.prefix + name + ".")
 
     def object(self, key, known):
@@ -364,7 +364,7 @@ class JsonReader:
 
     @staticmethod
     def read_file_type(members):
-        """The words that every dictionary has say nothing; another software is kept, another type is no dictionary."""
+        """The usual words are ignored; any other software is kept, a file of any other type is not a dictionary."""
         if members.get("software", to_text, "CSPro") != "CSPro":
             members.keep("software", members.values["software"])
         if members.get("fileType", to_text, "dictionary") != "dictionary":
@@ -572,7 +572,7 @@ def to_range(node) -> Any:
 
 
 def place_items(layout):
-    """Gives every item its first column; one that is stored counts."""
+    """Sets the first column of each item; a stored one has precedence."""
     next_column = place_ids(layout) if layout.relative_positions else None
     for level in layout.levels:
         if next_column is None:
@@ -582,7 +582,7 @@ def place_items(layout):
 
 
 def place_ids(layout):
-    """Lays out the ids of all levels around the record type; the column behind all of them."""
+    """Lays out the ids of all levels around the record type. Returns the column after all of them."""
     type_start, type_length = layout.record_type_start, layout.record_type_length
     type_is_placed = type_start <= 0
     next_column = 1
@@ -602,7 +602,7 @@ def place_ids(layout):
 
 
 def place_in_record(items, next_column):
-    """Items one behind the other from `next_column`; only as stored where it is None."""
+    """Lays out items one after another from `next_column`; if it is None, only stored columns are set."""
     parent = None
     for item in items:
         place(item, parent, next_column)

@@ -68,7 +68,7 @@ def decode(data):
 
 
 def physical_lines(text):
-    """The lines without their ends; a carriage return is part of the end in front of a line feed or the file's end."""
+    """The lines without their ends. A carriage return before a line feed or the end of the file is part of the end."""
     if "\n" not in text:
         text = text.replace("\r", "\n")
     return [line[:-1] if line.endswith("\r") else line for line in text.split("\n")]
@@ -148,7 +148,7 @@ def to_ranges(text):
 
 
 def code(text, position, ends):
-    """One code that begins at `position`, and the position behind it."""
+    """One code that begins at `position`, and the position after it."""
     quote = text[position : position + 1]
     if quote in ("'", '"') and quote:
         end = text.find(quote, position + 1)
@@ -254,7 +254,7 @@ class TextReader:
         return self.open(self.level, self.set_in_level)
 
     def need_level(self):
-        """Ids, records and items in front of the first level are in a level without a name."""
+        """Ids, records and items before the first level are in a level without a name."""
         if self.level is None:
             self.begin_level()
 
@@ -508,7 +508,7 @@ def labels_of_item(item):
 
 
 def version(text):
-    """What follows "CSPro "; another text is kept whole."""
+    """The text after "CSPro "; any other text is kept unchanged."""
     return text[len("CSPro ") :].strip(WHITE_SPACE) if text.startswith("CSPro ") else text
 
 

@@ -1,4 +1,4 @@
-"""Checks of the naive readers themselves: python3 -m unittest in this folder."""
+"""Tests of the naive readers: python3 -m unittest in this directory."""
 
 import json
 import pathlib

@@ -22,7 +22,7 @@ def normalised(layout):
         "problems",
     ):
         layout.pop(key, None)
-    # The JSON form has no languages where English is the only one.
+    # The JSON form has no languages if English is the only one.
     if layout.get("languages") == [{"name": "EN", "label": "English"}]:
         del layout["languages"]
     normalise_named(layout)
