@@ -24,7 +24,8 @@ struct VANLAYOUT_EXPORT Problem {
     QString id;   ///< stable word of letters a to z, digits and hyphens
     int line = 0; ///< 1-based line of a text file; 0 if there is none
     /// The element by its name: `LEVEL/RECORD/ITEM/VALUESET/#value`, where `#value` is 1-based and the record of id
-    /// items is `(ids)`, or `relations/NAME`; `//ITEM` in a statistical file. Empty for the file as a whole.
+    /// items is `(ids)`, or `relations/NAME`; `//ITEM` in a statistical file. Names of a dictionary are truncated to
+    /// 200 characters. Empty for the file as a whole.
     QString path;
     QString message; ///< one line: the fact, then how to correct it if that helps
 };

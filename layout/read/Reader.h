@@ -30,8 +30,8 @@ struct VANLAYOUT_EXPORT ReadOptions {
 VANLAYOUT_EXPORT Layout readLayout(const QString &path, const ReadOptions &options = {});
 
 /// Reads the layout from \a device, which must be open for reading, from its current position to its end. A sequential
-/// device, such as a pipe, is read into memory completely, up to 1 GiB. \a name becomes `Layout::file` and names the
-/// file in messages.
+/// device, such as a pipe, is read into memory completely, up to 1 GiB. \a name becomes `Layout::file`; messages do not
+/// contain it.
 VANLAYOUT_EXPORT Layout readLayout(QIODevice &device, const QString &name, const ReadOptions &options = {});
 
 } // namespace vanlayout
