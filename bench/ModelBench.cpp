@@ -1,8 +1,8 @@
 // The cost of the records: a search in a hierarchy, and copies.
 
 #ifdef __GNUC__
-#pragma GCC diagnostic ignored                                                                                         \
-    "-Wdelete-non-virtual-dtor" // the static type of a deleted entity is always its dynamic one
+// The static type of a deleted entity is always its dynamic one.
+#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor"
 #endif
 
 #include "model/Entity.h"
