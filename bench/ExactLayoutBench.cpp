@@ -28,10 +28,10 @@ ProcessRunner *processRunner = nullptr;
 // A generated dictionary on disk. It is removed when the program ends.
 QString dictionaryFile(const Form &form, const benchmark::State &state)
 {
-    static const QTemporaryDir folder;
+    static const QTemporaryDir directory;
     const QString name
         = QStringLiteral("%1-%2x%3.dcf").arg(QLatin1String(form.name)).arg(state.range(0)).arg(state.range(1));
-    QFile file(folder.filePath(name));
+    QFile file(directory.filePath(name));
     if (!file.exists() && file.open(QIODevice::WriteOnly))
         file.write(form.generate(int(state.range(0)), int(state.range(1))));
     return file.fileName();

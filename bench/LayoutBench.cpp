@@ -59,10 +59,10 @@ ProcessRunner *processRunner = nullptr;
 // A generated dictionary on disk. It is removed when the program ends.
 QString dictionaryFile(const Form &form, const benchmark::State &state)
 {
-    static const QTemporaryDir folder;
+    static const QTemporaryDir directory;
     const QString name
         = QStringLiteral("%1-%2x%3.dcf").arg(QLatin1String(form.name)).arg(state.range(0)).arg(state.range(1));
-    QFile file(folder.filePath(name));
+    QFile file(directory.filePath(name));
     if (!file.exists() && file.open(QIODevice::WriteOnly))
         file.write(form.generate(int(state.range(0)), int(state.range(1))));
     return file.fileName();
@@ -133,8 +133,8 @@ void wholeProcess(benchmark::State &state, const Form &form)
 // The value of each group of an importer that has opened a dictionary with this number of records.
 void groupValues(benchmark::State &state)
 {
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("records.dcf")));
+    const QTemporaryDir directory;
+    QFile file(directory.filePath(QStringLiteral("records.dcf")));
     if (file.open(QIODevice::WriteOnly))
         file.write(generatedRecords(int(state.range(0))));
     file.close();

@@ -22,8 +22,8 @@ ProcessRunner *processRunner = nullptr;
 // A generated file on disk. It is removed when the program ends.
 QString lookupFile(LookupKeys keys, const benchmark::State &state)
 {
-    static const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("%1-%2.txt").arg(int(keys)).arg(state.range(0)));
+    static const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("%1-%2.txt").arg(int(keys)).arg(state.range(0)));
     if (!QFile::exists(path))
         generateLookup(keys, int(state.range(0)), path);
     return path;

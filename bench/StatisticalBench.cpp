@@ -17,13 +17,13 @@ ProcessRunner *processRunner = nullptr;
 // A generated file on disk. It is removed when the program ends.
 QString statFile(const StatFileShape &shape)
 {
-    static const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("%1x%2%3-%4.%5")
-                                             .arg(shape.variables)
-                                             .arg(shape.labels)
-                                             .arg(QLatin1String(shape.isOneSet ? "shared" : ""))
-                                             .arg(shape.rows)
-                                             .arg(QLatin1String(shape.kind == StatFile::dta ? "dta" : "sav")));
+    static const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("%1x%2%3-%4.%5")
+                                                .arg(shape.variables)
+                                                .arg(shape.labels)
+                                                .arg(QLatin1String(shape.isOneSet ? "shared" : ""))
+                                                .arg(shape.rows)
+                                                .arg(QLatin1String(shape.kind == StatFile::dta ? "dta" : "sav")));
     if (!QFile::exists(path))
         generateStatFile(shape, path);
     return path;

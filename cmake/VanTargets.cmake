@@ -49,21 +49,21 @@ endif()
 # four build steps and one source to each test.
 function(van_moc target source)
     get_filename_component(name ${source} NAME_WE)
-    set(folder ${CMAKE_CURRENT_BINARY_DIR}/moc)
-    set(predefined ${folder}/predefined.h)
+    set(directory ${CMAKE_CURRENT_BINARY_DIR}/moc)
+    set(predefined ${directory}/predefined.h)
     if(NOT TARGET van_moc_predefined)
         add_custom_command(OUTPUT ${predefined}
             COMMAND ${CMAKE_CXX_COMPILER} -dM -E -x c++ ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/empty.h -o ${predefined} VERBATIM)
         add_custom_target(van_moc_predefined DEPENDS ${predefined})
     endif()
     set(directories "$<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>")
-    file(GENERATE OUTPUT ${folder}/${name}.arguments CONTENT
-        "$<$<BOOL:${directories}>:-I$<JOIN:${directories},\n-I>\n>--include\n${predefined}\n-o\n${folder}/${name}.moc\n${CMAKE_CURRENT_SOURCE_DIR}/${source}\n")
-    add_custom_command(OUTPUT ${folder}/${name}.moc COMMAND ${VAN_QT}::moc @${folder}/${name}.arguments
-        DEPENDS ${source} ${folder}/${name}.arguments ${predefined} VERBATIM)
+    file(GENERATE OUTPUT ${directory}/${name}.arguments CONTENT
+        "$<$<BOOL:${directories}>:-I$<JOIN:${directories},\n-I>\n>--include\n${predefined}\n-o\n${directory}/${name}.moc\n${CMAKE_CURRENT_SOURCE_DIR}/${source}\n")
+    add_custom_command(OUTPUT ${directory}/${name}.moc COMMAND ${VAN_QT}::moc @${directory}/${name}.arguments
+        DEPENDS ${source} ${directory}/${name}.arguments ${predefined} VERBATIM)
     add_dependencies(${target} van_moc_predefined)
-    target_sources(${target} PRIVATE ${folder}/${name}.moc)
-    target_include_directories(${target} PRIVATE ${folder})
+    target_sources(${target} PRIVATE ${directory}/${name}.moc)
+    target_include_directories(${target} PRIVATE ${directory})
 endfunction()
 
 # The headers that most tests include, compiled once for all of them (VAN_PRECOMPILED_HEADERS).
@@ -86,7 +86,7 @@ endfunction()
 # internal classes of src/, and of layout/ if it is in tests/layout/. Its label is the name of its directory.
 function(van_add_test source)
     get_filename_component(name ${source} NAME_WE)
-    get_filename_component(room ${source} DIRECTORY)
+    get_filename_component(directory ${source} DIRECTORY)
     add_executable(${name} ${source})
     van_own_code(${name})
     van_moc(${name} ${source})
@@ -97,11 +97,11 @@ function(van_add_test source)
         VAN_EXAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/../examples"
         VAN_CORPUS="${VAN_CORPUS_DIR}")
     target_link_libraries(${name} PRIVATE van_objects ${VAN_QT}::Test van_fast_link)
-    if(room STREQUAL layout)
+    if(directory STREQUAL layout)
         target_link_libraries(${name} PRIVATE vanlayout_objects RapidJSON::RapidJSON)
     endif()
     add_test(NAME ${name} COMMAND ${name})
-    van_test_properties(${name} ${room})
+    van_test_properties(${name} ${directory})
 endfunction()
 
 # Sets label, timeout and environment of a test that CTest runs. All leaks are reported except those in the list

@@ -53,11 +53,11 @@ void makeHousehold(StatFile file, const Formats &formats, readstat_type_t code, 
 int main(int argc, char **argv)
 {
     if (argc != 2) {
-        std::fprintf(stderr, "usage: %s FOLDER\n", argv[0]);
+        std::fprintf(stderr, "usage: %s DIRECTORY\n", argv[0]);
         return 2;
     }
-    const std::string folder = std::string(argv[1]) + '/';
-    makeHousehold(StatFile(StatFile::savOfRows), spssFormats, READSTAT_TYPE_DOUBLE, folder + "household.sav");
-    makeHousehold(StatFile(StatFile::dta, 118), stataFormats, READSTAT_TYPE_INT16, folder + "household.dta");
+    const std::string directory = std::string(argv[1]) + '/';
+    makeHousehold(StatFile(StatFile::savOfRows), spssFormats, READSTAT_TYPE_DOUBLE, directory + "household.sav");
+    makeHousehold(StatFile(StatFile::dta, 118), stataFormats, READSTAT_TYPE_INT16, directory + "household.dta");
     return 0;
 }

@@ -116,7 +116,7 @@ Layout readLayout(const QString &path, const ReadOptions &options)
     layout.file = path;
     QFile file(path);
     if (QFileInfo(path).isDir())
-        Diagnostics(layout).fail("cannot-open", QStringLiteral("is a folder"));
+        Diagnostics(layout).fail("cannot-open", QStringLiteral("is a directory"));
     else if (!file.open(QIODevice::ReadOnly))
         Diagnostics(layout).fail("cannot-open", QStringLiteral("cannot be opened: %1").arg(file.errorString()));
     else if (file.isSequential())

@@ -9,7 +9,7 @@
 namespace
 {
 
-enum FileStatus { fileIsWritable = 0, pathIsEmpty = 1, noFolder = 2, noFile = 3, fileIsNotWritable = 4 };
+enum FileStatus { fileIsWritable = 0, pathIsEmpty = 1, noDirectory = 2, noFile = 3, fileIsNotWritable = 4 };
 
 constexpr qint64 kilobyte = 1024;
 
@@ -23,7 +23,7 @@ int UtilFiles::GetFileStatus(QString path)
     if (path.isEmpty())
         return pathIsEmpty;
     if (!QDir(GetFileDir(path)).exists())
-        return noFolder;
+        return noDirectory;
     if (!QFile(path).exists())
         return noFile;
     // Root may write every file, and may run the tests.
@@ -74,9 +74,9 @@ QString UtilFiles::getDataBaseEntityFilePath(QString path)
         return path;
     const QLatin1Char slash('/');
     const QFileInfo info(path);
-    const QString folder = info.absolutePath();
-    const int lastSlash = folder.lastIndexOf(slash);
-    const QString head = folder.left(lastSlash);
+    const QString directory = info.absolutePath();
+    const int lastSlash = directory.lastIndexOf(slash);
+    const QString head = directory.left(lastSlash);
     const QString shortened = head.left(head.lastIndexOf(slash));
-    return QDir::toNativeSeparators(shortened + folder.mid(lastSlash) + slash + info.fileName());
+    return QDir::toNativeSeparators(shortened + directory.mid(lastSlash) + slash + info.fileName());
 }

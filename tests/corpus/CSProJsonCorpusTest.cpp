@@ -28,7 +28,7 @@ private Q_SLOTS:
     void everyFileIsRead();
 
 private:
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 namespace
@@ -223,7 +223,7 @@ void CSProJsonCorpusTest::initTestCase()
 {
     if (!QFileInfo(corpus).isDir())
         QSKIP("the corpus of dictionaries is not on this machine");
-    QVERIFY(folder.isValid());
+    QVERIFY(directory.isValid());
     QVERIFY(QFileInfo(QStringLiteral(VAN_TOOL)).isExecutable());
     qputenv("LC_ALL", "C.UTF-8");
     qunsetenv("QT_LOGGING_RULES");
@@ -245,7 +245,7 @@ void CSProJsonCorpusTest::everyFileIsRead()
     const QByteArray bytes = contentOf(fileName);
     const json document = json::parse(bytes.constData(), bytes.constData() + bytes.size(), nullptr, false);
     QVERIFY(document.is_object());
-    const MeasuredRun run = showAsJson(fileName, folder);
+    const MeasuredRun run = showAsJson(fileName, directory);
     QVERIFY2(run.isInTime, "took too long");
     QVERIFY2(WIFEXITED(run.status), run.err.constData());
     if (measuresMemory) {

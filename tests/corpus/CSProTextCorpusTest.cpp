@@ -24,7 +24,7 @@ private Q_SLOTS:
     void everyFileWithAKnownErrorIsThere();
 
 private:
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 namespace
@@ -169,7 +169,7 @@ void CSProTextCorpusTest::initTestCase()
 {
     if (!QFileInfo(corpus).isDir())
         QSKIP("the corpus of dictionaries is not on this machine");
-    QVERIFY(folder.isValid());
+    QVERIFY(directory.isValid());
     QVERIFY(QFileInfo(QStringLiteral(VAN_TOOL)).isExecutable());
     qputenv("LC_ALL", "C.UTF-8");
     qunsetenv("QT_LOGGING_RULES");
@@ -190,7 +190,7 @@ void CSProTextCorpusTest::everyFileIsRead()
 
     const QByteArray bytes = contentOf(fileName);
     QVERIFY(!bytes.isEmpty());
-    const MeasuredRun run = showAsJson(fileName, folder);
+    const MeasuredRun run = showAsJson(fileName, directory);
     QVERIFY2(run.isInTime, "took too long");
     QVERIFY2(WIFEXITED(run.status), run.err.constData());
     if (measuresMemory) {

@@ -235,11 +235,11 @@ private Q_SLOTS:
     void everyFileIsRead_data()
     {
         QTest::addColumn<QString>("path");
-        for (const QString &room : { QStringLiteral("spss"), QStringLiteral("stata") }) {
-            const QStringList files = corpusFiles(room);
+        for (const QString &directory : { QStringLiteral("spss"), QStringLiteral("stata") }) {
+            const QStringList files = corpusFiles(directory);
             QVERIFY(!files.isEmpty());
             for (const QString &file : files)
-                QTest::newRow(qPrintable(room + '/' + QFileInfo(file).fileName())) << file;
+                QTest::newRow(qPrintable(directory + '/' + QFileInfo(file).fileName())) << file;
         }
     }
     void everyFileIsRead()

@@ -140,13 +140,13 @@ private Q_SLOTS:
     void fileThatCannotBeOpenedGivesAnEmptyDictionary_data()
     {
         QTest::addColumn<QString>("fileName");
-        QTest::newRow("missing file") << folder.filePath("missing.dcf");
-        QTest::newRow("missing folder") << folder.filePath("missing/missing.dcf");
-        QTest::newRow("folder") << folder.path();
+        QTest::newRow("missing file") << directory.filePath("missing.dcf");
+        QTest::newRow("missing directory") << directory.filePath("missing/missing.dcf");
+        QTest::newRow("directory") << directory.path();
         QTest::newRow("empty path") << QString("");
         QTest::newRow("null path") << QString();
-        QTest::newRow("path with a NUL character") << folder.path() + QChar(u'\0') + "x";
-        QTest::newRow("long path") << folder.filePath(QString(100000, 'x'));
+        QTest::newRow("path with a NUL character") << directory.path() + QChar(u'\0') + "x";
+        QTest::newRow("long path") << directory.filePath(QString(100000, 'x'));
     }
 
     void fileThatCannotBeOpenedGivesAnEmptyDictionary()
@@ -163,14 +163,14 @@ private Q_SLOTS:
     void fileThatCannotBeOpenedLeavesWhatWasReadBefore()
     {
         OwnedDictionary dictionary({ "[Dictionary]", "Name=D", "[Item]", "Name=A" });
-        dictionary.readFile(folder.filePath("missing.dcf"));
+        dictionary.readFile(directory.filePath("missing.dcf"));
         QCOMPARE(dictionary.name, QString("D"));
         QCOMPARE(dictionary.itemNames(), QStringList("A"));
     }
 
     void fileTooLargeToHoldEndsInCode242()
     {
-        QFile file(folder.filePath("large.dcf"));
+        QFile file(directory.filePath("large.dcf"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         // takes no space on the disk
         QVERIFY(file.resize((qint64(1) << 30) + 1));
@@ -239,7 +239,7 @@ private Q_SLOTS:
 
     void endOfReadingAFileTooLargeIsReported()
     {
-        QFile file(folder.filePath("large.dcf"));
+        QFile file(directory.filePath("large.dcf"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         QVERIFY(file.resize((qint64(1) << 30) + 1));
         file.close();
@@ -616,7 +616,7 @@ private Q_SLOTS:
     void dictionaryCutAnywhereIsReadAsFarAsItGoes()
     {
         QFETCH(QByteArray, whole);
-        QFile file(folder.filePath("growing.dcf"));
+        QFile file(directory.filePath("growing.dcf"));
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered));
         const DebugCapture log;
         int itemsBefore = 0;
@@ -737,7 +737,7 @@ private Q_SLOTS:
 private:
     QString write(const QByteArray &bytes) const
     {
-        QFile file(folder.filePath("input.dcf"));
+        QFile file(directory.filePath("input.dcf"));
         if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
             qFatal("cannot write the test file");
         return file.fileName();
@@ -789,7 +789,7 @@ private:
         QCOMPARE(dictionary.currentRecord, dictionary.commonRecord);
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_GUILESS_MAIN(CSProBadInputTest)

@@ -932,7 +932,7 @@ private Q_SLOTS:
         for (const char *importer : { "text", "json" }) {
             QTest::addRow("%s: no name", importer) << importer << QString();
             QTest::addRow("%s: no such file", importer) << importer << VAN_TEST_DATA "/no-such-file.dcf";
-            QTest::addRow("%s: a folder", importer) << importer << VAN_TEST_DATA;
+            QTest::addRow("%s: a directory", importer) << importer << VAN_TEST_DATA;
         }
     }
     void openingIsAlwaysTrue()

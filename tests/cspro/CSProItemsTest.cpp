@@ -378,12 +378,12 @@ private Q_SLOTS:
 
     void secondReadAppendsAndCarriesTheCursorsOver()
     {
-        const QTemporaryDir folder;
+        const QTemporaryDir directory;
         const QString first
-            = write(folder, "first.dcf",
+            = write(directory, "first.dcf",
                     "[Dictionary]\r\nName=D\r\nRecordTypeLen=2\r\n[Record]\r\nName=R\r\n[Item]\r\nName=A\r\n");
         const QString second
-            = write(folder, "second.dcf", "[ValueSet]\nValue=1;one\n[Item]\nName=B\n[Record]\nName=S\n");
+            = write(directory, "second.dcf", "[ValueSet]\nValue=1;one\n[Item]\nName=B\n[Record]\nName=S\n");
         OwnedDictionary dictionary;
         dictionary.readFile(first);
         QCOMPARE(dictionary.itemNames(), QStringList("A"));
@@ -457,9 +457,9 @@ private Q_SLOTS:
     }
 
 private:
-    static QString write(const QTemporaryDir &folder, const QString &name, const QByteArray &bytes)
+    static QString write(const QTemporaryDir &directory, const QString &name, const QByteArray &bytes)
     {
-        QFile file(folder.filePath(name));
+        QFile file(directory.filePath(name));
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("cannot write the test file");
         return file.fileName();

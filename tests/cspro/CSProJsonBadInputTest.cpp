@@ -242,13 +242,13 @@ private Q_SLOTS:
     void fileThatCannotBeOpenedGivesAnEmptyDictionary_data()
     {
         QTest::addColumn<QString>("fileName");
-        QTest::newRow("missing file") << folder.filePath("missing.dcf");
-        QTest::newRow("missing folder") << folder.filePath("missing/missing.dcf");
-        QTest::newRow("folder") << folder.path();
+        QTest::newRow("missing file") << directory.filePath("missing.dcf");
+        QTest::newRow("missing directory") << directory.filePath("missing/missing.dcf");
+        QTest::newRow("directory") << directory.path();
         QTest::newRow("empty path") << QString("");
         QTest::newRow("null path") << QString();
-        QTest::newRow("path with a NUL character") << folder.path() + QChar(u'\0') + "x";
-        QTest::newRow("long path") << folder.filePath(QString(100000, 'x'));
+        QTest::newRow("path with a NUL character") << directory.path() + QChar(u'\0') + "x";
+        QTest::newRow("long path") << directory.filePath(QString(100000, 'x'));
     }
 
     void fileThatCannotBeOpenedGivesAnEmptyDictionary()
@@ -266,7 +266,7 @@ private Q_SLOTS:
     void unreadableFileLeavesWhatWasReadBefore()
     {
         OwnedJson dictionary(smallDictionary);
-        dictionary.readFile(folder.filePath("missing.dcf"));
+        dictionary.readFile(directory.filePath("missing.dcf"));
         dictionary.read("[1]");
         dictionary.read("{\"name\":");
         checkIsTheSmallDictionary(dictionary);
@@ -274,7 +274,7 @@ private Q_SLOTS:
 
     void fileBeyondTheLargestArrayGivesAnEmptyDictionary()
     {
-        QFile file(folder.filePath("large.dcf"));
+        QFile file(directory.filePath("large.dcf"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("{");
         QVERIFY(file.resize((qint64(1) << 31) + million)); // takes no space on the disk
@@ -320,7 +320,7 @@ private Q_SLOTS:
 
     void dictionaryCutAnywhereIsEmptyUntilItsLastBrace()
     {
-        QFile file(folder.filePath("growing.dcf"));
+        QFile file(directory.filePath("growing.dcf"));
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered));
         const int lastBrace = smallDictionary.lastIndexOf('}');
         for (int size = 0; size <= smallDictionary.size(); ++size) {
@@ -625,7 +625,7 @@ private:
         checkIsSound(dictionary);
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_GUILESS_MAIN(CSProJsonBadInputTest)

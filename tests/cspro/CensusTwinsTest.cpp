@@ -182,9 +182,9 @@ class CensusTwinsTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        const QString folder = QStringLiteral(VAN_EXAMPLES "/");
-        text = std::make_unique<Layout>(std::make_unique<TCSProDataImport>(folder + "census.dcf"));
-        json = std::make_unique<Layout>(std::make_unique<TCSProJsonDataImport>(folder + "census8.dcf"));
+        const QString directory = QStringLiteral(VAN_EXAMPLES "/");
+        text = std::make_unique<Layout>(std::make_unique<TCSProDataImport>(directory + "census.dcf"));
+        json = std::make_unique<Layout>(std::make_unique<TCSProJsonDataImport>(directory + "census8.dcf"));
     }
 
     void bothHaveTheSameFieldsInTheSameOrder()

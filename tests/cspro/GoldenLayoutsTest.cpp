@@ -19,13 +19,13 @@ struct Answer {
 };
 
 // Returns the output of the tool for a file of a directory, which is named without its path.
-Answer show(const QString &folder, const QString &name)
+Answer show(const QString &directory, const QString &name)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     QProcess tool;
     tool.setProcessEnvironment(environment);
-    tool.setWorkingDirectory(folder);
+    tool.setWorkingDirectory(directory);
     tool.start(QStringLiteral(VAN_TOOL),
                { QStringLiteral("fields"), QStringLiteral("--format"), QStringLiteral("json"), name });
     if (!tool.waitForFinished() || tool.exitStatus() != QProcess::NormalExit)
@@ -33,34 +33,34 @@ Answer show(const QString &folder, const QString &name)
     return { tool.exitCode(), tool.readAllStandardOutput(), tool.readAllStandardError() };
 }
 
-QStringList baseNames(const QString &folder, const QString &suffix)
+QStringList baseNames(const QString &directory, const QString &suffix)
 {
     QStringList names;
-    const auto files = QDir(folder).entryInfoList({ QStringLiteral("*.") + suffix }, QDir::Files, QDir::Name);
+    const auto files = QDir(directory).entryInfoList({ QStringLiteral("*.") + suffix }, QDir::Files, QDir::Name);
     for (const QFileInfo &file : files)
         names.append(file.completeBaseName());
     return names;
 }
 
 // Returns the files of one suffix that have no counterpart of the other.
-QStringList lonely(const QString &folder, const QString &suffix, const QString &fellow)
+QStringList lonely(const QString &directory, const QString &suffix, const QString &fellow)
 {
     QStringList names;
-    for (const QString &name : baseNames(folder, suffix)) {
-        if (!QDir(folder).exists(name + QLatin1Char('.') + fellow))
+    for (const QString &name : baseNames(directory, suffix)) {
+        if (!QDir(directory).exists(name + QLatin1Char('.') + fellow))
             names.append(name);
     }
     return names;
 }
 
-QStringList dataWithoutAnswer(const QString &folder)
+QStringList dataWithoutAnswer(const QString &directory)
 {
-    return lonely(folder, QStringLiteral("dcf"), QStringLiteral("json"));
+    return lonely(directory, QStringLiteral("dcf"), QStringLiteral("json"));
 }
 
-QStringList answersWithoutData(const QString &folder)
+QStringList answersWithoutData(const QString &directory)
 {
-    return lonely(folder, QStringLiteral("json"), QStringLiteral("dcf"));
+    return lonely(directory, QStringLiteral("json"), QStringLiteral("dcf"));
 }
 
 void makeFile(const QString &path)
@@ -83,47 +83,47 @@ class GoldenLayoutsTest : public QObject
 private Q_SLOTS:
     void everyDictionaryHasItsAnswer()
     {
-        for (const QString &folder : layouts) {
-            QVERIFY(!baseNames(folder, QStringLiteral("dcf")).isEmpty());
-            QCOMPARE(dataWithoutAnswer(folder), QStringList());
+        for (const QString &directory : layouts) {
+            QVERIFY(!baseNames(directory, QStringLiteral("dcf")).isEmpty());
+            QCOMPARE(dataWithoutAnswer(directory), QStringList());
         }
     }
 
     void everyAnswerHasItsDictionary()
     {
-        for (const QString &folder : layouts)
-            QCOMPARE(answersWithoutData(folder), QStringList());
+        for (const QString &directory : layouts)
+            QCOMPARE(answersWithoutData(directory), QStringList());
     }
 
     void fileWithoutItsFellowIsFound()
     {
-        const QTemporaryDir folder;
-        makeFile(folder.filePath(QStringLiteral("both.dcf")));
-        makeFile(folder.filePath(QStringLiteral("both.json")));
-        makeFile(folder.filePath(QStringLiteral("data.dcf")));
-        makeFile(folder.filePath(QStringLiteral("answer.json")));
-        QCOMPARE(dataWithoutAnswer(folder.path()), QStringList{ QStringLiteral("data") });
-        QCOMPARE(answersWithoutData(folder.path()), QStringList{ QStringLiteral("answer") });
+        const QTemporaryDir directory;
+        makeFile(directory.filePath(QStringLiteral("both.dcf")));
+        makeFile(directory.filePath(QStringLiteral("both.json")));
+        makeFile(directory.filePath(QStringLiteral("data.dcf")));
+        makeFile(directory.filePath(QStringLiteral("answer.json")));
+        QCOMPARE(dataWithoutAnswer(directory.path()), QStringList{ QStringLiteral("data") });
+        QCOMPARE(answersWithoutData(directory.path()), QStringList{ QStringLiteral("answer") });
     }
 
     void layoutIsWhatItsAnswerSays_data()
     {
-        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("directory");
         QTest::addColumn<QString>("name");
-        for (const QString &folder : layouts) {
-            const QString form = QDir(folder).dirName();
-            for (const QString &name : baseNames(folder, QStringLiteral("dcf")))
-                QTest::newRow(qPrintable(form + QLatin1Char('/') + name)) << folder << name;
+        for (const QString &directory : layouts) {
+            const QString form = QDir(directory).dirName();
+            for (const QString &name : baseNames(directory, QStringLiteral("dcf")))
+                QTest::newRow(qPrintable(form + QLatin1Char('/') + name)) << directory << name;
         }
     }
     void layoutIsWhatItsAnswerSays()
     {
-        QFETCH(QString, folder);
+        QFETCH(QString, directory);
         QFETCH(QString, name);
-        QFile file(folder + QLatin1Char('/') + name + QStringLiteral(".json"));
+        QFile file(directory + QLatin1Char('/') + name + QStringLiteral(".json"));
         QVERIFY2(file.open(QIODevice::ReadOnly), "no answer: build the target update-golden, then read what it wrote");
         const QByteArray expected = file.readAll();
-        const Answer answer = show(folder, name + QStringLiteral(".dcf"));
+        const Answer answer = show(directory, name + QStringLiteral(".dcf"));
         if (answer.out != expected) {
             const QByteArrayList got = answer.out.split('\n');
             const QByteArrayList wanted = expected.split('\n');

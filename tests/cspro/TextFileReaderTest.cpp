@@ -28,7 +28,7 @@ public:
         isWritten = file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
     }
 
-    QString path() const { return folder.filePath(QString::fromUtf8("layout č.dcf")); }
+    QString path() const { return directory.filePath(QString::fromUtf8("layout č.dcf")); }
     QStringList blocks() const
     {
         QStringList all;
@@ -42,7 +42,7 @@ public:
     }
 
 private:
-    QTemporaryDir folder;
+    QTemporaryDir directory;
     bool isWritten = false;
 };
 
@@ -217,8 +217,8 @@ private Q_SLOTS:
     void fileThatCannotBeOpenedHasNoBlock_data()
     {
         QTest::addColumn<QString>("path");
-        QTest::newRow("missing file") << "/no such folder/no such file.dcf";
-        QTest::newRow("folder") << QDir::tempPath();
+        QTest::newRow("missing file") << "/no such directory/no such file.dcf";
+        QTest::newRow("directory") << QDir::tempPath();
         QTest::newRow("empty name") << "";
     }
     void fileThatCannotBeOpenedHasNoBlock()
@@ -262,8 +262,8 @@ private Q_SLOTS:
 
     void fileThatNoStringCanHoldRaisesBadAlloc()
     {
-        const QTemporaryDir folder;
-        const QString path = folder.filePath("large.dcf");
+        const QTemporaryDir directory;
+        const QString path = directory.filePath("large.dcf");
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         // One byte more than a gigabyte, none of it written.

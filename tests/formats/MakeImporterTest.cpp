@@ -49,8 +49,8 @@ void MakeImporterTest::importerIsThatOfTheContent_data()
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("type");
     const auto made = [](const char *pattern) {
-        const QDir folder(VAN_MADE_DATA);
-        return folder.filePath(folder.entryList({ pattern }, QDir::Files).value(0));
+        const QDir directory(VAN_MADE_DATA);
+        return directory.filePath(directory.entryList({ pattern }, QDir::Files).value(0));
     };
     QTest::newRow("text") << VAN_EXAMPLES "/census.dcf"
                           << "CSPRO";
@@ -63,8 +63,8 @@ void MakeImporterTest::importerIsThatOfTheContent_data()
 void MakeImporterTest::importerIsThatOfTheContent()
 {
     QFETCH(QString, source);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("name.without.meaning");
+    const QTemporaryDir directory;
+    const QString path = directory.filePath("name.without.meaning");
     QVERIFY(QFile::copy(source, path));
     const std::unique_ptr<TDataImport> importer = makeImporter(path);
     QTEST(importer->getDataProviderType(), "type");
@@ -75,8 +75,8 @@ void MakeImporterTest::importerIsThatOfTheContent()
 
 void MakeImporterTest::fileThatCannotBeOpenedGetsTheImporterOfTextDictionaries()
 {
-    const QTemporaryDir folder;
-    const std::unique_ptr<TDataImport> importer = makeImporter(folder.filePath("absent.sav"));
+    const QTemporaryDir directory;
+    const std::unique_ptr<TDataImport> importer = makeImporter(directory.filePath("absent.sav"));
     QCOMPARE(importer->getDataProviderType(), QString("CSPRO"));
     const std::unique_ptr<QStringList> names(importer->selectLayoutSource());
     QVERIFY(names->isEmpty());

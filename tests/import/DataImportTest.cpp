@@ -598,10 +598,10 @@ private Q_SLOTS:
 
     void sourceNameBecomesTheAbsolutePathOfAFileThatExists()
     {
-        QTemporaryDir folder;
-        QVERIFY(createFile(folder.filePath("layout.dcf")));
+        QTemporaryDir directory;
+        QVERIFY(createFile(directory.filePath("layout.dcf")));
         const QString current = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(folder.path()));
+        QVERIFY(QDir::setCurrent(directory.path()));
         BareImporter importer("former");
         importer.setSourceName("layout.dcf");
         const QString fromRelative = importer.getSourceName();
@@ -609,24 +609,24 @@ private Q_SLOTS:
         QDir::setCurrent(current);
         QCOMPARE(fromRelative, expected);
 
-        importer.setSourceName(folder.filePath("layout.dcf"));
-        QCOMPARE(importer.getSourceName(), folder.filePath("layout.dcf"));
+        importer.setSourceName(directory.filePath("layout.dcf"));
+        QCOMPARE(importer.getSourceName(), directory.filePath("layout.dcf"));
     }
 
-    void folderCountsAsAnExistingSource()
+    void directoryCountsAsAnExistingSource()
     {
-        QTemporaryDir folder;
+        QTemporaryDir directory;
         BareImporter importer("former");
-        importer.setSourceName(folder.path());
-        QCOMPARE(importer.getSourceName(), folder.path());
+        importer.setSourceName(directory.path());
+        QCOMPARE(importer.getSourceName(), directory.path());
     }
 
 #ifdef Q_OS_UNIX
     void symbolicLinkIsNotResolved()
     {
-        QTemporaryDir folder;
-        const QString path = folder.filePath("layout.dcf");
-        const QString link = folder.filePath("link.dcf");
+        QTemporaryDir directory;
+        const QString path = directory.filePath("layout.dcf");
+        const QString link = directory.filePath("link.dcf");
         QVERIFY(createFile(path));
         QVERIFY(QFile::link(path, link));
         BareImporter importer("former");
@@ -638,9 +638,9 @@ private Q_SLOTS:
 
     void symbolicLinkToNoFileIsNoSource()
     {
-        QTemporaryDir folder;
-        const QString link = folder.filePath("link.dcf");
-        QVERIFY(QFile::link(folder.filePath("layout.dcf"), link));
+        QTemporaryDir directory;
+        const QString link = directory.filePath("link.dcf");
+        QVERIFY(QFile::link(directory.filePath("layout.dcf"), link));
         BareImporter importer("former");
         importer.setSourceName(link);
         QCOMPARE(importer.getSourceName(), QString());
@@ -651,7 +651,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::newRow("missing file") << "no such file.dcf";
-        QTest::newRow("missing folder") << "/no such folder/file.dcf";
+        QTest::newRow("missing directory") << "/no such directory/file.dcf";
         QTest::newRow("empty") << "";
     }
     void sourceNameIsEmptyAfterABadName()
@@ -664,10 +664,10 @@ private Q_SLOTS:
 
     void dataSourceNameBecomesTheAbsolutePathOfAFileThatExists()
     {
-        QTemporaryDir folder;
-        QVERIFY(createFile(folder.filePath("data.dat")));
+        QTemporaryDir directory;
+        QVERIFY(createFile(directory.filePath("data.dat")));
         const QString current = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(folder.path()));
+        QVERIFY(QDir::setCurrent(directory.path()));
         BareImporter importer("layout.dcf");
         importer.setDataSourceName("data.dat");
         const QString expected = QDir::currentPath() + "/data.dat";
@@ -684,50 +684,50 @@ private Q_SLOTS:
 
     void dataFileBesideTheSourceIsNotFoundForWantOfASeparator()
     {
-        QTemporaryDir folder;
-        QVERIFY(createFile(folder.filePath("data.dat")));
-        BareImporter importer(folder.filePath("layout.dcf"));
-        importer.setDataSourceName("/no such folder/data.dat");
-        QCOMPARE(importer.getDataSourceName(), QString("/no such folder/data.dat"));
+        QTemporaryDir directory;
+        QVERIFY(createFile(directory.filePath("data.dat")));
+        BareImporter importer(directory.filePath("layout.dcf"));
+        importer.setDataSourceName("/no such directory/data.dat");
+        QCOMPARE(importer.getDataSourceName(), QString("/no such directory/data.dat"));
     }
 
-    void dataFileIsFoundWhereTheFolderIsDirectlyFollowedByItsName()
+    void dataFileIsFoundWhereTheDirectoryIsDirectlyFollowedByItsName()
     {
-        QTemporaryDir folder;
-        QVERIFY(QDir(folder.path()).mkdir("survey"));
-        QVERIFY(createFile(folder.filePath("surveydata.dat")));
-        BareImporter importer(folder.filePath("survey/layout.dcf"));
-        importer.setDataSourceName("/no such folder/data.dat");
-        QCOMPARE(importer.getDataSourceName(), folder.filePath("surveydata.dat"));
+        QTemporaryDir directory;
+        QVERIFY(QDir(directory.path()).mkdir("survey"));
+        QVERIFY(createFile(directory.filePath("surveydata.dat")));
+        BareImporter importer(directory.filePath("survey/layout.dcf"));
+        importer.setDataSourceName("/no such directory/data.dat");
+        QCOMPARE(importer.getDataSourceName(), directory.filePath("surveydata.dat"));
     }
 
-    void candidateStandsInTheAbsoluteFolderOfARelativeSource()
+    void candidateStandsInTheAbsoluteDirectoryOfARelativeSource()
     {
-        QTemporaryDir folder;
-        QVERIFY(createFile(folder.filePath("surveydata.dat")));
+        QTemporaryDir directory;
+        QVERIFY(createFile(directory.filePath("surveydata.dat")));
         const QString current = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(folder.path()));
-        BareImporter importer("survey/layout.dcf"); // neither the source nor its folder need exist
-        importer.setDataSourceName("/no such folder/data.dat");
+        QVERIFY(QDir::setCurrent(directory.path()));
+        BareImporter importer("survey/layout.dcf"); // neither the source nor its directory need exist
+        importer.setDataSourceName("/no such directory/data.dat");
         const QString expected = QDir::currentPath() + "/surveydata.dat";
         QDir::setCurrent(current);
         QCOMPARE(importer.getDataSourceName(), expected);
         QCOMPARE(importer.getSourceName(), QString("survey/layout.dcf"));
     }
 
-    void emptyDataSourceNameLeadsToTheFolderOfTheSource_data()
+    void emptyDataSourceNameLeadsToTheDirectoryOfTheSource_data()
     {
         QTest::addColumn<QString>("source");
         QTest::addColumn<QString>("expected");
-        // The candidate is the directory, followed by no file name. Without a source there is no folder.
+        // The candidate is the directory, followed by no file name. Without a source there is no directory.
         QTest::newRow("absolute source") << QDir::tempPath() + "/layout.dcf" << QDir::tempPath();
         QTest::newRow("relative source") << "layout.dcf" << QDir::currentPath();
-        QTest::newRow("source in a missing folder") << "/no such folder/layout.dcf"
-                                                    << "";
+        QTest::newRow("source in a missing directory") << "/no such directory/layout.dcf"
+                                                       << "";
         QTest::newRow("no source") << ""
                                    << "";
     }
-    void emptyDataSourceNameLeadsToTheFolderOfTheSource()
+    void emptyDataSourceNameLeadsToTheDirectoryOfTheSource()
     {
         QFETCH(QString, source);
         QFETCH(QString, expected);
@@ -739,13 +739,13 @@ private Q_SLOTS:
 
     void dataFileThatExistsIsTakenBeforeTheCandidate()
     {
-        QTemporaryDir folder;
-        QVERIFY(QDir(folder.path()).mkdir("survey"));
-        QVERIFY(createFile(folder.filePath("surveydata.dat")));
-        QVERIFY(createFile(folder.filePath("data.dat")));
-        BareImporter importer(folder.filePath("survey/layout.dcf"));
-        importer.setDataSourceName(folder.filePath("data.dat"));
-        QCOMPARE(importer.getDataSourceName(), folder.filePath("data.dat"));
+        QTemporaryDir directory;
+        QVERIFY(QDir(directory.path()).mkdir("survey"));
+        QVERIFY(createFile(directory.filePath("surveydata.dat")));
+        QVERIFY(createFile(directory.filePath("data.dat")));
+        BareImporter importer(directory.filePath("survey/layout.dcf"));
+        importer.setDataSourceName(directory.filePath("data.dat"));
+        QCOMPARE(importer.getDataSourceName(), directory.filePath("data.dat"));
     }
 
     void settingTheDataSourceLeavesTheSource()

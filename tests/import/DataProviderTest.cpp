@@ -339,7 +339,7 @@ private Q_SLOTS:
 
     void journeyFromAnImporterToItsFields()
     {
-        FakeImporter importer("folder/layout.dcf", "CSPRO");
+        FakeImporter importer("directory/layout.dcf", "CSPRO");
         FakeField age(&importer, "AGE", vtInteger);
         age.label = "Age in years";
         age.group = "PERSON";
@@ -361,13 +361,13 @@ private Q_SLOTS:
             // The lines of the dictionary and no other: five for each of the two fields.
             QCOMPARE(capture.taken().size(), 10);
         }
-        QCOMPARE(provider.getDataProviderId(), QString("CSPRO_folder/layout.dcf"));
+        QCOMPARE(provider.getDataProviderId(), QString("CSPRO_directory/layout.dcf"));
         QCOMPARE(provider.getDataProviderType(), QString("CSPRO"));
         QCOMPARE(TestAccess::getDataProviderTypeIndex(provider), dpCSPro);
         QCOMPARE(provider.getImportData(), static_cast<TDataImport *>(&importer));
         QCOMPARE(provider.getRecordTypeStart(), 3);
         QCOMPARE(provider.getRecordTypeSize(), 2);
-        QCOMPARE(provider.getLayoutFileName(), QString("folder/layout.dcf"));
+        QCOMPARE(provider.getLayoutFileName(), QString("directory/layout.dcf"));
         QCOMPARE(provider.getDataFileName(), importer.getDataSourceName());
         QVERIFY(provider.getDataFileName().endsWith("/data.dat"));
 
@@ -377,7 +377,7 @@ private Q_SLOTS:
         QVERIFY(field);
         QCOMPARE(field->label, QString("Age in years"));
         QCOMPARE(field->FieldType, QString("INTEGER"));
-        QCOMPARE(field->providerId, QString("CSPRO_folder/layout.dcf"));
+        QCOMPARE(field->providerId, QString("CSPRO_directory/layout.dcf"));
         QCOMPARE(provider.getFieldFromRecord("AGE", "person"), field);
         QCOMPARE(provider.getFieldFromRecord("AGE", "HOUSING"), nullptr);
         QCOMPARE(provider.getFieldFromRecord("REGION", "HOUSING"), provider.getField("REGION"));
@@ -939,7 +939,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::newRow("equal") << "Data.dat";
         QTest::newRow("other case") << "DATA.DAT";
-        QTest::newRow("other") << "folder/other.dat";
+        QTest::newRow("other") << "directory/other.dat";
         QTest::newRow("empty") << "";
     }
     void fileNamesAreAssignedWhereTheyDiffer()

@@ -99,10 +99,10 @@ private:
 const char usualTables[] = "CREATE TABLE meta (cspro_version TEXT, dictionary TEXT);"
                            "CREATE TABLE cases (id TEXT PRIMARY KEY, data TEXT CHECK (length(data) < 100));";
 
-QString makeUsual(const QTemporaryDir &folder, const QByteArray &dictionary = jsonForm,
+QString makeUsual(const QTemporaryDir &directory, const QByteArray &dictionary = jsonForm,
                   const QString &name = QStringLiteral("usual.csdb"))
 {
-    const QString path = folder.filePath(name);
+    const QString path = directory.filePath(name);
     Database database(path);
     database.run(usualTables);
     database.insert(dictionary);
@@ -149,8 +149,8 @@ void CSProDatabaseTest::dictionaryIsReadInBothFormsAsTextAndAsBlob()
 {
     QFETCH(QByteArray, dictionary);
     QFETCH(bool, isBlob);
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a.csdb");
+    QTemporaryDir directory;
+    const QString path = directory.filePath("a.csdb");
     {
         Database database(path);
         database.run(usualTables);
@@ -169,8 +169,8 @@ void CSProDatabaseTest::dictionaryIsReadInBothFormsAsTextAndAsBlob()
 
 void CSProDatabaseTest::dictionaryIsReadFromADeviceToo()
 {
-    QTemporaryDir folder;
-    const QString path = makeUsual(folder);
+    QTemporaryDir directory;
+    const QString path = makeUsual(directory);
     Layout fromFile = readLayout(path);
     Layout fromDevice = layoutOf(bytesOf(path));
     QVERIFY(fromDevice.isRead());
@@ -181,16 +181,16 @@ void CSProDatabaseTest::dictionaryIsReadFromADeviceToo()
 
 void CSProDatabaseTest::firstRowCounts()
 {
-    QTemporaryDir folder;
-    const QString path = makeUsual(folder);
+    QTemporaryDir directory;
+    const QString path = makeUsual(directory);
     Database(path).insert("{}");
     QVERIFY(readLayout(path).isRead());
 }
 
 void CSProDatabaseTest::rowNumbersNeedNotBeginWithOne()
 {
-    QTemporaryDir folder;
-    const QString path = makeUsual(folder, "{}");
+    QTemporaryDir directory;
+    const QString path = makeUsual(directory, "{}");
     Database database(path);
     database.insert(jsonForm);
     database.run("DELETE FROM meta WHERE rowid = 1; UPDATE meta SET rowid = -5000000000");
@@ -211,8 +211,8 @@ void CSProDatabaseTest::textInUtf16IsRead()
 {
     QFETCH(QByteArray, encoding);
     QFETCH(QByteArray, dictionary);
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a.csdb");
+    QTemporaryDir directory;
+    const QString path = directory.filePath("a.csdb");
     {
         Database database(path);
         database.run("PRAGMA encoding = '" + encoding + "';" + usualTables);
@@ -226,8 +226,8 @@ void CSProDatabaseTest::textInUtf16IsRead()
 
 void CSProDatabaseTest::databaseWithAWriteAheadLogIsRead()
 {
-    QTemporaryDir folder;
-    const QString path = makeUsual(folder);
+    QTemporaryDir directory;
+    const QString path = makeUsual(directory);
     Database(path).run("PRAGMA journal_mode = WAL; CREATE TABLE more (x)");
     QCOMPARE(bytesOf(path).at(18), '\x02');
     QVERIFY(readLayout(path).isRead());
@@ -237,19 +237,19 @@ void CSProDatabaseTest::databaseWithAWriteAheadLogIsRead()
 
 void CSProDatabaseTest::nothingIsWrittenBesideTheFile()
 {
-    QTemporaryDir folder;
-    const QString path = makeUsual(folder);
+    QTemporaryDir directory;
+    const QString path = makeUsual(directory);
     Database(path).run("PRAGMA journal_mode = WAL; CREATE TABLE more (x)");
     const QByteArray before = bytesOf(path);
     QVERIFY(readLayout(path).isRead());
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{ "usual.csdb" });
+    QCOMPARE(QDir(directory.path()).entryList(QDir::Files), QStringList{ "usual.csdb" });
     QCOMPARE(bytesOf(path), before);
 }
 
 void CSProDatabaseTest::writeProtectedFileIsRead()
 {
-    QTemporaryDir folder;
-    const QString path = makeUsual(folder);
+    QTemporaryDir directory;
+    const QString path = makeUsual(directory);
     QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
     QVERIFY(readLayout(path).isRead());
 }
@@ -270,19 +270,19 @@ void CSProDatabaseTest::fileNameMayHoldAnyCharacter_data()
 void CSProDatabaseTest::fileNameMayHoldAnyCharacter()
 {
     QFETCH(QString, name);
-    QTemporaryDir folder;
-    QVERIFY(QFile::rename(makeUsual(folder), folder.filePath(name)));
-    const Layout layout = readLayout(folder.filePath(name));
+    QTemporaryDir directory;
+    QVERIFY(QFile::rename(makeUsual(directory), directory.filePath(name)));
+    const Layout layout = readLayout(directory.filePath(name));
     QVERIFY2(layout.isRead(), qPrintable(messageOf(layout)));
     QCOMPARE(layout.container, QString("csdb"));
 }
 
 void CSProDatabaseTest::relativePathIsRead()
 {
-    QTemporaryDir folder;
-    makeUsual(folder);
+    QTemporaryDir directory;
+    makeUsual(directory);
     const QString before = QDir::currentPath();
-    QVERIFY(QDir::setCurrent(folder.path()));
+    QVERIFY(QDir::setCurrent(directory.path()));
     const Layout layout = readLayout("usual.csdb");
     QDir::setCurrent(before);
     QVERIFY2(layout.isRead(), qPrintable(messageOf(layout)));
@@ -291,11 +291,11 @@ void CSProDatabaseTest::relativePathIsRead()
 
 void CSProDatabaseTest::longDictionaryIsReadOverManyPages()
 {
-    QTemporaryDir folder;
+    QTemporaryDir directory;
     const QByteArray note(3'000'000, 'n');
     QByteArray dictionary = jsonForm;
     dictionary.insert(1, "\"note\":\"" + note + "\",");
-    const Layout layout = readLayout(makeUsual(folder, dictionary));
+    const Layout layout = readLayout(makeUsual(directory, dictionary));
     QCOMPARE(layout.note, QString::fromLatin1(note));
 }
 
@@ -325,8 +325,8 @@ void CSProDatabaseTest::databaseWithoutADictionaryIsNamed()
 {
     QFETCH(QByteArray, statements);
     QFETCH(QString, part);
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a.csdb");
+    QTemporaryDir directory;
+    const QString path = directory.filePath("a.csdb");
     Database(path).run(statements);
     for (const Layout &layout : { readLayout(path), layoutOf(bytesOf(path)) }) {
         QVERIFY(!layout.isRead());
@@ -354,8 +354,8 @@ void CSProDatabaseTest::dictionaryThatCannotBeReadIsNamed()
 {
     QFETCH(QByteArray, dictionary);
     QFETCH(QString, reason);
-    QTemporaryDir folder;
-    const Layout layout = readLayout(makeUsual(folder, dictionary));
+    QTemporaryDir directory;
+    const Layout layout = readLayout(makeUsual(directory, dictionary));
     QVERIFY(!layout.isRead());
     QCOMPARE(layout.error()->id, QString("damaged-dictionary"));
     QVERIFY2(messageOf(layout).startsWith("the dictionary in the database cannot be read: "),
@@ -379,8 +379,8 @@ void CSProDatabaseTest::damageIsReported()
 {
     QFETCH(int, from);
     QFETCH(int, size);
-    QTemporaryDir folder;
-    const QString path = makeUsual(folder);
+    QTemporaryDir directory;
+    const QString path = makeUsual(directory);
     QByteArray bytes = bytesOf(path);
     for (int index = from; index < (size < 0 ? bytes.size() : from + size); ++index)
         bytes[index] = char(bytes.at(index) ^ (37 + 11 * index));
@@ -423,8 +423,8 @@ void CSProDatabaseTest::schemaInAnotherEncodingThanStatedIsDamage()
 
 void CSProDatabaseTest::everyCutDatabaseEnds()
 {
-    QTemporaryDir folder;
-    const QByteArray whole = bytesOf(makeUsual(folder));
+    QTemporaryDir directory;
+    const QByteArray whole = bytesOf(makeUsual(directory));
     for (int size = 16; size < whole.size(); size += 7) {
         const Layout layout = layoutOf(whole.left(size));
         QVERIFY(layout.isRead() || !messageOf(layout).isEmpty());
@@ -433,8 +433,8 @@ void CSProDatabaseTest::everyCutDatabaseEnds()
 
 void CSProDatabaseTest::everyFlippedByteEnds()
 {
-    QTemporaryDir folder;
-    const QByteArray whole = bytesOf(makeUsual(folder));
+    QTemporaryDir directory;
+    const QByteArray whole = bytesOf(makeUsual(directory));
     for (int index = 16; index < whole.size(); index += index < 200 ? 1 : 13) {
         QByteArray bytes = whole;
         bytes[index] = char(~bytes.at(index));
@@ -445,8 +445,8 @@ void CSProDatabaseTest::everyFlippedByteEnds()
 
 void CSProDatabaseTest::computedValueThatIsStoredIsAValue()
 {
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a.csdb");
+    QTemporaryDir directory;
+    const QString path = directory.filePath("a.csdb");
     Database(path).run("CREATE TABLE meta (a TEXT, dictionary TEXT GENERATED ALWAYS AS (a) STORED);"
                        "INSERT INTO meta (a) VALUES ('"
                        + jsonForm + "')");
@@ -479,8 +479,8 @@ void CSProDatabaseTest::nothingOfTheDatabaseIsRun_data()
 void CSProDatabaseTest::nothingOfTheDatabaseIsRun()
 {
     QFETCH(QByteArray, statements);
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a.csdb");
+    QTemporaryDir directory;
+    const QString path = directory.filePath("a.csdb");
     Database(path).run(statements);
     for (const Layout &layout : { readLayout(path), layoutOf(bytesOf(path)) }) {
         QVERIFY(!layout.isRead());

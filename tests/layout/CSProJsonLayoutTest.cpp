@@ -735,13 +735,13 @@ void CSProJsonLayoutTest::manyUnknownKeysTakeLinearTime()
 
 void CSProJsonLayoutTest::realDictionariesAreWithoutFindings()
 {
-    const QDir folder(QStringLiteral(VAN_CORPUS "/cspro-json"));
-    if (!folder.exists())
+    const QDir directory(QStringLiteral(VAN_CORPUS "/cspro-json"));
+    if (!directory.exists())
         QSKIP("the corpus is not there");
-    const QStringList names = folder.entryList({ "*.dcf" });
+    const QStringList names = directory.entryList({ "*.dcf" });
     QVERIFY(names.size() >= 24);
     for (const QString &name : names) {
-        const Layout layout = readLayout(folder.filePath(name));
+        const Layout layout = readLayout(directory.filePath(name));
         QVERIFY2(layout.isRead(), qPrintable(name));
         QVERIFY2(layout.problems.isEmpty(), qPrintable(name + ": " + problemsOf(layout)));
         QVERIFY2(layout.extras.isEmpty(), qPrintable(name + ": " + extrasOf(layout)));

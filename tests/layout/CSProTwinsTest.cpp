@@ -10,7 +10,7 @@ using namespace vanlayout;
 namespace
 {
 
-const QDir folder(QStringLiteral(VAN_TEST_DATA "/layout"));
+const QDir directory(QStringLiteral(VAN_TEST_DATA "/layout"));
 const QString suffix = QStringLiteral(".json8.dcf");
 
 // Removes the statements of a file about itself, and those that one of the two forms cannot make.
@@ -61,15 +61,15 @@ private slots:
 void CSProTwinsTest::bothFormsGiveOneLayout_data()
 {
     QTest::addColumn<QString>("name");
-    for (const QString &name : folder.entryList({ '*' + suffix }))
+    for (const QString &name : directory.entryList({ '*' + suffix }))
         QTest::newRow(qPrintable(name)) << name.chopped(suffix.size());
 }
 
 void CSProTwinsTest::bothFormsGiveOneLayout()
 {
     QFETCH(QString, name);
-    const Layout text = readLayout(folder.filePath(name + ".dcf"));
-    const Layout json = readLayout(folder.filePath(name + suffix));
+    const Layout text = readLayout(directory.filePath(name + ".dcf"));
+    const Layout json = readLayout(directory.filePath(name + suffix));
     QCOMPARE(text.format, Format::CSProText);
     QCOMPARE(json.format, Format::CSProJson);
     const QByteArrayList expected = linesOf(normalised(text));
@@ -81,7 +81,7 @@ void CSProTwinsTest::bothFormsGiveOneLayout()
 
 void CSProTwinsTest::thereAreTwentyTwins()
 {
-    QVERIFY(folder.entryList({ '*' + suffix }).size() >= 20);
+    QVERIFY(directory.entryList({ '*' + suffix }).size() >= 20);
 }
 
 QTEST_APPLESS_MAIN(CSProTwinsTest)

@@ -56,7 +56,7 @@ Value valueOf(const QVector<Range> &ranges, const QString &label)
 Layout layoutOf(const QVector<Item> &items)
 {
     Layout layout;
-    layout.file = "folder/survey.dcf";
+    layout.file = "directory/survey.dcf";
     layout.format = Format::CSProText;
     layout.formatVersion = "7.7";
     layout.name = "SURVEY";

@@ -119,8 +119,8 @@ void CsvwTest::filesAreNamedSafely_data()
     QTest::addColumn<QStringList>("records");
     QTest::addColumn<QStringList>("urls");
     QTest::newRow("usual") << QStringList{ "HOUSING", "A-1_b" } << QStringList{ "HOUSING.csv", "A-1_b.csv" };
-    QTest::newRow("folders") << QStringList{ "../a", "/etc/x", "c:\\d" }
-                             << QStringList{ "___a.csv", "_etc_x.csv", "c__d.csv" };
+    QTest::newRow("directories") << QStringList{ "../a", "/etc/x", "c:\\d" }
+                                 << QStringList{ "___a.csv", "_etc_x.csv", "c__d.csv" };
     QTest::newRow("letters beyond ASCII") << QStringList{ QString::fromUtf8("Bâti ?") } << QStringList{ "B_ti__.csv" };
     QTest::newRow("same but for case") << QStringList{ "A", "a", "A_2", "A" }
                                        << QStringList{ "A.csv", "a_2.csv", "A_2_2.csv", "A_3.csv" };
@@ -492,7 +492,7 @@ void CsvwTest::textsInLanguagesHaveTheirTag()
 void CsvwTest::theTitleIsThatOfTheFileOrTheGivenOne()
 {
     Layout layout = made::layout({});
-    layout.file = "folder/survey.dcf";
+    layout.file = "directory/survey.dcf";
     QVERIFY(!csvw(layout).contains("dc:title"));
     layout.name = "SURVEY";
     QCOMPARE(csvw(layout).value("dc:title").toString(), QString("SURVEY"));

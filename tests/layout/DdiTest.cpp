@@ -299,9 +299,9 @@ private slots:
 void DdiTest::documentsAreValid_data()
 {
     QTest::addColumn<QStringList>("paths");
-    const auto add = [](const char *row, const QString &folder, const QStringList &names) {
+    const auto add = [](const char *row, const QString &directory, const QStringList &names) {
         QStringList paths;
-        for (const QFileInfo &file : QDir(folder).entryInfoList(names, QDir::Files))
+        for (const QFileInfo &file : QDir(directory).entryInfoList(names, QDir::Files))
             paths.append(file.filePath());
         QTest::newRow(row) << paths;
     };
@@ -320,14 +320,15 @@ void DdiTest::documentsAreValid()
         QSKIP("the schema of DDI Codebook 2.5 is not here");
     if (paths.isEmpty())
         QSKIP("the corpus is not here");
-    const QTemporaryDir folder;
+    const QTemporaryDir directory;
     QStringList documents;
     for (const QString &path : qAsConst(paths)) {
         const Layout layout = readLayout(path);
         if (!layout.isRead())
             continue; // files that are damaged on purpose
         for (const DdiOptions &options : { DdiOptions(), ipums() }) {
-            QFile file(folder.filePath(QString::number(documents.size()) + '-' + QFileInfo(path).fileName() + ".xml"));
+            QFile file(
+                directory.filePath(QString::number(documents.size()) + '-' + QFileInfo(path).fileName() + ".xml"));
             QVERIFY(file.open(QIODevice::WriteOnly));
             QVERIFY(writeDdi(layout, file, options));
             documents.append(file.fileName());
@@ -353,9 +354,9 @@ void DdiTest::documentOfOddTextsIsValid()
     layout.levels[0].records[1].items = { item, item, numeric("1ST"), numeric("") };
     layout.levels[0].records[1].recordType = odd;
     layout.levels[0].records[1].name = odd;
-    const QTemporaryDir folder;
+    const QTemporaryDir directory;
     for (const DdiOptions &options : { DdiOptions(), ipums() }) {
-        QFile file(folder.filePath("odd.xml"));
+        QFile file(directory.filePath("odd.xml"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         QVERIFY(writeDdi(layout, file, options));
         file.close();

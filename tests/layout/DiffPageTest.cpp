@@ -67,7 +67,7 @@ Change change(DiffKind kind, const QString &record, const QString &item, const Q
 LayoutDiff diffOf(const QVector<Change> &changes)
 {
     LayoutDiff diff;
-    diff.before = { "folder/old.dcf", Format::CSProText, "", "7.7", "D", "Old survey", 3 };
+    diff.before = { "directory/old.dcf", Format::CSProText, "", "7.7", "D", "Old survey", 3 };
     diff.after = { "new.sav", Format::Spss, "", "", "", "", 1 };
     diff.changes = changes;
     return diff;
@@ -255,7 +255,7 @@ void DiffPageTest::headHasBothFiles()
     QVERIFY(page.contains("\"><b>1</b> item-label</li>"));
     QVERIFY(page.contains("<dd>storage, notes (no)</dd>"));
     QVERIFY(page.contains("<dd>rows (other)</dd>"));
-    QVERIFY(!page.contains("folder/"));
+    QVERIFY(!page.contains("directory/"));
     QVERIFY(!page.contains("{{"));
 }
 

@@ -827,12 +827,12 @@ void DiffTest::imagesAndColorsAreComparedAsCSProReadsThem_data()
     QTest::addColumn<QString>("after");
     QTest::addColumn<bool>("areSameImages");
     QTest::addColumn<bool>("areSameColors");
-    QTest::newRow("slashes") << "folder\\a.png"
-                             << "folder/a.png" << true << false;
-    QTest::newRow("this folder") << ".\\a.png"
-                                 << "a.png" << true << false;
-    QTest::newRow("folder above") << "..\\a.png"
-                                  << "a.png" << false << false;
+    QTest::newRow("slashes") << "directory\\a.png"
+                             << "directory/a.png" << true << false;
+    QTest::newRow("this directory") << ".\\a.png"
+                                    << "a.png" << true << false;
+    QTest::newRow("directory above") << "..\\a.png"
+                                     << "a.png" << false << false;
     QTest::newRow("case") << "#FF0000"
                           << "#ff0000" << false << true;
     QTest::newRow("other") << "#ff0000"
@@ -1409,13 +1409,13 @@ void DiffTest::bothFormsHaveNoDifference_data()
     QTest::addColumn<QString>("json");
     const QString examples = QStringLiteral(VAN_EXAMPLES);
     QTest::newRow("census") << examples + "/census.dcf" << examples + "/census8.dcf";
-    const QDir folder(QStringLiteral(VAN_TEST_DATA "/layout"));
+    const QDir directory(QStringLiteral(VAN_TEST_DATA "/layout"));
     const QString suffix = QStringLiteral(".json8.dcf");
-    const QStringList names = folder.entryList({ '*' + suffix });
+    const QStringList names = directory.entryList({ '*' + suffix });
     QVERIFY(names.size() >= 20);
     for (const QString &name : names)
-        QTest::newRow(qPrintable(name)) << folder.filePath(name.chopped(suffix.size()) + ".dcf")
-                                        << folder.filePath(name);
+        QTest::newRow(qPrintable(name)) << directory.filePath(name.chopped(suffix.size()) + ".dcf")
+                                        << directory.filePath(name);
 }
 
 void DiffTest::bothFormsHaveNoDifference()

@@ -356,7 +356,7 @@ void FrictionlessTest::textsAreInOneLanguage()
 void FrictionlessTest::theTitleIsThatOfTheFileOrTheGivenOne()
 {
     Layout layout = made::layout({});
-    layout.file = "folder/survey.dcf";
+    layout.file = "directory/survey.dcf";
     QVERIFY(!package(layout).contains("title"));
     layout.name = "SURVEY";
     QCOMPARE(package(layout).value("title").toString(), QString("SURVEY"));

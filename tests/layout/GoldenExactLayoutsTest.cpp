@@ -12,11 +12,11 @@ using namespace vanlayout;
 namespace
 {
 
-const QDir folder(QStringLiteral(VAN_TEST_DATA "/layout"));
+const QDir directory(QStringLiteral(VAN_TEST_DATA "/layout"));
 
 Layout layoutOf(const QString &name)
 {
-    Layout layout = readLayout(folder.filePath(name));
+    Layout layout = readLayout(directory.filePath(name));
     layout.file = name;
     return layout;
 }
@@ -51,14 +51,14 @@ private slots:
 void GoldenExactLayoutsTest::layoutIsTheExpectedOne_data()
 {
     QTest::addColumn<QString>("name");
-    for (const QString &name : folder.entryList({ "*.dcf" }))
+    for (const QString &name : directory.entryList({ "*.dcf" }))
         QTest::newRow(qPrintable(name)) << name;
 }
 
 void GoldenExactLayoutsTest::layoutIsTheExpectedOne()
 {
     QFETCH(QString, name);
-    QFile expected(folder.filePath(QFileInfo(name).completeBaseName() + ".json"));
+    QFile expected(directory.filePath(QFileInfo(name).completeBaseName() + ".json"));
     QVERIFY2(expected.open(QIODevice::ReadOnly), qPrintable(expected.fileName()));
     const QByteArrayList expectedLines = expected.readAll().split('\n');
     const QByteArrayList lines = jsonOf(layoutOf(name)).split('\n');
@@ -69,10 +69,10 @@ void GoldenExactLayoutsTest::layoutIsTheExpectedOne()
 
 void GoldenExactLayoutsTest::everyExpectedLayoutHasItsDictionary()
 {
-    const QStringList expected = folder.entryList({ "*.json" });
+    const QStringList expected = directory.entryList({ "*.json" });
     QVERIFY(expected.size() >= 20);
     for (const QString &name : expected)
-        QVERIFY2(folder.exists(QFileInfo(name).completeBaseName() + ".dcf"), qPrintable(name));
+        QVERIFY2(directory.exists(QFileInfo(name).completeBaseName() + ".dcf"), qPrintable(name));
 }
 
 QTEST_APPLESS_MAIN(GoldenExactLayoutsTest)

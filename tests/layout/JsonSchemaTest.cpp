@@ -361,7 +361,7 @@ void JsonSchemaTest::titlesAreInOneLanguage()
 void JsonSchemaTest::theTitleIsThatOfTheFileOrTheGivenOne()
 {
     Layout layout = made::layout({});
-    layout.file = "folder/survey.dcf";
+    layout.file = "directory/survey.dcf";
     QVERIFY(!schema(layout).contains("title"));
     layout.name = "SURVEY";
     QCOMPARE(schema(layout).value("title").toString(), QString("SURVEY"));

@@ -69,7 +69,7 @@ void MarkdownTest::aCodeBookHasFactsRecordsItemsAndValues()
     sub.isSubitem = true;
     sub.subitemOf = "X";
     Layout layout = made::layout({ item, sub });
-    layout.file = "folder/survey.dcf";
+    layout.file = "directory/survey.dcf";
     layout.format = Format::CSProJson;
     layout.formatVersion = "8.0";
     layout.labels = made::labels("Survey");
@@ -333,7 +333,7 @@ void MarkdownTest::labelsAreInOneLanguage()
 void MarkdownTest::theTitleIsThatOfTheFileOrTheGivenOne()
 {
     Layout layout = made::layout({});
-    layout.file = "folder/survey.dcf";
+    layout.file = "directory/survey.dcf";
     QVERIFY(markdown(layout).startsWith("# Code book\n"));
     layout.name = "SURVEY_1";
     QVERIFY(markdown(layout).startsWith("# SURVEY\\_1\n"));

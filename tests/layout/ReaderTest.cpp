@@ -67,7 +67,7 @@ private slots:
     void whiteSpaceInFrontIsPassedOver_data();
     void whiteSpaceInFrontIsPassedOver();
     void aFileThatDoesNotExistIsAnError();
-    void aFolderIsAnError();
+    void aDirectoryIsAnError();
     void anErrorOfTheDeviceIsAnError_data();
     void anErrorOfTheDeviceIsAnError();
 };
@@ -227,17 +227,17 @@ void ReaderTest::whiteSpaceInFrontIsPassedOver()
 
 void ReaderTest::aFileThatDoesNotExistIsAnError()
 {
-    QTemporaryDir folder;
-    const Layout layout = readLayout(folder.filePath("absent.dcf"));
+    QTemporaryDir directory;
+    const Layout layout = readLayout(directory.filePath("absent.dcf"));
     QVERIFY(!layout.isRead());
     QCOMPARE(layout.error()->id, QString("cannot-open"));
-    QCOMPARE(layout.file, folder.filePath("absent.dcf"));
+    QCOMPARE(layout.file, directory.filePath("absent.dcf"));
 }
 
-void ReaderTest::aFolderIsAnError()
+void ReaderTest::aDirectoryIsAnError()
 {
-    QTemporaryDir folder;
-    QCOMPARE(readLayout(folder.path()).error()->message, QString("is a folder"));
+    QTemporaryDir directory;
+    QCOMPARE(readLayout(directory.path()).error()->message, QString("is a directory"));
 }
 
 void ReaderTest::anErrorOfTheDeviceIsAnError_data()

@@ -176,8 +176,8 @@ void StatFileBadInputTest::aChangedCatalogDoesNoHarm()
     StatFile file(StatFile::sas7bdat);
     file.variable("SEX", READSTAT_TYPE_DOUBLE, "", "YESNO");
     const QByteArray dataSet = bytesOf(file);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("catalog.sas7bcat");
+    const QTemporaryDir directory;
+    const QString path = directory.filePath("catalog.sas7bcat");
     const auto layoutWith = [&](const QByteArray &bytes) {
         QFile written(path);
         return written.open(QIODevice::WriteOnly) && written.write(bytes) == bytes.size() && written.flush()
@@ -309,8 +309,8 @@ void StatFileBadInputTest::aCatalogThatLeadsBackToItselfEnds()
             qToLittleEndian<quint16>(16, index + linkWithin + 4);
         }
     }
-    const QTemporaryDir folder;
-    QFile written(folder.filePath("catalog.sas7bcat"));
+    const QTemporaryDir directory;
+    QFile written(directory.filePath("catalog.sas7bcat"));
     QVERIFY(written.open(QIODevice::WriteOnly) && written.write(bytes) == bytes.size());
     written.close();
     const Layout layout = layoutOf(dataSet, { written.fileName() });

@@ -113,8 +113,8 @@ QStringList idsOf(const QVector<Problem> &problems)
 // A file on disk with these bytes; it exists while the test runs.
 QString fileWith(const QByteArray &bytes, const QString &name)
 {
-    static const QTemporaryDir folder;
-    QFile file(folder.filePath(name));
+    static const QTemporaryDir directory;
+    QFile file(directory.filePath(name));
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         qFatal("%s cannot be written", qPrintable(name));
     return file.fileName();

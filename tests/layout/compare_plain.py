@@ -3,7 +3,7 @@
 
     compare_plain.py PRINT_LAYOUT PLAIN_READSTAT PATH...
 
-A path is a file or a folder. The status is 0 where every file gives the same layout, or none, in both programs.
+A path is a file or a directory. The status is 0 where every file gives the same layout, or none, in both programs.
 """
 
 import json

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Reads DDI documents as readers of fixed-width extracts do, and cuts data lines with them.
 
-    cut_with_ddi.py EXPORT_LAYOUT PATH...    (a folder stands for all files in it)
+    cut_with_ddi.py EXPORT_LAYOUT PATH...    (a directory stands for all files in it)
 
 EXPORT_LAYOUT prints the document of a dictionary, plain or for readers of IPUMS extracts. Lines of data are made from what
 the naive readers read of the same dictionary; what is cut from them with the document has to be what was put in, for

@@ -1,6 +1,6 @@
 """Checks that all output of `vanlayout COMMAND --format json` for the given files follows the JSON Schema.
 
-Usage: validate-json.py TOOL COMMAND SCHEMA PATH...    (a folder stands for all files in it)
+Usage: validate-json.py TOOL COMMAND SCHEMA PATH...    (a directory stands for all files in it)
 Ends with status 77, a skip, where the library jsonschema is not installed.
 """
 import json

@@ -70,14 +70,14 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::newRow("empty name") << "";
-        QTest::newRow("absent") << folder.filePath("absent");
-        QTest::newRow("in an absent folder") << folder.filePath("absent/file");
-        QTest::newRow("below a file") << folder.filePath("lookup.txt/file");
-        QTest::newRow("folder") << folder.path();
-        QTest::newRow("folder with a slash") << folder.path() + '/';
-        QTest::newRow("name too long") << folder.filePath(QString(5000, 'n'));
-        QTest::newRow("line feed in the name") << folder.filePath("a\nb");
-        QTest::newRow("NUL in the name") << folder.filePath(QString("lookup.txt") + QChar(ushort(0)) + "x");
+        QTest::newRow("absent") << directory.filePath("absent");
+        QTest::newRow("in an absent directory") << directory.filePath("absent/file");
+        QTest::newRow("below a file") << directory.filePath("lookup.txt/file");
+        QTest::newRow("directory") << directory.path();
+        QTest::newRow("directory with a slash") << directory.path() + '/';
+        QTest::newRow("name too long") << directory.filePath(QString(5000, 'n'));
+        QTest::newRow("line feed in the name") << directory.filePath("a\nb");
+        QTest::newRow("NUL in the name") << directory.filePath(QString("lookup.txt") + QChar(ushort(0)) + "x");
     }
     void fileThatIsNoneLeavesAllAsItIs()
     {
@@ -104,7 +104,7 @@ private Q_SLOTS:
 #ifdef Q_OS_UNIX
     void pipeIsNoLookupFile() // and the check does not wait for its other end
     {
-        const QString name = folder.filePath("pipe");
+        const QString name = directory.filePath("pipe");
         QCOMPARE(mkfifo(QFile::encodeName(name).constData(), 0600), 0);
         for (const QString &notAFile : { name, QStringLiteral("/dev/null") }) {
             TVpLookup lookup;
@@ -117,15 +117,15 @@ private Q_SLOTS:
     void linkIsFollowed()
     {
         write("A x\n");
-        const QString good = folder.filePath("link");
+        const QString good = directory.filePath("link");
         QVERIFY(QFile::link(path(), good));
         TVpLookup lookup;
         lookup.setFfileName(good);
         QVERIFY(TestAccess::importAVL(lookup, frequencies, &errors));
         QCOMPARE(pairsOf(lookup), QStringList("A=x"));
 
-        const QString broken = folder.filePath("broken");
-        QVERIFY(QFile::link(folder.filePath("absent"), broken));
+        const QString broken = directory.filePath("broken");
+        QVERIFY(QFile::link(directory.filePath("absent"), broken));
         lookup.setFfileName(broken);
         QVERIFY(!TestAccess::importAVL(lookup, frequencies, &errors));
     }
@@ -145,7 +145,7 @@ private Q_SLOTS:
     void nameMayBeOdd()
     {
         QFETCH(QString, name);
-        QFile file(folder.path() + '/' + name);
+        QFile file(directory.path() + '/' + name);
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write("A x\n"), qint64(4));
         file.close();
@@ -375,7 +375,7 @@ private Q_SLOTS:
 private:
     QString path() const
     {
-        return folder.filePath("lookup.txt");
+        return directory.filePath("lookup.txt");
     }
 
     void write(const QByteArray &head, const QByteArray &piece = QByteArray(), int times = 0) const
@@ -406,7 +406,7 @@ private:
         return list;
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
     QStringList errors;
     std::map<QString, int *> frequencies;
     QSet<int *> numbers;

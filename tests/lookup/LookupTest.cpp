@@ -534,10 +534,10 @@ private Q_SLOTS:
         QCOMPARE(report.notes().size(), size_t(1));
     }
 
-    void folderIsNoLookupFile()
+    void directoryIsNoLookupFile()
     {
         TVpLookup lookup;
-        lookup.setFfileName(folder.path());
+        lookup.setFfileName(directory.path());
         std::map<QString, int *> counts;
         QVERIFY(!TestAccess::importAVL(lookup, counts, nullptr));
         QCOMPARE(TestAccess::errorCode(lookup), 1);
@@ -857,10 +857,10 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::numbers(lookup).keySize, 7); // nothing maintains it
     }
 
-    void folderIsNoNewFileName()
+    void directoryIsNoNewFileName()
     {
         TVpLookup lookup;
-        lookup.updateFileName(folder.path());
+        lookup.updateFileName(directory.path());
         QVERIFY(!TestAccess::isAccepted(lookup));
         QCOMPARE(lookup.getFfileName(), QString());
     }
@@ -1042,7 +1042,7 @@ private Q_SLOTS:
 private:
     QString path() const
     {
-        return folder.filePath("lookup.txt");
+        return directory.filePath("lookup.txt");
     }
     void writeBytes(const QByteArray &bytes) const
     {
@@ -1072,7 +1072,7 @@ private:
         lookup.consistencyCheck(mode, frequencies.map, &errors);
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
     QStringList errors;
     Frequencies frequencies;
 };

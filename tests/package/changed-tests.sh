@@ -4,8 +4,8 @@
 set -euo pipefail
 
 project=$1
-folder=$(mktemp -d)
-trap 'rm -r "$folder"' EXIT
+directory=$(mktemp -d)
+trap 'rm -r "$directory"' EXIT
 
 # expect WHAT EXPECTED FOUND
 expect() {
@@ -33,19 +33,19 @@ for file in src/util/Numbers.cpp src/CMakeLists.txt tests/support/ToolRun.h test
 done
 
 # A project with a main branch and a branch that has one more commit.
-git() { command git -c user.name=test -c user.email=test@localhost -c commit.gpgsign=false -C "$folder/project" "$@"; }
-changed() { "$folder/project/cmake/changed.sh" | paste -sd ' '; }
-mkdir -p "$folder/project/cmake"
-cp "$project/cmake/changed.sh" "$folder/project/cmake"
-command git init -q -b main "$folder/project"
-touch "$folder/project"/{kept,edited,deleted}
+git() { command git -c user.name=test -c user.email=test@localhost -c commit.gpgsign=false -C "$directory/project" "$@"; }
+changed() { "$directory/project/cmake/changed.sh" | paste -sd ' '; }
+mkdir -p "$directory/project/cmake"
+cp "$project/cmake/changed.sh" "$directory/project/cmake"
+command git init -q -b main "$directory/project"
+touch "$directory/project"/{kept,edited,deleted}
 git add . && git commit -q -m first
 expect "the only commit" "cmake/changed.sh deleted edited kept" "$(changed)"
-touch "$folder/project/on-main" && git add . && git commit -q -m second
+touch "$directory/project/on-main" && git add . && git commit -q -m second
 expect "the last commit of the main branch" "on-main" "$(changed)"
 git checkout -q -b work
-touch "$folder/project/committed" && git add . && git commit -q -m third
-echo edited >"$folder/project/edited"
-touch "$folder/project/untracked"
-rm "$folder/project/deleted"
+touch "$directory/project/committed" && git add . && git commit -q -m third
+echo edited >"$directory/project/edited"
+touch "$directory/project/untracked"
+rm "$directory/project/deleted"
 expect "a branch" "committed edited untracked" "$(changed)"

@@ -11,15 +11,15 @@ function(must)
 endfunction()
 
 # Configures and builds a project.
-function(build_project source folder)
-    must(${CMAKE_COMMAND} -S ${source} -B ${folder} -G ${GENERATOR}
+function(build_project source directory)
+    must(${CMAKE_COMMAND} -S ${source} -B ${directory} -G ${GENERATOR}
         -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_BUILD_TYPE=${BUILD_TYPE} -DCMAKE_CXX_FLAGS=${FLAGS} ${ARGN})
-    must(${CMAKE_COMMAND} --build ${folder})
+    must(${CMAKE_COMMAND} --build ${directory})
 endfunction()
 
 # Configures and builds the project in this directory.
-function(build_consumer folder)
-    build_project(${CMAKE_CURRENT_FUNCTION_LIST_DIR} ${folder} ${ARGN})
+function(build_consumer directory)
+    build_project(${CMAKE_CURRENT_FUNCTION_LIST_DIR} ${directory} ${ARGN})
 endfunction()
 
 # Runs a program on a dictionary of two items and compares the lines that it prints.
@@ -36,7 +36,7 @@ function(check_lines program expected)
 endfunction()
 
 # Checks the programs in this directory: one for each library.
-function(check_consumers folder)
-    check_lines(${folder}/consumer "PROVINCE INTEGER 2 2\nOWNER STRING 4 20\n" ${ARGN})
-    check_lines(${folder}/layout_consumer "PROVINCE numeric 2 2\nOWNER alpha 4 20\n" ${ARGN})
+function(check_consumers directory)
+    check_lines(${directory}/consumer "PROVINCE INTEGER 2 2\nOWNER STRING 4 20\n" ${ARGN})
+    check_lines(${directory}/layout_consumer "PROVINCE numeric 2 2\nOWNER alpha 4 20\n" ${ARGN})
 endfunction()

@@ -1,7 +1,7 @@
 # Builds the project as a subdirectory of another one, without its tests.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 file(REMOVE_RECURSE ${SCRATCH})
-build_consumer(${SCRATCH}/build -DVAN_FOLDER=${PROJECT_DIR} -DBUILD_TESTING=OFF
+build_consumer(${SCRATCH}/build -DVAN_DIRECTORY=${PROJECT_DIR} -DBUILD_TESTING=OFF
     -DQT_DEFAULT_MAJOR_VERSION=${QT_MAJOR})
 check_consumers(${SCRATCH}/build)
 if(NOT EXISTS ${SCRATCH}/build/van/tools/vanlayout/vanlayout)

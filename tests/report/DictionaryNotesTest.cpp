@@ -81,7 +81,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
-        QVERIFY(folder.isValid());
+        QVERIFY(directory.isValid());
     }
     void init()
     {
@@ -400,14 +400,14 @@ private:
 
     QString write(const QByteArray &content)
     {
-        const QString path = folder.filePath(QStringLiteral("file"));
+        const QString path = directory.filePath(QStringLiteral("file"));
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
             qFatal("a test file cannot be written");
         return path;
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_GUILESS_MAIN(DictionaryNotesTest)

@@ -106,7 +106,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
-        QVERIFY(folder.isValid());
+        QVERIFY(directory.isValid());
     }
 
     void everyKindIsListedInItsOrder()
@@ -157,7 +157,7 @@ private:
 
     void read(const Entry &entry, ReadReport &report)
     {
-        const QString path = folder.filePath(QStringLiteral("example"));
+        const QString path = directory.filePath(QStringLiteral("example"));
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         const bool isUtf8 = entry.format != QLatin1String("windows-1252");
@@ -175,7 +175,7 @@ private:
             readWith<TCSProDataImport>(path, report);
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_GUILESS_MAIN(NotesPageTest)

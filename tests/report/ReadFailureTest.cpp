@@ -68,7 +68,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
-        QVERIFY(folder.isValid());
+        QVERIFY(directory.isValid());
         write("dictionary.dcf", textDictionary());
         write("dictionary.json", jsonDictionary());
         write("lookup.txt", lookupFile());
@@ -80,7 +80,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<qint64>("goodBytes");
         for (const char *name : { "dictionary.dcf", "dictionary.json" }) {
-            const qint64 size = QFile(folder.filePath(name)).size();
+            const qint64 size = QFile(directory.filePath(name)).size();
             for (const qint64 goodBytes : { qint64(0), qint64(1), qint64(16), qint64(60000), size - 1, size })
                 QTest::addRow("%s behind %lld bytes", name, goodBytes) << name << goodBytes;
         }
@@ -161,7 +161,7 @@ private Q_SLOTS:
         ReadReport report;
         TVpLookup lookup;
         lookup.setMaxMessages(items);
-        lookup.setFfileName(folder.filePath("lookup.txt"));
+        lookup.setFfileName(directory.filePath("lookup.txt"));
         lookup.setReadReport(&report);
         QStringList errors;
         QVERIFY(!importAll(lookup, &errors));
@@ -186,7 +186,7 @@ private Q_SLOTS:
     {
         TVpLookup lookup;
         check(lookup, QStringLiteral("/proc/self/mem"));
-        check(lookup, folder.filePath("absent"));
+        check(lookup, directory.filePath("absent"));
         QVERIFY(lookup.getReadProblem().isNull());
         QVERIFY(TestAccess::errorText(lookup).endsWith("was not found"));
     }
@@ -194,7 +194,7 @@ private Q_SLOTS:
 private:
     void write(const char *name, const QByteArray &content)
     {
-        QFile file(folder.filePath(name));
+        QFile file(directory.filePath(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(content), qint64(content.size()));
     }
@@ -202,7 +202,7 @@ private:
     void fail(const QString &name, qint64 goodBytes)
     {
         failingread::goodBytes = off_t(goodBytes);
-        failingread::fileName = folder.filePath(name).toStdString();
+        failingread::fileName = directory.filePath(name).toStdString();
     }
 
     template <typename Importer> static std::shared_ptr<TDataImport> makeImporter(const QString &path)
@@ -211,7 +211,7 @@ private:
     }
     std::shared_ptr<TDataImport> makeImporter(const QString &name) const
     {
-        const QString path = folder.filePath(name);
+        const QString path = directory.filePath(name);
         return name.endsWith("json") ? makeImporter<TCSProJsonDataImport>(path) : makeImporter<TCSProDataImport>(path);
     }
 
@@ -230,7 +230,7 @@ private:
         return errors;
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_GUILESS_MAIN(ReadFailureTest)

@@ -42,16 +42,16 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<MakeImporter>("newImporter");
-        addFolder(QStringLiteral(VAN_TEST_DATA "/cspro"), "*.dcf", &makeImporter<TCSProDataImport>);
-        addFolder(QStringLiteral(VAN_TEST_DATA "/cspro8"), "*.dcf", &makeImporter<TCSProJsonDataImport>);
-        addFolder(QStringLiteral(VAN_EXAMPLES), "*.dcf", &makeImporter<TCSProDataImport>);
-        addFolder(QStringLiteral(VAN_EXAMPLES), "*8.dcf", &makeImporter<TCSProJsonDataImport>);
-        addFolder(QStringLiteral(VAN_MADE_DATA), "*.dta", &makeSilentStataImporter);
-        addFolder(QStringLiteral(VAN_MADE_DATA), "*sav", &makeImporter<TSPSSDataImport>);
-        addFolder(QStringLiteral(VAN_CORPUS "/cspro-text"), "*", &makeImporter<TCSProDataImport>);
-        addFolder(QStringLiteral(VAN_CORPUS "/cspro-json"), "*", &makeImporter<TCSProJsonDataImport>);
-        addFolder(QStringLiteral(VAN_CORPUS "/stata"), "*", &makeSilentStataImporter);
-        addFolder(QStringLiteral(VAN_CORPUS "/spss"), "*", &makeImporter<TSPSSDataImport>);
+        addDirectory(QStringLiteral(VAN_TEST_DATA "/cspro"), "*.dcf", &makeImporter<TCSProDataImport>);
+        addDirectory(QStringLiteral(VAN_TEST_DATA "/cspro8"), "*.dcf", &makeImporter<TCSProJsonDataImport>);
+        addDirectory(QStringLiteral(VAN_EXAMPLES), "*.dcf", &makeImporter<TCSProDataImport>);
+        addDirectory(QStringLiteral(VAN_EXAMPLES), "*8.dcf", &makeImporter<TCSProJsonDataImport>);
+        addDirectory(QStringLiteral(VAN_MADE_DATA), "*.dta", &makeSilentStataImporter);
+        addDirectory(QStringLiteral(VAN_MADE_DATA), "*sav", &makeImporter<TSPSSDataImport>);
+        addDirectory(QStringLiteral(VAN_CORPUS "/cspro-text"), "*", &makeImporter<TCSProDataImport>);
+        addDirectory(QStringLiteral(VAN_CORPUS "/cspro-json"), "*", &makeImporter<TCSProJsonDataImport>);
+        addDirectory(QStringLiteral(VAN_CORPUS "/stata"), "*", &makeSilentStataImporter);
+        addDirectory(QStringLiteral(VAN_CORPUS "/spss"), "*", &makeImporter<TSPSSDataImport>);
     }
     void layoutIsTheSameWithAReport()
     {
@@ -68,10 +68,10 @@ private Q_SLOTS:
 
 private:
     // The corpus may be absent; the other directories are not.
-    static void addFolder(const QString &folder, const char *pattern, MakeImporter newImporter)
+    static void addDirectory(const QString &directory, const char *pattern, MakeImporter newImporter)
     {
-        for (const QFileInfo &file : QDir(folder).entryInfoList({ QLatin1String(pattern) }, QDir::Files))
-            QTest::newRow(qPrintable(QDir(folder).dirName() + QLatin1Char('/') + file.fileName()))
+        for (const QFileInfo &file : QDir(directory).entryInfoList({ QLatin1String(pattern) }, QDir::Files))
+            QTest::newRow(qPrintable(QDir(directory).dirName() + QLatin1Char('/') + file.fileName()))
                 << file.filePath() << newImporter;
     }
 };

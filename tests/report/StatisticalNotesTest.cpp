@@ -56,7 +56,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false);
-        QVERIFY(folder.isValid());
+        QVERIFY(directory.isValid());
     }
 
     void fileWithNothingLostIsSilent()
@@ -71,7 +71,7 @@ private Q_SLOTS:
 
     void fileThatIsNotThereIsReportedOnce()
     {
-        const QString path = folder.filePath(QStringLiteral("missing"));
+        const QString path = directory.filePath(QStringLiteral("missing"));
         QCOMPARE(notesOf<TSTATADataImport>(path).filter(QStringLiteral("file-not-read")).size(), 1);
         QCOMPARE(notesOf<TSPSSDataImport>(path).filter(QStringLiteral("file-not-read")).size(), 1);
     }
@@ -430,7 +430,7 @@ private:
 
     QString write(const std::string &bytes)
     {
-        const QString path = folder.filePath(QStringLiteral("file"));
+        const QString path = directory.filePath(QStringLiteral("file"));
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), qint64(bytes.size())) != qint64(bytes.size()))
             qFatal("a test file cannot be written");
@@ -438,7 +438,7 @@ private:
     }
     QString saved(StatFile &file) { return write(file.bytes()); }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_GUILESS_MAIN(StatisticalNotesTest)

@@ -80,8 +80,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("command");
         QTest::addColumn<QString>("file");
-        const QString ended = folder.filePath("ended.dcf");
-        const QString files[] = { folder.filePath("text.dcf"), folder.filePath("json.dcf"),
+        const QString ended = directory.filePath("ended.dcf");
+        const QString files[] = { directory.filePath("text.dcf"), directory.filePath("json.dcf"),
                                   QStringLiteral(VAN_MADE_EXAMPLES "/household.dta"),
                                   QStringLiteral(VAN_MADE_EXAMPLES "/household.sav") };
         for (const char *command : { "fields", "explain", "show" }) {
@@ -111,7 +111,7 @@ private Q_SLOTS:
 private:
     void write(const char *name, const QByteArray &content) const
     {
-        QFile file(folder.filePath(name));
+        QFile file(directory.filePath(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(content), qint64(content.size()));
     }
@@ -120,11 +120,11 @@ private:
     {
         std::vector<QByteArray> arguments = { command };
         arguments.resize(size_t(count) + 1, QFile::encodeName(file));
-        const MeasuredRun measured = measuredRun(arguments, folder);
-        return { measured, linesIn(folder.filePath("out")) + linesIn(folder.filePath("err")) };
+        const MeasuredRun measured = measuredRun(arguments, directory);
+        return { measured, linesIn(directory.filePath("out")) + linesIn(directory.filePath("err")) };
     }
 
-    const QTemporaryDir folder;
+    const QTemporaryDir directory;
 };
 
 QTEST_GUILESS_MAIN(ManyFilesTest)

@@ -303,10 +303,10 @@ private Q_SLOTS:
         QVERIFY(statistical::spssProblem(write("$FL4" + QByteArray(1 << 20, ' '))).isNull());
     }
 
-    void folderHasNoBytes()
+    void directoryHasNoBytes()
     {
         statistical::BufferedFile file;
-        QVERIFY(file.open(QFile::encodeName(folder.path()).constData()));
+        QVERIFY(file.open(QFile::encodeName(directory.path()).constData()));
         char byte = 'x';
         QVERIFY(file.read(&byte, 1) < 1);
         QCOMPARE(file.error(), EISDIR);
@@ -402,7 +402,7 @@ private Q_SLOTS:
     void piecesReachBeyondFourGigabytes()
     {
         constexpr qint64 far = Q_INT64_C(5) << 30;
-        const QString path = folder.filePath(QStringLiteral("large"));
+        const QString path = directory.filePath(QStringLiteral("large"));
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         QVERIFY(file.resize(far)); // takes no space on the disk
@@ -426,14 +426,14 @@ private Q_SLOTS:
 private:
     QString write(const QByteArray &bytes)
     {
-        const QString path = folder.filePath(QStringLiteral("file"));
+        const QString path = directory.filePath(QStringLiteral("file"));
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("%s cannot be written", qPrintable(path));
         return path;
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_APPLESS_MAIN(FileGuardsTest)

@@ -178,7 +178,7 @@ class StatisticalBadInputTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(folder.isValid());
+        QVERIFY(directory.isValid());
         QVERIFY(!QDir(made).entryList({ "types*" }).isEmpty());
     }
 
@@ -276,8 +276,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<int>("number");
-        QTest::newRow("folder, spss") << QString() << 0;
-        QTest::newRow("folder, stata") << QStringLiteral("folder.dta") << int(READSTAT_ERROR_READ);
+        QTest::newRow("directory, spss") << QString() << 0;
+        QTest::newRow("directory, stata") << QStringLiteral("directory.dta") << int(READSTAT_ERROR_READ);
         QTest::newRow("absent, spss") << QStringLiteral("absent.sav") << 0;
         QTest::newRow("absent, stata") << QStringLiteral("absent.dta") << int(READSTAT_ERROR_OPEN);
         QTest::newRow("NUL in the path") << QStringLiteral("a") + QChar(0) + QStringLiteral(".dta")
@@ -287,8 +287,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, path);
         QFETCH(int, number);
-        QDir(folder.path()).mkdir(QStringLiteral("folder.dta"));
-        const Outcome outcome = outcomeOf(folder.filePath(path));
+        QDir(directory.path()).mkdir(QStringLiteral("directory.dta"));
+        const Outcome outcome = outcomeOf(directory.filePath(path));
         QVERIFY(outcome.isOpen);
         QVERIFY(outcome.fields.isEmpty());
         QCOMPARE(outcome.line.isEmpty(), number == 0);
@@ -444,7 +444,7 @@ private:
 
     QString write(const QString &name, const QByteArray &bytes)
     {
-        const QString path = folder.filePath(name);
+        const QString path = directory.filePath(name);
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("%s cannot be written", qPrintable(path));
@@ -463,7 +463,7 @@ private:
         return QString();
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_APPLESS_MAIN(StatisticalBadInputTest)

@@ -236,8 +236,8 @@ private Q_SLOTS:
         readstat_label_set_t *set = file.intLabels("set", { { 1, "One" } });
         readstat_label_tagged_value(set, 'a', "Refused");
         file.variable("v", READSTAT_TYPE_INT32, "V", "%8.0g", set);
-        const QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("tagged.dta"));
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(QStringLiteral("tagged.dta"));
         file.save(path.toStdString());
         QCOMPARE(read<TSTATADataImport>(path),
                  QStringList(QStringLiteral("v|V|1|4|1|2.14748e+09|1 One\t2147483622 Refused\t")));
@@ -252,8 +252,8 @@ private Q_SLOTS:
         std::string bytes = file.bytes();
         const size_t place = bytes.rfind("set");
         bytes.replace(place, 3, "SET");
-        const QTemporaryDir folder;
-        QFile damaged(folder.filePath(QStringLiteral("other-set.dta")));
+        const QTemporaryDir directory;
+        QFile damaged(directory.filePath(QStringLiteral("other-set.dta")));
         QVERIFY(damaged.open(QIODevice::WriteOnly));
         damaged.write(bytes.data(), qint64(bytes.size()));
         damaged.close();
@@ -343,8 +343,8 @@ private Q_SLOTS:
 
     void openingEmptiesTheLabelSets()
     {
-        const QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("changing.dta"));
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(QStringLiteral("changing.dta"));
         QVERIFY(QFile::copy(stataTypes, path));
         TSTATADataImport importer(path);
         openedNames(importer);
@@ -402,10 +402,10 @@ private Q_SLOTS:
     void pathIsInTheEncodingOfTheLocale()
     {
         const LocaleCodec latin1("ISO-8859-1");
-        const QTemporaryDir folder;
+        const QTemporaryDir directory;
         const QByteArray name = fileNamesAreUtf8 ? "\xC3\xA9" : "\xE9";
-        pathIsInLocale<TSTATADataImport>(folder, stataTypes, name + ".dta");
-        pathIsInLocale<TSPSSDataImport>(folder, spssTypes, name + ".sav");
+        pathIsInLocale<TSTATADataImport>(directory, stataTypes, name + ".dta");
+        pathIsInLocale<TSPSSDataImport>(directory, spssTypes, name + ".sav");
     }
 
     void errorLineIsInTheEncodingOfTheLocale()
@@ -421,8 +421,8 @@ private Q_SLOTS:
 
     void errorStreamTakesTheLine()
     {
-        const QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("line"));
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(QStringLiteral("line"));
         TSTATADataImport importer(QStringLiteral("/nowhere/absent.dta"));
         const DebugCapture quiet;
         const StandardStream out(stdout);
@@ -538,8 +538,8 @@ private Q_SLOTS:
         const auto *set = file.labels("set", { { 1, "One" }, { 2, "Two" } });
         for (const char *name : { "A", "B", "C" })
             file.variable(name, READSTAT_TYPE_DOUBLE, "", "F8.0", set);
-        const QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("shared.sav"));
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(QStringLiteral("shared.sav"));
         file.save(path.toStdString());
         TSPSSDataImport importer(path);
         openedNames(importer);
@@ -650,16 +650,16 @@ private:
 
     // A copy of \a original under a name in the encoding of the locale reads as the original does.
     template <typename Importer>
-    static void pathIsInLocale(const QTemporaryDir &folder, const QString &original, const QByteArray &name)
+    static void pathIsInLocale(const QTemporaryDir &directory, const QString &original, const QByteArray &name)
     {
-        const QString copy = folder.filePath(QStringLiteral("copy"));
+        const QString copy = directory.filePath(QStringLiteral("copy"));
         QVERIFY(QFile::copy(original, copy));
-        const QByteArray path = QFile::encodeName(folder.path()) + '/' + name;
+        const QByteArray path = QFile::encodeName(directory.path()) + '/' + name;
         QCOMPARE(std::rename(QFile::encodeName(copy).constData(), path.constData()), 0);
         const QStringList fields = read<Importer>(original);
         QVERIFY(!fields.isEmpty());
         for (const bool isBuffered : { false, true }) {
-            Importer importer(folder.filePath(QString(QChar(0xE9)) + QLatin1String(name.right(4))));
+            Importer importer(directory.filePath(QString(QChar(0xE9)) + QLatin1String(name.right(4))));
             importer.setReadingBuffered(isBuffered);
             openedNames(importer);
             QCOMPARE(describe(importer), fields);

@@ -11,7 +11,7 @@ class DictionaryFile
 public:
     explicit DictionaryFile(const QString &text) { write(text); }
 
-    QString path() const { return folder.filePath(QStringLiteral("dictionary.dcf")); }
+    QString path() const { return directory.filePath(QStringLiteral("dictionary.dcf")); }
 
     /// Replaces the content of the file.
     void write(const QString &text)
@@ -22,7 +22,7 @@ public:
     }
 
 private:
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 #endif

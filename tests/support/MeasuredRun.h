@@ -58,10 +58,10 @@ inline bool waitFor(pid_t child, int *status, rusage *usage)
 
 /// Runs the tool with arguments; its output goes to the files `out` and `err` of the directory. Its peak memory is no
 /// less than that of the program that runs it, which should therefore read no large output.
-inline MeasuredRun measuredRun(const std::vector<QByteArray> &toolArguments, const QTemporaryDir &folder)
+inline MeasuredRun measuredRun(const std::vector<QByteArray> &toolArguments, const QTemporaryDir &directory)
 {
-    const QByteArray out = QFile::encodeName(folder.filePath(QStringLiteral("out")));
-    const QByteArray err = QFile::encodeName(folder.filePath(QStringLiteral("err")));
+    const QByteArray out = QFile::encodeName(directory.filePath(QStringLiteral("out")));
+    const QByteArray err = QFile::encodeName(directory.filePath(QStringLiteral("err")));
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     constexpr int writing = O_WRONLY | O_CREAT | O_TRUNC;
@@ -88,11 +88,11 @@ inline MeasuredRun measuredRun(const std::vector<QByteArray> &toolArguments, con
 }
 
 /// Runs the tool on a file.
-inline MeasuredRun showAsJson(const QString &fileName, const QTemporaryDir &folder)
+inline MeasuredRun showAsJson(const QString &fileName, const QTemporaryDir &directory)
 {
-    MeasuredRun run = measuredRun({ "fields", "--format", "json", QFile::encodeName(fileName) }, folder);
-    run.out = contentOf(folder.filePath(QStringLiteral("out")));
-    run.err = contentOf(folder.filePath(QStringLiteral("err")));
+    MeasuredRun run = measuredRun({ "fields", "--format", "json", QFile::encodeName(fileName) }, directory);
+    run.out = contentOf(directory.filePath(QStringLiteral("out")));
+    run.err = contentOf(directory.filePath(QStringLiteral("err")));
     return run;
 }
 

@@ -29,10 +29,10 @@ struct Run {
 };
 
 /// A directory with the files of a test, in which the tool runs. It is removed with this object.
-class ToolFolder : public QTemporaryDir
+class ToolDirectory : public QTemporaryDir
 {
 public:
-    ToolFolder() = default;
+    ToolDirectory() = default;
 
     void write(const QString &name, const QByteArray &content) const
     {
@@ -75,10 +75,10 @@ private:
 };
 
 /// Runs a shell command in the directory of a test; "$0" is the tool.
-inline Run runShell(const ToolFolder &folder, const QString &line)
+inline Run runShell(const ToolDirectory &directory, const QString &line)
 {
     QProcess shell;
-    shell.setWorkingDirectory(folder.path());
+    shell.setWorkingDirectory(directory.path());
     shell.start("sh", { "-c", line, VAN_TOOL });
     if (!shell.waitForFinished(patience) || shell.exitStatus() != QProcess::NormalExit) {
         shell.kill();
@@ -112,13 +112,13 @@ inline void verifyComplaint(const Run &run, const QByteArray &subject)
 }
 
 /// Verifies that a run whose output goes to a full disk reports this.
-inline void verifyFullDiskIsReported(const ToolFolder &folder, const QStringList &arguments)
+inline void verifyFullDiskIsReported(const ToolDirectory &directory, const QStringList &arguments)
 {
     const QString fullDisk = QStringLiteral("/dev/full");
     QVERIFY2(QFile::exists(fullDisk), "this system has no /dev/full");
     QProcess tool;
     tool.setStandardOutputFile(fullDisk);
-    const Run run = folder.run(arguments, tool);
+    const Run run = directory.run(arguments, tool);
     QCOMPARE(run.status, noAnswer);
     QCOMPARE(run.err, QByteArray("vanlayout: standard output: cannot be written\n"));
 }
@@ -126,9 +126,9 @@ inline void verifyFullDiskIsReported(const ToolFolder &folder, const QStringList
 /// Verifies that the help names a command, and that the command's own help has these words.
 inline void verifyHelpDescribes(const QString &command, const QStringList &words)
 {
-    const ToolFolder folder;
-    QVERIFY(folder.run({ "--help" }).out.contains(command.toUtf8()));
-    const QByteArray help = folder.run({ command, "--help" }).out;
+    const ToolDirectory directory;
+    QVERIFY(directory.run({ "--help" }).out.contains(command.toUtf8()));
+    const QByteArray help = directory.run({ command, "--help" }).out;
     for (const QString &word : words)
         QVERIFY2(help.contains(word.toUtf8()), qPrintable(word));
 }

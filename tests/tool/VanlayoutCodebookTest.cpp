@@ -101,32 +101,32 @@ private Q_SLOTS:
         QVERIFY(page.contains("<p class=\"format\">" + format.toUtf8() + "</p>"));
         const QStringList names = itemNamesOf(dataOf(page));
         QVERIFY(!names.isEmpty());
-        QCOMPARE(names, itemNamesOf(folder.run({ "show", "--format", "json", file }).json().toObject()));
+        QCOMPARE(names, itemNamesOf(directory.run({ "show", "--format", "json", file }).json().toObject()));
         QVERIFY(page.contains("<li><b>" + QByteArray::number(names.size()) + "</b> variables</li>"));
     }
 
     void languageIsThatOfTheOption()
     {
-        folder.write("both.dcf", twoLanguages());
-        const Run french = folder.run({ "codebook", "--language", "fr", "both.dcf", "-o", "-" });
+        directory.write("both.dcf", twoLanguages());
+        const Run french = directory.run({ "codebook", "--language", "fr", "both.dcf", "-o", "-" });
         QCOMPARE(french.status, fine);
         QVERIFY(french.out.contains("<title>Enquete \xE2\x80\x93 codebook</title>"));
-        QVERIFY(folder.run({ "codebook", "both.dcf", "-o", "-" }).out.contains("<title>Survey"));
+        QVERIFY(directory.run({ "codebook", "both.dcf", "-o", "-" }).out.contains("<title>Survey"));
     }
 
     void languageThatIsAbsentIsAProblem()
     {
-        folder.write("both.dcf", twoLanguages());
-        const Run made = folder.run({ "codebook", "--language", "SW", "both.dcf", "-o", "-" });
+        directory.write("both.dcf", twoLanguages());
+        const Run made = directory.run({ "codebook", "--language", "SW", "both.dcf", "-o", "-" });
         verifyComplaint(made, "both.dcf: has no language SW; it has EN, FR\n");
         QCOMPARE(made.out, QByteArray());
     }
 
     void problemsAreInThePageUnlessTheyAreNotWanted()
     {
-        folder.write("odd.dcf", dictionaryWith("L", "One") + "Colour=red\n");
+        directory.write("odd.dcf", dictionaryWith("L", "One") + "Colour=red\n");
         QCOMPARE(dataOf(pageOf("odd.dcf"))["problems"].toArray().size(), 1);
-        const Run made = folder.run({ "codebook", "--no-problems", "odd.dcf", "-o", "-" });
+        const Run made = directory.run({ "codebook", "--no-problems", "odd.dcf", "-o", "-" });
         QCOMPARE(made.status, fine);
         QVERIFY(!dataOf(made.out).contains("problems"));
     }
@@ -136,8 +136,8 @@ private Q_SLOTS:
         QFile whole(QStringLiteral(VAN_MADE_DATA "/types-118.dta"));
         QVERIFY(whole.open(QIODevice::ReadOnly));
         const QByteArray bytes = whole.readAll();
-        folder.write("cut.dta", bytes.left(bytes.size() - 600));
-        const Run made = folder.run({ "codebook", "cut.dta", "-o", "-" });
+        directory.write("cut.dta", bytes.left(bytes.size() - 600));
+        const Run made = directory.run({ "codebook", "cut.dta", "-o", "-" });
         QCOMPARE(made.status, fine);
         QVERIFY2(made.err.startsWith("vanlayout: cut.dta: reading ended "), made.err.constData());
         const QJsonArray problems = dataOf(made.out)["problems"].toArray();
@@ -146,8 +146,8 @@ private Q_SLOTS:
 
     void standardInputIsRead()
     {
-        folder.write("fine.dcf", dictionaryWith("Age", "One"));
-        const Run made = runShell(folder, "\"$0\" codebook - -o - < fine.dcf");
+        directory.write("fine.dcf", dictionaryWith("Age", "One"));
+        const Run made = runShell(directory, "\"$0\" codebook - -o - < fine.dcf");
         QCOMPARE(made.status, fine);
         QCOMPARE(itemNamesOf(dataOf(made.out)), QStringList("ODD"));
         QVERIFY(!made.out.contains("<dt>File</dt>"));
@@ -155,48 +155,48 @@ private Q_SLOTS:
 
     void catalogHasTheLabelsOfASasDataSet()
     {
-        const Run made = folder.run({ "codebook", QStringLiteral(VAN_MADE_DATA "/survey.sas7bdat"), "--catalog",
-                                      QStringLiteral(VAN_MADE_DATA "/formats.sas7bcat"), "-o", "-" });
+        const Run made = directory.run({ "codebook", QStringLiteral(VAN_MADE_DATA "/survey.sas7bdat"), "--catalog",
+                                         QStringLiteral(VAN_MADE_DATA "/formats.sas7bcat"), "-o", "-" });
         QCOMPARE(made.status, fine);
         QVERIFY(!dataOf(made.out)["lists"].toArray().isEmpty());
     }
 
     void severalFilesAreAPageEachAndAnIndex()
     {
-        const QTemporaryDir room(folder.filePath("room"));
+        const QTemporaryDir room(directory.filePath("room"));
         QDir(room.path()).mkdir("in");
         QDir(room.path()).mkdir("in/deep");
-        folder.write(room.filePath("in/b.dcf"), dictionaryWith("Age", "One"));
-        folder.write(room.filePath("in/deep/B.dcf"), twoLanguages());
-        folder.write(room.filePath("in/bad.dcf"), "none");
-        const Run made = folder.run({ "codebook", "-r", room.filePath("in"), "-o", room.filePath("out") });
+        directory.write(room.filePath("in/b.dcf"), dictionaryWith("Age", "One"));
+        directory.write(room.filePath("in/deep/B.dcf"), twoLanguages());
+        directory.write(room.filePath("in/bad.dcf"), "none");
+        const Run made = directory.run({ "codebook", "-r", room.filePath("in"), "-o", room.filePath("out") });
         QCOMPARE(made.status, noAnswer);
         QCOMPARE(made.err.count('\n'), 1);
         QVERIFY(made.err.contains("bad.dcf: "));
         QCOMPARE(QDir(room.filePath("out")).entryList(QDir::Files),
                  (QStringList{ "B-2.html", "b.html", "index.html" }));
-        const QByteArray index = folder.read(room.filePath("out/index.html"));
+        const QByteArray index = directory.read(room.filePath("out/index.html"));
         const QJsonArray books = QJsonDocument::fromJson(dataTextOf(index)).array();
         QCOMPARE(books.size(), 2);
         QCOMPARE(books.at(0).toObject()["page"].toString(), QString("b.html"));
         QCOMPARE(books.at(1).toObject()["page"].toString(), QString("B-2.html"));
         QCOMPARE(books.at(1).toObject()["items"].toArray().at(0).toArray().at(0).toString(), QString("ODD"));
-        QCOMPARE(folder.read(room.filePath("out/b.html")), pageOf(room.filePath("in/b.dcf")));
+        QCOMPARE(directory.read(room.filePath("out/b.html")), pageOf(room.filePath("in/b.dcf")));
     }
 
-    void severalFilesNeedAFolder()
+    void severalFilesNeedADirectory()
     {
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
-        folder.write("page.html", "old");
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
+        directory.write("page.html", "old");
         for (const char *output : { "-", "page.html" })
-            QCOMPARE(folder.run({ "codebook", "fine.dcf", "fine.dcf", "-o", output }).status, noAnswer);
-        QCOMPARE(folder.read("page.html"), QByteArray("old"));
+            QCOMPARE(directory.run({ "codebook", "fine.dcf", "fine.dcf", "-o", output }).status, noAnswer);
+        QCOMPARE(directory.read("page.html"), QByteArray("old"));
     }
 
     void fileNameIsOnlyTextAndNoTitle()
     {
         const QString name = "<b>&\"{{data}}\033.dcf";
-        folder.write(name, dictionaryWith("L", "One"));
+        directory.write(name, dictionaryWith("L", "One"));
         const QByteArray page = pageOf(name);
         QCOMPARE(page.count("&lt;b&gt;&amp;&quot;{{data}}\\u001b.dcf"), 1);
         QVERIFY(page.contains("<title>D \xE2\x80\x93 codebook</title>"));
@@ -209,7 +209,7 @@ private Q_SLOTS:
         const QString file = QStringLiteral(VAN_EXAMPLES "/census.dcf");
         const QByteArray page = pageOf(file);
         QVERIFY(page == pageOf(file));
-        const Run toOutput = folder.run({ "codebook", file, "-o", "-" });
+        const Run toOutput = directory.run({ "codebook", file, "-o", "-" });
         QCOMPARE(toOutput.status, fine);
         QVERIFY(toOutput.out == page);
     }
@@ -226,11 +226,11 @@ private Q_SLOTS:
         QTest::newRow("no page") << QStringList("fine.dcf") << QByteArray();
         QTest::newRow("option that is gone")
             << (QStringList{ "--decimals", "yes", "fine.dcf" } + toPage) << QByteArray();
-        QTest::newRow("folder without -r") << (QStringList{ "." } + toPage) << QByteArray(".: is a folder");
+        QTest::newRow("directory without -r") << (QStringList{ "." } + toPage) << QByteArray(".: is a directory");
         QTest::newRow("output without a name")
             << QStringList{ "fine.dcf", "-o", "" } << QByteArray("'': no such file\n");
-        QTest::newRow("output in an absent folder") << QStringList{ "fine.dcf", "-o", "absent/page.html" }
-                                                    << QByteArray("absent/page.html: cannot be written: ");
+        QTest::newRow("output in an absent directory") << QStringList{ "fine.dcf", "-o", "absent/page.html" }
+                                                       << QByteArray("absent/page.html: cannot be written: ");
         QTest::newRow("output is the input")
             << QStringList{ "fine.dcf", "-o", "./fine.dcf" }
             << QByteArray("./fine.dcf: is the file to read, and is not written over\n");
@@ -245,34 +245,34 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, problem);
-        folder.write("empty.dcf", QByteArray());
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
-        QFile::remove(folder.filePath("page.html"));
-        QFile::remove(folder.filePath("link"));
-        QVERIFY(QFile::link("fine.dcf", folder.filePath("link")));
+        directory.write("empty.dcf", QByteArray());
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
+        QFile::remove(directory.filePath("page.html"));
+        QFile::remove(directory.filePath("link"));
+        QVERIFY(QFile::link("fine.dcf", directory.filePath("link")));
         giveAnotherName("fine.dcf", "hard");
-        const QStringList before = QDir(folder.path()).entryList();
-        const Run made = folder.run(QStringList("codebook") + arguments);
+        const QStringList before = QDir(directory.path()).entryList();
+        const Run made = directory.run(QStringList("codebook") + arguments);
         verifyComplaint(made, problem);
         QCOMPARE(made.out, QByteArray());
-        QCOMPARE(QDir(folder.path()).entryList(), before);
-        QCOMPARE(folder.read("fine.dcf"), dictionaryWith("L", "One"));
+        QCOMPARE(QDir(directory.path()).entryList(), before);
+        QCOMPARE(directory.read("fine.dcf"), dictionaryWith("L", "One"));
     }
 
     void pageThatStoodThereStaysWithoutAnAnswer()
     {
-        folder.write("page.html", "old");
-        QCOMPARE(folder.run({ "codebook", "absent.dcf", "-o", "page.html" }).status, noAnswer);
-        QCOMPARE(folder.read("page.html"), QByteArray("old"));
+        directory.write("page.html", "old");
+        QCOMPARE(directory.run({ "codebook", "absent.dcf", "-o", "page.html" }).status, noAnswer);
+        QCOMPARE(directory.read("page.html"), QByteArray("old"));
     }
 
     void writtenPageReplacesWhatStoodThere()
     {
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
         const QByteArray page = pageOf("fine.dcf");
-        folder.write("page.html", QByteArray(1 << 20, 'x'));
-        QCOMPARE(folder.run({ "codebook", "fine.dcf", "-o", "page.html" }).status, fine);
-        QVERIFY(folder.read("page.html") == page);
+        directory.write("page.html", QByteArray(1 << 20, 'x'));
+        QCOMPARE(directory.run({ "codebook", "fine.dcf", "-o", "page.html" }).status, fine);
+        QVERIFY(directory.read("page.html") == page);
         QVERIFY(page.endsWith("</html>\n"));
     }
 
@@ -280,18 +280,18 @@ private Q_SLOTS:
     void linkStaysAndItsFileGetsThePage()
     {
         QFETCH(bool, isThere);
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
         const QByteArray page = pageOf("fine.dcf");
-        const QTemporaryDir room(folder.filePath("room"));
+        const QTemporaryDir room(directory.filePath("room"));
         const QString target = room.filePath("target.html");
         const QString link = room.filePath("link.html");
         if (isThere)
-            folder.write(target, "old");
+            directory.write(target, "old");
         QVERIFY(QFile::link("target.html", link));
-        QCOMPARE(folder.run({ "codebook", "fine.dcf", "-o", link }).status, fine);
+        QCOMPARE(directory.run({ "codebook", "fine.dcf", "-o", link }).status, fine);
         QCOMPARE(QFileInfo(link).symLinkTarget(), target);
         QVERIFY(!QFileInfo(target).isSymLink());
-        QVERIFY(folder.read(target) == page);
+        QVERIFY(directory.read(target) == page);
         QCOMPARE(QDir(room.path()).entryList(QDir::Files | QDir::System), (QStringList{ "link.html", "target.html" }));
     }
 
@@ -304,14 +304,14 @@ private Q_SLOTS:
     void pipeIsWrittenToAndStays()
     {
         QFETCH(QString, output);
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
         const QByteArray page = pageOf("fine.dcf");
         QVERIFY(!page.isEmpty());
-        const QTemporaryDir room(folder.filePath("room"));
+        const QTemporaryDir room(directory.filePath("room"));
         ReadPipe pipe(room.filePath("pipe"));
         QVERIFY2(pipe.isRead(), "no pipe can be made, or there is no cat");
         QVERIFY(QFile::link("pipe", room.filePath("link")));
-        const Run made = folder.run({ "codebook", "fine.dcf", "-o", room.filePath(output) });
+        const Run made = directory.run({ "codebook", "fine.dcf", "-o", room.filePath(output) });
         QVERIFY(pipe.isThere());
         QCOMPARE(QFileInfo(room.filePath("link")).symLinkTarget(), room.filePath("pipe"));
         QCOMPARE(made.status, fine);
@@ -334,16 +334,16 @@ private Q_SLOTS:
     {
         QVERIFY2(QFile::exists(QStringLiteral("/proc/self/fd")), "this system has no /proc");
         QFETCH(QString, call);
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
         const QByteArray page = pageOf("fine.dcf");
         QVERIFY(!page.isEmpty());
-        folder.write("all.html", "HEADER\n");
-        const Run made = runShell(folder, call);
-        QFile::remove(folder.filePath("out.html"));
+        directory.write("all.html", "HEADER\n");
+        const Run made = runShell(directory, call);
+        QFile::remove(directory.filePath("out.html"));
         QCOMPARE(made.status, fine);
         QCOMPARE(made.err, QByteArray());
         QCOMPARE(made.out, QByteArray());
-        QVERIFY(folder.read("all.html") == "HEADER\n" + page);
+        QVERIFY(directory.read("all.html") == "HEADER\n" + page);
     }
 
     void descriptorThatCannotBeWrittenToIsStatus2AndOneLine_data()
@@ -374,24 +374,24 @@ private Q_SLOTS:
         QVERIFY2(QFile::exists(QStringLiteral("/proc/self/fd")), "this system has no /proc");
         QFETCH(QString, call);
         QFETCH(QByteArray, problem);
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
-        folder.write("all.html", "HEADER\n");
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
+        directory.write("all.html", "HEADER\n");
         giveAnotherName("fine.dcf", "hard");
-        const Run made = runShell(folder, call);
-        QFile::remove(folder.filePath("out.html"));
+        const Run made = runShell(directory, call);
+        QFile::remove(directory.filePath("out.html"));
         verifyComplaint(made, problem);
-        QCOMPARE(folder.read("all.html"), QByteArray("HEADER\n"));
-        QCOMPARE(folder.read("fine.dcf"), dictionaryWith("L", "One"));
+        QCOMPARE(directory.read("all.html"), QByteArray("HEADER\n"));
+        QCOMPARE(directory.read("fine.dcf"), dictionaryWith("L", "One"));
     }
 
     void linksWithoutAnEndAreNotReplaced()
     {
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
-        const QTemporaryDir room(folder.filePath("room"));
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
+        const QTemporaryDir room(directory.filePath("room"));
         QVERIFY(QFile::link("second", room.filePath("first")));
         QVERIFY(QFile::link("first", room.filePath("second")));
         const QString output = room.filePath("first");
-        verifyComplaint(folder.run({ "codebook", "fine.dcf", "-o", output }),
+        verifyComplaint(directory.run({ "codebook", "fine.dcf", "-o", output }),
                         QFile::encodeName(output) + ": cannot be written: ");
         QCOMPARE(QFileInfo(output).symLinkTarget(), room.filePath("second"));
         QCOMPARE(QFileInfo(room.filePath("second")).symLinkTarget(), output);
@@ -402,31 +402,32 @@ private Q_SLOTS:
     void fullDiskLeavesWhatStoodThere()
     {
         QFETCH(bool, isThere);
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
-        QFile::remove(folder.filePath("page.html"));
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
+        QFile::remove(directory.filePath("page.html"));
         if (isThere)
-            folder.write("page.html", "old");
-        const QStringList before = QDir(folder.path()).entryList();
-        const Run made = runShell(folder, "trap '' XFSZ && ulimit -f 8 && exec \"$0\" codebook fine.dcf -o page.html");
+            directory.write("page.html", "old");
+        const QStringList before = QDir(directory.path()).entryList();
+        const Run made
+            = runShell(directory, "trap '' XFSZ && ulimit -f 8 && exec \"$0\" codebook fine.dcf -o page.html");
         verifyComplaint(made, "page.html: cannot be written: ");
-        QCOMPARE(QDir(folder.path()).entryList(), before);
-        QCOMPARE(folder.read("page.html"), QByteArray(isThere ? "old" : ""));
+        QCOMPARE(QDir(directory.path()).entryList(), before);
+        QCOMPARE(directory.read("page.html"), QByteArray(isThere ? "old" : ""));
     }
 
     void fullStandardOutputIsStatus2AndOneLine()
     {
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
-        verifyFullDiskIsReported(folder, { "codebook", "fine.dcf", "-o", "-" });
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
+        verifyFullDiskIsReported(directory, { "codebook", "fine.dcf", "-o", "-" });
     }
 
-    void folderWithoutPermissionIsStatus2AndOneLine()
+    void directoryWithoutPermissionIsStatus2AndOneLine()
     {
-        folder.write("fine.dcf", dictionaryWith("L", "One"));
-        QDir(folder.path()).mkdir("locked");
-        const QByteArray locked = QFile::encodeName(folder.filePath("locked"));
+        directory.write("fine.dcf", dictionaryWith("L", "One"));
+        QDir(directory.path()).mkdir("locked");
+        const QByteArray locked = QFile::encodeName(directory.filePath("locked"));
         QCOMPARE(chmod(locked.constData(), 0500), 0);
         Run made;
-        asOrdinaryUser([&] { made = folder.run({ "codebook", "fine.dcf", "-o", "locked/page.html" }); });
+        asOrdinaryUser([&] { made = directory.run({ "codebook", "fine.dcf", "-o", "locked/page.html" }); });
         verifyComplaint(made, "locked/page.html: cannot be written: ");
     }
 
@@ -444,7 +445,7 @@ private Q_SLOTS:
             for (int code = 1; code <= labels; ++code)
                 text += QStringLiteral("Value=%1;Answer %1 to question %2\n").arg(code).arg(i);
         }
-        folder.write("many.dcf", text.toUtf8());
+        directory.write("many.dcf", text.toUtf8());
         const QByteArray page = pageOf("many.dcf");
         QVERIFY(page.size() < largest);
         QVERIFY(page.contains("<li><b>10,001</b> variables</li>"));
@@ -462,8 +463,8 @@ private Q_SLOTS:
         for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" }) {
             const QStringList files = corpusFiles(kind).mid(0, 12);
             for (const QString &file : files) {
-                const Run shown = folder.run({ "show", "--format", "json", file });
-                const Run made = folder.run({ "codebook", file, "-o", "-" });
+                const Run shown = directory.run({ "show", "--format", "json", file });
+                const Run made = directory.run({ "codebook", file, "-o", "-" });
                 QCOMPARE(made.status, shown.status);
                 if (made.status != fine)
                     continue;
@@ -484,9 +485,9 @@ private:
     // A second name of the same file.
     void giveAnotherName(const QString &name, const QString &other) const
     {
-        QFile::remove(folder.filePath(other));
-        QCOMPARE(link(QFile::encodeName(folder.filePath(name)).constData(),
-                      QFile::encodeName(folder.filePath(other)).constData()),
+        QFile::remove(directory.filePath(other));
+        QCOMPARE(link(QFile::encodeName(directory.filePath(name)).constData(),
+                      QFile::encodeName(directory.filePath(other)).constData()),
                  0);
     }
 
@@ -500,14 +501,14 @@ private:
     // The page that the tool writes, or nothing.
     QByteArray pageOf(const QString &file) const
     {
-        QFile::remove(folder.filePath("page.html"));
-        const Run made = folder.run({ "codebook", file, "-o", "page.html" });
+        QFile::remove(directory.filePath("page.html"));
+        const Run made = directory.run({ "codebook", file, "-o", "page.html" });
         if (made.status != fine || !made.out.isEmpty() || !made.err.isEmpty())
             return {};
-        return folder.read("page.html");
+        return directory.read("page.html");
     }
 
-    ToolFolder folder;
+    ToolDirectory directory;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutCodebookTest)

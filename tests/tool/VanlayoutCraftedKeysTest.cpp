@@ -163,16 +163,16 @@ private Q_SLOTS:
         QFETCH(QStringList, command);
         QFETCH(FileOf, fileOf);
         QFETCH(FileOf, secondFileOf);
-        const ToolFolder folder;
+        const ToolDirectory directory;
         for (const bool collide : { false, true }) {
-            folder.write(nameOf("FILE", collide), fileOf(collide));
+            directory.write(nameOf("FILE", collide), fileOf(collide));
             if (secondFileOf)
-                folder.write(nameOf("SECOND", collide), secondFileOf(collide));
+                directory.write(nameOf("SECOND", collide), secondFileOf(collide));
         }
         Run ofCrafted;
         Run ofOthers;
-        const TimeRatio ratio([&] { ofCrafted = run(folder, command, true); },
-                              [&] { ofOthers = run(folder, command, false); });
+        const TimeRatio ratio([&] { ofCrafted = run(directory, command, true); },
+                              [&] { ofOthers = run(directory, command, false); });
         QVERIFY2(ofOthers.status == fine || ofOthers.status == finding, ofOthers.err.constData());
         QCOMPARE(ofCrafted.status, ofOthers.status);
         QVERIFY2(ratio.isAtMost(2), ratio.inWords().c_str());
@@ -181,13 +181,13 @@ private Q_SLOTS:
 private:
     static QString nameOf(const QString &file, bool collide) { return file + (collide ? "-crafted" : "-other"); }
 
-    static Run run(const ToolFolder &folder, QStringList command, bool collide)
+    static Run run(const ToolDirectory &directory, QStringList command, bool collide)
     {
         for (QString &word : command) {
             if (word == "FILE" || word == "SECOND")
                 word = nameOf(word, collide);
         }
-        return folder.run(command);
+        return directory.run(command);
     }
 };
 

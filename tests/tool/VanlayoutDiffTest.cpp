@@ -256,8 +256,8 @@ private Q_SLOTS:
         const Run run = diff(QStringList{ "-o", "changes" } + call);
         QCOMPARE(run.status, finding);
         QCOMPARE(run.out + run.err, QByteArray());
-        QVERIFY(!folder.read("changes").isEmpty());
-        QCOMPARE(diff(call).out, folder.read("changes"));
+        QVERIFY(!directory.read("changes").isEmpty());
+        QCOMPARE(diff(call).out, directory.read("changes"));
     }
 
     void noFileToReadIsWrittenOver()
@@ -269,8 +269,8 @@ private Q_SLOTS:
             QCOMPARE(run.status, noAnswer);
             QVERIFY(run.err.startsWith(QByteArray("vanlayout: ") + file + ": is "));
         }
-        QCOMPARE(QString::fromUtf8(folder.read("before.dcf")), surveyBefore());
-        QCOMPARE(QString::fromUtf8(folder.read("after.dcf")), surveyAfter());
+        QCOMPARE(QString::fromUtf8(directory.read("before.dcf")), surveyBefore());
+        QCOMPARE(QString::fromUtf8(directory.read("after.dcf")), surveyAfter());
     }
 
     void sameLayoutIsStatus0_data()
@@ -319,7 +319,7 @@ private Q_SLOTS:
         QFile whole(QStringLiteral(VAN_MADE_DATA "/types-118.dta"));
         QVERIFY(whole.open(QIODevice::ReadOnly));
         const QByteArray bytes = whole.readAll();
-        folder.write("cut.dta", bytes.left(bytes.size() - 600));
+        directory.write("cut.dta", bytes.left(bytes.size() - 600));
         const Run run = diff({ "cut.dta", "cut.dta" });
         QCOMPARE(run.status, fine);
         QCOMPARE(run.err.count(": Unable to read from file\n"), 2);
@@ -386,7 +386,7 @@ private Q_SLOTS:
         write("before.dcf", surveyBefore());
         write("after.dcf", surveyAfter());
         QProcess tool;
-        tool.setStandardInputFile(folder.filePath("before.dcf"));
+        tool.setStandardInputFile(directory.filePath("before.dcf"));
         const Run run = diff({ "--format", "json", name, "after.dcf" }, tool);
         QCOMPARE(run.status, finding);
         QCOMPARE(run.json()["before"]["file"].toString(), name);
@@ -398,7 +398,7 @@ private Q_SLOTS:
         write("before.dcf", surveyBefore());
         write("after.dcf", surveyAfter());
         for (const char *format : { "table", "json", "html" })
-            verifyFullDiskIsReported(folder, { "diff", "--format", format, "before.dcf", "after.dcf" });
+            verifyFullDiskIsReported(directory, { "diff", "--format", format, "before.dcf", "after.dcf" });
     }
 
     void tableSendsNoControlCharacters()
@@ -408,8 +408,8 @@ private Q_SLOTS:
         const auto content = [](const QString &text) {
             return inUtf16(dictionary(record("R\x07", item("A\x1B", text, 2, 1, valueSet({ "1;" + text })))));
         };
-        folder.write("be\x1B[1mfore.dcf", content(before));
-        folder.write("after.dcf", content(after));
+        directory.write("be\x1B[1mfore.dcf", content(before));
+        directory.write("after.dcf", content(after));
         const Run run = diff({ "be\x1B[1mfore.dcf", "after.dcf" });
         QCOMPARE(run.status, finding);
         QVERIFY(run.out.contains("label: "));
@@ -482,16 +482,16 @@ private:
         return dictionary(record("R", items));
     }
 
-    void write(const QString &name, const QString &text) const { folder.write(name, text.toUtf8()); }
+    void write(const QString &name, const QString &text) const { directory.write(name, text.toUtf8()); }
 
-    Run diff(const QStringList &arguments) const { return folder.run(QStringList("diff") + arguments); }
+    Run diff(const QStringList &arguments) const { return directory.run(QStringList("diff") + arguments); }
 
     Run diff(const QStringList &arguments, QProcess &tool) const
     {
-        return folder.run(QStringList("diff") + arguments, tool);
+        return directory.run(QStringList("diff") + arguments, tool);
     }
 
-    ToolFolder folder;
+    ToolDirectory directory;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutDiffTest)

@@ -55,16 +55,16 @@ private Q_SLOTS:
         expected += kindsBetween(NoteKind::duplicateVariable, NoteKind::duplicateRecord);
         QSet<QString> found;
         for (const char *decimals : { "no", "yes" })
-            found += kindsIn(folder.run({ "explain", "--format", "json", "--decimals", decimals, planted }).out);
+            found += kindsIn(directory.run({ "explain", "--format", "json", "--decimals", decimals, planted }).out);
         QCOMPARE(sorted(expected - found), QStringList());
         QCOMPARE(sorted(found - expected), QStringList());
-        QCOMPARE(sorted(kindsIn(folder.run({ "explain", "--format", "json", ended }).out)),
+        QCOMPARE(sorted(kindsIn(directory.run({ "explain", "--format", "json", ended }).out)),
                  (QStringList{ "layout-given-up", "several-in-a-line" }));
     }
 
     void everyOddityPlantedInACSPro8DictionaryIsFound()
     {
-        const Run explained = folder.run({ "explain", "--format", "json", planted8 });
+        const Run explained = directory.run({ "explain", "--format", "json", planted8 });
         QCOMPARE(explained.status, finding);
         const QSet<QString> found = kindsIn(explained.out);
         QCOMPARE(sorted(kindsBetween(NoteKind::wrongType, NoteKind::firstAtColumnOne) - found), QStringList());
@@ -84,19 +84,19 @@ private Q_SLOTS:
     {
         QFETCH(QString, file);
         QFETCH(QString, type);
-        const Run explained = folder.run({ "explain", file });
+        const Run explained = directory.run({ "explain", file });
         QCOMPARE(explained.status, fine);
         QCOMPARE(explained.err, QByteArray());
         QCOMPARE(QString::fromUtf8(explained.out), file + ": " + type + ", no note\n");
-        const Run shown = folder.run({ "fields", file });
+        const Run shown = directory.run({ "fields", file });
         QCOMPARE(shown.status, fine);
         QCOMPARE(shown.err, QByteArray());
     }
 
     void jsonBehindAByteOrderMarkIsReportedAsWhatItIs()
     {
-        folder.write("d.dcf", "\xEF\xBB\xBF{\"name\": \"D\", \"levels\": []}");
-        const Run explained = folder.run({ "explain", "--type", "cspro8", "d.dcf" });
+        directory.write("d.dcf", "\xEF\xBB\xBF{\"name\": \"D\", \"levels\": []}");
+        const Run explained = directory.run({ "explain", "--type", "cspro8", "d.dcf" });
         QCOMPARE(explained.status, noAnswer);
         QVERIFY2(explained.out.startsWith("d.dcf: CSPro 8 JSON dictionary, 1 note (1 lost)\n"),
                  explained.out.constData());
@@ -105,11 +105,11 @@ private Q_SLOTS:
 
     void tableIsBySeverityThenByKind()
     {
-        folder.write("d.dcf",
-                     "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\nLen=2\nTaste=sweet\n"
-                     "[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n"
-                     "[Item]\nName=AGE\nStart=9\nLen=1\n");
-        const Run explained = folder.run({ "explain", "d.dcf" });
+        directory.write("d.dcf",
+                        "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\nLen=2\nTaste=sweet\n"
+                        "[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n"
+                        "[Item]\nName=AGE\nStart=9\nLen=1\n");
+        const Run explained = directory.run({ "explain", "d.dcf" });
         QCOMPARE(explained.status, finding);
         QCOMPARE(explained.err, QByteArray());
         QCOMPARE(QString::fromUtf8(explained.out),
@@ -144,8 +144,8 @@ private Q_SLOTS:
 
     void jsonHasEveryKeyInItsOrder()
     {
-        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
-        const Run explained = folder.run({ "explain", "--format", "json", "d.dcf" });
+        directory.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
+        const Run explained = directory.run({ "explain", "--format", "json", "d.dcf" });
         QCOMPARE(explained.status, finding);
         QCOMPARE(QString::fromUtf8(explained.out),
                  "{\n"
@@ -171,7 +171,7 @@ private Q_SLOTS:
 
     void severalFilesAreOneJsonObjectALine()
     {
-        const Run explained = folder.run({ "explain", "--format", "json", clean, planted8 });
+        const Run explained = directory.run({ "explain", "--format", "json", clean, planted8 });
         const QList<QByteArray> lines = explained.out.trimmed().split('\n');
         QCOMPARE(lines.size(), 2);
         QCOMPARE(kindsIn(lines.at(0)).size(), 0);
@@ -181,9 +181,9 @@ private Q_SLOTS:
 
     void changedOrInfoIsNoFinding()
     {
-        folder.write("d.dcf",
-                     "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
-        const Run explained = folder.run({ "explain", "d.dcf" });
+        directory.write("d.dcf",
+                        "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
+        const Run explained = directory.run({ "explain", "d.dcf" });
         QVERIFY(explained.out.startsWith("d.dcf: CSPro text dictionary, 3 notes (2 changed, 1 info)\n"));
         QCOMPARE(explained.status, fine);
     }
@@ -193,11 +193,11 @@ private Q_SLOTS:
         QByteArray lines;
         for (int i = 0; i < 12; ++i)
             lines += "Key" + QByteArray::number(i) + "=x\n";
-        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n" + lines);
-        const QByteArray some = folder.run({ "explain", "d.dcf" }).out;
+        directory.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n" + lines);
+        const QByteArray some = directory.run({ "explain", "d.dcf" }).out;
         QVERIFY(some.contains("unknown-key (12)\n"));
         QVERIFY(some.endsWith("      line 6  AGE  Key0=x (and 11 more)\n"));
-        const QByteArray all = folder.run({ "explain", "--all", "d.dcf" }).out;
+        const QByteArray all = directory.run({ "explain", "--all", "d.dcf" }).out;
         QVERIFY(all.contains("Key0=x\n"));
         QVERIFY(all.contains("Key10=x\n"));
         QVERIFY(all.endsWith("Key11=x\n"));
@@ -211,8 +211,8 @@ private Q_SLOTS:
             items += "[Item]\nName=V" + number + "\nStart=" + QByteArray::number(i + 1)
                 + "\nLen=1\nColour=red\nTaste=sweet\n";
         }
-        folder.write("d.dcf", "[IdItems]\n" + items);
-        const QByteArray table = folder.run({ "explain", "d.dcf" }).out;
+        directory.write("d.dcf", "[IdItems]\n" + items);
+        const QByteArray table = directory.run({ "explain", "d.dcf" }).out;
         QVERIFY2(table.contains("unknown-key (24)\n"), table.constData());
         QVERIFY2(table.endsWith("V9  Colour=red (and 1 more)\n      and 4 more\n"), table.constData());
     }
@@ -314,14 +314,14 @@ private Q_SLOTS:
         QFETCH(QByteArray, dictionary);
         QFETCH(QByteArray, kind);
         QFETCH(QByteArray, instead);
-        folder.write("d.dcf", dictionary);
-        const Run table = folder.run({ "explain", "d.dcf" });
+        directory.write("d.dcf", dictionary);
+        const Run table = directory.run({ "explain", "d.dcf" });
         const int place = table.out.indexOf("  " + kind + " (");
         QVERIFY2(place >= 0, table.out.constData());
         QVERIFY2(table.out.mid(place).contains("the file has: " + instead + '\n'), table.out.constData());
         QSet<QString> found;
         const QJsonArray notes
-            = folder.run({ "explain", "--format", "json", "d.dcf" }).json().toObject().value("notes").toArray();
+            = directory.run({ "explain", "--format", "json", "d.dcf" }).json().toObject().value("notes").toArray();
         for (const QJsonValue &note : notes) {
             if (note.toObject().value("kind").toString().toLatin1() == kind)
                 found.insert(note.toObject().value("exact").toString());
@@ -334,10 +334,11 @@ private Q_SLOTS:
         QByteArray sets;
         for (int i = 0; i < 200; ++i)
             sets += "[ValueSet]\nName=SET" + QByteArray::number(i) + "\nValue=1;One\n";
-        folder.write("d.dcf",
-                     "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n"
-                         + sets + "[Record]\nName=R\n");
-        const QJsonValue json = folder.run({ "explain", "--format", "json", "d.dcf" }).json();
+        directory.write(
+            "d.dcf",
+            "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n" + sets
+                + "[Record]\nName=R\n");
+        const QJsonValue json = directory.run({ "explain", "--format", "json", "d.dcf" }).json();
         bool isFound = false;
         for (const QJsonValue &note : json["notes"].toArray()) {
             const QString exact = note.toObject()["exact"].toString();
@@ -349,17 +350,18 @@ private Q_SLOTS:
 
     void aLongNameIsCutInTheTable()
     {
-        folder.write("d.dcf", "[IdItems]\n[Item]\nName=" + QByteArray(60, 'N') + "\nStart=1\nLen=3\nColour=red\n");
-        const QString table = QString::fromUtf8(folder.run({ "explain", "d.dcf" }).out);
+        directory.write("d.dcf", "[IdItems]\n[Item]\nName=" + QByteArray(60, 'N') + "\nStart=1\nLen=3\nColour=red\n");
+        const QString table = QString::fromUtf8(directory.run({ "explain", "d.dcf" }).out);
         QVERIFY2(table.contains("  " + QString(39, 'N') + QChar(0x2026) + "  Colour=red\n"), qPrintable(table));
     }
 
     void whatTheNoteSaysIsNotSaidAgain()
     {
-        folder.write("d.dcf",
-                     "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n"
-                     "[Item]\nName=SEX\nStart=3\nLen=1\n[Record]\nName=R\n");
-        const QByteArray table = folder.run({ "explain", "d.dcf" }).out;
+        directory.write(
+            "d.dcf",
+            "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n"
+            "[Item]\nName=SEX\nStart=3\nLen=1\n[Record]\nName=R\n");
+        const QByteArray table = directory.run({ "explain", "d.dcf" }).out;
         QVERIFY2(table.contains("SEX  columns 3 to 3\n"), table.constData());
         QVERIFY2(!table.contains("the file has"), table.constData());
     }
@@ -367,23 +369,23 @@ private Q_SLOTS:
     void aNameOfSeveralItemsIsNotExplainedFurther()
     {
         const QByteArray item = "[Item]\nName=X\nStart=1\nLen=6\nDecimal=2\n";
-        folder.write("d.dcf",
-                     "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Record]\nName=R\n" + item
-                         + "[Record]\nName=S\n" + item);
-        const QByteArray table = folder.run({ "explain", "d.dcf" }).out;
+        directory.write("d.dcf",
+                        "[Dictionary]\nVersion=CSPro 7.7\n[Level]\nName=L\n[IdItems]\n[Record]\nName=R\n" + item
+                            + "[Record]\nName=S\n" + item);
+        const QByteArray table = directory.run({ "explain", "d.dcf" }).out;
         QVERIFY2(table.contains("decimals-lost"), table.constData());
         QVERIFY2(!table.contains("the file has"), table.constData());
     }
 
     void linesAreAsWideAsTheTerminal()
     {
-        folder.write("d.dcf",
-                     "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=" + QByteArray("red ").repeated(60) + '\n');
+        directory.write(
+            "d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=" + QByteArray("red ").repeated(60) + '\n');
         QProcess tool;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("COLUMNS", "60");
         tool.setProcessEnvironment(environment);
-        const QByteArray table = folder.run({ "explain", "d.dcf" }, tool).out;
+        const QByteArray table = directory.run({ "explain", "d.dcf" }, tool).out;
         int indented = 0;
         const QList<QByteArray> lines = table.split('\n');
         for (const QByteArray &line : lines) {
@@ -411,38 +413,39 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, columns);
         QFETCH(QString, table);
-        folder.write("d.dcf",
-                     "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=" + QByteArray("red").repeated(10)
-                         + QByteArray("\xE4\xB8\xAD").repeated(6) + '\n');
+        directory.write("d.dcf",
+                        "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=" + QByteArray("red").repeated(10)
+                            + QByteArray("\xE4\xB8\xAD").repeated(6) + '\n');
         QProcess tool;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("COLUMNS", columns);
         tool.setProcessEnvironment(environment);
-        const QString out = QString::fromUtf8(folder.run({ "explain", "d.dcf" }, tool).out);
+        const QString out = QString::fromUtf8(directory.run({ "explain", "d.dcf" }, tool).out);
         QVERIFY2(out.contains(table), qPrintable(out));
     }
 
     void theWorstOfSeveralFilesIsTheStatus()
     {
-        folder.write("subitem.dcf",
-                     "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
+        directory.write("subitem.dcf",
+                        "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
         const QStringList call{ "explain", "--summary", "--fail-on", "subitem" };
-        QCOMPARE(folder.run(call + QStringList{ clean, clean8 }).status, fine);
-        QCOMPARE(folder.run(call + QStringList{ "subitem.dcf", clean }).status, finding);
-        const Run worst = folder.run(call + QStringList{ "absent.dcf", "subitem.dcf", clean });
+        QCOMPARE(directory.run(call + QStringList{ clean, clean8 }).status, fine);
+        QCOMPARE(directory.run(call + QStringList{ "subitem.dcf", clean }).status, finding);
+        const Run worst = directory.run(call + QStringList{ "absent.dcf", "subitem.dcf", clean });
         QCOMPARE(worst.status, noAnswer);
         QCOMPARE(worst.out.count('\n'), 3);
     }
 
     void summaryIsALineAFile()
     {
-        const Run summary = folder.run({ "explain", "--summary", clean, planted8 });
+        const Run summary = directory.run({ "explain", "--summary", clean, planted8 });
         QCOMPARE(summary.status, finding);
         const QList<QByteArray> lines = summary.out.split('\n');
         QCOMPARE(lines.size(), 3);
         QCOMPARE(lines.at(0), clean.toUtf8() + ": CSPro text dictionary, no note");
         QVERIFY2(lines.at(1).startsWith(planted8.toUtf8() + ": CSPro 8 JSON dictionary, "), lines.at(1).constData());
-        const QJsonObject json = folder.run({ "explain", "--summary", "--format", "json", planted8 }).json().toObject();
+        const QJsonObject json
+            = directory.run({ "explain", "--summary", "--format", "json", planted8 }).json().toObject();
         QVERIFY(json.value("lost").toInt() > 0);
         QVERIFY(!json.contains("notes"));
     }
@@ -463,29 +466,29 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, asked);
         QFETCH(int, status);
-        folder.write("d.dcf",
-                     "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
-        QCOMPARE(folder.run(QStringList{ "explain", "d.dcf" } + asked).status, status);
+        directory.write("d.dcf",
+                        "[Item]\nName=AGE\nStart=1\nLen=3\n[Item]\nName=TENS\nStart=1\nLen=1\nItemType=SubItem\n");
+        QCOMPARE(directory.run(QStringList{ "explain", "d.dcf" } + asked).status, status);
     }
 
     void changedIncludesWhatIsLost()
     {
-        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
-        QCOMPARE(folder.run({ "explain", "--fail-on", "changed", "d.dcf" }).status, finding);
-        QCOMPARE(folder.run({ "explain", "--fail-on", "subitem", "d.dcf" }).status, fine);
+        directory.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
+        QCOMPARE(directory.run({ "explain", "--fail-on", "changed", "d.dcf" }).status, finding);
+        QCOMPARE(directory.run({ "explain", "--fail-on", "subitem", "d.dcf" }).status, fine);
     }
 
     void anUnknownKindIsSuggested()
     {
-        const Run run = folder.run({ "explain", "--fail-on", "subitm", clean });
+        const Run run = directory.run({ "explain", "--fail-on", "subitm", clean });
         QCOMPARE(run.status, noAnswer);
         QCOMPARE(run.err, QByteArray("vanlayout: --fail-on: subitm is not known; did you mean subitem?\n"));
     }
 
     void controlCharactersOfTheFileReachNoTerminal()
     {
-        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nCo\x1b[31m=red\n");
-        const Run explained = folder.run({ "explain", "d.dcf" });
+        directory.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nCo\x1b[31m=red\n");
+        const Run explained = directory.run({ "explain", "d.dcf" });
         QCOMPARE(explained.status, finding);
         QVERIFY(!explained.out.contains('\x1b'));
         QVERIFY(explained.out.contains("[31m=red"));
@@ -493,17 +496,17 @@ private Q_SLOTS:
 
     void lineAsLongAsTheFileIsCutInTheTable()
     {
-        folder.write("d.dcf", QByteArray(100000, 'x') + "\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n");
-        const QByteArray table = folder.run({ "explain", "d.dcf" }).out;
+        directory.write("d.dcf", QByteArray(100000, 'x') + "\n[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\n");
+        const QByteArray table = directory.run({ "explain", "d.dcf" }).out;
         QVERIFY(table.contains("line-outside-section (1)\n"));
         QVERIFY(table.size() < 1000);
-        QVERIFY(folder.run({ "explain", "--format", "json", "d.dcf" }).out.size() > 100000);
+        QVERIFY(directory.run({ "explain", "--format", "json", "d.dcf" }).out.size() > 100000);
     }
 
     void lookupLinesWithoutASeparatorAreReported()
     {
-        folder.write("codes.txt", "1;Artesia\n2;Copal\nDorado\n");
-        const Run explained = folder.run({ "explain", "--type", "lookup", "--separator", "semicolon", "codes.txt" });
+        directory.write("codes.txt", "1;Artesia\n2;Copal\nDorado\n");
+        const Run explained = directory.run({ "explain", "--type", "lookup", "--separator", "semicolon", "codes.txt" });
         QCOMPARE(explained.status, fine); // changed, not lost
         QCOMPARE(QString::fromUtf8(explained.out),
                  "codes.txt: lookup file, 1 note (1 changed)\n"
@@ -518,7 +521,7 @@ private Q_SLOTS:
 
     void fileWithoutLayoutIsExplainedAndHasStatus2()
     {
-        const Run explained = folder.run({ "explain", ended });
+        const Run explained = directory.run({ "explain", ended });
         QCOMPARE(explained.status, noAnswer);
         QVERIFY(explained.out.contains("layout-given-up (1)\n"));
         QCOMPARE(QString::fromUtf8(explained.err),
@@ -535,8 +538,8 @@ private Q_SLOTS:
                                 << "no such file";
         QTest::newRow("empty name") << QStringList("") << "'': 1 note (1 lost)"
                                     << "no such file";
-        QTest::newRow("folder") << QStringList(".") << ".: 1 note (1 lost)"
-                                << "is a folder";
+        QTest::newRow("directory") << QStringList(".") << ".: 1 note (1 lost)"
+                                   << "is a directory";
         QTest::newRow("absent lookup") << QStringList{ "--type", "lookup", "absent.txt" }
                                        << "absent.txt: lookup file, 1 note (1 lost)"
                                        << "no such file";
@@ -551,15 +554,15 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         QFETCH(QString, heading);
         QFETCH(QString, problem);
-        folder.write("empty.dcf", QByteArray());
-        folder.write("object.dcf", "{}");
-        const Run table = folder.run(QStringList("explain") + arguments);
+        directory.write("empty.dcf", QByteArray());
+        directory.write("object.dcf", "{}");
+        const Run table = directory.run(QStringList("explain") + arguments);
         verifyComplaint(table,
                         QFile::encodeName(arguments.last().isEmpty() ? "''" : arguments.last()) + ": "
                             + problem.toUtf8() + '\n');
         QVERIFY2(table.out.startsWith(heading.toUtf8() + "\n\nLOST: 1\n  file-not-read (1)\n"), table.out.constData());
         QVERIFY(table.out.contains("\n      " + problem.toUtf8() + '\n'));
-        const Run json = folder.run(QStringList{ "explain", "--format", "json" } + arguments);
+        const Run json = directory.run(QStringList{ "explain", "--format", "json" } + arguments);
         QCOMPARE(json.status, noAnswer);
         QCOMPARE(json.err, table.err);
         QCOMPARE(json.json()["lost"].toInt(), 1);
@@ -573,7 +576,7 @@ private Q_SLOTS:
 
     void whatWasLostOnTheWayIsReportedOnce()
     {
-        const Run explained = folder.run({ "explain", ended });
+        const Run explained = directory.run({ "explain", ended });
         QVERIFY(!explained.out.contains("file-not-read"));
     }
 
@@ -585,14 +588,14 @@ private Q_SLOTS:
         QTest::newRow("missing") << QStringList{ "explain", "missing.dcf" } << QByteArray("missing.dcf: ");
         QTest::newRow("missing lookup") << QStringList{ "explain", "--type", "lookup", "missing.txt" }
                                         << QByteArray("missing.txt: ");
-        QTest::newRow("folder") << QStringList{ "explain", "." } << QByteArray(".: ");
+        QTest::newRow("directory") << QStringList{ "explain", "." } << QByteArray(".: ");
         QTest::newRow("format") << QStringList{ "explain", "--format", "csv", clean } << QByteArray("--format");
     }
     void noAnswerIsStatus2AndOneLine()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, problem);
-        verifyComplaint(folder.run(arguments), problem);
+        verifyComplaint(directory.run(arguments), problem);
     }
 
     void showSaysInOneLineHowManyNotesThereAre_data()
@@ -605,8 +608,8 @@ private Q_SLOTS:
     void showSaysInOneLineHowManyNotesThereAre()
     {
         QFETCH(QString, format);
-        folder.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
-        const Run shown = folder.run({ "fields", "--format", format, "d.dcf" });
+        directory.write("d.dcf", "[IdItems]\n[Item]\nName=AGE\nStart=1\nLen=3\nColour=red\n");
+        const Run shown = directory.run({ "fields", "--format", format, "d.dcf" });
         QCOMPARE(shown.status, fine);
         QCOMPARE(shown.err, QByteArray("vanlayout: d.dcf: 1 note (1 lost); vanlayout explain shows them\n"));
         QVERIFY(!shown.out.contains("note"));
@@ -614,14 +617,14 @@ private Q_SLOTS:
 
     void showOfAFileWithoutLayoutSaysWhatIsWrongAlone()
     {
-        const Run shown = folder.run({ "fields", ended });
+        const Run shown = directory.run({ "fields", ended });
         QCOMPARE(shown.status, noAnswer);
         QCOMPARE(notesLinesOf(shown.err), QByteArray());
         QCOMPARE(shown.err.count('\n'), 1);
     }
 
 private:
-    ToolFolder folder;
+    ToolDirectory directory;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutExplainTest)

@@ -50,16 +50,16 @@ private Q_SLOTS:
 private:
     qint64 peakOfExport(const QByteArray &form, int occurrences, qint64 &bytesWritten) const
     {
-        QFile file(folder.filePath("survey.dcf"));
+        QFile file(directory.filePath("survey.dcf"));
         file.open(QIODevice::WriteOnly);
         file.write(dictionary(occurrences));
         file.close();
-        const MeasuredRun run = measuredRun({ "export", "--to", form, QFile::encodeName(file.fileName()) }, folder);
-        bytesWritten = run.status == 0 ? QFileInfo(folder.filePath("out")).size() : 0;
+        const MeasuredRun run = measuredRun({ "export", "--to", form, QFile::encodeName(file.fileName()) }, directory);
+        bytesWritten = run.status == 0 ? QFileInfo(directory.filePath("out")).size() : 0;
         return run.peakMemory;
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutExportMemoryTest)

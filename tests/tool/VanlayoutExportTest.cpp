@@ -43,7 +43,7 @@ class VanlayoutExportTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { folder.write("survey.dcf", dictionary("X")); }
+    void init() { directory.write("survey.dcf", dictionary("X")); }
 
     void everyFormIsWritten_data()
     {
@@ -109,51 +109,51 @@ private Q_SLOTS:
     void outputGoesIntoAFile()
     {
         const QByteArray printed = exported("ddi", "survey.dcf").out;
-        const Run run = folder.run({ "export", "--to", "ddi", "-o", "survey.xml", "survey.dcf" });
+        const Run run = directory.run({ "export", "--to", "ddi", "-o", "survey.xml", "survey.dcf" });
         QCOMPARE(run.status, fine);
         QCOMPARE(run.out, QByteArray());
         QCOMPARE(run.err, QByteArray());
-        QCOMPARE(folder.read("survey.xml"), printed);
-        QCOMPARE(folder.run({ "export", "--to", "ddi", "-o", "-", "survey.dcf" }).out, printed);
+        QCOMPARE(directory.read("survey.xml"), printed);
+        QCOMPARE(directory.run({ "export", "--to", "ddi", "-o", "-", "survey.dcf" }).out, printed);
     }
 
     void standardInputIsRead()
     {
         QProcess filter;
-        filter.setStandardInputFile(folder.filePath("survey.dcf"));
-        QCOMPARE(folder.run({ "export", "--to", "ddi", "-", "-o", "piped/" }, filter).status, fine);
-        QCOMPARE(folder.read("piped/layout.xml"), exported("ddi", "survey.dcf").out);
+        filter.setStandardInputFile(directory.filePath("survey.dcf"));
+        QCOMPARE(directory.run({ "export", "--to", "ddi", "-", "-o", "piped/" }, filter).status, fine);
+        QCOMPARE(directory.read("piped/layout.xml"), exported("ddi", "survey.dcf").out);
         QProcess tool;
-        tool.setStandardInputFile(folder.filePath("survey.dcf"));
-        QCOMPARE(folder.run({ "export", "--to", "markdown", "-" }, tool).status, fine);
+        tool.setStandardInputFile(directory.filePath("survey.dcf"));
+        QCOMPARE(directory.run({ "export", "--to", "markdown", "-" }, tool).status, fine);
     }
 
     void aFileThatBecomesTooLargeIsLeftAsItWas()
     {
-        folder.write("page.html", "before");
+        directory.write("page.html", "before");
         // One block of 512 bytes or of 1024: far less than a page has.
-        const Run run = runShell(folder, "trap '' XFSZ; ulimit -f 1; \"$0\" codebook survey.dcf -o page.html");
+        const Run run = runShell(directory, "trap '' XFSZ; ulimit -f 1; \"$0\" codebook survey.dcf -o page.html");
         verifyComplaint(run, "page.html: cannot be written: File too large\n");
-        QCOMPARE(folder.read("page.html"), QByteArray("before"));
-        QCOMPARE(QDir(folder.path()).entryList({ "page.html*" }, QDir::Files), QStringList("page.html"));
+        QCOMPARE(directory.read("page.html"), QByteArray("before"));
+        QCOMPARE(QDir(directory.path()).entryList({ "page.html*" }, QDir::Files), QStringList("page.html"));
     }
 
     void failureLeavesTheFileThatWasThere()
     {
-        folder.write("survey.xml", "before");
-        folder.write("survey.dcf", "no dictionary");
-        QCOMPARE(folder.run({ "export", "--to", "ddi", "-o", "survey.xml", "survey.dcf" }).status, noAnswer);
-        QCOMPARE(folder.read("survey.xml"), QByteArray("before"));
+        directory.write("survey.xml", "before");
+        directory.write("survey.dcf", "no dictionary");
+        QCOMPARE(directory.run({ "export", "--to", "ddi", "-o", "survey.xml", "survey.dcf" }).status, noAnswer);
+        QCOMPARE(directory.read("survey.xml"), QByteArray("before"));
     }
 
     void pipeIsWrittenToAndStays()
     {
         const QByteArray printed = exported("csvw", "survey.dcf").out;
         QVERIFY(!printed.isEmpty());
-        QFile::remove(folder.filePath("pipe"));
-        ReadPipe pipe(folder.filePath("pipe"));
+        QFile::remove(directory.filePath("pipe"));
+        ReadPipe pipe(directory.filePath("pipe"));
         QVERIFY2(pipe.isRead(), "no pipe can be made, or there is no cat");
-        const Run run = folder.run({ "export", "--to", "csvw", "-o", "pipe", "survey.dcf" });
+        const Run run = directory.run({ "export", "--to", "csvw", "-o", "pipe", "survey.dcf" });
         QVERIFY(pipe.isThere());
         QCOMPARE(run.status, fine);
         QCOMPARE(pipe.taken(patience), printed);
@@ -168,7 +168,7 @@ private Q_SLOTS:
     void fullDiskIsStatus2AndOneLine()
     {
         QFETCH(QString, target);
-        verifyFullDiskIsReported(folder, { "export", "--to", target, "survey.dcf" });
+        verifyFullDiskIsReported(directory, { "export", "--to", target, "survey.dcf" });
     }
 
     void titleIsTheCallersOrTheDictionarysOwn_data()
@@ -181,21 +181,21 @@ private Q_SLOTS:
     {
         QFETCH(QString, target);
         QVERIFY(exported(target, "survey.dcf").out.contains("Survey"));
-        const Run titled = folder.run({ "export", "--to", target, "--title", "Häuser 2031", "survey.dcf" });
+        const Run titled = directory.run({ "export", "--to", target, "--title", "Häuser 2031", "survey.dcf" });
         QVERIFY2(titled.out.contains("Häuser 2031"), titled.out.constData());
     }
 
     void aTitleIsOnlyText()
     {
-        const Run titled = folder.run({ "export", "--to", "ddi", "--title", "Häuser & Höfe", "survey.dcf" });
+        const Run titled = directory.run({ "export", "--to", "ddi", "--title", "Häuser & Höfe", "survey.dcf" });
         QVERIFY2(titled.out.contains("<titl>Häuser &amp; Höfe</titl>"), titled.out.constData());
     }
 
     void profileAddsWhatItsReadersNeed()
     {
         const QByteArray plain = exported("ddi", "survey.dcf").out;
-        QCOMPARE(folder.run({ "export", "--to", "ddi", "--profile", "plain", "survey.dcf" }).out, plain);
-        const QByteArray ipums = folder.run({ "export", "--to", "ddi", "--profile", "ipums", "survey.dcf" }).out;
+        QCOMPARE(directory.run({ "export", "--to", "ddi", "--profile", "plain", "survey.dcf" }).out, plain);
+        const QByteArray ipums = directory.run({ "export", "--to", "ddi", "--profile", "ipums", "survey.dcf" }).out;
         QVERIFY(!plain.contains("<filePlac"));
         QVERIFY2(ipums.contains("<filePlac"), ipums.constData());
     }
@@ -203,7 +203,7 @@ private Q_SLOTS:
     void excelGetsAByteOrderMark()
     {
         const QByteArray plain = exported("csv", "survey.dcf").out;
-        const QByteArray marked = folder.run({ "export", "--to", "csv", "--excel", "survey.dcf" }).out;
+        const QByteArray marked = directory.run({ "export", "--to", "csv", "--excel", "survey.dcf" }).out;
         QVERIFY(!plain.startsWith("\xEF\xBB\xBF"));
         QCOMPARE(marked, "\xEF\xBB\xBF" + plain);
     }
@@ -218,12 +218,12 @@ private Q_SLOTS:
     {
         QFETCH(QString, target);
         const QByteArray languages = "\n[Languages]\nEN=English\nFR=Fran\u00E7ais\n";
-        folder.write("survey.dcf", dictionary("X", languages).replace("A label", "House|Maison"));
+        directory.write("survey.dcf", dictionary("X", languages).replace("A label", "House|Maison"));
         const QStringList call{ "export", "--to", target };
-        QVERIFY(folder.run(call + QStringList("survey.dcf")).out.contains("House"));
-        const QByteArray french = folder.run(call + QStringList{ "--language", "FR", "survey.dcf" }).out;
+        QVERIFY(directory.run(call + QStringList("survey.dcf")).out.contains("House"));
+        const QByteArray french = directory.run(call + QStringList{ "--language", "FR", "survey.dcf" }).out;
         QVERIFY2(french.contains("Maison") && !french.contains("House"), french.constData());
-        const Run absent = folder.run(call + QStringList{ "--language", "ES", "survey.dcf" });
+        const Run absent = directory.run(call + QStringList{ "--language", "ES", "survey.dcf" });
         verifyComplaint(absent, "survey.dcf: has no language ES; it has EN, FR\n");
     }
 
@@ -240,7 +240,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, target);
         QFETCH(int, status);
-        folder.write("many.dcf", dictionary("X") + "Occurrences=2000000000\n");
+        directory.write("many.dcf", dictionary("X") + "Occurrences=2000000000\n");
         const Run run = exported(target, "many.dcf");
         QCOMPARE(run.status, status);
         QCOMPARE(run.out.isEmpty(), status == noAnswer);
@@ -267,7 +267,7 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, problem);
-        const Run run = folder.run(QStringList("export") + arguments + QStringList("survey.dcf"));
+        const Run run = directory.run(QStringList("export") + arguments + QStringList("survey.dcf"));
         verifyComplaint(run, problem);
         QCOMPARE(run.out, QByteArray());
     }
@@ -278,20 +278,20 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("problem");
         const QStringList ddi{ "--to", "ddi" };
         QTest::newRow("absent") << ddi + QStringList("absent.dcf") << QByteArray("absent.dcf: cannot be opened: ");
-        QTest::newRow("folder") << ddi + QStringList(".")
-                                << QByteArray(".: is a folder; add -r to read the files in it\n");
+        QTest::newRow("directory") << ddi + QStringList(".")
+                                   << QByteArray(".: is a directory; add -r to read the files in it\n");
         QTest::newRow("empty name") << ddi + QStringList("") << QByteArray("'': ");
         QTest::newRow("empty file") << ddi + QStringList("empty.dcf") << QByteArray("empty.dcf: ");
         QTest::newRow("no target") << QStringList("survey.dcf") << QByteArray();
         QTest::newRow("unknown target") << QStringList{ "--to", "sas", "survey.dcf" }
                                         << QByteArray("--to: sas not in ");
         QTest::newRow("no file") << ddi << QByteArray();
-        QTest::newRow("two files without a folder")
+        QTest::newRow("two files without a directory")
             << ddi + QStringList{ "survey.dcf", "survey.dcf" }
-            << QByteArray("several files are written into a folder; name it by -o FOLDER\n");
+            << QByteArray("several files are written into a directory; name it with -o DIRECTORY\n");
         QTest::newRow("two files to standard output")
             << ddi + QStringList{ "-o", "-", "survey.dcf", "survey.dcf" }
-            << QByteArray("several files are written into a folder; name it by -o FOLDER\n");
+            << QByteArray("several files are written into a directory; name it with -o DIRECTORY\n");
         QTest::newRow("output without a name")
             << ddi + QStringList{ "-o", "", "survey.dcf" } << QByteArray("'': no such file\n");
         QTest::newRow("full disk") << ddi + QStringList{ "-o", "/dev/full", "survey.dcf" }
@@ -300,8 +300,8 @@ private Q_SLOTS:
                                               << QByteArray("standard input is read once alone; name - once\n");
         QTest::newRow("two files into a file")
             << ddi + QStringList{ "-o", "survey.dcf", "survey.dcf", "survey.dcf" }
-            << QByteArray("survey.dcf: is no folder; several files are written into one\n");
-        QTest::newRow("output in no folder")
+            << QByteArray("survey.dcf: is not a directory; several files are written into one\n");
+        QTest::newRow("output in no directory")
             << ddi + QStringList{ "-o", "absent/x", "survey.dcf" } << QByteArray("absent/x: cannot be written: ");
         QTest::newRow("output is the file itself")
             << ddi + QStringList{ "-o", "./survey.dcf", "survey.dcf" } << QByteArray("./survey.dcf: is the file");
@@ -313,59 +313,59 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, problem);
-        folder.write("empty.dcf", "");
-        folder.write("many.dcf", dictionary("X") + "Occurrences=2000000000\n");
-        const Run run = folder.run(QStringList("export") + arguments);
+        directory.write("empty.dcf", "");
+        directory.write("many.dcf", dictionary("X") + "Occurrences=2000000000\n");
+        const Run run = directory.run(QStringList("export") + arguments);
         verifyComplaint(run, problem);
         QCOMPARE(run.out, QByteArray());
-        QCOMPARE(folder.read("survey.dcf"), dictionary("X"));
+        QCOMPARE(directory.read("survey.dcf"), dictionary("X"));
     }
 
-    void severalFilesAreWrittenIntoAFolder()
+    void severalFilesAreWrittenIntoADirectory()
     {
-        folder.write("b.dcf", dictionary("B"));
-        const Run run = folder.run({ "export", "--to", "ddi", "survey.dcf", "b.dcf", "-o", "new/forms" });
+        directory.write("b.dcf", dictionary("B"));
+        const Run run = directory.run({ "export", "--to", "ddi", "survey.dcf", "b.dcf", "-o", "new/forms" });
         QCOMPARE(run.status, fine);
         QCOMPARE(run.out + run.err, QByteArray());
-        QCOMPARE(folder.read("new/forms/survey.xml"), exported("ddi", "survey.dcf").out);
-        QCOMPARE(folder.read("new/forms/b.xml"), exported("ddi", "b.dcf").out);
+        QCOMPARE(directory.read("new/forms/survey.xml"), exported("ddi", "survey.dcf").out);
+        QCOMPARE(directory.read("new/forms/b.xml"), exported("ddi", "b.dcf").out);
     }
 
-    void oneFileIsWrittenIntoAFolderThatIsThere()
+    void oneFileIsWrittenIntoADirectoryThatIsThere()
     {
-        QVERIFY(QDir(folder.path()).mkpath("there"));
-        QCOMPARE(folder.run({ "export", "--to", "csvw", "survey.dcf", "-o", "there" }).status, fine);
-        QCOMPARE(folder.read("there/survey.csv-metadata.json"), exported("csvw", "survey.dcf").out);
-        QCOMPARE(folder.run({ "export", "--to", "markdown", "survey.dcf", "-o", "made/" }).status, fine);
-        QVERIFY(!folder.read("made/survey.md").isEmpty());
-        folder.write(".dcf", dictionary("X"));
-        QCOMPARE(folder.run({ "export", "--to", "markdown", ".dcf", "-o", "made/" }).status, fine);
-        QVERIFY(!folder.read("made/.dcf.md").isEmpty());
+        QVERIFY(QDir(directory.path()).mkpath("there"));
+        QCOMPARE(directory.run({ "export", "--to", "csvw", "survey.dcf", "-o", "there" }).status, fine);
+        QCOMPARE(directory.read("there/survey.csv-metadata.json"), exported("csvw", "survey.dcf").out);
+        QCOMPARE(directory.run({ "export", "--to", "markdown", "survey.dcf", "-o", "made/" }).status, fine);
+        QVERIFY(!directory.read("made/survey.md").isEmpty());
+        directory.write(".dcf", dictionary("X"));
+        QCOMPARE(directory.run({ "export", "--to", "markdown", ".dcf", "-o", "made/" }).status, fine);
+        QVERIFY(!directory.read("made/.dcf.md").isEmpty());
     }
 
     void filesOfOneNameAreNumbered()
     {
-        QVERIFY(QDir(folder.path()).mkpath("a") && QDir(folder.path()).mkpath("b"));
-        folder.write("a/Survey.dcf", dictionary("A"));
-        folder.write("b/survey.sav", dictionary("B"));
+        QVERIFY(QDir(directory.path()).mkpath("a") && QDir(directory.path()).mkpath("b"));
+        directory.write("a/Survey.dcf", dictionary("A"));
+        directory.write("b/survey.sav", dictionary("B"));
         const Run run
-            = folder.run({ "export", "--to", "ddi", "survey.dcf", "a/Survey.dcf", "b/survey.sav", "-o", "out" });
+            = directory.run({ "export", "--to", "ddi", "survey.dcf", "a/Survey.dcf", "b/survey.sav", "-o", "out" });
         QCOMPARE(run.status, fine);
-        QVERIFY(folder.read("out/survey.xml").contains("name=\"X\""));
-        QVERIFY(folder.read("out/Survey-2.xml").contains("name=\"A\""));
-        QVERIFY(folder.read("out/survey-3.xml").contains("name=\"B\""));
+        QVERIFY(directory.read("out/survey.xml").contains("name=\"X\""));
+        QVERIFY(directory.read("out/Survey-2.xml").contains("name=\"A\""));
+        QVERIFY(directory.read("out/survey-3.xml").contains("name=\"B\""));
     }
 
     void noFileThatIsReadIsWrittenOver()
     {
-        QVERIFY(QDir(folder.path()).mkpath("same"));
-        folder.write("same/a.dcf", dictionary("A"));
-        folder.write("same/a.xml", dictionary("B"));
-        const Run run = folder.run({ "export", "--to", "ddi", "same/a.dcf", "same/a.xml", "-o", "same" });
+        QVERIFY(QDir(directory.path()).mkpath("same"));
+        directory.write("same/a.dcf", dictionary("A"));
+        directory.write("same/a.xml", dictionary("B"));
+        const Run run = directory.run({ "export", "--to", "ddi", "same/a.dcf", "same/a.xml", "-o", "same" });
         QCOMPARE(run.status, fine);
-        QCOMPARE(folder.read("same/a.xml"), dictionary("B"));
-        QVERIFY(folder.read("same/a-2.xml").contains("name=\"A\""));
-        QVERIFY(folder.read("same/a-3.xml").contains("name=\"B\""));
+        QCOMPARE(directory.read("same/a.xml"), dictionary("B"));
+        QVERIFY(directory.read("same/a-2.xml").contains("name=\"A\""));
+        QVERIFY(directory.read("same/a-3.xml").contains("name=\"B\""));
     }
 
     void aFileThatIsReadInPartIsOneLine()
@@ -374,7 +374,7 @@ private Q_SLOTS:
             QFile file(QStringLiteral(VAN_MADE_DATA "/survey.dta"));
             return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
         }();
-        folder.write("cut.dta", whole.left(whole.size() - 30));
+        directory.write("cut.dta", whole.left(whole.size() - 30));
         const Run run = exported("markdown", "cut.dta");
         QCOMPARE(run.status, fine);
         QVERIFY(!run.out.isEmpty());
@@ -384,62 +384,63 @@ private Q_SLOTS:
 
     void aFileThatCannotBeReadIsOneLineAndTheRestGoesOn()
     {
-        folder.write("bad.dcf", "no dictionary");
-        const Run run = folder.run({ "export", "--to", "ddi", "bad.dcf", "survey.dcf", "absent.dcf", "-o", "partly" });
+        directory.write("bad.dcf", "no dictionary");
+        const Run run
+            = directory.run({ "export", "--to", "ddi", "bad.dcf", "survey.dcf", "absent.dcf", "-o", "partly" });
         QCOMPARE(run.status, noAnswer);
         const QList<QByteArray> lines = run.err.trimmed().split('\n');
         QCOMPARE(lines.size(), 2);
         QVERIFY2(lines.at(0).startsWith("vanlayout: bad.dcf: "), run.err.constData());
         QVERIFY2(lines.at(1).startsWith("vanlayout: absent.dcf: "), run.err.constData());
-        QCOMPARE(QDir(folder.filePath("partly")).entryList(QDir::Files), QStringList("survey.xml"));
+        QCOMPARE(QDir(directory.filePath("partly")).entryList(QDir::Files), QStringList("survey.xml"));
     }
 
-    void foldersAreWalkedInTheOrderOfTheirNames()
+    void directoriesAreWalkedInTheOrderOfTheirNames()
     {
-        const QDir top(folder.path());
+        const QDir top(directory.path());
         QVERIFY(top.mkpath("walk/b/c") && top.mkpath("walk/.hidden"));
-        folder.write("walk/z.dcf", dictionary("Z"));
-        folder.write("walk/b/same.dcf", dictionary("B"));
-        folder.write("walk/b/c/same.dcf", dictionary("C"));
-        folder.write("walk/.hidden/h.dcf", dictionary("H"));
-        folder.write("walk/.h.dcf", dictionary("H"));
-        QVERIFY(QFile::link(folder.filePath("walk"), folder.filePath("walk/circle")));
-        const Run run = folder.run({ "export", "--to", "ddi", "-r", "walk", "-o", "walk/out" });
+        directory.write("walk/z.dcf", dictionary("Z"));
+        directory.write("walk/b/same.dcf", dictionary("B"));
+        directory.write("walk/b/c/same.dcf", dictionary("C"));
+        directory.write("walk/.hidden/h.dcf", dictionary("H"));
+        directory.write("walk/.h.dcf", dictionary("H"));
+        QVERIFY(QFile::link(directory.filePath("walk"), directory.filePath("walk/circle")));
+        const Run run = directory.run({ "export", "--to", "ddi", "-r", "walk", "-o", "walk/out" });
         QCOMPARE(run.status, fine);
         QCOMPARE(run.err, QByteArray());
-        QCOMPARE(QDir(folder.filePath("walk/out")).entryList(QDir::Files, QDir::Name),
+        QCOMPARE(QDir(directory.filePath("walk/out")).entryList(QDir::Files, QDir::Name),
                  QStringList({ "same-2.xml", "same.xml", "z.xml" }));
-        QVERIFY(folder.read("walk/out/same.xml").contains("name=\"C\""));
-        QVERIFY(folder.read("walk/out/same-2.xml").contains("name=\"B\""));
+        QVERIFY(directory.read("walk/out/same.xml").contains("name=\"C\""));
+        QVERIFY(directory.read("walk/out/same-2.xml").contains("name=\"B\""));
         // What was written is not read by the next call.
-        QCOMPARE(folder.run({ "export", "--to", "ddi", "-r", "walk", "-o", "walk/out" }).err, QByteArray());
+        QCOMPARE(directory.run({ "export", "--to", "ddi", "-r", "walk", "-o", "walk/out" }).err, QByteArray());
     }
 
-    void aFileOfAFolderThatCannotBeReadIsOneLineAndTheRestGoesOn()
+    void aFileOfADirectoryThatCannotBeReadIsOneLineAndTheRestGoesOn()
     {
-        QVERIFY(QDir(folder.path()).mkpath("odd/closed"));
-        folder.write("odd/survey.dcf", dictionary("X"));
-        folder.write("odd/closed/a.dcf", dictionary("A"));
-        QVERIFY(QFile::link("nowhere", folder.filePath("odd/leads.dcf")));
-        const QByteArray odd = QFile::encodeName(folder.filePath("odd"));
+        QVERIFY(QDir(directory.path()).mkpath("odd/closed"));
+        directory.write("odd/survey.dcf", dictionary("X"));
+        directory.write("odd/closed/a.dcf", dictionary("A"));
+        QVERIFY(QFile::link("nowhere", directory.filePath("odd/leads.dcf")));
+        const QByteArray odd = QFile::encodeName(directory.filePath("odd"));
         QCOMPARE(::mkfifo(QByteArray(odd + "/pipe.dcf").constData(), 0600), 0); // reading it would never end
         QCOMPARE(::mkdir(QByteArray(odd + "/name\xff").constData(), 0700), 0);
-        QVERIFY(QFile::setPermissions(folder.filePath("odd/closed"), QFileDevice::WriteOwner));
+        QVERIFY(QFile::setPermissions(directory.filePath("odd/closed"), QFileDevice::WriteOwner));
         Run run;
-        asOrdinaryUser([&] { run = folder.run({ "export", "--to", "ddi", "-r", "odd", "-o", "some" }); });
-        QVERIFY(QFile::setPermissions(folder.filePath("odd/closed"),
+        asOrdinaryUser([&] { run = directory.run({ "export", "--to", "ddi", "-r", "odd", "-o", "some" }); });
+        QVERIFY(QFile::setPermissions(directory.filePath("odd/closed"),
                                       QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
         QCOMPARE(run.status, noAnswer);
         const QList<QByteArray> lines = run.err.trimmed().split('\n');
         QCOMPARE(lines.size(), 3);
-        QCOMPARE(lines.at(0), QByteArray("vanlayout: odd/closed: the folder cannot be read"));
+        QCOMPARE(lines.at(0), QByteArray("vanlayout: odd/closed: the directory cannot be read"));
         QCOMPARE(lines.at(1), QByteArray("vanlayout: odd/leads.dcf: cannot be opened: No such file or directory"));
         QCOMPARE(lines.at(2),
                  QByteArray("vanlayout: odd/name\xEF\xBF\xBD: cannot be opened: No such file or directory"));
-        QCOMPARE(QDir(folder.filePath("some")).entryList(QDir::Files), QStringList("survey.xml"));
+        QCOMPARE(QDir(directory.filePath("some")).entryList(QDir::Files), QStringList("survey.xml"));
     }
 
-    void aFileInAFolderMayHaveAnyName_data()
+    void aFileInADirectoryMayHaveAnyName_data()
     {
         QTest::addColumn<QString>("name");
         QTest::newRow("colon in front") << ":colon";
@@ -448,72 +449,74 @@ private Q_SLOTS:
         QTest::newRow("signs of the shell") << "*?[a] $(x)";
         QTest::newRow("beyond ASCII") << "\u00FC b";
     }
-    void aFileInAFolderMayHaveAnyName()
+    void aFileInADirectoryMayHaveAnyName()
     {
         QFETCH(QString, name);
         const QString top = QString::fromLatin1(QTest::currentDataTag());
-        QVERIFY(QDir(folder.path()).mkpath(top + "/in"));
-        folder.write(top + "/in/" + name + ".dcf", dictionary("X"));
-        const Run run = folder.run({ "export", "--to", "ddi", "-r", top + "/in", "-o", top + "/out" });
+        QVERIFY(QDir(directory.path()).mkpath(top + "/in"));
+        directory.write(top + "/in/" + name + ".dcf", dictionary("X"));
+        const Run run = directory.run({ "export", "--to", "ddi", "-r", top + "/in", "-o", top + "/out" });
         QCOMPARE(run.err, QByteArray());
         QCOMPARE(run.status, fine);
-        QCOMPARE(QDir(folder.filePath(top + "/out")).entryList(QDir::Files), QStringList(name + ".xml"));
+        QCOMPARE(QDir(directory.filePath(top + "/out")).entryList(QDir::Files), QStringList(name + ".xml"));
     }
 
-    void aFolderThatIsReadAndWrittenIsRefused()
+    void aDirectoryThatIsReadAndWrittenIsRefused()
     {
-        QVERIFY(QDir(folder.path()).mkpath("both"));
-        folder.write("both/survey.dcf", dictionary("X"));
-        const Run run = folder.run({ "export", "--to", "ddi", "-r", "both", "-o", "./both" });
-        verifyComplaint(run, "both: is the folder to read, and is not written into; name another one by -o\n");
-        QCOMPARE(QDir(folder.filePath("both")).entryList(QDir::Files), QStringList("survey.dcf"));
+        QVERIFY(QDir(directory.path()).mkpath("both"));
+        directory.write("both/survey.dcf", dictionary("X"));
+        const Run run = directory.run({ "export", "--to", "ddi", "-r", "both", "-o", "./both" });
+        verifyComplaint(run,
+                        "both: is the directory to read, and no file is written into it; name another one with -o\n");
+        QCOMPARE(QDir(directory.filePath("both")).entryList(QDir::Files), QStringList("survey.dcf"));
     }
 
-    void aFolderWithoutAFileIsOneLine()
+    void aDirectoryWithoutAFileIsOneLine()
     {
-        QVERIFY(QDir(folder.path()).mkpath("empty/deep"));
-        const Run alone = folder.run({ "codebook", "-r", "empty", "-o", "none" });
+        QVERIFY(QDir(directory.path()).mkpath("empty/deep"));
+        const Run alone = directory.run({ "codebook", "-r", "empty", "-o", "none" });
         verifyComplaint(alone, "empty: has no file to read\n");
-        QVERIFY(!QFileInfo::exists(folder.filePath("none")));
-        const Run beside = folder.run({ "export", "--to", "ddi", "-r", "empty", "survey.dcf", "-o", "some" });
+        QVERIFY(!QFileInfo::exists(directory.filePath("none")));
+        const Run beside = directory.run({ "export", "--to", "ddi", "-r", "empty", "survey.dcf", "-o", "some" });
         QCOMPARE(beside.status, noAnswer);
         QCOMPARE(beside.err, QByteArray("vanlayout: empty: has no file to read\n"));
-        QVERIFY(!folder.read("some/survey.xml").isEmpty());
+        QVERIFY(!directory.read("some/survey.xml").isEmpty());
     }
 
     void anIndexIsWrittenOverNoFileThatIsRead()
     {
-        QVERIFY(QDir(folder.path()).mkpath("pages"));
-        folder.write("pages/index.html", dictionary("X"));
-        const Run run = folder.run({ "codebook", "pages/index.html", "survey.dcf", "-o", "pages" });
+        QVERIFY(QDir(directory.path()).mkpath("pages"));
+        directory.write("pages/index.html", dictionary("X"));
+        const Run run = directory.run({ "codebook", "pages/index.html", "survey.dcf", "-o", "pages" });
         verifyComplaint(run, "pages/index.html: is a file to read, and is not written over\n");
-        QCOMPARE(folder.read("pages/index.html"), dictionary("X"));
-        QVERIFY(!folder.read("pages/index-2.html").isEmpty());
-        QVERIFY(!folder.read("pages/survey.html").isEmpty());
+        QCOMPARE(directory.read("pages/index.html"), dictionary("X"));
+        QVERIFY(!directory.read("pages/index-2.html").isEmpty());
+        QVERIFY(!directory.read("pages/survey.html").isEmpty());
     }
 
     void aCatalogIsReadAndNotWrittenOver()
     {
         const QString survey = QStringLiteral(VAN_MADE_DATA "/survey.sas7bdat");
-        QFile::remove(folder.filePath("formats.sas7bcat"));
-        QVERIFY(QFile::copy(QStringLiteral(VAN_MADE_DATA "/formats.sas7bcat"), folder.filePath("formats.sas7bcat")));
-        const QByteArray catalog = folder.read("formats.sas7bcat");
+        QFile::remove(directory.filePath("formats.sas7bcat"));
+        QVERIFY(QFile::copy(QStringLiteral(VAN_MADE_DATA "/formats.sas7bcat"), directory.filePath("formats.sas7bcat")));
+        const QByteArray catalog = directory.read("formats.sas7bcat");
         const QStringList call{ "export", "--to", "csv", "--catalog", "formats.sas7bcat", survey };
-        const Run labelled = folder.run(call);
+        const Run labelled = directory.run(call);
         QCOMPARE(labelled.err, QByteArray());
         QVERIFY(labelled.out != exported("csv", survey).out);
-        verifyComplaint(folder.run(call + QStringList{ "-o", "formats.sas7bcat" }),
+        verifyComplaint(directory.run(call + QStringList{ "-o", "formats.sas7bcat" }),
                         "formats.sas7bcat: is a file to read, and is not written over\n");
-        QVERIFY(QFile::rename(folder.filePath("formats.sas7bcat"), folder.filePath("survey.csv")));
-        QCOMPARE(folder.run({ "export", "--to", "csv", "--catalog", "survey.csv", survey, "-o", "./" }).status, fine);
-        QCOMPARE(folder.read("survey.csv"), catalog);
-        QVERIFY(!folder.read("survey-2.csv").isEmpty());
+        QVERIFY(QFile::rename(directory.filePath("formats.sas7bcat"), directory.filePath("survey.csv")));
+        QCOMPARE(directory.run({ "export", "--to", "csv", "--catalog", "survey.csv", survey, "-o", "./" }).status,
+                 fine);
+        QCOMPARE(directory.read("survey.csv"), catalog);
+        QVERIFY(!directory.read("survey-2.csv").isEmpty());
     }
 
     void aCatalogThatCannotBeReadIsOneLine()
     {
         const QString survey = QStringLiteral(VAN_MADE_DATA "/survey.sas7bdat");
-        const Run run = folder.run({ "export", "--to", "csv", "--catalog", "absent.sas7bcat", survey });
+        const Run run = directory.run({ "export", "--to", "csv", "--catalog", "absent.sas7bcat", survey });
         QCOMPARE(run.status, fine);
         QCOMPARE(run.out, exported("csv", survey).out);
         QCOMPARE(run.err,
@@ -521,13 +524,13 @@ private Q_SLOTS:
                      + ": the catalog absent.sas7bcat: cannot be opened: No such file or directory\n");
     }
 
-    void aFolderThatCannotBeWrittenIntoIsALineAFile()
+    void aDirectoryThatCannotBeWrittenIntoIsALineAFile()
     {
-        QVERIFY(QDir(folder.path()).mkpath("closed"));
-        QVERIFY(QFile::setPermissions(folder.filePath("closed"), QFileDevice::ReadOwner | QFileDevice::ExeOwner));
-        folder.write("b.dcf", dictionary("B"));
+        QVERIFY(QDir(directory.path()).mkpath("closed"));
+        QVERIFY(QFile::setPermissions(directory.filePath("closed"), QFileDevice::ReadOwner | QFileDevice::ExeOwner));
+        directory.write("b.dcf", dictionary("B"));
         Run run;
-        asOrdinaryUser([&] { run = folder.run({ "codebook", "survey.dcf", "b.dcf", "-o", "closed" }); });
+        asOrdinaryUser([&] { run = directory.run({ "codebook", "survey.dcf", "b.dcf", "-o", "closed" }); });
         QCOMPARE(run.status, noAnswer);
         QCOMPARE(run.err,
                  QByteArray("vanlayout: closed/survey.html: cannot be written: Permission denied\n"
@@ -535,10 +538,10 @@ private Q_SLOTS:
                             "vanlayout: closed/index.html: cannot be written: Permission denied\n"));
     }
 
-    void aFolderThatCannotBeMadeIsOneLine()
+    void aDirectoryThatCannotBeMadeIsOneLine()
     {
-        folder.write("file", "x");
-        const Run run = folder.run({ "export", "--to", "ddi", "survey.dcf", "-o", "file/" });
+        directory.write("file", "x");
+        const Run run = directory.run({ "export", "--to", "ddi", "survey.dcf", "-o", "file/" });
         verifyComplaint(run, "file/: ");
     }
 
@@ -552,10 +555,10 @@ private Q_SLOTS:
 private:
     Run exported(const QString &target, const QString &file) const
     {
-        return folder.run({ "export", "--to", target, file });
+        return directory.run({ "export", "--to", target, file });
     }
 
-    ToolFolder folder;
+    ToolDirectory directory;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutExportTest)

@@ -145,7 +145,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QByteArray>("problem");
         QTest::newRow("absent") << QStringList("absent.txt") << QByteArray("absent.txt: no such file\n");
-        QTest::newRow("folder") << QStringList(".") << QByteArray(".: is a folder\n");
+        QTest::newRow("directory") << QStringList(".") << QByteArray(".: is a directory\n");
         QTest::newRow("empty name") << QStringList("") << QByteArray("'': no such file\n");
         QTest::newRow("no file") << QStringList() << QByteArray();
         QTest::newRow("two files") << (QStringList{ "lookup.txt", "lookup.txt" }) << QByteArray();
@@ -175,7 +175,7 @@ private Q_SLOTS:
 
     void pipeIsNotRead()
     {
-        QCOMPARE(mkfifo(QFile::encodeName(folder.filePath("fifo")).constData(), 0600), 0);
+        QCOMPARE(mkfifo(QFile::encodeName(directory.filePath("fifo")).constData(), 0600), 0);
         const Run run = check({ "fifo" });
         QCOMPARE(run.status, noAnswer);
         QCOMPARE(run.err, QByteArray("vanlayout: fifo: not read from a pipe\n"));
@@ -184,7 +184,7 @@ private Q_SLOTS:
     void fileWithoutPermissionIsStatus2AndOneLine()
     {
         write("AA x\n");
-        const QString path = folder.filePath("lookup.txt");
+        const QString path = directory.filePath("lookup.txt");
         QFile::setPermissions(path, QFileDevice::WriteOwner);
         Run run;
         asOrdinaryUser([&] { run = check({ "lookup.txt" }); });
@@ -195,13 +195,13 @@ private Q_SLOTS:
     void fullDiskIsStatus2AndOneLine()
     {
         write("AA x\n");
-        verifyFullDiskIsReported(folder, { "lookup", "lookup.txt" });
+        verifyFullDiskIsReported(directory, { "lookup", "lookup.txt" });
     }
 
     void closedStandardOutputIsStatus2AndOneLine()
     {
         write("AA x\n");
-        const Run run = runShell(folder, "\"$0\" lookup lookup.txt >&-");
+        const Run run = runShell(directory, "\"$0\" lookup lookup.txt >&-");
         QCOMPARE(run.status, noAnswer);
         QCOMPARE(run.err, QByteArray("vanlayout: standard output: cannot be written\n"));
     }
@@ -217,7 +217,7 @@ private Q_SLOTS:
 
     void wordBehindTwoHyphensIsAFile()
     {
-        folder.write("--help", "AA x\n");
+        directory.write("--help", "AA x\n");
         const Run run = check({ "--format", "json", "--", "--help" });
         QCOMPARE(run.status, fine);
         QCOMPARE(run.json()["file"].toString(), QString("--help"));
@@ -252,7 +252,7 @@ private Q_SLOTS:
         const Run piped = check({ "--mode", "count", "large.txt" });
         QCOMPARE(piped.status, fine);
         QCOMPARE(piped.err, QByteArray());
-        QFile::remove(folder.filePath("large.txt"));
+        QFile::remove(directory.filePath("large.txt"));
     }
 
     void shortCheckShowsNothingOnATerminal()
@@ -296,10 +296,10 @@ private Q_SLOTS:
         write("A \"\\\t\x01\n");
         QVERIFY(check({ "--format", "json", "lookup.txt" }).out.contains("\"text\": \"\\\"\\\\\\t\\u0001\""));
         // Half a surrogate pair, which UTF-8 cannot represent; the file is in UTF-16.
-        folder.write("lookup.txt",
-                     QByteArray("\xFF\xFE"
-                                "A\0 \0\x3D\xD8",
-                                8));
+        directory.write("lookup.txt",
+                        QByteArray("\xFF\xFE"
+                                   "A\0 \0\x3D\xD8",
+                                   8));
         QVERIFY(check({ "--format", "json", "lookup.txt" }).out.toLower().contains("\"text\": \"\\ud83d\""));
     }
 
@@ -316,7 +316,7 @@ private Q_SLOTS:
     void namesAndTextsAreUtf8InAPlainLocale()
     {
         const QString name = QString::fromUtf8("caf\xC3\xA9.txt");
-        folder.write(name, "A \xC3\xA9\n");
+        directory.write(name, "A \xC3\xA9\n");
         QProcess tool;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("LC_ALL", "C");
@@ -331,7 +331,7 @@ private Q_SLOTS:
     void fileIsReadThroughALink()
     {
         write("AA x\n");
-        QVERIFY(QFile::link("lookup.txt", folder.filePath("link")));
+        QVERIFY(QFile::link("lookup.txt", directory.filePath("link")));
         const Run run = check({ "--format", "json", "link" });
         QCOMPARE(run.status, fine);
         QCOMPARE(run.json()["file"].toString(), QString("link"));
@@ -361,18 +361,18 @@ private Q_SLOTS:
     }
 
 private:
-    void write(const QByteArray &content) const { folder.write("lookup.txt", content); }
+    void write(const QByteArray &content) const { directory.write("lookup.txt", content); }
 
-    Run check(const QStringList &arguments) const { return folder.run(QStringList("lookup") + arguments); }
+    Run check(const QStringList &arguments) const { return directory.run(QStringList("lookup") + arguments); }
 
     Run check(const QStringList &arguments, QProcess &tool) const
     {
-        return folder.run(QStringList("lookup") + arguments, tool);
+        return directory.run(QStringList("lookup") + arguments, tool);
     }
 
     void writeLargeFile(int lines) const
     {
-        QFile file(folder.filePath("large.txt"));
+        QFile file(directory.filePath("large.txt"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         constexpr int linesOfAPiece = 1 << 19;
         QByteArray piece;
@@ -393,7 +393,7 @@ private:
         QProcess tool;
         tool.setStandardErrorFile(terminal.name());
         tool.setStandardOutputFile(QProcess::nullDevice());
-        tool.setWorkingDirectory(folder.path());
+        tool.setWorkingDirectory(directory.path());
         QElapsedTimer timer;
         timer.start();
         tool.start(VAN_TOOL, { "lookup", "--mode", "count", "large.txt" });
@@ -412,7 +412,7 @@ private:
         return seen;
     }
 
-    ToolFolder folder;
+    ToolDirectory directory;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutLookupTest)

@@ -52,10 +52,10 @@ class VanlayoutReadFailureTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        folder.write("bad.dcf", textDictionary());
-        folder.write("bad.json", jsonDictionary());
-        folder.write("bad.txt", lookupFile());
-        folder.write("good.dcf", "[Dictionary]\nName=D\n\n[Item]\nName=GOOD\nStart=2\nLen=3\n");
+        directory.write("bad.dcf", textDictionary());
+        directory.write("bad.json", jsonDictionary());
+        directory.write("bad.txt", lookupFile());
+        directory.write("good.dcf", "[Dictionary]\nName=D\n\n[Item]\nName=GOOD\nStart=2\nLen=3\n");
     }
 
     void fileThatFailsGivesNoDocument_data() { makeRows(); }
@@ -90,7 +90,7 @@ private Q_SLOTS:
         QFile made(QStringLiteral(VAN_MADE_DATA "/") + file);
         QVERIFY(made.open(QIODevice::ReadOnly));
         const QByteArray bytes = made.readAll();
-        folder.write(file, bytes);
+        directory.write(file, bytes);
         const qint64 goodBytes = bytes.contains("<lbl>") ? bytes.lastIndexOf("<lbl>") + 20 : bytes.size() / 2;
         for (const QStringList &command :
              { QStringList{ "codebook", "-o", "-" }, QStringList{ "export", "--to", "ddi" } }) {
@@ -138,11 +138,11 @@ private Q_SLOTS:
         QFETCH(QString, file);
         QFETCH(qint64, goodBytes);
 
-        folder.write("kept", "as it was");
+        directory.write("kept", "as it was");
         for (const QStringList &command : { QStringList{ "export", "--to", "ddi" }, QStringList{ "codebook" } }) {
             const Run run = runOnBadDisk(command + QStringList{ "-o", "kept", file }, file, goodBytes);
             verifyComplaint(run, file.toUtf8() + ": " + cause);
-            QCOMPARE(folder.read("kept"), QByteArray("as it was"));
+            QCOMPARE(directory.read("kept"), QByteArray("as it was"));
         }
     }
 
@@ -204,20 +204,20 @@ private Q_SLOTS:
         QFETCH(QString, file);
         QFETCH(QByteArray, problem);
 
-        folder.write("huge.dcf", "[Dictionary]\n");
-        QVERIFY(QFile::resize(folder.filePath("huge.dcf"), (qint64(1) << 30) + 1));
-        folder.write("huge.json", "{\n");
-        QVERIFY(QFile::resize(folder.filePath("huge.json"), (qint64(1) << 31) + 1));
-        folder.write("items.dcf", "[Dictionary]\nName=D\n\n[Item]\nName=A\nStart=1\nLen=1\nOccurrences=1000001\n");
+        directory.write("huge.dcf", "[Dictionary]\n");
+        QVERIFY(QFile::resize(directory.filePath("huge.dcf"), (qint64(1) << 30) + 1));
+        directory.write("huge.json", "{\n");
+        QVERIFY(QFile::resize(directory.filePath("huge.json"), (qint64(1) << 31) + 1));
+        directory.write("items.dcf", "[Dictionary]\nName=D\n\n[Item]\nName=A\nStart=1\nLen=1\nOccurrences=1000001\n");
         QByteArray values = "[Item]\nName=A\n\n[Item]\nName=B\nLen=4\nOccurrences=400001\n\n[ValueSet]\nName=V\n";
         for (int value = 0; value < 10; ++value)
             values += "Value=" + QByteArray::number(value) + ";label\n";
-        folder.write("values.dcf", values);
-        const Run run = folder.run({ "fields", "--format", "json", file });
+        directory.write("values.dcf", values);
+        const Run run = directory.run({ "fields", "--format", "json", file });
         verifyComplaint(run, file.toUtf8() + ": " + problem + '\n');
         const QJsonObject error = run.json().toObject().value("error").toObject();
         QCOMPARE(error.value("cause").toString().toUtf8(), problem);
-        QVERIFY(QFile::remove(folder.filePath("huge.dcf")) && QFile::remove(folder.filePath("huge.json")));
+        QVERIFY(QFile::remove(directory.filePath("huge.dcf")) && QFile::remove(directory.filePath("huge.json")));
     }
 
     void outputOfEarlierFilesIsThereBeforeTheNextIsRead_data()
@@ -233,11 +233,11 @@ private Q_SLOTS:
         QFETCH(QStringList, command);
 
         // The second file is a pipe that nobody writes to: the tool waits, and is killed.
-        const QByteArray pipe = QFile::encodeName(folder.filePath("pipe"));
+        const QByteArray pipe = QFile::encodeName(directory.filePath("pipe"));
         unlink(pipe.constData());
         QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
         QProcess tool;
-        tool.setWorkingDirectory(folder.path());
+        tool.setWorkingDirectory(directory.path());
         tool.start(VAN_TOOL, command + QStringList{ "good.dcf", "pipe" });
         QByteArray out;
         while (!out.contains("GOOD") && tool.waitForReadyRead(patience))
@@ -261,7 +261,7 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, options);
 
-        const Run run = folder.run(options + QStringList{ "/proc/self/mem" });
+        const Run run = directory.run(options + QStringList{ "/proc/self/mem" });
         verifyComplaint(run, "/proc/self/mem: " + cause);
         QCOMPARE(run.out, QByteArray());
     }
@@ -287,10 +287,10 @@ private:
         environment.insert("FAILING_BEHIND", QString::number(goodBytes));
         QProcess tool;
         tool.setProcessEnvironment(environment);
-        return folder.run(arguments, tool);
+        return directory.run(arguments, tool);
     }
 
-    ToolFolder folder;
+    ToolDirectory directory;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutReadFailureTest)

@@ -31,10 +31,10 @@ private Q_SLOTS:
     void helpOfACommandIsThatOfItsOption()
     {
         QFETCH(QString, command);
-        const Run help = folder.run({ "help", command });
+        const Run help = directory.run({ "help", command });
         QCOMPARE(help.status, fine);
         QCOMPARE(help.err, QByteArray());
-        QCOMPARE(help.out, folder.run({ command, "--help" }).out);
+        QCOMPARE(help.out, directory.run({ command, "--help" }).out);
         QVERIFY(help.out.contains("Usage: vanlayout " + command.toUtf8() + " [OPTIONS]"));
         QVERIFY2(help.out.contains("\nExamples:\n  vanlayout " + command.toUtf8()), help.out.constData());
     }
@@ -50,7 +50,7 @@ private Q_SLOTS:
         const int place = manual.indexOf(".SH OPTIONS OF " + command.toUpper() + '\n');
         const QString section = place < 0 ? QString() : manual.mid(place, manual.indexOf("\n.SH ", place) - place);
         const QString ofAll = manual.mid(manual.indexOf(".SH OPTIONS OF ALL"));
-        const QString help = QString::fromUtf8(folder.run({ "help", command }).out);
+        const QString help = QString::fromUtf8(directory.run({ "help", command }).out);
         QRegularExpressionMatchIterator options
             = QRegularExpression(QStringLiteral("^  (?:(-\\w),)?(--[\\w-]+)"), QRegularExpression::MultilineOption)
                   .globalMatch(help);
@@ -71,9 +71,9 @@ private Q_SLOTS:
 
     void helpWithoutACommandListsAll()
     {
-        const Run help = folder.run({ "help" });
+        const Run help = directory.run({ "help" });
         QCOMPARE(help.status, fine);
-        QCOMPARE(help.out, folder.run({ "--help" }).out);
+        QCOMPARE(help.out, directory.run({ "--help" }).out);
         for (const QString &command : allCommands)
             QVERIFY2(help.out.contains("\n  " + command.toUtf8() + ' '), qPrintable(command));
         QVERIFY(help.out.contains("vanlayout help COMMAND shows the options of a command, and examples."));
@@ -83,14 +83,14 @@ private Q_SLOTS:
     {
         const QByteArray missing = "No such file or directory";
         for (const QString &command : allCommands) {
-            const QList<QByteArray> lines = folder.run({ "help", command }).out.split('\n');
+            const QList<QByteArray> lines = directory.run({ "help", command }).out.split('\n');
             for (const QByteArray &line : lines) {
                 if (!line.startsWith("  vanlayout "))
                     continue;
                 QStringList words = QString::fromUtf8(line).simplified().split(QLatin1Char(' '));
                 const int redirection = words.indexOf(QStringLiteral(">"));
                 words = words.mid(1, redirection < 0 ? -1 : redirection - 1);
-                const Run run = folder.run(words);
+                const Run run = directory.run(words);
                 QVERIFY2(run.status == fine || run.err.contains(missing) || run.err.contains("no such file"),
                          (line + '\n' + run.err).constData());
             }
@@ -148,7 +148,7 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, call);
         QFETCH(QByteArray, line);
-        const Run run = folder.run(call);
+        const Run run = directory.run(call);
         QCOMPARE(run.status, noAnswer);
         QCOMPARE(run.out, QByteArray());
         QCOMPARE(run.err, "vanlayout: " + line + '\n');
@@ -158,10 +158,10 @@ private Q_SLOTS:
     void completionKnowsEveryCommandAndOption()
     {
         QFETCH(QString, shell);
-        const QByteArray script = folder.run({ "completion", shell }).out;
+        const QByteArray script = directory.run({ "completion", shell }).out;
         for (const QString &command : allCommands) {
             QVERIFY2(script.contains(command.toUtf8()), qPrintable(command));
-            const QString help = QString::fromUtf8(folder.run({ "help", command }).out);
+            const QString help = QString::fromUtf8(directory.run({ "help", command }).out);
             QRegularExpressionMatchIterator options
                 = QRegularExpression(QStringLiteral("^  (?:-\\w,)?--([\\w-]+)"), QRegularExpression::MultilineOption)
                       .globalMatch(help);
@@ -179,9 +179,9 @@ private Q_SLOTS:
     void shellTakesTheScript()
     {
         QFETCH(QString, shell);
-        folder.write("script", folder.run({ "completion", shell }).out);
+        directory.write("script", directory.run({ "completion", shell }).out);
         QProcess checker;
-        checker.start(shell, { shell == QLatin1String("fish") ? "--no-execute" : "-n", folder.path() + "/script" });
+        checker.start(shell, { shell == QLatin1String("fish") ? "--no-execute" : "-n", directory.path() + "/script" });
         QVERIFY2(checker.waitForFinished(patience), qPrintable(checker.errorString()));
         QCOMPARE(checker.readAllStandardError(), QByteArray());
         QCOMPARE(checker.exitCode(), 0);
@@ -221,9 +221,9 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, words);
         QFETCH(QByteArray, completions);
-        folder.write("script", folder.run({ "completion", "bash" }).out);
+        directory.write("script", directory.run({ "completion", "bash" }).out);
         QProcess bash;
-        bash.setWorkingDirectory(folder.path());
+        bash.setWorkingDirectory(directory.path());
         bash.start("bash",
                    QStringList{ "--norc", "-c",
                                 ". ./script; COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _vanlayout; "
@@ -253,15 +253,15 @@ private Q_SLOTS:
     {
         QFETCH(QString, line);
         QFETCH(QStringList, completions);
-        folder.write("script", folder.run({ "completion", "fish" }).out);
-        folder.write("my file.dcf", QByteArray());
+        directory.write("script", directory.run({ "completion", "fish" }).out);
+        directory.write("my file.dcf", QByteArray());
         QProcess fish;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("HOME", folder.path());
-        environment.insert("XDG_CONFIG_HOME", folder.path());
-        environment.insert("XDG_DATA_HOME", folder.path());
+        environment.insert("HOME", directory.path());
+        environment.insert("XDG_CONFIG_HOME", directory.path());
+        environment.insert("XDG_DATA_HOME", directory.path());
         fish.setProcessEnvironment(environment);
-        fish.setWorkingDirectory(folder.path());
+        fish.setWorkingDirectory(directory.path());
         fish.start("fish", { "--no-config", "-c", "source script; complete -C '" + line + "'" });
         QVERIFY2(fish.waitForFinished(patience), qPrintable(fish.errorString()));
         QStringList found;
@@ -304,9 +304,9 @@ private Q_SLOTS:
     {
         QFETCH(QString, words);
         QFETCH(QByteArray, handed);
-        folder.write("script", folder.run({ "completion", "zsh" }).out);
+        directory.write("script", directory.run({ "completion", "zsh" }).out);
         QProcess zsh;
-        zsh.setWorkingDirectory(folder.path());
+        zsh.setWorkingDirectory(directory.path());
         zsh.start("zsh",
                   { "-f", "-c",
                     "_arguments() { print -l -- '' \"$@\"; }; _describe() { print -l -- '' ${(P)2}; }; "
@@ -344,11 +344,11 @@ private Q_SLOTS:
     {
         const PseudoTerminal terminal;
         QVERIFY2(terminal.isOpen() && terminal.setWidth(20), "this system has no pseudo terminals");
-        const QByteArray pipe = QFile::encodeName(folder.filePath("a pipe with a very long name"));
+        const QByteArray pipe = QFile::encodeName(directory.filePath("a pipe with a very long name"));
         QVERIFY(::mkfifo(pipe.constData(), 0600) == 0);
         QProcess tool;
         tool.setStandardErrorFile(terminal.name());
-        tool.setWorkingDirectory(folder.path());
+        tool.setWorkingDirectory(directory.path());
         tool.start(VAN_TOOL, { "explain", "a pipe with a very long name", "b" });
         QCOMPARE(firstShownOn(terminal), QByteArray("\ra pipe wi\xE2\x80\xA6 (1 of 2)\033[K"));
         tool.kill();
@@ -395,7 +395,7 @@ private Q_SLOTS:
 
     void anUnknownShellIsRefused()
     {
-        const Run run = folder.run({ "completion", "tcsh" });
+        const Run run = directory.run({ "completion", "tcsh" });
         QCOMPARE(run.status, noAnswer);
         QCOMPARE(run.err, QByteArray("vanlayout: SHELL: tcsh not in {bash,fish,zsh}\n"));
     }
@@ -417,7 +417,7 @@ private:
             QTest::newRow(shell) << shell;
     }
 
-    ToolFolder folder;
+    ToolDirectory directory;
 };
 
 QTEST_GUILESS_MAIN(VanlayoutShellTest)

@@ -67,23 +67,23 @@ private slots:
     void fileThatCannotBeReadSaysWhy();
 
 private:
-    Run show(const QStringList &arguments) const { return folder.run(QStringList{ "show" } + arguments); }
+    Run show(const QStringList &arguments) const { return directory.run(QStringList{ "show" } + arguments); }
 
-    ToolFolder folder;
+    ToolDirectory directory;
 };
 
 void VanlayoutShowDataTest::initTestCase()
 {
     qputenv("COLUMNS", "80");
-    folder.write("homes.sav", survey(StatFile::sav));
-    folder.write("homes.zsav", survey(StatFile::zsav));
-    folder.write("homes.por", survey(StatFile::por));
-    folder.write("homes.dta", survey(StatFile::dta));
-    folder.write("homes.sas7bdat", survey(StatFile::sas7bdat));
-    folder.write("homes.xpt", survey(StatFile::xpt));
-    folder.write("formats.sas7bcat", catalog());
-    folder.write("homes.dcf", dictionary);
-    makeDatabase(folder.filePath("homes.csdb"));
+    directory.write("homes.sav", survey(StatFile::sav));
+    directory.write("homes.zsav", survey(StatFile::zsav));
+    directory.write("homes.por", survey(StatFile::por));
+    directory.write("homes.dta", survey(StatFile::dta));
+    directory.write("homes.sas7bdat", survey(StatFile::sas7bdat));
+    directory.write("homes.xpt", survey(StatFile::xpt));
+    directory.write("formats.sas7bcat", catalog());
+    directory.write("homes.dcf", dictionary);
+    makeDatabase(directory.filePath("homes.csdb"));
 }
 
 void VanlayoutShowDataTest::kindOfTheFileIsNamed_data()
@@ -143,7 +143,7 @@ void VanlayoutShowDataTest::csvHasTheMembersOfStatisticalFiles()
     readstat_variable_set_display_width(income, 12);
     readstat_variable_add_missing_double_range(income, 98, 99);
     readstat_variable_add_missing_double_value(income, -1);
-    folder.write("income.sav", QByteArray::fromStdString(file.bytes()));
+    directory.write("income.sav", QByteArray::fromStdString(file.bytes()));
     const QList<QByteArray> lines = show({ "--format", "csv", "income.sav" }).out.split('\n');
     QCOMPARE(lines.at(1), QByteArray(",,,INCOME,Income,numeric,0,8,1,,2,,,,double,F8.2,scale,,12,98:99 -1,,,\r"));
 }
@@ -185,8 +185,8 @@ void VanlayoutShowDataTest::standardInputHoldsAnyFormat()
     const Run file = show({ "--format", "json", name });
     QCOMPARE(file.status, fine);
     const QByteArray expected = QByteArray(file.out).replace("\"file\":\"" + name.toUtf8(), "\"file\":\"-");
-    QCOMPARE(runShell(folder, "cat " + name + " | \"$0\" show --format json -").out, expected);
-    QCOMPARE(runShell(folder, "\"$0\" show --format json - < " + name).out, expected);
+    QCOMPARE(runShell(directory, "cat " + name + " | \"$0\" show --format json -").out, expected);
+    QCOMPARE(runShell(directory, "\"$0\" show --format json - < " + name).out, expected);
 }
 
 void VanlayoutShowDataTest::fileThatCannotBeReadSaysWhy_data()
@@ -211,7 +211,7 @@ void VanlayoutShowDataTest::fileThatCannotBeReadSaysWhy()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QByteArray, reason);
-    folder.write("other", bytes);
+    directory.write("other", bytes);
     const Run run = show({ "other" });
     QCOMPARE(run.out, QByteArray());
     verifyComplaint(run, "other: " + reason);

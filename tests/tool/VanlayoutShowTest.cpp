@@ -112,17 +112,17 @@ private slots:
     void helpNamesEveryOption();
 
 private:
-    Run show(const QStringList &arguments) const { return folder.run(QStringList{ "show" } + arguments); }
+    Run show(const QStringList &arguments) const { return directory.run(QStringList{ "show" } + arguments); }
 
-    ToolFolder folder;
+    ToolDirectory directory;
 };
 
 void VanlayoutShowTest::initTestCase()
 {
     qputenv("COLUMNS", "80");
-    folder.write("homes.dcf", survey);
-    folder.write("one.dcf", oneItem("A", "a"));
-    folder.write("warning.dcf", withWarning);
+    directory.write("homes.dcf", survey);
+    directory.write("one.dcf", oneItem("A", "a"));
+    directory.write("warning.dcf", withWarning);
 }
 
 void VanlayoutShowTest::tableHasTitleHeadingsAndOneLineAnItem()
@@ -174,7 +174,7 @@ void VanlayoutShowTest::twoFormsOfTheCensusAreOneSurvey()
 
 void VanlayoutShowTest::tableFitsTheTerminal()
 {
-    folder.write("long.dcf", oneItem("QUITE_A_LONG_NAME_OF_40_CHARACTERS_IN_ALL", QByteArray(300, 'x')));
+    directory.write("long.dcf", oneItem("QUITE_A_LONG_NAME_OF_40_CHARACTERS_IN_ALL", QByteArray(300, 'x')));
     const QList<QByteArray> lines = linesOf(show({ "--labels", "homes.dcf", "long.dcf" }).out);
     for (const QByteArray &line : lines)
         QVERIFY2(widthOf(line) <= 80, line.constData());
@@ -185,17 +185,17 @@ void VanlayoutShowTest::languagesThatDoNotFitAreOnFurtherLines()
     QByteArray languages;
     for (const char *name : { "AA", "BB", "CC", "DD", "EE", "FF", "GG", "HH", "II", "JJ", "KK", "LL", "MM", "NN" })
         languages += QByteArray(name) + "=Language\n";
-    folder.write("many.dcf",
-                 QByteArray(survey).replace("EN=English\nFR=Fran\xC3\xA7"
-                                            "ais\n",
-                                            languages));
+    directory.write("many.dcf",
+                    QByteArray(survey).replace("EN=English\nFR=Fran\xC3\xA7"
+                                               "ais\n",
+                                               languages));
     QVERIFY(show({ "many.dcf" })
                 .out.contains("CSPro dictionary, text form 7.7, HOMES_DICT, 6 variables,\n"
                               "  languages AA BB CC DD EE FF GG HH II JJ KK LL MM NN\n"
                               "\n"));
-    QVERIFY(runShell(folder, "COLUMNS= \"$0\" show many.dcf")
+    QVERIFY(runShell(directory, "COLUMNS= \"$0\" show many.dcf")
                 .out.contains("6 variables, languages AA BB CC DD EE FF GG HH II JJ KK LL MM NN\n"));
-    const Run narrow = runShell(folder, "COLUMNS=30 \"$0\" show many.dcf");
+    const Run narrow = runShell(directory, "COLUMNS=30 \"$0\" show many.dcf");
     QVERIFY2(narrow.out.contains("\nCSPro dictionary, text form 7\u2026\n"
                                  "  HOMES_DICT, 6 variables,\n"
                                  "  languages AA BB CC DD EE FF\n"
@@ -208,10 +208,10 @@ void VanlayoutShowTest::headingHasTheFactsOfItsRecord()
 {
     const QByteArray record = "[Record]\nName=R2\nLabel=Second\nRecordTypeValue=\'\'\n";
     const QByteArray item = "[Item]\nName=B\nStart=5\nLen=1\n";
-    folder.write("records.dcf", oneItem("A", "a") + record + item);
+    directory.write("records.dcf", oneItem("A", "a") + record + item);
     const QByteArray out = show({ "records.dcf" }).out;
     QVERIFY2(out.contains("\nR2: Second (max 1)\nB "), out.constData());
-    folder.write("levels.dcf", oneItem("A", "a") + "[Level]\nName=L2\nLabel=Inner\n[IdItems]\n" + record + item);
+    directory.write("levels.dcf", oneItem("A", "a") + "[Level]\nName=L2\nLabel=Inner\n[IdItems]\n" + record + item);
     const QByteArray levels = show({ "levels.dcf" }).out;
     QVERIFY2(levels.contains("\nR (level 1, max 1)\n"), levels.constData());
     QVERIFY2(levels.contains("\nR2: Second (level 2, max 1)\n"), levels.constData());
@@ -220,10 +220,10 @@ void VanlayoutShowTest::headingHasTheFactsOfItsRecord()
 
 void VanlayoutShowTest::recordWithoutItemsHasItsHeadingAlone()
 {
-    folder.write("record.dcf",
-                 "[Dictionary]\nName=D\nRecordTypeStart=1\nRecordTypeLen=1\nPositions=Absolute\n[Level]\nName=L\n"
-                 "[IdItems]\n[Record]\nName=EMPTY\nRecordTypeValue=\'1\'\n[Record]\nName=R\nRecordTypeValue=\'2\'\n"
-                 "[Item]\nName=A\nStart=2\nLen=3\n");
+    directory.write("record.dcf",
+                    "[Dictionary]\nName=D\nRecordTypeStart=1\nRecordTypeLen=1\nPositions=Absolute\n[Level]\nName=L\n"
+                    "[IdItems]\n[Record]\nName=EMPTY\nRecordTypeValue=\'1\'\n[Record]\nName=R\nRecordTypeValue=\'2\'\n"
+                    "[Item]\nName=A\nStart=2\nLen=3\n");
     const QByteArray out = show({ "--quiet", "record.dcf" }).out;
     QVERIFY2(out.contains("\nEMPTY (type \"1\", max 1)\n\nR (type \"2\", max 1)\nName  Type  Start  Len\nA     9(3)"),
              out.constData());
@@ -232,8 +232,8 @@ void VanlayoutShowTest::recordWithoutItemsHasItsHeadingAlone()
 void VanlayoutShowTest::wideCodeHasALineOfItsOwn()
 {
     const QByteArray code(25, 'C');
-    folder.write("codes.dcf",
-                 oneItem("A", "a") + "[ValueSet]\nName=A_VS1\nValue=\'" + code + "\';Wide\nValue=\'1\';One\n");
+    directory.write("codes.dcf",
+                    oneItem("A", "a") + "[ValueSet]\nName=A_VS1\nValue=\'" + code + "\';Wide\nValue=\'1\';One\n");
     const QByteArray blanks(24 - 1 + 2, ' ');
     QVERIFY(show({ "--labels", "codes.dcf" })
                 .out.contains("      " + code + "\n      " + QByteArray(26, ' ') + "Wide\n      1" + blanks + "One\n"));
@@ -241,7 +241,7 @@ void VanlayoutShowTest::wideCodeHasALineOfItsOwn()
 
 void VanlayoutShowTest::longTypeIsCut()
 {
-    folder.write(
+    directory.write(
         "type.dcf",
         R"({"name":"D","relativePositions":false,"recordType":{"start":0,"length":0},"levels":[{"name":"L",)"
         R"("ids":{"items":[{"name":"A","contentType":"abcdefghijklmnopqrstuvwxyz","start":1,"length":1}]}}]})");
@@ -251,11 +251,11 @@ void VanlayoutShowTest::longTypeIsCut()
 
 void VanlayoutShowTest::verySmallTerminalIsNotExceeded()
 {
-    QVERIFY(
-        runShell(folder, "COLUMNS=34 \"$0\" show homes.dcf").out.contains("\nPERSON (type \"P\", max 20, optiona…\n"));
+    QVERIFY(runShell(directory, "COLUMNS=34 \"$0\" show homes.dcf")
+                .out.contains("\nPERSON (type \"P\", max 20, optiona…\n"));
     for (const char *columns : { "1", "5", "12", "20", "33" }) {
         const QList<QByteArray> lines
-            = linesOf(runShell(folder, QString("COLUMNS=%1 \"$0\" show --labels homes.dcf").arg(columns)).out);
+            = linesOf(runShell(directory, QString("COLUMNS=%1 \"$0\" show --labels homes.dcf").arg(columns)).out);
         QVERIFY(lines.size() > 10);
         for (const QByteArray &line : lines)
             QVERIFY2(line == "homes.dcf" || widthOf(line) <= QByteArray(columns).toInt(), line.constData());
@@ -266,22 +266,22 @@ void VanlayoutShowTest::columnThatIsEmptyThroughoutIsLeftOut()
 {
     const QByteArray out = show({ "one.dcf" }).out;
     QVERIFY(out.contains("Name  Type  Start  Len  Label\n"));
-    folder.write("plain.dcf", oneItem("A", ""));
+    directory.write("plain.dcf", oneItem("A", ""));
     QVERIFY(!show({ "plain.dcf" }).out.contains("Label"));
 }
 
 void VanlayoutShowTest::longNameHasALineOfItsOwn()
 {
     const QByteArray name = "QUITE_A_LONG_NAME_OF_MORE_THAN_40_CHARACTERS";
-    folder.write("long.dcf", oneItem(name, "the label of this item is long as well"));
+    directory.write("long.dcf", oneItem(name, "the label of this item is long as well"));
     const QList<QByteArray> lines = linesOf(show({ "long.dcf" }).out);
     const int index = lines.indexOf(name);
     QVERIFY(index > 0);
     QVERIFY(lines.at(index + 1).contains("9(3)"));
     QVERIFY2(lines.at(index + 1).contains("the label of this item is long as well"), lines.at(index + 1).constData());
     // Without a terminal the lines may be long, but one long name does not widen the others.
-    folder.write("longest.dcf", oneItem(QByteArray(1000, 'N'), "label"));
-    const QByteArray out = runShell(folder, "COLUMNS= \"$0\" show longest.dcf").out;
+    directory.write("longest.dcf", oneItem(QByteArray(1000, 'N'), "label"));
+    const QByteArray out = runShell(directory, "COLUMNS= \"$0\" show longest.dcf").out;
     QVERIFY(out.contains(QByteArray(1000, 'N') + "\n          9(3)"));
     QVERIFY(out.contains("\nID        9(1)"));
 }
@@ -316,7 +316,7 @@ void VanlayoutShowTest::languagesAreListed()
     const Run run = show({ "--languages", "homes.dcf", "one.dcf" });
     QCOMPARE(run.out, QByteArray("homes.dcf\n  EN  English\n  FR  Français\n\none.dcf\n  declares no language\n"));
     const QByteArray longName(100, 'L');
-    folder.write("long.dcf", QByteArray(survey).replace("FR=", longName + "="));
+    directory.write("long.dcf", QByteArray(survey).replace("FR=", longName + "="));
     QVERIFY(show({ "--languages", "long.dcf" })
                 .out.contains("  EN" + QByteArray(24, ' ') + "English\n  " + longName + "  Français\n"));
 }
@@ -394,11 +394,12 @@ void VanlayoutShowTest::csvHasOneLineAnItem()
 
 void VanlayoutShowTest::csvHasTheTextsOfTheFile()
 {
-    folder.write("texts.dcf",
-                 "[Dictionary]\nName=D\nRecordTypeStart=0\nRecordTypeLen=0\nPositions=Absolute\n"
-                 "[Languages]\nEN=English\nFR=French\n[Level]\nName=L\n[IdItems]\n"
-                 "[Item]\nLabel=Sex|Sexe\nName=SEX\nNote=first\\r\\n\nNote=second\nAlias=S1\nAlias=S2\nStart=1\nLen=1\n"
-                 "CaptureType=RadioButton\n[ValueSet]\nLabel=Sex\nName=SEX_VS1\nValue=1;Male\n");
+    directory.write(
+        "texts.dcf",
+        "[Dictionary]\nName=D\nRecordTypeStart=0\nRecordTypeLen=0\nPositions=Absolute\n"
+        "[Languages]\nEN=English\nFR=French\n[Level]\nName=L\n[IdItems]\n"
+        "[Item]\nLabel=Sex|Sexe\nName=SEX\nNote=first\\r\\n\nNote=second\nAlias=S1\nAlias=S2\nStart=1\nLen=1\n"
+        "CaptureType=RadioButton\n[ValueSet]\nLabel=Sex\nName=SEX_VS1\nValue=1;Male\n");
     QVERIFY(show({ "--format", "csv", "--language", "fr", "texts.dcf" })
                 .out.endsWith(
                     "L,(ids),,SEX,Sexe,numeric,1,1,1,,0,,,radioButton,,,,,0,,SEX_VS1,\"first\nsecond\",S1 S2\r\n"));
@@ -419,10 +420,11 @@ void VanlayoutShowTest::csvQuotesWhatNeedsIt()
 {
     QFETCH(QByteArray, label);
     QFETCH(QByteArray, cell);
-    folder.write("quotes.dcf",
-                 R"({"name":"D","relativePositions":false,"recordType":{"start":0,"length":0},"levels":[{"name":"L",)"
-                 R"("ids":{"items":[{"name":"A","labels":[{"text":")"
-                     + label + R"("}],"contentType":"numeric","start":1,"length":1}]}}]})");
+    directory.write(
+        "quotes.dcf",
+        R"({"name":"D","relativePositions":false,"recordType":{"start":0,"length":0},"levels":[{"name":"L",)"
+        R"("ids":{"items":[{"name":"A","labels":[{"text":")"
+            + label + R"("}],"contentType":"numeric","start":1,"length":1}]}}]})");
     const QByteArray out = show({ "--format", "csv", "quotes.dcf" }).out;
     QVERIFY2(out.contains("\r\nL,(ids),,A," + cell + ",numeric,1,1,"), out.constData());
 }
@@ -454,7 +456,7 @@ void VanlayoutShowTest::codesOfOneLanguageHaveOneLabel()
     const QByteArray out = show({ "--codes", "--language", "FR", "homes.dcf" }).out;
     QVERIFY(out.startsWith("file,item,valueSet,from,to,label_FR,special\r\n"));
     QVERIFY(out.contains("BIRTH_MONTH_VS1,99,,Unknown,missing\r\n"));
-    folder.write("codes.dcf", oneItem("A", "a") + "[ValueSet]\nName=A_VS1\nValue=1;One\n");
+    directory.write("codes.dcf", oneItem("A", "a") + "[ValueSet]\nName=A_VS1\nValue=1;One\n");
     QCOMPARE(show({ "--codes", "codes.dcf" }).out,
              QByteArray("file,item,valueSet,from,to,label,special\r\ncodes.dcf,A,A_VS1,1,,One,\r\n"));
 }
@@ -467,21 +469,22 @@ void VanlayoutShowTest::codesGoWithCsvAlone()
 
 void VanlayoutShowTest::codesHaveAColumnForEachLanguageOfAllFiles()
 {
-    folder.write("es.dcf", QByteArray(survey).replace("EN=English", "en=English").replace("FR=", "ES="));
+    directory.write("es.dcf", QByteArray(survey).replace("EN=English", "en=English").replace("FR=", "ES="));
     const QList<QByteArray> lines = linesOf(show({ "--codes", "homes.dcf", "es.dcf", "one.dcf" }).out);
     QCOMPARE(lines.at(0), QByteArray("file,item,valueSet,from,to,label_EN,label_FR,label_ES,special\r"));
     QCOMPARE(lines.at(1), QByteArray("homes.dcf,BIRTH_MONTH,BIRTH_MONTH_VS1,1,12,Month,Mois,,\r"));
     QCOMPARE(lines.at(8), QByteArray("es.dcf,BIRTH_MONTH,BIRTH_MONTH_VS1,1,12,Month,,Mois,\r"));
-    folder.write("english.dcf", oneItem("A", "a").replace("[Level]", "[Languages]\nEN=English\n[Level]"));
+    directory.write("english.dcf", oneItem("A", "a").replace("[Level]", "[Languages]\nEN=English\n[Level]"));
     QCOMPARE(show({ "--codes", "english.dcf" }).out, QByteArray("file,item,valueSet,from,to,label,special\r\n"));
 }
 
 void VanlayoutShowTest::valueWithoutACodeKeepsItsLabel()
 {
-    folder.write("codeless.dcf",
-                 R"({"name":"D","relativePositions":false,"recordType":{"start":0,"length":0},"levels":[{"name":"L",)"
-                 R"("ids":{"items":[{"name":"A","contentType":"numeric","start":1,"length":1,"valueSets":[)"
-                 R"({"name":"V","values":[{"labels":[{"text":"None"}],"pairs":[]}]}]}]}}]})");
+    directory.write(
+        "codeless.dcf",
+        R"({"name":"D","relativePositions":false,"recordType":{"start":0,"length":0},"levels":[{"name":"L",)"
+        R"("ids":{"items":[{"name":"A","contentType":"numeric","start":1,"length":1,"valueSets":[)"
+        R"({"name":"V","values":[{"labels":[{"text":"None"}],"pairs":[]}]}]}]}}]})");
     QCOMPARE(show({ "--quiet", "--codes", "codeless.dcf" }).out,
              QByteArray("file,item,valueSet,from,to,label,special\r\ncodeless.dcf,A,V,,,None,\r\n"));
 }
@@ -490,7 +493,7 @@ void VanlayoutShowTest::codesOfAPipeAreInAllItsLanguages()
 {
     const QByteArray expected = show({ "--codes", "homes.dcf" }).out;
     const auto codesOf = [&](const QByteArray &name, const QString &line) {
-        return runShell(folder, line).out.replace(name + ',', "homes.dcf,");
+        return runShell(directory, line).out.replace(name + ',', "homes.dcf,");
     };
     QCOMPARE(codesOf("-", "cat homes.dcf | \"$0\" show --codes -"), expected);
     QCOMPARE(codesOf("/dev/fd/0", "cat homes.dcf | \"$0\" show --codes /dev/fd/0"), expected);
@@ -533,7 +536,7 @@ void VanlayoutShowTest::prettyJsonIsIndented()
 
 void VanlayoutShowTest::jsonOfAFailingFileNamesItsError()
 {
-    folder.write("empty.dcf", "");
+    directory.write("empty.dcf", "");
     const Run several = show({ "--format", "json", "one.dcf", "empty.dcf" });
     QCOMPARE(several.status, noAnswer);
     QCOMPARE(
@@ -580,9 +583,9 @@ void VanlayoutShowTest::problemsAreListed()
 
 void VanlayoutShowTest::standardInputIsRead()
 {
-    const Run piped = runShell(folder, "cat homes.dcf | \"$0\" show --format csv -");
+    const Run piped = runShell(directory, "cat homes.dcf | \"$0\" show --format csv -");
     QCOMPARE(piped.out, show({ "--format", "csv", "homes.dcf" }).out);
-    const Run redirected = runShell(folder, "\"$0\" show --format json - < one.dcf");
+    const Run redirected = runShell(directory, "\"$0\" show --format json - < one.dcf");
     QCOMPARE(redirected.json()["file"].toString(), QString("-"));
 }
 
@@ -601,7 +604,7 @@ void VanlayoutShowTest::fileThatIsNoLayoutIsOneLine()
 {
     QFETCH(QByteArray, content);
     QFETCH(QByteArray, part);
-    folder.write("other.dcf", content);
+    directory.write("other.dcf", content);
     for (const QString format : { "table", "csv", "json" }) {
         const Run run = show({ "--format", format, "other.dcf" });
         verifyComplaint(run, "other.dcf: the file is ");
@@ -620,12 +623,13 @@ void VanlayoutShowTest::fullDiskIsReported_data()
 void VanlayoutShowTest::fullDiskIsReported()
 {
     QFETCH(QString, format);
-    verifyFullDiskIsReported(folder, { "show", "--format", format, "homes.dcf" });
+    verifyFullDiskIsReported(directory, { "show", "--format", format, "homes.dcf" });
 }
 
 void VanlayoutShowTest::controlsOfTheFileAreShownAsSigns()
 {
-    folder.write("control.dcf", oneItem("A", "red\x1b[31m") + "[ValueSet]\nName=A_VS1\nLabel=\x07\nValue=\x1b;\x1b\n");
+    directory.write("control.dcf",
+                    oneItem("A", "red\x1b[31m") + "[ValueSet]\nName=A_VS1\nLabel=\x07\nValue=\x1b;\x1b\n");
     const QByteArray out = show({ "--labels", "control.dcf" }).out;
     QVERIFY(out.contains("red"));
     QVERIFY(!out.contains('\x1b'));

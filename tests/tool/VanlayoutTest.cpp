@@ -322,15 +322,15 @@ private Q_SLOTS:
     void anyFileNameIsShown();
 
 private:
-    QString pathOf(const QString &name) const { return folder->filePath(name); }
-    void write(const QString &name, const QByteArray &content) const { folder->write(name, content); }
+    QString pathOf(const QString &name) const { return directory->filePath(name); }
+    void write(const QString &name, const QByteArray &content) const { directory->write(name, content); }
     Run run(const QStringList &arguments, const Variables &variables = {},
             const std::function<void()> &prepare = nullptr) const;
     Run show(const QByteArray &content, const QStringList &options = {}, const Variables &variables = {}) const;
     QJsonArray fieldsOf(const QByteArray &content) const;
     QList<QByteArray> rowsOf(const QByteArray &content, const Variables &variables = {}) const;
 
-    std::unique_ptr<ToolFolder> folder;
+    std::unique_ptr<ToolDirectory> directory;
 };
 
 namespace
@@ -520,7 +520,7 @@ Run VanlayoutTest::run(const QStringList &arguments, const Variables &variables,
 
     PreparedProcess process(prepare);
     process.setProcessEnvironment(environment);
-    Run result = folder->run(arguments, process);
+    Run result = directory->run(arguments, process);
     result.err = withoutNotesLine(result.err);
     return result;
 }
@@ -557,13 +557,13 @@ void VanlayoutTest::initTestCase()
 
 void VanlayoutTest::init()
 {
-    folder = std::make_unique<ToolFolder>();
-    QVERIFY(folder->isValid());
+    directory = std::make_unique<ToolDirectory>();
+    QVERIFY(directory->isValid());
 }
 
 void VanlayoutTest::cleanup()
 {
-    folder.reset();
+    directory.reset();
 }
 
 void VanlayoutTest::jsonHasEveryKeyInItsOrder()
@@ -1075,10 +1075,10 @@ void VanlayoutTest::noAnswerIsStatus2AndOneLine_data()
 
     for (const char *format : { "table", "json", "csv" }) {
         QTest::addRow("%s: missing file", format) << "missing.dcf" << format;
-        QTest::addRow("%s: missing folder", format) << "missing/survey.dcf" << format;
-        QTest::addRow("%s: file as a folder", format) << "empty.dcf/survey.dcf" << format;
-        QTest::addRow("%s: folder", format) << "folder" << format;
-        QTest::addRow("%s: folder with a slash", format) << "folder/" << format;
+        QTest::addRow("%s: missing directory", format) << "missing/survey.dcf" << format;
+        QTest::addRow("%s: file as a directory", format) << "empty.dcf/survey.dcf" << format;
+        QTest::addRow("%s: directory", format) << "directory" << format;
+        QTest::addRow("%s: directory with a slash", format) << "directory/" << format;
         QTest::addRow("%s: empty file", format) << "empty.dcf" << format;
         QTest::addRow("%s: no variables", format) << "no variables.dcf" << format;
         QTest::addRow("%s: no dictionary", format) << "letter.txt" << format;
@@ -1091,7 +1091,7 @@ void VanlayoutTest::noAnswerIsStatus2AndOneLine()
     QFETCH(QString, file);
     QFETCH(QString, format);
 
-    QVERIFY(QDir(folder->path()).mkdir("folder"));
+    QVERIFY(QDir(directory->path()).mkdir("directory"));
     write("empty.dcf", QByteArray());
     write("no variables.dcf", "[Dictionary]\nName=D\n\n[Record]\nName=R\nRecordTypeValue='1'\n");
     write("letter.txt", "Dear reader,\nthere is no variable here.\n");
@@ -1159,7 +1159,7 @@ void VanlayoutTest::fileWithoutAVariableIsReportedWithItsType()
 void VanlayoutTest::fileWithoutPermissionIsStatus2AndOneLine()
 {
     write("survey.dcf", survey);
-    QCOMPARE(chmod(QFile::encodeName(folder->path()).constData(), 0755), 0);
+    QCOMPARE(chmod(QFile::encodeName(directory->path()).constData(), 0755), 0);
     QCOMPARE(chmod(QFile::encodeName(pathOf("survey.dcf")).constData(), 0), 0);
     const Run shown = run({ "fields", "survey.dcf" }, {}, giveUpPassingOverPermissions);
     QCOMPARE(shown.out, QByteArray());
@@ -1238,7 +1238,7 @@ void VanlayoutTest::fullDiskIsStatus2ForHelpAndVersionToo()
 {
     QFETCH(QStringList, arguments);
 
-    verifyFullDiskIsReported(*folder, arguments);
+    verifyFullDiskIsReported(*directory, arguments);
 }
 
 void VanlayoutTest::textDictionaryIsReadFromStandardInput()
@@ -1257,7 +1257,7 @@ void VanlayoutTest::textDictionaryIsReadFromAFifo()
     QCOMPARE(mkfifo(QFile::encodeName(pathOf("fifo")).constData(), 0600), 0);
     write("survey.dcf", survey + repeated("\n", 200000)); // more than a pipe holds
     QProcess writer;
-    writer.setWorkingDirectory(folder->path());
+    writer.setWorkingDirectory(directory->path());
     writer.start("sh", { "-c", "exec cat survey.dcf > fifo" });
     const Run shown = run({ "fields", "--format", "json", "fifo" });
     writer.kill();
@@ -1448,7 +1448,7 @@ void VanlayoutTest::statisticalFilesAreShown()
     QFETCH(QString, type);
     QFETCH(QString, first);
     QFETCH(int, count);
-    QVERIFY(QFile::copy(QStringLiteral(VAN_MADE_DATA "/") + file, folder->filePath("a.dcf")));
+    QVERIFY(QFile::copy(QStringLiteral(VAN_MADE_DATA "/") + file, directory->filePath("a.dcf")));
     const Run json = run({ "fields", "--format", "json", "a.dcf" });
     QCOMPARE(json.status, fine);
     QCOMPARE(json.err, QByteArray());
@@ -1853,7 +1853,7 @@ void VanlayoutTest::oldTextIsInTheEncodingOfTheLocale()
     QVERIFY(run({ "fields", "--format", "csv", "new.dcf" }, turkish).out.contains("SIZE," + text.toUtf8() + ','));
     // The name of a file is in the encoding of the locale, too; with Qt 6 it is UTF-8 in every locale.
     const QString name = QT_VERSION < QT_VERSION_CHECK(6, 0, 0) ? R"('\375\360')" : R"('\304\261\304\237')";
-    const Run shown = runShell(*folder,
+    const Run shown = runShell(*directory,
                                "name=$(printf " + name
                                    + R"().dcf; mv new.dcf "$name"; )"
                                      R"(LOCPATH=')" VAN_LOCALES

@@ -38,7 +38,7 @@ class Browser:
         self.events = []
 
     def __enter__(self):
-        self.folder = tempfile.mkdtemp(prefix="chromium-")
+        self.directory = tempfile.mkdtemp(prefix="chromium-")
         to_read, self.to_browser = os.pipe()
         self.from_browser, to_write = os.pipe()
 
@@ -51,7 +51,7 @@ class Browser:
         self.process = subprocess.Popen(
             [self.program, "--headless", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--no-first-run",
              "--disable-extensions", "--disable-background-networking", "--hide-scrollbars", "--remote-debugging-pipe",
-             "--user-data-dir=" + self.folder, "about:blank"],
+             "--user-data-dir=" + self.directory, "about:blank"],
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
             preexec_fn=take_pipes, pass_fds=(3, 4), start_new_session=True)
         os.close(to_read)
@@ -75,7 +75,7 @@ class Browser:
         self.process.wait()
         os.close(self.to_browser)
         os.close(self.from_browser)
-        shutil.rmtree(self.folder, ignore_errors=True)
+        shutil.rmtree(self.directory, ignore_errors=True)
 
     def call(self, method, **parameters):
         """Sends a command and returns the response; events that arrive meanwhile are added to `events`."""

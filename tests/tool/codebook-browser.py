@@ -4,7 +4,7 @@
     codebook-browser.py TOOL EXAMPLES MADE_DATA          the tests; ends in 77 where no Chromium runs
     codebook-browser.py TOOL EXAMPLES --screenshot PNG   a picture of the codebook of census.dcf, 1200 pixels wide
 
-MADE_DATA is the folder of the Stata and SPSS files that are made for the tests.
+MADE_DATA is the directory of the Stata and SPSS files that are made for the tests.
 """
 
 import json
@@ -83,14 +83,14 @@ def expect(value, expected):
 class Codebook:
     """Pages that the tool writes, in a browser."""
 
-    def __init__(self, tool, examples, browser, folder):
+    def __init__(self, tool, examples, browser, directory):
         self.tool = tool
         self.examples = examples
         self.browser = browser
-        self.folder = folder
+        self.directory = directory
 
     def open(self, file, fragment="", options=()):
-        page = os.path.join(self.folder, "page.html")
+        page = os.path.join(self.directory, "page.html")
         subprocess.run([self.tool, "codebook", file, "-o", page, *options], check=True)
         self.browser.open("about:blank")
         self.browser.open("file://" + page + fragment)
@@ -100,7 +100,7 @@ class Codebook:
         self.open(os.path.join(self.examples, name), fragment, options)
 
     def open_made(self, text, fragment="", options=()):
-        file = os.path.join(self.folder, "made.dcf")
+        file = os.path.join(self.directory, "made.dcf")
         with open(file, "w", encoding="utf-8") as out:
             out.write(text)
         self.open(file, fragment, options)
@@ -546,7 +546,7 @@ Value='   ';Three
                ["1 to 9, 11", "4 values"])
 
     def measure_storage_and_weight_are_shown(self):
-        file = os.path.join(self.book.folder, "ages.sav")
+        file = os.path.join(self.book.directory, "ages.sav")
         with open(file, "wb") as out:
             made = spss([(1, "One")], struct.pack("<iiiiiii", 7, 11, 4, 3, 2, 9, 1))
             out.write(made[:76] + struct.pack("<i", 1) + made[80:])  # weighted by the first variable
@@ -570,7 +570,7 @@ Value='   ';Three
         with open(os.path.join(self.made_data, "types-118.dta"), "rb") as made:
             data = made.read()
         expect(data.count(codes), 1)
-        file = os.path.join(self.book.folder, "missing.dta")
+        file = os.path.join(self.book.directory, "missing.dta")
         with open(file, "wb") as out:
             out.write(data.replace(codes, struct.pack("<4i", 0x7fffffe6, 0, 9, 30000)))  # .a
         special = "[...document.querySelectorAll('article.current tbody tr')].filter(e => " \
@@ -587,7 +587,7 @@ Value='   ';Three
                 "labels": [{"text": "Homes"}], "relativePositions": False, "levels": [{"name": "L", "ids": {"items": []},
                 "records": [{"name": "R", "recordType": "", "occurrences": {"required": True, "maximum": 7}, "items": [
                     {"name": "A", "contentType": "numeric", "start": 3, "length": 2, "labels": [{"text": "One"}]}]}]}]}
-        database = os.path.join(self.book.folder, "homes.csdb")
+        database = os.path.join(self.book.directory, "homes.csdb")
         with sqlite3.connect(database) as store:
             store.execute("CREATE TABLE meta (dictionary TEXT)")
             store.execute("INSERT INTO meta VALUES (?)", (json.dumps(made),))
@@ -603,9 +603,9 @@ Value='   ';Three
                "required \u00b7 at most 7 records a case \u00b7 1 variable")
 
     def catalog_gives_the_values_of_a_sas_data_set(self):
-        folder = self.made_data
-        self.book.open(os.path.join(folder, "survey.sas7bdat"), "#married",
-                       ("--catalog", os.path.join(folder, "formats.sas7bcat")))
+        directory = self.made_data
+        self.book.open(os.path.join(directory, "survey.sas7bdat"), "#married",
+                       ("--catalog", os.path.join(directory, "formats.sas7bcat")))
         self.browser.wait_for("document.querySelector('article.current tbody') !== null")
         expect(self.browser.run("document.querySelector('article.current table').innerText.split('\\n').slice(-2)"),
                ["1\tYes", "2\tNo"])
@@ -638,7 +638,7 @@ Value=1;One
         expect(self.browser.run("document.querySelector('article .values').textContent"), "5 value labels in 2 sets")
 
     def missing_values_of_statistical_files_are_marked(self):
-        file = os.path.join(self.book.folder, "ages.sav")
+        file = os.path.join(self.book.directory, "ages.sav")
         with open(file, "wb") as out:
             out.write(spss([(1, "One"), (97, "Refused"), (98, "Unknown"), (-1, "Not asked"), (100, "Old")]))
         self.book.open(file, "#age")
@@ -650,7 +650,7 @@ Value=1;One
         expect(self.browser.run("document.querySelector('h1').textContent"), "Ages")
 
     def bounds_of_missing_ranges_are_in_words(self):
-        file = os.path.join(self.book.folder, "ages.sav")
+        file = os.path.join(self.book.directory, "ages.sav")
         with open(file, "wb") as out:
             out.write(spss([(-5, "Low"), (5, "High")]).replace(
                 struct.pack("<3d", 97, 99, -1), struct.pack("<Qdd", 0xFFEFFFFFFFFFFFFE, 0, 99)))
@@ -1223,7 +1223,7 @@ Value='%s';%s
     def page_without_script_says_so(self):
         self.browser.call("Emulation.setScriptExecutionDisabled", value=True)
         try:
-            page = os.path.join(self.book.folder, "page.html")
+            page = os.path.join(self.book.directory, "page.html")
             subprocess.run([self.book.tool, "codebook", os.path.join(self.book.examples, "census.dcf"), "-o", page],
                            check=True)
             self.browser.open("about:blank")
@@ -1237,14 +1237,14 @@ Value='%s';%s
 
     # -------------------------------------------------------------------------------------------------- index
     def _open_index(self):
-        folder = os.path.join(self.book.folder, "pages")
+        directory = os.path.join(self.book.directory, "pages")
         files = [os.path.join(self.book.examples, "census.dcf"), os.path.join(self.made_data, "types-118.dta")]
-        made = os.path.join(self.book.folder, "a#b.dcf")
+        made = os.path.join(self.book.directory, "a#b.dcf")
         with open(made, "w", encoding="utf-8") as out:
             out.write(self._languages() + item("A", "L\u2019eau <b>", 3, 1))
-        subprocess.run([self.book.tool, "codebook", *files, made, "-o", folder + "/"], check=True)
+        subprocess.run([self.book.tool, "codebook", *files, made, "-o", directory + "/"], check=True)
         self.browser.open("about:blank")
-        self.browser.open("file://" + os.path.join(folder, "index.html"))
+        self.browser.open("file://" + os.path.join(directory, "index.html"))
         self.browser.wait_for("document.querySelector('.book') !== null")
 
     def index_lists_the_codebooks(self):
@@ -1337,9 +1337,9 @@ def main(arguments):
         return SKIPPED
     tool, examples, *rest = arguments
     try:
-        with tempfile.TemporaryDirectory() as folder, chromium.Browser(program) as browser:
+        with tempfile.TemporaryDirectory() as directory, chromium.Browser(program) as browser:
             browser.look(1200, 900)
-            book = Codebook(tool, examples, browser, folder)
+            book = Codebook(tool, examples, browser, directory)
             if rest[0] == "--screenshot":
                 return take_screenshot(book, rest[1])
             return run_tests(book, rest[0])

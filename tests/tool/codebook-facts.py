@@ -2,7 +2,7 @@
 """Compares the page of `vanlayout codebook` with `vanlayout show --format json`, key by key: each has all that the
 other has, and nothing else.
 
-    codebook-facts.py TOOL FOLDER...    all files of the folders that are layouts; a folder that is absent is left out
+    codebook-facts.py TOOL DIRECTORY...    all files of the directories that are layouts; a directory that is absent is left out
 """
 
 import html
@@ -180,13 +180,13 @@ def head_differences(page, shown):
     yield from differences(page.data.get("languages", [])[:len(declared)], declared, "languages")
 
 
-def compare(tool, file, folder):
+def compare(tool, file, directory):
     """The differences; None if the file has no layout."""
     answer = subprocess.run([tool, "show", "--format", "json", file], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                             check=False)
     if answer.returncode != 0:
         return None
-    output = os.path.join(folder, "page.html")
+    output = os.path.join(directory, "page.html")
     subprocess.run([tool, "codebook", file, "-o", output], stderr=subprocess.DEVNULL, check=True)
     with open(output, encoding="utf-8") as text:
         page = Page(text.read())
@@ -201,13 +201,13 @@ def compare(tool, file, folder):
 
 
 def main(arguments):
-    tool, *folders = arguments
-    files = [os.path.join(place, name) for folder in folders for place, _, names in os.walk(folder)
+    tool, *directories = arguments
+    files = [os.path.join(place, name) for directory in directories for place, _, names in os.walk(directory)
              for name in sorted(names)]
     compared = failures = 0
-    with tempfile.TemporaryDirectory() as folder:
+    with tempfile.TemporaryDirectory() as directory:
         for file in files:
-            found = compare(tool, file, folder)
+            found = compare(tool, file, directory)
             compared += found is not None
             if found:
                 failures += 1

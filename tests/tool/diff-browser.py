@@ -53,19 +53,19 @@ def expect(found, expected):
 class Page:
     """The page of a comparison in a browser."""
 
-    def __init__(self, tool, browser, folder):
+    def __init__(self, tool, browser, directory):
         self.tool = tool
         self.browser = browser
-        self.folder = folder
+        self.directory = directory
 
     def open(self, before, after):
         for name, text in (("before.dcf", before), ("after.dcf", after)):
-            with open(os.path.join(self.folder, name), "w", encoding="utf-8-sig") as file:
+            with open(os.path.join(self.directory, name), "w", encoding="utf-8-sig") as file:
                 file.write(text)
         status = subprocess.run([self.tool, "diff", "--format", "html", "-o", "page.html", "before.dcf", "after.dcf"],
-                                cwd=self.folder, check=False).returncode
+                                cwd=self.directory, check=False).returncode
         expect(status, 0 if before == after else 1)
-        self.browser.open("file://" + os.path.join(self.folder, "page.html"))
+        self.browser.open("file://" + os.path.join(self.directory, "page.html"))
 
     def shown(self, selector):
         """The texts of the visible elements."""
@@ -195,9 +195,9 @@ def main(arguments):
         print("there is no Chromium here")
         return SKIPPED
     try:
-        with tempfile.TemporaryDirectory() as folder, chromium.Browser(program) as browser:
+        with tempfile.TemporaryDirectory() as directory, chromium.Browser(program) as browser:
             browser.look(1280, 900)
-            return run_tests(Page(arguments[0], browser, folder))
+            return run_tests(Page(arguments[0], browser, directory))
     except chromium.NotStarted as error:
         print(program, "does not run here:", error)
         return SKIPPED

@@ -455,14 +455,14 @@ private:
 
     QString write(const QByteArray &bytes)
     {
-        const QString path = folder.filePath(QStringLiteral("file"));
+        const QString path = directory.filePath(QStringLiteral("file"));
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("%s cannot be written", qPrintable(path));
         return path;
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_APPLESS_MAIN(SpssDictionaryTest)

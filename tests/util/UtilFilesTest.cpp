@@ -16,10 +16,10 @@ class UtilFilesTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(folder.isValid());
+        QVERIFY(directory.isValid());
         write("file", 10);
-        QVERIFY(QDir(folder.path()).mkdir("folder"));
-        QVERIFY(QDir(folder.path()).mkpath("data/base/ent"));
+        QVERIFY(QDir(directory.path()).mkdir("directory"));
+        QVERIFY(QDir(directory.path()).mkpath("data/base/ent"));
     }
 
     void statusIsTheFirstThatApplies_data()
@@ -28,11 +28,11 @@ private Q_SLOTS:
         QTest::addColumn<int>("status");
         QTest::addColumn<int>("saveStatus");
         QTest::newRow("empty") << QString() << 1 << 1;
-        QTest::newRow("no folder") << pathOf("absent/file") << 2 << 2;
-        QTest::newRow("folder is a file") << pathOf("file/file") << 2 << 2;
+        QTest::newRow("no directory") << pathOf("absent/file") << 2 << 2;
+        QTest::newRow("directory is a file") << pathOf("file/file") << 2 << 2;
         QTest::newRow("no file") << pathOf("absent") << 3 << 0;
         QTest::newRow("file") << pathOf("file") << 0 << 0;
-        QTest::newRow("folder counts as a file") << pathOf("folder") << 0 << 0;
+        QTest::newRow("directory counts as a file") << pathOf("directory") << 0 << 0;
     }
     void statusIsTheFirstThatApplies()
     {
@@ -65,13 +65,13 @@ private Q_SLOTS:
         QVERIFY(!canBeSaved);
     }
 
-    void foldersAndFilesAreDistinguished()
+    void directoriesAndFilesAreDistinguished()
     {
-        QVERIFY(UtilFiles::DirExists(pathOf("folder")));
+        QVERIFY(UtilFiles::DirExists(pathOf("directory")));
         QVERIFY(!UtilFiles::DirExists(pathOf("file")));
         QVERIFY(!UtilFiles::DirExists(pathOf("absent")));
         QVERIFY(UtilFiles::FileExists(pathOf("file")));
-        QVERIFY(!UtilFiles::FileExists(pathOf("folder")));
+        QVERIFY(!UtilFiles::FileExists(pathOf("directory")));
         QVERIFY(!UtilFiles::FileExists(pathOf("absent")));
         QVERIFY(!UtilFiles::FileExists(QString()));
     }
@@ -117,38 +117,38 @@ private Q_SLOTS:
     void linksAreFollowed()
     {
         QVERIFY(QFile::link(pathOf("file"), pathOf("toFile")));
-        QVERIFY(QFile::link(pathOf("folder"), pathOf("toFolder")));
+        QVERIFY(QFile::link(pathOf("directory"), pathOf("toDirectory")));
         QVERIFY(QFile::link(pathOf("absent"), pathOf("toNothing")));
         QVERIFY(UtilFiles::FileExists(pathOf("toFile")) && !UtilFiles::DirExists(pathOf("toFile")));
-        QVERIFY(!UtilFiles::FileExists(pathOf("toFolder")) && UtilFiles::DirExists(pathOf("toFolder")));
+        QVERIFY(!UtilFiles::FileExists(pathOf("toDirectory")) && UtilFiles::DirExists(pathOf("toDirectory")));
         QVERIFY(!UtilFiles::FileExists(pathOf("toNothing")) && !UtilFiles::DirExists(pathOf("toNothing")));
         QCOMPARE(UtilFiles::GetFileStatus(pathOf("toFile")), 0);
-        QCOMPARE(UtilFiles::GetFileStatus(pathOf("toFolder/absent")), 3);
+        QCOMPARE(UtilFiles::GetFileStatus(pathOf("toDirectory/absent")), 3);
     }
 
-    void deviceIsNeitherFileNorFolder()
+    void deviceIsNeitherFileNorDirectory()
     {
         QVERIFY(!UtilFiles::FileExists("/dev/null"));
         QVERIFY(!UtilFiles::DirExists("/dev/null"));
     }
 #endif
 
-    void relativePathStartsAtTheCurrentFolder()
+    void relativePathStartsAtTheCurrentDirectory()
     {
         const QString former = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(folder.path()));
+        QVERIFY(QDir::setCurrent(directory.path()));
         const int ofFile = UtilFiles::GetFileStatus("file");
         const int ofAbsentFile = UtilFiles::GetFileStatus("absent");
-        const int ofFileInAbsentFolder = UtilFiles::GetFileStatus("absent/file");
-        const int ofAbsentFileInFolder = UtilFiles::GetFileStatus("folder/x");
-        const bool isFile = UtilFiles::FileExists("folder/../file");
-        const bool isFolder = UtilFiles::DirExists(".");
+        const int ofFileInAbsentDirectory = UtilFiles::GetFileStatus("absent/file");
+        const int ofAbsentFileInDirectory = UtilFiles::GetFileStatus("directory/x");
+        const bool isFile = UtilFiles::FileExists("directory/../file");
+        const bool isDirectory = UtilFiles::DirExists(".");
         QDir::setCurrent(former);
         QCOMPARE(ofFile, 0);
         QCOMPARE(ofAbsentFile, 3);
-        QCOMPARE(ofFileInAbsentFolder, 2);
-        QCOMPARE(ofAbsentFileInFolder, 3);
-        QVERIFY(isFile && isFolder);
+        QCOMPARE(ofFileInAbsentDirectory, 2);
+        QCOMPARE(ofAbsentFileInDirectory, 3);
+        QVERIFY(isFile && isDirectory);
     }
 
     void textsAreTakenByValue()
@@ -164,7 +164,7 @@ private Q_SLOTS:
         QVERIFY((std::is_same<decltype(&UtilFiles::getDataBaseEntityFilePath), QString (*)(QString)>::value));
     }
 
-    void folderOfAFileIsAbsolute()
+    void directoryOfAFileIsAbsolute()
     {
         QCOMPARE(UtilFiles::GetFileDir("/data/base/file.ext"), QString("/data/base"));
         QCOMPARE(UtilFiles::GetFileDir("file.ext"), QDir::currentPath());
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QCOMPARE(UtilFiles::GetFileDir("/data/base/"), QString("/data/base"));
     }
 
-    void folderThatIsNotThereIsEmptyAndNotNull()
+    void directoryThatIsNotThereIsEmptyAndNotNull()
     {
         const QString before = QDir::currentPath();
         {
@@ -185,26 +185,26 @@ private Q_SLOTS:
         QVERIFY(!removed.isNull());
     }
 
-    void folderAboveTheFilesOwnIsRemoved_data()
+    void directoryAboveTheFilesOwnIsRemoved_data()
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("repaired");
         const QDir current = QDir::current();
         QDir above = current;
         above.cdUp();
-        QTest::newRow("three folders") << "/nowhere/base/ent/file.ext"
-                                       << "/nowhere/ent/file.ext";
-        QTest::newRow("two folders") << "/nowhere/ent/file.ext"
-                                     << "/ent/file.ext";
-        QTest::newRow("one folder") << "/nowhere/file.ext"
-                                    << "/nowhere/file.ext";
+        QTest::newRow("three directories") << "/nowhere/base/ent/file.ext"
+                                           << "/nowhere/ent/file.ext";
+        QTest::newRow("two directories") << "/nowhere/ent/file.ext"
+                                         << "/ent/file.ext";
+        QTest::newRow("one directory") << "/nowhere/file.ext"
+                                       << "/nowhere/file.ext";
         QTest::newRow("in the root") << "/absent.ext"
                                      << "//absent.ext";
-        QTest::newRow("four folders") << "/nowhere/data/base/ent/file.ext"
-                                      << "/nowhere/data/ent/file.ext";
+        QTest::newRow("four directories") << "/nowhere/data/base/ent/file.ext"
+                                          << "/nowhere/data/ent/file.ext";
         QTest::newRow("no file name") << "/nowhere/base/ent/"
                                       << "/nowhere/ent/";
-        QTest::newRow("a folder is no file") << pathOf("data/base/ent") << pathOf("base/ent"); // "data" is removed
+        QTest::newRow("a directory is no file") << pathOf("data/base/ent") << pathOf("base/ent"); // "data" is removed
         QTest::newRow("dots go") << "/nowhere/base/x/../ent/file.ext"
                                  << "/nowhere/ent/file.ext";
         QTest::newRow("no path") << QString() << "/";
@@ -216,7 +216,7 @@ private Q_SLOTS:
                                                   + "/absent.ext")
                                               .replace("//", "/");
     }
-    void folderAboveTheFilesOwnIsRemoved()
+    void directoryAboveTheFilesOwnIsRemoved()
     {
         QFETCH(QString, path);
         QFETCH(QString, repaired);
@@ -225,7 +225,7 @@ private Q_SLOTS:
 
     void pathThatExistsStays()
     {
-        const QString path = folder.path() + "//folder/../file";
+        const QString path = directory.path() + "//directory/../file";
         QCOMPARE(UtilFiles::getDataBaseEntityFilePath(path), path);
     }
 
@@ -241,7 +241,7 @@ private Q_SLOTS:
 private:
     QString pathOf(const QString &name) const
     {
-        return folder.filePath(name);
+        return directory.filePath(name);
     }
     void write(const QString &name, int size) const
     {
@@ -250,7 +250,7 @@ private:
             qFatal("%s cannot be written", qPrintable(name));
     }
 
-    QTemporaryDir folder;
+    QTemporaryDir directory;
 };
 
 QTEST_APPLESS_MAIN(UtilFilesTest)

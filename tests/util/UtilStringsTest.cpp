@@ -162,7 +162,7 @@ private Q_SLOTS:
         QTEST(UtilStrings::returnLineBreak(stored), "restored");
     }
 
-    void pathGivesUpFoldersUntilItFits()
+    void pathGivesUpDirectoriesUntilItFits()
     {
         const QString path = "C:\\alpha\\beta\\gamma\\file.ext";
         const QStringList stages = { path, "C:\\alpha\\beta\\...\\file.ext", "C:\\alpha\\...\\file.ext",

@@ -68,7 +68,7 @@ int openTemporaryPages(const CodebookOptions &options)
     QTemporaryDir directory(QDir::temp().filePath(QStringLiteral("vanlayout-XXXXXX")));
     if (!directory.isValid())
         return noAnswerFor(QDir::tempPath(), QStringLiteral("cannot be written: ") + directory.errorString());
-    const bool isOnePage = options.output.files.size() == 1 && !options.output.walksFolders;
+    const bool isOnePage = options.output.files.size() == 1 && !options.output.walksDirectories;
     const QString output = isOnePage ? directory.filePath(QStringLiteral("codebook.html")) : directory.path();
     const int status = writePages(options, QFile::encodeName(output).toStdString());
     const QString page = pageToOpen(output);

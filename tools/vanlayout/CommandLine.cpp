@@ -154,7 +154,8 @@ void describeDiff(CLI::App &command, DiffCall &options)
 
 void addOutput(CLI::App &command, LayoutOutput &output)
 {
-    command.add_flag("-r,--recursive", output.walksFolders, "read the files in directories and their subdirectories");
+    command.add_flag("-r,--recursive", output.walksDirectories,
+                     "read the files in directories and their subdirectories");
     command.add_option("--catalog", output.catalog, "SAS catalog with the value labels of a SAS data set")
         ->type_name("FILE");
 }

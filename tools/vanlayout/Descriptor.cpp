@@ -10,17 +10,17 @@
 
 std::optional<Descriptor> descriptorNamed(const QString &path)
 {
-    static const QRegularExpression folders(QStringLiteral("^(/dev|/proc/[0-9]+(/task/[0-9]+)?)/fd$"));
+    static const QRegularExpression directories(QStringLiteral("^(/dev|/proc/[0-9]+(/task/[0-9]+)?)/fd$"));
     const QFileInfo info(path);
     bool isNumber = false;
     const int number = info.fileName().toInt(&isNumber);
     if (!isNumber || number < 0)
         return std::nullopt;
-    const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
-    if (!folders.match(folder).hasMatch())
+    const QString directory = QFileInfo(info.absolutePath()).canonicalFilePath();
+    if (!directories.match(directory).hasMatch())
         return std::nullopt;
     const QString own = QFileInfo(QStringLiteral("/proc/self")).canonicalFilePath();
-    return Descriptor{ number, folder == QLatin1String("/dev/fd") || folder.startsWith(own + QLatin1Char('/')) };
+    return Descriptor{ number, directory == QLatin1String("/dev/fd") || directory.startsWith(own + QLatin1Char('/')) };
 }
 
 QString followed(const QString &path)

@@ -42,7 +42,7 @@ QString openingProblem(const QString &fileName)
     if (!info.exists())
         return QStringLiteral("no such file");
     if (info.isDir())
-        return QStringLiteral("is a folder");
+        return QStringLiteral("is a directory");
     QFile file(fileName);
     if (info.isFile() && !file.open(QIODevice::ReadOnly))
         return QStringLiteral("cannot be opened: ") + file.errorString();

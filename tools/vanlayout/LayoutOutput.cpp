@@ -2,11 +2,11 @@
 
 #include "Answer.h"
 #include "Descriptor.h"
-#include "FolderWalk.h"
+#include "DirectoryWalk.h"
 #include "LayoutInput.h"
 #include "LocaleText.h"
 #include "OutputFile.h"
-#include "OutputFolder.h"
+#include "OutputDirectory.h"
 #include "Progress.h"
 
 #include <QFile>
@@ -34,29 +34,31 @@ public:
 
     int run()
     {
-        const bool isFolder = needsFolder();
-        if (isFolder && (output == QLatin1String("-") || output.isEmpty())) {
-            complain(QString(), QStringLiteral("several files are written into a folder; name it by -o FOLDER"));
+        const bool isDirectory = needsDirectory();
+        if (isDirectory && (output == QLatin1String("-") || output.isEmpty())) {
+            complain(QString(),
+                     QStringLiteral("several files are written into a directory; name it with -o DIRECTORY"));
             return statusNoAnswer;
         }
         if (std::count(call.files.begin(), call.files.end(), "-") > 1) {
             complain(QString(), QStringLiteral("standard input is read once alone; name - once"));
             return statusNoAnswer;
         }
-        const NamedFiles named = filesNamed(call.files, call.walksFolders, isFolder ? output : QString());
+        const NamedFiles named = filesNamed(call.files, call.walksDirectories, isDirectory ? output : QString());
         if (named.files.isEmpty())
             return named.status;
-        if (!isFolder)
+        if (!isDirectory)
             return writeAlone(named.files.constFirst());
         return std::max(named.status, writeInto(named.files));
     }
 
 private:
-    bool needsFolder() const
+    bool needsDirectory() const
     {
         const auto isDir = [](const std::string &name) { return QFileInfo(QFile::decodeName(name.c_str())).isDir(); };
-        return call.files.size() > 1 || (call.walksFolders && std::any_of(call.files.begin(), call.files.end(), isDir))
-            || isFolderName(output);
+        return call.files.size() > 1
+            || (call.walksDirectories && std::any_of(call.files.begin(), call.files.end(), isDir))
+            || isDirectoryName(output);
     }
 
     int writeAlone(const QString &file)
@@ -69,28 +71,28 @@ private:
 
     int writeInto(const QStringList &files)
     {
-        OutputFolder folder(output, call.ending, files + QStringList(options.catalog));
+        OutputDirectory directory(output, call.ending, files + QStringList(options.catalog));
         if (!call.index.isEmpty())
-            folder.reserve(call.index);
-        int status = folder.make();
+            directory.reserve(call.index);
+        int status = directory.make();
         if (status != statusFine)
             return status;
         Progress progress(false);
         for (int i = 0; i < files.size(); ++i) {
             progress.begin(files.at(i), i + 1, files.size());
-            status = std::max(status, writeOne(files.at(i), QString(), &folder));
+            status = std::max(status, writeOne(files.at(i), QString(), &directory));
         }
-        return call.index.isEmpty() ? status : std::max(status, writeIndex(folder));
+        return call.index.isEmpty() ? status : std::max(status, writeIndex(directory));
     }
 
-    int writeIndex(const OutputFolder &folder)
+    int writeIndex(const OutputDirectory &directory)
     {
-        const QString path = inFolder(output, call.index);
-        return folder.isInput(call.index) ? noAnswerFor(path, isInputProblem()) : form.writeIndex(path);
+        const QString path = inDirectory(output, call.index);
+        return directory.isInput(call.index) ? noAnswerFor(path, isInputProblem()) : form.writeIndex(path);
     }
 
     // A file that cannot be read reserves no name in the directory.
-    int writeOne(const QString &file, const QString &path, OutputFolder *folder = nullptr)
+    int writeOne(const QString &file, const QString &path, OutputDirectory *directory = nullptr)
     {
         return answerFor(file, [&] {
             const Layout layout = readExactLayout(file, options);
@@ -98,11 +100,11 @@ private:
             if (!problem.isEmpty())
                 return noAnswerFor(file, problem);
             complainIfReadInPart(layout);
-            const QString target = folder ? folder->pathFor(file) : path;
+            const QString target = directory ? directory->pathFor(file) : path;
             if (isSameFile(target, options.catalog))
                 return noAnswerFor(target, isInputProblem());
             const int status = writeAnswer(target, file, [&](QIODevice &device) { form.write(layout, device); });
-            if (folder && status == statusFine)
+            if (directory && status == statusFine)
                 form.written(layout, QFileInfo(target).fileName());
             return status;
         });

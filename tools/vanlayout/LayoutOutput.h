@@ -14,7 +14,7 @@ class QIODevice;
 /// Arguments of a command that writes one form of each layout.
 struct LayoutOutput {
     std::vector<std::string> files; ///< files and directories, in the encoding of the system; - is standard input
-    bool walksFolders = false;
+    bool walksDirectories = false;
     std::string output = "-"; ///< file or directory to write, in the encoding of the system; - is standard output
     std::string catalog;      ///< SAS catalog with value labels; empty for none
     std::string language;     ///< code of the language; empty for the primary one

@@ -93,21 +93,21 @@ void catalog(const std::string &path)
 int main(int argc, char **argv)
 {
     if (argc != 2) {
-        std::fprintf(stderr, "usage: %s FOLDER\n", argv[0]);
+        std::fprintf(stderr, "usage: %s DIRECTORY\n", argv[0]);
         return 2;
     }
-    const std::string folder = std::string(argv[1]) + '/';
+    const std::string directory = std::string(argv[1]) + '/';
     for (const int version : { 105, 108, 110, 111, 113, 114, 115, 117, 118, 119 })
-        everyStataType(folder + "types-" + std::to_string(version) + ".dta", version);
-    everySpssType(folder + "types.sav", StatFile::sav);
-    everySpssType(folder + "types-rows.sav", StatFile::savOfRows);
-    everySpssType(folder + "types.zsav", StatFile::zsav);
-    survey(folder + "survey.sav", StatFile::sav);
-    survey(folder + "survey.por", StatFile::por);
-    survey(folder + "survey.dta", StatFile::dta);
-    survey(folder + "survey.sas7bdat", StatFile::sas7bdat);
-    survey(folder + "survey-5.xpt", StatFile::xpt, 5);
-    survey(folder + "survey-8.xpt", StatFile::xpt, 8);
-    catalog(folder + "formats.sas7bcat");
+        everyStataType(directory + "types-" + std::to_string(version) + ".dta", version);
+    everySpssType(directory + "types.sav", StatFile::sav);
+    everySpssType(directory + "types-rows.sav", StatFile::savOfRows);
+    everySpssType(directory + "types.zsav", StatFile::zsav);
+    survey(directory + "survey.sav", StatFile::sav);
+    survey(directory + "survey.por", StatFile::por);
+    survey(directory + "survey.dta", StatFile::dta);
+    survey(directory + "survey.sas7bdat", StatFile::sas7bdat);
+    survey(directory + "survey-5.xpt", StatFile::xpt, 5);
+    survey(directory + "survey-8.xpt", StatFile::xpt, 8);
+    catalog(directory + "formats.sas7bcat");
     return 0;
 }

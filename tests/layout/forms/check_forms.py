@@ -1,6 +1,6 @@
 """Checks the forms of all given files: each follows its standard, and a JSON Schema takes and refuses what it must.
 
-Usage: check_forms.py FORM EXPORT_LAYOUT PATH...    (FORM is csvw, frictionless or json-schema; a folder stands for
+Usage: check_forms.py FORM EXPORT_LAYOUT PATH...    (FORM is csvw, frictionless or json-schema; a directory stands for
 all files in it; a file without a layout, or without a table where the form wants one, is passed over)
 Ends with status 77, a skip, where the library jsonschema is wanted and not installed.
 """

@@ -145,8 +145,8 @@ INVALID = [
 
 
 def main():
-    with tempfile.TemporaryDirectory() as folder:
-        file = pathlib.Path(folder) / "survey.dcf"
+    with tempfile.TemporaryDirectory() as directory:
+        file = pathlib.Path(directory) / "survey.dcf"
         file.write_text(SURVEY, encoding="utf-8")
         run = subprocess.run([sys.argv[1], "json-schema", str(file)], capture_output=True, check=True)
     schema = json.loads(run.stdout)

@@ -238,16 +238,16 @@ class Comparison:
         self.compare_twins("corpus twins", layouts, [pair for pair in pairs if pair[1] in layouts])
 
     def compare_random(self, options):
-        with tempfile.TemporaryDirectory() as folder:
+        with tempfile.TemporaryDirectory() as directory:
             for begin in range(0, options.random, FILES_A_CALL):
                 numbers = range(begin, min(begin + FILES_A_CALL, options.random))
-                self.compare_random_part(pathlib.Path(folder), options, numbers)
+                self.compare_random_part(pathlib.Path(directory), options, numbers)
 
-    def compare_random_part(self, folder, options, numbers):
+    def compare_random_part(self, directory, options, numbers):
         files, pairs = [], []
         for number in numbers:
             case = generate.Case(options.seed, number, options.without)
-            text, twin = folder / ("%d-text.dcf" % number), folder / ("%d-json.dcf" % number)
+            text, twin = directory / ("%d-text.dcf" % number), directory / ("%d-json.dcf" % number)
             text.write_bytes(case.text)
             twin.write_bytes(case.json)
             files += [text, twin]
@@ -263,19 +263,19 @@ class Comparison:
     def compare_mutated(self, options):
         originals = sorted((options.corpus).glob("cspro-*/*.dcf"))
         originals = [file for file in originals if file.stat().st_size < LARGEST_MUTATED]
-        with tempfile.TemporaryDirectory() as folder:
+        with tempfile.TemporaryDirectory() as directory:
             for begin in range(0, options.mutated, FILES_A_CALL):
                 files = []
                 for number in range(begin, min(begin + FILES_A_CALL, options.mutated)):
                     original = originals[number % len(originals)]
-                    files.append(pathlib.Path(folder) / ("mutated-%d-%s" % (number, original.name)))
+                    files.append(pathlib.Path(directory) / ("mutated-%d-%s" % (number, original.name)))
                     files[-1].write_bytes(generate.mutated(original.read_bytes(), options.seed, number))
                 self.compare_files("mutated files", files)
                 for file in files:
                     file.unlink()
 
     def compare_statistical(self, corpus, plain):
-        files = sorted(file for folder in ("spss", "stata", "sas") for file in (corpus / folder).glob("*"))
+        files = sorted(file for directory in ("spss", "stata", "sas") for file in (corpus / directory).glob("*"))
         self.compare_files("statistical files", files, lambda file: plain_layout(plain, file))
 
 
@@ -295,7 +295,7 @@ def options_of(arguments):
     parser.add_argument("--mutated", type=int, default=0, metavar="N", help="N dictionaries of DIR with changes")
     parser.add_argument("--seed", type=int, default=1, metavar="S")
     parser.add_argument("--without", action="append", default=[], choices=sorted(generate.KINDS), metavar="KIND")
-    parser.add_argument("--keep", type=pathlib.Path, metavar="DIR", help="folder for the files that differ")
+    parser.add_argument("--keep", type=pathlib.Path, metavar="DIR", help="directory for the files that differ")
     parser.add_argument("--statistical", metavar="PLAIN")
     options = parser.parse_args(arguments)
     if not options.corpus and not options.random:

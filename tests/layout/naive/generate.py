@@ -5,7 +5,7 @@ A case is made of a random survey that both forms can hold, and of dirt of sever
 spelling of the file alone: a case that has no other is a pair of twins, and both forms must give the same layout. The
 same seed and number always make the same case.
 
-    generate.py SEED NUMBER FOLDER    writes the two files of one case, for a look at it
+    generate.py SEED NUMBER DIRECTORY    writes the two files of one case, for a look at it
 """
 
 import pathlib
@@ -360,10 +360,10 @@ def mutate(rng, lines):
 
 
 def main():
-    seed, number, folder = int(sys.argv[1]), int(sys.argv[2]), pathlib.Path(sys.argv[3])
+    seed, number, directory = int(sys.argv[1]), int(sys.argv[2]), pathlib.Path(sys.argv[3])
     case = Case(seed, number)
-    (folder / ("%d-text.dcf" % number)).write_bytes(case.text)
-    (folder / ("%d-json.dcf" % number)).write_bytes(case.json)
+    (directory / ("%d-text.dcf" % number)).write_bytes(case.text)
+    (directory / ("%d-json.dcf" % number)).write_bytes(case.json)
     print("text:", *sorted(case.text_kinds))
     print("JSON:", *sorted(case.json_kinds))
 

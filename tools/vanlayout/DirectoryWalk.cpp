@@ -1,8 +1,8 @@
-#include "FolderWalk.h"
+#include "DirectoryWalk.h"
 
 #include "Answer.h"
 #include "Descriptor.h"
-#include "OutputFolder.h"
+#include "OutputDirectory.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -15,12 +15,12 @@ namespace
 {
 
 /// The files below a directory that is named in a call.
-class FolderWalk
+class DirectoryWalk
 {
 public:
     /// Skips the directory \a without; empty for none.
-    explicit FolderWalk(const QString &withoutFolder)
-        : without(withoutFolder)
+    explicit DirectoryWalk(const QString &withoutDirectory)
+        : without(withoutDirectory)
     {
     }
 
@@ -28,11 +28,11 @@ public:
     QStringList filesBelow(const QString &top)
     {
         QStringList found;
-        QStringList folders = { top };
-        while (!folders.isEmpty()) {
-            const QString folder = folders.takeLast();
-            if (folder == top || without.isEmpty() || !isSameFile(folder, without))
-                gatherEntries(folder, found, folders);
+        QStringList directories = { top };
+        while (!directories.isEmpty()) {
+            const QString directory = directories.takeLast();
+            if (directory == top || without.isEmpty() || !isSameFile(directory, without))
+                gatherEntries(directory, found, directories);
         }
         std::sort(found.begin(), found.end());
         return found;
@@ -42,26 +42,26 @@ public:
 
 private:
     // The names are read as bytes: QDir skips those that are not valid in the encoding of the locale.
-    void gatherEntries(const QString &folder, QStringList &found, QStringList &folders)
+    void gatherEntries(const QString &directory, QStringList &found, QStringList &directories)
     {
         std::error_code error;
-        std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), error);
+        std::filesystem::directory_iterator entry(QFile::encodeName(directory).toStdString(), error);
         for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
             const std::string name = entry->path().filename().string();
             if (name.front() != '.')
-                gather(inFolder(folder, QFile::decodeName(name.c_str())), found, folders);
+                gather(inDirectory(directory, QFile::decodeName(name.c_str())), found, directories);
         }
         if (error)
-            worst = noAnswerFor(folder, QStringLiteral("the folder cannot be read"));
+            worst = noAnswerFor(directory, QStringLiteral("the directory cannot be read"));
     }
 
     // Broken links are kept: reading them fails with a reason. Pipes, sockets and devices are skipped: reading one may
     // never end.
-    static void gather(const QString &path, QStringList &found, QStringList &folders)
+    static void gather(const QString &path, QStringList &found, QStringList &directories)
     {
         const QFileInfo entry(path);
         if (entry.isDir() && !entry.isSymLink())
-            folders.append(path);
+            directories.append(path);
         else if (entry.isFile() || !entry.exists())
             found.append(path);
     }
@@ -70,28 +70,28 @@ private:
     int worst = statusFine;
 };
 
-QString problemWithFolder(const QString &folder, bool isWalked, const QString &without)
+QString problemWithDirectory(const QString &directory, bool isWalked, const QString &without)
 {
     if (!isWalked)
-        return QStringLiteral("is a folder; add -r to read the files in it");
-    if (!without.isEmpty() && isSameFile(folder, without))
-        return QStringLiteral("is the folder to read, and is not written into; name another one by -o");
+        return QStringLiteral("is a directory; add -r to read the files in it");
+    if (!without.isEmpty() && isSameFile(directory, without))
+        return QStringLiteral("is the directory to read, and no file is written into it; name another one with -o");
     return QString();
 }
 
 } // namespace
 
-NamedFiles filesNamed(const std::vector<std::string> &names, bool walksFolders, const QString &without)
+NamedFiles filesNamed(const std::vector<std::string> &names, bool walksDirectories, const QString &without)
 {
     NamedFiles named;
-    FolderWalk walk(without);
+    DirectoryWalk walk(without);
     for (const std::string &name : names) {
         const QString file = QFile::decodeName(name.c_str());
         if (!QFileInfo(file).isDir()) {
             named.files.append(file);
             continue;
         }
-        const QString problem = problemWithFolder(file, walksFolders, without);
+        const QString problem = problemWithDirectory(file, walksDirectories, without);
         const QStringList found = problem.isEmpty() ? walk.filesBelow(file) : QStringList();
         if (!problem.isEmpty())
             named.status = noAnswerFor(file, problem);

@@ -1,5 +1,5 @@
-#ifndef VANLAYOUT_OUTPUTFOLDER_H
-#define VANLAYOUT_OUTPUTFOLDER_H
+#ifndef VANLAYOUT_OUTPUTDIRECTORY_H
+#define VANLAYOUT_OUTPUTDIRECTORY_H
 
 #include "util/KeyedHash_p.h"
 
@@ -7,12 +7,12 @@
 #include <QStringList>
 
 /// The directory into which a command writes one file for each file that it reads.
-class OutputFolder
+class OutputDirectory
 {
 public:
     /// \a ending is the extension of the files, such as ".xml". \a inputs are the files that are read; none of them is
     /// overwritten.
-    OutputFolder(const QString &folder, const QString &ending, const QStringList &inputs);
+    OutputDirectory(const QString &directory, const QString &ending, const QStringList &inputs);
 
     /// Creates the directory if it is absent. On failure, prints one line on standard error and returns statusNoAnswer.
     int make() const;
@@ -35,9 +35,9 @@ private:
 };
 
 /// The path of a name in a directory. QDir::filePath treats a name that begins with a colon as an absolute path.
-QString inFolder(const QString &folder, const QString &name);
+QString inDirectory(const QString &directory, const QString &name);
 
 /// True if `-o` names a directory: an existing one, or a name that ends in a slash.
-bool isFolderName(const QString &output);
+bool isDirectoryName(const QString &output);
 
 #endif

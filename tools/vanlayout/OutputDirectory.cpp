@@ -1,4 +1,4 @@
-#include "OutputFolder.h"
+#include "OutputDirectory.h"
 
 #include "Answer.h"
 
@@ -19,25 +19,25 @@ QString stemOf(const QString &input)
 
 } // namespace
 
-OutputFolder::OutputFolder(const QString &folder, const QString &ending, const QStringList &inputs)
-    : path(folder)
+OutputDirectory::OutputDirectory(const QString &directory, const QString &ending, const QStringList &inputs)
+    : path(directory)
     , suffix(ending)
 {
     for (const QString &input : inputs)
         inputPaths.insert(QFileInfo(input).canonicalFilePath());
 }
 
-int OutputFolder::make() const
+int OutputDirectory::make() const
 {
     if (QDir().mkpath(path))
         return statusFine;
     const bool isOther = QFileInfo::exists(path);
     return noAnswerFor(path,
-                       isOther ? QStringLiteral("is no folder; several files are written into one")
-                               : QStringLiteral("the folder cannot be made"));
+                       isOther ? QStringLiteral("is not a directory; several files are written into one")
+                               : QStringLiteral("the directory cannot be created"));
 }
 
-QString OutputFolder::pathFor(const QString &input)
+QString OutputDirectory::pathFor(const QString &input)
 {
     const QString stem = stemOf(input);
     int &number = lastGiven[stem.toLower()];
@@ -47,31 +47,31 @@ QString OutputFolder::pathFor(const QString &input)
         name = number == 1 ? stem + suffix : stem + QLatin1Char('-') + QString::number(number) + suffix;
     } while (!isFree(name));
     reserve(name);
-    return inFolder(path, name);
+    return inDirectory(path, name);
 }
 
-void OutputFolder::reserve(const QString &name)
+void OutputDirectory::reserve(const QString &name)
 {
     taken.insert(name.toLower());
 }
 
-bool OutputFolder::isInput(const QString &name) const
+bool OutputDirectory::isInput(const QString &name) const
 {
-    const QString present = QFileInfo(inFolder(path, name)).canonicalFilePath();
+    const QString present = QFileInfo(inDirectory(path, name)).canonicalFilePath();
     return !present.isEmpty() && inputPaths.find(present) != inputPaths.end();
 }
 
-bool OutputFolder::isFree(const QString &name) const
+bool OutputDirectory::isFree(const QString &name) const
 {
     return taken.find(name.toLower()) == taken.end() && !isInput(name);
 }
 
-QString inFolder(const QString &folder, const QString &name)
+QString inDirectory(const QString &directory, const QString &name)
 {
-    return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
+    return directory.endsWith(QLatin1Char('/')) ? directory + name : directory + QLatin1Char('/') + name;
 }
 
-bool isFolderName(const QString &output)
+bool isDirectoryName(const QString &output)
 {
     return output.endsWith(QLatin1Char('/')) || QFileInfo(output).isDir();
 }

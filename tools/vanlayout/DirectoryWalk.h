@@ -1,5 +1,5 @@
-#ifndef VANLAYOUT_FOLDERWALK_H
-#define VANLAYOUT_FOLDERWALK_H
+#ifndef VANLAYOUT_DIRECTORYWALK_H
+#define VANLAYOUT_DIRECTORYWALK_H
 
 #include <QStringList>
 
@@ -18,8 +18,8 @@ struct NamedFiles {
 /// Hidden files and directories, links to directories, pipes and devices are skipped. A file that is named explicitly
 /// is always included. \a without is a directory that is skipped, such as the output directory; empty for none.
 ///
-/// One line on standard error reports a directory if \a walksFolders is unset, if it is \a without itself, if it has
-/// no file, and each subdirectory that cannot be read.
-NamedFiles filesNamed(const std::vector<std::string> &names, bool walksFolders, const QString &without = QString());
+/// One line on standard error reports a directory if \a walksDirectories is unset, if it is \a without itself, if it
+/// has no file, and each subdirectory that cannot be read.
+NamedFiles filesNamed(const std::vector<std::string> &names, bool walksDirectories, const QString &without = QString());
 
 #endif
