@@ -14,8 +14,8 @@ while read -r file; do
         directory=${file#src/}
         labels+=" ${directory%%/*} formats report session tool corpus readme symbols"
         ;;
-    layout/*) labels+=" layout tool readme symbols" ;;
-    tools/*) labels+=" tool session corpus layout" ;;
+    layout/*) labels+=" layout load tool readme symbols" ;;
+    tools/*) labels+=" tool session corpus layout load" ;;
     tests/support/* | tests/data/*) labels="$all" && break ;;
     tests/*/*)
         directory=${file#tests/}
