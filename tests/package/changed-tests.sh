@@ -23,7 +23,7 @@ concerns '' fuzz/cspro.dict bench/LookupBench.cpp CHANGELOG.md
 concerns '^(lookup)$' tests/lookup/LookupTest.cpp
 concerns '^(corpus|formats|lookup|readme|report|session|symbols|tool)$' src/lookup/Lookup.cpp
 concerns '^(layout|load|readme|symbols|tool)$' layout/read/Reader.cpp tests/tool/VanlayoutTest.cpp
-concerns '^(corpus|layout|session|tool)$' tools/vanlayout/Show.cpp
+concerns '^(corpus|layout|load|session|tool)$' tools/vanlayout/Show.cpp
 concerns '^(layout|report|tool)$' docs/notes.md
 concerns '^(readme|tool)$' README.md
 concerns '^(package)$' check cmake/setup.sh desktop/vanlayout-mime.xml
