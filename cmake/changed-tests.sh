@@ -12,9 +12,9 @@ while read -r file; do
     src/util/*) labels="$all" && break ;;
     src/*/*)
         directory=${file#src/}
-        labels+=" ${directory%%/*} formats report session tool corpus readme symbols"
+        labels+=" ${directory%%/*} formats report session tool corpus readme symbols layout package"
         ;;
-    layout/*) labels+=" layout load tool readme symbols" ;;
+    layout/*) labels+=" layout load tool session package readme symbols" ;;
     tools/*) labels+=" tool session corpus layout load" ;;
     tests/support/* | tests/data/*) labels="$all" && break ;;
     tests/*/*)

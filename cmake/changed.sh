@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Prints the files of the working tree that differ from the main branch, committed or not, one per line. The main branch
-# is origin/main or main; on the main branch itself, the files of the last commit are printed too. Deleted files are not
-# printed.
+# is origin/main or main; on the main branch itself, the files of the last commit are printed too. Deleted files and the
+# former names of renamed files are printed as well.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
@@ -16,6 +16,6 @@ base_commit() {
 
 base=$(base_commit)
 {
-    git diff --name-only --diff-filter=d "$base"
+    git diff --name-only --no-renames "$base"
     git ls-files --others --exclude-standard
 } | sort -u

@@ -21,8 +21,8 @@ concerns() {
 concerns '' ''
 concerns '' fuzz/cspro.dict bench/LookupBench.cpp CHANGELOG.md
 concerns '^(lookup)$' tests/lookup/LookupTest.cpp
-concerns '^(corpus|formats|lookup|readme|report|session|symbols|tool)$' src/lookup/Lookup.cpp
-concerns '^(layout|load|readme|symbols|tool)$' layout/read/Reader.cpp tests/tool/VanlayoutTest.cpp
+concerns '^(corpus|formats|layout|lookup|package|readme|report|session|symbols|tool)$' src/lookup/Lookup.cpp
+concerns '^(layout|load|package|readme|session|symbols|tool)$' layout/read/Reader.cpp tests/tool/VanlayoutTest.cpp
 concerns '^(corpus|layout|load|session|tool)$' tools/vanlayout/Show.cpp
 concerns '^(layout|report|tool)$' docs/notes.md
 concerns '^(readme|tool)$' README.md
@@ -39,8 +39,9 @@ mkdir -p "$directory/project/cmake"
 cp "$project/cmake/changed.sh" "$directory/project/cmake"
 command git init -q -b main "$directory/project"
 touch "$directory/project"/{kept,edited,deleted}
+echo moved >"$directory/project/former"
 git add . && git commit -q -m first
-expect "the only commit" "cmake/changed.sh deleted edited kept" "$(changed)"
+expect "the only commit" "cmake/changed.sh deleted edited former kept" "$(changed)"
 touch "$directory/project/on-main" && git add . && git commit -q -m second
 expect "the last commit of the main branch" "on-main" "$(changed)"
 git checkout -q -b work
@@ -48,4 +49,5 @@ touch "$directory/project/committed" && git add . && git commit -q -m third
 echo edited >"$directory/project/edited"
 touch "$directory/project/untracked"
 rm "$directory/project/deleted"
-expect "a branch" "committed edited untracked" "$(changed)"
+git mv former later
+expect "a branch" "committed deleted edited former later untracked" "$(changed)"
