@@ -12,10 +12,10 @@ while read -r file; do
     src/util/*) labels="$all" && break ;;
     src/*/*)
         directory=${file#src/}
-        labels+=" ${directory%%/*} formats report session tool corpus readme symbols layout package"
+        labels+=" ${directory%%/*} formats report session tool corpus readme symbols layout package structure"
         ;;
-    layout/*) labels+=" layout load tool session package readme symbols" ;;
-    tools/*) labels+=" tool session corpus layout load" ;;
+    layout/*) labels+=" layout load tool session package readme symbols structure" ;;
+    tools/*) labels+=" tool session corpus layout load structure" ;;
     tests/support/* | tests/data/*) labels="$all" && break ;;
     tests/*/*)
         directory=${file#tests/}

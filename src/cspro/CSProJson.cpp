@@ -129,41 +129,6 @@ void handOver(OwnedValueSet set, TCSProItem &item)
 
 } // namespace
 
-QJsonObject cspro::dictionaryOf(const QJsonObject &root)
-{
-    const QJsonValue wrapped = root.value(QLatin1String("dictionary"));
-    return wrapped.isObject() ? wrapped.toObject() : root;
-}
-
-bool cspro::isAlpha(const QJsonValue &contentType)
-{
-    return contentType.toString().compare(QLatin1String("alpha"), Qt::CaseInsensitive) == 0;
-}
-
-int cspro::occurrencesOf(const QJsonValue &occurrences)
-{
-    return occurrences.isObject() ? occurrences.toObject().value(QLatin1String("maximum")).toInt(1) : 1;
-}
-
-QString cspro::codeOf(const QJsonObject &pair)
-{
-    const QJsonValue value = pair.value(QLatin1String("value"));
-    return codeOf(value, value.isUndefined() ? pair.value(QLatin1String("range")) : QJsonValue());
-}
-
-QString cspro::codeOf(const QJsonValue &value, const QJsonValue &range)
-{
-    return value.isUndefined() ? codeOfRange(range) : value.toString();
-}
-
-QString cspro::codeOfRange(const QJsonValue &range)
-{
-    const QJsonArray bounds = range.toArray();
-    if (bounds.size() != 2 || !bounds.at(0).isString() || !bounds.at(1).isString())
-        return QString();
-    return bounds.at(0).toString() + Vocabulary::Colon + bounds.at(1).toString();
-}
-
 TCSProJson::TCSProJson() = default;
 TCSProJson::~TCSProJson() = default;
 

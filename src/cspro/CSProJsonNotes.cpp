@@ -1,6 +1,7 @@
 #include "cspro/CSProJsonNotes_p.h"
 
-#include "cspro/CSProJson_p.h"
+#include "cspro/CSProJsonRules_p.h"
+#include "cspro/CSProModel_p.h"
 #include "import/ReadReport.h"
 #include "util/NumbersSoFar_p.h"
 #include "util/KeyedHash_p.h"

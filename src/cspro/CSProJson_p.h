@@ -2,31 +2,11 @@
 #define CSPRO_CSPROJSON_P_H
 
 #include "cspro/CSProJsonNotes_p.h"
+#include "cspro/CSProJsonRules_p.h"
 #include "cspro/CSProModel_p.h"
 
 class QJsonArray;
 class QJsonObject;
-class QJsonValue;
-
-/// The rules for parts of a document that the reader and its diagnostics share.
-namespace cspro
-{
-
-/// The list that an item is in. The items of a record can occur several times, the id items once.
-enum class ItemPlace { ids, record };
-
-/// Returns the object of the key "dictionary", or the whole document if there is none.
-QJsonObject dictionaryOf(const QJsonObject &root);
-/// Returns whether a "contentType" is that of a text; any other is that of a number.
-bool isAlpha(const QJsonValue &contentType);
-/// Returns how often an item of a record occurs, by its "occurrences".
-int occurrencesOf(const QJsonValue &occurrences);
-/// Returns the code of a pair: its "value", even one that is not a text, or else its "range"; null if it has neither.
-QString codeOf(const QJsonObject &pair);
-QString codeOf(const QJsonValue &value, const QJsonValue &range);
-QString codeOfRange(const QJsonValue &range);
-
-} // namespace cspro
 
 /// Reads a CSPro 8 JSON dictionary (the JSON form of the CSPro dictionary format) into the same model as a text
 /// dictionary.

@@ -1,27 +1,14 @@
 #include "cspro/CSProModel_p.h"
 
+#include "cspro/ListAccess_p.h"
 #include "cspro/ValueSet_p.h"
 #include "import/Constants.h"
-#include "util/NumberCharacter_p.h"
 
 #include <QMessageBox>
 
 #include <algorithm>
 #include <utility>
 #include <vector>
-
-namespace cspro
-{
-
-void logFailure(const char *operation, const QString &classTag, int code)
-{
-    // The code is written as the character with that number.
-    if (operation)
-        debugLine(QLatin1String(operation) + QLatin1String(" ERROR ") + classTag + QLatin1Char(' ')
-                  + numberCharacter(code));
-}
-
-} // namespace cspro
 
 void TCSProRecord::addItem(TCSProItem * /*item*/) { }
 

@@ -5,7 +5,6 @@
 #include "util/DebugLog_p.h"
 #include "import/ErrorManager.h"
 #include "util/EmptyText_p.h"
-#include "util/NumberCharacter_p.h"
 #include "util/TextCache_p.h"
 
 #include <QList>
@@ -14,7 +13,6 @@
 
 #include <map>
 #include <memory>
-#include <stdexcept>
 
 class TCSProItem;
 class TCSProValueSet;
@@ -22,46 +20,8 @@ class TCSProValueSet;
 namespace cspro
 {
 
-constexpr int codeNoList = 101;
-constexpr int codeBadIndex = 211;
-
 // A numeric item without decimals is an integer up to this length.
 constexpr int longestInteger = 9;
-
-template <typename T> const QList<T *> &listBehind(const QList<T *> *list)
-{
-    if (!list)
-        throw std::invalid_argument("no list");
-    return *list;
-}
-
-// Logs the failure of an accessor. Does nothing if \a operation is null, as for an accessor that logs no failures.
-void logFailure(const char *operation, const QString &classTag, int code);
-
-/// Returns the size of \a list. If that throws, as it does if \a list is null, logs the failure of \a operation (unless
-/// \a operation is null) and throws a `VpErrorManager *` with code 101 under \a classTag.
-template <typename T> int sizeOf(const QList<T *> *list, const QString &classTag, const char *operation = nullptr)
-{
-    try {
-        return listBehind(list).size();
-    } catch (...) {
-        logFailure(operation, classTag, codeNoList);
-        throw new VpErrorManager(classTag, codeNoList);
-    }
-}
-
-/// Returns the element of \a list at the 0-based \a index; null outside of the list, which is not a failure. Fails like
-/// sizeOf(), with code 211 and a text of one character whose code is the index.
-template <typename T>
-T *elementOf(const QList<T *> *list, int index, const QString &classTag, const char *operation = nullptr)
-{
-    try {
-        return listBehind(list).value(index, nullptr);
-    } catch (...) {
-        logFailure(operation, classTag, codeBadIndex);
-        throw new VpErrorManager(classTag, codeBadIndex, QString(numberCharacter(index)));
-    }
-}
 
 } // namespace cspro
 

@@ -1,6 +1,6 @@
 #include "cspro/ValueSet_p.h"
 
-#include "cspro/CSProModel_p.h"
+#include "cspro/ListAccess_p.h"
 #include "import/Constants.h"
 #include "util/Numbers_p.h"
 

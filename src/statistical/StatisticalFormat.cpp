@@ -1,7 +1,5 @@
 #include "statistical/StatisticalFormat_p.h"
 
-#include "statistical/FileGuards_p.h"
-
 #include <algorithm>
 #include <charconv>
 #include <cstring>

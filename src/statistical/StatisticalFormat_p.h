@@ -2,6 +2,7 @@
 #define STATISTICAL_STATISTICALFORMAT_P_H
 
 #include "import/Constants.h"
+#include "statistical/FileGuards_p.h"
 #include "util/StataNames_p.h"
 
 #include <readstat.h>
@@ -14,14 +15,6 @@
 /// The differences between the two statistical formats, and the properties of a variable as ReadStat delivers it.
 namespace statistical
 {
-
-/// The reason why a file is not read, or not to its end, other than an error that ReadStat finds in its contents.
-struct ReadProblem {
-    QString line;            ///< for a person; null if there is no problem
-    bool isOfDevice = false; ///< whether the system failed to read the file
-
-    bool isNull() const { return line.isNull(); }
-};
 
 enum class TextEncoding { latin1, utf8 };
 

@@ -21,9 +21,9 @@ concerns() {
 concerns '' ''
 concerns '' fuzz/cspro.dict bench/LookupBench.cpp CHANGELOG.md
 concerns '^(lookup)$' tests/lookup/LookupTest.cpp
-concerns '^(corpus|formats|layout|lookup|package|readme|report|session|symbols|tool)$' src/lookup/Lookup.cpp
-concerns '^(layout|load|package|readme|session|symbols|tool)$' layout/read/Reader.cpp tests/tool/VanlayoutTest.cpp
-concerns '^(corpus|layout|load|session|tool)$' tools/vanlayout/Show.cpp
+concerns '^(corpus|formats|layout|lookup|package|readme|report|session|structure|symbols|tool)$' src/lookup/Lookup.cpp
+concerns '^(layout|load|package|readme|session|structure|symbols|tool)$' layout/read/Reader.cpp tests/tool/VanlayoutTest.cpp
+concerns '^(corpus|layout|load|session|structure|tool)$' tools/vanlayout/Show.cpp
 concerns '^(layout|report|tool)$' docs/notes.md
 concerns '^(readme|tool)$' README.md
 concerns '^(package)$' check cmake/setup.sh desktop/vanlayout-mime.xml

@@ -1,0 +1,3 @@
+# The structure of the sources: which file includes which.
+add_test(NAME Includes COMMAND ${CMAKE_COMMAND} -DPROJECT_DIR=${PROJECT_SOURCE_DIR} -P ${CMAKE_CURRENT_SOURCE_DIR}/structure/includes.cmake)
+van_test_properties(Includes structure)
