@@ -91,6 +91,7 @@ struct PlannedColumn {
 struct PlannedTable {
     QString name;     ///< legal and unique in the target
     QString original; ///< name of the record, or `RECORD_ITEM`
+    QString file;     ///< stem of a file of the table: letters, digits and `_`, unique without case; never `codes`
     QString label;    ///< of the record or the item; one line; empty if there is none
     int level = 0;    ///< index in Layout::levels
     const Record *record = nullptr;
@@ -118,7 +119,7 @@ struct LoadPlan {
     QString name;        ///< stem of the file names: letters, digits and `_`
     QString dictionary;  ///< name of the dictionary, one line
     QString label;       ///< of the dictionary, one line
-    QString version;     ///< of the format of the dictionary, such as "7.7"
+    QString version;     ///< kind and version of the dictionary, such as "CSPro dictionary, text form 7.7"
     std::optional<RecordTypeColumns> recordType;
     QStringList knownMarks;       ///< of all records, also of those that are not loaded, padded
     QVector<PlannedTable> tables; ///< record tables first, then item tables

@@ -47,6 +47,7 @@ struct TargetRules {
     bool (*isReservedTable)(const QString &name);
     QVector<LoadFile> (*write)(const LoadPlan &plan);
     bool hasSeveralFiles; ///< whether a program is more than one file
+    int maxColumns;       ///< of a table; 0 for any number
 };
 
 /// All targets, in the order of LoadTarget.

@@ -1,0 +1,224 @@
+#include "PlanChecks_p.h"
+
+#include "write/Columns_p.h"
+#include "write/Exportable.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr int maxMarkLength = 1000; // characters of a record type
+constexpr int maxDecimals = 100;
+
+bool isStatistical(const Layout &layout)
+{
+    switch (layout.format) {
+    case Format::None:
+    case Format::CSProText:
+    case Format::CSProJson:
+        return false;
+    case Format::Spss:
+    case Format::SpssPortable:
+    case Format::Stata:
+    case Format::Sas:
+    case Format::SasXport:
+        return true;
+    }
+    return false;
+}
+
+QString problemWithLanguage(const Layout &layout, const QString &wanted)
+{
+    if (wanted.isEmpty() || !languageOf(layout, wanted).isEmpty())
+        return QString();
+    QStringList names;
+    for (const Language &language : layout.languages)
+        names.append(language.name);
+    if (names.isEmpty())
+        return QStringLiteral("has no language %1; it declares no languages").arg(wanted);
+    return QStringLiteral("has no language %1; it has %2").arg(wanted, names.join(QLatin1String(", ")));
+}
+
+QString problemWithRecords(const Layout &layout, const QStringList &wanted)
+{
+    constexpr int longList = 12;
+    QStringList names;
+    KeyedSet<QString> known;
+    for (const Level &level : layout.levels) {
+        for (const Record &record : level.records) {
+            names.append(record.name);
+            known.insert(record.name);
+        }
+    }
+    if (names.isEmpty())
+        return QStringLiteral("has no records");
+    const auto isUnknown = [&](const QString &name) { return known.find(name) == known.end(); };
+    const QStringList::const_iterator unknown = std::find_if(wanted.begin(), wanted.end(), isUnknown);
+    if (unknown == wanted.end())
+        return QString();
+    const QString problem = QStringLiteral("has no record %1").arg(*unknown);
+    return names.size() > longList ? problem : problem + QLatin1String("; it has ") + names.join(QLatin1String(", "));
+}
+
+// Lines have no type if the columns of the record type are absent or empty.
+QString problemWithRecordType(const Layout &layout)
+{
+    const RecordTypeColumns columns = layout.recordType.value_or(RecordTypeColumns());
+    if (columns.length > maxMarkLength)
+        return QStringLiteral("has a record type of %1 characters; at most %2 can be loaded")
+            .arg(columns.length)
+            .arg(maxMarkLength);
+    if (columns.length > 0 && columns.start < 1)
+        return QStringLiteral("has no start for the columns of the record type");
+    KeyedMap<QString, QString> known;
+    for (const Level &level : layout.levels) {
+        for (const Record &record : level.records) {
+            const QString mark = columns.length > 0 ? paddedMark(record.recordType, columns.length) : QString();
+            const auto [other, isNew] = known.try_emplace(mark, record.name);
+            if (!isNew)
+                return QStringLiteral("has two records with the record type '%1': %2 and %3")
+                    .arg(mark, other->second, record.name);
+        }
+    }
+    return QString();
+}
+
+QString problemWithItem(const Item &item)
+{
+    if (kindOf(item) == ValueKind::Binary)
+        return QString();
+    if (item.start < 1 || item.length < 1)
+        return QStringLiteral("has an item without columns: %1").arg(item.name);
+    if (item.start > std::numeric_limits<int>::max() - item.length)
+        return QStringLiteral("has an item with columns beyond any line: %1").arg(item.name);
+    if (item.decimals > maxDecimals)
+        return QStringLiteral("has an item with more than %1 decimals: %2").arg(maxDecimals).arg(item.name);
+    return QString();
+}
+
+QString problemWithItems(const QVector<Item> &items)
+{
+    for (const Item &item : items) {
+        const QString problem = problemWithItem(item);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return QString();
+}
+
+QString problemWithIds(const QVector<Item> &ids)
+{
+    const auto repeats = [](const Item &id) { return id.occurrences > 1; };
+    const QVector<Item>::const_iterator repeated = std::find_if(ids.begin(), ids.end(), repeats);
+    if (repeated != ids.end())
+        return QStringLiteral("has an id item that repeats: %1").arg(repeated->name);
+    return problemWithItems(ids);
+}
+
+QString problemWithLevels(const Layout &layout, const RecordSelection &loaded)
+{
+    for (const Level &level : layout.levels) {
+        QString problem = problemWithIds(level.ids);
+        for (const Record &record : level.records) {
+            if (problem.isEmpty() && loaded.holds(record))
+                problem = problemWithItems(record.items);
+        }
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return QString();
+}
+
+// The ids are columns of each record, so that a few items and records can make any number of columns.
+QString problemWithSize(const Layout &layout, const RecordSelection &loaded)
+{
+    qint64 ids = 0;
+    qint64 idColumns = 0;
+    for (const Level &level : layout.levels) {
+        ids += level.ids.size();
+        idColumns += ids * std::count_if(level.records.begin(), level.records.end(), [&](const Record &record) {
+                         return loaded.holds(record);
+                     });
+    }
+    if (idColumns > maxExportColumns)
+        return QStringLiteral("has more than %1 columns, counting the ids of each record").arg(maxExportColumns);
+    return exportProblem(layout);
+}
+
+QString problemWithLabels(const LoadPlan &plan)
+{
+    qint64 labels = 0;
+    for (const CodeList &codes : plan.codes)
+        labels += codes.labels.size();
+    for (const PlannedTable &table : plan.tables) {
+        for (const PlannedColumn &column : table.columns)
+            labels += column.codes < 0 ? 0 : plan.codes.at(column.codes).rows.size();
+    }
+    if (labels > maxExportValues)
+        return QStringLiteral("has more than %1 value labels, counting those of each column").arg(maxExportValues);
+    return QString();
+}
+
+QString problemWithTable(const PlannedTable &table, const TargetRules &rules)
+{
+    if (table.columns.isEmpty())
+        return QStringLiteral("has a record without items: %1; name the others by --records").arg(table.original);
+    if (rules.maxColumns > 0 && table.columns.size() > rules.maxColumns)
+        return QStringLiteral("has %1 columns in the table %2, and %3 holds %4; use --occurrences long, or leave the "
+                              "record out by --records")
+            .arg(QString::number(table.columns.size()), table.original, QLatin1String(rules.word),
+                 QString::number(rules.maxColumns));
+    return QString();
+}
+
+} // namespace
+
+QString paddedMark(const QString &recordType, int length)
+{
+    return recordType.leftJustified(length, QLatin1Char(' '));
+}
+
+QString languageOf(const Layout &layout, const QString &wanted)
+{
+    if (wanted.isEmpty())
+        return layout.languages.isEmpty() ? QString() : layout.languages.constFirst().name;
+    const auto isWanted
+        = [&](const Language &language) { return language.name.compare(wanted, Qt::CaseInsensitive) == 0; };
+    const QVector<Language>::const_iterator found
+        = std::find_if(layout.languages.begin(), layout.languages.end(), isWanted);
+    return found != layout.languages.end() ? found->name : QString();
+}
+
+QString problemWithLayout(const Layout &layout, const LoadOptions &options)
+{
+    if (const Problem *error = layout.error())
+        return error->message;
+    if (isStatistical(layout))
+        return QStringLiteral("already holds its data");
+    QString problem = problemWithLanguage(layout, options.language);
+    if (problem.isEmpty())
+        problem = problemWithRecords(layout, options.records);
+    if (problem.isEmpty())
+        problem = problemWithRecordType(layout);
+    const RecordSelection loaded(options.records);
+    if (problem.isEmpty())
+        problem = problemWithLevels(layout, loaded);
+    return problem.isEmpty() ? problemWithSize(layout, loaded) : problem;
+}
+
+QString problemWithPlan(const LoadPlan &plan, const TargetRules &rules)
+{
+    QString problem = problemWithLabels(plan);
+    for (const PlannedTable &table : plan.tables) {
+        if (problem.isEmpty())
+            problem = problemWithTable(table, rules);
+    }
+    return problem;
+}
+
+} // namespace vanlayout

@@ -1,0 +1,183 @@
+#include "PlanCodes_p.h"
+
+#include "PlanTexts_p.h"
+#include "util/KeyedHash_p.h"
+#include "write/Codes_p.h"
+
+#include <optional>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr qint64 maxExpandedCodes = 100;
+
+/// Makes the code list of one item.
+class CodeListMaker
+{
+public:
+    CodeListMaker(const Item &codedItem, const LoadOptions &loadOptions, const LengthLimit &limit)
+        : item(codedItem)
+        , options(loadOptions)
+        , labelLimit(limit)
+    {
+    }
+
+    CodeList make()
+    {
+        for (const Value &value : item.valueSets.constFirst().values) {
+            const QString label = oneLine(value.labels.in(options.language));
+            for (const Range &range : value.ranges)
+                list.rows.append(rowOf(value, range, label));
+        }
+        addSpecials();
+        // A special counts before an ordinary value with the same code, so its label does as well.
+        for (const CodeRow &row : qAsConst(list.rows)) {
+            if (row.special != Special::None)
+                reserve(row);
+        }
+        for (int i = 0; i < list.rows.size(); ++i)
+            addLabels(i);
+        return list;
+    }
+
+private:
+    struct WholeRange {
+        qint64 low = 0;
+        qint64 high = -1;
+    };
+
+    QString codeOf(const QString &written) const
+    {
+        return item.isNumeric() ? withoutBlanks(written) : withoutTrailingBlanks(written);
+    }
+
+    CodeRow rowOf(const Value &value, const Range &range, const QString &label) const
+    {
+        CodeRow row;
+        row.from = codeOf(range.from);
+        row.to = isSingle(range) ? QString() : codeOf(range.to);
+        row.label = label;
+        row.special = value.special;
+        if (item.isNumeric()) {
+            row.low = plainNumberOf(range.from).value_or(QString());
+            row.high = isSingle(range) ? row.low : plainNumberOf(range.to).value_or(QString());
+        }
+        return row;
+    }
+
+    // Whether a row stands for a cell that is not blank.
+    bool matchesCells(const CodeRow &row) const
+    {
+        if (item.isNumeric())
+            return !row.low.isNull() && !row.high.isNull();
+        return !row.from.isEmpty() && row.to.isNull();
+    }
+
+    CellOutcome outcomeOf(Special special) const
+    {
+        const bool isKept = options.specials == SpecialForm::Keep;
+        switch (special) {
+        case Special::None:
+            return CellOutcome::Value;
+        case Special::NotApplicable:
+            return CellOutcome::Missing;
+        case Special::Default:
+            return isKept ? CellOutcome::Value : CellOutcome::Missing;
+        case Special::Missing:
+            return isKept ? CellOutcome::Value : CellOutcome::NoAnswer;
+        case Special::Refused:
+            return isKept ? CellOutcome::Value : CellOutcome::Refused;
+        }
+        return CellOutcome::Value;
+    }
+
+    // Rules that keep a code matter only before a rule that does not.
+    void addSpecials()
+    {
+        for (const CodeRow &row : qAsConst(list.rows)) {
+            if (row.special == Special::None || !matchesCells(row))
+                continue;
+            const bool isText = !item.isNumeric();
+            list.specials.append({ outcomeOf(row.special), isText ? row.from : row.low, isText ? row.from : row.high });
+        }
+        while (!list.specials.isEmpty() && list.specials.constLast().outcome == CellOutcome::Value)
+            list.specials.removeLast();
+    }
+
+    std::optional<WholeRange> wholeRangeOf(const CodeRow &row) const
+    {
+        bool isLow = false;
+        bool isHigh = false;
+        WholeRange range{ row.low.toLongLong(&isLow), row.high.toLongLong(&isHigh) };
+        // The difference of two numbers of 18 digits does not overflow.
+        constexpr int maxDigits = 18;
+        if (!isLow || !isHigh || row.low.size() > maxDigits || row.high.size() > maxDigits)
+            return std::nullopt;
+        if (range.high < range.low || range.high - range.low >= maxExpandedCodes)
+            return std::nullopt;
+        return range;
+    }
+
+    // The codes of a row that can have a label of their own; none for a range that cannot be expanded, and for a
+    // number that only stands for blank.
+    QStringList singleCodesOf(const CodeRow &row) const
+    {
+        if (!item.isNumeric())
+            return row.to.isNull() ? QStringList(row.from) : QStringList();
+        if (row.to.isNull())
+            return row.low.isNull() ? QStringList() : QStringList(row.low);
+        const std::optional<WholeRange> range = wholeRangeOf(row);
+        QStringList codes;
+        for (qint64 code = range ? range->low : 0; range && code <= range->high; ++code)
+            codes.append(QString::number(code));
+        return codes;
+    }
+
+    void reserve(const CodeRow &row)
+    {
+        const QStringList codes = singleCodesOf(row);
+        for (const QString &code : codes)
+            ofSpecials.insert(code);
+    }
+
+    void addLabels(int index)
+    {
+        const CodeRow &row = list.rows.at(index);
+        if (row.label.isEmpty())
+            return;
+        const QStringList codes = singleCodesOf(row);
+        if (codes.isEmpty() && !row.to.isNull())
+            list.rangeLabels.append(row);
+        const bool isSpecial = row.special != Special::None;
+        for (const QString &code : codes) {
+            const bool isOfSpecial = !isSpecial && ofSpecials.find(code) != ofSpecials.end();
+            if (!isOfSpecial && labelled.insert(code).second)
+                list.labels.append({ code, cutTo(row.label, labelLimit), outcomeOfCell(row) });
+        }
+    }
+
+    // A text of blanks stays the empty text.
+    CellOutcome outcomeOfCell(const CodeRow &row) const
+    {
+        return !item.isNumeric() && row.from.isEmpty() ? CellOutcome::Value : outcomeOf(row.special);
+    }
+
+    const Item &item;
+    const LoadOptions &options;
+    LengthLimit labelLimit;
+    CodeList list;
+    KeyedSet<QString> ofSpecials; ///< codes with a special meaning
+    KeyedSet<QString> labelled;
+};
+
+} // namespace
+
+CodeList codeListOf(const Item &item, const LoadOptions &options, const LengthLimit &labelLimit)
+{
+    return CodeListMaker(item, options, labelLimit).make();
+}
+
+} // namespace vanlayout
