@@ -77,16 +77,22 @@ void TSPSSDataImport::openRead(QString path)
     Common::read(this, file); // a failure is silent
 }
 
+statistical::HandlerRunner *TSPSSDataImport::outsideParse()
+{
+    static statistical::SingleCalls calls(statistical::spss);
+    return &calls;
+}
+
 int TSPSSDataImport::handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context)
 {
     if (!statistical::isSupported(value))
         statistical::endAtUnsupportedType("SPSSDataImport", __LINE__);
-    return Common::handleValueLabel(statistical::spss, static_cast<TSPSSDataImport *>(context), labelSet, value, label);
+    return Common::handleValueLabel(static_cast<TSPSSDataImport *>(context), labelSet, value, label);
 }
 
 int TSPSSDataImport::handleVariable(int /*index*/, readstat_variable_s *variable, const char *labelSet, void *context)
 {
-    return Common::handleVariable(statistical::spss, static_cast<TSPSSDataImport *>(context), variable, labelSet);
+    return Common::handleVariable(static_cast<TSPSSDataImport *>(context), variable, labelSet);
 }
 
 TSPSSVariable::TSPSSVariable(TDataImport *importer)

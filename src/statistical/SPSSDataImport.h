@@ -16,7 +16,7 @@ class TSPSSVariable;
 namespace statistical
 {
 template <typename Importer> struct CommonImport;
-class Reading;
+class HandlerRunner;
 } // namespace statistical
 
 /// Reads the variables and value labels of an SPSS file (`.sav`, `.zsav`) through ReadStat. Each variable becomes a
@@ -81,8 +81,9 @@ private:
     using Variable = TSPSSVariable;
 
     void openRead(QString path);
+    static statistical::HandlerRunner *outsideParse();
 
-    statistical::Reading *reading = nullptr; ///< the parse in progress, or null outside of one
+    statistical::HandlerRunner *handlers = outsideParse(); ///< never null; the parse in progress within one
     bool readsBuffered = false;
 };
 

@@ -87,17 +87,22 @@ void TSTATADataImport::openRead(QString path)
         std::fprintf(errorStream, "Error processing %s: %d\n", file.path().constData(), int(result));
 }
 
+statistical::HandlerRunner *TSTATADataImport::outsideParse()
+{
+    static statistical::SingleCalls calls(statistical::stata);
+    return &calls;
+}
+
 int TSTATADataImport::handleValueLabel(const char *labelSet, readstat_value_s value, const char *label, void *context)
 {
     if (!statistical::isSupported(value))
         statistical::endAtUnsupportedType("STATADataImport", __LINE__);
-    return Common::handleValueLabel(statistical::stata, static_cast<TSTATADataImport *>(context), labelSet, value,
-                                    label);
+    return Common::handleValueLabel(static_cast<TSTATADataImport *>(context), labelSet, value, label);
 }
 
 int TSTATADataImport::handleVariable(int /*index*/, readstat_variable_s *variable, const char *labelSet, void *context)
 {
-    return Common::handleVariable(statistical::stata, static_cast<TSTATADataImport *>(context), variable, labelSet);
+    return Common::handleVariable(static_cast<TSTATADataImport *>(context), variable, labelSet);
 }
 
 TSTATAVariable::TSTATAVariable(TDataImport *importer)

@@ -17,7 +17,7 @@ class TSTATAVariable;
 namespace statistical
 {
 template <typename Importer> struct CommonImport;
-class Reading;
+class HandlerRunner;
 } // namespace statistical
 
 /// Reads the variables and value labels of a Stata file (`.dta`, versions 104 to 119) through ReadStat. Each variable
@@ -86,10 +86,11 @@ private:
     using Variable = TSTATAVariable;
 
     void openRead(QString path);
+    static statistical::HandlerRunner *outsideParse();
 
-    qint32 number1 = 0;                      ///< carried; never read
-    qint32 number2 = 0;                      ///< carried; never read
-    statistical::Reading *reading = nullptr; ///< the parse in progress, or null outside of one
+    qint32 number1 = 0;                                    ///< carried; never read
+    qint32 number2 = 0;                                    ///< carried; never read
+    statistical::HandlerRunner *handlers = outsideParse(); ///< never null; the parse in progress within one
     bool readsBuffered = false;
     std::FILE *errorStream = stdout;
 };

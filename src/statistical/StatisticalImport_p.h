@@ -5,7 +5,10 @@
 #include "import/LayoutNotes_p.h"
 #include "statistical/StatisticalReading_p.h"
 
+#include <QScopeGuard>
+
 #include <cstring>
+#include <functional>
 #include <memory>
 
 /// The operations that are common to the importers of the two statistical formats.
@@ -24,24 +27,23 @@ bool isBlank(const TGenericField &field);
 
 /// The operations on the members of an importer of class \a Importer.
 template <typename Importer> struct CommonImport {
-    static int handleValueLabel(const Format &format, Importer *importer, const char *labelSet,
-                                const readstat_value_t &value, const char *label)
+    static int handleValueLabel(Importer *importer, const char *labelSet, const readstat_value_t &value,
+                                const char *label)
     {
         if (!importer || !labelSet)
             return READSTAT_HANDLER_OK;
-        if (label && importer->reading && !importer->reading->hasRoomFor(qint64(std::strlen(label))))
+        if (label && !importer->handlers->hasRoomFor(qint64(std::strlen(label))))
             return READSTAT_HANDLER_ABORT;
-        return inHandler(format, importer, [&](Reading &reading) {
+        return inHandler(importer, [&](Reading &reading) {
             addValueLabel(importer->labelSets, labelSet, value, label, reading, *importer->kept);
         });
     }
 
-    static int handleVariable(const Format &format, Importer *importer, const readstat_variable_t *variable,
-                              const char *labelSet)
+    static int handleVariable(Importer *importer, const readstat_variable_t *variable, const char *labelSet)
     {
         if (!importer || !variable)
             return READSTAT_HANDLER_OK;
-        return inHandler(format, importer, [&](Reading &reading) {
+        return inHandler(importer, [&](Reading &reading) {
             auto field = std::make_unique<typename Importer::Variable>(importer);
             describe(*variable, labelSet, importer->labelSets, reading, *field);
             importer->kept->addField(field.get());
@@ -56,8 +58,8 @@ template <typename Importer> struct CommonImport {
     static readstat_error_t read(Importer *importer, Reading &reading)
     {
         importer->labelSets.clear();
-        importer->reading = &reading;
-        const std::unique_ptr<Importer, EndReading> atEnd(importer);
+        importer->handlers = &reading;
+        const auto atEnd = qScopeGuard([importer] { importer->handlers = Importer::outsideParse(); });
         ReadReport *report = importer->getReadReport();
         if (report && reportMissingFile(*report, importer->getSourceName()))
             report = nullptr;
@@ -85,19 +87,9 @@ template <typename Importer> struct CommonImport {
     }
 
 private:
-    struct EndReading {
-        void operator()(Importer *importer) const { importer->reading = nullptr; }
-    };
-
-    // A call from outside a parse has its own reading: nothing is kept for the next call, and an exception reaches the
-    // caller.
-    template <typename Work> static int inHandler(const Format &format, Importer *importer, Work work)
+    template <typename Work> static int inHandler(Importer *importer, const Work &work)
     {
-        if (importer->reading)
-            return importer->reading->run([&] { work(*importer->reading); });
-        Reading single(format);
-        work(single);
-        return READSTAT_HANDLER_OK;
+        return importer->handlers->runWithReading(std::cref(work));
     }
 };
 

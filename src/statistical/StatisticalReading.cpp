@@ -12,6 +12,13 @@
 namespace statistical
 {
 
+int SingleCalls::runWithReading(const std::function<void(Reading &)> &work)
+{
+    Reading single(format);
+    work(single);
+    return READSTAT_HANDLER_OK;
+}
+
 Reading::Reading(const Format &fileFormat)
     : format(fileFormat)
     , notes(fileFormat)

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <exception>
+#include <functional>
 #include <string>
 #include <unordered_map>
 
@@ -26,11 +27,45 @@ constexpr qint64 maxLabelBytes = 250000000;
 /// States whether ReadStat reads a file through a large buffer of this library, or in small pieces with its own input.
 enum class Buffering { off, on };
 
-/// The parse of one file, and the data that is kept from one call of a handler to the next.
-class Reading
+class Reading;
+
+/// Runs the work of ReadStat's handlers, which needs a reading.
+class HandlerRunner
 {
 public:
-    /// Makes a reading without a file, for one call of a handler outside a parse. Nothing is reported.
+    HandlerRunner() = default;
+    HandlerRunner(const HandlerRunner &) = delete;
+    HandlerRunner &operator=(const HandlerRunner &) = delete;
+    virtual ~HandlerRunner() = default;
+
+    /// Returns whether the file may have \a bytes more in its value labels, and counts them.
+    virtual bool hasRoomFor(qint64 bytes) = 0;
+    /// Runs \a work with a reading. Returns the result of the handler.
+    virtual int runWithReading(const std::function<void(Reading &)> &work) = 0;
+};
+
+/// Runs the work of handlers outside of a parse. Each call has a reading of its own, so nothing is kept for the next
+/// call and no bound on the labels of a file applies. An exception reaches the caller.
+class SingleCalls : public HandlerRunner
+{
+public:
+    explicit SingleCalls(const Format &callsFormat)
+        : format(callsFormat)
+    {
+    }
+
+    bool hasRoomFor(qint64 /*bytes*/) override { return true; }
+    int runWithReading(const std::function<void(Reading &)> &work) override;
+
+private:
+    const Format &format;
+};
+
+/// The parse of one file, and the data that is kept from one call of a handler to the next.
+class Reading : public HandlerRunner
+{
+public:
+    /// Makes a reading without a file, for one call of a handler outside of a parse. Nothing is reported.
     explicit Reading(const Format &fileFormat);
     Reading(const Format &fileFormat, const QString &path, Buffering fileBuffering);
 
@@ -54,9 +89,13 @@ public:
         // LCOV_EXCL_STOP
     }
 
-    /// Returns whether the file may have \a bytes more in its value labels, and counts them. If it may not, problem()
-    /// describes this.
-    bool hasRoomFor(qint64 bytes);
+    int runWithReading(const std::function<void(Reading &)> &work) override
+    {
+        return run([&] { work(*this); });
+    }
+
+    /// If the file may not have these labels, problem() describes this.
+    bool hasRoomFor(qint64 bytes) override;
     const ReadProblem &problem() const { return readProblem; }
 
     const Format &format;

@@ -27,6 +27,7 @@ struct TestAccess {
     {
         return Importer::handleVariable(0, variable, set, importer);
     }
+    template <typename Importer> static bool open(Importer &importer) { return importer.openFile(); }
     template <typename Importer> static auto &labelSets(Importer &importer) { return importer.labelSets; }
     template <typename Importer> static auto &variables(Importer &importer) { return importer.variables; }
     template <typename Importer> static auto &byName(Importer &importer) { return importer.variablesByName; }
@@ -759,6 +760,30 @@ private Q_SLOTS:
             QCOMPARE(TestAccess::variable<TSTATADataImport>(nullptr, &variable, nullptr), int(READSTAT_HANDLER_OK));
             QCOMPARE(TestAccess::variable(&twin.stata, nullptr, nullptr), int(READSTAT_HANDLER_OK));
         }
+    }
+
+    // A reading keeps the text of a label set once a variable has it. A call outside of a parse has a new reading.
+    void callOutsideAParseKeepsNothingForTheNextOne_data()
+    {
+        QTest::addColumn<bool>("isSpss");
+        QTest::addColumn<bool>("afterOpening");
+        for (const bool isSpss : { false, true }) {
+            QTest::addRow("%s", nameOf(isSpss)) << isSpss << false;
+            QTest::addRow("%s, after an opening", nameOf(isSpss)) << isSpss << true;
+        }
+    }
+    void callOutsideAParseKeepsNothingForTheNextOne()
+    {
+        QFETCH(bool, isSpss);
+        QFETCH(bool, afterOpening);
+        Twin twin(isSpss);
+        twin.stata.setErrorStream(nullptr);
+        if (afterOpening)
+            QVERIFY(isSpss ? TestAccess::open(twin.spss) : TestAccess::open(twin.stata));
+        twin.label(intValue(1), "One");
+        QCOMPARE(twin.field(READSTAT_TYPE_INT32, "F8", "set").valueLabels, QStringLiteral("1 One\t"));
+        twin.label(intValue(2), "Two");
+        QCOMPARE(twin.field(READSTAT_TYPE_INT32, "F8", "set").valueLabels, QStringLiteral("1 One\t2 Two\t"));
     }
 
     void valueIsTheSameInALocaleWithADecimalComma()
