@@ -1,5 +1,6 @@
 #include "Load.h"
 
+#include "PlanMaker_p.h"
 #include "Targets_p.h"
 
 #include <algorithm>

@@ -1,7 +1,8 @@
 #ifndef LAYOUT_LOAD_PLANCHECKS_P_H
 #define LAYOUT_LOAD_PLANCHECKS_P_H
 
-#include "load/Targets_p.h"
+#include "load/Plan_p.h"
+#include "load/TargetRules_p.h"
 #include "util/KeyedHash_p.h"
 
 /// The reasons why a layout has no load program, as predicates without the name of the dictionary.

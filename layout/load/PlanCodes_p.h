@@ -1,7 +1,8 @@
 #ifndef LAYOUT_LOAD_PLANCODES_P_H
 #define LAYOUT_LOAD_PLANCODES_P_H
 
-#include "load/Targets_p.h"
+#include "load/Plan_p.h"
+#include "load/TargetRules_p.h"
 
 namespace vanlayout
 {

@@ -1,7 +1,7 @@
 #ifndef LAYOUT_LOAD_PLANNAMES_P_H
 #define LAYOUT_LOAD_PLANNAMES_P_H
 
-#include "load/Targets_p.h"
+#include "load/TargetRules_p.h"
 #include "util/KeyedHash_p.h"
 
 #include <QString>

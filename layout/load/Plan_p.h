@@ -1,7 +1,8 @@
 #ifndef LAYOUT_LOAD_PLAN_P_H
 #define LAYOUT_LOAD_PLAN_P_H
 
-#include "load/Load.h"
+#include "load/LoadOptions.h"
+#include "model/Layout.h"
 
 #include <QString>
 #include <QVector>
@@ -12,8 +13,6 @@
 /// a layout; a writer of a target only spells it.
 namespace vanlayout
 {
-
-struct TargetRules;
 
 /// What a code or a range of codes becomes in the cells of a column.
 enum class CellOutcome {
@@ -129,9 +128,6 @@ struct LoadPlan {
     QStringList remarks;          ///< lines for the head: left out binary items, value sets without use, ranges ...
     QString problem;              ///< why nothing can be written; empty if the plan was made
 };
-
-/// Makes the plan for a target. The plan points into the layout, which has to live as long.
-LoadPlan makeLoadPlan(const Layout &layout, const TargetRules &rules, const LoadOptions &options);
 
 } // namespace vanlayout
 

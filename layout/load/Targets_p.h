@@ -1,54 +1,12 @@
 #ifndef LAYOUT_LOAD_TARGETS_P_H
 #define LAYOUT_LOAD_TARGETS_P_H
 
-#include "load/Plan_p.h"
+#include "load/TargetRules_p.h"
 
-#include <QStringList>
+#include <QVector>
 
 namespace vanlayout
 {
-
-/// How a limit of length counts.
-enum class LengthUnit { Characters, Bytes };
-
-/// A limit of length; 0 for none.
-struct LengthLimit {
-    int max = 0;
-    LengthUnit unit = LengthUnit::Characters;
-};
-
-/// Which characters of a name are kept. Others become `_`.
-enum class NameCharacters {
-    All,   ///< names are texts, or are quoted; only U+0000 is replaced
-    Plain, ///< ASCII letters, digits and `_`
-};
-
-/// The first character of a name that is not allowed gets a `V` before it.
-enum class NameStart {
-    Any,
-    LetterOrUnderscore, ///< not a digit
-    Letter              ///< neither a digit nor `_`
-};
-
-enum class NameCase { Exact, Ignored, Lower };
-
-/// The rules of one target: its names, its limits, and its writer. A new target is one such row.
-struct TargetRules {
-    LoadTarget target;
-    const char *word; ///< value of `--to`
-    NameCharacters characters;
-    NameStart start;
-    NameCase nameCase; ///< how names are compared; Lower also turns them into lower case
-    LengthLimit name;
-    LengthLimit variableLabel;
-    LengthLimit valueLabel;
-    /// True for names that cannot be used even in quotes, compared in the way of the target.
-    bool (*isReservedColumn)(const QString &name);
-    bool (*isReservedTable)(const QString &name);
-    QVector<LoadFile> (*write)(const LoadPlan &plan);
-    bool hasSeveralFiles; ///< whether a program is more than one file
-    int maxColumns;       ///< of a table; 0 for any number
-};
 
 /// All targets, in the order of LoadTarget.
 const QVector<TargetRules> &targetRules();

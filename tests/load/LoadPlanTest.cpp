@@ -1,7 +1,7 @@
 #include "layout/MadeLayout.h"
 #include "load/Head_p.h"
+#include "load/PlanMaker_p.h"
 #include "load/PlanTexts_p.h"
-#include "load/Targets_p.h"
 
 #include <QTest>
 

@@ -1,4 +1,4 @@
-#include "Plan_p.h"
+#include "PlanMaker_p.h"
 
 #include "PlanChecks_p.h"
 #include "PlanCodes_p.h"
