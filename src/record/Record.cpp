@@ -32,22 +32,43 @@ struct TVpRecord::RecordLine {
 };
 
 /// The lines of a questionnaire as a tree: below a line of a record are the lines of its children. After the last line
-/// of a record come those of its next brother.
+/// of a record come those of its next brother, unless it is the root.
 class TVpRecord::RecordLines
 {
 public:
     using Node = RecordLine;
 
-    explicit RecordLines(const TQuestIndex &index)
+    /// \a rootRecord is the record whose brothers do not belong to the tree; null if there is none.
+    RecordLines(TQuestIndex &index, const TVpRecord *rootRecord)
         : questionnaire(index)
+        , root(rootRecord)
         , lines(index.lines ? *index.lines : QStringList())
     {
     }
 
-    /// Returns the first line of \a record from line number \a line on, or else the first line of a later brother.
+    /// Returns the texts of all lines of the tree, from the first line of \a record on.
+    QString assemble(const TVpRecord *record, const QString &parentKey)
+    {
+        QString gathered = emptyText();
+        for (PreOrderWalk walk(*this, first(record, 0, parentKey)); !walk.isOver(); walk.advance()) {
+            const RecordLine &line = walk.node();
+            const QString piece = line.record->assembleRecord(&questionnaire, line.key);
+            // Every line has the same text. If it is empty, nothing has been gathered and nothing will be.
+            if (piece.isEmpty())
+                return emptyText();
+            gathered += piece + pieceEnd;
+        }
+        return gathered;
+    }
+
+    RecordLine firstBelow(const RecordLine &above) const { return first(above.record->child, 0, above.key); }
+    RecordLine after(const RecordLine &former) const { return first(former.record, former.line + 1, former.parentKey); }
+
+private:
+    // Returns the first line of \a record from line number \a line on, or else the first line of a later brother.
     RecordLine first(const TVpRecord *record, int line, const QString &parentKey) const
     {
-        for (; record; record = record->brother, line = 0) {
+        for (; record; record = record == root ? nullptr : record->brother, line = 0) {
             for (; line < lines.size(); ++line) {
                 if (belongs(lines.at(line), record, parentKey))
                     return { record, line, parentKey, record->getKeyValue(lines.at(line)) };
@@ -55,16 +76,14 @@ public:
         }
         return {};
     }
-    RecordLine firstBelow(const RecordLine &above) const { return first(above.record->child, 0, above.key); }
-    RecordLine after(const RecordLine &former) const { return first(former.record, former.line + 1, former.parentKey); }
 
-private:
     bool belongs(const QString &line, const TVpRecord *record, const QString &parentKey) const
     {
         return questionnaire.typeOf(line) == record->typeOfRecord() && record->getParentKeyValue(line) == parentKey;
     }
 
-    const TQuestIndex &questionnaire;
+    TQuestIndex &questionnaire;
+    const TVpRecord *const root;
     const QStringList lines;
 };
 
@@ -250,39 +269,16 @@ QString TVpRecord::checkQuestionnaire(TQuestIndex *index)
 {
     if (!index)
         return emptyText();
-    const QString type = typeOfRecord();
-    const int count = index->countRecords(type);
     // Every counted occurrence is found again under its own type. Only an empty type is not: its code is empty.
-    if (count > 0 && type.isEmpty()) {
+    const QString type = typeOfRecord();
+    if (type.isEmpty() && index->countRecords(type) > 0) {
         index->status = checkNotFoundAgain;
         return emptyText();
     }
-    QString gathered = emptyText();
-    for (int occurrence = 0; occurrence < count; ++occurrence) {
-        const QString key = getKeyValue(type);
-        const QString piece = assembleRecord(index, key);
-        if (piece.isEmpty())
-            return emptyText();
-        gathered += piece + pieceEnd;
-        if (child)
-            gathered += child->checkQuestionnaire(index, key);
-    }
-    return gathered;
+    return RecordLines(*index, this).assemble(this, emptyText());
 }
 
 QString TVpRecord::checkQuestionnaire(TQuestIndex *index, QString parentKey)
 {
-    if (!index)
-        return emptyText();
-    QString gathered = emptyText();
-    RecordLines lines(*index);
-    for (PreOrderWalk walk(lines, lines.first(this, 0, parentKey)); !walk.isOver(); walk.advance()) {
-        const RecordLine &line = walk.node();
-        const QString piece = line.record->assembleRecord(index, line.key);
-        // Every line has the same text. If it is empty, nothing has been gathered and nothing will be.
-        if (piece.isEmpty())
-            return emptyText();
-        gathered += piece + pieceEnd;
-    }
-    return gathered;
+    return index ? RecordLines(*index, nullptr).assemble(this, parentKey) : emptyText();
 }
