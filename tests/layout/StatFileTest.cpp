@@ -2,6 +2,7 @@
 
 #include "read/Formats_p.h"
 #include "read/StatFileCollector_p.h"
+#include "support/SpssBytes.h"
 
 #include <QBuffer>
 #include <QTemporaryDir>
@@ -343,21 +344,27 @@ void StatFileTest::encodingIsThatOfTheFile_data()
     add("dta 105", StatFile::dta, 105, "");
     add("por", StatFile::por, 0, "");
     add("xpt", StatFile::xpt, 0, "");
-    const auto addSav = [](const char *name, int code, const char *encoding) {
+    // Numbers of character sets in the record of the machine.
+    enum CharacterSet { sevenBits = 2, big5 = 950, windows1252 = 1252, usAscii = 20127, latin9 = 28605 };
+    const auto addSav = [](const char *name, CharacterSet set, const char *encoding) {
         StatFile file(StatFile::sav);
         addNumber(file);
         QByteArray bytes = bytesOf(file);
-        const char record[] = { 7, 0, 0, 0, 3, 0, 0, 0, 4, 0, 0, 0, 8, 0, 0, 0 };
-        constexpr int codeAt = 28; // within the record of the machine
-        const int place = bytes.indexOf(QByteArray(record, sizeof(record))) + int(sizeof(record)) + codeAt;
-        qToLittleEndian<qint32>(code, bytes.data() + place);
+        SpssBytes machine;
+        machine.bytes.clear();
+        constexpr int machineSubtype = 3;
+        constexpr int sizeOfNumber = 4;
+        constexpr int numbersInRecord = 8;
+        machine.numbers({ SpssBytes::extensionRecord, machineSubtype, sizeOfNumber, numbersInRecord });
+        const int place = bytes.indexOf(machine.bytes) + machine.bytes.size() + (numbersInRecord - 1) * sizeOfNumber;
+        qToLittleEndian<qint32>(set, bytes.data() + place);
         QTest::newRow(name) << bytes << QString(encoding);
     };
-    addSav("sav, 1252", 1252, "windows-1252");
-    addSav("sav, ASCII that is none", 2, "windows-1252");
-    addSav("sav, 28605", 28605, "iso-8859-15");
-    addSav("sav, 20127", 20127, "us-ascii");
-    addSav("sav, 950", 950, "big-5");
+    addSav("sav, 1252", windows1252, "windows-1252");
+    addSav("sav, ASCII that is none", sevenBits, "windows-1252");
+    addSav("sav, 28605", latin9, "iso-8859-15");
+    addSav("sav, 20127", usAscii, "us-ascii");
+    addSav("sav, 950", big5, "big-5");
 }
 
 void StatFileTest::encodingIsThatOfTheFile()

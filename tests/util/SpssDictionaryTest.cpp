@@ -118,10 +118,42 @@ private:
     int below(int bound) { return int(random() % unsigned(bound)); }
     QByteArray oddNumber()
     {
-        static constexpr quint32 odd[]
-            = { 0,          1,          2,          3,          4,          6,          7,          8,
-                13,         14,         16,         21,         22,         80,         999,        0xFFFFFFFF,
-                0xFFFFFFFE, 0xFFFFFFFD, 0xFFFFFFFC, 0x80000000, 0x7FFFFFFF, 0x0CCCCCCD, 0x33333334, 0x40000001 };
+        // Counts, sizes, types of records and of extensions, negative numbers, and numbers that overflow when they are
+        // multiplied by a size.
+        constexpr quint32 sizeOfShortText = 8;
+        constexpr quint32 numberOfCases = 16;
+        constexpr quint32 sizeOfDocumentLine = 80;
+        constexpr quint32 minimum = 0x80000000;
+        constexpr quint32 maximum = 0x7FFFFFFF;
+        constexpr quint32 timesTwentyIsFour = 0x0CCCCCCD;
+        constexpr quint32 timesFiveIsFour = 0x33333334;
+        constexpr quint32 timesFourIsFour = 0x40000001;
+        static constexpr quint32 odd[] = {
+            0,
+            1,
+            SpssBytes::variableRecord,
+            SpssBytes::labelsRecord,
+            SpssBytes::labelledVariablesRecord,
+            SpssBytes::documentsRecord,
+            SpssBytes::extensionRecord,
+            sizeOfShortText,
+            SpssBytes::longNames,
+            SpssBytes::veryLongTexts,
+            numberOfCases,
+            SpssBytes::longTextLabels,
+            SpssBytes::longTextMissing,
+            sizeOfDocumentLine,
+            SpssBytes::endRecord,
+            quint32(-1),
+            quint32(-2),
+            quint32(-3),
+            quint32(-4),
+            minimum,
+            maximum,
+            timesTwentyIsFour,
+            timesFiveIsFour,
+            timesFourIsFour,
+        };
         SpssBytes number(below(4) == 0);
         number.bytes.clear();
         number.number(odd[below(int(std::size(odd)))]);
