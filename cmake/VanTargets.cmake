@@ -116,6 +116,18 @@ function(van_test_properties name label)
     set_tests_properties(${name} PROPERTIES LABELS "${label}" TIMEOUT 300 ENVIRONMENT "${environment}")
 endfunction()
 
+# van_exclude_from_coverage(tool): the tests of this label, or the test of this name, are not run for the coverage of
+# src/. The reason is at the call.
+function(van_exclude_from_coverage label_or_name)
+    get_property(tests DIRECTORY PROPERTY TESTS)
+    foreach(test IN LISTS tests)
+        get_property(labels TEST ${test} PROPERTY LABELS)
+        if(label_or_name IN_LIST labels OR label_or_name STREQUAL test)
+            set_property(TEST ${test} APPEND PROPERTY LABELS uncounted)
+        endif()
+    endforeach()
+endfunction()
+
 # van_add_bench(ReadBench.cpp): adds a Google Benchmark program.
 function(van_add_bench source)
     get_filename_component(name ${source} NAME_WE)

@@ -17,3 +17,6 @@ endif()
 van_add_test(corpus/StatisticalCorpusTest.cpp)
 add_dependencies(StatisticalCorpusTest vanlayout)
 target_compile_definitions(StatisticalCorpusTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+
+# The figures are the same with and without the corpus.
+van_exclude_from_coverage(corpus)

@@ -69,3 +69,7 @@ if(VAN_BASH)
     add_test(NAME PackagesOfCommands COMMAND ${VAN_BASH} ${CMAKE_CURRENT_SOURCE_DIR}/package/packages.sh ${PROJECT_SOURCE_DIR})
     van_test_properties(PackagesOfCommands package)
 endif()
+
+# These build other programs, or look at the symbols of the library: counters are written for none of them.
+van_exclude_from_coverage(package)
+van_exclude_from_coverage(symbols)

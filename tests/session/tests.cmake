@@ -11,6 +11,8 @@ add_dependencies(LongSessionTest examples)
 foreach(test ReleaseContentsTest SelfAssignmentTest LongSessionTest)
     van_test_properties(${test} session SUPPRESSIONS ${PROJECT_SOURCE_DIR}/fuzz/lsan.supp)
 endforeach()
+# This test only repeats what other tests do once.
+van_exclude_from_coverage(LongSessionTest)
 # The tool with many files.
 van_add_test(session/ManyFilesTest.cpp)
 add_dependencies(ManyFilesTest vanlayout)

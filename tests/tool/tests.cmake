@@ -85,3 +85,6 @@ if(VAN_PYTHON)
 else()
     message(STATUS "No python3: codebooks are not compared with what is shown, nor tested in a browser as comparisons are")
 endif()
+
+# The tests of each directory of src/ must cover it by themselves.
+van_exclude_from_coverage(tool)
