@@ -7,6 +7,7 @@
 #include "Explain.h"
 #include "Export.h"
 #include "Fields.h"
+#include "Load.h"
 #include "LocaleText.h"
 #include "LookupCheck.h"
 #include "Show.h"
@@ -203,6 +204,34 @@ void describeExport(CLI::App &command, ExportOptions &options)
         ->required();
 }
 
+void describeLoad(CLI::App &command, LoadCall &call)
+{
+    command.add_option("--to", call.target, "program or database that loads the data")
+        ->check(CLI::IsMember(loadTargetWords()))
+        ->required();
+    command
+        .add_option("--data", call.data,
+                    "data file that the program reads; by default the name of the dictionary, .dat")
+        ->type_name("PATH");
+    addChoice(command, "--encoding", call.encoding, { "utf-8", "windows-1252" }, "encoding of the data file");
+    command.add_option("--language", call.language, "language of the labels; the primary one by default")
+        ->type_name("CODE");
+    addChoice(command, "--occurrences", call.occurrences, { "wide", "long" },
+              "a column for each occurrence of an item, or a table with a row for each");
+    addChoice(command, "--specials", call.specials, { "missing", "keep" },
+              "whether codes that mean missing or refused become missing");
+    command.add_option("--records", call.records, "load only this record; several are separated by commas")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->type_name("NAME");
+    command
+        .add_option("-o,--output", call.output,
+                    "directory of the program, which is created if it is absent; standard output if - or absent")
+        ->type_name("DIRECTORY");
+    command.add_option("FILE", call.file, "dictionary of the data, or CSPro data file with one; - is standard input")
+        ->required();
+}
+
 // All commands and options that are allowed at this position.
 std::vector<std::string> knownWords(const CLI::App &app)
 {
@@ -297,7 +326,7 @@ class CommandLine
 public:
     explicit CommandLine(bool &verbose)
         : app("Shows, explains, compares and exports the layout of census and survey data: variables, positions, types "
-              "and value labels; checks lookup files.",
+              "and value labels; writes programs that load the data; checks lookup files.",
               "vanlayout")
         , isVerbose(verbose)
     {
@@ -383,6 +412,9 @@ private:
                            "  vanlayout export --to frictionless -r dictionaries -o packages",
                            [this](int, char **) { return exportLayouts(exportOptions); }),
                        exportOptions);
+        describeLoad(add("load", "Write the program that loads the data of the dictionary FILE.",
+                         "  vanlayout load --help", [this](int, char **) { return writeLoadProgram(loadCall); }),
+                     loadCall);
     }
 
     void addCompletion()
@@ -423,6 +455,7 @@ private:
     DiffCall diffOptions;
     CodebookOptions codebookOptions;
     ExportOptions exportOptions;
+    LoadCall loadCall;
     std::string helpTopic;
     std::string shell;
 };
