@@ -49,16 +49,15 @@ public:
     {
     }
 
-    void add(const QVector<Item> &items, bool areIds)
+    void addIds(const QVector<Item> &items)
     {
-        isId = areIds;
-        for (int first = 0; first < items.size();) {
-            int end = first + 1;
-            while (end < items.size() && items.at(end).isSubitem)
-                ++end;
-            addGroup(items, first, end);
-            first = end;
-        }
+        isId = true;
+        add(items);
+    }
+    void addItems(const QVector<Item> &items)
+    {
+        isId = false;
+        add(items);
     }
     void nameColumns()
     {
@@ -68,6 +67,17 @@ public:
     }
 
 private:
+    void add(const QVector<Item> &items)
+    {
+        for (int first = 0; first < items.size();) {
+            int end = first + 1;
+            while (end < items.size() && items.at(end).isSubitem)
+                ++end;
+            addGroup(items, first, end);
+            first = end;
+        }
+    }
+
     // Adds an item and its subitems. Subitems without an item before them are separate items.
     void addGroup(const QVector<Item> &items, int first, int end)
     {
@@ -146,8 +156,8 @@ QVector<Column> columnsOf(const Layout &layout, int level, const Record &record)
     QVector<Column> columns;
     ColumnMaker maker(columns);
     for (int i = 0; i <= level && i < layout.levels.size(); ++i)
-        maker.add(layout.levels.at(i).ids, true);
-    maker.add(record.items, false);
+        maker.addIds(layout.levels.at(i).ids);
+    maker.addItems(record.items);
     maker.nameColumns();
     return columns;
 }
@@ -156,7 +166,7 @@ QVector<Column> idColumnsOf(const Level &level)
 {
     QVector<Column> columns;
     ColumnMaker maker(columns);
-    maker.add(level.ids, true);
+    maker.addIds(level.ids);
     maker.nameColumns();
     return columns;
 }

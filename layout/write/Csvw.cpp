@@ -363,8 +363,7 @@ private:
 
 bool writeCsvw(const Layout &layout, QIODevice &device, const CsvwOptions &options)
 {
-    return writeJsonDocument(device, options.style == JsonStyle::Pretty,
-                             [&](auto &json) { CsvwWriter(json, layout).write(options.title); });
+    return writeJsonDocument(device, options.style, [&](auto &json) { CsvwWriter(json, layout).write(options.title); });
 }
 
 } // namespace vanlayout

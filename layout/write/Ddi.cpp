@@ -30,8 +30,8 @@ public:
         xml.begin(QStringLiteral("codeBook"));
         xml.defaultNamespace(QStringLiteral("ddi:codebook:2_5"));
         xml.attribute(QStringLiteral("version"), QStringLiteral("2.5"));
-        writeDescription(QStringLiteral("docDscr"), false);
-        writeDescription(QStringLiteral("stdyDscr"), true);
+        writeDescription(QStringLiteral("docDscr"), Subject::Document);
+        writeDescription(QStringLiteral("stdyDscr"), Subject::Study);
         writeDdiFile(xml, layout, variables, options.profile);
         writeData();
         xml.end();
@@ -39,8 +39,11 @@ public:
     }
 
 private:
-    void writeDescription(const QString &section, bool isStudy)
+    enum class Subject { Document, Study };
+
+    void writeDescription(const QString &section, Subject subject)
     {
+        const bool isStudy = subject == Subject::Study;
         const bool hasUseStatement = isStudy && options.profile == DdiProfile::Ipums;
         xml.begin(section);
         xml.begin(QStringLiteral("citation"));

@@ -82,7 +82,7 @@ private:
 
 bool writeDiffJson(const LayoutDiff &diff, QIODevice &device, JsonStyle style)
 {
-    return writeJsonDocument(device, style == JsonStyle::Pretty, [&](auto &json) { DiffWriter(json).write(diff); });
+    return writeJsonDocument(device, style, [&](auto &json) { DiffWriter(json).write(diff); });
 }
 
 } // namespace vanlayout

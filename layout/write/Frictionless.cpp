@@ -310,7 +310,7 @@ private:
 
 bool writeFrictionless(const Layout &layout, QIODevice &device, const FrictionlessOptions &options)
 {
-    return writeJsonDocument(device, options.style == JsonStyle::Pretty,
+    return writeJsonDocument(device, options.style,
                              [&](auto &json) { PackageWriter(json, layout, options.language).write(options.title); });
 }
 

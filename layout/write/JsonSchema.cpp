@@ -47,6 +47,8 @@ BaseType baseOf(const Item &item)
     return {};
 }
 
+enum class Validity { Valid, Missing };
+
 // One of the values that a column may hold.
 struct Alternative {
     enum class Form { Number, Text, Null, Range };
@@ -56,7 +58,7 @@ struct Alternative {
     QString text;         // a text, or the ends of a range that cannot be stated as numbers
     bool hasText = false; // whether a value in the range may be a number as a text
     const Value *value = nullptr;
-    bool isMissing = false;
+    Validity validity = Validity::Valid;
 };
 
 // The values of the value sets of an item and its user-missing values, each once.
@@ -72,11 +74,11 @@ public:
         for (const ValueSet &set : item.valueSets) {
             for (const Value &value : set.values) {
                 for (const Range &range : value.ranges)
-                    add(range, &value, isMissing(item, value, range));
+                    add(range, &value, isMissing(item, value, range) ? Validity::Missing : Validity::Valid);
             }
         }
         for (const Range &range : item.missing)
-            add(range, nullptr, true);
+            add(range, nullptr, Validity::Missing);
     }
 
     QVector<Alternative> all;
@@ -87,19 +89,19 @@ public:
     bool hasValid = false; // whether a value is not missing
 
 private:
-    void add(const Range &range, const Value *value, bool isMissing)
+    void add(const Range &range, const Value *value, Validity validity)
     {
         if (isSingle(range))
-            addCode(cellOf(item, range.from), value, isMissing);
+            addCode(cellOf(item, range.from), value, validity);
         else
-            addRange(range, value, isMissing);
+            addRange(range, value, validity);
     }
-    void addCode(const QString &code, const Value *value, bool isMissing)
+    void addCode(const QString &code, const Value *value, Validity validity)
     {
         Alternative entry;
         entry.value = value;
-        entry.isMissing = isMissing;
-        if (code.isEmpty() && (item.isNumeric() || isMissing)) {
+        entry.validity = validity;
+        if (code.isEmpty() && (item.isNumeric() || validity == Validity::Missing)) {
             entry.form = Alternative::Form::Null;
             hasNull = true;
         } else if (item.isNumeric()) {
@@ -112,13 +114,13 @@ private:
         if (!isNew(entry))
             return;
         all.append(entry);
-        hasValid = hasValid || !isMissing;
+        hasValid = hasValid || validity == Validity::Valid;
     }
     // False for a code that is not a value of the item's type.
     bool setNumber(Alternative &entry, const QString &code)
     {
         const DecimalNumber number = decimalNumberOf(code);
-        const bool isExtended = number.spelling.isEmpty() && entry.isMissing;
+        const bool isExtended = number.spelling.isEmpty() && entry.validity == Validity::Missing;
         if ((number.spelling.isEmpty() || (kind == ValueKind::Whole && !number.isWhole)) && !isExtended)
             return false;
         if (number.isKept) {
@@ -137,12 +139,12 @@ private:
         const QString mark = QString::number(int(entry.form)) + entry.text + QLatin1String(entry.number);
         return known.insert(mark).second;
     }
-    void addRange(const Range &range, const Value *value, bool isMissing)
+    void addRange(const Range &range, const Value *value, Validity validity)
     {
         Alternative entry;
         entry.form = Alternative::Form::Range;
         entry.value = value;
-        entry.isMissing = isMissing;
+        entry.validity = validity;
         const bool endsBeforeBegin = valueOf(range.from) > valueOf(range.to); // no value would be within such bounds
         if (item.isNumeric() && !endsBeforeBegin) {
             entry.number = boundOf(range.from, entry);
@@ -152,7 +154,7 @@ private:
             entry.hasText = item.isNumeric() && isLongNumber(item);
         }
         hasRange = true;
-        hasValid = hasValid || !isMissing;
+        hasValid = hasValid || validity == Validity::Valid;
         all.append(entry);
     }
     // A range contains texts if it contains numbers that a double rounds, even if a double represents both bounds.
@@ -366,7 +368,7 @@ private:
     {
         QStringList parts;
         const Special special = alternative.value ? alternative.value->special : Special::None;
-        if (special != Special::None || alternative.isMissing)
+        if (special != Special::None || alternative.validity == Validity::Missing)
             parts.append(special == Special::None ? QStringLiteral("missing") : describeSpecial(special));
         if (alternative.form == Alternative::Form::Range && !alternative.text.isEmpty())
             parts.append(alternative.text);
@@ -384,7 +386,7 @@ private:
 
 bool writeJsonSchema(const Layout &layout, QIODevice &device, const JsonSchemaOptions &options)
 {
-    return writeJsonDocument(device, options.style == JsonStyle::Pretty,
+    return writeJsonDocument(device, options.style,
                              [&](auto &json) { SchemaWriter(json, layout, options.language).write(options.title); });
 }
 

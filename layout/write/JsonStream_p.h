@@ -1,6 +1,7 @@
 #ifndef LAYOUT_WRITE_JSONSTREAM_P_H
 #define LAYOUT_WRITE_JSONSTREAM_P_H
 
+#include "LayoutJson.h"
 #include "WriteAll_p.h"
 
 #include <QByteArray>
@@ -81,11 +82,11 @@ template <typename Writer> void writeJsonString(Writer &json, const QString &tex
 
 /// Writes one document and a line feed; \a content is called with the writer. Returns false if the device did not
 /// accept all bytes.
-template <typename Content> bool writeJsonDocument(QIODevice &device, bool isPretty, Content content)
+template <typename Content> bool writeJsonDocument(QIODevice &device, JsonStyle style, Content content)
 {
     constexpr unsigned indentation = 2;
     JsonStream stream(device);
-    if (isPretty) {
+    if (style == JsonStyle::Pretty) {
         rapidjson::PrettyWriter<JsonStream> json(stream);
         json.SetIndent(' ', indentation);
         content(json);

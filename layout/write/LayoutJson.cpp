@@ -265,14 +265,12 @@ private:
 
 bool writeLayoutJson(const Layout &layout, QIODevice &device, JsonStyle style)
 {
-    return writeJsonDocument(device, style == JsonStyle::Pretty,
-                             [&](auto &json) { LayoutWriter(json).writeLayout(layout); });
+    return writeJsonDocument(device, style, [&](auto &json) { LayoutWriter(json).writeLayout(layout); });
 }
 
 bool writeErrorJson(const Layout &layout, QIODevice &device, JsonStyle style)
 {
-    return writeJsonDocument(device, style == JsonStyle::Pretty,
-                             [&](auto &json) { LayoutWriter(json).writeError(layout); });
+    return writeJsonDocument(device, style, [&](auto &json) { LayoutWriter(json).writeError(layout); });
 }
 
 } // namespace vanlayout

@@ -22,8 +22,6 @@ namespace
 
 constexpr int codeInvalidContents = 242;
 
-enum StickyAnswer { askAlways = 0, yesToAll = 1, noToAll = 2, askAgain = 3 };
-
 bool equalsUpper(const QString &text, const QString &upper)
 {
     return text.size() == upper.size() && text.toUpper() == upper;
@@ -385,11 +383,12 @@ bool TCSPro::acceptDecimalCodes(TCSProValueSet &set, cspro::ValueSetNotes &setNo
             = askDecimal(tr("<b>A decimal number was found</b>"),
                          tr("Would you like to convert it to an integer number?"), tr("Caution"), QMessageBox::Warning);
     }
-    if (lastButton == QMessageBox::YesToAll)
+    const auto answer = DecimalAnswer(lastButton);
+    if (answer == DecimalAnswer::yesToAll)
         decimalAnswer = yesToAll;
-    else if (lastButton == QMessageBox::NoToAll)
+    else if (answer == DecimalAnswer::noToAll)
         decimalAnswer = noToAll;
-    if (lastButton != QMessageBox::YesToAll && lastButton != QMessageBox::Yes) {
+    if (answer != DecimalAnswer::yesToAll && answer != DecimalAnswer::yes) {
         setNotes.decimalsRefused();
         return false;
     }

@@ -95,6 +95,9 @@ public:
     static constexpr qint64 maxRepeatedValues = 4000000;
 #endif
 
+    /// The answer to a question on decimal codes that holds for further questions of the same dictionary.
+    enum KeptAnswer { askAlways = 0, yesToAll = 1, noToAll = 2, askAgain = 3 };
+
     CSProDictionary();
     ~CSProDictionary() override;
 
@@ -111,8 +114,8 @@ public:
     std::unique_ptr<QMessageBox> messageBox; ///< made when the question on decimal codes is first asked
     DecimalAnswerFunction ownAnswer;         ///< answers that question; if empty, the function of the process does
     int recordsCount = 0;                    ///< written by getRecordsCount()
-    int decimalAnswer = 0; ///< answer that is kept for further questions: 1 Yes to All, 2 No to All; 0 and 3 ask again
-    int lastButton = 0;    ///< last button pressed in the dialog
+    int decimalAnswer = askAlways;           ///< a KeptAnswer, or another number, which does not ask
+    int lastButton = 0;                      ///< the last DecimalAnswer; 0 before the first question
     QString version = emptyText();
     QString label = emptyText();
     QString name = emptyText();

@@ -33,19 +33,21 @@ constexpr int maxMissingValues = 3;
 // of comparisons of a name with each variable.
 constexpr int stepsOfSorting = 16;
 
-quint32 numberAt(const char *bytes, bool isBigEndian)
+enum class ByteOrder { littleEndian, bigEndian };
+
+quint32 numberAt(const char *bytes, ByteOrder order)
 {
-    return isBigEndian ? qFromBigEndian<quint32>(bytes) : qFromLittleEndian<quint32>(bytes);
+    return order == ByteOrder::bigEndian ? qFromBigEndian<quint32>(bytes) : qFromLittleEndian<quint32>(bytes);
 }
 
 /// Walks through the bytes of an extension record.
 class ExtensionBytes
 {
 public:
-    ExtensionBytes(const QByteArray &content, bool bigEndian)
+    ExtensionBytes(const QByteArray &content, ByteOrder orderOfBytes)
         : position(content.cbegin())
         , end(content.cend())
-        , isBigEndian(bigEndian)
+        , order(orderOfBytes)
     {
     }
 
@@ -62,7 +64,7 @@ public:
         const char *start = position;
         if (!skip(sizeof(number)))
             return false;
-        number = numberAt(start, isBigEndian);
+        number = numberAt(start, order);
         return true;
     }
     bool take(char &byte)
@@ -83,7 +85,7 @@ public:
 private:
     const char *position;
     const char *end;
-    bool isBigEndian;
+    ByteOrder order;
 };
 
 bool skipLabelsOfText(ExtensionBytes &bytes)
@@ -140,8 +142,8 @@ private:
             return false;
         found.isSpss = qstrncmp(header.data(), "$FL2", 4) == 0 || qstrncmp(header.data(), "$FL3", 4) == 0;
         // 2 or 3, in the byte order of the file
-        const quint32 layoutCode = numberAt(header.data() + layoutCodeAt, false);
-        isBigEndian = layoutCode != 2 && layoutCode != 3;
+        const quint32 layoutCode = numberAt(header.data() + layoutCodeAt, ByteOrder::littleEndian);
+        order = layoutCode == 2 || layoutCode == 3 ? ByteOrder::littleEndian : ByteOrder::bigEndian;
         return found.isSpss;
     }
 
@@ -245,7 +247,7 @@ private:
         QByteArray content(int(size), Qt::Uninitialized);
         if (file.read(content.data(), size) != size)
             return false;
-        ExtensionBytes bytes(content, isBigEndian);
+        ExtensionBytes bytes(content, order);
         bool goesOn = true;
         while (goesOn && !bytes.isAtEnd()) {
             found.lookupSteps += found.variables;
@@ -259,7 +261,7 @@ private:
         std::array<char, sizeof(quint32)> bytes;
         if (file.read(bytes.data(), bytes.size()) != qint64(bytes.size()))
             return false;
-        number = numberAt(bytes.data(), isBigEndian);
+        number = numberAt(bytes.data(), order);
         return true;
     }
 
@@ -270,7 +272,7 @@ private:
     SpssDocuments documentsOfRun;
     qint64 end;
     SpssDictionary found;
-    bool isBigEndian = false;
+    ByteOrder order = ByteOrder::littleEndian;
 };
 
 } // namespace
