@@ -111,7 +111,8 @@ public:
         : before(beforeLayout)
         , after(afterLayout)
         , scope(before, after)
-        , labels(before, after, options.language, !scope.isOneFormat())
+        , labels(before, after, options.language,
+                 scope.isOneFormat() ? LabelComparison::Strictness::Exact : LabelComparison::Strictness::Lenient)
         , values(scope, labels)
         , itemsBefore(before, scope)
         , itemsAfter(after, scope)

@@ -78,9 +78,9 @@ QString withoutBlanksAtEnd(const QString &text)
 
 } // namespace
 
-QString canonicalCode(const QString &code, bool isNumeric)
+QString canonicalCode(const QString &code, CodeType type)
 {
-    if (!isNumeric)
+    if (type == CodeType::Text)
         return withoutBlanksAtEnd(code);
     if (isPlainInteger(code))
         return code;
@@ -94,11 +94,11 @@ CodeKey keyWithoutCode(const Value &value)
     return { QString(), QString(), value.special == Special::NotApplicable };
 }
 
-CodeKey keyOf(const Value &value, const Range &range, bool isNumeric)
+CodeKey keyOf(const Value &value, const Range &range, CodeType type)
 {
     if (value.special == Special::NotApplicable)
         return {};
-    CodeKey key = { canonicalCode(range.from, isNumeric), canonicalCode(range.to, isNumeric), true };
+    CodeKey key = { canonicalCode(range.from, type), canonicalCode(range.to, type), true };
     if (key.to == key.from)
         key.to.clear();
     return key;

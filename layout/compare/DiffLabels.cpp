@@ -125,9 +125,10 @@ int LayoutLanguages::indexOf(const Labels &labels, int part) const
     return part == 0 ? 0 : indexOf(numbered(part));
 }
 
-LabelComparison::LabelComparison(const Layout &before, const Layout &after, const QString &language, bool isLenient)
+LabelComparison::LabelComparison(const Layout &before, const Layout &after, const QString &language,
+                                 Strictness howStrict)
     : languages{ LayoutLanguages(before), LayoutLanguages(after) }
-    , ignoresWhiteSpace(isLenient)
+    , strictness(howStrict)
 {
     for (int side : { Before, After })
         sharedOf[side].fill(-1, languages[side].codes().size());
@@ -192,7 +193,7 @@ bool LabelComparison::isSame(const QString &before, const QString &after, int lo
 {
     if (before == after)
         return true;
-    if (!ignoresWhiteSpace)
+    if (strictness == Strictness::Exact)
         return false;
     const QString one = before.simplified();
     const QString other = after.simplified();
@@ -264,7 +265,7 @@ QString LabelComparison::keyText(const Labels &labels, Side side) const
     if (shared.isEmpty())
         return QString();
     const QString label = text(labels, side);
-    return ignoresWhiteSpace ? label.simplified() : label;
+    return strictness == Strictness::Lenient ? label.simplified() : label;
 }
 
 } // namespace vanlayout

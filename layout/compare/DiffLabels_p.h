@@ -40,10 +40,11 @@ public:
     /// Called for each language in which a label differs.
     using Differ = std::function<void(const QString &language, const QString &before, const QString &after)>;
     enum Side { Before, After };
+    /// In a lenient comparison, texts that differ only in white space are the same.
+    enum class Strictness { Exact, Lenient };
 
-    /// Labels are compared only in \a language, or, if it is empty, in all languages that both layouts have. With \a
-    /// isLenient, texts that differ only in white space are the same.
-    LabelComparison(const Layout &before, const Layout &after, const QString &language, bool isLenient);
+    /// Labels are compared only in \a language, or, if it is empty, in all languages that both layouts have.
+    LabelComparison(const Layout &before, const Layout &after, const QString &language, Strictness howStrict);
 
     /// Calls \a differ for each language in which the texts differ. A language that a label lacks has the text of its
     /// first part. In a lenient comparison, a text is the same as its beginning of at least \a longest characters; 0
@@ -85,7 +86,7 @@ private:
     QVector<Shared> shared;
     QStringList onlyBefore;
     QStringList onlyAfter;
-    bool ignoresWhiteSpace;
+    Strictness strictness;
 };
 
 } // namespace vanlayout

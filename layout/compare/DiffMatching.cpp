@@ -8,6 +8,15 @@ namespace vanlayout
 namespace
 {
 
+/// The two passes of matching by name: names as they are, then names with case folded.
+enum class NameCase { Exact, Folded };
+constexpr NameCase nameCases[] = { NameCase::Exact, NameCase::Folded };
+
+QString inCase(const QString &name, NameCase nameCase)
+{
+    return nameCase == NameCase::Folded ? name.toCaseFolded() : name;
+}
+
 /// A name within a record.
 struct NameKey {
     quint64 record = 0;
@@ -52,19 +61,22 @@ struct TraitsHash {
 
 /// The traits that a rule uses.
 struct RenamingRule {
-    bool byStart;
-    bool byLength;
-    bool byValues;
-    enum { SameOrNoLabel, SameLabel, SimilarLabel } label;
+    enum Trait { Start = 1, Length = 2, Values = 4 };
+    enum LabelRule { SameOrNoLabel, SameLabel, SimilarLabel };
+
+    int traits; // of Trait, combined by |
+    LabelRule label;
+
+    bool uses(Trait trait) const { return (traits & trait) != 0; }
 };
 
 // In the order in which they are applied: same columns and texts; same start and label, but another length or other
 // values; same texts at other columns; same columns and codes, but a similar label.
 constexpr RenamingRule renamingRules[] = {
-    { true, true, true, RenamingRule::SameOrNoLabel },
-    { true, false, false, RenamingRule::SameLabel },
-    { false, true, true, RenamingRule::SameLabel },
-    { true, true, true, RenamingRule::SimilarLabel },
+    { RenamingRule::Start | RenamingRule::Length | RenamingRule::Values, RenamingRule::SameOrNoLabel },
+    { RenamingRule::Start, RenamingRule::SameLabel },
+    { RenamingRule::Length | RenamingRule::Values, RenamingRule::SameLabel },
+    { RenamingRule::Start | RenamingRule::Length | RenamingRule::Values, RenamingRule::SimilarLabel },
 };
 
 /// The parts of the name of an occurrence in a statistical file, such as "X_2".
@@ -182,15 +194,15 @@ void ItemMatching::matchRecords(bool hasRecords)
         recordPairing.pair(0, 0);
         return;
     }
-    const auto name = [](const ItemContainer &container, bool folds) {
+    const auto name = [](const ItemContainer &container, NameCase nameCase) {
         // The id items of a level are identified by its depth.
         if (!container.record)
             return std::optional(NameKey{ quint64(container.depth) + 1, QString() });
-        return std::optional(NameKey{ 0, folds ? container.record->name.toCaseFolded() : container.record->name });
+        return std::optional(NameKey{ 0, inCase(container.record->name, nameCase) });
     };
-    for (const bool folds : { false, true })
-        recordPairing.inOrder<NameKeyHash>([&](int i) { return name(before.containers().at(i), folds); },
-                                           [&](int i) { return name(after.containers().at(i), folds); });
+    for (const NameCase nameCase : nameCases)
+        recordPairing.inOrder<NameKeyHash>([&](int i) { return name(before.containers().at(i), nameCase); },
+                                           [&](int i) { return name(after.containers().at(i), nameCase); });
     matchRecordsByItems();
     const auto traits = [&](const ItemContainer &container, LabelComparison::Side side) {
         Traits ofRecord;
@@ -248,14 +260,14 @@ std::optional<quint64> ItemMatching::pairOf(LabelComparison::Side side, int item
 
 void ItemMatching::matchItems()
 {
-    const auto name = [this](const ItemList &list, LabelComparison::Side side, int item, bool folds) {
+    const auto name = [this](const ItemList &list, LabelComparison::Side side, int item, NameCase nameCase) {
         const std::optional<quint64> record = pairOf(side, item);
         const QString &ofItem = list.items().at(item).item->name;
-        return record ? std::optional(NameKey{ *record, folds ? ofItem.toCaseFolded() : ofItem }) : std::nullopt;
+        return record ? std::optional(NameKey{ *record, inCase(ofItem, nameCase) }) : std::nullopt;
     };
-    for (const bool folds : { false, true })
-        itemPairing.inOrder<NameKeyHash>([&](int i) { return name(before, LabelComparison::Before, i, folds); },
-                                         [&](int i) { return name(after, LabelComparison::After, i, folds); });
+    for (const NameCase nameCase : nameCases)
+        itemPairing.inOrder<NameKeyHash>([&](int i) { return name(before, LabelComparison::Before, i, nameCase); },
+                                         [&](int i) { return name(after, LabelComparison::After, i, nameCase); });
 }
 
 void ItemMatching::matchItemsElsewhere()
@@ -276,26 +288,27 @@ bool ItemMatching::areItemAndOccurrence(const QString &item, const QString &occu
 void ItemMatching::matchOccurrences(LabelComparison::Side repeatingSide)
 {
     const bool isBefore = repeatingSide == LabelComparison::Before;
+    const LabelComparison::Side singleSide = isBefore ? LabelComparison::After : LabelComparison::Before;
     const ItemList &repeating = isBefore ? before : after;
     const ItemList &single = isBefore ? after : before;
-    const auto partnerOf = [&](bool ofBefore, int index) {
-        return ofBefore ? itemPairing.partnerOfBefore(index) : itemPairing.partnerOfAfter(index);
+    const auto partnerOf = [&](LabelComparison::Side side, int index) {
+        return side == LabelComparison::Before ? itemPairing.partnerOfBefore(index) : itemPairing.partnerOfAfter(index);
     };
     KeyedMap<QString, int> itemOfName;
     for (int i = 0; i < repeating.items().size(); ++i) {
-        if (partnerOf(isBefore, i) == Pairing::none && occurrencesOf(repeating, i) > 1)
+        if (partnerOf(repeatingSide, i) == Pairing::none && occurrencesOf(repeating, i) > 1)
             itemOfName.emplace(repeating.items().at(i).item->name.toCaseFolded(), i);
     }
     if (itemOfName.empty())
         return;
     for (int i = 0; i < single.items().size(); ++i) {
         const OccurrenceName name = occurrenceNameOf(single.items().at(i).item->name);
-        const auto found = partnerOf(!isBefore, i) == Pairing::none ? itemOfName.find(name.item) : itemOfName.end();
+        const auto found = partnerOf(singleSide, i) == Pairing::none ? itemOfName.find(name.item) : itemOfName.end();
         if (found == itemOfName.end() || name.number < 1 || name.number > occurrencesOf(repeating, found->second))
             continue;
         if (name.number > 1)
-            isFurther[isBefore ? LabelComparison::After : LabelComparison::Before][i] = true;
-        else if (partnerOf(isBefore, found->second) == Pairing::none)
+            isFurther[singleSide][i] = true;
+        else if (partnerOf(repeatingSide, found->second) == Pairing::none)
             itemPairing.pair(isBefore ? found->second : i, isBefore ? i : found->second);
     }
 }
@@ -312,15 +325,17 @@ void ItemMatching::matchRenamedItems(const DiffScope &scope)
         const bool lacksLabel = label.isEmpty() && rule.label != RenamingRule::SameOrNoLabel;
         const bool isSimilar = rule.label == RenamingRule::SimilarLabel;
         Traits ofItem;
-        if (!record || lacksLabel || (rule.byStart && item.start <= 0))
+        if (!record || lacksLabel || (rule.uses(RenamingRule::Start) && item.start <= 0))
             return std::optional<Traits>();
         ofItem.record = *record;
-        ofItem.start = rule.byStart ? item.start : 0;
-        ofItem.length = rule.byLength && hasLength ? item.length : 0;
+        ofItem.start = rule.uses(RenamingRule::Start) ? item.start : 0;
+        ofItem.length = rule.uses(RenamingRule::Length) && hasLength ? item.length : 0;
         ofItem.isSubitem = hasColumns && item.isSubitem;
         ofItem.type = item.type;
         ofItem.label = isSimilar ? QString() : label;
-        ofItem.values = rule.byValues && hasValues ? values.contentOf(item, side, !isSimilar) : 0;
+        ofItem.values = rule.uses(RenamingRule::Values) && hasValues
+            ? values.contentOf(item, side, isSimilar ? ContentPart::Codes : ContentPart::CodesAndLabels)
+            : 0;
         return std::optional(ofItem);
     };
     const auto haveSimilarLabels = [&](int one, int other) {
@@ -328,7 +343,7 @@ void ItemMatching::matchRenamedItems(const DiffScope &scope)
                           labels.keyText(after.items().at(other).item->labels, LabelComparison::After));
     };
     for (const RenamingRule &rule : renamingRules) {
-        if (rule.byStart && !hasColumns)
+        if (rule.uses(RenamingRule::Start) && !hasColumns)
             continue;
         const auto areAlike = [&](int one, int other) {
             return rule.label != RenamingRule::SimilarLabel || haveSimilarLabels(one, other);

@@ -41,22 +41,24 @@ public:
     template <typename Hash = KeyedHash, typename BeforeKey, typename AfterKey>
     void inOrder(BeforeKey beforeKey, AfterKey afterKey)
     {
-        match<Hash>(beforeKey, afterKey, true);
+        match<Hash>(beforeKey, afterKey, Rule::InOrder);
     }
     /// Pairs elements whose key occurs once on each side.
     template <typename Hash = KeyedHash, typename BeforeKey, typename AfterKey>
     void ifUnique(BeforeKey beforeKey, AfterKey afterKey)
     {
-        match<Hash>(beforeKey, afterKey, false);
+        match<Hash>(beforeKey, afterKey, Rule::IfUnique);
     }
     /// Likewise, but only if \a areAlike returns true for the two indexes.
     template <typename Hash = KeyedHash, typename BeforeKey, typename AfterKey, typename Alike>
     void ifUniqueAnd(Alike areAlike, BeforeKey beforeKey, AfterKey afterKey)
     {
-        match<Hash>(beforeKey, afterKey, false, areAlike);
+        match<Hash>(beforeKey, afterKey, Rule::IfUnique, areAlike);
     }
 
 private:
+    enum class Rule { InOrder, IfUnique };
+
     struct Candidates {
         int firstBefore = none;
         int firstAfter = none;
@@ -66,7 +68,7 @@ private:
     static bool areAlways(int /*before*/, int /*after*/) { return true; }
 
     template <typename Hash, typename BeforeKey, typename AfterKey, typename Alike = bool (*)(int, int)>
-    void match(BeforeKey beforeKey, AfterKey afterKey, bool isInOrder, Alike areAlike = areAlways)
+    void match(BeforeKey beforeKey, AfterKey afterKey, Rule rule, Alike areAlike = areAlways)
     {
         using Key = std::decay_t<decltype(*beforeKey(0))>;
         std::unordered_map<Key, Candidates, Hash> candidates;
@@ -83,14 +85,14 @@ private:
         }
         if (candidates.empty())
             return;
-        if (!isInOrder)
+        if (rule == Rule::IfUnique)
             findRepeated(candidates, beforeKey);
         for (int i = 0; i < beforeCount(); ++i) {
             const std::optional<Key> key = partnerOfBefore(i) == none ? beforeKey(i) : std::nullopt;
             const auto found = key ? candidates.find(*key) : candidates.end();
             if (found == candidates.end() || found->second.firstAfter == none)
                 continue;
-            if (!isInOrder && found->second.isRepeated)
+            if (rule == Rule::IfUnique && found->second.isRepeated)
                 continue;
             const int after = found->second.firstAfter;
             if (!areAlike(i, after))

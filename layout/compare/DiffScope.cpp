@@ -105,17 +105,17 @@ int DiffScope::maxItemLabel() const
     return isAny(Format::Stata) ? ofStata : 0;
 }
 
-bool DiffScope::holdsCode(bool isNumeric, const Range &range) const
+bool DiffScope::holdsCode(CodeType type, const Range &range) const
 {
     if (isOneFamily())
         return true;
     if (!range.to.isEmpty())
         return false;
-    if (isAny(Format::Stata) && (!isNumeric || !isStataCode(range.from)))
+    if (isAny(Format::Stata) && (type == CodeType::Text || !isStataCode(range.from)))
         return false;
     const bool holdsMissing
         = !isCSPro(before.format) && !isCSPro(after.format) && !isSpss(before.format) && !isSpss(after.format);
-    return holdsMissing || !isNumeric || !isExtendedMissing(range.from);
+    return holdsMissing || type == CodeType::Text || !isExtendedMissing(range.from);
 }
 
 void DiffScope::addFacts(QVector<NotCompared> &list) const

@@ -1,6 +1,7 @@
 #ifndef LAYOUT_COMPARE_DIFFSCOPE_P_H
 #define LAYOUT_COMPARE_DIFFSCOPE_P_H
 
+#include "compare/DiffCodes_p.h"
 #include "compare/Diff.h"
 
 namespace vanlayout
@@ -30,7 +31,7 @@ public:
     /// Whether both formats can hold an item of this type.
     bool holdsType(const Item &item) const { return areCSPro() || item.isNumeric() || item.isAlpha(); }
     /// Whether both formats can hold a label for a code or range of a numeric item, or of a text.
-    bool holdsCode(bool isNumeric, const Range &range) const;
+    bool holdsCode(CodeType type, const Range &range) const;
 
     /// The properties that are not compared, each with the reason.
     QVector<NotCompared> notCompared() const;

@@ -11,7 +11,7 @@ namespace
 // A code as written in the file; blanks before a text are part of the code, those around a number are not.
 QString spelledCode(const QString &key, const QString &code)
 {
-    return canonicalCode(code, false) == key ? key : code.trimmed();
+    return canonicalCode(code, CodeType::Text) == key ? key : code.trimmed();
 }
 
 // The code or range of an entry for people, as written in the file.
@@ -59,19 +59,19 @@ QString nameAfter(const QString &set, const Item &before, const Item &after)
 
 } // namespace
 
-bool ValueSetComparison::hasEntry(const ValueSet &set, bool isNumeric) const
+bool ValueSetComparison::hasEntry(const ValueSet &set, CodeType type) const
 {
     return std::any_of(set.values.begin(), set.values.end(), [&](const Value &value) {
         return std::any_of(value.ranges.begin(), value.ranges.end(),
-                           [&](const Range &range) { return scope.holdsCode(isNumeric, range); });
+                           [&](const Range &range) { return scope.holdsCode(type, range); });
     });
 }
 
-ValueSetComparison::Sets ValueSetComparison::setsOf(const Item &item, bool isNumeric) const
+ValueSetComparison::Sets ValueSetComparison::setsOf(const Item &item, CodeType type) const
 {
     Sets sets;
     for (const ValueSet &set : item.valueSets) {
-        if (scope.isOneFamily() || (sets.isEmpty() && hasEntry(set, isNumeric)))
+        if (scope.isOneFamily() || (sets.isEmpty() && hasEntry(set, type)))
             sets.append(&set);
     }
     return sets;
@@ -81,10 +81,10 @@ void ValueSetComparison::compare(const Item &before, const Item &after, const Ch
 {
     if (!scope.comparesValueSets() || (before.valueSets.isEmpty() && after.valueSets.isEmpty()))
         return;
-    const bool isNumeric = before.isNumeric() && after.isNumeric();
-    const Sets ofBefore = setsOf(before, isNumeric);
-    const Sets ofAfter = setsOf(after, isNumeric);
-    const Pairing pairing = pairSets(before, ofBefore, after, ofAfter, isNumeric);
+    const CodeType type = before.isNumeric() && after.isNumeric() ? CodeType::Number : CodeType::Text;
+    const Sets ofBefore = setsOf(before, type);
+    const Sets ofAfter = setsOf(after, type);
+    const Pairing pairing = pairSets(before, ofBefore, after, ofAfter, type);
     Change ofSet = place;
     for (int i = 0; i < ofBefore.size(); ++i) {
         const int partner = pairing.partnerOfBefore(i);
@@ -93,7 +93,7 @@ void ValueSetComparison::compare(const Item &before, const Item &after, const Ch
             changes.add(ofSet, DiffKind::ValueSetRemoved, labels.text(ofBefore.at(i)->labels, LabelComparison::Before),
                         QString());
         else
-            compareSets(*ofBefore.at(i), *ofAfter.at(partner), before, after, isNumeric, ofSet, changes);
+            compareSets(*ofBefore.at(i), *ofAfter.at(partner), before, after, type, ofSet, changes);
     }
     for (int i = 0; i < ofAfter.size(); ++i) {
         ofSet.valueSet = ofAfter.at(i)->name;
@@ -104,7 +104,7 @@ void ValueSetComparison::compare(const Item &before, const Item &after, const Ch
 }
 
 Pairing ValueSetComparison::pairSets(const Item &before, const Sets &ofBefore, const Item &after, const Sets &ofAfter,
-                                     bool isNumeric)
+                                     CodeType type)
 {
     Pairing pairing(ofBefore.size(), ofAfter.size());
     if (!scope.namesValueSets()) {
@@ -118,7 +118,7 @@ Pairing ValueSetComparison::pairSets(const Item &before, const Sets &ofBefore, c
         return pairing;
     }
     pairSetsByName(before, ofBefore, after, ofAfter, pairing);
-    pairSetsByContent(ofBefore, ofAfter, isNumeric, pairing);
+    pairSetsByContent(ofBefore, ofAfter, type, pairing);
     return pairing;
 }
 
@@ -132,11 +132,11 @@ void ValueSetComparison::pairSetsByName(const Item &before, const Sets &ofBefore
                     [&](int i) { return Name(ofAfter.at(i)->name.toCaseFolded()); });
 }
 
-void ValueSetComparison::pairSetsByContent(const Sets &ofBefore, const Sets &ofAfter, bool isNumeric, Pairing &pairing)
+void ValueSetComparison::pairSetsByContent(const Sets &ofBefore, const Sets &ofAfter, CodeType type, Pairing &pairing)
 {
     using Key = std::optional<quint64>;
     const auto key = [&](const ValueSet &set, Side side, quint64 Content::*part) {
-        return set.values.isEmpty() ? Key() : Key(contentOf(set.values, isNumeric, side).*part);
+        return set.values.isEmpty() ? Key() : Key(contentOf(set.values, type, side).*part);
     };
     for (const auto part : { &Content::labelled, &Content::codes })
         pairing.inOrder([&](int i) { return key(*ofBefore.at(i), LabelComparison::Before, part); },
@@ -148,8 +148,8 @@ void ValueSetComparison::pairSetsByContent(const Sets &ofBefore, const Sets &ofA
     constexpr int most = 1000;
     const QVector<Value> valuesBefore = ofBefore.constFirst()->values.mid(0, most);
     const QVector<Value> valuesAfter = ofAfter.constFirst()->values.mid(0, most);
-    const QVector<CodeEntry> before = entriesOf(valuesBefore, isNumeric);
-    const Pairing entries = pairEntries(before, entriesOf(valuesAfter, isNumeric));
+    const QVector<CodeEntry> before = entriesOf(valuesBefore, type);
+    const Pairing entries = pairEntries(before, entriesOf(valuesAfter, type));
     for (int i = 0; i < before.size(); ++i) {
         if (entries.partnerOfBefore(i) != Pairing::none)
             pairing.pair(0, 0);
@@ -157,7 +157,7 @@ void ValueSetComparison::pairSetsByContent(const Sets &ofBefore, const Sets &ofA
 }
 
 void ValueSetComparison::compareSets(const ValueSet &before, const ValueSet &after, const Item &itemBefore,
-                                     const Item &itemAfter, bool isNumeric, Change place, ChangeCollector &changes)
+                                     const Item &itemAfter, CodeType type, Change place, ChangeCollector &changes)
 {
     if (scope.namesValueSets()) {
         const QString expected = nameAfter(before.name, itemBefore, itemAfter);
@@ -179,7 +179,7 @@ void ValueSetComparison::compareSets(const ValueSet &before, const ValueSet &aft
     }
     if (!changes.takesValues())
         return;
-    const Differences &differences = differencesOf(before.values, after.values, isNumeric);
+    const Differences &differences = differencesOf(before.values, after.values, type);
     for (const Difference &difference : differences) {
         place.code = difference.code;
         place.language = difference.language;
@@ -187,7 +187,7 @@ void ValueSetComparison::compareSets(const ValueSet &before, const ValueSet &aft
     }
 }
 
-QVector<CodeEntry> ValueSetComparison::entriesOf(const QVector<Value> &values, bool isNumeric) const
+QVector<CodeEntry> ValueSetComparison::entriesOf(const QVector<Value> &values, CodeType type) const
 {
     QVector<CodeEntry> entries;
     entries.reserve(values.size());
@@ -195,21 +195,20 @@ QVector<CodeEntry> ValueSetComparison::entriesOf(const QVector<Value> &values, b
         if (value.ranges.isEmpty() && scope.isOneFamily())
             entries.append({ keyWithoutCode(value), &value, nullptr });
         for (const Range &range : value.ranges) {
-            if (scope.holdsCode(isNumeric, range))
-                entries.append({ keyOf(value, range, isNumeric), &value, &range });
+            if (scope.holdsCode(type, range))
+                entries.append({ keyOf(value, range, type), &value, &range });
         }
     }
     return entries;
 }
 
-const ValueSetComparison::Content &ValueSetComparison::contentOf(const QVector<Value> &values, bool isNumeric,
-                                                                 Side side)
+const ValueSetComparison::Content &ValueSetComparison::contentOf(const QVector<Value> &values, CodeType type, Side side)
 {
-    const auto [found, isNew] = contents.emplace(std::make_tuple(values.constData(), isNumeric, side), Content());
+    const auto [found, isNew] = contents.emplace(std::make_tuple(values.constData(), type, side), Content());
     if (!isNew)
         return found->second;
     const KeyedHash hash;
-    const QVector<CodeEntry> entries = entriesOf(values, isNumeric);
+    const QVector<CodeEntry> entries = entriesOf(values, type);
     for (const CodeEntry &entry : entries) {
         const quint64 code = CodeKeyHash()(entry.key);
         found->second.codes += hash(code);
@@ -218,26 +217,27 @@ const ValueSetComparison::Content &ValueSetComparison::contentOf(const QVector<V
     return found->second;
 }
 
-quint64 ValueSetComparison::contentOf(const Item &item, Side side, bool hasLabels)
+quint64 ValueSetComparison::contentOf(const Item &item, Side side, ContentPart part)
 {
+    const auto member = part == ContentPart::CodesAndLabels ? &Content::labelled : &Content::codes;
     quint64 content = 0;
-    const Sets sets = setsOf(item, item.isNumeric());
+    const Sets sets = setsOf(item, codeTypeOf(item));
     for (const ValueSet *set : sets)
-        content += contentOf(set->values, item.isNumeric(), side).*(hasLabels ? &Content::labelled : &Content::codes);
+        content += contentOf(set->values, codeTypeOf(item), side).*member;
     return content;
 }
 
 const ValueSetComparison::Differences &ValueSetComparison::differencesOf(const QVector<Value> &before,
-                                                                         const QVector<Value> &after, bool isNumeric)
+                                                                         const QVector<Value> &after, CodeType type)
 {
     if (knownCount > ChangeCollector::maxChanges) {
         known.clear();
         knownCount = 0;
     }
     const auto [found, isNew]
-        = known.emplace(std::make_tuple(before.constData(), after.constData(), isNumeric), Differences());
+        = known.emplace(std::make_tuple(before.constData(), after.constData(), type), Differences());
     if (isNew) {
-        found->second = compareEntries(entriesOf(before, isNumeric), entriesOf(after, isNumeric));
+        found->second = compareEntries(entriesOf(before, type), entriesOf(after, type));
         knownCount += found->second.size();
     }
     return found->second;

@@ -13,6 +13,9 @@
 namespace vanlayout
 {
 
+/// The part of value sets that a hash is made of.
+enum class ContentPart { CodesAndLabels, Codes };
+
 /// Compares the value sets of two items.
 ///
 /// A list of values that several sets share is compared once with each other list.
@@ -30,9 +33,9 @@ public:
     /// Adds the differences between the value sets of two items at \a place.
     void compare(const Item &before, const Item &after, const Change &place, ChangeCollector &changes);
 
-    /// A hash of the codes of all value sets of an item and, with \a hasLabels, of their labels. It does not depend on
-    /// the order of the sets; 0 if the item has none.
-    quint64 contentOf(const Item &item, Side side, bool hasLabels);
+    /// A hash of that part of all value sets of an item. It does not depend on the order of the sets; 0 if the item has
+    /// none.
+    quint64 contentOf(const Item &item, Side side, ContentPart part);
 
 private:
     /// The content of a list of values, as hashes that do not depend on its order.
@@ -51,18 +54,18 @@ private:
     using Sets = QVector<const ValueSet *>;
     using Differences = QVector<Difference>;
 
-    bool hasEntry(const ValueSet &set, bool isNumeric) const;
-    Sets setsOf(const Item &item, bool isNumeric) const;
-    Pairing pairSets(const Item &before, const Sets &ofBefore, const Item &after, const Sets &ofAfter, bool isNumeric);
+    bool hasEntry(const ValueSet &set, CodeType type) const;
+    Sets setsOf(const Item &item, CodeType type) const;
+    Pairing pairSets(const Item &before, const Sets &ofBefore, const Item &after, const Sets &ofAfter, CodeType type);
     void pairSetsByName(const Item &before, const Sets &ofBefore, const Item &after, const Sets &ofAfter,
                         Pairing &pairing) const;
-    void pairSetsByContent(const Sets &ofBefore, const Sets &ofAfter, bool isNumeric, Pairing &pairing);
+    void pairSetsByContent(const Sets &ofBefore, const Sets &ofAfter, CodeType type, Pairing &pairing);
     void compareSets(const ValueSet &before, const ValueSet &after, const Item &itemBefore, const Item &itemAfter,
-                     bool isNumeric, Change place, ChangeCollector &changes);
+                     CodeType type, Change place, ChangeCollector &changes);
 
-    QVector<CodeEntry> entriesOf(const QVector<Value> &values, bool isNumeric) const;
-    const Content &contentOf(const QVector<Value> &values, bool isNumeric, Side side);
-    const Differences &differencesOf(const QVector<Value> &before, const QVector<Value> &after, bool isNumeric);
+    QVector<CodeEntry> entriesOf(const QVector<Value> &values, CodeType type) const;
+    const Content &contentOf(const QVector<Value> &values, CodeType type, Side side);
+    const Differences &differencesOf(const QVector<Value> &before, const QVector<Value> &after, CodeType type);
     Differences compareEntries(const QVector<CodeEntry> &before, const QVector<CodeEntry> &after) const;
     static Pairing pairEntries(const QVector<CodeEntry> &before, const QVector<CodeEntry> &after);
     void compareValues(const Value &one, const Value &other, Differences &differences) const;
@@ -70,8 +73,8 @@ private:
     const DiffScope &scope;
     const LabelComparison &labels;
     // By the addresses of the lists, which live as long as the comparison.
-    std::map<std::tuple<const Value *, bool, int>, Content> contents;
-    std::map<std::tuple<const Value *, const Value *, bool>, Differences> known;
+    std::map<std::tuple<const Value *, CodeType, int>, Content> contents;
+    std::map<std::tuple<const Value *, const Value *, CodeType>, Differences> known;
     int knownCount = 0; // number of differences in `known`
 };
 
