@@ -114,12 +114,12 @@ bool CSProJsonHandler::StartObject()
     if (skipping != Skipping::None)
         return beginPart();
     if (frames.empty()) {
-        begin(&dictionaryElement(), nullptr, false);
-    } else if (frames.back().isList && frames.back().element) {
-        begin(frames.back().element, nullptr, false);
-    } else if (!frames.back().isList && key && key->shape == JsonShape::Object) {
+        begin(&dictionaryElement(), nullptr, Shape::Object);
+    } else if (frames.back().isList() && frames.back().element) {
+        begin(frames.back().element, nullptr, Shape::Object);
+    } else if (!frames.back().isList() && key && key->shape == JsonShape::Object) {
         markValue();
-        begin(key->element, key, false);
+        begin(key->element, key, Shape::Object);
     } else {
         beginSkipping();
     }
@@ -144,12 +144,12 @@ bool CSProJsonHandler::StartArray()
         return beginPart();
     if (frames.empty())
         return false;
-    if (!frames.back().isList && key && (key->shape == JsonShape::List || key->shape == JsonShape::Texts)) {
+    if (!frames.back().isList() && key && (key->shape == JsonShape::List || key->shape == JsonShape::Texts)) {
         markValue();
-        begin(key->element, key, true);
+        begin(key->element, key, Shape::List);
     } else {
         beginSkipping();
-        if (!frames.back().isList && key && key->shape == JsonShape::Range)
+        if (!frames.back().isList() && key && key->shape == JsonShape::Range)
             skipping = Skipping::Range;
     }
     return true;
@@ -172,7 +172,7 @@ bool CSProJsonHandler::scalar(const Scalar &value)
         skip(value);
     else if (frames.empty())
         return false;
-    else if (frames.back().isList)
+    else if (frames.back().isList())
         entry(value);
     else
         member(value);
@@ -314,10 +314,10 @@ bool CSProJsonHandler::isRepeatedUnknownKey(const char *text, int size)
     return !frame.unknownKeys->emplace(text, size_t(size)).second;
 }
 
-void CSProJsonHandler::begin(const JsonElement *element, const JsonKey *ofKey, bool isList)
+void CSProJsonHandler::begin(const JsonElement *element, const JsonKey *ofKey, Shape shape)
 {
-    frames.push_back({ element, ofKey, isList, position.Tell(), findings.extraCount() });
-    const auto step = isList ? ofKey->begin : element->begin;
+    frames.push_back({ element, ofKey, shape, position.Tell(), findings.extraCount() });
+    const auto step = shape == Shape::List ? ofKey->begin : element->begin;
     if (step)
         step(draft);
 }
@@ -348,7 +348,7 @@ void CSProJsonHandler::beginSkipping()
     openParts = 1;
     rangeEnds.clear();
     isRangeSound = true;
-    if (!frames.back().isList && key)
+    if (!frames.back().isList() && key)
         markValue();
 }
 
@@ -374,7 +374,7 @@ bool CSProJsonHandler::endPart()
 
 CSProJsonHandler::Reason CSProJsonHandler::reasonToSkip() const
 {
-    if (frames.back().isList)
+    if (frames.back().isList())
         return Reason::WrongType;
     if (!key)
         return strayReason;
@@ -453,7 +453,7 @@ void CSProJsonHandler::report(Reason reason, const QString &word)
 // The key of the value that is being kept, from the innermost element that paths name.
 QString CSProJsonHandler::keptKey() const
 {
-    if (frames.back().isList)
+    if (frames.back().isList())
         return fullKey();
     return fullKey(key ? wordOf(*key) : strayKey);
 }
@@ -461,7 +461,7 @@ QString CSProJsonHandler::keptKey() const
 JsonShape CSProJsonHandler::keptShape() const
 {
     const Frame &frame = frames.back();
-    if (!frame.isList)
+    if (!frame.isList())
         return key->shape;
     return frame.element ? JsonShape::Object : JsonShape::Text;
 }
@@ -469,7 +469,7 @@ JsonShape CSProJsonHandler::keptShape() const
 // The keys that lead to the open object or list from the innermost element that paths name.
 QStringList CSProJsonHandler::openKeys() const
 {
-    const auto isInPaths = [](const Frame &frame) { return !frame.isList && frame.element->isInPaths; };
+    const auto isInPaths = [](const Frame &frame) { return !frame.isList() && frame.element->isInPaths; };
     const auto holder = std::find_if(frames.rbegin(), frames.rend(), isInPaths);
     QStringList words;
     for (auto frame = holder.base(); frame != frames.end(); ++frame)

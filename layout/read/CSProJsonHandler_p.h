@@ -64,17 +64,20 @@ private:
     };
     // The reason why a value is kept in its spelling.
     enum class Reason { UnknownKey, RepeatedKey, WrongType, UnknownWord, NoPlace };
+    enum class Shape { Object, List };
     // An open object or list of the form.
     struct Frame {
         const JsonElement *element; ///< kind of the object, or of the objects in the list; null for a list of texts
         const JsonKey *key;         ///< key of the object or list; null for an object in a list
-        bool isList;
+        Shape shape;
         size_t begin;                                            ///< offset of its first byte
         size_t extras;                                           ///< number of extras before it
         int nextKey = 0;                                         ///< index of the key that is expected next
         quint32 seen = 0;                                        ///< bits of the keys that occurred
         quint32 hasValue = 0;                                    ///< bits of the keys with a value other than null
         std::unique_ptr<std::set<std::string>> unknownKeys = {}; ///< unknown keys that occurred
+
+        bool isList() const { return shape == Shape::List; }
     };
     // The state within a list or object that is kept in its spelling, or within a range.
     enum class Skipping { None, Kept, Range };
@@ -89,7 +92,7 @@ private:
 
     void findKey(const char *text, int size);
     bool isRepeatedUnknownKey(const char *text, int size);
-    void begin(const JsonElement *element, const JsonKey *ofKey, bool isList);
+    void begin(const JsonElement *element, const JsonKey *ofKey, Shape shape);
     void markValue() { frames.back().hasValue |= 1U << (key - frames.back().element->keys); }
     void warnOfMissingKeys(const Frame &frame);
     void keepElement(const Frame &element);

@@ -144,11 +144,13 @@ complete -o bashdefault -o default -F _vanlayout vanlayout
 }
 
 // The values of an option or argument in zsh's syntax.
-string zshValues(const Words &choices, bool isList)
+enum class Values { one, list };
+
+string zshValues(const Words &choices, Values values)
 {
     if (choices.empty())
         return ":file:_files";
-    return isList ? ":value:_values -s , value " + joined(choices) : ":value:(" + joined(choices) + ")";
+    return values == Values::list ? ":value:_values -s , value " + joined(choices) : ":value:(" + joined(choices) + ")";
 }
 
 // One argument of zsh's `_arguments`: only one of several spellings is accepted, once; a list can be repeated. The
@@ -157,7 +159,8 @@ string zshOption(const CLI::Option &option)
 {
     const Words spellings = spellingsOf(option);
     const string help = replaced(replaced(option.get_description(), "[", "("), "]", ")");
-    const string value = takesValue(option) ? zshValues(choicesOf(option), takesList(option)) : string();
+    const string value
+        = takesValue(option) ? zshValues(choicesOf(option), takesList(option) ? Values::list : Values::one) : string();
     string others = spellings.size() > 1 ? "(" + joined(spellings) + ")" : string();
     if (takesList(option))
         others = "*";
@@ -190,7 +193,7 @@ string zshScript(const CLI::App &app)
         script += "        " + command->get_name() + ")\n            _arguments";
         for (const CLI::Option *option : optionsBehind(*command, app))
             script += zshOption(*option);
-        script += " \\\n                " + shellQuoted("*" + zshValues(positionalChoices(*command), false))
+        script += " \\\n                " + shellQuoted("*" + zshValues(positionalChoices(*command), Values::one))
             + "\n            ;;\n";
     }
     return script + "    esac\n}\n_vanlayout \"$@\"\n";

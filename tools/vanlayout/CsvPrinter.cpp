@@ -9,9 +9,9 @@ namespace
 class CsvPrinter : public Printer
 {
 public:
-    CsvPrinter(std::FILE *stream, bool withFileColumn)
+    CsvPrinter(std::FILE *stream, FileCount files)
         : line(stream)
-        , hasFileColumn(withFileColumn)
+        , hasFileColumn(files == FileCount::several)
     {
     }
 
@@ -64,7 +64,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Printer> makeCsvPrinter(std::FILE *out, bool severalFiles)
+std::unique_ptr<Printer> makeCsvPrinter(std::FILE *out, FileCount files)
 {
-    return std::make_unique<CsvPrinter>(out, severalFiles);
+    return std::make_unique<CsvPrinter>(out, files);
 }

@@ -3,6 +3,7 @@
 #include "Answer.h"
 #include "Columns.h"
 #include "ExactItems.h"
+#include "FileCount.h"
 #include "Severities.h"
 #include "InputFile.h"
 #include "Json.h"
@@ -83,24 +84,27 @@ bool isFailure(const ReadReport &report, const std::string &failure)
     return false;
 }
 
+/// The notes that are printed: each note, or one line for the notes of one kind and one variable, and only the first
+/// lines of each kind.
+enum class NoteLines { every, first };
+
 /// The notes of one kind and one variable, which are printed on one line.
 struct Place {
     const ReadNote *first;
     int count;
 };
 
-/// The notes of a report, grouped by kind.
+/// The notes of a report by kind.
 class NotesByKind
 {
 public:
-    /// Without \a isGrouped, each note is a separate place.
-    NotesByKind(const ReadReport &report, bool isGrouped)
+    NotesByKind(const ReadReport &report, NoteLines lines)
         : places(size_t(ReadReport::kinds))
     {
         std::vector<KeyedMap<QString, size_t>> known(places.size());
         for (const ReadNote &note : report.notes()) {
             std::vector<Place> &ofKind = places[size_t(note.kind)];
-            if (isGrouped && !note.variable.isEmpty()) {
+            if (lines == NoteLines::first && !note.variable.isEmpty()) {
                 const auto [place, isNew] = known[size_t(note.kind)].emplace(note.variable, ofKind.size());
                 if (!isNew) {
                     ++ofKind[place->second].count;
@@ -126,10 +130,10 @@ QString headOf(const Explanation &explanation)
 class ExplanationTable
 {
 public:
-    ExplanationTable(std::FILE *file, bool everyPlace)
+    ExplanationTable(std::FILE *file, NoteLines lines)
         : out(file)
         , width(terminalWidth())
-        , showsAll(everyPlace)
+        , printedLines(lines)
     {
     }
 
@@ -140,7 +144,7 @@ public:
             printLine(out, QString());
         isFirst = false;
         printWrapped(QString(), headOf(explanation));
-        const NotesByKind notes(report, !showsAll);
+        const NotesByKind notes(report, printedLines);
         ExactItems items(explanation.layout);
         for (const NoteSeverity severity : severities)
             printSeverity(severity, report, notes, items);
@@ -172,7 +176,7 @@ private:
     {
         printLine(out, QStringLiteral("  %1 (%2)").arg(ReadReport::idOf(kind)).arg(count));
         printWrapped(QStringLiteral("    "), ReadReport::messageOf(kind));
-        const size_t shown = showsAll ? places.size() : std::min(places.size(), placesOfAKind);
+        const size_t shown = printedLines == NoteLines::every ? places.size() : std::min(places.size(), placesOfAKind);
         std::vector<Row> rows;
         int rest = count;
         for (size_t i = 0; i < shown; ++i) {
@@ -239,16 +243,16 @@ private:
 
     std::FILE *out;
     int width; ///< columns; 0 for no limit
-    bool showsAll;
+    NoteLines printedLines;
     bool isFirst = true;
 };
 
 void printAsJson(const Explanation &explanation, const ExplainOptions &options)
 {
     const ReadReport &report = explanation.report;
-    const bool isOneOfSeveral = options.files.size() > 1;
+    const bool isAlone = fileCountOf(options.files) == FileCount::one;
     ExactItems items(explanation.layout);
-    printJson(stdout, isOneOfSeveral, [&](auto &json) {
+    printJson(stdout, isAlone ? vanlayout::JsonStyle::Pretty : vanlayout::JsonStyle::Compact, [&](auto &json) {
         json.StartObject();
         writeJson(json, "file", explanation.file);
         writeJson(json, "type", explanation.type);
@@ -337,7 +341,7 @@ std::vector<std::string> explainFailures()
 
 int explain(const ExplainOptions &options)
 {
-    ExplanationTable table(stdout, options.showsAll);
+    ExplanationTable table(stdout, options.showsAll ? NoteLines::every : NoteLines::first);
     constexpr int standardOutput = 1;
     Progress progress(isTerminal(standardOutput));
     const int count = int(options.files.size());

@@ -16,12 +16,12 @@ namespace
 
 std::unique_ptr<Printer> makePrinter(const FieldsOptions &options)
 {
-    const bool severalFiles = options.files.size() > 1;
+    const FileCount files = fileCountOf(options.files);
     if (options.format == "json")
-        return makeJsonPrinter(stdout, severalFiles);
+        return makeJsonPrinter(stdout, files);
     if (options.format == "csv")
-        return makeCsvPrinter(stdout, severalFiles);
-    return makeTablePrinter(stdout, severalFiles, terminalWidth());
+        return makeCsvPrinter(stdout, files);
+    return makeTablePrinter(stdout, files, terminalWidth());
 }
 
 // Prints one line, with the name only once, so that a long name does not hide the counts.

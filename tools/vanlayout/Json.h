@@ -1,6 +1,8 @@
 #ifndef VANLAYOUT_JSON_H
 #define VANLAYOUT_JSON_H
 
+#include "write/LayoutJson.h"
+
 #include <rapidjson/filewritestream.h>
 #include <rapidjson/prettywriter.h>
 
@@ -44,13 +46,13 @@ template <typename Writer> void writeJson(Writer &json, const char *key, int num
     json.Int(number);
 }
 
-/// Prints one document, on one line or indented. \a content is called with the writer.
-template <typename Content> void printJson(std::FILE *out, bool isCompact, Content content)
+/// Prints one document, in that style. \a content is called with the writer.
+template <typename Content> void printJson(std::FILE *out, vanlayout::JsonStyle style, Content content)
 {
     constexpr unsigned indentation = 2;
     char buffer[1 << 16];
     rapidjson::FileWriteStream stream(out, buffer, sizeof buffer);
-    if (isCompact) {
+    if (style == vanlayout::JsonStyle::Compact) {
         rapidjson::Writer<rapidjson::FileWriteStream> json(stream);
         content(json);
     } else {

@@ -3,6 +3,8 @@
 
 #include "import/SourceField.h"
 
+using vanlayout::JsonStyle;
+
 namespace
 {
 
@@ -117,31 +119,31 @@ private:
 class JsonPrinter : public Printer
 {
 public:
-    JsonPrinter(std::FILE *file, bool oneObjectALine)
+    JsonPrinter(std::FILE *file, FileCount files)
         : out(file)
-        , isCompact(oneObjectALine)
+        , style(files == FileCount::several ? JsonStyle::Compact : JsonStyle::Pretty)
     {
     }
 
     void printLayout(const Layout &layout) override
     {
-        printJson(out, isCompact, [&](auto &json) { LayoutWriter(json).writeLayout(layout); });
+        printJson(out, style, [&](auto &json) { LayoutWriter(json).writeLayout(layout); });
     }
 
     void printProblem(const Layout &layout) override
     {
         if (layout.error || (layout.importer && !layout.importer->getReadProblem().isEmpty()))
-            printJson(out, isCompact, [&](auto &json) { LayoutWriter(json).writeError(layout); });
+            printJson(out, style, [&](auto &json) { LayoutWriter(json).writeError(layout); });
     }
 
 private:
     std::FILE *out;
-    bool isCompact;
+    JsonStyle style;
 };
 
 } // namespace
 
-std::unique_ptr<Printer> makeJsonPrinter(std::FILE *out, bool severalFiles)
+std::unique_ptr<Printer> makeJsonPrinter(std::FILE *out, FileCount files)
 {
-    return std::make_unique<JsonPrinter>(out, severalFiles);
+    return std::make_unique<JsonPrinter>(out, files);
 }

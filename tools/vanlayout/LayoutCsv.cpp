@@ -41,9 +41,9 @@ QString textOf(const QVector<Range> &ranges)
 
 } // namespace
 
-ItemCsv::ItemCsv(std::FILE *out, bool withFile, QString labelLanguage)
+ItemCsv::ItemCsv(std::FILE *out, FileCount files, QString labelLanguage)
     : line(out)
-    , hasFile(withFile)
+    , hasFile(files == FileCount::several)
     , language(std::move(labelLanguage))
 {
 }

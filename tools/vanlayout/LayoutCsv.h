@@ -2,6 +2,7 @@
 #define VANLAYOUT_LAYOUTCSV_H
 
 #include "CsvLine.h"
+#include "FileCount.h"
 #include "model/Layout.h"
 
 #include <QString>
@@ -14,8 +15,9 @@
 class ItemCsv
 {
 public:
-    /// \a withFile adds a first column with the file; \a language is the one of the labels, empty for the primary one.
-    ItemCsv(std::FILE *out, bool withFile, QString language);
+    /// The first column has the file if there are several \a files; \a language is the one of the labels, empty for the
+    /// primary one.
+    ItemCsv(std::FILE *out, FileCount files, QString language);
     void write(const vanlayout::Layout &layout);
 
 private:

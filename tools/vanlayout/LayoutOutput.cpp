@@ -77,7 +77,7 @@ private:
         int status = directory.make();
         if (status != statusFine)
             return status;
-        Progress progress(false);
+        Progress progress;
         for (int i = 0; i < files.size(); ++i) {
             progress.begin(files.at(i), i + 1, files.size());
             status = std::max(status, writeOne(files.at(i), QString(), &directory));

@@ -83,7 +83,7 @@ private:
 
 void printAsJson(const ReportLookup &report)
 {
-    printJson(stdout, false, [&](auto &json) {
+    printJson(stdout, vanlayout::JsonStyle::Pretty, [&](auto &json) {
         json.StartObject();
         writeJson(json, "title", report.titleReport());
         writeJson(json, "id", report.idValue());

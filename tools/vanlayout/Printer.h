@@ -1,6 +1,7 @@
 #ifndef VANLAYOUT_PRINTER_H
 #define VANLAYOUT_PRINTER_H
 
+#include "FileCount.h"
 #include "Layout.h"
 
 #include <cstdio>
@@ -18,10 +19,10 @@ public:
 };
 
 /// A table for reading; \a width is that of the terminal in columns, 0 for no limit.
-std::unique_ptr<Printer> makeTablePrinter(std::FILE *out, bool severalFiles, int width);
+std::unique_ptr<Printer> makeTablePrinter(std::FILE *out, FileCount files, int width);
 /// JSON objects: an indented one, or one per line for several files.
-std::unique_ptr<Printer> makeJsonPrinter(std::FILE *out, bool severalFiles);
+std::unique_ptr<Printer> makeJsonPrinter(std::FILE *out, FileCount files);
 /// RFC 4180 with a header line; a first column with the file for several files.
-std::unique_ptr<Printer> makeCsvPrinter(std::FILE *out, bool severalFiles);
+std::unique_ptr<Printer> makeCsvPrinter(std::FILE *out, FileCount files);
 
 #endif

@@ -20,7 +20,7 @@ bool isTerminal(int descriptor);
 class Progress
 {
 public:
-    explicit Progress(bool isOutputShown);
+    explicit Progress(bool isOutputShown = false);
     ~Progress();
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;

@@ -3,6 +3,7 @@
 #include "Answer.h"
 #include "Columns.h"
 #include "CsvLine.h"
+#include "FileCount.h"
 #include "ItemSelection.h"
 #include "LayoutCsv.h"
 #include "LayoutInput.h"
@@ -48,8 +49,8 @@ public:
 class JsonLayouts : public LayoutPrinter
 {
 public:
-    JsonLayouts(bool severalFiles, JsonStyle jsonStyle)
-        : hasErrors(severalFiles)
+    JsonLayouts(FileCount files, JsonStyle jsonStyle)
+        : hasErrors(files == FileCount::several)
         , style(jsonStyle)
     {
         out.open(stdout, QIODevice::WriteOnly);
@@ -78,8 +79,8 @@ private:
 class CsvItems : public LayoutPrinter
 {
 public:
-    CsvItems(bool severalFiles, const QString &language)
-        : csv(stdout, severalFiles, language)
+    CsvItems(FileCount files, const QString &language)
+        : csv(stdout, files, language)
     {
     }
     void print(const Layout &layout) override { csv.write(layout); }
@@ -258,12 +259,11 @@ private:
 
     std::unique_ptr<LayoutPrinter> makePrinter()
     {
-        const bool severalFiles = files.size() > 1;
+        const FileCount fileCount = fileCountOf(files);
         if (options.listsLanguages)
             return std::make_unique<LanguageTables>();
         if (options.format == "json")
-            return std::make_unique<JsonLayouts>(severalFiles,
-                                                 options.isPretty ? JsonStyle::Pretty : JsonStyle::Compact);
+            return std::make_unique<JsonLayouts>(fileCount, options.isPretty ? JsonStyle::Pretty : JsonStyle::Compact);
         if (options.listsProblems)
             return options.format == "csv" ? std::unique_ptr<LayoutPrinter>(std::make_unique<ProblemCsv>())
                                            : std::make_unique<ProblemTables>();
@@ -272,7 +272,7 @@ private:
         if (options.format == "table")
             return std::make_unique<LayoutTables>(
                 LayoutTableStyle{ language, options.showsValues, !options.variables.empty(), terminalWidth() });
-        return std::make_unique<CsvItems>(severalFiles, language);
+        return std::make_unique<CsvItems>(fileCount, language);
     }
 
     // The languages with a column: the requested one, or those of all files, in the order of their first use. The

@@ -33,9 +33,9 @@ QString countOrNothing(int count)
 class TablePrinter : public Printer
 {
 public:
-    TablePrinter(std::FILE *file, bool partFiles, int terminalWidth)
+    TablePrinter(std::FILE *file, FileCount files, int terminalWidth)
         : out(file)
-        , needsGaps(partFiles)
+        , needsGaps(files == FileCount::several)
         , width(terminalWidth)
     {
     }
@@ -113,7 +113,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Printer> makeTablePrinter(std::FILE *out, bool severalFiles, int width)
+std::unique_ptr<Printer> makeTablePrinter(std::FILE *out, FileCount files, int width)
 {
-    return std::make_unique<TablePrinter>(out, severalFiles, width);
+    return std::make_unique<TablePrinter>(out, files, width);
 }
