@@ -116,7 +116,7 @@ Frequencies::Frequencies(std::map<QString, int *> &callersMap)
     : map(callersMap)
 {
     for (auto entry = map.begin(); entry != map.end(); ++entry)
-        remember(entry, hashOf(entry->first), false);
+        remember(entry, hashOf(entry->first), Maker::caller);
 }
 
 void Frequencies::count(const QString &key, quint32 keyHash, const QString &value)
@@ -129,14 +129,14 @@ void Frequencies::count(const QString &key, quint32 keyHash, const QString &valu
     if (number < 0) {
         const auto entry = map.emplace(value, nullptr).first;
         entry->second = std::make_unique<int>(1).release();
-        remember(entry, valueHash, true);
+        remember(entry, valueHash, Maker::thisCheck);
         return;
     }
     // The entry is replaced, so the count stays 1. An int of this check is 1 already.
     Frequency &frequency = frequencies[size_t(number)];
-    if (!frequency.isOfThisCheck)
+    if (frequency.maker == Maker::caller)
         frequency.entry->second = std::make_unique<int>(1).release();
-    frequency.isOfThisCheck = true;
+    frequency.maker = Maker::thisCheck;
 }
 
 int Frequencies::find(const QString &text, quint32 hash) const
@@ -144,10 +144,10 @@ int Frequencies::find(const QString &text, quint32 hash) const
     return index.find(hash, [&](int number) { return frequencies[size_t(number)].entry->first == text; });
 }
 
-void Frequencies::remember(std::map<QString, int *>::iterator entry, quint32 hash, bool isOfThisCheck)
+void Frequencies::remember(std::map<QString, int *>::iterator entry, quint32 hash, Maker maker)
 {
     index.add(hash, int(frequencies.size()));
-    frequencies.push_back({ entry, isOfThisCheck });
+    frequencies.push_back({ entry, maker });
 }
 
 } // namespace lookup

@@ -85,13 +85,15 @@ public:
     void count(const QString &key, quint32 keyHash, const QString &value);
 
 private:
+    /// The maker of the int of an entry. An int that this check made is 1.
+    enum class Maker { caller, thisCheck };
     struct Frequency {
         std::map<QString, int *>::iterator entry;
-        bool isOfThisCheck; ///< its int of 1 was made by this check
+        Maker maker;
     };
 
     int find(const QString &text, quint32 hash) const;
-    void remember(std::map<QString, int *>::iterator entry, quint32 hash, bool isOfThisCheck);
+    void remember(std::map<QString, int *>::iterator entry, quint32 hash, Maker maker);
 
     std::map<QString, int *> &map;
     std::vector<Frequency> frequencies;

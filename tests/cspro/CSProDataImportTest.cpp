@@ -1,6 +1,6 @@
 #include "cspro/CSProDataImport.h"
 #include "cspro/CSPro_p.h"
-#include "cspro/DecimalQuestion.h"
+#include "cspro/DecimalQuestion_p.h"
 #include "import/DataProvider.h"
 #include "import/SourceField.h"
 #include "support/DictionaryFile.h"
@@ -305,28 +305,40 @@ private Q_SLOTS:
         QVERIFY(held.expired());
     }
 
-    void answerOfTheProcessMayBeSetOnAnotherThread()
+    // Each function has a text of its own, which is freed with it: once it answers after that, or is freed twice, the
+    // program ends.
+    void answerOfTheProcessMayBeSetOnOtherThreads()
     {
-        const DictionaryFile file(decimalSet());
-        std::atomic<bool> isOver{ false };
-        std::thread other([&isOver] {
-            while (!isOver) {
-                setDecimalAnswer([text = QStringLiteral("Caution")](const DecimalQuestion &question) {
-                    return question.title == text ? DecimalAnswer::yes : DecimalAnswer::no;
-                });
+        constexpr int setFunctions = 200000;
+        std::atomic<int> functions{ 0 };
+        const auto setMany = [&functions] {
+            while (functions++ < setFunctions) {
+                setDecimalAnswer(
+                    [text = QStringLiteral("Caution").toUpper().toLower()](const DecimalQuestion &question) {
+                        return question.title == text ? DecimalAnswer::yes : DecimalAnswer::no;
+                    });
             }
-        });
-        setDecimalAnswer([](const DecimalQuestion &) { return DecimalAnswer::yes; });
-        QStringList labels;
-        for (int i = 0; i < 200; ++i) {
-            TCSProDataImport importer(file.path());
-            static_cast<TDataImport &>(importer).openFile();
-            labels.append(importer.fieldByName(QStringLiteral("SHARE"))->valueLabels);
-        }
-        isOver = true;
+        };
+        std::thread one(setMany);
+        std::thread other(setMany);
+        while (functions == 0)
+            std::this_thread::yield();
+        DecimalQuestion question;
+        question.title = QStringLiteral("caution");
+        std::unique_ptr<QMessageBox> box;
+        int answers = 0;
+        int yes = 0;
+        for (; functions < setFunctions; ++answers)
+            yes += int(cspro::answerDecimalQuestion(question, {}, box) == DecimalAnswer::yes);
+        one.join();
         other.join();
-        labels.removeDuplicates();
-        QCOMPARE(labels, QStringList(QStringLiteral("0 Some\t7 Seven\t")));
+        QVERIFY(answers > 0);
+        QCOMPARE(yes, answers);
+        setDecimalAnswer([](const DecimalQuestion &) { return DecimalAnswer::yes; });
+        const DictionaryFile file(decimalSet());
+        TCSProDataImport importer(file.path());
+        static_cast<TDataImport &>(importer).openFile();
+        QCOMPARE(importer.fieldByName(QStringLiteral("SHARE"))->valueLabels, QStringLiteral("0 Some\t7 Seven\t"));
     }
 
     // items to fields
