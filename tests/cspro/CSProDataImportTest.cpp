@@ -311,28 +311,29 @@ private Q_SLOTS:
     {
         constexpr int setFunctions = 200000;
         std::atomic<int> functions{ 0 };
-        const auto setMany = [&functions] {
-            while (functions++ < setFunctions) {
-                setDecimalAnswer(
-                    [text = QStringLiteral("Caution").toUpper().toLower()](const DecimalQuestion &question) {
-                        return question.title == text ? DecimalAnswer::yes : DecimalAnswer::no;
-                    });
-            }
+        const auto setOne = [] {
+            setDecimalAnswer([text = QStringLiteral("Caution").toUpper()](const DecimalQuestion &question) {
+                return question.title == text ? DecimalAnswer::yes : DecimalAnswer::no;
+            });
         };
+        const auto setMany = [&] {
+            while (functions++ < setFunctions)
+                setOne();
+        };
+        setOne();
         std::thread one(setMany);
         std::thread other(setMany);
-        while (functions == 0)
-            std::this_thread::yield();
         DecimalQuestion question;
-        question.title = QStringLiteral("caution");
+        question.title = QStringLiteral("CAUTION");
         std::unique_ptr<QMessageBox> box;
         int answers = 0;
         int yes = 0;
-        for (; functions < setFunctions; ++answers)
+        do {
             yes += int(cspro::answerDecimalQuestion(question, {}, box) == DecimalAnswer::yes);
+            ++answers;
+        } while (functions < setFunctions);
         one.join();
         other.join();
-        QVERIFY(answers > 0);
         QCOMPARE(yes, answers);
         setDecimalAnswer([](const DecimalQuestion &) { return DecimalAnswer::yes; });
         const DictionaryFile file(decimalSet());
