@@ -1,0 +1,71 @@
+#include "ProgramText_p.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr int lineWidth = 100; // bytes
+
+QByteArray valueOf(const QByteArray &name, const std::vector<PartValue> &values)
+{
+    const auto isNamed = [&](const PartValue &value) { return name == value.first; };
+    const std::vector<PartValue>::const_iterator found = std::find_if(values.begin(), values.end(), isNamed);
+    Q_ASSERT(found != values.end());
+    return found->second;
+}
+
+bool isAbsolute(const QString &path)
+{
+    const bool hasDrive = path.size() > 1 && path.at(1) == QLatin1Char(':');
+    return hasDrive || path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1Char('\\'));
+}
+
+} // namespace
+
+QByteArray programPart(const char *name, const std::vector<PartValue> &values)
+{
+    QFile file(QStringLiteral(":/vanlayout/load/") + QLatin1String(name));
+    const bool isOpen = file.open(QIODevice::ReadOnly);
+    Q_ASSERT(isOpen);
+    Q_UNUSED(isOpen)
+    const QByteArray part = file.readAll();
+    QByteArray text;
+    int done = 0;
+    for (int start = part.indexOf("<<"); start >= 0; start = part.indexOf("<<", done)) {
+        const int end = part.indexOf(">>", start);
+        text += part.mid(done, start - done) + valueOf(part.mid(start + 2, end - start - 2), values);
+        done = end + 2;
+    }
+    return text + part.mid(done);
+}
+
+QByteArray wordLines(const QStringList &words, const QByteArray &indent)
+{
+    QByteArray lines;
+    int width = 0;
+    for (const QString &word : words) {
+        const QByteArray bytes = word.toUtf8();
+        const bool isNew = width > 0 && width + bytes.size() >= lineWidth;
+        if (isNew)
+            lines += '\n' + indent;
+        else if (width > 0)
+            lines += ' ';
+        width = (isNew ? indent.size() : width + 1) + bytes.size();
+        lines += bytes;
+    }
+    return lines;
+}
+
+QString safePath(const QString &path)
+{
+    const bool isMarked = path.startsWith(QLatin1String("./")) || path.startsWith(QLatin1String("../"));
+    return isMarked || isAbsolute(path) ? path : QLatin1String("./") + path;
+}
+
+} // namespace vanlayout

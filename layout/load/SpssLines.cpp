@@ -1,0 +1,137 @@
+#include "SpssLines_p.h"
+
+#include "ProgramText_p.h"
+#include "SpssMissing_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr int maxTextBytes = 32767;  // of a variable
+constexpr int maxPlainRecord = 8192; // bytes of a line that SPSS reads without LRECL
+constexpr int utf8Bytes = 4;         // of a character, at most
+constexpr int windows1252Bytes = 3;  // of a character of windows-1252 in UTF-8, at most
+
+int lastColumnOfLines(const LoadPlan &plan)
+{
+    int last = plan.recordType ? plan.recordType->start - 1 + plan.recordType->length : 1;
+    for (const PlannedTable &table : plan.tables)
+        last = std::max(last, lastColumnOf(table));
+    return last;
+}
+
+} // namespace
+
+SpssLines::SpssLines(const LoadPlan &loadPlan)
+    : plan(loadPlan)
+    , isUtf8(loadPlan.options.encoding == DataEncoding::Utf8)
+    , lastColumn(lastColumnOfLines(loadPlan))
+{
+    pieces.append(QStringLiteral("@line"));
+    const bool isShort = qint64(lastColumn) * (isUtf8 ? utf8Bytes : windows1252Bytes) <= pieceLength;
+    const int count = isShort ? 1 : std::max(2, (lastColumn - 1) / pieceStep + 1);
+    for (int i = 2; i <= count; ++i)
+        pieces.append(QStringLiteral("@line%1").arg(i));
+}
+
+QByteArray SpssLines::read() const
+{
+    const qint64 length = qint64(pieces.size() - 1) * pieceStep + pieceLength;
+    const int markLength = isUtf8 ? 3 : 6;
+    const QByteArray recordLength = findsCharacters() ? QByteArray() : "\n  /LRECL=" + QByteArray::number(length);
+    QByteArray text = programPart("spss/read.sps",
+                                  { { "path", spssQuoted(safePath(plan.options.data)).toUtf8() },
+                                    { "encoding", isUtf8 ? "UTF-8" : "ISO-8859-1" },
+                                    { "recordLength", recordLength },
+                                    { "lines", lineColumns() },
+                                    { "pieces", pieces.join(QLatin1Char(' ')).toUtf8() },
+                                    { "mark", isUtf8 ? "X'EFBBBF'" : "X'C3AFC2BBC2BF'" },
+                                    { "markLength", QByteArray::number(markLength) },
+                                    { "afterMark", QByteArray::number(markLength + 1) } });
+    if (findsCharacters() && !isUtf8)
+        text += programPart("spss/windows-1252.sps");
+    return text + records();
+}
+
+QByteArray SpssLines::lineColumns() const
+{
+    if (findsCharacters())
+        return "@line 1-" + QByteArray::number(std::max(bytesOf(lastColumn), 6)) + " (A)";
+    QStringList words;
+    for (int i = 0; i < pieces.size(); ++i) {
+        const int start = i * pieceStep;
+        words.append(QStringLiteral("%1 %2-%3 (A)").arg(pieces.at(i)).arg(start + 1).arg(start + pieceLength));
+    }
+    return wordLines(words);
+}
+
+QByteArray SpssLines::records() const
+{
+    QStringList blank;
+    for (const QString &piece : pieces)
+        blank.append((blank.isEmpty() ? QString() : QStringLiteral("AND ")) + piece + QLatin1String(" EQ ' '"));
+    QByteArray counts
+        = spssCount("#unknown", "", "lines of no known record type") + spssCount("#blank", "", "blank lines");
+    if (!findsCharacters())
+        counts += spssCount("#wide", "", "lines are not ASCII");
+    return programPart("spss/records.sps",
+                       { { "recordType", recordNumber() }, { "isBlank", wordLines(blank) }, { "counts", counts } });
+}
+
+QByteArray SpssLines::recordNumber() const
+{
+    if (!plan.recordType)
+        return "COMPUTE @record=1.\n";
+    QStringList words;
+    for (int i = 0; i < plan.knownMarks.size(); ++i)
+        words.append(QStringLiteral("(%1=%2)").arg(spssQuoted(plan.knownMarks.at(i))).arg(i + 1));
+    words.append(QStringLiteral("(ELSE=0)"));
+    const int length = plan.recordType->length;
+    return positions(plan.recordType->start + length) + "STRING @type (A" + QByteArray::number(bytesOf(length)) + ").\n"
+        + typeField() + "RECODE @type " + wordLines(words) + " INTO @record.\n";
+}
+
+QByteArray SpssLines::typeField() const
+{
+    const int start = plan.recordType->start;
+    const int length = plan.recordType->length;
+    if (findsCharacters())
+        return "COMPUTE #from=#at(" + QByteArray::number(start) + ").\nCOMPUTE #size=#at("
+            + QByteArray::number(start + length) + ")-#from.\nCOMPUTE @type=SUBSTR(@line,#from,#size).\n";
+    return "COMPUTE @type=SUBSTR(" + pieceAt(start).toUtf8() + ',' + QByteArray::number(columnInPiece(start)) + ','
+        + QByteArray::number(length) + ").\n";
+}
+
+QByteArray SpssLines::positions(int columns) const
+{
+    if (!findsCharacters())
+        return QByteArray();
+    return programPart("spss/positions.sps", { { "columns", QByteArray::number(columns) } });
+}
+
+int SpssLines::bytesOf(int characters) const
+{
+    const qint64 bytes = qint64(characters) * (isUtf8 ? utf8Bytes : windows1252Bytes);
+    return int(std::min(bytes, qint64(maxTextBytes)));
+}
+
+QByteArray spssCount(const QByteArray &count, const QByteArray &before, const QByteArray &after)
+{
+    return programPart("spss/count.sps", { { "count", count }, { "before", before }, { "after", after } });
+}
+
+int lastColumnOf(const PlannedTable &table)
+{
+    int last = table.isItemTable() ? table.start - 1 + (table.occurrences - 1) * table.step + table.length : 0;
+    for (const PlannedColumn &column : table.columns) {
+        if (!column.isMade())
+            last = std::max(last, column.start - 1 + column.length);
+    }
+    return last;
+}
+
+} // namespace vanlayout
