@@ -107,7 +107,7 @@ endif()
 
 # The readers of dictionaries never ask whether there is a report: the classes of their diagnostics do.
 foreach(reader CSPro CSProJson ValueSetReader)
-    file(STRINGS ${PROJECT_DIR}/src/cspro/${reader}.cpp conditions REGEX "(if|while|&&|\\|\\||!|\\?) *\\(*report")
+    file(STRINGS ${PROJECT_DIR}/src/cspro/${reader}.cpp conditions REGEX "(if|while|&&|\\|\\||!) *\\(*report|report *(\\?|&&|\\|\\|)")
     if(conditions)
         message(SEND_ERROR "src/cspro/${reader}.cpp asks whether there is a report: ${conditions}")
     endif()
