@@ -1,5 +1,8 @@
 #include "Targets_p.h"
 
+#include "DaskProgram_p.h"
+#include "PandasProgram_p.h"
+#include "RProgram_p.h"
 #include "SpssProgram_p.h"
 
 namespace vanlayout
@@ -13,11 +16,23 @@ bool isNeverReserved(const QString & /*name*/)
     return false;
 }
 
+// Names in Python and R are texts: every name is legal, and no length is limited.
+TargetRules script(LoadTarget target, const char *word, QVector<LoadFile> (*write)(const LoadPlan &plan))
+{
+    const bool hasSeveralFiles = target == LoadTarget::Dask;
+    return { target, word, NameCharacters::All, NameStart::Any,  NameCase::Exact, {},
+             {},     {},   isNeverReserved,     isNeverReserved, write,           hasSeveralFiles,
+             0 };
+}
+
 } // namespace
 
 const QVector<TargetRules> &targetRules()
 {
     static const QVector<TargetRules> rules = {
+        script(LoadTarget::Dask, "dask", daskProgram),
+        script(LoadTarget::R, "r", rProgram),
+        script(LoadTarget::Pandas, "pandas", pandasProgram),
         { LoadTarget::Spss,
           "spss",
           NameCharacters::Plain,

@@ -4,9 +4,23 @@ van_add_test(load/LoadPlanTest.cpp)
 find_program(VAN_PYTHON python3)
 find_program(VAN_PSPP pspp)
 
+# The first Python of these that has pandas.
+foreach(candidate IN ITEMS ${VAN_PYTHON} /usr/bin/python3)
+    execute_process(COMMAND ${candidate} -c "import pandas" RESULT_VARIABLE pandas_status OUTPUT_QUIET ERROR_QUIET)
+    if(pandas_status EQUAL 0)
+        set(VAN_PANDAS_PYTHON ${candidate})
+        break()
+    endif()
+endforeach()
+
 # Adds a test that runs a script of this directory: its arguments are the tool and what follows the name of the script.
 function(van_add_load_test name script)
-    add_test(NAME ${name} COMMAND ${VAN_PYTHON} -B ${PROJECT_SOURCE_DIR}/tests/load/${script} $<TARGET_FILE:vanlayout> ${ARGN})
+    van_add_load_test_in(${VAN_PYTHON} ${name} ${script} ${ARGN})
+endfunction()
+
+# Likewise, in this Python.
+function(van_add_load_test_in python name script)
+    add_test(NAME ${name} COMMAND ${python} -B ${PROJECT_SOURCE_DIR}/tests/load/${script} $<TARGET_FILE:vanlayout> ${ARGN})
     van_test_properties(${name} load)
 endfunction()
 
@@ -14,6 +28,9 @@ if(VAN_PYTHON)
     van_add_load_test(LoadComparison comparetest.py)
     if(VAN_PSPP)
         van_add_load_test(LoadSpss run_spss.py ${VAN_PSPP})
+    endif()
+    if(VAN_PANDAS_PYTHON)
+        van_add_load_test_in(${VAN_PANDAS_PYTHON} LoadPandas run_pandas.py)
     endif()
 else()
     message(STATUS "No python3: load programs are not run in their engines")

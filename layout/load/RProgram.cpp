@@ -1,0 +1,196 @@
+#include "RProgram_p.h"
+
+#include "Head_p.h"
+#include "ProgramText_p.h"
+#include "ScriptText_p.h"
+
+namespace vanlayout
+{
+
+namespace
+{
+
+QByteArray text(const QString &text)
+{
+    return literal(text, r());
+}
+
+QByteArray number(int number)
+{
+    return QByteArray::number(number);
+}
+
+// Positions in R begin at 1.
+QByteArray positionOf(int index)
+{
+    return index < 0 ? QByteArrayLiteral("NA") : number(index + 1);
+}
+
+QByteArray roleOf(ColumnRole role)
+{
+    switch (role) {
+    case ColumnRole::Id:
+        return "\"id\"";
+    case ColumnRole::Occurrence:
+        return "\"occ\"";
+    case ColumnRole::ItemOccurrence:
+        return "\"item_occ\"";
+    case ColumnRole::Item:
+        break;
+    }
+    return "\"item\"";
+}
+
+QByteArray outcomeOf(CellOutcome outcome)
+{
+    switch (outcome) {
+    case CellOutcome::Value:
+        return "\"value\"";
+    case CellOutcome::NoAnswer:
+        return "\"m\"";
+    case CellOutcome::Refused:
+        return "\"r\"";
+    case CellOutcome::Missing:
+        break;
+    }
+    return "\"missing\"";
+}
+
+QByteArray columnOf(const PlannedColumn &column)
+{
+    QByteArrayList arguments = { text(column.name), roleOf(column.role) };
+    if (!column.isMade()) {
+        arguments += { column.isNumber() ? "\"number\"" : "\"text\"", number(column.start), number(column.length),
+                       number(column.decimals), positionOf(column.codes) };
+    }
+    if (!column.isMade() && !column.label.isEmpty())
+        arguments += text(column.label);
+    return "column(" + argumentLines(arguments, QByteArray(11, ' ')) + ')';
+}
+
+QByteArray columnsOf(const PlannedTable &table)
+{
+    QByteArrayList columns;
+    for (const PlannedColumn &column : table.columns)
+        columns.append(columnOf(column));
+    return "list(" + elementLines(columns, "    ") + ')';
+}
+
+QByteArray tableOf(const PlannedTable &table)
+{
+    const QByteArrayList arguments = { text(table.name), text(table.file), text(table.label), text(table.mark) };
+    QByteArray program = "table_of(" + argumentLines(arguments, QByteArray(11, ' ')) + ", " + columnsOf(table);
+    if (table.isItemTable()) {
+        program += ", record = " + positionOf(table.recordTable) + ", occurrences = " + number(table.occurrences)
+            + ", step = " + number(table.step) + ", first = " + number(table.start)
+            + ", length = " + number(table.length);
+    }
+    return program + ')';
+}
+
+QByteArray tablesOf(const LoadPlan &plan)
+{
+    QByteArrayList tables;
+    for (const PlannedTable &table : plan.tables)
+        tables.append(tableOf(table));
+    return "TABLES <- list(" + elementLines(tables, "  ") + ')';
+}
+
+QByteArray row(const QByteArrayList &members)
+{
+    return argumentLines(members, QByteArray(6, ' '));
+}
+
+QByteArray rowsOf(const CodeList &codes)
+{
+    QByteArrayList rows;
+    for (const CodeRow &code : codes.rows) {
+        const QByteArray special = code.special == Special::None ? QByteArrayLiteral("NA") : text(wordOf(code.special));
+        rows.append(row({ text(code.from), literalOrNothing(code.to, r()), text(code.label), special }));
+    }
+    return "c(" + elementLines(rows, "    ") + ')';
+}
+
+QByteArray labelsOf(const CodeList &codes)
+{
+    QByteArrayList labels;
+    for (const CodeLabel &label : codes.labels)
+        labels.append(row({ text(label.code), text(label.text), outcomeOf(label.outcome) }));
+    return "c(" + elementLines(labels, "    ") + ')';
+}
+
+QByteArray specialsOf(const CodeList &codes)
+{
+    QByteArrayList specials;
+    for (const SpecialRule &rule : codes.specials)
+        specials.append(row({ text(rule.low), text(rule.high), outcomeOf(rule.outcome) }));
+    return "c(" + elementLines(specials, "    ") + ')';
+}
+
+QByteArray codesOf(const LoadPlan &plan)
+{
+    QByteArrayList lists;
+    for (const CodeList &codes : plan.codes)
+        lists.append("codes_of(" + rowsOf(codes) + ", " + labelsOf(codes) + ", " + specialsOf(codes) + ')');
+    return "CODES <- list(" + elementLines(lists, "  ") + ')';
+}
+
+QByteArray settingsOf(const LoadPlan &plan)
+{
+    QByteArrayList marks;
+    for (const QString &mark : plan.knownMarks)
+        marks.append(text(mark));
+    QByteArrayList recordType;
+    if (plan.recordType)
+        recordType = { number(plan.recordType->start), number(plan.recordType->length) };
+    const bool isUtf8 = plan.options.encoding == DataEncoding::Utf8;
+    return "# The data file, its encoding (utf-8 or windows-1252), the first column and the length of the record "
+           "type,\n"
+           "# and the types of all records.\nDATA <- "
+        + text(safePath(plan.options.data)) + "\nENCODING <- " + (isUtf8 ? "\"utf-8\"" : "\"windows-1252\"")
+        + "\nRECORD_TYPE <- c(" + recordType.join(", ") + ")\nKNOWN_TYPES <- c("
+        + argumentLines(marks, QByteArray(17, ' ')) + ')';
+}
+
+HeadTexts headTexts(const QString &file)
+{
+    return { QStringLiteral("R"),
+             { QStringLiteral("Rscript %1 DATA OUT").arg(file) },
+             { QStringLiteral("Needs R 4 with the package haven. The tables are in memory as a whole.") },
+             { QStringLiteral("The run reads the file DATA and writes the file TABLE.rds of each table into the "
+                              "directory OUT. Without arguments it reads the data file above and writes into the "
+                              "working directory."),
+               QStringLiteral("In a program of your own, source() this file and call load_data(DATA): it returns a "
+                              "list with a data frame for each table. Labels are in the attributes label and labels "
+                              "of the columns, and in the table codes. The codes \"missing\" and \"refused\" are the "
+                              "tagged missing values \"m\" and \"r\" of haven.") } };
+}
+
+// The ranges that have no label at each code, which only the table `codes` has.
+QByteArray rangesOf(const LoadPlan &plan)
+{
+    const QStringList remarks = rangeRemarks(plan);
+    if (remarks.isEmpty())
+        return QByteArray();
+    return "#\n"
+        + comment(QStringList{ QStringLiteral("Ranges of codes with a label, which are in the table codes "
+                                              "alone:") }
+                      + remarks,
+                  { "# ", "", "" });
+}
+
+} // namespace
+
+QVector<LoadFile> rProgram(const LoadPlan &plan)
+{
+    const QString file = plan.name + QLatin1String(".R");
+    const QByteArray head = programHead(plan, { "# ", "", "" }, headTexts(file)) + rangesOf(plan);
+    const QByteArray program = programPart("load.R",
+                                           { { "head", head },
+                                             { "settings", settingsOf(plan) },
+                                             { "codes", codesOf(plan) },
+                                             { "tables", tablesOf(plan) } });
+    return { { file, program } };
+}
+
+} // namespace vanlayout

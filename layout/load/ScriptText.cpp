@@ -1,0 +1,106 @@
+#include "ScriptText_p.h"
+
+#include <QChar>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr int pieceWidth = 300; // bytes of the pieces of a long text
+constexpr int lineWidth = 110;  // bytes
+
+QByteArray hexDigits(char32_t character, int digits)
+{
+    return QByteArray::number(uint(character), 16).rightJustified(digits, '0');
+}
+
+QByteArray pythonEscape(char32_t character)
+{
+    return character > 0xFFFF ? "\\U" + hexDigits(character, 8) : "\\u" + hexDigits(character, 4);
+}
+
+// Braces, so that a digit that follows is no part of the number.
+QByteArray rEscape(char32_t character)
+{
+    return (character > 0xFFFF ? "\\U{" : "\\u{") + hexDigits(character, 1) + '}';
+}
+
+QByteArray written(char32_t character, const ScriptLanguage &language)
+{
+    if (character == U'\\' || (character < 0x80 && char(character) == *language.quote))
+        return QByteArray("\\") + char(character);
+    return QChar::isPrint(uint(character)) ? QString::fromUcs4(reinterpret_cast<const uint *>(&character), 1).toUtf8()
+                                           : language.escape(character);
+}
+
+QByteArrayList piecesOf(const QString &text, const ScriptLanguage &language)
+{
+    QByteArrayList pieces = { QByteArray() };
+    const QVector<uint> characters = text.toUcs4();
+    for (const uint character : characters) {
+        if (pieces.constLast().size() >= pieceWidth)
+            pieces.append(QByteArray());
+        pieces.last() += written(character, language);
+    }
+    return pieces;
+}
+
+} // namespace
+
+const ScriptLanguage &python()
+{
+    static const ScriptLanguage language = { "'", "(", "\n    ", "None", pythonEscape };
+    return language;
+}
+
+const ScriptLanguage &r()
+{
+    static const ScriptLanguage language = { "\"", "paste0(", ",\n    ", "NA", rEscape };
+    return language;
+}
+
+QByteArray literal(const QString &text, const ScriptLanguage &language)
+{
+    QByteArrayList pieces = piecesOf(text, language);
+    for (QByteArray &piece : pieces)
+        piece = language.quote + piece + language.quote;
+    return pieces.size() == 1 ? pieces.constFirst() : language.opening + pieces.join(language.joining) + ')';
+}
+
+QByteArray literalOrNothing(const QString &text, const ScriptLanguage &language)
+{
+    return text.isNull() ? QByteArray(language.nothing) : literal(text, language);
+}
+
+QByteArray argumentLines(const QByteArrayList &arguments, const QByteArray &indent)
+{
+    QByteArray lines;
+    for (const QByteArray &argument : arguments) {
+        const int width = lines.size() - lines.lastIndexOf('\n');
+        if (!lines.isEmpty())
+            lines += width + argument.size() > lineWidth ? ",\n" + indent : QByteArrayLiteral(", ");
+        lines += argument;
+    }
+    return lines;
+}
+
+QByteArray elementLines(const QByteArrayList &elements, const QByteArray &indent)
+{
+    return elements.isEmpty() ? QByteArray() : '\n' + indent + elements.join(",\n" + indent);
+}
+
+QVector<CellType> typesOfCodes(const LoadPlan &plan)
+{
+    QVector<CellType> types(plan.codes.size(), CellType::Integer);
+    for (const PlannedTable &table : plan.tables) {
+        for (const PlannedColumn &column : table.columns) {
+            if (column.codes >= 0)
+                types[column.codes] = column.type;
+        }
+    }
+    return types;
+}
+
+} // namespace vanlayout

@@ -1,0 +1,44 @@
+#ifndef LAYOUT_LOAD_SCRIPTTEXT_P_H
+#define LAYOUT_LOAD_SCRIPTTEXT_P_H
+
+#include "load/Plan_p.h"
+
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QString>
+
+/// How Python and R write the texts, numbers and lists of a plan. A line never exceeds 1,000 bytes.
+namespace vanlayout
+{
+
+/// The literals of one language.
+struct ScriptLanguage {
+    const char *quote;                        ///< around a text
+    const char *opening;                      ///< before the pieces of a long text
+    const char *joining;                      ///< between them
+    const char *nothing;                      ///< for an absent value
+    QByteArray (*escape)(char32_t character); ///< of a character that cannot be written as it is
+};
+
+const ScriptLanguage &python();
+const ScriptLanguage &r();
+
+/// A text as an expression. Quotes, backslashes, and characters that are not visible are escaped; a lone surrogate
+/// becomes U+FFFD. A long text becomes pieces that the language joins.
+QByteArray literal(const QString &text, const ScriptLanguage &language);
+
+/// Likewise, or the literal of an absent value if the text is null.
+QByteArray literalOrNothing(const QString &text, const ScriptLanguage &language);
+
+/// Arguments separated by commas, in lines of about 110 bytes. Further lines begin with \a indent.
+QByteArray argumentLines(const QByteArrayList &arguments, const QByteArray &indent);
+
+/// Elements separated by commas, each on lines of its own that begin with \a indent; empty if there is none.
+QByteArray elementLines(const QByteArrayList &elements, const QByteArray &indent);
+
+/// The type of the cells with the codes of each list of the plan.
+QVector<CellType> typesOfCodes(const LoadPlan &plan);
+
+} // namespace vanlayout
+
+#endif
