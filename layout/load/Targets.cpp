@@ -2,6 +2,7 @@
 
 #include "DaskProgram_p.h"
 #include "PandasProgram_p.h"
+#include "PostgresqlProgram_p.h"
 #include "RProgram_p.h"
 #include "SpssProgram_p.h"
 
@@ -30,6 +31,19 @@ TargetRules script(LoadTarget target, const char *word, QVector<LoadFile> (*writ
 const QVector<TargetRules> &targetRules()
 {
     static const QVector<TargetRules> rules = {
+        { LoadTarget::Postgresql,
+          "postgresql",
+          NameCharacters::All,
+          NameStart::Any,
+          NameCase::Lower,
+          { 63, LengthUnit::Bytes },
+          {},
+          {},
+          isReservedInPostgresql,
+          isNeverReserved,
+          postgresqlProgram,
+          false,
+          1600 },
         script(LoadTarget::Dask, "dask", daskProgram),
         script(LoadTarget::R, "r", rProgram),
         script(LoadTarget::Pandas, "pandas", pandasProgram),

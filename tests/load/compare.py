@@ -12,6 +12,8 @@ A cell is None (missing), a number (int, float, Decimal or Fraction), a str, or 
     tables(result, made, policy)                         compares all tables with the Result; raises Difference
     codes(result, rows)                                  compares the rows of the table `codes`, in any order
     counts(result, printed, prefixes)                    compares the lines with the counts in what a program printed
+    times(line, number)                                  a count for a file that holds all lines so many times
+    repeated_tables(result, made, number, policy)        the tables of such a file; changes the Result
     check(description, function)                         runs a comparison; prints what differs and counts failures
     finish()                                             ends the test: status 1 if a comparison failed
 
@@ -179,6 +181,33 @@ def counts(result, printed, ignored=()):
     wanted, got = Counter(filter(is_kept, result.counts)), Counter(filter(is_kept, got))
     differences = [f"counts: absent line {line!r}" for line in (wanted - got).elements()]
     raise_if(differences + [f"counts: line that should not be there {line!r}" for line in (got - wanted).elements()])
+
+
+def times(line, number):
+    """A line with a count, for a file that holds all lines so many times."""
+    return re.sub(r"\d+(?= (?:rows|values are|lines of))", lambda match: str(int(match[0]) * number), line)
+
+
+def repeated_tables(result, made, number, policy=Policy()):
+    """Compares the tables of a file that holds all lines so many times: `occ` counts on from one time to the next."""
+    raise_if([f"{name}: expected {len(table.rows) * number} rows, got {len(made[name]['rows'])}"
+              for name, table in result.tables.items() if len(made[name]["rows"]) != len(table.rows) * number])
+    for name, table in result.tables.items():
+        table.rows = repeated_rows(table, number)
+    tables(result, made, policy)
+
+
+def repeated_rows(table, number):
+    roles = [column.role for column in table.columns]
+    place = roles.index("occ") if "occ" in roles else None
+    if place is None:
+        return table.rows * number
+    keys = [tuple(None if isinstance(cell, Missing) else cell for cell in row[:place]) for row in table.rows]
+    sizes = Counter()
+    for key, row in zip(keys, table.rows):
+        sizes[key] = max(sizes[key], row[place])
+    return [row[:place] + [row[place] + k * sizes[key]] + row[place + 1:]
+            for k in range(number) for key, row in zip(keys, table.rows)]
 
 
 # ------------------------------------------------------------------------------------------------- running a test

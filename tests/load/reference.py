@@ -294,10 +294,10 @@ def name_columns(table, target, result):
 
 def name_tables(made, target, result):
     names = Names(target, RULES[target].tables, ["codes"])
-    names.key = str.lower  # tables may be files
     ordered = [tables[0] for tables in made] + [table for tables in made for table in tables[1:]]
     for table in ordered:
-        table.name = names.unique(table.original)
+        # `CODES` is renamed in each target, because tables may become files.
+        table.name = names.unique(table.original + ("_2" if table.original.lower() == "codes" else ""))
         if table.name != table.original:
             result.renames.append((table.original, table.name))
         name_columns(table, target, result)

@@ -1,0 +1,184 @@
+#include "SqlText_p.h"
+
+#include "write/Wording_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr int longestPart = 200;     // characters of one literal, with at most four bytes each
+constexpr int longestLine = 500;     // bytes
+constexpr int rowsOfStatement = 500; // of an INSERT
+
+// Where a part of a long text ends: never within a character.
+int endOfPart(const QString &text, int start)
+{
+    const int end = std::min(start + longestPart, int(text.size()));
+    return end < text.size() && text.at(end).isLowSurrogate() ? end - 1 : end;
+}
+
+QByteArray literal(QString part)
+{
+    part.replace(QChar(), QLatin1Char(' ')).replace(QLatin1Char('\''), QLatin1String("''"));
+    return '\'' + part.toUtf8() + '\'';
+}
+
+bool isOneCode(const SpecialRule &rule)
+{
+    return rule.low == rule.high;
+}
+
+// The condition for one rule.
+QByteArray condition(const SpecialRule &rule, const PlannedColumn &column, const QByteArray &value)
+{
+    if (!column.isNumber())
+        return value + " = " + sqlText(rule.low);
+    if (isOneCode(rule))
+        return value + " = " + rule.low.toUtf8();
+    return value + " BETWEEN " + rule.low.toUtf8() + " AND " + rule.high.toUtf8();
+}
+
+bool isMissing(const SpecialRule &rule)
+{
+    return rule.outcome != CellOutcome::Value;
+}
+
+QByteArray orNull(const QString &text)
+{
+    return text.isNull() ? QByteArrayLiteral("NULL") : sqlText(text);
+}
+
+QByteArray codeTuple(const PlannedTable &table, const PlannedColumn &column, const CodeRow &row)
+{
+    const QString special = wordOf(row.special);
+    const QByteArrayList cells = {
+        sqlText(table.name), sqlText(column.name), sqlText(row.from),
+        orNull(row.to),      sqlText(row.label),   special.isEmpty() ? QByteArrayLiteral("NULL") : sqlText(special)
+    };
+    const QByteArray line = cells.join(", ");
+    return '(' + (line.size() < longestLine ? line : cells.join(",\n    ")) + ')';
+}
+
+QByteArray insertStatement(const QByteArray &table, const QByteArrayList &tuples)
+{
+    return "INSERT INTO " + table + " (table_name, column_name, code_from, code_to, label, special) VALUES\n"
+        + sqlList(tuples, 2) + ";\n";
+}
+
+} // namespace
+
+CommentStyle sqlComment()
+{
+    return { "-- ", "", "" };
+}
+
+QByteArray sqlName(const QString &name)
+{
+    QString quoted = name;
+    return '"' + quoted.replace(QLatin1Char('"'), QLatin1String("\"\"")).toUtf8() + '"';
+}
+
+QByteArray sqlText(const QString &text, const char *between)
+{
+    QByteArrayList parts;
+    int start = 0;
+    do {
+        const int end = endOfPart(text, start);
+        parts.append(literal(text.mid(start, end - start)));
+        start = end;
+    } while (start < text.size());
+    return parts.join(between + QByteArrayLiteral("\n    "));
+}
+
+QByteArray sqlTexts(const QStringList &texts)
+{
+    QByteArrayList parts;
+    std::transform(texts.begin(), texts.end(), std::back_inserter(parts),
+                   [](const QString &text) { return sqlText(text); });
+    const QByteArray line = parts.join(", ");
+    return '(' + (line.size() < longestLine ? line : parts.join(",\n    ")) + ')';
+}
+
+QByteArray sqlList(const QByteArrayList &parts, int indent)
+{
+    const QByteArray blanks(indent, ' ');
+    return blanks + parts.join(",\n" + blanks);
+}
+
+QByteArray freeColumn(const PlannedTable &table, const QString &wanted)
+{
+    QString name = wanted;
+    const auto isName
+        = [&](const PlannedColumn &column) { return column.name.compare(name, Qt::CaseInsensitive) == 0; };
+    while (std::any_of(table.columns.begin(), table.columns.end(), isName))
+        name += QLatin1Char('_');
+    return name.toUtf8();
+}
+
+QByteArray sqlField(const PlannedTable &table, const PlannedColumn &column, const QByteArray &line)
+{
+    QByteArray start = QByteArray::number(column.start);
+    if (table.isItemTable() && column.role == ColumnRole::Item)
+        start += " + (item_occ - 1) * " + QByteArray::number(table.step);
+    return "substr(" + line + ", " + start + ", " + QByteArray::number(column.length) + ')';
+}
+
+QByteArray sqlWithoutSpecials(const LoadPlan &plan, const PlannedColumn &column, const QByteArray &value)
+{
+    if (column.codes < 0 || plan.codes.at(column.codes).specials.isEmpty())
+        return value;
+    const QVector<SpecialRule> &rules = plan.codes.at(column.codes).specials;
+    QByteArray cases = "CASE";
+    for (int i = 0; i < rules.size(); ++i) {
+        const bool isFirst = i == 0 || isMissing(rules.at(i)) != isMissing(rules.at(i - 1));
+        cases += (isFirst ? "\n      WHEN " : "\n        OR ") + condition(rules.at(i), column, value);
+        if (i + 1 == rules.size() || isMissing(rules.at(i)) != isMissing(rules.at(i + 1)))
+            cases += " THEN " + (isMissing(rules.at(i)) ? QByteArrayLiteral("NULL") : value);
+    }
+    return cases + "\n      ELSE " + value + " END";
+}
+
+QByteArray sqlCodeColumns()
+{
+    return QByteArrayLiteral(
+        "table_name text, column_name text, code_from text, code_to text, label text, special text");
+}
+
+QByteArray sqlInsertCodes(const LoadPlan &plan, const QByteArray &table)
+{
+    QByteArray statements;
+    QByteArrayList tuples;
+    for (const PlannedTable &planned : plan.tables) {
+        for (const PlannedColumn &column : planned.columns) {
+            if (column.codes < 0)
+                continue;
+            for (const CodeRow &row : plan.codes.at(column.codes).rows) {
+                tuples.append(codeTuple(planned, column, row));
+                if (tuples.size() < rowsOfStatement)
+                    continue;
+                statements += insertStatement(table, tuples);
+                tuples.clear();
+            }
+        }
+    }
+    return tuples.isEmpty() ? statements : statements + insertStatement(table, tuples);
+}
+
+QByteArray sqlTableNames(const LoadPlan &plan)
+{
+    QStringList names;
+    for (const PlannedTable &table : plan.tables)
+        names.append(table.name);
+    return sqlTexts(names);
+}
+
+QByteArray sqlKnownMarks(const LoadPlan &plan)
+{
+    return plan.knownMarks.isEmpty() ? QByteArrayLiteral("('')") : sqlTexts(plan.knownMarks);
+}
+
+} // namespace vanlayout
