@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the PostgreSQL programs in a server of their own, and compares the tables with those of the reference loader.
 
-    run_postgresql.py TOOL BIN     BIN: directory of initdb, pg_ctl and psql
+    run_postgresql.py TOOL BIN     BIN: directory of initdb and pg_ctl
 
 The server listens on a socket in a temporary directory only. PostgreSQL does not run as root, so root runs it as the
 user `postgres` or `nobody`. The server is stopped at the end, also after a failure.
@@ -44,7 +44,8 @@ class Server:
             shutil.chown(self.directory, self.user)
 
     def command(self, arguments):
-        arguments = [os.path.join(self.binaries, arguments[0]), *arguments[1:]]
+        own = os.path.join(self.binaries, arguments[0])
+        arguments = [own if os.path.exists(own) else arguments[0], *arguments[1:]]
         if not self.user:
             return arguments
         user = pwd.getpwnam(self.user)

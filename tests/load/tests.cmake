@@ -32,8 +32,9 @@ if(VAN_PYTHON)
     if(VAN_PANDAS_PYTHON)
         van_add_load_test_in(${VAN_PANDAS_PYTHON} LoadPandas run_pandas.py)
     endif()
-    find_path(VAN_POSTGRESQL_BIN initdb PATHS /usr/lib/postgresql/15/bin /usr/lib/postgresql/16/bin
-        /usr/lib/postgresql/17/bin /usr/lib/postgresql/14/bin /usr/lib/postgresql/13/bin)
+    # Debian has the programs of a server outside of PATH.
+    file(GLOB postgresql_directories /usr/lib/postgresql/*/bin)
+    find_path(VAN_POSTGRESQL_BIN initdb PATHS ${postgresql_directories} ENV PATH NO_DEFAULT_PATH)
     if(VAN_POSTGRESQL_BIN)
         van_add_load_test(LoadPostgresql run_postgresql.py ${VAN_POSTGRESQL_BIN})
     endif()
