@@ -3,6 +3,7 @@ van_add_test(load/LoadPlanTest.cpp)
 # Load programs: each one loads a generated survey in its engine, and a loader of the tests makes the same tables.
 find_program(VAN_PYTHON python3)
 find_program(VAN_PSPP pspp)
+find_program(VAN_RSCRIPT Rscript)
 
 # The first Python of these that has pandas.
 foreach(candidate IN ITEMS ${VAN_PYTHON} /usr/bin/python3)
@@ -31,6 +32,14 @@ if(VAN_PYTHON)
     endif()
     if(VAN_PANDAS_PYTHON)
         van_add_load_test_in(${VAN_PANDAS_PYTHON} LoadPandas run_pandas.py)
+        execute_process(COMMAND ${VAN_PANDAS_PYTHON} -c "import dask.dataframe, distributed" RESULT_VARIABLE dask_status
+            OUTPUT_QUIET ERROR_QUIET)
+        if(dask_status EQUAL 0)
+            van_add_load_test_in(${VAN_PANDAS_PYTHON} LoadDask run_dask.py)
+        endif()
+    endif()
+    if(VAN_RSCRIPT)
+        van_add_load_test(LoadR run_r.py ${VAN_RSCRIPT})
     endif()
     # Debian has the programs of a server outside of PATH.
     file(GLOB postgresql_directories /usr/lib/postgresql/*/bin)
