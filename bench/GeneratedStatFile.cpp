@@ -46,12 +46,12 @@ void addSpssRows(std::string &head, qint64 rows)
 // parts after them.
 size_t addStataRows(std::string &head, qint64 rows, qint64 size)
 {
-    const auto behind = [&](const char *tag) { return head.find(tag) + std::strlen(tag); };
+    const auto after = [&](const char *tag) { return head.find(tag) + std::strlen(tag); };
     constexpr int places = 14;
-    const size_t data = behind("<data>");
-    qToLittleEndian(rows, &head[behind("<N>")]);
+    const size_t data = after("<data>");
+    qToLittleEndian(rows, &head[after("<N>")]);
     for (int i = 0; i < places; ++i) {
-        char *place = &head[behind("<map>") + size_t(i) * sizeof(qint64)];
+        char *place = &head[after("<map>") + size_t(i) * sizeof(qint64)];
         const auto offset = qFromLittleEndian<qint64>(place);
         if (size_t(offset) > data)
             qToLittleEndian(offset + size, place);

@@ -55,13 +55,13 @@ void wholeProcess(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
     measureProcesses(state, *processRunner, fieldsOf(path), passesOver(path));
 }
 
-void exactBesideFields(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
+void exactComparedToFields(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
 {
     const std::string path = statFile(state, kind, isOneSet);
     measureProcesses(state, *processRunner, exactLayoutOf(path), fieldsOf(path));
 }
 
-void exactBesidePasses(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
+void exactComparedToPasses(benchmark::State &state, StatFile::Kind kind, bool isOneSet)
 {
     const std::string path = statFile(state, kind, isOneSet);
     measureProcesses(state, *processRunner, exactLayoutOf(path), passesOver(path));
@@ -92,12 +92,12 @@ BENCHMARK_CAPTURE(wholeProcess, sav, StatFile::sav, false)->Apply(growing);
 BENCHMARK_CAPTURE(wholeProcess, dta, StatFile::dta, false)->Apply(growing);
 BENCHMARK_CAPTURE(wholeProcess, savOneSet, StatFile::sav, true)->Apply(shared);
 BENCHMARK_CAPTURE(wholeProcess, dtaOneSet, StatFile::dta, true)->Apply(shared);
-BENCHMARK_CAPTURE(exactBesideFields, sav, StatFile::sav, false)->Apply(growing);
-BENCHMARK_CAPTURE(exactBesideFields, dta, StatFile::dta, false)->Apply(growing);
-BENCHMARK_CAPTURE(exactBesideFields, savOneSet, StatFile::sav, true)->Apply(shared);
-BENCHMARK_CAPTURE(exactBesideFields, dtaOneSet, StatFile::dta, true)->Apply(shared);
-BENCHMARK_CAPTURE(exactBesidePasses, sav, StatFile::sav, false)->Apply(growing);
-BENCHMARK_CAPTURE(exactBesidePasses, dta, StatFile::dta, false)->Apply(growing);
+BENCHMARK_CAPTURE(exactComparedToFields, sav, StatFile::sav, false)->Apply(growing);
+BENCHMARK_CAPTURE(exactComparedToFields, dta, StatFile::dta, false)->Apply(growing);
+BENCHMARK_CAPTURE(exactComparedToFields, savOneSet, StatFile::sav, true)->Apply(shared);
+BENCHMARK_CAPTURE(exactComparedToFields, dtaOneSet, StatFile::dta, true)->Apply(shared);
+BENCHMARK_CAPTURE(exactComparedToPasses, sav, StatFile::sav, false)->Apply(growing);
+BENCHMARK_CAPTURE(exactComparedToPasses, dta, StatFile::dta, false)->Apply(growing);
 
 int main(int argc, char **argv)
 {

@@ -5,15 +5,15 @@
 #include "support/ImportedText.h"
 
 /// Reads a file without a report and with one: both results must be equal.
-template <typename Importer> void requireSameWithReport(Importer &&alone, Importer &&toldOf)
+template <typename Importer> void requireSameWithReport(Importer &&unreported, Importer &&reported)
 {
     ReadReport report;
-    toldOf.setReadReport(&report);
-    if (importedText(alone) != importedText(toldOf))
+    reported.setReadReport(&report);
+    if (importedText(unreported) != importedText(reported))
         qFatal("a report changes what is read");
     for (const ReadNote &note : report.notes()) {
         if (note.id().isEmpty() || note.message().isEmpty() || note.line < 0)
-            qFatal("a note that tells nothing");
+            qFatal("a note without content");
     }
 }
 

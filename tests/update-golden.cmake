@@ -1,4 +1,4 @@
-# Writes the answers of tests/data anew: cmake -DVAN_TOOL=vanlayout -DVAN_TEST_DATA=tests/data -P update-golden.cmake
+# Writes the expected files of tests/data anew: cmake -DVAN_TOOL=vanlayout -DVAN_TEST_DATA=tests/data -P update-golden.cmake
 # Read the difference before it is committed.
 set(ENV{LC_ALL} C.UTF-8)
 

@@ -45,8 +45,8 @@ constexpr Fact facts[] = {
 };
 // clang-format on
 
-const char ofFile[] = "it is of the file, not of the survey";
-const char ofData[] = "it is of the data, not of their layout";
+const char ofFile[] = "it belongs to the file, not to the survey";
+const char ofData[] = "it belongs to the data, not to its layout";
 
 // Whether a code can have a label in a Stata file: a whole number of 32 bits, or a missing value such as `.a`.
 bool isStataCode(const QString &code)

@@ -21,7 +21,7 @@ public:
     bool isOneFamily() const;
     bool areStatistical() const { return !isCSPro(before.format) && !isCSPro(after.format); }
     /// Whether names that differ only in case are the same, because one of the formats has only upper case.
-    bool foldsNames() const { return hasUpperCaseAlone(before.format) || hasUpperCaseAlone(after.format); }
+    bool foldsNames() const { return hasOnlyUpperCase(before.format) || hasOnlyUpperCase(after.format); }
     /// Whether value sets are compared: SAS keeps them in catalogs, so a data set without its catalog has none.
     bool comparesValueSets() const { return hasKnownValueSets; }
     /// Whether the names of value sets are stated by both files, so that they are compared.
@@ -40,7 +40,7 @@ private:
     static bool isCSPro(Format format) { return format == Format::CSProText || format == Format::CSProJson; }
     static bool isSpss(Format format) { return format == Format::Spss || format == Format::SpssPortable; }
     static bool isSas(Format format) { return format == Format::Sas || format == Format::SasXport; }
-    static bool hasUpperCaseAlone(Format format)
+    static bool hasOnlyUpperCase(Format format)
     {
         return isCSPro(format) || format == Format::SpssPortable || format == Format::SasXport;
     }

@@ -145,9 +145,9 @@ void ValueSetComparison::pairSetsByContent(const Sets &ofBefore, const Sets &ofA
         return;
     // If each item has only one set, these are the same if they have a code in common, even if names and values differ.
     // A long list is not searched to its end, because many items can share it.
-    constexpr int most = 1000;
-    const QVector<Value> valuesBefore = ofBefore.constFirst()->values.mid(0, most);
-    const QVector<Value> valuesAfter = ofAfter.constFirst()->values.mid(0, most);
+    constexpr int maxValues = 1000;
+    const QVector<Value> valuesBefore = ofBefore.constFirst()->values.mid(0, maxValues);
+    const QVector<Value> valuesAfter = ofAfter.constFirst()->values.mid(0, maxValues);
     const QVector<CodeEntry> before = entriesOf(valuesBefore, type);
     const Pairing entries = pairEntries(before, entriesOf(valuesAfter, type));
     for (int i = 0; i < before.size(); ++i) {

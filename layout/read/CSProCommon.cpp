@@ -136,8 +136,8 @@ void shareLinkedValues(Layout &layout, Diagnostics &diagnostics)
     });
     if (count > maxLinkedValues)
         diagnostics.warn("too-many-linked-values",
-                         QStringLiteral("the value sets with a Link have more than %1 values; the sets after that are "
-                                        "without values")
+                         QStringLiteral("the value sets with a Link have more than %1 values; later sets have no "
+                                        "values")
                              .arg(maxLinkedValues));
 }
 

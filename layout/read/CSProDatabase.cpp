@@ -140,11 +140,11 @@ private:
     {
         if (code == SQLITE_ERROR)
             return fail("no-dictionary",
-                        QStringLiteral("the file is an SQLite database, but no CSPro data file: %1")
+                        QStringLiteral("the file is an SQLite database, but not a CSPro data file: %1")
                             .arg(QLatin1String(reason)));
         if (code == SQLITE_NOTADB)
             return fail("damaged-database",
-                        QStringLiteral("the file begins as an SQLite database, but is encrypted or damaged"));
+                        QStringLiteral("the file begins like an SQLite database, but is encrypted or damaged"));
         return fail(
             "damaged-database",
             QStringLiteral("the SQLite database cannot be read: %1").arg(QString::fromUtf8(sqlite3_errstr(code))));

@@ -39,7 +39,7 @@ bool isComment(const QByteArray &bytes, int position)
 }
 
 // The index after the comment at \a begin; the size of the bytes if the comment does not end.
-int behindComment(const QByteArray &bytes, int begin)
+int endOfComment(const QByteArray &bytes, int begin)
 {
     const bool isBlock = bytes.at(begin + 1) == '*';
     const int end = bytes.indexOf(isBlock ? "*/" : "\n", begin + 2);
@@ -54,7 +54,7 @@ int nextByte(const QByteArray &bytes, int position)
 {
     while (position < bytes.size()) {
         if (isComment(bytes, position))
-            position = behindComment(bytes, position);
+            position = endOfComment(bytes, position);
         else if (isSpace(bytes.at(position)))
             ++position;
         else
@@ -118,7 +118,7 @@ QString reasonOf(rapidjson::ParseErrorCode code, char byte)
     if (code == rapidjson::kParseErrorStringEscapeInvalid && byte != '\\')
         return QStringLiteral("a control character in a text is not escaped");
     if (code == rapidjson::kParseErrorStringMissQuotationMark)
-        return QStringLiteral("a text is not ended");
+        return QStringLiteral("a text has no closing quotation mark");
     if (code == rapidjson::kParseErrorUnspecificSyntaxError)
         return QStringLiteral("a comment is incomplete");
     QString words = QString::fromLatin1(rapidjson::GetParseError_En(code));
@@ -134,7 +134,7 @@ bool failAsOther(const CSProJsonDraft &draft, Diagnostics &diagnostics)
     const QString fileType = draft.fileType();
     if (!draft.hasDictionaryKey())
         diagnostics.fail("no-dictionary",
-                         QStringLiteral("the file is JSON, but no CSPro dictionary: it has none of the keys "
+                         QStringLiteral("the file is JSON, but not a CSPro dictionary: it has none of the keys "
                                         "\"fileType\", \"recordType\", \"relativePositions\" and \"levels\""));
     else if (!fileType.isEmpty() && fileType != QLatin1String("dictionary"))
         diagnostics.fail(
@@ -195,8 +195,8 @@ void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnos
     layout.encoding = QStringLiteral("utf-8");
     draft.complete();
     if (hasHalfPairs)
-        findings.warn("bad-bytes", QStringLiteral("texts have halves of surrogate pairs; U+FFFD is in their place"),
-                      {});
+        findings.warn("bad-bytes",
+                      QStringLiteral("texts have halves of surrogate pairs, which were replaced by U+FFFD"), {});
     findings.resolvePaths();
     cspro::shareLinkedValues(layout, diagnostics);
 }

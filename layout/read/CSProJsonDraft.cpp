@@ -65,7 +65,7 @@ void CSProJsonDraft::endLabels()
         findings.inform("empty-labels", QStringLiteral("the list \"labels\" is empty; there is no label"), address);
     else if (parts.size() > 1 && hasLanguageTwice(parts))
         findings.inform("repeated-language",
-                        QStringLiteral("a label has two texts in one language; both are kept, CSPro takes the last"),
+                        QStringLiteral("a label has two texts in one language; both are kept, and CSPro uses the last"),
                         address);
     cspro::dropEmptyLabel(*labels);
 }
@@ -103,7 +103,8 @@ void CSProJsonDraft::beginOccurrenceLabel()
 bool CSProJsonDraft::endOccurrenceLabel()
 {
     if (occurrenceLabel.occurrence < 1) {
-        findings.warn("bad-occurrence", QStringLiteral("a label is for no occurrence; it is not used"), address);
+        findings.warn("bad-occurrence", QStringLiteral("a label has no valid occurrence number and is not used"),
+                      address);
         return false;
     }
     occurrenceLabels->append(std::move(occurrenceLabel));
@@ -117,8 +118,8 @@ void CSProJsonDraft::checkOccurrenceLabels(const QVector<OccurrenceLabel> &list,
     });
     if (!areUsable)
         findings.warn("label-without-occurrence",
-                      QStringLiteral("a label is for an occurrence that does not exist, as the maximum is %1; CSPro "
-                                     "leaves it out")
+                      QStringLiteral("a label is for an occurrence that does not exist, because the maximum is %1; "
+                                     "CSPro omits it")
                           .arg(maximum),
                       address);
 }
@@ -152,7 +153,7 @@ bool CSProJsonDraft::endPair()
     value.ranges.append({ pair.code, QString() });
     if (pair.hasRange) {
         findings.addExtra(QStringLiteral("pairs.range"), jsonSpellingOf(pair.rangeJson), address);
-        findings.warn("value-and-range", QStringLiteral("a pair has both \"value\" and \"range\"; \"value\" counts"),
+        findings.warn("value-and-range", QStringLiteral("a pair has both \"value\" and \"range\"; \"value\" is used"),
                       address);
     }
     return true;
@@ -326,15 +327,15 @@ void CSProJsonDraft::endBinaryItem()
         return;
     item.isSubitem = false;
     findings.addExtra(QStringLiteral("subitem"), QStringLiteral("true"), address);
-    findings.warn("unusable-subitem", QStringLiteral("an item of this type cannot be a subitem; it counts as an item"),
+    findings.warn("unusable-subitem", QStringLiteral("an item of this type cannot be a subitem; it is read as an item"),
                   address);
 }
 
 void CSProJsonDraft::keepLength()
 {
     findings.addExtra(QStringLiteral("length"), QString::number(item.length), address);
-    findings.inform("unused-length",
-                    QStringLiteral("an item of this type takes one column; its \"length\" does not count"), address);
+    findings.inform("unused-length", QStringLiteral("an item of this type takes one column; its \"length\" is ignored"),
+                    address);
 }
 
 void CSProJsonDraft::endSubitem()
@@ -413,8 +414,8 @@ void CSProJsonDraft::beginLevel()
 void CSProJsonDraft::endLevel()
 {
     if (level.ids.isEmpty())
-        findings.warn("level-without-ids",
-                      QStringLiteral("the level has no id item; CSPro leaves it out with its records"), address);
+        findings.warn("level-without-ids", QStringLiteral("the level has no id item; CSPro omits it and its records"),
+                      address);
     layout.levels.append(std::move(level));
     address.level = -1;
 }

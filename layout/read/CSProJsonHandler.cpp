@@ -425,27 +425,26 @@ void CSProJsonHandler::report(Reason reason, const QString &word)
         findings.inform("unknown-key", QStringLiteral("the key %1 is unknown").arg(cspro::quoted(word)), draft.address);
         break;
     case Reason::RepeatedKey:
-        findings.inform(
-            "repeated-key",
-            QStringLiteral("the key %1 comes again in one object; the first one counts").arg(cspro::quoted(word)),
-            draft.address);
+        findings.inform("repeated-key",
+                        QStringLiteral("the key %1 occurs more than once in one object; the first one is used")
+                            .arg(cspro::quoted(word)),
+                        draft.address);
         break;
     case Reason::NoPlace:
-        findings.inform(
-            "extra-key",
-            QStringLiteral("the value of %1 has no place in the layout; it is kept beside it").arg(cspro::quoted(word)),
-            draft.address);
+        findings.inform("extra-key",
+                        QStringLiteral("the value of %1 has no member in the layout; it is kept as an extra statement")
+                            .arg(cspro::quoted(word)),
+                        draft.address);
         break;
     case Reason::UnknownWord:
-        findings.warn("unknown-word",
-                      QStringLiteral("the value of %1 is no word that it can have").arg(cspro::quoted(word)),
+        findings.warn("unknown-word", QStringLiteral("the value of %1 is not a valid word").arg(cspro::quoted(word)),
                       draft.address);
         break;
     case Reason::WrongType:
-        findings.warn("wrong-type",
-                      QStringLiteral("a value of %1 is not %2, so it does not count")
-                          .arg(cspro::quoted(word), nameOf(keptShape())),
-                      draft.address);
+        findings.warn(
+            "wrong-type",
+            QStringLiteral("a value of %1 is not %2, and is ignored").arg(cspro::quoted(word), nameOf(keptShape())),
+            draft.address);
         break;
     }
 }
@@ -492,7 +491,7 @@ QString CSProJsonHandler::fullKey() const
 void CSProJsonHandler::informOfConversion(const QString &value)
 {
     findings.inform("converted-type",
-                    QStringLiteral("a value of %1 is not %2, but counts as %3")
+                    QStringLiteral("a value of %1 is not %2, and is read as %3")
                         .arg(cspro::quoted(keptKey()), nameOf(keptShape()), cspro::quoted(value)),
                     draft.address);
 }
@@ -504,9 +503,10 @@ QString CSProJsonHandler::textOf(const char *bytes, int size)
     bool isDamaged = false;
     const QString text = decoding::fromUtf8(bytes, size, &isDamaged);
     if (isDamaged)
-        findings.warn("bad-bytes",
-                      QStringLiteral("a text has bytes that stand for no character; U+FFFD is in their place"),
-                      draft.address);
+        findings.warn(
+            "bad-bytes",
+            QStringLiteral("a text has bytes that are not valid in its encoding; they were replaced by U+FFFD"),
+            draft.address);
     return texts.text(text);
 }
 

@@ -72,7 +72,7 @@ public:
     }
 
     // The first column after all of them, including those with a stored start further to the right.
-    qint64 behind()
+    qint64 firstColumnAfter()
     {
         if (!isTypePlaced)
             placeType();
@@ -102,7 +102,7 @@ qint64 layOutIds(Layout &layout, const std::vector<LevelColumns> &stored, bool i
         for (int id = 0; id < ids.size(); ++id)
             columns.place(ids[id], stored[size_t(level)].ids[size_t(id)]);
     }
-    return columns.behind();
+    return columns.firstColumnAfter();
 }
 
 // The items of a record follow each other from \a next on, whatever starts are stored.

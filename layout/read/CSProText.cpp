@@ -22,9 +22,10 @@ void CSProTextReader::read(const QByteArray &bytes)
     layout.format = Format::CSProText;
     layout.encoding = content.encoding;
     for (const int line : content.damagedLines)
-        warn("bad-bytes", QStringLiteral("the line has bytes that stand for no character; U+FFFD is in their place"),
+        warn("bad-bytes",
+             QStringLiteral("the line has bytes that are not valid in its encoding; they were replaced by U+FFFD"),
              line);
-    if (content.hasReturnsAlone)
+    if (content.hasOnlyReturns)
         inform("carriage-returns", QStringLiteral("the lines end in carriage returns without line feeds"), 1);
     firstProblem = layout.problems.size();
     CSProTextLines lines(content.text());
@@ -35,11 +36,12 @@ void CSProTextReader::read(const QByteArray &bytes)
     if (hasDictionary)
         finish();
     else
-        diagnostics.fail("no-dictionary",
-                         QStringLiteral("the text has no section [Dictionary], so it is no CSPro dictionary; its first "
-                                        "section is %1")
-                             .arg(firstSection),
-                         firstSectionLine);
+        diagnostics.fail(
+            "no-dictionary",
+            QStringLiteral("the text has no section [Dictionary], so it is not a CSPro dictionary; its first "
+                           "section is %1")
+                .arg(firstSection),
+            firstSectionLine);
 }
 
 void CSProTextReader::readStatement(const Statement &statement)
@@ -79,7 +81,7 @@ void CSProTextReader::checkOccurrenceLabels(int occurrences)
         const int occurrence = named.occurrenceLabels->at(int(index)).occurrence;
         if (occurrences <= 1 || occurrence > occurrences)
             warn("label-without-occurrence",
-                 QStringLiteral("the label is for occurrence %1, but the maximum is %2; CSPro leaves it out")
+                 QStringLiteral("the label is for occurrence %1, but the maximum is %2; CSPro omits it")
                      .arg(occurrence)
                      .arg(occurrences),
                  occurrenceLines[index]);
@@ -118,7 +120,7 @@ void CSProTextReader::checkLevels()
         const Level &each = qAsConst(layout).levels.at(index);
         if (each.ids.isEmpty())
             diagnostics.warn("level-without-ids",
-                             QStringLiteral("the level has no id item; CSPro leaves it out with its records"),
+                             QStringLiteral("the level has no id item; CSPro omits it and its records"),
                              { levelLines[size_t(index)], cspro::nameInPath(each.name) });
     }
 }

@@ -154,7 +154,7 @@ void CSProTextReader::readKey(const Statement &statement)
 void CSProTextReader::readKnownKey(const Key &key, const Statement &statement)
 {
     if (!statement.hasEqualsSign)
-        warn("no-equals-sign", QStringLiteral("there is no = behind %1; write %1=").arg(textOf(statement.key)),
+        warn("no-equals-sign", QStringLiteral("there is no = after %1; write %1=").arg(textOf(statement.key)),
              statement.line);
     Statement &counting = stated[size_t(&key - section->keys.data())];
     const bool isRepeated = counting.line != 0 && key.counts != Counts::All;
@@ -169,7 +169,7 @@ void CSProTextReader::readKnownKey(const Key &key, const Statement &statement)
 void CSProTextReader::readLanguage(const Statement &statement)
 {
     if (!statement.hasEqualsSign)
-        warn("no-equals-sign", QStringLiteral("there is no = behind the language; write CODE=Name"), statement.line);
+        warn("no-equals-sign", QStringLiteral("there is no = after the language; write CODE=Name"), statement.line);
     layout.languages.append({ textOf(statement.key), textOf(statement.value) });
 }
 
@@ -177,7 +177,7 @@ void CSProTextReader::keepUnknownKey(const Statement &statement)
 {
     keep(textOf(statement.key), statement);
     warn("unknown-key",
-         QStringLiteral("the key %1 is unknown here; the line is kept as it is").arg(shown(statement.key)),
+         QStringLiteral("the key %1 is unknown here; the line is kept unchanged").arg(shown(statement.key)),
          statement.line);
 }
 
@@ -185,7 +185,7 @@ void CSProTextReader::keepBadOccurrence(const Statement &statement)
 {
     keep(textOf(statement.key), statement);
     warn("bad-occurrence",
-         QStringLiteral("%1 is %2, but begins with the number of an occurrence and a comma where it is right")
+         QStringLiteral("%1 is %2; write the number of an occurrence, a comma and the label")
              .arg(textOf(statement.key), shown(statement.value)),
          statement.line);
 }
@@ -199,7 +199,7 @@ void CSProTextReader::keepRepeated(const Statement &statement)
 {
     const QString key = textOf(statement.key);
     keep(QStringLiteral("repeated ") + key, statement);
-    inform("repeated-key", QStringLiteral("%1 comes more than once; this one does not count").arg(key), statement.line);
+    inform("repeated-key", QStringLiteral("%1 occurs more than once; this one is ignored").arg(key), statement.line);
 }
 
 int CSProTextReader::numberIn(const Statement &statement)
@@ -207,7 +207,7 @@ int CSProTextReader::numberIn(const Statement &statement)
     const Number number = numberOf(statement.value);
     if (!number.isWhole)
         warn("bad-number",
-             QStringLiteral("%1 is %2, which is no whole number; it is taken for %3")
+             QStringLiteral("%1 is %2, which is not an integer; it is read as %3")
                  .arg(textOf(statement.key), shown(statement.value), QString::number(number.value)),
              statement.line);
     return number.value;
@@ -218,7 +218,7 @@ bool CSProTextReader::yesOrNoIn(const Statement &statement)
     const bool isNo = isSameKey(statement.value.substr(0, 1), "n");
     if (!isYes(statement.value) && !isNo)
         warn("neither-yes-nor-no",
-             QStringLiteral("%1 is %2, which is neither Yes nor No; it is taken for No")
+             QStringLiteral("%1 is %2, which is neither Yes nor No; it is read as No")
                  .arg(textOf(statement.key), shown(statement.value)),
              statement.line);
     return isYes(statement.value);
@@ -292,7 +292,8 @@ void CSProTextReader::readPositions(const Statement &statement)
 {
     layout.relativePositions = isSameKey(statement.value, "Relative");
     if (!*layout.relativePositions && !isSameKey(statement.value, "Absolute"))
-        warn("unknown-word", QStringLiteral("Positions is %1, which is taken for Absolute").arg(shown(statement.value)),
+        warn("unknown-word",
+             QStringLiteral("Positions is %1, which is unknown; it is read as Absolute").arg(shown(statement.value)),
              statement.line);
 }
 
@@ -307,7 +308,8 @@ void CSProTextReader::readItemType(const Statement &statement)
 {
     item->isSubitem = isSameKey(statement.value, "SubItem");
     if (!item->isSubitem && !isSameKey(statement.value, "Item"))
-        warn("unknown-word", QStringLiteral("ItemType is %1, which is taken for Item").arg(shown(statement.value)),
+        warn("unknown-word",
+             QStringLiteral("ItemType is %1, which is unknown; it is read as Item").arg(shown(statement.value)),
              statement.line);
 }
 
@@ -369,7 +371,8 @@ void CSProTextReader::readSpecial(const Statement &statement)
         return;
     keep(textOf(statement.key), statement);
     warn("unknown-special",
-         QStringLiteral("the special value %1 is unknown; the value is a normal one").arg(shown(word)), statement.line);
+         QStringLiteral("the special value %1 is unknown; the value is read as an ordinary one").arg(shown(word)),
+         statement.line);
 }
 
 // Begins a new link if the last one already has its secondary.
@@ -387,7 +390,7 @@ void CSProTextReader::openLink()
 void CSProTextReader::readRelationLabel(const Statement &statement)
 {
     keep(textOf(statement.key), statement);
-    inform("relation-label", QStringLiteral("a relation has no label; the line is kept as it is"), statement.line);
+    inform("relation-label", QStringLiteral("a relation has no label; the line is kept unchanged"), statement.line);
 }
 
 void CSProTextReader::readLinkItem(const Statement &statement, QString RelationLink::*member, bool &isRead)

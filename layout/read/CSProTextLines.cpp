@@ -43,7 +43,7 @@ bool isCharacter(const char *unit, char character, const Encoding &encoding)
 }
 
 // The index after the next occurrence of a character from \a index on; -1 if there is none.
-int indexBehind(const QByteArray &bytes, int index, char character, const Encoding &encoding)
+int indexAfter(const QByteArray &bytes, int index, char character, const Encoding &encoding)
 {
     for (; index + encoding.unitSize <= bytes.size(); index += encoding.unitSize) {
         if (isCharacter(bytes.constData() + index, character, encoding))
@@ -55,7 +55,7 @@ int indexBehind(const QByteArray &bytes, int index, char character, const Encodi
 // The character that ends lines: a carriage return in a text without any line feed, else a line feed.
 char lineEndOf(const QByteArray &bytes, int begin, const Encoding &encoding)
 {
-    return indexBehind(bytes, begin, '\n', encoding) < 0 ? '\r' : '\n';
+    return indexAfter(bytes, begin, '\n', encoding) < 0 ? '\r' : '\n';
 }
 
 // Decodes line by line, so that the numbers of damaged lines are known.
@@ -63,7 +63,7 @@ void decodeLines(const QByteArray &bytes, int begin, const Encoding &encoding, C
 {
     const char lineEnd = lineEndOf(bytes, begin, encoding);
     for (int line = 1; begin < bytes.size(); ++line) {
-        const int found = indexBehind(bytes, begin, lineEnd, encoding);
+        const int found = indexAfter(bytes, begin, lineEnd, encoding);
         const int end = found < 0 ? bytes.size() : found;
         bool isDamaged = false;
         content.bytes += encoding.decode(bytes.constData() + begin, end - begin, &isDamaged).toUtf8();
@@ -113,8 +113,8 @@ CSProTextContent decodeCSProText(const QByteArray &bytes)
     } else {
         decodeLines(bytes, begin, encoding, content);
     }
-    content.hasReturnsAlone = !content.bytes.contains('\n') && content.bytes.contains('\r');
-    if (content.hasReturnsAlone)
+    content.hasOnlyReturns = !content.bytes.contains('\n') && content.bytes.contains('\r');
+    if (content.hasOnlyReturns)
         content.bytes.replace('\r', '\n');
     return content;
 }

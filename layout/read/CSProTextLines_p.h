@@ -18,7 +18,7 @@ struct CSProTextContent {
     QByteArray bytes; ///< shared with the bytes of the file if these are well-formed UTF-8
     int begin = 0;    ///< index of the first character in `bytes`
     /// Whether the file has carriage returns but no line feed. They then end its lines, and are line feeds in `bytes`.
-    bool hasReturnsAlone = false;
+    bool hasOnlyReturns = false;
     /// 1-based numbers of the lines with invalid bytes, which were replaced by U+FFFD.
     std::vector<int> damagedLines;
 

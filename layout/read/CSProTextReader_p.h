@@ -75,7 +75,7 @@ private:
     void leave();
     void leaveSection();
     void keepSection(const Statement &statement, const Section *known);
-    void keepTextBehindSection(const Statement &statement);
+    void keepTextAfterSection(const Statement &statement);
     void nameFindings(int problem, int extra);
     template <typename Element> void setNamed(Element &element);
     void requireLevel();

@@ -103,7 +103,7 @@ void CSProTextReader::beginSection(const Statement &statement)
     if (!known || !(this->*known->begin)())
         keepSection(statement, known);
     else if (!statement.value.empty())
-        keepTextBehindSection(statement);
+        keepTextAfterSection(statement);
 }
 
 void CSProTextReader::enter(const Section *next, int line)
@@ -141,18 +141,17 @@ void CSProTextReader::keepSection(const Statement &statement, const Section *kno
 {
     section = nullptr;
     keep(textOf(statement.key), statement);
-    const QString problem = known ? QStringLiteral("has no place here") : QStringLiteral("is unknown");
+    const QString problem = known ? QStringLiteral("is not allowed here") : QStringLiteral("is unknown");
     warn(known ? "misplaced-section" : "unknown-section",
-         QStringLiteral("the section %1 %2; its lines are kept as they are").arg(shown(statement.key), problem),
+         QStringLiteral("the section %1 %2; its lines are kept unchanged").arg(shown(statement.key), problem),
          statement.line);
 }
 
-void CSProTextReader::keepTextBehindSection(const Statement &statement)
+void CSProTextReader::keepTextAfterSection(const Statement &statement)
 {
     keep(textOf(statement.key), statement);
-    warn("text-behind-section",
-         QStringLiteral("%1 is behind the name of the section; write it on a line of its own")
-             .arg(shown(statement.value)),
+    warn("text-after-section",
+         QStringLiteral("%1 follows the name of the section; write it on a separate line").arg(shown(statement.value)),
          statement.line);
 }
 
@@ -176,7 +175,8 @@ void CSProTextReader::requireLevel()
     if (level)
         return;
     beginLevel();
-    warn("no-level-yet", QStringLiteral("there is no [Level] before this section; it is put into one without a name"),
+    warn("no-level-yet",
+         QStringLiteral("there is no [Level] before this section; it was put into a level without a name"),
          sectionLine);
 }
 
@@ -190,10 +190,10 @@ bool CSProTextReader::beginDictionary()
 {
     setNamed(layout);
     if (hasDictionary)
-        warn("repeated-section", QStringLiteral("[Dictionary] comes more than once; it is read as one section"),
-             sectionLine);
+        warn("repeated-section",
+             QStringLiteral("[Dictionary] occurs more than once; its parts are read as one section"), sectionLine);
     else if (level)
-        warn("dictionary-behind-level", QStringLiteral("[Dictionary] comes behind [Level]; move it to the begin"),
+        warn("dictionary-after-level", QStringLiteral("[Dictionary] comes after [Level]; move it to the beginning"),
              sectionLine);
     if (hasDictionary)
         stated = dictionaryStatements;
@@ -204,7 +204,7 @@ bool CSProTextReader::beginDictionary()
 bool CSProTextReader::beginLanguages()
 {
     if (!areLanguagesRead && level)
-        warn("languages-behind-level", QStringLiteral("[Languages] comes behind [Level]; move it before the first one"),
+        warn("languages-after-level", QStringLiteral("[Languages] comes after [Level]; move it before the first one"),
              sectionLine);
     return !std::exchange(areLanguagesRead, true);
 }
@@ -299,23 +299,22 @@ void CSProTextReader::endLevel()
 {
     finishNote();
     require(!named.name->isEmpty(), "level-without-name",
-            QStringLiteral("the level has no Name; CSPro leaves it out with its records"));
+            QStringLiteral("the level has no Name; CSPro omits it and its records"));
 }
 
 void CSProTextReader::endRecord()
 {
     finishNote();
-    require(!named.name->isEmpty(), "record-without-name",
-            QStringLiteral("the record has no Name; CSPro leaves it out"));
+    require(!named.name->isEmpty(), "record-without-name", QStringLiteral("the record has no Name; CSPro omits it"));
     checkOccurrenceLabels(record->maximum);
 }
 
 void CSProTextReader::endItem()
 {
     finishNote();
-    require(!named.name->isEmpty(), "item-without-name", QStringLiteral("the item has no Name; CSPro leaves it out"));
+    require(!named.name->isEmpty(), "item-without-name", QStringLiteral("the item has no Name; CSPro omits it"));
     require(item->start >= 1, "item-without-start", QStringLiteral("the item has no Start; its columns are unknown"));
-    require(item->length >= 1, "item-without-length", QStringLiteral("the item has no Len; CSPro leaves it out"));
+    require(item->length >= 1, "item-without-length", QStringLiteral("the item has no Len; CSPro omits it"));
     item->zeroFill = item->zeroFill && item->isNumeric();
     item->decimalMark = item->decimalMark && item->isNumeric();
     checkOccurrenceLabels(item->occurrences);
@@ -327,7 +326,7 @@ void CSProTextReader::endValueSet()
 {
     finishNote();
     require(!named.name->isEmpty(), "value-set-without-name",
-            QStringLiteral("the value set has no Name; CSPro leaves it out"));
+            QStringLiteral("the value set has no Name; CSPro omits it"));
 }
 
 void CSProTextReader::endValue()
@@ -338,7 +337,7 @@ void CSProTextReader::endValue()
     if (value.ranges.isEmpty())
         inform("value-without-code", QStringLiteral("the value has no code"), sectionLine);
     else if (item->isNumeric() && !areCodesNumbers && !isBlank)
-        inform("code-without-number", QStringLiteral("the item is numeric, but a code of the value is no number"),
+        inform("code-without-number", QStringLiteral("the item is numeric, but a code of the value is not a number"),
                sectionLine);
 }
 

@@ -30,7 +30,7 @@ void Diagnostics::addExtra(const Place &place, const QString &key, const QString
     } else if (!hasTooManyExtras) {
         hasTooManyExtras = true;
         warn("too-many-extras",
-             QStringLiteral("more than %1 statements have no place in the layout; further ones are not kept")
+             QStringLiteral("more than %1 statements have no member in the layout; further ones are not kept")
                  .arg(maxExtras),
              place);
     }

@@ -56,7 +56,7 @@ void readWith(Input &input, Layout &layout, Diagnostics &diagnostics)
 
 // The problem of the device after the last bytes of a short file; empty at the end of the file. Only reading shows
 // which of the two it is.
-QString problemBehind(QIODevice &device)
+QString problemOfContent(QIODevice &device)
 {
     const qint64 begin = device.pos();
     QString problem;
@@ -71,7 +71,7 @@ void readDevice(QIODevice &device, const QString &path, const ReadOptions &optio
     Diagnostics diagnostics(layout);
     bool isAll = false;
     const QByteArray head = headOf(device, isAll);
-    const QString problem = isAll ? problemBehind(device) : QString();
+    const QString problem = isAll ? problemOfContent(device) : QString();
     if (!problem.isEmpty()) {
         diagnostics.fail("cannot-read", problem);
         return;
@@ -150,7 +150,7 @@ QByteArray readAllOf(QIODevice &device, QString &problem)
         if (block.isEmpty())
             break;
         if (bytes.size() + block.size() > maxSize) {
-            problem = QStringLiteral("is larger than 1 GiB, which is as much as is read");
+            problem = QStringLiteral("is larger than 1 GiB, which is the limit");
             return QByteArray();
         }
         bytes += block;

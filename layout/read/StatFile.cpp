@@ -172,7 +172,7 @@ Outcome parseFrom(BufferedDevice &file, Collector &collector, readstat_parser_t 
     collector.rethrow();
     if (outcome.error == READSTAT_ERROR_USER_ABORT && collector.hasEndedParse())
         outcome.error = READSTAT_OK;
-    outcome.words = file.isReadOverAndOver() ? QStringLiteral("its parts lead back to each other")
+    outcome.words = file.isReadOverAndOver() ? QStringLiteral("its parts refer back to each other")
                                              : wordsFor(outcome.error, collector);
     outcome.deviceProblem = file.problem();
     return outcome;
@@ -202,7 +202,7 @@ void readCatalog(const Input &input, Format format, Collector &collector, Diagno
     if (path.isEmpty())
         return;
     if (format != Format::Sas && format != Format::SasXport) {
-        diagnostics.inform("catalog-not-used", QStringLiteral("the catalog %1 is for SAS files alone").arg(path));
+        diagnostics.inform("catalog-not-used", QStringLiteral("the catalog %1 is only for SAS files").arg(path));
         return;
     }
     const QString problem = catalogProblem(path, collector);

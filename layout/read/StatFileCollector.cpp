@@ -277,7 +277,7 @@ void Collector::finish()
     reportUnusedSets();
     if (hasTooMuchText)
         diagnostics.warn("too-much-text",
-                         QStringLiteral("the labels and notes have more bytes than the file has room for; further ones "
+                         QStringLiteral("the labels and notes are larger than such a file can contain; further ones "
                                         "are not kept"));
     Record record;
     record.items = std::move(items);

@@ -73,9 +73,9 @@ int lengthOfText(const readstat_variable_t &variable, Format format, const QStri
         return bytes(width > 0 ? width - 1 : 0);
     if (format != Format::Spss && format != Format::SpssPortable)
         return bytes(width);
-    const int most = bytes(format == Format::SpssPortable ? width / unit : width);
+    const int maxBytes = bytes(format == Format::SpssPortable ? width / unit : width);
     const int inFormat = widthInFormat(formatText);
-    return inFormat > 0 ? std::min(inFormat, most) : most;
+    return inFormat > 0 ? std::min(inFormat, maxBytes) : maxBytes;
 }
 
 QVector<Range> missingOf(const readstat_variable_t &variable)

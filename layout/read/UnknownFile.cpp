@@ -157,14 +157,14 @@ void reportText(const QByteArray &text, bool isWhole, Diagnostics &diagnostics)
     if (const Signature *signature = findTextSignature(begin.left(wrapperSize).toLower()))
         diagnostics.fail(id, describeKind(*signature));
     else if (begin.isEmpty())
-        diagnostics.fail(id, QStringLiteral("the file begins with white space alone"));
+        diagnostics.fail(id, QStringLiteral("only white space was found at the beginning of the file"));
     else if (isCsv(begin, isWhole))
         diagnostics.fail(
             id, QStringLiteral("the file is a CSV file with data; a layout is in the dictionary that belongs to it"));
     else
         diagnostics.fail(id,
-                         QStringLiteral("the text does not begin with a section such as [Dictionary], so it is no "
-                                        "CSPro dictionary"),
+                         QStringLiteral("the text does not begin with a section such as [Dictionary], so it is not "
+                                        "a CSPro dictionary"),
                          lineOfFirstText(text));
 }
 

@@ -30,14 +30,14 @@ bool isBoundary(const QString &text, int at)
 
 CommonEnds commonEndsOf(const QString &one, const QString &other)
 {
-    const int most = std::min(one.size(), other.size());
+    const int maxEnds = std::min(one.size(), other.size());
     CommonEnds ends;
-    while (ends.front < most && one.at(ends.front) == other.at(ends.front))
+    while (ends.front < maxEnds && one.at(ends.front) == other.at(ends.front))
         ++ends.front;
     while (ends.front > 0 && !(isBoundary(one, ends.front) && isBoundary(other, ends.front)))
         --ends.front;
     const auto isBack = [&](int back) { return one.at(one.size() - back) == other.at(other.size() - back); };
-    while (ends.back < most - ends.front && isBack(ends.back + 1))
+    while (ends.back < maxEnds - ends.front && isBack(ends.back + 1))
         ++ends.back;
     while (ends.back > 0 && !(isBoundary(one, one.size() - ends.back) && isBoundary(other, other.size() - ends.back)))
         --ends.back;

@@ -142,8 +142,8 @@ public:
             if (i == 0 || !isSameSection(changes.at(i - 1), changes.at(i)))
                 shown.section(changes.at(i));
             const int end = endOfShift(i);
-            constexpr int least = 3;
-            if (end - i >= least) {
+            constexpr int minShifted = 3;
+            if (end - i >= minShifted) {
                 shown.shift(changes.at(i), changes.at(end - 1), end - i, columnsOf(changes.at(i)));
                 i = end;
             } else {

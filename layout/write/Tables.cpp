@@ -73,7 +73,7 @@ int setHeads(QVector<Table> &tables, int first, int headAbove)
 
 QVector<Table> tablesOf(const Layout &layout)
 {
-    static const Record idsAlone;
+    static const Record onlyIds;
     QVector<Table> tables;
     UniqueNames names;
     int head = -1;
@@ -85,7 +85,7 @@ QVector<Table> tablesOf(const Layout &layout)
             tables.append({ index, &record, uniqueName(names, safeName(record.name)), isKeyed, -1 });
         }
         if (level.records.isEmpty() && !level.ids.isEmpty())
-            tables.append({ index, &idsAlone, uniqueName(names, safeName(level.name)), hasIds(layout, index), -1 });
+            tables.append({ index, &onlyIds, uniqueName(names, safeName(level.name)), hasIds(layout, index), -1 });
         head = setHeads(tables, first, head);
     }
     return tables;

@@ -168,7 +168,7 @@ std::optional<QStringView> TCSPro::findValue(const SectionLines &lines, const QS
 QString TCSPro::getStringValue(const SectionLines &lines, const QString &key) const
 {
     QString result = emptyText();
-    cspro::passOverExceptions([&] {
+    cspro::ignoreExceptions([&] {
         if (const auto value = findValue(lines, key, KeyType::text))
             result = texts.text(*value);
     });
@@ -178,7 +178,7 @@ QString TCSPro::getStringValue(const SectionLines &lines, const QString &key) co
 int TCSPro::getIntValue(const SectionLines &lines, const QString &key, int defaultValue) const
 {
     int result = defaultValue;
-    cspro::passOverExceptions([&] {
+    cspro::ignoreExceptions([&] {
         bool ok = false;
         const auto value = findValue(lines, key, KeyType::number);
         const int number = value ? numbers::toInt(*value, &ok) : 0;
@@ -420,7 +420,7 @@ void TCSPro::attachValueSet(TCSProValueSet *set)
 void TCSPro::requireRoom(qint64 newItems, qint64 newNameCharacters)
 {
     if (!hasRoom(newItems, newNameCharacters))
-        throw ReadingGivenUp(QStringLiteral("asks for more than %1 items, or %2 characters in the names of occurrences")
+        throw ReadingGivenUp(QStringLiteral("has more than %1 items, or %2 characters in the names of occurrences")
                                  .arg(maxItems)
                                  .arg(maxNameCharacters));
 }
@@ -431,5 +431,5 @@ void TCSPro::requireRoomFor(const TCSProValueSet &set)
     const int copies = currentItem->firstOccurrence == 0 ? 1 : currentOccurrences;
     if (!hasRoomForValues(copies, set.Count()))
         throw ReadingGivenUp(
-            QStringLiteral("asks for more than %1 value labels in the occurrences of items").arg(maxRepeatedValues));
+            QStringLiteral("has more than %1 value labels in the occurrences of items").arg(maxRepeatedValues));
 }

@@ -43,7 +43,7 @@ QByteArray readHead(const QString &fileName, QString &readProblem)
 // Returns the reason why a file with this head is not read.
 QString describeHead(const QByteArray &head)
 {
-    QString words = QStringLiteral("no \"{\" behind white space among the first 16 bytes");
+    QString words = QStringLiteral("no \"{\" after white space among the first 16 bytes");
     if (head.startsWith("\xEF\xBB\xBF"))
         words += QLatin1String(", but a byte-order mark of UTF-8");
     else if (head.startsWith("\xFF\xFE") || head.startsWith("\xFE\xFF"))
@@ -59,7 +59,7 @@ QByteArray readWhole(const QString &fileName, QString &readProblem)
     if (!file.open(QIODevice::ReadOnly))
         return QByteArray(); // LCOV_EXCL_LINE: the file was opened a moment before
     if (file.size() > maxBytes) {
-        readProblem = QStringLiteral("is larger than 2 GiB, the most that a JSON dictionary can have");
+        readProblem = QStringLiteral("is larger than 2 GiB, the limit for a JSON dictionary");
         return QByteArray();
     }
     QByteArray bytes = readAllOf(file);

@@ -111,9 +111,9 @@ bool hasType(const QJsonValue &value, JsonType type)
 QString textOf(const QString &key, const QJsonValue &value)
 {
     constexpr int maxCharacters = 80;
-    QJsonObject alone;
-    alone.insert(key, value);
-    QString text = QString::fromUtf8(QJsonDocument(alone).toJson(QJsonDocument::Compact)).mid(1);
+    QJsonObject pair;
+    pair.insert(key, value);
+    QString text = QString::fromUtf8(QJsonDocument(pair).toJson(QJsonDocument::Compact)).mid(1);
     text.chop(1);
     return text.left(maxCharacters);
 }
@@ -222,9 +222,9 @@ private:
     void overLevelHead(const QJsonObject &level)
     {
         overKeys(level, levelKeys);
-        if (isBehindFirstLevel)
+        if (isAfterFirstLevel)
             note(NoteKind::furtherLevel, level.value(QLatin1String("name")).toString());
-        isBehindFirstLevel = true;
+        isAfterFirstLevel = true;
         const QJsonObject ids = objectOf(level, "ids");
         overKeys(ids, idsKeys);
         const QJsonArray items = arrayOf(ids, "items");
@@ -360,7 +360,7 @@ private:
     bool isInteger = false;
     NumbersSoFar numbersSoFar;    ///< codes of the current value set
     KeyedSet<QString> textsSoFar; ///< codes of the current value set that are not numbers
-    bool isBehindFirstLevel = false;
+    bool isAfterFirstLevel = false;
     bool hasRecordTypes = false;
     bool isColumnOneTaken = false; ///< by the record type or the id items
 };

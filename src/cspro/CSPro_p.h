@@ -24,7 +24,7 @@ class ValueSetNotes;
 void logException(const std::exception &error);
 
 /// Runs \a work; an exception ends it and is logged.
-template <typename Work> void passOverExceptions(Work work)
+template <typename Work> void ignoreExceptions(Work work)
 {
     try {
         work();

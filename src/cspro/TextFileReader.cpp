@@ -17,7 +17,7 @@ constexpr qint64 pieceSize = 1 << 20;
 void requireRoom(qint64 size)
 {
     if (size > maxBytes)
-        throw ReadingGivenUp(QStringLiteral("is larger than 1 GiB, the most that a text dictionary can have"));
+        throw ReadingGivenUp(QStringLiteral("is larger than 1 GiB, the limit for a text dictionary"));
 }
 
 // This is for a pipe or a device, which has no size and may have no end.

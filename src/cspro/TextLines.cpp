@@ -16,7 +16,7 @@ TextLines TextLines::ofText(QStringView text)
 {
     TextLines lines;
     lines.text = text;
-    lines.end = lines.feedBehind(0);
+    lines.end = lines.feedAfter(0);
     return lines;
 }
 
@@ -26,15 +26,15 @@ void TextLines::moveTo(int index) const
     if (index < line) {
         line = 0;
         begin = 0;
-        end = feedBehind(0);
+        end = feedAfter(0);
     }
     for (; line < index && end < text.size(); ++line) {
         begin = end + 1;
-        end = feedBehind(begin);
+        end = feedAfter(begin);
     }
 }
 
-qsizetype TextLines::feedBehind(qsizetype position) const
+qsizetype TextLines::feedAfter(qsizetype position) const
 {
     return std::find(text.begin() + position, text.end(), QLatin1Char('\n')) - text.begin();
 }

@@ -42,7 +42,7 @@ private:
             moveTo(index);
     }
     void moveTo(int index) const;
-    qsizetype feedBehind(qsizetype position) const;
+    qsizetype feedAfter(qsizetype position) const;
 
     const QStringList *texts = nullptr;
     QStringView text;

@@ -46,8 +46,7 @@ bool Reading::hasRoomFor(qint64 bytes)
     labelBytesLeft -= bytes;
     if (labelBytesLeft >= 0)
         return true;
-    readProblem.line
-        = QStringLiteral("has more than %1 bytes of value labels, the most that can be read").arg(maxLabelBytes);
+    readProblem.line = QStringLiteral("has more than %1 bytes of value labels, which is the limit").arg(maxLabelBytes);
     return false;
 }
 

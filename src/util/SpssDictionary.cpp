@@ -284,13 +284,12 @@ QString SpssDictionary::problem() const
     if (!isReadable || !isSpss || fileSize < smallestBigFile)
         return QString();
     if (isFaulty(readstat::mendsSpssPasses) && !isWhole)
-        return QStringLiteral("breaks off in its dictionary, or holds a record there that cannot be read");
+        return QStringLiteral("has a dictionary that is cut, or a record in it that cannot be read");
     if (isFaulty(readstat::mendsSpssLongNames) && hasLongNames && variables > maxLongNames)
-        return QStringLiteral("has more than %1 variables with long names, the most that can be read")
-            .arg(maxLongNames);
+        return QStringLiteral("has more than %1 variables with long names, which is the limit").arg(maxLongNames);
     if (isFaulty(readstat::mendsSpssLookups) && lookupSteps > maxLookupSteps)
         return QStringLiteral("has too many sets of labels or missing values of long texts, or records of long names, "
-                              "for its %1 variables: their number times the variables may be %2")
+                              "for its %1 variables: their number times the variables may be at most %2")
             .arg(variables)
             .arg(maxLookupSteps);
     return QString();

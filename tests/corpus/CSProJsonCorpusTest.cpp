@@ -222,7 +222,7 @@ QStringList fieldsOf(const json &layout)
 void CSProJsonCorpusTest::initTestCase()
 {
     if (!QFileInfo(corpus).isDir())
-        QSKIP("the corpus of dictionaries is not on this machine");
+        QSKIP("the corpus is not available");
     QVERIFY(directory.isValid());
     QVERIFY(QFileInfo(QStringLiteral(VAN_TOOL)).isExecutable());
     qputenv("LC_ALL", "C.UTF-8");

@@ -229,7 +229,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         if (!QDir(corpus).exists())
-            QSKIP("the corpus is not at hand");
+            QSKIP("the corpus is not available");
     }
 
     void everyFileIsRead_data()

@@ -199,7 +199,7 @@ private Q_SLOTS:
         QCOMPARE(report.notes().back().kind, NoteKind::layoutGivenUp);
         QCOMPARE(report.notes().back().line, 5);
         QCOMPARE(report.notes().back().text, QString("Name=B"));
-        QVERIFY(dictionary.readProblem.startsWith("asks for more than "));
+        QVERIFY(dictionary.readProblem.startsWith("has more than "));
     }
 
     // The limit counts each value at each occurrence that has it: 2,000 values of 2,000 occurrences are exactly the
@@ -215,7 +215,7 @@ private Q_SLOTS:
         QTest::newRow("beyond it") << 2001 << other << false;
         QTest::newRow("beyond it together with another item") << 2 << full << false;
         QTest::newRow("one occurrence counts nothing") << 1 << full << true;
-        QTest::newRow("the last occurrence alone has the set") << 2001 << QString() << true;
+        QTest::newRow("the last occurrence only has the set") << 2001 << QString() << true;
     }
     void valuesOfOccurrencesAreBounded()
     {
@@ -232,7 +232,7 @@ private Q_SLOTS:
         QCOMPARE(!error, isRead);
         QCOMPARE(report.count(NoteKind::layoutGivenUp), isRead ? 0 : 1);
         QCOMPARE(dictionary.readProblem,
-                 isRead ? QString() : QString("asks for more than 4000000 value labels in the occurrences of items"));
+                 isRead ? QString() : QString("has more than 4000000 value labels in the occurrences of items"));
         if (error)
             QCOMPARE(error->getCode(), 242);
     }
@@ -250,7 +250,7 @@ private Q_SLOTS:
         QVERIFY(thrownBy([&] { dictionary.readFile(file.fileName()); }));
         QCOMPARE(report.notes().size(), size_t(1));
         QCOMPARE(report.notes().front().kind, NoteKind::layoutGivenUp);
-        const QString cause = QStringLiteral("is larger than 1 GiB, the most that a text dictionary can have");
+        const QString cause = QStringLiteral("is larger than 1 GiB, the limit for a text dictionary");
         QCOMPARE(report.notes().front().text, cause);
         QCOMPARE(dictionary.readProblem, cause);
         QVERIFY(file.remove());
@@ -338,7 +338,7 @@ private Q_SLOTS:
         checkIsTheSmallDictionary(dictionary);
     }
 
-    void nulCharactersStandInATextLikeOthers()
+    void nulCharactersAreCharactersLikeOthers()
     {
         OwnedDictionary dictionary;
         dictionary.readFile(write(QByteArray("[Item]\nName=A\0B\nLen=5\0\nStart=3\n[It\0em]\nName=X\n", 45)));
@@ -352,8 +352,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("before");
         QTest::newRow("first section") << QStringList{};
-        QTest::newRow("behind a record") << QStringList{ "[Record]", "Name=R" };
-        QTest::newRow("behind an item that is dropped") << QStringList{ "[Item]", "Occurrences=0" };
+        QTest::newRow("after a record") << QStringList{ "[Record]", "Name=R" };
+        QTest::newRow("after an item that is dropped") << QStringList{ "[Item]", "Occurrences=0" };
     }
 
     void valueSetBeforeAnyItemIsIgnored()
@@ -462,9 +462,9 @@ private Q_SLOTS:
         const QString pairs = QStringLiteral("1:").repeated(million);
         QTest::newRow("range with a label") << QString("Value=" + pairs + ";x") << 2;
         QTest::newRow("range without a label") << QString("Value=" + pairs) << 2;
-        QTest::newRow("colons alone") << QString("Value=" + colons) << 1;
+        QTest::newRow("colons only") << QString("Value=" + colons) << 1;
         QTest::newRow("colons with a label") << QString("Value=" + colons + ";x") << 1;
-        QTest::newRow("colons behind a blank") << QString("Value=1 2" + colons + ";x") << 3;
+        QTest::newRow("colons after a blank") << QString("Value=1 2" + colons + ";x") << 3;
         QTest::newRow("colons in the label") << QString("Value=1;" + colons) << 1;
         QTest::newRow("apostrophes") << QString("Value=" + QString(million, '\'')) << 1;
         // a value, then blank 3, :5, blank 3, :5 ...
@@ -485,7 +485,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("line");
         QTest::addColumn<bool>("isRead");
         QTest::newRow("ranges") << QString("Value=1: " + QStringLiteral("2:3 ").repeated(million / 4) + ";x") << false;
-        QTest::newRow("colon in front") << QString("Value=: " + QString(million, ':')) << false;
+        QTest::newRow("colon at the beginning") << QString("Value=: " + QString(million, ':')) << false;
         QTest::newRow("blanks") << QString("Value=1:" + QString(million, ' ') + "2:;x") << true;
         QTest::newRow("one character before each colon")
             << QString("Value=1: " + QStringLiteral("a:").repeated(million) + ";x") << true;
@@ -543,7 +543,7 @@ private Q_SLOTS:
         QTest::newRow("value sets") << "[ValueSet]" << 0 << 0;
         QTest::newRow("others") << "[Level]" << 0 << 0;
         QTest::newRow("lone brackets") << "[" << 0 << 0;
-        QTest::newRow("headers behind a blank") << " [Level]" << 0 << 0;
+        QTest::newRow("headers after a blank") << " [Level]" << 0 << 0;
     }
 
     void manyEmptySectionsAreReadInOnePass()
@@ -561,7 +561,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getRecordsCount(), records);
     }
 
-    void manyUnusedValueSetsBehindBlanksAreReportedInOnePass()
+    void manyUnusedValueSetsAfterBlanksAreReportedInOnePass()
     {
         constexpr int count = 100000;
         QByteArray bytes = "[Item]\nName=A\nStart=1\nLen=2\n[ValueSet]\nName=V\nValue=1;One\n[ValueSet]\n";
@@ -708,7 +708,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.itemNames(), QStringList("A"));
     }
 
-    void oneInvalidByteFarBehindDecidesOnTheEncodingOfAllLines()
+    void oneInvalidByteFarFromTheBeginningDecidesOnTheEncodingOfAllLines()
     {
         QByteArray bytes = "[Item]\nName=A\nLabel=\xC3\xB1\n";
         for (int i = 0; i < 20000; ++i)

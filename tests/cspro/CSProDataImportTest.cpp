@@ -531,7 +531,7 @@ private Q_SLOTS:
         QCOMPARE(field->intValue, 5.0);
     }
 
-    void subitemIsAFieldBesideItsParent()
+    void subitemIsASeparateField()
     {
         OpenDictionary open(item(QStringLiteral("DATE"), QStringLiteral("Start=4\nLen=8"))
                             + item(QStringLiteral("YEAR"), QStringLiteral("Start=4\nLen=4\nItemType=SubItem"))

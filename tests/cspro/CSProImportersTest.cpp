@@ -705,16 +705,16 @@ private Q_SLOTS:
 
         for (const char *importer : { "text", "json" }) {
             // clang-format off
-            QTest::addRow("%s: an earlier one is longer in front", importer) << importer << "OLD_HOUSE=1 HOUSE=1"  << 1 << "OLD_HOUSE=1";
-            QTest::addRow("%s: an earlier one is longer behind", importer)   << importer << "HOUSE=12 HOUSE=1"     << 1 << "HOUSE=12";
+            QTest::addRow("%s: an earlier one is longer at the beginning", importer) << importer << "OLD_HOUSE=1 HOUSE=1"  << 1 << "OLD_HOUSE=1";
+            QTest::addRow("%s: an earlier one is longer after", importer)   << importer << "HOUSE=12 HOUSE=1"     << 1 << "HOUSE=12";
             QTest::addRow("%s: an earlier one is longer both ways", importer) << importer << "OLD_HOUSE=12 HOUSE=1" << 1 << "OLD_HOUSE=12";
-            QTest::addRow("%s: the longer one stands later", importer)       << importer << "HOUSE=1 OLD_HOUSE=12" << 0 << "HOUSE=1";
+            QTest::addRow("%s: the longer one comes later", importer)       << importer << "HOUSE=1 OLD_HOUSE=12" << 0 << "HOUSE=1";
             QTest::addRow("%s: the longer one is itself", importer)          << importer << "HOUSE=1 OLD_HOUSE=12" << 1 << "OLD_HOUSE=12";
             QTest::addRow("%s: the first of several longer ones", importer)  << importer << "C=AB B=A AB=AC B=AD B=A" << 3 << "B=AD";
             QTest::addRow("%s: of several the first counts", importer)       << importer << "XA=12 YA=13 A=1"      << 2 << "XA=12";
             QTest::addRow("%s: case counts", importer)                       << importer << "old_house=1 HOUSE=1"  << 1 << "HOUSE=1";
             QTest::addRow("%s: before the list", importer)                   << importer << "A=1 B=2"              << -1 << "";
-            QTest::addRow("%s: behind the list", importer)                   << importer << "A=1 B=2"              << 2 << "";
+            QTest::addRow("%s: after the list", importer)                   << importer << "A=1 B=2"              << 2 << "";
             // clang-format on
         }
     }
@@ -1480,8 +1480,8 @@ private Q_SLOTS:
         QTest::newRow("a text dictionary") << sample().as(false);
         QTest::newRow("an array") << "[]";
         QTest::newRow("cut") << sample().as(true).chopped(4);
-        QTest::newRow("behind 16 blanks") << QString(16, ' ') + sample().as(true);
-        QTest::newRow("behind a byte-order mark") << QChar(0xFEFF) + sample().as(true);
+        QTest::newRow("after 16 blanks") << QString(16, ' ') + sample().as(true);
+        QTest::newRow("after a byte-order mark") << QChar(0xFEFF) + sample().as(true);
     }
     void fileThatIsNoJsonOpensWithoutGroupsAndFields()
     {
@@ -1594,7 +1594,7 @@ private Q_SLOTS:
         const QString real = "\"length\":10";
         const QString alpha = "\"length\":1,\"contentType\":\"alpha\"";
         // clang-format off
-        QTest::newRow("range alone")          << integer << range               << "0"  << "0" << "0 r\t";
+        QTest::newRow("range only")           << integer << range               << "0"  << "0" << "0 r\t";
         QTest::newRow("range and a value")    << integer << range + ',' + five  << "0"  << "5" << "0 r\t5 f\t";
         QTest::newRow("value and a range")    << integer << five + ',' + range  << "0"  << "5" << "5 f\t0 r\t";
         QTest::newRow("range above a value")  << integer << below + ',' + range << "-2" << "0" << "-2 b\t0 r\t";

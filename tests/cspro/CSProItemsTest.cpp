@@ -104,7 +104,7 @@ private Q_SLOTS:
         QTest::newRow("Alpha") << "DataType=Alpha" << 1;
         QTest::newRow("upper case") << "DataType=ALPHA" << 1;
         QTest::newRow("lower case") << "DataType=alpha" << 1;
-        QTest::newRow("blank behind is trimmed with the line") << "DataType=Alpha " << 1;
+        QTest::newRow("blank after is trimmed with the line") << "DataType=Alpha " << 1;
         QTest::newRow("blank before stays") << "DataType= Alpha" << 0;
         QTest::newRow("Numeric") << "DataType=Numeric" << 0;
         QTest::newRow("longer word") << "DataType=Alphanumeric" << 0;

@@ -108,13 +108,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("text");
-        const QString noBrace = QStringLiteral("no \"{\" behind white space among the first 16 bytes");
+        const QString noBrace = QStringLiteral("no \"{\" after white space among the first 16 bytes");
         QTest::newRow("nothing") << QByteArray() << noBrace;
         QTest::newRow("a text dictionary") << QByteArray("[Dictionary]\nName=D\n") << noBrace;
-        QTest::newRow("brace behind") << QByteArray(16, ' ') + smallDictionary << noBrace;
-        QTest::newRow("brace behind a mark")
+        QTest::newRow("brace after") << QByteArray(16, ' ') + smallDictionary << noBrace;
+        QTest::newRow("brace after a mark")
             << "\xEF\xBB\xBF" + smallDictionary << noBrace + ", but a byte-order mark of UTF-8";
-        QTest::newRow("mark behind a blank")
+        QTest::newRow("mark after a blank")
             << " \xEF\xBB\xBF" + smallDictionary << noBrace + ", but a byte-order mark of UTF-8";
         QTest::newRow("UTF-16, little end first") << utf16(QChar(0xFEFF) + QString::fromUtf8(smallDictionary), false)
                                                   << noBrace + ", but a byte-order mark of UTF-16";
@@ -199,16 +199,16 @@ private Q_SLOTS:
         QTest::newRow("a text dictionary") << QByteArray("[Dictionary]\nName=D\n[Item]\nName=A\n");
         QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF") + smallDictionary;
         QTest::newRow("only a mark") << QByteArray("\xEF\xBB\xBF");
-        QTest::newRow("a mark behind the brace") << QByteArray("{\xEF\xBB\xBF") + smallDictionary.mid(1);
+        QTest::newRow("a mark after the brace") << QByteArray("{\xEF\xBB\xBF") + smallDictionary.mid(1);
         QTest::newRow("UTF-16 with a mark") << utf16(QChar(0xFEFF) + text, false);
         QTest::newRow("UTF-16, big end first, with a mark") << utf16(QChar(0xFEFF) + text, true);
         QTest::newRow("UTF-16 without a mark") << utf16(text, false);
         QTest::newRow("UTF-16, big end first, without a mark") << utf16(text, true);
         QTest::newRow("NUL characters") << QByteArray(1000, '\0');
-        QTest::newRow("NUL character in front") << QByteArray(1, '\0') + smallDictionary;
-        QTest::newRow("NUL character behind the brace") << QByteArray("{\0", 2) + smallDictionary.mid(1);
+        QTest::newRow("NUL character at the beginning") << QByteArray(1, '\0') + smallDictionary;
+        QTest::newRow("NUL character after the brace") << QByteArray("{\0", 2) + smallDictionary.mid(1);
         QTest::newRow("NUL character at the end") << smallDictionary + QByteArray(1, '\0');
-        QTest::newRow("NUL characters behind the brace") << QByteArray("{") + QByteArray(1000, '\0');
+        QTest::newRow("NUL characters after the brace") << QByteArray("{") + QByteArray(1000, '\0');
         QTest::newRow("a lone byte of UTF-8 in a text") << QByteArray("{\"name\":\"\xC3\"}");
         QTest::newRow("Windows-1252 in a text") << QByteArray("{\"name\":\"Se\xF1"
                                                               "al\"}");
@@ -216,7 +216,7 @@ private Q_SLOTS:
         QTest::newRow("invalid UTF-8 in an ignored key") << QByteArray("{\"name\":\"D\",\"note\":\"\xC3(\"}");
         QTest::newRow("20 MB of blanks") << QByteArray(20 * million, ' ');
         QTest::newRow("20 MB of blanks and a dictionary") << QByteArray(20 * million, ' ') + smallDictionary;
-        QTest::newRow("20 MB of blanks behind a brace") << QByteArray("{") + QByteArray(20 * million, ' ');
+        QTest::newRow("20 MB of blanks after a brace") << QByteArray("{") + QByteArray(20 * million, ' ');
         QTest::newRow("20 MB of carriage returns") << QByteArray(20 * million, '\r');
         QTest::newRow("20 MB of braces") << QByteArray(20 * million, '{');
         QTest::newRow("a text of 20 MB without an end") << QByteArray("{\"name\":\"") + QByteArray(20 * million, 'x');
@@ -350,7 +350,7 @@ private Q_SLOTS:
         }
     }
 
-    void garbageBehindABraceNeitherCrashesNorHangs()
+    void garbageAfterABraceNeitherCrashesNorHangs()
     {
         for (unsigned seed = 1; seed <= 40; ++seed) {
             std::mt19937 source(seed);

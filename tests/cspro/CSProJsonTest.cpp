@@ -325,7 +325,7 @@ private Q_SLOTS:
         QTest::newRow("15 tabs")                         << QByteArray(15, '\t')          << true;
         QTest::newRow("17 tabs")                         << QByteArray(17, '\t')          << false;
         QTest::newRow("byte-order mark")                 << QByteArray("\xEF\xBB\xBF")    << false;
-        QTest::newRow("mark behind a blank")             << QByteArray(" \xEF\xBB\xBF")   << false;
+        QTest::newRow("mark after a blank")              << QByteArray(" \xEF\xBB\xBF")   << false;
         // clang-format on
     }
     void fileBeginsWithABraceAmongItsFirst16Bytes()
@@ -359,13 +359,13 @@ private Q_SLOTS:
         QTest::newRow("lone brace")            << QByteArray("{");
         QTest::newRow("brace and line feed")   << QByteArray("{\n");
         QTest::newRow("array")                 << "[" + fullDocument + "]";
-        QTest::newRow("array behind blanks")   << "  [" + fullDocument + "]";
+        QTest::newRow("array after blanks")    << "  [" + fullDocument + "]";
         QTest::newRow("text")                  << QByteArray("\"levels\"");
         QTest::newRow("number")                << QByteArray("8");
         QTest::newRow("null")                  << QByteArray("null");
         QTest::newRow("two objects")           << fullDocument + fullDocument;
-        QTest::newRow("something behind")      << fullDocument + "x";
-        QTest::newRow("comma behind a member") << QByteArray(R"({"name":"D",})");
+        QTest::newRow("something after")       << fullDocument + "x";
+        QTest::newRow("comma after a member") << QByteArray(R"({"name":"D",})");
         QTest::newRow("comment")               << QByteArray("{/* c */\"name\":\"D\"}");
         QTest::newRow("single quotes")         << QByteArray("{'name':'D'}");
         QTest::newRow("key without quotes")    << QByteArray("{name:\"D\"}");
@@ -384,7 +384,7 @@ private Q_SLOTS:
 
     // the two shapes of a document
 
-    void dictionaryMayStandUnderAKeyOfTheRoot_data()
+    void dictionaryMayBeUnderAKeyOfTheRoot_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("name");
@@ -393,14 +393,14 @@ private Q_SLOTS:
         QTest::newRow("at the root")              << QByteArray(R"({"name":"ROOT"})")                                      << "ROOT";
         QTest::newRow("under the key")            << QByteArray(R"({"name":"ROOT","dictionary":{"name":"INNER"}})")        << "INNER";
         QTest::newRow("under the key, no name")   << QByteArray(R"({"name":"ROOT","dictionary":{}})")                      << "";
-        QTest::newRow("unwrapped once alone")     << QByteArray(R"({"dictionary":{"name":"A","dictionary":{"name":"B"}}})") << "A";
+        QTest::newRow("unwrapped once only")      << QByteArray(R"({"dictionary":{"name":"A","dictionary":{"name":"B"}}})") << "A";
         QTest::newRow("key is a text")            << QByteArray(R"({"name":"ROOT","dictionary":"INNER"})")                 << "ROOT";
         QTest::newRow("key is an array")          << QByteArray(R"({"name":"ROOT","dictionary":[{"name":"INNER"}]})")      << "ROOT";
         QTest::newRow("key is null")              << QByteArray(R"({"name":"ROOT","dictionary":null})")                    << "ROOT";
         QTest::newRow("key in another case")      << QByteArray(R"({"name":"ROOT","Dictionary":{"name":"INNER"}})")        << "ROOT";
         // clang-format on
     }
-    void dictionaryMayStandUnderAKeyOfTheRoot()
+    void dictionaryMayBeUnderAKeyOfTheRoot()
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QString, name);
@@ -413,7 +413,7 @@ private Q_SLOTS:
         QCOMPARE(summary(OwnedJson("{\"software\":\"x\",\"dictionary\":" + fullDocument + "}")), linesOf(fullSummary));
     }
 
-    void nothingOfTheRootIsReadBesideAWrappedDictionary()
+    void onlyTheWrappedDictionaryOfTheRootIsRead()
     {
         QJsonObject root = object(fullDocument);
         root.insert("dictionary", QJsonObject{ { "name", "INNER" } });
@@ -665,7 +665,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.commonRecord->label, QString("Common"));
     }
 
-    void dictionaryWithoutLevelsKeepsWhatStandsAbove()
+    void dictionaryWithoutLevelsKeepsTheKeysAbove()
     {
         QJsonObject root = object(fullDocument);
         root.remove("levels");
@@ -811,7 +811,7 @@ private Q_SLOTS:
 
     // items
 
-    void itemIsFilledFromItsKeysAlone()
+    void itemIsFilledOnlyFromItsKeys()
     {
         const OwnedJson dictionary(withItems(R"({"name":"A","labels":[{"text":"Label"}],"contentType":"numeric",
             "length":5,"start":7,"decimals":2,"subitem":true,"missingValue":"9","notApplicable":"8",
@@ -864,7 +864,7 @@ private Q_SLOTS:
             QCOMPARE(dictionary.getItem(i)->dataType, expected);
     }
 
-    void flagOfTheItemStandsAboveTheDefault_data()
+    void flagOfTheItemOverridesTheDefault_data()
     {
         QTest::addColumn<bool>("defaultValue");
         QTest::addColumn<QByteArray>("value"); // empty for an absent key
@@ -882,7 +882,7 @@ private Q_SLOTS:
         QTest::newRow("default true, a number")   << true  << QByteArray("1")        << false << true;
         // clang-format on
     }
-    void flagOfTheItemStandsAboveTheDefault()
+    void flagOfTheItemOverridesTheDefault()
     {
         QFETCH(bool, defaultValue);
         QFETCH(QByteArray, value);
@@ -914,7 +914,7 @@ private Q_SLOTS:
             << QByteArray(R"({"length":3},{"length":2},{"length":4})") << QList<int>{ 1, 4, 6 };
         QTest::newRow("first item at column 1")
             << QByteArray(R"({"length":3})") << QList<int>{ 1 };
-        QTest::newRow("behind a start")
+        QTest::newRow("after a start")
             << QByteArray(R"({"start":10,"length":3},{"length":1})") << QList<int>{ 10, 13 };
         QTest::newRow("a start moves back")
             << QByteArray(R"({"length":9},{"start":2,"length":1},{"length":1})") << QList<int>{ 1, 2, 3 };
@@ -1131,13 +1131,13 @@ private Q_SLOTS:
         QCOMPARE(OwnedJson(withItems(empty)).starts(), QList<int>({ 10, 10, 10, 13 }));
     }
 
-    void copiesWithoutStartStandAtThePosition_data()
+    void copiesWithoutStartAreAtThePosition_data()
     {
         QTest::addColumn<QByteArray>("keys");
         QTest::newRow("relative") << QByteArray();
         QTest::newRow("not relative") << QByteArray(R"("relativePositions":false)");
     }
-    void copiesWithoutStartStandAtThePosition()
+    void copiesWithoutStartAreAtThePosition()
     {
         QFETCH(QByteArray, keys);
         const QByteArray items
@@ -1166,7 +1166,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getItem(1)->firstOccurrence, 0);
     }
 
-    void copiesLeaveTheCurrentItemAlone()
+    void copiesDoNotChangeTheCurrentItem()
     {
         const OwnedJson onlyCopies(withItems(R"({"name":"X","occurrences":{"maximum":2}})"));
         QVERIFY(!onlyCopies.currentItem);
@@ -1300,7 +1300,7 @@ private Q_SLOTS:
 
         // clang-format off
         QTest::newRow("value")                        << QByteArray(R"({"pairs":[{"value":"7"}]})")                  << "7";
-        QTest::newRow("value as it stands")           << QByteArray(R"({"pairs":[{"value":"  07 'x'"}]})")           << "  07 'x'";
+        QTest::newRow("value unchanged")              << QByteArray(R"({"pairs":[{"value":"  07 'x'"}]})")           << "  07 'x'";
         QTest::newRow("value is empty")               << QByteArray(R"({"pairs":[{"value":""}]})")                   << "";
         QTest::newRow("value is a number")            << QByteArray(R"({"pairs":[{"value":7}]})")                    << "";
         QTest::newRow("value is null")                << QByteArray(R"({"pairs":[{"value":null}]})")                 << "";
@@ -1322,7 +1322,7 @@ private Q_SLOTS:
         QTest::newRow("no pairs")                     << QByteArray("{}")                                            << "";
         QTest::newRow("empty pairs")                  << QByteArray(R"({"pairs":[]})")                               << "";
         QTest::newRow("pairs is an object")           << QByteArray(R"({"pairs":{"value":"1"}})")                    << "";
-        QTest::newRow("value beside the pairs")       << QByteArray(R"({"value":"1"})")                              << "";
+        QTest::newRow("value next to the pairs")      << QByteArray(R"({"value":"1"})")                              << "";
         // clang-format on
     }
     void codeComesFromTheFirstPair()
@@ -1360,7 +1360,7 @@ private Q_SLOTS:
         }
     }
 
-    void readJsonValueSetsLeavesAnItemThatHasASetAlone()
+    void readJsonValueSetsDoesNotChangeAnItemWithASet()
     {
         OwnedJson dictionary(withValues(R"({"pairs":[{"value":"1"}]})"));
         TCSProItem *item = dictionary.getItem(0);

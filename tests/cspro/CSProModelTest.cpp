@@ -203,7 +203,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("index");
         QTest::newRow("before") << -1;
         QTest::newRow("size") << 1;
-        QTest::newRow("far behind") << std::numeric_limits<int>::max();
+        QTest::newRow("far from the beginning") << std::numeric_limits<int>::max();
         QTest::newRow("far before") << std::numeric_limits<int>::min();
     }
 

@@ -79,8 +79,8 @@ private Q_SLOTS:
         QTest::newRow("mixed case")                          << "[iTeM]"                 << 3;
         QTest::newRow("mixed case of two words")             << "[vALUEsET]"             << 4;
         QTest::newRow("long s turns to S")                   << QStringLiteral("[Value\u017Fet]") << 4;
-        QTest::newRow("text behind the bracket")             << "[Item] and more"        << 3;
-        QTest::newRow("second bracket behind the first")     << "[Item]]"                << 3;
+        QTest::newRow("text after the bracket")              << "[Item] and more"        << 3;
+        QTest::newRow("second bracket after the first")      << "[Item]]"                << 3;
         QTest::newRow("two headers in a line")               << "[Record][Item]"         << 2;
         QTest::newRow("no closing bracket: all of the rest") << "[Item"                  << 3;
         QTest::newRow("no closing bracket and more")         << "[Item x"                << 0;
@@ -132,7 +132,7 @@ private Q_SLOTS:
             << QStringList{"[A]", "x=1", "[B]", "y=2", "[C]"} << 2 << QStringList{"y=2"} << 3;
         QTest::newRow("header in the last line")
             << QStringList{"[A]", "x=1", "[B]"} << 2 << QStringList{} << 2;
-        QTest::newRow("header behind header")
+        QTest::newRow("header after header")
             << QStringList{"[A]", "[B]", "x=1"} << 0 << QStringList{} << 0;
         QTest::newRow("empty lines are dropped but counted")
             << QStringList{"[A]", "", "x=1", "  ", "\t", "y=2", ""} << 0 << QStringList{"x=1", "y=2"} << 6;
@@ -142,9 +142,9 @@ private Q_SLOTS:
             << QStringList{"[A]", "", " ", "[B]"} << 0 << QStringList{} << 2;
         QTest::newRow("lines are trimmed")
             << QStringList{"[A]", "  x = 1  ", "\ty=2\t"} << 0 << QStringList{"x = 1", "y=2"} << 2;
-        QTest::newRow("header behind a blank is swallowed")
+        QTest::newRow("header after a blank is swallowed")
             << QStringList{"[A]", "x=1", " [B]", "y=2", "[C]"} << 0 << QStringList{"x=1", "[B]", "y=2"} << 3;
-        QTest::newRow("header behind a tab is swallowed")
+        QTest::newRow("header after a tab is swallowed")
             << QStringList{"[A]", "\t[B]", "y=2"} << 0 << QStringList{"[B]", "y=2"} << 2;
         QTest::newRow("a lone bracket ends the section")
             << QStringList{"[A]", "x=1", "[", "y=2"} << 0 << QStringList{"x=1"} << 1;
@@ -166,7 +166,7 @@ private Q_SLOTS:
         QCOMPARE(index, last);
     }
 
-    void textIsWhatStandsBehindTheOneEqualsSignOfTheFirstLineWithTheKey_data()
+    void textIsAfterTheOneEqualsSignOfTheFirstLineWithTheKey_data()
     {
         QTest::addColumn<QStringList>("lines");
         QTest::addColumn<QString>("value");
@@ -180,10 +180,10 @@ private Q_SLOTS:
         QTest::newRow("key within a longer word")             << QStringList{"MyKeys=x", "Key=y"}     << "x";
         QTest::newRow("key within a value")                   << QStringList{"A=The Key", "Key=y"}    << "The Key";
         QTest::newRow("key is case-sensitive")                << QStringList{"key=x", "KEY=y"}        << "";
-        QTest::newRow("line of another case is passed over")  << QStringList{"KEY=x", "Key=y"}        << "y";
+        QTest::newRow("line of another case is skipped")      << QStringList{"KEY=x", "Key=y"}        << "y";
         QTest::newRow("value is not trimmed")                 << QStringList{"Key= x y"}              << " x y";
         QTest::newRow("blank before the equals sign")         << QStringList{"Key =x"}                << "x";
-        QTest::newRow("nothing behind the equals sign")       << QStringList{"Key="}                  << "";
+        QTest::newRow("nothing after the equals sign")        << QStringList{"Key="}                  << "";
         QTest::newRow("no equals sign")                       << QStringList{"Key"}                   << "";
         QTest::newRow("no equals sign hides later lines")     << QStringList{"Key", "Key=x"}          << "";
         QTest::newRow("second equals sign spoils the line")   << QStringList{"Key=a=b"}               << "";
@@ -194,7 +194,7 @@ private Q_SLOTS:
         // clang-format on
     }
 
-    void textIsWhatStandsBehindTheOneEqualsSignOfTheFirstLineWithTheKey()
+    void textIsAfterTheOneEqualsSignOfTheFirstLineWithTheKey()
     {
         QFETCH(QStringList, lines);
         QFETCH(QString, value);
@@ -229,7 +229,7 @@ private Q_SLOTS:
         QTest::newRow("decimal")                              << QStringList{"Key=5.0"}               << byDefault;
         QTest::newRow("hexadecimal")                          << QStringList{"Key=0x10"}              << byDefault;
         QTest::newRow("group separator")                      << QStringList{"Key=1,000"}             << byDefault;
-        QTest::newRow("nothing behind the equals sign")       << QStringList{"Key="}                  << byDefault;
+        QTest::newRow("nothing after the equals sign")        << QStringList{"Key="}                  << byDefault;
         QTest::newRow("no equals sign")                       << QStringList{"Key"}                   << byDefault;
         QTest::newRow("no equals sign hides later lines")     << QStringList{"Key", "Key=5"}          << byDefault;
         QTest::newRow("second equals sign")                   << QStringList{"Key=5=5"}               << byDefault;
@@ -252,7 +252,7 @@ private Q_SLOTS:
         QCOMPARE(log.taken(), QStringList());
     }
 
-    void emptyKeyStandsInTheFirstLine()
+    void emptyKeyIsFoundInTheFirstLine()
     {
         const OwnedDictionary dictionary;
         QCOMPARE(TestAccess::getStringValue(dictionary, { "A=1", "B=2" }, QString()), QString("1"));
@@ -268,8 +268,8 @@ private Q_SLOTS:
                                 << "1" << false;
         QTest::newRow("double quotes") << "\"1\""
                                        << "1" << false;
-        QTest::newRow("quotes alone") << "''"
-                                      << "" << false;
+        QTest::newRow("quotes only") << "''"
+                                     << "" << false;
         QTest::newRow("nothing") << ""
                                  << "" << false;
         QTest::newRow("one character") << "1"
@@ -278,10 +278,10 @@ private Q_SLOTS:
                                    << "" << true;
         QTest::newRow("no quotes") << "123"
                                    << "2" << true;
-        QTest::newRow("no quote behind") << "'12"
-                                         << "1" << true;
-        QTest::newRow("no quote in front") << "12'"
-                                           << "2" << true;
+        QTest::newRow("no quote after") << "'12"
+                                        << "1" << true;
+        QTest::newRow("no quote at the beginning") << "12'"
+                                                   << "2" << true;
         QTest::newRow("different quotes") << "'1\""
                                           << "1" << true;
     }
@@ -318,7 +318,7 @@ private Q_SLOTS:
     {
         const DebugCapture log;
         int reached = 0;
-        cspro::passOverExceptions([&] {
+        cspro::ignoreExceptions([&] {
             reached = 1;
             throw std::out_of_range("gone");
         });
@@ -330,16 +330,16 @@ private Q_SLOTS:
     {
         const DebugCapture log;
         int reached = 0;
-        cspro::passOverExceptions([&] { reached = 1; });
+        cspro::ignoreExceptions([&] { reached = 1; });
         QCOMPARE(reached, 1);
         QCOMPARE(log.taken(), QStringList());
     }
 
-    void whatIsNoStandardExceptionIsNotPassedOver()
+    void otherExceptionsAreNotIgnored()
     {
         bool caught = false;
         try {
-            cspro::passOverExceptions([] { throw 7; });
+            cspro::ignoreExceptions([] { throw 7; });
         } catch (int number) {
             caught = number == 7;
         }
@@ -359,7 +359,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getItem(0)->name, QString("HEAD"));
     }
 
-    void lengthIsZeroBehindALabelThatContainsLen()
+    void lengthIsZeroAfterALabelThatContainsLen()
     {
         const OwnedDictionary dictionary({ "[Item]", "Label=Length of stay", "Len=3" });
         QCOMPARE(dictionary.getItem(0)->length, 0);
@@ -377,7 +377,7 @@ private Q_SLOTS:
         QCOMPARE(other.getItem(0)->decimalChar, true);
     }
 
-    void decimalIsTheDefaultWhereOnlyDecimalCharStands()
+    void decimalIsTheDefaultIfThereIsOnlyDecimalChar()
     {
         const OwnedDictionary dictionary({ "[Item]", "DecimalChar=No" });
         QCOMPARE(dictionary.getItem(0)->decimals, 0);
@@ -428,8 +428,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("start");
         QTest::addColumn<int>("length");
         QTest::newRow("none") << "" << 1 << 1;
-        QTest::newRow("start alone") << "RecordTypeStart=4" << 4 << 1;
-        QTest::newRow("length alone") << "RecordTypeLen=4" << 1 << 4;
+        QTest::newRow("start only") << "RecordTypeStart=4" << 4 << 1;
+        QTest::newRow("length only") << "RecordTypeLen=4" << 1 << 4;
         QTest::newRow("length of zero") << "RecordTypeLen=0" << 1 << 0;
         QTest::newRow("start is no number") << "RecordTypeStart=x" << 1 << 1;
         QTest::newRow("length is no number") << "RecordTypeLen=" << 1 << 1;
@@ -606,8 +606,8 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("records");
 
         // clang-format off
-        QTest::newRow("first line, behind blanks")    << QStringList{"  [Record]", "Name=R"}               << QStringList{"R"};
-        QTest::newRow("behind a tab")                 << QStringList{"\t[Record]\t", "Name=R"}             << QStringList{"R"};
+        QTest::newRow("first line, after blanks")     << QStringList{"  [Record]", "Name=R"}               << QStringList{"R"};
+        QTest::newRow("after a tab")                  << QStringList{"\t[Record]\t", "Name=R"}             << QStringList{"R"};
         QTest::newRow("after text without a section") << QStringList{"text", "", " [Record]", "Name=R"}    << QStringList{"R"};
         QTest::newRow("in a section of kind 0")       << QStringList{"[Level]", "Name=L", " [Record]", "Name=R"} << QStringList{"R"};
         QTest::newRow("swallowed by a record")        << QStringList{"[Record]", "Name=A", " [Record]", "Name=B"} << QStringList{"A"};
@@ -617,7 +617,7 @@ private Q_SLOTS:
         QTest::newRow("in a further value set")       << QStringList{"[Item]", "[ValueSet]", "[ValueSet]", " [Record]", "Name=B"} << QStringList{"B"};
         QTest::newRow("in a value set before any item") << QStringList{"[ValueSet]", " [Record]", "Name=B"} << QStringList{"B"};
         QTest::newRow("untrimmed header ends a section") << QStringList{"[Record]", "Name=A", "[Record]", "Name=B"} << QStringList{"A", "B"};
-        QTest::newRow("blanks behind a header")       << QStringList{"[Record]", "Name=A", "[Record]  ", "Name=B"} << QStringList{"A", "B"};
+        QTest::newRow("blanks after a header")        << QStringList{"[Record]", "Name=A", "[Record]  ", "Name=B"} << QStringList{"A", "B"};
         // clang-format on
     }
 
@@ -656,7 +656,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.label, QString());
     }
 
-    void linesBehindALoneBracketBelongToNoSection()
+    void linesAfterALoneBracketBelongToNoSection()
     {
         const OwnedDictionary dictionary({ "[Item]", "Name=A", "[", "Len=5", "[Item]", "Name=B", "Len=6" });
         QCOMPARE(dictionary.itemNames(), QStringList({ "A", "B" }));
@@ -672,7 +672,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getRecordsCount(), 0);
     }
 
-    void linesAreLeftAsTheyAre()
+    void linesAreUnchanged()
     {
         const QStringList before = { "  [Item]", " Name=A ", "" };
         QStringList lines = before;

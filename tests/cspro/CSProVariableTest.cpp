@@ -44,7 +44,7 @@ private Q_SLOTS:
         QVERIFY(field.hasDecimalChar);
     }
 
-    void groupIsAnsweredAsItStands()
+    void groupIsReturnedUnchanged()
     {
         Subject subject;
         subject.field.group = QStringLiteral("Common");
@@ -66,7 +66,7 @@ private Q_SLOTS:
         QTest::newRow("case counts")                << "na"  << "NA"  << false;
         QTest::newRow("blanks are not trimmed")     << "9"   << " 9"  << false;
         QTest::newRow("blanks of the code count")   << " 9"  << " 9"  << true;
-        QTest::newRow("zeros in front count")       << "9"   << "09"  << false;
+        QTest::newRow("zeros at the beginning count") << "9"   << "09"  << false;
         QTest::newRow("no code")                    << ""    << "9"   << false;
         QTest::newRow("no code and no value")       << ""    << ""    << false;
         QTest::newRow("code and no value")          << "9"   << ""    << false;
@@ -111,7 +111,7 @@ private Q_SLOTS:
         QVERIFY(subject.field.isMissing());
     }
 
-    void unsetFieldIsNotApplicableByItsTextAlone()
+    void unsetFieldIsNotApplicableOnlyByItsText()
     {
         Subject subject;
         subject.item.notApplicable = QStringLiteral("8");
@@ -134,7 +134,7 @@ private Q_SLOTS:
         QVERIFY(field.isMissing());
     }
 
-    void whiteSpaceAloneIsBlank_data()
+    void textOfOnlyWhiteSpaceIsBlank_data()
     {
         QTest::addColumn<QString>("value");
         QTest::addColumn<bool>("expected");
@@ -148,7 +148,7 @@ private Q_SLOTS:
         QTest::newRow("blanks around")      << "  x "      << false;
         // clang-format on
     }
-    void whiteSpaceAloneIsBlank()
+    void textOfOnlyWhiteSpaceIsBlank()
     {
         QFETCH(QString, value);
         QFETCH(bool, expected);
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(subject.field.isNotApplicable(), expected);
     }
 
-    void unitsBehindThe254thStillMakeATextNotBlank()
+    void unitsAfterThe254thStillMakeATextNotBlank()
     {
         Subject subject(vtString, 255);
         subject.field.setAsString(QString(254, QLatin1Char(' ')) + QLatin1Char('x'));

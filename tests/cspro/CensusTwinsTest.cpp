@@ -234,7 +234,7 @@ private Q_SLOTS:
         }
     }
 
-    void providerTypeIsKnownOfTheTextFormAlone()
+    void providerTypeIsKnownOnlyForTheTextForm()
     {
         QCOMPARE(text->provider.getDataProviderType(), QString("CSPRO"));
         QCOMPARE(json->provider.getDataProviderType(), QString());

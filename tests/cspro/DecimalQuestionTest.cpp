@@ -362,7 +362,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getItem(0)->notApplicable, QString("8"));
     }
 
-    void setBehindADeclinedOneIsReadInFull()
+    void setAfterADeclinedOneIsReadInFull()
     {
         const Answers answers({ no });
         const OwnedDictionary dictionary(decimalItem() + QStringList{ "[ValueSet]", "Value=1;one" });

@@ -261,24 +261,24 @@ private Q_SLOTS:
     }
 
     // The label is null if no line before has set one: code and label of the value lines begin as null texts.
-    void labelOfAValueIsNullBeforeTheFirstLabelAlone_data()
+    void labelOfAValueIsNullOnlyBeforeTheFirstLabel_data()
     {
         QTest::addColumn<QStringList>("lines");
         QTest::addColumn<QStringList>("states");
         // clang-format off
         QTest::newRow("no label")                    << QStringList{ "Value=1" }               << QStringList{ "1 empty" };
         QTest::newRow("empty label")                 << QStringList{ "Value=1;" }              << QStringList{ "1 empty" };
-        QTest::newRow("semicolon in front")          << QStringList{ "Value=;1" }              << QStringList{ ";1 empty" };
+        QTest::newRow("semicolon at the beginning")  << QStringList{ "Value=;1" }              << QStringList{ ";1 empty" };
         QTest::newRow("range with an empty label")   << QStringList{ "Value=1:2;" }            << QStringList{ "1 empty", "2 empty" };
         QTest::newRow("range without a label")       << QStringList{ "Value=1:2" }             << QStringList{ "1 null", ":2 null" };
         QTest::newRow("range without an upper bound") << QStringList{ "Value=1:;L" }           << QStringList{ "1 null", ";L null" };
-        QTest::newRow("range behind no label")       << QStringList{ "Value=3", "Value=1:2" }  << QStringList{ "1 empty", "3 empty", ":2 empty" };
-        QTest::newRow("range behind an empty label") << QStringList{ "Value=3;", "Value=1:2" } << QStringList{ "1 empty", "3 empty", ":2 empty" };
-        QTest::newRow("range behind a label")        << QStringList{ "Value=3;L", "Value=1:2" } << QStringList{ "1 \"L\"", "3 \"L\"", ":2 \"L\"" };
+        QTest::newRow("range after no label")        << QStringList{ "Value=3", "Value=1:2" }  << QStringList{ "1 empty", "3 empty", ":2 empty" };
+        QTest::newRow("range after an empty label") << QStringList{ "Value=3;", "Value=1:2" } << QStringList{ "1 empty", "3 empty", ":2 empty" };
+        QTest::newRow("range after a label")         << QStringList{ "Value=3;L", "Value=1:2" } << QStringList{ "1 \"L\"", "3 \"L\"", ":2 \"L\"" };
         QTest::newRow("several with an empty label") << QStringList{ "Value=1 2:3;" }          << QStringList{ " 2 empty", "1 empty", ":3 empty" };
         // clang-format on
     }
-    void labelOfAValueIsNullBeforeTheFirstLabelAlone()
+    void labelOfAValueIsNullOnlyBeforeTheFirstLabel()
     {
         QFETCH(QStringList, lines);
         QFETCH(QStringList, states);
@@ -350,7 +350,7 @@ private Q_SLOTS:
         QTest::newRow("number with an empty set")    << "Len=2\n[ValueSet]"                  << four + "\"0\" \"99\" empty \"0\"";
         QTest::newRow("no length, an empty set")     << "Len=0\n[ValueSet]"                  << four + "\"0\" empty empty \"0\"";
         QTest::newRow("more decimals than digits")   << "Len=1\nDecimal=35"                  << four + "\"0\" empty empty \"#\"";
-        QTest::newRow("a decimal character alone")   << "Len=1\nDecimal=35\nDecimalChar=YES" << four + "\"0\" empty empty \"#\"";
+        QTest::newRow("a decimal character only")    << "Len=1\nDecimal=35\nDecimalChar=YES" << four + "\"0\" empty empty \"#\"";
         // clang-format on
     }
     void fieldHasNoNullText()

@@ -81,7 +81,7 @@ class GoldenLayoutsTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void everyDictionaryHasItsAnswer()
+    void everyDictionaryHasItsExpectedFile()
     {
         for (const QString &directory : layouts) {
             QVERIFY(!baseNames(directory, QStringLiteral("dcf")).isEmpty());
@@ -89,7 +89,7 @@ private Q_SLOTS:
         }
     }
 
-    void everyAnswerHasItsDictionary()
+    void everyExpectedFileHasItsDictionary()
     {
         for (const QString &directory : layouts)
             QCOMPARE(answersWithoutData(directory), QStringList());
@@ -106,7 +106,7 @@ private Q_SLOTS:
         QCOMPARE(answersWithoutData(directory.path()), QStringList{ QStringLiteral("answer") });
     }
 
-    void layoutIsWhatItsAnswerSays_data()
+    void layoutEqualsItsExpectedFile_data()
     {
         QTest::addColumn<QString>("directory");
         QTest::addColumn<QString>("name");
@@ -116,7 +116,7 @@ private Q_SLOTS:
                 QTest::newRow(qPrintable(form + QLatin1Char('/') + name)) << directory << name;
         }
     }
-    void layoutIsWhatItsAnswerSays()
+    void layoutEqualsItsExpectedFile()
     {
         QFETCH(QString, directory);
         QFETCH(QString, name);

@@ -67,19 +67,19 @@ private Q_SLOTS:
         const QString face = QStringLiteral("\U0001F600");
         const QString otherFace = QStringLiteral("\U0001F601"); // begins with the same half
         // clang-format off
-        QTest::newRow("itself alone")               << QStringList{"a=1"}                  << "a=1"  << "a=1";
+        QTest::newRow("itself only")                << QStringList{"a=1"}                  << "a=1"  << "a=1";
         QTest::newRow("itself among others")        << QStringList{"a=1", "b=2", "c=3"}    << "b=2"  << "b=2";
         QTest::newRow("at the begin of an earlier one")  << QStringList{"a=12", "a=1"}     << "a=1"  << "a=12";
         QTest::newRow("in the middle of an earlier one") << QStringList{"xa=12", "a=1"}    << "a=1"  << "xa=12";
         QTest::newRow("at the end of an earlier one")    << QStringList{"xa=1", "a=1"}     << "a=1"  << "xa=1";
-        QTest::newRow("in a later one alone")       << QStringList{"a=1", "xa=12"}         << "a=1"  << "a=1";
+        QTest::newRow("in a later one only")        << QStringList{"a=1", "xa=12"}         << "a=1"  << "a=1";
         QTest::newRow("longer than an earlier one") << QStringList{"a=1", "xa=12"}         << "xa=12" << "xa=12";
         QTest::newRow("the first of several")       << QStringList{"q", "xa", "ya", "a"}   << "a"    << "xa";
         QTest::newRow("one in one in one")          << QStringList{"abcde", "bcd", "c"}    << "c"    << "abcde";
         QTest::newRow("the middle of these")        << QStringList{"abcde", "bcd", "c"}    << "bcd"  << "abcde";
         QTest::newRow("one in one, the outer last") << QStringList{"bcd", "c", "abcde"}    << "c"    << "bcd";
         QTest::newRow("equal texts")                << QStringList{"a", "a", "a"}          << "a"    << "a";
-        QTest::newRow("equal texts behind a longer one") << QStringList{"ba", "a", "a"}    << "a"    << "ba";
+        QTest::newRow("equal texts after a longer one") << QStringList{"ba", "a", "a"}    << "a"    << "ba";
         QTest::newRow("equal longer texts")         << QStringList{"ab", "ab", "b"}        << "b"    << "ab";
         QTest::newRow("overlapping ends: longest")  << endings << "abab" << "abab";
         QTest::newRow("overlapping ends: second")   << endings << "bab"  << "abab";
@@ -107,7 +107,7 @@ private Q_SLOTS:
         QTest::newRow("empty list, empty text")     << QStringList()                       << ""     << QString();
         QTest::newRow("empty text is in every text") << QStringList{"a", "b"}              << ""     << "a";
         QTest::newRow("empty text among the texts") << QStringList{"a", "", "b"}           << ""     << "a";
-        QTest::newRow("behind an empty text")       << QStringList{"", "b", "a"}           << "a"    << "a";
+        QTest::newRow("after an empty text")        << QStringList{"", "b", "a"}           << "a"    << "a";
         QTest::newRow("texts that are all empty, a text") << QStringList{"", ""}           << "a"    << QString();
         QTest::newRow("blanks count")               << QStringList{"a =1", "a=1 "}         << "a=1"  << "a=1 ";
         QTest::newRow("NUL characters")
@@ -140,7 +140,7 @@ private Q_SLOTS:
         }
     }
 
-    void emptyTextFirstInTheListAnswersToTheEmptyTextAlone()
+    void emptyTextFirstInTheListMatchesOnlyTheEmptyText()
     {
         const QStringList list = { "", "a" };
         QVERIFY(!valueOf(list, "").isNull());

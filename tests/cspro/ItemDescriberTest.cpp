@@ -130,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(described(describer, integer, { first }), (Outcome{ "1", "1", "1 One\t" }));
     }
 
-    void neighboursWhoseSetsDifferInAMarkAloneKeepTheirOwn()
+    void neighboursWhoseSetsDifferOnlyInAMarkKeepTheirOwn()
     {
         HandMadeSet plain{ { "1", "One" }, { "5", "Five" }, { "7", "Seven" } };
         HandMadeSet marked{ { "1", "One" }, { "5", "Five", true }, { "7", "Seven" } };
@@ -348,7 +348,7 @@ private Q_SLOTS:
         qDeleteAll(*set.items);
     }
 
-    void setsThatDifferInANullValueAreNotTakenForEachOther()
+    void setsThatDifferInANullValueAreDifferent()
     {
         TCSProValueSet withNull;
         withNull.addItem(nullptr);

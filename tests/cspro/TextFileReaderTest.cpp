@@ -82,7 +82,7 @@ private Q_SLOTS:
         QTest::newRow("empty")                 << QByteArray() << "";
         QTest::newRow("UTF-8")                 << bytes("Ann\xC3\xA9" "e\r\nb") << QString::fromUtf8("Année\nb");
         QTest::newRow("UTF-8 with a mark")     << bytes("\xEF\xBB\xBF" "a\r\n") << "a\n";
-        QTest::newRow("UTF-8 mark alone")      << bytes("\xEF\xBB\xBF") << "";
+        QTest::newRow("UTF-8 mark only")       << bytes("\xEF\xBB\xBF") << "";
         QTest::newRow("UTF-8 with NULs")       << bytes("a\0b\n\0") << QString("a") + QChar(0) + "b\n" + QChar(0);
         QTest::newRow("UTF-16 LE with a mark") << bytes("\xFF\xFE" "a\0\r\0\n\0\x0D\x01") << QString("a\n") + QChar(0x10D);
         QTest::newRow("Windows-1252")          << bytes("Ann\xE9" "e\r\nb") << QString::fromUtf8("Année\nb");
@@ -178,7 +178,7 @@ private Q_SLOTS:
         QCOMPARE(file.blocks(), QStringList());
     }
 
-    void textStaysAsItIsBehindTheLastBlock()
+    void textIsUnchangedAfterTheLastBlock()
     {
         const FileOf file("a\n");
         TextFileReader reader(file.path());

@@ -29,7 +29,7 @@ private Q_SLOTS:
         QTest::newRow("last line without a line feed")   << "a\nb"     << QStringList({"a", "b"});
         QTest::newRow("no line after a final line feed") << "a\n"      << QStringList({"a"});
         QTest::newRow("empty lines")                     << "\n\na\n\n" << QStringList({"", "", "a", ""});
-        QTest::newRow("line feed alone")                 << "\n"       << QStringList({""});
+        QTest::newRow("line feed only")                  << "\n"       << QStringList({""});
         QTest::newRow("empty text")                      << ""         << QStringList();
         QTest::newRow("null text")                       << QString()  << QStringList();
         QTest::newRow("one line")                        << "a"        << QStringList({"a"});

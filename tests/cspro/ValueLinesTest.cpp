@@ -107,17 +107,17 @@ private Q_SLOTS:
         QTest::newRow("semicolon in the label")             << QStringList{"Value=1;a;b"}          << QStringList{"1|a;b"};
         QTest::newRow("empty label")                        << QStringList{"Value=1;"}             << QStringList{"1|"};
         QTest::newRow("blank before the semicolon stays")   << QStringList{"Value=1 ;x"}           << QStringList{"1 |x"};
-        QTest::newRow("blank behind the semicolon stays")   << QStringList{"Value=1; x"}           << QStringList{"1| x"};
+        QTest::newRow("blank after the semicolon stays")    << QStringList{"Value=1; x"}           << QStringList{"1| x"};
         QTest::newRow("blank before the value stays")       << QStringList{"Value= 1;x"}           << QStringList{" 1|x"};
         QTest::newRow("blank at the end goes")              << QStringList{"Value=1;x "}           << QStringList{"1|x"};
         QTest::newRow("blanks without a colon")             << QStringList{"Value=1 2;x"}          << QStringList{"1 2|x"};
-        QTest::newRow("colon in front is part of the code") << QStringList{"Value=:5;x"}           << QStringList{":5|x"};
+        QTest::newRow("colon at the beginning is part of the code") << QStringList{"Value=:5;x"}           << QStringList{":5|x"};
         QTest::newRow("equals sign in the code")            << QStringList{"Value=a=b;x"}          << QStringList{"a=b|x"};
         QTest::newRow("closing apostrophe stays")           << QStringList{"Value='A';x"}          << QStringList{"A'|x"};
         QTest::newRow("one apostrophe goes")                << QStringList{"Value=';x"}            << QStringList{"|x"};
         QTest::newRow("two apostrophes leave one")          << QStringList{"Value='';x"}           << QStringList{"'|x"};
         QTest::newRow("blank before the apostrophe")        << QStringList{"Value= 'A';x"}         << QStringList{" 'A'|x"};
-        QTest::newRow("apostrophe behind stays")            << QStringList{"Value=A';x"}           << QStringList{"A'|x"};
+        QTest::newRow("apostrophe after stays")             << QStringList{"Value=A';x"}           << QStringList{"A'|x"};
         QTest::newRow("double quotes stay")                 << QStringList{"Value=\"A\";x"}        << QStringList{"\"A\"|x"};
         QTest::newRow("apostrophes of the label stay")      << QStringList{"Value=A;'x'"}          << QStringList{"A|'x'"};
         // a range with a label
@@ -127,36 +127,36 @@ private Q_SLOTS:
         QTest::newRow("range, empty label")                 << QStringList{"Value=1:5;"}           << QStringList{"1|", "5|"};
         QTest::newRow("range is not unquoted")              << QStringList{"Value='A':'C';r"}      << QStringList{"'A'|r", "'C'|r"};
         QTest::newRow("range, second colon")                << QStringList{"Value=1:5:9;r"}        << QStringList{"1|r", "5:9|r"};
-        QTest::newRow("range, blank behind the colon")      << QStringList{"Value=1: 5;r"}         << QStringList{" 5|r", "1|r"};
+        QTest::newRow("range, blank after the colon")       << QStringList{"Value=1: 5;r"}         << QStringList{" 5|r", "1|r"};
         QTest::newRow("range, tab before the colon")        << QStringList{"Value=1\t2:5;r"}       << QStringList{"1\t2|r", "5|r"};
-        QTest::newRow("semicolon right behind the colon")   << QStringList{"Value=1:;r"}           << QStringList{"1|", ";r|"};
-        QTest::newRow("two semicolons behind the colon")    << QStringList{"Value=1:;r;s"}         << QStringList{"1|", ";r;s|"};
+        QTest::newRow("semicolon right after the colon")    << QStringList{"Value=1:;r"}           << QStringList{"1|", ";r|"};
+        QTest::newRow("two semicolons after the colon")     << QStringList{"Value=1:;r;s"}         << QStringList{"1|", ";r;s|"};
         // several values and ranges with a label
         QTest::newRow("several")                            << QStringList{"Value=1 3:5 7;x"}      << QStringList{" 3|x", " 7|x", "1|x", ":5|x"};
         QTest::newRow("value and range")                    << QStringList{"Value=1 2:3;x"}        << QStringList{" 2|x", "1|x", ":3|x"};
         QTest::newRow("two values and a range")             << QStringList{"Value=1 2 3:4;x"}      << QStringList{" 2 3|x", "1|x", ":4|x"};
-        QTest::newRow("two ranges behind a value")          << QStringList{"Value=1 2:3 4:5;x"}    << QStringList{" 2|x", " 4|x", "1|x", ":3|x", ":5|x"};
+        QTest::newRow("two ranges after a value")           << QStringList{"Value=1 2:3 4:5;x"}    << QStringList{" 2|x", " 4|x", "1|x", ":3|x", ":5|x"};
         QTest::newRow("several, colon in the label")        << QStringList{"Value=1 3:5;a:b"}      << QStringList{" 3|a:b", "1|a:b", ":5|a:b"};
         QTest::newRow("several are not unquoted")           << QStringList{"Value='A' 'B':'C';x"}  << QStringList{" 'B'|x", "'A'|x", ":'C'|x"};
-        QTest::newRow("blank in front: one piece")          << QStringList{"Value= 1:2;x"}         << QStringList{" 1:2|x"};
+        QTest::newRow("blank at the beginning: one piece")  << QStringList{"Value= 1:2;x"}         << QStringList{" 1:2|x"};
         QTest::newRow("several, blank before the colon")    << QStringList{"Value=1 :2;x"}         << QStringList{" |x", "1|x", ":2|x"};
         // a range without a label
         QTest::newRow("range without a label")              << QStringList{"Value=1:5"}            << QStringList{"1|", ":5|"};
         QTest::newRow("open range without a label")         << QStringList{"Value=1:"}             << QStringList{"1|", ":|"};
         QTest::newRow("range without a label, quoted")      << QStringList{"Value='A':'C'"}        << QStringList{"'A'|", ":'C'|"};
-        QTest::newRow("semicolon in front of a range")      << QStringList{"Value=;1:5"}           << QStringList{":5|", ";1|"};
+        QTest::newRow("semicolon before a range")           << QStringList{"Value=;1:5"}           << QStringList{":5|", ";1|"};
         QTest::newRow("label with its semicolon")           << QStringList{"Value=;1:5;x"}         << QStringList{":5|;x", ";1|;x"};
-        QTest::newRow("label behind an open range")         << QStringList{"Value=;1:;x"}          << QStringList{":|;x", ";1|;x"};
+        QTest::newRow("label after an open range")          << QStringList{"Value=;1:;x"}          << QStringList{":|;x", ";1|;x"};
         QTest::newRow("blank before the colon, no label")   << QStringList{"Value=1 2:5"}          << QStringList{"1 2|", ":5|"};
         // a value without a label
-        QTest::newRow("value alone")                        << QStringList{"Value=1"}              << QStringList{"1|"};
+        QTest::newRow("value only")                         << QStringList{"Value=1"}              << QStringList{"1|"};
         QTest::newRow("nothing")                            << QStringList{"Value="}               << QStringList{"|"};
-        QTest::newRow("semicolon in front")                 << QStringList{"Value=;x"}             << QStringList{";x|"};
-        QTest::newRow("colon in front")                     << QStringList{"Value=:5"}             << QStringList{":5|"};
-        QTest::newRow("colon and blank in front")           << QStringList{"Value=: 5"}            << QStringList{": 5|"};
+        QTest::newRow("semicolon at the beginning")         << QStringList{"Value=;x"}             << QStringList{";x|"};
+        QTest::newRow("colon at the beginning")             << QStringList{"Value=:5"}             << QStringList{":5|"};
+        QTest::newRow("colon and blank at the beginning")   << QStringList{"Value=: 5"}            << QStringList{": 5|"};
         QTest::newRow("blanks, no colon")                   << QStringList{"Value=1 2"}            << QStringList{"1 2|"};
         QTest::newRow("closing apostrophe stays, no label") << QStringList{"Value='A'"}            << QStringList{"A'|"};
-        QTest::newRow("apostrophe alone goes")              << QStringList{"Value='"}              << QStringList{"|"};
+        QTest::newRow("apostrophe only goes")               << QStringList{"Value='"}              << QStringList{"|"};
         // clang-format on
     }
 
@@ -178,13 +178,13 @@ private Q_SLOTS:
         // clang-format off
         QTest::newRow("range without a label")
             << QStringList{"Value=9;nine", "Value=1:5"}        << QStringList{"1|nine", "9|nine", ":5|nine"};
-        QTest::newRow("semicolon right behind the colon")
+        QTest::newRow("semicolon right after the colon")
             << QStringList{"Value=7;seven", "Value=1:;r"}      << QStringList{"1|seven", "7|seven", ";r|seven"};
-        QTest::newRow("semicolon in front of a range")
+        QTest::newRow("semicolon before a range")
             << QStringList{"Value=7;seven", "Value=;1:5"}      << QStringList{"7|seven", ":5|seven", ";1|seven"};
         QTest::newRow("value without a label clears it")
             << QStringList{"Value=9;nine", "Value=2"}          << QStringList{"2|", "9|nine"};
-        QTest::newRow("range behind a value without a label")
+        QTest::newRow("range after a value without a label")
             << QStringList{"Value=9;nine", "Value=2", "Value=4:5"} << QStringList{"2|", "4|", "9|nine", ":5|"};
         QTest::newRow("label of a range")
             << QStringList{"Value=1:2;r", "Value=4:5"}         << QStringList{"1|r", "2|r", "4|r", ":5|r"};
@@ -224,7 +224,7 @@ private Q_SLOTS:
         QTest::newRow("Value") << "Value=1;one" << true;
         QTest::newRow("upper case") << "VALUE=1;one" << true;
         QTest::newRow("lower case") << "value=1;one" << true;
-        QTest::newRow("behind blanks") << "  Value=1;one" << true;
+        QTest::newRow("after blanks") << "  Value=1;one" << true;
         QTest::newRow("blank before the equals sign") << "Value =1;one" << false;
         QTest::newRow("longer word") << "Values=1;one" << false;
         QTest::newRow("shorter word") << "Valu=1;one" << false;
@@ -276,7 +276,7 @@ private Q_SLOTS:
         }
     }
 
-    void markStandsOneCharacterBeforeTheComma_data()
+    void markIsOneCharacterBeforeTheComma_data()
     {
         QTest::addColumn<QString>("line");
         QTest::addColumn<QString>("missing");
@@ -288,11 +288,11 @@ private Q_SLOTS:
         QTest::newRow("any case")                      << "Name=Missing ,special"  << "9" << "";
         QTest::newRow("any case, not applicable")      << "Name=notAppl ,special"  << ""  << "9";
         QTest::newRow("key in any case")               << "nAME=MISSING ,SPECIAL"  << "9" << "";
-        QTest::newRow("line behind blanks")            << "  Name=MISSING ,SPECIAL" << "9" << "";
+        QTest::newRow("line after blanks")             << "  Name=MISSING ,SPECIAL" << "9" << "";
         QTest::newRow("any character before the comma") << "Name=MISSINGx,SPECIAL" << "9" << "";
         QTest::newRow("any character, not applicable") << "Name=NOTAPPL;,SPECIAL"  << ""  << "9";
-        QTest::newRow("nothing behind the comma")      << "Name=MISSING ,"         << "9" << "";
-        QTest::newRow("another word behind the comma") << "Name=MISSING ,x"        << "9" << "";
+        QTest::newRow("nothing after the comma")       << "Name=MISSING ,"         << "9" << "";
+        QTest::newRow("another word after the comma") << "Name=MISSING ,x"        << "9" << "";
         QTest::newRow("second comma")                  << "Name=MISSING ,a ,b"     << "9" << "";
         QTest::newRow("comma follows the word")        << "Name=MISSING,SPECIAL"   << ""  << "";
         QTest::newRow("comma follows not applicable")  << "Name=NOTAPPL,SPECIAL"   << ""  << "";
@@ -300,7 +300,7 @@ private Q_SLOTS:
         QTest::newRow("two blanks, not applicable")    << "Name=NOTAPPL  ,SPECIAL" << ""  << "";
         QTest::newRow("blank before the word")         << "Name= MISSING ,SPECIAL" << ""  << "";
         QTest::newRow("no comma")                      << "Name=MISSING"           << ""  << "";
-        QTest::newRow("comma in front")                << "Name=,MISSING ,"        << ""  << "";
+        QTest::newRow("comma at the beginning")        << "Name=,MISSING ,"        << ""  << "";
         QTest::newRow("one character and a comma")     << "Name=x,SPECIAL"         << ""  << "";
         QTest::newRow("special has no effect")         << "Name=DEFAULT ,SPECIAL"  << ""  << "";
         QTest::newRow("special before the comma")      << "Name=SPECIAL ,SPECIAL"  << ""  << "";
@@ -311,7 +311,7 @@ private Q_SLOTS:
         // clang-format on
     }
 
-    void markStandsOneCharacterBeforeTheComma()
+    void markIsOneCharacterBeforeTheComma()
     {
         QFETCH(QString, line);
         QFETCH(QString, missing);
@@ -352,11 +352,11 @@ private Q_SLOTS:
             << QStringList{"Name=NOTAPPL ,S", "Name=other ,x"} << QStringList{"1", "9"} << "" << "9";
         QTest::newRow("no comma leaves the value out")
             << QStringList{"Name=MISSING ,S", "Name=other"}    << QStringList{"1"}      << "9" << "";
-        QTest::newRow("comma in front leaves the value out")
+        QTest::newRow("comma at the beginning leaves the value out")
             << QStringList{"Name=MISSING ,S", "Name=,x"}       << QStringList{"1"}      << "9" << "";
         QTest::newRow("both marks")
             << QStringList{"Name=MISSING ,S", "Name=NOTAPPL ,S"} << QStringList{"1"}    << "9" << "9";
-        QTest::newRow("mark behind a plain name")
+        QTest::newRow("mark after a plain name")
             << QStringList{"Name=other ,x", "Name=MISSING ,S"} << QStringList{"1"}      << "9" << "";
         // clang-format on
     }
@@ -434,9 +434,9 @@ private Q_SLOTS:
         QTest::newRow("upper part with blank and colon") << "Value=1: 2:3;x";
         QTest::newRow("range without a label, then a value") << "Value=1:2 3";
         QTest::newRow("range without a label, blank in it") << "Value=1: 2";
-        QTest::newRow("several with a blank in front") << "Value= 1:2;x";
-        QTest::newRow("value with a label, colon in front") << "Value=:1 2;x";
-        QTest::newRow("value without a label, colon in front") << "Value=:1 2";
+        QTest::newRow("several with a blank at the beginning") << "Value= 1:2;x";
+        QTest::newRow("value with a label, colon at the beginning") << "Value=:1 2;x";
+        QTest::newRow("value without a label, colon at the beginning") << "Value=:1 2";
     }
 
     void codeWithABlankAndAColonEndsInCode242BeforeAnotherValue()
@@ -470,8 +470,8 @@ private Q_SLOTS:
         // clang-format off
         QTest::newRow("two ranges")                << "Value=1:2 3:4;x"  << QStringList{"1|x", "2 3:4|x"};
         QTest::newRow("range without a label")     << "Value=1:2 3"      << QStringList{"1|", ":2 3|"};
-        QTest::newRow("blank in front")            << "Value= 1:2;x"     << QStringList{" 1:2|x"};
-        QTest::newRow("colon in front")            << "Value=:1 2;x"     << QStringList{":1 2|x"};
+        QTest::newRow("blank at the beginning")    << "Value= 1:2;x"     << QStringList{" 1:2|x"};
+        QTest::newRow("colon at the beginning")    << "Value=:1 2;x"     << QStringList{":1 2|x"};
         // clang-format on
     }
 
@@ -526,12 +526,12 @@ private Q_SLOTS:
         QTest::newRow("two codes") << "1 2";
         QTest::newRow("range") << "1:2";
         QTest::newRow("ranges") << "1:2 3:4";
-        QTest::newRow("colon behind two characters") << "12:";
-        QTest::newRow("colon in front") << ":";
-        QTest::newRow("colon in front of a blank") << ": ";
+        QTest::newRow("colon after two characters") << "12:";
+        QTest::newRow("colon at the beginning") << ":";
+        QTest::newRow("colon before a blank") << ": ";
         QTest::newRow("two colons") << "::";
-        QTest::newRow("the character behind a colon is passed over") << "a::";
-        QTest::newRow("colon behind two more characters") << "a:bc:";
+        QTest::newRow("the character after a colon is skipped") << "a::";
+        QTest::newRow("colon after two more characters") << "a:bc:";
     }
 
     void splittingATextThatIsNotBlankFails()
@@ -551,7 +551,7 @@ private Q_SLOTS:
         QTest::newRow("each colon takes one") << "a:b:";
         QTest::newRow("each of three takes one") << "a:b:c:";
         QTest::newRow("colons take colons") << "a:::";
-        QTest::newRow("colon in front") << "::a:";
+        QTest::newRow("colon at the beginning") << "::a:";
     }
 
     void splittingABlankTextAddsOneEmptyCode()
@@ -591,7 +591,7 @@ private Q_SLOTS:
         QTest::newRow("integers")               << QStringList{"Value=1;a", "Value=2;b"}       << true;
         QTest::newRow("no values")              << QStringList{}                               << true;
         QTest::newRow("blank before the code")  << QStringList{"Value= 3;a"}                   << true;
-        QTest::newRow("blank behind the code")  << QStringList{"Value=3 ;a"}                   << true;
+        QTest::newRow("blank after the code")   << QStringList{"Value=3 ;a"}                   << true;
         QTest::newRow("signs")                  << QStringList{"Value=-3;a", "Value=+4;b"}     << true;
         QTest::newRow("leading zeros")          << QStringList{"Value=007;a"}                  << true;
         QTest::newRow("range with a label")     << QStringList{"Value=1:5;a"}                  << true;
@@ -602,7 +602,7 @@ private Q_SLOTS:
         QTest::newRow("several")                << QStringList{"Value=1 3:5 7;a"}              << false;
         QTest::newRow("quoted")                 << QStringList{"Value='1';a"}                  << false;
         QTest::newRow("nothing")                << QStringList{"Value="}                       << false;
-        QTest::newRow("semicolon behind colon") << QStringList{"Value=1:;a"}                   << false;
+        QTest::newRow("semicolon after colon") << QStringList{"Value=1:;a"}                   << false;
         QTest::newRow("two values")             << QStringList{"Value=1 2;a"}                  << false;
         QTest::newRow("beyond an int")          << QStringList{"Value=2147483648;a"}           << false;
         QTest::newRow("text, marked")           << QStringList{"Value=x;a", "Name=MISSING ,S"} << true;
@@ -715,7 +715,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getItemsCount(), 2);
     }
 
-    void furtherSetBehindAnEmptyOneIsSkipped()
+    void furtherSetAfterAnEmptyOneIsSkipped()
     {
         const OwnedDictionary dictionary(numericItem({ "[ValueSet]", "Value=1;one" }));
         QCOMPARE(dictionary.codesOf(0), QStringList());
@@ -730,7 +730,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getItem(1)->getValueSetsCount(), 1);
     }
 
-    void setBehindADroppedOneIsReadInFull()
+    void setAfterADroppedOneIsReadInFull()
     {
         const OwnedDictionary dictionary(
             numericItem({ "Name=FIRST", "Value=x;letter", "Value=9;nine", "Name=MISSING ,S", "[ValueSet]",
@@ -741,7 +741,7 @@ private Q_SLOTS:
         QCOMPARE(dictionary.getItem(0)->notApplicable, QString("8"));
     }
 
-    void setBehindADroppedOneIsSharedByTheGroup()
+    void setAfterADroppedOneIsSharedByTheGroup()
     {
         const OwnedDictionary dictionary(
             { "[Item]", "[Item]", "Occurrences=2", "[ValueSet]", "Value=x;letter", "[ValueSet]", "Value=2;two" });

@@ -140,7 +140,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("index");
         QTest::newRow("before") << -1;
         QTest::newRow("size") << 1;
-        QTest::newRow("far behind") << 2147483647;
+        QTest::newRow("far from the beginning") << 2147483647;
     }
 
     void indexOutsideOfTheSetGivesNull()
@@ -227,24 +227,24 @@ private Q_SLOTS:
         QTest::newRow("decimal")                 << "2.5"    << true;
         QTest::newRow("more digits")             << "120.75" << true;
         QTest::newRow("no digits before")        << ".5"     << true;
-        QTest::newRow("no digits behind")        << "2."     << true;
+        QTest::newRow("no digits after")         << "2."     << true;
         QTest::newRow("lone point")              << "."      << true;
-        QTest::newRow("zeros behind")            << "2.0"    << true;
+        QTest::newRow("zeros after")             << "2.0"    << true;
         QTest::newRow("digits of other scripts") << QStringLiteral("\u0662.\u0665") << true;
         QTest::newRow("integer")                 << "25"     << false;
         QTest::newRow("nothing")                 << ""       << false;
         QTest::newRow("minus sign")              << "-2.5"   << false;
         QTest::newRow("plus sign")               << "+2.5"   << false;
         QTest::newRow("blank before")            << " 2.5"   << false;
-        QTest::newRow("blank behind")            << "2.5 "   << false;
+        QTest::newRow("blank after")             << "2.5 "   << false;
         QTest::newRow("two points")              << "2.5.1"  << false;
         QTest::newRow("points together")         << ".."     << false;
         QTest::newRow("comma")                   << "2,5"    << false;
         QTest::newRow("exponent")                << "2.5e1"  << false;
-        QTest::newRow("letters behind")          << "2.5a"   << false;
+        QTest::newRow("letters after")           << "2.5a"   << false;
         QTest::newRow("letters before")          << "a2.5"   << false;
         QTest::newRow("text")                    << "abc"    << false;
-        QTest::newRow("line feed behind")        << "2.5\n"  << false;
+        QTest::newRow("line feed after")         << "2.5\n"  << false;
         QTest::newRow("fraction character")      << QStringLiteral("2.\u00BD") << false;
         // clang-format on
     }
@@ -270,15 +270,15 @@ private Q_SLOTS:
         QTest::newRow("minus sign")          << "-3"          << true;
         QTest::newRow("plus sign")           << "+3"          << true;
         QTest::newRow("blank before")        << " 3"          << true;
-        QTest::newRow("blank behind")        << "3 "          << true;
+        QTest::newRow("blank after")         << "3 "          << true;
         QTest::newRow("largest int")         << "2147483647"  << true;
         QTest::newRow("smallest int")        << "-2147483648" << true;
         QTest::newRow("above the largest")   << "2147483648"  << false;
         QTest::newRow("below the smallest")  << "-2147483649" << false;
         QTest::newRow("nothing")             << ""            << false;
-        QTest::newRow("blank alone")         << " "           << false;
+        QTest::newRow("blank only")          << " "           << false;
         QTest::newRow("decimal")             << "2.5"         << false;
-        QTest::newRow("zeros behind")        << "2.0"         << false;
+        QTest::newRow("zeros after")         << "2.0"         << false;
         QTest::newRow("leading colon")       << ":5"          << false;
         QTest::newRow("trailing apostrophe") << "1'"          << false;
         QTest::newRow("two numbers")         << "1 2"         << false;
@@ -513,10 +513,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("a");
         QTest::addColumn<QString>("b");
         QTest::addColumn<bool>("before");
-        QTest::newRow("10 stands before 9") << "10"
-                                            << "9" << true;
-        QTest::newRow("9 does not stand before 10") << "9"
-                                                    << "10" << false;
+        QTest::newRow("10 is before 9") << "10"
+                                        << "9" << true;
+        QTest::newRow("9 is not before 10") << "9"
+                                            << "10" << false;
         QTest::newRow("equal") << "5"
                                << "5" << false;
         QTest::newRow("upper before lower case") << "B"
@@ -525,8 +525,8 @@ private Q_SLOTS:
                                                  << "0" << true;
         QTest::newRow("blank before digit") << " 9"
                                             << "1" << true;
-        QTest::newRow("longer behind its beginning") << "a"
-                                                     << "ab" << true;
+        QTest::newRow("longer after its beginning") << "a"
+                                                    << "ab" << true;
     }
 
     void compareCodesOrdersByCharacterCode()
@@ -569,10 +569,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("a");
         QTest::addColumn<QString>("b");
         QTest::addColumn<bool>("before");
-        QTest::newRow("9 stands before 10") << "9"
-                                            << "10" << true;
-        QTest::newRow("10 does not stand before 9") << "10"
-                                                    << "9" << false;
+        QTest::newRow("9 is before 10") << "9"
+                                        << "10" << true;
+        QTest::newRow("10 is not before 9") << "10"
+                                            << "9" << false;
         QTest::newRow("equal") << "5"
                                << "5" << false;
         QTest::newRow("equal numbers") << "05"

@@ -23,7 +23,7 @@ void MakeImporterTest::formatGoesByTheFirstBytes_data()
     QTest::addColumn<QByteArray>("head");
     QTest::addColumn<ImportFormat>("format");
     QTest::newRow("brace") << QByteArray("{ \"software\":") << ImportFormat::CSPro8;
-    QTest::newRow("brace behind white space") << QByteArray(" \t\r\n{") << ImportFormat::CSPro8;
+    QTest::newRow("brace after white space") << QByteArray(" \t\r\n{") << ImportFormat::CSPro8;
     QTest::newRow("$FL2") << QByteArray("$FL2@(#) SPSS") << ImportFormat::Spss;
     QTest::newRow("$FL3") << QByteArray("$FL3@(#) SPSS") << ImportFormat::Spss;
     QTest::newRow("tag") << QByteArray("<stata_dta><head") << ImportFormat::Stata;
@@ -32,7 +32,7 @@ void MakeImporterTest::formatGoesByTheFirstBytes_data()
     QTest::newRow("version below") << QByteArray("\x67\x02") << ImportFormat::CSPro;
     QTest::newRow("version above") << QByteArray("\x74\x01") << ImportFormat::CSPro;
     QTest::newRow("no byte order") << QByteArray("\x72\x03") << ImportFormat::CSPro;
-    QTest::newRow("version alone") << QByteArray("\x72") << ImportFormat::CSPro;
+    QTest::newRow("version only") << QByteArray("\x72") << ImportFormat::CSPro;
     QTest::newRow("bracket") << QByteArray("[Dictionary]") << ImportFormat::CSPro;
     QTest::newRow("empty") << QByteArray() << ImportFormat::CSPro;
 }

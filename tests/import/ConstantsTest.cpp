@@ -274,7 +274,7 @@ private Q_SLOTS:
         QCOMPARE(int(ccFrequencies) & int(ccErrors), int(ccNone));
     }
 
-    void typeTextStandsAtThePositionOfItsValue_data()
+    void typeTextIsAtThePositionOfItsValue_data()
     {
         QTest::addColumn<int>("value");
         QTest::addColumn<QString>("inProvider");
@@ -285,11 +285,11 @@ private Q_SLOTS:
                            << "CSPRO";
         QTest::newRow("2") << int(dpCSV) << "CSV"
                            << "CSV";
-        QTest::newRow("3 in the source field alone, spelled SSPS") << int(dpSPSS) << QString() << "SSPS";
-        QTest::newRow("4 in the source field alone") << int(dpStata) << QString() << "STATA";
+        QTest::newRow("3 in the source field only, spelled SSPS") << int(dpSPSS) << QString() << "SSPS";
+        QTest::newRow("4 in the source field only") << int(dpStata) << QString() << "STATA";
         QTest::newRow("5 in neither") << int(dpReserved5) << QString() << QString();
     }
-    void typeTextStandsAtThePositionOfItsValue()
+    void typeTextIsAtThePositionOfItsValue()
     {
         QFETCH(int, value);
         QFETCH(QString, inProvider);

@@ -320,7 +320,7 @@ private Q_SLOTS:
     }
 
 #ifdef SUPPORT_HAS_VIRTUALSLOT
-    void virtualOperationsStandInThisOrder()
+    void virtualOperationsAreInThisOrder()
     {
         using WithNames = void (TDataImport::*)(QList<TVpSourceField *> *, QStringList *);
         QCOMPARE(int(virtualSlot(&TDataImport::getDataProviderId)), 2);
@@ -340,7 +340,7 @@ private Q_SLOTS:
     }
 #endif
 
-    void fieldKeepingIsForSubclassesAlone()
+    void addingFieldsIsOnlyForSubclasses()
     {
         QVERIFY(!CallsAddField<BareImporter>::value);
         QVERIFY(!CallsGetField<BareImporter>::value);
@@ -540,7 +540,7 @@ private Q_SLOTS:
         QCOMPARE(importer.getSourceName(), QString("layout.dcf"));
     }
 
-    void selectingLogsOpensAndHandsBackTheNames()
+    void selectingLogsOpensAndReturnsTheNames()
     {
         FakeField fields[] = { FakeField(nullptr, "B"), FakeField(nullptr, "A"), FakeField(nullptr, "B") };
         FakeImporter importer("layout.dcf", "CSPRO");
@@ -682,7 +682,7 @@ private Q_SLOTS:
         QCOMPARE(importer.getDataSourceName(), QDir::currentPath() + "/no such file.dat");
     }
 
-    void dataFileBesideTheSourceIsNotFoundForWantOfASeparator()
+    void dataFileNextToTheSourceIsNotFoundWithoutASeparator()
     {
         QTemporaryDir directory;
         QVERIFY(createFile(directory.filePath("data.dat")));
@@ -701,7 +701,7 @@ private Q_SLOTS:
         QCOMPARE(importer.getDataSourceName(), directory.filePath("surveydata.dat"));
     }
 
-    void candidateStandsInTheAbsoluteDirectoryOfARelativeSource()
+    void candidateIsInTheAbsoluteDirectoryOfARelativeSource()
     {
         QTemporaryDir directory;
         QVERIFY(createFile(directory.filePath("surveydata.dat")));
@@ -962,7 +962,7 @@ private Q_SLOTS:
                                "\n\n\n" }));
     }
 
-    void emptyTextsAreLoggedBehindTheirBlank()
+    void emptyTextsAreLoggedAfterTheirBlank()
     {
         FakeImporter importer("layout.sav", "SPSS");
         FakeField field(&importer);

@@ -183,14 +183,14 @@ private Q_SLOTS:
         QCOMPARE(quietError("CSPro", code, text).composeMessage(), expected);
     }
 
-    void classNameStandsAsItIs_data()
+    void classNameIsUnchanged_data()
     {
         QTest::addColumn<QString>("className");
         QTest::newRow("empty") << "";
         QTest::newRow("with a placeholder") << "%1";
         QTest::newRow("no tag") << "any text";
     }
-    void classNameStandsAsItIs()
+    void classNameIsUnchanged()
     {
         QFETCH(QString, className);
         QCOMPARE(VpErrorManager(className, 105).composeMessage(),
@@ -292,7 +292,7 @@ private Q_SLOTS:
         QCOMPARE(static_cast<const std::exception &>(error).what(), "Unknown exception");
     }
 
-    void readersTellWhatWasGiven()
+    void accessorsReturnTheGivenValues()
     {
         const VpErrorManager with = quietError("CSProItem", 211, "x");
         QCOMPARE(with.getCode(), 211);

@@ -265,7 +265,7 @@ private Q_SLOTS:
     }
 
 #ifdef SUPPORT_HAS_VIRTUALSLOT
-    void virtualOperationsStandInThisOrder()
+    void virtualOperationsAreInThisOrder()
     {
         QCOMPARE(int(virtualSlot(&TGenericField::isMissing)), 2);
         QCOMPARE(int(virtualSlot(&TGenericField::isNotApplicable)), 3);
@@ -275,7 +275,7 @@ private Q_SLOTS:
     }
 #endif
 
-    void gettersAndNumberSettersAreForSubclassesAlone()
+    void gettersAndNumberSettersAreOnlyForSubclasses()
     {
         QVERIFY(!CallsGetAsString<FullField>::value);
         QVERIFY(!CallsGetAsFloat<FullField>::value);
@@ -456,7 +456,7 @@ private Q_SLOTS:
         }
     }
 
-    void numberGettersAskForMissingAlone()
+    void numberGettersOnlyTestForMissing()
     {
         ValuedField field(vtInteger, "5", 17, 2.5);
         field.notApplicable = "98";
@@ -611,11 +611,11 @@ private Q_SLOTS:
         }
     }
 
-    void realTextGoesIntoTheRealNumberAlone_data()
+    void realTextSetsOnlyTheRealNumber_data()
     {
         numberRows();
     }
-    void realTextGoesIntoTheRealNumberAlone()
+    void realTextSetsOnlyTheRealNumber()
     {
         QFETCH(QString, text);
         QFETCH(double, expected);
@@ -835,7 +835,7 @@ private:
         QTest::newRow("blank inside")      << "1 2"   << 0.0;
         QTest::newRow("no number")         << "abc"   << 0.0;
         QTest::newRow("empty")             << ""      << 0.0;
-        QTest::newRow("blanks alone")      << "   "   << 0.0;
+        QTest::newRow("blanks only")       << "   "   << 0.0;
         QTest::newRow("comma")             << "12,5"  << 0.0;
         QTest::newRow("overflow")          << "1e999" << 0.0;
         QTest::newRow("not a number")      << "nan"   << notANumber;

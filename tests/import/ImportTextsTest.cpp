@@ -312,7 +312,7 @@ private:
                    { "getValueLabel, no labels", valueLabel(QStringLiteral(""), QStringLiteral("2")) },
                    { "getStringValue, empty line", valueIn(QStringLiteral(""), 0, 5) },
                    { "getStringValue, null line", valueIn(QString(), 0, 5) },
-                   { "getStringValue, behind the line", valueIn(QStringLiteral("12345678"), 9, 10) } });
+                   { "getStringValue, after the line", valueIn(QStringLiteral("12345678"), 9, 10) } });
         addTexts("answer of a field", "\"678\"", { { "getStringValue", valueIn(QStringLiteral("12345678"), 5, 10) } });
     }
 

@@ -257,7 +257,7 @@ private Q_SLOTS:
         QCOMPARE(outcome.lines.value(0), QString("GetDataClassLoader - In"));
     }
 
-    void registeredFormatHasNoLoaderToHandOut_data()
+    void registeredFormatHasNoLoader_data()
     {
         QTest::addColumn<QString>("format");
         QTest::addColumn<int>("index");
@@ -265,7 +265,7 @@ private Q_SLOTS:
         QTest::newRow("last") << "STATA" << 2;
         QTest::newRow("registered twice: the first") << "CSV" << 1;
     }
-    void registeredFormatHasNoLoaderToHandOut()
+    void registeredFormatHasNoLoader()
     {
         QFETCH(QString, format);
         QFETCH(int, index);

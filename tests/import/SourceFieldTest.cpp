@@ -219,13 +219,13 @@ private Q_SLOTS:
         QVERIFY(CallsGetStringValue<TVpSourceField>::value);
     }
 
-    void settingTheFieldTypeSetsTheTextAlone_data()
+    void settingTheFieldTypeSetsOnlyTheText_data()
     {
         QTest::addColumn<QString>("type");
         for (const char *type : { "INTEGER", "REAL", "STRING", "", "anything" })
             QTest::newRow(*type ? type : "empty") << QString(type);
     }
-    void settingTheFieldTypeSetsTheTextAlone()
+    void settingTheFieldTypeSetsOnlyTheText()
     {
         QFETCH(QString, type);
         TVpSourceField field;
@@ -330,7 +330,7 @@ private Q_SLOTS:
         QTest::newRow("up to the end")                       << 5 << 3  << "abcdefgh" << "fgh";
         QTest::newRow("one past the end passes the test of the length") << 3 << 6 << "abcdefgh" << "defgh";
         QTest::newRow("line ends inside the field")          << 5 << 10 << "abcdefgh" << "fgh";
-        QTest::newRow("last character alone")                << 7 << 5  << "abcdefgh" << "h";
+        QTest::newRow("last character only")                 << 7 << 5  << "abcdefgh" << "h";
         QTest::newRow("start at the end")                    << 8 << 5  << "abcdefgh" << "";
         QTest::newRow("start at the end, length 1")          << 8 << 1  << "abcdefgh" << "";
         QTest::newRow("start beyond the end")                << 9 << 5  << "abcdefgh" << "";

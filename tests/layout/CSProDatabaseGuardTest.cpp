@@ -102,7 +102,7 @@ void CSProDatabaseGuardTest::allElseIsRefused_data()
     QTest::addColumn<QByteArray>("statement");
     const auto add = [](const char *name, const char *statement) { QTest::newRow(name) << QByteArray(statement); };
     add("another table", "SELECT id FROM cases");
-    add("another table beside it", "SELECT dictionary FROM meta, cases");
+    add("another table next to it", "SELECT dictionary FROM meta, cases");
     add("another table in a condition", "SELECT dictionary FROM meta WHERE dictionary IN (SELECT id FROM cases)");
     add("schema", "SELECT sql FROM sqlite_schema");
     add("view", "SELECT dictionary FROM seen");

@@ -27,7 +27,7 @@ private slots:
     void textInUtf16IsRead_data();
     void textInUtf16IsRead();
     void databaseWithAWriteAheadLogIsRead();
-    void nothingIsWrittenBesideTheFile();
+    void nothingIsWrittenNextToTheFile();
     void writeProtectedFileIsRead();
     void fileNameMayHoldAnyCharacter_data();
     void fileNameMayHoldAnyCharacter();
@@ -142,7 +142,7 @@ void CSProDatabaseTest::dictionaryIsReadInBothFormsAsTextAndAsBlob_data()
     QTest::newRow("text, BLOB") << textForm << true << "7.7";
     QTest::newRow("text with a mark") << "\xef\xbb\xbf" + textForm << false << "7.7";
     QTest::newRow("JSON with a mark") << "\xef\xbb\xbf" + jsonForm << false << "";
-    QTest::newRow("text behind many lines") << QByteArray(3000, '\n') + textForm << false << "7.7";
+    QTest::newRow("text after many lines") << QByteArray(3000, '\n') + textForm << false << "7.7";
 }
 
 void CSProDatabaseTest::dictionaryIsReadInBothFormsAsTextAndAsBlob()
@@ -235,7 +235,7 @@ void CSProDatabaseTest::databaseWithAWriteAheadLogIsRead()
     QVERIFY2(layout.isRead(), qPrintable(messageOf(layout)));
 }
 
-void CSProDatabaseTest::nothingIsWrittenBesideTheFile()
+void CSProDatabaseTest::nothingIsWrittenNextToTheFile()
 {
     QTemporaryDir directory;
     const QString path = makeUsual(directory);
@@ -332,7 +332,7 @@ void CSProDatabaseTest::databaseWithoutADictionaryIsNamed()
         QVERIFY(!layout.isRead());
         QCOMPARE(layout.problems.size(), 1);
         QCOMPARE(layout.error()->id, QString("no-dictionary"));
-        QVERIFY2(messageOf(layout).startsWith("the file is an SQLite database, but no CSPro data file: "),
+        QVERIFY2(messageOf(layout).startsWith("the file is an SQLite database, but not a CSPro data file: "),
                  qPrintable(messageOf(layout)));
         QVERIFY2(messageOf(layout).contains(part), qPrintable(messageOf(layout)));
         QVERIFY(!messageOf(layout).contains('\n'));
@@ -370,8 +370,8 @@ void CSProDatabaseTest::damageIsReported_data()
     QTest::addColumn<int>("size");
     QTest::addColumn<QString>("message");
     QTest::newRow("all but the first bytes, as after encryption")
-        << 16 << -1 << "the file begins as an SQLite database, but is encrypted or damaged";
-    QTest::newRow("first page behind the header")
+        << 16 << -1 << "the file begins like an SQLite database, but is encrypted or damaged";
+    QTest::newRow("first page after the header")
         << 100 << 3996 << "the SQLite database cannot be read: database disk image is malformed";
 }
 

@@ -638,7 +638,7 @@ void CSProJsonLayoutTest::fileThatIsNoDictionaryIsNamed_data()
                              << "none of the keys";
     QTest::newRow("package description") << QByteArray(R"({"name":"x","version":"1.0.0"})") << "none of the keys";
     QTest::newRow("list of objects") << QByteArray("[ {\"levels\":[]} ]") << "a JSON list";
-    QTest::newRow("list of numbers behind a comment") << QByteArray("// x\n[1]") << "a JSON list";
+    QTest::newRow("list of numbers after a comment") << QByteArray("// x\n[1]") << "a JSON list";
     QTest::newRow("empty list") << QByteArray("\xef\xbb\xbf []") << "a JSON list";
     QTest::newRow("empty object") << QByteArray("{}") << "none of the keys";
     QTest::newRow("levels that are no list") << QByteArray(R"({"levels":3})") << "none of the keys";
@@ -665,16 +665,17 @@ void CSProJsonLayoutTest::damagedJsonIsReportedWithItsPlace_data()
     };
     add("no comma", "{\n  \"name\": \"A\"\n  \"levels\": []\n}", 3,
         "damaged JSON at byte 18: missing a comma or '}' after an object member");
-    add("comma behind the last", "{\"levels\":[],}", 1, "damaged JSON at byte 13: missing a name for object member");
-    add("comma behind the last entry", "{\"levels\":[1,]}", 1, "damaged JSON at byte 13: invalid value");
-    add("behind a mark", "\xef\xbb\xbf{\n x}", 2, "damaged JSON at byte 6: missing a name for object member");
-    add("bytes behind it", "{\"levels\":[]}\n\nmore", 3,
+    add("comma after the last", "{\"levels\":[],}", 1, "damaged JSON at byte 13: missing a name for object member");
+    add("comma after the last entry", "{\"levels\":[1,]}", 1, "damaged JSON at byte 13: invalid value");
+    add("after a mark", "\xef\xbb\xbf{\n x}", 2, "damaged JSON at byte 6: missing a name for object member");
+    add("bytes after it", "{\"levels\":[]}\n\nmore", 3,
         "damaged JSON at byte 15: the document root must not be followed by other values");
     add("a second object", "{\"levels\":[]}{}", 1,
         "damaged JSON at byte 13: the document root must not be followed by other values");
-    add("NUL behind it", QByteArray("{\"levels\":[]}\n\0", 15), 2,
+    add("NUL after it", QByteArray("{\"levels\":[]}\n\0", 15), 2,
         "damaged JSON at byte 14: a NUL character follows the document");
-    add("NUL in a text", QByteArray("{\"a\":\"\0\"}", 9), 1, "damaged JSON at byte 6: a text is not ended");
+    add("NUL in a text", QByteArray("{\"a\":\"\0\"}", 9), 1,
+        "damaged JSON at byte 6: a text has no closing quotation mark");
     add("tab in a text", "{\"a\":\"\t\"}", 1, "damaged JSON at byte 6: a control character in a text is not escaped");
     add("unknown escape", "{\"a\":\"\\x\"}", 1, "damaged JSON at byte 6: invalid escape character in string");
     add("half an escape", "{\"a\":\"\\u12\"}", 1,
@@ -737,7 +738,7 @@ void CSProJsonLayoutTest::realDictionariesAreWithoutFindings()
 {
     const QDir directory(QStringLiteral(VAN_CORPUS "/cspro-json"));
     if (!directory.exists())
-        QSKIP("the corpus is not there");
+        QSKIP("the corpus is not available");
     const QStringList names = directory.entryList({ "*.dcf" });
     QVERIFY(names.size() >= 24);
     for (const QString &name : names) {

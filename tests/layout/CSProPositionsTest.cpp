@@ -107,8 +107,8 @@ void CSProPositionsTest::itemsGetTheirColumns_data()
     add("record type first",                     1, 2, relative, "3 2 | 4 1",          "3 6 | 8 12");
     add("record type between ids",               4, 1, relative, "3 2 | 4",            "1 5 | 7");
     add("record type where an id would begin later", 3, 1, relative, "3 2 | 4",        "1 5 | 7");
-    add("record type behind the ids",            6, 2, relative, "3 2 | 4",            "1 4 | 8");
-    add("record type far behind the ids",        60, 2, relative, "3 2 | 4",           "1 4 | 8");
+    add("record type after the ids",            6, 2, relative, "3 2 | 4",            "1 4 | 8");
+    add("record type far after the ids",        60, 2, relative, "3 2 | 4",           "1 4 | 8");
     add("record type without a start",           0, 2, relative, "3 2 | 4",            "1 4 | 6");
     add("record type without ids",               1, 2, relative, " | 4 1",             " | 3 7");
     add("neither record type nor ids",           0, 0, relative, " | 4 1",             " | 1 5");
@@ -125,7 +125,7 @@ void CSProPositionsTest::itemsGetTheirColumns_data()
     add("subitem without offset",                0, 0, relative, "1 | 5 2s 4",         "1 | 2 0 7");
     add("subitem without item",                  0, 0, relative, "1 | 2+1 4",          "1 | 0 2");
     add("subitem of an id",                      0, 0, relative, "3 1+1 2 | 1",        "1 2 4 | 6");
-    add("offset in front of the item",           0, 0, relative, "9 | 5 2+-3",         "1 | 10 7");
+    add("offset before the item",           0, 0, relative, "9 | 5 2+-3",         "1 | 10 7");
     add("absolute",                              1, 1, absolute, "2@2 | 3@5 1@9",      "2 | 5 9");
     add("absolute without start",                1, 1, absolute, "2 | 3@5 1 2+1",      "0 | 5 0 0");
     add("absolute, subitem without start",       1, 1, absolute, "2@2 | 3@5 2+1 1s",   "2 | 5 6 0");

@@ -70,9 +70,9 @@ void CSProTextLinesTest::linesAreCutIntoStatements_data()
     row("continuation without a blank between", "a=1 &\n 2", { "1|a|1  2" });
     row("continuation with a carriage return", "a=1&\r\n2", { "1|a|12" });
     row("continuation over several lines", "a=&\nb&\nc", { "1|a|bc" });
-    row("blank behind the sign", "a=1& \nb=2", { "1|a|1&", "2|b|2" });
-    row("sign alone", "&\na=1", { "1|&", "2|a|1" });
-    row("sign alone goes on a continued line", "a=1&\n&\nb=2", { "1|a|1&", "3|b|2" });
+    row("blank after the sign", "a=1& \nb=2", { "1|a|1&", "2|b|2" });
+    row("sign only", "&\na=1", { "1|&", "2|a|1" });
+    row("sign only goes on a continued line", "a=1&\n&\nb=2", { "1|a|1&", "3|b|2" });
     row("two signs", "a=1&&\n2", { "1|a|1&2" });
     row("continuation at the end is kept", "a=1&", { "1|a|1" });
     row("continuation at the end with a line feed", "a=1&\n", { "1|a|1" });
@@ -143,7 +143,7 @@ void CSProTextLinesTest::encodingIsThatOfTheMarkOrOfTheBytes_data()
     row("carriage returns without a line feed", "a\rb\r", "utf-8", "a\nb\n");
     row("carriage returns in UTF-16", QByteArray("\xFF\xFE\xE9\0\r\0\x0A\x01", 8), "utf-16le", "é\nĊ");
     row("carriage returns and a line feed", "a\rb\r\n", "utf-8", "a\rb\r\n");
-    row("mark alone", "\xEF\xBB\xBF", "utf-8", "");
+    row("mark only", "\xEF\xBB\xBF", "utf-8", "");
 }
 
 void CSProTextLinesTest::encodingIsThatOfTheMarkOrOfTheBytes()

@@ -530,24 +530,24 @@ void CSProTextReaderTest::sectionsBelongToTheLastFittingOne_data()
         "L(A B) R(C+V+W D) S(E)");
     row("three levels", "Level:L IdItems Item:A Level:M IdItems Item:B Record:R Item:C Level:N IdItems Item:D",
         "L(A); M(B) R(C); N(D)");
-    row("items behind a level are ids", "Level:L Item:A Record:R Item:B Level:M Item:C", "L(A) R(B); M(C)");
-    row("ids behind a record", "Level:L Record:R Item:A IdItems Item:B", "L(B) R(A)");
+    row("items after a level are ids", "Level:L Item:A Record:R Item:B Level:M Item:C", "L(A) R(B); M(C)");
+    row("ids after a record", "Level:L Record:R Item:A IdItems Item:B", "L(B) R(A)");
     row("ids in two parts", "Level:L IdItems Item:A IdItems Item:B", "L(A B)");
     row("value sets of an id", "Level:L IdItems Item:A ValueSet:V Record:R", "L(A+V) R()");
-    row("value set behind a record", "Level:L IdItems Item:A Record:R ValueSet:V", "L(A+V) R()");
-    row("value set behind a level", "Level:L IdItems Item:A Level:M ValueSet:V", "L(A+V); M()");
+    row("value set after a record", "Level:L IdItems Item:A Record:R ValueSet:V", "L(A+V) R()");
+    row("value set after a level", "Level:L IdItems Item:A Level:M ValueSet:V", "L(A+V); M()");
     row("value set without an item", "Level:L ValueSet:V IdItems Item:A", "L(A)");
     row("record without a level", "Record:R Item:A", "() R(A)");
     row("item without a level", "Item:A Level:L Item:B", "(A); L(B)");
     row("ids without a level", "IdItems Item:A", "(A)");
-    row("behind an unknown section", "Level:L IdItems Foo:F Item:A Foo:G ValueSet:V", "L(A+V)");
-    row("behind a relation", "Level:L Relation:T IdItems Item:A Relation:U ValueSet:V Record:R Relation:W Item:B",
+    row("after an unknown section", "Level:L IdItems Foo:F Item:A Foo:G ValueSet:V", "L(A+V)");
+    row("after a relation", "Level:L Relation:T IdItems Item:A Relation:U ValueSet:V Record:R Relation:W Item:B",
         "L(A+V) R(B)");
     row("subitems", "Level:L IdItems Record:R Item:A SubItem:B SubItem:C Item:D SubItem:E", "L() R(A A.B A.C D D.E)");
-    row("subitem behind a value set", "Level:L Record:R Item:A ValueSet:V SubItem:B ValueSet:W", "L() R(A+V A.B+W)");
+    row("subitem after a value set", "Level:L Record:R Item:A ValueSet:V SubItem:B ValueSet:W", "L() R(A+V A.B+W)");
     row("subitem of no item", "Level:L Item:X Record:R SubItem:A Item:B Record:S SubItem:C", "L(X) R(.A B) S(.C)");
-    row("subitem of an id behind a record",
-        "Level:L IdItems Item:X Record:R Item:A IdItems SubItem:Y Level:M SubItem:Z", "L(X .Y) R(A); M(.Z)");
+    row("subitem of an id after a record", "Level:L IdItems Item:X Record:R Item:A IdItems SubItem:Y Level:M SubItem:Z",
+        "L(X .Y) R(A); M(.Z)");
     row("subitem of an id", "Level:L Item:X SubItem:Y", "L(X X.Y)");
     row("names in another case", "LEVEL:L iditems item:A RECORD:R valueset:V", "L(A+V) R()");
 }
@@ -630,7 +630,7 @@ void CSProTextReaderTest::everyFaultIsReportedWithItsPlace_data()
     row("unknown key in an item", in("item", "Foo=1\n" + item), { "warning unknown-key 14 L/R/I" });
     row("unknown key in a value set", in("set", "Foo=1\nName=S\n"), { "warning unknown-key 18 L/R/I/S" });
     row("unknown key in a value", in("value", "Value=1\nFoo=1\n"), { "warning unknown-key 20 L/R/I/S/#1" });
-    row("link behind a value", in("value", "Value=1\nLink=1\n"), { "warning unknown-key 20 L/R/I/S/#1" });
+    row("link after a value", in("value", "Value=1\nLink=1\n"), { "warning unknown-key 20 L/R/I/S/#1" });
     row("unknown key in a relation", in("relation", "Foo=1\nName=A\nPrimary=R\nSecondary=R\n"),
         { "warning unknown-key 14 relations/A" });
     row("note of a relation", in("relation", "Note=1\nName=A\nPrimary=R\nSecondary=R\n"),
@@ -645,18 +645,18 @@ void CSProTextReaderTest::everyFaultIsReportedWithItsPlace_data()
         { "warning relation-without-secondary 13 relations/A" });
     row("key in [NoEdit]", "[NoEdit]\nFoo=1\n" + dictionaryPart + levelPart + idsPart, { "warning unknown-key 2 " });
     row("unknown section", dictionaryPart + levelPart + idsPart + "[Foo]\nBar=1\n", { "warning unknown-section 11 " });
-    row("text behind the bracket", dictionaryPart + levelPart + idsPart + "[Item] x\n",
+    row("text after the bracket", dictionaryPart + levelPart + idsPart + "[Item] x\n",
         { "warning unknown-section 11 " });
-    row("text behind the section", dictionaryPart + levelPart + idsPart + "[Record]=x\nName=R\n",
-        { "warning text-behind-section 11 L/R" });
+    row("text after the section", dictionaryPart + levelPart + idsPart + "[Record]=x\nName=R\n",
+        { "warning text-after-section 11 L/R" });
     row("value set without an item", dictionaryPart + "[ValueSet]\nName=S\n" + levelPart + idsPart,
         { "warning misplaced-section 4 " });
     row("record before the level", dictionaryPart + "[Record]\nName=R\n",
         { "warning no-level-yet 4 /R", "warning level-without-ids 4 " });
     row("second [Languages]", in("languages", "EN=a\n[Languages]\nFR=b\n"), { "warning misplaced-section 6 " });
-    row("[Languages] behind a level", dictionaryPart + levelPart + idsPart + "[Languages]\nEN=a\n",
-        { "warning languages-behind-level 11 " });
-    row("[Dictionary] behind a level", levelPart + idsPart + dictionaryPart, { "warning dictionary-behind-level 8 " });
+    row("[Languages] after a level", dictionaryPart + levelPart + idsPart + "[Languages]\nEN=a\n",
+        { "warning languages-after-level 11 " });
+    row("[Dictionary] after a level", levelPart + idsPart + dictionaryPart, { "warning dictionary-after-level 8 " });
     row("second [Dictionary]", dictionaryPart + levelPart + idsPart + "[Dictionary]\nName=E\n",
         { "warning repeated-section 11 ", "info repeated-key 12 " });
     row("label with more parts than languages", in("level", "Name=L\nLabel=a|b\n"),
@@ -711,10 +711,10 @@ void CSProTextReaderTest::whatHasNoMemberIsKept_data()
     row("second [Dictionary]", dictionaryPart + "[Level]\n[Dictionary]\nName=E\nPositions=Absolute\nZeroFill=Yes\n",
         { " repeated Name=E 6", " repeated Positions=Absolute 7" });
     row("unknown special word", in("value", "Value=1\nName=OTHER, Special\n"), { "L/R/I/S/#1 Name=OTHER, Special 20" });
-    row("special word behind an unknown one", in("value", "Value=1\nName=OTHER\nName=MISSING\n"),
+    row("special word after an unknown one", in("value", "Value=1\nName=OTHER\nName=MISSING\n"),
         { "L/R/I/S/#1 Name=OTHER 20", "L/R/I/S/#1 repeated Name=MISSING 21" });
-    row("label behind a value without one", in("value", "Value=1\nLabel=a\n"), { "L/R/I/S/#1 repeated Label=a 20" });
-    row("date format behind another capture",
+    row("label after a value without one", in("value", "Value=1\nLabel=a\n"), { "L/R/I/S/#1 repeated Label=a 20" });
+    row("date format after another capture",
         in("item", "Name=I\nCaptureType=Date\nCaptureDateFormat=DDMM\nCaptureType=Photo\nCaptureDateFormat=MMDD\n"),
         { "L/R/I repeated CaptureType=Date 15", "L/R/I CaptureDateFormat=MMDD 18" });
     row("date format without a capture in the end",
@@ -780,10 +780,10 @@ void CSProTextReaderTest::aFileWithoutDictionarySectionIsNoLayout_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("another section") << QByteArray("[General]\nName=1\n");
-    QTest::newRow("bracket alone") << QByteArray("[");
+    QTest::newRow("bracket only") << QByteArray("[");
     QTest::newRow("item first") << QByteArray("[Item]\nName=1\nFoo=1\n[Level]\n");
     QTest::newRow("[NoEdit] alone") << QByteArray("[NoEdit]\n");
-    QTest::newRow("text behind [Dictionary]") << QByteArray("[Dictionary] x\n[Level]\n");
+    QTest::newRow("text after [Dictionary]") << QByteArray("[Dictionary] x\n[Level]\n");
     QTest::newRow("in UTF-16") << QByteArray("\xFF\xFE[\0a\0]\0", 8);
 }
 
@@ -802,15 +802,15 @@ void CSProTextReaderTest::aFileThatBeginsWithABracketIsRead_data()
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<bool>("isRead");
     QTest::newRow("at once") << QByteArray("[Dictionary]") << true;
-    QTest::newRow("behind white space") << QByteArray(" \t\r\n\v\f\n[Dictionary]") << true;
-    QTest::newRow("behind a mark") << QByteArray("\xEF\xBB\xBF[Dictionary]") << true;
-    QTest::newRow("behind a mark and white space") << QByteArray("\xEF\xBB\xBF\n [Dictionary]") << true;
-    QTest::newRow("behind [NoEdit]") << QByteArray("[NoEdit]\n[Dictionary]") << true;
-    QTest::newRow("behind another section") << QByteArray("[Foo]\n[dictionary]") << true;
+    QTest::newRow("after white space") << QByteArray(" \t\r\n\v\f\n[Dictionary]") << true;
+    QTest::newRow("after a mark") << QByteArray("\xEF\xBB\xBF[Dictionary]") << true;
+    QTest::newRow("after a mark and white space") << QByteArray("\xEF\xBB\xBF\n [Dictionary]") << true;
+    QTest::newRow("after [NoEdit]") << QByteArray("[NoEdit]\n[Dictionary]") << true;
+    QTest::newRow("after another section") << QByteArray("[Foo]\n[dictionary]") << true;
     QTest::newRow("UTF-16, low byte first") << QByteArray("\xFF\xFE[\0D\0i\0c\0t\0i\0o\0n\0a\0r\0y\0]\0", 26) << true;
     QTest::newRow("UTF-16, high byte first") << QByteArray("\xFE\xFF\0[\0D\0i\0c\0t\0i\0o\0n\0a\0r\0y\0]", 26) << true;
-    QTest::newRow("behind a comment") << QByteArray(".a\n[Dictionary]") << false;
-    QTest::newRow("behind a key") << QByteArray("a=b\n[Dictionary]") << false;
+    QTest::newRow("after a comment") << QByteArray(".a\n[Dictionary]") << false;
+    QTest::newRow("after a key") << QByteArray("a=b\n[Dictionary]") << false;
     QTest::newRow("UTF-16 without a mark") << QByteArray("[\0D\0i\0c\0t\0i\0o\0n\0a\0r\0y\0]\0", 24) << false;
 }
 
@@ -944,22 +944,22 @@ void CSProTextReaderTest::whiteSpaceInFrontMayBeLong_data()
     const QByteArray text = "[Dictionary]\nName=D\n";
     const QByteArray json = R"({"name":"D","levels":[]})";
     const QByteArray mark = "\xEF\xBB\xBF";
-    QTest::newRow("text behind lines") << QByteArray("\r\n").repeated(511) + text << Format::CSProText;
-    QTest::newRow("text behind 1,024 lines") << QByteArray(1024, '\n') + text << Format::CSProText;
-    QTest::newRow("text behind all white space")
+    QTest::newRow("text after lines") << QByteArray("\r\n").repeated(511) + text << Format::CSProText;
+    QTest::newRow("text after 1,024 lines") << QByteArray(1024, '\n') + text << Format::CSProText;
+    QTest::newRow("text after all white space")
         << QByteArray(" \t\v\f\r\n").repeated(50'000) + text << Format::CSProText;
-    QTest::newRow("text behind a mark and blanks") << mark + QByteArray(3000, ' ') + text << Format::CSProText;
+    QTest::newRow("text after a mark and blanks") << mark + QByteArray(3000, ' ') + text << Format::CSProText;
     QTest::newRow("text in UTF-16") << "\xFF\xFE" + QByteArray(" \0", 2).repeated(2000)
             + QByteArray("[\0D\0i\0c\0t\0i\0o\0n\0a\0r\0y\0]\0", 24)
                                     << Format::CSProText;
-    QTest::newRow("JSON behind all white space") << QByteArray(" \t\r\n") + json << Format::CSProJson;
-    QTest::newRow("JSON behind lines") << QByteArray(5000, '\n') + json << Format::CSProJson;
-    QTest::newRow("JSON behind a mark and blanks") << mark + QByteArray(3000, ' ') + json << Format::CSProJson;
-    QTest::newRow("JSON behind a comment") << "/*" + QByteArray(3000, '*') + "*/" + json << Format::CSProJson;
-    QTest::newRow("JSON behind a line's comment") << "//" + QByteArray(3000, 'x') + "\n" + json << Format::CSProJson;
-    QTest::newRow("nothing behind it") << QByteArray(5000, ' ') << Format::None;
+    QTest::newRow("JSON after all white space") << QByteArray(" \t\r\n") + json << Format::CSProJson;
+    QTest::newRow("JSON after lines") << QByteArray(5000, '\n') + json << Format::CSProJson;
+    QTest::newRow("JSON after a mark and blanks") << mark + QByteArray(3000, ' ') + json << Format::CSProJson;
+    QTest::newRow("JSON after a comment") << "/*" + QByteArray(3000, '*') + "*/" + json << Format::CSProJson;
+    QTest::newRow("JSON after a line's comment") << "//" + QByteArray(3000, 'x') + "\n" + json << Format::CSProJson;
+    QTest::newRow("nothing after it") << QByteArray(5000, ' ') << Format::None;
     QTest::newRow("comment without end") << "/*" + QByteArray(3000, ' ') << Format::None;
-    QTest::newRow("list behind it") << QByteArray(5000, ' ') + "[{}]" << Format::None;
+    QTest::newRow("list after it") << QByteArray(5000, ' ') + "[{}]" << Format::None;
     QTest::newRow("more than the bound") << QByteArray(17 << 20, ' ') + text << Format::None;
 }
 

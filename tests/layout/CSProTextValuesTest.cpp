@@ -198,8 +198,8 @@ void CSProTextValuesTest::notePiecesEndInABlankOrALineFeed_data()
     row("half of them", "a\\r b\\n", "a\\r b\\n ");
     row("tilde at the begin", "~a", " a ");
     row("only one tilde", "~~a~", " ~a~ ");
-    row("tilde alone", "~", "  ");
-    row("tilde behind the line feed", "\\r\\n~a", "\n~a ");
+    row("tilde only", "~", "  ");
+    row("tilde after the line feed", "\\r\\n~a", "\n~a ");
     row("bar is no sign here", "a|b", "a|b ");
 }
 

@@ -19,8 +19,8 @@ private slots:
     void textsThatNeedQuotesHaveThem();
     void labelsAreInOneLanguage();
     void excelGetsAByteOrderMark();
-    void formulasAreGuardedForExcelAlone_data();
-    void formulasAreGuardedForExcelAlone();
+    void formulasAreGuardedOnlyForExcel_data();
+    void formulasAreGuardedOnlyForExcel();
     void longFilesAreWhole();
     void aDeviceThatIsFullIsReported();
 };
@@ -126,7 +126,7 @@ void CodebookCsvTest::excelGetsAByteOrderMark()
     QCOMPARE(csv(layout, { QString(), true }), QByteArray("\xEF\xBB\xBF" + csv(layout)));
 }
 
-void CodebookCsvTest::formulasAreGuardedForExcelAlone_data()
+void CodebookCsvTest::formulasAreGuardedOnlyForExcel_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("isGuarded");
@@ -138,12 +138,12 @@ void CodebookCsvTest::formulasAreGuardedForExcelAlone_data()
     QTest::newRow("wide sign") << QString::fromUtf8("＝1+1") << true;
     QTest::newRow("negative number") << "-1" << false;
     QTest::newRow("number with a sign") << "+1.5" << false;
-    QTest::newRow("behind a blank") << " =1" << false;
+    QTest::newRow("after a blank") << " =1" << false;
     QTest::newRow("text") << "Age" << false;
     QTest::newRow("empty") << "" << false;
 }
 
-void CodebookCsvTest::formulasAreGuardedForExcelAlone()
+void CodebookCsvTest::formulasAreGuardedOnlyForExcel()
 {
     QFETCH(QString, text);
     QFETCH(bool, isGuarded);

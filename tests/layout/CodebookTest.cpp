@@ -547,8 +547,8 @@ private slots:
         QCOMPARE(between(page, "<h1 id=\"page-title\" dir=\"auto\" lang=\"\">", "</h1>"), QByteArray("\\ude00z"));
     }
 
-    void pageNeedsNothingBesideIt_data() { addPages(); }
-    void pageNeedsNothingBesideIt()
+    void pageIsSelfContained_data() { addPages(); }
+    void pageIsSelfContained()
     {
         QFETCH(QByteArray, page);
         const QByteArray frame = QByteArray(page).replace(dataTextOf(page), QByteArray());
@@ -565,8 +565,8 @@ private slots:
         QVERIFY(page.contains("<noscript>"));
     }
 
-    void policyAllowsThePagesOwnStyleAndScriptAlone_data() { addPages(); }
-    void policyAllowsThePagesOwnStyleAndScriptAlone()
+    void policyAllowsOnlyThePagesOwnStyleAndScript_data() { addPages(); }
+    void policyAllowsOnlyThePagesOwnStyleAndScript()
     {
         QFETCH(QByteArray, page);
         const auto sourceOf = [](const QByteArray &content) {
@@ -621,7 +621,7 @@ private slots:
     void realFilesGiveWholePages()
     {
         if (!QFile::exists(QStringLiteral(VAN_CORPUS)))
-            QSKIP("the corpus of real files is not here");
+            QSKIP("the corpus is not available");
         int pages = 0;
         for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" }) {
             const QStringList files = corpusFiles(kind);

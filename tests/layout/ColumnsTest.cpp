@@ -16,7 +16,7 @@ private slots:
     void occurrencesAreNumberedFromOne();
     void subitemsFollowTheirItemAtEachOccurrence();
     void aSubitemThatRepeatsInARepeatedItemHasTwoNumbers();
-    void subitemsWithoutAnItemStandByThemselves();
+    void subitemsWithoutAnItemAreSeparate();
     void namesAreUnique();
     void anItemWithoutANameIsNamedByItsPosition();
     void theLabelOfAnOccurrenceHasItsLabelOrNumber();
@@ -111,7 +111,7 @@ void ColumnsTest::aSubitemThatRepeatsInARepeatedItemHasTwoNumbers()
              QStringList({ "G_1@1", "S_1_1@1", "S_1_2@3", "G_2@5", "S_2_1@5", "S_2_2@7" }));
 }
 
-void ColumnsTest::subitemsWithoutAnItemStandByThemselves()
+void ColumnsTest::subitemsWithoutAnItemAreSeparate()
 {
     QCOMPARE(columnsOfItems({ subitemOf("S", 1, 2, 2), subitemOf("T", 5, 1) }),
              QStringList({ "S_1@1", "S_2@3", "T@5" }));

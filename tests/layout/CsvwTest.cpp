@@ -35,7 +35,7 @@ private slots:
     void rowsReferToTheHeadOfTheirLevel();
     void withoutIdsThereAreNoKeys();
     void aLevelWithoutIdsHasNoKey();
-    void aLevelOfIdsAloneHasATable();
+    void aLevelWithOnlyIdsHasATable();
     void valueSetsAreTermSets();
     void textsInLanguagesHaveTheirTag();
     void theTitleIsThatOfTheFileOrTheGivenOne();
@@ -345,7 +345,7 @@ void CsvwTest::missingCodesAreNull_data()
                            << QStringList{ "" };
     QTest::newRow("filled with zeros") << filled << QStringList{ "", "9", "009" };
     QTest::newRow("filled with zeros, also in the dictionary") << filledTwice << QStringList{ "", "09", "9", "009" };
-    QTest::newRow("zeros of the dictionary alone")
+    QTest::newRow("zeros of the dictionary only")
         << made::item("X", 2, { made::value("09", "a", Special::Missing) }) << QStringList{ "", "09", "9" };
     QTest::newRow("decimal comma") << decimals << QStringList{ "", "9,50", "9.5" };
     QTest::newRow("codes of stored numbers have one spelling")
@@ -435,7 +435,7 @@ void CsvwTest::aLevelWithoutIdsHasNoKey()
     QVERIFY(!schemaOf(tablesOf(layout).at(3)).contains("foreignKeys"));
 }
 
-void CsvwTest::aLevelOfIdsAloneHasATable()
+void CsvwTest::aLevelWithOnlyIdsHasATable()
 {
     Layout layout;
     layout.levels = { made::level({ made::item("A"), made::item("B") }, {}), made::level({}, {}),

@@ -250,8 +250,8 @@ private slots:
     void levelsAndRecordsAreGroupsOfVariables();
     void statisticalFileHasNoRecordGroups();
     void casesAreThoseThatTheFileStates();
-    void charsetIsThatOfTheDataAlone_data();
-    void charsetIsThatOfTheDataAlone();
+    void charsetIsOnlyThatOfTheData_data();
+    void charsetIsOnlyThatOfTheData();
     void dateIsTheLastOneOfTheFile_data();
     void dateIsTheLastOneOfTheFile();
     void idsAreOneVariableOfAllTheirRecords();
@@ -265,8 +265,8 @@ private slots:
     void attributesIdAreUniqueNames();
     void decimalsAreStated_data();
     void decimalsAreStated();
-    void intervalIsStatedWithTheMeasureAlone_data();
-    void intervalIsStatedWithTheMeasureAlone();
+    void intervalIsStatedOnlyWithTheMeasure_data();
+    void intervalIsStatedOnlyWithTheMeasure();
     void weightIsMarked();
     void codesAndRangesAreCategories_data();
     void codesAndRangesAreCategories();
@@ -293,7 +293,7 @@ private slots:
     void rangesAreANoteForExtractReaders();
     void refusalOfTheDeviceIsReported();
     void deviceMayTakeParts();
-    void sizeGrowsWithTheLayoutAlone();
+    void sizeGrowsOnlyWithTheLayout();
 };
 
 void DdiTest::documentsAreValid_data()
@@ -317,9 +317,9 @@ void DdiTest::documentsAreValid()
 {
     QFETCH(QStringList, paths);
     if (!QFile::exists(schema()))
-        QSKIP("the schema of DDI Codebook 2.5 is not here");
+        QSKIP("the schema of DDI Codebook 2.5 is not available");
     if (paths.isEmpty())
-        QSKIP("the corpus is not here");
+        QSKIP("the corpus is not available");
     const QTemporaryDir directory;
     QStringList documents;
     for (const QString &path : qAsConst(paths)) {
@@ -341,7 +341,7 @@ void DdiTest::documentsAreValid()
 void DdiTest::documentOfOddTextsIsValid()
 {
     if (!QFile::exists(schema()))
-        QSKIP("the schema of DDI Codebook 2.5 is not here");
+        QSKIP("the schema of DDI Codebook 2.5 is not available");
     const QString odd = QStringLiteral("<&>\"'\n\t\r") + QChar(1) + QChar(0xD800) + QChar(0xFFFE) + "\u00e9";
     Layout layout = census();
     layout.note = odd;
@@ -374,7 +374,7 @@ void DdiTest::titleIsAskedForOrThatOfTheDictionary_data()
     QTest::newRow("asked for") << "My title" << "Label" << "NAME" << "My title";
     QTest::newRow("label")     << ""         << "Label" << "NAME" << "Label";
     QTest::newRow("blanks around") << ""     << "  Label " << "NAME" << "Label";
-    QTest::newRow("blanks alone") << ""      << "  "    << "NAME" << "NAME";
+    QTest::newRow("blanks only") << ""      << "  "    << "NAME" << "NAME";
     QTest::newRow("name")      << ""         << ""      << "NAME" << "NAME";
     QTest::newRow("none")      << ""         << ""      << ""     << "";
     // clang-format on
@@ -504,7 +504,7 @@ void DdiTest::linesWithoutATypeHaveNoType_data()
     QTest::addColumn<int>("length");
     QTest::newRow("no columns stated") << 0 << 0;
     QTest::newRow("no width") << 1 << 0;
-    QTest::newRow("in front of the line") << -1 << 2;
+    QTest::newRow("before the line") << -1 << 2;
 }
 
 void DdiTest::linesWithoutATypeHaveNoType()
@@ -589,7 +589,7 @@ void DdiTest::casesAreThoseThatTheFileStates()
     QVERIFY(dimensions.all("recPrCas").isEmpty());
 }
 
-void DdiTest::charsetIsThatOfTheDataAlone_data()
+void DdiTest::charsetIsOnlyThatOfTheData_data()
 {
     QTest::addColumn<Layout>("layout");
     QTest::addColumn<QString>("plain");
@@ -608,7 +608,7 @@ void DdiTest::charsetIsThatOfTheDataAlone_data()
     // clang-format on
 }
 
-void DdiTest::charsetIsThatOfTheDataAlone()
+void DdiTest::charsetIsOnlyThatOfTheData()
 {
     QFETCH(Layout, layout);
     QTEST(ddiOf(layout).one("fileDscr/fileTxt/fileType")["charset"], "plain");
@@ -806,7 +806,7 @@ void DdiTest::decimalsAreStated()
     QTEST(variable.one("varFormat").text, "format");
 }
 
-void DdiTest::intervalIsStatedWithTheMeasureAlone_data()
+void DdiTest::intervalIsStatedOnlyWithTheMeasure_data()
 {
     QTest::addColumn<int>("measure");
     QTest::addColumn<QString>("interval");
@@ -821,7 +821,7 @@ void DdiTest::intervalIsStatedWithTheMeasureAlone_data()
                            << "";
 }
 
-void DdiTest::intervalIsStatedWithTheMeasureAlone()
+void DdiTest::intervalIsStatedOnlyWithTheMeasure()
 {
     QFETCH(int, measure);
     Item item = numeric("X", 0, 8);
@@ -904,7 +904,7 @@ void DdiTest::validValuesAreThoseOfTheValueSets_data()
     QTest::newRow("codes") << withValues(numeric("X"), { value({ { "1", "" } }, ""), value({ { "2", "" } }, "") }) << QStringList{ "INT 1", "INT 2" };
     QTest::newRow("range and codes") << withValues(numeric("X"), { value({ { "0", "9" }, { "11", "" } }, "") }) << QStringList{ "INT 0..9", "INT 11" };
     QTest::newRow("without the special ones") << withValues(numeric("X"), { value({ { "1", "" } }, ""), value({ { "9", "" } }, "", Special::Missing) }) << QStringList{ "INT 1" };
-    QTest::newRow("special ones alone") << onlySpecial << QStringList{};
+    QTest::newRow("special ones only") << onlySpecial << QStringList{};
     QTest::newRow("decimals") << wage << QStringList{ "REAL 0.5", "REAL 1..20" };
     QTest::newRow("code with a decimal comma") << withValues(numeric("X"), { value({ { "0,5", "" } }, "") }) << QStringList{ "REAL 0,5" };
     QTest::newRow("code with decimals") << withValues(numeric("X"), { value({ { "0.5", "" }, { "1", "2.5" } }, "") }) << QStringList{ "REAL 0.5", "REAL 1..2.5" };
@@ -1277,7 +1277,7 @@ void DdiTest::deviceMayTakeParts()
     QVERIFY(device.bytes == documentOf(dictionary(items)));
 }
 
-void DdiTest::sizeGrowsWithTheLayoutAlone()
+void DdiTest::sizeGrowsOnlyWithTheLayout()
 {
     const auto sizeOf = [](int items) {
         QVector<Item> list;

@@ -61,7 +61,7 @@ void DecodingTest::damagedUtf8GetsOneMarkForEachMaximalPart_data()
                                                   "A\x80\xBF"
                                                   "B")
                                     << fffd(5) + "A" + fffd(2) + "B";
-    QTest::newRow("damage behind a long text")
+    QTest::newRow("damage after a long text")
         << QByteArray("0123456789abcdef\xE9z") << "0123456789abcdef" + fffd(1) + "z";
     QTest::newRow("lowest and highest of each size")
         << QByteArray("\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF")
@@ -120,9 +120,9 @@ void DecodingTest::utf16IsReadInBothOrders_data()
     const QString low(QChar(0xDD1E));
     QTest::newRow("letters") << QString::fromUtf8("aé€") << 0 << QString::fromUtf8("aé€");
     QTest::newRow("pair") << high + low << 0 << QString::fromUtf8("𝄞");
-    QTest::newRow("first half alone") << high + "a" << 0 << fffd(1) + "a";
+    QTest::newRow("first half only") << high + "a" << 0 << fffd(1) + "a";
     QTest::newRow("first half at the end") << "a" + high << 0 << "a" + fffd(1);
-    QTest::newRow("second half alone") << low + "a" << 0 << fffd(1) + "a";
+    QTest::newRow("second half only") << low + "a" << 0 << fffd(1) + "a";
     QTest::newRow("halves in the wrong order") << low + high << 0 << fffd(2);
     QTest::newRow("cut unit") << "ab" << 1 << "a" + fffd(1);
     QTest::newRow("cut pair") << "a" + high + low << 1 << "a" + fffd(1);

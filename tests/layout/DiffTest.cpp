@@ -204,7 +204,7 @@ private slots:
     void factsOfTheFileAreNotCompared();
     void languagesAreMatchedByCode_data();
     void languagesAreMatchedByCode();
-    void oneLanguageCanBeComparedAlone();
+    void onlyOneLanguageCanBeCompared();
     void typeOfARecordCountsWhereLinesHaveOne();
     void codesAreCompared_data();
     void codesAreCompared();
@@ -558,9 +558,9 @@ void DiffTest::languagesAreMatchedByCode_data()
         << two << houses << QStringList("FR") << houses << QStringList("language-removed EN:  > ");
     row("other language declared") << two << houses << QStringList{ "EN", "ES" } << houses
                                    << QStringList{ "language-removed FR:  > ", "language-added ES:  > " };
-    row("declared in one layout alone") << two << houses << none << houses << none;
-    row("language of labels alone") << none << QStringList("EN:House") << none << houses
-                                    << QStringList("language-added FR:  > ");
+    row("declared in one layout only") << two << houses << none << houses << none;
+    row("language of labels only") << none << QStringList("EN:House") << none << houses
+                                   << QStringList("language-added FR:  > ");
     row("other language") << QStringList("EN") << QStringList("EN:House") << QStringList("FR")
                           << QStringList("FR:Maison")
                           << QStringList{ "language-removed EN:  > ", "language-added FR:  > " };
@@ -594,7 +594,7 @@ void DiffTest::languagesAreMatchedByCode()
     QCOMPARE(described(diff), changes);
 }
 
-void DiffTest::oneLanguageCanBeComparedAlone()
+void DiffTest::onlyOneLanguageCanBeCompared()
 {
     Layout before;
     before.format = Format::CSProText;
@@ -644,16 +644,16 @@ void DiffTest::codesAreCompared_data()
     QTest::addColumn<bool>("areSame");
     const auto row = [](const char *name, bool isNumeric, const QStringList &before, const QStringList &after,
                         bool areSame) { QTest::newRow(name) << isNumeric << before << after << areSame; };
-    row("zero in front of a number", true, { "1" }, { "01" }, true);
-    row("zero in front of a text", false, { "1" }, { "01" }, false);
+    row("zero before a number", true, { "1" }, { "01" }, true);
+    row("zero before a text", false, { "1" }, { "01" }, false);
     row("blanks around a number", true, { " 1 " }, { "1" }, true);
-    row("blanks behind a text", false, { "A  " }, { "A" }, true);
-    row("blanks in front of a text", false, { " A" }, { "A" }, false);
+    row("blanks after a text", false, { "A  " }, { "A" }, true);
+    row("blanks before a text", false, { " A" }, { "A" }, false);
     row("case of a text", false, { "a" }, { "A" }, false);
-    row("zeros behind the mark", true, { "1.50" }, { "1.5" }, true);
+    row("zeros after the mark", true, { "1.50" }, { "1.5" }, true);
     row("whole number with decimals", true, { "2.0" }, { "2" }, true);
     row("decimal comma", true, { "1,5" }, { "1.5" }, true);
-    row("without a digit in front", true, { ".5" }, { "0.5" }, true);
+    row("without a digit at the beginning", true, { ".5" }, { "0.5" }, true);
     row("negative", true, { "-01" }, { "-1" }, true);
     row("plus sign", true, { "+1" }, { "1" }, true);
     row("negative zero", true, { "-0" }, { "0" }, true);
@@ -752,8 +752,8 @@ void DiffTest::codesAreWrittenAsInTheFile_data()
                                       << "1.50";
     QTest::newRow("blanks around a number") << true << " 1 "
                                             << "1";
-    QTest::newRow("blanks in front of a text") << false << " A "
-                                               << " A";
+    QTest::newRow("blanks before a text") << false << " A "
+                                          << " A";
     QTest::newRow("zeros of a text") << false << "01"
                                      << "01";
     QTest::newRow("blanks") << false << "  "
@@ -912,7 +912,7 @@ void DiffTest::boundsOfFormatsAreKnown_data()
         person(l).items[1].name = "EARNED";
         person(l).items[1].valueSets = { valueSet("EARNED_VS1", { value("0", "Nothing") }) };
     });
-    QTest::newRow("renamed, values of one alone")
+    QTest::newRow("renamed, values of one only")
         << coded << withPaid(Format::Stata, "%td", ".a") << QStringList{ "item-renamed", "value-set-removed" };
     const auto followed = [](const QString &name) {
         return edited(statFile(Format::Stata), [&](Layout &l) {
@@ -1031,8 +1031,8 @@ void DiffTest::itemsAreFoundUnderAnotherName_data()
         << Items{ item("A", 5, 2, "Age") } << Items{ item("B", 5, 2, "Sex") } << gone("A", "Age", "B", "Sex");
     QTest::newRow("columns, other values") << Items{ coded(item("A", 5, 1, ""), "No") }
                                            << Items{ coded(item("B", 5, 1, ""), "Never") } << gone("A", "", "B", "");
-    QTest::newRow("width alone") << Items{ item("A", 5, 2, "") } << Items{ item("B", 7, 2, "") }
-                                 << gone("A", "", "B", "");
+    QTest::newRow("width only") << Items{ item("A", 5, 2, "") } << Items{ item("B", 7, 2, "") }
+                                << gone("A", "", "B", "");
     QTest::newRow("label at other columns") << Items{ item("A", 5, 2, "Age") } << Items{ item("B", 7, 2, "Age") }
                                             << QStringList{ renamed, "item-start PERSON/A: 5 > 7" };
     QTest::newRow("label at the start, wider") << Items{ item("A", 5, 2, "Age") } << Items{ item("B", 5, 3, "Age") }
@@ -1122,12 +1122,12 @@ void DiffTest::recordsAreFoundUnderAnotherName_data()
         house(l).name = "DWELLING";
         house(l).items = { alpha("D1", 5, 2, "Roof"), item("D2", 7, 2, "Rooms") };
     }) << QStringList{ "record-renamed", "item-renamed", "item-renamed" };
-    QTest::newRow("label alone") << Edit([](Layout &l) {
+    QTest::newRow("label only") << Edit([](Layout &l) {
         house(l).name = "DWELLING";
         house(l).recordType = "9";
         house(l).items = { alpha("D1", 5, 2, "Roof") };
     }) << QStringList{ "record-removed", "item-removed", "item-removed", "record-added", "item-added" };
-    QTest::newRow("type alone") << Edit([](Layout &l) {
+    QTest::newRow("type only") << Edit([](Layout &l) {
         house(l).name = "DWELLING";
         house(l).labels = label("Dwelling");
         house(l).items = { alpha("D1", 5, 2, "Roof") };
@@ -1433,7 +1433,7 @@ void DiffTest::bothFormsHaveNoDifference()
 void DiffTest::realFormsHaveNoDifference()
 {
     if (!QFile::exists(QStringLiteral(VAN_CORPUS)))
-        QSKIP("the corpus is not here");
+        QSKIP("the corpus is not available");
     int twins = 0;
     for (const QString &text : corpusFiles("cspro-text")) {
         const QString json = QString(text).replace("/cspro-text/", "/cspro-json/");
@@ -1448,7 +1448,7 @@ void DiffTest::realFormsHaveNoDifference()
 void DiffTest::realFilesAreTheSameAsThemselves()
 {
     if (!QFile::exists(QStringLiteral(VAN_CORPUS)))
-        QSKIP("the corpus is not here");
+        QSKIP("the corpus is not available");
     int compared = 0;
     for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" }) {
         for (const QString &file : corpusFiles(kind)) {

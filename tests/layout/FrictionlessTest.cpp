@@ -25,8 +25,8 @@ private slots:
     void categories();
     void labelsThatAreNoCategoriesAreKept_data();
     void labelsThatAreNoCategoriesAreKept();
-    void orderIsOfOrdinalMeasuresAlone_data();
-    void orderIsOfOrdinalMeasuresAlone();
+    void onlyOrdinalMeasuresAreOrdered_data();
+    void onlyOrdinalMeasuresAreOrdered();
     void missingValuesHaveTheirLabels_data();
     void missingValuesHaveTheirLabels();
     void textsAreInOneLanguage();
@@ -219,7 +219,7 @@ void FrictionlessTest::categories_data()
                                              R"({"type": "string", "categories": [{"value": "01", "label": "A"}]})");
     QTest::newRow("range") << made::item("X", 2, { made::range("1", "5"), made::value("9") }) << none;
     QTest::newRow("decimals") << withDecimals(made::item("X", 2, yesNo), 1) << none;
-    QTest::newRow("missing codes alone") << made::item("X", 2, { made::value("9", "", Special::Missing) }) << none;
+    QTest::newRow("missing codes only") << made::item("X", 2, { made::value("9", "", Special::Missing) }) << none;
     QTest::newRow("beyond a double") << made::item("X", 20, { made::value("9007199254740993") }) << none;
     QTest::newRow("no number") << made::item("X", 20, { made::value("1"), made::value("x") }) << none;
     QTest::newRow("stored") << made::stored("X", "F8.0", yesNo) << whole;
@@ -263,8 +263,8 @@ void FrictionlessTest::labelsThatAreNoCategoriesAreKept_data()
                               << QByteArray(R"([{"value": "1.50", "label": "Half"}])");
     QTest::newRow("categories") << made::item("X", 2, { made::value("1", "One") }) << QByteArray("[]");
     QTest::newRow("no labels") << made::item("X", 2, { made::range("1", "5") }) << QByteArray("[]");
-    QTest::newRow("missing labels alone")
-        << made::item("X", 2, { ages.at(2), made::range("1", "5") }) << QByteArray("[]");
+    QTest::newRow("missing labels only") << made::item("X", 2, { ages.at(2), made::range("1", "5") })
+                                         << QByteArray("[]");
 }
 
 void FrictionlessTest::labelsThatAreNoCategoriesAreKept()
@@ -278,7 +278,7 @@ void FrictionlessTest::labelsThatAreNoCategoriesAreKept()
 
 Q_DECLARE_METATYPE(vanlayout::Measure)
 
-void FrictionlessTest::orderIsOfOrdinalMeasuresAlone_data()
+void FrictionlessTest::onlyOrdinalMeasuresAreOrdered_data()
 {
     QTest::addColumn<Measure>("measure");
     QTest::addColumn<bool>("isOrdered");
@@ -288,7 +288,7 @@ void FrictionlessTest::orderIsOfOrdinalMeasuresAlone_data()
     QTest::newRow("scale") << Measure::Scale << false;
 }
 
-void FrictionlessTest::orderIsOfOrdinalMeasuresAlone()
+void FrictionlessTest::onlyOrdinalMeasuresAreOrdered()
 {
     QFETCH(Measure, measure);
     QFETCH(bool, isOrdered);

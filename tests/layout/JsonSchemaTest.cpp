@@ -189,8 +189,8 @@ void JsonSchemaTest::valuesAreAlternatives_data()
     QTest::newRow("blank") << made::item("X", 1, { one, blank })
                            << QByteArray(R"({"type": ["integer", "null"], "oneOf": [{"const": 1, "title": "One"},
                                 {"const": null, "title": "No one", "description": "not applicable"}]})");
-    QTest::newRow("missing ones alone") << made::item("X", 1, { nine, blank })
-                                        << QByteArray(R"({"type": ["integer", "null"], "anyOf": [
+    QTest::newRow("missing ones only") << made::item("X", 1, { nine, blank })
+                                       << QByteArray(R"({"type": ["integer", "null"], "anyOf": [
                                 {"const": 9, "title": "Unknown", "description": "missing"},
                                 {"const": null, "title": "No one", "description": "not applicable"},
                                 {"type": "integer"}]})");
@@ -242,12 +242,12 @@ void JsonSchemaTest::numbersAreThoseThatEveryProgramKeeps_data()
     QTest::addColumn<QByteArray>("spelled");
     QTest::newRow("whole") << "12" << QByteArray("12");
     QTest::newRow("negative") << "-3" << QByteArray("-3");
-    QTest::newRow("zeros in front") << "007" << QByteArray("7");
+    QTest::newRow("zeros at the beginning") << "007" << QByteArray("7");
     QTest::newRow("zero") << "-0.00" << QByteArray("0");
     QTest::newRow("decimals") << "1.50" << QByteArray("1.5");
     QTest::newRow("decimal comma") << "0,25" << QByteArray("0.25");
     QTest::newRow("no digit before the mark") << "-.5" << QByteArray("-0.5");
-    QTest::newRow("no digit behind the mark") << "5." << QByteArray("5");
+    QTest::newRow("no digit after the mark") << "5." << QByteArray("5");
     QTest::newRow("sign") << "+5" << QByteArray("5");
     QTest::newRow("blanks") << " 5 " << QByteArray("5");
     QTest::newRow("exponent") << "1.5e+300" << QByteArray("1.5e300");
@@ -260,9 +260,9 @@ void JsonSchemaTest::numbersAreThoseThatEveryProgramKeeps_data()
     QTest::newRow("too large") << "1e400" << QByteArray("\"1e400\"");
     QTest::newRow("no number") << "1x" << QByteArray();
     QTest::newRow("two marks") << "1.2.3" << QByteArray();
-    QTest::newRow("sign alone") << "-" << QByteArray();
-    QTest::newRow("mark alone") << "." << QByteArray();
-    QTest::newRow("exponent alone") << "1e" << QByteArray();
+    QTest::newRow("sign only") << "-" << QByteArray();
+    QTest::newRow("mark only") << "." << QByteArray();
+    QTest::newRow("exponent only") << "1e" << QByteArray();
     QTest::newRow("hexadecimal") << "0x10" << QByteArray();
     QTest::newRow("not a number") << "nan" << QByteArray();
 }
@@ -290,9 +290,8 @@ void JsonSchemaTest::longNumbersMayBeTexts_data()
     QTest::newRow("more digits than numbers are spelled with")
         << made::item("X", 23, { made::value("12345678901234567890123") })
         << QByteArray(R"([{"const": "12345678901234567890123"}])");
-    QTest::newRow("special values alone")
-        << made::item("X", 18, { made::value("9", "", Special::Missing) })
-        << QByteArray(R"([{"const": 9, "description": "missing"}, {)" + either + "}]");
+    QTest::newRow("special values only") << made::item("X", 18, { made::value("9", "", Special::Missing) })
+                                         << QByteArray(R"([{"const": 9, "description": "missing"}, {)" + either + "}]");
     QTest::newRow("range of short numbers")
         << made::item("X", 18, { made::range("0", "999999999999999") })
         << QByteArray(R"([{"type": "integer", "minimum": 0, "maximum": 999999999999999}])");

@@ -35,8 +35,8 @@ void LanguageTagTest::languagesAreTagsOfBcp47_data()
     QTest::newRow("word")                   << "English"    << "";
     QTest::newRow("digits")                 << "L1"         << "";
     QTest::newRow("blank within")           << "E N"        << "";
-    QTest::newRow("blank behind")           << "EN "        << "en";
-    QTest::newRow("line feed behind")       << "EN\n"       << "en";
+    QTest::newRow("blank after")            << "EN "        << "en";
+    QTest::newRow("line feed after")        << "EN\n"       << "en";
     QTest::newRow("letter of another kind") << "\u00c9N"    << "";
     QTest::newRow("empty subtag")           << "en--GB"     << "";
     QTest::newRow("nothing")                << ""           << "";

@@ -147,10 +147,10 @@ void ReaderTest::aFileWithoutALayoutSaysWhatItIs_data()
                           << "the text does not begin with a section such as [Dictionary]";
     QTest::newRow("one line") << QByteArray("a,b,c\n") << "unknown-format"
                               << "[Dictionary]";
-    QTest::newRow("section behind a text") << QByteArray("Hello\n[Dictionary]\n") << "unknown-format"
-                                           << "the text does not begin with a section such as [Dictionary]";
+    QTest::newRow("section after a text") << QByteArray("Hello\n[Dictionary]\n") << "unknown-format"
+                                          << "the text does not begin with a section such as [Dictionary]";
     QTest::newRow("white space") << QByteArray("\xEF\xBB\xBF \r\n\t\n") << "unknown-format"
-                                 << "the file begins with white space alone";
+                                 << "only white space was found at the beginning of the file";
     QTest::newRow("RTF") << QByteArray("{\\rtf1\\ansi text}") << "unknown-format"
                          << "RTF document";
     QTest::newRow("HTML") << QByteArray("\n<!DOCTYPE html>\n<html>") << "unknown-format"
@@ -194,9 +194,9 @@ void ReaderTest::lineOfATextWithoutSectionsIsItsFirst_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("line");
     QTest::newRow("first") << QByteArray("Hello\n") << 1;
-    QTest::newRow("behind empty lines") << QByteArray("\n  \nHello\n") << 3;
-    QTest::newRow("behind CR LF") << QByteArray("\r\n\r\nHello") << 3;
-    QTest::newRow("behind CR") << QByteArray("\r\rHello") << 3;
+    QTest::newRow("after empty lines") << QByteArray("\n  \nHello\n") << 3;
+    QTest::newRow("after CR LF") << QByteArray("\r\n\r\nHello") << 3;
+    QTest::newRow("after CR") << QByteArray("\r\rHello") << 3;
     QTest::newRow("image") << QByteArray("\x89PNG\r\n\x1a\n") << 0;
     QTest::newRow("CSV") << QByteArray("a,b\n1,2\n") << 0;
 }
@@ -251,7 +251,7 @@ void ReaderTest::anErrorOfTheDeviceIsAnError_data()
         QTest::addRow("%s, SPSS", kind) << isSequential << QByteArray("$FL2@(#) SPSS DATA FILE");
         QTest::addRow("%s, Stata", kind) << isSequential << QByteArray("<stata_dta><header>");
         QTest::addRow("%s, text", kind) << isSequential << dictionary;
-        QTest::addRow("%s, text behind the first block", kind) << isSequential << dictionary + QByteArray(300000, '\n');
+        QTest::addRow("%s, text after the first block", kind) << isSequential << dictionary + QByteArray(300000, '\n');
         QTest::addRow("%s, white space", kind) << isSequential << QByteArray(3000, ' ');
         QTest::addRow("%s, JSON", kind) << isSequential << QByteArray("{ \"software\": ");
     }

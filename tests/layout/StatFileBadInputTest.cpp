@@ -317,7 +317,7 @@ void StatFileBadInputTest::aCatalogThatLeadsBackToItselfEnds()
     QVERIFY(layout.isRead());
     QCOMPARE(layout.problems.size(), 1);
     QCOMPARE(layout.problems.constFirst().id, QString("catalog-not-read"));
-    QVERIFY(layout.problems.constFirst().message.endsWith("its parts lead back to each other"));
+    QVERIFY(layout.problems.constFirst().message.endsWith("its parts refer back to each other"));
 }
 
 void StatFileBadInputTest::aLabelThatReadStatCutsIsReported()

@@ -37,7 +37,7 @@ private Q_SLOTS:
         QVERIFY(itemsOf(layout).isEmpty());
         QCOMPARE(errorOf(layout),
                  QStringLiteral("the file is an SPSS file that cannot be read: it has more than 419328 variables with "
-                                "long names, the most that can be read"));
+                                "long names, which is the limit"));
     }
 
     void setsOfLongTextsTimesVariablesAreBounded()

@@ -201,7 +201,7 @@ private slots:
     void aLabelSetThatTheFileLacksIsKept();
     void aLabelSetThatNoVariableUsesIsKept_data();
     void aLabelSetThatNoVariableUsesIsKept();
-    void aParseThatFailsBehindTheVariablesIsAWarning();
+    void aParseThatFailsAfterTheVariablesIsAWarning();
     void aParseThatFailsBeforeAnyVariableGivesNoLayout_data();
     void aParseThatFailsBeforeAnyVariableGivesNoLayout();
     void weightIsTheNameOfTheVariable_data() { addKinds({ StatFile::sav, StatFile::zsav, StatFile::por }); }
@@ -866,7 +866,7 @@ void StatFileTest::missingRangesAreThoseOfTheFile_data()
         add("range", { 7, 9 }, { "7 to 9" });
         add("from the lowest", { -HUGE_VAL, -1 }, { "-inf to -1" });
         add("up to the highest", { 97, HUGE_VAL }, { "97 to inf" });
-        add("a range in front of the code", { 7, 9, 99, 99 }, { "7 to 9", "99" });
+        add("a range before the code", { 7, 9, 99, 99 }, { "7 to 9", "99" });
     }
 }
 
@@ -926,7 +926,7 @@ void StatFileTest::aLabelSetThatNoVariableUsesIsKept()
     QCOMPARE(onlyItemOf(layout).valueSets.value(0).name, QString("used"));
 }
 
-void StatFileTest::aParseThatFailsBehindTheVariablesIsAWarning()
+void StatFileTest::aParseThatFailsAfterTheVariablesIsAWarning()
 {
     StatFile file(StatFile::dta, 118);
     addNumber(file, "A", file.labels("yesno", { { 1, "Yes" } }));
@@ -1182,9 +1182,9 @@ void StatFileTest::fileIsRecognisedByItsBegin_data()
     add("other header", "HEADER RECORD*******MEMBER", false);
     add("portable", QByteArray(40, 'x') + "ASCII SPSS PORT FILE", true);
     add("portable without its name", QByteArray(456, '0') + "SPSSPORT", true);
-    add("name of portable files too far behind", QByteArray(512, '0') + "SPSSPORT", false);
+    add("name of portable files too far from the beginning", QByteArray(512, '0') + "SPSSPORT", false);
     add("dictionary with the name of portable files", "[Dictionary]\nLabel=SPSS PORT FILE\n", false);
-    add("dictionary with a mark in front", "\xEF\xBB\xBF\n [Dictionary]\nLabel=SPSS PORT FILE\n", false);
+    add("dictionary with a mark at the beginning", "\xEF\xBB\xBF\n [Dictionary]\nLabel=SPSS PORT FILE\n", false);
     add("JSON with the name of portable files", "{\"label\": \"SPSSPORT\"", false);
     QTest::newRow("one byte") << QByteArray("f") << false;
     QTest::newRow("one byte of Stata") << QByteArray("s") << false;

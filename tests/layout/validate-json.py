@@ -1,7 +1,7 @@
 """Checks that all output of `vanlayout COMMAND --format json` for the given files follows the JSON Schema.
 
 Usage: validate-json.py TOOL COMMAND SCHEMA PATH...    (a directory stands for all files in it)
-Ends with status 77, a skip, where the library jsonschema is not installed.
+Ends with status 77, a skip, if the library jsonschema is not installed.
 """
 import json
 import pathlib

@@ -66,7 +66,7 @@ class LookupBadInputTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void fileThatIsNoneLeavesAllAsItIs_data()
+    void unreadableFileChangesNothing_data()
     {
         QTest::addColumn<QString>("name");
         QTest::newRow("empty name") << "";
@@ -79,7 +79,7 @@ private Q_SLOTS:
         QTest::newRow("line feed in the name") << directory.filePath("a\nb");
         QTest::newRow("NUL in the name") << directory.filePath(QString("lookup.txt") + QChar(ushort(0)) + "x");
     }
-    void fileThatIsNoneLeavesAllAsItIs()
+    void unreadableFileChangesNothing()
     {
         QFETCH(QString, name);
         write("A x\n");
@@ -179,13 +179,13 @@ private Q_SLOTS:
         QTest::newRow("carriage return is the key") << QByteArray("\r x\n") << QStringList("\r=x") << none;
         QTest::newRow("one line feed") << QByteArray("\n") << QStringList("=")
                                        << QStringList("1_Separator [ ] does not exist");
-        QTest::newRow("line feeds alone") << QByteArray("\n\n") << QStringList("=")
-                                          << QStringList{ "1_Separator [ ] does not exist",
-                                                          "2_Separator [ ] does not exist", "2_Key [] already exists" };
+        QTest::newRow("line feeds only") << QByteArray("\n\n") << QStringList("=")
+                                         << QStringList{ "1_Separator [ ] does not exist",
+                                                         "2_Separator [ ] does not exist", "2_Key [] already exists" };
         QTest::newRow("other ends of lines are none")
             << QByteArray("A\fB x\vy\xC2\x85z\xE2\x80\xA8w\n")
             << QStringList(QString::fromUtf8("A\fB=x\vy\xC2\x85z\xE2\x80\xA8w")) << none;
-        QTest::newRow("mark alone is a line")
+        QTest::newRow("mark only is a line")
             << QByteArray("\xEF\xBB\xBF") << QStringList("=") << QStringList("1_Separator [ ] does not exist");
     }
     void endsOfLines()
@@ -253,8 +253,8 @@ private Q_SLOTS:
         QTest::newRow("broken off at the end: dropped") << QByteArray("A x\nB \xE6\x97") << QStringList{ "A=x", "B=" };
         QTest::newRow("NUL in the key") << QByteArray("A\0B x\n", 6) << QStringList("A" + nul + "B=x");
         QTest::newRow("NUL in the value") << QByteArray("A \0x\n", 5) << QStringList("A=" + nul + "x");
-        QTest::newRow("NUL alone") << QByteArray("\0 \0\n\0\0 x\n", 9)
-                                   << QStringList{ nul + '=' + nul, nul + nul + "=x" };
+        QTest::newRow("NUL only") << QByteArray("\0 \0\n\0\0 x\n", 9)
+                                  << QStringList{ nul + '=' + nul, nul + nul + "=x" };
         QTest::newRow("half of a UTF-16 character") << encoded("A x\n", 2, true) + 'B' << QStringList("A=x");
         QTest::newRow("half a pair of surrogates")
             << QByteArray("\xFF\xFE\x3D\xD8 \0x\0\n\0", 10) << QStringList(QString(QChar(0xD83D)) + "=x");

@@ -143,7 +143,7 @@ private Q_SLOTS:
         QCOMPARE(index.find(hashOfNumber(count), [](int /*number*/) { return true; }), -1);
     }
 
-    void indexGoesOnAtItsBeginning()
+    void indexContinuesAtItsBeginning()
     {
         lookup::TextIndex index;
         constexpr quint32 last = 0xFFFFFFFFU; // belongs to the last place at every size
@@ -169,7 +169,7 @@ private Q_SLOTS:
         QCOMPARE(asked, 100);
     }
 
-    void entriesStandAsInAMap_data()
+    void entriesAreOrderedAsInAMap_data()
     {
         QTest::addColumn<QStringList>("keys");
         const QString far
@@ -208,7 +208,7 @@ private Q_SLOTS:
         QTest::newRow("case is significant") << QStringList{ "b", "B", "a", "A", "b" };
         QTest::newRow("long") << QStringList{ head + 'b', head + 'a', head, head + 'b', QString(100000, 'k'), "k" };
     }
-    void entriesStandAsInAMap()
+    void entriesAreOrderedAsInAMap()
     {
         QFETCH(QStringList, keys);
         const Filled filled(keys);
@@ -222,7 +222,7 @@ private Q_SLOTS:
         }
     }
 
-    void randomKeysStandAsInAMap_data()
+    void randomKeysAreOrderedAsInAMap_data()
     {
         QTest::addColumn<QString>("alphabet");
         QTest::addColumn<int>("longest");
@@ -231,7 +231,7 @@ private Q_SLOTS:
         QTest::newRow("Latin-1") << textOf({ 0, 1, 'a', 0x7F, 0x80, 0xFE, 0xFF }) << 12;
         QTest::newRow("any") << textOf({ 0, 'a', 0xFF, 0x100, 0x1FF, 0xD83D, 0xDE00, 0xE000, 0xFFFF }) << 7;
     }
-    void randomKeysStandAsInAMap()
+    void randomKeysAreOrderedAsInAMap()
     {
         QFETCH(QString, alphabet);
         QFETCH(int, longest);

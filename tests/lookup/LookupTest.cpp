@@ -200,7 +200,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("pair");
         // clang-format off
         QTest::newRow("space")                          << 0 << "A1 Label"       << "A1=Label";
-        QTest::newRow("space: blanks in front go")      << 0 << "A1   Label  x"  << "A1=Label  x";
+        QTest::newRow("space: blanks at the beginning go") << 0 << "A1   Label  x"  << "A1=Label  x";
         QTest::newRow("space: all white space goes")    << 0 << QString::fromUtf8("A1  \t\xC2\xA0\xE3\x80\x80L") << "A1=L";
         QTest::newRow("space: that of control characters too") << 0 << QString::fromUtf8("A1 \v\f\r\xC2\x85L") << "A1=L";
         QTest::newRow("space: the end of the value stays") << 0 << "A1 Label  "  << "A1=Label  ";
@@ -212,9 +212,9 @@ private Q_SLOTS:
         QTest::newRow("later ones are of the value")    << 3 << "A1;B;C"         << "A1=B;C";
         QTest::newRow("colon")                          << 4 << "A1:Label"       << "A1=Label";
         QTest::newRow("another number is a space")      << 7 << "A1 Label"       << "A1=Label";
-        QTest::newRow("there blanks in front stay")     << 7 << "A1   Label"     << "A1=  Label";
+        QTest::newRow("there blanks at the beginning stay") << 7 << "A1   Label"     << "A1=  Label";
         QTest::newRow("a negative one too")             << -1 << "A1  Label"     << "A1= Label";
-        QTest::newRow("nothing behind it")              << 3 << "A1;"            << "A1=";
+        QTest::newRow("nothing after it")               << 3 << "A1;"            << "A1=";
         QTest::newRow("no quotes")                      << 2 << "\"a,b\",c"      << "\"a=b\",c";
         // clang-format on
     }
@@ -292,7 +292,7 @@ private Q_SLOTS:
         QCOMPARE(pairsOf(lookup), (QStringList{ "=", "AA=x", "B=y" }));
     }
 
-    void messagesOfALineStandInTheirOrder()
+    void messagesOfALineAreInTheirOrder()
     {
         TVpLookup lookup;
         lookup.setMaxMessages(noLimit);
@@ -304,7 +304,7 @@ private Q_SLOTS:
                                "3_Key [B] already exists" }));
     }
 
-    void firstValueOfAKeyStands()
+    void firstValueOfAKeyIsKept()
     {
         TVpLookup lookup;
         check(lookup, ccNone, "AA x\nAA y\n");
@@ -366,7 +366,7 @@ private Q_SLOTS:
         QCOMPARE(errors.at(65), QString("0_Too many error messages [B], only the first [A] will be shown"));
     }
 
-    void lineNumberStandsInFrontOfAMessage()
+    void messageBeginsWithTheLineNumber()
     {
         TVpLookup lookup;
         lookup.setMaxMessages(noLimit);
@@ -494,7 +494,7 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::currentSize(lookup), qint64(0));
     }
 
-    void missingFileLeavesAllAsItIs()
+    void missingFileChangesNothing()
     {
         TVpLookup lookup;
         check(lookup, ccBoth, "A x\n");
@@ -730,7 +730,7 @@ private Q_SLOTS:
     }
 #endif
 
-    void messageOfTheLimitStandsForTheOneBeyondIt_data()
+    void messageOfTheLimitReplacesTheOneBeyondIt_data()
     {
         QTest::addColumn<int>("limit");
         QTest::addColumn<int>("replaced");
@@ -742,7 +742,7 @@ private Q_SLOTS:
         QTest::newRow("as many as there are") << 5 << -1;
         QTest::newRow("the largest") << noLimit << -1;
     }
-    void messageOfTheLimitStandsForTheOneBeyondIt()
+    void messageOfTheLimitReplacesTheOneBeyondIt()
     {
         QFETCH(int, limit);
         QFETCH(int, replaced);
@@ -865,7 +865,7 @@ private Q_SLOTS:
         QCOMPARE(lookup.getFfileName(), QString());
     }
 
-    void copiesTellTheSameListenerOfProgress()
+    void copiesReportProgressToTheSameListener()
     {
         int heard = 0;
         TVpLookup lookup;
@@ -932,7 +932,7 @@ private Q_SLOTS:
         QTest::newRow("NUL") << QByteArray("A\0B x\nC \0\n", 10) << 2;
         QTest::newRow("CR LF") << QByteArray("A x\r\nB y\r\n") << 2;
         QTest::newRow("lone CR ends no line") << QByteArray("A x\rB y\r") << 1;
-        QTest::newRow("line feeds alone") << QByteArray(1000, '\n') << 1000;
+        QTest::newRow("line feeds only") << QByteArray(1000, '\n') << 1000;
         QTest::newRow("no end") << QByteArray("A x") << 1;
     }
     void oddBytesDoNoHarm()
@@ -967,7 +967,7 @@ private Q_SLOTS:
         QCOMPARE(frequencies.texts(), QStringList("value=1"));
     }
 
-    void progressIsHeardOf()
+    void listenerReceivesTheProgress()
     {
         QVector<qint64> heard;
         TVpLookup lookup;
@@ -982,7 +982,7 @@ private Q_SLOTS:
         QVERIFY(heard.size() > 5);
     }
 
-    void entriesStandInTheOrderOfTheirKeys_data()
+    void entriesAreInTheOrderOfTheirKeys_data()
     {
         QTest::addColumn<QStringList>("keys");
         QStringList numbers;
@@ -1002,7 +1002,7 @@ private Q_SLOTS:
             QString(QChar(ushort(0))), QString("a") + QChar(ushort(0)), "a", QString(QChar(0x65E5)).repeated(9),
             QString(QChar(0x65E5)).repeated(8) });
     }
-    void entriesStandInTheOrderOfTheirKeys()
+    void entriesAreInTheOrderOfTheirKeys()
     {
         QFETCH(QStringList, keys);
         lookup::Entries entries;

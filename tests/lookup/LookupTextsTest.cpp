@@ -83,7 +83,7 @@ class LookupTextsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void newTextsAreNotNullButForTheLineInHand_data()
+    void newTextsAreNotNullExceptTheCurrentLine_data()
     {
         addTextColumns();
         TVpLookup lookup;
@@ -95,7 +95,7 @@ private Q_SLOTS:
         TestAccess::addTextsOf("copy", "empty", TVpLookup(std::as_const(lookup)));
         TestAccess::addTextsOf("moved lookup", "null", TVpLookup(std::move(lookup)));
     }
-    void newTextsAreNotNullButForTheLineInHand()
+    void newTextsAreNotNullExceptTheCurrentLine()
     {
         QFETCH(QString, text);
         QTEST(stateOf(text), "state");
@@ -103,7 +103,7 @@ private Q_SLOTS:
     }
 
     // Key and value begin as null texts.
-    void valueIsNullBeforeTheFirstSeparatorAlone()
+    void valueIsNullOnlyBeforeTheFirstSeparator()
     {
         const TVpLookup lookup = checked("x\nA;\ny\nB;b\n");
         const auto &entries = TestAccess::entries(lookup);
@@ -113,7 +113,7 @@ private Q_SLOTS:
         QCOMPARE(stateOf(entries.at("B")), QString("\"b\""));
     }
 
-    void lineInHandIsEmptiedAndNotNull_data()
+    void currentLineIsEmptiedAndNotNull_data()
     {
         addTextColumns();
         addTexts("line", "empty",
@@ -121,7 +121,7 @@ private Q_SLOTS:
                    { "of an empty last line", TestAccess::line(checked("A;a\n\n")) },
                    { "of a file that is not there", lineOfAllThatIsRead("/no/such/file") } });
     }
-    void lineInHandIsEmptiedAndNotNull()
+    void currentLineIsEmptiedAndNotNull()
     {
         QFETCH(QString, text);
         QTEST(stateOf(text), "state");

@@ -139,7 +139,7 @@ private Q_SLOTS:
 
 #ifdef SUPPORT_HAS_VIRTUALSLOT
     // Those of the importer and the field are in their own tests.
-    void onlyOperationOfAnEntityStandsFirst()
+    void onlyOperationOfAnEntityIsFirst()
     {
         QCOMPARE(int(virtualSlot(&TVpEntity::toString)), 0);
     }

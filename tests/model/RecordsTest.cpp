@@ -187,7 +187,7 @@ private Q_SLOTS:
         QVERIFY(std::is_empty<Model_VanAdmin>::value);
     }
 
-    void entityAloneHasVirtualOperations()
+    void onlyEntityHasVirtualOperations()
     {
         QVERIFY((noneIsPolymorphic<TVpVariable, Range, ValueLabelElement, VarWipChoice>));
         QVERIFY((noneIsPolymorphic<Config, ConfigDb, ConfigOptions, ConfigEntities>));

@@ -1,4 +1,4 @@
-# The records of a database. Their accessors stand in a table.
+# The records of a database. Their accessors are listed in a table.
 set(accessor_table ${CMAKE_CURRENT_SOURCE_DIR}/model/accessors.txt)
 set(accessor_rows ${CMAKE_CURRENT_BINARY_DIR}/model/accessor-rows.inc)
 add_custom_command(OUTPUT ${accessor_rows}
@@ -11,7 +11,7 @@ target_include_directories(AccessorsTest PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/mod
 van_add_test(model/RecordsTest.cpp)
 van_add_test(model/OverridesTest.cpp)
 van_add_test(model/AllocationsTest.cpp)
-# TVpEntity has virtual operations and no virtual destructor, which is meant; containers destroy it by its own type.
+# TVpEntity has virtual operations and no virtual destructor, which is intended; containers destroy it by its own type.
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
     set_source_files_properties(model/AccessorsTest.cpp model/RecordsTest.cpp PROPERTIES
         COMPILE_OPTIONS -Wno-delete-non-abstract-non-virtual-dtor)

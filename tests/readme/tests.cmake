@@ -1,10 +1,10 @@
-# The C++ examples of the README, compiled and run as they stand there: the first uses the library of the exact layout, the
+# The C++ examples of the README, compiled and run unchanged: the first uses the library of the exact layout, the
 # second the importers.
 file(READ ${PROJECT_SOURCE_DIR}/README.md readme)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/README.md)
 
-# van_add_readme_example(Name target expected): the next example of `readme`, linked with a library; it prints what is
-# expected of the dictionary of the examples.
+# van_add_readme_example(Name target expected): the next example of `readme`, linked with a library; it must print
+# `expected` for the dictionary of the examples.
 function(van_add_readme_example name target expected)
     if(NOT readme MATCHES "```cpp\n([^`]*)```")
         message(FATAL_ERROR "README.md has no example for ${name}")

@@ -301,7 +301,7 @@ private Q_SLOTS:
     void destructorFreesNothing();
 
     // linking
-    void threeChildrenStandInTheOrderOfTheCalls();
+    void threeChildrenAreInTheOrderOfTheCalls();
     void secondChildTakesTheParentOfTheFirst();
     void thirdChildTakesTheParentOfTheLastSibling();
     void addedChildKeepsItsOwnBrother();
@@ -309,17 +309,17 @@ private Q_SLOTS:
     void addedBrotherTakesTheParentOfTheLastSibling();
     void addedBrotherOfARootHasNoParent();
     void addedBrotherKeepsItsOwnBrother();
-    void addingARecordThatStandsInTheChainDoesNothing_data();
-    void addingARecordThatStandsInTheChainDoesNothing();
+    void addingARecordOfTheChainDoesNothing_data();
+    void addingARecordOfTheChainDoesNothing();
     void addingNothingDoesNothing_data();
     void addingNothingDoesNothing();
     void insertChildPutsARecordInFrontOfAChild_data();
     void insertChildPutsARecordInFrontOfAChild();
     void insertedChildGetsItsParentAndBrother();
-    void insertChildInFrontOfNothingAppends();
-    void insertChildInFrontOfNoChildDoesNothing();
-    void insertChildInFrontOfItselfDoesNothing_data();
-    void insertChildInFrontOfItselfDoesNothing();
+    void insertChildBeforeNothingAppends();
+    void insertChildBeforeNoChildDoesNothing();
+    void insertChildBeforeItselfDoesNothing_data();
+    void insertChildBeforeItselfDoesNothing();
     void insertingNothingDoesNothing_data();
     void insertingNothingDoesNothing();
     void deleteChildUnlinksADirectChild_data();
@@ -350,7 +350,7 @@ private Q_SLOTS:
     void retrieveRecordTakesTheNodeBeforeChildrenBeforeBrothers();
     void commonFindsTheRecordInCapitalsAtAnyDepth();
     void capitalsDoNotFindTheCommonRecord();
-    void aliasHoldsForTheTwoSpellingsAlone();
+    void aliasHoldsOnlyForTheTwoSpellings();
     void aliasTakesWhicheverComesFirst();
     void emptyNameFindsARecordWithoutName();
 
@@ -376,8 +376,8 @@ private Q_SLOTS:
     void checkOfATypeWithoutLinesIsEmptyAndLeavesTheStatus();
     void checkWithAnEmptyTextIsEmptyAndLeavesTheStatus();
     void checkWithAnEmptyTextIsEmptyWhateverTheTree();
-    void emptyTextPlaysNoPartWhereNothingIsFoundAgain();
-    void failedCheckLeavesTheNextOneAlone();
+    void emptyTextHasNoEffectIfNothingIsFoundAgain();
+    void failedCheckDoesNotChangeTheNextOne();
     void checkSetsStatus6WhereAnOccurrenceIsNotFoundAgain_data();
     void checkSetsStatus6WhereAnOccurrenceIsNotFoundAgain();
     void checkWithoutLinesIsEmpty();
@@ -617,7 +617,7 @@ void RecordTest::destructorFreesNothing()
     QCOMPARE(destroyed, 3);
 }
 
-void RecordTest::threeChildrenStandInTheOrderOfTheCalls()
+void RecordTest::threeChildrenAreInTheOrderOfTheCalls()
 {
     Forest forest;
     TVpRecord *parent = forest.make(QStringLiteral("P"));
@@ -711,7 +711,7 @@ void RecordTest::addedBrotherKeepsItsOwnBrother()
     QVERIFY(!Access::parent(behind));
 }
 
-void RecordTest::addingARecordThatStandsInTheChainDoesNothing_data()
+void RecordTest::addingARecordOfTheChainDoesNothing_data()
 {
     QTest::addColumn<QString>("node");
     QTest::addColumn<QString>("added");
@@ -730,7 +730,7 @@ void RecordTest::addingARecordThatStandsInTheChainDoesNothing_data()
     // clang-format on
 }
 
-void RecordTest::addingARecordThatStandsInTheChainDoesNothing()
+void RecordTest::addingARecordOfTheChainDoesNothing()
 {
     QFETCH(QString, node);
     QFETCH(QString, added);
@@ -799,7 +799,7 @@ void RecordTest::insertedChildGetsItsParentAndBrother()
     QCOMPARE(Access::parent(tree.b), tree.a2);
 }
 
-void RecordTest::insertChildInFrontOfNothingAppends()
+void RecordTest::insertChildBeforeNothingAppends()
 {
     Tree tree;
     TVpRecord *last = tree.make(QStringLiteral("N"));
@@ -813,7 +813,7 @@ void RecordTest::insertChildInFrontOfNothingAppends()
     QCOMPARE(Access::parent(only), tree.b);
 }
 
-void RecordTest::insertChildInFrontOfNoChildDoesNothing()
+void RecordTest::insertChildBeforeNoChildDoesNothing()
 {
     Tree tree;
     TVpRecord *added = tree.make(QStringLiteral("N"));
@@ -824,14 +824,14 @@ void RecordTest::insertChildInFrontOfNoChildDoesNothing()
     QVERIFY(!Access::brother(added));
 }
 
-void RecordTest::insertChildInFrontOfItselfDoesNothing_data()
+void RecordTest::insertChildBeforeItselfDoesNothing_data()
 {
     QTest::addColumn<QString>("child");
     for (const char *child : { "A", "B", "C", "A1", "R" })
         QTest::newRow(child) << child;
 }
 
-void RecordTest::insertChildInFrontOfItselfDoesNothing()
+void RecordTest::insertChildBeforeItselfDoesNothing()
 {
     QFETCH(QString, child);
 
@@ -1124,7 +1124,7 @@ void RecordTest::capitalsDoNotFindTheCommonRecord()
     }
 }
 
-void RecordTest::aliasHoldsForTheTwoSpellingsAlone()
+void RecordTest::aliasHoldsOnlyForTheTwoSpellings()
 {
     Tree tree;
     Access::name(*tree.b) = QStringLiteral("COMMON");
@@ -1364,7 +1364,7 @@ void RecordTest::checkWithAnEmptyTextIsEmptyWhateverTheTree()
     QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
 }
 
-void RecordTest::emptyTextPlaysNoPartWhereNothingIsFoundAgain()
+void RecordTest::emptyTextHasNoEffectIfNothingIsFoundAgain()
 {
     Forest forest;
     Questionnaire questionnaire({ QString(), QStringLiteral("H") });
@@ -1373,7 +1373,7 @@ void RecordTest::emptyTextPlaysNoPartWhereNothingIsFoundAgain()
     QCOMPARE(questionnaire.index.status, 6);
 }
 
-void RecordTest::failedCheckLeavesTheNextOneAlone()
+void RecordTest::failedCheckDoesNotChangeTheNextOne()
 {
     Forest forest;
     TVpRecord *house = forest.make(QStringLiteral("HOUSE"), QStringLiteral("H"));

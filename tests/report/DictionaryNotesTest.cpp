@@ -97,17 +97,17 @@ private Q_SLOTS:
         QTest::newRow("keys of a further value set are not read")
             << alpha("Name=V\nValue=1;x\n[ValueSet]\nLabel=a=b\nName=W\nValue=1;Name\n")
             << QStringList{ "further-value-set|10|A|W" };
-        QTest::newRow("name of a further value set is not that of the one behind it")
+        QTest::newRow("name of a further value set is not that of the one after it")
             << alpha("Name=V\nValue=1;x\n[ValueSet]\n [ValueSet]\nName=W\n")
             << QStringList{ "further-value-set|10|A|", "further-value-set|11|A|W" };
-        QTest::newRow("a range of a dropped set does not stand as end points") << number
-                + "Value=1:5;x\nValue=y;z\n" << QStringList{ "value-set-dropped|8|A|y" };
+        QTest::newRow("a range of a dropped set is not kept as end points") << number + "Value=1:5;x\nValue=y;z\n"
+                                                                            << QStringList{ "value-set-dropped|8|A|y" };
         QTest::newRow("a range of a kept set does") << number + "Value=1:5;x\n"
                                                     << QStringList{ "range-as-end-points|7|A|1:5;x" };
-        QTest::newRow("more than an upper bound behind the colon, with blanks")
+        QTest::newRow("more than an upper bound after the colon, with blanks")
             << alpha("Value=1:7 10 11;x\n")
             << QStringList{ "several-in-a-line|8|A|1:7 10 11;x", "label-entry-parted|0|A|7 10 11 x" };
-        QTest::newRow("more than an upper bound behind the colon, with a colon")
+        QTest::newRow("more than an upper bound after the colon, with a colon")
             << alpha("Value=1:7:9;x\n") << QStringList{ "several-in-a-line|8|A|1:7:9;x" };
         QTest::newRow("blank around an upper bound")
             << alpha("Value=1: 7;x\n")
@@ -115,9 +115,9 @@ private Q_SLOTS:
         QTest::newRow("the line that ends the reading, not the last of its section")
             << alpha("Value=1:5 7:9;x\nValue=1;a\nValue=2;b\nValue=3;c\n")
             << QStringList{ "several-in-a-line|8|A|1:5 7:9;x", "layout-given-up|8|A|1:5 7:9;x" };
-        QTest::newRow("opening apostrophe alone")
+        QTest::newRow("opening apostrophe only")
             << alpha("Value='tis;x\n") << QStringList{ "kept-apostrophe|8|A|'tis;x" };
-        QTest::newRow("blank behind the closing apostrophe")
+        QTest::newRow("blank after the closing apostrophe")
             << alpha("Value='A' ;x\n") << QStringList{ "kept-apostrophe|8|A|'A' ;x", "label-entry-parted|0|A|A'  x" };
         QTest::newRow("mark that the next line takes back")
             << alpha("Value=9;x\nName=MISSING ,Special\nName=Other,\n")
@@ -138,12 +138,12 @@ private Q_SLOTS:
         QTest::newRow("mark in a dropped set, and in the set that counts")
             << number + "Value=99;x\nName=MISSING ,x\nValue=X;y\n[ValueSet]\nValue=98;z\nName=MISSING ,x\n"
             << QStringList{ "value-set-dropped|9|A|X", "further-mark|8|A|99 x", "marked-value|12|A|98 z" };
-        QTest::newRow("mark in a dropped set with no other behind it")
+        QTest::newRow("mark in a dropped set with no other after it")
             << number
                 + "Value=99;x\nName=MISSING ,x\nValue=X;y\n[Item]\nName=B\nStart=10\nLen=1\n[ValueSet]\n"
                   "Value=8;z\nName=MISSING ,x\n"
             << QStringList{ "value-set-dropped|9|A|X", "marked-value|8|A|99 x", "marked-value|16|B|8 z" };
-        QTest::newRow("mark in a dropped set, and in one behind an absent item")
+        QTest::newRow("mark in a dropped set, and in one after an absent item")
             << number
                 + "Value=99;x\nName=MISSING ,x\nValue=X;y\n[Item]\nName=B\nStart=10\nLen=1\nOccurrences=0\n"
                   "[ValueSet]\nName=V\nValue=98;z\nName=MISSING ,x\n"
@@ -166,16 +166,16 @@ private Q_SLOTS:
             << number + "Value=1234567;x\nValue=1234568;y\n"
             << QStringList{ "code-rounded|0|A|1234567", "code-rounded|0|A|1234568", "bound-rounded|0|A|1234567",
                             "bound-rounded|0|A|1234568" };
-        QTest::newRow("blank in a code, in front of it, and tabs")
+        QTest::newRow("blank in a code, before it, and tabs")
             << alpha("Value=A B;Both\nValue= C;x\nValue=D\tE;x\nValue=F;x\ty\nValue=G;x y\n")
             << QStringList{ "label-entry-parted|0|A| C x", "label-entry-parted|0|A|A B Both",
                             "label-entry-parted|0|A|D\tE x", "label-entry-parted|0|A|F x\ty" };
-        QTest::newRow("blank in front of the code of an integer, which is written without it") << number
-                + "Value= 7;x\n" << QStringList();
-        QTest::newRow("blank in front of the code of a real number, which is written as it stands")
+        QTest::newRow("blank before the code of an integer, which is written without it") << number + "Value= 7;x\n"
+                                                                                          << QStringList();
+        QTest::newRow("blank before the code of a real number, which is written unchanged")
             << item("Name=A\nStart=1\nLen=10\n[ValueSet]\nValue= 7;x\n")
             << QStringList{ "label-entry-parted|0|A| 7 x" };
-        QTest::newRow("long code with zeros in front") << number + "Value=0000001;x\n" << QStringList();
+        QTest::newRow("long code with zeros at the beginning") << number + "Value=0000001;x\n" << QStringList();
         QTest::newRow("words in any case")
             << item("Name=A\nStart=1\nLen=9\nDataType=nUMERIC\nItemType=ITEM\nZeroFill=no\nDecimalChar=YES\n")
             << QStringList();
@@ -185,13 +185,13 @@ private Q_SLOTS:
             << item("Name=A\nStart=1\nLen=9\nDecimalChar=Yes\nDecimal=2\n")
             << QStringList{ "key-by-substring|6|A|Decimal: DecimalChar=Yes",
                             "number-not-converted|6|A|DecimalChar=Yes" };
-        QTest::newRow("bracket alone") << item("Name=A\nLen=9\n[\nStart=3\n")
-                                       << QStringList{ "missing-key|2|A|Start", "line-outside-section|5||[" };
+        QTest::newRow("bracket only") << item("Name=A\nLen=9\n[\nStart=3\n")
+                                      << QStringList{ "missing-key|2|A|Start", "line-outside-section|5||[" };
         QTest::newRow("old line ends") << QByteArray("[Item]\rName=A\rStart=1\rLen=2\r")
                                        << QStringList{ "text-behind-header|1||[Item]Name=AStart=1Len=2",
                                                        "missing-key|1||Name", "missing-key|1||Start",
                                                        "missing-key|1||Len", "item-outside-record|1||" };
-        QTest::newRow("value set behind an absent item, where the one before has its own")
+        QTest::newRow("value set after an absent item, where the one before has its own")
             << alpha("Value=1;x\n[Item]\nName=B\nStart=1\nLen=1\nOccurrences=0\n[ValueSet]\nName=V\nValue=2;y\n")
             << QStringList{ "no-occurrences|9|B|B", "value-set-without-item|14|B|V" };
         QTest::newRow("decimals and codes of occurrences once, and under the first of them")
@@ -209,15 +209,15 @@ private Q_SLOTS:
         QTest::newRow("decimals of plain items each")
             << item("Name=A\nStart=1\nLen=9\nDecimal=2\n[Item]\nName=B\nStart=10\nLen=9\nDecimal=2\n")
             << QStringList{ "decimals-lost|0|A|2", "decimals-lost|0|B|2" };
-        QTest::newRow("item in front of column 1") << item("Name=A\nStart=-3\nLen=2\n[Item]\nName=B\nStart=-2\nLen=2\n")
-                                                   << QStringList{ "overlapping-positions|0|B|columns -2 to -1" };
+        QTest::newRow("item before column 1") << item("Name=A\nStart=-3\nLen=2\n[Item]\nName=B\nStart=-2\nLen=2\n")
+                                              << QStringList{ "overlapping-positions|0|B|columns -2 to -1" };
         QTest::newRow("lines of id items without their header")
             << QByteArray("[IdItems]\n\nName=LOST\nStart=1\nLen=3\n[Item]\nName=A\nStart=4\nLen=3\n")
             << QStringList{ "line-outside-section|3||Name=LOST" };
         QTest::newRow("level with what it says of itself")
             << QByteArray("[Level]\nLabel=x\nName=L\nNote=n\n[IdItems]\n[Item]\nName=A\nStart=4\nLen=3\n")
             << QStringList();
-        QTest::newRow("level with more than that, and one behind it")
+        QTest::newRow("level with more than that, and one after it")
             << QByteArray("[Level]\nName=L\nColour=red\nStart=1\n[Level]\nName=M\nStart=1\n")
             << QStringList{ "line-outside-section|3||Colour=red", "further-level|5||[Level]",
                             "line-outside-section|7||Start=1" };
@@ -236,7 +236,7 @@ private Q_SLOTS:
                                                       "second-equals|7|A|Label: Label=a=b",
                                                       "second-equals|9|A|Start: Start=1=2",
                                                       "number-not-converted|10|A|Len=x" };
-        QTest::newRow("broken letters behind a mark of UTF-8")
+        QTest::newRow("broken letters after a mark of UTF-8")
             << QByteArray("\xEF\xBB\xBF[IdItems]\n[Item]\nLabel=\xC3\xA2ge\nName=A\nStart=1\nLen=2\n[Item]\r\n"
                           "Label=\xE2ge\r\nName=B\nStart=3\nLen=2\n[Item]\nName=\xE2")
             << QStringList{ QString::fromUtf8("unreadable-letters|8||Label=\xEF\xBF\xBDge"),
@@ -298,7 +298,7 @@ private Q_SLOTS:
                                    << QStringList{ "missing-key|0|A|length" };
         QTest::newRow("no record type") << json("{\"name\": \"A\", \"length\": 2}", "")
                                         << QStringList{ "missing-key|0||recordType" };
-        QTest::newRow("column 1 where nothing else stands")
+        QTest::newRow("column 1 if nothing else is there")
             << json("{\"name\": \"A\", \"length\": 2}", "\"recordType\": {\"start\": 0, \"length\": 0}, ")
             << QStringList();
         QTest::newRow("image") << jsonItem("\"length\": 2, \"contentType\": \"Image\"")
@@ -339,10 +339,10 @@ private Q_SLOTS:
         QTest::newRow("each further pair")
             << jsonCodes("alpha", value("\"value\": \"1\"}, {\"value\": \"2\"}, {\"range\": [\"3\", \"4\"]"))
             << QStringList{ "further-pairs|0|A|2 x", "further-pairs|0|A|3:4 x" };
-        QTest::newRow("range beside a value")
+        QTest::newRow("range next to a value")
             << jsonCodes("alpha", value("\"value\": \"1\", \"range\": [\"3\", \"4\"]"))
             << QStringList{ "further-pairs|0|A|3:4 x" };
-        QTest::newRow("keys beside the dictionary")
+        QTest::newRow("keys next to the dictionary")
             << QByteArray("{\"software\": \"CSPro\", \"other\": 1, \"dictionary\": ") + jsonItem("\"length\": 2") + "}"
             << QStringList{ "unknown-key|0||\"other\":1" };
         QTest::newRow("record without its type, where there are types")
@@ -355,7 +355,7 @@ private Q_SLOTS:
     }
     void jsonDictionaryReports() { compare<TCSProJsonDataImport>(); }
 
-    void lookupReportsKeysThatStandThereAlready()
+    void lookupReportsKeysThatExistAlready()
     {
         QCOMPARE(notesOfLookup("1 Artesia\n2 Copal\n1 Dorado\nEsmeralda\n"),
                  (QStringList{ "duplicate-key|3||1 Dorado", "repeats-line-before|4||Esmeralda" }));

@@ -82,7 +82,7 @@ private Q_SLOTS:
         for (const char *name : { "dictionary.dcf", "dictionary.json" }) {
             const qint64 size = QFile(directory.filePath(name)).size();
             for (const qint64 goodBytes : { qint64(0), qint64(1), qint64(16), qint64(60000), size - 1, size })
-                QTest::addRow("%s behind %lld bytes", name, goodBytes) << name << goodBytes;
+                QTest::addRow("%s after %lld bytes", name, goodBytes) << name << goodBytes;
         }
     }
     void dictionaryThatFailsHasNoFields()
@@ -149,7 +149,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("line"); // line in which reading fails
         const QByteArray content = lookupFile();
         for (const int goodBytes : { 0, 1, 10, 20000, int(content.size()) - 1 })
-            QTest::addRow("behind %d bytes", goodBytes)
+            QTest::addRow("after %d bytes", goodBytes)
                 << qint64(goodBytes) << int(content.left(goodBytes).count('\n')) + 1;
     }
     void lookupThatFailsHasNoEntries()

@@ -39,7 +39,7 @@ private Q_SLOTS:
         QVERIFY(second.variable.isEmpty());
     }
 
-    void countsAreByKindAndByGravity()
+    void countsAreByKindAndBySeverity()
     {
         ReadReport report;
         report.add(NoteKind::unknownKey, QString());
@@ -62,7 +62,7 @@ private Q_SLOTS:
         QCOMPARE(report.count(NoteSeverity::lost), 0);
     }
 
-    void furtherNotesAreCountedAlone()
+    void furtherNotesAreOnlyCounted()
     {
         ReadReport report;
         for (size_t i = 0; i < ReadReport::maxNotes + 2; ++i)
@@ -84,7 +84,7 @@ private Q_SLOTS:
         QCOMPARE(ids.size(), ReadReport::kinds);
     }
 
-    void everyKindHasOneSentence()
+    void everyKindHasOneMessage()
     {
         QSet<QString> messages;
         for (int i = 0; i < ReadReport::kinds; ++i) {

@@ -127,7 +127,7 @@ private Q_SLOTS:
                  QStringList(QStringLiteral("label-of-minus-one|v|yesno: -1 Refused")));
     }
 
-    void labelsOfASetAreReportedForItsFirstVariableAlone()
+    void labelsOfASetAreReportedOnlyForItsFirstVariable()
     {
         StatFile file(StatFile::dta, 118);
         const auto *set = file.intLabels("yesno", { { -1, "Refused" } });
@@ -245,7 +245,7 @@ private Q_SLOTS:
         QCOMPARE(notesOf<TSPSSDataImport>(saved(spss)), QStringList(QStringLiteral("duplicate-code|T|a Again")));
     }
 
-    void codesOfASetAreReportedForItsFirstVariableAlone()
+    void codesOfASetAreReportedOnlyForItsFirstVariable()
     {
         StatFile file(StatFile::sav);
         const auto *set = file.labels("thirds", { { 1.0 / 3, "Third" }, { 1, "One" } });

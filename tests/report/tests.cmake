@@ -1,4 +1,4 @@
-# What readers tell of the places where the layout is not what the file seems to say.
+# Notes of the readers on the places where the layout differs from the file.
 van_add_test(report/ReadReportTest.cpp)
 van_add_test(report/NotesPageTest.cpp)
 target_compile_definitions(NotesPageTest PRIVATE VAN_DOCS="${PROJECT_SOURCE_DIR}/docs")

@@ -220,8 +220,8 @@ private Q_SLOTS:
         format.newImporter()->releaseContents();
     }
 
-    void secondGivingBackDoesNothing_data() { addRows(); }
-    void secondGivingBackDoesNothing()
+    void secondReleaseDoesNothing_data() { addRows(); }
+    void secondReleaseDoesNothing()
     {
         QFETCH(Format, format);
         const BlockBalance balance;
@@ -489,7 +489,7 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    void sourceFieldsThatWereAssignedToEachOtherGoOnce()
+    void sourceFieldsThatWereAssignedToEachOtherAreFreedOnce()
     {
         const BlockBalance balance;
         const auto importer = make<TCSProDataImport>();
@@ -527,7 +527,7 @@ private Q_SLOTS:
         importer->releaseContents();
     }
 
-    void rootsThatWereAssignedToEachOtherGoOnce()
+    void rootsThatWereAssignedToEachOtherAreFreedOnce()
     {
         const BlockBalance balance;
         FakeImporter importer("layout.txt", "CSPRO");
@@ -579,7 +579,7 @@ private Q_SLOTS:
         source.releaseContents();
     }
 
-    void sourceFieldThatStandsTwiceInTheListGoesOnce()
+    void sourceFieldThatIsTwiceInTheListIsFreedOnce()
     {
         const BlockBalance balance;
         // A format that fills the list by itself.
@@ -648,7 +648,7 @@ private Q_SLOTS:
     }
 
     // The rules of the destructors still apply: the objects stay alive.
-    void destroyingGivesNothingBack()
+    void destroyingReleasesNothing()
     {
         const BlockBalance balance;
         auto importer = make<TCSProDataImport>();

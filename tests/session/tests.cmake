@@ -1,4 +1,4 @@
-# Memory that is given back. These run without the list of kept objects: nothing may be left behind.
+# Memory that is released. These tests run without the list of kept objects: no object may stay alive.
 van_add_test(session/KeptObjectsTest.cpp)
 van_add_test(session/ScarceMemoryTest.cpp)
 van_add_test(session/ReleaseContentsTest.cpp)

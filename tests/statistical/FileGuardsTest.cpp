@@ -113,7 +113,7 @@ private Q_SLOTS:
             file.extension(SpssBytes::longNames);
             file.end();
             QCOMPARE(statistical::spssProblem(write(file.bytes)).line,
-                     QStringLiteral("has more than 419328 variables with long names, the most that can be read"));
+                     QStringLiteral("has more than 419328 variables with long names, which is the limit"));
         }
     }
 
@@ -157,15 +157,14 @@ private Q_SLOTS:
                { SpssBytes::labelsRecord, noLabels, SpssBytes::labelledVariablesRecord });
         addRow("labels, variables missing",
                { SpssBytes::labelsRecord, noLabels, SpssBytes::labelledVariablesRecord, fiveVariables });
-        addRow("labelled variables alone", { SpssBytes::labelledVariablesRecord, 0, SpssBytes::endRecord, 0 });
+        addRow("labelled variables only", { SpssBytes::labelledVariablesRecord, 0, SpssBytes::endRecord, 0 });
         addRow("documents, number missing", { SpssBytes::documentsRecord });
         addRow("documents, lines missing", { SpssBytes::documentsRecord, oneLine });
     }
     void bigFileWhoseDictionaryBreaksOffIsRefused()
     {
         QFETCH(QByteArray, tail);
-        const QString brokenOff
-            = QStringLiteral("breaks off in its dictionary, or holds a record there that cannot be read");
+        const QString brokenOff = QStringLiteral("has a dictionary that is cut, or a record in it that cannot be read");
         for (const int size : { 2040, 2048 }) { // variables, on both sides of 64 KiB
             SpssBytes file;
             file.variables(size);
@@ -185,7 +184,7 @@ private Q_SLOTS:
         file.extension(SpssBytes::longNames);
         file.end();
         QCOMPARE(statistical::spssProblem(write(file.bytes)).line,
-                 QStringLiteral("has more than 419328 variables with long names, the most that can be read"));
+                 QStringLiteral("has more than 419328 variables with long names, which is the limit"));
     }
 
     void setsTimesVariablesAreBounded_data()
@@ -225,9 +224,10 @@ private Q_SLOTS:
             QCOMPARE(problem.isNull(), sets == most);
             if (sets > most)
                 QCOMPARE(problem,
-                         QStringLiteral("has too many sets of labels or missing values of long texts, or records of "
-                                        "long names, for its 25000 variables: their number times the variables may be "
-                                        "250000000"));
+                         QStringLiteral(
+                             "has too many sets of labels or missing values of long texts, or records of "
+                             "long names, for its 25000 variables: their number times the variables may be at most "
+                             "250000000"));
         }
     }
 
@@ -313,7 +313,7 @@ private Q_SLOTS:
         QCOMPARE(byte, 'x');
     }
 
-    void failureToReadIsAnErrorBehindWhatWasRead()
+    void failureToReadIsAnErrorAfterTheReadPart()
     {
         constexpr int size = 200000;
         const QByteArray path = QFile::encodeName(write(QByteArray(size, 'a')));

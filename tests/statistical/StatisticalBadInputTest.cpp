@@ -255,8 +255,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("empty") << QByteArray();
         QTest::newRow("text") << QByteArray("[Dictionary]\nVersion=CSPro 7.7\nName=D\n");
-        QTest::newRow("head of SPSS alone") << QByteArray("$FL2");
-        QTest::newRow("tag of Stata alone") << QByteArray("<stata_dta>");
+        QTest::newRow("head of SPSS only") << QByteArray("$FL2");
+        QTest::newRow("tag of Stata only") << QByteArray("<stata_dta>");
         QTest::newRow("zeros") << QByteArray(5000, '\0');
         QTest::newRow("ones") << QByteArray(5000, '\xFF');
     }
@@ -384,7 +384,7 @@ private Q_SLOTS:
         QCOMPARE(qint64(TestAccess::labelSets(importer).at("shared")->size()), statistical::maxLabelBytes / textSize);
         QCOMPARE(report.count(NoteKind::readingEnded), 1);
         QCOMPARE(report.notes().back().text,
-                 QStringLiteral("has more than 250000000 bytes of value labels, the most that can be read"));
+                 QStringLiteral("has more than 250000000 bytes of value labels, which is the limit"));
         importer.releaseContents();
     }
 

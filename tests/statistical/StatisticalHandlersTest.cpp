@@ -234,8 +234,8 @@ private Q_SLOTS:
         QVERIFY(twin.sets().at("set")->empty());
     }
 
-    void labelsOfASetStandInTheirOrder_data() { addTwins(); }
-    void labelsOfASetStandInTheirOrder()
+    void labelsOfASetAreInTheirOrder_data() { addTwins(); }
+    void labelsOfASetAreInTheirOrder()
     {
         QFETCH(bool, isSpss);
         Twin twin(isSpss);
@@ -323,11 +323,11 @@ private Q_SLOTS:
         both("double without decimals", READSTAT_TYPE_DOUBLE, "F8.0", vtReal, vtInteger);
         both("double with decimals", READSTAT_TYPE_DOUBLE, "F8.2", vtReal, vtReal);
         both("double without a format", READSTAT_TYPE_DOUBLE, "", vtReal, vtInteger);
-        both("nothing behind the point", READSTAT_TYPE_DOUBLE, "F8.", vtReal, vtInteger);
-        both("zeros behind the point", READSTAT_TYPE_DOUBLE, "F8.00", vtReal, vtInteger);
-        both("ten behind the point", READSTAT_TYPE_DOUBLE, "F18.10", vtReal, vtReal);
+        both("nothing after the point", READSTAT_TYPE_DOUBLE, "F8.", vtReal, vtInteger);
+        both("zeros after the point", READSTAT_TYPE_DOUBLE, "F8.00", vtReal, vtInteger);
+        both("ten after the point", READSTAT_TYPE_DOUBLE, "F18.10", vtReal, vtReal);
         both("zero and a digit", READSTAT_TYPE_DOUBLE, "F8.05", vtReal, vtReal);
-        both("a letter behind the point", READSTAT_TYPE_DOUBLE, "F8.x2", vtReal, vtInteger);
+        both("a letter after the point", READSTAT_TYPE_DOUBLE, "F8.x2", vtReal, vtInteger);
         both("exponent", READSTAT_TYPE_DOUBLE, "E12.5", vtReal, vtReal);
         both("time with decimals", READSTAT_TYPE_DOUBLE, "DATETIME23.2", vtReal, vtReal);
         both("string reference has no type", READSTAT_TYPE_STRING_REF, "", vtNone, vtNone);
@@ -416,8 +416,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("width");
         QTest::newRow("F8.2") << QByteArray("F8.2") << 8;
         QTest::newRow("A8") << QByteArray("A8") << 8;
-        QTest::newRow("F10.2: first digit alone") << QByteArray("F10.2") << 1;
-        QTest::newRow("A20: first digit alone") << QByteArray("A20") << 2;
+        QTest::newRow("F10.2: first digit only") << QByteArray("F10.2") << 1;
+        QTest::newRow("A20: first digit only") << QByteArray("A20") << 2;
         QTest::newRow("DATE11: no digit there") << QByteArray("DATE11") << 0;
         QTest::newRow("sign") << QByteArray("F+8") << 0;
         QTest::newRow("blank") << QByteArray("F 8") << 0;
@@ -585,8 +585,8 @@ private Q_SLOTS:
         }
     }
 
-    void textsKeepTheirRangeBesideLabels_data() { addTwins(); }
-    void textsKeepTheirRangeBesideLabels()
+    void textsWithLabelsKeepTheirRange_data() { addTwins(); }
+    void textsWithLabelsKeepTheirRange()
     {
         QFETCH(bool, isSpss);
         Twin twin(isSpss);
@@ -630,8 +630,8 @@ private Q_SLOTS:
         set.erase(set.begin() + 1);
     }
 
-    void labelWithoutItsTextIsItsValueAlone_data() { addTwins(); }
-    void labelWithoutItsTextIsItsValueAlone()
+    void labelWithoutItsTextIsOnlyItsValue_data() { addTwins(); }
+    void labelWithoutItsTextIsOnlyItsValue()
     {
         QFETCH(bool, isSpss);
         Twin twin(isSpss);

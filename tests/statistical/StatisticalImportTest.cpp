@@ -137,7 +137,7 @@ class StatisticalImportTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void exceptionInAHandlerIsRaisedBehindThePass_data()
+    void exceptionInAHandlerIsRaisedAfterThePass_data()
     {
         QTest::addColumn<bool>("isSpss");
         QTest::addColumn<bool>("atLabels");
@@ -147,7 +147,7 @@ private Q_SLOTS:
         QTest::newRow("spss, labels") << true << true << false; // ReadStat goes on to the labels that follow
         QTest::newRow("spss, variables") << true << false << true;
     }
-    void exceptionInAHandlerIsRaisedBehindThePass()
+    void exceptionInAHandlerIsRaisedAfterThePass()
     {
         QFETCH(bool, isSpss);
         QFETCH(bool, atLabels);
@@ -550,7 +550,7 @@ private Q_SLOTS:
         QVERIFY(fields[0]->valueLabels.constData() == fields[2]->valueLabels.constData());
     }
 
-    void openingIsForTheBaseAlone()
+    void openingIsOnlyForTheBase()
     {
         onlyTheBaseCalls<TSTATADataImport>();
         onlyTheBaseCalls<TSPSSDataImport>();

@@ -33,13 +33,13 @@ inline void releaseBlock(void *block) noexcept
     std::free(block);
 }
 
-/// Runs \a body again and again, with one block more each time, until it succeeds. Returns how often it failed.
-template <typename Body> int runShort(Body body)
+/// Runs \a work again and again, with one block more each time, until it succeeds. Returns how often it failed.
+template <typename Work> int runShort(Work work)
 {
     for (int failures = 0;; ++failures) {
         try {
             blocksLeft = failures;
-            body();
+            work();
             blocksLeft = unlimited;
             return failures;
         } catch (const std::bad_alloc &) {

@@ -231,15 +231,14 @@ private Q_SLOTS:
             << QStringList{ "fine.dcf", "-o", "" } << QByteArray("'': no such file\n");
         QTest::newRow("output in an absent directory") << QStringList{ "fine.dcf", "-o", "absent/page.html" }
                                                        << QByteArray("absent/page.html: cannot be written: ");
-        QTest::newRow("output is the input")
-            << QStringList{ "fine.dcf", "-o", "./fine.dcf" }
-            << QByteArray("./fine.dcf: is the file to read, and is not written over\n");
+        QTest::newRow("output is the input") << QStringList{ "fine.dcf", "-o", "./fine.dcf" }
+                                             << QByteArray("./fine.dcf: is the file to read, and is not overwritten\n");
         QTest::newRow("output is a link to the input")
             << QStringList{ "fine.dcf", "-o", "link" }
-            << QByteArray("link: is the file to read, and is not written over\n");
+            << QByteArray("link: is the file to read, and is not overwritten\n");
         QTest::newRow("output is another name of the input")
             << QStringList{ "fine.dcf", "-o", "hard" }
-            << QByteArray("hard: is the file to read, and is not written over\n");
+            << QByteArray("hard: is the file to read, and is not overwritten\n");
     }
     void noAnswerIsStatus2AndOneLineAndNoPage()
     {
@@ -259,7 +258,7 @@ private Q_SLOTS:
         QCOMPARE(directory.read("fine.dcf"), dictionaryWith("L", "One"));
     }
 
-    void pageThatStoodThereStaysWithoutAnAnswer()
+    void existingPageIsKeptWithoutAResult()
     {
         directory.write("page.html", "old");
         QCOMPARE(directory.run({ "codebook", "absent.dcf", "-o", "page.html" }).status, noAnswer);
@@ -355,16 +354,16 @@ private Q_SLOTS:
         QTest::newRow("open to be read") << "\"$0\" codebook fine.dcf -o /dev/stdin < all.html"
                                          << QByteArray("/dev/stdin: cannot be written: ");
         QTest::newRow("of the file to read") << "\"$0\" codebook fine.dcf -o /dev/fd/3 3>> fine.dcf"
-                                             << QByteArray("/dev/fd/3: is the file to read, and is not written over\n");
+                                             << QByteArray("/dev/fd/3: is the file to read, and is not overwritten\n");
         QTest::newRow("of another name of the file to read")
             << "\"$0\" codebook fine.dcf -o /dev/fd/3 3>> hard"
-            << QByteArray("/dev/fd/3: is the file to read, and is not written over\n");
+            << QByteArray("/dev/fd/3: is the file to read, and is not overwritten\n");
         QTest::newRow("standard output, which is the file to read")
             << "\"$0\" codebook fine.dcf -o - >> fine.dcf"
-            << QByteArray("fine.dcf: is standard output as well, and is not written over\n");
+            << QByteArray("fine.dcf: is standard output as well, and is not overwritten\n");
         QTest::newRow("standard output, which is another name of it")
             << "\"$0\" codebook fine.dcf -o /dev/stdout >> hard"
-            << QByteArray("fine.dcf: is standard output as well, and is not written over\n");
+            << QByteArray("fine.dcf: is standard output as well, and is not overwritten\n");
         QTest::newRow("of another process")
             << "exec 3>> all.html; ln -sf /proc/$$/fd/3 out.html; \"$0\" codebook fine.dcf -o out.html; exit $?"
             << QByteArray("out.html: is open in another process, and is not written to\n");
@@ -458,7 +457,7 @@ private Q_SLOTS:
     void corpusGivesAPageForEachLayout()
     {
         if (!QFile::exists(QStringLiteral(VAN_CORPUS)))
-            QSKIP("the corpus of real files is not here");
+            QSKIP("the corpus is not available");
         int pages = 0;
         for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" }) {
             const QStringList files = corpusFiles(kind).mid(0, 12);

@@ -140,7 +140,7 @@ private Q_SLOTS:
         QVERIFY(back.out.endsWith("  B to D: 3 items, start -2\n"));
     }
 
-    void changesOfAValueSetAreBeneathItsHeading()
+    void changesOfAValueSetAreBelowItsHeading()
     {
         const auto content = [](const QString &label, const QString &note) {
             return dictionary(
@@ -222,7 +222,7 @@ private Q_SLOTS:
         QCOMPARE(run.err, "vanlayout: " + complaint);
     }
 
-    void oneLanguageIsComparedAlone()
+    void onlyOneLanguageIsCompared()
     {
         const auto content = [](const QString &label) {
             return dictionary(record("R", item("A", label, 2, 1)))
@@ -301,7 +301,7 @@ private Q_SLOTS:
             = diff({ QStringLiteral(VAN_EXAMPLES "/census.dcf"), QStringLiteral(VAN_EXAMPLES "/census8.dcf") });
         QCOMPARE(run.status, fine);
         QVERIFY(run.out.contains("\nNot compared (one of the formats does not have it): record length\n"));
-        QVERIFY(run.out.contains("\nNot compared (it is of the file, not of the survey): format version, "));
+        QVERIFY(run.out.contains("\nNot compared (it belongs to the file, not to the survey): format version, "));
     }
 
     void statisticalFilesOfTwoFormatsAreCompared()
@@ -453,7 +453,7 @@ private Q_SLOTS:
     void realFormsOfADictionaryAreTheSame()
     {
         if (!QFile::exists(QStringLiteral(VAN_CORPUS)))
-            QSKIP("the corpus is not here");
+            QSKIP("the corpus is not available");
         int compared = 0;
         for (const QString &text : corpusFiles("cspro-text")) {
             const QString json = QString(text).replace("/cspro-text/", "/cspro-json/");

@@ -93,7 +93,7 @@ private Q_SLOTS:
         QCOMPARE(shown.err, QByteArray());
     }
 
-    void jsonBehindAByteOrderMarkIsReportedAsWhatItIs()
+    void jsonAfterAByteOrderMarkIsReportedAsJson()
     {
         directory.write("d.dcf", "\xEF\xBB\xBF{\"name\": \"D\", \"levels\": []}");
         const Run explained = directory.run({ "explain", "--type", "cspro8", "d.dcf" });
@@ -284,7 +284,7 @@ private Q_SLOTS:
                                                << QByteArray("mark-of-last-occurrence") << QByteArray("missing is 1");
         QTest::newRow("apostrophes") << item + set + "Value='A';One\n" << QByteArray("kept-apostrophe") << oneValue;
         QTest::newRow("no label") << item + set + "Value=1\n" << QByteArray("value-without-label") << oneValue;
-        QTest::newRow("label alone") << item + set + "Value=;One\n" << QByteArray("label-as-code") << oneValue;
+        QTest::newRow("label only") << item + set + "Value=;One\n" << QByteArray("label-as-code") << oneValue;
         QTest::newRow("no upper bound") << item + set + "Value=1:;One\n"
                                         << QByteArray("range-without-upper") << oneValue;
         QTest::newRow("range in a text dictionary")
@@ -399,10 +399,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("columns");
         QTest::addColumn<QString>("table");
-        QTest::newRow("beside its variable") << QByteArray("41")
-                                             << "      line 6  AGE  Colour=redredredredred\n"
-                                                "                   redredredredred\u4E2D\u4E2D\u4E2D\n"
-                                                "                   \u4E2D\u4E2D\u4E2D\n";
+        QTest::newRow("next to its variable") << QByteArray("41")
+                                              << "      line 6  AGE  Colour=redredredredred\n"
+                                                 "                   redredredredred\u4E2D\u4E2D\u4E2D\n"
+                                                 "                   \u4E2D\u4E2D\u4E2D\n";
         QTest::newRow("where there is little room") << QByteArray("20")
                                                     << "      line 6  AGE\n"
                                                        "Colour=redredredredr\n"
@@ -615,7 +615,7 @@ private Q_SLOTS:
         QVERIFY(!shown.out.contains("note"));
     }
 
-    void showOfAFileWithoutLayoutSaysWhatIsWrongAlone()
+    void showOfAFileWithoutLayoutPrintsOnlyTheProblem()
     {
         const Run shown = directory.run({ "fields", ended });
         QCOMPARE(shown.status, noAnswer);

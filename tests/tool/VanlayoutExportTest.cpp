@@ -251,17 +251,15 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QByteArray>("problem");
         QTest::newRow("--excel") << QStringList{ "--to", "ddi", "--excel" }
-                                 << QByteArray("--excel goes with --to csv alone\n");
+                                 << QByteArray("--excel can only be used with --to csv\n");
         QTest::newRow("--profile") << QStringList{ "--to", "csvw", "--profile", "ipums" }
-                                   << QByteArray("--profile goes with --to ddi alone\n");
-        QTest::newRow("--title") << QStringList{ "--to", "csv", "--title", "T" }
-                                 << QByteArray(
-                                        "--title goes with --to ddi, csvw, json-schema, frictionless and markdown "
-                                        "alone\n");
-        QTest::newRow("--language") << QStringList{ "--to", "ddi", "--language", "EN" }
-                                    << QByteArray(
-                                           "--language goes with --to json-schema, frictionless, markdown and csv "
-                                           "alone\n");
+                                   << QByteArray("--profile can only be used with --to ddi\n");
+        QTest::newRow("--title") << QStringList{
+            "--to", "csv", "--title", "T"
+        } << QByteArray("--title can only be used with --to ddi, csvw, json-schema, frictionless and markdown\n");
+        QTest::newRow("--language") << QStringList{
+            "--to", "ddi", "--language", "EN"
+        } << QByteArray("--language can only be used with --to json-schema, frictionless, markdown and csv\n");
     }
     void anOptionThatTheFormDoesNotTakeIsRefused()
     {
@@ -297,7 +295,7 @@ private Q_SLOTS:
         QTest::newRow("full disk") << ddi + QStringList{ "-o", "/dev/full", "survey.dcf" }
                                    << QByteArray("/dev/full: cannot be written: No space left on device\n");
         QTest::newRow("standard input twice") << ddi + QStringList{ "-", "-", "-o", "twice" }
-                                              << QByteArray("standard input is read once alone; name - once\n");
+                                              << QByteArray("standard input can be read only once; name - once\n");
         QTest::newRow("two files into a file")
             << ddi + QStringList{ "-o", "survey.dcf", "survey.dcf", "survey.dcf" }
             << QByteArray("survey.dcf: is not a directory; several files are written into one\n");
@@ -382,7 +380,7 @@ private Q_SLOTS:
         QCOMPARE(run.err.count('\n'), 1);
     }
 
-    void aFileThatCannotBeReadIsOneLineAndTheRestGoesOn()
+    void aFileThatCannotBeReadIsOneLineAndTheRestIsWritten()
     {
         directory.write("bad.dcf", "no dictionary");
         const Run run
@@ -416,7 +414,7 @@ private Q_SLOTS:
         QCOMPARE(directory.run({ "export", "--to", "ddi", "-r", "walk", "-o", "walk/out" }).err, QByteArray());
     }
 
-    void aFileOfADirectoryThatCannotBeReadIsOneLineAndTheRestGoesOn()
+    void aFileOfADirectoryThatCannotBeReadIsOneLineAndTheRestIsWritten()
     {
         QVERIFY(QDir(directory.path()).mkpath("odd/closed"));
         directory.write("odd/survey.dcf", dictionary("X"));
@@ -443,9 +441,9 @@ private Q_SLOTS:
     void aFileInADirectoryMayHaveAnyName_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::newRow("colon in front") << ":colon";
+        QTest::newRow("colon at the beginning") << ":colon";
         QTest::newRow("line feed") << "new\nline";
-        QTest::newRow("dash in front") << "--to";
+        QTest::newRow("dash at the beginning") << "--to";
         QTest::newRow("signs of the shell") << "*?[a] $(x)";
         QTest::newRow("beyond ASCII") << "\u00FC b";
     }
@@ -488,7 +486,7 @@ private Q_SLOTS:
         QVERIFY(QDir(directory.path()).mkpath("pages"));
         directory.write("pages/index.html", dictionary("X"));
         const Run run = directory.run({ "codebook", "pages/index.html", "survey.dcf", "-o", "pages" });
-        verifyComplaint(run, "pages/index.html: is a file to read, and is not written over\n");
+        verifyComplaint(run, "pages/index.html: is a file to read, and is not overwritten\n");
         QCOMPARE(directory.read("pages/index.html"), dictionary("X"));
         QVERIFY(!directory.read("pages/index-2.html").isEmpty());
         QVERIFY(!directory.read("pages/survey.html").isEmpty());
@@ -505,7 +503,7 @@ private Q_SLOTS:
         QCOMPARE(labelled.err, QByteArray());
         QVERIFY(labelled.out != exported("csv", survey).out);
         verifyComplaint(directory.run(call + QStringList{ "-o", "formats.sas7bcat" }),
-                        "formats.sas7bcat: is a file to read, and is not written over\n");
+                        "formats.sas7bcat: is a file to read, and is not overwritten\n");
         QVERIFY(QFile::rename(directory.filePath("formats.sas7bcat"), directory.filePath("survey.csv")));
         QCOMPARE(directory.run({ "export", "--to", "csv", "--catalog", "survey.csv", survey, "-o", "./" }).status,
                  fine);

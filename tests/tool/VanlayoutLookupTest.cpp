@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(frequencies.at(0)["text"].toString(), QString("B"));
     }
 
-    void thereIsNoLimitOfMessagesUntilItIsAskedFor()
+    void thereIsNoLimitOfMessagesByDefault()
     {
         write("AA x\nAA y\nAA z\n");
         QVERIFY(!check({ "lookup.txt" }).out.contains("Too many"));
@@ -215,7 +215,7 @@ private Q_SLOTS:
         QCOMPARE(run.err, QByteArray());
     }
 
-    void wordBehindTwoHyphensIsAFile()
+    void wordAfterTwoHyphensIsAFile()
     {
         directory.write("--help", "AA x\n");
         const Run run = check({ "--format", "json", "--", "--help" });
@@ -279,7 +279,7 @@ private Q_SLOTS:
         QVERIFY(run.out.contains("only the first [\\u0000] will be shown")); // a character, not a digit
     }
 
-    void frequenciesStandInTheOrderOfTheirTexts()
+    void frequenciesAreInTheOrderOfTheirTexts()
     {
         write("1 z\n2 a\n3 B\n4 10\n5 9\n6 \xC3\xA9\n7 z\n8 \n");
         const Run run = check({ "--format", "json", "lookup.txt" });
@@ -337,7 +337,7 @@ private Q_SLOTS:
         QCOMPARE(run.json()["file"].toString(), QString("link"));
     }
 
-    void optionsMayStandBehindTheFile()
+    void optionsMayFollowTheFile()
     {
         write("AA,x\n");
         const Run run = check({ "lookup.txt", "--separator", "comma", "--mode", "count", "--verbose" });

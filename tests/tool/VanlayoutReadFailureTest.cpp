@@ -160,8 +160,8 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("options");
         QTest::addColumn<qint64>("goodBytes");
         for (const qint64 goodBytes : { 0, 3, 20000 }) {
-            QTest::addRow("lookup behind %lld", goodBytes) << QStringList{ "lookup" } << goodBytes;
-            QTest::addRow("lookup as JSON behind %lld", goodBytes)
+            QTest::addRow("lookup after %lld", goodBytes) << QStringList{ "lookup" } << goodBytes;
+            QTest::addRow("lookup as JSON after %lld", goodBytes)
                 << QStringList{ "lookup", "--format", "json" } << goodBytes;
         }
     }
@@ -190,14 +190,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("file");
         QTest::addColumn<QByteArray>("problem");
         QTest::newRow("text of more than a gibibyte")
-            << "huge.dcf" << QByteArray("is larger than 1 GiB, the most that a text dictionary can have");
+            << "huge.dcf" << QByteArray("is larger than 1 GiB, the limit for a text dictionary");
         QTest::newRow("JSON of more than two")
-            << "huge.json" << QByteArray("is larger than 2 GiB, the most that a JSON dictionary can have");
+            << "huge.json" << QByteArray("is larger than 2 GiB, the limit for a JSON dictionary");
         QTest::newRow("items") << "items.dcf"
-                               << QByteArray("asks for more than 1000000 items, or 250000000 characters in the names "
+                               << QByteArray("has more than 1000000 items, or 250000000 characters in the names "
                                              "of occurrences");
         QTest::newRow("value labels of occurrences")
-            << "values.dcf" << QByteArray("asks for more than 4000000 value labels in the occurrences of items");
+            << "values.dcf" << QByteArray("has more than 4000000 value labels in the occurrences of items");
     }
     void fileOverALimitIsNamedAsThat()
     {
@@ -273,7 +273,7 @@ private:
         QTest::addColumn<qint64>("goodBytes");
         for (const char *file : { "bad.dcf", "bad.json" }) {
             for (const qint64 goodBytes : { 0, 5, 60000 })
-                QTest::addRow("%s behind %lld bytes", file, goodBytes) << file << goodBytes;
+                QTest::addRow("%s after %lld bytes", file, goodBytes) << file << goodBytes;
         }
     }
 

@@ -122,17 +122,17 @@ private Q_SLOTS:
                                          << QByteArray("SHOW: no such command or option; did you mean show?");
         QTest::newRow("value in capital letters") << QStringList{ "explain", "--fail-on", "LOST", "x" }
                                                   << QByteArray("--fail-on: LOST is not known; did you mean lost?");
-        QTest::newRow("option in front of its command")
+        QTest::newRow("option before its command")
             << QStringList{ "--fromat", "json", "show", "x" }
             << QByteArray("--fromat: no such option of show; did you mean --format?");
-        QTest::newRow("option of the tool behind a command")
+        QTest::newRow("option of the tool after a command")
             << QStringList{ "show", "x", "--verbos" }
             << QByteArray("--verbos: no such option of show; did you mean --verbose?");
         QTest::newRow("topic of help")
             << QStringList{ "help", "shwo" }
             << QByteArray("COMMAND: shwo not in {show,fields,explain,lookup,diff,codebook,export,load,completion,help}; "
                           "did you mean show?");
-        QTest::newRow("file in front of its command")
+        QTest::newRow("file before its command")
             << QStringList{ "x.dcf", "show" } << QByteArray("x.dcf: no such command or option");
         QTest::newRow("empty word") << QStringList{ "" } << QByteArray("'': no such command or option");
         QTest::newRow("nothing near") << QStringList{ "frobnicate" }
@@ -195,14 +195,14 @@ private Q_SLOTS:
         QTest::newRow("commands") << QStringList{ "ex" } << QByteArray("explain export");
         QTest::newRow("global option") << QStringList{ "--verb" } << QByteArray("--verbose");
         QTest::newRow("option") << QStringList{ "show", "--lab" } << QByteArray("--labels");
-        QTest::newRow("option behind a file") << QStringList{ "show", "a.dcf", "--prob" } << QByteArray("--problems");
+        QTest::newRow("option after a file") << QStringList{ "show", "a.dcf", "--prob" } << QByteArray("--problems");
         QTest::newRow("value") << QStringList{ "show", "--format", "j" } << QByteArray("json");
-        QTest::newRow("value behind a sign") << QStringList{ "show", "--format", "=", "j" } << QByteArray("json");
+        QTest::newRow("value after a sign") << QStringList{ "show", "--format", "=", "j" } << QByteArray("json");
         QTest::newRow("all values") << QStringList{ "show", "--format", "=" } << QByteArray("table json csv");
-        QTest::newRow("behind a global option") << QStringList{ "--verbose", "loo" } << QByteArray("lookup");
+        QTest::newRow("after a global option") << QStringList{ "--verbose", "loo" } << QByteArray("lookup");
         QTest::newRow("topic of help") << QStringList{ "help", "codeb" } << QByteArray("codebook");
         QTest::newRow("shell") << QStringList{ "completion", "z" } << QByteArray("zsh");
-        QTest::newRow("option of the tool behind a command")
+        QTest::newRow("option of the tool after a command")
             << QStringList{ "show", "--verb" } << QByteArray("--verbose");
         QTest::newRow("kind of note") << QStringList{ "explain", "--fail-on", "subitem-" }
                                       << QByteArray("subitem-read-flat");
@@ -210,10 +210,9 @@ private Q_SLOTS:
             << QStringList{ "diff", "--ignore", "item-lab" } << QByteArray("item-label");
         QTest::newRow("second of a list")
             << QStringList{ "explain", "--fail-on", "lost,subitem-" } << QByteArray("lost,subitem-read-flat");
-        QTest::newRow("second of a list behind a sign")
-            << QStringList{ "diff", "--only", "=", "item-label,value-set-l" }
-            << QByteArray("item-label,value-set-label");
-        QTest::newRow("one value alone") << QStringList{ "show", "--format", "csv,j" } << QByteArray();
+        QTest::newRow("second of a list after a sign") << QStringList{ "diff", "--only", "=", "item-label,value-set-l" }
+                                                       << QByteArray("item-label,value-set-label");
+        QTest::newRow("one value only") << QStringList{ "show", "--format", "csv,j" } << QByteArray();
         QTest::newRow("files are the shell's own business") << QStringList{ "show", "cens" } << QByteArray();
         QTest::newRow("value without a list") << QStringList{ "show", "--catalog", "x" } << QByteArray();
     }
@@ -243,8 +242,8 @@ private Q_SLOTS:
         QTest::newRow("option") << "vanlayout show --lab" << QStringList{ "--labels" };
         QTest::newRow("value") << "vanlayout show --format " << QStringList{ "csv", "json", "table" };
         QTest::newRow("shell") << "vanlayout completion z" << QStringList{ "zsh" };
-        QTest::newRow("option of the tool behind a command") << "vanlayout show --verb" << QStringList{ "--verbose" };
-        QTest::newRow("value behind a sign") << "vanlayout export --to=d" << QStringList{ "--to=ddi" };
+        QTest::newRow("option of the tool after a command") << "vanlayout show --verb" << QStringList{ "--verbose" };
+        QTest::newRow("value after a sign") << "vanlayout export --to=d" << QStringList{ "--to=ddi" };
         QTest::newRow("second of a list")
             << "vanlayout explain --fail-on lost,subitem-" << QStringList{ "lost,subitem-read-flat" };
         QTest::newRow("file with a blank") << "vanlayout show --catalog my" << QStringList{ "my file.dcf" };
@@ -287,11 +286,11 @@ private Q_SLOTS:
         QTest::newRow("list of values") << "vanlayout explain --fail-on l"
                                         << QByteArray(":value:_values -s , value lost changed file-not-read");
         QTest::newRow("list that is taken again") << "vanlayout explain --fail-on l" << QByteArray("\n*--fail-on=[");
-        QTest::newRow("option of the tool behind a command")
+        QTest::newRow("option of the tool after a command")
             << "vanlayout show --verb" << QByteArray("\n--verbose[write the library's debug lines");
-        QTest::newRow("command behind an option")
+        QTest::newRow("command after an option")
             << "vanlayout --verbose sh" << QByteArray("\nshow:Show the exact layout of each FILE.\n");
-        QTest::newRow("value behind an option and a command")
+        QTest::newRow("value after an option and a command")
             << "vanlayout --verbose completion z" << QByteArray("\n*:value:(bash fish zsh)\n");
         QTest::newRow("one spelling of two") << "vanlayout export -o x"
                                              << QByteArray("\n(-o --output)-o[file to write, or directory for several "
@@ -379,7 +378,7 @@ private Q_SLOTS:
         QVERIFY2(shown.endsWith("\r\033[K"), shown.constData());
     }
 
-    void longWorkIsSilentWhereTheAnswerIsOnTheTerminal()
+    void longWorkIsSilentIfTheOutputIsOnTheTerminal()
     {
         const PseudoTerminal terminal;
         QVERIFY2(terminal.isOpen(), "this system has no pseudo terminals");

@@ -69,13 +69,13 @@ private slots:
     void tableFitsTheTerminal();
     void languagesThatDoNotFitAreOnFurtherLines();
     void headingHasTheFactsOfItsRecord();
-    void recordWithoutItemsHasItsHeadingAlone();
+    void recordWithoutItemsHasOnlyItsHeading();
     void wideCodeHasALineOfItsOwn();
     void longTypeIsCut();
     void verySmallTerminalIsNotExceeded();
     void columnThatIsEmptyThroughoutIsLeftOut();
     void longNameHasALineOfItsOwn();
-    void valuesAreShownBeneathTheirItem();
+    void valuesAreShownBelowTheirItem();
     void labelsAreThoseOfTheLanguage();
     void languagesAreListed();
     void languageThatTheFileLacksIsAnError();
@@ -91,7 +91,7 @@ private slots:
     void csvOfSeveralFilesBeginsWithTheFile();
     void codesHaveOneLineEach();
     void codesOfOneLanguageHaveOneLabel();
-    void codesGoWithCsvAlone();
+    void codesNeedCsv();
     void codesHaveAColumnForEachLanguageOfAllFiles();
     void valueWithoutACodeKeepsItsLabel();
     void codesOfAPipeAreInAllItsLanguages();
@@ -218,7 +218,7 @@ void VanlayoutShowTest::headingHasTheFactsOfItsRecord()
     QVERIFY(!levels.contains("Id items of level 2"));
 }
 
-void VanlayoutShowTest::recordWithoutItemsHasItsHeadingAlone()
+void VanlayoutShowTest::recordWithoutItemsHasOnlyItsHeading()
 {
     directory.write("record.dcf",
                     "[Dictionary]\nName=D\nRecordTypeStart=1\nRecordTypeLen=1\nPositions=Absolute\n[Level]\nName=L\n"
@@ -286,7 +286,7 @@ void VanlayoutShowTest::longNameHasALineOfItsOwn()
     QVERIFY(out.contains("\nID        9(1)"));
 }
 
-void VanlayoutShowTest::valuesAreShownBeneathTheirItem()
+void VanlayoutShowTest::valuesAreShownBelowTheirItem()
 {
     const QByteArray out = show({ "--labels", "homes.dcf" }).out;
     QVERIFY(out.contains("Month\n"
@@ -461,10 +461,11 @@ void VanlayoutShowTest::codesOfOneLanguageHaveOneLabel()
              QByteArray("file,item,valueSet,from,to,label,special\r\ncodes.dcf,A,A_VS1,1,,One,\r\n"));
 }
 
-void VanlayoutShowTest::codesGoWithCsvAlone()
+void VanlayoutShowTest::codesNeedCsv()
 {
     QCOMPARE(show({ "--codes", "homes.dcf" }).out, show({ "--codes", "--format", "csv", "homes.dcf" }).out);
-    verifyComplaint(show({ "--codes", "--format", "json", "homes.dcf" }), "--codes goes with --format csv\n");
+    verifyComplaint(show({ "--codes", "--format", "json", "homes.dcf" }),
+                    "--codes can only be used with --format csv\n");
 }
 
 void VanlayoutShowTest::codesHaveAColumnForEachLanguageOfAllFiles()

@@ -239,15 +239,15 @@ private Q_SLOTS:
     void severalTablesHaveAHeadingEach();
     void longLabelsAreCutToTheWidth_data();
     void longLabelsAreCutToTheWidth();
-    void withoutAWidthLabelsStayWhole_data();
-    void withoutAWidthLabelsStayWhole();
+    void withoutAWidthLabelsAreNotCut_data();
+    void withoutAWidthLabelsAreNotCut();
     void widthIsThatOfTheTerminal();
     void otherFormsAreNeverCut();
     void wideAndCombiningCharactersAreAligned_data();
     void wideAndCombiningCharactersAreAligned();
     void wideLabelsAreCutToTheWidth();
     void tableSendsNoControlCharacters();
-    void otherCharactersAreShownAsTheyAre();
+    void otherCharactersAreShownUnchanged();
     void verboseSendsNoControlCharacters();
     void complaintSendsNoControlCharacters();
 
@@ -659,16 +659,16 @@ void VanlayoutTest::valueLabelsAreCutAtTabsAndTheFirstBlank_data()
     QTest::addColumn<QStringList>("labels"); // code, label, code, label
 
     // clang-format off
-    QTest::newRow("at the first blank alone")
+    QTest::newRow("at the first blank only")
         << QByteArray("Numeric") << QByteArray("Value=1;San  Durdia East\n")
         << "1 San  Durdia East\t" << QStringList{"1", "San  Durdia East"};
-    QTest::newRow("entry of a code alone")
+    QTest::newRow("entry of a code only")
         << QByteArray("Numeric") << QByteArray("Value=1\nValue=2;Two\n")
         << "1 \t2 Two\t" << QStringList{"1", "", "2", "Two"};
     QTest::newRow("tab in a label")
         << QByteArray("Numeric") << QByteArray("Value=1;One\tor so\nValue=2;Two\n")
         << "1 One\tor so\t2 Two\t" << QStringList{"1", "One", "or", "so", "2", "Two"};
-    QTest::newRow("tab in a label, no blank behind it")
+    QTest::newRow("tab in a label, no blank after it")
         << QByteArray("Numeric") << QByteArray("Value=1;One\tuno\n")
         << "1 One\tuno\t" << QStringList{"1", "One", "uno", ""};
     QTest::newRow("blank in a code")
@@ -895,7 +895,7 @@ void VanlayoutTest::longLabelsAreCutToTheWidth()
     QVERIFY(lines.at(2).endsWith("short"));
 }
 
-void VanlayoutTest::withoutAWidthLabelsStayWhole_data()
+void VanlayoutTest::withoutAWidthLabelsAreNotCut_data()
 {
     QTest::addColumn<QString>("columns");
     QTest::newRow("none reported") << QString();
@@ -905,7 +905,7 @@ void VanlayoutTest::withoutAWidthLabelsStayWhole_data()
     QTest::newRow("no number") << "wide";
 }
 
-void VanlayoutTest::withoutAWidthLabelsStayWhole()
+void VanlayoutTest::withoutAWidthLabelsAreNotCut()
 {
     QFETCH(QString, columns);
 
@@ -1031,7 +1031,7 @@ void VanlayoutTest::tableSendsNoControlCharacters()
     }
 }
 
-void VanlayoutTest::otherCharactersAreShownAsTheyAre()
+void VanlayoutTest::otherCharactersAreShownUnchanged()
 {
     // Characters next to the control characters, and characters that a language needs within words.
     const QString label = QStringLiteral("~\u00A0\u061B\u061D\u200B\u200C\u200D\u2010\u2029\u202F\u2065\u206Az");
@@ -1113,7 +1113,7 @@ void VanlayoutTest::wrongUseIsStatus2AndOneLine_data()
     QTest::newRow("options and no FILE")    << QStringList{"fields", "--format", "json"};
     QTest::newRow("wrong option")           << QStringList{"fields", "--nonsense", "survey.dcf"};
     QTest::newRow("wrong short option")     << QStringList{"fields", "-x", "survey.dcf"};
-    QTest::newRow("wrong option in front")  << QStringList{"--nonsense", "fields", "survey.dcf"};
+    QTest::newRow("wrong option at the beginning") << QStringList{"--nonsense", "fields", "survey.dcf"};
     QTest::newRow("unknown format")         << QStringList{"fields", "--format", "xml", "survey.dcf"};
     QTest::newRow("empty format")           << QStringList{"fields", "--format", "", "survey.dcf"};
     QTest::newRow("format in capitals")     << QStringList{"fields", "--format", "JSON", "survey.dcf"};
@@ -1280,7 +1280,8 @@ void VanlayoutTest::namedPipeIsReadAsATextDictionary()
     QVERIFY(writer.waitForFinished(patience));
     QCOMPARE(shown.status, noAnswer);
     QCOMPARE(shown.out, QByteArray());
-    const QByteArray problem = "no variable found, read as a CSPro text dictionary: --type says what a pipe holds\n";
+    const QByteArray problem
+        = "no variable found, read as a CSPro text dictionary: --type states the format of a pipe\n";
     QCOMPARE(shown.err, "vanlayout: " + fifo.toUtf8() + ": " + problem);
 }
 
@@ -1530,13 +1531,13 @@ void VanlayoutTest::typeGoesByContent_data()
     QTest::newRow("white space and a brace")        << QByteArray(" \t\r\n {") << QByteArray("JSON");
     QTest::newRow("brace as the sixteenth byte")    << repeated(" ", 15) + "{" << QByteArray("JSON");
     QTest::newRow("brace as the seventeenth byte")  << repeated(" ", 16) + "{" << QByteArray();
-    QTest::newRow("brace behind a letter")          << QByteArray("a{") << QByteArray();
+    QTest::newRow("brace after a letter")           << QByteArray("a{") << QByteArray();
     QTest::newRow("bracket")                        << QByteArray("[{") << QByteArray();
     QTest::newRow("$FL2")                           << QByteArray("$FL2") << QByteArray("SPSS");
     QTest::newRow("$FL3")                           << QByteArray("$FL3@(#)") << QByteArray("SPSS");
     QTest::newRow("$FL1")                           << QByteArray("$FL1") << QByteArray();
     QTest::newRow("$FL4")                           << QByteArray("$FL4") << QByteArray();
-    QTest::newRow("$FL2 behind a blank")            << QByteArray(" $FL2") << QByteArray();
+    QTest::newRow("$FL2 after a blank")             << QByteArray(" $FL2") << QByteArray();
     QTest::newRow("$fl2")                           << QByteArray("$fl2") << QByteArray();
     QTest::newRow("<stata_dta>")                    << QByteArray("<stata_dta><header>") << QByteArray("Stata");
     QTest::newRow("<stata_dta")                     << QByteArray("<stata_dta ") << QByteArray();
@@ -1708,11 +1709,11 @@ void VanlayoutTest::debugLinesNeedVerbose_data()
 
     // clang-format off
     QTest::newRow("without it")               << QStringList{"fields", "survey.dcf"} << QString() << false;
-    QTest::newRow("rules do not stand in for it") << QStringList{"fields", "survey.dcf"} << "*.debug=true" << false;
+    QTest::newRow("rules do not replace it") << QStringList{"fields", "survey.dcf"} << "*.debug=true" << false;
     QTest::newRow("all rules do not either")  << QStringList{"fields", "survey.dcf"} << "*=true" << false;
-    QTest::newRow("in front of the command")  << QStringList{"--verbose", "fields", "survey.dcf"} << QString() << true;
-    QTest::newRow("behind the command")       << QStringList{"fields", "--verbose", "survey.dcf"} << QString() << true;
-    QTest::newRow("behind the file")          << QStringList{"fields", "survey.dcf", "--verbose"} << QString() << true;
+    QTest::newRow("before the command")       << QStringList{"--verbose", "fields", "survey.dcf"} << QString() << true;
+    QTest::newRow("after the command")        << QStringList{"fields", "--verbose", "survey.dcf"} << QString() << true;
+    QTest::newRow("after the file")           << QStringList{"fields", "survey.dcf", "--verbose"} << QString() << true;
     // clang-format on
 }
 

@@ -452,7 +452,7 @@ class Tests:
         self.book.open_made(DICTIONARY.split("[Record]")[0].replace("Len=0", "Len=1").replace("Start=0", "Start=1")
                             + record % 1 + item("A", "One", 2, 1) + record % 2 + item("B", "Two", 2, 1))
         expect(self.browser.run("document.querySelector('section.record > header').innerText.replace(/\\s+/g, ' ')"),
-               "(no name) type 1 \u00b7 optional \u00b7 at most 4 records a case \u00b7 1 variable")
+               "(no name) type 1 \u00b7 optional \u00b7 at most 4 records per case \u00b7 1 variable")
 
     def level_with_a_note_alone_shows_it(self):
         self.book.open_made(DICTIONARY.replace("[Level]\nLabel=L\nName=L", "[Level]\nNote=Urban alone.")
@@ -468,7 +468,7 @@ class Tests:
     def records_show_their_facts(self):
         self.book.open_example()
         expect(self.browser.run("document.querySelector('#page-group-2 > header').innerText.replace(/\\s+/g, ' ')"),
-               "POPULATION Population type P \u00b7 optional \u00b7 at most 30 records a case \u00b7 length 99 \u00b7 "
+               "POPULATION Population type P \u00b7 optional \u00b7 at most 30 records per case \u00b7 length 99 \u00b7 "
                "24 variables")
         expect(self.browser.run("document.querySelector('.level').innerText"),
                "Level ORVANDIA_CENSUS_QUEST Census questionnaire")
@@ -600,7 +600,7 @@ Value='   ';Three
         self.browser.wait_for("document.querySelector('article.current') !== null")
         expect("Columns\n3\u20134" in self.book.details("A"), True)
         expect(self.browser.run("document.querySelector('section.record > header .facts').textContent"),
-               "required \u00b7 at most 7 records a case \u00b7 1 variable")
+               "required \u00b7 at most 7 records per case \u00b7 1 variable")
 
     def catalog_gives_the_values_of_a_sas_data_set(self):
         directory = self.made_data
@@ -786,13 +786,13 @@ RecordTypeValue='2'
         link = "document.querySelector('#page-problems .places a')"
         self.browser.wait_for(link + " !== null")
         expect(self.browser.run(link + ".textContent"), "B")
-        line, message = self.browser.run("['.where', '.sentence'].map(part => %s.parentElement.querySelector(part)"
+        line, message = self.browser.run("['.where', '.problem-message'].map(part => %s.parentElement.querySelector(part)"
                                          ".textContent)" % link)
         self.browser.click(link)
         self.browser.wait_for("document.querySelector('article.current') !== null")
         self.browser.run("new Promise(requestAnimationFrame)")
         expect(self.book.current(), "B")
-        beside = self.browser.run("document.querySelector('article.current .problems-beside').innerText")
+        beside = self.browser.run("document.querySelector('article.current .local-problems').innerText")
         for part in (line, message):
             if part not in beside:
                 raise AssertionError("%r is not in %r" % (part, beside))
@@ -805,8 +805,8 @@ RecordTypeValue='2'
 
     def very_many_problems_of_a_variable_are_counted(self):
         self.book.open_made(DICTIONARY + item("A", "One", 1, 1, more=["Strange%d=1" % i for i in range(103)]), "#A")
-        self.browser.wait_for("document.querySelector('article.current .problems-beside') !== null")
-        expect(self.browser.run("[...document.querySelectorAll('article.current .problems-beside li')].map(e => "
+        self.browser.wait_for("document.querySelector('article.current .local-problems') !== null")
+        expect(self.browser.run("[...document.querySelectorAll('article.current .local-problems li')].map(e => "
                                 "e.textContent).slice(100)"), ["3 further problems are in the list at the top."])
         self.browser.run("document.querySelectorAll('#page-problems details').forEach(e => e.open = true)")
         longest = "Math.max(...[...document.querySelectorAll('#page-problems .places')].map(e => e.childElementCount))"
@@ -831,8 +831,8 @@ RecordTypeValue='2'
 
     def problems_are_not_printed(self):
         self.book.open_made(self._problems(), "#B")
-        self.browser.wait_for("document.querySelector('article.current .problems-beside') !== null")
-        shown = "[...document.querySelectorAll('#page-problems, .problems-beside, .badges')].map(e => " \
+        self.browser.wait_for("document.querySelector('article.current .local-problems') !== null")
+        shown = "[...document.querySelectorAll('#page-problems, .local-problems, .badges')].map(e => " \
                 "getComputedStyle(e).display === 'none')"
         expect(any(self.browser.run(shown)), False)
         self.browser.call("Emulation.setEmulatedMedia", media="print")
@@ -889,7 +889,7 @@ RecordTypeValue='2'
         self.browser.wait_for("document.querySelectorAll('.block').length > 11")
         expect(self.browser.run("document.querySelectorAll('.block').length"), 12)
         expect(self.browser.run(hints), ["3 variables are not drawn: more than 12 are on the same columns.",
-                                         "Columns behind 1,000,000 are not drawn."])
+                                         "Columns after 1,000,000 are not drawn."])
         self.browser.click(self.book.button("V14"))
         expect(" and more" in self.book.details("V14").split("Shares columns with")[1], True)
 
@@ -970,7 +970,7 @@ RecordTypeValue='2'
         self.book.open_made(DICTIONARY + item("A", "One", 1, 1) + item("B", "Two", 2, 1))
         expect(self.browser.run("[...document.querySelectorAll('section.record > header')].map(e => "
                                 "[...e.children].map(child => child.textContent))"),
-               [["REC Record", "required \u00b7 at most 1 record a case \u00b7 2 variables"]])
+               [["REC Record", "required \u00b7 at most 1 record per case \u00b7 2 variables"]])
         expect(self.browser.run("document.getElementById('page-groups').hidden"), True)
         expect(self.browser.run("document.querySelectorAll('.ruler').length"), 1)
 
@@ -1140,7 +1140,7 @@ RecordTypeValue='2'
         self.browser.run("dispatchEvent(new Event('beforeprint'))")
         expect(self.browser.run(lines), 400)
         expect(self.browser.run("document.querySelector('.lines').lastChild.textContent"),
-               "Columns behind %s are not printed." % format(400 * self.browser.run(
+               "Columns after %s are not printed." % format(400 * self.browser.run(
                    "Number([...document.querySelectorAll('.line')][0].lastChild.previousSibling.textContent)"), ","))
         self.browser.run("dispatchEvent(new Event('afterprint'))")
         expect(self.browser.run(lines + " < 100"), True)

@@ -244,7 +244,7 @@ private Q_SLOTS:
         addRow("no labels", true, [](SpssBytes &file) {
             file.numbers({ SpssBytes::labelsRecord, 0, SpssBytes::labelledVariablesRecord, 0 });
         });
-        addRow("labels with another record behind them", false, [](SpssBytes &file) {
+        addRow("labels with another record after them", false, [](SpssBytes &file) {
             file.numbers({ SpssBytes::labelsRecord, 0, 5, 0 });
         });
         addRow("as many labels as memory is given for", true, [](SpssBytes &file) { labels(file, 232960); });
@@ -298,7 +298,7 @@ private Q_SLOTS:
         }
     }
 
-    void fileMayBeginBehindOtherBytes()
+    void fileMayBeginAfterOtherBytes()
     {
         SpssBytes bytes;
         bytes.variables(3);
@@ -411,7 +411,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("isSpss");
         QTest::newRow("empty") << QByteArray() << false;
         QTest::newRow("head cut off") << QByteArray("$FL2").leftJustified(175, ' ') << false;
-        QTest::newRow("head alone") << QByteArray("$FL2").leftJustified(176, ' ') << true;
+        QTest::newRow("head only") << QByteArray("$FL2").leftJustified(176, ' ') << true;
         QTest::newRow("compressed") << QByteArray("$FL3").leftJustified(176, ' ') << true;
         QTest::newRow("unknown version") << QByteArray("$FL4").leftJustified(176, ' ') << false;
         QTest::newRow("text") << QByteArray(400, 'x') << false;

@@ -23,11 +23,11 @@ private Q_SLOTS:
         QTest::newRow("UTF-16 BE") << bytes("\xFE\xFF\0A\0\xE9\x20\xAC\xD8\x3D\xDE\0\0\n\0B") << text;
         QTest::newRow("UTF-32 LE") << bytes("\xFF\xFE\0\0A\0\0\0\xE9\0\0\0\xAC\x20\0\0\0\xF6\x01\0\n\0\0\0B\0\0\0") << text;
         QTest::newRow("UTF-32 BE") << bytes("\0\0\xFE\xFF\0\0\0A\0\0\0\xE9\0\0\x20\xAC\0\x01\xF6\0\0\0\0\n\0\0\0B") << text;
-        QTest::newRow("UTF-8 mark alone")     << bytes("\xEF\xBB\xBF") << "";
-        QTest::newRow("UTF-16 LE mark alone") << bytes("\xFF\xFE") << "";
-        QTest::newRow("UTF-16 BE mark alone") << bytes("\xFE\xFF") << "";
-        QTest::newRow("UTF-32 LE mark alone") << bytes("\xFF\xFE\0\0") << "";
-        QTest::newRow("UTF-32 BE mark alone") << bytes("\0\0\xFE\xFF") << "";
+        QTest::newRow("UTF-8 mark only")      << bytes("\xEF\xBB\xBF") << "";
+        QTest::newRow("UTF-16 LE mark only") << bytes("\xFF\xFE") << "";
+        QTest::newRow("UTF-16 BE mark only") << bytes("\xFE\xFF") << "";
+        QTest::newRow("UTF-32 LE mark only") << bytes("\xFF\xFE\0\0") << "";
+        QTest::newRow("UTF-32 BE mark only") << bytes("\0\0\xFE\xFF") << "";
         // clang-format on
     }
     void byteOrderMarkDecidesAndIsNoPartOfTheText()
@@ -66,7 +66,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         QTest::newRow("two bytes of the UTF-8 mark") << bytes("\xEF\xBB") << QString::fromUtf8("ï»");
         QTest::newRow("one byte of the UTF-16 mark") << bytes("\xFF") << QString::fromUtf8("ÿ");
-        QTest::newRow("mark behind the first character") << bytes("a\xFF\xFE") << QString::fromUtf8("aÿþ");
+        QTest::newRow("mark after the first character") << bytes("a\xFF\xFE") << QString::fromUtf8("aÿþ");
     }
     void partOfAMarkIsNoMark()
     {
@@ -93,7 +93,7 @@ private Q_SLOTS:
         QTest::newRow("four bytes")            << QString::fromUtf8("😀");
         QTest::newRow("first and last of each length") << QString::fromUtf8("\u0080\u07FF\u0800\uD7FF\uE000\uFFFC\U00010000\U0010FFFD");
         QTest::newRow("replacement character") << QString("a") + QChar(0xFFFD) + "b";
-        QTest::newRow("replacement characters alone") << QString(3, QChar(0xFFFD));
+        QTest::newRow("replacement characters only") << QString(3, QChar(0xFFFD));
         QTest::newRow("replacement and others") << QString::fromUtf8("é") + QChar(0xFFFD) + QString::fromUtf8("€");
         // clang-format on
     }
@@ -118,7 +118,7 @@ private Q_SLOTS:
         QTest::newRow("surrogate in UTF-8")        << bytes("\xED\xA0\x80")        << QString::fromUtf8("í\u00A0€");
         QTest::newRow("beyond the last character") << bytes("\xF4\xBF\xBF\xBF")    << QString::fromUtf8("ô¿¿¿");
         QTest::newRow("replacement character and a bad byte") << bytes("\xEF\xBF\xBD\xE9") << QString::fromUtf8("ï¿½é");
-        QTest::newRow("bad byte far behind")       << QByteArray(100000, 'a') + '\xE9' << QString(100000, 'a') + QChar(0xE9);
+        QTest::newRow("bad byte far from the beginning") << QByteArray(100000, 'a') + '\xE9' << QString(100000, 'a') + QChar(0xE9);
         // clang-format on
     }
     void invalidUtf8IsWindows1252()
@@ -161,7 +161,7 @@ private Q_SLOTS:
         QTest::newRow("before a line feed")        << bytes("a\r\nb\r\n")        << "a\nb\n";
         QTest::newRow("lone")                      << bytes("a\rb")              << "ab";
         QTest::newRow("several")                   << bytes("a\r\r\r\nb")        << "a\nb";
-        QTest::newRow("behind a line feed")        << bytes("a\n\rb")            << "a\nb";
+        QTest::newRow("after a line feed")         << bytes("a\n\rb")            << "a\nb";
         QTest::newRow("at both ends")              << bytes("\ra\r")             << "a";
         QTest::newRow("nothing else")              << bytes("\r\r")              << "";
         QTest::newRow("in Windows-1252")           << bytes("\xE9\r\nb\r")       << QString::fromUtf8("é\nb");
@@ -211,13 +211,13 @@ private Q_SLOTS:
         QTest::newRow("last of two bytes")        << bytes("\xDF\xBF")         << true;
         QTest::newRow("first of three bytes")     << bytes("\xE0\xA0\x80")     << true;
         QTest::newRow("before the surrogates")    << bytes("\xED\x9F\xBF")     << true;
-        QTest::newRow("behind the surrogates")    << bytes("\xEE\x80\x80")     << true;
+        QTest::newRow("after the surrogates")     << bytes("\xEE\x80\x80")     << true;
         QTest::newRow("last of three bytes")      << bytes("\xEF\xBF\xBF")     << true;
         QTest::newRow("first of four bytes")      << bytes("\xF0\x90\x80\x80") << true;
         QTest::newRow("last of four bytes")       << bytes("\xF4\x8F\xBF\xBF") << true;
         QTest::newRow("replacement character")    << bytes("\xEF\xBF\xBD")     << true;
         QTest::newRow("mark in the middle")       << bytes("a\xEF\xBB\xBF")    << true;
-        QTest::newRow("continuation alone")       << bytes("\x80")             << false;
+        QTest::newRow("continuation only")        << bytes("\x80")             << false;
         QTest::newRow("overlong of two bytes")    << bytes("\xC1\xBF")         << false;
         QTest::newRow("overlong of three bytes")  << bytes("\xE0\x9F\xBF")     << false;
         QTest::newRow("overlong of four bytes")   << bytes("\xF0\x8F\xBF\xBF") << false;
@@ -226,9 +226,9 @@ private Q_SLOTS:
         QTest::newRow("beyond the last character") << bytes("\xF4\x90\x80\x80") << false;
         QTest::newRow("byte that leads nothing")  << bytes("\xF5\x80\x80\x80") << false;
         QTest::newRow("0xFF")                     << bytes("\xFF")             << false;
-        QTest::newRow("cut behind the lead")      << bytes("\xC3")             << false;
-        QTest::newRow("cut behind two of three")  << bytes("\xE2\x82")         << false;
-        QTest::newRow("cut behind three of four") << bytes("\xF0\x9F\x98")     << false;
+        QTest::newRow("cut after the lead")       << bytes("\xC3")             << false;
+        QTest::newRow("cut after two of three")   << bytes("\xE2\x82")         << false;
+        QTest::newRow("cut after three of four") << bytes("\xF0\x9F\x98")     << false;
         QTest::newRow("second byte no continuation") << bytes("\xE2\x28\xA1")  << false;
         QTest::newRow("third byte no continuation")  << bytes("\xE2\x82\x28")  << false;
         QTest::newRow("fourth byte no continuation") << bytes("\xF0\x9F\x98\x41") << false;
@@ -246,7 +246,7 @@ private Q_SLOTS:
         }
     }
 
-    void bytesBehindTheEndPlayNoPart()
+    void bytesAfterTheEndHaveNoEffect()
     {
         const char sequence[] = "a\xE2\x82\xAC";
         for (int size = 2; size <= 3; ++size)
@@ -278,7 +278,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("expected");
         QTest::newRow("first") << "a=b=c" << 0 << 1;
         QTest::newRow("at the index") << "a=b=c" << 1 << 1;
-        QTest::newRow("behind the index") << "a=b=c" << 2 << 3;
+        QTest::newRow("after the index") << "a=b=c" << 2 << 3;
         QTest::newRow("no further one") << "a=b=c" << 4 << -1;
         QTest::newRow("index at the end") << "a=b" << 3 << -1;
         QTest::newRow("index beyond the end") << "a=b" << 9 << -1;

@@ -63,7 +63,7 @@ private Q_SLOTS:
         QTest::newRow("empty word between")               << "a,,b"  << 2  << ","  << ""  << ""    << 3;
         QTest::newRow("none")                             << "ab"    << 0  << ","  << ""  << "ab"  << -1;
         QTest::newRow("empty line")                       << ""      << 0  << ","  << ""  << ""    << -1;
-        QTest::newRow("behind the line")                  << "ab"    << 9  << ","  << ""  << ""    << -1;
+        QTest::newRow("after the line")                   << "ab"    << 9  << ","  << ""  << ""    << -1;
         QTest::newRow("at the end of the line")           << "ab"    << 2  << ","  << ""  << ""    << -1;
         QTest::newRow("longer separator never matches")   << "a,;b"  << 0  << ",;" << ""  << "a,;b" << -1;
         QTest::newRow("empty separator")                  << "ab"    << 0  << ""   << ""  << "ab"  << -1;
@@ -73,7 +73,7 @@ private Q_SLOTS:
         QTest::newRow("finished before")                  << "a,b"   << -1 << ","  << ""  << "a"   << 2;
         QTest::newRow("second character is the qualifier") << "axb,c" << 0 << ","  << "x" << "b"   << 4;
         QTest::newRow("first one is not looked at")       << "xab"   << 0  << ","  << "x" << "xab" << -1;
-        QTest::newRow("nothing behind the qualifier")     << "ax"    << 0  << ","  << "x" << ""    << -1;
+        QTest::newRow("nothing after the qualifier")      << "ax"    << 0  << ","  << "x" << ""    << -1;
         QTest::newRow("word of one character")            << "x"     << 0  << ","  << "x" << "x"   << -1;
         QTest::newRow("longer qualifier never matches")   << "axyb"  << 0  << ","  << "xy" << "axyb" << -1;
         // clang-format on
@@ -143,8 +143,8 @@ private Q_SLOTS:
                                << "";
         QTest::newRow("one after the other") << "#\\#n#\\#n#\\#t"
                                              << "\r\n\r\n\t";
-        QTest::newRow("sign alone at the end") << "a#"
-                                               << "a#";
+        QTest::newRow("sign only at the end") << "a#"
+                                              << "a#";
         QTest::newRow("begun at the end") << "a#\\#"
                                           << "a#\\#";
         QTest::newRow("another letter") << "#\\#x"
@@ -181,7 +181,7 @@ private Q_SLOTS:
         }
     }
 
-    void pathIsShortenedAtBackslashesAlone_data()
+    void pathIsShortenedOnlyAtBackslashes_data()
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<int>("width");
@@ -193,9 +193,9 @@ private Q_SLOTS:
         QTest::newRow("slashes") << "/a/b/file" << 0 << "/a/b/file";
         QTest::newRow("empty") << "" << 0 << "";
         QTest::newRow("backslash last") << "a\\b\\" << 0 << "...\\";
-        QTest::newRow("backslashes alone") << "\\\\" << 0 << "...\\";
+        QTest::newRow("backslashes only") << "\\\\" << 0 << "...\\";
     }
-    void pathIsShortenedAtBackslashesAlone()
+    void pathIsShortenedOnlyAtBackslashes()
     {
         QFETCH(QString, path);
         QFETCH(int, width);
@@ -234,7 +234,7 @@ private Q_SLOTS:
                  QDir::toNativeSeparators("/nowhere/ent/file.ext"));
     }
 
-    void withoutFontsThePathStaysWhole()
+    void withoutFontsThePathIsNotShortened()
     {
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(), { "-without-fonts" });

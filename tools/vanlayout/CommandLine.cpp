@@ -106,7 +106,8 @@ void describeLookup(CLI::App &command, LookupOptions &options)
     addChoice(command, "--mode", options.mode, { "count", "errors", "both" },
               "count the values, report errors, or both");
     command
-        .add_option("--max-messages", options.maxMessages, "the first message after N is replaced by one that says so")
+        .add_option("--max-messages", options.maxMessages,
+                    "the first message after N is replaced by a message about the limit")
         ->check(CLI::Range(0, std::numeric_limits<int>::max()))
         ->type_name("N");
     command.add_option("FILE", options.file, "lookup file to check")->required();
@@ -144,7 +145,7 @@ void describeDiff(CLI::App &command, DiffCall &options)
             ->option_text("KIND");
     };
     addKinds("--only", options.only, "show only this kind, such as item-label; several are separated by commas");
-    addKinds("--ignore", options.ignored, "leave this kind out; several are separated by commas");
+    addKinds("--ignore", options.ignored, "omit this kind; several are separated by commas");
     command.add_option("--language", options.language, "compare only the labels of this language; all by default")
         ->type_name("CODE");
     command.add_option("-o,--output", options.output, "file to write; standard output if - or absent")
@@ -166,7 +167,7 @@ void describeCodebook(CLI::App &command, CodebookOptions &options)
     command
         .add_option("--language", options.output.language, "language in which a page opens; the primary one by default")
         ->type_name("CODE");
-    command.add_flag("--no-problems", options.hasNoProblems, "leave the problems of the files out");
+    command.add_flag("--no-problems", options.hasNoProblems, "omit the problems of the files");
     addOutput(command, options.output);
     options.output.output.clear();
     CLI::Option *output
@@ -282,10 +283,10 @@ std::string problemWithWord(const CLI::App &app, const CLI::ParseError &error)
 std::string problemWithValue(const CLI::App &app, const std::string &problem)
 {
     constexpr char separator[] = ": ";
-    constexpr char behind[] = " not in {";
+    constexpr char listMark[] = " not in {";
     constexpr size_t longList = 12;
     const size_t start = problem.find(separator);
-    const size_t end = problem.find(behind);
+    const size_t end = problem.find(listMark);
     if (start == std::string::npos || end == std::string::npos || end < start)
         return problem;
     const std::string name = problem.substr(0, start);
@@ -378,12 +379,12 @@ private:
                          "  vanlayout show --format csv --codes survey.sav > codes.csv",
                          [this](int, char **) { return show(showOptions); }),
                      showOptions);
-        describeFields(add("fields", "Show the fields that the importers of the library make of each FILE.",
+        describeFields(add("fields", "Show the fields that the importers of the library make from each FILE.",
                            "  vanlayout fields census.dcf\n"
                            "  vanlayout fields --format csv census.dcf survey.sav",
                            [this](int argc, char **argv) { return runFields(fieldsOptions, argc, argv); }),
                        fieldsOptions);
-        describeExplain(add("explain", "Explain what the fields lose or change of each FILE.",
+        describeExplain(add("explain", "Explain what the list of fields loses or changes in each FILE.",
                             "  vanlayout explain census.dcf\n"
                             "  vanlayout explain --summary --fail-on changed census.dcf survey.sav\n"
                             "  vanlayout explain --format json census.dcf",

@@ -46,7 +46,7 @@ std::vector<const CLI::App *> subcommandsOf(const CLI::App &app)
 }
 
 // The options accepted after a command: its own, and those of the tool that it does not have itself.
-std::vector<const CLI::Option *> optionsBehind(const CLI::App &command, const CLI::App &app)
+std::vector<const CLI::Option *> optionsAfter(const CLI::App &command, const CLI::App &app)
 {
     std::vector<const CLI::Option *> options = optionsOf(command);
     for (const CLI::Option *option : optionsOf(app)) {
@@ -92,7 +92,7 @@ string bashCommand(const CLI::App &command, const CLI::App &app)
         const string words = takesList(*option) ? " _vanlayout_list '" : " _vanlayout_words '";
         script += choices.empty() ? " return ;;\n" : words + joined(choices) + "'; return ;;\n";
     }
-    script += "            esac\n            options='" + joined(wordsOf(optionsBehind(command, app))) + "'\n";
+    script += "            esac\n            options='" + joined(wordsOf(optionsAfter(command, app))) + "'\n";
     const Words choices = positionalChoices(command);
     if (!choices.empty())
         script += "            words='" + joined(choices) + "'\n";
@@ -191,7 +191,7 @@ string zshScript(const CLI::App &app)
               "    case $command in\n";
     for (const CLI::App *command : subcommandsOf(app)) {
         script += "        " + command->get_name() + ")\n            _arguments";
-        for (const CLI::Option *option : optionsBehind(*command, app))
+        for (const CLI::Option *option : optionsAfter(*command, app))
             script += zshOption(*option);
         script += " \\\n                " + shellQuoted("*" + zshValues(positionalChoices(*command), Values::one))
             + "\n            ;;\n";
@@ -230,7 +230,7 @@ string fishScript(const CLI::App &app)
         script += fishOption(*option, "__fish_use_subcommand");
     for (const CLI::App *command : subcommandsOf(app)) {
         const string condition = "__fish_seen_subcommand_from " + command->get_name();
-        for (const CLI::Option *option : optionsBehind(*command, app))
+        for (const CLI::Option *option : optionsAfter(*command, app))
             script += fishOption(*option, condition);
         const Words choices = positionalChoices(*command);
         if (!choices.empty())

@@ -52,11 +52,12 @@ public:
         options.only = kindsOf(call.only);
         options.ignored = kindsOf(call.ignored);
         if (call.isSummary && call.format != "table") {
-            complain(QString(), QStringLiteral("--summary goes with --format table; the other forms have the counts"));
+            complain(QString(),
+                     QStringLiteral("--summary can only be used with --format table; the other forms have the counts"));
             return statusNoAnswer;
         }
         if (call.oldFile == "-" && call.newFile == "-") {
-            complain(QString(), QStringLiteral("one of the two files alone can be standard input"));
+            complain(QString(), QStringLiteral("only one of the two files can be standard input"));
             return statusNoAnswer;
         }
         return compareFiles();
@@ -74,7 +75,7 @@ private:
         complainIfReadInPart(before);
         complainIfReadInPart(after);
         if (isSameFile(output, before.file))
-            return noAnswerFor(output, QStringLiteral("is a file to read, and is not written over"));
+            return noAnswerFor(output, QStringLiteral("is a file to read, and is not overwritten"));
         LayoutDiff diff;
         const int compared = answerFor(after.file, [&] {
             diff = vanlayout::compare(before, after, options);

@@ -232,8 +232,8 @@ private:
         const int indent = columnsOf(head);
         const bool hasRoom = width == 0 || width - indent >= minRoom;
         QStringList lines = wrappedToColumns(text, hasRoom ? std::max(width - indent, 0) : std::max(width, minRoom));
-        const bool isBeside = hasRoom || text.isEmpty() || indent + columnsOf(lines.constFirst()) <= width;
-        if (isBeside)
+        const bool startsNextToHead = hasRoom || text.isEmpty() || indent + columnsOf(lines.constFirst()) <= width;
+        if (startsNextToHead)
             printLine(out, head + lines.takeFirst());
         else if (!head.trimmed().isEmpty())
             printLine(out, head);

@@ -122,7 +122,7 @@ QString problemWithOptions(const ExportOptions &options, const ExportTarget &tar
     };
     for (const auto &entry : given) {
         if (entry.isGiven && !(target.taken & entry.option))
-            return QStringLiteral("%1 goes with --to %2 alone")
+            return QStringLiteral("%1 can only be used with --to %2")
                 .arg(QLatin1String(entry.name), targetsThatTake(entry.option));
     }
     return QString();

@@ -16,17 +16,17 @@ bool matches(const QString &pattern, const QString &name)
     int p = 0;
     int n = 0;
     int star = -1;
-    int behindStar = 0;
+    int afterStar = 0;
     while (n < name.size()) {
         if (p < pattern.size() && pattern.at(p) == QLatin1Char('*')) {
             star = p++;
-            behindStar = n;
+            afterStar = n;
         } else if (p < pattern.size() && (pattern.at(p) == QLatin1Char('?') || pattern.at(p) == name.at(n))) {
             ++p;
             ++n;
         } else if (star >= 0) {
             p = star + 1;
-            n = ++behindStar;
+            n = ++afterStar;
         } else {
             return false;
         }

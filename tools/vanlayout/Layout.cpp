@@ -130,7 +130,7 @@ Layout readLayout(const QString &file, const FileType *type, const DecimalAnswer
             layout.incomplete = endOfReading(*report);
         if (layout.provider.getFields()->isEmpty())
             layout.problem = nothingFound(
-                *type, isUnseenPipe ? QStringLiteral("--type says what a pipe holds") : layout.incomplete);
+                *type, isUnseenPipe ? QStringLiteral("--type states the format of a pipe") : layout.incomplete);
     } catch (VpErrorManager *error) {
         layout.error.reset(error);
         layout.problem = describe(*error);

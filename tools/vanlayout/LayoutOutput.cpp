@@ -41,14 +41,14 @@ public:
             return statusNoAnswer;
         }
         if (std::count(call.files.begin(), call.files.end(), "-") > 1) {
-            complain(QString(), QStringLiteral("standard input is read once alone; name - once"));
+            complain(QString(), QStringLiteral("standard input can be read only once; name - once"));
             return statusNoAnswer;
         }
         const NamedFiles named = filesNamed(call.files, call.walksDirectories, isDirectory ? output : QString());
         if (named.files.isEmpty())
             return named.status;
         if (!isDirectory)
-            return writeAlone(named.files.constFirst());
+            return writeOnlyFile(named.files.constFirst());
         return std::max(named.status, writeInto(named.files));
     }
 
@@ -61,7 +61,7 @@ private:
             || isDirectoryName(output);
     }
 
-    int writeAlone(const QString &file)
+    int writeOnlyFile(const QString &file)
     {
         constexpr int standardOutput = 1;
         Progress progress(output == QLatin1String("-") && isTerminal(standardOutput));
@@ -118,7 +118,7 @@ private:
         return problem.isEmpty() ? form.problem(layout) : problem;
     }
 
-    static QString isInputProblem() { return QStringLiteral("is a file to read, and is not written over"); }
+    static QString isInputProblem() { return QStringLiteral("is a file to read, and is not overwritten"); }
 
     const LayoutOutput &call;
     const LayoutForm &form;

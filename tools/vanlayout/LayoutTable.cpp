@@ -127,7 +127,7 @@ private:
             widths[column] = std::max(widths[column], columnsOf(row[column]));
     }
     // Width of the columns between name and label, including gaps.
-    int spaceBehindName() const
+    int spaceAfterName() const
     {
         int space = gap;
         for (size_t column = Type; column < Label; ++column)
@@ -136,7 +136,7 @@ private:
     }
     int nameRoom() const
     {
-        const int room = style.width - spaceBehindName() - std::min(widths[Label], minLabelWidth);
+        const int room = style.width - spaceAfterName() - std::min(widths[Label], minLabelWidth);
         return style.width > 0 ? std::min(room, maxNameWidth) : maxNameWidth;
     }
 

@@ -76,12 +76,12 @@ QString problemWithWriting(const QString &output, const QString &input, const An
     if (output.isEmpty())
         return QStringLiteral("no such file");
     if (isSameFile(output, input))
-        return QStringLiteral("is the file to read, and is not written over");
+        return QStringLiteral("is the file to read, and is not overwritten");
     const QString place = followed(output);
     if (const std::optional<Descriptor> descriptor = descriptorNamed(place))
         return problemWithWritingTo(*descriptor, write);
     if (QFileInfo(place).isSymLink())
-        return QStringLiteral("cannot be written: its links have no end");
+        return QStringLiteral("cannot be written: its links are circular");
     const QFileInfo info(output);
     return info.exists() && !info.isFile() ? problemWithWritingInto(output, write)
                                            : problemWithReplacing(output, write);
@@ -94,7 +94,7 @@ int writeAnswer(const QString &output, const QString &input, const AnswerWriter 
     if (output == QLatin1String("-") || isStandardOutput(output)) {
         // A terminal may be both standard output and the input.
         if (QFileInfo(input).isFile() && isSameFile(QStringLiteral("/dev/stdout"), input))
-            return noAnswerFor(input, QStringLiteral("is standard output as well, and is not written over"));
+            return noAnswerFor(input, QStringLiteral("is standard output as well, and is not overwritten"));
         return writeToStandardOutput(write);
     }
     const QString problem = problemWithWriting(output, input, write);

@@ -371,12 +371,13 @@ private:
 int show(const ShowOptions &options)
 {
     if (options.showsCodes && options.format == "json") {
-        complain(QString(), QStringLiteral("--codes goes with --format csv"));
+        complain(QString(), QStringLiteral("--codes can only be used with --format csv"));
         return statusNoAnswer;
     }
     if (options.listsLanguages && options.format != "table") {
-        complain(QString(),
-                 QStringLiteral("--languages goes with --format table; the JSON form always has the languages"));
+        complain(
+            QString(),
+            QStringLiteral("--languages can only be used with --format table; the JSON form always has the languages"));
         return statusNoAnswer;
     }
     bufferOutput();

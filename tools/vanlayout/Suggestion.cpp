@@ -48,11 +48,11 @@ std::string nearestWord(const std::string &mistyped, const std::vector<std::stri
         return std::string();
     std::string nearest;
     const std::string typed = inSmallLetters(mistyped);
-    size_t least = mistyped.size() / lettersForEachError + 1;
+    size_t shortest = mistyped.size() / lettersForEachError + 1;
     for (const std::string &word : words) {
         const size_t distance = distanceBetween(typed, inSmallLetters(word));
-        if (distance < least) {
-            least = distance;
+        if (distance < shortest) {
+            shortest = distance;
             nearest = word;
         }
     }

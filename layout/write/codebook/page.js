@@ -1,28 +1,28 @@
 // Draws the codebook from the data in the page.
 
 const chunkSize = 50;          // variables that are drawn at a time
-const mostPrintedWhole = 2000; // variables that are printed with details and rulers
-const mostPrintedLabels = 50000; // values that are printed; if there are more, only the first ones of each variable
+const maxPrintedWhole = 2000; // variables that are printed with details and rulers
+const maxPrintedLabels = 50000; // values that are printed; if there are more, only the first ones of each variable
 const labelStep = 200;         // values that are shown at a time
 const setStep = 20;            // value sets of a variable that are shown at a time
 const problemStep = 25;        // problems of a kind that are shown at a time
-const mostProblemsBeside = 100; // problems that are shown with a variable
-const mostLanes = 12;          // variables that are drawn on one column
+const maxProblemsInPlace = 100; // problems that are shown with a variable
+const maxLanes = 12;          // variables that are drawn on one column
 const lastColumn = 1000000;    // last column that is drawn
-const mostLinesAtOnce = 40;    // lines of a ruler; only the visible lines of a longer ruler are drawn
-const mostPrintedLines = 400;  // lines of a ruler that are printed
-const mostNeighbours = 8;      // variables on the same columns that are named
-const mostRecordsAtOnce = 100; // if a layout has more, each record is drawn when it is near the window
+const maxLinesAtOnce = 40;    // lines of a ruler; only the visible lines of a longer ruler are drawn
+const maxPrintedLines = 400;  // lines of a ruler that are printed
+const maxNeighbours = 8;      // variables on the same columns that are named
+const maxRecordsAtOnce = 100; // if a layout has more, each record is drawn when it is near the window
 const linkStep = 100;          // links to records that are shown at a time
-const mostChoices = 1000;      // entries in the lists of records and languages
+const maxChoices = 1000;      // entries in the lists of records and languages
 const widthOfLetter = 8;       // pixels of a letter on a ruler
 const longestInPath = 200;     // characters of a name in the path of a problem
 const excerptMargin = 80;      // characters of a long text that are shown around a word
 
 const severities = {
     error: "The file has no layout.",
-    warning: "Something of the file cannot be used.",
-    info: "Unusual, but whole.",
+    warning: "Something in the file cannot be used.",
+    info: "Unusual, but complete.",
 };
 
 const { lists = [], levels = [], relations = [], problems = [], languages = [] } = data;
@@ -277,7 +277,7 @@ function drawHead()
 function drawLanguages()
 {
     page("language-row").hidden = languages.length < 2;
-    languages.slice(0, mostChoices).forEach(([code, label], number) => {
+    languages.slice(0, maxChoices).forEach(([code, label], number) => {
         const option = make("option", "", shown(label || code || "Text " + (number + 1)));
         option.value = number;
         option.selected = number === language;
@@ -308,7 +308,7 @@ function makePlace(number)
         place.append(makeText("span", "name", path));
     if (line)
         place.append(make("span", "where", "line " + line));
-    place.append(makeText("span", "sentence", message));
+    place.append(makeText("span", "problem-message", message));
     return place;
 }
 
@@ -351,17 +351,17 @@ function drawProblems()
     page("problems").hidden = problems.length === 0;
 }
 
-function makeProblemsBeside(numbers)
+function makeProblemsOfPlace(numbers)
 {
-    const list = make("ul", "problems-beside");
-    for (const number of numbers.slice(0, mostProblemsBeside)) {
+    const list = make("ul", "local-problems");
+    for (const number of numbers.slice(0, maxProblemsInPlace)) {
         const [severity, id, line, , message] = problems[number];
         list.append(make("li", "", make("span", "severity " + severity, severity), " ",
-                         makeText("span", "sentence", message), " ",
+                         makeText("span", "problem-message", message), " ",
                          make("span", "where", shown(id) + (line ? ", line " + line : ""))));
     }
-    if (numbers.length > mostProblemsBeside)
-        list.append(make("li", "hint", counted(numbers.length - mostProblemsBeside, "further problem is",
+    if (numbers.length > maxProblemsInPlace)
+        list.append(make("li", "hint", counted(numbers.length - maxProblemsInPlace, "further problem is",
                                                "further problems are") + " in the list at the top."));
     return list;
 }
@@ -487,8 +487,8 @@ function makeVariable(i)
 function makeLinks(members)
 {
     const links = make("span", "neighbours");
-    members.slice(0, mostNeighbours * 4).forEach(other => links.append(makeLink(other), " "));
-    if (members.length > mostNeighbours * 4)
+    members.slice(0, maxNeighbours * 4).forEach(other => links.append(makeLink(other), " "));
+    if (members.length > maxNeighbours * 4)
         links.append("and more");
     return links;
 }
@@ -546,8 +546,8 @@ function makeProperties(i)
     add("Aliases", (variable.aliases || []).join(", "));
     const neighbours = hasColumns(variable) ? sections[variable.group].ruler.neighboursOf(i) : [];
     if (neighbours.length > 0) {
-        const links = makeLinks(neighbours.slice(0, mostNeighbours));
-        if (neighbours.length > mostNeighbours)
+        const links = makeLinks(neighbours.slice(0, maxNeighbours));
+        if (neighbours.length > maxNeighbours)
             links.append("and more");
         add("Shares columns with", links);
     }
@@ -613,7 +613,7 @@ function makeValue(variable, [codes, label, more = {}])
     return make("tr", special ? "is-special" : "", makeCode(codes), cell);
 }
 
-const printsAll = () => printsDetails && printedLabels <= mostPrintedLabels;
+const printsAll = () => printsDetails && printedLabels <= maxPrintedLabels;
 
 function makeValueSets(variable)
 {
@@ -656,7 +656,7 @@ function showDetails(row, i)
     if (variable.note)
         details.append(makeNote(variable.note));
     if (problemsOfVariable.has(i))
-        details.append(makeProblemsBeside(problemsOfVariable.get(i)));
+        details.append(makeProblemsOfPlace(problemsOfVariable.get(i)));
     if (variable.occurrenceLabels)
         details.append(makeOccurrences(variable.occurrenceLabels));
     if (setsOf(variable).length > 0)
@@ -737,7 +737,7 @@ class Ruler
             let lane = 0;
             while (lane < ends.length && ends.slice(lane, lane + unit.height).some(end => end >= unit.start))
                 ++lane;
-            if (lane + unit.height > mostLanes) {
+            if (lane + unit.height > maxLanes) {
                 this.crowded += 1 + unit.subitems.length;
                 continue;
             }
@@ -807,7 +807,7 @@ class Ruler
             const subitem = variables[s];
             let lane = ends.findIndex(end => end < startOf(subitem));
             if (lane < 0)
-                lane = Math.min(ends.length, mostLanes - 2);
+                lane = Math.min(ends.length, maxLanes - 2);
             ends[lane] = endOfAll(subitem);
             height = Math.max(height, lane + 2);
             subitems.push({ variable: s, start: startOf(subitem), lane: lane + 1, kind: kind || classOf(subitem) });
@@ -845,11 +845,11 @@ class Ruler
             }
             return found;
         }
-        for (let lane = 0; lane < this.lanes.length && found.length <= mostNeighbours; ++lane) {
+        for (let lane = 0; lane < this.lanes.length && found.length <= maxNeighbours; ++lane) {
             for (const unit of this.unitsOn(lane, start, end)) {
                 if (unit.variable !== undefined && unit.variable !== i)
                     found.push(unit.variable);
-                if (found.length > mostNeighbours)
+                if (found.length > maxNeighbours)
                     break;
             }
         }
@@ -877,9 +877,9 @@ class Ruler
         const remarks = [];
         if (this.crowded)
             remarks.push(make("p", "hint", counted(this.crowded, "variable is", "variables are")
-                              + " not drawn: more than " + mostLanes + " are on the same columns."));
+                              + " not drawn: more than " + maxLanes + " are on the same columns."));
         if (membersOf[this.group].some(i => hasColumns(variables[i]) && endOfAll(variables[i]) > lastColumn))
-            remarks.push(make("p", "hint", "Columns behind " + written(lastColumn) + " are not drawn."));
+            remarks.push(make("p", "hint", "Columns after " + written(lastColumn) + " are not drawn."));
         return remarks;
     }
 
@@ -918,7 +918,7 @@ class Ruler
     drawLines()
     {
         const count = this.heights.length;
-        const [first, last] = isPrinting ? [0, Math.min(count, mostPrintedLines)] : this.linesInSight();
+        const [first, last] = isPrinting ? [0, Math.min(count, maxPrintedLines)] : this.linesInSight();
         if (this.drawn && this.drawn[0] === first && this.drawn[1] === last)
             return;
         this.drawn = [first, last];
@@ -931,7 +931,7 @@ class Ruler
         for (let line = first; line < last; ++line)
             drawn.push(this.makeLine(line));
         const rest = !isPrinting ? space(this.tops[count] - this.tops[last])
-            : last < count ? make("p", "hint", "Columns behind " + written(last * this.perLine) + " are not printed.") : "";
+            : last < count ? make("p", "hint", "Columns after " + written(last * this.perLine) + " are not printed.") : "";
         const focused = this.lines.contains(document.activeElement) ? document.activeElement.dataset.stop : undefined;
         this.lines.replaceChildren(space(this.tops[first]), ...drawn, rest);
         if (focused !== undefined)
@@ -942,7 +942,7 @@ class Ruler
     linesInSight()
     {
         const count = this.heights.length;
-        if (count <= mostLinesAtOnce)
+        if (count <= maxLinesAtOnce)
             return [0, count];
         const { scrollTop, clientHeight } = this.lines;
         return [Math.max(this.lineAt(scrollTop - 200), 0),
@@ -1152,7 +1152,7 @@ function makeRecordFacts(group, count)
         facts.append("type ", makeText("code", "", group.type), " · ");
     if (!group.isIds && !data.isStatistical) {
         facts.append(group.isOptional ? "optional · " : "required · ");
-        facts.append("at most " + counted(group.maximum === undefined ? 1 : group.maximum, "record") + " a case · ");
+        facts.append("at most " + counted(group.maximum === undefined ? 1 : group.maximum, "record") + " per case · ");
         if (group.length !== undefined)
             facts.append("length " + group.length + " · ");
     }
@@ -1175,7 +1175,7 @@ function drawSection(group, g)
     if (!group.isIds)
         addRecordNotes(section.element, group, g);
     else if (problemsOfGroup.has(g))
-        section.element.append(makeProblemsBeside(problemsOfGroup.get(g)));
+        section.element.append(makeProblemsOfPlace(problemsOfGroup.get(g)));
     if (members.some(i => hasColumns(variables[i]) && startOf(variables[i]) <= lastColumn)) {
         section.map = make("div", "ruler");
         section.element.append(section.map);
@@ -1195,7 +1195,7 @@ function addRecordNotes(element, group, g)
     if (group.aliases)
         element.append(makeAliases(group.aliases));
     if (problemsOfGroup.has(g))
-        element.append(makeProblemsBeside(problemsOfGroup.get(g)));
+        element.append(makeProblemsOfPlace(problemsOfGroup.get(g)));
     if (group.occurrenceLabels)
         element.append(makeOccurrences(group.occurrenceLabels));
 }
@@ -1321,7 +1321,7 @@ function drawRecords()
         page("variables").append(...groupsOfLevel[number].map(g => makeSection(groups[g], g)));
     });
     page("groups").hidden = groups.length < 2;
-    if (groups.length <= mostRecordsAtOnce)
+    if (groups.length <= maxRecordsAtOnce)
         sections.forEach(section => drawLate(section.element));
 }
 
@@ -1521,13 +1521,13 @@ function drawFilters()
     const [record, type] = [page("record").value, page("type").value];
     page("record").replaceChildren();
     addChoice(page("record"), "", "all");
-    groups.slice(0, mostChoices).forEach((group, g) => addChoice(page("record"), g, groupInWords(group)));
+    groups.slice(0, maxChoices).forEach((group, g) => addChoice(page("record"), g, groupInWords(group)));
     page("record").value = record;
     page("record-label").hidden = groups.length < 2;
     const types = [...new Set(variables.map(typeOf))];
     page("type").replaceChildren();
     addChoice(page("type"), "", "all");
-    types.slice(0, mostChoices).forEach(name => addChoice(page("type"), name, shown(inWords(name))));
+    types.slice(0, maxChoices).forEach(name => addChoice(page("type"), name, shown(inWords(name))));
     page("type").value = type;
     page("type-label").hidden = types.length < 2;
     page("troubled-label").hidden = problemsOfVariable.size === 0;
@@ -1600,7 +1600,7 @@ function beforePrint()
 {
     isPrinting = true;
     scrolledTo = scrollY;
-    printsDetails = inOrder.length <= mostPrintedWhole;
+    printsDetails = inOrder.length <= maxPrintedWhole;
     printedLabels = inOrder.reduce((sum, i) => sum + setsOf(variables[i])
         .reduce((count, set) => count + valuesOf(set).length, 0), 0);
     page("brief").hidden = printsDetails;

@@ -25,7 +25,7 @@ public:
     readstat_label_set_t *textLabels(const char *name,
                                      std::initializer_list<std::pair<const char *, const char *>> values);
 
-    /// Appends a variable; \a width counts for texts alone, \a format and \a labels may be null.
+    /// Appends a variable; \a width applies only to texts; \a format and \a labels may be null.
     readstat_variable_t *variable(const char *name, readstat_type_t type, const char *label = "",
                                   const char *format = nullptr, const readstat_label_set_t *labels = nullptr,
                                   size_t width = 0);
@@ -36,7 +36,7 @@ public:
 
     readstat_writer_t *writer() const { return handle.get(); }
 
-    /// The whole file, with rows of nothing but missing values.
+    /// The whole file, with rows in which all values are missing.
     std::string bytes(int rows = 1);
     void save(const std::string &path, int rows = 1);
 

@@ -1,4 +1,4 @@
-"""The checkers find what is wrong: each rule has a document that breaks it."""
+"""Tests of the checkers: for each rule, a document that breaks it is reported."""
 import copy
 import unittest
 

@@ -212,7 +212,7 @@ class Comparison:
             shutil.copy(file, self.keep)
 
     def compare_files(self, what, files, expected=naive_layout):
-        """Compares every file with what is expected; the layouts of the tool by file."""
+        """Compares the layouts of the tool, by file, with the expected ones."""
         layouts = {}
         for file, answer in answers(self.tool, files):
             if isinstance(answer, str):

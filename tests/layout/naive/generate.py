@@ -173,7 +173,7 @@ class Maker:
         return value_set
 
     def link(self):
-        """Often the link of an earlier value set, so that the one with values stands before or behind it."""
+        """Often the link of an earlier value set, so that the set with the values comes before or after it."""
         if not self.links or self.chance(0.4):
             self.links.append(str(self.rng.randint(1, 10**9)))
         return self.rng.choice(self.links)

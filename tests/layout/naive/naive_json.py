@@ -37,7 +37,7 @@ sys.setrecursionlimit(100000)
 INT_MAX = 2**31 - 1
 INT_MIN = -(2**31)
 
-DIGITS = re.compile("-?[0-9]+")  # what a text is turned into a number from, beside the spellings of a JSON number
+DIGITS = re.compile("-?[0-9]+")  # texts that are converted to a number, in addition to the spellings of a JSON number
 NUMBER = re.compile(r"-?(?:0|[1-9][0-9]*)(?:\.[0-9]+)?(?:[eE][+-]?[0-9]+)?")
 SPACE = re.compile(r"(?:[ \t\r\n]|//[^\n]*|/\*.*?\*/)*", re.DOTALL)
 PLAIN_CHARACTERS = re.compile(r'[^"\\\x00-\x1f]*')
@@ -49,7 +49,7 @@ ESCAPES = {'"': '"', "\\": "\\", "/": "/", "b": "\b", "f": "\f", "n": "\n", "r":
 
 @dataclass
 class Number:
-    """A number as it is spelled in the file."""
+    """A number in the spelling of the file."""
 
     spelling: str
 
@@ -71,7 +71,7 @@ class JsonParser:
     def parse(self):
         value = self.value()
         if self.peek():
-            raise Refused("text behind the end of the JSON document")
+            raise Refused("text after the end of the JSON document")
         return value
 
     def peek(self):
@@ -586,7 +586,7 @@ def place_ids(layout):
     type_start, type_length = layout.record_type_start, layout.record_type_length
     type_is_placed = type_start <= 0
     next_column = 1
-    end = 1  # behind the last stored id
+    end = 1  # after the last stored id
     for level in layout.levels:
         parent = None
         for item in level.ids.items:

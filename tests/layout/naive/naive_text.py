@@ -47,7 +47,7 @@ LAST_COUNTS = {
     "capturedateformat",
 }
 
-NO_SECTION = object()  # behind a section that is unknown or has no place
+NO_SECTION = object()  # after a section that is unknown or misplaced
 
 
 # --- Bytes to lines ---------------------------------------------------------------------------------------------------
@@ -117,7 +117,7 @@ def to_token(text):
 
 
 def to_labels(text) -> Labels:
-    """The parts of a label; their languages are known only when the whole file is read."""
+    """The parts of a label; their languages are known only after the whole file was read."""
     return [Part(text=part) for part in text.split("|")]
 
 
