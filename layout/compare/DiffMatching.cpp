@@ -70,7 +70,7 @@ struct RenamingRule {
     bool uses(Trait trait) const { return (traits & trait) != 0; }
 };
 
-// In the order in which they are applied: same columns and texts; same start and label, but another length or other
+// The rules are applied in this order: same columns and texts; same start and label, but another length or other
 // values; same texts at other columns; same columns and codes, but a similar label.
 constexpr RenamingRule renamingRules[] = {
     { RenamingRule::Start | RenamingRule::Length | RenamingRule::Values, RenamingRule::SameOrNoLabel },

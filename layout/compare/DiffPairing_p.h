@@ -73,7 +73,7 @@ private:
         using Key = std::decay_t<decltype(*beforeKey(0))>;
         std::unordered_map<Key, Candidates, Hash> candidates;
         QVector<int> next(beforeOf.size(), none);
-        // From the end, so that the first of several elements with a key is found first.
+        // The loop goes from the end, so that the first of several elements with a key is found first.
         for (int i = afterCount() - 1; i >= 0; --i) {
             const std::optional<Key> key = partnerOfAfter(i) == none ? afterKey(i) : std::nullopt;
             if (!key)

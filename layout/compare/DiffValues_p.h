@@ -72,7 +72,7 @@ private:
 
     const DiffScope &scope;
     const LabelComparison &labels;
-    // By the addresses of the lists, which live as long as the comparison.
+    // The keys are the addresses of the lists, which live as long as the comparison.
     std::map<std::tuple<const Value *, CodeType, int>, Content> contents;
     std::map<std::tuple<const Value *, const Value *, CodeType>, Differences> known;
     int knownCount = 0; // number of differences in `known`

@@ -27,7 +27,7 @@ public:
     void read(const QByteArray &bytes);
 
 private:
-    /// Which of several equal keys in one section counts; in a list all of them do.
+    /// Selects the one of several equal keys in a section that is used; in a list all of them are used.
     enum class Counts { First, Last, All };
 
     struct Key {

@@ -80,7 +80,7 @@ public:
     bool write(const QString &given)
     {
         const QString title = titleOf(layout, given, language);
-        out.heading(1, title.isEmpty() ? QStringLiteral("Code book") : markdownText(title.trimmed()));
+        out.heading(1, title.isEmpty() ? QStringLiteral("Codebook") : markdownText(title.trimmed()));
         writeFacts();
         out.paragraph(layout.note);
         for (const Level &level : layout.levels)

@@ -8,7 +8,7 @@
 #include <array>
 #include <vector>
 
-/// How much a difference between the file and its layout matters.
+/// The severity of a difference between the file and its layout.
 enum class NoteSeverity {
     lost,    ///< something in the file is not in the layout
     changed, ///< something in the layout differs from the file

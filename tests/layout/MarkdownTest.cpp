@@ -141,7 +141,7 @@ void MarkdownTest::statisticalFilesHaveVariables()
     layout.format = Format::Spss;
     layout.rows = 12;
     layout.levels = { made::level({}, { made::record("", { item }) }) };
-    QCOMPARE(QString::fromUtf8(markdown(layout)), QString(R"(# Code book
+    QCOMPARE(QString::fromUtf8(markdown(layout)), QString(R"(# Codebook
 
 | File | a.sav |
 |---|---|
@@ -334,7 +334,7 @@ void MarkdownTest::theTitleIsThatOfTheFileOrTheGivenOne()
 {
     Layout layout = made::layout({});
     layout.file = "directory/survey.dcf";
-    QVERIFY(markdown(layout).startsWith("# Code book\n"));
+    QVERIFY(markdown(layout).startsWith("# Codebook\n"));
     layout.name = "SURVEY_1";
     QVERIFY(markdown(layout).startsWith("# SURVEY\\_1\n"));
     layout.labels = made::labels("Survey");

@@ -96,7 +96,7 @@ class ExtractReader:
 
 
 class ArchiveReader(ExtractReader):
-    """A reader of plain documents: a decimal mark in the data counts, the type of a line is at the columns that the
+    """A reader of plain documents: a decimal mark in the data is used, the type of a line is at the columns that the
     record groups state."""
 
     form = "ddi"

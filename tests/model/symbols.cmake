@@ -17,7 +17,7 @@ foreach(line IN LISTS lines)
     endforeach()
 endforeach()
 list(REMOVE_DUPLICATES classes)
-# What is no accessor.
+# Symbols that are not accessors.
 list(APPEND wanted TVpEntity::findEntity TVpEntity::toString)
 
 execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} RESULT_VARIABLE status OUTPUT_VARIABLE output)

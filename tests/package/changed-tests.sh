@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Which files count as changed (cmake/changed.sh), and which tests they concern (cmake/changed-tests.sh). The argument is
-# the directory of the project.
+# Tests which files count as changed (cmake/changed.sh), and which tests they concern (cmake/changed-tests.sh). The
+# argument is the directory of the project.
 set -euo pipefail
 
 project=$1

@@ -410,7 +410,7 @@ private Q_SLOTS:
                  QStringList({ "same-2.xml", "same.xml", "z.xml" }));
         QVERIFY(directory.read("walk/out/same.xml").contains("name=\"C\""));
         QVERIFY(directory.read("walk/out/same-2.xml").contains("name=\"B\""));
-        // What was written is not read by the next call.
+        // The next call does not read the files that were written.
         QCOMPARE(directory.run({ "export", "--to", "ddi", "-r", "walk", "-o", "walk/out" }).err, QByteArray());
     }
 

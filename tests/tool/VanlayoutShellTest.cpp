@@ -279,8 +279,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("words");
         QTest::addColumn<QByteArray>("handed");
         QTest::newRow("command") << "vanlayout sh" << QByteArray("\nshow:Show the exact layout of each FILE.\n");
-        QTest::newRow("global option") << "vanlayout --v"
-                                       << QByteArray("\n--version[Display program version information and exit]\n");
+        QTest::newRow("global option") << "vanlayout --v" << QByteArray("\n--version[print the version and exit]\n");
         QTest::newRow("value") << "vanlayout show --format j"
                                << QByteArray("\n--format=[table, json or csv]:value:(table json csv)\n");
         QTest::newRow("list of values") << "vanlayout explain --fail-on l"

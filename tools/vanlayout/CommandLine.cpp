@@ -170,13 +170,13 @@ void describeCodebook(CLI::App &command, CodebookOptions &options)
     command.add_flag("--no-problems", options.hasNoProblems, "omit the problems of the files");
     addOutput(command, options.output);
     options.output.output.clear();
-    CLI::Option *output
-        = command
-              .add_option(
-                  "-o,--output", options.output.output,
-                  "page to write, - is standard output; for several files, the directory of their pages and an index")
-              ->required()
-              ->type_name("OUTPUT");
+    CLI::Option *output = command
+                              .add_option("-o,--output", options.output.output,
+                                          "page to write, - is standard output; for several files, the directory of "
+                                          "their pages and an index; required "
+                                          "unless --open is given")
+                              ->required()
+                              ->type_name("OUTPUT");
     const auto open = [&options, output] {
         options.isOpened = true;
         output->required(false); // checked after all options were read
@@ -331,7 +331,8 @@ public:
               "vanlayout")
         , isVerbose(verbose)
     {
-        app.set_version_flag("--version", "vanlayout " VANLAYOUT_VERSION_STRING);
+        app.set_help_flag("-h,--help", "print the help and exit");
+        app.set_version_flag("--version", "vanlayout " VANLAYOUT_VERSION_STRING, "print the version and exit");
         app.add_flag("--verbose", isVerbose, "write the library's debug lines to standard error");
         app.require_subcommand(1);
         app.fallthrough();

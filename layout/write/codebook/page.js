@@ -1,20 +1,20 @@
 // Draws the codebook from the data in the page.
 
 const chunkSize = 50;          // variables that are drawn at a time
-const maxPrintedWhole = 2000; // variables that are printed with details and rulers
+const maxPrintedWhole = 2000;  // variables that are printed with details and rulers
 const maxPrintedLabels = 50000; // values that are printed; if there are more, only the first ones of each variable
 const labelStep = 200;         // values that are shown at a time
 const setStep = 20;            // value sets of a variable that are shown at a time
 const problemStep = 25;        // problems of a kind that are shown at a time
 const maxProblemsInPlace = 100; // problems that are shown with a variable
-const maxLanes = 12;          // variables that are drawn on one column
+const maxLanes = 12;           // variables that are drawn on one column
 const lastColumn = 1000000;    // last column that is drawn
-const maxLinesAtOnce = 40;    // lines of a ruler; only the visible lines of a longer ruler are drawn
-const maxPrintedLines = 400;  // lines of a ruler that are printed
-const maxNeighbours = 8;      // variables on the same columns that are named
-const maxRecordsAtOnce = 100; // if a layout has more, each record is drawn when it is near the window
+const maxLinesAtOnce = 40;     // lines of a ruler; only the visible lines of a longer ruler are drawn
+const maxPrintedLines = 400;   // lines of a ruler that are printed
+const maxNeighbours = 8;       // variables on the same columns that are named
+const maxRecordsAtOnce = 100;  // if a layout has more, each record is drawn when it is near the window
 const linkStep = 100;          // links to records that are shown at a time
-const maxChoices = 1000;      // entries in the lists of records and languages
+const maxChoices = 1000;       // entries in the lists of records and languages
 const widthOfLetter = 8;       // pixels of a letter on a ruler
 const longestInPath = 200;     // characters of a name in the path of a problem
 const excerptMargin = 80;      // characters of a long text that are shown around a word

@@ -1,4 +1,4 @@
-"""Checks the forms of all given files: each follows its standard, and a JSON Schema takes and refuses what it must.
+"""Checks the forms of all given files: each follows its standard, and a JSON Schema accepts and rejects what it must.
 
 Usage: check_forms.py FORM EXPORT_LAYOUT PATH...    (FORM is csvw, frictionless or json-schema; a directory stands for
 all files in it; a file without a layout, or without a table where the form wants one, is passed over)

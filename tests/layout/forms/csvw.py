@@ -1,4 +1,4 @@
-"""Structure of CSV on the Web metadata, after the W3C Recommendation "Metadata Vocabulary for Tabular Data"."""
+"""Structure of CSV on the Web metadata, according to the W3C Recommendation "Metadata Vocabulary for Tabular Data"."""
 import re
 
 PREFIXES = {"dc", "rdfs", "schema"}  # prefixes of the standard that are written

@@ -1,4 +1,4 @@
-"""Structure of a Data Package, after version 2 of the standard."""
+"""Structure of a Data Package, according to version 2 of the standard."""
 import re
 
 TYPES = {"string", "number", "integer", "boolean", "object", "array", "list", "datetime", "date", "time", "year",

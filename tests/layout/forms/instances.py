@@ -1,4 +1,4 @@
-"""Cases of a survey that its JSON Schema takes, and others that it refuses.
+"""Cases of a survey that its JSON Schema accepts, and others that it rejects.
 
 Usage: instances.py EXPORT_LAYOUT
 Ends with status 77, a skip, where the library jsonschema is not installed.

@@ -1,4 +1,4 @@
-"""A JSON Schema of a layout: that it is one, and that it takes an example of its own and refuses others."""
+"""Checks a JSON Schema of a layout: it is valid, accepts an example that is made from it, and rejects others."""
 import jsonschema
 
 Validator = jsonschema.Draft202012Validator

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Compares what a tool reads with what the naive readers read.
+"""Compares the layouts that a tool reads with those of the naive readers.
 
     compare.py TOOL [--corpus DIR [--mutated N]] [--random N] [--seed S] [--without KIND]... [--keep DIR]
     compare.py TOOL --corpus DIR --statistical PLAIN
@@ -29,7 +29,7 @@ from twins import normalised
 
 FILES_A_CALL = 100
 DIFFERENCES_A_FILE = 8
-LARGEST_MUTATED = 100000  # bytes; larger files cost time and show nothing more
+LARGEST_MUTATED = 100000  # bytes; larger files only take more time
 SEVERITIES = ("error", "warning", "info")
 PROBLEM_KEYS = ("severity", "id", "line", "path", "message")
 
@@ -38,7 +38,7 @@ PROBLEM_KEYS = ("severity", "id", "line", "path", "message")
 
 
 def without_twice(pairs):
-    """An object of the tool's output; a key that comes twice in it is a fault."""
+    """An object of the tool's output; a key that occurs twice in it is a fault."""
     keys = Counter(key for key, _ in pairs)
     twice = [key for key, count in keys.items() if count > 1]
     if twice:

@@ -58,7 +58,7 @@ class Maker:
         return tail_safe(" ".join(chosen).replace("|", "/")) or "x"
 
     def labels(self):
-        """One text for each of the first languages; the first is not empty where others follow."""
+        """One text for each of the first languages; the first is not empty if others follow."""
         if self.chance(0.08):
             return [""]
         count = self.rng.randint(1, max(1, len(self.languages))) if self.chance(0.5) else 1

@@ -40,7 +40,7 @@ KINDS = {
 
 
 class Object:
-    """Members in their order; a key can be there twice."""
+    """Members in their order; a key can occur twice."""
 
     def __init__(self, *pairs):
         self.pairs = list(pairs)
@@ -93,12 +93,12 @@ class JsonWriter:
     # --- The survey -----------------------------------------------------------------------------------------------
 
     def optional(self, node, key, value, default):
-        """A member that the normal mode leaves out where it says nothing; the verbose one writes it."""
+        """A member that the normal mode omits if it has its default; the verbose mode writes it."""
         if value != default or "jsonVerbose" in self.kinds:
             node.add(key, value)
 
     def labels(self, labels):
-        """One part without a language; of several, those that are empty or as the first are left out."""
+        """One part without a language; of several, those that are empty or equal to the first are omitted."""
         if len(labels) == 1:
             return [Object(["text", labels[0]])]
         codes = [code for code, _ in self.languages]

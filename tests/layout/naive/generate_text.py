@@ -68,7 +68,7 @@ NOT_REPEATED = {
 @dataclass
 class Line:
     section: str
-    key: str  # the section itself where it begins with [
+    key: str  # the section itself if it begins with [
     value: str = ""
     bare: bool = False  # without =
 

@@ -1,4 +1,4 @@
-"""The naive reading of any CSPro dictionary, and a small command: naive.py FILE... prints one object a line."""
+"""The naive reading of any CSPro dictionary, and a small command: naive.py FILE... prints one object per line."""
 
 import json
 import sys
@@ -9,13 +9,13 @@ from naive_text import read_text
 
 
 def read(data, file):
-    """The layout of the bytes `data` in its JSON form without problems. Raises Refused where there is none."""
+    """The layout of the bytes `data` in its JSON form without problems. Raises Refused if there is none."""
     first = first_character(data)
     if first == "[":
         return read_text(data, file)
     if first == "{":
         return read_json(data, file)
-    raise Refused("no CSPro dictionary")
+    raise Refused("not a CSPro dictionary")
 
 
 def main():

@@ -88,7 +88,7 @@ class ValueSet(Named):
 class Item(Named):
     type: str = "numeric"
     start: int = 0
-    stored_start: Optional[int] = None  # JSON form: as the file has it
+    stored_start: Optional[int] = None  # JSON form: as written in the file
     offset: Optional[int] = None  # JSON form: of a subitem, from the start of its item
     length: int = 0
     occurrences: int = 1
@@ -244,7 +244,7 @@ def name_items_of_subitems(layout):
 
 
 def share_linked_values(layout):
-    """A linked value set without values has those of the linked one with most values, the first of equals."""
+    """A linked value set without values has those of the linked set with the most values, the first of equals."""
     groups = {}
     for item in all_items(layout):
         for value_set in item.value_sets:
@@ -283,7 +283,7 @@ def path_of(element):
 
 
 def members(*triples):
-    """An object of (key, value, default) without what equals its default. ALWAYS is no value's equal."""
+    """An object of (key, value, default) without values that equal their default. ALWAYS equals no value."""
     return {key: value for key, value, default in triples if value != default or type(value) is not type(default)}
 
 

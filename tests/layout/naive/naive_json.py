@@ -56,7 +56,7 @@ class Number:
 
 @dataclass
 class Object:
-    """The members in the order of the file, also those that come twice."""
+    """The members in the order of the file, including repeated ones."""
 
     pairs: list
 
@@ -237,11 +237,11 @@ class Members:
         self.values = {}
         seen = set()
         for key, value in node.pairs:
-            if key in seen:  # the first one counts
+            if key in seen:  # the first one is used
                 self.layout.extras.append(Extra(element, "repeated " + prefix + key, spelling(value)))
             elif key not in known:
                 self.keep(key, value)
-            elif value is not None:  # null is as absent
+            elif value is not None:  # null counts as absent
                 self.values[key] = value
             seen.add(key)
 
@@ -626,7 +626,7 @@ def width(item):
 
 
 def read_json(data, file):
-    """The JSON form of the JSON dictionary `data`, without problems. Raises Refused where there is no layout."""
+    """The JSON form of the JSON dictionary `data`, without problems. Raises Refused if there is no layout."""
     if first_character(data) != "{":
         raise Refused("no dictionary in JSON form")
     text = (data[3:] if data.startswith(b"\xef\xbb\xbf") else data).decode("utf-8", "replace")

@@ -30,9 +30,9 @@ from naive_common import (
 INT_MAX = 2**31 - 1
 INT_MIN = -(2**31)
 
-BLANKS = " \t"  # what parts tokens and codes inside a line
+BLANKS = " \t"  # characters that separate tokens and codes in a line
 
-# Of these keys the last one of a section counts, of all others the first.
+# If a section has one of these keys several times, the last one is used; of all other keys, the first one.
 LAST_COUNTS = {
     "version",
     "recordtypestart",
@@ -167,15 +167,15 @@ class TextReader:
         self.text = text
         self.layout = Layout(format="cspro-text")
         self.saw_dictionary = False
-        self.date_formats = {}  # of an item: the statement that counts
+        self.date_formats = {}  # of an item: the statement that is used
         self.saw_languages = False
-        self.element = NO_SECTION  # what the next keys belong to
-        self.set_key = None  # what takes a key of the section: (key, value, line) -> whether the section knows the key
+        self.element = NO_SECTION  # the element to which the next keys belong
+        self.set_key = None  # function for a key of the section: (key, value, line) -> whether it knows the key
         self.level = None
         self.holder = None  # the record or the ids that take the next item
         self.begins_ids = False  # no item since [IdItems]
         self.item = None
-        self.seen = {}  # (element, key) -> (key as written, value, line) of the key that counts so far
+        self.seen = {}  # (element, key) -> (key as written, value, line) of the key that is used so far
 
     def read(self):
         for number, line in logical_lines(self.text):
@@ -223,7 +223,7 @@ class TextReader:
             self.add_extra(key, value, line)
 
     def keep_section(self, key, value, line):
-        """A section that is unknown or has no place: its line and its keys are extras of the dictionary."""
+        """A section that is unknown or misplaced: its line and its keys are extras of the dictionary."""
         self.element = NO_SECTION
         self.set_key = lambda *_: False
         self.add_extra(key, value, line)
@@ -292,7 +292,7 @@ class TextReader:
     # --- Keys -----------------------------------------------------------------------------------------------------
 
     def counts(self, key, value, line):
-        """Whether this key counts, if it comes twice. The one that does not count is an extra."""
+        """Whether this key is used, if it occurs twice. The other one is an extra."""
         word = ascii_lower(key)
         place = (id(self.element), word)
         before = self.seen.get(place)
@@ -513,7 +513,7 @@ def version(text):
 
 
 def read_text(data, file):
-    """The JSON form of the text dictionary `data`, without problems. Raises Refused where there is no layout."""
+    """The JSON form of the text dictionary `data`, without problems. Raises Refused if there is no layout."""
     if first_character(data) != "[":
         raise Refused("no dictionary in text form")
     text, encoding = decode(data)

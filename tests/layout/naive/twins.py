@@ -1,4 +1,4 @@
-"""What the two forms of one dictionary cannot share, taken out of a layout so that twins can be compared."""
+"""Removes from a layout what the two forms of one dictionary cannot have in common, so that they can be compared."""
 
 import copy
 
@@ -6,9 +6,9 @@ import copy
 def normalised(layout):
     """A copy of a layout's JSON form that is equal for the text form and the JSON form of one dictionary."""
     layout = copy.deepcopy(layout)
-    # Said by the file about itself. CSPro encrypts the settings of `security` anew, and the two forms do not share its
-    # other members; `readOptimization` and `enableBinaryItems` are of the JSON form, `valueSetImages` of the text form.
-    # What is unusual in one form is not in the other.
+    # These keys describe the file itself. CSPro encrypts the settings of `security` anew, and the forms have different
+    # other members of it; `readOptimization` and `enableBinaryItems` exist in the JSON form, `valueSetImages` in the
+    # text form. An extra statement of one form is not in the other.
     for key in (
         "format",
         "formatVersion",
@@ -54,7 +54,7 @@ def normalise_named(element):
 
 
 def normalised_labels(labels):
-    """The JSON form leaves out what falls back to the first part, and the language of a label that has one part."""
+    """The JSON form omits texts that fall back to the first part, and the language of a label that has one part."""
     if not labels:
         return []
     first = next((part["text"] for part in labels if part["text"]), "")  # CSPro fills an empty first part
