@@ -4,6 +4,7 @@
 #include "read/CSProTextLines_p.h"
 #include "read/CSProTextValues_p.h"
 #include "read/Diagnostics_p.h"
+#include "read/MadeOnce_p.h"
 
 #include <vector>
 
@@ -188,8 +189,8 @@ private:
     bool hasSecondary = false;
     bool hasSecondaryLink = false;
 
-    csprotext::MadeOnce<csprotext::Codes> codes;
-    csprotext::MadeOnce<Labels> labels;
+    MadeOnce<csprotext::Codes> codes;
+    MadeOnce<Labels> labels;
 };
 
 } // namespace vanlayout

@@ -6,7 +6,6 @@
 #include <QVector>
 
 #include <string_view>
-#include <vector>
 
 namespace vanlayout
 {
@@ -65,43 +64,6 @@ struct OccurrenceLine {
     std::string_view label;
 };
 OccurrenceLine occurrenceLineOf(std::string_view value);
-
-/// A cache of objects made from texts. Codes and labels repeat a lot and are implicitly shared: equal ones then share
-/// their memory. Each text has one slot, in which it replaces the previous text. The texts must outlive this object.
-template <typename Made> class MadeOnce
-{
-public:
-    template <typename Make> Made of(std::string_view text, Make make)
-    {
-        constexpr size_t longestKept = 64;
-        if (text.size() > longestKept)
-            return make(text);
-        Place &place = places[hashOf(text) % places.size()];
-        if (!place.isTaken || place.text != text)
-            place = { true, text, make(text) };
-        return place.made;
-    }
-    void clear() { places.assign(placeCount, {}); }
-
-private:
-    struct Place {
-        bool isTaken = false;
-        std::string_view text;
-        Made made;
-    };
-
-    static size_t hashOf(std::string_view text)
-    {
-        constexpr size_t factor = 31;
-        size_t hash = 0;
-        for (const char character : text)
-            hash = hash * factor + uchar(character);
-        return hash;
-    }
-
-    static constexpr size_t placeCount = 2048;
-    std::vector<Place> places = std::vector<Place>(placeCount);
-};
 
 } // namespace csprotext
 

@@ -183,19 +183,19 @@ void Collector::takeValueLabel(const char *labelSet, const readstat_value_t &val
     Value made;
     made.ranges = rangesOf(value);
     if (label)
-        made.labels = keptLabels.get(label, std::strlen(label), [=] { return labelsOf(textOf(label)); });
+        made.labels = keptLabels.of(label, [=](std::string_view) { return labelsOf(textOf(label)); });
     setNamed(labelSet).sets.first().values.append(std::move(made));
 }
 
 QVector<Range> Collector::rangesOf(const readstat_value_t &value)
 {
-    const auto make = [&] { return QVector<Range>{ { codeOf(value), QString() } }; };
+    const auto make = [&](std::string_view) { return QVector<Range>{ { codeOf(value), QString() } }; };
     const bool isNumber = readstat_value_type_class(value) == READSTAT_TYPE_CLASS_NUMERIC
         && !readstat_value_is_system_missing(value) && !readstat_value_is_tagged_missing(value);
     if (!isNumber)
-        return make();
+        return make({});
     const double number = readstat_double_value(value);
-    return keptRanges.get(reinterpret_cast<const char *>(&number), sizeof(number), make);
+    return keptRanges.of({ reinterpret_cast<const char *>(&number), sizeof(number) }, make);
 }
 
 bool Collector::hasRoomFor(const char *text)

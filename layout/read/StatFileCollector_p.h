@@ -2,7 +2,7 @@
 #define LAYOUT_READ_STATFILECOLLECTOR_P_H
 
 #include "read/Formats_p.h"
-#include "read/KeptForBytes_p.h"
+#include "read/MadeOnce_p.h"
 #include "util/StataNames_p.h"
 
 #include <readstat.h>
@@ -83,8 +83,8 @@ private:
     std::map<std::string, size_t> setsByName; ///< ordered, so that no choice of names makes it slow
     size_t lastSet = 0;                       ///< the labels of a set follow each other
     std::string lastSetName;
-    KeptForBytes<QVector<Range>> keptRanges; ///< by the bytes of numbers
-    KeptForBytes<Labels> keptLabels;
+    MadeOnce<QVector<Range>> keptRanges; ///< by the bytes of numbers
+    MadeOnce<Labels> keptLabels;
     QStringList messages;
     qint64 textLeft; ///< bytes of labels and notes that are still accepted
     bool hasTooMuchText = false;

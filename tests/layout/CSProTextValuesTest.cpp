@@ -1,4 +1,5 @@
 #include "read/CSProTextValues_p.h"
+#include "read/MadeOnce_p.h"
 
 #include <QTest>
 
