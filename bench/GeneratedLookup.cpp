@@ -12,6 +12,7 @@ void generateLookup(LookupKeys keys, int lines, const QString &path)
     constexpr int firstKey = 100000000; // first number of nine digits
     constexpr int keyStep = 7;
     constexpr int values = 1000;
+    constexpr qint64 valueStep = 7919; // a prime number, so that no value occurs twice
     constexpr unsigned percent = 100;
     constexpr unsigned faults = 5;
     std::mt19937 random(1); // NOLINT: the file must be the same every time
@@ -28,7 +29,8 @@ void generateLookup(LookupKeys keys, int lines, const QString &path)
         if (draw >= faults && draw < 2 * faults && line > 0)
             text += '0';
         text += " Label number ";
-        text += QByteArray::number(int(random() % values));
+        text += QByteArray::number(keys == LookupKeys::named ? qint64(line) * valueStep % lines
+                                                             : qint64(random() % values));
         text += '\n';
     }
     QFile file(path);

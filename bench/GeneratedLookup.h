@@ -3,15 +3,16 @@
 
 #include <QString>
 
-/// The order of the keys in a generated lookup file.
+/// The keys and values of a generated lookup file.
 enum class LookupKeys {
-    shuffled,  ///< all different, in random order
-    ascending, ///< all different, in ascending order
-    faulty     ///< in random order, 5 % of them repeated and 5 % one character too long
+    shuffled,  ///< keys all different, in random order
+    ascending, ///< keys all different, in ascending order
+    faulty,    ///< keys in random order, 5 % of them repeated and 5 % one character too long
+    named      ///< as `shuffled`, but each value is different too
 };
 
-/// Writes a lookup file of \a lines lines with keys of nine digits and 1,000 different values, separated by a
-/// blank. Equal arguments give equal bytes.
+/// Writes a lookup file of \a lines lines with keys of nine digits and 1,000 different values unless \a keys requires
+/// more, separated by a blank. Equal arguments give equal bytes.
 void generateLookup(LookupKeys keys, int lines, const QString &path);
 
 #endif

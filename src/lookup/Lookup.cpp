@@ -252,11 +252,10 @@ public:
     /// Keeps the first value of a key. Further values of the key are not counted in the frequencies.
     void enterKey()
     {
-        const quint32 keyHash = lookup::hashOf(target.key);
-        if (!entries.add(target.key, keyHash, values.text(target.value)))
+        if (!entries.add(target.key, values.text(target.value)))
             reportDuplicate();
         else if (target.isCounting())
-            frequencies.count(target.key, keyHash, target.value);
+            frequencies.count(target.key, target.value);
     }
 
     void reportProgress() const

@@ -1,7 +1,5 @@
 #include "lookup/LookupEntries_p.h"
 
-#include "util/KeyedHash_p.h"
-
 #include <algorithm>
 #include <memory>
 
@@ -12,28 +10,6 @@ namespace
 {
 
 constexpr size_t firstSize = 1 << 10; // a power of two
-
-// The number of an entry, and the first characters of its key as one number that sorts in the same order: eight
-// characters if all keys are Latin-1, else four. Few comparisons have to read the texts.
-struct SortKey {
-    quint64 prefix;
-    int number;
-};
-
-bool isLatin1(const QString &text)
-{
-    constexpr ushort maxLatin1 = 0xFF;
-    return std::all_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.unicode() <= maxLatin1; });
-}
-
-template <int UnitBits> quint64 prefixOf(const QString &text)
-{
-    constexpr int units = 64 / UnitBits;
-    quint64 prefix = 0;
-    for (int i = 0; i < units; ++i)
-        prefix = prefix << UnitBits | (i < text.size() ? text.at(i).unicode() : 0U);
-    return prefix;
-}
 
 } // namespace
 
@@ -68,7 +44,12 @@ void TextIndex::put(Place added)
     places[place] = added;
 }
 
-bool Entries::add(const QString &key, quint32 keyHash, const QString &value)
+Entries::Entries(Hash hashOfKey)
+    : hash(hashOfKey)
+{
+}
+
+bool Entries::add(const QString &key, const QString &value)
 {
     // While the keys ascend, a key is new if it is greater than the last one.
     if (isAscending && !entries.empty() && !(entries.back().key < key)) {
@@ -76,9 +57,10 @@ bool Entries::add(const QString &key, quint32 keyHash, const QString &value)
             return false;
         isAscending = false;
         for (const Entry &entry : entries)
-            index.add(hashOf(entry.key), int(&entry - entries.data()));
+            index.add(hash(entry.key), int(&entry - entries.data()));
     }
     if (!isAscending) {
+        const quint32 keyHash = hash(key);
         if (index.find(keyHash, [&](int number) { return entries[size_t(number)].key == key; }) >= 0)
             return false;
         index.add(keyHash, int(entries.size()));
@@ -91,63 +73,29 @@ bool Entries::add(const QString &key, quint32 keyHash, const QString &value)
 void Entries::moveTo(std::map<QString, QString> &map)
 {
     index = TextIndex();
-    const auto append
-        = [&](Entry &entry) { map.emplace_hint(map.end(), std::move(entry.key), std::move(entry.value)); };
-    if (isAscending) {
-        std::for_each(entries.begin(), entries.end(), append);
-    } else {
-        const bool areLatin1
-            = std::all_of(entries.cbegin(), entries.cend(), [](const Entry &entry) { return isLatin1(entry.key); });
-        std::vector<SortKey> order;
-        order.reserve(entries.size());
-        for (const Entry &entry : entries)
-            order.push_back({ areLatin1 ? prefixOf<8>(entry.key) : prefixOf<16>(entry.key), int(order.size()) });
-        std::sort(order.begin(), order.end(), [this](const SortKey &a, const SortKey &b) {
-            return a.prefix != b.prefix ? a.prefix < b.prefix
-                                        : entries[size_t(a.number)].key < entries[size_t(b.number)].key;
-        });
-        for (const SortKey &key : order)
-            append(entries[size_t(key.number)]);
-    }
+    if (!isAscending)
+        std::sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) { return a.key < b.key; });
+    for (Entry &entry : entries)
+        map.emplace_hint(map.end(), std::move(entry.key), std::move(entry.value));
     entries.clear();
 }
 
 Frequencies::Frequencies(std::map<QString, int *> &callersMap)
     : map(callersMap)
 {
-    for (auto entry = map.begin(); entry != map.end(); ++entry)
-        remember(entry, hashOf(entry->first), Maker::caller);
+    for (const auto &entry : map)
+        earlier.insert(entry.first);
 }
 
-void Frequencies::count(const QString &key, quint32 keyHash, const QString &value)
+void Frequencies::count(const QString &key, const QString &value)
 {
     // The key is equal to an earlier value. The int of that value does not change.
-    if (find(key, keyHash) >= 0)
+    if (map.find(key) != map.end())
         return;
-    const quint32 valueHash = hashOf(value);
-    const int number = find(value, valueHash);
-    if (number < 0) {
-        const auto entry = map.emplace(value, nullptr).first;
+    // An earlier entry is replaced, so the count stays 1. An int of this check is 1 already.
+    const auto [entry, isNew] = map.try_emplace(value, nullptr);
+    if (isNew || earlier.erase(value) > 0)
         entry->second = std::make_unique<int>(1).release();
-        remember(entry, valueHash, Maker::thisCheck);
-        return;
-    }
-    // The entry is replaced, so the count stays 1. An int of this check is 1 already.
-    Frequency &frequency = frequencies[size_t(number)];
-    if (frequency.maker == Maker::caller)
-        frequency.entry->second = std::make_unique<int>(1).release();
-    frequency.maker = Maker::thisCheck;
-}
-
-int Frequencies::find(const QString &text, quint32 hash) const
-{
-    return index.find(hash, [&](int number) { return frequencies[size_t(number)].entry->first == text; });
-}
-
-void Frequencies::remember(std::map<QString, int *>::iterator entry, quint32 hash, Maker maker)
-{
-    index.add(hash, int(frequencies.size()));
-    frequencies.push_back({ entry, maker });
 }
 
 } // namespace lookup

@@ -28,7 +28,7 @@ struct Filled {
         for (int i = 0; i < keys.size(); ++i) {
             const QString value = QString::number(i);
             const bool isNew = expected.emplace(keys.at(i), value).second;
-            agrees = entries.add(keys.at(i), lookup::hashOf(keys.at(i)), value) == isNew && agrees;
+            agrees = entries.add(keys.at(i), value) == isNew && agrees;
         }
         entries.moveTo(map);
     }
@@ -60,7 +60,7 @@ public:
         lookup::Frequencies counted(map);
         for (const QString &pair : pairs) {
             const QString key = pair.section(' ', 0, 0);
-            counted.count(key, lookup::hashOf(key), pair.section(' ', 1));
+            counted.count(key, pair.section(' ', 1));
             keep();
         }
     }
@@ -251,10 +251,10 @@ private Q_SLOTS:
     void firstValueOfAKeyStays()
     {
         lookup::Entries entries;
-        QVERIFY(entries.add("a", lookup::hashOf("a"), "1"));
-        QVERIFY(!entries.add("a", lookup::hashOf("a"), "2"));
-        QVERIFY(entries.add("b", lookup::hashOf("b"), QString()));
-        QVERIFY(!entries.add("a", lookup::hashOf("a"), "3"));
+        QVERIFY(entries.add("a", "1"));
+        QVERIFY(!entries.add("a", "2"));
+        QVERIFY(entries.add("b", QString()));
+        QVERIFY(!entries.add("a", "3"));
         Pairs map;
         entries.moveTo(map);
         QCOMPARE(map, (Pairs{ { "a", "1" }, { "b", "" } }));
@@ -294,13 +294,12 @@ private Q_SLOTS:
 
     void keysOfOneHashAreDistinguished()
     {
-        constexpr quint32 shared = 42; // assumed to be equal by chance
-        lookup::Entries entries;
-        QVERIFY(entries.add("B", lookup::hashOf("B"), "b")); // from "B" on, hashes are used
-        QVERIFY(entries.add("A", shared, "a"));
-        QVERIFY(entries.add("C", shared, "c"));
-        QVERIFY(!entries.add("A", shared, "later"));
-        QVERIFY(!entries.add("C", shared, "later"));
+        lookup::Entries entries([](const QString & /*text*/) { return 42U; });
+        QVERIFY(entries.add("B", "b")); // from the second key on, hashes are used
+        QVERIFY(entries.add("A", "a"));
+        QVERIFY(entries.add("C", "c"));
+        QVERIFY(!entries.add("A", "later"));
+        QVERIFY(!entries.add("C", "later"));
         Pairs map;
         entries.moveTo(map);
         QCOMPARE(map, (Pairs{ { "A", "a" }, { "B", "b" }, { "C", "c" } }));
@@ -345,7 +344,7 @@ private Q_SLOTS:
             lookup::Frequencies frequencies(counted.map);
             for (const QString &pair : qAsConst(pairs)) {
                 const QString key = pair.section(' ', 0, 0);
-                frequencies.count(key, lookup::hashOf(key), pair.section(' ', 1));
+                frequencies.count(key, pair.section(' ', 1));
             }
         }
         QCOMPARE(counted.map.size(), size_t(2 * before));
