@@ -16,11 +16,9 @@ class CodebookCsvWriter
 {
 public:
     CodebookCsvWriter(QIODevice &device, const CodebookCsvOptions &options)
-        : csv(device, options.isForExcel)
+        : csv(device, options.isForExcel ? CsvStream::Reader::Spreadsheet : CsvStream::Reader::Program)
         , language(options.language)
     {
-        if (options.isForExcel)
-            csv.byteOrderMark();
     }
 
     bool write(const Layout &layout)

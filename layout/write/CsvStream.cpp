@@ -29,17 +29,19 @@ bool beginsFormula(const QString &text)
 
 } // namespace
 
-CsvStream::CsvStream(QIODevice &target, bool guarded)
+CsvStream::CsvStream(QIODevice &target, Reader intendedReader)
     : device(target)
-    , isGuarded(guarded)
+    , reader(intendedReader)
 {
     buffer.reserve(2 * flushedSize);
+    if (reader == Reader::Spreadsheet)
+        buffer += "\xEF\xBB\xBF";
 }
 
 QByteArray CsvStream::cell(const QString &text) const
 {
     QByteArray bytes = text.toUtf8();
-    if (isGuarded && beginsFormula(text))
+    if (reader == Reader::Spreadsheet && beginsFormula(text))
         bytes.prepend('\'');
     if (needsQuotes(text))
         bytes = '"' + bytes.replace('"', "\"\"") + '"';

@@ -12,12 +12,13 @@ namespace vanlayout
 class CsvStream
 {
 public:
-    /// \a target is open for writing and must outlive this object. With \a guarded, a text that a spreadsheet would
-    /// evaluate as a formula is prefixed with an apostrophe: it begins with `=`, `+`, `-`, `@`, a tab or a line break,
-    /// and is not a number.
-    CsvStream(QIODevice &target, bool guarded);
+    /// A spreadsheet needs a byte-order mark, and evaluates a text as a formula if it begins with `=`, `+`, `-`, `@`, a
+    /// tab or a line break and is not a number: it is prefixed with an apostrophe.
+    enum class Reader { Program, Spreadsheet };
 
-    void byteOrderMark() { buffer += "\xEF\xBB\xBF"; }
+    /// \a target is open for writing and must outlive this object.
+    CsvStream(QIODevice &target, Reader intendedReader);
+
     /// The encoded cell, followed by a comma; for cells that are shared by several lines.
     QByteArray cell(const QString &text) const;
     static QByteArray cell(int number) { return QByteArray::number(number) + ','; }
@@ -33,7 +34,7 @@ private:
 
     QIODevice &device;
     QByteArray buffer;
-    bool isGuarded = false;
+    Reader reader;
     bool isWhole = true;
 };
 
