@@ -2,6 +2,8 @@
 
 #include <QChar>
 
+#include <algorithm>
+
 namespace vanlayout
 {
 
@@ -47,6 +49,16 @@ QByteArrayList piecesOf(const QString &text, const ScriptLanguage &language)
     return pieces;
 }
 
+// Whether a text is written as it is, in one piece. Most labels and all names are.
+bool isPlain(const QString &text, const ScriptLanguage &language)
+{
+    const auto isWritten = [&](QChar character) {
+        return character >= QLatin1Char(' ') && character <= QLatin1Char('~') && character != QLatin1Char('\\')
+            && character != QLatin1Char(*language.quote);
+    };
+    return text.size() <= pieceWidth && std::all_of(text.begin(), text.end(), isWritten);
+}
+
 } // namespace
 
 const ScriptLanguage &python()
@@ -63,6 +75,8 @@ const ScriptLanguage &r()
 
 QByteArray literal(const QString &text, const ScriptLanguage &language)
 {
+    if (isPlain(text, language))
+        return language.quote + text.toLatin1() + language.quote;
     QByteArrayList pieces = piecesOf(text, language);
     for (QByteArray &piece : pieces)
         piece = language.quote + piece + language.quote;

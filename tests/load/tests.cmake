@@ -1,4 +1,5 @@
 van_add_test(load/LoadPlanTest.cpp)
+van_add_test(load/LoadScriptsTest.cpp)
 
 # Load programs: each one loads a generated survey in its engine, and a loader of the tests makes the same tables.
 find_program(VAN_PYTHON python3)

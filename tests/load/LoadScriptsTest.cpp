@@ -1,0 +1,190 @@
+#include "layout/MadeLayout.h"
+#include "load/Load.h"
+#include "load/ScriptText_p.h"
+
+#include <QTest>
+
+#include <algorithm>
+
+using namespace vanlayout;
+
+/// The texts of the programs for Python and R. tests/load/run_pandas.py, run_dask.py and run_r.py run them.
+class LoadScriptsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void textsCannotEndTheirLiteral_data();
+    void textsCannotEndTheirLiteral();
+    void longTextsAreJoinedPieces();
+    void absentTextsHaveALiteral();
+    void argumentsAreBrokenBetweenTwo();
+    void linesAreShort_data();
+    void linesAreShort();
+    void programToRunIsFirst();
+    void pathForRCannotBeAnAddress();
+    void codesHaveTheTypeOfTheColumnInPython();
+    void rangesWithoutLabelsAreListedForR();
+};
+
+namespace
+{
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+Layout layoutOf(const QVector<Item> &items)
+{
+    Layout layout;
+    layout.format = Format::CSProText;
+    layout.name = QStringLiteral("D");
+    Level level;
+    Item id = made::item(QStringLiteral("ID"));
+    id.start = 1;
+    level.ids = { id };
+    Record record;
+    record.name = QStringLiteral("R");
+    record.items = items;
+    level.records = { record };
+    layout.levels = { level };
+    return layout;
+}
+
+QByteArray programOf(const Layout &layout, LoadTarget target, const LoadOptions &options = {})
+{
+    const LoadProgram program = makeLoadProgram(layout, target, options);
+    return program.files.isEmpty() ? program.problem.toUtf8() : program.files.constFirst().text;
+}
+
+Item placed(Item item)
+{
+    item.start = 3;
+    return item;
+}
+
+} // namespace
+
+void LoadScriptsTest::textsCannotEndTheirLiteral_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("inPython");
+    QTest::addColumn<QByteArray>("inR");
+    QTest::newRow("plain") << text("Rooms") << QByteArray("'Rooms'") << QByteArray("\"Rooms\"");
+    QTest::newRow("empty") << text("") << QByteArray("''") << QByteArray("\"\"");
+    QTest::newRow("quotes") << text("a'b\"c") << QByteArray("'a\\'b\"c'") << QByteArray("\"a'b\\\"c\"");
+    QTest::newRow("backslash") << text("a\\") << QByteArray("'a\\\\'") << QByteArray("\"a\\\\\"");
+    QTest::newRow("letters") << text("Zo\u00EB \u20AC") << QByteArray("'Zo\xC3\xAB \xE2\x82\xAC'")
+                             << QByteArray("\"Zo\xC3\xAB \xE2\x82\xAC\"");
+    QTest::newRow("beyond U+FFFF") << text("\U0001D538") << QByteArray("'\xF0\x9D\x94\xB8'")
+                                   << QByteArray("\"\xF0\x9D\x94\xB8\"");
+    QTest::newRow("control") << text("a\nb") << QByteArray("'a\\u000ab'") << QByteArray("\"a\\u{a}b\"");
+    QTest::newRow("writing direction") << text("a\u202Eb") << QByteArray("'a\\u202eb'")
+                                       << QByteArray("\"a\\u{202e}b\"");
+    QTest::newRow("invisible beyond U+FFFF")
+        << text("\U000E0001") << QByteArray("'\\U000e0001'") << QByteArray("\"\\U{e0001}\"");
+    QTest::newRow("lone surrogate") << QString(QChar(0xD800)) << QByteArray("'\xEF\xBF\xBD'")
+                                    << QByteArray("\"\xEF\xBF\xBD\"");
+}
+
+void LoadScriptsTest::textsCannotEndTheirLiteral()
+{
+    QFETCH(QString, text);
+    QTEST(literal(text, python()), "inPython");
+    QTEST(literal(text, r()), "inR");
+}
+
+void LoadScriptsTest::longTextsAreJoinedPieces()
+{
+    const QString piece(300, QLatin1Char('x'));
+    const QByteArray bytes = piece.toLatin1();
+    QCOMPARE(literal(piece, python()), '\'' + bytes + '\'');
+    QCOMPARE(literal(piece + QLatin1Char('y'), python()), "('" + bytes + "'\n    'y')");
+    QCOMPARE(literal(piece + QLatin1Char('y'), r()), "paste0(\"" + bytes + "\",\n    \"y\")");
+}
+
+void LoadScriptsTest::absentTextsHaveALiteral()
+{
+    QCOMPARE(literalOrNothing(QString(), python()), QByteArray("None"));
+    QCOMPARE(literalOrNothing(QString(), r()), QByteArray("NA"));
+    QCOMPARE(literalOrNothing(QStringLiteral(""), r()), QByteArray("\"\""));
+}
+
+void LoadScriptsTest::argumentsAreBrokenBetweenTwo()
+{
+    const QByteArray wide(100, 'x');
+    QCOMPARE(argumentLines({ "a", "b" }, "  "), QByteArray("a, b"));
+    QCOMPARE(argumentLines({ wide, wide, "c" }, "  "), wide + ",\n  " + wide + ", c");
+}
+
+void LoadScriptsTest::linesAreShort_data()
+{
+    QTest::addColumn<int>("target");
+    QTest::newRow("pandas") << int(LoadTarget::Pandas);
+    QTest::newRow("dask") << int(LoadTarget::Dask);
+    QTest::newRow("r") << int(LoadTarget::R);
+}
+
+// R breaks an escape that falls on byte 4096 of a line.
+void LoadScriptsTest::linesAreShort()
+{
+    QFETCH(int, target);
+    const QString longText = QString(700, QChar(0x20AC)) + QString(700, QLatin1Char('"')) + QString(700, QChar(0x202E));
+    Item item = placed(made::item(longText, 2, { made::value(QStringLiteral("1"), longText) }));
+    item.labels = made::labels(longText);
+    Item textItem
+        = placed(made::item(QStringLiteral("T"), 2000, { made::value(longText, longText) }, itemtype::alpha()));
+    Layout layout = layoutOf({ item, textItem });
+    layout.labels = made::labels(longText);
+    LoadOptions options;
+    options.data = longText;
+    const LoadProgram program = makeLoadProgram(layout, LoadTarget(target), options);
+    QVERIFY(!program.files.isEmpty());
+    for (const LoadFile &file : program.files) {
+        const QList<QByteArray> lines = file.text.split('\n');
+        const auto isShort = [](const QByteArray &line) { return line.size() <= 1000; };
+        QVERIFY(std::all_of(lines.begin(), lines.end(), isShort));
+    }
+}
+
+void LoadScriptsTest::programToRunIsFirst()
+{
+    const LoadProgram program = makeLoadProgram(layoutOf({}), LoadTarget::Dask);
+    QCOMPARE(program.files.size(), 2);
+    QCOMPARE(program.files.at(0).name, QStringLiteral("D_dask.py"));
+    QCOMPARE(program.files.at(1).name, QStringLiteral("D.py"));
+    QVERIFY(program.files.at(0).text.contains("\nMODULE = 'D'\n"));
+    QCOMPARE(program.files.at(1).text, programOf(layoutOf({}), LoadTarget::Pandas));
+}
+
+void LoadScriptsTest::pathForRCannotBeAnAddress()
+{
+    LoadOptions options;
+    options.data = QStringLiteral("http://example.org/x.dat");
+    QVERIFY(programOf(layoutOf({}), LoadTarget::R, options).contains("\nDATA <- \"./http://example.org/x.dat\"\n"));
+}
+
+void LoadScriptsTest::codesHaveTheTypeOfTheColumnInPython()
+{
+    Item decimal
+        = placed(made::item(QStringLiteral("X"), 4, { made::value(QStringLiteral("01"), QStringLiteral("One")) }));
+    decimal.decimals = 1;
+    QVERIFY(programOf(layoutOf({ decimal }), LoadTarget::Pandas).contains("\n        1.0: 'One'}"));
+    decimal.decimals = 0;
+    QVERIFY(programOf(layoutOf({ decimal }), LoadTarget::Pandas).contains("\n        1: 'One'}"));
+    decimal.type = itemtype::alpha();
+    QVERIFY(programOf(layoutOf({ decimal }), LoadTarget::Pandas).contains("\n        '01': 'One'}"));
+}
+
+void LoadScriptsTest::rangesWithoutLabelsAreListedForR()
+{
+    const Item item = placed(made::item(
+        QStringLiteral("X"), 4, { made::range(QStringLiteral("1"), QStringLiteral("5000"), QStringLiteral("Any")) }));
+    QVERIFY(programOf(layoutOf({ item }), LoadTarget::R).contains("\n# R.X: 1 to 5000 is \"Any\"\n"));
+    QVERIFY(programOf(layoutOf({ item }), LoadTarget::Pandas).contains("(1, 5000, 'Any')"));
+}
+
+QTEST_MAIN(LoadScriptsTest)
+
+#include "LoadScriptsTest.moc"
