@@ -5,6 +5,7 @@
 #include "PostgresqlProgram_p.h"
 #include "RProgram_p.h"
 #include "SpssProgram_p.h"
+#include "StataProgram_p.h"
 
 namespace vanlayout
 {
@@ -59,6 +60,19 @@ const QVector<TargetRules> &targetRules()
           isNeverReserved,
           spssProgram,
           false,
+          0 },
+        { LoadTarget::Stata,
+          "stata",
+          NameCharacters::Plain,
+          NameStart::LetterOrUnderscore,
+          NameCase::Exact,
+          { 32, LengthUnit::Characters },
+          { 80, LengthUnit::Characters },
+          { 32000, LengthUnit::Characters },
+          isReservedInStata,
+          isNeverReserved,
+          stataProgram,
+          true,
           0 },
     };
     return rules;

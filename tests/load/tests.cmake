@@ -28,6 +28,7 @@ endfunction()
 
 if(VAN_PYTHON)
     van_add_load_test(LoadComparison comparetest.py)
+    van_add_load_test(LoadStata run_stata.py)
     if(VAN_PSPP)
         van_add_load_test(LoadSpss run_spss.py ${VAN_PSPP})
     endif()

@@ -1,0 +1,192 @@
+#include "StataTexts_p.h"
+
+#include "read/Decoding_p.h"
+
+#include <utility>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr int maxLiteral = 100;                // characters of a text in one pair of quotes
+constexpr int maxLine = 400;                   // bytes of an expression on one line, at least
+constexpr qint64 maxLabelledCode = 2147483620; // greatest value of the type long
+
+constexpr int firstWideByte = 0x80;
+constexpr int lastByte = 0xff;
+
+bool isExpanded(QChar character)
+{
+    return character == QLatin1Char('`') || character == QLatin1Char('$');
+}
+
+// Whether the character has to be written by its code.
+bool needsCode(const QString &text, int i)
+{
+    const QChar character = text.at(i);
+    const bool isSlash = character == QLatin1Char('/');
+    const bool mayComment
+        = isSlash && i + 1 < text.size() && (text.at(i + 1) == QLatin1Char('/') || text.at(i + 1) == QLatin1Char('*'));
+    return isExpanded(character) || character == QLatin1Char('"') || character.unicode() < ' ' || mayComment;
+}
+
+bool needsMacro(const QString &text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        if (text.at(i) != QLatin1Char('"') && needsCode(text, i))
+            return true;
+    }
+    return text.size() > maxLiteral;
+}
+
+QString withoutQuoteEnds(QString text)
+{
+    text.replace(QLatin1String("`\""), QLatin1String("'\""));
+    if (text.endsWith(QLatin1Char('`')))
+        text.replace(text.size() - 1, 1, QLatin1Char('\''));
+    return text.replace(QLatin1String("\"'"), QLatin1String("\" '"));
+}
+
+QString conditionOf(const QString &name, const SpecialRule &rule)
+{
+    if (rule.low == rule.high)
+        return name + QLatin1String(" == ") + rule.low;
+    return name + QLatin1String(" >= ") + rule.low + QLatin1String(" & ") + name + QLatin1String(" <= ") + rule.high;
+}
+
+QByteArray missingOf(CellOutcome outcome)
+{
+    switch (outcome) {
+    case CellOutcome::Value:
+        return QByteArray();
+    case CellOutcome::Missing:
+        return ".";
+    case CellOutcome::NoAnswer:
+        return ".m";
+    case CellOutcome::Refused:
+        return ".r";
+    }
+    return QByteArray();
+}
+
+// What a label stands at; empty if it can stand at nothing.
+QByteArray placeOf(const CodeLabel &label)
+{
+    if (label.outcome == CellOutcome::Missing)
+        return QByteArray();
+    if (label.outcome != CellOutcome::Value)
+        return missingOf(label.outcome);
+    bool isWhole = false;
+    const qint64 code = label.code.toLongLong(&isWhole);
+    return isWhole && qAbs(code) <= maxLabelledCode ? label.code.toLatin1() : QByteArray();
+}
+
+} // namespace
+
+QByteArray stataExpression(const QString &text)
+{
+    QByteArray expression;
+    QString literal;
+    int lines = 1;
+    const auto add = [&](const QByteArray &part) {
+        expression += expression.isEmpty() ? "" : " + ";
+        if (expression.size() + part.size() > lines * maxLine) {
+            expression += "///\n        ";
+            ++lines;
+        }
+        expression += part;
+    };
+    const auto addLiteral = [&] {
+        if (!literal.isEmpty())
+            add('"' + std::exchange(literal, QString()).toUtf8() + '"');
+    };
+    for (int i = 0; i < text.size(); ++i) {
+        if (literal.size() >= maxLiteral && !text.at(i).isLowSurrogate())
+            addLiteral();
+        if (!needsCode(text, i)) {
+            literal += text.at(i);
+            continue;
+        }
+        addLiteral();
+        add("char(" + QByteArray::number(text.at(i).unicode()) + ')');
+    }
+    addLiteral();
+    return expression.isEmpty() ? "\"\"" : expression;
+}
+
+QByteArray stataCharacter(QChar character)
+{
+    if (character.unicode() < firstWideByte)
+        return stataExpression(QString(character));
+    for (int byte = firstWideByte; byte <= lastByte; ++byte) {
+        const char encoded = static_cast<char>(byte);
+        if (decoding::fromWindows1252(&encoded, 1) == QString(character))
+            return "char(" + QByteArray::number(byte) + ')';
+    }
+    return "char(0)"; // no line has this character
+}
+
+QByteArray stataLabelCommand(const QByteArray &command, const QString &text, const QByteArray &options)
+{
+    const QString label = withoutQuoteEnds(text);
+    if (!needsMacro(label))
+        return "    " + command + " `\"" + label.toUtf8() + "\"'" + options + '\n';
+    return "    local van_label = " + stataExpression(label) + "\n    " + command + " `\"`macval(van_label)'\"'"
+        + options + '\n';
+}
+
+QByteArray stataTypeOf(const PlannedColumn &column)
+{
+    constexpr int maxByteDigits = 2;
+    constexpr int maxIntDigits = 4;
+    constexpr int maxLongDigits = 9;
+    if (column.type == CellType::Decimal || column.length > maxLongDigits)
+        return "double";
+    return column.length <= maxByteDigits ? "byte" : column.length <= maxIntDigits ? "int" : "long";
+}
+
+QByteArray stataSpecials(const QByteArray &name, const CodeList &codes)
+{
+    QByteArray commands;
+    QString kept;
+    for (const SpecialRule &rule : codes.specials) {
+        const QString condition = conditionOf(QString::fromLatin1(name), rule);
+        if (rule.outcome == CellOutcome::Value)
+            kept += QLatin1String(" & !(") + condition + QLatin1Char(')');
+        else
+            commands += "    replace " + name + " = " + missingOf(rule.outcome) + " if " + condition.toLatin1()
+                + kept.toLatin1() + '\n';
+    }
+    return commands;
+}
+
+QByteArray stataValueLabel(const QByteArray &name, const CodeList &codes)
+{
+    QByteArray commands;
+    QVector<QByteArray> used;
+    for (const CodeLabel &label : codes.labels) {
+        const QByteArray place = placeOf(label);
+        const bool isMissing = place.startsWith('.');
+        if (place.isEmpty() || (isMissing && used.contains(place)))
+            continue;
+        if (isMissing)
+            used.append(place);
+        commands
+            += stataLabelCommand("label define " + name + ' ' + place, label.text, commands.isEmpty() ? "" : ", add");
+    }
+    return commands;
+}
+
+QStringList stataUnlabelled(const CodeList &codes, bool areTexts)
+{
+    QStringList unlabelled;
+    for (const CodeLabel &label : codes.labels) {
+        if (label.outcome == CellOutcome::Value && (areTexts || placeOf(label).isEmpty()))
+            unlabelled.append(label.code + QLatin1String(" (") + label.text + QLatin1Char(')'));
+    }
+    return unlabelled;
+}
+
+} // namespace vanlayout

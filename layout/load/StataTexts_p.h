@@ -1,0 +1,40 @@
+#ifndef LAYOUT_LOAD_STATATEXTS_P_H
+#define LAYOUT_LOAD_STATATEXTS_P_H
+
+#include "load/Plan_p.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace vanlayout
+{
+
+/// A text as an expression, such as `"a" + char(36) + "b"`. Characters that Stata expands within quotes, or that could
+/// end a text or begin a comment, are written by their code.
+QByteArray stataExpression(const QString &text);
+
+/// One character of a record type as an expression. Characters beyond ASCII are bytes of windows-1252.
+QByteArray stataCharacter(QChar character);
+
+/// A command that ends in a text in compound quotes, after \a command, and \a options after the text. The text is set
+/// by a macro before, if it holds characters that Stata expands. A label cannot hold a quote before an apostrophe, nor
+/// a backquote before a quote or at its end: a blank separates the former, an apostrophe takes the place of the latter.
+QByteArray stataLabelCommand(const QByteArray &command, const QString &text, const QByteArray &options = {});
+
+/// The storage type of a numeric column that holds all its values: `byte`, `int`, `long` or `double`.
+QByteArray stataTypeOf(const PlannedColumn &column);
+
+/// The commands that turn special codes into missing values. The first rule that matches counts.
+QByteArray stataSpecials(const QByteArray &name, const CodeList &codes);
+
+/// The commands that define the value label of a column, with this name; empty if no code can have a label. Only whole
+/// numbers and missing values can.
+QByteArray stataValueLabel(const QByteArray &name, const CodeList &codes);
+
+/// Codes with a label that no value label can hold.
+QStringList stataUnlabelled(const CodeList &codes, bool areTexts);
+
+} // namespace vanlayout
+
+#endif

@@ -1,0 +1,143 @@
+#!/usr/bin/env python3
+"""Runs the Stata programs of the generated survey in the interpreter stata.py, and compares all cells and labels.
+
+    run_stata.py TOOL
+"""
+
+import os
+import sys
+import tempfile
+from fractions import Fraction
+
+import compare
+import reference
+import stata
+import survey
+
+POLICY = compare.Policy(compare.ULP, True, False)
+
+
+def cell_of(cell):
+    if isinstance(cell, bytes):
+        return cell.decode("utf-8")
+    if isinstance(cell, stata.Missing):
+        return reference.Missing(cell.tag) if cell.tag else None
+    return Fraction(cell)
+
+
+def tables_of(outcome):
+    return {name[:-4]: {"columns": data.names, "rows": [[cell_of(cell) for cell in row] for row in data.rows]}
+            for name, data in outcome.files.items()}
+
+
+# -------------------------------------------------------------------------------------------------------- labels
+
+def written(label):
+    """A label as Stata can hold it: no backquote before a quote or at the end, no quote before an apostrophe."""
+    label = label.replace('`"', "'\"")
+    label = label[:-1] + "'" if label.endswith("`") else label
+    return label.replace("\"'", "\" '")
+
+
+def codes_of(column, value, parsed):
+    """What a label stands at: whole numbers, or the reason of a missing value."""
+    if value.get("special") == "notApplicable" or (value.get("special") == "default" and parsed.specials != "keep"):
+        return []
+    if value.get("special") in ("missing", "refused") and parsed.specials != "keep":
+        return [stata.Missing(value["special"][0])] if keys_of(value) else []
+    return [key for key in keys_of(value) if key == int(key) and abs(key) <= 2147483620]
+
+
+def keys_of(value):
+    keys = []
+    for pair in value["ranges"]:
+        low = reference.number_of(pair["from"], 0, True)
+        high = reference.number_of(pair.get("to", pair["from"]), 0, True)
+        if low is None or high is None:
+            continue
+        if low == high:
+            keys.append(low)
+        elif low.denominator == high.denominator == 1 and low < high < low + 100:
+            keys += range(int(low), int(high) + 1)
+    return keys
+
+
+def expected_labels(column, parsed):
+    """Label by code; a special takes the label of its code from other values."""
+    if column.kind == "text":
+        return {}
+    labels = {}
+    values = column.values or []
+    reserved = {key for value in values if value.get("special") for key in keys_of(value)}
+    for value in sorted(values, key=lambda each: not each.get("special")):
+        text = written(reference.text_of(value.get("labels"), parsed.language))
+        for code in codes_of(column, value, parsed):
+            if text and (value.get("special") or code not in reserved):
+                labels.setdefault(code, text)
+    return labels
+
+
+def compare_labels(result, outcome):
+    differences = []
+    for name, table in result.tables.items():
+        data = outcome.files[table.name + ".dta"]
+        for column in table.columns:
+            if column.item:
+                label, got = written(column.label[:80]), data.variable_labels.get(column.name, "")
+                differences += [f"{name}.{column.name}, label: expected {label!r}, got {got!r}"] if label != got else []
+            labels, got = expected_labels(column, result.parsed), data.value_labels.get(column.name, {})
+            differences += [f"{name}.{column.name}, value labels: expected {labels}, got {got}"] if labels != got else []
+    compare.raise_if(differences)
+
+
+# ------------------------------------------------------------------------------------------------------- the run
+
+def run_program(directory, files, arguments, takes_blanks_off, release):
+    program = next(path for name, path in files.items() if name.endswith(".do"))
+    try:
+        return stata.run(program, arguments, release, takes_blanks_off)
+    except stata.StataError as error:
+        raise compare.Difference(f"Stata stops: {error}") from error
+
+
+def run(tool, variant, directory, takes_blanks_off, release):
+    result = compare.expected(tool, "stata", variant)
+    files = compare.make_program(tool, "stata", variant, directory)
+    outcome = run_program(directory, files, [variant.data], takes_blanks_off, release)
+    compare.counts(result, "\n".join(outcome.printed))
+    compare.tables(result, tables_of(outcome), POLICY)
+    compare_labels(result, outcome)
+
+
+def stops_at_wide_characters(tool, variant, directory):
+    """Data that are not ASCII: the program stops, says why, and saves nothing."""
+    files = compare.make_program(tool, "stata", variant, directory)
+    try:
+        run_program(directory, files, [], True, 17)
+    except compare.Difference as difference:
+        if "lines are not ASCII" in str(difference):
+            return
+        raise
+    raise compare.Difference("the program did not stop at data that are not ASCII")
+
+
+def has_types(variant):
+    return not variant.name.startswith("plain")
+
+
+def main(tool):
+    with tempfile.TemporaryDirectory() as directory:
+        for variant in survey.variants(directory):
+            place = os.path.join(directory, "stata " + variant.name)
+            if variant.characters == "full":
+                compare.check(f"stata, {variant.name}", stops_at_wide_characters, tool, variant, place)
+                continue
+            # Without record types, nothing precedes a text at the begin of a line.
+            for takes_blanks_off in [True, False] if has_types(variant) else [False]:
+                way = "blanks off" if takes_blanks_off else "blanks kept"
+                compare.check(f"stata, {variant.name}, {way}", run, tool, variant, place, takes_blanks_off, 17)
+    compare.finish()
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])
