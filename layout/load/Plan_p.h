@@ -14,7 +14,7 @@
 namespace vanlayout
 {
 
-/// What a code or a range of codes becomes in the cells of a column.
+/// The content of the cells of a column for a code or a range of codes.
 enum class CellOutcome {
     Value,    ///< the code itself
     Missing,  ///< missing, without a reason

@@ -32,7 +32,7 @@ struct JsonKey {
     void (*setInteger)(CSProJsonDraft &draft, int value) = nullptr;
     void (*setBoolean)(CSProJsonDraft &draft, bool value) = nullptr;
     const JsonElement *element = nullptr; ///< kind of the object, or of the objects in a list
-    // Called at the begin and the end of a list.
+    // Called at the beginning and the end of a list.
     void (*begin)(CSProJsonDraft &draft) = nullptr;
     void (*end)(CSProJsonDraft &draft) = nullptr;
 };

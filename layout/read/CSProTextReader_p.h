@@ -13,10 +13,10 @@ namespace vanlayout
 
 /// Reads a CSPro dictionary in text form, statement by statement.
 ///
-/// Each kind of section has a row in the table `sections()`: its name, its keys, and the steps at its begin and end.
-/// The statements of one value are a separate section, which each key `Value` begins. An element is added to the layout
-/// at the begin of its section. Its problems and extra entries are assigned their path at the end of the section,
-/// because the name may come late.
+/// Each kind of section has a row in the table `sections()`: its name, its keys, and the steps at its beginning and
+/// end. The statements of one value are a separate section, which each key `Value` begins. An element is added to the
+/// layout at the beginning of its section. Its problems and extra entries are assigned their path at the end of the
+/// section, because the name may come late.
 ///
 /// A key that is not in the table of its section is kept in `Layout::extras`. So is a section that is unknown or
 /// misplaced: it has one entry for its line, with the key `[Foo]`, and one for each of its keys.
@@ -41,7 +41,7 @@ private:
     struct Section {
         std::string_view name;
         const Keys &keys;
-        bool (CSProTextReader::*begin)(); ///< false if the section has no place here
+        bool (CSProTextReader::*begin)(); ///< false if the section is not allowed here
         void (CSProTextReader::*end)();
         QString (CSProTextReader::*path)() const; ///< path of the element of the section
     };

@@ -22,7 +22,7 @@ bool isDigit(char character)
     return character >= '0' && character <= '9';
 }
 
-// Reads a text from its begin.
+// Reads a text from its beginning.
 class Cursor
 {
 public:

@@ -38,7 +38,7 @@ std::string_view tokenOf(std::string_view value);
 Labels labelsOf(std::string_view value, const QVector<Language> &languages);
 
 /// The text that one `Note=` line adds to a note: `\r\n`, written as these four characters, is a line feed; a blank is
-/// appended to a piece that does not end in a line feed; `~` at the begin is a blank.
+/// appended to a piece that does not end in a line feed; `~` at the beginning is a blank.
 QString notePieceOf(std::string_view value);
 
 /// The codes of a value.

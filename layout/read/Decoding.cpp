@@ -27,7 +27,7 @@ const Lead leads[] = {
     { 0xF1, 0xF3, 3, 0x80, 0xBF }, { 0xF4, 0xF4, 3, 0x80, 0x8F },
 };
 
-// The longest sequence at the begin of the bytes that is, or begins, one character.
+// The longest sequence at the beginning of the bytes that is, or begins, one character.
 struct Sequence {
     int size;
     bool isWhole;
@@ -77,7 +77,7 @@ const uchar *findDamage(const uchar *position, const uchar *end)
     return position;
 }
 
-// Qt removes a byte-order mark at the begin of the bytes, so it is appended here.
+// Qt removes a byte-order mark at the beginning of the bytes, so it is appended here.
 void appendWellFormed(QString &text, const uchar *begin, const uchar *end)
 {
     constexpr std::array<uchar, 3> mark = { 0xEF, 0xBB, 0xBF };

@@ -31,8 +31,8 @@ QByteArray headOf(QIODevice &device, bool &isAll);
 /// Reads one format into \a layout, whose member `file` is set. Problems of the file are reported to \a diagnostics;
 /// for a file without a layout, `Diagnostics::fail` is called.
 ///
-/// So it is for a read error of the device, with the id "cannot-read" and the message "cannot be read: " followed by
-/// the error string of the device.
+/// The same applies to a read error of the device, with the id "cannot-read" and the message "cannot be read: "
+/// followed by the error string of the device.
 using FormatReader = void (*)(Input &input, Layout &layout, Diagnostics &diagnostics);
 
 /// One format: how to recognise it and how to read it.

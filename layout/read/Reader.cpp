@@ -65,7 +65,7 @@ QString problemOfContent(QIODevice &device)
     return problem;
 }
 
-// The device is at the begin of the file, and random access is possible.
+// The device is at the beginning of the file, and random access is possible.
 void readDevice(QIODevice &device, const QString &path, const ReadOptions &options, Layout &layout)
 {
     Diagnostics diagnostics(layout);

@@ -115,8 +115,8 @@ int countSeparators(const QByteArray &text, int begin, Counts &counts)
     return -1;
 }
 
-// Whether the first two lines have the same number of a separator, at least one. If \a text is only the begin of the
-// file and does not contain both lines, the first line must have very many separators.
+// Whether the first two lines have the same number of a separator, at least one. If \a text is only the beginning of
+// the file and does not contain both lines, the first line must have very many separators.
 bool isCsv(const QByteArray &text, bool isWhole)
 {
     constexpr int veryMany = 100;

@@ -17,7 +17,7 @@ namespace
 
 constexpr char arrow[] = " <span class=\"arrow\">\u2192</span> ";
 
-/// The numbers of characters that two texts have in common at their begin and end, in whole words.
+/// The numbers of characters that two texts have in common at their beginning and end, in whole words.
 struct CommonEnds {
     int front = 0;
     int back = 0;

@@ -610,8 +610,8 @@ private Q_SLOTS:
 
     // answers
 
-    void openedImporterAnswersThroughTheBase_data() { addTwins(); }
-    void openedImporterAnswersThroughTheBase()
+    void openedImporterReturnsItsValuesThroughTheBase_data() { addTwins(); }
+    void openedImporterReturnsItsValuesThroughTheBase()
     {
         QFETCH(QString, importer);
         with(importer, [](auto form) {
@@ -631,8 +631,8 @@ private Q_SLOTS:
         });
     }
 
-    void unopenedImporterAnswersNothing_data() { addTwins(); }
-    void unopenedImporterAnswersNothing()
+    void unopenedImporterReturnsNothing_data() { addTwins(); }
+    void unopenedImporterReturnsNothing()
     {
         QFETCH(QString, importer);
         with(importer, [](auto form) {
@@ -809,7 +809,7 @@ private Q_SLOTS:
         });
     }
 
-    void copiesAnswerTheSameGroupValues_data()
+    void copiesReturnTheSameGroupValues_data()
     {
         QTest::addColumn<QString>("importer");
         QTest::addColumn<bool>("askedBefore");
@@ -818,7 +818,7 @@ private Q_SLOTS:
             QTest::addRow("%s: copied when it was asked", importer) << importer << true;
         }
     }
-    void copiesAnswerTheSameGroupValues()
+    void copiesReturnTheSameGroupValues()
     {
         QFETCH(QString, importer);
         QFETCH(bool, askedBefore);
@@ -1299,8 +1299,8 @@ private Q_SLOTS:
 
     // fields
 
-    void fieldAnswersByTheCodesOfItsItem_data() { addTwins(); }
-    void fieldAnswersByTheCodesOfItsItem()
+    void fieldComparesWithTheCodesOfItsItem_data() { addTwins(); }
+    void fieldComparesWithTheCodesOfItsItem()
     {
         QFETCH(QString, importer);
         with(importer, [](auto form) {
@@ -1691,8 +1691,8 @@ private Q_SLOTS:
         QVERIFY(!provider.getFieldFromRecord("AREA", "HOUSE"));
     }
 
-    void fieldOfTheCommonRecordAnswersToCommonInAnyCase_data() { addTwins(); }
-    void fieldOfTheCommonRecordAnswersToCommonInAnyCase()
+    void fieldOfTheCommonRecordMatchesCommonInAnyCase_data() { addTwins(); }
+    void fieldOfTheCommonRecordMatchesCommonInAnyCase()
     {
         QFETCH(QString, importer);
         with(importer, [](auto form) {
@@ -1709,8 +1709,8 @@ private Q_SLOTS:
         });
     }
 
-    void fieldWithoutGroupAnswersToAnyRecord_data() { addTwins(); }
-    void fieldWithoutGroupAnswersToAnyRecord()
+    void fieldWithoutGroupMatchesAnyRecord_data() { addTwins(); }
+    void fieldWithoutGroupMatchesAnyRecord()
     {
         QFETCH(QString, importer);
         with(importer, [](auto form) {

@@ -1458,7 +1458,7 @@ private Q_SLOTS:
 
     // accessors
 
-    void accessorsFindByIndexAndAnswerNullOutside()
+    void accessorsFindByIndexAndReturnNullOutside()
     {
         OwnedJson dictionary(fullDocument);
         QCOMPARE(dictionary.getItemsCount(), 8);

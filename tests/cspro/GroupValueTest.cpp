@@ -69,7 +69,7 @@ private Q_SLOTS:
         // clang-format off
         QTest::newRow("itself only")                << QStringList{"a=1"}                  << "a=1"  << "a=1";
         QTest::newRow("itself among others")        << QStringList{"a=1", "b=2", "c=3"}    << "b=2"  << "b=2";
-        QTest::newRow("at the begin of an earlier one")  << QStringList{"a=12", "a=1"}     << "a=1"  << "a=12";
+        QTest::newRow("at the beginning of an earlier one") << QStringList{"a=12", "a=1"}  << "a=1"  << "a=12";
         QTest::newRow("in the middle of an earlier one") << QStringList{"xa=12", "a=1"}    << "a=1"  << "xa=12";
         QTest::newRow("at the end of an earlier one")    << QStringList{"xa=1", "a=1"}     << "a=1"  << "xa=1";
         QTest::newRow("in a later one only")        << QStringList{"a=1", "xa=12"}         << "a=1"  << "a=1";
@@ -99,7 +99,7 @@ private Q_SLOTS:
             << QStringList{QStringLiteral("\u00C4"), QStringLiteral("\u00E4")} << QStringLiteral("\u00E4") << QStringLiteral("\u00E4");
         QTest::newRow("not in the list, part of two") << QStringList{"xab", "yab"}         << "ab"   << "xab";
         QTest::newRow("not in the list, begin of one") << QStringList{"b", "abc"}          << "ab"   << "abc";
-        QTest::newRow("not in the list, begin of one and in an earlier one") << QStringList{"xab", "abc"} << "ab" << "xab";
+        QTest::newRow("not in the list, beginning of one and in an earlier one") << QStringList{"xab", "abc"} << "ab" << "xab";
         QTest::newRow("not in the list, longer than all") << QStringList{"a", "ab"}        << "abc"  << QString();
         QTest::newRow("not in the list, in no text") << QStringList{"a", "b"}              << "c"    << QString();
         QTest::newRow("not in the list, in another case") << QStringList{"AB"}             << "b"    << QString();
@@ -150,7 +150,7 @@ private Q_SLOTS:
 
     void nullTextIsInEveryText() { QCOMPARE(groupValue({ "a", "b" }, 1, QString()), QString("a")); }
 
-    void randomListsAnswerAsAScanDoes_data()
+    void randomListsGiveTheResultsOfAScan_data()
     {
         QTest::addColumn<QString>("alphabet");
         QTest::addColumn<int>("longest");
@@ -163,7 +163,7 @@ private Q_SLOTS:
         // Halves of the characters beyond 16 bits, in and out of their pairs.
         QTest::newRow("surrogates") << QStringLiteral("a\U0001F600\U0001F601") << 6 << 8;
     }
-    void randomListsAnswerAsAScanDoes()
+    void randomListsGiveTheResultsOfAScan()
     {
         QFETCH(QString, alphabet);
         QFETCH(int, longest);
@@ -208,7 +208,7 @@ private Q_SLOTS:
     }
 
     // Complete searches would examine half of the list on average: about 10^9 comparisons of texts.
-    void longListOfEverShorterTextsAnswersQuickly()
+    void longListOfEverShorterTextsIsSearchedQuickly()
     {
         constexpr int count = 100000;
         constexpr int longest = 40;
@@ -229,7 +229,7 @@ private Q_SLOTS:
     }
 
     // Compared from their ends, these texts differ from each part of a longer text only in their first characters.
-    void longTextsThatNearlyFitAnswerQuickly()
+    void longTextsThatNearlyFitAreSearchedQuickly()
     {
         constexpr int count = 3000;
         QStringList list;

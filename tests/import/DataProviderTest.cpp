@@ -806,7 +806,7 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::pointers(provider), pointers);
     }
 
-    void movedProviderWithoutListsStillAnswers()
+    void movedProviderWithoutListsCanStillBeUsed()
     {
         Filled filled({ "AGE" });
         TVpDataProvider moved(std::move(filled.provider));

@@ -315,7 +315,7 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::isString(FakeField(nullptr, "A", eVanVarType(type))), expected);
     }
 
-    void getAsStringAnswersByStateAndThenByType_data()
+    void getAsStringDependsOnTheStateAndThenOnTheType_data()
     {
         QTest::addColumn<QString>("states");
         QTest::addColumn<int>("type");
@@ -335,7 +335,7 @@ private Q_SLOTS:
         QTest::newRow("unknown type")         << ""    << 4 << ""   << all;
         // clang-format on
     }
-    void getAsStringAnswersByStateAndThenByType()
+    void getAsStringDependsOnTheStateAndThenOnTheType()
     {
         QFETCH(QString, states);
         QFETCH(int, type);
@@ -407,7 +407,7 @@ private Q_SLOTS:
         QCOMPARE(TestAccess::getAsString(field), QString("  a "));
     }
 
-    void getAsFloatAnswersByType_data()
+    void getAsFloatDependsOnTheType_data()
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("text");
@@ -425,7 +425,7 @@ private Q_SLOTS:
         QTest::newRow("unknown type")            << 9 << "5"     << 0.0;
         // clang-format on
     }
-    void getAsFloatAnswersByType()
+    void getAsFloatDependsOnTheType()
     {
         QFETCH(int, type);
         QFETCH(QString, text);
@@ -467,7 +467,7 @@ private Q_SLOTS:
         QCOMPARE(field.questions, QStringList({ "missing", "missing" }));
     }
 
-    void getAsIntegerAnswersByType_data()
+    void getAsIntegerDependsOnTheType_data()
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("text");
@@ -495,7 +495,7 @@ private Q_SLOTS:
         QTest::newRow("unknown type")                  << 7 << "12"    << 1.0    << 0;
         // clang-format on
     }
-    void getAsIntegerAnswersByType()
+    void getAsIntegerDependsOnTheType()
     {
         QFETCH(int, type);
         QFETCH(QString, text);

@@ -94,7 +94,7 @@ QJsonObject elementOf(const QByteArray &section, const QJsonObject &layout)
     return layout;
 }
 
-// JSON text of a member; empty where it is omitted.
+// JSON text of a member; empty if it is omitted.
 QByteArray memberOf(const QJsonObject &object, const QString &key)
 {
     if (!object.contains(key))

@@ -194,10 +194,10 @@ void CSProTextValuesTest::notePiecesEndInABlankOrALineFeed_data()
     row("text", "a", "a ");
     row("four characters at the end", "a\\r\\n", "a\n");
     row("four characters within", "a\\r\\nb", "a\nb ");
-    row("four characters at the begin", "\\r\\na", "\na ");
+    row("four characters at the beginning", "\\r\\na", "\na ");
     row("twice", "\\r\\n\\r\\n", "\n\n");
     row("half of them", "a\\r b\\n", "a\\r b\\n ");
-    row("tilde at the begin", "~a", " a ");
+    row("tilde at the beginning", "~a", " a ");
     row("only one tilde", "~~a~", " ~a~ ");
     row("tilde only", "~", "  ");
     row("tilde after the line feed", "\\r\\n~a", "\n~a ");

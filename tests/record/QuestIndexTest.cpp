@@ -12,8 +12,8 @@ private Q_SLOTS:
     void typeOfLineIsCutFromZero();
     void countRecordsCountsTheLinesOfThatType_data();
     void countRecordsCountsTheLinesOfThatType();
-    void findRecordAnswersTheCodeNotTheLine_data();
-    void findRecordAnswersTheCodeNotTheLine();
+    void findRecordReturnsTheCodeNotTheLine_data();
+    void findRecordReturnsTheCodeNotTheLine();
     void missingLinesCountAsNoLines();
     void askingChangesNothing();
 };
@@ -111,7 +111,7 @@ void QuestIndexTest::countRecordsCountsTheLinesOfThatType()
     QCOMPARE(indexOf(lines).countRecords(type), count);
 }
 
-void QuestIndexTest::findRecordAnswersTheCodeNotTheLine_data()
+void QuestIndexTest::findRecordReturnsTheCodeNotTheLine_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<int>("occurrence");
@@ -130,7 +130,7 @@ void QuestIndexTest::findRecordAnswersTheCodeNotTheLine_data()
     // clang-format on
 }
 
-void QuestIndexTest::findRecordAnswersTheCodeNotTheLine()
+void QuestIndexTest::findRecordReturnsTheCodeNotTheLine()
 {
     QFETCH(QString, type);
     QFETCH(int, occurrence);

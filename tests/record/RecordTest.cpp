@@ -367,8 +367,8 @@ private Q_SLOTS:
     void assemblingCountsLinesOfTheEmptyTypeForEachReference_data();
     void assemblingCountsLinesOfTheEmptyTypeForEachReference();
     void assemblingWithoutAListOfReferencesCountsNoLines();
-    void assemblingWithAKeyAnswersTheTextWhateverKeyAndReferences_data();
-    void assemblingWithAKeyAnswersTheTextWhateverKeyAndReferences();
+    void assemblingWithAKeyReturnsTheTextWhateverKeyAndReferences_data();
+    void assemblingWithAKeyReturnsTheTextWhateverKeyAndReferences();
 
     // the check, from the record where it starts
     void checkGivesOneTextForEachLineOfTheRecord_data();
@@ -1276,7 +1276,7 @@ void RecordTest::assemblingWithoutAListOfReferencesCountsNoLines()
     QCOMPARE(questionnaire.index.status, Questionnaire::untouched);
 }
 
-void RecordTest::assemblingWithAKeyAnswersTheTextWhateverKeyAndReferences_data()
+void RecordTest::assemblingWithAKeyReturnsTheTextWhateverKeyAndReferences_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<int>("references");
@@ -1290,7 +1290,7 @@ void RecordTest::assemblingWithAKeyAnswersTheTextWhateverKeyAndReferences_data()
     // clang-format on
 }
 
-void RecordTest::assemblingWithAKeyAnswersTheTextWhateverKeyAndReferences()
+void RecordTest::assemblingWithAKeyReturnsTheTextWhateverKeyAndReferences()
 {
     QFETCH(QString, key);
     QFETCH(int, references);

@@ -118,7 +118,7 @@ private Q_SLOTS:
         QVERIFY(isWithoutMemory(text));
     }
 
-    void emptyAnswerIsNotNull_data()
+    void emptyResultIsNotNull_data()
     {
         addTextColumns();
         const TVpRecord record;
@@ -148,7 +148,7 @@ private Q_SLOTS:
         addTexts("answer", "\"t\r\n\"", { { "check", checked("1", Questionnaire({ "1" }, "t")) } });
         addTexts("answer", "\"1\"", { { "findRecord", Questionnaire({ "1" }).findRecord("1", 0) } });
     }
-    void emptyAnswerIsNotNull()
+    void emptyResultIsNotNull()
     {
         QFETCH(QString, text);
         QTEST(stateOf(text), "state");

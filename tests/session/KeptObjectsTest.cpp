@@ -108,7 +108,7 @@ private Q_SLOTS:
         QCOMPARE(gone, QStringList({ "of the second", "of the target" }));
     }
 
-    // In the order in which it was made, the last first.
+    // The objects are freed in the reverse order of the assignments.
     void allFormerAssignmentsStayWithinReach()
     {
         KeptObjects target;

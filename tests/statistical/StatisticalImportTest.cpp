@@ -144,7 +144,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("endsThePass");
         QTest::newRow("stata, labels") << false << true << true;
         QTest::newRow("stata, variables") << false << false << true;
-        QTest::newRow("spss, labels") << true << true << false; // ReadStat goes on to the labels that follow
+        QTest::newRow("spss, labels") << true << true << false; // ReadStat continues with the labels that follow
         QTest::newRow("spss, variables") << true << false << true;
     }
     void exceptionInAHandlerIsRaisedAfterThePass()

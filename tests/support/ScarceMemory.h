@@ -33,7 +33,7 @@ inline void releaseBlock(void *block) noexcept
     std::free(block);
 }
 
-/// Runs \a work again and again, with one block more each time, until it succeeds. Returns how often it failed.
+/// Runs \a work repeatedly, with one block more each time, until it succeeds. Returns how often it failed.
 template <typename Work> int runShort(Work work)
 {
     for (int failures = 0;; ++failures) {

@@ -63,7 +63,7 @@ int writeProgram(const LoadCall &call, const LoadProgram &program, const QString
         return writeInto(output, program, input);
     if (program.files.size() == 1)
         return write(program.files.constFirst(), output, input);
-    complain(QString(), QStringLiteral("several files are written into a directory; name it by -o DIRECTORY"));
+    complain(QString(), QStringLiteral("several files are written into a directory; name it with -o DIRECTORY"));
     return statusNoAnswer;
 }
 
