@@ -139,7 +139,7 @@ private:
         for (const PlannedColumn &column : table.columns) {
             if (column.role != ColumnRole::Id)
                 continue;
-            keys.append(sqlWithoutSpecials(plan, column, sqlName(column.name)));
+            keys.append(sqlWithoutSpecials(plan, column, { sqlName(column.name), {}, 0 }));
             columns.append(keys.constLast() + " AS " + sqlName(column.name));
         }
         const QByteArray partition = keys.isEmpty() ? QByteArray() : "PARTITION BY " + keys.join(", ") + ' ';
@@ -175,7 +175,7 @@ private:
         QByteArrayList columns;
         for (const PlannedColumn &column : table.columns) {
             const QByteArray name = sqlName(column.name);
-            columns.append(column.role == ColumnRole::Item ? sqlWithoutSpecials(plan, column, name) : name);
+            columns.append(column.role == ColumnRole::Item ? sqlWithoutSpecials(plan, column, { name, {}, 0 }) : name);
         }
         return "SELECT\n" + sqlList(columns, 2) + "\nFROM fields ORDER BY " + lineNumber
             + (table.isItemTable() ? ", item_occ;\n" : ";\n");

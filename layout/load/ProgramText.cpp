@@ -22,7 +22,7 @@ QByteArray valueOf(const QByteArray &name, const std::vector<PartValue> &values)
 
 bool isAbsolute(const QString &path)
 {
-    const bool hasDrive = path.size() > 1 && path.at(1) == QLatin1Char(':');
+    const bool hasDrive = path.size() > 1 && path.at(1) == QLatin1Char(':') && path.at(0).isLetter();
     return hasDrive || path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1Char('\\'));
 }
 

@@ -27,24 +27,29 @@ QByteArray literal(QString part)
     return '\'' + part.toUtf8() + '\'';
 }
 
-bool isOneCode(const SpecialRule &rule)
+// A number times a power of ten, exactly.
+QByteArray shifted(const QString &number, int places)
 {
-    return rule.low == rule.high;
+    QByteArray digits = number.toUtf8();
+    int mark = digits.indexOf('.');
+    if (mark < 0)
+        mark = digits.size();
+    else
+        digits.remove(mark, 1);
+    while (digits.size() < mark + places)
+        digits += '0';
+    return mark + places < digits.size() ? digits.insert(mark + places, '.') : digits;
 }
 
 // The condition for one rule.
-QByteArray condition(const SpecialRule &rule, const PlannedColumn &column, const QByteArray &value)
+QByteArray condition(const SpecialRule &rule, const PlannedColumn &column, const SqlCell &cell)
 {
     if (!column.isNumber())
-        return value + " = " + sqlText(rule.low);
-    if (isOneCode(rule))
-        return value + " = " + rule.low.toUtf8();
-    return value + " BETWEEN " + rule.low.toUtf8() + " AND " + rule.high.toUtf8();
-}
-
-bool isMissing(const SpecialRule &rule)
-{
-    return rule.outcome != CellOutcome::Value;
+        return cell.value + " = " + sqlText(rule.low);
+    const QByteArray low = shifted(rule.low, cell.shift);
+    if (rule.low == rule.high)
+        return cell.value + " = " + low;
+    return cell.value + " BETWEEN " + low + " AND " + shifted(rule.high, cell.shift);
 }
 
 QByteArray orNull(const QString &text)
@@ -127,19 +132,17 @@ QByteArray sqlField(const PlannedTable &table, const PlannedColumn &column, cons
     return "substr(" + line + ", " + start + ", " + QByteArray::number(column.length) + ')';
 }
 
-QByteArray sqlWithoutSpecials(const LoadPlan &plan, const PlannedColumn &column, const QByteArray &value)
+QByteArray sqlWithoutSpecials(const LoadPlan &plan, const PlannedColumn &column, const SqlCell &cell)
 {
+    const QByteArray result = cell.result.isEmpty() ? cell.value : cell.result;
     if (column.codes < 0 || plan.codes.at(column.codes).specials.isEmpty())
-        return value;
-    const QVector<SpecialRule> &rules = plan.codes.at(column.codes).specials;
+        return result;
     QByteArray cases = "CASE";
-    for (int i = 0; i < rules.size(); ++i) {
-        const bool isFirst = i == 0 || isMissing(rules.at(i)) != isMissing(rules.at(i - 1));
-        cases += (isFirst ? "\n      WHEN " : "\n        OR ") + condition(rules.at(i), column, value);
-        if (i + 1 == rules.size() || isMissing(rules.at(i)) != isMissing(rules.at(i + 1)))
-            cases += " THEN " + (isMissing(rules.at(i)) ? QByteArrayLiteral("NULL") : value);
+    for (const SpecialRule &rule : plan.codes.at(column.codes).specials) {
+        const bool isMissing = rule.outcome != CellOutcome::Value;
+        cases += "\n      WHEN " + condition(rule, column, cell) + " THEN " + (isMissing ? "NULL" : result);
     }
-    return cases + "\n      ELSE " + value + " END";
+    return cases + "\n      ELSE " + result + " END";
 }
 
 QByteArray sqlCodeColumns()

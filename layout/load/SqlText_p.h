@@ -34,8 +34,15 @@ QByteArray freeColumn(const PlannedTable &table, const QString &wanted);
 /// The characters of a column in an expression for a line. In an item table the item's columns depend on `item_occ`.
 QByteArray sqlField(const PlannedTable &table, const PlannedColumn &column, const QByteArray &line);
 
-/// Without the rules of the column, \a value itself; else an expression that is NULL for special codes.
-QByteArray sqlWithoutSpecials(const LoadPlan &plan, const PlannedColumn &column, const QByteArray &value);
+/// The expressions of a cell.
+struct SqlCell {
+    QByteArray value;  ///< compared with the codes
+    QByteArray result; ///< the cell itself; empty if it is the value
+    int shift = 0;     ///< the value is the number times this power of ten
+};
+
+/// An expression for a cell that is NULL for special codes.
+QByteArray sqlWithoutSpecials(const LoadPlan &plan, const PlannedColumn &column, const SqlCell &cell);
 
 /// The columns of the table of codes, as in CREATE TABLE.
 QByteArray sqlCodeColumns();

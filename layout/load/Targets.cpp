@@ -5,6 +5,7 @@
 #include "PostgresqlProgram_p.h"
 #include "RProgram_p.h"
 #include "SpssProgram_p.h"
+#include "SqliteProgram_p.h"
 #include "StataProgram_p.h"
 
 namespace vanlayout
@@ -32,6 +33,19 @@ TargetRules script(LoadTarget target, const char *word, QVector<LoadFile> (*writ
 const QVector<TargetRules> &targetRules()
 {
     static const QVector<TargetRules> rules = {
+        { LoadTarget::Sqlite,
+          "sqlite",
+          NameCharacters::All,
+          NameStart::Any,
+          NameCase::Ignored,
+          {},
+          {},
+          {},
+          isNeverReserved,
+          isReservedInSqlite,
+          sqliteProgram,
+          false,
+          1900 },
         { LoadTarget::Postgresql,
           "postgresql",
           NameCharacters::All,

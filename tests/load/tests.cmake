@@ -4,6 +4,7 @@ van_add_test(load/LoadScriptsTest.cpp)
 # Load programs: each one loads a generated survey in its engine, and a loader of the tests makes the same tables.
 find_program(VAN_PYTHON python3)
 find_program(VAN_PSPP pspp)
+find_program(VAN_SQLITE sqlite3)
 find_program(VAN_RSCRIPT Rscript)
 
 # The first Python of these that has pandas.
@@ -28,6 +29,9 @@ endfunction()
 
 if(VAN_PYTHON)
     van_add_load_test(LoadComparison comparetest.py)
+    if(VAN_SQLITE)
+        van_add_load_test(LoadSqlite run_sqlite.py ${VAN_SQLITE})
+    endif()
     van_add_load_test(LoadStata run_stata.py)
     if(VAN_PSPP)
         van_add_load_test(LoadSpss run_spss.py ${VAN_PSPP})

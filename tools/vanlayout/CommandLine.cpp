@@ -415,7 +415,10 @@ private:
                            [this](int, char **) { return exportLayouts(exportOptions); }),
                        exportOptions);
         describeLoad(add("load", "Write the program that loads the data of the dictionary FILE.",
-                         "  vanlayout load --help", [this](int, char **) { return writeLoadProgram(loadCall); }),
+                         "  vanlayout load --to sqlite census.dcf > census.sql\n"
+                         "  vanlayout load --to r --data census.dat -o programs census.dcf\n"
+                         "  vanlayout load --to spss --records PERSON --specials keep -o programs census.dcf",
+                         [this](int, char **) { return writeLoadProgram(loadCall); }),
                      loadCall);
     }
 

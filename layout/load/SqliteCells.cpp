@@ -1,0 +1,143 @@
+#include "SqliteCells_p.h"
+
+#include "SqlText_p.h"
+
+#include <algorithm>
+#include <map>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr int maxIntegerDigits = 18;
+
+// The places of a line that a decimal mark may have.
+enum class Place { Digit, Mark };
+using Places = std::map<int, Place>;
+
+bool hasWrittenMark(const PlannedColumn &column)
+{
+    return column.type == CellType::Decimal && column.item->decimalMark && column.decimals + 1 < column.length;
+}
+
+// Characters of the line from a 1-based column of the first occurrence.
+QByteArray part(const PlannedTable &table, int start, int length)
+{
+    QByteArray place = QByteArray::number(start);
+    if (table.isItemTable())
+        place += " + (k - 1) * " + QByteArray::number(table.step);
+    return "substr(l, " + place + ", " + QByteArray::number(length) + ')';
+}
+
+QByteArray whole(const PlannedTable &table, const PlannedColumn &column)
+{
+    return part(table, column.start, column.length);
+}
+
+QByteArray textCell(const PlannedTable &table, const PlannedColumn &column)
+{
+    return "rtrim(" + whole(table, column) + ", ' ')";
+}
+
+// The digits around a mark at its usual place; a text for a second look if the mark is not there.
+QByteArray markedCell(const PlannedTable &table, const PlannedColumn &column)
+{
+    const int end = column.start + column.length;
+    const int mark = end - column.decimals - 1;
+    return "CASE\n      WHEN " + part(table, mark, 1) + " <> ' ' AND " + part(table, mark + 1, column.decimals)
+        + " >= '0' AND " + part(table, end - 1, 1) + " >= '0'\n        THEN "
+        + part(table, column.start, mark - column.start) + " || " + part(table, mark + 1, column.decimals)
+        + "\n      WHEN trim(" + whole(table, column) + ", ' ') <> '' THEN '=' || " + whole(table, column) + " END";
+}
+
+Places placesOf(const QVector<PlannedColumn> &columns)
+{
+    Places places;
+    for (const PlannedColumn &column : columns) {
+        const int mark = hasWrittenMark(column) ? column.start + column.length - column.decimals - 1 : 0;
+        for (int i = 0; column.isNumber() && i < column.length; ++i) {
+            const Place place = column.start + i == mark ? Place::Mark : Place::Digit;
+            // Where a mark of one number is a digit of another, it is none.
+            const auto [known, isNew] = places.emplace(column.start + i, place);
+            if (!isNew && place == Place::Digit)
+                known->second = Place::Digit;
+        }
+    }
+    return places;
+}
+
+// Matches the places of one pattern; characters between them are any.
+QByteArray pattern(Places::const_iterator first, Places::const_iterator end)
+{
+    QByteArray text;
+    int next = first->first;
+    for (Places::const_iterator place = first; place != end; ++place) {
+        text += QByteArray(place->first - next, '?') + (place->second == Place::Mark ? "[., ]" : "[-+0-9 ]");
+        next = place->first + 1;
+    }
+    return text;
+}
+
+} // namespace
+
+QByteArray sqliteTypeOfCells(const PlannedColumn &column)
+{
+    if (!column.isNumber())
+        return QByteArrayLiteral("TEXT");
+    return column.length > maxIntegerDigits ? QByteArrayLiteral("REAL") : QByteArrayLiteral("INTEGER");
+}
+
+QByteArray sqlitePlainCell(const PlannedTable &table, const PlannedColumn &column)
+{
+    constexpr int longestBlanks = 100;
+    if (!column.isNumber())
+        return textCell(table, column);
+    if (hasWrittenMark(column))
+        return markedCell(table, column);
+    if (column.length > longestBlanks)
+        return "nullif(trim(" + whole(table, column) + ", ' '), '')";
+    return "nullif(" + whole(table, column) + ", '" + QByteArray(column.length, ' ') + "')";
+}
+
+QByteArray sqliteOtherCell(const PlannedTable &table, const PlannedColumn &column)
+{
+    if (!column.isNumber())
+        return textCell(table, column);
+    const QByteArray text = whole(table, column);
+    const QByteArray digits
+        = hasWrittenMark(column) ? QByteArray() : "\n      WHEN " + text + " NOT GLOB '*[^-+0-9 ]*' THEN " + text;
+    return "CASE\n      WHEN trim(" + text + ", ' ') = '' THEN NULL" + digits + "\n      ELSE '=' || " + text + " END";
+}
+
+QByteArray sqliteIsPlain(const PlannedTable &table, const QVector<PlannedColumn> &columns)
+{
+    constexpr int maxGap = 8;
+    constexpr int maxPattern = 70; // characters of the line
+    const Places places = placesOf(columns);
+    QByteArrayList conditions;
+    for (Places::const_iterator first = places.begin(); first != places.end();) {
+        Places::const_iterator end = first;
+        int last = first->first;
+        while (end != places.end() && end->first - last <= maxGap && end->first - first->first < maxPattern)
+            last = (end++)->first;
+        conditions.append(part(table, first->first, last - first->first + 1) + " GLOB\n    '" + pattern(first, end)
+                          + '\'');
+        first = end;
+    }
+    return sqliteJoined(conditions, "\n    AND ");
+}
+
+QByteArray sqliteJoined(const QByteArrayList &terms, const char *separator)
+{
+    constexpr int maxTerms = 100;
+    if (terms.size() <= maxTerms)
+        return terms.join(separator);
+    QByteArrayList groups;
+    for (int i = 0; i < terms.size(); i += maxTerms)
+        groups.append('(' + terms.mid(i, maxTerms).join(separator) + ')');
+    return sqliteJoined(groups, separator);
+}
+
+} // namespace vanlayout

@@ -1,0 +1,35 @@
+#ifndef LAYOUT_LOAD_SQLITECELLS_P_H
+#define LAYOUT_LOAD_SQLITECELLS_P_H
+
+#include "load/Plan_p.h"
+
+#include <QByteArray>
+#include <QByteArrayList>
+
+/// How the SQLite program cuts cells from a line.
+///
+/// A number is first kept as a whole number times the power of ten of its decimals. A column with the type INTEGER
+/// or REAL makes a number of each text that is one; in lines where numbers have digits, blanks and signs only, these
+/// are exactly the numbers of CSPro. Any other text stays as it is, for a second look.
+namespace vanlayout
+{
+
+/// The type of the column that first takes the cells.
+QByteArray sqliteTypeOfCells(const PlannedColumn &column);
+
+/// An expression for the cell of a plain line.
+QByteArray sqlitePlainCell(const PlannedTable &table, const PlannedColumn &column);
+
+/// An expression for the cell of any line: numbers with other characters than digits become texts that begin with `=`.
+QByteArray sqliteOtherCell(const PlannedTable &table, const PlannedColumn &column);
+
+/// A condition that is true for plain lines: each place of a number has a digit, a blank, a sign, or the decimal mark
+/// where the column has one. Empty if the columns are no numbers.
+QByteArray sqliteIsPlain(const PlannedTable &table, const QVector<PlannedColumn> &columns);
+
+/// The terms joined by an operator such as " OR ", in groups, because SQLite limits the depth of expressions.
+QByteArray sqliteJoined(const QByteArrayList &terms, const char *separator);
+
+} // namespace vanlayout
+
+#endif

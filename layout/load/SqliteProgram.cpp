@@ -1,0 +1,396 @@
+#include "SqliteProgram_p.h"
+
+#include "Head_p.h"
+#include "ProgramText_p.h"
+#include "SqlText_p.h"
+#include "SqliteCells_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+// An argument of a command of the sqlite3 program in double quotes.
+QByteArray shellArgument(QString text)
+{
+    text.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('"'), QLatin1String("\\\""));
+    text.replace(QLatin1Char('\n'), QLatin1String("\\n")).replace(QLatin1Char('\r'), QLatin1String("\\r"));
+    return '"' + text.toUtf8() + '"';
+}
+
+// Tables are made in the opened database, also if a temporary table has the same name.
+QByteArray mainTable(const QString &name)
+{
+    return "main." + sqlName(name);
+}
+
+QByteArray typeOf(const PlannedColumn &column)
+{
+    if (column.isMade())
+        return QByteArrayLiteral("INTEGER");
+    return column.type == CellType::Decimal ? QByteArrayLiteral("REAL") : sqliteTypeOfCells(column);
+}
+
+QByteArray blankLine(const QByteArray &line)
+{
+    return "trim(" + line + ", ' ') = ''";
+}
+
+bool canBeErased(const LoadPlan &plan)
+{
+    return !plan.recordType || plan.recordType->start != 1;
+}
+
+QByteArray markField(const LoadPlan &plan)
+{
+    return "rtrim(substr(l, " + QByteArray::number(plan.recordType->start) + ", "
+        + QByteArray::number(plan.recordType->length) + "), ' ')";
+}
+
+QByteArray withoutBlanks(QByteArray mark)
+{
+    while (mark.endsWith(' '))
+        mark.chop(1);
+    return mark;
+}
+
+// True for the lines of a table. CSPro begins an erased line with `~`.
+QByteArray isOfTable(const LoadPlan &plan, const PlannedTable &table)
+{
+    QByteArrayList conditions;
+    const QString mark = QString::fromUtf8(withoutBlanks(table.mark.toUtf8()));
+    if (plan.recordType)
+        conditions.append(markField(plan) + " = " + sqlText(mark));
+    if (mark.isEmpty())
+        conditions.append("NOT " + blankLine("l"));
+    if (canBeErased(plan))
+        conditions.append("substr(l, 1, 1) <> '~'");
+    return conditions.join(" AND ");
+}
+
+/// Writes the statements of one table.
+class TableWriter
+{
+public:
+    TableWriter(const LoadPlan &loadPlan, int index)
+        : plan(loadPlan)
+        , table(loadPlan.tables.at(index))
+        , number(index)
+        , recordNumber(table.isItemTable() ? table.recordTable : index)
+    {
+        for (const PlannedColumn &column : table.columns) {
+            const bool isCut = !column.isMade() && (!table.isItemTable() || column.role == ColumnRole::Item);
+            if (isCut)
+                cut.append(column);
+        }
+    }
+
+    QByteArray text() const
+    {
+        return "\n-- " + comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment()).mid(3) + stage()
+            + fill() + texts() + (table.hasOccurrence && !table.isItemTable() ? occurrences() : QByteArray()) + create()
+            + insert() + messages();
+    }
+
+    QByteArray dropped() const
+    {
+        return "DROP TABLE IF EXISTS temp." + rows() + ";\n"
+            + (table.hasOccurrence && !table.isItemTable() ? "DROP TABLE IF EXISTS temp." + occ() + ";\n"
+                                                           : QByteArray());
+    }
+
+private:
+    QByteArray rows() const { return "load_rows_" + QByteArray::number(number + 1); }
+    QByteArray occ() const { return "load_occ_" + QByteArray::number(recordNumber + 1); }
+    static QByteArray cell(int index) { return 'c' + QByteArray::number(index + 1); }
+
+    bool hasNumbers() const
+    {
+        return std::any_of(cut.begin(), cut.end(), [](const PlannedColumn &column) { return column.isNumber(); });
+    }
+
+    // The rows with the cells as they are cut from the lines.
+    QByteArray stage() const
+    {
+        QByteArrayList columns = { "row INTEGER PRIMARY KEY" };
+        for (int i = 0; i < cut.size(); ++i)
+            columns.append(cell(i) + ' ' + sqliteTypeOfCells(cut.at(i)));
+        return dropped() + "CREATE TEMP TABLE " + rows() + " (\n" + sqlList(columns, 2) + ");\n";
+    }
+
+    QByteArray source() const
+    {
+        const QByteArray lines = "  FROM temp.load_lines";
+        if (!table.isItemTable())
+            return lines + " WHERE " + isOfTable(plan, table);
+        const QByteArray times = QByteArray::number(table.occurrences);
+        return lines + " CROSS JOIN temp.load_occurrences WHERE k <= " + times + " AND " + isOfTable(plan, table)
+            + "\n    AND NOT "
+            + blankLine("substr(l, " + QByteArray::number(table.start) + " + (k - 1) * "
+                        + QByteArray::number(table.step) + ", " + QByteArray::number(table.length) + ')');
+    }
+
+    QByteArray rowNumber() const
+    {
+        if (!table.isItemTable())
+            return QByteArrayLiteral("load_lines.rowid");
+        return "load_lines.rowid * " + QByteArray::number(table.occurrences) + " + k - 1";
+    }
+
+    QByteArray fillWith(QByteArray (*cellOf)(const PlannedTable &, const PlannedColumn &),
+                        const QByteArray &condition) const
+    {
+        QByteArrayList cells = { rowNumber() };
+        for (const PlannedColumn &column : cut)
+            cells.append(cellOf(table, column));
+        return "INSERT INTO temp." + rows() + " SELECT\n" + sqlList(cells, 4) + '\n' + source() + condition + ";\n";
+    }
+
+    QByteArray fill() const
+    {
+        if (!hasNumbers())
+            return fillWith(sqliteOtherCell, {});
+        return "-- Lines whose numbers are digits, signs and blanks, then all others.\n"
+            + fillWith(sqlitePlainCell, "\n    AND " + sqliteIsPlain(table, cut))
+            + fillWith(sqliteOtherCell, "\n    AND " + rowNumber() + " NOT IN (SELECT row FROM temp." + rows() + ')');
+    }
+
+    // Reads the texts that were not simply numbers.
+    QByteArray texts() const
+    {
+        if (!hasNumbers())
+            return {};
+        return collectTexts() + programPart("sqlite/numbers.sql").mid(1) + putBack();
+    }
+
+    QByteArray collectTexts() const
+    {
+        QByteArrayList areTexts;
+        QByteArrayList columns;
+        QByteArrayList parts;
+        for (int i = 0; i < cut.size(); ++i) {
+            if (!cut.at(i).isNumber())
+                continue;
+            const QByteArray isText = "typeof(" + cell(i) + ") = 'text'";
+            const QByteArray id = QByteArray::number(i + 1);
+            areTexts.append(isText);
+            columns.append('(' + id + ", " + sqlText(cut.at(i).name) + ", " + QByteArray::number(cut.at(i).decimals)
+                           + ')');
+            parts.append("SELECT " + id + ", row, " + cell(i) + ", NULL FROM temp." + rows()
+                         + " WHERE row IN (SELECT row FROM temp.load_text_rows) AND " + isText);
+        }
+        return "-- Texts in columns of numbers get a second look.\nDELETE FROM temp.load_text_rows;\n"
+               "INSERT INTO temp.load_text_rows SELECT row FROM temp."
+            + rows() + "\n  WHERE " + sqliteJoined(areTexts, "\n    OR ")
+            + ";\nDELETE FROM temp.load_columns;\nINSERT INTO temp.load_columns VALUES\n" + sqlList(columns, 2)
+            + ";\nDELETE FROM temp.load_texts;\n" + collectParts(parts);
+    }
+
+    // SQLite limits the number of queries in one statement.
+    static QByteArray collectParts(const QByteArrayList &parts)
+    {
+        constexpr int maxQueries = 400;
+        QByteArray statements;
+        for (int i = 0; i < parts.size(); i += maxQueries)
+            statements += "INSERT INTO temp.load_texts\n  " + parts.mid(i, maxQueries).join("\n  UNION ALL ") + ";\n";
+        return statements;
+    }
+
+    QByteArray putBack() const
+    {
+        QByteArrayList columns;
+        for (int i = 0; i < cut.size(); ++i) {
+            const QByteArray name = cell(i);
+            if (cut.at(i).isNumber())
+                columns.append(name + " = CASE typeof(" + name
+                               + ") WHEN 'text' THEN (SELECT number FROM temp.load_texts t WHERE t.column = "
+                               + QByteArray::number(i + 1) + " AND t.row = " + rows() + ".row) ELSE " + name + " END");
+        }
+        return "UPDATE temp." + rows() + " SET\n" + sqlList(columns, 4)
+            + "\n  WHERE row IN (SELECT row FROM temp.load_text_rows);\n";
+    }
+
+    // The number of each record within its case, wherever its lines are.
+    QByteArray occurrences() const
+    {
+        QByteArrayList ids;
+        for (int i = 0; i < cut.size(); ++i) {
+            if (cut.at(i).role == ColumnRole::Id)
+                ids.append(finalCell(cut.at(i), "r." + cell(i)));
+        }
+        const QByteArray partition = ids.isEmpty() ? QByteArray() : "PARTITION BY\n" + sqlList(ids, 4) + "\n    ";
+        return "CREATE TEMP TABLE " + occ() + " (row INTEGER PRIMARY KEY, occ INTEGER);\nINSERT INTO temp." + occ()
+            + "\n  SELECT row, row_number() OVER (" + partition + "ORDER BY row) FROM temp." + rows() + " r;\n";
+    }
+
+    QByteArray create() const
+    {
+        QByteArray columns;
+        for (int i = 0; i < table.columns.size(); ++i) {
+            const PlannedColumn &column = table.columns.at(i);
+            if (!column.label.isEmpty())
+                columns += comment({ column.label }, { "  -- ", "", "" });
+            columns
+                += "  " + sqlName(column.name) + ' ' + typeOf(column) + (i + 1 < table.columns.size() ? ",\n" : "\n");
+        }
+        return "DROP TABLE IF EXISTS " + mainTable(table.name) + ";\nCREATE TABLE " + mainTable(table.name) + " (\n"
+            + columns + ");\n";
+    }
+
+    // The value of a cell: decimals are divided out, and codes that mean missing are NULL.
+    QByteArray finalCell(const PlannedColumn &column, const QByteArray &value) const
+    {
+        SqlCell result;
+        result.value = value;
+        if (column.type == CellType::Decimal) {
+            result.result = value + " / 1e" + QByteArray::number(column.decimals);
+            result.shift = column.decimals;
+        } else if (sqliteTypeOfCells(column) == "REAL") {
+            result.result = value + " + 0.0"; // no negative zero
+        }
+        return sqlWithoutSpecials(plan, column, result);
+    }
+
+    // The cells of a row of the table; in an item table, the ids are those of the row of the record.
+    QByteArrayList finalCells() const
+    {
+        QByteArrayList cells;
+        int next = 0;
+        int nextId = 0;
+        for (const PlannedColumn &column : table.columns) {
+            if (column.role == ColumnRole::Occurrence)
+                cells.append(QByteArrayLiteral("o.occ"));
+            else if (column.role == ColumnRole::ItemOccurrence)
+                cells.append("t.row % " + QByteArray::number(table.occurrences) + " + 1");
+            else if (table.isItemTable() && column.role == ColumnRole::Id)
+                cells.append(finalCell(column, "r." + cell(nextId++)));
+            else
+                cells.append(finalCell(column, "t." + cell(next++)));
+        }
+        return cells;
+    }
+
+    QByteArray insert() const
+    {
+        QByteArray from = "  FROM temp." + rows() + " t";
+        QByteArray record = QByteArrayLiteral("t.row");
+        if (table.isItemTable()) {
+            record = "t.row / " + QByteArray::number(table.occurrences);
+            from += " CROSS JOIN temp.load_rows_" + QByteArray::number(recordNumber + 1) + " r ON r.row = " + record;
+        }
+        if (table.hasOccurrence)
+            from += " CROSS JOIN temp." + occ() + " o ON o.row = " + record;
+        return "INSERT INTO " + mainTable(table.name) + " SELECT\n" + sqlList(finalCells(), 4) + '\n' + from
+            + " ORDER BY t.row;\n";
+    }
+
+    QByteArray messages() const
+    {
+        QByteArray statements = "INSERT INTO temp.load_messages\n  SELECT " + sqlText(table.name + QLatin1String(": "))
+            + " || count(*) || ' rows' FROM " + mainTable(table.name) + ";\n";
+        if (hasNumbers())
+            statements += "INSERT INTO temp.load_messages\n  SELECT " + sqlText(table.name + QLatin1Char('.'))
+                + " || c.name || ': ' || count(*) || ' values are no numbers'\n"
+                  "  FROM temp.load_texts t JOIN temp.load_columns c USING (column)\n"
+                  "  WHERE t.number IS NULL AND trim(ltrim(t.text, '='), ' ') <> '' GROUP BY c.column ORDER BY "
+                  "c.column;\n";
+        return statements;
+    }
+
+    const LoadPlan &plan;
+    const PlannedTable &table;
+    int number;
+    int recordNumber;
+    QVector<PlannedColumn> cut; ///< columns whose cells are cut from lines for this table
+};
+
+QByteArray head(const LoadPlan &plan)
+{
+    HeadTexts texts;
+    texts.target = QStringLiteral("SQLite");
+    texts.run = QStringList{ QStringLiteral("sqlite3 %1.db < %1.sql").arg(plan.name) };
+    texts.change = QStringList{ QStringLiteral(
+        "The path of the data file is in the line that begins with .import; change it there for another file.") };
+    texts.needs = QStringList{
+        QStringLiteral(
+            "Needs sqlite3 3.34 or later. A second run replaces the tables; a run that fails changes nothing."),
+        QStringLiteral("Blank lines have no rows, and are not counted."),
+    };
+    return programHead(plan, sqlComment(), texts);
+}
+
+QByteArray read(const LoadPlan &plan)
+{
+    // A byte that UTF-8 does not have, or one of the few that windows-1252 does not have.
+    const bool isUtf8 = plan.options.encoding == DataEncoding::Utf8;
+    return programPart(
+               "sqlite/read.sql",
+               { { "separator", isUtf8 ? "376" : "201" }, { "path", shellArgument(safePath(plan.options.data)) } })
+        + programPart(isUtf8 ? "sqlite/utf-8.sql" : "sqlite/windows-1252.sql");
+}
+
+// Lines end in CR LF or LF. Short lines that are otherwise plain are common, so they are filled up.
+QByteArray prepareLines()
+{
+    return QByteArrayLiteral("\n-- Lines may end in CR LF.\n"
+                             "UPDATE temp.load_lines SET l = rtrim(l, char(13)) WHERE substr(l, -1) = char(13);\n");
+}
+
+QByteArray workingTables(const LoadPlan &plan)
+{
+    int occurrences = 1;
+    for (const PlannedTable &table : plan.tables)
+        occurrences = std::max(occurrences, table.occurrences);
+    return programPart("sqlite/working-tables.sql", { { "occurrences", QByteArray::number(occurrences) } });
+}
+
+QByteArray codes(const LoadPlan &plan)
+{
+    const QByteArray table = mainTable(plan.codesName);
+    return "\n-- The labels of the codes. Other programs may have rows in this table.\nCREATE TABLE IF NOT EXISTS "
+        + table + " (" + sqlCodeColumns() + ");\nDELETE FROM " + table + " WHERE table_name IN " + sqlTableNames(plan)
+        + ";\n" + sqlInsertCodes(plan, table);
+}
+
+QByteArray unknownLines(const LoadPlan &plan)
+{
+    QStringList marks;
+    for (const QString &mark : plan.knownMarks)
+        marks.append(QString::fromUtf8(withoutBlanks(mark.toUtf8())));
+    QByteArrayList conditions;
+    if (plan.recordType)
+        conditions.append(markField(plan) + " NOT IN " + sqlTexts(marks));
+    if (canBeErased(plan))
+        conditions.append(QByteArrayLiteral("substr(l, 1, 1) = '~'"));
+    return "\n-- Lines of no record type; CSPro begins erased lines with ~.\nINSERT INTO temp.load_messages\n"
+           "  SELECT n || ' lines of no known record type' FROM (SELECT count(*) AS n FROM temp.load_lines\n    WHERE "
+           "NOT "
+        + blankLine("l") + " AND (" + conditions.join(" OR ") + ")) WHERE n > 0;\n";
+}
+
+} // namespace
+
+QVector<LoadFile> sqliteProgram(const LoadPlan &plan)
+{
+    QByteArray text = head(plan) + read(plan) + prepareLines() + workingTables(plan)
+        + "\n-- Either all tables are replaced, or none.\nBEGIN;\n";
+    QByteArray dropped;
+    for (int i = 0; i < plan.tables.size(); ++i) {
+        const TableWriter table(plan, i);
+        text += table.text();
+        dropped += table.dropped();
+    }
+    text += codes(plan) + unknownLines(plan) + "COMMIT;\n\nSELECT message FROM temp.load_messages ORDER BY rowid;\n\n"
+        + dropped + programPart("sqlite/end.sql");
+    return { { plan.name + QLatin1String(".sql"), text } };
+}
+
+bool isReservedInSqlite(const QString &name)
+{
+    return name.startsWith(QLatin1String("sqlite_"), Qt::CaseInsensitive);
+}
+
+} // namespace vanlayout

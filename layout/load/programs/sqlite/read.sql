@@ -1,0 +1,24 @@
+
+-- The program stops at the first error.
+.bail on
+.headers off
+
+-- Each line of the data file becomes a row. The first separator is a byte that no line has.
+DROP TABLE IF EXISTS temp.load_lines;
+CREATE TEMP TABLE load_lines (l TEXT);
+.mode ascii
+.separator "\<<separator>>" "\n"
+.import <<path>> load_lines
+.mode list
+
+-- A byte-order mark is not part of the first line.
+UPDATE temp.load_lines SET l = CAST(substr(CAST(l AS BLOB), 4) AS TEXT)
+  WHERE rowid = 1 AND substr(CAST(l AS BLOB), 1, 3) = x'EFBBBF';
+
+-- The lines that are not plain ASCII: a character of several bytes, a byte that continues no character, or one that
+-- begins a character that does not follow.
+DROP TABLE IF EXISTS temp.load_wide_lines;
+CREATE TEMP TABLE load_wide_lines AS
+  SELECT rowid AS line, l FROM temp.load_lines
+  WHERE length(l) <> length(CAST(l AS BLOB)) OR instr(l || char(10), char(10)) <> length(l) + 1
+    OR l GLOB '*' || char(65533) || '*';
