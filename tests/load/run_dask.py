@@ -137,7 +137,7 @@ def lines_belong_to_the_block_in_which_they_begin(tool, directory):
         file.write(b"abc\n\ndefgh\r\ni\nlast")
     size = os.path.getsize(path)
     for step in range(1, size + 1):
-        parts = [program.read_range(path, first, min(first + step, size)) for first in range(0, size, step)]
+        parts = [b"".join(program.read_range(path, first, min(first + step, size))) for first in range(0, size, step)]
         frames.same(f"blocks of {step} bytes", b"abc\n\ndefgh\r\ni\nlast", b"".join(parts))
         for first, part in zip(range(0, size, step), parts):
             with open(path, "rb") as file:

@@ -21,55 +21,50 @@ if DIRECTORY not in sys.path:
 program = importlib.import_module(MODULE)
 DATA = program.DATA
 
-BLOCKS_IN_GROUP = 40  # blocks whose cases one task compares
-COUNTS = ('lines', 'blank', 'unknown')
+# The cases of all blocks are compared in groups, one task each, so that no task needs the cases of the whole file. More
+# groups need less memory and more tasks: their number times that of the blocks.
+BLOCKS_IN_GROUP = 4
+MAX_GROUPS = 64
 
 
 # ---------------------------------------------------------------------------------------------------------------------
 # On the workers: blocks of the data file. A line belongs to the block in which it begins.
 
 def read_range(path, first, end):
-    """The lines that begin in this range of bytes."""
+    """Yields the bytes of the lines that begin in this range, some lines at a time."""
     with open(path, 'rb') as file:
         if first > 0:
             # The line that holds the byte before the range began before the range.
             file.seek(first - 1)
             file.readline()
-        length = end - file.tell()
-        if length <= 0:
-            return b''
-        data = file.read(length)
-        if not data.endswith(b'\n'):
-            data += file.readline()
-        return data
+        yield from program.whole_lines(file, file.tell(), end)
 
 
 def read(path, first, end, places=None):
-    return program.read_block(read_range(path, first, end), first == 0, places)
+    return program.read_blocks(read_range(path, first, end), first == 0, places)
 
 
-def cases_of(table, frame):
+def cases_of(table, blocks):
     """The ids of the cases in a table of a block, and the number of rows of each."""
-    names = [column.name for column in program.ids_of(table)]
-    case = pd.Series(program.case_numbers(frame[names]), dtype='int64')
-    cases = frame[names][~case.duplicated()].reset_index(drop=True)
+    columns = {column.name: program.taken(blocks, table, column.name, column.type)
+               for column in program.ids_of(table)}
+    ids = program.id_frame(table, columns, program.row_count(table, blocks))
+    case = pd.Series(program.case_numbers(ids), dtype='int64')
+    cases = ids[~case.duplicated()].reset_index(drop=True)
     return cases.assign(rows=case.value_counts(sort=False).sort_index().to_numpy())
 
 
 def survey(path, first, end, groups):
     """The counts of a block, and for each group the cases of its tables that have the column "occ"."""
-    try:
-        block = read(path, first, end)
-    except program.EncodingError as error:
-        data = read_range(path, first, end)
-        return {'lines': data.count(b'\n'), 'wrong_line': error.line}, [{} for _ in range(groups)]
-    counts = {name: getattr(block, name) for name in COUNTS}
-    counts.update(rows=block.rows, bad=block.bad)
-    frames = program.make_tables([block])
     found = [{} for _ in range(groups)]
+    try:
+        blocks = read(path, first, end)
+    except program.EncodingError as error:
+        return {'wrong_line': error.line}, found
+    counts = {'lines': sum(block.lines for block in blocks), 'total': program.total(blocks)}
     for table in program.TABLES:
         if table.record is None and program.has_occurrences(table):
-            cases = cases_of(table, frames[table.name])
+            cases = cases_of(table, blocks)
             group = group_of(cases.drop(columns='rows'), groups)
             for number in range(groups):
                 found[number][table.name] = cases[group == number]
@@ -86,8 +81,9 @@ def group_of(ids, groups):
 def earlier_rows(parts):
     """For each block, the cases of a group with rows in the blocks before it, and the number of these rows."""
     found = [{} for _ in parts]
-    for name in parts[0]:
-        cases = pd.concat([part[name].assign(block=number) for number, part in enumerate(parts)], ignore_index=True)
+    for name in {name for part in parts for name in part}:
+        cases = pd.concat([part[name].assign(block=number) for number, part in enumerate(parts) if name in part],
+                          ignore_index=True)
         ids = cases.drop(columns=['rows', 'block'])
         case = pd.Series(program.case_numbers(ids))
         cases['rows'] = cases['rows'].groupby(case).cumsum() - cases['rows']
@@ -105,12 +101,12 @@ def joined(parts):
 
 def part_of_table(path, first, end, place, name, earlier):
     """The rows of a block in one table."""
-    return program.make_tables([read(path, first, end, [place])], earlier, [place])[name]
+    return program.make_tables(read(path, first, end, [place]), earlier, [place])[name]
 
 
 def write_part(directory, number, path, first, end, earlier):
     """Writes the rows of a block in all tables."""
-    for name, frame in program.make_tables([read(path, first, end)], earlier).items():
+    for name, frame in program.make_tables(read(path, first, end), earlier).items():
         frame.to_csv(os.path.join(directory, files()[name], f'part-{number:04}.csv'), index=False, encoding='utf-8',
                      lineterminator='\n')
 
@@ -131,7 +127,7 @@ def block_ranges(path, blocksize):
 def surveyed(path, ranges):
     """Reads the file once. Returns the counts of each block, and for each block the cases that began before it. These
     stay with the workers."""
-    groups = (len(ranges) + BLOCKS_IN_GROUP - 1) // BLOCKS_IN_GROUP
+    groups = min((len(ranges) + BLOCKS_IN_GROUP - 1) // BLOCKS_IN_GROUP, MAX_GROUPS)
     found = [dask.delayed(survey, nout=2)(path, first, end, groups) for first, end in ranges]
     compared = [dask.delayed(earlier_rows, nout=len(ranges))([cases[group] for _, cases in found])
                 for group in range(groups)]
@@ -149,10 +145,9 @@ def check_encoding(path, counts):
 
 
 def report_counts(counts):
-    rows = sum((count['rows'] for count in counts), collections.Counter())
-    bad = sum((count['bad'] for count in counts), collections.Counter())
-    for message in program.count_messages(rows, bad, sum(count['unknown'] for count in counts),
-                                          sum(count['blank'] for count in counts)):
+    rows, bad, unknown, blank = zip(*(count['total'] for count in counts))
+    for message in program.count_messages(sum(rows, collections.Counter()), sum(bad, collections.Counter()),
+                                          sum(unknown), sum(blank)):
         print(message, file=sys.stderr)
 
 
@@ -237,7 +232,7 @@ def client_for(address):
     import distributed
     if address:
         return distributed.Client(address)
-    return distributed.Client(host='127.0.0.1', dashboard_address=None)
+    return distributed.Client(host='127.0.0.1', dashboard_address='127.0.0.1:0')
 
 
 def main(arguments):

@@ -1,5 +1,6 @@
 <<head>>
 import collections
+import math
 import os
 import re
 import shutil
@@ -457,11 +458,20 @@ def whole_numbers(values):
     return pd.arrays.IntegerArray(np.asarray(values, np.int64), np.zeros(len(values), bool))
 
 
+def row_count(table, blocks):
+    return sum(block.rows[table.name] for block in blocks)
+
+
+def id_frame(table, columns, rows):
+    """The ids of the rows of a table. Its columns are numbered."""
+    ids = [columns[column.name] for column in ids_of(table)]
+    return pd.DataFrame(dict(enumerate(ids)), index=pd.RangeIndex(rows))
+
+
 def record_columns(table, blocks, earlier):
     columns = {column.name: taken(blocks, table, column.name, column.type) for column in field_columns(table)}
     if has_occurrences(table):
-        ids = pd.DataFrame({column.name: columns[column.name] for column in ids_of(table)},
-                           index=pd.RangeIndex(sum(block.rows[table.name] for block in blocks)))
+        ids = id_frame(table, columns, row_count(table, blocks))
         columns['occ'] = whole_numbers(occurrence_numbers(ids, earlier))
     return columns
 
@@ -506,9 +516,8 @@ def make_tables(blocks, earlier=None, places=None):
             columns = made[place]
         else:
             columns = item_columns(table, blocks, made[table.record])
-        rows = sum(block.rows[table.name] for block in blocks)
         frames[table.name] = pd.DataFrame({column.name: columns[column.name] for column in table.columns},
-                                          index=pd.RangeIndex(rows), copy=False)
+                                          index=pd.RangeIndex(row_count(table, blocks)), copy=False)
         frames[table.name].attrs.update(labels_of(table))
     return frames
 
@@ -552,32 +561,56 @@ class Progress:
             self.next = time.monotonic() + 5
 
 
-def read_blocks(path):
-    progress = Progress(path)
+def whole_lines(file, position=0, end=math.inf):
+    """Yields the bytes of whole lines from the position of a file, some at a time, up to the line that holds the byte
+    before the end."""
+    while position < end:
+        data = file.read(int(min(BLOCK, end - position)))
+        if not data:
+            return
+        if not data.endswith(b'\n'):
+            data += file.readline()
+        position += len(data)
+        yield data
+
+
+def read_blocks(parts, has_first_line, places=None, report=lambda position: None):
+    """Takes the lines of some parts of the file apart. Raises EncodingError with the number of the line in all parts."""
     blocks = []
     lines = 0
+    position = 0
+    for data in parts:
+        try:
+            blocks.append(read_block(data, has_first_line and not blocks, places))
+        except EncodingError as error:
+            raise EncodingError(lines + error.line) from None
+        lines += blocks[-1].lines
+        position += len(data)
+        report(position)
+    return blocks
+
+
+def read_file(path):
     with open(path, 'rb') as file:
-        while True:
-            data = file.read(BLOCK)
-            if not data:
-                return blocks
-            data += file.readline()
-            try:
-                blocks.append(read_block(data, not blocks))
-            except EncodingError as error:
-                raise DataError(encoding_message(path, lines + error.line)) from None
-            lines += blocks[-1].lines
-            progress.report(file.tell())
+        try:
+            return read_blocks(whole_lines(file), True, report=Progress(path).report)
+        except EncodingError as error:
+            raise DataError(encoding_message(path, error.line)) from None
+
+
+def total(blocks):
+    """The counts of some blocks: rows, texts that are no numbers, lines of no known type, blank lines."""
+    return (sum((block.rows for block in blocks), collections.Counter()),
+            sum((block.bad for block in blocks), collections.Counter()),
+            sum(block.unknown for block in blocks), sum(block.blank for block in blocks))
 
 
 def load(path=DATA):
     """Loads the data file. Returns a dictionary with the table of each record by its name, and the table "codes".
 
     The counts of rows, and of values that are no numbers, go to standard error."""
-    blocks = read_blocks(path)
-    for message in count_messages(sum((block.rows for block in blocks), collections.Counter()),
-                                  sum((block.bad for block in blocks), collections.Counter()),
-                                  sum(block.unknown for block in blocks), sum(block.blank for block in blocks)):
+    blocks = read_file(path)
+    for message in count_messages(*total(blocks)):
         print(message, file=sys.stderr)
     frames = make_tables(blocks)
     frames['codes'] = codes_table()
