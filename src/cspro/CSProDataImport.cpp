@@ -81,7 +81,7 @@ const TCSProItem *TCSProDataImport::itemOf(TGenericField *field) const
     return variable ? variable->item : nullptr;
 }
 
-// The former dictionary stays alive: fields point at its items.
+// The former dictionary stays alive: fields point to its items.
 void TCSProDataImport::renewDictionary()
 {
     dictionary = cspro::newDictionary<TCSPro>(*kept);

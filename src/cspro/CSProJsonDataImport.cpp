@@ -74,7 +74,7 @@ const TCSProItem *TCSProJsonDataImport::itemOf(TGenericField *field) const
     return variable ? variable->item : nullptr;
 }
 
-// The former dictionary stays alive: fields point at its items.
+// The former dictionary stays alive: fields point to its items.
 void TCSProJsonDataImport::renewDictionary()
 {
     dictionary = cspro::newDictionary<TCSProJson>(*kept);

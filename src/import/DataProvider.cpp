@@ -27,7 +27,7 @@ constexpr QChar noRecordType(0xFF);
 constexpr int referencesIndex = 4;
 
 // Source fields, with the lists of type names that they had when they were made: an assignment between fields changes
-// the list that a field points at.
+// the list that a field points to.
 struct MadeFields {
     std::vector<TVpSourceField *> fields;
     std::vector<QStringList *> typeNames;

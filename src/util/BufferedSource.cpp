@@ -9,7 +9,7 @@
 namespace
 {
 
-// A piece is small after the parser moved to another position, and grows while it reads on.
+// A piece is small after the parser moved to another position, and grows while it continues to read.
 constexpr qint64 smallestPiece = 1 << 10;
 constexpr qint64 largestPiece = 1 << 16;
 
