@@ -15,7 +15,10 @@ constexpr int releaseNumber(int major, int minor, int patch)
 }
 
 /// The release that the program is built with. It is 0 if the build does not know the release, so that every guard is
-/// on.
+/// on. A project that brings its own target of ReadStat may define the number.
+#ifndef VAN_READSTAT_RELEASE
+#define VAN_READSTAT_RELEASE 0
+#endif
 constexpr int installedRelease = VAN_READSTAT_RELEASE;
 
 /// Used in place of a release if none is known that mends the fault. A guard is switched off only after its tests pass

@@ -1,7 +1,5 @@
 #include "util/SpssDictionary_p.h"
 
-#include "util/ReadStatFaults_p.h"
-
 #include <QByteArray>
 #include <QIODevice>
 #include <QtEndian>
@@ -277,17 +275,17 @@ private:
 
 } // namespace
 
-QString SpssDictionary::problem() const
+QString SpssDictionary::problem(int release) const
 {
     using readstat::isFaulty;
     constexpr qint64 smallestBigFile = 1 << 16; // a smaller file is read quickly, whatever it contains
     if (!isReadable || !isSpss || fileSize < smallestBigFile)
         return QString();
-    if (isFaulty(readstat::mendsSpssPasses) && !isWhole)
+    if (isFaulty(readstat::mendsSpssPasses, release) && !isWhole)
         return QStringLiteral("has a dictionary that is cut, or a record in it that cannot be read");
-    if (isFaulty(readstat::mendsSpssLongNames) && hasLongNames && variables > maxLongNames)
+    if (isFaulty(readstat::mendsSpssLongNames, release) && hasLongNames && variables > maxLongNames)
         return QStringLiteral("has more than %1 variables with long names, which is the limit").arg(maxLongNames);
-    if (isFaulty(readstat::mendsSpssLookups) && lookupSteps > maxLookupSteps)
+    if (isFaulty(readstat::mendsSpssLookups, release) && lookupSteps > maxLookupSteps)
         return QStringLiteral("has too many sets of labels or missing values of long texts, or records of long names, "
                               "for its %1 variables: their number times the variables may be at most %2")
             .arg(variables)

@@ -1,6 +1,8 @@
 #ifndef UTIL_SPSSDICTIONARY_P_H
 #define UTIL_SPSSDICTIONARY_P_H
 
+#include "util/ReadStatFaults_p.h"
+
 #include <QString>
 
 class QIODevice;
@@ -27,7 +29,9 @@ struct SpssDictionary {
     ///
     /// A file of 64 KiB or more is also refused if its dictionary is not whole, since the rest of the file cannot be
     /// checked. A failure of the device is not a problem of the file.
-    QString problem() const;
+    ///
+    /// \a release is the release of ReadStat that is to read the file. Faults that it does not have are no reasons.
+    QString problem(int release = readstat::installedRelease) const;
 };
 
 /// States whether ReadStat skips or reads the documents of a file. It counts the bytes in 32 bits when it skips them,

@@ -424,6 +424,34 @@ private Q_SLOTS:
         QVERIFY(!found.isWhole);
     }
 
+    void guardIsOffWithTheReleaseThatMendsItsFault_data()
+    {
+        QTest::addColumn<bool>("isWhole");
+        QTest::addColumn<qint64>("variables");
+        QTest::addColumn<qint64>("lookupSteps");
+        QTest::newRow("cut dictionary") << false << Q_INT64_C(1) << Q_INT64_C(0);
+        QTest::newRow("too many long names") << true << qint64(SpssDictionary::maxLongNames + 1) << Q_INT64_C(0);
+        QTest::newRow("too many lookups") << true << Q_INT64_C(1) << SpssDictionary::maxLookupSteps + 1;
+    }
+    void guardIsOffWithTheReleaseThatMendsItsFault()
+    {
+        QFETCH(bool, isWhole);
+        QFETCH(qint64, variables);
+        QFETCH(qint64, lookupSteps);
+        SpssDictionary dictionary;
+        dictionary.isSpss = true;
+        dictionary.isWhole = isWhole;
+        dictionary.variables = variables;
+        dictionary.lookupSteps = lookupSteps;
+        dictionary.hasLongNames = true;
+        dictionary.fileSize = 1 << 20;
+        QVERIFY(!dictionary.problem().isNull());
+        constexpr int unknownRelease = 0;
+        QCOMPARE(dictionary.problem(unknownRelease), dictionary.problem());
+        QCOMPARE(dictionary.problem(readstat::releaseNumber(1, 1, 8)), dictionary.problem());
+        QVERIFY(dictionary.problem(readstat::noRelease).isNull()); // as each release from the mending one on
+    }
+
     // Whatever is changed in a file: if ReadStat reads it, the walk has passed the same records.
     void changedFilesAreWalkedAsReadStatReadsThem()
     {
