@@ -10,12 +10,12 @@ install(FILES ${completions}/fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vend
 install(FILES ${completions}/zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions
     RENAME _vanlayout COMPONENT tool)
 
-# The command has a path to the libraries that is relative to its directory. In /usr the system finds the libraries, and
-# the path, which would be searched first, is removed. This happens at the installation, because the prefix is not known
-# before.
+# The command has a path to the libraries that is relative to its directory. In /usr and /usr/local the system finds the
+# libraries, after ldconfig, and the path, which would be searched first, is removed. This happens at the installation,
+# because the prefix is not known before.
 if(CMAKE_EXECUTABLE_FORMAT STREQUAL ELF)
     install(CODE "
-        if(CMAKE_INSTALL_PREFIX MATCHES \"^/(usr)?/*$\")
+        if(CMAKE_INSTALL_PREFIX MATCHES \"^/(usr(/local)?)?/*$\")
             file(RPATH_REMOVE FILE \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/vanlayout\")
         endif()" COMPONENT tool)
 endif()

@@ -97,6 +97,7 @@ private slots:
         QFile metadata(desktopFile("org.vanlayout.vanlayout.metainfo.xml"));
         QVERIFY(metadata.open(QIODevice::ReadOnly));
         const QByteArray component = metadata.readAll();
+        QVERIFY(lines.contains("\nExec=vanlayout codebook --open %F\n"));
         for (const char *type : { "application/x-cspro-dictionary", "application/x-cspro-data" }) {
             QVERIFY(lines.contains(QByteArray(type) + ';'));
             QVERIFY(component.contains(QByteArray("<mediatype>") + type + "</mediatype>"));

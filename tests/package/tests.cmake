@@ -16,7 +16,7 @@ function(van_add_package_test name script)
     set_tests_properties(${name} PROPERTIES TIMEOUT 900)
 endfunction()
 
-set(package_build GENERATOR=${CMAKE_GENERATOR} COMPILER=${CMAKE_CXX_COMPILER} BUILD_TYPE=$<CONFIG>
+set(package_build VERSION=${PROJECT_VERSION} GENERATOR=${CMAKE_GENERATOR} COMPILER=${CMAKE_CXX_COMPILER} BUILD_TYPE=$<CONFIG>
     "FLAGS=${package_flags}")
 van_add_package_test(InstalledPackage run.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/package PKG_CONFIG=${VAN_PKG_CONFIG})
@@ -34,6 +34,8 @@ if(VAN_DPKG_DEB AND VAN_DPKG AND VAN_DPKG_SHLIBDEPS AND VAN_READELF AND EXISTS /
     van_add_package_test(DebianPackage deb.cmake CPACK=${CMAKE_CPACK_COMMAND} DPKG_DEB=${VAN_DPKG_DEB} DPKG=${VAN_DPKG} READELF=${VAN_READELF}
         BINARY_DIR=${PROJECT_BINARY_DIR} SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/deb EXAMPLES=${PROJECT_SOURCE_DIR}/examples)
 endif()
+van_add_package_test(FindsReadStat readstat.cmake GENERATOR=${CMAKE_GENERATOR} MODULES=${PROJECT_SOURCE_DIR}/cmake
+    PKG_CONFIG=${VAN_PKG_CONFIG} SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/readstat)
 van_add_package_test(ExportedSymbols symbols.cmake NM=${VAN_NM} LIBRARY=$<TARGET_FILE:model_VanAdmin>)
 van_add_package_test(LayoutSymbols layout-symbols.cmake NM=${VAN_NM} READELF=${VAN_READELF} LIBRARY=$<TARGET_FILE:vanlayout_library>
     LIST=${CMAKE_CURRENT_SOURCE_DIR}/package/layout-symbols.txt)

@@ -76,7 +76,7 @@ if(VAN_PYTHON)
     set_tests_properties(CodebookBrowser PROPERTIES SKIP_RETURN_CODE 77)
     add_test(NAME CodebookFacts COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/tool/codebook-facts.py
         $<TARGET_FILE:vanlayout> ${PROJECT_SOURCE_DIR}/examples ${PROJECT_SOURCE_DIR}/fuzz/seeds ${made_data}
-        ${PROJECT_SOURCE_DIR}/../shared/corpus)
+        ${VAN_CORPUS_DIR})
     van_test_properties(CodebookFacts tool)
     add_test(NAME DiffBrowser COMMAND ${VAN_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/tool/diff-browser.py
         $<TARGET_FILE:vanlayout>)
