@@ -35,8 +35,13 @@ function(check_lines program expected)
     endif()
 endfunction()
 
-# Checks the programs in this directory: one for each library.
+# Checks the programs in this directory: one for each library. Each first prints the version of its library.
 function(check_consumers directory)
-    check_lines(${directory}/consumer "PROVINCE INTEGER 2 2\nOWNER STRING 4 20\n" ${ARGN})
-    check_lines(${directory}/layout_consumer "PROVINCE numeric 2 2\nOWNER alpha 4 20\n" ${ARGN})
+    check_lines(${directory}/consumer "${VERSION} ${VERSION}\nPROVINCE INTEGER 2 2\nOWNER STRING 4 20\n" ${ARGN})
+    check_layout_consumer(${directory} ${ARGN})
+endfunction()
+
+# Checks the program of the exact layout only.
+function(check_layout_consumer directory)
+    check_lines(${directory}/layout_consumer "${VERSION} ${VERSION}\nPROVINCE numeric 2 2\nOWNER alpha 4 20\n" ${ARGN})
 endfunction()
