@@ -17,7 +17,7 @@ QString withoutEnd(QString text, const CommentStyle &style)
     const QString end = QString::fromLatin1(style.end);
     if (end.isEmpty())
         return text;
-    // Twice, because a separated pair can leave another one: `**//`.
+    // This is done twice, because a separated pair can leave another one: `**//`.
     const QString separated = end.left(1) + QLatin1Char(' ') + end.mid(1);
     return text.replace(end, separated).replace(end, separated);
 }
@@ -31,7 +31,7 @@ int indentOf(const QString &text)
     return indent;
 }
 
-// Where the line that begins at `start` ends: at a blank, or within a word that is too long for any line.
+// The end of the line that begins at `start`: at a blank, or within a word that is too long for any line.
 int endOfLine(const QString &text, int start)
 {
     if (text.size() - start <= lineWidth)

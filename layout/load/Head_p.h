@@ -10,7 +10,7 @@
 namespace vanlayout
 {
 
-/// How a language writes a comment of one line.
+/// The marks of a comment of one line in a language.
 struct CommentStyle {
     const char *before; ///< "-- "
     const char *after;  ///< " */", or empty

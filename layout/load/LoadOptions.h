@@ -17,13 +17,13 @@ enum class LoadTarget { Sqlite, Postgresql, Duckdb, Dask, R, Pandas, Spss, Stata
 /// The encoding of a data file.
 enum class DataEncoding { Utf8, Windows1252 };
 
-/// How the occurrences of a repeating item become columns or rows.
+/// The form of the occurrences of a repeating item: columns or rows.
 enum class OccurrenceForm {
     Wide, ///< one column for each occurrence
-    Long, ///< a table of its own, with one row for each occurrence that is not blank
+    Long, ///< a separate table, with one row for each occurrence that is not blank
 };
 
-/// How the codes of special values become cells. Blank numbers, and codes of "notApplicable", are missing in both.
+/// The cells of the codes of special values. Blank numbers, and codes of "notApplicable", are missing in both.
 enum class SpecialForm {
     Missing, ///< missing, in the way of the target
     Keep,    ///< numbers or texts with their label

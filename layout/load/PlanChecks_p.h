@@ -32,10 +32,10 @@ private:
     KeyedSet<QString> names;
 };
 
-/// Why no plan can be made; empty if one can.
+/// The reason why no plan can be made; empty if one can.
 QString problemWithLayout(const Layout &layout, const LoadOptions &options);
 
-/// Why a plan is too large for its target; empty if it is not.
+/// The reason why a plan is too large for its target; empty if it is not.
 QString problemWithPlan(const LoadPlan &plan, const TargetRules &rules);
 
 } // namespace vanlayout

@@ -23,10 +23,10 @@ public:
     {
     }
 
-    /// Uses a made name such as `occ` as it is.
+    /// Uses a made name such as `occ` unchanged.
     void take(const QString &name) { isTaken(name); }
 
-    /// Returns the legal form of a name, or the first free one of `NAME_2`, `NAME_3` ..., and marks it as used. Where
+    /// Returns the legal form of a name, or the first free one of `NAME_2`, `NAME_3` ..., and marks it as used. If
     /// the length is limited, the name is cut, so that the number fits.
     QString give(const QString &original);
 

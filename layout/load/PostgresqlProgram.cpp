@@ -226,7 +226,7 @@ QByteArray markExpression(const LoadPlan &plan)
     return "CASE WHEN left(text, 1) <> '~' AND rtrim(text, ' ') <> '' THEN " + mark + " END";
 }
 
-// windows-1252 is read as Latin-1; these are the characters that differ. The five free bytes stay as they are.
+// windows-1252 is read as Latin-1; these are the characters that differ. The five free bytes are unchanged.
 QByteArray decoding(DataEncoding encoding)
 {
     QByteArray decoded = "convert_from(bytes, 'UTF8')";

@@ -7,7 +7,7 @@
 #include <QByteArrayList>
 #include <QString>
 
-/// How Python and R write the texts, numbers and lists of a plan. A line never exceeds 1,000 bytes.
+/// The texts, numbers and lists of a plan in the syntax of Python and R. A line never exceeds 1,000 bytes.
 namespace vanlayout
 {
 

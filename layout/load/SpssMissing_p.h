@@ -8,9 +8,9 @@
 namespace vanlayout
 {
 
-/// How SPSS declares the special codes of a column. A variable has at most three missing values, or one range and one
-/// value. A missing text has at most 8 bytes. A text variable of more than 8 bytes has at most one, because ReadStat,
-/// and with it R and Python, does not read a file in which such a variable has several.
+/// The special codes of a column as SPSS declares them. A variable has at most three missing values, or one range and
+/// one value. A missing text has at most 8 bytes. A text variable of more than 8 bytes has at most one, because
+/// ReadStat, and with it R and Python, does not read a file in which such a variable has several.
 struct SpssMissing {
     QStringList values;   ///< for MISSING VALUES: `9`, `97 THRU 99`, `'ZZ'`
     QStringList recodes;  ///< for RECODE, in this order: `(9=COPY)`, `(88 THRU 90=SYSMIS)`

@@ -14,7 +14,7 @@ constexpr int longestPart = 200;     // characters of one literal, with at most 
 constexpr int longestLine = 500;     // bytes
 constexpr int rowsOfStatement = 500; // of an INSERT
 
-// Where a part of a long text ends: never within a character.
+// The end of a part of a long text, never within a character.
 int endOfPart(const QString &text, int start)
 {
     const int end = std::min(start + longestPart, int(text.size()));

@@ -41,7 +41,7 @@ QByteArray textCell(const PlannedTable &table, const PlannedColumn &column)
     return "rtrim(" + whole(table, column) + ", ' ')";
 }
 
-// The digits around a mark at its usual place; a text for a second look if the mark is not there.
+// The digits around a mark at its usual place; a text that is examined later if the mark is not there.
 QByteArray markedCell(const PlannedTable &table, const PlannedColumn &column)
 {
     const int end = column.start + column.length;
@@ -59,7 +59,7 @@ Places placesOf(const QVector<PlannedColumn> &columns)
         const int mark = hasWrittenMark(column) ? column.start + column.length - column.decimals - 1 : 0;
         for (int i = 0; column.isNumber() && i < column.length; ++i) {
             const Place place = column.start + i == mark ? Place::Mark : Place::Digit;
-            // Where a mark of one number is a digit of another, it is none.
+            // A place that is a mark of one number and a digit of another counts as a digit.
             const auto [known, isNew] = places.emplace(column.start + i, place);
             if (!isNew && place == Place::Digit)
                 known->second = Place::Digit;

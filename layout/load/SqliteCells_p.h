@@ -6,11 +6,11 @@
 #include <QByteArray>
 #include <QByteArrayList>
 
-/// How the SQLite program cuts cells from a line.
+/// Expressions with which the SQLite program cuts cells from a line.
 ///
 /// A number is first kept as a whole number times the power of ten of its decimals. A column with the type INTEGER
 /// or REAL makes a number of each text that is one; in lines where numbers have digits, blanks and signs only, these
-/// are exactly the numbers of CSPro. Any other text stays as it is, for a second look.
+/// are exactly the numbers of CSPro. Any other text is unchanged, and is examined later.
 namespace vanlayout
 {
 

@@ -8,7 +8,7 @@ namespace vanlayout
 
 /// The program for SQLite's command line: one script.
 ///
-/// The lines are imported as they are. For each table, all cells are cut from the lines at once; the few texts that are
+/// The lines are imported unchanged. For each table, all cells are cut from the lines at once; the few texts that are
 /// not simply digits are then read one by one, so that the rules for numbers cost nothing for the others.
 QVector<LoadFile> sqliteProgram(const LoadPlan &plan);
 

@@ -183,7 +183,7 @@ private:
             raw.append(pieceOf(rawName(index, piece) + occurrence, start, column.length, piece));
     }
 
-    // infix may take blanks at the begin of a text off. A variable that begins at the record type has none, so texts
+    // infix may remove blanks at the beginning of a text. A variable that begins at the record type has none, so texts
     // are parts of one, if the record type precedes them.
     bool isInLine(int start, int length) const
     {

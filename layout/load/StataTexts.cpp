@@ -71,7 +71,7 @@ QByteArray missingOf(CellOutcome outcome)
     return QByteArray();
 }
 
-// What a label stands at; empty if it can stand at nothing.
+// The number or missing value that a label is assigned to; empty if there is none.
 QByteArray placeOf(const CodeLabel &label)
 {
     if (label.outcome == CellOutcome::Missing)

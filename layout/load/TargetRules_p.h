@@ -11,7 +11,7 @@ namespace vanlayout
 
 struct LoadPlan;
 
-/// How a limit of length counts.
+/// The unit of a limit of length.
 enum class LengthUnit { Characters, Bytes };
 
 /// A limit of length; 0 for none.
@@ -20,7 +20,7 @@ struct LengthLimit {
     LengthUnit unit = LengthUnit::Characters;
 };
 
-/// Which characters of a name are kept. Others become `_`.
+/// The characters of a name that are kept. Others become `_`.
 enum class NameCharacters {
     All,   ///< names are texts, or are quoted; only U+0000 is replaced
     Plain, ///< ASCII letters, digits and `_`
