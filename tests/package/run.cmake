@@ -60,3 +60,23 @@ check_consumers(${SCRATCH} ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${library_dir
 
 # The installed tool runs.
 must(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${library_directory} ${prefix}/bin/vanlayout show ${SCRATCH}/survey.dcf)
+
+# The tool has a path to the libraries, but not below a prefix whose libraries the system finds itself.
+function(check_runpath tool_prefix pattern)
+    set(ENV{DESTDIR} ${SCRATCH}/root)
+    must(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${tool_prefix} --component tool)
+    set(ENV{DESTDIR} "")
+    execute_process(COMMAND ${READELF} -d ${SCRATCH}/root${tool_prefix}/bin/vanlayout COMMAND_ERROR_IS_FATAL ANY
+        OUTPUT_VARIABLE dynamic)
+    string(REGEX MATCH "RUNPATH|RPATH" found "${dynamic}")
+    if(NOT found MATCHES "^(${pattern})$")
+        message(FATAL_ERROR "the tool below ${tool_prefix}:\n${dynamic}")
+    endif()
+endfunction()
+if(READELF)
+    check_runpath(/opt/vanlayout "RUNPATH|RPATH")
+    check_runpath(/usr/local/other "RUNPATH|RPATH")
+    check_runpath(/usr "")
+    check_runpath(/usr/local "")
+    check_runpath(/usr/local/ "")
+endif()

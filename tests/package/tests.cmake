@@ -19,7 +19,7 @@ endfunction()
 set(package_build VERSION=${PROJECT_VERSION} GENERATOR=${CMAKE_GENERATOR} COMPILER=${CMAKE_CXX_COMPILER} BUILD_TYPE=$<CONFIG>
     "FLAGS=${package_flags}")
 van_add_package_test(InstalledPackage run.cmake ${package_build} BINARY_DIR=${PROJECT_BINARY_DIR}
-    SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/package PKG_CONFIG=${VAN_PKG_CONFIG})
+    SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/package PKG_CONFIG=${VAN_PKG_CONFIG} READELF=${VAN_READELF})
 van_add_package_test(EmbeddedProject embedded.cmake ${package_build} BUILD_TYPE=None PROJECT_DIR=${PROJECT_SOURCE_DIR}
     QT_MAJOR=${QT_VERSION_MAJOR}
     SCRATCH=${CMAKE_CURRENT_BINARY_DIR}/embedded)
