@@ -2,6 +2,7 @@
 
 #include "Head_p.h"
 #include "ProgramText_p.h"
+#include "SqlTable_p.h"
 #include "SqlText_p.h"
 
 #include <algorithm>
@@ -66,154 +67,58 @@ QByteArray isNoNumber(const PlannedColumn &column, const QByteArray &field)
     return QByteArrayLiteral("pg_temp.") + function + '(' + field + ')';
 }
 
-QByteArray occurrencesOf(const PlannedTable &table)
+const SqlDialect &dialect()
 {
-    return " CROSS JOIN generate_series(1, " + QByteArray::number(table.occurrences) + ") AS item_occ";
+    // OFFSET 0 keeps PostgreSQL from reading a field once for each use of its column.
+    static const SqlDialect sql = { cellOf, isNoNumber, "pg_temp.lines", "line", " OFFSET 0", false };
+    return sql;
 }
 
-QByteArray isOfTable(const PlannedTable &table)
+QByteArray create(const PlannedTable &table)
 {
-    return "mark = " + sqlText(table.mark);
+    QByteArrayList columns;
+    for (const PlannedColumn &column : table.columns)
+        columns.append(sqlName(column.name) + ' ' + typeOf(column));
+    return "DROP TABLE IF EXISTS " + tableName(table.name) + ";\nCREATE TABLE " + tableName(table.name) + " (\n"
+        + sqlList(columns, 2) + "\n);\n";
 }
 
-/// Writes the statements of one table.
-class TableWriter
+QByteArray comments(const PlannedTable &table)
 {
-public:
-    TableWriter(const LoadPlan &loadPlan, const PlannedTable &planned)
-        : plan(loadPlan)
-        , table(planned)
-        , lineNumber(freeColumn(planned, QStringLiteral("line_no")))
-        , lineText(freeColumn(planned, QStringLiteral("line_text")))
-    {
-    }
+    QByteArray statements = commentStatement("TABLE " + tableName(table.name), table.label);
+    for (const PlannedColumn &column : table.columns)
+        statements += commentStatement("COLUMN " + tableName(table.name) + '.' + sqlName(column.name), column.label);
+    return statements;
+}
 
-    QByteArray text() const
-    {
-        return "\n-- " + comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment()).mid(3) + create()
-            + comments() + insert() + countRows() + countNoNumbers();
+// A line for each column with text that is no number.
+QByteArray countNoNumbers(const PlannedTable &table, const SqlTable &query)
+{
+    QByteArrayList names;
+    QByteArrayList counts;
+    const QVector<PlannedColumn> columns = query.countedColumns();
+    for (const PlannedColumn &column : columns) {
+        names.append(sqlText(table.name + QLatin1Char('.') + column.name));
+        counts.append("count(*) FILTER (WHERE " + query.isNoNumber(column) + ')');
     }
+    if (names.isEmpty())
+        return QByteArray();
+    return "INSERT INTO pg_temp.counts (text)\nSELECT name || ': ' || number || ' values are no numbers'\nFROM (\n"
+           "  SELECT ARRAY[\n"
+        + sqlList(counts, 4) + "\n  ] AS numbers\n  FROM " + query.source() + "\n) AS counted, unnest(ARRAY[\n"
+        + sqlList(names, 4)
+        + "\n  ], numbers) WITH ORDINALITY AS each_column(name, number, position)\n"
+          "WHERE number > 0 ORDER BY position;\n";
+}
 
-private:
-    QByteArray create() const
-    {
-        QByteArrayList columns;
-        for (const PlannedColumn &column : table.columns)
-            columns.append(sqlName(column.name) + ' ' + typeOf(column));
-        return "DROP TABLE IF EXISTS " + tableName(table.name) + ";\nCREATE TABLE " + tableName(table.name) + " (\n"
-            + sqlList(columns, 2) + "\n);\n";
-    }
-
-    QByteArray comments() const
-    {
-        QByteArray statements = commentStatement("TABLE " + tableName(table.name), table.label);
-        for (const PlannedColumn &column : table.columns) {
-            const QByteArray name = tableName(table.name) + '.' + sqlName(column.name);
-            statements += commentStatement("COLUMN " + name, column.label);
-        }
-        return statements;
-    }
-
-    QByteArray insert() const
-    {
-        return "INSERT INTO " + tableName(table.name) + "\nWITH ids AS (\n" + ids() + "), cases AS (\n" + cases()
-            + "), fields AS (\n" + fields() + ")\n" + cells();
-    }
-
-    // The id fields of each line.
-    QByteArray ids() const
-    {
-        QByteArrayList columns = { "line AS " + lineNumber, "text AS " + lineText };
-        for (const PlannedColumn &column : table.columns) {
-            if (column.role == ColumnRole::Id)
-                columns.append(cellOf(column, sqlField(table, column, "text")) + " AS " + sqlName(column.name));
-        }
-        return "  SELECT\n" + sqlList(columns, 4) + "\n  FROM pg_temp.lines WHERE " + isOfTable(table) + " OFFSET 0\n";
-    }
-
-    // The ids without special codes, and the number of each record within its case.
-    QByteArray cases() const
-    {
-        QByteArrayList columns = { lineNumber, lineText };
-        QByteArrayList keys;
-        for (const PlannedColumn &column : table.columns) {
-            if (column.role != ColumnRole::Id)
-                continue;
-            keys.append(sqlWithoutSpecials(plan, column, { sqlName(column.name), {}, 0 }));
-            columns.append(keys.constLast() + " AS " + sqlName(column.name));
-        }
-        const QByteArray partition = keys.isEmpty() ? QByteArray() : "PARTITION BY " + keys.join(", ") + ' ';
-        if (table.hasOccurrence)
-            columns.append("row_number() OVER (" + partition + "ORDER BY " + lineNumber + ") AS occ");
-        return "  SELECT\n" + sqlList(columns, 4) + "\n  FROM ids\n";
-    }
-
-    QByteArray fields() const
-    {
-        QByteArrayList columns = { lineNumber };
-        for (const PlannedColumn &column : table.columns) {
-            const QByteArray name = sqlName(column.name);
-            const bool isItem = column.role == ColumnRole::Item;
-            columns.append(isItem ? cellOf(column, sqlField(table, column, lineText)) + " AS " + name : name);
-        }
-        QByteArray query = "  SELECT\n" + sqlList(columns, 4) + "\n  FROM cases";
-        if (table.isItemTable())
-            query += occurrencesOf(table) + "\n  WHERE rtrim(" + occurrence() + ", ' ') <> ''";
-        return query + " OFFSET 0\n";
-    }
-
-    // The characters of one occurrence of the item of the table.
-    QByteArray occurrence() const
-    {
-        return "substr(" + lineText + ", " + QByteArray::number(table.start) + " + (item_occ - 1) * "
-            + QByteArray::number(table.step) + ", " + QByteArray::number(table.length) + ')';
-    }
-
-    // The cells without special codes.
-    QByteArray cells() const
-    {
-        QByteArrayList columns;
-        for (const PlannedColumn &column : table.columns) {
-            const QByteArray name = sqlName(column.name);
-            columns.append(column.role == ColumnRole::Item ? sqlWithoutSpecials(plan, column, { name, {}, 0 }) : name);
-        }
-        return "SELECT\n" + sqlList(columns, 2) + "\nFROM fields ORDER BY " + lineNumber
-            + (table.isItemTable() ? ", item_occ;\n" : ";\n");
-    }
-
-    QByteArray countRows() const
-    {
-        return "INSERT INTO pg_temp.counts (text)\nSELECT " + sqlText(table.name)
-            + " || ': ' || count(*) || ' rows' FROM " + tableName(table.name) + ";\n";
-    }
-
-    // Ids are counted in the table of the record only.
-    QByteArray countNoNumbers() const
-    {
-        QByteArrayList names;
-        QByteArrayList counts;
-        for (const PlannedColumn &column : table.columns) {
-            if (!column.isNumber() || (column.role == ColumnRole::Id && table.isItemTable()))
-                continue;
-            names.append(sqlText(table.name + QLatin1Char('.') + column.name));
-            counts.append("count(*) FILTER (WHERE " + isNoNumber(column, sqlField(table, column, "text")) + ')');
-        }
-        if (names.isEmpty())
-            return QByteArray();
-        return "INSERT INTO pg_temp.counts (text)\nSELECT name || ': ' || number || ' values are no numbers'\nFROM (\n"
-               "  SELECT ARRAY[\n"
-            + sqlList(counts, 4) + "\n  ] AS numbers\n  FROM pg_temp.lines"
-            + (table.isItemTable() ? occurrencesOf(table) : QByteArray()) + " WHERE " + isOfTable(table)
-            + "\n) AS counted, unnest(ARRAY[\n" + sqlList(names, 4)
-            + "\n  ], numbers) WITH ORDINALITY AS each_column(name, number, position)\n"
-              "WHERE number > 0 ORDER BY position;\n";
-    }
-
-    const LoadPlan &plan;
-    const PlannedTable &table;
-    QByteArray lineNumber;
-    QByteArray lineText;
-};
+QByteArray statements(const LoadPlan &plan, const PlannedTable &table)
+{
+    const SqlTable query(plan, table, dialect());
+    return '\n' + comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment()) + create(table)
+        + comments(table) + "INSERT INTO " + tableName(table.name) + '\n' + query.rows()
+        + ";\nINSERT INTO pg_temp.counts (text)\nSELECT " + sqlText(table.name)
+        + " || ': ' || count(*) || ' rows' FROM " + tableName(table.name) + ";\n" + countNoNumbers(table, query);
+}
 
 // The record type of a line; NULL for a line of no record: blank, or erased.
 QByteArray markExpression(const LoadPlan &plan)
@@ -288,7 +193,7 @@ QVector<LoadFile> postgresqlProgram(const LoadPlan &plan)
                         { "mark", markExpression(plan) },
                         { "decoding", decoding(plan.options.encoding) } });
     for (const PlannedTable &table : plan.tables)
-        text += TableWriter(plan, table).text();
+        text += statements(plan, table);
     text += codes(plan) + closing(plan);
     return { { plan.name + QLatin1String(".sql"), text } };
 }

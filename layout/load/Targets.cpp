@@ -1,6 +1,7 @@
 #include "Targets_p.h"
 
 #include "DaskProgram_p.h"
+#include "DuckdbProgram_p.h"
 #include "PandasProgram_p.h"
 #include "PostgresqlProgram_p.h"
 #include "RProgram_p.h"
@@ -59,6 +60,19 @@ const QVector<TargetRules> &targetRules()
           postgresqlProgram,
           false,
           1600 },
+        { LoadTarget::Duckdb,
+          "duckdb",
+          NameCharacters::All,
+          NameStart::Any,
+          NameCase::Ignored,
+          {},
+          {},
+          {},
+          isNeverReserved,
+          isNeverReserved,
+          duckdbProgram,
+          false,
+          0 },
         script(LoadTarget::Dask, "dask", daskProgram),
         script(LoadTarget::R, "r", rProgram),
         script(LoadTarget::Pandas, "pandas", pandasProgram),
