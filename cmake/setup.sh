@@ -4,7 +4,10 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages="g++ cmake ninja-build qtbase5-dev libreadstat-dev libcli11-dev rapidjson-dev libsqlite3-dev libsodium-dev"
-check_packages="$build_packages clang clang-format doxygen dpkg-dev file pkg-config binutils libbenchmark-dev nlohmann-json3-dev libxml2-utils appstream desktop-file-utils shared-mime-info lld git locales python3-jsonschema fish zsh"
+# The programs that load programs are tested with. npm fetches DuckDB, which is not in Debian.
+engine_packages="sqlite3 postgresql r-base-core r-cran-haven python3 python3-pandas python3-dask python3-distributed pspp readstat"
+command -v npm >/dev/null || engine_packages+=" npm"
+check_packages="$build_packages $engine_packages clang clang-format doxygen dpkg-dev file pkg-config binutils libbenchmark-dev nlohmann-json3-dev libxml2-utils appstream desktop-file-utils shared-mime-info lld git locales python3-jsonschema fish zsh"
 browser_packages="chromium python3"
 analysis_packages="$build_packages clang clang-tidy clazy"
 qt6_packages="qt6-base-dev qt6-5compat-dev"
@@ -45,6 +48,16 @@ install_packages() {
     [ -n "$missing" ] || return 0
     echo "Installing$missing" >&2
     apt_get update -qq && apt_get install -y -qq --no-install-recommends $missing
+}
+
+# Installs the package of DuckDB for Node in build/duckdb, in the release that tests/load/package.json states.
+install_duckdb() {
+    local directory="$root/build/duckdb"
+    cmp -s "$root/tests/load/package.json" "$directory/package.json" && [ -d "$directory/node_modules/@duckdb" ] && return
+    echo "Installing DuckDB" >&2
+    mkdir -p "$directory"
+    cp "$root/tests/load/package.json" "$directory"
+    quietly npm install --prefix "$directory" --no-audit --no-fund --no-package-lock
 }
 
 # Whether the preset `qt6` can be built.

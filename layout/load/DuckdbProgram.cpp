@@ -135,7 +135,7 @@ QByteArray closing(const LoadPlan &plan)
 QByteArray head(const LoadPlan &plan)
 {
     const QString file = plan.name + QLatin1String(".sql");
-    QStringList needs = { QStringLiteral("It needs DuckDB 1.2 or later. Lines that do not fit into memory go to the "
+    QStringList needs = { QStringLiteral("It needs DuckDB 1.4 or later. Lines that do not fit into memory go to the "
                                          "disk. Tables and files of an earlier "
                                          "run are replaced; after an error the tables are as before.") };
     if (plan.options.encoding == DataEncoding::Windows1252)

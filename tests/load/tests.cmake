@@ -5,6 +5,7 @@ van_add_test(load/LoadScriptsTest.cpp)
 find_program(VAN_PYTHON python3)
 find_program(VAN_PSPP pspp)
 find_program(VAN_SQLITE sqlite3)
+find_program(VAN_NODE node)
 find_program(VAN_RSCRIPT Rscript)
 
 # The first Python of these that has pandas.
@@ -54,6 +55,11 @@ if(VAN_PYTHON)
     if(VAN_RSCRIPT)
         van_add_load_test(LoadR run_r.py ${VAN_RSCRIPT})
         van_add_load_page_test(R R ${VAN_RSCRIPT})
+    endif()
+    # ./check installs the package of DuckDB there.
+    set(VAN_DUCKDB_MODULE ${PROJECT_SOURCE_DIR}/build/duckdb CACHE PATH "Directory with the package @duckdb/node-api")
+    if(VAN_NODE AND EXISTS ${VAN_DUCKDB_MODULE}/node_modules/@duckdb/node-api)
+        van_add_load_test(LoadDuckdb run_duckdb.py ${VAN_NODE} ${VAN_DUCKDB_MODULE})
     endif()
     # Debian has the programs of a server outside of PATH.
     file(GLOB postgresql_directories /usr/lib/postgresql/*/bin)

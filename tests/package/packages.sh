@@ -7,7 +7,8 @@ project=$1
 directory=$(mktemp -d)
 trap 'rm -r "$directory"' EXIT
 log="$directory/log"
-mkdir -p "$directory/bin" "$directory/project/cmake" "$directory/project"/{src,layout,tools,tests,bench,examples,fuzz}
+mkdir -p "$directory/bin" "$directory/project/cmake" "$directory/project"/{src,layout,tools,tests/load,bench,examples,fuzz}
+cp "$project/tests/load/package.json" "$directory/project/tests/load"
 cp "$project/run" "$project/check" "$directory/project"
 cp "$project"/cmake/*.sh "$directory/project/cmake"
 
@@ -16,7 +17,7 @@ stub() {
     { echo '#!/bin/sh'; echo "echo \"$1 \$*\" >>'$log'"; cat; } >"$directory/bin/$1"
     chmod +x "$directory/bin/$1"
 }
-for name in cmake ctest clang-format clazy-standalone clang-tidy git; do
+for name in cmake ctest clang-format clazy-standalone clang-tidy git npm; do
     stub $name </dev/null
 done
 stub sudo <<<'exec "$@"'
@@ -52,8 +53,9 @@ installs_first() {
 }
 
 installs_first run 2 cmake g++ libreadstat-dev
-installs_first check 2 cmake clang-format clang-tidy clazy qt6-base-dev qt6-5compat-dev chromium
-installs_first 'check --quick' 2 cmake clang-format
+installs_first check 2 cmake clang-format clang-tidy clazy qt6-base-dev qt6-5compat-dev chromium postgresql pspp r-cran-haven
+grep -q '^npm install --prefix .*/project/build/duckdb ' "$log" || fail "check: DuckDB is not installed"
+installs_first 'check --quick' 2 cmake clang-format sqlite3
 touch "$directory/broken" # no browser can be installed
 installs_first check 8 cmake clang-format clang-tidy clazy qt6-base-dev qt6-5compat-dev
 
