@@ -14,6 +14,8 @@ A cell is None (missing), a number (int, float, Decimal or Fraction), a str, or 
     counts(result, printed, prefixes)                    compares the lines with the counts in what a program printed
     times(line, number)                                  a count for a file that holds all lines so many times
     repeated_tables(result, made, number, policy)        the tables of such a file; changes the Result
+    same(description, wanted, got)                       compares two values
+    files_of(directory)                                  the files of a directory and their bytes
     check(description, function)                         runs a comparison; prints what differs and counts failures
     finish()                                             ends the test: status 1 if a comparison failed
 
@@ -211,6 +213,19 @@ def repeated_rows(table, number):
 
 
 # ------------------------------------------------------------------------------------------------- running a test
+
+def same(description, wanted, got):
+    if wanted != got:
+        raise Difference(f"{description}: expected {wanted!r}, got {got!r}")
+
+
+def files_of(directory):
+    contents = {}
+    for name in sorted(os.listdir(directory)):
+        with open(os.path.join(directory, name), "rb") as file:
+            contents[name] = file.read()
+    return contents
+
 
 def check(description, function, *arguments):
     """Runs one comparison and prints what differs."""

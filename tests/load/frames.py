@@ -34,11 +34,6 @@ def empty_texts_as_missing(table):
     return {"columns": table["columns"], "rows": [[None if cell == "" else cell for cell in row] for row in table["rows"]]}
 
 
-def same(description, wanted, got):
-    if wanted != got:
-        raise compare.Difference(f"{description}: expected {wanted!r}, got {got!r}")
-
-
 def run(command, directory=None, status=0):
     """Runs a program; returns what it printed. Raises Difference if its status is another."""
     made = subprocess.run([sys.executable, "-B"] + command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, cwd=directory)

@@ -80,7 +80,7 @@ def printed_by(function, *arguments):
 def are_equal(description, wanted, got):
     try:
         pd.testing.assert_frame_equal(wanted, got)
-        frames.same(f"{description}: attrs", wanted.attrs, got.attrs)
+        compare.same(f"{description}: attrs", wanted.attrs, got.attrs)
     except AssertionError as error:
         raise compare.Difference(f"{description}: {error}") from None
 
@@ -90,7 +90,7 @@ def parts_of(directory, table):
     rows = []
     for name in sorted(os.listdir(os.path.join(directory, table.file))):
         part = frames.from_csv(os.path.join(directory, table.file, name), empty_frame(table))
-        frames.same(f"{table.name}/{name}: columns", [column.name for column in table.columns], part["columns"])
+        compare.same(f"{table.name}/{name}: columns", [column.name for column in table.columns], part["columns"])
         rows += part["rows"]
     return {"columns": [column.name for column in table.columns], "rows": rows}
 
@@ -101,7 +101,7 @@ def empty_frame(table):
 
 def files_agree(plain, whole, directory):
     for table in plain.TABLES:
-        frames.same(f"{table.name}: cells of the CSV files",
+        compare.same(f"{table.name}: cells of the CSV files",
                     frames.empty_texts_as_missing(frames.canonical(whole[table.name])), parts_of(directory, table))
 
 
@@ -113,7 +113,7 @@ def variant_agrees(tool, variant, directory, block=None):
     lazy, printed = printed_by(program.load, variant.data, block)
     compare.counts(result, printed)
     made = {name: frame.compute().reset_index(drop=True) for name, frame in lazy.items()}
-    frames.same("tables", list(whole), list(made))
+    compare.same("tables", list(whole), list(made))
     for name, frame in whole.items():
         are_equal(name, frame, made[name])
     compare.tables(result, {name: frames.canonical(frame) for name, frame in made.items()}, frames.POLICY)
@@ -122,7 +122,7 @@ def variant_agrees(tool, variant, directory, block=None):
     _, printed = printed_by(program.write, variant.data, out, block)
     compare.counts(result, printed)
     files_agree(plain, whole, out)
-    frames.same("files that are not tables", ["codes.csv"], [name for name in os.listdir(out) if "." in name])
+    compare.same("files that are not tables", ["codes.csv"], [name for name in os.listdir(out) if "." in name])
 
 
 def blocks_smaller_than_a_line(tool, directory):
@@ -138,13 +138,13 @@ def lines_belong_to_the_block_in_which_they_begin(tool, directory):
     size = os.path.getsize(path)
     for step in range(1, size + 1):
         parts = [b"".join(program.read_range(path, first, min(first + step, size))) for first in range(0, size, step)]
-        frames.same(f"blocks of {step} bytes", b"abc\n\ndefgh\r\ni\nlast", b"".join(parts))
+        compare.same(f"blocks of {step} bytes", b"abc\n\ndefgh\r\ni\nlast", b"".join(parts))
         for first, part in zip(range(0, size, step), parts):
             with open(path, "rb") as file:
                 text = file.read()
             starts = [place for place in range(first, min(first + step, size))
                       if place == 0 or text[place - 1:place] == b"\n"]
-            frames.same(f"lines that begin in bytes {first} to {first + step}", len(starts),
+            compare.same(f"lines that begin in bytes {first} to {first + step}", len(starts),
                         len(part.split(b"\n")) - (part.endswith(b"\n") or not part))
 
 
@@ -171,7 +171,7 @@ def program_runs_on_the_cluster(tool, cluster, directory):
     for arguments in ([cluster.address], []):
         compare.counts(result, frames.run([path, variant.data, out, *arguments]))
         files_agree(plain, whole, out)
-        frames.same("files of HOUSE", ["part-0000.csv"], os.listdir(os.path.join(out, "HOUSE")))
+        compare.same("files of HOUSE", ["part-0000.csv"], os.listdir(os.path.join(out, "HOUSE")))
 
 
 def failures_leave_nothing(tool, directory):
@@ -181,19 +181,14 @@ def failures_leave_nothing(tool, directory):
     out = os.path.join(directory, "out")
     printed_by(program.write, variant.data, out)
     before = parts_of(out, program.program.TABLES[0])
-    with open(variant.data, "rb") as file:
-        lines = file.read().split(b"\n")
-    lines[60] += b"\xff"
-    broken = os.path.join(directory, "broken.dat")
-    with open(broken, "wb") as file:
-        file.write(b"\n".join(lines))
+    broken = survey.broken(os.path.join(directory, "broken.dat"), variant, 61, b"\xff")
     try:
         printed_by(program.load, broken, 1000)
         raise compare.Difference("bytes that are not UTF-8 were loaded")
     except program.program.DataError as error:
-        frames.same("line in the message", True, "line 61 " in str(error) and "--encoding windows-1252" in str(error))
+        compare.same("line in the message", True, "line 61 " in str(error) and "--encoding windows-1252" in str(error))
     frames.run([path, os.path.join(directory, "absent.dat"), out], status=1)
-    frames.same("rows after failed runs", before, parts_of(out, program.program.TABLES[0]))
+    compare.same("rows after failed runs", before, parts_of(out, program.program.TABLES[0]))
 
 
 def main(tool):

@@ -20,12 +20,12 @@ def labels_are(result, made):
     """The labels of tables and columns, and the labels of single codes that `codes` has."""
     for name, table in result.tables.items():
         attrs = made[name].attrs
-        frames.same(f"{name}: label", table.label, attrs["label"])
-        frames.same(f"{name}: labels", {column.name: column.label for column in table.columns if column.label},
+        compare.same(f"{name}: label", table.label, attrs["label"])
+        compare.same(f"{name}: labels", {column.name: column.label for column in table.columns if column.label},
                     attrs["labels"])
         for column, values in attrs["values"].items():
             labels = {row[4] for row in result.codes if row[:2] == (name, column)}
-            frames.same(f"{name}.{column}: labels of codes that are not in the table codes", set(),
+            compare.same(f"{name}.{column}: labels of codes that are not in the table codes", set(),
                         set(values.values()) - labels)
 
 
@@ -34,7 +34,7 @@ def types_are(result, made):
         for column in table.columns:
             is_text = column.item is not None and column.kind == "text"
             wanted = "string" if is_text else "Float64" if column.decimals or column.length > 18 else "Int64"
-            frames.same(f"{name}.{column.name}: type", wanted, str(made[name][column.name].dtype))
+            compare.same(f"{name}.{column.name}: type", wanted, str(made[name][column.name].dtype))
 
 
 def files_are(result, made, directory):
@@ -43,7 +43,7 @@ def files_are(result, made, directory):
         if not name.endswith(".pkl"):
             continue
         frame = pd.read_pickle(os.path.join(directory, name))
-        frames.same(f"{name}: cells of the CSV", frames.empty_texts_as_missing(frames.canonical(frame)),
+        compare.same(f"{name}: cells of the CSV", frames.empty_texts_as_missing(frames.canonical(frame)),
                     frames.from_csv(os.path.join(directory, name[:-4] + ".csv"), frame))
 
 
@@ -73,31 +73,19 @@ def program_of(tool, directory, *more):
     return variant, frames.file_of(compare.make_program(tool, "pandas", variant, directory, *more), ".py")
 
 
-def files_of(directory):
-    contents = {}
-    for name in sorted(os.listdir(directory)):
-        with open(os.path.join(directory, name), "rb") as file:
-            contents[name] = file.read()
-    return contents
-
-
 def failures_leave_nothing(tool, directory):
     """A file that is absent or not in UTF-8 ends the run, and the tables of an earlier run stay."""
     variant, program = program_of(tool, os.path.join(directory, "p"))
     out = os.path.join(directory, "out")
     frames.run([program, variant.data, out])
-    before = files_of(out)
+    before = compare.files_of(out)
     frames.run([program, os.path.join(directory, "absent.dat"), out], status=1)
-    with open(variant.data, "rb") as file:
-        lines = file.read().split(b"\n")
-    lines[6] += b"\xff"
-    broken = os.path.join(directory, "broken.dat")
-    with open(broken, "wb") as file:
-        file.write(b"\n".join(lines))
-    printed = frames.run([program, broken, out], status=1)
-    if "line 7 " not in printed or "--encoding windows-1252" not in printed:
-        raise compare.Difference(f"message for bytes that are not UTF-8: {printed!r}")
-    frames.same("files after failed runs", before, files_of(out))
+    for wrong in survey.WRONG_BYTES:
+        broken = survey.broken(os.path.join(directory, "broken.dat"), variant, 7, wrong)
+        printed = frames.run([program, broken, out], status=1)
+        if "line 7 " not in printed or "--encoding windows-1252" not in printed:
+            raise compare.Difference(f"message for {wrong}, which is not UTF-8: {printed!r}")
+    compare.same("files after failed runs", before, compare.files_of(out))
 
 
 def data_is_read_in_the_working_directory(tool, directory):
@@ -125,8 +113,8 @@ def blocks_do_not_matter(tool, directory):
 def import_runs_nothing(tool, directory):
     variant, program = program_of(tool, directory)
     before = sorted(os.listdir(directory))
-    frames.same("printed by an import", "", frames.run(["-c", f"import {os.path.basename(program)[:-3]}"], directory))
-    frames.same("files after an import", before, sorted(os.listdir(directory)))
+    compare.same("printed by an import", "", frames.run(["-c", f"import {os.path.basename(program)[:-3]}"], directory))
+    compare.same("files after an import", before, sorted(os.listdir(directory)))
 
 
 def main(tool):

@@ -97,28 +97,23 @@ class Dump:
         return made
 
 
-def same(description, wanted, got):
-    if wanted != got:
-        raise compare.Difference(f"{description}: expected {wanted!r}, got {got!r}")
-
-
 def labels_are(result, made):
     for name, table in result.tables.items():
-        same(f"{name}: label", table.label, made[name]["label"])
-        same(f"{name}: labels", [column.label for column in table.columns], made[name]["labels"])
+        compare.same(f"{name}: label", table.label, made[name]["label"])
+        compare.same(f"{name}: labels", [column.label for column in table.columns], made[name]["labels"])
         types = ["character" if column.item is not None and column.kind == "text" else "double"
                  for column in table.columns]
-        same(f"{name}: types", types, made[name]["types"])
+        compare.same(f"{name}: types", types, made[name]["types"])
         for column, values in made[name]["values"].items():
             labels = {row[4] for row in result.codes if row[:2] == (name, column)}
-            same(f"{name}.{column}: labels of codes that are not in the table codes", set(), set(values) - labels)
+            compare.same(f"{name}.{column}: labels of codes that are not in the table codes", set(), set(values) - labels)
 
 
 def tags_are_labelled(made):
     """Some code "missing" is labelled as the tagged value "m", and some code "refused" as "r"."""
     tags = {cell.tag for table in made.values() for values in table["values"].values() for cell in values.values()
             if isinstance(cell, Missing)}
-    same("tags that have labels", {"m", "r"}, tags)
+    compare.same("tags that have labels", {"m", "r"}, tags)
 
 
 def make(tool, variant, directory, *more):
@@ -146,32 +141,20 @@ def locale_does_not_matter(tool, rscript, directory):
     variant_agrees(tool, rscript, survey.variant(directory, "windows-1252"), directory, locale="C")
 
 
-def files_of(directory):
-    contents = {}
-    for name in sorted(os.listdir(directory)):
-        with open(os.path.join(directory, name), "rb") as file:
-            contents[name] = file.read()
-    return contents
-
-
 def failures_leave_nothing(tool, rscript, directory):
     """A file that is absent or not in UTF-8 ends the run, and the tables of an earlier run stay."""
     variant = survey.variant(directory, "ascii")
     program = make(tool, variant, os.path.join(directory, "p"))
     out = os.path.join(directory, "out")
     run([rscript, program, variant.data, out])
-    before = files_of(out)
+    before = compare.files_of(out)
     run([rscript, program, os.path.join(directory, "absent.dat"), out], status=1)
-    with open(variant.data, "rb") as file:
-        lines = file.read().split(b"\n")
-    lines[6] += b"\xff"
-    broken = os.path.join(directory, "broken.dat")
-    with open(broken, "wb") as file:
-        file.write(b"\n".join(lines))
-    printed = run([rscript, program, broken, out], status=1)
-    if "line 7 " not in printed or "--encoding windows-1252" not in printed:
-        raise compare.Difference(f"message for bytes that are not UTF-8: {printed!r}")
-    same("files after failed runs", before, files_of(out))
+    for wrong in survey.WRONG_BYTES:
+        broken = survey.broken(os.path.join(directory, "broken.dat"), variant, 7, wrong)
+        printed = run([rscript, program, broken, out], status=1)
+        if "line 7 " not in printed or "--encoding windows-1252" not in printed:
+            raise compare.Difference(f"message for {wrong}, which is not UTF-8: {printed!r}")
+    compare.same("files after failed runs", before, compare.files_of(out))
 
 
 def data_is_read_in_the_working_directory(tool, rscript, directory):
@@ -182,7 +165,7 @@ def data_is_read_in_the_working_directory(tool, rscript, directory):
     run([rscript, make(tool, variant._replace(data="stdin"), directory)], directory)
     rows = Dump(rscript, directory).tables["HOUSE"]["rows"]
     result = compare.expected(tool, "r", variant._replace(data=os.path.join(directory, "stdin")))
-    same("rows of HOUSE", len(result.tables["HOUSE"].rows), len(rows))
+    compare.same("rows of HOUSE", len(result.tables["HOUSE"].rows), len(rows))
 
 
 def parts_do_not_matter(tool, rscript, directory):
@@ -197,8 +180,8 @@ def parts_do_not_matter(tool, rscript, directory):
 def source_runs_nothing(tool, rscript, directory):
     program = make(tool, survey.variant(directory, "ascii"), directory)
     before = sorted(os.listdir(directory))
-    same("printed by source()", "", run([rscript, "-e", f'source("{program}")'], directory))
-    same("files after source()", before, sorted(os.listdir(directory)))
+    compare.same("printed by source()", "", run([rscript, "-e", f'source("{program}")'], directory))
+    compare.same("files after source()", before, sorted(os.listdir(directory)))
 
 
 def main(tool, rscript):

@@ -8,6 +8,7 @@ As a module:
 
     variants(directory, seed=1, cases=40)  makes all files; a list of Variant. Several variants share one pair of files.
     variant(directory, name, ...)          the one with this name
+    broken(path, variant, line, bytes)  a copy of the data with these bytes at the end of a line, from 1; returns the path
     census(path, lines)                 as --census; returns the paths of the dictionary and of the data
 
 A Variant has
@@ -550,6 +551,18 @@ def variant(directory, name, seed=1, cases=40):
     """One variant; makes its files only."""
     of, options = next((of, options) for each, of, options in OPTIONS if each == name)
     return Variant(name, *make_files(directory, of, seed, cases), options, SETTINGS[of].characters, SETTINGS[of].controls)
+
+
+def broken(path, variant, line, wrong):
+    with open(variant.data, "rb") as file:
+        lines = file.read().split(b"\n")
+    lines[line - 1] += wrong
+    return write(path, b"\n".join(lines))
+
+
+# Bytes that are not UTF-8.
+WRONG_BYTES = (b"\xe9", b"\x80", b"\xc3\xa9\xa9", b"\xe9\x80", b"\xed\xa0\x80", b"\xff", b"\xc0\x80",
+               b"\xf4\x90\x80\x80")
 
 
 def census_records():
