@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""Runs the examples of one section of docs/load.md: each block of commands or of a program, and compares what it prints
+"""Runs the examples of one section of a page: each block of commands or of a program, and compares what it prints
 with the block of text that follows it.
 
     run_docs.py TOOL PROJECT SECTION [COMMAND ...]      e.g. run_docs.py vanlayout . R /usr/bin/Rscript
+
+SECTION is that of docs/load.md, or PAGE:SECTION for a page of the project.
 
 The blocks run one after the other in a directory that has the files of the examples. The commands are found by the names
 of their files, without digits and dots at the end of the name of Python, before those of PATH. Of a block of commands
@@ -21,10 +23,13 @@ import tempfile
 RUN = {"sh": (["bash", "-e"], "block.sh"), "r": (["Rscript"], "block.R"), "python": (["python3"], "block.py")}
 
 
-def section_of(page, title):
-    sections = dict(re.findall(r"^## ([^\n]+)\n(.*?)(?=^## |\Z)", page, re.MULTILINE | re.DOTALL))
+def section_of(project, name):
+    page, _, title = name.rpartition(":")
+    page = page or "docs/load.md"
+    with open(os.path.join(project, page), encoding="utf-8") as file:
+        sections = dict(re.findall(r"^##+ ([^\n]+)\n(.*?)(?=^##+ |\Z)", file.read(), re.MULTILINE | re.DOTALL))
     if title not in sections:
-        sys.exit(f"docs/load.md has no section {title}")
+        sys.exit(f"{page} has no section {title}")
     return sections[title]
 
 
@@ -81,8 +86,7 @@ def run_section(section, directory):
 
 
 def main(tool, project, title, *commands):
-    with open(os.path.join(project, "docs", "load.md"), encoding="utf-8") as file:
-        section = section_of(file.read(), title)
+    section = section_of(project, title)
     directory = prepared(tool, project, commands)
     try:
         run_section(section, directory)
