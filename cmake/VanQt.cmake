@@ -1,5 +1,6 @@
-# Selects the Qt of the build: Qt 5 if it is installed, else Qt 6. QT_DEFAULT_MAJOR_VERSION, a variable that Qt defines,
-# selects one of them. Sets VAN_QT to Qt5 or Qt6, and VAN_QT_MINIMUM to the oldest supported release of it.
+# Selects the Qt of the build: Qt 5 if it is installed, else Qt 6. Qt 5 comes first because a program must use the same
+# Qt as the libraries, and the programs that use model_VanAdmin use Qt 5. Results with Qt 6 also differ in names of files
+# and in newer characters. QT_DEFAULT_MAJOR_VERSION, a variable that Qt defines, selects one of them. Sets VAN_QT to Qt5 or Qt6, and VAN_QT_MINIMUM to the oldest supported release of it.
 if(QT_DEFAULT_MAJOR_VERSION)
     find_package(QT NAMES Qt${QT_DEFAULT_MAJOR_VERSION} REQUIRED COMPONENTS Core)
 else()

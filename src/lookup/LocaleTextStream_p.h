@@ -1,22 +1,14 @@
 #ifndef LOOKUP_LOCALETEXTSTREAM_P_H
 #define LOOKUP_LOCALETEXTSTREAM_P_H
 
-#include <QTextStream>
-
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-
-/// Text stream on a file whose byte-order mark determines the encoding. A file without a mark is in the encoding of the
-/// locale, which is that of `QTextCodec::codecForLocale`.
-using LocaleTextStream = QTextStream;
-
-#else
-
 #include <QIODevice>
 #include <QTextCodec>
+#include <QTextStream>
 
 #include <algorithm>
 
-/// The bytes of another device, converted from the encoding of the locale to UTF-8. Does not own the other device.
+/// The bytes of another device, converted from the encoding of the locale to UTF-8. Does not own the other device. Only
+/// LocaleTextStream for Qt 6 uses it; it is compiled with Qt 5 too, so that it is tested and analysed there.
 class LocaleToUtf8 : public QIODevice
 {
 public:
@@ -54,6 +46,14 @@ private:
     QTextDecoder decoder;
     QByteArray waiting;
 };
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+
+/// Text stream on a file whose byte-order mark determines the encoding. A file without a mark is in the encoding of the
+/// locale, which is that of `QTextCodec::codecForLocale`.
+using LocaleTextStream = QTextStream;
+
+#else
 
 /// Text stream on a file whose byte-order mark determines the encoding. A file without a mark is in the encoding of the
 /// locale, which is that of `QTextCodec::codecForLocale`. The text stream of Qt 6 itself reads such a file as UTF-8.

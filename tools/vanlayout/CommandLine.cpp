@@ -175,14 +175,13 @@ void describeCodebook(CLI::App &command, CodebookOptions &options)
                                           "page to write, - is standard output; for several files, the directory of "
                                           "their pages and an index; required "
                                           "unless --open is given")
-                              ->required()
                               ->type_name("OUTPUT");
-    const auto open = [&options, output] {
-        options.isOpened = true;
-        output->required(false); // checked after all options were read
-    };
-    command.add_flag_callback("--open", open,
-                              "open the page or the index in a browser; without -o, it is a temporary file");
+    command.add_flag("--open", options.isOpened,
+                     "open the page or the index in a browser; without -o, it is a temporary file");
+    command.parse_complete_callback([&options, output] {
+        if (!options.isOpened && output->empty())
+            throw CLI::RequiredError(output->get_name());
+    });
     command.add_option("FILE", options.output.files, "files and directories to read; - is standard input")->required();
 }
 
