@@ -13,11 +13,46 @@
 namespace
 {
 
+/// Passes writes on until all their bytes are written or the device fails. A disk that becomes full takes the first
+/// bytes of a write without an error; only the next write has one.
+class WholeWrites : public QIODevice
+{
+public:
+    explicit WholeWrites(QIODevice &device)
+        : target(device)
+    {
+        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+
+protected:
+    qint64 readData(char * /*data*/, qint64 /*size*/) override { return -1; }
+    qint64 writeData(const char *data, qint64 size) override
+    {
+        qint64 done = 0;
+        while (done < size) {
+            const qint64 written = target.write(data + done, size - done);
+            if (written <= 0)
+                return -1;
+            done += written;
+        }
+        return done;
+    }
+
+private:
+    QIODevice &target;
+};
+
+void writeTo(QIODevice &device, const AnswerWriter &write)
+{
+    WholeWrites whole(device);
+    write(whole);
+}
+
 int writeToStandardOutput(const AnswerWriter &write)
 {
     QFile out;
     if (out.open(stdout, QIODevice::WriteOnly)) {
-        write(out);
+        writeTo(out, write);
         out.close();
     }
     return statusAfterOutput(statusFine);
@@ -37,17 +72,21 @@ QString cannotBeWritten(const QFileDevice &file)
 
 QString problemAfterWriting(QFileDevice &file)
 {
-    return file.flush() && file.error() == QFileDevice::NoError ? QString() : cannotBeWritten(file);
+    // As with a write, the second attempt has the error.
+    const bool isWhole = file.flush() || file.flush();
+    return isWhole && file.error() == QFileDevice::NoError ? QString() : cannotBeWritten(file);
 }
 
-// The cause of a failure must be read before commit(), which discards it.
+// The cause of a failure must be read before the file is closed, which discards it.
 QString problemWithReplacing(const QString &name, const AnswerWriter &write)
 {
     QSaveFile file(name);
     if (!file.open(QIODevice::WriteOnly))
         return cannotBeWritten(file);
-    write(file);
+    writeTo(file, write);
     const QString problem = problemAfterWriting(file);
+    if (!problem.isEmpty())
+        file.cancelWriting();
     if (file.commit())
         return QString();
     return problem.isEmpty() ? cannotBeWritten(file) : problem;
@@ -57,7 +96,7 @@ QString problemWithWritingInto(const QString &name, const AnswerWriter &write)
 {
     QFile file(name);
     if (file.open(QIODevice::WriteOnly))
-        write(file);
+        writeTo(file, write);
     return problemAfterWriting(file);
 }
 
@@ -67,7 +106,7 @@ QString problemWithWritingTo(const Descriptor &descriptor, const AnswerWriter &w
         return QStringLiteral("is open in another process, and is not written to");
     QFile file;
     if (file.open(descriptor.number, QIODevice::WriteOnly))
-        write(file);
+        writeTo(file, write);
     return problemAfterWriting(file);
 }
 
