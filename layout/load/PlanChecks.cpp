@@ -167,10 +167,10 @@ QString problemWithLabels(const LoadPlan &plan)
 QString problemWithTable(const PlannedTable &table, const TargetRules &rules)
 {
     if (table.columns.isEmpty())
-        return QStringLiteral("has a record without items: %1; name the others by --records").arg(table.original);
+        return QStringLiteral("has a record without items: %1; name the others with --records").arg(table.original);
     if (rules.maxColumns > 0 && table.columns.size() > rules.maxColumns)
         return QStringLiteral("has %1 columns in the table %2, and %3 holds %4; use --occurrences long, or leave the "
-                              "record out by --records")
+                              "record out with --records")
             .arg(QString::number(table.columns.size()), table.original, QLatin1String(rules.word),
                  QString::number(rules.maxColumns));
     return QString();

@@ -813,7 +813,7 @@ void LoadPlanTest::layoutsWithoutProgramsHaveAReason_data()
     Layout bare = layoutOf({});
     bare.levels[0].ids.clear();
     QTest::newRow("record without items")
-        << bare << QStringLiteral("has a record without items: R; name the others by --records");
+        << bare << QStringLiteral("has a record without items: R; name the others with --records");
 }
 
 void LoadPlanTest::layoutsWithoutProgramsHaveAReason()
@@ -831,7 +831,7 @@ void LoadPlanTest::tooManyColumnsForTheTargetAreRefused()
     const Layout ten = layoutOf({ number(QStringLiteral("A"), 3, 1, 10) });
     QCOMPARE(plan(ten, {}, rules).problem,
              QStringLiteral("has 11 columns in the table R, and test holds 10; use --occurrences long, or leave the "
-                            "record out by --records"));
+                            "record out with --records"));
     QCOMPARE(plan(ten, longForm(), rules).problem, QString());
 }
 

@@ -1,11 +1,8 @@
 #include "StatFile.h"
+#include "support/MadeDatabase.h"
 #include "support/ToolRun.h"
 
 #include <QJsonArray>
-
-#include <sqlite3.h>
-
-#include <memory>
 
 namespace
 {
@@ -34,16 +31,6 @@ QByteArray catalog()
     StatFile file(StatFile::sas7bcat);
     file.labels("YESNO", { { 1, "Yes" }, { 2, "No" } });
     return QByteArray::fromStdString(file.bytes(0));
-}
-
-void makeDatabase(const QString &path)
-{
-    sqlite3 *opened = nullptr;
-    QCOMPARE(sqlite3_open(path.toUtf8().constData(), &opened), SQLITE_OK);
-    const std::unique_ptr<sqlite3, int (*)(sqlite3 *)> database(opened, sqlite3_close);
-    const QByteArray statements = "create table meta(dictionary text); insert into meta values(char(65279) || '"
-        + QByteArray(dictionary).replace("'", "''") + "');";
-    QCOMPARE(sqlite3_exec(opened, statements.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
 }
 
 } // namespace
@@ -83,7 +70,7 @@ void VanlayoutShowDataTest::initTestCase()
     directory.write("homes.xpt", survey(StatFile::xpt));
     directory.write("formats.sas7bcat", catalog());
     directory.write("homes.dcf", dictionary);
-    makeDatabase(directory.filePath("homes.csdb"));
+    makeDatabase(directory.filePath("homes.csdb"), dictionary);
 }
 
 void VanlayoutShowDataTest::kindOfTheFileIsNamed_data()

@@ -49,6 +49,12 @@ add_dependencies(VanlayoutExportTest vanlayout)
 target_compile_definitions(VanlayoutExportTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutExportTest)
 
+van_add_test(tool/VanlayoutLoadTest.cpp)
+add_dependencies(VanlayoutLoadTest vanlayout)
+target_link_libraries(VanlayoutLoadTest PRIVATE vanlayout_library SQLite::SQLite3)
+target_compile_definitions(VanlayoutLoadTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+van_use_made_data(VanlayoutLoadTest)
+
 van_add_test(tool/VanlayoutExportMemoryTest.cpp)
 add_dependencies(VanlayoutExportMemoryTest vanlayout)
 target_compile_definitions(VanlayoutExportMemoryTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
