@@ -1,5 +1,4 @@
 #include "read/CSProTextValues_p.h"
-#include "read/MadeOnce_p.h"
 
 #include <QTest>
 
@@ -71,7 +70,6 @@ private slots:
     void occurrenceLinesAreCutAtTheFirstCommaOrColon();
     void textForAMessageIsShortAndOnOneLine_data();
     void textForAMessageIsShortAndOnOneLine();
-    void whatIsMadeOfEqualTextsIsInMemoryOnce();
 };
 
 void CSProTextValuesTest::numbersAreTheLeadingDigits_data()
@@ -346,30 +344,6 @@ void CSProTextValuesTest::textForAMessageIsShortAndOnOneLine()
 {
     QFETCH(QByteArray, text);
     QTEST(shown(viewOf(text)), "shownText");
-}
-
-void CSProTextValuesTest::whatIsMadeOfEqualTextsIsInMemoryOnce()
-{
-    MadeOnce<Labels> labels;
-    int count = 0;
-    const auto make = [&](std::string_view text) {
-        ++count;
-        return labelsOf(text, {});
-    };
-    const std::string first = "Yes";
-    const std::string second = "Yes";
-    const Labels one = labels.of(first, make);
-    const Labels other = labels.of(second, make);
-    QCOMPARE(count, 1);
-    QCOMPARE(one.primary(), QString("Yes"));
-    QVERIFY(one.parts.constData() == other.parts.constData());
-    labels.clear();
-    labels.of(first, make);
-    QCOMPARE(count, 2);
-    const std::string longText(65, 'x');
-    labels.of(longText, make);
-    QCOMPARE(labels.of(longText, make).primary().size(), 65);
-    QCOMPARE(count, 4);
 }
 
 QTEST_APPLESS_MAIN(CSProTextValuesTest)

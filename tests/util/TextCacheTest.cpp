@@ -35,6 +35,21 @@ private Q_SLOTS:
         QCOMPARE(second.constData(), first.constData());
     }
 
+    void givenTextIsKeptWithoutACopy()
+    {
+        TextCache cache;
+        const QString first = QString("Yes ").trimmed();
+        const QString second = QString("Yes ").trimmed();
+        QVERIFY(first.constData() != second.constData());
+        QCOMPARE(cache.text(first).constData(), first.constData());
+        QCOMPARE(cache.text(second).constData(), first.constData());
+        QCOMPARE(cache.text(QStringView(second)).constData(), first.constData());
+        const QString longText(65, 'x');
+        QCOMPARE(cache.text(longText).constData(), longText.constData());
+        QVERIFY(cache.text(QString()).isNull());
+        QVERIFY(!cache.text(QString("")).isNull());
+    }
+
     void charactersOfOneByteShareTheSameText()
     {
         const char bytes[] = "Yes Ann\xe9"
