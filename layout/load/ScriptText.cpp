@@ -23,9 +23,11 @@ QByteArray pythonEscape(char32_t character)
     return character > 0xFFFF ? "\\U" + hexDigits(character, 8) : "\\u" + hexDigits(character, 4);
 }
 
-// Braces, so that a digit that follows is no part of the number.
+// Braces, so that a digit that follows is no part of the number. R has no texts with U+0000.
 QByteArray rEscape(char32_t character)
 {
+    if (character == 0)
+        return "\\u{fffd}";
     return (character > 0xFFFF ? "\\U{" : "\\u{") + hexDigits(character, 1) + '}';
 }
 

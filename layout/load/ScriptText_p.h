@@ -24,7 +24,7 @@ const ScriptLanguage &python();
 const ScriptLanguage &r();
 
 /// A text as an expression. Quotes, backslashes, and characters that are not visible are escaped; a lone surrogate
-/// becomes U+FFFD. A long text becomes pieces that the language joins.
+/// becomes U+FFFD, and so does U+0000 in R. A long text becomes pieces that the language joins.
 QByteArray literal(const QString &text, const ScriptLanguage &language);
 
 /// Likewise, or the literal of an absent value if the text is null.

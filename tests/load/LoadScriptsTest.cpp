@@ -84,6 +84,7 @@ void LoadScriptsTest::textsCannotEndTheirLiteral_data()
                                        << QByteArray("\"a\\u{202e}b\"");
     QTest::newRow("invisible beyond U+FFFF")
         << text("\U000E0001") << QByteArray("'\\U000e0001'") << QByteArray("\"\\U{e0001}\"");
+    QTest::newRow("no character") << QString(QChar(0)) << QByteArray("'\\u0000'") << QByteArray("\"\\u{fffd}\"");
     QTest::newRow("lone surrogate") << QString(QChar(0xD800)) << QByteArray("'\xEF\xBF\xBD'")
                                     << QByteArray("\"\xEF\xBF\xBD\"");
 }
