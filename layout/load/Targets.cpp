@@ -5,6 +5,7 @@
 #include "PandasProgram_p.h"
 #include "PostgresqlProgram_p.h"
 #include "RProgram_p.h"
+#include "SasProgram_p.h"
 #include "SpssProgram_p.h"
 #include "SqliteProgram_p.h"
 #include "StataProgram_p.h"
@@ -101,6 +102,19 @@ const QVector<TargetRules> &targetRules()
           isNeverReserved,
           stataProgram,
           true,
+          0 },
+        { LoadTarget::Sas,
+          "sas",
+          NameCharacters::Plain,
+          NameStart::LetterOrUnderscore,
+          NameCase::Ignored,
+          { 32, LengthUnit::Characters },
+          { 256, LengthUnit::Characters },
+          { 32767, LengthUnit::Bytes },
+          isReservedInSas,
+          isReservedDataSet,
+          sasProgram,
+          false,
           0 },
     };
     return rules;

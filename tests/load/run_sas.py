@@ -1,0 +1,153 @@
+#!/usr/bin/env python3
+"""Runs the SAS programs of the generated survey in the interpreter sas.py, and compares all cells and labels.
+
+    run_sas.py TOOL
+"""
+
+import os
+import sys
+import tempfile
+from fractions import Fraction
+
+import compare
+import reference
+import sas
+import survey
+
+POLICY = compare.Policy(compare.ULP, True, False)
+REASONS = {"missing": "M", "refused": "R"}
+
+
+def cell_of(cell):
+    if isinstance(cell, bytes):
+        return cell.decode("utf-8")
+    if isinstance(cell, sas.Missing):
+        return reference.Missing(cell.tag.lower()) if cell.tag else None
+    return Fraction(cell)
+
+
+def tables_of(outcome):
+    return {name: {"columns": data.names, "rows": [[cell_of(cell) for cell in row] for row in data.rows]}
+            for name, data in outcome.tables.items()}
+
+
+# -------------------------------------------------------------------------------------------------------- labels
+
+def label_of(entries, cell):
+    """The label that a format gives to a cell; "" if it has none."""
+    for low, low_is_included, high, high_is_included, label in entries:
+        if isinstance(cell, (bytes, sas.Missing)) or isinstance(low, (bytes, sas.Missing)):
+            if type(low) is type(cell) and low == cell:
+                return label
+        elif (low < cell or low_is_included and low == cell) and (cell < high or high_is_included and cell == high):
+            return label
+    return ""
+
+
+def pairs_of(column):
+    """(low, high, special, label parts) of the codes that cells can have, specials first."""
+    pairs = []
+    for value in sorted(column.values or [], key=lambda each: not each.get("special")):
+        for pair in value["ranges"]:
+            texts = [pair["from"], pair.get("to") or pair["from"]]
+            if column.kind == "text":
+                ends = [text.rstrip(" ").encode("utf-8") for text in texts]
+            else:
+                ends = [reference.number_of(text, 0, True) for text in texts]
+            if None not in ends and (column.kind != "text" or ends[0] == ends[1]):
+                pairs.append((*ends, value.get("special"), value.get("labels")))
+    return pairs
+
+
+def is_missing(column, special, parsed):
+    if column.kind == "text" or not special:
+        return False
+    return special == "notApplicable" or parsed.specials != "keep"
+
+
+def expected_label(column, cell, parsed):
+    """The label of a cell: that of the first special, else of the first value, with this code."""
+    for low, high, special, labels in pairs_of(column):
+        if not is_missing(column, special, parsed) and low <= cell <= high:
+            return reference.text_of(labels, parsed.language)
+    return ""
+
+
+def expected_reason(column, tag, parsed):
+    texts = [reference.text_of(labels, parsed.language) for _, _, special, labels in pairs_of(column)
+             if REASONS.get(special) == tag and is_missing(column, special, parsed)]
+    return next((text for text in texts if text), "")
+
+
+def cells_to_try(column):
+    """All ends of ranges, and numbers within and next to them that a cell can hold exactly."""
+    ends = [end for low, high, _, _ in pairs_of(column) for end in (low, high)]
+    if column.kind == "text":
+        return ends + [b"no code"]
+    middles = [(low + high) / 2 for low, high, _, _ in pairs_of(column)]
+    more = middles + [end + step for end in ends for step in (1, -1)]
+    return ends + [cell for cell in more if Fraction(float(cell)) == cell]
+
+
+def format_differs(table, column, entries, parsed):
+    differences = []
+    for cell in cells_to_try(column):
+        wanted, got = expected_label(column, cell, parsed), label_of(entries, cell if column.kind == "text" else Fraction(float(cell)))
+        if wanted != got:
+            differences.append(f"{table.name}.{column.name}: the label of {cell} is {wanted!r}, got {got!r}")
+    for tag in REASONS.values() if column.kind != "text" else []:
+        wanted, got = expected_reason(column, tag, parsed), label_of(entries, sas.Missing(tag))
+        if wanted != got:
+            differences.append(f"{table.name}.{column.name}: the label of .{tag} is {wanted!r}, got {got!r}")
+    return differences
+
+
+def compare_labels(result, outcome):
+    differences = []
+    for name, table in result.tables.items():
+        data = outcome.tables[name]
+        if data.label != reference.one_line(table.label):
+            differences.append(f"{name}: the label is {table.label!r}, got {data.label!r}")
+        for column in table.columns:
+            key = column.name.lower()
+            if column.item and data.labels.get(key, "") != column.label[:256]:
+                differences.append(f"{name}.{column.name}: the label is {column.label!r}, got {data.labels.get(key)!r}")
+            differences += format_differs(table, column, outcome.formats.get(data.formats.get(key), []), result.parsed)
+    compare.raise_if(differences)
+
+
+def run(tool, variant, directory):
+    result = compare.expected(tool, "sas", variant)
+    files = compare.make_program(tool, "sas", variant, directory)
+    try:
+        outcome = sas.run(next(iter(files.values())), variant.data)
+    except sas.SasError as error:
+        raise compare.Difference(f"SAS stops: {error}") from error
+    compare.counts(result, "\n".join(outcome.log))
+    compare.tables(result, tables_of(outcome), POLICY)
+    compare_labels(result, outcome)
+
+
+def stops_without_data(tool, variant, directory):
+    """A data file that does not exist: nothing is made."""
+    files = compare.make_program(tool, "sas", variant, directory)
+    try:
+        sas.run(next(iter(files.values())), os.path.join(directory, "absent.dat"))
+    except sas.SasError as error:
+        if "cannot be opened" in str(error):
+            return
+        raise
+    raise compare.Difference("the program did not stop")
+
+
+def main(tool):
+    with tempfile.TemporaryDirectory() as directory:
+        variants = survey.variants(directory)
+        for variant in variants:
+            compare.check(f"sas, {variant.name}", run, tool, variant, os.path.join(directory, "sas " + variant.name))
+        compare.check("sas without its data file", stops_without_data, tool, variants[0], os.path.join(directory, "absent"))
+    compare.finish()
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])
