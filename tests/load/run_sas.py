@@ -65,38 +65,39 @@ def is_missing(column, special, parsed):
     return special == "notApplicable" or parsed.specials != "keep"
 
 
-def expected_label(column, cell, parsed):
+def expected_label(column, pairs, cell, parsed):
     """The label of a cell: that of the first special, else of the first value, with this code."""
-    for low, high, special, labels in pairs_of(column):
+    for low, high, special, labels in pairs:
         if not is_missing(column, special, parsed) and low <= cell <= high:
             return reference.text_of(labels, parsed.language)
     return ""
 
 
-def expected_reason(column, tag, parsed):
-    texts = [reference.text_of(labels, parsed.language) for _, _, special, labels in pairs_of(column)
+def expected_reason(column, pairs, tag, parsed):
+    texts = [reference.text_of(labels, parsed.language) for _, _, special, labels in pairs
              if REASONS.get(special) == tag and is_missing(column, special, parsed)]
     return next((text for text in texts if text), "")
 
 
-def cells_to_try(column):
+def cells_to_try(column, pairs):
     """All ends of ranges, and numbers within and next to them that a cell can hold exactly."""
-    ends = [end for low, high, _, _ in pairs_of(column) for end in (low, high)]
+    ends = [end for low, high, _, _ in pairs for end in (low, high)]
     if column.kind == "text":
         return ends + [b"no code"]
-    middles = [(low + high) / 2 for low, high, _, _ in pairs_of(column)]
-    more = middles + [end + step for end in ends for step in (1, -1)]
-    return ends + [cell for cell in more if Fraction(float(cell)) == cell]
+    middles = [(low + high) / 2 for low, high, _, _ in pairs]
+    is_exact = lambda number: Fraction(float(number)) == number
+    return ends + list(filter(is_exact, middles + [end + step for end in filter(is_exact, ends) for step in (1, -1)]))
 
 
 def format_differs(table, column, entries, parsed):
     differences = []
-    for cell in cells_to_try(column):
-        wanted, got = expected_label(column, cell, parsed), label_of(entries, cell if column.kind == "text" else Fraction(float(cell)))
+    pairs = pairs_of(column)
+    for cell in cells_to_try(column, pairs):
+        wanted, got = expected_label(column, pairs, cell, parsed), label_of(entries, cell if column.kind == "text" else float(cell))
         if wanted != got:
             differences.append(f"{table.name}.{column.name}: the label of {cell} is {wanted!r}, got {got!r}")
     for tag in REASONS.values() if column.kind != "text" else []:
-        wanted, got = expected_reason(column, tag, parsed), label_of(entries, sas.Missing(tag))
+        wanted, got = expected_reason(column, pairs, tag, parsed), label_of(entries, sas.Missing(tag))
         if wanted != got:
             differences.append(f"{table.name}.{column.name}: the label of .{tag} is {wanted!r}, got {got!r}")
     return differences
@@ -104,6 +105,7 @@ def format_differs(table, column, entries, parsed):
 
 def compare_labels(result, outcome):
     differences = []
+    compared = set()
     for name, table in result.tables.items():
         data = outcome.tables[name]
         if data.label != reference.one_line(table.label):
@@ -112,7 +114,11 @@ def compare_labels(result, outcome):
             key = column.name.lower()
             if column.item and data.labels.get(key, "") != column.label[:256]:
                 differences.append(f"{name}.{column.name}: the label is {column.label!r}, got {data.labels.get(key)!r}")
-            differences += format_differs(table, column, outcome.formats.get(data.formats.get(key), []), result.parsed)
+            # Occurrences share the value set of their item, and a format.
+            pair = (id(column.values), data.formats.get(key))
+            if pair not in compared:
+                differences += format_differs(table, column, outcome.formats.get(pair[1], []), result.parsed)
+            compared.add(pair)
     compare.raise_if(differences)
 
 
