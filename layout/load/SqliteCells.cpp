@@ -22,6 +22,13 @@ bool hasWrittenMark(const PlannedColumn &column)
     return column.type == CellType::Decimal && column.item->decimalMark && column.decimals + 1 < column.length;
 }
 
+// Whether the blanks of the column are too many for a literal.
+bool isLong(const PlannedColumn &column)
+{
+    constexpr int longestBlanks = 100;
+    return column.length > longestBlanks;
+}
+
 // Characters of the line from a 1-based column of the first occurrence.
 QByteArray part(const PlannedTable &table, int start, int length)
 {
@@ -91,14 +98,16 @@ QByteArray sqliteTypeOfCells(const PlannedColumn &column)
 
 QByteArray sqlitePlainCell(const PlannedTable &table, const PlannedColumn &column)
 {
-    constexpr int longestBlanks = 100;
     if (!column.isNumber())
         return textCell(table, column);
     if (hasWrittenMark(column))
         return markedCell(table, column);
-    if (column.length > longestBlanks)
-        return "nullif(trim(" + whole(table, column) + ", ' '), '')";
-    return "nullif(" + whole(table, column) + ", '" + QByteArray(column.length, ' ') + "')";
+    return isLong(column) ? "trim(" + whole(table, column) + ", ' ')" : whole(table, column);
+}
+
+QByteArray sqliteIsText(const PlannedColumn &column, const QByteArray &cell)
+{
+    return cell + " > '" + (isLong(column) ? QByteArray() : QByteArray(column.length, ' ')) + '\'';
 }
 
 QByteArray sqliteOtherCell(const PlannedTable &table, const PlannedColumn &column)

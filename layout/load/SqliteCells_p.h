@@ -20,6 +20,9 @@ QByteArray sqliteTypeOfCells(const PlannedColumn &column);
 /// An expression for the cell of a plain line.
 QByteArray sqlitePlainCell(const PlannedTable &table, const PlannedColumn &column);
 
+/// A condition that is true for a cell of a number that is a text other than blanks: a text is greater than any number.
+QByteArray sqliteIsText(const PlannedColumn &column, const QByteArray &cell);
+
 /// An expression for the cell of any line: numbers with other characters than digits become texts that begin with `=`.
 QByteArray sqliteOtherCell(const PlannedTable &table, const PlannedColumn &column);
 

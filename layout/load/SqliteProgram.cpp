@@ -44,10 +44,15 @@ bool canBeErased(const LoadPlan &plan)
     return !plan.recordType || plan.recordType->start != 1;
 }
 
+QByteArray wholeMarkField(const LoadPlan &plan)
+{
+    return "substr(l, " + QByteArray::number(plan.recordType->start) + ", "
+        + QByteArray::number(plan.recordType->length) + ')';
+}
+
 QByteArray markField(const LoadPlan &plan)
 {
-    return "rtrim(substr(l, " + QByteArray::number(plan.recordType->start) + ", "
-        + QByteArray::number(plan.recordType->length) + "), ' ')";
+    return "rtrim(" + wholeMarkField(plan) + ", ' ')";
 }
 
 QByteArray withoutBlanks(QByteArray mark)
@@ -63,7 +68,8 @@ QByteArray isOfTable(const LoadPlan &plan, const PlannedTable &table)
     QByteArrayList conditions;
     const QString mark = QString::fromUtf8(withoutBlanks(table.mark.toUtf8()));
     if (plan.recordType)
-        conditions.append(markField(plan) + " = " + sqlText(mark));
+        conditions.append((mark.size() == plan.recordType->length ? wholeMarkField(plan) : markField(plan)) + " = "
+                          + sqlText(mark));
     if (mark.isEmpty())
         conditions.append("NOT " + blankLine("l"));
     if (canBeErased(plan))
@@ -174,7 +180,7 @@ private:
         for (int i = 0; i < cut.size(); ++i) {
             if (!cut.at(i).isNumber())
                 continue;
-            const QByteArray isText = "typeof(" + cell(i) + ") = 'text'";
+            const QByteArray isText = sqliteIsText(cut.at(i), cell(i));
             const QByteArray id = QByteArray::number(i + 1);
             areTexts.append(isText);
             columns.append('(' + id + ", " + sqlText(cut.at(i).name) + ", " + QByteArray::number(cut.at(i).decimals)
@@ -182,7 +188,8 @@ private:
             parts.append("SELECT " + id + ", row, " + cell(i) + ", NULL FROM temp." + rows()
                          + " WHERE row IN (SELECT row FROM temp.load_text_rows) AND " + isText);
         }
-        return "-- Texts in columns of numbers get a second look.\nDELETE FROM temp.load_text_rows;\n"
+        return "-- Texts in columns of numbers, which are greater than any number, get a second look.\nDELETE FROM "
+               "temp.load_text_rows;\n"
                "INSERT INTO temp.load_text_rows SELECT row FROM temp."
             + rows() + "\n  WHERE " + sqliteJoined(areTexts, "\n    OR ")
             + ";\nDELETE FROM temp.load_columns;\nINSERT INTO temp.load_columns VALUES\n" + sqlList(columns, 2)
@@ -205,8 +212,8 @@ private:
         for (int i = 0; i < cut.size(); ++i) {
             const QByteArray name = cell(i);
             if (cut.at(i).isNumber())
-                columns.append(name + " = CASE typeof(" + name
-                               + ") WHEN 'text' THEN (SELECT number FROM temp.load_texts t WHERE t.column = "
+                columns.append(name + " = CASE WHEN " + sqliteIsText(cut.at(i), name)
+                               + " THEN (SELECT number FROM temp.load_texts t WHERE t.column = "
                                + QByteArray::number(i + 1) + " AND t.row = " + rows() + ".row) ELSE " + name + " END");
         }
         return "UPDATE temp." + rows() + " SET\n" + sqlList(columns, 4)
@@ -240,16 +247,19 @@ private:
             + columns + ");\n";
     }
 
-    // The value of a cell: decimals are divided out, and codes that mean missing are NULL.
+    // The value of a cell: decimals are divided out. Codes that mean missing are NULL, and so are blanks, which are not
+    // less than the empty text, as each number is.
     QByteArray finalCell(const PlannedColumn &column, const QByteArray &value) const
     {
-        SqlCell result;
-        result.value = value;
-        if (column.type == CellType::Decimal) {
-            result.result = value + " / 1e" + QByteArray::number(column.decimals);
+        SqlCell result{ value, {}, 0 };
+        if (column.isNumber()) {
+            QByteArray scaled = value;
+            if (column.type == CellType::Decimal)
+                scaled += " / 1e" + QByteArray::number(column.decimals);
+            else if (sqliteTypeOfCells(column) == "REAL")
+                scaled += " + 0.0"; // no negative zero
+            result.result = "CASE WHEN " + value + " < '' THEN " + scaled + " END";
             result.shift = column.decimals;
-        } else if (sqliteTypeOfCells(column) == "REAL") {
-            result.result = value + " + 0.0"; // no negative zero
         }
         return sqlWithoutSpecials(plan, column, result);
     }
@@ -283,8 +293,8 @@ private:
         }
         if (table.hasOccurrence)
             from += " CROSS JOIN temp." + occ() + " o ON o.row = " + record;
-        return "INSERT INTO " + mainTable(table.name) + " SELECT\n" + sqlList(finalCells(), 4) + '\n' + from
-            + " ORDER BY t.row;\n";
+        return "-- A number is less than any text, so that blanks become NULL.\nINSERT INTO " + mainTable(table.name)
+            + " SELECT\n" + sqlList(finalCells(), 4) + '\n' + from + " ORDER BY t.row;\n";
     }
 
     QByteArray messages() const
