@@ -159,6 +159,16 @@ def cases_across_blocks_count_on(tool, directory):
     variant_agrees(tool, variant._replace(data=scattered), os.path.join(directory, "p"))
 
 
+def progress_is_reported(tool, directory):
+    variant = survey.variant(directory, "ascii")
+    plain, program, _ = modules(tool, variant, os.path.join(directory, "p"))
+    plain.PROGRESS = 0
+    _, printed = printed_by(program.write, variant.data, os.path.join(directory, "out"), 2000)
+    for done in ("counted", "written"):
+        if f"{variant.data}: 100 % {done}\n" not in printed:
+            raise compare.Difference(f"no progress in {printed!r}")
+
+
 def program_runs_on_the_cluster(tool, cluster, directory):
     """By its command line, with the address of the scheduler and with workers of its own; a second run replaces the
     files of the first."""
@@ -199,7 +209,7 @@ def main(tool):
                 compare.check(f"Dask, {variant.name}", variant_agrees, tool, variant,
                               os.path.join(directory, variant.name))
             for test in (blocks_smaller_than_a_line, lines_belong_to_the_block_in_which_they_begin,
-                         cases_across_blocks_count_on, failures_leave_nothing):
+                         cases_across_blocks_count_on, failures_leave_nothing, progress_is_reported):
                 place = os.path.join(directory, test.__name__)
                 os.makedirs(place)
                 compare.check(test.__name__, test, tool, place)

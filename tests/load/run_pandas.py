@@ -5,6 +5,7 @@
 """
 
 import os
+import re
 import shutil
 import sys
 import tempfile
@@ -110,6 +111,15 @@ def blocks_do_not_matter(tool, directory):
         pd.testing.assert_frame_equal(whole[name], frame)
 
 
+def progress_is_reported(tool, directory):
+    variant, program = program_of(tool, directory)
+    script = (f"import {os.path.basename(program)[:-3]} as program; program.PROGRESS = 0; program.BLOCK = 2000; "
+              f"program.load({variant.data!r})")
+    printed = frames.run(["-c", script], directory)
+    if not re.search(r"ascii\.dat: \d+ % read\n", printed) or f"{variant.data}: 100 % read\n" not in printed:
+        raise compare.Difference(f"no progress in {printed!r}")
+
+
 def import_runs_nothing(tool, directory):
     variant, program = program_of(tool, directory)
     before = sorted(os.listdir(directory))
@@ -123,7 +133,7 @@ def main(tool):
         for variant in survey.variants(directory):
             compare.check(f"pandas, {variant.name}", variant_agrees, tool, variant, os.path.join(directory, variant.name))
         for test in (failures_leave_nothing, data_is_read_in_the_working_directory, blocks_do_not_matter,
-                     import_runs_nothing):
+                     progress_is_reported, import_runs_nothing):
             place = os.path.join(directory, test.__name__)
             os.makedirs(os.path.join(place, "p"))
             compare.check(test.__name__, test, tool, place)

@@ -177,6 +177,14 @@ def parts_do_not_matter(tool, rscript, directory):
     run([rscript, "-e", script])
 
 
+def progress_is_reported(tool, rscript, directory):
+    variant = survey.variant(directory, "ascii")
+    script = f'source("{make(tool, variant, directory)}"); PROGRESS <- 0; CHUNK <- 20; load_data("{variant.data}")'
+    printed = run([rscript, "-e", script])
+    if f"{variant.data}: 100 % read\n" not in printed:
+        raise compare.Difference(f"no progress in {printed!r}")
+
+
 def source_runs_nothing(tool, rscript, directory):
     program = make(tool, survey.variant(directory, "ascii"), directory)
     before = sorted(os.listdir(directory))
@@ -191,7 +199,7 @@ def main(tool, rscript):
             compare.check(f"R, {variant.name}", variant_agrees, tool, rscript, variant,
                           os.path.join(directory, variant.name))
         for test in (locale_does_not_matter, failures_leave_nothing, data_is_read_in_the_working_directory,
-                     parts_do_not_matter, source_runs_nothing):
+                     parts_do_not_matter, progress_is_reported, source_runs_nothing):
             place = os.path.join(directory, test.__name__)
             os.makedirs(os.path.join(place, "p"))
             compare.check(test.__name__, test, tool, rscript, place)

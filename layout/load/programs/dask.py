@@ -9,6 +9,7 @@ import sys
 
 import dask
 import dask.dataframe
+import distributed
 import pandas as pd
 from dask.utils import parse_bytes
 
@@ -23,7 +24,7 @@ DATA = program.DATA
 
 # The cases of all blocks are compared in groups, one task each, so that no task needs the cases of the whole file. More
 # groups need less memory and more tasks: their number times that of the blocks.
-BLOCKS_IN_GROUP = 4
+BLOCKS_IN_GROUP = 2
 MAX_GROUPS = 64
 
 
@@ -124,6 +125,19 @@ def block_ranges(path, blocksize):
     return [(first, min(first + step, size)) for first in range(0, max(size, 1), step)]
 
 
+def computed(path, tasks, done):
+    """The results of tasks, one for each block. On a cluster, it is reported every few seconds how many are done."""
+    try:
+        client = distributed.get_client()
+    except ValueError:
+        return dask.compute(*tasks)
+    futures = client.compute(tasks)
+    progress = program.Progress(path, len(futures), done)
+    for number, _ in enumerate(distributed.as_completed(futures), 1):
+        progress.report(number)
+    return client.gather(futures)
+
+
 def surveyed(path, ranges):
     """Reads the file once. Returns the counts of each block, and for each block the cases that began before it. These
     stay with the workers."""
@@ -133,7 +147,7 @@ def surveyed(path, ranges):
                 for group in range(groups)]
     earlier = [dask.delayed(joined)([group[number] for group in compared]) for number in range(len(ranges))]
     kept = dask.persist(*[counts for counts, _ in found], *earlier)
-    return dask.compute(*kept[:len(ranges)]), kept[len(ranges):]
+    return computed(path, kept[:len(ranges)], 'counted'), kept[len(ranges):]
 
 
 def check_encoding(path, counts):
@@ -153,9 +167,8 @@ def report_counts(counts):
 
 def send_programs():
     """Sends the workers of a cluster this program and the module that it uses."""
-    with contextlib.suppress(ImportError, ValueError):
-        from distributed import get_client
-        client = get_client()
+    with contextlib.suppress(ValueError):
+        client = distributed.get_client()
         for module in (program.__file__, __file__):
             client.upload_file(os.path.abspath(module))
 
@@ -206,7 +219,7 @@ def write(path, directory, blocksize='64MB'):
             os.makedirs(os.path.join(temporary, name))
         tasks = [dask.delayed(write_part)(temporary, number, survey_of_file.path, first, end, earlier)
                  for number, ((first, end), earlier) in enumerate(survey_of_file.blocks())]
-        dask.compute(*tasks)
+        computed(path, tasks, 'written')
         program.codes_table().to_csv(os.path.join(temporary, 'codes.csv'), index=False, encoding='utf-8',
                                      lineterminator='\n')
         replace(temporary, directory)
@@ -229,7 +242,6 @@ def replace(temporary, directory):
 
 def client_for(address):
     """A client of the scheduler with this address, or of workers on this machine."""
-    import distributed
     if address:
         return distributed.Client(address)
     return distributed.Client(host='127.0.0.1', dashboard_address='127.0.0.1:0')

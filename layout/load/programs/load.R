@@ -56,6 +56,7 @@ CODES <- utf8(CODES)
 TABLES <- utf8(TABLES)
 KNOWN_TYPES <- utf8(KNOWN_TYPES)
 CHUNK <- 100000 # lines that are read at once
+PROGRESS <- 5 # seconds from one report of progress to the next
 
 # ----------------------------------------------------------------------------------------------------------------------
 # Lines
@@ -143,7 +144,7 @@ number_cells <- function(texts, column) {
   values[is_number] <- numbers_of(different[is_number], column$decimals)
   if (!is.na(column$codes)) {
     values <- with_special_codes(values, CODES[[column$codes]]$special, function(low, high) {
-      !is.na(values) & values >= as.numeric(low) & values <= as.numeric(high)
+      !is.na(values) & values >= numbers_of(low, 0) & values <= numbers_of(high, 0)
     }, missing_number)
   }
   wrong <- !is_number & !is_blank(different)
@@ -292,7 +293,7 @@ labelled_column <- function(values, column) {
     codes <- labels[, 1]
   } else {
     codes <- vapply(seq_len(nrow(labels)), function(row) {
-      if (labels[row, 3] == "value") as.numeric(labels[row, 1]) else missing_number(labels[row, 3])
+      if (labels[row, 3] == "value") numbers_of(labels[row, 1], 0) else missing_number(labels[row, 3])
     }, 0)
   }
   label <- if (nzchar(column$label)) column$label
@@ -392,7 +393,7 @@ read_file <- function(path) {
   on.exit(close(connection))
   size <- file.size(path)
   bytes <- 0
-  next_report <- proc.time()[["elapsed"]] + 5
+  next_report <- proc.time()[["elapsed"]] + PROGRESS
   repeat {
     lines <- readLines(connection, CHUNK, warn = FALSE)
     if (!length(lines)) {
@@ -405,7 +406,7 @@ read_file <- function(path) {
     add_part_of_file(collection, decoded(lines, collection$lines, path))
     if (proc.time()[["elapsed"]] >= next_report) {
       message(path, ": ", min(100, floor(100 * bytes / size)), " % read")
-      next_report <- proc.time()[["elapsed"]] + 5
+      next_report <- proc.time()[["elapsed"]] + PROGRESS
     }
   }
 }

@@ -58,6 +58,7 @@ class Codes(typing.NamedTuple):
 
 BLOCK = 4 * 1024 * 1024  # bytes of the data file that are read at once
 MATRIX = 16 * 1024 * 1024  # characters that are taken apart at once
+PROGRESS = 5  # seconds from one report of progress to the next
 CODES_COLUMNS = ['table_name', 'column_name', 'code_from', 'code_to', 'label', 'special']
 
 
@@ -548,17 +549,18 @@ def count_messages(rows, bad, unknown, blank):
 
 
 class Progress:
-    """Reports every few seconds how much of the file is read."""
+    """Reports every few seconds how much of the file is done."""
 
-    def __init__(self, path):
+    def __init__(self, path, size, done):
         self.path = path
-        self.size = os.path.getsize(path)
-        self.next = time.monotonic() + 5
+        self.size = size
+        self.done = done
+        self.next = time.monotonic() + PROGRESS
 
     def report(self, position):
         if time.monotonic() >= self.next:
-            print(f'{self.path}: {100 * position // max(self.size, 1)} % read', file=sys.stderr)
-            self.next = time.monotonic() + 5
+            print(f'{self.path}: {100 * position // max(self.size, 1)} % {self.done}', file=sys.stderr)
+            self.next = time.monotonic() + PROGRESS
 
 
 def whole_lines(file, position=0, end=math.inf):
@@ -593,7 +595,7 @@ def read_blocks(parts, has_first_line, places=None, report=lambda position: None
 def read_file(path):
     with open(path, 'rb') as file:
         try:
-            return read_blocks(whole_lines(file), True, report=Progress(path).report)
+            return read_blocks(whole_lines(file), True, report=Progress(path, os.path.getsize(path), 'read').report)
         except EncodingError as error:
             raise DataError(encoding_message(path, error.line)) from None
 
