@@ -336,9 +336,10 @@ QByteArray read(const LoadPlan &plan)
 {
     // A byte that UTF-8 does not have, or one of the few that windows-1252 does not have.
     const bool isUtf8 = plan.options.encoding == DataEncoding::Utf8;
-    return programPart(
-               "sqlite/read.sql",
-               { { "separator", isUtf8 ? "376" : "201" }, { "path", shellArgument(safePath(plan.options.data)) } })
+    return programPart("sqlite/read.sql",
+                       { { "separator", isUtf8 ? "376" : "201" },
+                         { "path", shellArgument(safePath(plan.options.data)) },
+                         { "place", sqlText(safePath(plan.options.data)) } })
         + programPart(isUtf8 ? "sqlite/utf-8.sql" : "sqlite/windows-1252.sql");
 }
 

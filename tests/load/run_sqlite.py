@@ -4,7 +4,9 @@
     run_sqlite.py TOOL SQLITE3
 """
 
+import json
 import os
+import shutil
 import sqlite3
 import subprocess
 import sys
@@ -100,12 +102,72 @@ def compare_bad_bytes(sqlite, tool, variant, directory):
             raise compare.Difference(f"{bad}: a failed run left something behind: {errors!r}")
 
 
+PATHS = ("|touch canary", "-x.dat", "~.dat", 'it\'s "a" \\n \\', "a\n.shell touch canary", "#", "a'); --", "\u20ac \U0001F600.dat")
+
+
+def compare_paths(sqlite, tool, variant, directory):
+    """The path of the data file is nothing but a path."""
+    place = os.path.join(directory, "paths")
+    os.mkdir(place)
+    for number, path in enumerate(PATHS):
+        shutil.copy(variant.data, os.path.join(place, path))
+        program = program_of(compare.make_program(tool, "sqlite", variant._replace(data=path), os.path.join(directory, f"path{number}")))
+        status, _, errors = load(sqlite, os.path.join(directory, f"path{number}.db"), program, cwd=place)
+        if status or errors:
+            raise compare.Difference(f"{path!r}: status {status}, {errors!r}")
+        compare.tables(compare.expected(tool, "sqlite", variant), tables_of(os.path.join(directory, f"path{number}.db")), POLICY)
+    if sorted(os.listdir(place)) != sorted(PATHS):
+        raise compare.Difference(f"files: {os.listdir(place)}")
+
+
+NAMES = ("sqlite_master", "load_lines", "load_rows_1", 'a"; DROP TABLE x; --', "select", "temp", "a\nb", "main.x")
+ITEMS = ("rowid", "oid", "_rowid_", "row", "c1", "l", 'a" INTEGER); --', "occ", "select", "it's")
+
+
+def compare_names(sqlite, tool, variant, directory):
+    """Names of records and items that mean something to SQLite, or to the program itself."""
+    with open(variant.dictionary, encoding="utf-8") as file:
+        dictionary = json.load(file)
+    records = [record for level in dictionary["levels"] for record in level["records"]]
+    for record, name in zip(records, NAMES):
+        record["name"] = name
+        for item, name in zip(record["items"], ITEMS):
+            item["name"] = name
+    path = survey.write(os.path.join(directory, "names.dcf"), json.dumps(dictionary).encode("utf-8"))
+    for options in ([], ["--occurrences", "long"]):
+        compare_variant(sqlite, tool, variant._replace(name="names" + "-".join(options), dictionary=path, options=options), directory)
+
+
+def compare_directory(sqlite, tool, variant, directory):
+    """A directory in place of the data file is no empty file."""
+    database = os.path.join(directory, "directory.db")
+    program = program_of(compare.make_program(tool, "sqlite", variant._replace(data=directory), os.path.join(directory, "directory")))
+    status, printed, errors = load(sqlite, database, program)
+    if status == 0 or printed or "is a directory" not in errors or tables_of(database):
+        raise compare.Difference(f"status {status}, {printed!r}, {errors!r}")
+
+
+def compare_wide(sqlite, tool, _, directory):
+    """As many columns as a table of the target can have, all with odd texts."""
+    lines = ["[Dictionary]", "Version=CSPro 7.7", "Name=WIDE", "RecordTypeStart=0", "RecordTypeLen=0", "[Level]", "Name=L", "[IdItems]",
+             "[Item]", "Name=ID", "Start=1", "Len=3", "[Record]", "Name=R", "[Item]", "Name=X", "Start=4", "Len=2", "Occurrences=1899"]
+    dictionary = survey.write(os.path.join(directory, "wide.dcf"), "\n".join(lines).encode())
+    data = survey.write(os.path.join(directory, "wide.dat"), b"  1" + b"5.+7 x-3" * 475 + b"\n  2\n  3 12\n")
+    variant = survey.Variant("wide", dictionary, data, [], "ascii", False)
+    compare_variant(sqlite, tool, variant, directory)
+    compare_variant(sqlite, tool, variant._replace(name="wide-long", options=["--occurrences", "long"]), directory)
+
+
 def main(tool, sqlite):
     with tempfile.TemporaryDirectory() as directory:
         made = survey.variants(directory)
         for variant in made:
             compare.check(f"sqlite {variant.name}", compare_variant, sqlite, tool, variant, directory)
         compare.check("bad bytes", compare_bad_bytes, sqlite, tool, made[0], directory)
+        compare.check("paths", compare_paths, sqlite, tool, made[4], directory)
+        compare.check("names", compare_names, sqlite, tool, made[0], directory)
+        compare.check("directory", compare_directory, sqlite, tool, made[4], directory)
+        compare.check("wide", compare_wide, sqlite, tool, made[0], directory)
     compare.finish()
 
 

@@ -11,6 +11,13 @@ CREATE TEMP TABLE load_lines (l TEXT);
 .import <<path>> load_lines
 .mode list
 
+-- A directory reads like an empty file. (This is looked at only if there are no lines.)
+DROP TABLE IF EXISTS temp.load_place;
+CREATE TEMP TABLE load_place (mode CONSTRAINT "the data file is a directory" CHECK (mode / 4096 <> 4));
+INSERT INTO temp.load_place SELECT CASE (SELECT count(*) FROM temp.load_lines)
+    WHEN 0 THEN (SELECT mode FROM fsdir(<<place>>) LIMIT 1) END;
+DROP TABLE temp.load_place;
+
 -- A byte-order mark is not part of the first line.
 UPDATE temp.load_lines SET l = CAST(substr(CAST(l AS BLOB), 4) AS TEXT)
   WHERE rowid = 1 AND substr(CAST(l AS BLOB), 1, 3) = x'EFBBBF';
