@@ -18,9 +18,14 @@ import shutil
 import subprocess
 import sys
 import tempfile
+from collections import Counter
 
 # What runs a block in this language, and the name of its file.
-RUN = {"sh": (["bash", "-e"], "block.sh"), "r": (["Rscript"], "block.R"), "python": (["python3"], "block.py")}
+RUN = {"sh": (["bash", "-e"], "block.sh"), "r": (["Rscript"], "block.R"), "python": (["python3"], "block.py"),
+       "spss": (["pspp"], "block.sps")}
+
+# Blocks that the interpreters of run_stata.py and run_sas.py run.
+INTERPRETED = ("stata", "sas")
 
 
 def section_of(project, name):
@@ -36,6 +41,19 @@ def section_of(project, name):
 def blocks_of(section):
     """Language and content of each block."""
     return re.findall(r"^```(\w+)\n(.*?)^```$", section, re.MULTILINE | re.DOTALL)
+
+
+def interpreted_block(section, language):
+    """The block that the interpreter of a language runs."""
+    return dict(blocks_of(section))[language]
+
+
+def states_results(section, labels, cells):
+    """Compares the frequencies and the mean in the text of a section with the labels and the numbers of two columns."""
+    numbers = [cell for cell in cells if isinstance(cell, float)]
+    wanted = [f"{count} for `{label}`" for label, count in sorted(Counter(labels).items())]
+    wanted.append(f"the mean is {sum(numbers) / len(numbers):.2f}")
+    return [f"the page does not state: {text}" for text in wanted if text not in section]
 
 
 def link(directory, name, path):
@@ -73,7 +91,7 @@ def run_section(section, directory):
     blocks = blocks_of(section)
     compared = 0
     for (language, code), (next_language, wanted) in zip(blocks, blocks[1:] + [("", "")]):
-        if language == "text":
+        if language == "text" or language in INTERPRETED:
             continue
         got = printed_by(language, code, directory)
         if next_language == "text":

@@ -1,16 +1,19 @@
 #!/usr/bin/env python3
 """Runs the SAS programs of the generated survey in the interpreter sas.py, and compares all cells and labels.
 
-    run_sas.py TOOL
+    run_sas.py TOOL PROJECT
 """
 
 import os
+import re
+import shutil
 import sys
 import tempfile
 from fractions import Fraction
 
 import compare
 import reference
+import run_docs
 import sas
 import survey
 
@@ -146,12 +149,29 @@ def stops_without_data(tool, variant, directory):
     raise compare.Difference("the program did not stop")
 
 
-def main(tool):
+def page(tool, project, directory):
+    """The example of the page, which states the frequencies of a variable and the mean of another."""
+    section = run_docs.section_of(project, "SAS")
+    code = run_docs.interpreted_block(section, "sas")
+    shutil.copy(os.path.join(project, "examples", "census.dat"), directory)
+    example = survey.Variant("page", os.path.join(project, "examples", "census.dcf"), "census.dat", [], "ascii", False)
+    files = compare.make_program(tool, "sas", example, directory)
+    program, table, counted, averaged = re.fullmatch(
+        r"%include '(.*)';\nproc freq data=(\w+); tables (\w+); run;\nproc means data=\w+ mean maxdec=2; var (\w+); run;\n", code).groups()
+    outcome = sas.run(files[program])
+    data = outcome.tables[table]
+    column = lambda name: [row[data.names.index(name)] for row in data.rows]
+    entries = outcome.formats[data.formats[counted.lower()]]
+    compare.raise_if(run_docs.states_results(section, [label_of(entries, cell) for cell in column(counted)], column(averaged)))
+
+
+def main(tool, project):
     with tempfile.TemporaryDirectory() as directory:
         variants = survey.variants(directory)
         for variant in variants:
             compare.check(f"sas, {variant.name}", run, tool, variant, os.path.join(directory, "sas " + variant.name))
         compare.check("sas without its data file", stops_without_data, tool, variants[0], os.path.join(directory, "absent"))
+        compare.check("sas, the page", page, tool, project, directory)
     compare.finish()
 
 

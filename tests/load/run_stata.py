@@ -1,16 +1,18 @@
 #!/usr/bin/env python3
 """Runs the Stata programs of the generated survey in the interpreter stata.py, and compares all cells and labels.
 
-    run_stata.py TOOL
+    run_stata.py TOOL PROJECT
 """
 
 import os
+import re
 import sys
 import tempfile
 from fractions import Fraction
 
 import compare
 import reference
+import run_docs
 import stata
 import survey
 
@@ -121,11 +123,30 @@ def stops_at_wide_characters(tool, variant, directory):
     raise compare.Difference("the program did not stop at data that are not ASCII")
 
 
+def page(tool, project, directory):
+    """The example of the page, which states the frequencies of a variable and the mean of another."""
+    section = run_docs.section_of(project, "Stata")
+    commands = dict(re.findall(r"(\w+) (.*)", run_docs.interpreted_block(section, "stata")))
+    source, made = re.match(r"convertfile (\S+) (\S+), dstencoding\(windows-1252\)", commands["unicode"]).groups()
+    with open(os.path.join(project, "examples", source), "rb") as file:
+        text = file.read().decode("utf-8")
+    with open(os.path.join(directory, made), "wb") as file:
+        file.write(text.encode("windows-1252"))
+    example = survey.Variant("page", os.path.join(project, "examples", "census.dcf"), made, ["--encoding", "windows-1252"], "latin", False)
+    files = compare.make_program(tool, "stata", example, directory)
+    program, data = commands["do"].split()
+    outcome = stata.run(files[program], [data])
+    table = outcome.files[commands["use"].split(",")[0]]
+    labels = table.value_labels[commands["tabulate"]]
+    compare.raise_if(run_docs.states_results(section, [labels[cell] for cell in table.columns[commands["tabulate"]]],
+                                             table.columns[commands["summarize"]]))
+
+
 def has_types(variant):
     return not variant.name.startswith("plain")
 
 
-def main(tool):
+def main(tool, project):
     with tempfile.TemporaryDirectory() as directory:
         for variant in survey.variants(directory):
             place = os.path.join(directory, "stata " + variant.name)
@@ -136,6 +157,7 @@ def main(tool):
             for takes_blanks_off in [True, False] if has_types(variant) else [False]:
                 way = "blanks off" if takes_blanks_off else "blanks kept"
                 compare.check(f"stata, {variant.name}, {way}", run, tool, variant, place, takes_blanks_off, 17)
+        compare.check("stata, the page", page, tool, project, directory)
     compare.finish()
 
 
