@@ -12,7 +12,8 @@ namespace vanlayout
 namespace
 {
 
-constexpr int maxMarkLength = 1000; // characters of a record type
+constexpr int maxMarkLength = 1000;   // characters of a record type
+constexpr int maxNumberLength = 1000; // characters
 constexpr int maxDecimals = 100;
 
 bool isStatistical(const Layout &layout)
@@ -96,6 +97,8 @@ QString problemWithItem(const Item &item)
         return QStringLiteral("has an item without columns: %1").arg(item.name);
     if (item.start > std::numeric_limits<int>::max() - item.length)
         return QStringLiteral("has an item with columns beyond any line: %1").arg(item.name);
+    if (item.isNumeric() && item.length > maxNumberLength)
+        return QStringLiteral("has a number of more than %1 characters: %2").arg(maxNumberLength).arg(item.name);
     if (item.decimals > maxDecimals)
         return QStringLiteral("has an item with more than %1 decimals: %2").arg(maxDecimals).arg(item.name);
     return QString();

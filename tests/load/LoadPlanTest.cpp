@@ -792,6 +792,8 @@ void LoadPlanTest::layoutsWithoutProgramsHaveAReason_data()
     Item exact = number(QStringLiteral("A"), 3);
     exact.decimals = 101;
     QTest::newRow("decimals") << layoutOf({ exact }) << QStringLiteral("has an item with more than 100 decimals: A");
+    QTest::newRow("long number") << layoutOf({ number(QStringLiteral("A"), 3, 1001) })
+                                 << QStringLiteral("has a number of more than 1000 characters: A");
     Layout repeatedId = layoutOf({});
     repeatedId.levels[0].ids[0].occurrences = 2;
     QTest::newRow("repeating id") << repeatedId << QStringLiteral("has an id item that repeats: ID");
