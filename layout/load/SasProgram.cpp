@@ -42,8 +42,8 @@ struct SasFormat {
 struct SasForms {
     explicit SasForms(const LoadPlan &plan);
 
-    /// The expression for a field of a line. \a shift is what is added to its column: "" or " + (item_occ - 1) * 2".
-    QByteArray field(int start, int length, const QByteArray &shift = {}, int maxShift = 0) const;
+    /// The expression for a field of a line.
+    QByteArray field(int start, int length) const;
     int bytesOf(int characters) const
     {
         return int(std::min(qint64(characters) * bytesOfCharacter, qint64(maxTextBytes)));
@@ -99,18 +99,12 @@ SasForms::SasForms(const LoadPlan &plan)
     }
 }
 
-QByteArray SasForms::field(int start, int length, const QByteArray &shift, int maxShift) const
+QByteArray SasForms::field(int start, int length) const
 {
     if (countsCharacters())
-        return "ksubstr(" + pieces.at(0) + ", " + number(start) + shift + ", " + number(length) + ')';
-    QByteArray expression;
-    for (int i = (start - 1) / pieceStep; i <= (start - 1 + maxShift) / pieceStep; ++i) {
-        const QByteArray part
-            = "substr(" + pieces.at(i) + ", " + number(start - i * pieceStep) + shift + ", " + number(length) + ')';
-        const QByteArray isBehind = "ifc(" + number(start) + shift + " > " + number(i * pieceStep) + ", " + part + ", ";
-        expression = expression.isEmpty() ? part : isBehind + expression + ')';
-    }
-    return expression;
+        return "ksubstr(" + pieces.at(0) + ", " + number(start) + ", " + number(length) + ')';
+    const int piece = (start - 1) / pieceStep;
+    return "substr(" + pieces.at(piece) + ", " + number(start - piece * pieceStep) + ", " + number(length) + ')';
 }
 
 // The name is none of SAS's own formats, and does not end with a digit.
@@ -203,6 +197,9 @@ private:
                 + (isText ? " $ " + number(forms.bytesOf(column.length)) : QByteArray(" 8")) + ";\n";
             longest = std::max(longest, column.length);
         }
+        longest = std::max(longest, table.length);
+        if (table.isItemTable() && !forms.countsCharacters())
+            text += "  length " + p + "part $ " + number(pieceLength) + ";\n";
         return text + "  length " + p + "text $ " + number(forms.bytesOf(longest)) + ";\n";
     }
 
@@ -220,12 +217,27 @@ private:
         return table.isItemTable() && column.role == ColumnRole::Item;
     }
 
+    // A field, or its place in an occurrence: in the line, or in the piece of it that holds the occurrence.
     QByteArray fieldOf(int start, int length, bool isShifted) const
     {
         if (!isShifted)
             return forms.field(start, length);
-        return forms.field(start, length, " + (item_occ - 1) * " + number(table.step),
-                           (table.occurrences - 1) * table.step);
+        if (forms.countsCharacters())
+            return "ksubstr(" + forms.pieces.at(0) + ", " + number(start) + " + (item_occ - 1) * " + number(table.step)
+                + ", " + number(length) + ')';
+        return "substr(" + p + "part, " + p + "first + " + number(start - table.start) + ", " + number(length) + ')';
+    }
+
+    // The piece of the line that holds an occurrence, and where it begins there.
+    QByteArray partOfOccurrence() const
+    {
+        if (forms.countsCharacters())
+            return QByteArray();
+        QByteArray text = statement(p + "first = " + number(table.start) + " + (item_occ - 1) * " + number(table.step))
+            + statement(p + "piece = floor((" + p + "first - 1) / " + number(pieceStep) + ')');
+        for (int i = 0; i < forms.pieces.size(); ++i)
+            text += statement("if " + p + "piece = " + number(i) + " then " + p + "part = " + forms.pieces.at(i));
+        return text + statement(p + "first = " + p + "first - " + p + "piece * " + number(pieceStep));
     }
 
     QByteArray columns(ColumnRole role) const
@@ -262,7 +274,7 @@ private:
         return column.isNumber() && (!table.isItemTable() || column.role == ColumnRole::Item);
     }
 
-    // Ids by which cases are told apart: missing values with different reasons are one.
+    // The ids that make a case. Missing values with different reasons are the same value.
     QVector<QByteArray> keyNames() const
     {
         QVector<QByteArray> names;
@@ -289,7 +301,7 @@ private:
 
     QByteArray occurrences() const
     {
-        return "    do item_occ = 1 to " + number(table.occurrences) + ";\n"
+        return "    do item_occ = 1 to " + number(table.occurrences) + ";\n" + partOfOccurrence()
             + statement(p + "text = " + fieldOf(table.start, table.length, true)) + "    if " + p
             + "text ne ' ' then do;\n" + columns(ColumnRole::Item) + statement("output") + "    end;\n    end;\n";
     }

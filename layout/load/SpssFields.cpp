@@ -51,6 +51,10 @@ SpssFields::Columns SpssFields::columnsOf(Place place, bool areNumbers) const
         if (!column.isMade() && isOfOccurrence == isShifted && column.isNumber() == areNumbers)
             columns.append(&column);
     }
+    // Adjacent if they are in the same piece of the line.
+    std::stable_sort(columns.begin(), columns.end(), [&](const PlannedColumn *left, const PlannedColumn *right) {
+        return !isShifted && lines.pieceAt(left->start) < lines.pieceAt(right->start);
+    });
     return columns;
 }
 
@@ -66,18 +70,32 @@ QByteArray SpssFields::occurrenceColumns() const
 
 QByteArray SpssFields::cells(Place place) const
 {
-    const Columns textColumns = columnsOf(place, false);
-    const Columns numberColumns = columnsOf(place, true);
-    return (textColumns.isEmpty() ? QByteArray() : texts(textColumns, place))
-        + (numberColumns.isEmpty() ? QByteArray() : numbers(numberColumns, place));
+    return cellsOf(columnsOf(place, false), place) + cellsOf(columnsOf(place, true), place);
+}
+
+// The columns in each piece of the line have statements of their own.
+QByteArray SpssFields::cellsOf(const Columns &columns, Place place) const
+{
+    QByteArray text;
+    for (int first = 0; first < columns.size();) {
+        const QString piece = lines.pieceAt(columns.at(first)->start);
+        int end = first + 1;
+        while (end < columns.size() && (place == Place::Shifted || lines.pieceAt(columns.at(end)->start) == piece))
+            ++end;
+        const Columns part = columns.mid(first, end - first);
+        text += part.constFirst()->isNumber() ? numbers(part, place, first) : texts(part, place);
+        first = end;
+    }
+    return text;
 }
 
 QByteArray SpssFields::texts(const Columns &columns, Place place) const
 {
-    return repeat(columns, place) + ".\n" + position(place) + "COMPUTE @item=" + field(place) + ".\nEND REPEAT.\n";
+    return repeat(columns, place) + ".\n" + position(place) + "COMPUTE @item=" + field(columns, place)
+        + ".\nEND REPEAT.\n";
 }
 
-QByteArray SpssFields::numbers(const Columns &columns, Place place) const
+QByteArray SpssFields::numbers(const Columns &columns, Place place, int first) const
 {
     const bool isLong = std::any_of(columns.begin(), columns.end(),
                                     [](const PlannedColumn *column) { return column->length > maxNumberWidth; });
@@ -85,8 +103,10 @@ QByteArray SpssFields::numbers(const Columns &columns, Place place) const
     for (const PlannedColumn *column : columns)
         decimals.append(QString::number(column->decimals));
     const QByteArray vector = place == Place::Constant ? "#wrong" : "#bad";
-    return repeat(columns, place) + "\n  /@decimals=" + wordLines(decimals) + "\n  /@wrong=" + vector + "1 TO " + vector
-        + QByteArray::number(columns.size()) + ".\n" + position(place) + "COMPUTE #text=LTRIM(" + field(place) + ").\n"
+    const QByteArray counts
+        = vector + QByteArray::number(first + 1) + " TO " + vector + QByteArray::number(first + columns.size());
+    return repeat(columns, place) + "\n  /@decimals=" + wordLines(decimals) + "\n  /@wrong=" + counts + ".\n"
+        + position(place) + "COMPUTE #text=LTRIM(" + field(columns, place) + ").\n"
         + programPart(isLong ? "spss/long-number.sps" : "spss/number.sps");
 }
 
@@ -95,18 +115,15 @@ QByteArray SpssFields::repeat(const Columns &columns, Place place) const
 {
     QStringList starts;
     QStringList ends;
-    QStringList sources;
     const bool areBytes = !lines.findsCharacters();
     for (const PlannedColumn *column : columns) {
         const bool isPart = areBytes && place == Place::Shifted;
         const int start = isPart ? column->start - table.start + 1 : lines.columnInPiece(column->start);
         starts.append(QString::number(start));
         ends.append(QString::number(areBytes ? column->length : start + column->length));
-        sources.append(lines.pieceAt(column->start));
     }
-    QByteArray text = "\nDO REPEAT @item=" + wordLines(namesOf(columns)) + "\n  /@start=" + wordLines(starts);
-    text += (areBytes ? "\n  /@size=" : "\n  /@after=") + wordLines(ends);
-    return areBytes && place == Place::Constant ? text + "\n  /@piece=" + wordLines(sources) : text;
+    const QByteArray text = "\nDO REPEAT @item=" + wordLines(namesOf(columns)) + "\n  /@start=" + wordLines(starts);
+    return text + (areBytes ? "\n  /@size=" : "\n  /@after=") + wordLines(ends);
 }
 
 QByteArray SpssFields::position(Place place) const
@@ -118,11 +135,13 @@ QByteArray SpssFields::position(Place place) const
     return "COMPUTE #from=#at(@start+#shift).\nCOMPUTE #size=#at(@after+#shift)-#from.\n";
 }
 
-QByteArray SpssFields::field(Place place) const
+QByteArray SpssFields::field(const Columns &columns, Place place) const
 {
     if (lines.findsCharacters())
         return "SUBSTR(@line,#from,#size)";
-    return place == Place::Constant ? "SUBSTR(@piece,@start,@size)" : "SUBSTR(#part,#from,@size)";
+    if (place == Place::Shifted)
+        return "SUBSTR(#part,#from,@size)";
+    return "SUBSTR(" + lines.pieceAt(columns.constFirst()->start).toLatin1() + ",@start,@size)";
 }
 
 QByteArray SpssFields::occurrence() const

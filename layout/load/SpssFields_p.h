@@ -40,11 +40,13 @@ private:
 
     Columns columnsOf(Place place, bool areNumbers) const;
     QByteArray cells(Place place) const;
+    QByteArray cellsOf(const Columns &columns, Place place) const;
     QByteArray texts(const Columns &columns, Place place) const;
-    QByteArray numbers(const Columns &columns, Place place) const;
+    /// \a first is the index of the first column among the numbers of its place.
+    QByteArray numbers(const Columns &columns, Place place, int first) const;
     QByteArray repeat(const Columns &columns, Place place) const;
     QByteArray position(Place place) const;
-    QByteArray field(Place place) const;
+    QByteArray field(const Columns &columns, Place place) const;
     QByteArray wrongCounts(const Columns &columns, const QByteArray &vector) const;
 
     const SpssLines &lines;

@@ -12,6 +12,7 @@ import tempfile
 from fractions import Fraction
 
 import compare
+import longlines
 import reference
 import run_docs
 import sas
@@ -167,7 +168,7 @@ def page(tool, project, directory):
 
 def main(tool, project):
     with tempfile.TemporaryDirectory() as directory:
-        variants = survey.variants(directory)
+        variants = survey.variants(directory) + longlines.variants(directory)
         for variant in variants:
             compare.check(f"sas, {variant.name}", run, tool, variant, os.path.join(directory, "sas " + variant.name))
         compare.check("sas without its data file", stops_without_data, tool, variants[0], os.path.join(directory, "absent"))

@@ -13,6 +13,7 @@ import tempfile
 from fractions import Fraction
 
 import compare
+import longlines
 import reference
 import survey
 
@@ -183,7 +184,7 @@ def run(tool, pspp, variant, directory):
 
 def main(tool, pspp):
     with tempfile.TemporaryDirectory() as directory:
-        for variant in survey.variants(directory):
+        for variant in survey.variants(directory) + longlines.variants(directory):
             compare.check(f"spss, {variant.name}", run, tool, pspp, variant, os.path.join(directory, "spss " + variant.name))
     compare.finish()
 

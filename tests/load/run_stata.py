@@ -11,6 +11,7 @@ import tempfile
 from fractions import Fraction
 
 import compare
+import longlines
 import reference
 import run_docs
 import stata
@@ -142,19 +143,20 @@ def page(tool, project, directory):
                                              table.columns[commands["summarize"]]))
 
 
-def has_types(variant):
-    return not variant.name.startswith("plain")
+def keeps_blanks(variant):
+    """Whether no text begins with a blank: without record types nothing precedes a text at the begin of a line, and the
+    first of long lines, which has a byte-order mark, is put together of several texts."""
+    return not variant.name.startswith(("plain", "long lines"))
 
 
 def main(tool, project):
     with tempfile.TemporaryDirectory() as directory:
-        for variant in survey.variants(directory):
+        for variant in survey.variants(directory) + longlines.variants(directory):
             place = os.path.join(directory, "stata " + variant.name)
             if variant.characters == "full":
                 compare.check(f"stata, {variant.name}", stops_at_wide_characters, tool, variant, place)
                 continue
-            # Without record types, nothing precedes a text at the begin of a line.
-            for takes_blanks_off in [True, False] if has_types(variant) else [False]:
+            for takes_blanks_off in [True, False] if keeps_blanks(variant) else [False]:
                 way = "blanks off" if takes_blanks_off else "blanks kept"
                 compare.check(f"stata, {variant.name}, {way}", run, tool, variant, place, takes_blanks_off, 17)
         compare.check("stata, the page", page, tool, project, directory)

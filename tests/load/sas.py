@@ -16,6 +16,7 @@ Entry        (low, low_is_included, high, high_is_included, label), low and high
 """
 
 import functools
+import math
 import os
 import re
 import sys
@@ -325,9 +326,9 @@ def calculated(operator, left, right):
 def substr(cell, start, length=None):
     """Bytes of a text, whose blanks at the end count up to the length of the variable."""
     start = int(start)
-    if start < 1:
-        raise SasError("SUBSTR: invalid start")
-    return cell[start - 1:] if length is None else cell[start - 1:start - 1 + int(length)].ljust(int(length))
+    if not 1 <= start <= len(cell) or (length is not None and not 1 <= length <= len(cell) - start + 1):
+        raise SasError(f"SUBSTR: {start} and {length} are not within {len(cell)} bytes")
+    return cell[start - 1:] if length is None else cell[start - 1:start - 1 + int(length)]
 
 
 @functools.lru_cache(maxsize=2)
@@ -364,7 +365,7 @@ FUNCTIONS = {
     "left": lambda cell: cell.lstrip(b" "), "lengthn": lambda cell: float(len(cell.rstrip(b" "))),
     "indexc": place_of_first, "compress": lambda cell, removed: bytes(byte for byte in cell if byte not in removed),
     "verify": lambda cell, allowed: float(min((i for i, byte in enumerate(cell) if byte not in allowed), default=-1) + 1),
-    "ifc": lambda condition, first, second: first if is_true(condition) else second,
+    "floor": lambda number: float(math.floor(number)),
 }
 STEP_FUNCTIONS = {
     "symget": lambda step, name: step.sas.macros[name.decode()].encode("utf-8"),
