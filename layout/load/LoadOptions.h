@@ -42,7 +42,7 @@ struct VANLAYOUT_EXPORT LoadOptions {
 /// One file of a load program.
 struct VANLAYOUT_EXPORT LoadFile {
     QString name;    ///< without directory; letters a to z and A to Z, digits, `_` and one extension
-    QByteArray text; ///< in UTF-8; an SPSS program for data in windows-1252 has that encoding
+    QByteArray text; ///< in UTF-8
 };
 
 } // namespace vanlayout

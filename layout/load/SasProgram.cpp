@@ -451,7 +451,8 @@ private:
         const auto isPlain = [&](QChar character) {
             return character.unicode() < 0x80 && plainCharacters.contains(character.toLatin1());
         };
-        const bool isSimple = std::all_of(path.begin(), path.end(), isPlain);
+        constexpr int maxSimple = 500; // characters on one line
+        const bool isSimple = path.size() < maxSimple && std::all_of(path.begin(), path.end(), isPlain);
         const QByteArray byDefault = "  if path = ' ' then path = " + sasQuoted(path) + ";\n";
         return programPart("sas/setup.sas",
                            { { "data", isSimple ? path.toLatin1() : QByteArray() },

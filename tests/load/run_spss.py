@@ -182,10 +182,33 @@ def run(tool, pspp, variant, directory):
     compare_labels(result, layouts)
 
 
+def keeps_tables_without_data(tool, pspp, variant, directory):
+    """A data file that does not exist: PSPP ends with status 1, and the tables of the run before are left."""
+    files = compare.make_program(tool, "spss", variant, directory)
+    program = next(iter(files))
+    run_pspp(pspp, program, directory)
+    before = contents_of(directory)
+    os.rename(variant.data, variant.data + ".away")
+    run = subprocess.run([pspp, program], cwd=directory, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    os.rename(variant.data + ".away", variant.data)
+    if run.returncode != 1 or contents_of(directory) != before:
+        raise compare.Difference(f"status {run.returncode}; files before and after: {sorted(before)}, {sorted(contents_of(directory))}")
+
+
+def contents_of(directory):
+    contents = {}
+    for name in os.listdir(directory):
+        with open(os.path.join(directory, name), "rb") as file:
+            contents[name] = file.read()
+    return contents
+
+
 def main(tool, pspp):
     with tempfile.TemporaryDirectory() as directory:
         for variant in survey.variants(directory) + longlines.variants(directory):
             compare.check(f"spss, {variant.name}", run, tool, pspp, variant, os.path.join(directory, "spss " + variant.name))
+        compare.check("spss without its data file", keeps_tables_without_data, tool, pspp, survey.variant(directory, "ascii-long"),
+                      os.path.join(directory, "absent"))
     compare.finish()
 
 

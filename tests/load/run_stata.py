@@ -124,6 +124,18 @@ def stops_at_wide_characters(tool, variant, directory):
     raise compare.Difference("the program did not stop at data that are not ASCII")
 
 
+def stops_without_data(tool, variant, directory):
+    """A data file that does not exist: Stata stops with its own message, and nothing is saved."""
+    files = compare.make_program(tool, "stata", variant, directory)
+    try:
+        run_program(directory, files, [os.path.join(directory, "absent.dat")], True, 17)
+    except compare.Difference as difference:
+        if "not found, r(601)" in str(difference):
+            return
+        raise
+    raise compare.Difference("the program did not stop")
+
+
 def page(tool, project, directory):
     """The example of the page, which states the frequencies of a variable and the mean of another."""
     section = run_docs.section_of(project, "Stata")
@@ -159,6 +171,8 @@ def main(tool, project):
             for takes_blanks_off in [True, False] if keeps_blanks(variant) else [False]:
                 way = "blanks off" if takes_blanks_off else "blanks kept"
                 compare.check(f"stata, {variant.name}, {way}", run, tool, variant, place, takes_blanks_off, 17)
+        compare.check("stata without its data file", stops_without_data, tool, survey.variant(directory, "ascii"),
+                      os.path.join(directory, "absent"))
         compare.check("stata, the page", page, tool, project, directory)
     compare.finish()
 

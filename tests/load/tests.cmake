@@ -1,5 +1,6 @@
 van_add_test(load/LoadPlanTest.cpp)
 van_add_test(load/LoadScriptsTest.cpp)
+van_add_test(load/LoadStatisticalTest.cpp)
 
 # Load programs: each one loads a generated survey in its engine, and a loader of the tests makes the same tables.
 find_program(VAN_PYTHON python3)

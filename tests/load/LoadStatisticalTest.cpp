@@ -1,0 +1,359 @@
+#include "layout/MadeLayout.h"
+#include "load/Load.h"
+#include "load/SasTexts_p.h"
+#include "load/SpssMissing_p.h"
+#include "load/StataTexts_p.h"
+
+#include <QTest>
+
+#include <algorithm>
+
+using namespace vanlayout;
+
+Q_DECLARE_METATYPE(vanlayout::LoadTarget)
+
+/// The texts of the programs for SPSS, Stata and SAS. tests/load/run_spss.py, run_stata.py and run_sas.py run them.
+class LoadStatisticalTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void textsCannotEndTheirLiteral_data();
+    void textsCannotEndTheirLiteral();
+    void longTextsAreBrokenIntoLines();
+    void labelsThatStataExpandsAreSetByAMacro_data();
+    void labelsThatStataExpandsAreSetByAMacro();
+    void headSaysWhatWasNotRun_data();
+    void headSaysWhatWasNotRun();
+    void headOfStataHoldsNothingThatACommentExpands();
+    void linesAreShort_data();
+    void linesAreShort();
+    void relativePathsAreNoCommands_data();
+    void relativePathsAreNoCommands();
+    void pathThatSasExpandsIsNotInLet();
+    void stataHasADictionaryForEachTable();
+    void stataTypesHoldAllNumbers_data();
+    void stataTypesHoldAllNumbers();
+    void firstMissingValuesThatFitCount_data();
+    void firstMissingValuesThatFitCount();
+    void wideTextHasOneMissingValue();
+    void codesThatStataCannotLabelAreListed();
+    void rangesOfAFormatDoNotOverlap();
+    void specialComesBeforeARangeInAFormat();
+};
+
+namespace
+{
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+QStringList texts(const char *separated)
+{
+    return QString::fromLatin1(separated).split(QStringLiteral(", "));
+}
+
+Layout layoutOf(const QVector<Item> &items)
+{
+    Layout layout;
+    layout.format = Format::CSProText;
+    layout.name = QStringLiteral("D");
+    Level level;
+    Item id = made::item(QStringLiteral("ID"));
+    id.start = 1;
+    level.ids = { id };
+    Record record;
+    record.name = QStringLiteral("R");
+    record.items = items;
+    level.records = { record };
+    layout.levels = { level };
+    return layout;
+}
+
+Item placed(Item item)
+{
+    item.start = 3;
+    return item;
+}
+
+QByteArray programOf(const Layout &layout, LoadTarget target, const LoadOptions &options = {})
+{
+    const LoadProgram program = makeLoadProgram(layout, target, options);
+    return program.files.isEmpty() ? program.problem.toUtf8() : program.files.constFirst().text;
+}
+
+CodeRow rowOf(const char *from, const char *to, const char *label, Special special = Special::None)
+{
+    CodeRow row;
+    row.from = row.low = QString::fromLatin1(from);
+    row.high = to ? QString::fromLatin1(to) : row.low;
+    row.to = to ? row.high : QString();
+    row.label = QString::fromLatin1(label);
+    row.special = special;
+    return row;
+}
+
+QVector<SpecialRule> rules(const QStringList &ranges)
+{
+    QVector<SpecialRule> made;
+    for (const QString &range : ranges) {
+        const QStringList ends = range.split(QLatin1Char(':'));
+        made.append({ CellOutcome::NoAnswer, ends.constFirst(), ends.constLast() });
+    }
+    return made;
+}
+
+void addTargets()
+{
+    QTest::addColumn<LoadTarget>("target");
+    QTest::newRow("spss") << LoadTarget::Spss;
+    QTest::newRow("stata") << LoadTarget::Stata;
+    QTest::newRow("sas") << LoadTarget::Sas;
+}
+
+} // namespace
+
+void LoadStatisticalTest::textsCannotEndTheirLiteral_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("inSpss");
+    QTest::addColumn<QByteArray>("inStata");
+    QTest::addColumn<QByteArray>("inSas");
+    QTest::newRow("plain") << text("Rooms") << text("'Rooms'") << QByteArray("\"Rooms\"") << QByteArray("'Rooms'");
+    QTest::newRow("empty") << QString() << text("''") << QByteArray("\"\"") << QByteArray("''");
+    QTest::newRow("apostrophe") << text("a'b") << text("'a''b'") << QByteArray("\"a'b\"") << QByteArray("'a''b'");
+    QTest::newRow("quote") << text("a\"b") << text("'a\"b'") << QByteArray("\"a\" + char(34) + \"b\"")
+                           << QByteArray("'a\"b'");
+    QTest::newRow("macros") << text("`a' $b &c %d") << text("'`a'' $b &c %d'")
+                            << QByteArray("char(96) + \"a' \" + char(36) + \"b &c %d\"")
+                            << QByteArray("'`a'' $b &c %d'");
+    QTest::newRow("comments") << text("a//b/*c") << text("'a//b/*c'")
+                              << QByteArray("\"a\" + char(47) + \"/b\" + char(47) + \"*c\"") << QByteArray("'a//b/*c'");
+    QTest::newRow("line end") << text("a\nb") << text("'a' + X'0a' + 'b'") << QByteArray("\"a\" + char(10) + \"b\"")
+                              << QByteArray("'a\nb'");
+}
+
+void LoadStatisticalTest::textsCannotEndTheirLiteral()
+{
+    QFETCH(QString, label);
+    QTEST(spssQuoted(label), "inSpss");
+    QTEST(stataExpression(label), "inStata");
+    QTEST(sasQuoted(label), "inSas");
+}
+
+void LoadStatisticalTest::longTextsAreBrokenIntoLines()
+{
+    const QString label(199, QLatin1Char('x'));
+    const QByteArray bytes = label.toLatin1();
+    QCOMPARE(spssQuoted(label).toLatin1(), '\'' + bytes + '\'');
+    QCOMPARE(spssQuoted(label + QLatin1Char('y')).toLatin1(), '\'' + bytes + "' +\n    'y'");
+    QCOMPARE(sasQuoted(label), '\'' + bytes + '\'');
+    QCOMPARE(sasQuoted(label + QLatin1Char('y')), '\'' + bytes + "\ny'");
+    QCOMPARE(stataExpression(label), "\"" + bytes.left(100) + "\" + \"" + bytes.mid(100) + '"');
+}
+
+void LoadStatisticalTest::labelsThatStataExpandsAreSetByAMacro_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QByteArray>("commands");
+    const QByteArray macro = "    label data `\"`macval(van_label)'\"'\n";
+    QTest::newRow("plain") << text("a \"b\" c") << QByteArray("    label data `\"a \"b\" c\"'\n");
+    QTest::newRow("global macro") << text("$a") << "    local van_label = char(36) + \"a\"\n" + macro;
+    QTest::newRow("local macro") << text("`a'") << "    local van_label = char(96) + \"a'\"\n" + macro;
+    QTest::newRow("end of the text") << text("a\"'b") << QByteArray("    label data `\"a\" 'b\"'\n");
+    QTest::newRow("begin of a text") << text("a`\"b") << QByteArray("    label data `\"a'\"b\"'\n");
+    QTest::newRow("backquote at the end") << text("a`") << QByteArray("    label data `\"a'\"'\n");
+    QTest::newRow("both") << text("\"`") << QByteArray("    label data `\"\" '\"'\n");
+}
+
+void LoadStatisticalTest::labelsThatStataExpandsAreSetByAMacro()
+{
+    QFETCH(QString, label);
+    QTEST(stataLabelCommand("label data", label), "commands");
+}
+
+void LoadStatisticalTest::headSaysWhatWasNotRun_data()
+{
+    QTest::addColumn<LoadTarget>("target");
+    QTest::addColumn<QByteArray>("sentence");
+    QTest::newRow("spss") << LoadTarget::Spss << QByteArray("SPSS itself was not run");
+    QTest::newRow("stata") << LoadTarget::Stata << QByteArray("It was not run in Stata itself: an interpreter");
+    QTest::newRow("sas") << LoadTarget::Sas << QByteArray("It was not run in SAS itself: an interpreter");
+}
+
+void LoadStatisticalTest::headSaysWhatWasNotRun()
+{
+    QFETCH(LoadTarget, target);
+    QFETCH(QByteArray, sentence);
+    QByteArray program = programOf(layoutOf({}), target);
+    program.replace("\n* ", " ").replace(" */\n/* ", " ");
+    QVERIFY2(program.contains(sentence), program.left(2000).constData());
+}
+
+void LoadStatisticalTest::headOfStataHoldsNothingThatACommentExpands()
+{
+    Layout layout = layoutOf({});
+    layout.labels = made::labels(QStringLiteral("a /* b // c `d' e"));
+    const QByteArray program = programOf(layout, LoadTarget::Stata);
+    QVERIFY2(program.contains("\"a / * b / / c 'd' e\""), program.left(1000).constData());
+}
+
+void LoadStatisticalTest::linesAreShort_data()
+{
+    addTargets();
+}
+
+void LoadStatisticalTest::linesAreShort()
+{
+    QFETCH(LoadTarget, target);
+    const QVector<Value> values = { made::value(QStringLiteral("1"), QString(40000, QLatin1Char('x'))),
+                                    made::value(QStringLiteral("2"), QString(3000, QLatin1Char('$'))) };
+    Item item = placed(made::item(QStringLiteral("A"), 2, values));
+    item.labels = made::labels(QString(3000, QChar(0x4e2d)));
+    LoadOptions options;
+    options.data = QString(3000, QLatin1Char('d'));
+    const QByteArray program = programOf(layoutOf({ item }), target, options);
+    const QList<QByteArray> lines = program.split('\n');
+    const auto isLong = [](const QByteArray &line) { return line.size() > 1000; };
+    const auto found = std::find_if(lines.begin(), lines.end(), isLong);
+    QVERIFY2(found == lines.end(), found == lines.end() ? "" : found->left(200).constData());
+}
+
+void LoadStatisticalTest::relativePathsAreNoCommands_data()
+{
+    addTargets();
+}
+
+void LoadStatisticalTest::relativePathsAreNoCommands()
+{
+    QFETCH(LoadTarget, target);
+    LoadOptions options;
+    options.data = QStringLiteral("|touch canary");
+    const QByteArray program = programOf(layoutOf({}), target, options);
+    QVERIFY(program.contains("'./|touch canary'") || program.contains("\"./|touch canary\""));
+    QVERIFY(!program.contains("'|touch canary'") && !program.contains("\"|touch canary\""));
+}
+
+void LoadStatisticalTest::pathThatSasExpandsIsNotInLet()
+{
+    LoadOptions options;
+    options.data = QStringLiteral("a&b;c.dat");
+    const QByteArray program = programOf(layoutOf({}), LoadTarget::Sas, options);
+    QVERIFY(program.contains("%let data = ;\n"));
+    QVERIFY(program.contains("if path = ' ' then path = './a&b;c.dat';\n"));
+    options.data = QStringLiteral("C:\\data\\a.dat");
+    QVERIFY(programOf(layoutOf({}), LoadTarget::Sas, options).contains("%let data = C:\\data\\a.dat;\n"));
+}
+
+void LoadStatisticalTest::stataHasADictionaryForEachTable()
+{
+    const LoadProgram program
+        = makeLoadProgram(layoutOf({ placed(made::item(QStringLiteral("A"))) }), LoadTarget::Stata);
+    QCOMPARE(program.files.size(), 2);
+    QCOMPARE(program.files.at(0).name, QStringLiteral("D.do"));
+    QCOMPARE(program.files.at(1).name, QStringLiteral("R.dct"));
+    QVERIFY(program.files.at(1).text.contains("\n    str A 3-"));
+}
+
+void LoadStatisticalTest::stataTypesHoldAllNumbers_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("decimals");
+    QTest::addColumn<QByteArray>("type");
+    QTest::newRow("99 is a byte") << 2 << 0 << QByteArray("byte");
+    QTest::newRow("999 is no byte") << 3 << 0 << QByteArray("int");
+    QTest::newRow("9,999 is an int") << 4 << 0 << QByteArray("int");
+    QTest::newRow("99,999 is no int") << 5 << 0 << QByteArray("long");
+    QTest::newRow("nine digits are a long") << 9 << 0 << QByteArray("long");
+    QTest::newRow("ten digits are none") << 10 << 0 << QByteArray("double");
+    QTest::newRow("decimals") << 2 << 1 << QByteArray("double");
+}
+
+void LoadStatisticalTest::stataTypesHoldAllNumbers()
+{
+    QFETCH(int, length);
+    QFETCH(int, decimals);
+    PlannedColumn column;
+    column.type = decimals > 0 ? CellType::Decimal : CellType::Integer;
+    column.length = length;
+    column.decimals = decimals;
+    QTEST(stataTypeOf(column), "type");
+}
+
+void LoadStatisticalTest::firstMissingValuesThatFitCount_data()
+{
+    QTest::addColumn<QStringList>("codes");
+    QTest::addColumn<QString>("values");
+    QTest::addColumn<QString>("leftOver");
+    QTest::newRow("three codes") << texts("7, 8, 9") << text("7, 8, 9") << QString();
+    QTest::newRow("a fourth") << texts("6, 7, 8, 9") << text("6, 7, 8") << text("9");
+    QTest::newRow("range and code") << texts("90:95, 99, 98") << text("90 THRU 95, 99") << text("98");
+    QTest::newRow("code and range") << texts("99, 90:95, 98") << text("99, 90 THRU 95") << text("98");
+    QTest::newRow("two codes, then a range") << texts("98, 99, 90:95") << text("98, 99") << text("90 THRU 95");
+    QTest::newRow("two ranges") << texts("90:95, 80:85, 99") << text("90 THRU 95, 99") << text("80 THRU 85");
+    QTest::newRow("the same code twice") << texts("9, 9, 8, 7") << text("9, 8, 7") << QString();
+    QTest::newRow("upside down") << texts("95:90, 9") << text("9") << QString();
+}
+
+void LoadStatisticalTest::firstMissingValuesThatFitCount()
+{
+    QFETCH(QStringList, codes);
+    CodeList list;
+    list.specials = rules(codes);
+    const SpssMissing missing = spssMissingOf(list);
+    QTEST(missing.values.join(QLatin1String(", ")), "values");
+    QTEST(missing.leftOver.join(QLatin1String(", ")), "leftOver");
+}
+
+void LoadStatisticalTest::wideTextHasOneMissingValue()
+{
+    CodeList list;
+    list.specials = rules({ QStringLiteral("ZZ"), QStringLiteral("YY"), QStringLiteral("NINEBYTES") });
+    const QStringList both = { QStringLiteral("'ZZ'"), QStringLiteral("'YY'") };
+    QCOMPARE(spssMissingOfText(list, 8).values, both);
+    QCOMPARE(spssMissingOfText(list, 8).leftOver, QStringList(QStringLiteral("'NINEBYTES'")));
+    QCOMPARE(spssMissingOfText(list, 9).values, both.mid(0, 1));
+}
+
+void LoadStatisticalTest::codesThatStataCannotLabelAreListed()
+{
+    CodeList list;
+    list.labels = { { QStringLiteral("1"), QStringLiteral("Whole"), CellOutcome::Value },
+                    { QStringLiteral("1.5"), QStringLiteral("Half"), CellOutcome::Value },
+                    { QStringLiteral("9"), QStringLiteral("None"), CellOutcome::NoAnswer },
+                    { QStringLiteral("2147483621"), QStringLiteral("Large"), CellOutcome::Value } };
+    QCOMPARE(stataUnlabelled(list, false),
+             QStringList({ QStringLiteral("1.5 (Half)"), QStringLiteral("2147483621 (Large)") }));
+    QCOMPARE(stataValueLabel("A", list),
+             QByteArray("    label define A 1 `\"Whole\"'\n    label define A .m `\"None\"', add\n"));
+}
+
+void LoadStatisticalTest::rangesOfAFormatDoNotOverlap()
+{
+    CodeList list;
+    list.rows = { rowOf("5", nullptr, "Five"), rowOf("1", "9", "Small"), rowOf("9", "20", "Large"),
+                  rowOf("1", "20", "Not used") };
+    QCOMPARE(sasFormat("A_1_", list, false, SpecialForm::Missing),
+             QByteArray(
+                 "  value A_1_\n    5 = 'Five'\n    1 -< 5 = 'Small'\n    5 <- 9 = 'Small'\n    9 <- 20 = 'Large';\n"));
+}
+
+void LoadStatisticalTest::specialComesBeforeARangeInAFormat()
+{
+    CodeList list;
+    list.rows = { rowOf("1", "99", "Years"), rowOf("98", nullptr, "Refused", Special::Refused),
+                  rowOf("97", nullptr, "Default", Special::Default) };
+    QCOMPARE(sasFormat("A_1_", list, false, SpecialForm::Missing),
+             QByteArray("  value A_1_\n    .R = 'Refused'\n    1 - 99 = 'Years';\n"));
+    QCOMPARE(
+        sasFormat("A_1_", list, false, SpecialForm::Keep),
+        QByteArray(
+            "  value A_1_\n    98 = 'Refused'\n    97 = 'Default'\n    1 -< 97 = 'Years'\n    97 <-< 98 = 'Years'\n"
+            "    98 <- 99 = 'Years';\n"));
+}
+
+QTEST_MAIN(LoadStatisticalTest)
+
+#include "LoadStatisticalTest.moc"
