@@ -60,7 +60,19 @@ def make_program(tool, target, variant, directory, *more):
     run = subprocess.run(arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     if run.returncode:
         raise Difference(f"status {run.returncode} of {' '.join(arguments)}: {run.stderr.decode('utf-8', 'replace')}")
-    return {name: os.path.join(directory, name) for name in sorted(os.listdir(directory))}
+    made = {name: os.path.join(directory, name) for name in sorted(os.listdir(directory))}
+    for name, path in made.items():
+        if name.endswith((".sql", ".py", ".R", ".sps", ".do", ".dct", ".sas")):
+            check_lines(name, path)
+    return made
+
+
+def check_lines(name, path):
+    """No line of a program has more than 1,000 bytes: R breaks longer ones."""
+    with open(path, "rb") as file:
+        longest = max(file.read().split(b"\n"), key=len)
+    if len(longest) > 1000:
+        raise Difference(f"{name}: a line of {len(longest)} bytes: {longest[:200]}")
 
 
 def expected(tool, target, variant):

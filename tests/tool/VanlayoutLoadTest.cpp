@@ -50,8 +50,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, target);
         QFETCH(QStringList, files);
-        if (!vanlayout::loadTargetOf(target))
-            return;
+        QVERIFY(vanlayout::loadTargetOf(target).has_value());
         const QString output = "made/" + target;
         const Run run = directory.run({ "load", "--to", target, "-o", output, "--data", "my data.dat", "survey.dcf" });
         QCOMPARE(run.err, QByteArray());
