@@ -183,7 +183,9 @@ QString problemWithTable(const PlannedTable &table, const TargetRules &rules)
 
 QString paddedMark(const QString &recordType, int length)
 {
-    return recordType.leftJustified(length, QLatin1Char(' '));
+    const auto isSecondHalf = [](QChar unit) { return unit.isLowSurrogate(); };
+    const int pairs = int(std::count_if(recordType.begin(), recordType.end(), isSecondHalf));
+    return recordType.leftJustified(length + pairs, QLatin1Char(' '));
 }
 
 QString languageOf(const Layout &layout, const QString &wanted)

@@ -173,14 +173,16 @@ private:
             plan.renames.append({ path, name });
     }
 
-    // Leaves the columns of the table of the record; in the long form the others get tables of their own.
+    // Leaves the columns of the table of the record; in the long form the others get tables of their own. Binary items
+    // have no column anywhere, so they get no table.
     QVector<Column> split(const QVector<Column> &columns)
     {
         QVector<Column> kept;
         const bool isLong = plan.options.occurrences == OccurrenceForm::Long;
         const Item *owner = nullptr;
         for (const Column &column : columns) {
-            if (!isLong || column.occurrence == 0) {
+            const bool isBinary = kindOf(*column.item) == ValueKind::Binary;
+            if (!isLong || column.occurrence == 0 || isBinary) {
                 kept.append(column);
                 continue;
             }

@@ -53,7 +53,7 @@ QByteArray markedCell(const PlannedTable &table, const PlannedColumn &column)
 {
     const int end = column.start + column.length;
     const int mark = end - column.decimals - 1;
-    return "CASE\n      WHEN " + part(table, mark, 1) + " <> ' ' AND " + part(table, mark + 1, column.decimals)
+    return "CASE\n      WHEN " + part(table, mark, 1) + " IN ('.', ',') AND " + part(table, mark + 1, column.decimals)
         + " >= '0' AND " + part(table, end - 1, 1) + " >= '0'\n        THEN "
         + part(table, column.start, mark - column.start) + " || " + part(table, mark + 1, column.decimals)
         + "\n      WHEN trim(" + whole(table, column) + ", ' ') <> '' THEN '=' || " + whole(table, column) + " END";

@@ -39,9 +39,12 @@ QByteArray blankLine(const QByteArray &line)
     return "trim(" + line + ", ' ') = ''";
 }
 
+// Whether an erased line, which begins with `~`, can have the type of a record.
 bool canBeErased(const LoadPlan &plan)
 {
-    return !plan.recordType || plan.recordType->start != 1;
+    const auto isErased = [](const QString &mark) { return mark.startsWith(QLatin1Char('~')); };
+    return !plan.recordType || plan.recordType->start != 1
+        || std::any_of(plan.knownMarks.begin(), plan.knownMarks.end(), isErased);
 }
 
 QByteArray wholeMarkField(const LoadPlan &plan)
@@ -305,8 +308,7 @@ private:
             statements += "INSERT INTO temp.load_messages\n  SELECT " + sqlText(table.name + QLatin1Char('.'))
                 + " || c.name || ': ' || count(*) || ' values are no numbers'\n"
                   "  FROM temp.load_texts t JOIN temp.load_columns c USING (column)\n"
-                  "  WHERE t.number IS NULL AND trim(ltrim(t.text, '='), ' ') <> '' GROUP BY c.column ORDER BY "
-                  "c.column;\n";
+                  "  WHERE t.number IS NULL GROUP BY c.column ORDER BY c.column;\n";
         return statements;
     }
 
@@ -343,7 +345,7 @@ QByteArray read(const LoadPlan &plan)
         + programPart(isUtf8 ? "sqlite/utf-8.sql" : "sqlite/windows-1252.sql");
 }
 
-// Lines end in CR LF or LF. Short lines that are otherwise plain are common, so they are filled up.
+// Lines end in CR LF or LF.
 QByteArray prepareLines()
 {
     return QByteArrayLiteral("\n-- Lines may end in CR LF.\n"

@@ -31,6 +31,7 @@ private slots:
     void programIsNamedByTheDictionary();
     void dataFileIsNamedByTheProgram();
     void binaryItemsHaveNoColumn();
+    void binaryItemsHaveNoItemTable();
     void typesFollowDecimals();
     void labelsAreInTheLanguage();
     void labelsOfOccurrencesHaveTheirTextOrNumber();
@@ -363,6 +364,9 @@ void LoadPlanTest::marksArePadded()
     const LoadPlan made = plan(layout);
     QCOMPARE(made.tables.at(0).mark, QStringLiteral("0 "));
     QCOMPARE(made.recordType->start, 3);
+    Layout wide = layout;
+    wide.levels[0].records[0].recordType = QStringLiteral("\U0001F600"); // one character
+    QCOMPARE(plan(wide).tables.at(0).mark, QStringLiteral("\U0001F600 "));
     Layout withoutType = layoutOf({});
     withoutType.recordType = RecordTypeColumns{ 1, 0 };
     QVERIFY(!plan(withoutType).recordType);
@@ -408,6 +412,20 @@ void LoadPlanTest::binaryItemsHaveNoColumn()
     QCOMPARE(namesOf(made.tables.at(0)), QStringLiteral("ID A"));
     QCOMPARE(made.remarks,
              QStringList(QStringLiteral("R.FACE has no column: its content (image) is not in a text file.")));
+}
+
+void LoadPlanTest::binaryItemsHaveNoItemTable()
+{
+    Item image = number(QStringLiteral("FACE"), 1, 4);
+    image.type = QStringLiteral("image");
+    image.occurrences = 2;
+    LoadOptions options;
+    options.occurrences = OccurrenceForm::Long;
+    const Layout layout = layoutOf({ image, number(QStringLiteral("A"), 3) });
+    const LoadPlan made = plan(layout, options);
+    QCOMPARE(tablesOf(made), QStringLiteral("R"));
+    QCOMPARE(namesOf(made.tables.at(0)), QStringLiteral("ID A"));
+    QCOMPARE(made.remarks.size(), 1);
 }
 
 void LoadPlanTest::typesFollowDecimals()

@@ -470,7 +470,7 @@ def code_rows(table, language):
         for value in column.values or []:
             for pair in value["ranges"]:
                 trim = (lambda text: text.rstrip(" ")) if column.kind == "text" else (lambda text: text.strip(" "))
-                to = trim(pair["to"]) if pair.get("to") else None
+                to = trim(pair["to"]) if pair.get("to") and pair["to"] != pair["from"] else None
                 yield (table.name, column.name, trim(pair["from"]), to, text_of(value.get("labels"), language), value.get("special"))
 
 

@@ -118,7 +118,9 @@ def level_ids():
               values=[value(("North \"Upper\"", "Nord 'Haut'"), "1"), value("South", "2"), value("East; west", "3:9"),
                       value("Unknown", "99", special="MISSING"), value("Refused", "98", special="REFUSED")]),
          Item("CLUSTER", 3, ("Cluster", "Grappe"), zero=True)],
-        [Item("LINE", 2, ("Line number", "Numéro d'ordre"))],
+        [Item("LINE", 2, ("Line number", "Numéro d'ordre")),
+         Item("PART", 2, "Part", kind="alpha", values=[value("Unknown", "99", special="MISSING"), value("First", "1")]),
+         Item("SHARE", 3, "Share", decimals=1, values=[value("Unknown", "9.9", special="REFUSED")])],
     ]
 
 
@@ -150,6 +152,9 @@ def house_items():
         Item("BALANCE", 6, LONG_LABEL, values=[value("Debt", ("-99", "-1")), value(LONG_LABEL, "0"),
                                               value("?", "-999", special="REFUSED")]),
         Item("WEIGHT", 14, "Weight", decimals=12, mark=True),
+        Item("RATE", 7, "Rate, whose mark can be a digit of its subitem", decimals=2, mark=True,
+             parts=[Item("RATE_END", 3, "End of the rate", offset=4)]),
+        Item("PHOTO", 4, "Photo", kind="image", times=2),
         Item("BIG10", 10, "Ten digits"),
         Item("BIG18", 18, "Eighteen digits"),
         Item("BIG20", 20, "Twenty digits", values=[value("All", "99999999999999999999", special="MISSING")]),
@@ -201,6 +206,7 @@ def records():
         Record("PERSON", "P", 30, 1, person_items(), ("Person", "Personne")),
         Record("CODES", "C", 1, 1, [Item("CODE", 4, "Code"), Item("TEXT", 10, None, kind="alpha")], "Codes"),
         Record("SQLITE_STAT1", "Q", 1, 1, [Item("FLAG", 1, "Flag", values=YES_NO)], None),
+        Record("ERASED", "~E", 1, 0, [Item("FLAG", 1, "Flag")], "Its lines are erased ones"),
     ]
 
 
@@ -325,7 +331,7 @@ class Survey:
 
 NO_NUMBERS = ["1E2", "0x1A", "1_0", "Inf", "NaN", "inf", "nan", "1d2", "5-", "- 5", ".", ",", "+", "-", "12ab", "--5", "1 2",
               "NA", ".m", "TRUE", "'", '"', "1;", "1'", '"1"', "\\N", "x", "1..2", "1.2.3", "-.", "+,", "1e", "1/2", "$1",
-              "1%", "0b1", "1L", "1f", "0o7", "#", "NULL", "1,2,3", "1-1"]
+              "1%", "0b1", "1L", "1f", "0o7", "#", "NULL", "1,2,3", "1-1", "=", "=5", "==5", "= 5"]
 NO_INTEGERS = ["1.0", "1,", "2.5", ",5", "0.", "-1,0"]
 NO_NUMBERS_LATIN = ["\u00a05", "5\u00a0", "²", "½", "5é"]
 NO_NUMBERS_FULL = ["\u0663", "\u2003" + "1", "１", "−5", "𝟙", "\u200b7", "\ufeff1"]
@@ -471,7 +477,7 @@ class Data:
             times = self.random.randint(0, 2 if record.maximum == 1 else 5)
             for k in range(times):
                 line = self.random.randint(1, 3)
-                lines.append(self.line(record, self.id_texts([province, cluster, line])))
+                lines.append(self.line(record, self.id_texts([province, cluster, line, line, line])))
         return lines
 
     def odd_lines(self):

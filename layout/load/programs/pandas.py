@@ -160,6 +160,8 @@ def width_of_all():
 
 def equals(matrix, text):
     """Whether each column of the matrix holds the text."""
+    if len(matrix) != len(text):
+        return np.zeros(matrix.shape[1], bool)
     return (matrix == np.array([ord(character) for character in text], np.uint32)[:, None]).all(axis=0)
 
 

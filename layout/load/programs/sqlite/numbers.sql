@@ -1,6 +1,7 @@
 
 -- The number of a text that is not simply digits, times the power of ten of its column: a sign, digits with at most one
--- decimal mark, and a mark only where the column has decimals. NULL for any other text.
+-- decimal mark, and a mark only where the column has decimals. NULL for any other text. The `=` before a text keeps it from
+-- becoming a number when it is stored.
 UPDATE temp.load_texts SET number = (
   SELECT CASE
       WHEN digits = '' OR digits GLOB '*[^0-9]*' OR length(unsigned) - length(digits) > (decimals > 0) THEN NULL
@@ -15,5 +16,5 @@ UPDATE temp.load_texts SET number = (
     FROM (
       SELECT decimals, CASE WHEN text LIKE '-%' THEN '-' ELSE '' END AS sign,
         CASE WHEN substr(text, 1, 1) IN ('-', '+') THEN substr(text, 2) ELSE text END AS unsigned
-      FROM (SELECT trim(ltrim(load_texts.text, '='), ' ') AS text, decimals FROM temp.load_columns c
+      FROM (SELECT trim(substr(load_texts.text, 1 + (load_texts.text LIKE '=%')), ' ') AS text, decimals FROM temp.load_columns c
             WHERE c.column = load_texts.column))));
