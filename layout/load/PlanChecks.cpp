@@ -218,6 +218,9 @@ QString problemWithLayout(const Layout &layout, const LoadOptions &options)
 
 QString problemWithPlan(const LoadPlan &plan, const TargetRules &rules)
 {
+    if (rules.target == LoadTarget::Spss && plan.options.data.endsWith(QLatin1Char('|')))
+        return QStringLiteral(
+            "needs another name of the data file: PSPP would run a path with | at its end as a command");
     QString problem = problemWithLabels(plan);
     for (const PlannedTable &table : plan.tables) {
         if (problem.isEmpty())

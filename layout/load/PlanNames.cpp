@@ -30,7 +30,7 @@ bool isKept(const QString &name, int index, NameCharacters characters)
         return index + 1 < name.size() && name.at(index + 1).isLowSurrogate();
     if (character.isLowSurrogate())
         return index > 0 && name.at(index - 1).isHighSurrogate();
-    return !character.isNull();
+    return oneLine(character) == character;
 }
 
 bool canStart(QChar character, NameStart start)

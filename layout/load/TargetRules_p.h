@@ -22,7 +22,7 @@ struct LengthLimit {
 
 /// The characters of a name that are kept. Others become `_`.
 enum class NameCharacters {
-    All,   ///< names are texts, or are quoted; only U+0000 is replaced
+    All,   ///< names are texts, or are quoted; only line ends and control characters are replaced
     Plain, ///< ASCII letters, digits and `_`
 };
 

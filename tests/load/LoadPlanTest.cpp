@@ -73,6 +73,7 @@ private slots:
     void unknownRecordIsRefused();
     void hugeOccurrencesAreRefused();
     void manyIdsAndRecordsAreRefused();
+    void commandInPlaceOfAFileIsRefusedForSpss();
 
     void headStartsWithFixedLines();
     void headHasRenamesAndRemarks();
@@ -877,6 +878,20 @@ void LoadPlanTest::hugeOccurrencesAreRefused()
 {
     const Layout layout = layoutOf({ number(QStringLiteral("A"), 3, 1, std::numeric_limits<int>::max()) });
     QCOMPARE(plan(layout).problem, QStringLiteral("has more than 1000000 variables, counting each occurrence"));
+}
+
+// PSPP runs a path that begins or ends with | as a command. No path begins so in a program.
+void LoadPlanTest::commandInPlaceOfAFileIsRefusedForSpss()
+{
+    const Layout layout = layoutOf({ number(QStringLiteral("A"), 3) });
+    LoadOptions options;
+    options.data = QStringLiteral("touch x|");
+    TargetRules rules = plain();
+    QCOMPARE(plan(layout, options, rules).problem, QString());
+    rules.target = LoadTarget::Spss;
+    QCOMPARE(
+        plan(layout, options, rules).problem,
+        QStringLiteral("needs another name of the data file: PSPP would run a path with | at its end as a command"));
 }
 
 void LoadPlanTest::manyIdsAndRecordsAreRefused()
