@@ -13,6 +13,8 @@ namespace vanlayout
 namespace
 {
 
+constexpr int maxLabel = 80; // characters of the label of a variable or of the data
+
 constexpr int maxTextBytes = 2045;   // of a variable that is not a strL
 constexpr int usualVariables = 2000; // that each edition of Stata holds
 constexpr int markBytes = 3;         // of a byte-order mark
@@ -425,13 +427,12 @@ private:
 
     QByteArray labelVariable(const QString &name, const QString &label) const
     {
-        return label.isEmpty() ? QByteArray() : stataLabelCommand("label variable " + name.toLatin1(), label);
+        return label.isEmpty() ? QByteArray() : stataLabelCommand("label variable " + name.toLatin1(), label, maxLabel);
     }
 
     QByteArray tableLabel() const
     {
-        constexpr LengthLimit limit = { 80, LengthUnit::Characters };
-        return table.label.isEmpty() ? QByteArray() : stataLabelCommand("label data", cutTo(table.label, limit));
+        return table.label.isEmpty() ? QByteArray() : stataLabelCommand("label data", table.label, maxLabel);
     }
 
     const LoadPlan &plan;

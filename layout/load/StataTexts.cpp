@@ -1,5 +1,6 @@
 #include "StataTexts_p.h"
 
+#include "PlanTexts_p.h"
 #include "read/Decoding_p.h"
 
 #include <utility>
@@ -11,6 +12,7 @@ namespace
 {
 
 constexpr int maxLiteral = 100;                // characters of a text in one pair of quotes
+constexpr int maxValueLabel = 32000;           // characters
 constexpr int maxLine = 400;                   // bytes of an expression on one line, at least
 constexpr qint64 maxLabelledCode = 2147483620; // greatest value of the type long
 
@@ -47,6 +49,16 @@ QString withoutQuoteEnds(QString text)
     if (text.endsWith(QLatin1Char('`')))
         text.replace(text.size() - 1, 1, QLatin1Char('\''));
     return text.replace(QLatin1String("\"'"), QLatin1String("\" '"));
+}
+
+// The label in the form that Stata can hold, as much of it as has at most \a max characters.
+QString labelOf(const QString &text, int max)
+{
+    for (LengthLimit limit = { max, LengthUnit::Characters };; --limit.max) {
+        const QString label = withoutQuoteEnds(limit.max > 0 ? cutTo(text, limit) : QString());
+        if (limit.max <= 0 || cutTo(label, { max, LengthUnit::Characters }) == label)
+            return label;
+    }
 }
 
 QString conditionOf(const QString &name, const SpecialRule &rule)
@@ -128,9 +140,9 @@ QByteArray stataCharacter(QChar character)
     return "char(0)"; // no line has this character
 }
 
-QByteArray stataLabelCommand(const QByteArray &command, const QString &text, const QByteArray &options)
+QByteArray stataLabelCommand(const QByteArray &command, const QString &text, int max, const QByteArray &options)
 {
-    const QString label = withoutQuoteEnds(text);
+    const QString label = labelOf(text, max);
     if (!needsMacro(label))
         return "    " + command + " `\"" + label.toUtf8() + "\"'" + options + '\n';
     return "    local van_label = " + stataExpression(label) + "\n    " + command + " `\"`macval(van_label)'\"'"
@@ -173,8 +185,8 @@ QByteArray stataValueLabel(const QByteArray &name, const CodeList &codes)
             continue;
         if (isMissing)
             used.append(place);
-        commands
-            += stataLabelCommand("label define " + name + ' ' + place, label.text, commands.isEmpty() ? "" : ", add");
+        commands += stataLabelCommand("label define " + name + ' ' + place, label.text, maxValueLabel,
+                                      commands.isEmpty() ? "" : ", add");
     }
     return commands;
 }

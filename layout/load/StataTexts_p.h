@@ -20,7 +20,8 @@ QByteArray stataCharacter(QChar character);
 /// A command that ends in a text in compound quotes, after \a command, and \a options after the text. The text is set
 /// by a macro before, if it holds characters that Stata expands. A label cannot hold a quote before an apostrophe, nor
 /// a backquote before a quote or at its end: a blank separates the former, an apostrophe takes the place of the latter.
-QByteArray stataLabelCommand(const QByteArray &command, const QString &text, const QByteArray &options = {});
+/// The label has at most \a max characters.
+QByteArray stataLabelCommand(const QByteArray &command, const QString &text, int max, const QByteArray &options = {});
 
 /// The storage type of a numeric column that holds all its values: `byte`, `int`, `long` or `double`.
 QByteArray stataTypeOf(const PlannedColumn &column);

@@ -35,8 +35,11 @@ def tables_of(outcome):
 
 # -------------------------------------------------------------------------------------------------------- labels
 
-def written(label):
-    """A label as Stata can hold it: no backquote before a quote or at the end, no quote before an apostrophe."""
+def written(label, limit=None):
+    """A label as Stata can hold it: no backquote before a quote or at the end, no quote before an apostrophe. With a limit,
+    as much of it as has that many characters then."""
+    if limit is not None:
+        return next(made for made in (written(label[:end]) for end in range(limit, -1, -1)) if len(made) <= limit)
     label = label.replace('`"', "'\"")
     label = label[:-1] + "'" if label.endswith("`") else label
     return label.replace("\"'", "\" '")
@@ -86,7 +89,7 @@ def compare_labels(result, outcome):
         data = outcome.files[table.name + ".dta"]
         for column in table.columns:
             if column.item:
-                label, got = written(column.label[:80]), data.variable_labels.get(column.name, "")
+                label, got = written(column.label, 80), data.variable_labels.get(column.name, "")
                 differences += [f"{name}.{column.name}, label: expected {label!r}, got {got!r}"] if label != got else []
             labels, got = expected_labels(column, result.parsed), data.value_labels.get(column.name, {})
             differences += [f"{name}.{column.name}, value labels: expected {labels}, got {got}"] if labels != got else []
