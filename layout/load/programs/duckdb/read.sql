@@ -7,8 +7,14 @@ DROP TABLE IF EXISTS temp."load counts";
 DROP TABLE IF EXISTS temp.load_rejects;
 DROP TABLE IF EXISTS temp.load_scans;
 
--- A character of a pattern, such as *, is that character.
-SET VARIABLE load_file = regexp_replace(coalesce(getvariable('data'), <<data>>), '([*?\[])', '[\1]', 'g');
+-- The path is a pattern for DuckDB. In brackets, a character such as * is that character. A path with a backslash as well
+-- is found as it is.
+SET VARIABLE load_data = coalesce(getvariable('data'), <<data>>);
+SET VARIABLE load_file = regexp_replace(getvariable('load_data'), '([*?\[])', '[\1]', 'g');
+SET VARIABLE load_file = CASE
+  WHEN EXISTS (SELECT * FROM glob(getvariable('load_file'))) THEN getvariable('load_file')
+  ELSE getvariable('load_data')
+END;
 
 -- If Parquet files are made, the tables are empty ones in a database in memory, which is left at the end.
 ATTACH IF NOT EXISTS ':memory:' AS load_scratch;

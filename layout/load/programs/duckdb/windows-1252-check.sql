@@ -1,4 +1,4 @@
 SET VARIABLE load_check = (
-  SELECT error('There is no data file ' || getvariable('load_file'))
+  SELECT error('There is no data file ' || getvariable('load_data'))
   WHERE NOT EXISTS (SELECT * FROM glob(getvariable('load_file')))
 );
