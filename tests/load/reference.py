@@ -10,6 +10,7 @@ As a module:
 
     load(tool, target, dictionary, data, options=())     a Result. `target` is the word of `--to`: names, and what
                                                           becomes of special values, follow it.
+    load_layout(layout, target, data, options=())         likewise, from a layout in the JSON form
 Result
     tables     name -> Table, in the order of the dictionary; item tables of `--occurrences long` follow
     codes      rows of the table `codes`: (table_name, column_name, code_from, code_to, label, special), None for NULL
@@ -265,6 +266,7 @@ class Names:
     def legal(self, name):
         if self.rules.fold == "lower":
             name = name.lower()
+        name = re.sub("[\x00-\x1f\x7f-\x9f\u2028\u2029]", "_", name)
         if self.rules.plain:
             name = re.sub("[^A-Za-z0-9_]", "_", name)
         illegal = {"any": "", "letter": "0123456789_", "letter or _": "0123456789"}[self.rules.first]
@@ -501,8 +503,12 @@ def layout_of(tool, dictionary):
 
 def load(tool, target, dictionary, data, options=()):
     """The tables of a data file, as the load program for the target has to make them."""
+    return load_layout(layout_of(tool, dictionary), target, data, options)
+
+
+def load_layout(layout, target, data, options=()):
+    """Likewise, from a layout in the JSON form."""
     parsed = parse(options)
-    layout = layout_of(tool, dictionary)
     if not parsed.language and layout.get("languages"):
         parsed.language = layout["languages"][0]["name"]
     result = Result(parsed)

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Runs the PostgreSQL programs in a server of their own, and compares the tables with those of the reference loader.
 
-    run_postgresql.py TOOL BIN     BIN: directory of initdb and pg_ctl
+    run_postgresql.py TOOL BIN              BIN: directory of initdb and pg_ctl
+    run_postgresql.py TOOL BIN PROJECT      the examples of docs/load.md
 
 The server listens on a socket in a temporary directory only. PostgreSQL does not run as root, so root runs it as the
 user `postgres` or `nobody`. The server is stopped at the end, also after a failure.
@@ -19,6 +20,7 @@ from collections import Counter
 from decimal import Decimal
 
 import compare
+import run_docs
 import survey
 
 NULL = "\\null\\"
@@ -223,7 +225,18 @@ def compare_other_schema(server, tool, variant, directory):
         raise compare.Difference(f"tables: {columns}, {errors}")
 
 
-def main(tool, binaries):
+def run_examples(tool, binaries, project):
+    """The examples connect to the server as the analyst."""
+    with Server(binaries) as server:
+        server.new_database("census")
+        os.environ.update(PGHOST=server.directory, PGUSER="analyst")
+        run_docs.main(tool, project, "PostgreSQL")
+
+
+def main(tool, binaries, project=None):
+    if project:
+        run_examples(tool, binaries, project)
+        return
     with tempfile.TemporaryDirectory() as directory, Server(binaries) as server:
         os.chmod(directory, 0o755)
         made = survey.variants(directory)
