@@ -68,18 +68,27 @@ QByteArray columnOf(const PlannedColumn &column)
     return "column(" + argumentLines(arguments, QByteArray(11, ' ')) + ')';
 }
 
+// A statement for each element of a list. Rscript needs far more time for one statement with all of them.
+QByteArray listOf(const char *name, const QByteArrayList &elements)
+{
+    QByteArray statements = QByteArray(name) + " <- list()\n";
+    for (int i = 0; i < elements.size(); ++i)
+        statements += QByteArray(name) + "[[" + number(i + 1) + "]] <- " + elements.at(i) + '\n';
+    return statements;
+}
+
 QByteArray columnsOf(const PlannedTable &table)
 {
     QByteArrayList columns;
     for (const PlannedColumn &column : table.columns)
         columns.append(columnOf(column));
-    return "list(" + elementLines(columns, "    ") + ')';
+    return listOf("COLUMNS", columns);
 }
 
 QByteArray tableOf(const PlannedTable &table)
 {
     const QByteArrayList arguments = { text(table.name), text(table.file), text(table.label), text(table.mark) };
-    QByteArray program = "table_of(" + argumentLines(arguments, QByteArray(11, ' ')) + ", " + columnsOf(table);
+    QByteArray program = "table_of(" + argumentLines(arguments, QByteArray(11, ' ')) + ", COLUMNS";
     if (table.isItemTable()) {
         program += ", record = " + positionOf(table.recordTable) + ", occurrences = " + number(table.occurrences)
             + ", step = " + number(table.step) + ", first = " + number(table.start)
@@ -90,15 +99,17 @@ QByteArray tableOf(const PlannedTable &table)
 
 QByteArray tablesOf(const LoadPlan &plan)
 {
-    QByteArrayList tables;
-    for (const PlannedTable &table : plan.tables)
-        tables.append(tableOf(table));
-    return "TABLES <- list(" + elementLines(tables, "  ") + ')';
+    QByteArray program = "TABLES <- list()\n";
+    for (int i = 0; i < plan.tables.size(); ++i) {
+        program += '\n' + columnsOf(plan.tables.at(i)) + "TABLES[[" + number(i + 1) + "]] <- "
+            + tableOf(plan.tables.at(i)) + '\n';
+    }
+    return program;
 }
 
 QByteArray row(const QByteArrayList &members)
 {
-    return argumentLines(members, QByteArray(6, ' '));
+    return argumentLines(members, QByteArray(4, ' '));
 }
 
 QByteArray rowsOf(const CodeList &codes)
@@ -108,7 +119,7 @@ QByteArray rowsOf(const CodeList &codes)
         const QByteArray special = code.special == Special::None ? QByteArrayLiteral("NA") : text(wordOf(code.special));
         rows.append(row({ text(code.from), literalOrNothing(code.to, r()), text(code.label), special }));
     }
-    return "c(" + elementLines(rows, "    ") + ')';
+    return "c(" + elementLines(rows, "  ") + ')';
 }
 
 QByteArray labelsOf(const CodeList &codes)
@@ -116,7 +127,7 @@ QByteArray labelsOf(const CodeList &codes)
     QByteArrayList labels;
     for (const CodeLabel &label : codes.labels)
         labels.append(row({ text(label.code), text(label.text), outcomeOf(label.outcome) }));
-    return "c(" + elementLines(labels, "    ") + ')';
+    return "c(" + elementLines(labels, "  ") + ')';
 }
 
 QByteArray specialsOf(const CodeList &codes)
@@ -124,7 +135,7 @@ QByteArray specialsOf(const CodeList &codes)
     QByteArrayList specials;
     for (const SpecialRule &rule : codes.specials)
         specials.append(row({ text(rule.low), text(rule.high), outcomeOf(rule.outcome) }));
-    return "c(" + elementLines(specials, "    ") + ')';
+    return "c(" + elementLines(specials, "  ") + ')';
 }
 
 QByteArray codesOf(const LoadPlan &plan)
@@ -132,7 +143,7 @@ QByteArray codesOf(const LoadPlan &plan)
     QByteArrayList lists;
     for (const CodeList &codes : plan.codes)
         lists.append("codes_of(" + rowsOf(codes) + ", " + labelsOf(codes) + ", " + specialsOf(codes) + ')');
-    return "CODES <- list(" + elementLines(lists, "  ") + ')';
+    return listOf("CODES", lists);
 }
 
 QByteArray settingsOf(const LoadPlan &plan)

@@ -111,6 +111,17 @@ def blocks_do_not_matter(tool, directory):
         pd.testing.assert_frame_equal(whole[name], frame)
 
 
+def any_number_of_decimals_is_exact(tool, directory):
+    module = frames.module(program_of(tool, directory)[1])
+    for decimals in (1, 22, 23, 100):
+        for text in ("  7", "123", "-45", "1.5"):
+            field = module.np.array([[ord(character)] for character in text], module.np.uint8)
+            cells, bad = module.cells_of(field, module.Column("X", "item", "Float64", 1, 3, decimals))
+            wanted = float(text) if "." in text else float(f"{text.strip()}e-{decimals}")
+            compare.same(f"{text} with {decimals} decimals", (wanted, False, 0),
+                         (cells.values[0], bool(cells.missing[0]), bad))
+
+
 def progress_is_reported(tool, directory):
     variant, program = program_of(tool, directory)
     script = (f"import {os.path.basename(program)[:-3]} as program; program.PROGRESS = 0; program.BLOCK = 2000; "
@@ -133,7 +144,7 @@ def main(tool):
         for variant in survey.variants(directory):
             compare.check(f"pandas, {variant.name}", variant_agrees, tool, variant, os.path.join(directory, variant.name))
         for test in (failures_leave_nothing, data_is_read_in_the_working_directory, blocks_do_not_matter,
-                     progress_is_reported, import_runs_nothing):
+                     any_number_of_decimals_is_exact, progress_is_reported, import_runs_nothing):
             place = os.path.join(directory, test.__name__)
             os.makedirs(os.path.join(place, "p"))
             compare.check(test.__name__, test, tool, place)

@@ -193,7 +193,7 @@ NEXT = np.array([
     [REST, BAD, BAD, BAD, BAD],  # REST: blanks after the number
     [BAD, BAD, BAD, BAD, BAD]], np.uint8)
 IS_NUMBER = np.array([False, False, True, True, False, True, True, False])
-POWERS = np.array([float(10 ** power) for power in range(23)])
+POWERS = np.array([float(10 ** power) for power in range(23)])  # those that a double holds exactly
 
 
 def scan(field, has_decimals):
@@ -250,7 +250,7 @@ def scanned_numbers(field, column):
 def numbers(field, column):
     """The numbers of a field, and how many of its texts are neither blank nor numbers."""
     field = np.minimum(field, 255).astype(np.uint8, copy=False)
-    if column.length > (15 if column.type == 'Float64' else 18):
+    if column.length > (15 if column.type == 'Float64' else 18) or column.decimals >= len(POWERS):
         return long_numbers(field, column.decimals)
     digit = field - np.uint8(48)
     plain = (digit < 10).all(axis=0)
