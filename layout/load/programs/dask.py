@@ -24,7 +24,7 @@ DATA = program.DATA
 
 # The cases of all blocks are compared in groups, one task each, so that no task needs the cases of the whole file. More
 # groups need less memory and more tasks: their number times that of the blocks.
-BLOCKS_IN_GROUP = 2
+BLOCKS_IN_GROUP = 4
 MAX_GROUPS = 64
 
 
