@@ -28,13 +28,17 @@ bool isAbsolute(const QString &path)
 
 } // namespace
 
-QByteArray programPart(const char *name, const std::vector<PartValue> &values)
+QByteArray readPart(const char *name)
 {
     QFile file(QStringLiteral(":/vanlayout/load/") + QLatin1String(name));
     const bool isOpen = file.open(QIODevice::ReadOnly);
     Q_ASSERT(isOpen);
     Q_UNUSED(isOpen)
-    const QByteArray part = file.readAll();
+    return file.readAll();
+}
+
+QByteArray filledPart(const QByteArray &part, const std::vector<PartValue> &values)
+{
     QByteArray text;
     int done = 0;
     for (int start = part.indexOf("<<"); start >= 0; start = part.indexOf("<<", done)) {
@@ -43,6 +47,11 @@ QByteArray programPart(const char *name, const std::vector<PartValue> &values)
         done = end + 2;
     }
     return text + part.mid(done);
+}
+
+QByteArray programPart(const char *name, const std::vector<PartValue> &values)
+{
+    return filledPart(readPart(name), values);
 }
 
 QByteArray wordLines(const QStringList &words, const QByteArray &indent)

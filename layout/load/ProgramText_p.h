@@ -15,8 +15,13 @@ namespace vanlayout
 /// A place `<<name>>` of a fixed part, and the text for it.
 using PartValue = std::pair<const char *, QByteArray>;
 
-/// A fixed part of a program, such as "spss/read.sps", with its places filled in. Text that is filled in is not
-/// searched for places.
+/// A fixed part of a program, such as "spss/read.sps".
+QByteArray readPart(const char *name);
+
+/// A part with its places filled in. Text that is filled in is not searched for places.
+QByteArray filledPart(const QByteArray &part, const std::vector<PartValue> &values);
+
+/// A fixed part with its places filled in.
 QByteArray programPart(const char *name, const std::vector<PartValue> &values = {});
 
 /// Words separated by blanks, in lines of at most 100 bytes if no word is longer. Further lines begin with \a indent.

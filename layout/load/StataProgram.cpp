@@ -6,6 +6,7 @@
 #include "StataTexts_p.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace vanlayout
 {
@@ -30,6 +31,12 @@ struct RawVariable {
     QByteArray name;
     int start;
     int length;
+};
+
+/// The value label for columns with the same codes, and the index of the first, after which it is named.
+struct ValueLabel {
+    int column = -1;
+    QByteArray commands;
 };
 
 QByteArray indented(const QByteArray &command)
@@ -95,6 +102,7 @@ public:
         while (std::any_of(table.columns.begin(), table.columns.end(), isUsed))
             prefix += '_';
         addRaw();
+        addValueLabels();
     }
 
     QByteArray dictionary() const
@@ -355,41 +363,62 @@ private:
 
     QByteArray numberColumn(int index) const
     {
+        static const QByteArray part = readPart("stata/number.do");
         const PlannedColumn &column = table.columns.at(index);
         const QByteArray name = column.name.toLatin1();
         const QByteArray scale = column.decimals == 0 ? QByteArray() : " / 10^" + number(column.decimals);
-        QByteArray marked;
-        if (column.decimals > 0)
-            marked = programPart("stata/marked-number.do",
-                                 { { "name", name }, { "text", own("text") }, { "mark", own("mark") } });
-        // The ids of an item table are counted with its record.
-        const bool isCounted = !table.isItemTable() || column.role == ColumnRole::Item;
-        const QByteArray counted = !isCounted
-            ? QByteArray()
-            : programPart("stata/count.do",
-                          { { "name", name }, { "text", own("text") }, { "table", table.name.toLatin1() } });
         const QByteArray text = ownText(index)
-            + programPart("stata/number.do",
-                          { { "name", name },
-                            { "text", own("text") },
-                            { "type", stataTypeOf(column) },
-                            { "scale", scale },
-                            { "marked", marked },
-                            { "counted", counted } });
+            + filledPart(part,
+                         { { "name", name },
+                           { "text", own("text") },
+                           { "type", stataTypeOf(column) },
+                           { "scale", scale },
+                           { "marked", markedNumber(column) },
+                           { "counted", countOf(column) } });
         return column.codes < 0 ? text : text + stataSpecials(name, plan.codes.at(column.codes)) + valueLabel(index);
+    }
+
+    // Numbers with a written mark.
+    QByteArray markedNumber(const PlannedColumn &column) const
+    {
+        static const QByteArray part = readPart("stata/marked-number.do");
+        if (column.decimals == 0)
+            return QByteArray();
+        return filledPart(part,
+                          { { "name", column.name.toLatin1() }, { "text", own("text") }, { "mark", own("mark") } });
+    }
+
+    // The texts that are no numbers. The ids of an item table are counted with its record.
+    QByteArray countOf(const PlannedColumn &column) const
+    {
+        static const QByteArray part = readPart("stata/count.do");
+        if (table.isItemTable() && column.role != ColumnRole::Item)
+            return QByteArray();
+        return filledPart(
+            part, { { "name", column.name.toLatin1() }, { "text", own("text") }, { "table", table.name.toLatin1() } });
     }
 
     // Occurrences share the value label of the first column with their codes.
     QByteArray valueLabel(int index) const
     {
         const PlannedColumn &column = table.columns.at(index);
-        const auto hasCodes = [&](const PlannedColumn &other) { return other.codes == column.codes; };
-        const PlannedColumn &first = *std::find_if(table.columns.begin(), table.columns.end(), hasCodes);
-        const QByteArray labels = stataValueLabel(first.name.toLatin1(), plan.codes.at(column.codes));
-        if (labels.isEmpty())
-            return labels;
-        return (&first == &column ? labels : QByteArray())
-            + indented("label values " + column.name.toLatin1() + ' ' + first.name.toLatin1());
+        const ValueLabel &label = valueLabels.at(column.codes);
+        if (label.commands.isEmpty())
+            return QByteArray();
+        const QByteArray name = table.columns.at(label.column).name.toLatin1();
+        return (label.column == index ? label.commands : QByteArray())
+            + indented("label values " + column.name.toLatin1() + ' ' + name);
+    }
+
+    void addValueLabels()
+    {
+        valueLabels.resize(plan.codes.size());
+        for (int i = 0; i < table.columns.size(); ++i) {
+            const PlannedColumn &column = table.columns.at(i);
+            if (!column.isNumber() || column.codes < 0 || valueLabels.at(column.codes).column >= 0)
+                continue;
+            valueLabels[column.codes] = { i, stataValueLabel(column.name.toLatin1(), plan.codes.at(column.codes)) };
+        }
     }
 
     QByteArray textColumn(int index) const
@@ -439,6 +468,7 @@ private:
     const PlannedTable &table;
     QByteArray prefix;
     QVector<RawVariable> raw;
+    QVector<ValueLabel> valueLabels; ///< by the index of the codes
 };
 
 /// Writes the do-file.
@@ -449,6 +479,9 @@ public:
         : plan(loadPlan)
         , isAscii(loadPlan.options.encoding == DataEncoding::Utf8)
     {
+        tables.reserve(size_t(plan.tables.size()));
+        for (const PlannedTable &table : plan.tables)
+            tables.emplace_back(plan, table);
     }
 
     QVector<LoadFile> files() const
@@ -458,7 +491,7 @@ public:
         QVector<LoadFile> dictionaries;
         for (int i = 0; i < plan.tables.size(); ++i) {
             const PlannedTable &table = plan.tables.at(i);
-            const StataTable writer(plan, table);
+            const StataTable &writer = tables.at(size_t(i));
             const QByteArray file = "table" + number(i + 1);
             text += '\n' + title(table) + "tempfile " + file + "\nquietly {\n" + writer.commands()
                 + indented("save \"`" + file + "'\"") + "}\n";
@@ -562,9 +595,8 @@ private:
         int last = 1;
         for (int i = 0; plan.recordType && i < plan.recordType->length; ++i)
             raw.append({ "_type" + number(i + 1), plan.recordType->start + i, 1 });
-        for (const PlannedTable &table : plan.tables) {
-            const StataTable writer(plan, table);
-            for (const RawVariable &variable : writer.variables())
+        for (const StataTable &table : tables) {
+            for (const RawVariable &variable : table.variables())
                 last = std::max(last, variable.start - 1 + variable.length);
         }
         last = std::max(last, raw.constLast().start) + markBytes;
@@ -601,6 +633,7 @@ private:
 
     const LoadPlan &plan;
     bool isAscii; ///< whether the program stops at data that are not ASCII
+    std::vector<StataTable> tables;
 };
 
 } // namespace
