@@ -23,7 +23,9 @@ int endOfPart(const QString &text, int start)
 
 QByteArray literal(QString part)
 {
-    part.replace(QChar(), QLatin1Char(' ')).replace(QLatin1Char('\''), QLatin1String("''"));
+    const auto isOdd = [](QChar character) { return character.isNull() || character == QLatin1Char('\''); };
+    if (std::any_of(part.cbegin(), part.cend(), isOdd))
+        part.replace(QChar(), QLatin1Char(' ')).replace(QLatin1Char('\''), QLatin1String("''"));
     return '\'' + part.toUtf8() + '\'';
 }
 
@@ -57,15 +59,24 @@ QByteArray orNull(const QString &text)
     return text.isNull() ? QByteArrayLiteral("NULL") : sqlText(text);
 }
 
-QByteArray codeTuple(const PlannedTable &table, const PlannedColumn &column, const CodeRow &row)
+QByteArray namesOf(const PlannedTable &table, const PlannedColumn &column)
+{
+    const QByteArray tableName = sqlText(table.name);
+    const QByteArray columnName = sqlText(column.name);
+    const bool isShort = tableName.size() + columnName.size() < longestLine / 2;
+    return tableName + (isShort ? ", " : ",\n    ") + columnName;
+}
+
+// \a names is the beginning of all rows of the column.
+QByteArray codeTuple(const QByteArray &names, const CodeRow &row)
 {
     const QString special = wordOf(row.special);
-    const QByteArrayList cells = {
-        sqlText(table.name), sqlText(column.name), sqlText(row.from),
-        orNull(row.to),      sqlText(row.label),   special.isEmpty() ? QByteArrayLiteral("NULL") : sqlText(special)
-    };
+    const QByteArrayList cells = { sqlText(row.from), orNull(row.to), sqlText(row.label),
+                                   special.isEmpty() ? QByteArrayLiteral("NULL") : sqlText(special) };
     const QByteArray line = cells.join(", ");
-    return '(' + (line.size() < longestLine ? line : cells.join(",\n    ")) + ')';
+    if (names.size() + line.size() < longestLine)
+        return '(' + names + ", " + line + ')';
+    return '(' + names + ",\n    " + cells.join(",\n    ") + ')';
 }
 
 QByteArray insertStatement(const QByteArray &table, const QByteArrayList &tuples)
@@ -89,6 +100,8 @@ QByteArray sqlName(const QString &name)
 
 QByteArray sqlText(const QString &text, const char *between)
 {
+    if (text.size() <= longestPart)
+        return literal(text);
     QByteArrayList parts;
     int start = 0;
     do {
@@ -159,8 +172,9 @@ QByteArray sqlInsertCodes(const LoadPlan &plan, const QByteArray &table)
         for (const PlannedColumn &column : planned.columns) {
             if (column.codes < 0)
                 continue;
+            const QByteArray names = namesOf(planned, column);
             for (const CodeRow &row : plan.codes.at(column.codes).rows) {
-                tuples.append(codeTuple(planned, column, row));
+                tuples.append(codeTuple(names, row));
                 if (tuples.size() < rowsOfStatement)
                     continue;
                 statements += insertStatement(table, tuples);

@@ -99,9 +99,15 @@ public:
 
     QByteArray text() const
     {
-        return "\n-- " + comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment()).mid(3) + stage()
-            + fill() + texts() + (table.hasOccurrence && !table.isItemTable() ? occurrences() : QByteArray()) + create()
-            + insert() + messages();
+        QByteArray statements = "\n" + comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment());
+        statements += stage();
+        statements += fill();
+        statements += texts();
+        if (table.hasOccurrence && !table.isItemTable())
+            statements += occurrences();
+        statements += create();
+        statements += insert();
+        return statements += messages();
     }
 
     QByteArray dropped() const
