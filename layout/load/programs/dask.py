@@ -45,6 +45,13 @@ def read(path, first, end, places=None):
     return program.read_blocks(read_range(path, first, end), first == 0, places)
 
 
+def small_type(column):
+    """The smallest type for the values of an id. The ids of all cases are with the workers at once."""
+    if column.type != 'Int64':
+        return column.type
+    return 'Int16' if column.length < 5 else 'Int32' if column.length < 10 else 'Int64'
+
+
 def cases_of(table, blocks):
     """The ids of the cases in a table of a block, and the number of rows of each."""
     columns = {column.name: program.taken(blocks, table, column.name, column.type)
@@ -52,7 +59,8 @@ def cases_of(table, blocks):
     ids = program.id_frame(table, columns, program.row_count(table, blocks))
     case = pd.Series(program.case_numbers(ids), dtype='int64')
     cases = ids[~case.duplicated()].reset_index(drop=True)
-    return cases.assign(rows=case.value_counts(sort=False).sort_index().to_numpy())
+    cases = cases.astype({number: small_type(column) for number, column in enumerate(program.ids_of(table))})
+    return cases.assign(rows=case.value_counts(sort=False).sort_index().to_numpy(dtype='int32'))
 
 
 def survey(path, first, end, groups):
