@@ -130,7 +130,7 @@ private:
     QStringList needs() const
     {
         QStringList needs(
-            QStringLiteral("The program was proved with PSPP 1.6.2. SPSS itself was not run: it needs Unicode "
+            QStringLiteral("The program was tested with PSPP 1.6.2. SPSS itself was not run: it needs Unicode "
                            "mode, and the line TABWIDTH in the first command has to be deleted there."));
         if (plan.options.encoding == DataEncoding::Utf8)
             needs.append(

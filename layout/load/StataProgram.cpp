@@ -56,25 +56,34 @@ RawVariable pieceOf(const QByteArray &name, int start, int length, int piece)
     return { name, start + skipped, std::min(maxTextBytes, length - skipped) };
 }
 
+// The parts with an operator between them, in lines of a few hundred bytes.
+QByteArray joined(const QVector<QByteArray> &parts, const QByteArray &between)
+{
+    constexpr int longLine = 200; // bytes
+    QByteArray text;
+    int start = 0;
+    for (const QByteArray &part : parts) {
+        text += text.isEmpty() ? QByteArray() : between;
+        if (text.size() - start > longLine) {
+            text += "///\n        ";
+            start = text.size();
+        }
+        text += part;
+    }
+    return text;
+}
+
 // True for lines with a record type, of which each character is a variable.
 QByteArray hasMark(const QString &mark, const QByteArray &name)
 {
-    QByteArray condition;
+    QVector<QByteArray> conditions;
     for (int i = 0; i < mark.size(); ++i) {
         const QByteArray character = name + number(i + 1);
-        condition += condition.isEmpty() ? "" : " & ";
-        condition += mark.at(i) == QLatin1Char(' ') ? "rtrim(" + character + ") == \"\""
-                                                    : character + " == " + stataCharacter(mark.at(i));
+        const bool isBlank = mark.at(i) == QLatin1Char(' ');
+        conditions.append(isBlank ? "rtrim(" + character + ") == \"\""
+                                  : character + " == " + stataCharacter(mark.at(i)));
     }
-    return condition;
-}
-
-QByteArray joined(const QVector<QByteArray> &parts, const QByteArray &between)
-{
-    QByteArray text;
-    for (const QByteArray &part : parts)
-        text += (text.isEmpty() ? QByteArray() : between) + part;
-    return text;
+    return joined(conditions, " & ");
 }
 
 // Texts of 2,045 bytes put together; infix takes blanks at their end off.
