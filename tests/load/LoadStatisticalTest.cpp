@@ -171,7 +171,7 @@ void LoadStatisticalTest::labelsThatStataExpandsAreSetByAMacro_data()
 void LoadStatisticalTest::labelsThatStataExpandsAreSetByAMacro()
 {
     QFETCH(QString, label);
-    QTEST(stataLabelCommand("label data", label), "commands");
+    QTEST(stataLabelCommand("label data", label, 80), "commands");
 }
 
 void LoadStatisticalTest::headSaysWhatWasNotRun_data()
