@@ -51,7 +51,7 @@ def measured(name, command, directory):
     if process.returncode:
         sys.exit(f"{name}: status {process.returncode} of {command}")
     cpu = usage.ru_utime + usage.ru_stime
-    print(f"{name:32} {cpu:7.1f} s CPU {time.monotonic() - start:7.1f} s elapsed {usage.ru_maxrss // 1024:6} MB", flush=True)
+    print(f"{name:32} {cpu:7.2f} s CPU {time.monotonic() - start:7.2f} s elapsed {usage.ru_maxrss // 1024:6} MB", flush=True)
     return cpu
 
 
