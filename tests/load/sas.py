@@ -156,6 +156,12 @@ class Parser:
         self.place += 1
         return token
 
+    def whole(self, what):
+        token = self.take()
+        if not re.fullmatch("[0-9]+", token):
+            raise SasError(f"{what} is {token}")
+        return int(token)
+
     def accept(self, wanted):
         kind, token = self.peek()
         if kind in ("name", "operator") and token.lower() == wanted:
@@ -564,7 +570,7 @@ class Step:
             name = parser.take()
             check_name(name)
             is_text = parser.accept("$")
-            length = int(parser.take())
+            length = parser.whole(f"the length of {name}")
             if name.lower() in self.variables or not (1 <= length <= MAX_TEXT if is_text else length == 8):
                 raise SasError(f"the length of {name}")
             self.add(name, length if is_text else None)

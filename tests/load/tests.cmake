@@ -49,6 +49,7 @@ endfunction()
 
 if(VAN_PYTHON)
     van_add_load_test(LoadComparison comparetest.py)
+    van_add_load_test(LoadInterpreters interpretertest.py)
     van_add_hostile_test(Stata ${VAN_PYTHON} stata)
     van_add_hostile_test(Sas ${VAN_PYTHON} sas)
     if(VAN_SQLITE)
