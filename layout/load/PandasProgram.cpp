@@ -146,13 +146,13 @@ QByteArray specialsOf(const CodeList &codes)
 QByteArray codesOf(const LoadPlan &plan)
 {
     const QVector<CellType> types = typesOfCodes(plan);
-    QByteArrayList lists;
+    QByteArray program = "CODES = [";
     for (int i = 0; i < plan.codes.size(); ++i) {
         const CodeList &codes = plan.codes.at(i);
-        lists.append("Codes([" + rowsOf(codes) + "], {" + valuesOf(codes, types.at(i)) + "}, ["
-                     + rangesOf(codes, types.at(i)) + "], [" + specialsOf(codes) + "])");
+        program += (i > 0 ? ",\n    Codes([" : "\n    Codes([") + rowsOf(codes) + "], {" + valuesOf(codes, types.at(i))
+            + "}, [" + rangesOf(codes, types.at(i)) + "], [" + specialsOf(codes) + "])";
     }
-    return "CODES = [" + elementLines(lists, "    ") + ']';
+    return program += ']';
 }
 
 QByteArray recordTypeOf(const LoadPlan &plan)

@@ -40,13 +40,19 @@ QByteArray readPart(const char *name)
 QByteArray filledPart(const QByteArray &part, const std::vector<PartValue> &values)
 {
     QByteArray text;
+    int size = part.size();
+    for (const PartValue &value : values)
+        size += value.second.size();
+    text.reserve(size);
     int done = 0;
     for (int start = part.indexOf("<<"); start >= 0; start = part.indexOf("<<", done)) {
         const int end = part.indexOf(">>", start);
-        text += part.mid(done, start - done) + valueOf(part.mid(start + 2, end - start - 2), values);
+        text += part.mid(done, start - done);
+        text += valueOf(part.mid(start + 2, end - start - 2), values);
         done = end + 2;
     }
-    return text + part.mid(done);
+    text += part.mid(done);
+    return text;
 }
 
 QByteArray programPart(const char *name, const std::vector<PartValue> &values)

@@ -61,6 +61,13 @@ bool isPlain(const QString &text, const ScriptLanguage &language)
     return text.size() <= pieceWidth && std::all_of(text.begin(), text.end(), isWritten);
 }
 
+QByteArray quoted(const QString &plain, char quote)
+{
+    QByteArray made(plain.size() + 2, quote);
+    std::transform(plain.begin(), plain.end(), made.begin() + 1, [](QChar character) { return character.toLatin1(); });
+    return made;
+}
+
 } // namespace
 
 const ScriptLanguage &python()
@@ -78,7 +85,7 @@ const ScriptLanguage &r()
 QByteArray literal(const QString &text, const ScriptLanguage &language)
 {
     if (isPlain(text, language))
-        return language.quote + text.toLatin1() + language.quote;
+        return quoted(text, *language.quote);
     QByteArrayList pieces = piecesOf(text, language);
     for (QByteArray &piece : pieces)
         piece = language.quote + piece + language.quote;
@@ -93,6 +100,7 @@ QByteArray literalOrNothing(const QString &text, const ScriptLanguage &language)
 QByteArray argumentLines(const QByteArrayList &arguments, const QByteArray &indent)
 {
     QByteArray lines;
+    lines.reserve(2 * lineWidth);
     for (const QByteArray &argument : arguments) {
         const int width = lines.size() - lines.lastIndexOf('\n');
         if (!lines.isEmpty())
