@@ -49,8 +49,7 @@ struct TargetRules {
     bool (*isReservedColumn)(const QString &name);
     bool (*isReservedTable)(const QString &name);
     QVector<LoadFile> (*write)(const LoadPlan &plan);
-    bool hasSeveralFiles; ///< whether a program is more than one file
-    int maxColumns;       ///< of a table; 0 for any number
+    int maxColumns; ///< of a table; 0 for any number
 };
 
 } // namespace vanlayout

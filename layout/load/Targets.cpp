@@ -24,10 +24,8 @@ bool isNeverReserved(const QString & /*name*/)
 // Names in Python and R are texts: every name is legal, and no length is limited.
 TargetRules script(LoadTarget target, const char *word, QVector<LoadFile> (*write)(const LoadPlan &plan))
 {
-    const bool hasSeveralFiles = target == LoadTarget::Dask;
     return { target, word, NameCharacters::All, NameStart::Any,  NameCase::Exact, {},
-             {},     {},   isNeverReserved,     isNeverReserved, write,           hasSeveralFiles,
-             0 };
+             {},     {},   isNeverReserved,     isNeverReserved, write,           0 };
 }
 
 } // namespace
@@ -46,7 +44,6 @@ const QVector<TargetRules> &targetRules()
           isNeverReserved,
           isReservedInSqlite,
           sqliteProgram,
-          false,
           1900 },
         { LoadTarget::Postgresql,
           "postgresql",
@@ -59,7 +56,6 @@ const QVector<TargetRules> &targetRules()
           isReservedInPostgresql,
           isNeverReserved,
           postgresqlProgram,
-          false,
           1600 },
         { LoadTarget::Duckdb,
           "duckdb",
@@ -72,7 +68,6 @@ const QVector<TargetRules> &targetRules()
           isNeverReserved,
           isNeverReserved,
           duckdbProgram,
-          false,
           0 },
         script(LoadTarget::Dask, "dask", daskProgram),
         script(LoadTarget::R, "r", rProgram),
@@ -88,7 +83,6 @@ const QVector<TargetRules> &targetRules()
           isReservedInSpss,
           isNeverReserved,
           spssProgram,
-          false,
           0 },
         { LoadTarget::Stata,
           "stata",
@@ -101,7 +95,6 @@ const QVector<TargetRules> &targetRules()
           isReservedInStata,
           isNeverReserved,
           stataProgram,
-          true,
           0 },
         { LoadTarget::Sas,
           "sas",
@@ -114,7 +107,6 @@ const QVector<TargetRules> &targetRules()
           isReservedInSas,
           isReservedDataSet,
           sasProgram,
-          false,
           0 },
     };
     return rules;

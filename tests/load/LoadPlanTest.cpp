@@ -8,7 +8,6 @@
 using namespace vanlayout;
 
 Q_DECLARE_METATYPE(vanlayout::Layout)
-Q_DECLARE_METATYPE(vanlayout::NameCase)
 
 class LoadPlanTest : public QObject
 {
@@ -102,19 +101,8 @@ bool hasOwnPrefix(const QString &name)
 
 TargetRules exact()
 {
-    return { LoadTarget::R,
-             "test",
-             NameCharacters::All,
-             NameStart::Any,
-             NameCase::Exact,
-             {},
-             {},
-             {},
-             isNever,
-             isNever,
-             nullptr,
-             false,
-             0 };
+    return { LoadTarget::R, "test", NameCharacters::All, NameStart::Any, NameCase::Exact, {}, {}, {}, isNever, isNever,
+             nullptr,       0 };
 }
 
 TargetRules plain()
