@@ -14,6 +14,7 @@ namespace
 constexpr int maxIntegerDigits = 9;
 constexpr int maxBigintDigits = 18;
 constexpr int maxExactDigits = 15; // of a double
+constexpr int maxExactPower = 22;  // of ten, in a double
 
 QByteArray typeOf(const PlannedColumn &column)
 {
@@ -24,7 +25,7 @@ QByteArray typeOf(const PlannedColumn &column)
 
 QByteArray decimalOf(const PlannedColumn &column, const QByteArray &field)
 {
-    if (column.length > maxExactDigits)
+    if (column.length > maxExactDigits || column.decimals > maxExactPower)
         return "load_long_decimal(" + field + ", 'e-" + QByteArray::number(column.decimals) + "')";
     return "load_decimal(" + field + ", 1" + QByteArray(column.decimals, '0') + ".0)";
 }

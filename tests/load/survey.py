@@ -154,6 +154,7 @@ def house_items():
         Item("WEIGHT", 14, "Weight", decimals=12, mark=True),
         Item("RATE", 7, "Rate, whose mark can be a digit of its subitem", decimals=2, mark=True,
              parts=[Item("RATE_END", 3, "End of the rate", offset=4)]),
+        Item("TINY", 3, "More decimals than digits", decimals=25),
         Item("PHOTO", 4, "Photo", kind="image", times=2),
         Item("BIG10", 10, "Ten digits"),
         Item("BIG18", 18, "Eighteen digits"),
