@@ -6,6 +6,7 @@
 #include "SqliteCells_p.h"
 
 #include <algorithm>
+#include <map>
 
 namespace vanlayout
 {
@@ -351,11 +352,43 @@ QByteArray read(const LoadPlan &plan)
         + programPart(isUtf8 ? "sqlite/utf-8.sql" : "sqlite/windows-1252.sql");
 }
 
-// Lines end in CR LF or LF.
-QByteArray prepareLines()
+// The last column of the line that a number of the table has; 0 if there is none, or if the line would become too long.
+qint64 widthOf(const PlannedTable &table)
 {
-    return QByteArrayLiteral("\n-- Lines may end in CR LF.\n"
-                             "UPDATE temp.load_lines SET l = rtrim(l, char(13)) WHERE substr(l, -1) = char(13);\n");
+    constexpr qint64 maxWidth = 10000;
+    qint64 width = 0;
+    for (const PlannedColumn &column : table.columns) {
+        const bool isRepeated = table.isItemTable() && column.role == ColumnRole::Item;
+        const qint64 first = column.start + (isRepeated ? qint64(table.occurrences - 1) * table.step : 0);
+        if (column.isNumber())
+            width = std::max(width, first + column.length - 1);
+    }
+    return width <= maxWidth ? width : 0;
+}
+
+// An expression for the length that a line needs, by its record type.
+QByteArray neededWidth(const LoadPlan &plan)
+{
+    std::map<QString, qint64> widths; // by mark
+    for (const PlannedTable &table : plan.tables)
+        widths[table.mark] = std::max(widths[table.mark], widthOf(table));
+    if (!plan.recordType)
+        return QByteArray::number(widths.empty() ? 0 : widths.begin()->second);
+    QByteArray cases = "CASE " + markField(plan);
+    for (const auto &[mark, width] : widths) {
+        const QString text = QString::fromUtf8(withoutBlanks(mark.toUtf8()));
+        cases += "\n    WHEN " + sqlText(text) + " THEN " + QByteArray::number(width);
+    }
+    return cases + "\n    ELSE 0 END";
+}
+
+QByteArray prepareLines(const LoadPlan &plan)
+{
+    const QByteArray width = neededWidth(plan);
+    return "\n-- Lines may end in CR LF, and may be short.\nUPDATE temp.load_lines SET l = rtrim(l, char(13)) WHERE "
+           "substr(l, "
+           "-1) = char(13);\nUPDATE temp.load_lines SET l = l || printf('%*s', "
+        + width + " - length(l), '')\n  WHERE length(l) < " + width + ";\n";
 }
 
 QByteArray workingTables(const LoadPlan &plan)
@@ -394,7 +427,7 @@ QByteArray unknownLines(const LoadPlan &plan)
 
 QVector<LoadFile> sqliteProgram(const LoadPlan &plan)
 {
-    QByteArray text = head(plan) + read(plan) + prepareLines() + workingTables(plan)
+    QByteArray text = head(plan) + read(plan) + prepareLines(plan) + workingTables(plan)
         + "\n-- Either all tables are replaced, or none.\nBEGIN;\n";
     QByteArray dropped;
     for (int i = 0; i < plan.tables.size(); ++i) {
