@@ -2,7 +2,9 @@ van_add_test(load/LoadPlanTest.cpp)
 van_add_test(load/LoadScriptsTest.cpp)
 van_add_test(load/LoadStatisticalTest.cpp)
 
-# Load programs: each one loads a generated survey in its engine, and a loader of the tests makes the same tables.
+# Load programs: each one loads a generated survey in its engine, and a loader of the tests makes the same tables. These
+# tests have the label `engine` and run in one build only: they take minutes, nearly all of them in programs of others.
+# The tests above look at the same programs in every build.
 find_program(VAN_PYTHON python3)
 find_program(VAN_PSPP pspp)
 find_program(VAN_SQLITE sqlite3)
@@ -26,7 +28,7 @@ endfunction()
 # Likewise, in this Python.
 function(van_add_load_test_in python name script)
     add_test(NAME ${name} COMMAND ${python} -B ${PROJECT_SOURCE_DIR}/tests/load/${script} $<TARGET_FILE:vanlayout> ${ARGN})
-    van_test_properties(${name} load)
+    van_test_properties(${name} "load;engine")
 endfunction()
 
 # Adds a test that runs the examples of a section of docs/load.md, or PAGE:SECTION, with the commands that follow.
@@ -43,7 +45,7 @@ target_link_libraries(make_programs PRIVATE vanlayout_objects)
 function(van_add_hostile_test name python)
     add_test(NAME LoadHostile${name} COMMAND ${python} -B ${PROJECT_SOURCE_DIR}/tests/load/hostile.py
         $<TARGET_FILE:make_programs> 1000 ${ARGN})
-    van_test_properties(LoadHostile${name} load)
+    van_test_properties(LoadHostile${name} "load;engine")
     set_tests_properties(LoadHostile${name} PROPERTIES TIMEOUT 900)
 endfunction()
 
