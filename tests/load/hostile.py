@@ -9,6 +9,7 @@
         r           RSCRIPT
         spss        MAKE_PROGRAMS PSPP
         stata, sas  none: the interpreters of the tests
+        made        none: the programs of all targets are made, and not run
 
 Each of the COUNT dictionaries has hostile names, labels, notes and codes, and its data file a hostile name. Each program is
 run in its engine, from the working directory, many in one session where the engine can. The tables have to be those of the
@@ -20,6 +21,7 @@ import io
 import json
 import os
 import random
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -377,10 +379,24 @@ def compare_all(dictionaries, target, engine):
     same("files that the programs made", set(), made)
 
 
+def make_all(make_programs, count):
+    """Each dictionary has a program for each target."""
+    for target in [*TARGETS, "dask"]:
+        dictionaries = Dictionaries(make_programs, target, count)
+        for dictionary in dictionaries.all:
+            sizes = [os.path.getsize(os.path.join(dictionary.directory, name)) for name in os.listdir(dictionary.directory)]
+            assert len(sizes) > 2 and min(sizes) > 0, f"{target}, {dictionary.directory}: files of {sizes} bytes"
+        shutil.rmtree(dictionaries.directory)
+
+
 def main(make_programs, count, target, *engine):
+    if target == "made":
+        compare.check(f"programs of {count} hostile dictionaries", make_all, make_programs, int(count))
+        compare.finish()
+        return
     dictionaries = Dictionaries(make_programs, target, int(count))
     if compare.check(f"{target}, {count} hostile dictionaries in {dictionaries.directory}", compare_all, dictionaries, target, engine):
-        subprocess.run(["rm", "-r", dictionaries.directory], check=True)
+        shutil.rmtree(dictionaries.directory)
     compare.finish()
 
 

@@ -50,6 +50,9 @@ function(van_add_hostile_test name python)
 endfunction()
 
 if(VAN_PYTHON)
+    add_test(NAME LoadHostilePrograms COMMAND ${VAN_PYTHON} -B ${PROJECT_SOURCE_DIR}/tests/load/hostile.py
+        $<TARGET_FILE:make_programs> 200 made)
+    van_test_properties(LoadHostilePrograms load)
     van_add_load_test(LoadComparison comparetest.py)
     van_add_load_test(LoadInterpreters interpretertest.py)
     van_add_hostile_test(Stata ${VAN_PYTHON} stata)
