@@ -146,7 +146,7 @@ def compare_bad_bytes(engine, tool, variant, directory):
         if "Line 3 is not valid UTF-8" not in result["errors"][0] or "--encoding windows-1252" not in result["errors"][0]:
             raise compare.Difference(f"{result['errors']}")
         if result["counts"] or (not stops and result["answers"][0]["rows"]):
-            raise compare.Difference(f"a failed run left something behind: {result}")
+            raise compare.Difference(f"a failed run left tables or counts: {result}")
 
 
 def compare_blocks(engine, tool, variant, directory):

@@ -122,7 +122,7 @@ def tables_of(server, database):
 
 
 def objects_of(server, database):
-    """What is left on the server beside the tables."""
+    """The numbers of large objects, and of objects other than tables, that are left on the server."""
     return server.query("SELECT (SELECT count(*) FROM pg_largeobject_metadata), (SELECT count(*) FROM pg_class WHERE "
                         "relnamespace = 'public'::regnamespace AND relkind <> 'r')", database)[1:]
 
@@ -193,7 +193,7 @@ def compare_bad_bytes(server, tool, variant, directory):
     if status != 3 or "Line 3 is not valid UTF-8" not in errors or "--encoding windows-1252" not in errors or printed:
         raise compare.Difference(f"status {status}, {printed!r}, {errors!r}")
     if tables_of(server, database) or objects_of(server, database) != [["0", "0"]]:
-        raise compare.Difference("a failed run left something behind")
+        raise compare.Difference("a failed run left objects on the server")
 
 
 def compare_pieces(server, tool, variant, directory):
