@@ -4,6 +4,7 @@
     run_r.py TOOL RSCRIPT
 """
 
+import json
 import os
 import shutil
 import subprocess
@@ -192,6 +193,20 @@ def source_runs_nothing(tool, rscript, directory):
     compare.same("files after source()", before, sorted(os.listdir(directory)))
 
 
+def codes_that_are_one_number_have_the_first_label(tool, rscript, directory):
+    """A double does not distinguish 999999999999999998 from 999999999999999999, and haven takes each label once."""
+    codes = [survey.value("Nearly", "999999999999999998"), survey.value("All", "999999999999999999")]
+    made = survey.Survey(survey.SETTINGS["plain-ascii"])
+    made.records = [survey.Record("R", "", 1, 0, [survey.Item("BIG", 18, values=codes)], None)]
+    made.place()
+    dictionary = survey.write(os.path.join(directory, "big.dcf"), json.dumps(made.element()).encode("utf-8"))
+    data = survey.write(os.path.join(directory, "big.dat"), b" 1  1999999999999999998\n")
+    program = make(tool, survey.Variant("big", dictionary, data, [], "ascii", False), directory)
+    printed = run([rscript, "-e", f'source("{program}"); print(names(attr(load_data("{data}")$R$BIG, "labels")))'], directory)
+    if '[1] "Nearly"\n' not in printed:
+        raise compare.Difference(f"labels: {printed!r}")
+
+
 def main(tool, rscript):
     directory = tempfile.mkdtemp(prefix="van-r-")
     try:
@@ -199,7 +214,8 @@ def main(tool, rscript):
             compare.check(f"R, {variant.name}", variant_agrees, tool, rscript, variant,
                           os.path.join(directory, variant.name))
         for test in (locale_does_not_matter, failures_leave_nothing, data_is_read_in_the_working_directory,
-                     parts_do_not_matter, progress_is_reported, source_runs_nothing):
+                     parts_do_not_matter, progress_is_reported, source_runs_nothing,
+                     codes_that_are_one_number_have_the_first_label):
             place = os.path.join(directory, test.__name__)
             os.makedirs(os.path.join(place, "p"))
             compare.check(test.__name__, test, tool, rscript, place)

@@ -299,6 +299,8 @@ labelled_column <- function(values, column) {
   label <- if (nzchar(column$label)) column$label
   if (length(codes)) {
     names(codes) <- labels[, 2]
+    # Codes of more digits than a double holds can be the same number: the label of the first counts.
+    codes <- codes[!duplicated(codes) | is.na(codes)]
     return(haven::labelled(values, codes, label))
   }
   attr(values, "label") <- label
