@@ -18,7 +18,7 @@ QString withoutEnd(QString text, const CommentStyle &style)
     if (end.isEmpty())
         return text;
     // This is done twice, because a separated pair can leave another one: `**//`.
-    const QString separated = end.left(1) + QLatin1Char(' ') + end.mid(1);
+    const QString separated = QString(end).insert(1, QLatin1Char(' '));
     return text.replace(end, separated).replace(end, separated);
 }
 

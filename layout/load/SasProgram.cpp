@@ -326,7 +326,8 @@ private:
             text += "\n    " + column.name.toLatin1();
         text += "\n    " + p + "number";
         if (needsKeys()) {
-            for (const QByteArray &key : keyNames())
+            const QVector<QByteArray> keys = keyNames();
+            for (const QByteArray &key : keys)
                 text += key.startsWith(p) ? ' ' + key : QByteArray();
         }
         return text;

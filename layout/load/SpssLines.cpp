@@ -11,10 +11,9 @@ namespace vanlayout
 namespace
 {
 
-constexpr int maxTextBytes = 32767;  // of a variable
-constexpr int maxPlainRecord = 8192; // bytes of a line that SPSS reads without LRECL
-constexpr int utf8Bytes = 4;         // of a character, at most
-constexpr int windows1252Bytes = 3;  // of a character of windows-1252 in UTF-8, at most
+constexpr int maxTextBytes = 32767; // of a variable
+constexpr int utf8Bytes = 4;        // of a character, at most
+constexpr int windows1252Bytes = 3; // of a character of windows-1252 in UTF-8, at most
 
 int lastColumnOfLines(const LoadPlan &plan)
 {

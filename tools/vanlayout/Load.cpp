@@ -72,7 +72,8 @@ int writeProgram(const LoadCall &call, const LoadProgram &program, const QString
 std::vector<std::string> loadTargetWords()
 {
     std::vector<std::string> words;
-    for (const QString &word : loadTargets())
+    const QStringList targets = loadTargets();
+    for (const QString &word : targets)
         words.push_back(word.toStdString());
     return words;
 }
