@@ -35,8 +35,7 @@ QByteArray written(char32_t character, const ScriptLanguage &language)
 {
     if (character == U'\\' || (character < 0x80 && char(character) == *language.quote))
         return QByteArray("\\") + char(character);
-    return QChar::isPrint(uint(character)) ? QString::fromUcs4(reinterpret_cast<const uint *>(&character), 1).toUtf8()
-                                           : language.escape(character);
+    return QChar::isPrint(uint(character)) ? QString::fromUcs4(&character, 1).toUtf8() : language.escape(character);
 }
 
 QByteArrayList piecesOf(const QString &text, const ScriptLanguage &language)
