@@ -29,6 +29,12 @@ bool isLong(const PlannedColumn &column)
     return column.length > longestBlanks;
 }
 
+// The literal of a blank cell.
+QByteArray blanksOf(const PlannedColumn &column)
+{
+    return '\'' + (isLong(column) ? QByteArray() : QByteArray(column.length, ' ')) + '\'';
+}
+
 // Characters of the line from a 1-based column of the first occurrence.
 QByteArray part(const PlannedTable &table, int start, int length)
 {
@@ -51,10 +57,9 @@ QByteArray textCell(const PlannedTable &table, const PlannedColumn &column)
 // The digits around a mark at its usual place; a text that is examined later if the mark is not there.
 QByteArray markedCell(const PlannedTable &table, const PlannedColumn &column)
 {
-    const int end = column.start + column.length;
-    const int mark = end - column.decimals - 1;
-    return "CASE\n      WHEN " + part(table, mark, 1) + " IN ('.', ',') AND " + part(table, mark + 1, column.decimals)
-        + " >= '0' AND " + part(table, end - 1, 1) + " >= '0'\n        THEN "
+    const int mark = column.start + column.length - column.decimals - 1;
+    return "CASE\n      WHEN " + part(table, mark, column.decimals + 1) + " GLOB '[.,]"
+        + QByteArray("[0-9]").repeated(column.decimals) + "'\n        THEN "
         + part(table, column.start, mark - column.start) + " || " + part(table, mark + 1, column.decimals)
         + "\n      WHEN trim(" + whole(table, column) + ", ' ') <> '' THEN '=' || " + whole(table, column) + " END";
 }
@@ -75,16 +80,38 @@ Places placesOf(const QVector<PlannedColumn> &columns)
     return places;
 }
 
-// Matches the places of one pattern; characters between them are any.
-QByteArray pattern(Places::const_iterator first, Places::const_iterator end)
+// The characters of the line that belong to numbers, without decimal marks.
+QByteArray charactersOfNumbers(const PlannedTable &table, const Places &places)
 {
-    QByteArray text;
-    int next = first->first;
-    for (Places::const_iterator place = first; place != end; ++place) {
-        text += QByteArray(place->first - next, '?') + (place->second == Place::Mark ? "[., ]" : "[-+0-9 ]");
-        next = place->first + 1;
+    QByteArrayList parts;
+    for (Places::const_iterator first = places.begin(); first != places.end();) {
+        Places::const_iterator end = first;
+        int length = 0;
+        while (end != places.end() && end->first == first->first + length && end->second == Place::Digit) {
+            ++end;
+            ++length;
+        }
+        if (length > 0)
+            parts.append(part(table, first->first, length));
+        first = length > 0 ? end : std::next(first);
     }
-    return text;
+    return sqliteJoined(parts, "\n      || ");
+}
+
+// True for a line in which all points are decimal marks at their usual places, with `OR` before it.
+QByteArray hasUsualMarks(const PlannedTable &table, const Places &places)
+{
+    QByteArrayList conditions;
+    QByteArray points = QByteArrayLiteral("*.*");
+    for (const auto &[start, place] : places) {
+        if (place == Place::Mark) {
+            conditions.append(part(table, start, 1) + " = '.'");
+            points += ".*";
+        }
+    }
+    if (conditions.isEmpty())
+        return {};
+    return "\n      OR (" + sqliteJoined(conditions, " AND ") + " AND l NOT GLOB '" + points + "')";
 }
 
 } // namespace
@@ -107,7 +134,12 @@ QByteArray sqlitePlainCell(const PlannedTable &table, const PlannedColumn &colum
 
 QByteArray sqliteIsText(const PlannedColumn &column, const QByteArray &cell)
 {
-    return cell + " > '" + (isLong(column) ? QByteArray() : QByteArray(column.length, ' ')) + '\'';
+    return cell + " > " + blanksOf(column);
+}
+
+QByteArray sqliteIsNumberOrBlank(const PlannedColumn &column, const QByteArray &cell)
+{
+    return '(' + cell + " < '' OR " + cell + " IN (" + blanksOf(column) + ", ''))";
 }
 
 QByteArray sqliteOtherCell(const PlannedTable &table, const PlannedColumn &column)
@@ -122,20 +154,16 @@ QByteArray sqliteOtherCell(const PlannedTable &table, const PlannedColumn &colum
 
 QByteArray sqliteIsPlain(const PlannedTable &table, const QVector<PlannedColumn> &columns)
 {
-    constexpr int maxGap = 8;
-    constexpr int maxPattern = 70; // characters of the line
     const Places places = placesOf(columns);
-    QByteArrayList conditions;
-    for (Places::const_iterator first = places.begin(); first != places.end();) {
-        Places::const_iterator end = first;
-        int last = first->first;
-        while (end != places.end() && end->first - last <= maxGap && end->first - first->first < maxPattern)
-            last = (end++)->first;
-        conditions.append(part(table, first->first, last - first->first + 1) + " GLOB\n    '" + pattern(first, end)
-                          + '\'');
-        first = end;
-    }
-    return sqliteJoined(conditions, "\n    AND ");
+    const QByteArray characters = charactersOfNumbers(table, places);
+    QByteArrayList conditions
+        = { "(l NOT GLOB '*.*'" + hasUsualMarks(table, places) + "\n      OR " + characters + " NOT GLOB '*.*')" };
+    for (const char exponent : { 'e', 'E' })
+        conditions.append(QByteArray("(l NOT GLOB '*") + exponent + "[-+0-9.,]*'\n      OR " + characters + " NOT GLOB '*"
+                          + exponent + "*')");
+    for (const char *code : { "9", "11", "12", "13" })
+        conditions.append(QByteArray("l NOT GLOB '*' || char(") + code + ") || '*'");
+    return conditions.join("\n    AND ");
 }
 
 QByteArray sqliteJoined(const QByteArrayList &terms, const char *separator)

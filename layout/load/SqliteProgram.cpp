@@ -6,7 +6,6 @@
 #include "SqliteCells_p.h"
 
 #include <algorithm>
-#include <map>
 
 namespace vanlayout
 {
@@ -54,26 +53,29 @@ QByteArray wholeMarkField(const LoadPlan &plan)
         + QByteArray::number(plan.recordType->length) + ')';
 }
 
-QByteArray markField(const LoadPlan &plan)
+QString withoutBlanks(QString mark)
 {
-    return "rtrim(" + wholeMarkField(plan) + ", ' ')";
-}
-
-QByteArray withoutBlanks(QByteArray mark)
-{
-    while (mark.endsWith(' '))
+    while (mark.endsWith(QLatin1Char(' ')))
         mark.chop(1);
     return mark;
+}
+
+// The characters of the record type; blanks behind them are taken off where one of the marks, which have none, is
+// shorter.
+QByteArray markField(const LoadPlan &plan, const QStringList &marks)
+{
+    const auto isWhole = [&plan](const QString &mark) { return mark.size() == plan.recordType->length; };
+    const QByteArray field = wholeMarkField(plan);
+    return std::all_of(marks.begin(), marks.end(), isWhole) ? field : "rtrim(" + field + ", ' ')";
 }
 
 // True for the lines of a table. CSPro begins an erased line with `~`.
 QByteArray isOfTable(const LoadPlan &plan, const PlannedTable &table)
 {
     QByteArrayList conditions;
-    const QString mark = QString::fromUtf8(withoutBlanks(table.mark.toUtf8()));
+    const QString mark = withoutBlanks(table.mark);
     if (plan.recordType)
-        conditions.append((mark.size() == plan.recordType->length ? wholeMarkField(plan) : markField(plan)) + " = "
-                          + sqlText(mark));
+        conditions.append(markField(plan, { mark }) + " = " + sqlText(mark));
     if (mark.isEmpty())
         conditions.append("NOT " + blankLine("l"));
     if (canBeErased(plan))
@@ -103,7 +105,6 @@ public:
         QByteArray statements = "\n" + comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment());
         statements += stage();
         statements += fill();
-        statements += texts();
         if (table.hasOccurrence && !table.isItemTable())
             statements += occurrences();
         statements += create();
@@ -114,12 +115,14 @@ public:
     QByteArray dropped() const
     {
         return "DROP TABLE IF EXISTS temp." + rows() + ";\n"
+            + (hasNumbers() ? "DROP TABLE IF EXISTS temp." + otherRows() + ";\n" : QByteArray())
             + (table.hasOccurrence && !table.isItemTable() ? "DROP TABLE IF EXISTS temp." + occ() + ";\n"
                                                            : QByteArray());
     }
 
 private:
     QByteArray rows() const { return "load_rows_" + QByteArray::number(number + 1); }
+    QByteArray otherRows() const { return "load_other_rows_" + QByteArray::number(number + 1); }
     QByteArray occ() const { return "load_occ_" + QByteArray::number(recordNumber + 1); }
     static QByteArray cell(int index) { return 'c' + QByteArray::number(index + 1); }
 
@@ -128,13 +131,35 @@ private:
         return std::any_of(cut.begin(), cut.end(), [](const PlannedColumn &column) { return column.isNumber(); });
     }
 
-    // The rows with the cells as they are cut from the lines.
-    QByteArray stage() const
+    QByteArrayList cellColumns() const
     {
         QByteArrayList columns = { "row INTEGER PRIMARY KEY" };
         for (int i = 0; i < cut.size(); ++i)
             columns.append(cell(i) + ' ' + sqliteTypeOfCells(cut.at(i)));
-        return dropped() + "CREATE TEMP TABLE " + rows() + " (\n" + sqlList(columns, 2) + ");\n";
+        return columns;
+    }
+
+    // The checks keep out lines with other texts than numbers in columns of numbers.
+    QByteArray checks() const
+    {
+        QByteArrayList conditions;
+        for (int i = 0; i < cut.size(); ++i) {
+            if (cut.at(i).isNumber())
+                conditions.append(sqliteIsNumberOrBlank(cut.at(i), cell(i)));
+        }
+        return "CHECK (" + sqliteJoined(conditions, "\n    AND ") + ')';
+    }
+
+    // The rows with the cells as they are cut from the lines.
+    QByteArray stage() const
+    {
+        QByteArrayList columns = cellColumns();
+        QByteArray other;
+        if (hasNumbers()) {
+            other = "CREATE TEMP TABLE " + otherRows() + " (\n" + sqlList(columns, 2) + ");\n";
+            columns.append(checks());
+        }
+        return dropped() + "CREATE TEMP TABLE " + rows() + " (\n" + sqlList(columns, 2) + ");\n" + other;
     }
 
     QByteArray source() const
@@ -156,54 +181,45 @@ private:
         return "load_lines.rowid * " + QByteArray::number(table.occurrences) + " + k - 1";
     }
 
-    QByteArray fillWith(QByteArray (*cellOf)(const PlannedTable &, const PlannedColumn &),
-                        const QByteArray &condition) const
+    QByteArrayList cells(QByteArray (*cellOf)(const PlannedTable &, const PlannedColumn &)) const
     {
-        QByteArrayList cells = { rowNumber() };
+        QByteArrayList expressions = { rowNumber() };
         for (const PlannedColumn &column : cut)
-            cells.append(cellOf(table, column));
-        return "INSERT INTO temp." + rows() + " SELECT\n" + sqlList(cells, 4) + '\n' + source() + condition + ";\n";
+            expressions.append(cellOf(table, column));
+        return expressions;
     }
 
     QByteArray fill() const
     {
+        const QByteArray others = " SELECT\n" + sqlList(cells(sqliteOtherCell), 4) + '\n' + source();
         if (!hasNumbers())
-            return fillWith(sqliteOtherCell, {});
-        return "-- Lines whose numbers are digits, signs and blanks, then all others.\n"
-            + fillWith(sqlitePlainCell, "\n    AND " + sqliteIsPlain(table, cut))
-            + fillWith(sqliteOtherCell, "\n    AND " + rowNumber() + " NOT IN (SELECT row FROM temp." + rows() + ')');
+            return "INSERT INTO temp." + rows() + others + ";\n";
+        return "-- Lines with nothing but numbers and blanks in the columns of numbers, then all others. SQLite would take\n"
+               "-- texts like 1E2 and 5. for numbers, and white space other than blanks for a part of them.\n"
+               "INSERT OR IGNORE INTO temp."
+            + rows() + " SELECT\n" + sqlList(cells(sqlitePlainCell), 4) + '\n' + source() + "\n    AND "
+            + sqliteIsPlain(table, cut) + ";\nINSERT INTO temp." + otherRows() + others + "\n    AND " + rowNumber()
+            + " NOT IN (SELECT row FROM temp." + rows() + ");\n" + texts() + moveOtherRows();
     }
 
     // Reads the texts that were not simply numbers.
     QByteArray texts() const
     {
-        if (!hasNumbers())
-            return {};
-        return collectTexts() + programPart("sqlite/numbers.sql").mid(1) + putBack();
-    }
-
-    QByteArray collectTexts() const
-    {
-        QByteArrayList areTexts;
         QByteArrayList columns;
         QByteArrayList parts;
         for (int i = 0; i < cut.size(); ++i) {
             if (!cut.at(i).isNumber())
                 continue;
-            const QByteArray isText = sqliteIsText(cut.at(i), cell(i));
             const QByteArray id = QByteArray::number(i + 1);
-            areTexts.append(isText);
             columns.append('(' + id + ", " + sqlText(cut.at(i).name) + ", " + QByteArray::number(cut.at(i).decimals)
                            + ')');
-            parts.append("SELECT " + id + ", row, " + cell(i) + ", NULL FROM temp." + rows()
-                         + " WHERE row IN (SELECT row FROM temp.load_text_rows) AND " + isText);
+            parts.append("SELECT " + id + ", row, " + cell(i) + ", NULL FROM temp." + otherRows() + " WHERE "
+                         + sqliteIsText(cut.at(i), cell(i)));
         }
         return "-- Texts in columns of numbers, which are greater than any number, get a second look.\nDELETE FROM "
-               "temp.load_text_rows;\n"
-               "INSERT INTO temp.load_text_rows SELECT row FROM temp."
-            + rows() + "\n  WHERE " + sqliteJoined(areTexts, "\n    OR ")
-            + ";\nDELETE FROM temp.load_columns;\nINSERT INTO temp.load_columns VALUES\n" + sqlList(columns, 2)
-            + ";\nDELETE FROM temp.load_texts;\n" + collectParts(parts);
+               "temp.load_columns;\nINSERT INTO temp.load_columns VALUES\n"
+            + sqlList(columns, 2) + ";\nDELETE FROM temp.load_texts;\n" + collectParts(parts)
+            + programPart("sqlite/numbers.sql").mid(1);
     }
 
     // SQLite limits the number of queries in one statement.
@@ -216,18 +232,18 @@ private:
         return statements;
     }
 
-    QByteArray putBack() const
+    QByteArray moveOtherRows() const
     {
-        QByteArrayList columns;
+        QByteArrayList moved = { QByteArrayLiteral("row") };
         for (int i = 0; i < cut.size(); ++i) {
             const QByteArray name = cell(i);
-            if (cut.at(i).isNumber())
-                columns.append(name + " = CASE WHEN " + sqliteIsText(cut.at(i), name)
-                               + " THEN (SELECT number FROM temp.load_texts t WHERE t.column = "
-                               + QByteArray::number(i + 1) + " AND t.row = " + rows() + ".row) ELSE " + name + " END");
+            moved.append(!cut.at(i).isNumber() ? name
+                                               : "CASE WHEN " + sqliteIsText(cut.at(i), name)
+                                 + " THEN (SELECT number FROM temp.load_texts t WHERE t.column = "
+                                 + QByteArray::number(i + 1) + " AND t.row = o.row) ELSE " + name + " END");
         }
-        return "UPDATE temp." + rows() + " SET\n" + sqlList(columns, 4)
-            + "\n  WHERE row IN (SELECT row FROM temp.load_text_rows);\n";
+        return "INSERT INTO temp." + rows() + " SELECT\n" + sqlList(moved, 4) + "\n  FROM temp." + otherRows()
+            + " o;\n";
     }
 
     // The number of each record within its case, wherever its lines are.
@@ -349,46 +365,7 @@ QByteArray read(const LoadPlan &plan)
                        { { "separator", isUtf8 ? "376" : "201" },
                          { "path", shellArgument(safePath(plan.options.data)) },
                          { "place", sqlText(safePath(plan.options.data)) } })
-        + programPart(isUtf8 ? "sqlite/utf-8.sql" : "sqlite/windows-1252.sql");
-}
-
-// The last column of the line that a number of the table has; 0 if there is none, or if the line would become too long.
-qint64 widthOf(const PlannedTable &table)
-{
-    constexpr qint64 maxWidth = 10000;
-    qint64 width = 0;
-    for (const PlannedColumn &column : table.columns) {
-        const bool isRepeated = table.isItemTable() && column.role == ColumnRole::Item;
-        const qint64 first = column.start + (isRepeated ? qint64(table.occurrences - 1) * table.step : 0);
-        if (column.isNumber())
-            width = std::max(width, first + column.length - 1);
-    }
-    return width <= maxWidth ? width : 0;
-}
-
-// An expression for the length that a line needs, by its record type.
-QByteArray neededWidth(const LoadPlan &plan)
-{
-    std::map<QString, qint64> widths; // by mark
-    for (const PlannedTable &table : plan.tables)
-        widths[table.mark] = std::max(widths[table.mark], widthOf(table));
-    if (!plan.recordType)
-        return QByteArray::number(widths.empty() ? 0 : widths.begin()->second);
-    QByteArray cases = "CASE " + markField(plan);
-    for (const auto &[mark, width] : widths) {
-        const QString text = QString::fromUtf8(withoutBlanks(mark.toUtf8()));
-        cases += "\n    WHEN " + sqlText(text) + " THEN " + QByteArray::number(width);
-    }
-    return cases + "\n    ELSE 0 END";
-}
-
-QByteArray prepareLines(const LoadPlan &plan)
-{
-    const QByteArray width = neededWidth(plan);
-    return "\n-- Lines may end in CR LF, and may be short.\nUPDATE temp.load_lines SET l = rtrim(l, char(13)) WHERE "
-           "substr(l, "
-           "-1) = char(13);\nUPDATE temp.load_lines SET l = l || printf('%*s', "
-        + width + " - length(l), '')\n  WHERE length(l) < " + width + ";\n";
+        + programPart(isUtf8 ? "sqlite/utf-8.sql" : "sqlite/windows-1252.sql") + programPart("sqlite/line-ends.sql");
 }
 
 QByteArray workingTables(const LoadPlan &plan)
@@ -411,24 +388,23 @@ QByteArray unknownLines(const LoadPlan &plan)
 {
     QStringList marks;
     for (const QString &mark : plan.knownMarks)
-        marks.append(QString::fromUtf8(withoutBlanks(mark.toUtf8())));
+        marks.append(withoutBlanks(mark));
     QByteArrayList conditions;
     if (plan.recordType)
-        conditions.append(markField(plan) + " NOT IN " + sqlTexts(marks));
+        conditions.append(markField(plan, marks) + " NOT IN " + sqlTexts(marks));
     if (canBeErased(plan))
         conditions.append(QByteArrayLiteral("substr(l, 1, 1) = '~'"));
     return "\n-- Lines of no record type; CSPro begins erased lines with ~.\nINSERT INTO temp.load_messages\n"
-           "  SELECT n || ' lines of no known record type' FROM (SELECT count(*) AS n FROM temp.load_lines\n    WHERE "
-           "NOT "
-        + blankLine("l") + " AND (" + conditions.join(" OR ") + ")) WHERE n > 0;\n";
+           "  SELECT n || ' lines of no known record type' FROM (SELECT count(*) AS n FROM temp.load_lines\n    WHERE ("
+        + conditions.join(" OR ") + ") AND NOT " + blankLine("l") + ") WHERE n > 0;\n";
 }
 
 } // namespace
 
 QVector<LoadFile> sqliteProgram(const LoadPlan &plan)
 {
-    QByteArray text = head(plan) + read(plan) + prepareLines(plan) + workingTables(plan)
-        + "\n-- Either all tables are replaced, or none.\nBEGIN;\n";
+    QByteArray text
+        = head(plan) + read(plan) + workingTables(plan) + "\n-- Either all tables are replaced, or none.\nBEGIN;\n";
     QByteArray dropped;
     for (int i = 0; i < plan.tables.size(); ++i) {
         const TableWriter table(plan, i);

@@ -97,8 +97,9 @@ def compare_later_runs(sqlite, database, program, made):
 def compare_bad_bytes(sqlite, tool, variant, directory):
     """A file that is not UTF-8 stops the program, and the message names the line."""
     data = os.path.join(directory, "bad bytes.dat")
-    for number, bad in enumerate((b"\xe9", b"\x80", b"\xc3\xa9\xa9", b"\xe9\x80", b"\xed\xa0\x80", b"\xff", b"\xc0\x80")):
-        survey.write(data, b"HH 1  1\nR  1 \xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80\xef\xbf\xbd\nHH 2 x" + bad + b"y\nHH \xff\n")
+    lines = [b"HH 2 x" + bad + b"y" for bad in (b"\xe9", b"\x80", b"\xc3\xa9\xa9", b"\xe9\x80", b"\xed\xa0\x80", b"\xff", b"\xc0\x80")]
+    for number, bad in enumerate(lines + [b"\x80HH 2 y"]):
+        survey.write(data, b"HH 1  1\nR  1 \xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80\xef\xbf\xbd\n" + bad + b"\nHH \xff\n")
         changed = variant._replace(data=data)
         program = program_of(compare.make_program(tool, "sqlite", changed, os.path.join(directory, "bad")))
         database = os.path.join(directory, f"bad{number}.db")
@@ -165,6 +166,27 @@ def compare_wide(sqlite, tool, _, directory):
     compare_variant(sqlite, tool, variant._replace(name="wide-long", options=["--occurrences", "long"]), directory)
 
 
+NUMBERS = ("1234.5678", "  34,5678", "1e.2345", "1e.+234", "12E.3456", "  e.1234", "5.", "1.5", ".5", "1e2", "1E+2", "1e-1", "\t5", "5\v", "\f5",
+           "1\r2", "\x01", " \x01", "0x1A", "1 2", "- 5", "-5", "+5", "5-", "1e", "e", ".", "12.  34", "     .34", "12.3 ", "Inf")
+
+
+def compare_numbers(sqlite, tool, _, directory):
+    """Texts that SQLite takes for numbers, alone in a line and next to a column with decimal marks."""
+    lines = ["[Dictionary]", "Version=CSPro 7.7", "Name=NUMBERS", "RecordTypeStart=0", "RecordTypeLen=0", "[Level]", "Name=L", "[IdItems]",
+             "[Item]", "Name=ID", "Start=1", "Len=3", "[Record]", "Name=R", "[Item]", "Name=WHOLE", "Start=4", "Len=9",
+             "[Item]", "Name=MARKED", "Start=13", "Len=9", "Decimal=4", "DecimalChar=Yes", "[Item]", "Name=IMPLIED", "Start=22", "Len=5",
+             "Decimal=2", "[Item]", "Name=TEXT", "Start=27", "Len=9", "DataType=Alpha"]
+    dictionary = survey.write(os.path.join(directory, "numbers.dcf"), "\n".join(lines).encode())
+    fields = []
+    for number in NUMBERS:
+        for text in ("", "St. Eve 1e5"):
+            fields += [number.ljust(9) + " " * 14 + text, " " * 9 + number.rjust(9) + "     " + text,
+                       "       12 123.4567" + number[:5].rjust(5) + text, number.rjust(9) + "   1.2345   12" + text]
+    data = "".join(f"{i:3}{field}\n" for i, field in enumerate(fields))
+    data = survey.write(os.path.join(directory, "numbers.dat"), data.encode("ascii"))
+    compare_variant(sqlite, tool, survey.Variant("numbers", dictionary, data, [], "ascii", False), directory)
+
+
 def main(tool, sqlite):
     with tempfile.TemporaryDirectory() as directory:
         made = survey.variants(directory)
@@ -174,6 +196,7 @@ def main(tool, sqlite):
         compare.check("paths", compare_paths, sqlite, tool, made[4], directory)
         compare.check("names", compare_names, sqlite, tool, made[0], directory)
         compare.check("directory", compare_directory, sqlite, tool, made[4], directory)
+        compare.check("numbers", compare_numbers, sqlite, tool, made[0], directory)
         compare.check("wide", compare_wide, sqlite, tool, made[0], directory)
     compare.finish()
 

@@ -1,7 +1,5 @@
 
--- Working tables: rows with texts in columns of numbers, these columns, and the texts.
-DROP TABLE IF EXISTS temp.load_text_rows;
-CREATE TEMP TABLE load_text_rows (row INTEGER PRIMARY KEY);
+-- Working tables: the columns of numbers of a table, and the texts in them.
 DROP TABLE IF EXISTS temp.load_columns;
 CREATE TEMP TABLE load_columns (column INTEGER PRIMARY KEY, name TEXT, decimals INTEGER);
 DROP TABLE IF EXISTS temp.load_texts;
