@@ -109,9 +109,10 @@ QByteArray hasUsualMarks(const PlannedTable &table, const Places &places)
             points += ".*";
         }
     }
-    if (conditions.isEmpty())
+    constexpr int maxMarks = 20; // a row with more is not likely to have them all
+    if (conditions.isEmpty() || conditions.size() > maxMarks)
         return {};
-    return "\n      OR (" + sqliteJoined(conditions, " AND ") + " AND l NOT GLOB '" + points + "')";
+    return "\n      OR (" + conditions.join("\n      AND ") + "\n      AND l NOT GLOB '" + points + "')";
 }
 
 } // namespace
@@ -159,8 +160,8 @@ QByteArray sqliteIsPlain(const PlannedTable &table, const QVector<PlannedColumn>
     QByteArrayList conditions
         = { "(l NOT GLOB '*.*'" + hasUsualMarks(table, places) + "\n      OR " + characters + " NOT GLOB '*.*')" };
     for (const char exponent : { 'e', 'E' })
-        conditions.append(QByteArray("(l NOT GLOB '*") + exponent + "[-+0-9.,]*'\n      OR " + characters + " NOT GLOB '*"
-                          + exponent + "*')");
+        conditions.append(QByteArray("(l NOT GLOB '*") + exponent + "[-+0-9.,]*'\n      OR " + characters
+                          + " NOT GLOB '*" + exponent + "*')");
     for (const char *code : { "9", "11", "12", "13" })
         conditions.append(QByteArray("l NOT GLOB '*' || char(") + code + ") || '*'");
     return conditions.join("\n    AND ");

@@ -194,7 +194,8 @@ private:
         const QByteArray others = " SELECT\n" + sqlList(cells(sqliteOtherCell), 4) + '\n' + source();
         if (!hasNumbers())
             return "INSERT INTO temp." + rows() + others + ";\n";
-        return "-- Lines with nothing but numbers and blanks in the columns of numbers, then all others. SQLite would take\n"
+        return "-- Lines with nothing but numbers and blanks in the columns of numbers, then all others. SQLite would "
+               "take\n"
                "-- texts like 1E2 and 5. for numbers, and white space other than blanks for a part of them.\n"
                "INSERT OR IGNORE INTO temp."
             + rows() + " SELECT\n" + sqlList(cells(sqlitePlainCell), 4) + '\n' + source() + "\n    AND "
