@@ -34,7 +34,7 @@ protected:
         }
         const qint64 size = std::min<qint64>(maxSize, waiting.size());
         std::copy_n(waiting.constData(), size, data);
-        waiting.remove(0, size);
+        waiting.remove(0, int(size)); // at most the size of a block in UTF-8
         return size;
     }
     qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
