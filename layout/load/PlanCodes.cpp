@@ -5,6 +5,7 @@
 #include "write/Codes_p.h"
 
 #include <optional>
+#include <utility>
 
 namespace vanlayout
 {
@@ -27,7 +28,9 @@ public:
 
     CodeList make()
     {
-        for (const Value &value : item.valueSets.constFirst().values) {
+        const QVector<Value> &values = item.valueSets.constFirst().values;
+        list.rows.reserve(values.size());
+        for (const Value &value : values) {
             const QString label = oneLine(value.labels.in(options.language));
             for (const Range &range : value.ranges)
                 list.rows.append(rowOf(value, range, label));
@@ -38,9 +41,10 @@ public:
             if (row.special != Special::None)
                 reserve(row);
         }
-        for (int i = 0; i < list.rows.size(); ++i)
-            addLabels(i);
-        return list;
+        list.labels.reserve(list.rows.size());
+        for (const CodeRow &row : qAsConst(list.rows))
+            addLabels(row);
+        return std::move(list);
     }
 
 private:
@@ -76,24 +80,6 @@ private:
         return !row.from.isEmpty() && row.to.isNull();
     }
 
-    CellOutcome outcomeOf(Special special) const
-    {
-        const bool isKept = options.specials == SpecialForm::Keep;
-        switch (special) {
-        case Special::None:
-            return CellOutcome::Value;
-        case Special::NotApplicable:
-            return CellOutcome::Missing;
-        case Special::Default:
-            return isKept ? CellOutcome::Value : CellOutcome::Missing;
-        case Special::Missing:
-            return isKept ? CellOutcome::Value : CellOutcome::NoAnswer;
-        case Special::Refused:
-            return isKept ? CellOutcome::Value : CellOutcome::Refused;
-        }
-        return CellOutcome::Value;
-    }
-
     // Rules that keep a code matter only before a rule that does not.
     void addSpecials()
     {
@@ -101,7 +87,8 @@ private:
             if (row.special == Special::None || !matchesCells(row))
                 continue;
             const bool isText = !item.isNumeric();
-            list.specials.append({ outcomeOf(row.special), isText ? row.from : row.low, isText ? row.from : row.high });
+            list.specials.append({ outcomeOf(row.special, options.specials), isText ? row.from : row.low,
+                                   isText ? row.from : row.high });
         }
         while (!list.specials.isEmpty() && list.specials.constLast().outcome == CellOutcome::Value)
             list.specials.removeLast();
@@ -121,48 +108,51 @@ private:
         return range;
     }
 
-    // The codes of a row that can have a label of their own; none for a range that cannot be expanded, and for a
-    // number that only stands for blank.
-    QStringList singleCodesOf(const CodeRow &row) const
+    // Calls the function with each code of a row that can have a label of its own, and returns whether there is one. A
+    // range that cannot be expanded has none, and neither has a number that only stands for blank.
+    template <typename Function> bool forEachCode(const CodeRow &row, Function function) const
     {
-        if (!item.isNumeric())
-            return row.to.isNull() ? QStringList(row.from) : QStringList();
-        if (row.to.isNull())
-            return row.low.isNull() ? QStringList() : QStringList(row.low);
-        const std::optional<WholeRange> range = wholeRangeOf(row);
-        QStringList codes;
+        if (!row.to.isNull())
+            return item.isNumeric() && forEachCodeOf(wholeRangeOf(row), function);
+        const QString &code = item.isNumeric() ? row.low : row.from;
+        const bool isCode = !item.isNumeric() || !code.isNull();
+        if (isCode)
+            function(code);
+        return isCode;
+    }
+
+    template <typename Function> static bool forEachCodeOf(const std::optional<WholeRange> &range, Function function)
+    {
         for (qint64 code = range ? range->low : 0; range && code <= range->high; ++code)
-            codes.append(QString::number(code));
-        return codes;
+            function(QString::number(code));
+        return range.has_value();
     }
 
     void reserve(const CodeRow &row)
     {
-        const QStringList codes = singleCodesOf(row);
-        for (const QString &code : codes)
-            ofSpecials.insert(code);
+        forEachCode(row, [&](const QString &code) { ofSpecials.insert(code); });
     }
 
-    void addLabels(int index)
+    void addLabels(const CodeRow &row)
     {
-        const CodeRow &row = list.rows.at(index);
         if (row.label.isEmpty())
             return;
-        const QStringList codes = singleCodesOf(row);
-        if (codes.isEmpty() && !row.to.isNull())
-            list.rangeLabels.append(row);
-        const bool isSpecial = row.special != Special::None;
-        for (const QString &code : codes) {
-            const bool isOfSpecial = !isSpecial && ofSpecials.find(code) != ofSpecials.end();
+        const QString label = cutTo(row.label, labelLimit);
+        const CellOutcome outcome = outcomeOfCell(row);
+        const bool mayBeOfSpecial = row.special == Special::None && !ofSpecials.empty();
+        const bool hasCodes = forEachCode(row, [&](const QString &code) {
+            const bool isOfSpecial = mayBeOfSpecial && ofSpecials.find(code) != ofSpecials.end();
             if (!isOfSpecial && labelled.insert(code).second)
-                list.labels.append({ code, cutTo(row.label, labelLimit), outcomeOfCell(row) });
-        }
+                list.labels.append({ code, label, outcome });
+        });
+        if (!hasCodes && !row.to.isNull())
+            list.rangeLabels.append(row);
     }
 
     // A text of blanks stays the empty text.
     CellOutcome outcomeOfCell(const CodeRow &row) const
     {
-        return !item.isNumeric() && row.from.isEmpty() ? CellOutcome::Value : outcomeOf(row.special);
+        return !item.isNumeric() && row.from.isEmpty() ? CellOutcome::Value : outcomeOf(row.special, options.specials);
     }
 
     const Item &item;
@@ -174,6 +164,24 @@ private:
 };
 
 } // namespace
+
+CellOutcome outcomeOf(Special special, SpecialForm form)
+{
+    const bool isKept = form == SpecialForm::Keep;
+    switch (special) {
+    case Special::None:
+        return CellOutcome::Value;
+    case Special::NotApplicable:
+        return CellOutcome::Missing;
+    case Special::Default:
+        return isKept ? CellOutcome::Value : CellOutcome::Missing;
+    case Special::Missing:
+        return isKept ? CellOutcome::Value : CellOutcome::NoAnswer;
+    case Special::Refused:
+        return isKept ? CellOutcome::Value : CellOutcome::Refused;
+    }
+    return CellOutcome::Value;
+}
 
 CodeList codeListOf(const Item &item, const LoadOptions &options, const LengthLimit &labelLimit)
 {

@@ -162,15 +162,14 @@ private:
         const bool isCodes = original.compare(plan.codesName, Qt::CaseInsensitive) == 0;
         table.name = tableNames.give(isCodes ? original + QLatin1String("_2") : original);
         table.file = fileNames.give(table.name);
-        noteRename(original, original, table.name);
+        if (isRenamed(original, table.name))
+            plan.renames.append({ original, table.name });
         return table;
     }
 
-    void noteRename(const QString &path, const QString &original, const QString &name)
+    bool isRenamed(const QString &original, const QString &name) const
     {
-        const QString expected = rules.nameCase == NameCase::Lower ? original.toLower() : original;
-        if (name != expected)
-            plan.renames.append({ path, name });
+        return name != (rules.nameCase == NameCase::Lower ? original.toLower() : original);
     }
 
     // Leaves the columns of the table of the record; in the long form the others get tables of their own. Binary items
@@ -237,6 +236,7 @@ private:
             madeColumns.append(madeColumn(ColumnRole::ItemOccurrence, "item_occ", "Number of the occurrence"));
         for (const PlannedColumn &column : qAsConst(madeColumns))
             names.take(column.name);
+        table.columns.reserve(columns.size() + madeColumns.size());
         bool isAfterIds = false;
         for (const Column &column : columns) {
             if (!column.isId && !isAfterIds)
@@ -273,7 +273,8 @@ private:
         result.decimals = result.type == CellType::Decimal ? column.item->decimals : 0;
         result.label = cutTo(labelOf(table, column), rules.variableLabel);
         result.codes = codesOf(table, *column.item);
-        noteRename(table.original + QLatin1Char('.') + result.original, result.original, result.name);
+        if (isRenamed(result.original, result.name))
+            plan.renames.append({ table.original + QLatin1Char('.') + result.original, result.name });
         return result;
     }
 

@@ -8,8 +8,15 @@ namespace vanlayout
 namespace
 {
 
+bool isPlain(QChar character)
+{
+    return character >= QLatin1Char(' ') && character <= QLatin1Char('~');
+}
+
 bool endsLine(QChar character)
 {
+    if (isPlain(character))
+        return false;
     return character.category() == QChar::Other_Control || character == QChar::LineSeparator
         || character == QChar::ParagraphSeparator;
 }
@@ -37,6 +44,19 @@ QString plainNumber(bool isNegative, QStringView whole, QStringView decimals)
     if (!decimals.isEmpty())
         number += QLatin1Char('.') + decimals.toString();
     return isNegative && number != QLatin1String("0") ? QLatin1Char('-') + number : number;
+}
+
+// Whether the digits of a number are written as in plainNumber().
+bool arePlain(QStringView digits)
+{
+    return digits.size() == 1 || (!digits.isEmpty() && digits.front() != QLatin1Char('0'));
+}
+
+// Whether a text is within a limit in any case.
+bool isShort(const QString &text, const LengthLimit &limit)
+{
+    constexpr int maxBytes = 3; // of a UTF-16 code unit
+    return text.size() <= (limit.unit == LengthUnit::Bytes ? limit.max / maxBytes : limit.max);
 }
 
 int bytesOf(uint character)
@@ -70,7 +90,7 @@ QString oneLine(const QString &text)
 
 QString cutTo(const QString &text, const LengthLimit &limit)
 {
-    if (limit.max == 0)
+    if (limit.max == 0 || isShort(text, limit))
         return text;
     int used = 0;
     for (int i = 0; i < text.size();) {
@@ -113,6 +133,8 @@ std::optional<QString> plainNumberOf(const QString &text)
     const int decimals = hasMark ? digitsAt(number, whole + 1) : 0;
     if (whole + decimals == 0 || whole + (hasMark ? 1 : 0) + decimals < number.size())
         return std::nullopt;
+    if (whole == written.size() && arePlain(written))
+        return written;
     return plainNumber(isNegative, number.left(whole), number.mid(whole + (hasMark ? 1 : 0)));
 }
 

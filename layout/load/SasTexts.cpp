@@ -1,5 +1,6 @@
 #include "SasTexts_p.h"
 
+#include "PlanCodes_p.h"
 #include "PlanTexts_p.h"
 #include "util/KeyedHash_p.h"
 
@@ -146,7 +147,7 @@ private:
 
     void addNumber(const CodeRow &row)
     {
-        const QByteArray missing = missingOf(outcomeOf(row.special));
+        const QByteArray missing = missingOf(outcomeOf(row.special, specials));
         if (!missing.isEmpty()) {
             if (missing != "." && !reasons.contains(missing) && !row.label.isEmpty()) {
                 reasons.append(missing);
@@ -157,24 +158,6 @@ private:
         const QVector<CodeRange> ranges = labelled.add({ { row.low, true }, { row.high, true } });
         for (const CodeRange &range : ranges)
             addEntry(spelled(range), row.label);
-    }
-
-    CellOutcome outcomeOf(Special special) const
-    {
-        const bool isKept = specials == SpecialForm::Keep;
-        switch (special) {
-        case Special::NotApplicable:
-            return CellOutcome::Missing;
-        case Special::Default:
-            return isKept ? CellOutcome::Value : CellOutcome::Missing;
-        case Special::Missing:
-            return isKept ? CellOutcome::Value : CellOutcome::NoAnswer;
-        case Special::Refused:
-            return isKept ? CellOutcome::Value : CellOutcome::Refused;
-        case Special::None:
-            break;
-        }
-        return CellOutcome::Value;
     }
 
     void addEntry(const QByteArray &code, const QString &label)
