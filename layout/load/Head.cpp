@@ -1,5 +1,6 @@
 #include "Head_p.h"
 
+#include "PlanLists_p.h"
 #include "PlanTexts_p.h"
 #include "vanlayout_version.h"
 
@@ -143,20 +144,19 @@ QByteArray programHead(const LoadPlan &plan, const CommentStyle &style, const He
     return comment(head, style);
 }
 
+QByteArray tableTitle(const PlannedTable &table, const CommentStyle &style)
+{
+    return comment({ table.label.isEmpty() ? table.name : table.name + QLatin1String(": ") + table.label }, style);
+}
+
 QStringList rangeRemarks(const LoadPlan &plan)
 {
-    QVector<bool> isDone(plan.codes.size());
     QStringList remarks;
-    for (const PlannedTable &table : plan.tables) {
-        for (const PlannedColumn &column : table.columns) {
-            if (column.codes < 0 || isDone.at(column.codes))
-                continue;
-            isDone[column.codes] = true;
-            for (const CodeRow &range : plan.codes.at(column.codes).rangeLabels)
-                remarks.append(QStringLiteral("%1.%2: %3 to %4 is \"%5\"")
-                                   .arg(table.name, column.name, range.from, range.to, range.label));
-        }
-    }
+    forEachCodeList(plan, [&](const PlannedTable &table, const PlannedColumn &column) {
+        for (const CodeRow &range : plan.codes.at(column.codes).rangeLabels)
+            remarks.append(QStringLiteral("%1.%2: %3 to %4 is \"%5\"")
+                               .arg(table.name, column.name, range.from, range.to, range.label));
+    });
     return remarks;
 }
 

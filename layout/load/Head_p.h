@@ -33,6 +33,9 @@ QByteArray programHead(const LoadPlan &plan, const CommentStyle &style, const He
 /// Lines of comment, one or more for each text. Texts are broken at blanks; a line has fewer than 1,000 bytes.
 QByteArray comment(const QStringList &texts, const CommentStyle &style);
 
+/// The comment before the part of a program that makes a table: its name and its label.
+QByteArray tableTitle(const PlannedTable &table, const CommentStyle &style);
+
 /// For targets that label single codes: a sentence for each range that has a label but no label at each code.
 QStringList rangeRemarks(const LoadPlan &plan);
 

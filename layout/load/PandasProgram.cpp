@@ -17,11 +17,6 @@ QByteArray text(const QString &text)
     return literal(text, python());
 }
 
-QByteArray number(int number)
-{
-    return QByteArray::number(number);
-}
-
 // The type in pandas of a column, or of the codes of an item.
 const char *typeOf(CellType type, int length)
 {

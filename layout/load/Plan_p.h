@@ -105,6 +105,8 @@ struct PlannedTable {
     int length = 0;       ///< characters of one occurrence; an occurrence of blanks has no row
 
     bool isItemTable() const { return recordTable >= 0; }
+    /// Whether the place of a column in the line depends on the occurrence.
+    bool isOfOccurrence(const PlannedColumn &column) const { return isItemTable() && column.role == ColumnRole::Item; }
 };
 
 /// A name that differs from that in the dictionary.

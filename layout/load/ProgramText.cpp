@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <cstring>
 
 namespace vanlayout
 {
@@ -12,10 +13,14 @@ namespace
 
 constexpr int lineWidth = 100; // bytes
 
-QByteArray valueOf(const QByteArray &name, const std::vector<PartValue> &values)
+// \a place begins with the name, and `>>` after it.
+const QByteArray &valueAt(const char *place, PartValues values)
 {
-    const auto isNamed = [&](const PartValue &value) { return name == value.first; };
-    const std::vector<PartValue>::const_iterator found = std::find_if(values.begin(), values.end(), isNamed);
+    const auto isNamed = [&](const PartValue &value) {
+        const size_t length = qstrlen(value.first);
+        return std::strncmp(place, value.first, length) == 0 && std::strncmp(place + length, ">>", 2) == 0;
+    };
+    const PartValues::const_iterator found = std::find_if(values.begin(), values.end(), isNamed);
     Q_ASSERT(found != values.end());
     return found->second;
 }
@@ -37,7 +42,7 @@ QByteArray readPart(const char *name)
     return file.readAll();
 }
 
-QByteArray filledPart(const QByteArray &part, const std::vector<PartValue> &values)
+QByteArray filledPart(const QByteArray &part, PartValues values)
 {
     QByteArray text;
     int size = part.size();
@@ -46,16 +51,15 @@ QByteArray filledPart(const QByteArray &part, const std::vector<PartValue> &valu
     text.reserve(size);
     int done = 0;
     for (int start = part.indexOf("<<"); start >= 0; start = part.indexOf("<<", done)) {
-        const int end = part.indexOf(">>", start);
-        text += part.mid(done, start - done);
-        text += valueOf(part.mid(start + 2, end - start - 2), values);
-        done = end + 2;
+        text.append(part.constData() + done, start - done);
+        text += valueAt(part.constData() + start + 2, values);
+        done = part.indexOf(">>", start) + 2;
     }
-    text += part.mid(done);
+    text.append(part.constData() + done, part.size() - done);
     return text;
 }
 
-QByteArray programPart(const char *name, const std::vector<PartValue> &values)
+QByteArray programPart(const char *name, PartValues values)
 {
     return filledPart(readPart(name), values);
 }

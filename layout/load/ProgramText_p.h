@@ -5,24 +5,31 @@
 #include <QString>
 #include <QStringList>
 
+#include <initializer_list>
 #include <utility>
-#include <vector>
 
 /// The text of a load program, put together from fixed parts and lists.
 namespace vanlayout
 {
 
+/// A whole number in decimal digits.
+inline QByteArray number(int value)
+{
+    return QByteArray::number(value);
+}
+
 /// A place `<<name>>` of a fixed part, and the text for it.
 using PartValue = std::pair<const char *, QByteArray>;
+using PartValues = std::initializer_list<PartValue>;
 
 /// A fixed part of a program, such as "spss/read.sps".
 QByteArray readPart(const char *name);
 
 /// A part with its places filled in. Text that is filled in is not searched for places.
-QByteArray filledPart(const QByteArray &part, const std::vector<PartValue> &values);
+QByteArray filledPart(const QByteArray &part, PartValues values);
 
 /// A fixed part with its places filled in.
-QByteArray programPart(const char *name, const std::vector<PartValue> &values = {});
+QByteArray programPart(const char *name, PartValues values = {});
 
 /// Words separated by blanks, in lines of at most 100 bytes if no word is longer. Further lines begin with \a indent.
 QByteArray wordLines(const QStringList &words, const QByteArray &indent = "    ");

@@ -15,11 +15,6 @@ QByteArray text(const QString &text)
     return literal(text, r());
 }
 
-QByteArray number(int number)
-{
-    return QByteArray::number(number);
-}
-
 // Positions in R begin at 1.
 QByteArray positionOf(int index)
 {

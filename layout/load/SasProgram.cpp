@@ -22,11 +22,6 @@ constexpr int pieceLength = 2 * pieceStep;
 constexpr int utf8Bytes = 4;        // of a character, at most
 constexpr int windows1252Bytes = 3; // of a character of windows-1252 in UTF-8, at most
 
-QByteArray number(int value)
-{
-    return QByteArray::number(value);
-}
-
 QByteArray statement(const QByteArray &text)
 {
     return "    " + text + ";\n";

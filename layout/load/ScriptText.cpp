@@ -1,5 +1,7 @@
 #include "ScriptText_p.h"
 
+#include "PlanLists_p.h"
+
 #include <QChar>
 
 #include <algorithm>
@@ -117,12 +119,8 @@ QByteArray elementLines(const QByteArrayList &elements, const QByteArray &indent
 QVector<CellType> typesOfCodes(const LoadPlan &plan)
 {
     QVector<CellType> types(plan.codes.size(), CellType::Integer);
-    for (const PlannedTable &table : plan.tables) {
-        for (const PlannedColumn &column : table.columns) {
-            if (column.codes >= 0)
-                types[column.codes] = column.type;
-        }
-    }
+    forEachCodeList(
+        plan, [&](const PlannedTable & /*table*/, const PlannedColumn &column) { types[column.codes] = column.type; });
     return types;
 }
 

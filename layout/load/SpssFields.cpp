@@ -1,5 +1,6 @@
 #include "SpssFields_p.h"
 
+#include "PlanLists_p.h"
 #include "ProgramText_p.h"
 #include "SpssLines_p.h"
 #include "SpssMissing_p.h"
@@ -47,8 +48,7 @@ SpssFields::Columns SpssFields::columnsOf(Place place, bool areNumbers) const
     const bool isShifted = place == Place::Shifted;
     Columns columns;
     for (const PlannedColumn &column : table.columns) {
-        const bool isOfOccurrence = table.isItemTable() && column.role == ColumnRole::Item;
-        if (!column.isMade() && isOfOccurrence == isShifted && column.isNumber() == areNumbers)
+        if (!column.isMade() && table.isOfOccurrence(column) == isShifted && column.isNumber() == areNumbers)
             columns.append(&column);
     }
     // Adjacent if they are in the same piece of the line.

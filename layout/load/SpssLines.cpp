@@ -1,5 +1,6 @@
 #include "SpssLines_p.h"
 
+#include "PlanLists_p.h"
 #include "ProgramText_p.h"
 #include "SpssMissing_p.h"
 
@@ -121,16 +122,6 @@ int SpssLines::bytesOf(int characters) const
 QByteArray spssCount(const QByteArray &count, const QByteArray &before, const QByteArray &after)
 {
     return programPart("spss/count.sps", { { "count", count }, { "before", before }, { "after", after } });
-}
-
-int lastColumnOf(const PlannedTable &table)
-{
-    int last = table.isItemTable() ? table.start - 1 + (table.occurrences - 1) * table.step + table.length : 0;
-    for (const PlannedColumn &column : table.columns) {
-        if (!column.isMade())
-            last = std::max(last, column.start - 1 + column.length);
-    }
-    return last;
 }
 
 } // namespace vanlayout

@@ -53,9 +53,6 @@ private:
 /// The statements that print a count if it is not zero. \a before is an expression that ends in a comma, or empty.
 QByteArray spssCount(const QByteArray &count, const QByteArray &before, const QByteArray &after);
 
-/// The last column of a table, 1-based.
-int lastColumnOf(const PlannedTable &table);
-
 } // namespace vanlayout
 
 #endif

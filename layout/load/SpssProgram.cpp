@@ -1,6 +1,7 @@
 #include "SpssProgram_p.h"
 
 #include "Head_p.h"
+#include "PlanLists_p.h"
 #include "PlanTexts_p.h"
 #include "ProgramText_p.h"
 #include "SpssFields_p.h"
@@ -54,14 +55,6 @@ QStringList namesOf(const PlannedTable &table, ColumnRole role)
     return names;
 }
 
-QStringList allNamesOf(const PlannedTable &table)
-{
-    QStringList names;
-    for (const PlannedColumn &column : table.columns)
-        names.append(column.name);
-    return names;
-}
-
 QByteArray quoted(const QString &text)
 {
     return spssQuoted(text).toUtf8();
@@ -106,11 +99,7 @@ private:
                     QStringLiteral("%1.%2: there is no place for more missing values, so these stay valid: %3.")
                         .arg(table.name, names.constFirst(), found.leftOver.join(QLatin1String(", "))));
         });
-        for (const PlannedColumn &column : table.columns) {
-            if (column.type == CellType::Text && column.length > maxTextBytes)
-                remarks.append(
-                    QStringLiteral("%1.%2 is cut to %3 bytes.").arg(table.name, column.name).arg(maxTextBytes));
-        }
+        remarks += cutTextRemarks(table, maxTextBytes);
     }
 
     QByteArray head() const
@@ -143,18 +132,12 @@ private:
         return needs;
     }
 
-    QByteArray title(const PlannedTable &table) const
-    {
-        return comment({ table.label.isEmpty() ? table.name : table.name + QLatin1String(": ") + table.label },
-                       commentStyle);
-    }
-
     QByteArray recordTable(int index) const
     {
         const PlannedTable &table = plan.tables.at(index);
         const SpssFields fields(lines, table);
         const int number = plan.recordType ? int(plan.knownMarks.indexOf(table.mark)) + 1 : 1;
-        QByteArray text = title(table) + copyOf("lines", index);
+        QByteArray text = tableTitle(table, commentStyle) + copyOf("lines", index);
         text += "SELECT IF @record EQ " + QByteArray::number(number) + " OR @end EQ 1.\n";
         text += declarations(table) + fields.declarations() + fields.constantColumns() + recodes(table);
         text += "\nNUMERIC @row (F12).\nCOMPUTE #row=#row+1.\nCOMPUTE @row=#row.\n" + fields.counts("#row-1");
@@ -170,15 +153,16 @@ private:
         QStringList kept = lines.allPieces();
         kept.append({ QStringLiteral("@wide"), QStringLiteral("@end") });
         kept += namesOf(table, ColumnRole::Occurrence);
-        QByteArray text = title(table) + copyOf(setOf(table.recordTable), index) + "MATCH FILES /FILE=*\n  /KEEP="
-            + wordLines(kept) + ".\n" + declarations(table) + fields.declarations() + fields.constantColumns();
+        QByteArray text = tableTitle(table, commentStyle) + copyOf(setOf(table.recordTable), index)
+            + "MATCH FILES /FILE=*\n  /KEEP=" + wordLines(kept) + ".\n" + declarations(table) + fields.declarations()
+            + fields.constantColumns();
         text += programPart("spss/item-occurrences.sps",
                             { { "occurrences", QByteArray::number(table.occurrences) },
                               { "field", fields.occurrence() },
                               { "source", fields.occurrenceSource() },
                               { "fields", fields.occurrenceColumns() + recodes(table) },
                               { "file", file },
-                              { "columns", wordLines(allNamesOf(table)) } });
+                              { "columns", wordLines(columnNames(table)) } });
         return text + fields.counts("#rows") + "EXECUTE.\nGET FILE=" + file + ".\nDATASET NAME " + setOf(index)
             + ".\nERASE FILE=" + file + ".\n" + labels(table);
     }
@@ -284,7 +268,7 @@ private:
     QByteArray savedTable(int index) const
     {
         const PlannedTable &table = plan.tables.at(index);
-        const QStringList names = allNamesOf(table);
+        const QStringList names = columnNames(table);
         QByteArray columns = names.constFirst().toUtf8();
         if (names.size() > 1)
             columns += " TO " + names.constLast().toUtf8();

@@ -140,7 +140,7 @@ QByteArray freeColumn(const PlannedTable &table, const QString &wanted)
 QByteArray sqlField(const PlannedTable &table, const PlannedColumn &column, const QByteArray &line)
 {
     QByteArray start = QByteArray::number(column.start);
-    if (table.isItemTable() && column.role == ColumnRole::Item)
+    if (table.isOfOccurrence(column))
         start += " + (item_occ - 1) * " + QByteArray::number(table.step);
     return "substr(" + line + ", " + start + ", " + QByteArray::number(column.length) + ')';
 }

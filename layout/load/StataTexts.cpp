@@ -1,8 +1,11 @@
 #include "StataTexts_p.h"
 
 #include "PlanTexts_p.h"
+#include "ProgramText_p.h"
+#include "StataVariables_p.h"
 #include "read/Decoding_p.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vanlayout
@@ -95,6 +98,11 @@ QByteArray placeOf(const CodeLabel &label)
     return isWhole && qAbs(code) <= maxLabelledCode ? label.code.toLatin1() : QByteArray();
 }
 
+QByteArray isBlank(const QByteArray &name)
+{
+    return "rtrim(" + name + ") == \"\"";
+}
+
 } // namespace
 
 QByteArray stataExpression(const QString &text)
@@ -140,6 +148,58 @@ QByteArray stataCharacter(QChar character)
     return "char(0)"; // no line has this character
 }
 
+QByteArray stataLine(const QByteArray &command)
+{
+    return "    " + command + '\n';
+}
+
+QByteArray stataJoined(const QVector<QByteArray> &parts, const QByteArray &between)
+{
+    constexpr int longLine = 200; // bytes
+    QByteArray text;
+    int start = 0;
+    for (const QByteArray &part : parts) {
+        text += text.isEmpty() ? QByteArray() : between;
+        if (text.size() - start > longLine) {
+            text += "///\n        ";
+            start = text.size();
+        }
+        text += part;
+    }
+    return text;
+}
+
+QByteArray stataJoinedTexts(const QVector<QByteArray> &names)
+{
+    QVector<QByteArray> parts;
+    for (int i = 0; i < names.size(); ++i) {
+        const bool isLast = i + 1 == names.size();
+        const QByteArray width = number(maxStataText);
+        const QByteArray filled = "substr(" + names.at(i) + " + " + width + " * \" \", 1, " + width + ')';
+        parts.append(isLast ? names.at(i) : filled);
+    }
+    return stataJoined(parts, " + ");
+}
+
+QByteArray stataAreBlank(const QVector<QByteArray> &names)
+{
+    QVector<QByteArray> conditions;
+    for (const QByteArray &name : names)
+        conditions.append(isBlank(name));
+    return stataJoined(conditions, " & ");
+}
+
+QByteArray stataHasMark(const QString &mark, const QByteArray &name)
+{
+    QVector<QByteArray> conditions;
+    for (int i = 0; i < mark.size(); ++i) {
+        const QByteArray character = name + number(i + 1);
+        const QByteArray condition = character + " == " + stataCharacter(mark.at(i));
+        conditions.append(mark.at(i) == QLatin1Char(' ') ? isBlank(character) : condition);
+    }
+    return stataJoined(conditions, " & ");
+}
+
 QByteArray stataLabelCommand(const QByteArray &command, const QString &text, int max, const QByteArray &options)
 {
     const QString label = labelOf(text, max);
@@ -172,6 +232,12 @@ QByteArray stataSpecials(const QByteArray &name, const CodeList &codes)
                 + kept.toLatin1() + '\n';
     }
     return commands;
+}
+
+bool stataHasValueLabel(const CodeList &codes)
+{
+    return std::any_of(codes.labels.begin(), codes.labels.end(),
+                       [](const CodeLabel &label) { return !placeOf(label).isEmpty(); });
 }
 
 QByteArray stataValueLabel(const QByteArray &name, const CodeList &codes)
