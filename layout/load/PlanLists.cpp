@@ -34,6 +34,21 @@ QByteArray freePrefix(const QStringList &names, Qt::CaseSensitivity sensitivity)
     return prefix;
 }
 
+QByteArray missingValueOf(CellOutcome outcome)
+{
+    switch (outcome) {
+    case CellOutcome::Value:
+        return QByteArray();
+    case CellOutcome::Missing:
+        return ".";
+    case CellOutcome::NoAnswer:
+        return ".m";
+    case CellOutcome::Refused:
+        return ".r";
+    }
+    return QByteArray();
+}
+
 QStringList cutTextRemarks(const PlannedTable &table, int maxBytes)
 {
     QStringList remarks;

@@ -33,6 +33,28 @@ template <typename Function> void forEachCodeList(const LoadPlan &plan, Function
     }
 }
 
+/// The missing value in Stata, such as `.m`, and in lower case that in SAS; empty for a value.
+QByteArray missingValueOf(CellOutcome outcome);
+
+/// The statements that turn special codes into missing values, where the first rule that matches counts.
+/// \a conditionOf makes the condition of a rule, and \a statementOf the statement for a condition and an outcome.
+/// \a butNot comes between a condition and an excluded one, such as " & !(".
+template <typename ConditionOf, typename StatementOf>
+QByteArray specialStatements(const CodeList &codes, const char *butNot, ConditionOf conditionOf,
+                             StatementOf statementOf)
+{
+    QByteArray statements;
+    QByteArray kept;
+    for (const SpecialRule &rule : codes.specials) {
+        const QByteArray condition = conditionOf(rule);
+        if (rule.outcome == CellOutcome::Value)
+            kept += butNot + condition + ')';
+        else
+            statements += statementOf(condition + kept, rule.outcome);
+    }
+    return statements;
+}
+
 /// A line for the head for each text of a table that is longer than a variable of the target, and is cut.
 QStringList cutTextRemarks(const PlannedTable &table, int maxBytes);
 

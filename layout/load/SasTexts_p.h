@@ -15,10 +15,6 @@ QByteArray sasQuoted(const QString &text);
 /// The statements that turn special codes into missing values. The first rule that matches counts.
 QByteArray sasSpecials(const QByteArray &name, const CodeList &codes);
 
-/// The statement that defines a format with the labels of a column; empty if it has none. Ranges do not overlap: a code
-/// has the label of its special value, else of the first value in the order of the file.
-QByteArray sasFormat(const QByteArray &format, const CodeList &codes, bool isText, SpecialForm specials);
-
 } // namespace vanlayout
 
 #endif

@@ -30,7 +30,8 @@ QByteArray SpssFields::declarations() const
     int longest = 1;
     for (const PlannedColumn &column : table.columns)
         longest = column.isNumber() ? std::max(longest, column.length) : longest;
-    QByteArray text = "STRING #message (A200).\nSTRING #text (A" + QByteArray::number(lines.bytesOf(longest)) + ").\n";
+    QByteArray text
+        = "STRING #message (A200).\nSTRING #text (A" + QByteArray::number(lines.divided().bytesOf(longest)) + ").\n";
     text += "STRING #digit (A1).\n";
     const Columns constant = columnsOf(Place::Constant, true);
     const Columns shifted = columnsOf(Place::Shifted, true);
@@ -39,7 +40,7 @@ QByteArray SpssFields::declarations() const
     if (!shifted.isEmpty())
         text += "VECTOR #bad(" + QByteArray::number(shifted.size()) + ").\n";
     if (table.isItemTable() && !lines.findsCharacters())
-        text += "STRING #part (A" + QByteArray::number(SpssLines::pieceLength) + ").\n";
+        text += "STRING #part (A" + QByteArray::number(LinePieces::length) + ").\n";
     return text + lines.positions(lastColumnOf(table) + 1);
 }
 
@@ -118,7 +119,7 @@ QByteArray SpssFields::repeat(const Columns &columns, Place place) const
     const bool areBytes = !lines.findsCharacters();
     for (const PlannedColumn *column : columns) {
         const bool isPart = areBytes && place == Place::Shifted;
-        const int start = isPart ? column->start - table.start + 1 : lines.columnInPiece(column->start);
+        const int start = isPart ? column->start - table.start + 1 : lines.divided().columnInPiece(column->start);
         starts.append(QString::number(start));
         ends.append(QString::number(areBytes ? column->length : start + column->length));
     }
@@ -154,7 +155,7 @@ QByteArray SpssFields::occurrence() const
     QStringList numbers;
     for (int i = 0; i < lines.allPieces().size(); ++i)
         numbers.append(QString::number(i));
-    const QByteArray step = QByteArray::number(SpssLines::pieceStep);
+    const QByteArray step = QByteArray::number(LinePieces::step);
     return shift + "COMPUTE #piece=TRUNC((" + start + "-1+#shift)/" + step
         + ").\nDO REPEAT @piece=" + wordLines(lines.allPieces()) + " /@number=" + wordLines(numbers)
         + ".\nIF #piece EQ @number #part=@piece.\nEND REPEAT.\nCOMPUTE #before=" + start + "-1+#shift-#piece*" + step

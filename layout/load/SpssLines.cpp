@@ -1,6 +1,5 @@
 #include "SpssLines_p.h"
 
-#include "PlanLists_p.h"
 #include "ProgramText_p.h"
 #include "SpssMissing_p.h"
 
@@ -9,40 +8,21 @@
 namespace vanlayout
 {
 
-namespace
-{
-
-constexpr int maxTextBytes = 32767; // of a variable
-constexpr int utf8Bytes = 4;        // of a character, at most
-constexpr int windows1252Bytes = 3; // of a character of windows-1252 in UTF-8, at most
-
-int lastColumnOfLines(const LoadPlan &plan)
-{
-    int last = plan.recordType ? plan.recordType->start - 1 + plan.recordType->length : 1;
-    for (const PlannedTable &table : plan.tables)
-        last = std::max(last, lastColumnOf(table));
-    return last;
-}
-
-} // namespace
-
 SpssLines::SpssLines(const LoadPlan &loadPlan)
     : plan(loadPlan)
     , isUtf8(loadPlan.options.encoding == DataEncoding::Utf8)
-    , lastColumn(lastColumnOfLines(loadPlan))
+    , division(loadPlan)
 {
     pieces.append(QStringLiteral("@line"));
-    const bool isShort = qint64(lastColumn) * (isUtf8 ? utf8Bytes : windows1252Bytes) <= pieceLength;
-    const int count = isShort ? 1 : std::max(2, (lastColumn - 1) / pieceStep + 1);
-    for (int i = 2; i <= count; ++i)
+    for (int i = 2; i <= division.count(); ++i)
         pieces.append(QStringLiteral("@line%1").arg(i));
 }
 
 QByteArray SpssLines::read() const
 {
-    const qint64 length = qint64(pieces.size() - 1) * pieceStep + pieceLength;
     const int markLength = isUtf8 ? 3 : 6;
-    const QByteArray recordLength = findsCharacters() ? QByteArray() : "\n  /LRECL=" + QByteArray::number(length);
+    const QByteArray recordLength
+        = findsCharacters() ? QByteArray() : "\n  /LRECL=" + QByteArray::number(division.bytesOfLine());
     QByteArray text = programPart("spss/read.sps",
                                   { { "path", spssQuoted(safePath(plan.options.data)).toUtf8() },
                                     { "encoding", isUtf8 ? "UTF-8" : "ISO-8859-1" },
@@ -60,11 +40,11 @@ QByteArray SpssLines::read() const
 QByteArray SpssLines::lineColumns() const
 {
     if (findsCharacters())
-        return "@line 1-" + QByteArray::number(std::max(bytesOf(lastColumn), 6)) + " (A)";
+        return "@line 1-" + QByteArray::number(std::max(division.bytesOf(division.lastColumn()), 6)) + " (A)";
     QStringList words;
     for (int i = 0; i < pieces.size(); ++i) {
-        const int start = i * pieceStep;
-        words.append(QStringLiteral("%1 %2-%3 (A)").arg(pieces.at(i)).arg(start + 1).arg(start + pieceLength));
+        const int start = i * LinePieces::step;
+        words.append(QStringLiteral("%1 %2-%3 (A)").arg(pieces.at(i)).arg(start + 1).arg(start + LinePieces::length));
     }
     return wordLines(words);
 }
@@ -91,8 +71,8 @@ QByteArray SpssLines::recordNumber() const
         words.append(QStringLiteral("(%1=%2)").arg(spssQuoted(plan.knownMarks.at(i))).arg(i + 1));
     words.append(QStringLiteral("(ELSE=0)"));
     const int length = plan.recordType->length;
-    return positions(plan.recordType->start + length) + "STRING @type (A" + QByteArray::number(bytesOf(length)) + ").\n"
-        + typeField() + "RECODE @type " + wordLines(words) + " INTO @record.\n";
+    return positions(plan.recordType->start + length) + "STRING @type (A" + QByteArray::number(division.bytesOf(length))
+        + ").\n" + typeField() + "RECODE @type " + wordLines(words) + " INTO @record.\n";
 }
 
 QByteArray SpssLines::typeField() const
@@ -102,8 +82,8 @@ QByteArray SpssLines::typeField() const
     if (findsCharacters())
         return "COMPUTE #from=#at(" + QByteArray::number(start) + ").\nCOMPUTE #size=#at("
             + QByteArray::number(start + length) + ")-#from.\nCOMPUTE @type=SUBSTR(@line,#from,#size).\n";
-    return "COMPUTE @type=SUBSTR(" + pieceAt(start).toUtf8() + ',' + QByteArray::number(columnInPiece(start)) + ','
-        + QByteArray::number(length) + ").\n";
+    return "COMPUTE @type=SUBSTR(" + pieceAt(start).toUtf8() + ',' + QByteArray::number(division.columnInPiece(start))
+        + ',' + QByteArray::number(length) + ").\n";
 }
 
 QByteArray SpssLines::positions(int columns) const
@@ -111,12 +91,6 @@ QByteArray SpssLines::positions(int columns) const
     if (!findsCharacters())
         return QByteArray();
     return programPart("spss/positions.sps", { { "columns", QByteArray::number(columns) } });
-}
-
-int SpssLines::bytesOf(int characters) const
-{
-    const qint64 bytes = qint64(characters) * (isUtf8 ? utf8Bytes : windows1252Bytes);
-    return int(std::min(bytes, qint64(maxTextBytes)));
 }
 
 QByteArray spssCount(const QByteArray &count, const QByteArray &before, const QByteArray &after)

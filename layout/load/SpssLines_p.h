@@ -1,6 +1,7 @@
 #ifndef LAYOUT_LOAD_SPSSLINES_P_H
 #define LAYOUT_LOAD_SPSSLINES_P_H
 
+#include "load/LinePieces_p.h"
 #include "load/Plan_p.h"
 
 #include <QByteArray>
@@ -25,20 +26,13 @@ public:
     /// The statements that fill `#at`, for a table whose last character is in the column before \a columns.
     QByteArray positions(int columns) const;
 
-    /// A piece of the line that holds all of an item that begins in this 1-based column.
-    QString pieceAt(int column) const { return pieces.at(indexOfPiece(column)); }
-    /// The 1-based column within that piece.
-    int columnInPiece(int column) const { return column - indexOfPiece(column) * pieceStep; }
-
-    bool findsCharacters() const { return pieces.size() == 1; }
-    /// The bytes of a variable for a text.
-    int bytesOf(int characters) const;
+    /// The piece of the line that holds all of an item that begins in this 1-based column.
+    QString pieceAt(int column) const { return pieces.at(division.indexAt(column)); }
     const QStringList &allPieces() const { return pieces; }
-    static constexpr int pieceStep = 16000; ///< bytes from the start of one piece to that of the next
-    static constexpr int pieceLength = 2 * pieceStep;
+    const LinePieces &divided() const { return division; }
+    bool findsCharacters() const { return division.countCharacters(); }
 
 private:
-    int indexOfPiece(int column) const { return findsCharacters() ? 0 : (column - 1) / pieceStep; }
     QByteArray lineColumns() const;
     QByteArray records() const;
     QByteArray recordNumber() const;
@@ -46,7 +40,7 @@ private:
 
     const LoadPlan &plan;
     bool isUtf8;
-    int lastColumn = 1; ///< of all tables
+    LinePieces division;
     QStringList pieces;
 };
 

@@ -17,7 +17,6 @@ namespace
 {
 
 constexpr CommentStyle commentStyle = { "/* ", " */", "*/" };
-constexpr int maxTextBytes = 32767;   // of a variable
 constexpr int maxNumberWidth = 40;    // of the format F
 constexpr int maxNumberDecimals = 16; // of the format F
 
@@ -92,14 +91,14 @@ private:
             if (!found.isEmpty())
                 return;
             const CodeList &codes = plan.codes.at(column.codes);
-            found = column.type == CellType::Text ? spssMissingOfText(codes, lines.bytesOf(column.length))
+            found = column.type == CellType::Text ? spssMissingOfText(codes, lines.divided().bytesOf(column.length))
                                                   : spssMissingOf(codes);
             if (!found.leftOver.isEmpty())
                 remarks.append(
                     QStringLiteral("%1.%2: there is no place for more missing values, so these stay valid: %3.")
                         .arg(table.name, names.constFirst(), found.leftOver.join(QLatin1String(", "))));
         });
-        remarks += cutTextRemarks(table, maxTextBytes);
+        remarks += cutTextRemarks(table, LinePieces::maxText);
     }
 
     QByteArray head() const
@@ -198,7 +197,7 @@ private:
         if (column.isMade())
             return QStringLiteral("F4");
         if (column.type == CellType::Text)
-            return QLatin1Char('A') + QString::number(lines.bytesOf(column.length));
+            return QLatin1Char('A') + QString::number(lines.divided().bytesOf(column.length));
         if (column.decimals == 0)
             return QLatin1Char('F') + QString::number(std::min(column.length, maxNumberWidth));
         const int decimals = std::min(column.decimals, maxNumberDecimals);

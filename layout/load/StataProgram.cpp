@@ -40,13 +40,14 @@ public:
             const PlannedTable &table = plan.tables.at(i);
             const StataTable &writer = tables.at(size_t(i));
             const QByteArray file = "table" + number(i + 1);
-            text += '\n' + harmless(tableTitle(table, commentStyle)) + "tempfile " + file + "\nquietly {\n"
-                + writer.commands() + stataLine("save \"`" + file + "'\"") + "}\n";
+            text += '\n' + harmless(tableTitle(table, commentStyle)) + "tempfile " + file + "\nquietly {\n";
+            text += writer.commands();
+            text += stataLine("save \"`" + file + "'\"") + "}\n";
             saved += stataLine("use \"`" + file + "'\", clear")
                 + stataLine("save " + writer.quotedFile(".dta") + ", replace");
             dictionaries.append({ table.file + QLatin1String(".dct"), writer.variables().dictionary() });
         }
-        QVector<LoadFile> made = { { plan.name + QLatin1String(".do"), text + saved + "}\n" } };
+        QVector<LoadFile> made = { { plan.name + QLatin1String(".do"), text += saved + "}\n" } };
         return made + dictionaries;
     }
 

@@ -1,5 +1,6 @@
 #include "StataTexts_p.h"
 
+#include "PlanLists_p.h"
 #include "PlanTexts_p.h"
 #include "ProgramText_p.h"
 #include "StataVariables_p.h"
@@ -57,6 +58,8 @@ QString withoutQuoteEnds(QString text)
 // The label in the form that Stata can hold, as much of it as has at most \a max characters.
 QString labelOf(const QString &text, int max)
 {
+    if (!text.contains(QLatin1Char('`')) && !text.contains(QLatin1Char('"')))
+        return cutTo(text, { max, LengthUnit::Characters });
     for (LengthLimit limit = { max, LengthUnit::Characters };; --limit.max) {
         const QString label = withoutQuoteEnds(limit.max > 0 ? cutTo(text, limit) : QString());
         if (limit.max <= 0 || cutTo(label, { max, LengthUnit::Characters }) == label)
@@ -64,26 +67,11 @@ QString labelOf(const QString &text, int max)
     }
 }
 
-QString conditionOf(const QString &name, const SpecialRule &rule)
+QByteArray conditionOf(const QByteArray &name, const SpecialRule &rule)
 {
     if (rule.low == rule.high)
-        return name + QLatin1String(" == ") + rule.low;
-    return name + QLatin1String(" >= ") + rule.low + QLatin1String(" & ") + name + QLatin1String(" <= ") + rule.high;
-}
-
-QByteArray missingOf(CellOutcome outcome)
-{
-    switch (outcome) {
-    case CellOutcome::Value:
-        return QByteArray();
-    case CellOutcome::Missing:
-        return ".";
-    case CellOutcome::NoAnswer:
-        return ".m";
-    case CellOutcome::Refused:
-        return ".r";
-    }
-    return QByteArray();
+        return name + " == " + rule.low.toLatin1();
+    return name + " >= " + rule.low.toLatin1() + " & " + name + " <= " + rule.high.toLatin1();
 }
 
 // The number or missing value that a label is assigned to; empty if there is none.
@@ -92,7 +80,7 @@ QByteArray placeOf(const CodeLabel &label)
     if (label.outcome == CellOutcome::Missing)
         return QByteArray();
     if (label.outcome != CellOutcome::Value)
-        return missingOf(label.outcome);
+        return missingValueOf(label.outcome);
     bool isWhole = false;
     const qint64 code = label.code.toLongLong(&isWhole);
     return isWhole && qAbs(code) <= maxLabelledCode ? label.code.toLatin1() : QByteArray();
@@ -221,17 +209,10 @@ QByteArray stataTypeOf(const PlannedColumn &column)
 
 QByteArray stataSpecials(const QByteArray &name, const CodeList &codes)
 {
-    QByteArray commands;
-    QString kept;
-    for (const SpecialRule &rule : codes.specials) {
-        const QString condition = conditionOf(QString::fromLatin1(name), rule);
-        if (rule.outcome == CellOutcome::Value)
-            kept += QLatin1String(" & !(") + condition + QLatin1Char(')');
-        else
-            commands += "    replace " + name + " = " + missingOf(rule.outcome) + " if " + condition.toLatin1()
-                + kept.toLatin1() + '\n';
-    }
-    return commands;
+    const auto ofRule = [&](const SpecialRule &rule) { return conditionOf(name, rule); };
+    return specialStatements(codes, " & !(", ofRule, [&](const QByteArray &condition, CellOutcome outcome) {
+        return stataLine("replace " + name + " = " + missingValueOf(outcome) + " if " + condition);
+    });
 }
 
 bool stataHasValueLabel(const CodeList &codes)
@@ -244,6 +225,7 @@ QByteArray stataValueLabel(const QByteArray &name, const CodeList &codes)
 {
     QByteArray commands;
     QVector<QByteArray> used;
+    const QByteArray command = "label define " + name + ' ';
     for (const CodeLabel &label : codes.labels) {
         const QByteArray place = placeOf(label);
         const bool isMissing = place.startsWith('.');
@@ -251,8 +233,7 @@ QByteArray stataValueLabel(const QByteArray &name, const CodeList &codes)
             continue;
         if (isMissing)
             used.append(place);
-        commands += stataLabelCommand("label define " + name + ' ' + place, label.text, maxValueLabel,
-                                      commands.isEmpty() ? "" : ", add");
+        commands += stataLabelCommand(command + place, label.text, maxValueLabel, commands.isEmpty() ? "" : ", add");
     }
     return commands;
 }

@@ -57,6 +57,11 @@ QByteArray StataVariables::dictionary() const
     return text + "}\n";
 }
 
+QByteArray StataVariables::own(const char *name) const
+{
+    return prefix + name;
+}
+
 // The whole line, for records that lines of blanks look like.
 void StataVariables::addWholeLine()
 {

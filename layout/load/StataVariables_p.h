@@ -40,7 +40,7 @@ public:
     QByteArray dictionary() const;
 
     /// The name of a variable that the program drops at the end. No column begins in this way.
-    QByteArray own(const char *name) const { return prefix + name; }
+    QByteArray own(const char *name) const;
 
     /// Whether the text of a column is a part of the variable own("line").
     bool isInLine(const PlannedColumn &column) const;

@@ -1,5 +1,6 @@
 #include "layout/MadeLayout.h"
 #include "load/Load.h"
+#include "load/SasFormats_p.h"
 #include "load/SasTexts_p.h"
 #include "load/SpssMissing_p.h"
 #include "load/StataTexts_p.h"

@@ -1,0 +1,38 @@
+#include "LinePieces_p.h"
+
+#include "PlanLists_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+constexpr int utf8Bytes = 4;        // of a character, at most
+constexpr int windows1252Bytes = 3; // of a character of windows-1252 in UTF-8, at most
+
+int lastColumnOfLines(const LoadPlan &plan)
+{
+    int last = plan.recordType ? plan.recordType->start - 1 + plan.recordType->length : 1;
+    for (const PlannedTable &table : plan.tables)
+        last = std::max(last, lastColumnOf(table));
+    return last;
+}
+
+} // namespace
+
+LinePieces::LinePieces(const LoadPlan &plan)
+    : bytesOfCharacter(plan.options.encoding == DataEncoding::Utf8 ? utf8Bytes : windows1252Bytes)
+    , last(lastColumnOfLines(plan))
+    , pieces(qint64(last) * bytesOfCharacter <= length ? 1 : std::max(2, (last - 1) / step + 1))
+{
+}
+
+int LinePieces::bytesOf(int characters) const
+{
+    return int(std::min(qint64(characters) * bytesOfCharacter, qint64(maxText)));
+}
+
+} // namespace vanlayout

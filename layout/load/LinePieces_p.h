@@ -1,0 +1,44 @@
+#ifndef LAYOUT_LOAD_LINEPIECES_P_H
+#define LAYOUT_LOAD_LINEPIECES_P_H
+
+#include "load/Plan_p.h"
+
+namespace vanlayout
+{
+
+/// How the lines of a data file are divided into variables of SPSS or SAS, which have at most 32,767 bytes.
+///
+/// The columns of a line that fits into one variable are characters. A longer one is read as several pieces that
+/// overlap, so that each item is in one of them, and its columns are bytes.
+class LinePieces
+{
+public:
+    explicit LinePieces(const LoadPlan &plan);
+
+    static constexpr int maxText = 32767; ///< bytes of a variable
+    static constexpr int step = 16000;    ///< bytes from the start of one piece to that of the next
+    static constexpr int length = 2 * step;
+
+    int count() const { return pieces; }
+    bool countCharacters() const { return pieces == 1; }
+    /// The last column of all tables, 1-based.
+    int lastColumn() const { return last; }
+    /// The bytes of a line.
+    qint64 bytesOfLine() const { return qint64(pieces - 1) * step + length; }
+
+    /// The index of a piece that holds all of an item that begins in this 1-based column.
+    int indexAt(int column) const { return countCharacters() ? 0 : (column - 1) / step; }
+    /// The 1-based column within that piece.
+    int columnInPiece(int column) const { return column - indexAt(column) * step; }
+    /// The bytes of a variable for a text.
+    int bytesOf(int characters) const;
+
+private:
+    int bytesOfCharacter;
+    int last;
+    int pieces;
+};
+
+} // namespace vanlayout
+
+#endif
