@@ -144,8 +144,10 @@ QByteArray codesOf(const LoadPlan &plan)
     QByteArray program = "CODES = [";
     for (int i = 0; i < plan.codes.size(); ++i) {
         const CodeList &codes = plan.codes.at(i);
-        program += (i > 0 ? ",\n    Codes([" : "\n    Codes([") + rowsOf(codes) + "], {" + valuesOf(codes, types.at(i))
-            + "}, [" + rangesOf(codes, types.at(i)) + "], [" + specialsOf(codes) + "])";
+        program += i > 0 ? ",\n    Codes([" : "\n    Codes([";
+        program += rowsOf(codes);
+        program += "], {" + valuesOf(codes, types.at(i)) + "}, [" + rangesOf(codes, types.at(i)) + "], ["
+            + specialsOf(codes) + "])";
     }
     return program += ']';
 }

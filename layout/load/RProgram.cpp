@@ -67,8 +67,12 @@ QByteArray columnOf(const PlannedColumn &column)
 QByteArray listOf(const char *name, const QByteArrayList &elements)
 {
     QByteArray statements = QByteArray(name) + " <- list()\n";
-    for (int i = 0; i < elements.size(); ++i)
-        statements += QByteArray(name) + "[[" + number(i + 1) + "]] <- " + elements.at(i) + '\n';
+    const QByteArray beginning = QByteArray(name) + "[[";
+    for (int i = 0; i < elements.size(); ++i) {
+        statements += beginning + number(i + 1) + "]] <- ";
+        statements += elements.at(i);
+        statements += '\n';
+    }
     return statements;
 }
 
@@ -96,8 +100,9 @@ QByteArray tablesOf(const LoadPlan &plan)
 {
     QByteArray program = "TABLES <- list()\n";
     for (int i = 0; i < plan.tables.size(); ++i) {
-        program += '\n' + columnsOf(plan.tables.at(i)) + "TABLES[[" + number(i + 1) + "]] <- "
-            + tableOf(plan.tables.at(i)) + '\n';
+        program += '\n';
+        program += columnsOf(plan.tables.at(i));
+        program += "TABLES[[" + number(i + 1) + "]] <- " + tableOf(plan.tables.at(i)) + '\n';
     }
     return program;
 }

@@ -104,8 +104,11 @@ QByteArray argumentLines(const QByteArrayList &arguments, const QByteArray &inde
     lines.reserve(2 * lineWidth);
     for (const QByteArray &argument : arguments) {
         const int width = lines.size() - lines.lastIndexOf('\n');
+        const bool isNew = !lines.isEmpty() && width + argument.size() > lineWidth;
         if (!lines.isEmpty())
-            lines += width + argument.size() > lineWidth ? ",\n" + indent : QByteArrayLiteral(", ");
+            lines += isNew ? ",\n" : ", ";
+        if (isNew)
+            lines += indent;
         lines += argument;
     }
     return lines;
