@@ -1,5 +1,4 @@
-#include "layout/MadeLayout.h"
-#include "load/Load.h"
+#include "load/LoadableLayout.h"
 #include "load/ScriptText_p.h"
 
 #include <QTest>
@@ -33,35 +32,6 @@ namespace
 QString text(const char *utf8)
 {
     return QString::fromUtf8(utf8);
-}
-
-Layout layoutOf(const QVector<Item> &items)
-{
-    Layout layout;
-    layout.format = Format::CSProText;
-    layout.name = QStringLiteral("D");
-    Level level;
-    Item id = made::item(QStringLiteral("ID"));
-    id.start = 1;
-    level.ids = { id };
-    Record record;
-    record.name = QStringLiteral("R");
-    record.items = items;
-    level.records = { record };
-    layout.levels = { level };
-    return layout;
-}
-
-QByteArray programOf(const Layout &layout, LoadTarget target, const LoadOptions &options = {})
-{
-    const LoadProgram program = makeLoadProgram(layout, target, options);
-    return program.files.isEmpty() ? program.problem.toUtf8() : program.files.constFirst().text;
-}
-
-Item placed(Item item)
-{
-    item.start = 3;
-    return item;
 }
 
 } // namespace
@@ -132,11 +102,11 @@ void LoadScriptsTest::linesAreShort()
 {
     QFETCH(int, target);
     const QString longText = QString(700, QChar(0x20AC)) + QString(700, QLatin1Char('"')) + QString(700, QChar(0x202E));
-    Item item = placed(made::item(longText, 2, { made::value(QStringLiteral("1"), longText) }));
+    Item item = made::placed(made::item(longText, 2, { made::value(QStringLiteral("1"), longText) }));
     item.labels = made::labels(longText);
     Item textItem
-        = placed(made::item(QStringLiteral("T"), 2000, { made::value(longText, longText) }, itemtype::alpha()));
-    Layout layout = layoutOf({ item, textItem });
+        = made::placed(made::item(QStringLiteral("T"), 2000, { made::value(longText, longText) }, itemtype::alpha()));
+    Layout layout = made::loadable({ item, textItem });
     layout.labels = made::labels(longText);
     LoadOptions options;
     options.data = longText;
@@ -151,39 +121,40 @@ void LoadScriptsTest::linesAreShort()
 
 void LoadScriptsTest::programToRunIsFirst()
 {
-    const LoadProgram program = makeLoadProgram(layoutOf({}), LoadTarget::Dask);
+    const LoadProgram program = makeLoadProgram(made::loadable({}), LoadTarget::Dask);
     QCOMPARE(program.files.size(), 2);
     QCOMPARE(program.files.at(0).name, QStringLiteral("D_dask.py"));
     QCOMPARE(program.files.at(1).name, QStringLiteral("D.py"));
     QVERIFY(program.files.at(0).text.contains("\nMODULE = 'D'\n"));
-    QCOMPARE(program.files.at(1).text, programOf(layoutOf({}), LoadTarget::Pandas));
+    QCOMPARE(program.files.at(1).text, made::program(made::loadable({}), LoadTarget::Pandas));
 }
 
 void LoadScriptsTest::pathForRCannotBeAnAddress()
 {
     LoadOptions options;
     options.data = QStringLiteral("http://example.org/x.dat");
-    QVERIFY(programOf(layoutOf({}), LoadTarget::R, options).contains("\nDATA <- \"./http://example.org/x.dat\"\n"));
+    QVERIFY(made::program(made::loadable({}), LoadTarget::R, options)
+                .contains("\nDATA <- \"./http://example.org/x.dat\"\n"));
 }
 
 void LoadScriptsTest::codesHaveTheTypeOfTheColumnInPython()
 {
-    Item decimal
-        = placed(made::item(QStringLiteral("X"), 4, { made::value(QStringLiteral("01"), QStringLiteral("One")) }));
+    Item decimal = made::placed(
+        made::item(QStringLiteral("X"), 4, { made::value(QStringLiteral("01"), QStringLiteral("One")) }));
     decimal.decimals = 1;
-    QVERIFY(programOf(layoutOf({ decimal }), LoadTarget::Pandas).contains("\n        1.0: 'One'}"));
+    QVERIFY(made::program(made::loadable({ decimal }), LoadTarget::Pandas).contains("\n        1.0: 'One'}"));
     decimal.decimals = 0;
-    QVERIFY(programOf(layoutOf({ decimal }), LoadTarget::Pandas).contains("\n        1: 'One'}"));
+    QVERIFY(made::program(made::loadable({ decimal }), LoadTarget::Pandas).contains("\n        1: 'One'}"));
     decimal.type = itemtype::alpha();
-    QVERIFY(programOf(layoutOf({ decimal }), LoadTarget::Pandas).contains("\n        '01': 'One'}"));
+    QVERIFY(made::program(made::loadable({ decimal }), LoadTarget::Pandas).contains("\n        '01': 'One'}"));
 }
 
 void LoadScriptsTest::rangesWithoutLabelsAreListedForR()
 {
-    const Item item = placed(made::item(
+    const Item item = made::placed(made::item(
         QStringLiteral("X"), 4, { made::range(QStringLiteral("1"), QStringLiteral("5000"), QStringLiteral("Any")) }));
-    QVERIFY(programOf(layoutOf({ item }), LoadTarget::R).contains("\n# R.X: 1 to 5000 is \"Any\"\n"));
-    QVERIFY(programOf(layoutOf({ item }), LoadTarget::Pandas).contains("(1, 5000, 'Any')"));
+    QVERIFY(made::program(made::loadable({ item }), LoadTarget::R).contains("\n# R.X: 1 to 5000 is \"Any\"\n"));
+    QVERIFY(made::program(made::loadable({ item }), LoadTarget::Pandas).contains("(1, 5000, 'Any')"));
 }
 
 QTEST_MAIN(LoadScriptsTest)

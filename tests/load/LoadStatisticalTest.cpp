@@ -1,5 +1,4 @@
-#include "layout/MadeLayout.h"
-#include "load/Load.h"
+#include "load/LoadableLayout.h"
 #include "load/SasFormats_p.h"
 #include "load/SasTexts_p.h"
 #include "load/SpssMissing_p.h"
@@ -54,35 +53,6 @@ QString text(const char *utf8)
 QStringList texts(const char *separated)
 {
     return QString::fromLatin1(separated).split(QStringLiteral(", "));
-}
-
-Layout layoutOf(const QVector<Item> &items)
-{
-    Layout layout;
-    layout.format = Format::CSProText;
-    layout.name = QStringLiteral("D");
-    Level level;
-    Item id = made::item(QStringLiteral("ID"));
-    id.start = 1;
-    level.ids = { id };
-    Record record;
-    record.name = QStringLiteral("R");
-    record.items = items;
-    level.records = { record };
-    layout.levels = { level };
-    return layout;
-}
-
-Item placed(Item item)
-{
-    item.start = 3;
-    return item;
-}
-
-QByteArray programOf(const Layout &layout, LoadTarget target, const LoadOptions &options = {})
-{
-    const LoadProgram program = makeLoadProgram(layout, target, options);
-    return program.files.isEmpty() ? program.problem.toUtf8() : program.files.constFirst().text;
 }
 
 CodeRow rowOf(const char *from, const char *to, const char *label, Special special = Special::None)
@@ -188,16 +158,16 @@ void LoadStatisticalTest::headSaysWhatWasNotRun()
 {
     QFETCH(LoadTarget, target);
     QFETCH(QByteArray, sentence);
-    QByteArray program = programOf(layoutOf({}), target);
+    QByteArray program = made::program(made::loadable({}), target);
     program.replace("\n* ", " ").replace(" */\n/* ", " ");
     QVERIFY2(program.contains(sentence), program.left(2000).constData());
 }
 
 void LoadStatisticalTest::headOfStataHoldsNothingThatACommentExpands()
 {
-    Layout layout = layoutOf({});
+    Layout layout = made::loadable({});
     layout.labels = made::labels(QStringLiteral("a /* b // c `d' e"));
-    const QByteArray program = programOf(layout, LoadTarget::Stata);
+    const QByteArray program = made::program(layout, LoadTarget::Stata);
     QVERIFY2(program.contains("\"a / * b / / c 'd' e\""), program.left(1000).constData());
 }
 
@@ -211,11 +181,11 @@ void LoadStatisticalTest::linesAreShort()
     QFETCH(LoadTarget, target);
     const QVector<Value> values = { made::value(QStringLiteral("1"), QString(40000, QLatin1Char('x'))),
                                     made::value(QStringLiteral("2"), QString(3000, QLatin1Char('$'))) };
-    Item item = placed(made::item(QStringLiteral("A"), 2, values));
+    Item item = made::placed(made::item(QStringLiteral("A"), 2, values));
     item.labels = made::labels(QString(3000, QChar(0x4e2d)));
     LoadOptions options;
     options.data = QString(3000, QLatin1Char('d'));
-    const QByteArray program = programOf(layoutOf({ item }), target, options);
+    const QByteArray program = made::program(made::loadable({ item }), target, options);
     const QList<QByteArray> lines = program.split('\n');
     const auto isLong = [](const QByteArray &line) { return line.size() > 1000; };
     const auto found = std::find_if(lines.begin(), lines.end(), isLong);
@@ -232,7 +202,7 @@ void LoadStatisticalTest::relativePathsAreNoCommands()
     QFETCH(LoadTarget, target);
     LoadOptions options;
     options.data = QStringLiteral("|touch canary");
-    const QByteArray program = programOf(layoutOf({}), target, options);
+    const QByteArray program = made::program(made::loadable({}), target, options);
     QVERIFY(program.contains("'./|touch canary'") || program.contains("\"./|touch canary\""));
     QVERIFY(!program.contains("'|touch canary'") && !program.contains("\"|touch canary\""));
 }
@@ -241,17 +211,17 @@ void LoadStatisticalTest::pathThatSasExpandsIsNotInLet()
 {
     LoadOptions options;
     options.data = QStringLiteral("a&b;c.dat");
-    const QByteArray program = programOf(layoutOf({}), LoadTarget::Sas, options);
+    const QByteArray program = made::program(made::loadable({}), LoadTarget::Sas, options);
     QVERIFY(program.contains("%let data = ;\n"));
     QVERIFY(program.contains("if path = ' ' then path = './a&b;c.dat';\n"));
     options.data = QStringLiteral("C:\\data\\a.dat");
-    QVERIFY(programOf(layoutOf({}), LoadTarget::Sas, options).contains("%let data = C:\\data\\a.dat;\n"));
+    QVERIFY(made::program(made::loadable({}), LoadTarget::Sas, options).contains("%let data = C:\\data\\a.dat;\n"));
 }
 
 void LoadStatisticalTest::stataHasADictionaryForEachTable()
 {
     const LoadProgram program
-        = makeLoadProgram(layoutOf({ placed(made::item(QStringLiteral("A"))) }), LoadTarget::Stata);
+        = makeLoadProgram(made::loadable({ made::placed(made::item(QStringLiteral("A"))) }), LoadTarget::Stata);
     QCOMPARE(program.files.size(), 2);
     QCOMPARE(program.files.at(0).name, QStringLiteral("D.do"));
     QCOMPARE(program.files.at(1).name, QStringLiteral("R.dct"));
