@@ -71,34 +71,27 @@ QByteArray copyStatement(const QByteArray &query, const QString &file)
 }
 
 // A line for each column with text that is no number.
-QByteArray countNoNumbers(const PlannedTable &table, const SqlTable &query)
+QByteArray countNoNumbers(const SqlTable &query)
 {
-    QByteArrayList names;
-    QByteArrayList counts;
-    const QVector<PlannedColumn> columns = query.countedColumns();
-    for (const PlannedColumn &column : columns) {
-        names.append(sqlText(table.name + QLatin1Char('.') + column.name));
-        counts.append("count(*) FILTER (WHERE " + query.isNoNumber(column) + ')');
-    }
+    const QByteArrayList names = query.countedNames();
     if (names.isEmpty())
         return QByteArray();
     return "INSERT INTO temp.\"load counts\"\nSELECT name || ': ' || number || ' values are no numbers'\nFROM (\n"
            "  SELECT unnest([\n"
-        + sqlList(names, 4) + "\n  ]) AS name, unnest([\n" + sqlList(counts, 4) + "\n  ]) AS number\n  FROM "
+        + sqlList(names, 4) + "\n  ]) AS name, unnest([\n" + sqlList(query.counts(), 4) + "\n  ]) AS number\n  FROM "
         + query.source() + "\n) WHERE number > 0;\n";
 }
 
 QByteArray statements(const LoadPlan &plan, const PlannedTable &table)
 {
     const SqlTable query(plan, table, dialect());
-    return '\n' + comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment())
-        + "CREATE OR REPLACE TEMPORARY VIEW \"load rows\" AS\n" + query.rows() + ";\nCREATE OR REPLACE TABLE "
-        + sqlName(table.name) + " AS SELECT * FROM temp.\"load rows\" WHERE getvariable('parquet') IS NULL;\n"
+    return '\n' + sqlTitle(table) + "CREATE OR REPLACE TEMPORARY VIEW \"load rows\" AS\n" + query.rows()
+        + ";\nCREATE OR REPLACE TABLE " + sqlName(table.name)
+        + " AS SELECT * FROM temp.\"load rows\" WHERE getvariable('parquet') IS NULL;\n"
         + copyStatement("SELECT * FROM temp.\"load rows\" WHERE getvariable('parquet') IS NOT NULL", table.file)
         + comments(table) + "INSERT INTO temp.\"load counts\"\nSELECT " + sqlText(table.name)
         + " || ': ' || count(*) || ' rows' FROM " + query.source()
-        + (table.isItemTable() ? "\n  AND " + query.isOccurrence() : QByteArray()) + ";\n"
-        + countNoNumbers(table, query);
+        + (table.isItemTable() ? "\n  AND " + query.isOccurrence() : QByteArray()) + ";\n" + countNoNumbers(query);
 }
 
 QByteArray markExpression(const LoadPlan &plan)
@@ -113,11 +106,11 @@ QByteArray markExpression(const LoadPlan &plan)
 QByteArray codes(const LoadPlan &plan)
 {
     const QByteArray table = sqlName(plan.codesName);
-    const QByteArray own = " WHERE table_name IN " + sqlTableNames(plan);
-    return "\n-- The codes of all columns. The table may hold those of other programs as well.\nCREATE TABLE IF NOT "
-           "EXISTS "
-        + table + " (" + sqlCodeColumns() + ");\nDELETE FROM " + table + own + ";\n" + sqlInsertCodes(plan, table)
-        + copyStatement("SELECT * FROM " + table + own + "\n  AND getvariable('parquet') IS NOT NULL", plan.codesName);
+    return "\n-- The codes of all columns. The table may hold those of other programs as well.\n"
+        + sqlReplaceCodes(plan, table)
+        + copyStatement("SELECT * FROM " + table + " WHERE table_name IN " + sqlTableNames(plan)
+                            + "\n  AND getvariable('parquet') IS NOT NULL",
+                        plan.codesName);
 }
 
 QByteArray closing(const LoadPlan &plan)

@@ -107,6 +107,12 @@ struct PlannedTable {
     bool isItemTable() const { return recordTable >= 0; }
     /// Whether the place of a column in the line depends on the occurrence.
     bool isOfOccurrence(const PlannedColumn &column) const { return isItemTable() && column.role == ColumnRole::Item; }
+    /// Whether texts of a column that are no numbers are counted here; those of the ids of an item table are counted
+    /// for its record.
+    bool counts(const PlannedColumn &column) const
+    {
+        return column.isNumber() && (!isItemTable() || column.role == ColumnRole::Item);
+    }
 };
 
 /// A name that differs from that in the dictionary.

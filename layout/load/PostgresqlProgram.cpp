@@ -92,20 +92,14 @@ QByteArray comments(const PlannedTable &table)
 }
 
 // A line for each column with text that is no number.
-QByteArray countNoNumbers(const PlannedTable &table, const SqlTable &query)
+QByteArray countNoNumbers(const SqlTable &query)
 {
-    QByteArrayList names;
-    QByteArrayList counts;
-    const QVector<PlannedColumn> columns = query.countedColumns();
-    for (const PlannedColumn &column : columns) {
-        names.append(sqlText(table.name + QLatin1Char('.') + column.name));
-        counts.append("count(*) FILTER (WHERE " + query.isNoNumber(column) + ')');
-    }
+    const QByteArrayList names = query.countedNames();
     if (names.isEmpty())
         return QByteArray();
     return "INSERT INTO pg_temp.counts (text)\nSELECT name || ': ' || number || ' values are no numbers'\nFROM (\n"
            "  SELECT ARRAY[\n"
-        + sqlList(counts, 4) + "\n  ] AS numbers\n  FROM " + query.source() + "\n) AS counted, unnest(ARRAY[\n"
+        + sqlList(query.counts(), 4) + "\n  ] AS numbers\n  FROM " + query.source() + "\n) AS counted, unnest(ARRAY[\n"
         + sqlList(names, 4)
         + "\n  ], numbers) WITH ORDINALITY AS each_column(name, number, position)\n"
           "WHERE number > 0 ORDER BY position;\n";
@@ -114,10 +108,9 @@ QByteArray countNoNumbers(const PlannedTable &table, const SqlTable &query)
 QByteArray statements(const LoadPlan &plan, const PlannedTable &table)
 {
     const SqlTable query(plan, table, dialect());
-    return '\n' + comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment()) + create(table)
-        + comments(table) + "INSERT INTO " + tableName(table.name) + '\n' + query.rows()
-        + ";\nINSERT INTO pg_temp.counts (text)\nSELECT " + sqlText(table.name)
-        + " || ': ' || count(*) || ' rows' FROM " + tableName(table.name) + ";\n" + countNoNumbers(table, query);
+    return '\n' + sqlTitle(table) + create(table) + comments(table) + "INSERT INTO " + tableName(table.name) + '\n'
+        + query.rows() + ";\nINSERT INTO pg_temp.counts (text)\nSELECT " + sqlText(table.name)
+        + " || ': ' || count(*) || ' rows' FROM " + tableName(table.name) + ";\n" + countNoNumbers(query);
 }
 
 // The record type of a line; NULL for a line of no record: blank, or erased.
@@ -163,11 +156,8 @@ QByteArray head(const LoadPlan &plan)
 
 QByteArray codes(const LoadPlan &plan)
 {
-    const QByteArray table = tableName(plan.codesName);
-    return "\n-- The codes of all columns. The table may hold those of other programs as well.\nCREATE TABLE IF NOT "
-           "EXISTS "
-        + table + " (" + sqlCodeColumns() + ");\nDELETE FROM " + table + " WHERE table_name IN " + sqlTableNames(plan)
-        + ";\n" + sqlInsertCodes(plan, table);
+    return "\n-- The codes of all columns. The table may hold those of other programs as well.\n"
+        + sqlReplaceCodes(plan, tableName(plan.codesName));
 }
 
 QByteArray closing(const LoadPlan &plan)

@@ -131,17 +131,11 @@ QByteArray SasTable::numberColumn(int column) const
     text += statement(p + "decimals = " + number(planned.decimals));
     text += statement("link " + p + "parse");
     text += statement(name + " = " + p + "value");
-    if (isCounted(planned))
+    if (table.counts(planned))
         text += statement(p + "wrong" + number(column + 1) + " + " + p + "wrong");
     if (planned.codes >= 0)
         text += sasSpecials(name, plan.codes.at(planned.codes));
     return text;
-}
-
-// The ids of an item table are counted with its record.
-bool SasTable::isCounted(const PlannedColumn &column) const
-{
-    return column.isNumber() && (!table.isItemTable() || column.role == ColumnRole::Item);
 }
 
 // The ids that make a case. Missing values with different reasons are the same value.
@@ -178,7 +172,7 @@ QByteArray SasTable::counts() const
 {
     QByteArray text;
     for (int i = 0; i < table.columns.size(); ++i) {
-        if (!isCounted(table.columns.at(i)))
+        if (!table.counts(table.columns.at(i)))
             continue;
         const QByteArray count = p + "wrong" + number(i + 1);
         text += statement("if " + count + " > 0 then put '" + table.name.toLatin1() + '.'

@@ -31,7 +31,6 @@ private:
     QByteArray columns(ColumnRole role) const;
     QByteArray textColumn(const PlannedColumn &column) const;
     QByteArray numberColumn(int column) const;
-    bool isCounted(const PlannedColumn &column) const;
     QVector<QByteArray> keyNames() const;
     bool needsKeys() const { return table.hasOccurrence && !table.isItemTable(); }
     QByteArray keys() const;

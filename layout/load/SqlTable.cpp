@@ -25,19 +25,25 @@ QByteArray SqlTable::source() const
         + " WHERE mark = " + sqlText(table.mark);
 }
 
-QVector<PlannedColumn> SqlTable::countedColumns() const
+QByteArrayList SqlTable::countedNames() const
 {
-    QVector<PlannedColumn> columns;
+    QByteArrayList names;
     for (const PlannedColumn &column : table.columns) {
-        if (column.isNumber() && (column.role != ColumnRole::Id || !table.isItemTable()))
-            columns.append(column);
+        if (table.counts(column))
+            names.append(sqlText(table.name + QLatin1Char('.') + column.name));
     }
-    return columns;
+    return names;
 }
 
-QByteArray SqlTable::isNoNumber(const PlannedColumn &column) const
+QByteArrayList SqlTable::counts() const
 {
-    return dialect.isNoNumber(column, sqlField(table, column, "text"));
+    QByteArrayList counts;
+    for (const PlannedColumn &column : table.columns) {
+        if (table.counts(column))
+            counts.append("count(*) FILTER (WHERE " + dialect.isNoNumber(column, sqlField(table, column, "text"))
+                          + ')');
+    }
+    return counts;
 }
 
 QByteArray SqlTable::isOccurrence(const QByteArray &line) const

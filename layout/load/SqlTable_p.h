@@ -31,10 +31,10 @@ public:
     /// The query of the lines with this record type, one row for each occurrence in an item table. It has the line as
     /// `text`.
     QByteArray source() const;
-    /// The columns whose fields may be no number: all numbers, without ids in an item table.
-    QVector<PlannedColumn> countedColumns() const;
-    /// The condition that is true if a field is neither blank nor a number, in a query of source().
-    QByteArray isNoNumber(const PlannedColumn &column) const;
+    /// The names, as literals `TABLE.COLUMN`, of the columns whose texts that are no numbers are counted.
+    QByteArrayList countedNames() const;
+    /// Their counts, as expressions in a query of source(), in the same order.
+    QByteArrayList counts() const;
     /// The condition that is true for an occurrence that is not blank, in a query of source().
     QByteArray isOccurrence(const QByteArray &line = "text") const;
 

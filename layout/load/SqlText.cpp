@@ -92,6 +92,11 @@ CommentStyle sqlComment()
     return { "-- ", "", "" };
 }
 
+QByteArray sqlTitle(const PlannedTable &table)
+{
+    return comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment());
+}
+
 QByteArray sqlName(const QString &name)
 {
     QString quoted = name;
@@ -158,15 +163,11 @@ QByteArray sqlWithoutSpecials(const LoadPlan &plan, const PlannedColumn &column,
     return cases + "\n      ELSE " + result + " END";
 }
 
-QByteArray sqlCodeColumns()
+QByteArray sqlReplaceCodes(const LoadPlan &plan, const QByteArray &table)
 {
-    return QByteArrayLiteral(
-        "table_name text, column_name text, code_from text, code_to text, label text, special text");
-}
-
-QByteArray sqlInsertCodes(const LoadPlan &plan, const QByteArray &table)
-{
-    QByteArray statements;
+    QByteArray statements = "CREATE TABLE IF NOT EXISTS " + table
+        + " (table_name text, column_name text, code_from text, code_to text, label text, special text);\nDELETE FROM "
+        + table + " WHERE table_name IN " + sqlTableNames(plan) + ";\n";
     QByteArrayList tuples;
     for (const PlannedTable &planned : plan.tables) {
         for (const PlannedColumn &column : planned.columns) {

@@ -14,6 +14,9 @@ namespace vanlayout
 /// The comments of SQL.
 CommentStyle sqlComment();
 
+/// The comment before the statements of a table: its label, or its name.
+QByteArray sqlTitle(const PlannedTable &table);
+
 /// A name in double quotation marks.
 QByteArray sqlName(const QString &name);
 
@@ -44,11 +47,9 @@ struct SqlCell {
 /// An expression for a cell that is NULL for special codes.
 QByteArray sqlWithoutSpecials(const LoadPlan &plan, const PlannedColumn &column, const SqlCell &cell);
 
-/// The columns of the table of codes, as in CREATE TABLE.
-QByteArray sqlCodeColumns();
-
-/// Statements that insert the rows of the table of codes. \a table is its name as an expression.
-QByteArray sqlInsertCodes(const LoadPlan &plan, const QByteArray &table);
+/// The statements that create the table of codes if it does not exist, and replace the rows of the tables of the plan.
+/// The table may hold rows of other programs. \a table is its name as an expression.
+QByteArray sqlReplaceCodes(const LoadPlan &plan, const QByteArray &table);
 
 /// The names of all tables of the plan, in parentheses.
 QByteArray sqlTableNames(const LoadPlan &plan);

@@ -102,7 +102,7 @@ public:
 
     QByteArray text() const
     {
-        QByteArray statements = "\n" + comment({ table.label.isEmpty() ? table.name : table.label }, sqlComment());
+        QByteArray statements = "\n" + sqlTitle(table);
         statements += stage();
         statements += fill();
         if (table.hasOccurrence && !table.isItemTable())
@@ -379,10 +379,8 @@ QByteArray workingTables(const LoadPlan &plan)
 
 QByteArray codes(const LoadPlan &plan)
 {
-    const QByteArray table = mainTable(plan.codesName);
-    return "\n-- The labels of the codes. Other programs may have rows in this table.\nCREATE TABLE IF NOT EXISTS "
-        + table + " (" + sqlCodeColumns() + ");\nDELETE FROM " + table + " WHERE table_name IN " + sqlTableNames(plan)
-        + ";\n" + sqlInsertCodes(plan, table);
+    return "\n-- The labels of the codes. Other programs may have rows in this table.\n"
+        + sqlReplaceCodes(plan, mainTable(plan.codesName));
 }
 
 QByteArray unknownLines(const LoadPlan &plan)

@@ -205,11 +205,11 @@ QByteArray StataTable::markedNumber(const PlannedColumn &column) const
     return filledPart(part, { { "name", column.name.toLatin1() }, { "text", own("text") }, { "mark", own("mark") } });
 }
 
-// The texts that are no numbers. The ids of an item table are counted with its record.
+// The texts that are no numbers.
 QByteArray StataTable::countOf(const PlannedColumn &column) const
 {
     static const QByteArray part = readPart("stata/count.do");
-    if (table.isItemTable() && column.role != ColumnRole::Item)
+    if (!table.counts(column))
         return QByteArray();
     return filledPart(
         part, { { "name", column.name.toLatin1() }, { "text", own("text") }, { "table", table.name.toLatin1() } });
