@@ -30,24 +30,9 @@ QByteArray typeOf(const PlannedColumn &column)
     return text(QLatin1String(column.isMade() ? "Int64" : typeOf(column.type, column.length)));
 }
 
-QByteArray roleOf(ColumnRole role)
-{
-    switch (role) {
-    case ColumnRole::Id:
-        return "'id'";
-    case ColumnRole::Occurrence:
-        return "'occ'";
-    case ColumnRole::ItemOccurrence:
-        return "'item_occ'";
-    case ColumnRole::Item:
-        break;
-    }
-    return "'item'";
-}
-
 QByteArray columnOf(const PlannedColumn &column)
 {
-    QByteArrayList arguments = { text(column.name), roleOf(column.role), typeOf(column) };
+    QByteArrayList arguments = { text(column.name), roleLiteral(column.role, python()), typeOf(column) };
     if (!column.isMade()) {
         arguments += { number(column.start), number(column.length), number(column.decimals),
                        column.codes < 0 ? QByteArrayLiteral("None") : number(column.codes) };
@@ -102,8 +87,7 @@ QByteArray rowsOf(const CodeList &codes)
 {
     QByteArrayList rows;
     for (const CodeRow &row : codes.rows) {
-        const QByteArray special = row.special == Special::None ? QByteArrayLiteral("None") : text(wordOf(row.special));
-        rows.append(tuple({ text(row.from), literalOrNothing(row.to, python()), text(row.label), special }));
+        rows.append(tuple(codeLiterals(row, python())));
     }
     return elementLines(rows, QByteArray(8, ' '));
 }
@@ -161,15 +145,13 @@ QByteArray recordTypeOf(const LoadPlan &plan)
 
 QByteArray settingsOf(const LoadPlan &plan)
 {
-    QByteArrayList marks;
-    for (const QString &mark : plan.knownMarks)
-        marks.append(text(mark));
     const bool isUtf8 = plan.options.encoding == DataEncoding::Utf8;
     return "# The data file, its encoding (utf-8 or windows-1252), the first column and the length of the record "
            "type,\n"
            "# and the types of all records.\nDATA = "
-        + text(plan.options.data) + "\nENCODING = " + (isUtf8 ? "'utf-8'" : "'windows-1252'") + "\nRECORD_TYPE = "
-        + recordTypeOf(plan) + "\nKNOWN_TYPES = [" + argumentLines(marks, QByteArray(15, ' ')) + ']';
+        + text(plan.options.data) + "\nENCODING = " + (isUtf8 ? "'utf-8'" : "'windows-1252'")
+        + "\nRECORD_TYPE = " + recordTypeOf(plan) + "\nKNOWN_TYPES = ["
+        + argumentLines(literals(plan.knownMarks, python()), QByteArray(15, ' ')) + ']';
 }
 
 HeadTexts headTexts(const LoadPlan &plan)

@@ -21,21 +21,6 @@ QByteArray positionOf(int index)
     return index < 0 ? QByteArrayLiteral("NA") : number(index + 1);
 }
 
-QByteArray roleOf(ColumnRole role)
-{
-    switch (role) {
-    case ColumnRole::Id:
-        return "\"id\"";
-    case ColumnRole::Occurrence:
-        return "\"occ\"";
-    case ColumnRole::ItemOccurrence:
-        return "\"item_occ\"";
-    case ColumnRole::Item:
-        break;
-    }
-    return "\"item\"";
-}
-
 QByteArray outcomeOf(CellOutcome outcome)
 {
     switch (outcome) {
@@ -53,7 +38,7 @@ QByteArray outcomeOf(CellOutcome outcome)
 
 QByteArray columnOf(const PlannedColumn &column)
 {
-    QByteArrayList arguments = { text(column.name), roleOf(column.role) };
+    QByteArrayList arguments = { text(column.name), roleLiteral(column.role, r()) };
     if (!column.isMade()) {
         arguments += { column.isNumber() ? "\"number\"" : "\"text\"", number(column.start), number(column.length),
                        number(column.decimals), positionOf(column.codes) };
@@ -116,8 +101,7 @@ QByteArray rowsOf(const CodeList &codes)
 {
     QByteArrayList rows;
     for (const CodeRow &code : codes.rows) {
-        const QByteArray special = code.special == Special::None ? QByteArrayLiteral("NA") : text(wordOf(code.special));
-        rows.append(row({ text(code.from), literalOrNothing(code.to, r()), text(code.label), special }));
+        rows.append(row(codeLiterals(code, r())));
     }
     return "c(" + elementLines(rows, "  ") + ')';
 }
@@ -148,9 +132,6 @@ QByteArray codesOf(const LoadPlan &plan)
 
 QByteArray settingsOf(const LoadPlan &plan)
 {
-    QByteArrayList marks;
-    for (const QString &mark : plan.knownMarks)
-        marks.append(text(mark));
     QByteArrayList recordType;
     if (plan.recordType)
         recordType = { number(plan.recordType->start), number(plan.recordType->length) };
@@ -160,7 +141,7 @@ QByteArray settingsOf(const LoadPlan &plan)
            "# and the types of all records.\nDATA <- "
         + text(safePath(plan.options.data)) + "\nENCODING <- " + (isUtf8 ? "\"utf-8\"" : "\"windows-1252\"")
         + "\nRECORD_TYPE <- c(" + recordType.join(", ") + ")\nKNOWN_TYPES <- c("
-        + argumentLines(marks, QByteArray(17, ' ')) + ')';
+        + argumentLines(literals(plan.knownMarks, r()), QByteArray(17, ' ')) + ')';
 }
 
 HeadTexts headTexts(const QString &file)

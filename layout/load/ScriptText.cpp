@@ -98,6 +98,41 @@ QByteArray literalOrNothing(const QString &text, const ScriptLanguage &language)
     return text.isNull() ? QByteArray(language.nothing) : literal(text, language);
 }
 
+QByteArray wordLiteral(const char *word, const ScriptLanguage &language)
+{
+    return language.quote + QByteArray(word) + language.quote;
+}
+
+QByteArray roleLiteral(ColumnRole role, const ScriptLanguage &language)
+{
+    switch (role) {
+    case ColumnRole::Id:
+        return wordLiteral("id", language);
+    case ColumnRole::Occurrence:
+        return wordLiteral("occ", language);
+    case ColumnRole::ItemOccurrence:
+        return wordLiteral("item_occ", language);
+    case ColumnRole::Item:
+        break;
+    }
+    return wordLiteral("item", language);
+}
+
+QByteArrayList codeLiterals(const CodeRow &row, const ScriptLanguage &language)
+{
+    const QString special = row.special == Special::None ? QString() : wordOf(row.special);
+    return { literal(row.from, language), literalOrNothing(row.to, language), literal(row.label, language),
+             literalOrNothing(special, language) };
+}
+
+QByteArrayList literals(const QStringList &texts, const ScriptLanguage &language)
+{
+    QByteArrayList made;
+    for (const QString &text : texts)
+        made.append(literal(text, language));
+    return made;
+}
+
 QByteArray argumentLines(const QByteArrayList &arguments, const QByteArray &indent)
 {
     QByteArray lines;

@@ -30,6 +30,18 @@ QByteArray literal(const QString &text, const ScriptLanguage &language);
 /// Likewise, or the literal of an absent value if the text is null.
 QByteArray literalOrNothing(const QString &text, const ScriptLanguage &language);
 
+/// The literal of a word such as `item`, which has no characters to escape.
+QByteArray wordLiteral(const char *word, const ScriptLanguage &language);
+
+/// The role of a column: `id`, `occ`, `item_occ` or `item`.
+QByteArray roleLiteral(ColumnRole role, const ScriptLanguage &language);
+
+/// The literals of a row of the table `codes`: both ends, label and special meaning.
+QByteArrayList codeLiterals(const CodeRow &row, const ScriptLanguage &language);
+
+/// The literals of several texts.
+QByteArrayList literals(const QStringList &texts, const ScriptLanguage &language);
+
 /// Arguments separated by commas, in lines of about 110 bytes. Further lines begin with \a indent.
 QByteArray argumentLines(const QByteArrayList &arguments, const QByteArray &indent);
 
