@@ -5,8 +5,6 @@
 #include "SqlTable_p.h"
 #include "SqlText_p.h"
 
-#include <algorithm>
-
 namespace vanlayout
 {
 

@@ -1,6 +1,5 @@
 #include "StataTable_p.h"
 
-#include "PlanLists_p.h"
 #include "ProgramText_p.h"
 #include "StataTexts_p.h"
 

@@ -40,6 +40,7 @@ private slots:
     void codesThatStataCannotLabelAreListed();
     void rangesOfAFormatDoNotOverlap();
     void specialComesBeforeARangeInAFormat();
+    void subitemBeyondItsItemIsWithinTheLineOfSpss();
 };
 
 namespace
@@ -323,6 +324,20 @@ void LoadStatisticalTest::specialComesBeforeARangeInAFormat()
         QByteArray(
             "  value A_1_\n    98 = 'Refused'\n    97 = 'Default'\n    1 -< 97 = 'Years'\n    97 <-< 98 = 'Years'\n"
             "    98 <- 99 = 'Years';\n"));
+}
+
+// The last character of the second occurrence is in column 3 + 2 + 2 + 4 - 1, so that the program needs 11 positions.
+void LoadStatisticalTest::subitemBeyondItsItemIsWithinTheLineOfSpss()
+{
+    Item item = made::placed(made::item(QStringLiteral("A"), 2));
+    item.occurrences = 2;
+    Item sub = made::item(QStringLiteral("S"), 4);
+    sub.start = 5;
+    sub.isSubitem = true;
+    LoadOptions options;
+    options.occurrences = OccurrenceForm::Long;
+    const QByteArray program = made::program(made::loadable({ item, sub }), LoadTarget::Spss, options);
+    QVERIFY2(program.contains("#at(11"), program.constData());
 }
 
 QTEST_MAIN(LoadStatisticalTest)
