@@ -1,0 +1,161 @@
+#include "compare/Concord.h"
+
+#include "compare/ConcordChanges_p.h"
+#include "compare/ConcordCodes_p.h"
+#include "compare/ConcordMatching_p.h"
+#include "compare/ConcordOrder_p.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+/// The variables so far: their items, one in a round, in the order of rounds.
+class ConcordChain
+{
+public:
+    explicit ConcordChain(const std::vector<ConcordRound> &allRounds)
+        : rounds(allRounds)
+    {
+    }
+
+    void add(int round, const QVector<int> &variableOfItem)
+    {
+        const ConcordRound &added = rounds[size_t(round)];
+        QVector<int> variables = variableOfItem;
+        for (int item = 0; item < added.size(); ++item) {
+            if (variables.at(item) == ConcordMatching::none) {
+                variables[item] = addNear(added, variables, item);
+                places.append(QVector<RoundPlace>());
+            }
+            places[variables.at(item)].append({ round, item });
+        }
+    }
+
+    QVector<RoundPlace> latest() const
+    {
+        QVector<RoundPlace> last;
+        last.reserve(places.size());
+        for (const QVector<RoundPlace> &items : places)
+            last.append(items.constLast());
+        return last;
+    }
+    const QVector<RoundPlace> &itemsOf(int variable) const { return places.at(variable); }
+    QVector<int> inOrder() const { return order.rows(); }
+
+private:
+    // After the item that precedes it; the first of a record is before the next item of the record that is known.
+    int addNear(const ConcordRound &round, const QVector<int> &variables, int item)
+    {
+        const int container = round.at(item).container;
+        if (item > 0 && round.at(item - 1).container == container)
+            return order.addAfter(variables.at(item - 1));
+        for (int next = item + 1; next < round.size() && round.at(next).container == container; ++next) {
+            if (variables.at(next) != ConcordMatching::none)
+                return order.addBefore(variables.at(next));
+        }
+        return order.addAfter(item > 0 ? variables.at(item - 1) : ConcordOrder::none);
+    }
+
+    const std::vector<ConcordRound> &rounds;
+    ConcordOrder order;
+    QVector<QVector<RoundPlace>> places; // by number of the variable
+};
+
+/// Makes the tables of a chain.
+class ConcordTables
+{
+public:
+    ConcordTables(const std::vector<ConcordRound> &allRounds, const QString &labelLanguage)
+        : rounds(allRounds)
+        , language(labelLanguage)
+    {
+    }
+
+    void addTo(Concordance &concordance, const QVector<RoundPlace> &items) const
+    {
+        const ConcordCodes table(rounds, language);
+        const QVector<ConcordCode> codes = table.codesOf(int(concordance.variables.size()), items);
+        ConcordVariable variable;
+        variable.cells.resize(int(rounds.size()));
+        const RoundPlace *previous = nullptr;
+        for (const RoundPlace &place : items) {
+            variable.cells[place.round] = cellOf(place);
+            if (previous)
+                variable.cells[place.round]->changes = changesOf(*previous, place, codes);
+            previous = &place;
+        }
+        concordance.variables.append(variable);
+        concordance.codes += codes;
+    }
+
+private:
+    ConcordCell cellOf(const RoundPlace &place) const
+    {
+        const RoundItem &item = rounds[size_t(place.round)].at(place.item);
+        return { item.level->name, item.recordName(), item.item->name, item.item->labels.in(language), {} };
+    }
+
+    QVector<ConcordChange> changesOf(const RoundPlace &before, const RoundPlace &after,
+                                     const QVector<ConcordCode> &codes) const
+    {
+        const ConcordRound &earlier = rounds[size_t(before.round)];
+        const ConcordRound &later = rounds[size_t(after.round)];
+        QVector<ConcordChange> changes
+            = ConcordChanges(earlier, later, language).changesOf(earlier.at(before.item), later.at(after.item));
+        const auto textOf = [](const std::optional<QString> &label) {
+            return label ? std::optional(label->simplified()) : std::nullopt;
+        };
+        if (std::any_of(codes.begin(), codes.end(), [&](const ConcordCode &code) {
+                return textOf(code.cells.at(before.round)) != textOf(code.cells.at(after.round));
+            }))
+            changes.append(ConcordChange::Values);
+        return changes;
+    }
+
+    const std::vector<ConcordRound> &rounds;
+    const QString &language;
+};
+
+} // namespace
+
+QString wordOf(ConcordChange change)
+{
+    static const std::array<const char *, 7> words
+        = { "renamed", "moved", "type", "width", "decimals", "label", "values" };
+    return QLatin1String(words.at(size_t(change)));
+}
+
+QString wordOf(CodeChange change)
+{
+    static const std::array<const char *, 6> words = { "none", "spelling", "wording", "meaning", "added", "removed" };
+    return QLatin1String(words.at(size_t(change)));
+}
+
+Concordance concord(const QVector<Layout> &rounds, const ConcordOptions &options)
+{
+    Concordance concordance;
+    std::vector<ConcordRound> items;
+    items.reserve(size_t(rounds.size()));
+    for (const Layout &layout : rounds) {
+        concordance.rounds.append(layout.file);
+        items.emplace_back(layout);
+    }
+    const ConcordMatching matching(items);
+    ConcordChain chain(items);
+    for (int round = 0; round < rounds.size(); ++round) {
+        const QVector<int> undecided(items[size_t(round)].size(), ConcordMatching::none);
+        chain.add(round, matching.match({ chain.latest(), round, undecided, nullptr }));
+    }
+    const ConcordTables tables(items, options.language);
+    const QVector<int> variables = chain.inOrder();
+    for (const int variable : variables)
+        tables.addTo(concordance, chain.itemsOf(variable));
+    return concordance;
+}
+
+} // namespace vanlayout

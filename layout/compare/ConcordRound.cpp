@@ -1,0 +1,45 @@
+#include "compare/ConcordRound_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+ConcordRound::ConcordRound(const Layout &layoutOfRound)
+    : ofRound(layoutOfRound)
+{
+    for (int depth = 0; depth < ofRound.levels.size(); ++depth) {
+        const Level &level = ofRound.levels.at(depth);
+        append(level, nullptr, depth, level.ids);
+        for (const Record &record : level.records)
+            append(level, &record, depth, record.items);
+    }
+}
+
+bool ConcordRound::isDictionary() const
+{
+    return ofRound.format == Format::CSProText || ofRound.format == Format::CSProJson;
+}
+
+void ConcordRound::append(const Level &level, const Record *record, int depth, const QVector<Item> &items)
+{
+    int parent = RoundItem::none;
+    for (const Item &item : items) {
+        if (!item.isSubitem)
+            parent = size();
+        itemList.append({ &item, &level, record, depth, containers, item.isSubitem ? parent : RoundItem::none });
+    }
+    ++containers;
+}
+
+const ValueSet *codedSetOf(const Item &item)
+{
+    const auto hasCode = [](const ValueSet &set) {
+        return std::any_of(set.values.begin(), set.values.end(),
+                           [](const Value &value) { return !value.ranges.isEmpty(); });
+    };
+    const auto set = std::find_if(item.valueSets.begin(), item.valueSets.end(), hasCode);
+    return set != item.valueSets.end() ? &*set : nullptr;
+}
+
+} // namespace vanlayout
