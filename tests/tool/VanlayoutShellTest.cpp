@@ -12,7 +12,7 @@ namespace
 {
 
 const QStringList allCommands
-    = { "show", "fields", "explain", "lookup", "diff", "codebook", "export", "load", "completion", "help" };
+    = { "show", "fields", "explain", "lookup", "diff", "concord", "codebook", "export", "load", "completion", "help" };
 
 } // namespace
 
@@ -130,9 +130,9 @@ private Q_SLOTS:
             << QByteArray("--verbos: no such option of show; did you mean --verbose?");
         QTest::newRow("topic of help")
             << QStringList{ "help", "shwo" }
-            << QByteArray(
-                   "COMMAND: shwo not in {show,fields,explain,lookup,diff,codebook,export,load,completion,help}; "
-                   "did you mean show?");
+            << QByteArray("COMMAND: shwo not in "
+                          "{show,fields,explain,lookup,diff,concord,codebook,export,load,completion,help}; "
+                          "did you mean show?");
         QTest::newRow("file before its command")
             << QStringList{ "x.dcf", "show" } << QByteArray("x.dcf: no such command or option");
         QTest::newRow("empty word") << QStringList{ "" } << QByteArray("'': no such command or option");

@@ -3,6 +3,7 @@
 #include "Answer.h"
 #include "Codebook.h"
 #include "Completion.h"
+#include "Concord.h"
 #include "Diff.h"
 #include "Explain.h"
 #include "Export.h"
@@ -152,6 +153,22 @@ void describeDiff(CLI::App &command, DiffCall &options)
         ->type_name("OUTPUT");
     command.add_option("OLD", options.oldFile, "file with the old layout; - is standard input")->required();
     command.add_option("NEW", options.newFile, "file with the new layout; - is standard input")->required();
+}
+
+void describeConcord(CLI::App &command, ConcordCall &call)
+{
+    addChoice(command, "--format", call.format, { "table", "csv", "json" }, "table, csv or json");
+    command.add_option("--table", call.table, "for CSV: the table to write; variables by default")
+        ->check(CLI::IsMember({ "variables", "codes" }));
+    command.add_flag("--all", call.showsAll, "for a table: show also what is the same in all rounds");
+    command.add_flag("--excel", call.isForExcel, "for CSV: a byte-order mark for spreadsheets, and no formulas");
+    command.add_option("--language", call.language, "language of the labels; the primary one by default")
+        ->type_name("CODE");
+    command
+        .add_option("-o,--output", call.output,
+                    "file to write, or directory for two tables; standard output if - or absent")
+        ->type_name("OUTPUT");
+    command.add_option("FILE", call.files, "files of the rounds, the earliest first; - is standard input")->required();
 }
 
 void addOutput(CLI::App &command, LayoutOutput &output)
@@ -400,6 +417,11 @@ private:
                          "  vanlayout diff --format html -o changes.html round1.dcf round2.dcf",
                          [this](int, char **) { return diffLayouts(diffOptions); }),
                      diffOptions);
+        describeConcord(add("concord", "List the variables and codes of several rounds, and what changed.",
+                            "  vanlayout concord round1.dcf round2.dcf round3.dcf\n"
+                            "  vanlayout concord --format csv --table codes round1.dcf round2.dcf > codes.csv",
+                            [this](int, char **) { return concordLayouts(concordCall); }),
+                        concordCall);
         describeCodebook(add("codebook", "Write the codebook of each FILE as an HTML page.",
                              "  vanlayout codebook census.dcf -o census.html\n"
                              "  vanlayout codebook --open census.dcf\n"
@@ -457,6 +479,7 @@ private:
     ExplainOptions explainOptions;
     LookupOptions lookupOptions;
     DiffCall diffOptions;
+    ConcordCall concordCall;
     CodebookOptions codebookOptions;
     ExportOptions exportOptions;
     LoadCall loadCall;

@@ -1,8 +1,8 @@
 #include "DiffTable.h"
 
-#include "Columns.h"
 #include "LayoutText.h"
 #include "Printable.h"
+#include "TableLines.h"
 #include "write/DiffWalk_p.h"
 
 #include <QStringList>
@@ -22,7 +22,6 @@ using vanlayout::NotCompared;
 namespace
 {
 
-constexpr int indentation = 2; // columns of one level
 constexpr QChar arrow(0x2192);
 
 // A text for people. Quotation marks make empty texts and blanks at the ends of a text visible.
@@ -36,57 +35,6 @@ QString fromTo(const QString &before, const QString &after)
 {
     return before + QLatin1Char(' ') + arrow + QLatin1Char(' ') + after;
 }
-
-/// Lines of a table on a device.
-class TableLines
-{
-public:
-    TableLines(QIODevice &device, int columns)
-        : out(device)
-        , width(columns)
-    {
-    }
-
-    void print(int depth, const QString &text) { print(depth, text.split(QLatin1Char(' '))); }
-    /// Prints words, which are not broken, with a blank between them.
-    void print(int depth, const QStringList &words)
-    {
-        QString line(depth * indentation, QLatin1Char(' '));
-        if (width <= 0) {
-            write(line + words.join(QLatin1Char(' ')));
-            return;
-        }
-        const QString next(line.size() + indentation, QLatin1Char(' '));
-        bool isEmpty = true;
-        for (const QString &word : words) {
-            if (!isEmpty && !fits(0, line + QLatin1Char(' ') + word)) {
-                write(line);
-                line = next;
-                isEmpty = true;
-            }
-            line += isEmpty ? word : QLatin1Char(' ') + word;
-            isEmpty = false;
-        }
-        write(line);
-    }
-    void printEmpty() { write(QString()); }
-    /// Whether a text needs no second line at this depth.
-    bool fits(int depth, const QString &text) const
-    {
-        return width <= 0 || depth * indentation + columnsOf(text) <= width;
-    }
-
-private:
-    void write(QString line)
-    {
-        while (line.endsWith(QLatin1Char(' ')))
-            line.chop(1);
-        out.write(printable(line).toUtf8() + '\n');
-    }
-
-    QIODevice &out;
-    int width;
-};
 
 /// The table of the changes, as a walk through them requests it.
 class ChangeLines

@@ -1,0 +1,162 @@
+#include "Concord.h"
+
+#include "Answer.h"
+#include "Columns.h"
+#include "ConcordTable.h"
+#include "Descriptor.h"
+#include "LayoutInput.h"
+#include "LocaleText.h"
+#include "OutputDirectory.h"
+#include "OutputFile.h"
+#include "Progress.h"
+#include "compare/Concord.h"
+#include "write/ConcordCsv.h"
+#include "write/ConcordJson.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+using namespace vanlayout;
+
+namespace
+{
+
+/// A file of the result and what writes it.
+struct ConcordFile {
+    QString name;
+    AnswerWriter write;
+};
+
+QString standardName()
+{
+    return QStringLiteral("-");
+}
+
+/// One run of the command.
+class ConcordRun
+{
+public:
+    explicit ConcordRun(const ConcordCall &concordCall)
+        : call(concordCall)
+        , output(QFile::decodeName(call.output.c_str()))
+    {
+        for (const std::string &name : call.files)
+            files.append(QFile::decodeName(name.c_str()));
+        options.language = fromLocale(call.language);
+    }
+
+    int run()
+    {
+        const QString problem = problemWithCall();
+        if (!problem.isEmpty()) {
+            complain(QString(), problem);
+            return statusNoAnswer;
+        }
+        const int status = readFiles();
+        if (status != statusFine)
+            return status;
+        return answerFor(files.constLast(), [this] {
+            concordance = concord(rounds, options);
+            return writeResult();
+        });
+    }
+
+private:
+    QString problemWithCall() const
+    {
+        if (files.size() < 2)
+            return QStringLiteral("concord needs at least two files, one for each round");
+        if (files.count(standardName()) > 1)
+            return QStringLiteral("only one of the files can be standard input");
+        if (call.showsAll && call.format != "table")
+            return QStringLiteral("--all can only be used with --format table; the other forms have all");
+        if (!call.table.empty() && call.format != "csv")
+            return QStringLiteral("--table can only be used with --format csv");
+        if (call.isForExcel && call.format != "csv")
+            return QStringLiteral("--excel can only be used with --format csv");
+        return QString();
+    }
+
+    // All files are read, so that the problems of all are printed.
+    int readFiles()
+    {
+        Progress progress(output == standardName() && isTerminal(1));
+        int status = statusFine;
+        rounds.reserve(files.size());
+        for (int i = 0; i < files.size(); ++i) {
+            progress.begin(files.at(i), i + 1, int(files.size()));
+            status = std::max(status, read(files.at(i)));
+        }
+        return status;
+    }
+    int read(const QString &file)
+    {
+        return answerFor(file, [&] {
+            const Layout layout = readExactLayout(file, {});
+            if (const Problem *error = layout.error())
+                return noAnswerFor(file, messageOf(*error));
+            const QString problem = problemWithLanguage(layout, options.language);
+            if (!problem.isEmpty())
+                return noAnswerFor(file, problem);
+            complainIfReadInPart(layout);
+            rounds.append(layout);
+            return int(statusFine);
+        });
+    }
+
+    int writeResult() const
+    {
+        if (call.format == "csv")
+            return writeCsv();
+        return writeFile(output, [this](QIODevice &device) {
+            if (call.format == "json")
+                writeConcordJson(concordance, device);
+            else
+                printConcordTable(concordance, device,
+                                  { output == standardName() ? terminalWidth() : 0, call.showsAll });
+        });
+    }
+
+    int writeCsv() const
+    {
+        const ConcordCsvOptions csv = { call.isForExcel };
+        const AnswerWriter variables = [&](QIODevice &device) { writeConcordVariablesCsv(concordance, device, csv); };
+        const AnswerWriter codes = [&](QIODevice &device) { writeConcordCodesCsv(concordance, device, csv); };
+        if (call.table.empty() && isDirectoryName(output))
+            return writeInto(
+                { { QStringLiteral("variables.csv"), variables }, { QStringLiteral("codes.csv"), codes } });
+        return writeFile(output, call.table == "codes" ? codes : variables);
+    }
+    int writeInto(const QVector<ConcordFile> &results) const
+    {
+        int status = OutputDirectory(output, QString(), files).make();
+        for (const ConcordFile &result : results) {
+            if (status == statusFine)
+                status = writeFile(inDirectory(output, result.name), result.write);
+        }
+        return status;
+    }
+    int writeFile(const QString &path, const AnswerWriter &write) const
+    {
+        const auto isInput = [&](const QString &file) { return isSameFile(path, file); };
+        if (std::any_of(files.begin(), files.end(), isInput))
+            return noAnswerFor(path, QStringLiteral("is a file to read, and is not overwritten"));
+        return writeAnswer(path, files.constLast(), write);
+    }
+
+    const ConcordCall &call;
+    QString output;
+    QStringList files;
+    ConcordOptions options;
+    QVector<Layout> rounds;
+    Concordance concordance;
+};
+
+} // namespace
+
+int concordLayouts(const ConcordCall &call)
+{
+    bufferOutput();
+    return ConcordRun(call).run();
+}
