@@ -168,6 +168,11 @@ void describeConcord(CLI::App &command, ConcordCall &call)
         .add_option("-o,--output", call.output,
                     "file to write, or directory for two tables; standard output if - or absent")
         ->type_name("OUTPUT");
+    command.add_option("--map", call.map, "map with decisions: which items are the same variable, and which are not")
+        ->type_name("FILE");
+    command
+        .add_option("--write-map", call.writtenMap, "write the map, in which decisions can be entered, to this file")
+        ->type_name("FILE");
     command.add_option("FILE", call.files, "files of the rounds, the earliest first; - is standard input")->required();
 }
 
@@ -419,7 +424,9 @@ private:
                      diffOptions);
         describeConcord(add("concord", "List the variables and codes of several rounds, and what changed.",
                             "  vanlayout concord round1.dcf round2.dcf round3.dcf\n"
-                            "  vanlayout concord --format csv --table codes round1.dcf round2.dcf > codes.csv",
+                            "  vanlayout concord --format csv --table codes round1.dcf round2.dcf > codes.csv\n"
+                            "  vanlayout concord --write-map map.csv round1.dcf round2.dcf\n"
+                            "  vanlayout concord --map map.csv round1.dcf round2.dcf",
                             [this](int, char **) { return concordLayouts(concordCall); }),
                         concordCall);
         describeCodebook(add("codebook", "Write the codebook of each FILE as an HTML page.",

@@ -10,8 +10,10 @@
 #include "OutputFile.h"
 #include "Progress.h"
 #include "compare/Concord.h"
+#include "read/ConcordMap.h"
 #include "write/ConcordCsv.h"
 #include "write/ConcordJson.h"
+#include "write/ConcordMapCsv.h"
 
 #include <QFile>
 
@@ -40,6 +42,8 @@ public:
     explicit ConcordRun(const ConcordCall &concordCall)
         : call(concordCall)
         , output(QFile::decodeName(call.output.c_str()))
+        , map(QFile::decodeName(call.map.c_str()))
+        , writtenMap(QFile::decodeName(call.writtenMap.c_str()))
     {
         for (const std::string &name : call.files)
             files.append(QFile::decodeName(name.c_str()));
@@ -57,8 +61,8 @@ public:
         if (status != statusFine)
             return status;
         return answerFor(files.constLast(), [this] {
-            concordance = concord(rounds, options);
-            return writeResult();
+            const int statusOfMap = map.isEmpty() ? int(statusFine) : readMap();
+            return statusOfMap == statusFine ? compareRounds() : statusOfMap;
         });
     }
 
@@ -75,6 +79,8 @@ private:
             return QStringLiteral("--table can only be used with --format csv");
         if (call.isForExcel && call.format != "csv")
             return QStringLiteral("--excel can only be used with --format csv");
+        if (writtenMap == standardName() && output == standardName())
+            return QStringLiteral("only one of -o and --write-map can be standard output");
         return QString();
     }
 
@@ -105,6 +111,38 @@ private:
         });
     }
 
+    int readMap()
+    {
+        QFile file(map);
+        if (!file.open(QIODevice::ReadOnly))
+            return noAnswerFor(map, QStringLiteral("cannot be read: ") + file.errorString());
+        const ConcordMap decided = readConcordMap(file, rounds);
+        if (file.error() != QFileDevice::NoError)
+            return noAnswerFor(map, QStringLiteral("cannot be read: ") + file.errorString());
+        for (const ConcordMapProblem &problem : decided.problems)
+            complainOfFile(map,
+                           problem.line == 0 ? problem.message
+                                             : QStringLiteral("line %1: %2").arg(problem.line).arg(problem.message));
+        options.decisions = decided.decisions;
+        return decided.problems.isEmpty() ? statusFine : statusNoAnswer;
+    }
+
+    int compareRounds()
+    {
+        concordance = concord(rounds, options);
+        for (const QString &problem : qAsConst(concordance.problems))
+            complainOfFile(map, problem);
+        if (!concordance.problems.isEmpty())
+            return statusNoAnswer;
+        const int status = writtenMap.isEmpty() ? int(statusFine) : writeMap();
+        return status == statusFine ? writeResult() : status;
+    }
+
+    int writeMap() const
+    {
+        return writeFile(writtenMap,
+                         [this](QIODevice &device) { writeConcordMap(concordance, options.decisions, device); });
+    }
     int writeResult() const
     {
         if (call.format == "csv")
@@ -140,13 +178,15 @@ private:
     int writeFile(const QString &path, const AnswerWriter &write) const
     {
         const auto isInput = [&](const QString &file) { return isSameFile(path, file); };
-        if (std::any_of(files.begin(), files.end(), isInput))
+        if (std::any_of(files.begin(), files.end(), isInput) || (!map.isEmpty() && isInput(map)))
             return noAnswerFor(path, QStringLiteral("is a file to read, and is not overwritten"));
         return writeAnswer(path, files.constLast(), write);
     }
 
     const ConcordCall &call;
     QString output;
+    QString map;        // empty for none
+    QString writtenMap; // empty for none
     QStringList files;
     ConcordOptions options;
     QVector<Layout> rounds;

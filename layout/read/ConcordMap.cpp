@@ -1,0 +1,269 @@
+#include "read/ConcordMap.h"
+
+#include "compare/RoundNames.h"
+#include "read/CsvTable_p.h"
+#include "util/KeyedHash_p.h"
+
+#include <QIODevice>
+
+#include <array>
+#include <vector>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+using Place = ConcordDecision::Place;
+
+/// The items of the rounds by name.
+class RoundItems
+{
+public:
+    explicit RoundItems(const QVector<Layout> &layouts)
+        : rounds(layouts)
+        , placesOf(size_t(layouts.size()))
+    {
+    }
+
+    /// The item that a place names, with the names of the layout, or the problem with it.
+    Place find(const Place &wanted, QString &problem)
+    {
+        const QVector<Place> all = placesIn(wanted.round, wanted.item);
+        QVector<Place> found;
+        for (const Place &place : all) {
+            if (isSame(wanted.level, place.level) && isSame(wanted.record, place.record))
+                found.append(place);
+        }
+        if (found.isEmpty())
+            problem = QStringLiteral("there is no item %1").arg(nameOf(wanted));
+        else if (found.size() > 1)
+            problem = QStringLiteral("several items are named %1; give level and record").arg(nameOf(wanted));
+        return found.isEmpty() ? wanted : found.constFirst();
+    }
+
+private:
+    static bool isSame(const QString &wanted, const QString &name)
+    {
+        return wanted.isEmpty() || wanted.compare(name, Qt::CaseInsensitive) == 0;
+    }
+    QString nameOf(const Place &place) const
+    {
+        const QString inRecord = place.record.isEmpty() ? place.item : place.record + QLatin1Char('.') + place.item;
+        return inRecord + QLatin1String(" in ") + rounds.at(place.round).file;
+    }
+
+    // A spreadsheet file has an apostrophe before a name that looks like a formula.
+    QVector<Place> placesIn(int round, const QString &item)
+    {
+        const KeyedMap<QString, QVector<Place>> &places = indexOf(round);
+        const auto found = places.find(item.toLower());
+        if (found != places.end())
+            return found->second;
+        const auto guarded = item.startsWith(QLatin1Char('\'')) ? places.find(item.mid(1).toLower()) : places.end();
+        return guarded == places.end() ? QVector<Place>() : guarded->second;
+    }
+    const KeyedMap<QString, QVector<Place>> &indexOf(int round)
+    {
+        KeyedMap<QString, QVector<Place>> &index = placesOf[size_t(round)];
+        if (!index.empty())
+            return index;
+        for (const Level &level : rounds.at(round).levels) {
+            add(index, round, level.name, QStringLiteral("(ids)"), level.ids);
+            for (const Record &record : level.records)
+                add(index, round, level.name, record.name, record.items);
+        }
+        return index;
+    }
+    static void add(KeyedMap<QString, QVector<Place>> &index, int round, const QString &level, const QString &record,
+                    const QVector<Item> &items)
+    {
+        for (const Item &item : items) {
+            QVector<Place> &places = index[item.name.toLower()];
+            // A name that occurs again in the same record cannot be selected.
+            if (places.isEmpty() || places.constLast().record != record || places.constLast().level != level)
+                places.append({ round, level, record, item.name });
+        }
+    }
+
+    const QVector<Layout> &rounds;
+    std::vector<KeyedMap<QString, QVector<Place>>> placesOf; // by round, made when it is needed
+};
+
+QStringList filesOf(const QVector<Layout> &rounds)
+{
+    QStringList files;
+    for (const Layout &layout : rounds)
+        files.append(layout.file);
+    return files;
+}
+
+/// Finds rounds by their names.
+class RoundFinder
+{
+public:
+    explicit RoundFinder(const QVector<Layout> &rounds)
+        : files(filesOf(rounds))
+        , names(roundNames(files))
+    {
+    }
+
+    static constexpr int none = -1;
+
+    /// The index of the round with a name; none if no round, or more than one, has it.
+    int find(const QString &name) const
+    {
+        const int index = names.indexOf(name);
+        if (index >= 0)
+            return index;
+        const QString end = QLatin1Char('/') + name;
+        int found = none;
+        for (int i = 0; i < files.size(); ++i) {
+            if (files.at(i) != name && !files.at(i).endsWith(end))
+                continue;
+            if (found != none)
+                return none;
+            found = i;
+        }
+        return found;
+    }
+
+private:
+    QStringList files;
+    QStringList names;
+};
+
+/// Reads the rows of a map.
+class MapReader
+{
+public:
+    explicit MapReader(const QVector<Layout> &rounds)
+        : items(rounds)
+        , finder(rounds)
+    {
+    }
+
+    ConcordMap read(const CsvTable &table)
+    {
+        if (!table.problem.isEmpty())
+            fail(table.line, table.problem);
+        else if (table.rows.isEmpty())
+            fail(1, QStringLiteral("the map has no line of heads"));
+        else if (readHeads(table.rows.constFirst()))
+            readRows(table);
+        return map;
+    }
+
+private:
+    enum Column {
+        DecisionColumn,
+        RoundColumn,
+        LevelColumn,
+        RecordColumn,
+        ItemColumn,
+        OtherRoundColumn,
+        OtherLevelColumn,
+        OtherRecordColumn,
+        OtherItemColumn,
+        columnCount
+    };
+
+    void fail(int line, const QString &message) { map.problems.append({ line, message }); }
+
+    bool readHeads(const CsvRow &row)
+    {
+        static const std::array<const char *, columnCount> heads
+            = { "decision",    "round",       "level",        "record",    "item",
+                "other_round", "other_level", "other_record", "other_item" };
+        for (int column = 0; column < columnCount; ++column) {
+            const QString head = QLatin1String(heads.at(size_t(column)));
+            indexes[size_t(column)] = -1;
+            for (int i = 0; i < row.cells.size() && indexes[size_t(column)] < 0; ++i) {
+                if (row.cells.at(i).trimmed().compare(head, Qt::CaseInsensitive) == 0)
+                    indexes[size_t(column)] = i;
+            }
+            if (indexes[size_t(column)] < 0 && !isOptional(Column(column)))
+                fail(row.line, QStringLiteral("the map has no column %1").arg(head));
+        }
+        width = int(row.cells.size());
+        return map.problems.isEmpty();
+    }
+    static bool isOptional(Column column)
+    {
+        return column == LevelColumn || column == RecordColumn || column == OtherLevelColumn
+            || column == OtherRecordColumn;
+    }
+
+    void readRows(const CsvTable &table)
+    {
+        for (int i = 1; i < table.rows.size(); ++i) {
+            const QString problem = readRow(table.rows.at(i));
+            if (!problem.isEmpty())
+                fail(table.rows.at(i).line, problem);
+        }
+    }
+    // Returns the problem with the row; empty if there is none.
+    QString readRow(const CsvRow &row)
+    {
+        if (row.cells.size() > width)
+            return QStringLiteral("the row has %1 cells, the line of heads %2").arg(row.cells.size()).arg(width);
+        const QString word = cellOf(row, DecisionColumn).toLower();
+        if (word.isEmpty())
+            return QString();
+        if (word != QLatin1String("same") && word != QLatin1String("different"))
+            return QStringLiteral("the decision is %1; write same or different").arg(word);
+        ConcordDecision decision;
+        decision.isSame = word == QLatin1String("same");
+        QString problem;
+        decision.one = placeOf(row, RoundColumn, problem);
+        decision.other = placeOf(row, OtherRoundColumn, problem);
+        if (problem.isEmpty() && decision.one.round == decision.other.round)
+            problem = QStringLiteral("both items are of the same round");
+        if (problem.isEmpty())
+            map.decisions.append(decision);
+        return problem;
+    }
+    QString cellOf(const CsvRow &row, int column) const { return row.cells.value(indexes[size_t(column)]).trimmed(); }
+    // The item whose columns begin with this one. Only the first problem of a row is kept.
+    Place placeOf(const CsvRow &row, Column first, QString &problem)
+    {
+        const QString round = cellOf(row, first);
+        const Place wanted
+            = { finder.find(round), cellOf(row, first + LevelColumn - RoundColumn),
+                cellOf(row, first + RecordColumn - RoundColumn), cellOf(row, first + ItemColumn - RoundColumn) };
+        if (!problem.isEmpty())
+            return wanted;
+        const char *const prefix = first == RoundColumn ? "" : "other_";
+        if (round.isEmpty())
+            problem = QStringLiteral("%1round is empty; name the file of the round").arg(QLatin1String(prefix));
+        else if (wanted.round == RoundFinder::none)
+            problem = QStringLiteral("%1 names none or several of the files").arg(round);
+        else if (wanted.item.isEmpty())
+            problem = QStringLiteral("%1item is empty; name an item").arg(QLatin1String(prefix));
+        else
+            return items.find(wanted, problem);
+        return wanted;
+    }
+
+    RoundItems items;
+    RoundFinder finder;
+    std::array<int, columnCount> indexes = {};
+    int width = 0;
+    ConcordMap map;
+};
+
+} // namespace
+
+ConcordMap readConcordMap(QIODevice &device, const QVector<Layout> &rounds)
+{
+    ConcordMap map;
+    const QByteArray bytes = device.read(maxConcordMapSize + 1);
+    if (bytes.size() > maxConcordMapSize)
+        map.problems.append({ 0, QStringLiteral("a map can have at most 256 MiB") });
+    else
+        map = MapReader(rounds).read(readCsvTable(bytes));
+    return map;
+}
+
+} // namespace vanlayout
