@@ -132,11 +132,7 @@ private Q_SLOTS:
         const auto row = [](const char *name, const QByteArray &bytes, const QStringList &decisions) {
             QTest::newRow(name) << bytes << decisions;
         };
-        row("columns in another order",
-            "other_item,other_round,mine,item,round,Decision
-            A,
-            one.dcf, x, A, two.dcf,
-            same ",
+        row("columns in another order", "other_item,other_round,mine,item,round,Decision\nA,one.dcf,x,A,two.dcf,same\n",
             { "1:L.R.A is 0:L.R.A" });
         row("levels and records",
             "decision,round,level,record,item,other_round,other_level,other_record,other_item\n"
