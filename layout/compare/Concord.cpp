@@ -145,11 +145,11 @@ Concordance concord(const QVector<Layout> &rounds, const ConcordOptions &options
         concordance.rounds.append(layout.file);
         items.emplace_back(layout);
     }
-    const ConcordMatching matching(items);
+    ConcordMatching matching(items);
     ConcordChain chain(items);
     for (int round = 0; round < rounds.size(); ++round) {
         const QVector<int> undecided(items[size_t(round)].size(), ConcordMatching::none);
-        chain.add(round, matching.match({ chain.latest(), round, undecided, nullptr }));
+        chain.add(round, matching.match({ chain.latest(), chain.inOrder(), round, undecided, nullptr }));
     }
     const ConcordTables tables(items, options.language);
     const QVector<int> variables = chain.inOrder();

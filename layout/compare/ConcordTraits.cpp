@@ -1,0 +1,207 @@
+#include "compare/ConcordTraits_p.h"
+
+#include "text/Words_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+bool isDigit(QChar unit)
+{
+    return unit >= QLatin1Char('0') && unit <= QLatin1Char('9');
+}
+
+// The text with each number without leading zeros.
+QString withoutZeros(const QString &text)
+{
+    QString result;
+    for (int i = 0; i < text.size(); ++i) {
+        const bool isLeading = text.at(i) == QLatin1Char('0') && (i == 0 || !isDigit(text.at(i - 1)));
+        int next = i;
+        while (isLeading && next + 1 < text.size() && text.at(next) == QLatin1Char('0') && isDigit(text.at(next + 1)))
+            ++next;
+        i = next;
+        result += text.at(i);
+    }
+    return result;
+}
+
+// Whether there is a word of at least four letters, or the name is made of letters alone.
+bool isMnemonic(const QString &name)
+{
+    int letters = 0;
+    int most = 0;
+    bool hasDigit = false;
+    for (const QChar unit : name) {
+        letters = unit.isLetter() ? letters + 1 : 0;
+        most = std::max(most, letters);
+        hasDigit = hasDigit || unit.isDigit();
+    }
+    return most >= 4 || !hasDigit;
+}
+
+} // namespace
+
+ConcordCorpus::ConcordCorpus(const std::vector<ConcordRound> &rounds)
+{
+    labelList.emplace_back();
+    nameWordList.emplace_back();
+    valueListList.emplace_back();
+    int items = 0;
+    traits.reserve(rounds.size());
+    for (const ConcordRound &round : rounds) {
+        traits.emplace_back();
+        traits.back().reserve(size_t(round.size()));
+        for (const RoundItem &item : round.items()) {
+            traits.back().push_back(traitsOf(round, item));
+            count(traits.back().back());
+        }
+        items += round.size();
+    }
+    labelWords.terms().weigh(int(rounds.size()), items);
+    nameTerms.weigh(int(rounds.size()), items);
+    valueTerms.weigh(int(rounds.size()), items);
+    perRound = double(items) / double(std::max<size_t>(rounds.size(), 1));
+}
+
+void ConcordCorpus::count(const ConcordTraits &item)
+{
+    ConcordTerms::List words;
+    for (const ConcordText &text : item.texts)
+        words.insert(words.end(), labelList[size_t(text.label)].begin(), labelList[size_t(text.label)].end());
+    labelWords.terms().count(ConcordTerms::sorted(std::move(words)));
+    nameTerms.count(nameWordList[size_t(item.name.words)]);
+    const ConcordValueList &values = valueListList[size_t(item.values)];
+    valueTerms.count(values.labelled);
+    valueTerms.count(values.labels);
+    valueTerms.count(values.codes);
+}
+
+ConcordTraits ConcordCorpus::traitsOf(const ConcordRound &round, const RoundItem &place)
+{
+    const Item &item = *place.item;
+    ConcordTraits made;
+    made.name = nameOf(item.name);
+    for (const Label &part : item.labels.parts) {
+        const int label = labelOf(part.text, item.name);
+        if (label > 0)
+            made.texts.push_back({ languages.of(part.language.toCaseFolded()), label });
+    }
+    made.values = valuesOf(item);
+    made.container = names.of(QString::number(place.depth) + QLatin1Char('/') + place.recordName().toCaseFolded());
+    made.type = types.of(item.type);
+    made.length = item.length;
+    made.decimals = item.decimals;
+    made.occurrences = item.occurrences;
+    made.isSubitem = item.isSubitem;
+    made.isId = !place.record;
+    made.isDictionary = round.isDictionary();
+    return made;
+}
+
+ConcordName ConcordCorpus::nameOf(const QString &name)
+{
+    const QString folded = name.toCaseFolded();
+    const auto digit = std::find_if(folded.begin(), folded.end(), isDigit);
+    const int prefix = int(digit - folded.begin());
+    ConcordName parts;
+    parts.whole = names.of(folded);
+    parts.prefix = names.of(folded.left(prefix) + QLatin1Char('*'));
+    parts.section = names.of(folded.left(prefix + 1) + QLatin1Char('*'));
+    if (prefix < folded.size())
+        parts.rest = names.of(QLatin1Char('*') + withoutZeros(folded.mid(prefix)));
+    parts.words = nameWordsOf(folded);
+    parts.isMnemonic = isMnemonic(folded);
+    return parts;
+}
+
+int ConcordCorpus::nameWordsOf(const QString &foldedName)
+{
+    constexpr int minLetters = 3;
+    const auto [found, isNew] = wordsOfName.emplace(foldedName, 0);
+    if (!isNew)
+        return found->second;
+    ConcordTerms::List words;
+    QString word;
+    const auto add = [&] {
+        if (word.size() >= minLetters)
+            words.push_back(nameTerms.numberOf(word));
+        word.clear();
+    };
+    for (const QChar unit : foldedName) {
+        if (unit.isLetter())
+            word += unit;
+        else
+            add();
+    }
+    add();
+    if (!words.empty()) {
+        found->second = int(nameWordList.size());
+        nameWordList.push_back(ConcordTerms::sorted(std::move(words)));
+    }
+    return found->second;
+}
+
+int ConcordCorpus::labelOf(const QString &text, const QString &name)
+{
+    const QString stripped = withoutQuestionNumber(text, name);
+    const auto [found, isNew] = labelOfText.emplace(stripped, 0);
+    if (isNew) {
+        const ConcordTerms::List words = labelWords.wordsOfLabel(stripped, QString());
+        if (!words.empty()) {
+            found->second = int(labelList.size());
+            labelList.push_back(words);
+        }
+    }
+    return found->second;
+}
+
+int ConcordCorpus::valuesOf(const Item &item)
+{
+    constexpr int maxTerms = 300;
+    const ValueSet *const set = codedSetOf(item);
+    if (!set)
+        return 0;
+    const CodeType type = codeTypeOf(item);
+    ConcordValueList list;
+    for (const Value &value : set->values) {
+        const QString text = value.labels.primary();
+        const auto [form, isNew] = formOfLabel.emplace(text, QString());
+        if (isNew)
+            form->second = wordsOf(text).join(QLatin1Char(' '));
+        if (!form->second.isEmpty())
+            list.labels.push_back(valueTerms.numberOf(form->second));
+        for (const Range &range : value.ranges) {
+            const CodeKey key = keyOf(value, range, type);
+            const QString code = QLatin1Char('=') + key.from + QLatin1Char(':') + key.to;
+            list.codes.push_back(valueTerms.numberOf(code));
+            if (!form->second.isEmpty())
+                list.labelled.push_back(valueTerms.numberOf(form->second + code));
+        }
+        if (list.codes.size() > maxTerms)
+            break;
+    }
+    return listOf(list);
+}
+
+int ConcordCorpus::listOf(const ConcordValueList &list)
+{
+    ConcordValueList sorted
+        = { ConcordTerms::sorted(list.labelled), ConcordTerms::sorted(list.labels), ConcordTerms::sorted(list.codes) };
+    QString key;
+    for (const ConcordTerms::List *const terms : { &sorted.labelled, &sorted.labels, &sorted.codes }) {
+        for (const int term : *terms)
+            key += QString::number(term) + QLatin1Char(' ');
+        key += QLatin1Char('/');
+    }
+    const auto [found, isNew] = listOfKey.emplace(key, int(valueListList.size()));
+    if (isNew)
+        valueListList.push_back(std::move(sorted));
+    return found->second;
+}
+
+} // namespace vanlayout

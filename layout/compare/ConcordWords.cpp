@@ -1,0 +1,216 @@
+#include "compare/ConcordWords_p.h"
+
+#include "text/Words_p.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <array>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+// Words with little meaning in the languages of most surveys: English, French, Spanish, Portuguese.
+const KeyedSet<QString> &fillers()
+{
+    static const KeyedSet<QString> words = [] {
+        const QStringList list
+            = QStringLiteral(
+                  "a an the of in on at to for from by with and or is are was were be been do does did has have had "
+                  "this that these those it its any you your he she they his her their him them s what which who "
+                  "how if as "
+                  "le la les l un une des du de d et ou en au aux dans sur pour par est sont a ce cette ces il "
+                  "elle qui que quel quelle quels quelles avez vous votre vos son sa ses on "
+                  "el los las una unos del y o en con por para es su sus que cual ha este esta "
+                  "os as um uma do da dos das e ou no na nos nas ao com seu sua qual")
+                  .split(QLatin1Char(' '));
+        return KeyedSet<QString>(list.begin(), list.end());
+    }();
+    return words;
+}
+
+struct Abbreviation {
+    const char *text;
+    const char *word;
+};
+
+// Abbreviations that are not the beginning of their word.
+constexpr Abbreviation abbreviations[] = {
+    { "no", "number" },       { "nr", "number" },    { "nb", "nombre" },      { "nbr", "number" },
+    { "nbre", "nombre" },     { "hh", "household" }, { "hhld", "household" }, { "hld", "household" },
+    { "yr", "year" },         { "yrs", "year" },     { "qty", "quantity" },   { "dk", "know" },
+    { "govt", "government" }, { "pct", "percent" },  { "wk", "week" },        { "mth", "month" },
+    { "hr", "hour" },         { "hrs", "hour" },     { "pers", "person" },    { "gender", "sex" },
+};
+
+bool isNumber(const QString &word)
+{
+    return !word.isEmpty() && std::all_of(word.begin(), word.end(), [](QChar unit) { return unit.isDigit(); });
+}
+
+// The word without the endings of plurals in English and Romance languages.
+QString stemOf(const QString &word)
+{
+    QString stem = word;
+    if (stem.size() > 4 && stem.endsWith(QLatin1String("ies")))
+        stem = stem.left(stem.size() - 3) + QLatin1Char('y');
+    else if (stem.size() > 3 && (stem.endsWith(QLatin1Char('s')) || stem.endsWith(QLatin1Char('x'))))
+        stem.chop(1);
+    if (stem.size() > 4 && stem.endsWith(QLatin1Char('e')))
+        stem.chop(1);
+    return stem;
+}
+
+QString commonForm(const QString &word)
+{
+    const auto *const known
+        = std::find_if(std::begin(abbreviations), std::end(abbreviations),
+                       [&](const Abbreviation &abbreviation) { return word == QLatin1String(abbreviation.text); });
+    return stemOf(known != std::end(abbreviations) ? QString(QLatin1String(known->word)) : word);
+}
+
+/// The number of typing errors between two words, if it is at most 2: each error is a letter that is missing, wrong or
+/// exchanged with the next one.
+int typingErrors(const QString &one, const QString &other)
+{
+    constexpr int most = 24;
+    const int rows = int(one.size());
+    const int columns = int(other.size());
+    if (rows > most || columns > most || std::abs(rows - columns) > 2)
+        return 3;
+    std::array<std::array<int, most + 1>, most + 1> errors;
+    for (int i = 0; i <= rows; ++i) {
+        for (int j = 0; j <= columns; ++j) {
+            int &least = errors[size_t(i)][size_t(j)];
+            least = i == 0 ? j : i;
+            if (i == 0 || j == 0)
+                continue;
+            const int wrong = one.at(i - 1) == other.at(j - 1) ? 0 : 1;
+            least = std::min({ errors[size_t(i - 1)][size_t(j)] + 1, errors[size_t(i)][size_t(j - 1)] + 1,
+                               errors[size_t(i - 1)][size_t(j - 1)] + wrong });
+            if (i > 1 && j > 1 && one.at(i - 1) == other.at(j - 2) && one.at(i - 2) == other.at(j - 1))
+                least = std::min(least, errors[size_t(i - 2)][size_t(j - 2)] + 1);
+        }
+    }
+    return errors[size_t(rows)][size_t(columns)];
+}
+
+int commonBeginning(const QString &one, const QString &other)
+{
+    const int most = int(std::min(one.size(), other.size()));
+    int count = 0;
+    while (count < most && one.at(count) == other.at(count))
+        ++count;
+    return count;
+}
+
+} // namespace
+
+QString withoutQuestionNumber(const QString &label, const QString &name)
+{
+    static const QRegularExpression numbered(
+        QStringLiteral("^\\s*[\\(\\[]?(?:[A-Za-z]{0,4}[0-9]{1,4}[A-Za-z]?(?:[._/-][0-9A-Za-z]{1,3})*|[A-Za-z])"
+                       "[\\)\\]]?\\s*[.:\\)\\]=-](?=[\\s\\p{L}(])[\\s.:\\)=-]*"));
+    static const QRegularExpression letters(
+        QStringLiteral("^\\s*[A-Za-z]{1,4}[0-9]{1,4}[A-Za-z]?(?:[._-][0-9A-Za-z]{1,3})*\\s+"));
+    QString text = label.trimmed();
+    if (!name.isEmpty() && text.startsWith(name, Qt::CaseInsensitive)
+        && (text.size() == name.size() || !text.at(name.size()).isLetterOrNumber())) {
+        int begin = int(name.size());
+        while (begin < text.size() && !text.at(begin).isLetterOrNumber())
+            ++begin;
+        text = text.mid(begin);
+    }
+    for (const QRegularExpression *const pattern : { &numbered, &letters }) {
+        const QRegularExpressionMatch match = pattern->match(text);
+        if (match.hasMatch() && match.capturedLength() < text.size())
+            return text.mid(match.capturedLength());
+    }
+    return text;
+}
+
+int ConcordWords::numberOf(const QString &word)
+{
+    const int before = words.size();
+    const int number = words.numberOf(commonForm(word));
+    constexpr double ofFiller = 0.7;
+    if (number == before && fillers().count(word) > 0)
+        words.limit(number, ofFiller);
+    return number;
+}
+
+ConcordTerms::List ConcordWords::wordsOfLabel(const QString &label, const QString &name)
+{
+    constexpr int maxWords = 40;
+    const QStringList list = vanlayout::wordsOf(withoutQuestionNumber(label, name).left(1000));
+    ConcordTerms::List numbers;
+    for (const QString &word : list) {
+        if (numbers.size() < maxWords)
+            numbers.push_back(numberOf(word));
+    }
+    return ConcordTerms::sorted(std::move(numbers));
+}
+
+double ConcordWords::similarity(const QString &one, const QString &other)
+{
+    constexpr double ofAbbreviation = 0.7;
+    constexpr double ofTypingError = 0.8;
+    constexpr double ofBeginning = 0.6;
+    if (isNumber(one) || isNumber(other))
+        return 0;
+    const int shorter = int(std::min(one.size(), other.size()));
+    const int longer = int(std::max(one.size(), other.size()));
+    const int same = commonBeginning(one, other);
+    if (same == shorter && shorter >= 3 && longer >= 5)
+        return ofAbbreviation;
+    if (shorter >= 5 && typingErrors(one, other) <= (shorter >= 9 ? 2 : 1))
+        return ofTypingError;
+    return same >= 5 && same * 5 >= shorter * 3 ? ofBeginning : 0;
+}
+
+double ConcordWords::knownSimilarity(int one, int other)
+{
+    constexpr size_t maxKnown = 1000000;
+    if (similarities.size() > maxKnown)
+        similarities.clear();
+    const auto [found, isNew] = similarities.emplace((quint64(one) << 32) | quint64(other), 0);
+    if (isNew)
+        found->second = similarity(words.textOf(one), words.textOf(other));
+    return found->second;
+}
+
+ConcordOverlap ConcordWords::overlapOfLabels(const ConcordTerms::List &one, const ConcordTerms::List &other)
+{
+    ConcordTerms::List left;
+    ConcordTerms::List right;
+    std::set_difference(one.begin(), one.end(), other.begin(), other.end(), std::back_inserter(left));
+    std::set_difference(other.begin(), other.end(), one.begin(), one.end(), std::back_inserter(right));
+    ConcordOverlap overlap = overlapOf(words, one, other);
+    const auto hasNumber = [&](const ConcordTerms::List &list) {
+        return std::any_of(list.begin(), list.end(), [&](int word) { return isNumber(words.textOf(word)); });
+    };
+    overlap.haveOtherNumbers = hasNumber(left) && hasNumber(right);
+    for (const int word : left) {
+        double best = 0;
+        auto partner = right.end();
+        for (auto candidate = right.begin(); candidate != right.end(); ++candidate) {
+            const double similarity = knownSimilarity(word, *candidate);
+            if (similarity > best) {
+                best = similarity;
+                partner = candidate;
+            }
+        }
+        if (partner == right.end())
+            continue;
+        const double both = best * (words.weightOf(word) + words.weightOf(*partner));
+        overlap.common += both / 2;
+        overlap.different -= both;
+        right.erase(partner);
+    }
+    return overlap;
+}
+
+} // namespace vanlayout
