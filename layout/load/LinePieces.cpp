@@ -13,19 +13,11 @@ namespace
 constexpr int utf8Bytes = 4;        // of a character, at most
 constexpr int windows1252Bytes = 3; // of a character of windows-1252 in UTF-8, at most
 
-int lastColumnOfLines(const LoadPlan &plan)
-{
-    int last = plan.recordType ? plan.recordType->start - 1 + plan.recordType->length : 1;
-    for (const PlannedTable &table : plan.tables)
-        last = std::max(last, lastColumnOf(table));
-    return last;
-}
-
 } // namespace
 
 LinePieces::LinePieces(const LoadPlan &plan)
     : bytesOfCharacter(plan.options.encoding == DataEncoding::Utf8 ? utf8Bytes : windows1252Bytes)
-    , last(lastColumnOfLines(plan))
+    , last(lastColumnOf(plan))
     , pieces(qint64(last) * bytesOfCharacter <= length ? 1 : std::max(2, (last - 1) / step + 1))
 {
 }

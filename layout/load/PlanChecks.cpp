@@ -1,5 +1,6 @@
 #include "PlanChecks_p.h"
 
+#include "PlanLists_p.h"
 #include "write/Columns_p.h"
 #include "write/Exportable.h"
 
@@ -76,6 +77,8 @@ QString problemWithRecordType(const Layout &layout)
             .arg(maxMarkLength);
     if (columns.length > 0 && columns.start < 1)
         return QStringLiteral("has no start for the columns of the record type");
+    if (columns.length > 0 && columns.start >= std::numeric_limits<int>::max() - columns.length)
+        return QStringLiteral("has a record type with columns beyond any line");
     KeyedMap<QString, QString> known;
     for (const Level &level : layout.levels) {
         for (const Record &record : level.records) {
@@ -95,8 +98,6 @@ QString problemWithItem(const Item &item)
         return QString();
     if (item.start < 1 || item.length < 1)
         return QStringLiteral("has an item without columns: %1").arg(item.name);
-    if (item.start > std::numeric_limits<int>::max() - item.length)
-        return QStringLiteral("has an item with columns beyond any line: %1").arg(item.name);
     if (item.isNumeric() && item.length > maxNumberLength)
         return QStringLiteral("has a number of more than %1 characters: %2").arg(maxNumberLength).arg(item.name);
     if (item.decimals > maxDecimals)
@@ -104,10 +105,46 @@ QString problemWithItem(const Item &item)
     return QString();
 }
 
+// The last column of an item, in the last occurrence of the item that it is a part of.
+qint64 lastColumnOfItem(const Item &item, const Item &outer)
+{
+    constexpr int overflow = std::numeric_limits<int>::max();
+    const auto shift = [](const Item &each) { return qint64(std::max(each.occurrences, 1) - 1) * each.length; };
+    const qint64 outerShift = item.isSubitem ? std::min(shift(outer), qint64(overflow)) : 0;
+    return qint64(item.start) - 1 + item.length + std::min(shift(item), qint64(overflow)) + outerShift;
+}
+
 QString problemWithItems(const QVector<Item> &items)
 {
     for (const Item &item : items) {
-        const QString problem = problemWithItem(item);
+        QString problem = problemWithItem(item);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return QString();
+}
+
+// Columns are numbers of the type int.
+QString problemWithFarItems(const QVector<Item> &items)
+{
+    const Item *outer = nullptr;
+    for (const Item &item : items) {
+        if (!item.isSubitem || !outer)
+            outer = &item;
+        if (kindOf(item) != ValueKind::Binary && lastColumnOfItem(item, *outer) >= std::numeric_limits<int>::max())
+            return QStringLiteral("has an item with columns beyond any line: %1").arg(item.name);
+    }
+    return QString();
+}
+
+QString problemWithFarItems(const Layout &layout, const RecordSelection &loaded)
+{
+    for (const Level &level : layout.levels) {
+        QString problem = problemWithFarItems(level.ids);
+        for (const Record &record : level.records) {
+            if (problem.isEmpty() && loaded.holds(record))
+                problem = problemWithFarItems(record.items);
+        }
         if (!problem.isEmpty())
             return problem;
     }
@@ -213,7 +250,9 @@ QString problemWithLayout(const Layout &layout, const LoadOptions &options)
     const RecordSelection loaded(options.records);
     if (problem.isEmpty())
         problem = problemWithLevels(layout, loaded);
-    return problem.isEmpty() ? problemWithSize(layout, loaded) : problem;
+    if (problem.isEmpty())
+        problem = problemWithSize(layout, loaded);
+    return problem.isEmpty() ? problemWithFarItems(layout, loaded) : problem;
 }
 
 QString problemWithPlan(const LoadPlan &plan, const TargetRules &rules)
@@ -222,6 +261,10 @@ QString problemWithPlan(const LoadPlan &plan, const TargetRules &rules)
         return QStringLiteral(
             "needs another name of the data file: PSPP would run a path with | at its end as a command");
     QString problem = problemWithLabels(plan);
+    if (problem.isEmpty() && rules.maxLine > 0 && lastColumnOf(plan) > rules.maxLine)
+        problem
+            = QStringLiteral("has lines of %1 characters, and %2 reads at most %3; leave records out with --records")
+                  .arg(QString::number(lastColumnOf(plan)), QLatin1String(rules.word), QString::number(rules.maxLine));
     for (const PlannedTable &table : plan.tables) {
         if (problem.isEmpty())
             problem = problemWithTable(table, rules);

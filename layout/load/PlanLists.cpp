@@ -25,6 +25,14 @@ int lastColumnOf(const PlannedTable &table)
     return last;
 }
 
+int lastColumnOf(const LoadPlan &plan)
+{
+    int last = plan.recordType ? plan.recordType->start - 1 + plan.recordType->length : 1;
+    for (const PlannedTable &table : plan.tables)
+        last = std::max(last, lastColumnOf(table));
+    return last;
+}
+
 QByteArray freePrefix(const QStringList &names, Qt::CaseSensitivity sensitivity)
 {
     QByteArray prefix = "_van_";

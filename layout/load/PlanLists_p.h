@@ -17,6 +17,8 @@ QStringList columnNames(const PlannedTable &table);
 
 /// The last column of the lines of a table, 1-based.
 int lastColumnOf(const PlannedTable &table);
+/// That of all tables and of the record type.
+int lastColumnOf(const LoadPlan &plan);
 
 /// The beginning of names that a program makes for itself: `_van_`, with further `_` if one of the names begins so.
 QByteArray freePrefix(const QStringList &names, Qt::CaseSensitivity sensitivity);

@@ -303,7 +303,7 @@ private:
 
     QString labelOf(const PlannedTable &table, const Column &column) const
     {
-        const QString label = oneLine(column.item->labels.in(plan.options.language));
+        QString label = oneLine(column.item->labels.in(plan.options.language));
         QStringList numbers;
         if (column.occurrence > 0 && !table.isItemTable())
             numbers.append(occurrenceText(column.label, column.occurrence));

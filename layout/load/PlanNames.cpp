@@ -95,7 +95,7 @@ QString PlanNames::numbered(const QString &wanted)
         const QString stem = cutTo(wanted, limit);
         int &number = next[keyOf(stem)];
         for (number = std::max(number, first); number < end; ++number) {
-            const QString name = stem + QLatin1Char('_') + QString::number(number);
+            QString name = stem + QLatin1Char('_') + QString::number(number);
             if (!isReserved(name) && !isTaken(name))
                 return name;
         }

@@ -61,9 +61,9 @@ private:
     QStringList needs() const
     {
         QStringList needs(QStringLiteral(
-            "It needs SAS 9.4, and a session in UTF-8 for texts and labels that are not ASCII. It was not run in SAS "
-            "itself: an interpreter of the statements that it uses, written from the manual of SAS, made the expected "
-            "tables."));
+            "It needs SAS 9.4, and a session in UTF-8 for texts and labels that are not ASCII. SAS itself was not run: "
+            "programs of this form were tested with an interpreter of the statements that they use, written from the "
+            "manual of SAS."));
         needs.append(QStringLiteral("The formats are in WORK. Texts with a special code stay as they are."));
         if (!lines.divided().countCharacters())
             needs.append(QStringLiteral("The lines are so long that their columns are counted in bytes. That is exact "
@@ -116,7 +116,7 @@ private:
 
     QByteArray isUnknown() const
     {
-        const QByteArray isErased = lines.first() + " = '~'";
+        QByteArray isErased = lines.first() + " = '~'";
         if (!plan.recordType)
             return isErased;
         QByteArray marks;

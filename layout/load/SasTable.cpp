@@ -46,7 +46,7 @@ SasTable::SasTable(const LoadPlan &loadPlan, const SasLines &linesOfProgram, con
 QByteArray SasTable::steps() const
 {
     QByteArray text = "data " + lines.dataSet(index) + ";\n" + lengths() + lines.read();
-    text += "  if " + isRecord() + " then do;\n" + columns(ColumnRole::Id) + statement(p + "number = _n_") + keys();
+    text += "  if " + isRecord() + " then do;\n" + columns(ColumnRole::Id) + statement(p + "number = _n_");
     text += table.isItemTable() ? occurrences() : QByteArray(columns(ColumnRole::Item) + statement("output"));
     text += "  end;\n" + counts() + "  keep" + kept() + ";\n" + labels() + "  return;\n" + lines.readLabel()
         + numberLabel() + "run;\n";
@@ -123,6 +123,7 @@ QByteArray SasTable::textColumn(const PlannedColumn &column) const
     return statement(column.name.toLatin1() + " = " + fieldOf(column));
 }
 
+// A name is no operand of an expression: it may be a word of the language, such as NOT.
 QByteArray SasTable::numberColumn(int column) const
 {
     const PlannedColumn &planned = table.columns.at(column);
@@ -130,11 +131,13 @@ QByteArray SasTable::numberColumn(int column) const
     QByteArray text = statement(p + "text = " + fieldOf(planned));
     text += statement(p + "decimals = " + number(planned.decimals));
     text += statement("link " + p + "parse");
-    text += statement(name + " = " + p + "value");
     if (table.counts(planned))
         text += statement(p + "wrong" + number(column + 1) + " + " + p + "wrong");
     if (planned.codes >= 0)
-        text += sasSpecials(name, plan.codes.at(planned.codes));
+        text += sasSpecials(p + "value", plan.codes.at(planned.codes));
+    text += statement(name + " = " + p + "value");
+    if (needsKeys() && planned.role == ColumnRole::Id)
+        text += statement(p + "key" + number(column + 1) + " = " + p + "value + 0");
     return text;
 }
 
@@ -148,17 +151,6 @@ QVector<QByteArray> SasTable::keyNames() const
             names.append(column.isNumber() ? QByteArray(p + "key" + number(i + 1)) : column.name.toLatin1());
     }
     return names;
-}
-
-QByteArray SasTable::keys() const
-{
-    QByteArray text;
-    for (int i = 0; needsKeys() && i < table.columns.size(); ++i) {
-        const PlannedColumn &column = table.columns.at(i);
-        if (column.role == ColumnRole::Id && column.isNumber())
-            text += statement(p + "key" + number(i + 1) + " = " + column.name.toLatin1() + " + 0");
-    }
-    return text;
 }
 
 QByteArray SasTable::occurrences() const

@@ -33,7 +33,6 @@ private:
     QByteArray numberColumn(int column) const;
     QVector<QByteArray> keyNames() const;
     bool needsKeys() const { return table.hasOccurrence && !table.isItemTable(); }
-    QByteArray keys() const;
     QByteArray occurrences() const;
     QByteArray counts() const;
     QByteArray kept() const;

@@ -21,12 +21,11 @@ SpssLines::SpssLines(const LoadPlan &loadPlan)
 QByteArray SpssLines::read() const
 {
     const int markLength = isUtf8 ? 3 : 6;
-    const QByteArray recordLength
-        = findsCharacters() ? QByteArray() : "\n  /LRECL=" + QByteArray::number(division.bytesOfLine());
+    const qint64 recordLength = findsCharacters() ? qint64(bytesOfShortLine()) : division.bytesOfLine();
     QByteArray text = programPart("spss/read.sps",
                                   { { "path", spssQuoted(safePath(plan.options.data)).toUtf8() },
                                     { "encoding", isUtf8 ? "UTF-8" : "ISO-8859-1" },
-                                    { "recordLength", recordLength },
+                                    { "recordLength", QByteArray::number(recordLength) },
                                     { "lines", lineColumns() },
                                     { "pieces", pieces.join(QLatin1Char(' ')).toUtf8() },
                                     { "mark", isUtf8 ? "X'EFBBBF'" : "X'C3AFC2BBC2BF'" },
@@ -37,10 +36,16 @@ QByteArray SpssLines::read() const
     return text + records();
 }
 
+// The bytes of a line that is one variable. A byte-order mark has at most 6.
+int SpssLines::bytesOfShortLine() const
+{
+    return std::max(division.bytesOf(division.lastColumn()), 6);
+}
+
 QByteArray SpssLines::lineColumns() const
 {
     if (findsCharacters())
-        return "@line 1-" + QByteArray::number(std::max(division.bytesOf(division.lastColumn()), 6)) + " (A)";
+        return "@line 1-" + QByteArray::number(bytesOfShortLine()) + " (A)";
     QStringList words;
     for (int i = 0; i < pieces.size(); ++i) {
         const int start = i * LinePieces::step;

@@ -33,6 +33,7 @@ public:
     bool findsCharacters() const { return division.countCharacters(); }
 
 private:
+    int bytesOfShortLine() const;
     QByteArray lineColumns() const;
     QByteArray records() const;
     QByteArray recordNumber() const;

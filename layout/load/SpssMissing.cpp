@@ -8,11 +8,19 @@ namespace
 
 constexpr int maxMissingBytes = 8; // of a text, and of a variable that may have several
 constexpr int maxSingles = 3;
-constexpr int maxLiteral = 200; // characters of a text on one line
+constexpr int bytesOfPair = 4;  // of a character that is two units of UTF-16
+constexpr int maxLiteral = 100; // bytes of a text on one line: a line of SPSS has at most 256
 
 bool isControl(QChar character)
 {
     return character.unicode() < ' ';
+}
+
+QString spelledInQuotes(QChar character)
+{
+    if (isControl(character))
+        return QStringLiteral("' + X'%1' + '").arg(character.unicode(), 2, 16, QLatin1Char('0'));
+    return character == QLatin1Char('\'') ? QStringLiteral("''") : QString(character);
 }
 
 bool isRange(const SpecialRule &rule)
@@ -109,14 +117,14 @@ QString spssQuoted(const QString &text)
     QString quoted = QStringLiteral("'");
     int used = 0;
     for (const QChar character : text) {
-        if (++used % maxLiteral == 0 && !character.isLowSurrogate())
+        const QString spelled = spelledInQuotes(character);
+        const int bytes = character.isSurrogate() ? bytesOfPair / 2 : spelled.toUtf8().size();
+        if (used + (character.isHighSurrogate() ? bytesOfPair : bytes) > maxLiteral && !character.isLowSurrogate()) {
             quoted += QLatin1String("' +\n    '");
-        if (isControl(character))
-            quoted += QStringLiteral("' + X'%1' + '").arg(character.unicode(), 2, 16, QLatin1Char('0'));
-        else if (character == QLatin1Char('\''))
-            quoted += QLatin1String("''");
-        else
-            quoted += character;
+            used = 0;
+        }
+        used += bytes;
+        quoted += spelled;
     }
     return quoted + QLatin1Char('\'');
 }

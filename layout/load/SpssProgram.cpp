@@ -80,7 +80,7 @@ public:
         text += "\n/* All tables are made: they are saved. */\n";
         for (int i = 0; i < plan.tables.size(); ++i)
             text += savedTable(i);
-        return text + "DATASET CLOSE ALL.\n";
+        return text + "DATASET CLOSE ALL.\n" + erasedFiles();
     }
 
 private:
@@ -119,7 +119,7 @@ private:
     {
         QStringList needs(
             QStringLiteral("The program was tested with PSPP 1.6.2. SPSS itself was not run: it needs Unicode "
-                           "mode, and the line TABWIDTH in the first command has to be deleted there."));
+                           "mode, and the lines with TABWIDTH and SET LOCALE have to be deleted there."));
         if (plan.options.encoding == DataEncoding::Utf8)
             needs.append(
                 QStringLiteral("Neither program stops at bytes that are not valid UTF-8. If texts look wrong, make "
@@ -148,7 +148,7 @@ private:
     {
         const PlannedTable &table = plan.tables.at(index);
         const SpssFields fields(lines, table);
-        const QByteArray file = quoted(table.file + QLatin1String(".tmp"));
+        const QByteArray file = temporaryFile(table);
         QStringList kept = lines.allPieces();
         kept.append({ QStringLiteral("@wide"), QStringLiteral("@end") });
         kept += namesOf(table, ColumnRole::Occurrence);
@@ -162,9 +162,22 @@ private:
                               { "fields", fields.occurrenceColumns() + recodes(table) },
                               { "file", file },
                               { "columns", wordLines(columnNames(table)) } });
-        return text + fields.counts("#rows") + "EXECUTE.\nGET FILE=" + file + ".\nDATASET NAME " + setOf(index)
-            + ".\nERASE FILE=" + file + ".\n" + labels(table);
+        return text + fields.counts("#rows") + "EXECUTE.\nGET FILE=" + file + ".\nDATASET NAME " + setOf(index) + ".\n"
+            + labels(table);
     }
+
+    // SPSS reads a file until its data set is closed.
+    QByteArray erasedFiles() const
+    {
+        QByteArray text;
+        for (const PlannedTable &table : plan.tables) {
+            if (table.isItemTable())
+                text += "ERASE FILE=" + temporaryFile(table) + ".\n";
+        }
+        return text.isEmpty() ? text : "NEW FILE.\n" + text;
+    }
+
+    static QByteArray temporaryFile(const PlannedTable &table) { return quoted(table.file + QLatin1String(".tmp")); }
 
     QByteArray occurrenceNumbers(const PlannedTable &table) const
     {
@@ -195,7 +208,7 @@ private:
     QString formatOf(const PlannedColumn &column) const
     {
         if (column.isMade())
-            return QStringLiteral("F4");
+            return QStringLiteral("F8");
         if (column.type == CellType::Text)
             return QLatin1Char('A') + QString::number(lines.divided().bytesOf(column.length));
         if (column.decimals == 0)

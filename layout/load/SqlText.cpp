@@ -152,7 +152,7 @@ QByteArray sqlField(const PlannedTable &table, const PlannedColumn &column, cons
 
 QByteArray sqlWithoutSpecials(const LoadPlan &plan, const PlannedColumn &column, const SqlCell &cell)
 {
-    const QByteArray result = cell.result.isEmpty() ? cell.value : cell.result;
+    QByteArray result = cell.result.isEmpty() ? cell.value : cell.result;
     if (column.codes < 0 || plan.codes.at(column.codes).specials.isEmpty())
         return result;
     QByteArray cases = "CASE";

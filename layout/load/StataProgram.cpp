@@ -15,7 +15,8 @@ namespace vanlayout
 namespace
 {
 
-constexpr int markBytes = 3; // of a byte-order mark
+constexpr int markBytes = 3;                  // of a byte-order mark
+constexpr int variablesOfSmallEdition = 2000; // and a few more
 constexpr CommentStyle commentStyle = { "* ", "", "*/" };
 
 /// Writes the do-file.
@@ -60,13 +61,17 @@ private:
         texts.change = QStringList(
             QStringLiteral("Run it in the directory of this file and of the dictionaries (.dct). Each table is "
                            "saved there as TABLE.dta. DATA is the path of the data file."));
-        texts.needs = QStringList(
-            QStringLiteral("It needs Stata 13 or later. It was not run in Stata itself: an interpreter of the commands "
-                           "that it uses, written from Stata's manual, made the expected tables."));
+        texts.needs = QStringList(QStringLiteral(
+            "It needs Stata 13 or later. Stata itself was not run: programs of this form were tested with an "
+            "interpreter of the commands that they use, written from Stata's manual."));
         texts.needs.append(
             isAscii ? QStringLiteral("infix counts bytes, so the program stops at data that are not ASCII.")
                     : QStringLiteral(
                         "The data file is read as windows-1252. Stata 13 shows texts in the encoding of the system."));
+        if (variablesAtOnce() > variablesOfSmallEdition)
+            texts.needs.append(QStringLiteral("A table needs %1 variables. Stata/BE and Stata/IC hold 2,048, Stata/SE "
+                                              "32,767, and Stata/MP of release 15 or later 120,000.")
+                                   .arg(variablesAtOnce()));
         if (!plan.recordType)
             texts.needs.append(QStringLiteral("A text loses blanks before it if infix takes them off."));
         LoadPlan described = plan;
@@ -122,7 +127,15 @@ private:
                              { "types", types() } });
     }
 
-    QByteArray stataPath() const { return "local data = " + stataExpression(safePath(plan.options.data)); }
+    int variablesAtOnce() const
+    {
+        int largest = 0;
+        for (const StataTable &table : tables)
+            largest = std::max(largest, table.variablesAtOnce());
+        return largest;
+    }
+
+    QByteArray stataPath() const { return stataMacro("data", safePath(plan.options.data)); }
 
     QVector<StataVariable> lineVariables() const
     {

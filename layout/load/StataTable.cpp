@@ -13,6 +13,7 @@ namespace
 
 constexpr int maxLabel = 80;         // characters of the label of a variable or of the data
 constexpr int usualVariables = 2000; // that each edition of Stata holds
+constexpr int minMaxvar = 2048;
 
 QByteArray labelVariable(const QByteArray &name, const QString &label)
 {
@@ -36,8 +37,8 @@ StataTable::StataTable(const LoadPlan &loadPlan, const PlannedTable &plannedTabl
 QByteArray StataTable::commands() const
 {
     QByteArray text = stataLine("clear");
-    if (raw.all().size() > usualVariables)
-        text += stataLine("set maxvar " + number(raw.all().size() + usualVariables));
+    if (variablesAtOnce() > usualVariables)
+        text += stataLine("set maxvar " + number(std::max(variablesAtOnce(), minMaxvar)));
     text += stataLine("infix using " + quotedFile(".dct") + ", using(`\"`macval(data)'\"')");
     text += stataLine("generate long " + own("number") + " = _n");
     text += firstLine();
@@ -52,6 +53,17 @@ QByteArray StataTable::commands() const
     if (!table.label.isEmpty())
         text += stataLabelCommand("label data", table.label, maxLabel);
     return text;
+}
+
+// The variables that infix reads, those that are made of parts of them, and a few that the program drops.
+int StataTable::variablesAtOnce() const
+{
+    constexpr int dropped = 40;
+    const auto isAdded = [&](const PlannedColumn &column) {
+        return column.isMade() || column.role == ColumnRole::Id || raw.isInLine(column) || table.isOfOccurrence(column)
+            || column.length > maxStataText;
+    };
+    return raw.all().size() + dropped + int(std::count_if(table.columns.begin(), table.columns.end(), isAdded));
 }
 
 QByteArray StataTable::quotedFile(const char *extension) const
@@ -124,7 +136,7 @@ QByteArray StataTable::occurrences() const
 {
     const QByteArray line = own("number");
     QByteArray text = stataLine("expand " + number(table.occurrences));
-    text += stataLine("bysort " + line + ": generate int item_occ = _n");
+    text += stataLine("bysort " + line + ": generate long item_occ = _n");
     text += labelVariable("item_occ", labelOfMade(ColumnRole::ItemOccurrence));
     const QByteArray sorted = stataLine("sort " + line + " item_occ");
     if (raw.occurrencesAreInLine())

@@ -26,6 +26,9 @@ public:
     /// The name of a file of the table, in quotes.
     QByteArray quotedFile(const char *extension) const;
 
+    /// The greatest number of variables that are in memory at once.
+    int variablesAtOnce() const;
+
 private:
     QByteArray own(const char *name) const { return raw.own(name); }
 

@@ -17,7 +17,8 @@ namespace
 
 constexpr int maxLiteral = 100;                // characters of a text in one pair of quotes
 constexpr int maxValueLabel = 32000;           // characters
-constexpr int maxLine = 400;                   // bytes of an expression on one line, at least
+constexpr int maxOperands = 40;                // of an expression: each edition of Stata takes as many
+constexpr int maxCodings = 65536;              // codes of a value label
 constexpr qint64 maxLabelledCode = 2147483620; // greatest value of the type long
 
 constexpr int firstWideByte = 0x80;
@@ -28,6 +29,12 @@ bool isExpanded(QChar character)
     return character == QLatin1Char('`') || character == QLatin1Char('$');
 }
 
+// Blocks of commands end with a brace, and the manual does not say that one within a text counts for nothing.
+bool isBrace(QChar character)
+{
+    return character == QLatin1Char('{') || character == QLatin1Char('}');
+}
+
 // Whether the character has to be written by its code.
 bool needsCode(const QString &text, int i)
 {
@@ -35,7 +42,35 @@ bool needsCode(const QString &text, int i)
     const bool isSlash = character == QLatin1Char('/');
     const bool mayComment
         = isSlash && i + 1 < text.size() && (text.at(i + 1) == QLatin1Char('/') || text.at(i + 1) == QLatin1Char('*'));
-    return isExpanded(character) || character == QLatin1Char('"') || character.unicode() < ' ' || mayComment;
+    return isExpanded(character) || isBrace(character) || character == QLatin1Char('"') || character.unicode() < ' '
+        || mayComment;
+}
+
+QVector<QByteArray> operandsOf(const QString &text)
+{
+    QVector<QByteArray> operands;
+    QString literal;
+    const auto addLiteral = [&] {
+        if (!literal.isEmpty())
+            operands.append('"' + std::exchange(literal, QString()).toUtf8() + '"');
+    };
+    for (int i = 0; i < text.size(); ++i) {
+        if (literal.size() >= maxLiteral && !text.at(i).isLowSurrogate())
+            addLiteral();
+        if (!needsCode(text, i)) {
+            literal += text.at(i);
+            continue;
+        }
+        addLiteral();
+        operands.append("char(" + QByteArray::number(text.at(i).unicode()) + ')');
+    }
+    addLiteral();
+    return operands;
+}
+
+QByteArray sumOf(const QVector<QByteArray> &operands)
+{
+    return operands.isEmpty() ? "\"\"" : stataJoined(operands, " + ");
 }
 
 bool needsMacro(const QString &text)
@@ -61,7 +96,7 @@ QString labelOf(const QString &text, int max)
     if (!text.contains(QLatin1Char('`')) && !text.contains(QLatin1Char('"')))
         return cutTo(text, { max, LengthUnit::Characters });
     for (LengthLimit limit = { max, LengthUnit::Characters };; --limit.max) {
-        const QString label = withoutQuoteEnds(limit.max > 0 ? cutTo(text, limit) : QString());
+        QString label = withoutQuoteEnds(limit.max > 0 ? cutTo(text, limit) : QString());
         if (limit.max <= 0 || cutTo(label, { max, LengthUnit::Characters }) == label)
             return label;
     }
@@ -86,6 +121,26 @@ QByteArray placeOf(const CodeLabel &label)
     return isWhole && qAbs(code) <= maxLabelledCode ? label.code.toLatin1() : QByteArray();
 }
 
+// The places of all labels, of which a value label holds so many; empty for a label without one. A missing value has
+// the first of its labels.
+QVector<QByteArray> placesOf(const CodeList &codes)
+{
+    QVector<QByteArray> places;
+    places.reserve(codes.labels.size());
+    QVector<QByteArray> used;
+    int count = 0;
+    for (const CodeLabel &label : codes.labels) {
+        const QByteArray place = placeOf(label);
+        const bool isRepeated = place.startsWith('.') && used.contains(place);
+        const bool isHeld = !place.isEmpty() && !isRepeated && count < maxCodings;
+        if (isHeld && place.startsWith('.'))
+            used.append(place);
+        count += isHeld ? 1 : 0;
+        places.append(isHeld ? place : QByteArray());
+    }
+    return places;
+}
+
 QByteArray isBlank(const QByteArray &name)
 {
     return "rtrim(" + name + ") == \"\"";
@@ -95,33 +150,19 @@ QByteArray isBlank(const QByteArray &name)
 
 QByteArray stataExpression(const QString &text)
 {
-    QByteArray expression;
-    QString literal;
-    int lines = 1;
-    const auto add = [&](const QByteArray &part) {
-        expression += expression.isEmpty() ? "" : " + ";
-        if (expression.size() + part.size() > lines * maxLine) {
-            expression += "///\n        ";
-            ++lines;
-        }
-        expression += part;
-    };
-    const auto addLiteral = [&] {
-        if (!literal.isEmpty())
-            add('"' + std::exchange(literal, QString()).toUtf8() + '"');
-    };
-    for (int i = 0; i < text.size(); ++i) {
-        if (literal.size() >= maxLiteral && !text.at(i).isLowSurrogate())
-            addLiteral();
-        if (!needsCode(text, i)) {
-            literal += text.at(i);
-            continue;
-        }
-        addLiteral();
-        add("char(" + QByteArray::number(text.at(i).unicode()) + ')');
-    }
-    addLiteral();
-    return expression.isEmpty() ? "\"\"" : expression;
+    return sumOf(operandsOf(text));
+}
+
+QByteArray stataMacro(const QByteArray &name, const QString &text)
+{
+    const QVector<QByteArray> operands = operandsOf(text);
+    if (operands.size() <= maxOperands)
+        return "    local " + name + " = " + sumOf(operands) + '\n';
+    QByteArray commands;
+    for (int i = 0; i < operands.size(); i += maxOperands)
+        commands += "    scalar van_text = " + QByteArray(i == 0 ? "" : "scalar(van_text) + ")
+            + sumOf(operands.mid(i, maxOperands)) + '\n';
+    return commands + "    local " + name + " = scalar(van_text)\n";
 }
 
 QByteArray stataCharacter(QChar character)
@@ -193,8 +234,7 @@ QByteArray stataLabelCommand(const QByteArray &command, const QString &text, int
     const QString label = labelOf(text, max);
     if (!needsMacro(label))
         return "    " + command + " `\"" + label.toUtf8() + "\"'" + options + '\n';
-    return "    local van_label = " + stataExpression(label) + "\n    " + command + " `\"`macval(van_label)'\"'"
-        + options + '\n';
+    return stataMacro("van_label", label) + "    " + command + " `\"`macval(van_label)'\"'" + options + '\n';
 }
 
 QByteArray stataTypeOf(const PlannedColumn &column)
@@ -223,26 +263,24 @@ bool stataHasValueLabel(const CodeList &codes)
 
 QByteArray stataValueLabel(const QByteArray &name, const CodeList &codes)
 {
+    const QVector<QByteArray> places = placesOf(codes);
     QByteArray commands;
-    QVector<QByteArray> used;
     const QByteArray command = "label define " + name + ' ';
-    for (const CodeLabel &label : codes.labels) {
-        const QByteArray place = placeOf(label);
-        const bool isMissing = place.startsWith('.');
-        if (place.isEmpty() || (isMissing && used.contains(place)))
-            continue;
-        if (isMissing)
-            used.append(place);
-        commands += stataLabelCommand(command + place, label.text, maxValueLabel, commands.isEmpty() ? "" : ", add");
+    for (int i = 0; i < places.size(); ++i) {
+        if (!places.at(i).isEmpty())
+            commands += stataLabelCommand(command + places.at(i), codes.labels.at(i).text, maxValueLabel,
+                                          commands.isEmpty() ? "" : ", add");
     }
     return commands;
 }
 
 QStringList stataUnlabelled(const CodeList &codes, bool areTexts)
 {
+    const QVector<QByteArray> places = placesOf(codes);
     QStringList unlabelled;
-    for (const CodeLabel &label : codes.labels) {
-        if (label.outcome == CellOutcome::Value && (areTexts || placeOf(label).isEmpty()))
+    for (int i = 0; i < places.size(); ++i) {
+        const CodeLabel &label = codes.labels.at(i);
+        if (label.outcome == CellOutcome::Value && (areTexts || places.at(i).isEmpty()))
             unlabelled.append(label.code + QLatin1String(" (") + label.text + QLatin1Char(')'));
     }
     return unlabelled;

@@ -11,8 +11,12 @@ namespace vanlayout
 {
 
 /// A text as an expression, such as `"a" + char(36) + "b"`. Characters that Stata expands within quotes, or that could
-/// end a text or begin a comment, are written by their code.
+/// end a text, a comment or a block, are written by their code.
 QByteArray stataExpression(const QString &text);
+
+/// The commands that set a local macro to a text. An expression of Stata has at most some hundred operands, so that a
+/// long text is put together in a scalar.
+QByteArray stataMacro(const QByteArray &name, const QString &text);
 
 /// One character of a record type as an expression. Characters beyond ASCII are bytes of windows-1252.
 QByteArray stataCharacter(QChar character);
@@ -48,7 +52,8 @@ QByteArray stataSpecials(const QByteArray &name, const CodeList &codes);
 /// Whether a code can have a label: whole numbers and missing values can.
 bool stataHasValueLabel(const CodeList &codes);
 
-/// The commands that define the value label of a column, with this name; empty if no code can have a label.
+/// The commands that define the value label of a column, with this name; empty if no code can have a label. It holds
+/// 65,536 codes at most.
 QByteArray stataValueLabel(const QByteArray &name, const CodeList &codes);
 
 /// Codes with a label that no value label can hold.

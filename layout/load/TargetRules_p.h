@@ -50,6 +50,7 @@ struct TargetRules {
     bool (*isReservedTable)(const QString &name);
     QVector<LoadFile> (*write)(const LoadPlan &plan);
     int maxColumns; ///< of a table; 0 for any number
+    int maxLine;    ///< characters of a line of the data file; 0 for any number
 };
 
 } // namespace vanlayout

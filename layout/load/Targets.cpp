@@ -16,6 +16,9 @@ namespace vanlayout
 namespace
 {
 
+constexpr int maxStataVariables = 120000;   // of Stata/MP; other editions have fewer
+constexpr int maxStatisticalLine = 1000000; // a line is a few variables, and a data set of Stata has 1,048,576 bytes
+
 bool isNeverReserved(const QString & /*name*/)
 {
     return false;
@@ -25,7 +28,8 @@ bool isNeverReserved(const QString & /*name*/)
 TargetRules script(LoadTarget target, const char *word, QVector<LoadFile> (*write)(const LoadPlan &plan))
 {
     return { target, word, NameCharacters::All, NameStart::Any,  NameCase::Exact, {},
-             {},     {},   isNeverReserved,     isNeverReserved, write,           0 };
+             {},     {},   isNeverReserved,     isNeverReserved, write,           0,
+             0 };
 }
 
 } // namespace
@@ -44,7 +48,8 @@ const QVector<TargetRules> &targetRules()
           isNeverReserved,
           isReservedInSqlite,
           sqliteProgram,
-          1900 },
+          1900,
+          0 },
         { LoadTarget::Postgresql,
           "postgresql",
           NameCharacters::All,
@@ -56,7 +61,8 @@ const QVector<TargetRules> &targetRules()
           isReservedInPostgresql,
           isNeverReserved,
           postgresqlProgram,
-          1600 },
+          1600,
+          0 },
         { LoadTarget::Duckdb,
           "duckdb",
           NameCharacters::All,
@@ -68,6 +74,7 @@ const QVector<TargetRules> &targetRules()
           isNeverReserved,
           isNeverReserved,
           duckdbProgram,
+          0,
           0 },
         script(LoadTarget::Dask, "dask", daskProgram),
         script(LoadTarget::R, "r", rProgram),
@@ -83,7 +90,8 @@ const QVector<TargetRules> &targetRules()
           isReservedInSpss,
           isNeverReserved,
           spssProgram,
-          0 },
+          0,
+          maxStatisticalLine },
         { LoadTarget::Stata,
           "stata",
           NameCharacters::Plain,
@@ -95,7 +103,8 @@ const QVector<TargetRules> &targetRules()
           isReservedInStata,
           isNeverReserved,
           stataProgram,
-          0 },
+          maxStataVariables,
+          maxStatisticalLine },
         { LoadTarget::Sas,
           "sas",
           NameCharacters::Plain,
@@ -107,7 +116,8 @@ const QVector<TargetRules> &targetRules()
           isReservedInSas,
           isReservedDataSet,
           sasProgram,
-          0 },
+          0,
+          maxStatisticalLine },
     };
     return rules;
 }

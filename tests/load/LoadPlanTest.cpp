@@ -68,6 +68,7 @@ private slots:
     void layoutsWithoutProgramsHaveAReason_data();
     void layoutsWithoutProgramsHaveAReason();
     void tooManyColumnsForTheTargetAreRefused();
+    void linesThatAreTooLongForTheTargetAreRefused();
     void unknownLanguageIsRefused();
     void unknownRecordIsRefused();
     void hugeOccurrencesAreRefused();
@@ -101,8 +102,19 @@ bool hasOwnPrefix(const QString &name)
 
 TargetRules exact()
 {
-    return { LoadTarget::R, "test", NameCharacters::All, NameStart::Any, NameCase::Exact, {}, {}, {}, isNever, isNever,
-             nullptr,       0 };
+    return { LoadTarget::R,
+             "test",
+             NameCharacters::All,
+             NameStart::Any,
+             NameCase::Exact,
+             {},
+             {},
+             {},
+             isNever,
+             isNever,
+             nullptr,
+             0,
+             0 };
 }
 
 TargetRules plain()
@@ -796,6 +808,16 @@ void LoadPlanTest::layoutsWithoutProgramsHaveAReason_data()
                                << QStringLiteral("has an item without columns: A");
     QTest::newRow("far") << layoutOf({ number(QStringLiteral("A"), std::numeric_limits<int>::max()) })
                          << QStringLiteral("has an item with columns beyond any line: A");
+    constexpr int farStart = std::numeric_limits<int>::max() - 10;
+    QTest::newRow("far occurrence") << layoutOf({ number(QStringLiteral("A"), farStart, 5, 3) })
+                                    << QStringLiteral("has an item with columns beyond any line: A");
+    Item farPart = number(QStringLiteral("B"), farStart, 2);
+    farPart.isSubitem = true;
+    QTest::newRow("far subitem") << layoutOf({ number(QStringLiteral("A"), 3, 5, 3), farPart })
+                                 << QStringLiteral("has an item with columns beyond any line: B");
+    Layout farMark = layoutOfRecords({ QStringLiteral("A") });
+    farMark.recordType->start = std::numeric_limits<int>::max();
+    QTest::newRow("far mark") << farMark << QStringLiteral("has a record type with columns beyond any line");
     Item exact = number(QStringLiteral("A"), 3);
     exact.decimals = 101;
     QTest::newRow("decimals") << layoutOf({ exact }) << QStringLiteral("has an item with more than 100 decimals: A");
@@ -842,6 +864,22 @@ void LoadPlanTest::tooManyColumnsForTheTargetAreRefused()
              QStringLiteral("has 11 columns in the table R, and test holds 10; use --occurrences long, or leave the "
                             "record out with --records"));
     QCOMPARE(plan(ten, longForm(), rules).problem, QString());
+}
+
+void LoadPlanTest::linesThatAreTooLongForTheTargetAreRefused()
+{
+    TargetRules rules = exact();
+    rules.maxLine = 12;
+    QCOMPARE(plan(layoutOf({ number(QStringLiteral("A"), 3, 2, 5) }), {}, rules).problem, QString());
+    const QString problem
+        = QStringLiteral("has lines of 13 characters, and test reads at most 12; leave records out with "
+                         "--records");
+    const Layout longer = layoutOf({ number(QStringLiteral("A"), 4, 2, 5) });
+    QCOMPARE(plan(longer, {}, rules).problem, problem);
+    QCOMPARE(plan(longer, longForm(), rules).problem, problem);
+    Layout marked = layoutOf({ number(QStringLiteral("A"), 3) });
+    marked.recordType = RecordTypeColumns{ 12, 2 };
+    QCOMPARE(plan(marked, {}, rules).problem, problem);
 }
 
 void LoadPlanTest::unknownLanguageIsRefused()

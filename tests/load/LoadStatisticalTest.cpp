@@ -23,6 +23,10 @@ private slots:
     void longTextsAreBrokenIntoLines();
     void labelsThatStataExpandsAreSetByAMacro_data();
     void labelsThatStataExpandsAreSetByAMacro();
+    void longTextOfStataIsPutTogetherInPieces();
+    void valueLabelOfStataHolds65536Codes();
+    void stataHasRoomForAllVariables();
+    void namesAreNoOperandsInSas();
     void headSaysWhatWasNotRun_data();
     void headSaysWhatWasNotRun();
     void headOfStataHoldsNothingThatACommentExpands();
@@ -103,6 +107,8 @@ void LoadStatisticalTest::textsCannotEndTheirLiteral_data()
                             << QByteArray("'`a'' $b &c %d'");
     QTest::newRow("comments") << text("a//b/*c") << text("'a//b/*c'")
                               << QByteArray("\"a\" + char(47) + \"/b\" + char(47) + \"*c\"") << QByteArray("'a//b/*c'");
+    QTest::newRow("braces") << text("a{b}") << text("'a{b}'") << QByteArray("\"a\" + char(123) + \"b\" + char(125)")
+                            << QByteArray("'a{b}'");
     QTest::newRow("line end") << text("a\nb") << text("'a' + X'0a' + 'b'") << QByteArray("\"a\" + char(10) + \"b\"")
                               << QByteArray("'a\nb'");
 }
@@ -119,8 +125,13 @@ void LoadStatisticalTest::longTextsAreBrokenIntoLines()
 {
     const QString label(199, QLatin1Char('x'));
     const QByteArray bytes = label.toLatin1();
-    QCOMPARE(spssQuoted(label).toLatin1(), '\'' + bytes + '\'');
-    QCOMPARE(spssQuoted(label + QLatin1Char('y')).toLatin1(), '\'' + bytes + "' +\n    'y'");
+    QCOMPARE(spssQuoted(label.left(100)).toLatin1(), '\'' + bytes.left(100) + '\'');
+    QCOMPARE(spssQuoted(label.left(101)).toLatin1(), '\'' + bytes.left(100) + "' +\n    'x'");
+    // The limit is one of bytes, as SPSS has it, and no character is divided.
+    const QString wide = QString::fromUtf8("\xf0\x9f\x98\x80").repeated(25);
+    QCOMPARE(spssQuoted(wide + QLatin1Char('y')), QLatin1Char('\'') + wide + QLatin1String("' +\n    'y'"));
+    QCOMPARE(spssQuoted(QLatin1Char('y') + wide),
+             QLatin1String("'y") + wide.left(48) + QLatin1String("' +\n    '") + wide.left(2) + QLatin1Char('\''));
     QCOMPARE(sasQuoted(label), '\'' + bytes + '\'');
     QCOMPARE(sasQuoted(label + QLatin1Char('y')), '\'' + bytes + "\ny'");
     QCOMPARE(stataExpression(label), "\"" + bytes.left(100) + "\" + \"" + bytes.mid(100) + '"');
@@ -134,6 +145,7 @@ void LoadStatisticalTest::labelsThatStataExpandsAreSetByAMacro_data()
     QTest::newRow("plain") << text("a \"b\" c") << QByteArray("    label data `\"a \"b\" c\"'\n");
     QTest::newRow("global macro") << text("$a") << "    local van_label = char(36) + \"a\"\n" + macro;
     QTest::newRow("local macro") << text("`a'") << "    local van_label = char(96) + \"a'\"\n" + macro;
+    QTest::newRow("brace") << text("a{") << "    local van_label = \"a\" + char(123)\n" + macro;
     QTest::newRow("end of the text") << text("a\"'b") << QByteArray("    label data `\"a\" 'b\"'\n");
     QTest::newRow("begin of a text") << text("a`\"b") << QByteArray("    label data `\"a'\"b\"'\n");
     QTest::newRow("backquote at the end") << text("a`") << QByteArray("    label data `\"a'\"'\n");
@@ -146,13 +158,57 @@ void LoadStatisticalTest::labelsThatStataExpandsAreSetByAMacro()
     QTEST(stataLabelCommand("label data", label, 80), "commands");
 }
 
+void LoadStatisticalTest::longTextOfStataIsPutTogetherInPieces()
+{
+    const QByteArray commands = stataMacro("a", QString(100, QLatin1Char('$')));
+    QVERIFY(commands.startsWith("    scalar van_text = char(36) + char(36)"));
+    QVERIFY(commands.endsWith("\n    local a = scalar(van_text)\n"));
+    QCOMPARE(commands.count("scalar van_text = "), 3);
+    QCOMPARE(commands.count("scalar van_text = scalar(van_text) + char(36)"), 2);
+    QCOMPARE(commands.count("char(36)"), 100);
+    QVERIFY(!stataMacro("a", QString(40, QLatin1Char('$'))).contains("scalar"));
+}
+
+void LoadStatisticalTest::valueLabelOfStataHolds65536Codes()
+{
+    CodeList list;
+    for (int i = 0; i < 65537; ++i)
+        list.labels.append({ QString::number(i), QStringLiteral("x"), CellOutcome::Value });
+    QCOMPARE(stataValueLabel("A", list).count("label define A "), 65536);
+    QCOMPARE(stataUnlabelled(list, false), QStringList(QStringLiteral("65536 (x)")));
+}
+
+void LoadStatisticalTest::stataHasRoomForAllVariables()
+{
+    Item item = made::placed(made::item(QStringLiteral("A"), 1));
+    item.occurrences = 1900;
+    QVERIFY(!made::program(made::loadable({ item }), LoadTarget::Stata).contains("maxvar"));
+    item.occurrences = 3000;
+    const QByteArray program = made::program(made::loadable({ item }), LoadTarget::Stata);
+    // The start of the line, the line in two pieces, the id, 3,000 columns, 40 others, and the id once more.
+    QVERIFY2(program.contains("\n    set maxvar 3045\n"), program.mid(program.indexOf("maxvar"), 30).constData());
+    QVERIFY(QByteArray(program).replace("\n* ", " ").contains("A table needs 3045 variables."));
+}
+
+void LoadStatisticalTest::namesAreNoOperandsInSas()
+{
+    Item item = made::placed(
+        made::item(QStringLiteral("NOT"), 2, { made::value(QStringLiteral("99"), QString(), Special::Missing) }));
+    const QByteArray program = made::program(made::loadable({ item }), LoadTarget::Sas);
+    QVERIFY2(program.contains("    if _van_value = 99 then _van_value = .M;\n    NOT = _van_value;\n"),
+             program.constData());
+}
+
 void LoadStatisticalTest::headSaysWhatWasNotRun_data()
 {
     QTest::addColumn<LoadTarget>("target");
     QTest::addColumn<QByteArray>("sentence");
     QTest::newRow("spss") << LoadTarget::Spss << QByteArray("SPSS itself was not run");
-    QTest::newRow("stata") << LoadTarget::Stata << QByteArray("It was not run in Stata itself: an interpreter");
-    QTest::newRow("sas") << LoadTarget::Sas << QByteArray("It was not run in SAS itself: an interpreter");
+    QTest::newRow("stata") << LoadTarget::Stata
+                           << QByteArray(
+                                  "Stata itself was not run: programs of this form were tested with an interpreter");
+    QTest::newRow("sas") << LoadTarget::Sas
+                         << QByteArray("SAS itself was not run: programs of this form were tested with an interpreter");
 }
 
 void LoadStatisticalTest::headSaysWhatWasNotRun()
@@ -180,15 +236,17 @@ void LoadStatisticalTest::linesAreShort_data()
 void LoadStatisticalTest::linesAreShort()
 {
     QFETCH(LoadTarget, target);
+    const int limit = target == LoadTarget::Spss ? 256 : 1000;
     const QVector<Value> values = { made::value(QStringLiteral("1"), QString(40000, QLatin1Char('x'))),
-                                    made::value(QStringLiteral("2"), QString(3000, QLatin1Char('$'))) };
+                                    made::value(QStringLiteral("2"), QString(3000, QLatin1Char('$'))),
+                                    made::value(QStringLiteral("3"), QString(3000, QLatin1Char('\''))) };
     Item item = made::placed(made::item(QStringLiteral("A"), 2, values));
     item.labels = made::labels(QString(3000, QChar(0x4e2d)));
     LoadOptions options;
     options.data = QString(3000, QLatin1Char('d'));
     const QByteArray program = made::program(made::loadable({ item }), target, options);
     const QList<QByteArray> lines = program.split('\n');
-    const auto isLong = [](const QByteArray &line) { return line.size() > 1000; };
+    const auto isLong = [&](const QByteArray &line) { return line.size() > limit && !line.startsWith("/*"); };
     const auto found = std::find_if(lines.begin(), lines.end(), isLong);
     QVERIFY2(found == lines.end(), found == lines.end() ? "" : found->left(200).constData());
 }

@@ -127,12 +127,17 @@ def text_of(labels, language):
     return one_line((texts or [part["text"] for part in labels or []][:1] or [""])[0])
 
 
-def occurrence_label(item, k, language):
+def occurrence_text(item, k, language):
+    """The label of an occurrence, or its number."""
+    texts = [text_of(entry.get("labels"), language) for entry in item.get("occurrenceLabels", []) if entry["occurrence"] == k]
+    return next((text for text in texts if text), str(k))
+
+
+def occurrence_label(item, *occurrences, language):
+    """The label of an item, with those of (item, occurrence) in parentheses."""
     label = text_of(item.get("labels"), language)
-    for entry in item.get("occurrenceLabels", []):
-        if entry["occurrence"] == k and text_of(entry.get("labels"), language):
-            return f"{label} ({text_of(entry['labels'], language)})" if label else ""
-    return f"{label} ({k})" if label else ""
+    texts = [occurrence_text(of, k, language) for of, k in occurrences]
+    return f"{label} ({', '.join(texts)})" if label else ""
 
 
 # ------------------------------------------------------------------------------------------- tables and columns
@@ -162,7 +167,7 @@ def times_of(item):
 
 def column_of(item, start, language, k=0):
     name = numbered(item["name"], k, times_of(item)) if k else item["name"]
-    label = occurrence_label(item, k, language) if k else text_of(item.get("labels"), language)
+    label = occurrence_label(item, (item, k), language=language) if k else text_of(item.get("labels"), language)
     return Column(name, "item", item, start, label)
 
 
@@ -173,12 +178,13 @@ def part_columns(item, part, k, language):
         column = column_of(part, start, language)
         if k:
             column.original = column.name = numbered(part["name"], k, times_of(item))
-            column.label = occurrence_label(part | {"occurrenceLabels": item.get("occurrenceLabels", [])}, k, language)
+            column.label = occurrence_label(part, (item, k), language=language)
         return [column]
     columns = [column_of(part, start + (j - 1) * part["length"], language, j) for j in range(1, times_of(part) + 1)]
     for j, column in enumerate(columns, 1):
         if k:
             column.original = column.name = numbered(numbered(part["name"], k, times_of(item)), j, times_of(part))
+            column.label = occurrence_label(part, (item, k), (part, j), language=language)
     return columns
 
 

@@ -123,9 +123,10 @@ def expected_missing(column, parsed):
     keep = parsed.specials == "keep"
     places = 1 if column.kind == "text" and column.length * TEXT_BYTES[parsed.encoding] > 8 else 3
     for low, high, word in reference.specials_of(column):
-        is_declared = word == "notApplicable" if keep else word != "default"
+        # A text that is not applicable, or has the default code, has no other way to be missing.
+        is_declared = word == "notApplicable" or not keep
         if column.kind != "text":
-            is_declared = word in ("missing", "refused") and not keep
+            is_declared = word in ("missing", "refused") and not keep and low <= high
         if not is_declared or (low, high) in chosen or (column.kind == "text" and len(low.encode("utf-8")) > 8):
             continue
         ranges = sum(a != b for a, b in chosen + [(low, high)])
@@ -147,7 +148,7 @@ def compare_variable(table, column, variable, parsed):
     """Name of what differs, expected, and got."""
     label = cut(column.label, 255) if column.item else variable.get("labels", [{"text": ""}])[0]["text"]
     got = variable.get("labels", [{"text": ""}])[0]["text"]
-    near = lambda labels: {is_near(code): text for code, text in labels.items()}
+    near = lambda labels: {is_near(code): text.rstrip(" ") for code, text in labels.items()}
     pairs = lambda ranges: [(is_near(low), is_near(high)) for low, high in ranges]
     facts = [("label", label.rstrip(" "), got.rstrip(" ")),
              ("value labels", near(expected_labels(column, parsed.language)), near(made_labels(column, variable))),

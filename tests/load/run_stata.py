@@ -45,10 +45,12 @@ def written(label, limit=None):
     return label.replace("\"'", "\" '")
 
 
-def codes_of(column, value, parsed):
+def is_plain_missing(value, parsed):
+    return value.get("special") == "notApplicable" or (value.get("special") == "default" and parsed.specials != "keep")
+
+
+def codes_of(value, parsed):
     """What a label stands at: whole numbers, or the reason of a missing value."""
-    if value.get("special") == "notApplicable" or (value.get("special") == "default" and parsed.specials != "keep"):
-        return []
     if value.get("special") in ("missing", "refused") and parsed.specials != "keep":
         return [stata.Missing(value["special"][0])] if keys_of(value) else []
     return [key for key in keys_of(value) if key == int(key) and abs(key) <= 2147483620]
@@ -77,10 +79,10 @@ def expected_labels(column, parsed):
     reserved = {key for value in values if value.get("special") for key in keys_of(value)}
     for value in sorted(values, key=lambda each: not each.get("special")):
         text = written(reference.text_of(value.get("labels"), parsed.language))
-        for code in codes_of(column, value, parsed):
+        for code in codes_of(value, parsed):
             if text and (value.get("special") or code not in reserved):
-                labels.setdefault(code, text)
-    return labels
+                labels.setdefault(code, None if is_plain_missing(value, parsed) else text)
+    return {code: text for code, text in labels.items() if text is not None}
 
 
 def compare_labels(result, outcome):

@@ -175,6 +175,9 @@ def house_items():
             Item("CROP_CODE", 2, "Code of the crop", offset=0), Item("CROP_AREA", 4, "Area", decimals=2, offset=2,
                                                                      values=[value("Large", "99.99", special="REFUSED")]),
             Item("CROP_UNIT", 2, "Unit", kind="alpha", offset=6)]),
+        Item("TRIP", 6, ("Trip", "Trajet"), times=2, times_labels={2: ("Way back", "Retour")}, parts=[
+            Item("STAGE", 2, ("Stage", "Étape"), times=3, offset=0, times_labels={1: ("First", "Première"), 3: ("Last", "")},
+                 values=[value("Unknown", "99", special="MISSING")])]),
         Item("CARD", 12, "Card", kind="alpha", parts=[Item("GROUP", 3, "Group of digits", times=4, offset=0, values=[
             value("None", "000"), value("Unread", "999", special="MISSING")])]),
     ]

@@ -1,10 +1,11 @@
 /* TABWIDTH is for PSPP: a tab is one blank. SPSS does not know it: delete the line there. */
 FILE HANDLE data /NAME=<<path>>
-  /ENCODING='<<encoding>>'<<recordLength>>
+  /ENCODING='<<encoding>>'
+  /LRECL=<<recordLength>>
   /TABWIDTH=1
   .
 
-/* All texts are UTF-8. SPSS needs no locale for that if it is in Unicode mode, as it is by default. */
+/* This is for PSPP as well: all texts are UTF-8. SPSS is in Unicode mode by default; delete the line there. */
 SET LOCALE='UTF-8'.
 
 /* A count is one line of the listing. */

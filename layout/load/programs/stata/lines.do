@@ -2,8 +2,7 @@ version 13
 clear
 args data
 if `"`macval(data)'"' == "" {
-    <<path>>
-}
+<<path>>}
 
 * The lines of the file, to count those that are in no table. The first may begin with a byte-order mark.
 quietly {
