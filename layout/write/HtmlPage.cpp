@@ -12,6 +12,7 @@
 static void registerPageResources()
 {
     Q_INIT_RESOURCE(codebook);
+    Q_INIT_RESOURCE(concord);
     Q_INIT_RESOURCE(diff);
 }
 

@@ -157,7 +157,7 @@ void describeDiff(CLI::App &command, DiffCall &options)
 
 void describeConcord(CLI::App &command, ConcordCall &call)
 {
-    addChoice(command, "--format", call.format, { "table", "csv", "json" }, "table, csv or json");
+    addChoice(command, "--format", call.format, { "table", "csv", "json", "html" }, "table, csv, json or html");
     command.add_option("--table", call.table, "for CSV: the table to write; variables by default")
         ->check(CLI::IsMember({ "variables", "codes" }));
     command.add_flag("--all", call.showsAll, "for a table: show also what is the same in all rounds");
@@ -425,6 +425,7 @@ private:
         describeConcord(add("concord", "List the variables and codes of several rounds, and what changed.",
                             "  vanlayout concord round1.dcf round2.dcf round3.dcf\n"
                             "  vanlayout concord --format csv --table codes round1.dcf round2.dcf > codes.csv\n"
+                            "  vanlayout concord --format html -o rounds.html round1.dcf round2.dcf\n"
                             "  vanlayout concord --write-map map.csv round1.dcf round2.dcf\n"
                             "  vanlayout concord --map map.csv round1.dcf round2.dcf",
                             [this](int, char **) { return concordLayouts(concordCall); }),

@@ -14,6 +14,7 @@
 #include "write/ConcordCsv.h"
 #include "write/ConcordJson.h"
 #include "write/ConcordMapCsv.h"
+#include "write/ConcordPage.h"
 
 #include <QFile>
 
@@ -150,6 +151,8 @@ private:
         return writeFile(output, [this](QIODevice &device) {
             if (call.format == "json")
                 writeConcordJson(concordance, device);
+            else if (call.format == "html")
+                writeConcordPage(concordance, device);
             else
                 printConcordTable(concordance, device,
                                   { output == standardName() ? terminalWidth() : 0, call.showsAll });
