@@ -1,7 +1,5 @@
 #include "text/Words_p.h"
 
-#include <QStringView>
-
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -183,14 +181,6 @@ uint characterBefore(QStringView text, qsizetype place)
     return isPair ? QChar::surrogateToUcs4(text.at(place - 2), unit) : unit.unicode();
 }
 
-bool isWordBegin(QStringView words, qsizetype place)
-{
-    if (place == 0)
-        return true;
-    const uint before = characterBefore(words, place);
-    return !isOfWord(before) || isWithoutBlanks(before) || isWithoutBlanks(Characters(words.mid(place)).next());
-}
-
 } // namespace
 
 QString foldedText(const QString &text)
@@ -232,15 +222,12 @@ QStringList wordsOf(const QString &text)
     return words.split(blank, Qt::SkipEmptyParts);
 }
 
-bool hasWordWithPrefix(const QString &words, const QString &prefix)
+bool isWordBegin(QStringView words, qsizetype place)
 {
-    if (prefix.isEmpty())
-        return false;
-    for (auto place = words.indexOf(prefix); place >= 0; place = words.indexOf(prefix, place + 1)) {
-        if (isWordBegin(words, place))
-            return true;
-    }
-    return false;
+    if (place == 0)
+        return true;
+    const uint before = characterBefore(words, place);
+    return !isOfWord(before) || isWithoutBlanks(before) || isWithoutBlanks(Characters(words.mid(place)).next());
 }
 
 } // namespace vanlayout

@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 
 // Texts in the form in which they are searched and compared: without case and accents, as words.
 
@@ -24,10 +25,9 @@ QString foldedWords(const QString &text);
 /// The words of the text, folded. Here `_` and `'` separate words too: `l’Été_2` has the words "l", "ete" and "2".
 QStringList wordsOf(const QString &text);
 
-/// Whether a word of \a words, a result of foldedWords(), begins with \a prefix. A word also begins after an
-/// underscore or an apostrophe. In scripts that put no blanks between words, such as Chinese or Thai, it begins at each
-/// character. An empty prefix is found in no text.
-bool hasWordWithPrefix(const QString &words, const QString &prefix);
+/// Whether a word begins at a place of \a words, a result of foldedWords(). A word also begins after an underscore or
+/// an apostrophe. In scripts that put no blanks between words, such as Chinese or Thai, it begins at each character.
+bool isWordBegin(QStringView words, qsizetype place);
 
 } // namespace vanlayout
 

@@ -8,6 +8,7 @@
 #include "Explain.h"
 #include "Export.h"
 #include "Fields.h"
+#include "Find.h"
 #include "Load.h"
 #include "LocaleText.h"
 #include "LookupCheck.h"
@@ -153,6 +154,44 @@ void describeDiff(CLI::App &command, DiffCall &options)
         ->type_name("OUTPUT");
     command.add_option("OLD", options.oldFile, "file with the old layout; - is standard input")->required();
     command.add_option("NEW", options.newFile, "file with the new layout; - is standard input")->required();
+}
+
+void describeFind(CLI::App &command, FindCall &call)
+{
+    addChoice(command, "--format", call.format, { "table", "csv", "json" }, "table, csv or json");
+    command
+        .add_option("-e,--word", call.words, "word to find; if it is given, all arguments are files and directories")
+        ->allow_extra_args(false)
+        ->type_name("WORD");
+    CLI::Option *codes
+        = command
+              .add_option("--codes", call.codes, "find this code, also within a range; several are separated by commas")
+              ->delimiter(',')
+              ->allow_extra_args(false)
+              ->type_name("CODE");
+    CLI::Option *places
+        = command.add_option("--in", call.places, "search words only there: name, label, value or note")
+              ->delimiter(',')
+              ->allow_extra_args(false)
+              ->check(CLI::IsMember({ "name", "label", "value", "note" }))
+              ->option_text("PLACE");
+    CLI::Option *any = command.add_flag("--any", call.isAny, "one of the words and codes is enough");
+    CLI::Option *regex = command.add_flag("--regex", call.isPattern, "the words are regular expressions");
+    command.add_flag("--sets", call.listsSets, "list identical value sets once, with the variables that have them")
+        ->excludes("--word")
+        ->excludes(codes)
+        ->excludes(places)
+        ->excludes(any)
+        ->excludes(regex);
+    command
+        .add_option("--language", call.language, "language of the labels that are shown; the primary one by default")
+        ->type_name("CODE");
+    command.add_option("-o,--output", call.output, "file to write; standard output if - or absent")
+        ->type_name("OUTPUT");
+    command
+        .add_option("WORD... PATH", call.arguments,
+                    "words to find, then the files and directories to search; - is standard input")
+        ->required();
 }
 
 void describeConcord(CLI::App &command, ConcordCall &call)
@@ -422,6 +461,13 @@ private:
                          "  vanlayout diff --format html -o changes.html round1.dcf round2.dcf",
                          [this](int, char **) { return diffLayouts(diffOptions); }),
                      diffOptions);
+        describeFind(add("find", "Find variables by words and codes in the layouts of each PATH.",
+                         "  vanlayout find religion surveys\n"
+                         "  vanlayout find mother alive --in label --format csv 2009.dcf 2019.sav\n"
+                         "  vanlayout find --codes 98 --word refused surveys\n"
+                         "  vanlayout find --sets surveys",
+                         [this](int, char **) { return findVariables(findCall); }),
+                     findCall);
         describeConcord(add("concord", "List the variables and codes of several rounds, and what changed.",
                             "  vanlayout concord round1.dcf round2.dcf round3.dcf\n"
                             "  vanlayout concord --format csv --table codes round1.dcf round2.dcf > codes.csv\n"
@@ -487,6 +533,7 @@ private:
     ExplainOptions explainOptions;
     LookupOptions lookupOptions;
     DiffCall diffOptions;
+    FindCall findCall;
     ConcordCall concordCall;
     CodebookOptions codebookOptions;
     ExportOptions exportOptions;

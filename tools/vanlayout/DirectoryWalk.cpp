@@ -89,6 +89,7 @@ NamedFiles filesNamed(const std::vector<std::string> &names, bool walksDirectori
         const QString file = QFile::decodeName(name.c_str());
         if (!QFileInfo(file).isDir()) {
             named.files.append(file);
+            named.areWalked.append(false);
             continue;
         }
         const QString problem = problemWithDirectory(file, walksDirectories, without);
@@ -98,6 +99,7 @@ NamedFiles filesNamed(const std::vector<std::string> &names, bool walksDirectori
         else if (found.isEmpty() && walk.status() == statusFine)
             named.status = noAnswerFor(file, QStringLiteral("has no file to read"));
         named.files.append(found);
+        named.areWalked.insert(named.areWalked.size(), found.size(), true);
     }
     named.status = std::max(named.status, walk.status());
     return named;

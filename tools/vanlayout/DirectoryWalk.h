@@ -2,6 +2,7 @@
 #define VANLAYOUT_DIRECTORYWALK_H
 
 #include <QStringList>
+#include <QVector>
 
 #include <string>
 #include <vector>
@@ -9,7 +10,8 @@
 /// The input files of a call.
 struct NamedFiles {
     QStringList files;
-    int status = 0; ///< statusNoAnswer if a directory was refused
+    QVector<bool> areWalked; ///< whether each file was found in a directory, and not named in the call
+    int status = 0;          ///< statusNoAnswer if a directory was refused
 };
 
 /// The files of a call in its order, each directory replaced by the files in it and in its subdirectories, sorted by
