@@ -64,7 +64,7 @@ def link(directory, name, path):
 def prepared(tool, project, commands):
     """A directory with the examples; its directory bin has the commands."""
     directory = tempfile.mkdtemp(prefix="van-docs-")
-    for name in ("census.dcf", "census.dat"):
+    for name in ("census.dcf", "census8.dcf", "census.dat"):
         shutil.copy(os.path.join(project, "examples", name), directory)
     link(os.path.join(directory, "bin"), "vanlayout", tool)
     for command in commands:
