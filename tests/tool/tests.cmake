@@ -64,6 +64,15 @@ add_dependencies(VanlayoutDiffTest vanlayout)
 target_compile_definitions(VanlayoutDiffTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutDiffTest)
 
+van_add_test(tool/VanlayoutFindTest.cpp)
+add_dependencies(VanlayoutFindTest vanlayout)
+target_compile_definitions(VanlayoutFindTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+van_use_made_data(VanlayoutFindTest)
+
+van_add_test(tool/VanlayoutFindMemoryTest.cpp)
+add_dependencies(VanlayoutFindMemoryTest vanlayout)
+target_compile_definitions(VanlayoutFindMemoryTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+
 van_add_test(tool/VanlayoutCodebookTest.cpp)
 add_dependencies(VanlayoutCodebookTest vanlayout)
 target_compile_definitions(VanlayoutCodebookTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")

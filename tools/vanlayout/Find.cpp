@@ -8,6 +8,7 @@
 #include "FindTable.h"
 #include "InputFile.h"
 #include "LayoutInput.h"
+#include "LayoutText.h"
 #include "LocaleText.h"
 #include "OrderedWork.h"
 #include "OutputFile.h"
@@ -61,6 +62,12 @@ bool isOtherJson(const QString &file)
     const std::array<const char *, 4> keys
         = { "\"fileType\"", "\"recordType\"", "\"relativePositions\"", "\"levels\"" };
     return std::none_of(keys.begin(), keys.end(), [&](const char *key) { return head.contains(key); });
+}
+
+QString describeUnfinished(int texts)
+{
+    return countOf(texts, QStringLiteral("text")) + QLatin1String(texts == 1 ? " was" : " were")
+        + QLatin1String(" not searched to its end, because a pattern needs too many steps; use a simpler one");
 }
 
 /// Writes what was found, in one form.
@@ -304,9 +311,7 @@ private:
         else
             found.result = search->hitsIn(layout);
         if (found.result.unfinishedTexts > 0)
-            found.complaints.append(QStringLiteral("%1 texts were not searched to their end, because a pattern needs "
-                                                   "too many steps; use a simpler one")
-                                        .arg(found.result.unfinishedTexts));
+            found.complaints.append(describeUnfinished(found.result.unfinishedTexts));
     }
 
     const FindCall &call;
@@ -324,5 +329,10 @@ private:
 int findVariables(const FindCall &call)
 {
     bufferOutput();
-    return FindRun(call).run();
+    try {
+        return FindRun(call).run();
+    } catch (const std::bad_alloc &) {
+        complain(QString(), QStringLiteral("not enough memory"));
+        return statusNoAnswer;
+    }
 }

@@ -1,5 +1,6 @@
 #include "FindArguments.h"
 
+#include "Answer.h"
 #include "LocaleText.h"
 
 #include <QFile>
@@ -47,7 +48,7 @@ QString problemWith(const FindArguments &divided, bool hasOnlyPath)
     const QString advice = QStringLiteral("name what to search after the words, such as . for this directory");
     if (divided.words.size() < 2)
         return QStringLiteral("there is no file or directory to search; ") + advice;
-    return QStringLiteral("%1: no such file or directory; %2").arg(fromLocale(divided.words.back()), advice);
+    return QStringLiteral("%1: no such file or directory; %2").arg(subjectOf(fromLocale(divided.words.back())), advice);
 }
 
 } // namespace
