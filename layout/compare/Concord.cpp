@@ -1,9 +1,8 @@
 #include "compare/Concord.h"
 
+#include "compare/ConcordChain_p.h"
 #include "compare/ConcordChanges_p.h"
 #include "compare/ConcordCodes_p.h"
-#include "compare/ConcordMatching_p.h"
-#include "compare/ConcordOrder_p.h"
 
 #include <algorithm>
 #include <array>
@@ -13,58 +12,6 @@ namespace vanlayout
 
 namespace
 {
-
-/// The variables so far: their items, one in a round, in the order of rounds.
-class ConcordChain
-{
-public:
-    explicit ConcordChain(const std::vector<ConcordRound> &allRounds)
-        : rounds(allRounds)
-    {
-    }
-
-    void add(int round, const QVector<int> &variableOfItem)
-    {
-        const ConcordRound &added = rounds[size_t(round)];
-        QVector<int> variables = variableOfItem;
-        for (int item = 0; item < added.size(); ++item) {
-            if (variables.at(item) == ConcordMatching::none) {
-                variables[item] = addNear(added, variables, item);
-                places.append(QVector<RoundPlace>());
-            }
-            places[variables.at(item)].append({ round, item });
-        }
-    }
-
-    QVector<RoundPlace> latest() const
-    {
-        QVector<RoundPlace> last;
-        last.reserve(places.size());
-        for (const QVector<RoundPlace> &items : places)
-            last.append(items.constLast());
-        return last;
-    }
-    const QVector<RoundPlace> &itemsOf(int variable) const { return places.at(variable); }
-    QVector<int> inOrder() const { return order.rows(); }
-
-private:
-    // After the item that precedes it; the first of a record is before the next item of the record that is known.
-    int addNear(const ConcordRound &round, const QVector<int> &variables, int item)
-    {
-        const int container = round.at(item).container;
-        if (item > 0 && round.at(item - 1).container == container)
-            return order.addAfter(variables.at(item - 1));
-        for (int next = item + 1; next < round.size() && round.at(next).container == container; ++next) {
-            if (variables.at(next) != ConcordMatching::none)
-                return order.addBefore(variables.at(next));
-        }
-        return order.addAfter(item > 0 ? variables.at(item - 1) : ConcordOrder::none);
-    }
-
-    const std::vector<ConcordRound> &rounds;
-    ConcordOrder order;
-    QVector<QVector<RoundPlace>> places; // by number of the variable
-};
 
 /// Makes the tables of a chain.
 class ConcordTables
@@ -145,12 +92,10 @@ Concordance concord(const QVector<Layout> &rounds, const ConcordOptions &options
         concordance.rounds.append(layout.file);
         items.emplace_back(layout);
     }
-    ConcordMatching matching(items);
-    ConcordChain chain(items);
-    for (int round = 0; round < rounds.size(); ++round) {
-        const QVector<int> undecided(items[size_t(round)].size(), ConcordMatching::none);
-        chain.add(round, matching.match({ chain.latest(), chain.inOrder(), round, undecided, nullptr }));
-    }
+    const ConcordDecisions decisions(items, options.decisions);
+    concordance.problems = decisions.problems();
+    ConcordChain chain(items, decisions);
+    chain.addAll();
     const ConcordTables tables(items, options.language);
     const QVector<int> variables = chain.inOrder();
     for (const int variable : variables)

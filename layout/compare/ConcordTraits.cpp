@@ -44,6 +44,20 @@ bool isMnemonic(const QString &name)
     return most >= 4 || !hasDigit;
 }
 
+// The words of the label of a value without plurals and words of little meaning, sorted.
+QString comparableText(const QString &label)
+{
+    constexpr int longest = 200;
+    const QStringList words = wordsOf(label.left(longest));
+    QStringList forms;
+    for (const QString &word : words) {
+        if (!ConcordWords::isFiller(word))
+            forms.append(ConcordWords::commonForm(word));
+    }
+    forms.sort();
+    return (forms.isEmpty() ? words : forms).join(QLatin1Char(' '));
+}
+
 } // namespace
 
 ConcordCorpus::ConcordCorpus(const std::vector<ConcordRound> &rounds)
@@ -172,7 +186,7 @@ int ConcordCorpus::valuesOf(const Item &item)
         const QString text = value.labels.primary();
         const auto [form, isNew] = formOfLabel.emplace(text, QString());
         if (isNew)
-            form->second = wordsOf(text).join(QLatin1Char(' '));
+            form->second = comparableText(text);
         if (!form->second.isEmpty())
             list.labels.push_back(valueTerms.numberOf(form->second));
         for (const Range &range : value.ranges) {

@@ -25,7 +25,7 @@ const KeyedSet<QString> &fillers()
                   "le la les l un une des du de d et ou en au aux dans sur pour par est sont a ce cette ces il "
                   "elle qui que quel quelle quels quelles avez vous votre vos son sa ses on "
                   "el los las una unos del y o en con por para es su sus que cual ha este esta "
-                  "os as um uma do da dos das e ou no na nos nas ao com seu sua qual")
+                  "os as um uma do da dos das e ou na nos nas ao com seu sua qual")
                   .split(QLatin1Char(' '));
         return KeyedSet<QString>(list.begin(), list.end());
     }();
@@ -51,8 +51,49 @@ bool isNumber(const QString &word)
     return !word.isEmpty() && std::all_of(word.begin(), word.end(), [](QChar unit) { return unit.isDigit(); });
 }
 
-// The word without the endings of plurals in English and Romance languages.
-QString stemOf(const QString &word)
+int commonBeginning(const QString &one, const QString &other)
+{
+    const int most = int(std::min(one.size(), other.size()));
+    int count = 0;
+    while (count < most && one.at(count) == other.at(count))
+        ++count;
+    return count;
+}
+
+} // namespace
+
+QString withoutQuestionNumber(const QString &label, const QString &name)
+{
+    static const QRegularExpression numbered(
+        QStringLiteral("^\\s*[\\(\\[]?(?:[A-Za-z]{0,4}[0-9]{1,4}[A-Za-z]?(?:[._/-][0-9A-Za-z]{1,3})*|[A-Za-z])"
+                       "[\\)\\]]?\\s*[.:\\)\\]=-](?=[\\s\\p{L}(])[\\s.:\\)=-]*"));
+    static const QRegularExpression letters(
+        QStringLiteral("^\\s*[A-Za-z]{1,4}[0-9]{1,4}[A-Za-z]?(?:[._-][0-9A-Za-z]{1,3})*\\s+"));
+    QString text = label.trimmed();
+    // A name without a number is a word of its own: the label "Sex" of the item SEX is kept.
+    const bool isNumbered = std::any_of(name.begin(), name.end(), [](QChar unit) { return unit.isDigit(); });
+    if (isNumbered && text.startsWith(name, Qt::CaseInsensitive)
+        && (text.size() == name.size() || !text.at(name.size()).isLetterOrNumber())) {
+        int begin = int(name.size());
+        while (begin < text.size() && !text.at(begin).isLetterOrNumber())
+            ++begin;
+        text = text.mid(begin);
+    }
+    for (const QRegularExpression *const pattern : { &numbered, &letters }) {
+        const QRegularExpressionMatch match = pattern->match(text);
+        if (match.hasMatch() && match.capturedLength() < text.size())
+            return text.mid(match.capturedLength());
+    }
+    return text;
+}
+
+bool ConcordWords::isFiller(const QString &word)
+{
+    return fillers().count(word) > 0;
+}
+
+// The endings are those of English and Romance languages.
+QString ConcordWords::stemOf(const QString &word)
 {
     QString stem = word;
     if (stem.size() > 4 && stem.endsWith(QLatin1String("ies")))
@@ -64,7 +105,7 @@ QString stemOf(const QString &word)
     return stem;
 }
 
-QString commonForm(const QString &word)
+QString ConcordWords::commonForm(const QString &word)
 {
     const auto *const known
         = std::find_if(std::begin(abbreviations), std::end(abbreviations),
@@ -72,9 +113,7 @@ QString commonForm(const QString &word)
     return stemOf(known != std::end(abbreviations) ? QString(QLatin1String(known->word)) : word);
 }
 
-/// The number of typing errors between two words, if it is at most 2: each error is a letter that is missing, wrong or
-/// exchanged with the next one.
-int typingErrors(const QString &one, const QString &other)
+int ConcordWords::typingErrors(const QString &one, const QString &other)
 {
     constexpr int most = 24;
     const int rows = int(one.size());
@@ -98,46 +137,12 @@ int typingErrors(const QString &one, const QString &other)
     return errors[size_t(rows)][size_t(columns)];
 }
 
-int commonBeginning(const QString &one, const QString &other)
-{
-    const int most = int(std::min(one.size(), other.size()));
-    int count = 0;
-    while (count < most && one.at(count) == other.at(count))
-        ++count;
-    return count;
-}
-
-} // namespace
-
-QString withoutQuestionNumber(const QString &label, const QString &name)
-{
-    static const QRegularExpression numbered(
-        QStringLiteral("^\\s*[\\(\\[]?(?:[A-Za-z]{0,4}[0-9]{1,4}[A-Za-z]?(?:[._/-][0-9A-Za-z]{1,3})*|[A-Za-z])"
-                       "[\\)\\]]?\\s*[.:\\)\\]=-](?=[\\s\\p{L}(])[\\s.:\\)=-]*"));
-    static const QRegularExpression letters(
-        QStringLiteral("^\\s*[A-Za-z]{1,4}[0-9]{1,4}[A-Za-z]?(?:[._-][0-9A-Za-z]{1,3})*\\s+"));
-    QString text = label.trimmed();
-    if (!name.isEmpty() && text.startsWith(name, Qt::CaseInsensitive)
-        && (text.size() == name.size() || !text.at(name.size()).isLetterOrNumber())) {
-        int begin = int(name.size());
-        while (begin < text.size() && !text.at(begin).isLetterOrNumber())
-            ++begin;
-        text = text.mid(begin);
-    }
-    for (const QRegularExpression *const pattern : { &numbered, &letters }) {
-        const QRegularExpressionMatch match = pattern->match(text);
-        if (match.hasMatch() && match.capturedLength() < text.size())
-            return text.mid(match.capturedLength());
-    }
-    return text;
-}
-
 int ConcordWords::numberOf(const QString &word)
 {
     const int before = words.size();
     const int number = words.numberOf(commonForm(word));
     constexpr double ofFiller = 0.7;
-    if (number == before && fillers().count(word) > 0)
+    if (number == before && isFiller(word))
         words.limit(number, ofFiller);
     return number;
 }

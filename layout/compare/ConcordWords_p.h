@@ -19,6 +19,15 @@ public:
     const ConcordTerms &terms() const { return words; }
     /// 0 to 1: whether two different words are probably forms of the same word.
     static double similarity(const QString &one, const QString &other);
+    /// Whether a folded word has little meaning of its own: "the", "de".
+    static bool isFiller(const QString &word);
+    /// The folded word without the ending of a plural.
+    static QString stemOf(const QString &word);
+    /// Likewise; an abbreviation in full.
+    static QString commonForm(const QString &word);
+    /// The number of typing errors between two words: letters that are missing, wrong or exchanged with the next one.
+    /// At least 3 if the lengths differ by more than 2, or a word is very long.
+    static int typingErrors(const QString &one, const QString &other);
 
 private:
     int numberOf(const QString &word);
