@@ -73,7 +73,8 @@ QByteArray SpssLines::recordNumber() const
         return "COMPUTE @record=1.\n";
     QStringList words;
     for (int i = 0; i < plan.knownMarks.size(); ++i)
-        words.append(QStringLiteral("(%1=%2)").arg(spssQuoted(plan.knownMarks.at(i))).arg(i + 1));
+        words.append(QLatin1Char('(') + spssQuoted(plan.knownMarks.at(i)) + QLatin1Char('=') + QString::number(i + 1)
+                     + QLatin1Char(')'));
     words.append(QStringLiteral("(ELSE=0)"));
     const int length = plan.recordType->length;
     return positions(plan.recordType->start + length) + "STRING @type (A" + QByteArray::number(division.bytesOf(length))

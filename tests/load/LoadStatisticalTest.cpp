@@ -26,6 +26,7 @@ private slots:
     void longTextOfStataIsPutTogetherInPieces();
     void valueLabelOfStataHolds65536Codes();
     void stataHasRoomForAllVariables();
+    void recordTypeMayHoldAPlaceholder();
     void namesAreNoOperandsInSas();
     void headSaysWhatWasNotRun_data();
     void headSaysWhatWasNotRun();
@@ -188,6 +189,15 @@ void LoadStatisticalTest::stataHasRoomForAllVariables()
     // The start of the line, the line in two pieces, the id, 3,000 columns, 40 others, and the id once more.
     QVERIFY2(program.contains("\n    set maxvar 3045\n"), program.mid(program.indexOf("maxvar"), 30).constData());
     QVERIFY(QByteArray(program).replace("\n* ", " ").contains("A table needs 3045 variables."));
+}
+
+void LoadStatisticalTest::recordTypeMayHoldAPlaceholder()
+{
+    Layout layout = made::loadable({});
+    layout.recordType = RecordTypeColumns{ 3, 2 };
+    layout.levels[0].records[0].recordType = QStringLiteral("%1");
+    const QByteArray program = made::program(layout, LoadTarget::Spss);
+    QVERIFY2(program.contains("RECODE @type ('%1'=1) (ELSE=0) INTO @record."), program.constData());
 }
 
 void LoadStatisticalTest::namesAreNoOperandsInSas()

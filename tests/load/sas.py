@@ -707,8 +707,9 @@ class Step:
             for name in kept:
                 if renamed.get(name.lower(), name).lower() not in self.variables:
                     self.add(renamed.get(name.lower(), name), data.types[name])
-            self.labels |= {name: text for name, text in data.labels.items() if name not in self.labels}
-            self.formats |= {name: made for name, made in data.formats.items() if name not in self.formats}
+            new_names = {name.lower(): renamed.get(name.lower(), name).lower() for name in kept}
+            self.labels = {new_names[name]: text for name, text in data.labels.items() if name in new_names} | self.labels
+            self.formats = {new_names[name]: made for name, made in data.formats.items() if name in new_names} | self.formats
         return self.read_source
 
     def source(self, parser):
