@@ -137,20 +137,6 @@ QString problemWithFarItems(const QVector<Item> &items)
     return QString();
 }
 
-QString problemWithFarItems(const Layout &layout, const RecordSelection &loaded)
-{
-    for (const Level &level : layout.levels) {
-        QString problem = problemWithFarItems(level.ids);
-        for (const Record &record : level.records) {
-            if (problem.isEmpty() && loaded.holds(record))
-                problem = problemWithFarItems(record.items);
-        }
-        if (!problem.isEmpty())
-            return problem;
-    }
-    return QString();
-}
-
 QString problemWithIds(const QVector<Item> &ids)
 {
     const auto repeats = [](const Item &id) { return id.occurrences > 1; };
@@ -160,13 +146,15 @@ QString problemWithIds(const QVector<Item> &ids)
     return problemWithItems(ids);
 }
 
-QString problemWithLevels(const Layout &layout, const RecordSelection &loaded)
+using ItemsCheck = QString (*)(const QVector<Item> &items);
+
+QString problemWithLevels(const Layout &layout, const RecordSelection &loaded, ItemsCheck ofIds, ItemsCheck ofItems)
 {
     for (const Level &level : layout.levels) {
-        QString problem = problemWithIds(level.ids);
+        QString problem = ofIds(level.ids);
         for (const Record &record : level.records) {
             if (problem.isEmpty() && loaded.holds(record))
-                problem = problemWithItems(record.items);
+                problem = ofItems(record.items);
         }
         if (!problem.isEmpty())
             return problem;
@@ -249,10 +237,12 @@ QString problemWithLayout(const Layout &layout, const LoadOptions &options)
         problem = problemWithRecordType(layout);
     const RecordSelection loaded(options.records);
     if (problem.isEmpty())
-        problem = problemWithLevels(layout, loaded);
+        problem = problemWithLevels(layout, loaded, problemWithIds, problemWithItems);
     if (problem.isEmpty())
         problem = problemWithSize(layout, loaded);
-    return problem.isEmpty() ? problemWithFarItems(layout, loaded) : problem;
+    if (problem.isEmpty())
+        problem = problemWithLevels(layout, loaded, problemWithFarItems, problemWithFarItems);
+    return problem;
 }
 
 QString problemWithPlan(const LoadPlan &plan, const TargetRules &rules)

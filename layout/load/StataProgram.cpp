@@ -72,10 +72,12 @@ private:
             texts.needs.append(QStringLiteral("A table needs %1 variables. Stata/BE and Stata/IC hold 2,048, Stata/SE "
                                               "32,767, and Stata/MP of release 15 or later 120,000.")
                                    .arg(variablesAtOnce()));
-        if (!plan.recordType)
-            texts.needs.append(QStringLiteral("A text loses blanks before it if infix takes them off."));
         LoadPlan described = plan;
         described.remarks += rangeRemarks(plan) + textRemarks();
+        const QStringList names = textsWithoutBlanks();
+        if (!names.isEmpty())
+            described.remarks.append(QLatin1String("These texts lose blanks before them if infix takes them off: ")
+                                     + names.join(QLatin1String(", ")));
         return harmless(programHead(described, commentStyle, texts));
     }
 
@@ -119,6 +121,7 @@ private:
         return programPart("stata/lines.do",
                            { { "path", stataPath() },
                              { "pieces", pieces },
+                             { "lost", lostBlanks(names.size()) },
                              { "marked", marked },
                              { "first", stataJoinedTexts(first) },
                              { "check", asciiCheck(names) },
@@ -148,9 +151,40 @@ private:
                 last = std::max(last, variable.start - 1 + variable.length);
         }
         last = std::max(last, raw.constLast().start) + markBytes;
-        for (int piece = 0; piece < stataPieces(last); ++piece)
+        for (int piece = 0; piece < stataPieces(last); ++piece) {
             raw.append(stataPiece("_line" + number(piece + 1), 1, last, piece));
+            if (piece > 0)
+                raw.append({ "_begin" + number(piece + 1), raw.constLast().start, 1 });
+        }
         return raw;
+    }
+
+    // A part of the first line that begins with a blank is known by the first character, which is a variable as well.
+    static QByteArray lostBlanks(int pieces)
+    {
+        QVector<QByteArray> conditions;
+        for (int piece = 2; piece <= pieces; ++piece) {
+            const QByteArray line = "_line" + number(piece) + "[1]";
+            conditions.append("(rtrim(_begin" + number(piece) + "[1]) == \"\" & " + line + " != \"\" & substr(" + line
+                              + ", 1, 1) != \" \")");
+        }
+        return conditions.isEmpty()
+            ? QByteArray()
+            : programPart("stata/lost-blanks.do", { { "lost", stataJoined(conditions, " | ") } });
+    }
+
+    QStringList textsWithoutBlanks() const
+    {
+        QStringList names;
+        for (int i = 0; i < plan.tables.size(); ++i) {
+            const PlannedTable &table = plan.tables.at(i);
+            for (const PlannedColumn &column : table.columns) {
+                const bool isText = column.item && column.type == CellType::Text;
+                if (isText && !tables.at(size_t(i)).variables().isInLine(column))
+                    names.append(table.name + QLatin1Char('.') + column.name);
+            }
+        }
+        return names;
     }
 
     QByteArray asciiCheck(const QVector<QByteArray> &names) const

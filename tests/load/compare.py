@@ -17,6 +17,7 @@ A cell is None (missing), a number (int, float, Decimal or Fraction), a str, or 
     same(description, wanted, got)                       compares two values
     files_of(directory)                                  the files of a directory and their bytes
     check(description, function)                         runs a comparison; prints what differs and counts failures
+    stops(message, function)                             runs a program that has to stop with a message
     finish()                                             ends the test: status 1 if a comparison failed
 
 Policy(numbers, ordered, tabs_are_blanks)
@@ -250,6 +251,17 @@ def check(description, function, *arguments):
         failures.append(description)
         print(f"FAIL {description}\n{difference}", flush=True)
         return False
+
+
+def stops(message, function, *arguments):
+    """Runs a program that has to stop with a message that holds this text."""
+    try:
+        function(*arguments)
+    except Difference as difference:
+        if message in str(difference):
+            return
+        raise
+    raise Difference(f"the program did not stop with {message!r}")
 
 
 def finish():

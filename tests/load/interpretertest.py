@@ -36,6 +36,14 @@ STATA = [
     ('display as text "`=1+1\'"', "invalid macro name"),
     ('save "a.dta"', "already exists"),
     ("if 1 {", "does not end"),
+    ('if 1 {\nlabel variable a `"{"\'\n}', "a brace within a block"),
+    ("set maxvar 3000", "with data in memory"),
+    ("clear\nset maxvar 120001", "is not known here"),
+    ("\n".join(f"generate byte n{i} = 1" for i in range(2048)), "no room to add more variables"),
+    ("generate double n = " + " + ".join(["1"] * 301), "expression too long"),
+    ("generate str9 n = " + " + ".join(['"x"'] * 513), "expression too long"),
+    ("generate double n = " + "-" * 801 + "1", "expression too long"),
+    ("clear\ninfix " + " ".join(f"str n{i} 1-2000" for i in range(525)) + ' using "a.dat", clear', "the rows are too wide"),
 ]
 
 SAS = [
@@ -60,6 +68,10 @@ SAS = [
     ("proc format; value $a_ 1 = 'x'; run;", "with the code"),
     ("%let data = a&b;\ndata _null_; run;", "would be expanded"),
     ("proc print; run;", "not known"),
+    ("data work.a; not = 1; b = not + 1; run;", "NOT without parentheses"),
+    ("data work.a; length and 8; if and = 1 then and = 2; run;", "is no operand"),
+    ("data work.a; length a $ 9; a = '" + "x" * 32768 + "'; run;", "a text of more than"),
+    ('data work.a; length a $ 9; a = "x"; run;', "unknown text"),
 ]
 
 

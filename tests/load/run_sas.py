@@ -17,6 +17,7 @@ import reference
 import run_docs
 import sas
 import survey
+from missing import Missing
 
 POLICY = compare.Policy(compare.ULP, True, False)
 REASONS = {"missing": "M", "refused": "R"}
@@ -25,7 +26,7 @@ REASONS = {"missing": "M", "refused": "R"}
 def cell_of(cell):
     if isinstance(cell, bytes):
         return cell.decode("utf-8")
-    if isinstance(cell, sas.Missing):
+    if isinstance(cell, Missing):
         return reference.Missing(cell.tag.lower()) if cell.tag else None
     return Fraction(cell)
 
@@ -40,7 +41,7 @@ def tables_of(outcome):
 def label_of(entries, cell):
     """The label that a format gives to a cell; "" if it has none."""
     for low, low_is_included, high, high_is_included, label in entries:
-        if isinstance(cell, (bytes, sas.Missing)) or isinstance(low, (bytes, sas.Missing)):
+        if isinstance(cell, (bytes, Missing)) or isinstance(low, (bytes, Missing)):
             if type(low) is type(cell) and low == cell:
                 return label
         elif (low < cell or low_is_included and low == cell) and (cell < high or high_is_included and cell == high):
@@ -101,7 +102,7 @@ def format_differs(table, column, entries, parsed):
         if wanted != got:
             differences.append(f"{table.name}.{column.name}: the label of {cell} is {wanted!r}, got {got!r}")
     for tag in REASONS.values() if column.kind != "text" else []:
-        wanted, got = expected_reason(column, pairs, tag, parsed), label_of(entries, sas.Missing(tag))
+        wanted, got = expected_reason(column, pairs, tag, parsed), label_of(entries, Missing(tag))
         if wanted != got:
             differences.append(f"{table.name}.{column.name}: the label of .{tag} is {wanted!r}, got {got!r}")
     return differences
@@ -127,28 +128,20 @@ def compare_labels(result, outcome):
     compare.raise_if(differences)
 
 
-def run(tool, variant, directory):
-    result = compare.expected(tool, "sas", variant)
+def run_program(tool, variant, directory, data):
     files = compare.make_program(tool, "sas", variant, directory)
     try:
-        outcome = sas.run(next(iter(files.values())), variant.data)
+        return sas.run(next(iter(files.values())), data)
     except sas.SasError as error:
         raise compare.Difference(f"SAS stops: {error}") from error
+
+
+def run(tool, variant, directory):
+    result = compare.expected(tool, "sas", variant)
+    outcome = run_program(tool, variant, directory, variant.data)
     compare.counts(result, "\n".join(outcome.log))
     compare.tables(result, tables_of(outcome), POLICY)
     compare_labels(result, outcome)
-
-
-def stops_without_data(tool, variant, directory):
-    """A data file that does not exist: nothing is made."""
-    files = compare.make_program(tool, "sas", variant, directory)
-    try:
-        sas.run(next(iter(files.values())), os.path.join(directory, "absent.dat"))
-    except sas.SasError as error:
-        if "cannot be opened" in str(error):
-            return
-        raise
-    raise compare.Difference("the program did not stop")
 
 
 def page(tool, project, directory):
@@ -172,7 +165,9 @@ def main(tool, project):
         variants = survey.variants(directory) + longlines.variants(directory)
         for variant in variants:
             compare.check(f"sas, {variant.name}", run, tool, variant, os.path.join(directory, "sas " + variant.name))
-        compare.check("sas without its data file", stops_without_data, tool, variants[0], os.path.join(directory, "absent"))
+        absent = os.path.join(directory, "absent")
+        compare.check("sas without its data file", compare.stops, "cannot be opened", run_program, tool, variants[0], absent,
+                      os.path.join(directory, "absent.dat"))
         compare.check("sas, the page", page, tool, project, directory)
     compare.finish()
 

@@ -16,6 +16,7 @@ import reference
 import run_docs
 import stata
 import survey
+from missing import Missing
 
 POLICY = compare.Policy(compare.ULP, True, False)
 
@@ -23,7 +24,7 @@ POLICY = compare.Policy(compare.ULP, True, False)
 def cell_of(cell):
     if isinstance(cell, bytes):
         return cell.decode("utf-8")
-    if isinstance(cell, stata.Missing):
+    if isinstance(cell, Missing):
         return reference.Missing(cell.tag) if cell.tag else None
     return Fraction(cell)
 
@@ -52,7 +53,7 @@ def is_plain_missing(value, parsed):
 def codes_of(value, parsed):
     """What a label stands at: whole numbers, or the reason of a missing value."""
     if value.get("special") in ("missing", "refused") and parsed.specials != "keep":
-        return [stata.Missing(value["special"][0])] if keys_of(value) else []
+        return [Missing(value["special"][0])] if keys_of(value) else []
     return [key for key in keys_of(value) if key == int(key) and abs(key) <= 2147483620]
 
 
@@ -100,7 +101,8 @@ def compare_labels(result, outcome):
 
 # ------------------------------------------------------------------------------------------------------- the run
 
-def run_program(directory, files, arguments, takes_blanks_off, release):
+def run_program(tool, variant, directory, arguments, takes_blanks_off, release=17):
+    files = compare.make_program(tool, "stata", variant, directory)
     program = next(path for name, path in files.items() if name.endswith(".do"))
     try:
         return stata.run(program, arguments, release, takes_blanks_off)
@@ -110,35 +112,10 @@ def run_program(directory, files, arguments, takes_blanks_off, release):
 
 def run(tool, variant, directory, takes_blanks_off, release):
     result = compare.expected(tool, "stata", variant)
-    files = compare.make_program(tool, "stata", variant, directory)
-    outcome = run_program(directory, files, [variant.data], takes_blanks_off, release)
+    outcome = run_program(tool, variant, directory, [variant.data], takes_blanks_off, release)
     compare.counts(result, "\n".join(outcome.printed))
     compare.tables(result, tables_of(outcome), POLICY)
     compare_labels(result, outcome)
-
-
-def stops_at_wide_characters(tool, variant, directory):
-    """Data that are not ASCII: the program stops, says why, and saves nothing."""
-    files = compare.make_program(tool, "stata", variant, directory)
-    try:
-        run_program(directory, files, [], True, 17)
-    except compare.Difference as difference:
-        if "lines are not ASCII" in str(difference):
-            return
-        raise
-    raise compare.Difference("the program did not stop at data that are not ASCII")
-
-
-def stops_without_data(tool, variant, directory):
-    """A data file that does not exist: Stata stops with its own message, and nothing is saved."""
-    files = compare.make_program(tool, "stata", variant, directory)
-    try:
-        run_program(directory, files, [os.path.join(directory, "absent.dat")], True, 17)
-    except compare.Difference as difference:
-        if "not found, r(601)" in str(difference):
-            return
-        raise
-    raise compare.Difference("the program did not stop")
 
 
 def page(tool, project, directory):
@@ -162,7 +139,7 @@ def page(tool, project, directory):
 
 def keeps_blanks(variant):
     """Whether no text begins with a blank: without record types nothing precedes a text at the begin of a line, and the
-    first of long lines, which has a byte-order mark, is put together of several texts."""
+    first of long lines, which has a byte-order mark, would be put together of several texts."""
     return not variant.name.startswith(("plain", "long lines"))
 
 
@@ -171,13 +148,16 @@ def main(tool, project):
         for variant in survey.variants(directory) + longlines.variants(directory):
             place = os.path.join(directory, "stata " + variant.name)
             if variant.characters == "full":
-                compare.check(f"stata, {variant.name}", stops_at_wide_characters, tool, variant, place)
+                compare.check(f"stata, {variant.name}", compare.stops, "lines are not ASCII", run_program, tool, variant, place, [],
+                              True)
                 continue
             for takes_blanks_off in [True, False] if keeps_blanks(variant) else [False]:
                 way = "blanks off" if takes_blanks_off else "blanks kept"
                 compare.check(f"stata, {variant.name}, {way}", run, tool, variant, place, takes_blanks_off, 17)
-        compare.check("stata without its data file", stops_without_data, tool, survey.variant(directory, "ascii"),
-                      os.path.join(directory, "absent"))
+        compare.check("stata without its data file", compare.stops, "not found, r(601)", run_program, tool,
+                      survey.variant(directory, "ascii"), os.path.join(directory, "absent"), [os.path.join(directory, "absent.dat")], True)
+        compare.check("stata, a byte-order mark before a long line", compare.stops, "Remove the mark", run_program, tool,
+                      longlines.variants(directory)[0], os.path.join(directory, "mark"), [], True)
         compare.check("stata, the page", page, tool, project, directory)
     compare.finish()
 

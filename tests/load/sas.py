@@ -21,31 +21,15 @@ import os
 import re
 import sys
 
+from missing import DOT, Missing
+
 MAX_NAME = 32
 MAX_TEXT = 32767
+OPERATORS = set("and or not eq ne gt lt ge le in min max".split())  # as words
 
 
 class SasError(Exception):
     pass
-
-
-class Missing:
-    """A missing value: `.`, or with a letter. It is less than any number."""
-
-    def __init__(self, tag=""):
-        self.tag = tag
-
-    def __eq__(self, other):
-        return isinstance(other, Missing) and other.tag == self.tag
-
-    def __hash__(self):
-        return hash(("missing", self.tag))
-
-    def __repr__(self):
-        return "." + self.tag
-
-
-DOT = Missing()
 
 
 def order(cell):
@@ -88,6 +72,8 @@ def tokens_of(source):
             raise SasError(f"unknown text: {source[i:i + 40]!r}")
         if match.lastgroup == "text":
             tokens.append(("text", match.group()[1:-1].replace("''", "'").replace("\n", "")))
+            if len(tokens[-1][1].encode("utf-8")) > MAX_TEXT:
+                raise SasError(f"a text of more than {MAX_TEXT} bytes")
         elif match.lastgroup == "missing" and tokens and re.match("[A-Za-z0-9_]", source[i - 1]):
             # The point after a library, `first` or a format.
             tokens += [("operator", ".")] + ([("name", match.group()[1:])] if len(match.group()) > 1 else [])
@@ -270,6 +256,8 @@ class Parser:
             return inner
         if kind != "name":
             raise SasError(f"an operand expected in {self.tokens}")
+        if token.lower() in OPERATORS and self.peek()[1] != "(":
+            raise SasError(f"{token} is no operand")
         if self.peek()[1] == "(":
             return self.call(token.lower())
         if self.peek()[1] == "." and token.lower() in ("first", "last"):

@@ -23,33 +23,20 @@ import re
 import struct
 import sys
 
+from missing import DOT, Missing
+
 RESERVED = set("_all _b byte _coef _cons double float if in int long _n _N _pi _pred _rc _skip strL using with".split())
 LIMITS = {"byte": (-127, 100), "int": (-32767, 32740), "long": (-2147483647, 2147483620)}
 MAX_DOUBLE = 8.9884656743e307
 MAX_TEXT = 2045
+# Of an expression, of a data set before `set maxvar`, and of the bytes of its rows.
+MAX_OPERATORS, MAX_NUMBERS, MAX_LITERALS = 800, 300, 512
+MAX_VARIABLES = 2048
+MAX_WIDTH = 1048576
 
 
 class StataError(Exception):
     pass
-
-
-class Missing:
-    """A missing value: `.`, or with a letter, `.a` to `.z`. It is greater than any number."""
-
-    def __init__(self, tag=""):
-        self.tag = tag
-
-    def __eq__(self, other):
-        return isinstance(other, Missing) and other.tag == self.tag
-
-    def __hash__(self):
-        return hash(("missing", self.tag))
-
-    def __repr__(self):
-        return "." + self.tag
-
-
-DOT = Missing()
 
 
 def order(cell):
@@ -74,9 +61,11 @@ class Data:
         self.attached = {}
         self.labels = {}
         self.label = ""
+        self.maxvar = MAX_VARIABLES
 
     def copy(self):
         made = Data()
+        made.maxvar = self.maxvar
         made.names, made.types, made.count, made.label = list(self.names), dict(self.types), self.count, self.label
         made.columns = {name: list(cells) for name, cells in self.columns.items()}
         made.variable_labels, made.attached = dict(self.variable_labels), dict(self.attached)
@@ -95,6 +84,8 @@ class Data:
         check_name(name)
         if name in self.columns:
             raise StataError(f"variable {name} already defined, r(110)")
+        if len(self.names) >= self.maxvar:
+            raise StataError("no room to add more variables, r(900)")
         self.names.append(name)
         self.types[name] = kind
         self.columns[name] = cells
@@ -317,6 +308,10 @@ class Expression:
     def __init__(self, source, stata):
         self.stata = stata
         self.tokens = tokens_of(source)
+        kinds = [kind for kind, _ in self.tokens]
+        limits = (("operator", MAX_OPERATORS), ("number", MAX_NUMBERS), ("text", MAX_LITERALS))
+        if any(kinds.count(kind) > limit for kind, limit in limits):
+            raise StataError("expression too long, r(130)")
         self.place = 0
         self.value = self.level(0)
         if self.place < len(self.tokens):
@@ -542,6 +537,10 @@ class Stata:
         raise StataError("a block does not end, r(198)")
 
     def block(self, head, lines):
+        """The manual does not say that a brace within a text is no end of a block, so that there may be none."""
+        for line in lines:
+            if re.search("[{}]", line.strip()[:-1]):
+                raise StataError(f"a brace within a block: {line[:60]}")
         if head == "quietly":
             self.run(lines)
         elif head.startswith("if "):
@@ -590,8 +589,11 @@ class Stata:
         if float(rest) > self.release:
             raise StataError(f"this is version {self.release} of Stata, r(9)")
 
+    maxvar = MAX_VARIABLES
+
     def do_clear(self, rest):
         self.data = Data()
+        self.data.maxvar = self.maxvar
 
     def do_args(self, rest):
         for place, name in enumerate(rest.split()):
@@ -618,8 +620,10 @@ class Stata:
             self.locals[name] = "temporary/" + name
 
     def do_set(self, rest):
-        if not re.fullmatch(r"maxvar [0-9]+", rest):
-            raise StataError(f"set {rest} is not known here")
+        match = re.fullmatch(r"maxvar ([0-9]+)", rest)
+        if not match or not MAX_VARIABLES <= int(match.group(1)) <= 120000 or self.data.names:
+            raise StataError(f"set {rest} is not known here, or not with data in memory")
+        self.maxvar = self.data.maxvar = int(match.group(1))
 
     def do_exit(self, rest):
         raise Exit(int(rest or 0))
@@ -653,7 +657,7 @@ class Stata:
             path = text_at(path, 0)[0]
             if options != "clear":
                 raise StataError(f"infix: option {options} is not known here")
-            self.data = Data()
+            self.do_clear("")
         if self.data.names:
             raise StataError("no; data in memory would be lost, r(4)")
         self.read(specifications, os.path.join(self.directory, path))
@@ -668,6 +672,8 @@ class Stata:
             lines.pop()
         lines = [line[:-1] if line.endswith(b"\r") else line for line in lines]
         self.data.count = len(lines)
+        if sum(last - first + 1 for _, first, last in specifications) > MAX_WIDTH:
+            raise StataError("no room to add more variables: the rows are too wide, r(902)")
         for name, first, last in specifications:
             self.data.add(name, f"str{last - first + 1}", [self.field(line[first - 1:last]) for line in lines])
 

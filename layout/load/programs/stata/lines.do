@@ -14,7 +14,7 @@ quietly {
         scalar van_first = substr(<<first>>, 4, .)
     }
     if scalar(van_mark) {
-<<marked>>    }
+<<lost>><<marked>>    }
 <<check>>    generate byte _blank = <<blank>>
     generate byte _known = <<known>>
 <<types>>    replace _known = 0 if _start == "~"
