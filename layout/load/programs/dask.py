@@ -3,9 +3,11 @@ import collections
 import contextlib
 import importlib
 import os
+import pickle
 import re
 import shutil
 import sys
+import zlib
 
 import dask
 import dask.dataframe
@@ -63,21 +65,30 @@ def cases_of(table, blocks):
     return cases.assign(rows=case.value_counts(sort=False).sort_index().to_numpy(dtype='int32'))
 
 
+def packed(cases):
+    """Cases as compressed bytes: those of all blocks are kept until they are compared."""
+    return zlib.compress(pickle.dumps(cases), 1)
+
+
+def unpacked(data):
+    return pickle.loads(zlib.decompress(data))
+
+
 def survey(path, first, end, groups):
-    """The counts of a block, and for each group the cases of its tables that have the column "occ"."""
+    """The counts of a block, and for each group the cases, packed, of its tables that have the column "occ"."""
     found = [{} for _ in range(groups)]
     try:
         blocks = read(path, first, end)
     except program.EncodingError as error:
-        return {'wrong_line': error.line}, found
+        return {'wrong_line': error.line}, [packed(cases) for cases in found]
     counts = {'lines': sum(block.lines for block in blocks), 'total': program.total(blocks)}
     for table in program.TABLES:
         if table.record is None and program.has_occurrences(table):
             cases = cases_of(table, blocks)
             group = group_of(cases.drop(columns='rows'), groups)
             for number in range(groups):
-                found[number][table.name] = cases[group == number]
-    return counts, found
+                found[number][table.name] = cases[group == number].reset_index(drop=True)
+    return counts, [packed(cases) for cases in found]
 
 
 def group_of(ids, groups):
@@ -89,6 +100,7 @@ def group_of(ids, groups):
 
 def earlier_rows(parts):
     """For each block, the cases of a group with rows in the blocks before it, and the number of these rows."""
+    parts = [unpacked(part) for part in parts]
     found = [{} for _ in parts]
     for name in {name for part in parts for name in part}:
         cases = pd.concat([part[name].assign(block=number) for number, part in enumerate(parts) if name in part],
