@@ -2,7 +2,7 @@
 
 #include "SqlText_p.h"
 
-#include <algorithm>
+#include <iterator>
 #include <map>
 
 namespace vanlayout
