@@ -1,6 +1,7 @@
 #include "DuckdbProgram_p.h"
 
 #include "Head_p.h"
+#include "PlanLists_p.h"
 #include "ProgramText_p.h"
 #include "SqlTable_p.h"
 #include "SqlText_p.h"
@@ -30,10 +31,16 @@ QByteArray decimalOf(const PlannedColumn &column, const QByteArray &field)
     return "load_decimal(" + field + ", 1" + QByteArray(column.decimals, '0') + ".0)";
 }
 
+bool isDouble(const PlannedColumn &column)
+{
+    return column.type == CellType::Decimal || (column.type == CellType::Integer && column.length > maxBigintDigits);
+}
+
 QByteArray cellOf(const PlannedColumn &column, const QByteArray &field)
 {
+    // 0.0 is added because -0 is 0.
     if (column.type == CellType::Integer)
-        return "CAST(load_whole(" + field + ") AS " + typeOf(column) + ')';
+        return "CAST(load_whole(" + field + ") AS " + typeOf(column) + (isDouble(column) ? ") + 0.0" : ")");
     return column.type == CellType::Decimal ? decimalOf(column, field) : "rtrim(" + field + ", ' ')";
 }
 
@@ -42,9 +49,15 @@ QByteArray isNoNumber(const PlannedColumn &column, const QByteArray &field)
     return (column.type == CellType::Integer ? "load_is_no_whole(" : "load_is_no_decimal(") + field + ')';
 }
 
+// DuckDB takes a number without an exponent for a decimal, and turns a long one into a double that is not the nearest.
+QByteArray codeEnd(const PlannedColumn &column)
+{
+    return isDouble(column) ? QByteArrayLiteral("e0") : QByteArray();
+}
+
 const SqlDialect &dialect()
 {
-    static const SqlDialect sql = { cellOf, isNoNumber, "temp.\"load lines\"", "rowid", QByteArray(), true };
+    static const SqlDialect sql = { cellOf, isNoNumber, "temp.\"load lines\"", "rowid", QByteArray(), codeEnd, true };
     return sql;
 }
 
@@ -136,6 +149,7 @@ QByteArray head(const LoadPlan &plan)
         needs.append(
             QStringLiteral("A file in windows-1252 is in memory as a whole, and has at most 1 GB. A larger one has "
                            "to be turned into UTF-8 first, and loaded with a program for UTF-8."));
+    needs += longCodeRemarks(plan, maxBigintDigits, maxExactDigits);
     return programHead(
         plan, sqlComment(),
         { QStringLiteral("DuckDB"),

@@ -1,9 +1,21 @@
 #include "PlanLists_p.h"
 
+#include <QChar>
+
 #include <algorithm>
 
 namespace vanlayout
 {
+
+namespace
+{
+
+int digitsOf(const QString &number)
+{
+    return int(std::count_if(number.begin(), number.end(), [](QChar character) { return character.isDigit(); }));
+}
+
+} // namespace
 
 QStringList columnNames(const PlannedTable &table)
 {
@@ -64,6 +76,24 @@ QStringList cutTextRemarks(const PlannedTable &table, int maxBytes)
         if (column.type == CellType::Text && column.length > maxBytes)
             remarks.append(QStringLiteral("%1.%2 is cut to %3 bytes.").arg(table.name, column.name).arg(maxBytes));
     }
+    return remarks;
+}
+
+QStringList longCodeRemarks(const LoadPlan &plan, int maxWhole, int maxDecimal)
+{
+    constexpr int maxExactDigits = 15; // of a double
+    const auto isLong
+        = [](const SpecialRule &rule) { return std::max(digitsOf(rule.low), digitsOf(rule.high)) > maxExactDigits; };
+    QStringList remarks;
+    forEachCodeList(plan, [&](const PlannedTable &table, const PlannedColumn &column) {
+        const QVector<SpecialRule> &specials = plan.codes.at(column.codes).specials;
+        if (column.isNumber() && column.length > (column.type == CellType::Decimal ? maxDecimal : maxWhole)
+            && std::any_of(specials.begin(), specials.end(), isLong))
+            remarks.append(
+                QStringLiteral("%1.%2 has special codes of more than 15 digits. They are compared as doubles, "
+                               "so that the numbers next to them become missing too.")
+                    .arg(table.name, column.name));
+    });
     return remarks;
 }
 

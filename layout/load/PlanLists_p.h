@@ -60,6 +60,10 @@ QByteArray specialStatements(const CodeList &codes, const char *butNot, Conditio
 /// A line for the head for each text of a table that is longer than a variable of the target, and is cut.
 QStringList cutTextRemarks(const PlannedTable &table, int maxBytes);
 
+/// A line for the head for each item whose special codes have more digits than a double holds, if the cells of so many
+/// digits are doubles: numbers of more than \a maxWhole digits, and of more than \a maxDecimal digits with decimals.
+QStringList longCodeRemarks(const LoadPlan &plan, int maxWhole, int maxDecimal);
+
 } // namespace vanlayout
 
 #endif

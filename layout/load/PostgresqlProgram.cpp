@@ -65,10 +65,15 @@ QByteArray isNoNumber(const PlannedColumn &column, const QByteArray &field)
     return QByteArrayLiteral("pg_temp.") + function + '(' + field + ')';
 }
 
+QByteArray codeEnd(const PlannedColumn & /*column*/)
+{
+    return QByteArray();
+}
+
 const SqlDialect &dialect()
 {
     // OFFSET 0 keeps PostgreSQL from reading a field once for each use of its column.
-    static const SqlDialect sql = { cellOf, isNoNumber, "pg_temp.lines", "line", " OFFSET 0", false };
+    static const SqlDialect sql = { cellOf, isNoNumber, "pg_temp.lines", "line", " OFFSET 0", codeEnd, false };
     return sql;
 }
 

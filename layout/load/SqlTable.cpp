@@ -77,7 +77,7 @@ QByteArray SqlTable::cases() const
     for (const PlannedColumn &column : table.columns) {
         if (column.role != ColumnRole::Id)
             continue;
-        keys.append(sqlWithoutSpecials(plan, column, { sqlName(column.name), {}, 0 }));
+        keys.append(sqlWithoutSpecials(plan, column, { sqlName(column.name), {}, 0, dialect.codeEnd(column) }));
         columns.append(keys.constLast() + " AS " + sqlName(column.name));
     }
     const QByteArray partition = keys.isEmpty() ? QByteArray() : "PARTITION BY " + keys.join(", ") + ' ';
@@ -108,7 +108,8 @@ QByteArray SqlTable::cells() const
     for (const PlannedColumn &column : table.columns) {
         const QByteArray name = sqlName(column.name);
         const bool isItem = column.role == ColumnRole::Item;
-        columns.append(isItem ? sqlWithoutSpecials(plan, column, { name, {}, 0 }) + " AS " + name : name);
+        columns.append(
+            isItem ? sqlWithoutSpecials(plan, column, { name, {}, 0, dialect.codeEnd(column) }) + " AS " + name : name);
     }
     QByteArray query = "SELECT\n" + sqlList(columns, 2) + "\nFROM fields";
     if (table.isItemTable() || !dialect.ordersCases)

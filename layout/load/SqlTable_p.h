@@ -17,7 +17,8 @@ struct SqlDialect {
     QByteArray lines;      ///< the table of the lines, with columns `text` and `mark`
     QByteArray lineNumber; ///< its column with the number of the line
     QByteArray fence;      ///< after a query whose columns are computed once, although others use them several times
-    bool ordersCases;      ///< whether rows are sorted before their fields are read, and stay in that order
+    QByteArray (*codeEnd)(const PlannedColumn &column); ///< SqlCell::codeEnd
+    bool ordersCases; ///< whether rows are sorted before their fields are read, and stay in that order
 };
 
 /// The query that makes the rows of a table from the lines of the file.

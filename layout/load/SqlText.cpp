@@ -43,15 +43,36 @@ QByteArray shifted(const QString &number, int places)
     return mark + places < digits.size() ? digits.insert(mark + places, '.') : digits;
 }
 
+// The condition for one rule of whole numbers. A code with decimals is compared by its whole part, because an engine
+// may turn a whole number into the type of the code, which may have too few digits for it.
+QByteArray wholeCondition(const SpecialRule &rule, const QByteArray &value)
+{
+    const auto wholePart = [](const QString &code) { return code.section(QLatin1Char('.'), 0, 0).toUtf8(); };
+    const auto hasDecimals = [](const QString &code) { return code.contains(QLatin1Char('.')); };
+    const bool isAboveLow = hasDecimals(rule.low) && !rule.low.startsWith(QLatin1Char('-'));
+    const bool isBelowHigh = hasDecimals(rule.high) && rule.high.startsWith(QLatin1Char('-'));
+    return value + (isAboveLow ? " > " : " >= ") + wholePart(rule.low) + " AND " + value
+        + (isBelowHigh ? " < " : " <= ") + wholePart(rule.high);
+}
+
+bool isShortWhole(const QString &code)
+{
+    constexpr int maxDigits = 18;
+    return !code.contains(QLatin1Char('.')) && code.size() <= maxDigits;
+}
+
 // The condition for one rule.
 QByteArray condition(const SpecialRule &rule, const PlannedColumn &column, const SqlCell &cell)
 {
     if (!column.isNumber())
         return cell.value + " = " + sqlText(rule.low);
-    const QByteArray low = shifted(rule.low, cell.shift);
+    const bool isWhole = column.type == CellType::Integer && cell.codeEnd.isEmpty();
+    if (isWhole && !(isShortWhole(rule.low) && isShortWhole(rule.high)))
+        return wholeCondition(rule, cell.value);
+    const QByteArray low = shifted(rule.low, cell.shift) + cell.codeEnd;
     if (rule.low == rule.high)
         return cell.value + " = " + low;
-    return cell.value + " BETWEEN " + low + " AND " + shifted(rule.high, cell.shift);
+    return cell.value + " BETWEEN " + low + " AND " + shifted(rule.high, cell.shift) + cell.codeEnd;
 }
 
 QByteArray orNull(const QString &text)

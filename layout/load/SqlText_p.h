@@ -39,9 +39,10 @@ QByteArray sqlField(const PlannedTable &table, const PlannedColumn &column, cons
 
 /// The expressions of a cell.
 struct SqlCell {
-    QByteArray value;  ///< compared with the codes
-    QByteArray result; ///< the cell itself; empty if it is the value
-    int shift = 0;     ///< the value is the number times this power of ten
+    QByteArray value;   ///< compared with the codes
+    QByteArray result;  ///< the cell itself; empty if it is the value
+    int shift = 0;      ///< the value is the number times this power of ten
+    QByteArray codeEnd; ///< after a number that is compared with the value; it makes the number a double
 };
 
 /// An expression for a cell that is NULL for special codes.

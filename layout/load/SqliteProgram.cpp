@@ -1,6 +1,7 @@
 #include "SqliteProgram_p.h"
 
 #include "Head_p.h"
+#include "PlanLists_p.h"
 #include "ProgramText_p.h"
 #include "SqlText_p.h"
 #include "SqliteCells_p.h"
@@ -278,7 +279,7 @@ private:
     // less than the empty text, as each number is.
     QByteArray finalCell(const PlannedColumn &column, const QByteArray &value) const
     {
-        SqlCell result{ value, {}, 0 };
+        SqlCell result{ value, {}, 0, {} };
         if (column.isNumber()) {
             QByteArray scaled = value;
             if (column.type == CellType::Decimal)
@@ -345,6 +346,7 @@ private:
 
 QByteArray head(const LoadPlan &plan)
 {
+    constexpr int maxIntegerDigits = 18;
     HeadTexts texts;
     texts.target = QStringLiteral("SQLite");
     texts.run = QStringList{ QStringLiteral("sqlite3 %1.db < %1.sql").arg(plan.name) };
@@ -355,6 +357,7 @@ QByteArray head(const LoadPlan &plan)
             "Needs sqlite3 3.34 or later. A second run replaces the tables; a run that fails changes nothing."),
         QStringLiteral("Blank lines have no rows, and are not counted."),
     };
+    texts.needs += longCodeRemarks(plan, maxIntegerDigits, maxIntegerDigits);
     return programHead(plan, sqlComment(), texts);
 }
 

@@ -1,5 +1,6 @@
 #include "layout/MadeLayout.h"
 #include "load/Head_p.h"
+#include "load/PlanLists_p.h"
 #include "load/PlanMaker_p.h"
 #include "load/PlanTexts_p.h"
 
@@ -80,6 +81,8 @@ private slots:
     void commentsCannotBeEnded();
     void commentLinesAreShort();
     void rangeRemarksAreGivenOnce();
+    void longCodesAreListedWhereCellsAreDoubles_data();
+    void longCodesAreListedWhereCellsAreDoubles();
 };
 
 namespace
@@ -997,6 +1000,33 @@ void LoadPlanTest::rangeRemarksAreGivenOnce()
                  3, 2);
     const Layout layout = layoutOf({ item });
     QCOMPARE(rangeRemarks(plan(layout)), QStringList(QStringLiteral("R.X_1: 0 to 999 is \"all\"")));
+}
+
+void LoadPlanTest::longCodesAreListedWhereCellsAreDoubles_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("decimals");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<bool>("isListed");
+    const QString digits(15, QLatin1Char('9'));
+    QTest::newRow("whole") << 19 << 0 << digits + QLatin1Char('9') << true;
+    QTest::newRow("exact type") << 18 << 0 << digits + QLatin1Char('9') << false;
+    QTest::newRow("short code") << 19 << 0 << QLatin1Char('-') + digits << false;
+    QTest::newRow("decimals") << 16 << 1 << digits + QLatin1String(".9") << true;
+    QTest::newRow("few digits") << 15 << 1 << digits + QLatin1String(".9") << false;
+}
+
+void LoadPlanTest::longCodesAreListedWhereCellsAreDoubles()
+{
+    QFETCH(int, length);
+    QFETCH(int, decimals);
+    QFETCH(QString, code);
+    Value missing = made::value(code, QStringLiteral("Not known"));
+    missing.special = Special::Missing;
+    Item item = placed(made::item(QStringLiteral("X"), length, { missing }), 3);
+    item.decimals = decimals;
+    const QStringList remarks = longCodeRemarks(plan(layoutOf({ item })), 18, 15);
+    QTEST(!remarks.isEmpty(), "isListed");
 }
 
 QTEST_MAIN(LoadPlanTest)

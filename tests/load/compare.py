@@ -96,8 +96,8 @@ def significant_digits(number):
 
 
 def number_is(wanted, got, numbers):
-    """Whether a number is the exact one, or near enough to it."""
-    if isinstance(got, float) and not math.isfinite(got):
+    """Whether a number is the exact one, or near enough to it. -0 is no number."""
+    if isinstance(got, float) and (not math.isfinite(got) or str(got) == "-0.0"):
         return False
     if numbers == EXACT or Fraction(got) == wanted:
         return Fraction(got) == wanted

@@ -58,4 +58,9 @@ async function run(job) {
   return result;
 }
 
-for await (const line of createInterface({ input: process.stdin })) console.log(JSON.stringify(await run(JSON.parse(line))));
+// JSON has no -0, so it is a text.
+const withNegativeZero = (_, value) => (Object.is(value, -0) ? '-0' : value);
+
+for await (const line of createInterface({ input: process.stdin })) {
+  console.log(JSON.stringify(await run(JSON.parse(line)), withNegativeZero));
+}

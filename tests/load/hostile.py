@@ -280,7 +280,7 @@ for (program in arguments) {
     frame <- frames[[name]]
     say(shown(name), as.character(length(frame)), as.character(nrow(frame)))
     for (place in seq_along(frame)) {
-      label <- attr(frame[[place]], "label")
+      label <- attr(frame[[place]], "label", exact = TRUE)
       say(shown(names(frame)[place]), if (is.null(label)) "" else shown(label), cells(frame[[place]]))
     }
   }

@@ -206,7 +206,7 @@ def main(tool):
     directory = tempfile.mkdtemp(prefix="van-dask-")
     try:
         with Cluster(directory) as cluster:
-            for variant in survey.variants(directory):
+            for variant in [*survey.variants(directory), survey.long_codes(directory)]:
                 compare.check(f"Dask, {variant.name}", variant_agrees, tool, variant,
                               os.path.join(directory, variant.name))
             for test in (blocks_smaller_than_a_line, lines_belong_to_the_block_in_which_they_begin,

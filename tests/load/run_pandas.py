@@ -141,7 +141,7 @@ def import_runs_nothing(tool, directory):
 def main(tool):
     directory = tempfile.mkdtemp(prefix="van-pandas-")
     try:
-        for variant in survey.variants(directory):
+        for variant in [*survey.variants(directory), survey.long_codes(directory)]:
             compare.check(f"pandas, {variant.name}", variant_agrees, tool, variant, os.path.join(directory, variant.name))
         for test in (failures_leave_nothing, data_is_read_in_the_working_directory, blocks_do_not_matter,
                      any_number_of_decimals_is_exact, progress_is_reported, import_runs_nothing):

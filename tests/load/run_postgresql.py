@@ -241,7 +241,7 @@ def main(tool, binaries, project=None):
         return
     with tempfile.TemporaryDirectory() as directory, Server(binaries) as server:
         os.chmod(directory, 0o755)
-        made = survey.variants(directory)
+        made = [*survey.variants(directory), survey.long_codes(directory)]
         for variant in made:
             compare.check(f"postgresql {variant.name}", compare_variant, server, tool, variant, directory)
         compare.check("bad bytes", compare_bad_bytes, server, tool, made[0], directory)

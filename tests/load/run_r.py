@@ -27,7 +27,7 @@ cells <- function(values) {
   ifelse(!is.na(tags), paste0("t", tags), ifelse(is.na(values), "NA", sprintf("n%.17g", as.vector(values))))
 }
 label_of <- function(x) {
-  label <- attr(x, "label")
+  label <- attr(x, "label", exact = TRUE)
   if (is.null(label)) "" else enc2utf8(label)
 }
 labels_of <- function(column) {
@@ -210,7 +210,7 @@ def codes_that_are_one_number_have_the_first_label(tool, rscript, directory):
 def main(tool, rscript):
     directory = tempfile.mkdtemp(prefix="van-r-")
     try:
-        for variant in survey.variants(directory):
+        for variant in [*survey.variants(directory), survey.long_codes(directory)]:
             compare.check(f"R, {variant.name}", variant_agrees, tool, rscript, variant,
                           os.path.join(directory, variant.name))
         for test in (locale_does_not_matter, failures_leave_nothing, data_is_read_in_the_working_directory,

@@ -189,7 +189,7 @@ def compare_numbers(sqlite, tool, _, directory):
 
 def main(tool, sqlite):
     with tempfile.TemporaryDirectory() as directory:
-        made = survey.variants(directory)
+        made = [*survey.variants(directory), survey.long_codes(directory, neighbours=False)]
         for variant in made:
             compare.check(f"sqlite {variant.name}", compare_variant, sqlite, tool, variant, directory)
         compare.check("bad bytes", compare_bad_bytes, sqlite, tool, made[0], directory)

@@ -8,6 +8,7 @@ As a module:
 
     variants(directory, seed=1, cases=40)  makes all files; a list of Variant. Several variants share one pair of files.
     variant(directory, name, ...)          the one with this name
+    long_codes(directory)                  one with codes that are next to others, of more digits than a double holds
     broken(path, variant, line, bytes)  a copy of the data with these bytes at the end of a line, from 1; returns the path
     census(path, lines)                 as --census; returns the paths of the dictionary and of the data
 
@@ -157,7 +158,10 @@ def house_items():
         Item("TINY", 3, "More decimals than digits", decimals=25),
         Item("PHOTO", 4, "Photo", kind="image", times=2),
         Item("BIG10", 10, "Ten digits"),
-        Item("BIG18", 18, "Eighteen digits"),
+        Item("BIG18", 18, "Eighteen digits", values=[
+            value("No whole number", "6771240.50095590505099590590005559", special="NOTAPPL"),
+            value("Two to four", ("1.5", "4.5"), special="MISSING"), value("Minus two to minus four", ("-4.5", "-1.5"), special="NOTAPPL"),
+            value("Five to nine", ("4.9", "9"), special="DEFAULT")]),
         Item("BIG20", 20, "Twenty digits", values=[value("All", "99999999999999999999", special="MISSING")]),
         Item("BIGDEC", 20, "Twenty digits, four of them decimals", decimals=4),
         Item("MANY", 3, "Many codes", values=many_codes()),
@@ -403,6 +407,8 @@ class Data:
 
     def written(self, item):
         """A number: digits without a mark, or with one where the item has decimals."""
+        if item.length > 1 and self.chance(2):
+            return "-" + "0" * self.random.randint(1, item.length - 1)
         sign = self.random.choice(["", "", "", "", "-", "+"]) if item.length > 1 else ""
         space = item.length - len(sign)
         if not item.decimals or not self.chance(70 if item.mark else 10) or space < 2:
@@ -561,6 +567,28 @@ def variant(directory, name, seed=1, cases=40):
     """One variant; makes its files only."""
     of, options = next((of, options) for each, of, options in OPTIONS if each == name)
     return Variant(name, *make_files(directory, of, seed, cases), options, SETTINGS[of].characters, SETTINGS[of].controls)
+
+
+def long_codes(directory, neighbours=True):
+    """Special codes of more digits than a double holds; in the data perhaps also the numbers next to them."""
+    survey = Survey.__new__(Survey)
+    survey.type_columns = None
+    survey.ids = [[Item("LINE", 1)]]
+    survey.records = [Record("R", "", 1, 0, [
+        Item("WHOLE17", 17, values=[value("Not known", "99999999999999998", special="MISSING")]),
+        Item("WHOLE20", 20, values=[value("Not known", "99999999999999999998", special="MISSING"),
+                                    value("Kept", "-2", special="DEFAULT"), value("Negative", ("-9", "-1"), special="NOTAPPL")]),
+        Item("DECIMAL", 20, decimals=4, values=[value("Not known", "9992325549739149.48", special="REFUSED"),
+                                                value("Not asked", "00.5", special="NOTAPPL")])], "Long codes")]
+    survey.place()
+    dictionary = write(os.path.join(directory, "long_codes.dcf"), json.dumps(survey.element()).encode())
+    cells = [("99999999999999998", "99999999999999999998", "99923255497391494800"), ("0", "-9", "0.50"), ("-0", "-10", ",5"),
+             ("", "-2", "5000"), ("1", "-0", "-0000"), ("-9999999999999998", "-9999999999999999998", "9992325549739149.48")]
+    if neighbours:
+        cells += [("99999999999999997", "99999999999999999997", "99923255497391494801"),
+                  ("99999999999999999", "+9999999999999999999", "9992325549739149.47")]
+    lines = [f"{number}{first:17}{second:20}{third:20}\n" for number, (first, second, third) in enumerate(cells)]
+    return Variant("long_codes", dictionary, write(os.path.join(directory, "long_codes.dat"), "".join(lines).encode()), [], "ascii", False)
 
 
 def broken(path, variant, line, wrong):

@@ -136,6 +136,26 @@ numbers_of <- function(texts, decimals) {
   ifelse(negative, 0 - values, values)
 }
 
+# The digits of numbers in one form, such as "-12.5".
+exact_texts <- function(texts, decimals) {
+  texts <- gsub(" ", "", texts, fixed = TRUE)
+  digits <- sub("[.,]", "", sub("^[+-]", "", texts))
+  mark <- regexpr("[.,]", texts)
+  after <- ifelse(mark > 0, nchar(texts) - mark, decimals)
+  digits <- paste0(strrep("0", pmax(0, after - nchar(digits))), digits)
+  made <- paste0(sub("^0+", "", substr(digits, 1, nchar(digits) - after)), ".",
+                 sub("0+$", "", substring(digits, nchar(digits) - after + 1)))
+  paste0(ifelse(startsWith(texts, "-") & made != ".", "-", ""), made)
+}
+
+# Whether numbers are a code, or in a range of codes. A code of more digits than a double holds is compared as text.
+is_number_within <- function(texts, values, low, high, column) {
+  if (low == high && column$length > 15) {
+    return(!is.na(values) & exact_texts(texts, column$decimals) == exact_texts(low, 0))
+  }
+  !is.na(values) & values >= numbers_of(low, 0) & values <= numbers_of(high, 0)
+}
+
 # The cells of a numeric column, and how many texts are neither blank nor numbers. Each different text is looked at once.
 number_cells <- function(texts, column) {
   different <- unique(texts)
@@ -143,8 +163,9 @@ number_cells <- function(texts, column) {
   values <- rep(NA_real_, length(different))
   values[is_number] <- numbers_of(different[is_number], column$decimals)
   if (!is.na(column$codes)) {
+    numbers <- values
     values <- with_special_codes(values, CODES[[column$codes]]$special, function(low, high) {
-      !is.na(values) & values >= numbers_of(low, 0) & values <= numbers_of(high, 0)
+      is_number_within(different, numbers, low, high, column)
     }, missing_number)
   }
   wrong <- !is_number & !is_blank(different)

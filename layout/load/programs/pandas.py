@@ -217,24 +217,36 @@ def scan(field, has_decimals):
     return state, digits, after, minus
 
 
+def is_long(column):
+    """Whether a column may have more digits than its type."""
+    return column.length > (15 if column.type == 'Float64' else 18) or column.decimals >= len(POWERS)
+
+
 def long_number(text, decimals):
-    """The number nearest to a text of more digits than a double holds; None if the text is no number."""
+    """The exact number of a text; None if the text is no number."""
     text = text.strip(' ')
     if not re.fullmatch(r'[+-]?([0-9]+[.,]?[0-9]*|[.,][0-9]+)', text):
         return None
     is_written = '.' in text or ',' in text
     if is_written and not decimals:
         return None
-    return float(text.replace(',', '.') if is_written else f'{text}e-{decimals}') + 0.0
+    return Decimal(text.replace(',', '.') if is_written else f'{text}e-{decimals}')
 
 
-def long_numbers(field, decimals):
+def is_missing_code(number, special):
+    return next((is_missing for low, high, is_missing in special if Decimal(low) <= number <= Decimal(high)), False)
+
+
+def long_cells(field, column):
+    """The cells of a long column, each the nearest double. Special codes are compared with all digits."""
     texts = texts_of(field)
-    made = {text: long_number(text, decimals) for text in set(texts)}
-    is_bad = np.array([text != '' and made[text] is None for text in texts], bool)
-    values = np.array([made[text] or 0.0 for text in texts], float)
-    missing = np.array([made[text] is None for text in texts], bool)
-    return Cells(values, missing), int(is_bad.sum())
+    special = CODES[column.codes].special if column.codes is not None else []
+    made = {text: long_number(text, column.decimals) for text in set(texts)}
+    missing = {text for text, number in made.items() if number is None or is_missing_code(number, special)}
+    values = {text: 0.0 if text in missing else float(number) + 0.0 for text, number in made.items()}
+    bad = sum(text != '' and made[text] is None for text in texts)
+    return Cells(np.array([values[text] for text in texts], float),
+                 np.array([text in missing for text in texts], bool)), bad
 
 
 def scanned_numbers(field, column):
@@ -249,9 +261,6 @@ def scanned_numbers(field, column):
 
 def numbers(field, column):
     """The numbers of a field, and how many of its texts are neither blank nor numbers."""
-    field = np.minimum(field, 255).astype(np.uint8, copy=False)
-    if column.length > (15 if column.type == 'Float64' else 18) or column.decimals >= len(POWERS):
-        return long_numbers(field, column.decimals)
     digit = field - np.uint8(48)
     plain = (digit < 10).all(axis=0)
     number = digit[0].astype(np.int32 if column.length < 10 else np.int64)
@@ -308,6 +317,9 @@ def cells_of(field, column):
     if column.type == 'string':
         cells = Cells(texts_of(field), np.zeros(field.shape[1], bool))
     else:
+        field = np.minimum(field, 255).astype(np.uint8, copy=False)
+        if is_long(column):
+            return long_cells(field, column)
         cells, bad = numbers(field, column)
     if column.codes is not None and CODES[column.codes].special:
         cells = without_special_codes(cells, column)
