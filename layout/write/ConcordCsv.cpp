@@ -18,6 +18,7 @@ public:
         : concordance(source)
         , csv(device, options.isForSpreadsheets ? CsvStream::Reader::Spreadsheet : CsvStream::Reader::Program)
         , rounds(roundNames(source.rounds))
+        , names(namesOf(source.variables))
     {
     }
 
@@ -54,7 +55,7 @@ private:
     void addName(int variable)
     {
         csv.add(CsvStream::cell(variable));
-        add(firstCellOf(concordance.variables.at(variable)).item);
+        add(names.at(variable));
     }
 
     void writeVariable(int index)
@@ -86,6 +87,7 @@ private:
     const Concordance &concordance;
     CsvStream csv;
     QStringList rounds;
+    QStringList names; // of the variables
 };
 
 } // namespace

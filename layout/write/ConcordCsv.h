@@ -17,10 +17,11 @@ struct VANLAYOUT_EXPORT ConcordCsvOptions {
 
 /// Writes the table of variables as CSV (RFC 4180, UTF-8, CR LF) with a line of heads: one row for each variable.
 ///
-/// The columns are `variable` (0-based index in Concordance::variables), `name` (in the first round that has the
-/// variable), `changes` (all words of its cells, and `absent` if a round does not have it), and for each round `level`,
-/// `record`, `item`, `label` and `changes`, each followed by a blank and the name of the round as in roundNames().
-/// Several words are separated by blanks. The cells of a round that does not have the variable are empty.
+/// The columns are `variable` (0-based index in Concordance::variables), `name` (of its first item; that
+/// of a variable that begins in a later round is followed by a number if it is taken), `changes` (all words of its
+/// cells, and `absent` if a round does not have it), and for each round `level`, `record`, `item`, `label` and
+/// `changes`, each followed by a blank and the name of the round as in roundNames(). Several words are separated by
+/// blanks. The cells of a round that does not have the variable are empty.
 ///
 /// Streams onto \a device, which must be open for writing. Returns false if the device did not accept all bytes.
 VANLAYOUT_EXPORT bool writeConcordVariablesCsv(const Concordance &concordance, QIODevice &device,

@@ -196,7 +196,7 @@ void describeFind(CLI::App &command, FindCall &call)
 
 void describeConcord(CLI::App &command, ConcordCall &call)
 {
-    addChoice(command, "--format", call.format, { "table", "csv", "json", "html" }, "table, csv, json or html");
+    addChoice(command, "--format", call.format, { "table", "csv", "json", "html", "recodeflow" }, "table, csv, json, html or recodeflow");
     command.add_option("--table", call.table, "for CSV: the table to write; variables by default")
         ->check(CLI::IsMember({ "variables", "codes" }));
     command.add_flag("--all", call.showsAll, "for a table: show also what is the same in all rounds");
@@ -472,6 +472,7 @@ private:
                             "  vanlayout concord round1.dcf round2.dcf round3.dcf\n"
                             "  vanlayout concord --format csv --table codes round1.dcf round2.dcf > codes.csv\n"
                             "  vanlayout concord --format html -o rounds.html round1.dcf round2.dcf\n"
+                            "  vanlayout concord --format recodeflow -o recode round1.dcf round2.dcf\n"
                             "  vanlayout concord --write-map map.csv round1.dcf round2.dcf\n"
                             "  vanlayout concord --map map.csv round1.dcf round2.dcf",
                             [this](int, char **) { return concordLayouts(concordCall); }),

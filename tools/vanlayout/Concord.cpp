@@ -15,6 +15,7 @@
 #include "write/ConcordJson.h"
 #include "write/ConcordMapCsv.h"
 #include "write/ConcordPage.h"
+#include "write/Recodeflow.h"
 
 #include <QFile>
 
@@ -80,6 +81,8 @@ private:
             return QStringLiteral("--table can only be used with --format csv");
         if (call.isForExcel && call.format != "csv")
             return QStringLiteral("--excel can only be used with --format csv");
+        if (call.format == "recodeflow" && output == standardName())
+            return QStringLiteral("two tables are written into a directory; name it with -o DIRECTORY");
         if (writtenMap == standardName() && output == standardName())
             return QStringLiteral("only one of -o and --write-map can be standard output");
         return QString();
@@ -148,6 +151,8 @@ private:
     {
         if (call.format == "csv")
             return writeCsv();
+        if (call.format == "recodeflow")
+            return writeRecodeflow();
         return writeFile(output, [this](QIODevice &device) {
             if (call.format == "json")
                 writeConcordJson(concordance, device);
@@ -168,6 +173,18 @@ private:
             return writeInto(
                 { { QStringLiteral("variables.csv"), variables }, { QStringLiteral("codes.csv"), codes } });
         return writeFile(output, call.table == "codes" ? codes : variables);
+    }
+    int writeRecodeflow() const
+    {
+        const QStringList omitted = recodeflowOmitted(concordance);
+        if (!omitted.isEmpty())
+            complain(QString(),
+                     QStringLiteral("recodeflow cannot read some names of items; their variables are left out: %1")
+                         .arg(omitted.join(QLatin1String("; "))));
+        return writeInto({ { QStringLiteral("variable_details.csv"),
+                             [&](QIODevice &device) { writeRecodeflowDetails(concordance, rounds, device); } },
+                           { QStringLiteral("variables.csv"),
+                             [&](QIODevice &device) { writeRecodeflowVariables(concordance, rounds, device); } } });
     }
     int writeInto(const QVector<ConcordFile> &results) const
     {

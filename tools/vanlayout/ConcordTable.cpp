@@ -158,6 +158,8 @@ public:
     {
         const QStringList names = vanlayout::roundNames(source.rounds);
         std::transform(names.begin(), names.end(), std::back_inserter(rounds), printable);
+        const QStringList ofVariables = vanlayout::namesOf(source.variables);
+        std::transform(ofVariables.begin(), ofVariables.end(), std::back_inserter(variableNames), printable);
     }
 
     void print()
@@ -269,7 +271,7 @@ private:
     {
         Grid grid(QStringList{ QStringLiteral("Name") } + rounds + QStringList{ QStringLiteral("Label") });
         for (const int index : shown)
-            grid.add(rowOf(concordance.variables.at(index)));
+            grid.add(rowOf(index));
         return printIfItFits(grid, minLabelWidth);
     }
     bool printIfItFits(const Grid &grid, int lastWidth)
@@ -279,13 +281,16 @@ private:
         grid.print(lines, style.width);
         return true;
     }
-    static QStringList rowOf(const ConcordVariable &variable)
+    QStringList rowOf(int index) const
     {
+        const ConcordVariable &variable = concordance.variables.at(index);
         const ConcordCell &first = firstCellOf(variable);
-        QStringList row = { printable(first.item) };
+        QStringList row = { variableNames.at(index) };
         for (const std::optional<ConcordCell> &cell : variable.cells) {
             if (!cell)
                 row.append(absentMark());
+            else if (&*cell == &first && printable(cell->item) != row.constFirst())
+                row.append(printable(cell->item));
             else
                 row.append(cell->changes.isEmpty() ? sameMark() : changesIn(*cell, false).join(QLatin1String(", ")));
         }
@@ -298,7 +303,7 @@ private:
         for (const int index : shown) {
             const ConcordVariable &variable = concordance.variables.at(index);
             const ConcordCell &first = firstCellOf(variable);
-            lines.print(0, printable(first.item) + QLatin1Char(' ') + quoted(first.label));
+            lines.print(0, variableNames.at(index) + QLatin1Char(' ') + quoted(first.label));
             QStringList texts;
             for (const std::optional<ConcordCell> &cell : variable.cells)
                 texts.append(cell ? changesIn(*cell, true).join(QLatin1String(", ")) : RoundLines::absent());
@@ -317,10 +322,7 @@ private:
         }
         return order;
     }
-    QString nameOf(const ConcordCode &code) const
-    {
-        return printable(firstCellOf(concordance.variables.at(code.variable)).item);
-    }
+    const QString &nameOf(const ConcordCode &code) const { return variableNames.at(code.variable); }
     static QString changeOf(const ConcordCode &code)
     {
         return code.change == CodeChange::None ? sameMark() : wordOf(code.change);
@@ -369,6 +371,7 @@ private:
     TableLines lines;
     const ConcordTableStyle &style;
     QStringList rounds;
+    QStringList variableNames;
 };
 
 } // namespace
