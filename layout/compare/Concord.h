@@ -57,12 +57,18 @@ struct VANLAYOUT_EXPORT ConcordCode {
     CodeChange change = CodeChange::None;
 };
 
+/// A decision that was not followed.
+struct VANLAYOUT_EXPORT ConcordProblem {
+    int decision = 0; ///< 0-based index in ConcordOptions::decisions
+    QString message;  ///< the reason, as a sentence about the decision
+};
+
 /// The result of `concord`.
 struct VANLAYOUT_EXPORT Concordance {
     QStringList rounds; ///< the file of each round
     QVector<ConcordVariable> variables;
-    QVector<ConcordCode> codes; ///< those of one variable follow each other, in the order of the variables
-    QStringList problems; ///< decisions that were not followed, each with the reason, in the order of the decisions
+    QVector<ConcordCode> codes;       ///< those of one variable follow each other, in the order of the variables
+    QVector<ConcordProblem> problems; ///< decisions that were not followed, in their order
 };
 
 /// A decision of a person on two items of different rounds; it takes precedence over the comparison. Names are compared
@@ -97,6 +103,7 @@ VANLAYOUT_EXPORT Concordance concord(const QVector<Layout> &rounds, const Concor
 Q_DECLARE_TYPEINFO(vanlayout::ConcordCell, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(vanlayout::ConcordVariable, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(vanlayout::ConcordCode, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(vanlayout::ConcordProblem, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(vanlayout::ConcordDecision, Q_MOVABLE_TYPE);
 
 #endif

@@ -53,11 +53,11 @@ ConcordDecisions::ConcordDecisions(const std::vector<ConcordRound> &allRounds,
     makeCompact();
 }
 
-QStringList ConcordDecisions::problems() const
+QVector<ConcordProblem> ConcordDecisions::problems() const
 {
-    QStringList list;
+    QVector<ConcordProblem> list;
     for (const auto &[decision, text] : texts)
-        list.append(QStringLiteral("decision %1 is not followed: %2").arg(decision + 1).arg(text));
+        list.append({ decision, text });
     return list;
 }
 

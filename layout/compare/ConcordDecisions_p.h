@@ -24,8 +24,8 @@ public:
 
     ConcordDecisions(const std::vector<ConcordRound> &allRounds, const QVector<ConcordDecision> &decisions);
 
-    /// The problems, each with the number of its decision.
-    QStringList problems() const;
+    /// The problems, in the order of the decisions.
+    QVector<ConcordProblem> problems() const;
     bool isEmpty() const { return groups.empty(); }
     int groupCount() const { return int(groups.size()); }
     /// The group of an item, or none if no decision names it.

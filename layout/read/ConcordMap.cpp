@@ -2,12 +2,10 @@
 
 #include "compare/RoundNames.h"
 #include "read/CsvTable_p.h"
-#include "util/KeyedHash_p.h"
 
 #include <QIODevice>
 
 #include <array>
-#include <vector>
 
 namespace vanlayout
 {
@@ -17,95 +15,21 @@ namespace
 
 using Place = ConcordDecision::Place;
 
-/// The items of the rounds by name.
-class RoundItems
+// A spreadsheet file has an apostrophe before a text that looks like a formula.
+QString withoutGuard(const QString &text)
 {
-public:
-    explicit RoundItems(const QVector<Layout> &layouts)
-        : rounds(layouts)
-        , placesOf(size_t(layouts.size()))
-    {
-    }
-
-    /// The item that a place names, with the names of the layout, or the problem with it.
-    Place find(const Place &wanted, QString &problem)
-    {
-        const QVector<Place> all = placesIn(wanted.round, wanted.item);
-        QVector<Place> found;
-        for (const Place &place : all) {
-            if (isSame(wanted.level, place.level) && isSame(wanted.record, place.record))
-                found.append(place);
-        }
-        if (found.isEmpty())
-            problem = QStringLiteral("there is no item %1").arg(nameOf(wanted));
-        else if (found.size() > 1)
-            problem = QStringLiteral("several items are named %1; give level and record").arg(nameOf(wanted));
-        return found.isEmpty() ? wanted : found.constFirst();
-    }
-
-private:
-    static bool isSame(const QString &wanted, const QString &name)
-    {
-        return wanted.isEmpty() || wanted.compare(name, Qt::CaseInsensitive) == 0;
-    }
-    QString nameOf(const Place &place) const
-    {
-        const QString inRecord = place.record.isEmpty() ? place.item : place.record + QLatin1Char('.') + place.item;
-        return inRecord + QLatin1String(" in ") + rounds.at(place.round).file;
-    }
-
-    // A spreadsheet file has an apostrophe before a name that looks like a formula.
-    QVector<Place> placesIn(int round, const QString &item)
-    {
-        const KeyedMap<QString, QVector<Place>> &places = indexOf(round);
-        const auto found = places.find(item.toLower());
-        if (found != places.end())
-            return found->second;
-        const auto guarded = item.startsWith(QLatin1Char('\'')) ? places.find(item.mid(1).toLower()) : places.end();
-        return guarded == places.end() ? QVector<Place>() : guarded->second;
-    }
-    const KeyedMap<QString, QVector<Place>> &indexOf(int round)
-    {
-        KeyedMap<QString, QVector<Place>> &index = placesOf[size_t(round)];
-        if (!index.empty())
-            return index;
-        for (const Level &level : rounds.at(round).levels) {
-            add(index, round, level.name, QStringLiteral("(ids)"), level.ids);
-            for (const Record &record : level.records)
-                add(index, round, level.name, record.name, record.items);
-        }
-        return index;
-    }
-    static void add(KeyedMap<QString, QVector<Place>> &index, int round, const QString &level, const QString &record,
-                    const QVector<Item> &items)
-    {
-        for (const Item &item : items) {
-            QVector<Place> &places = index[item.name.toLower()];
-            // A name that occurs again in the same record cannot be selected.
-            if (places.isEmpty() || places.constLast().record != record || places.constLast().level != level)
-                places.append({ round, level, record, item.name });
-        }
-    }
-
-    const QVector<Layout> &rounds;
-    std::vector<KeyedMap<QString, QVector<Place>>> placesOf; // by round, made when it is needed
-};
-
-QStringList filesOf(const QVector<Layout> &rounds)
-{
-    QStringList files;
-    for (const Layout &layout : rounds)
-        files.append(layout.file);
-    return files;
+    static const QString signs = QString::fromUtf8("=+-@\uFF1D\uFF0B\uFF0D\uFF20");
+    const bool isGuarded = text.size() > 1 && text.at(0) == QLatin1Char('\'') && signs.contains(text.at(1));
+    return isGuarded ? text.mid(1) : text;
 }
 
 /// Finds rounds by their names.
 class RoundFinder
 {
 public:
-    explicit RoundFinder(const QVector<Layout> &rounds)
-        : files(filesOf(rounds))
-        , names(roundNames(files))
+    explicit RoundFinder(const QStringList &paths)
+        : files(paths)
+        , names(roundNames(paths))
     {
     }
 
@@ -138,9 +62,8 @@ private:
 class MapReader
 {
 public:
-    explicit MapReader(const QVector<Layout> &rounds)
-        : items(rounds)
-        , finder(rounds)
+    explicit MapReader(const QStringList &files)
+        : finder(files)
     {
     }
 
@@ -220,13 +143,18 @@ private:
         decision.other = placeOf(row, OtherRoundColumn, problem);
         if (problem.isEmpty() && decision.one.round == decision.other.round)
             problem = QStringLiteral("both items are of the same round");
-        if (problem.isEmpty())
+        if (problem.isEmpty()) {
             map.decisions.append(decision);
+            map.lines.append(row.line);
+        }
         return problem;
     }
-    QString cellOf(const CsvRow &row, int column) const { return row.cells.value(indexes[size_t(column)]).trimmed(); }
+    QString cellOf(const CsvRow &row, int column) const
+    {
+        return withoutGuard(row.cells.value(indexes[size_t(column)]).trimmed());
+    }
     // The item whose columns begin with this one. Only the first problem of a row is kept.
-    Place placeOf(const CsvRow &row, Column first, QString &problem)
+    Place placeOf(const CsvRow &row, Column first, QString &problem) const
     {
         const QString round = cellOf(row, first);
         const Place wanted
@@ -241,12 +169,9 @@ private:
             problem = QStringLiteral("%1 names none or several of the files").arg(round);
         else if (wanted.item.isEmpty())
             problem = QStringLiteral("%1item is empty; name an item").arg(QLatin1String(prefix));
-        else
-            return items.find(wanted, problem);
         return wanted;
     }
 
-    RoundItems items;
     RoundFinder finder;
     std::array<int, columnCount> indexes = {};
     int width = 0;
@@ -255,14 +180,14 @@ private:
 
 } // namespace
 
-ConcordMap readConcordMap(QIODevice &device, const QVector<Layout> &rounds)
+ConcordMap readConcordMap(QIODevice &device, const QStringList &files)
 {
     ConcordMap map;
     const QByteArray bytes = device.read(maxConcordMapSize + 1);
     if (bytes.size() > maxConcordMapSize)
         map.problems.append({ 0, QStringLiteral("a map can have at most 256 MiB") });
     else
-        map = MapReader(rounds).read(readCsvTable(bytes));
+        map = MapReader(files).read(readCsvTable(bytes));
     return map;
 }
 

@@ -17,7 +17,8 @@ struct VANLAYOUT_EXPORT ConcordMapProblem {
 
 /// The decisions of a person in a map.
 struct VANLAYOUT_EXPORT ConcordMap {
-    QVector<ConcordDecision> decisions;  ///< with the names of the layouts, in the order of the file
+    QVector<ConcordDecision> decisions;  ///< in the order of the file
+    QVector<int> lines;                  ///< 1-based line of each decision
     QVector<ConcordMapProblem> problems; ///< in the order of the file
 };
 
@@ -30,9 +31,9 @@ constexpr qint64 maxConcordMapSize = 1 << 28;
 /// The columns `decision`, `round`, `item`, `other_round` and `other_item` are required, `level`, `record`,
 /// `other_level` and `other_record` are optional; the order of the columns and further columns have no effect. A
 /// decision is `same` or `different`; rows without a decision are ignored. A round is named as in roundNames(), or by
-/// the end of its path. Names and words are compared case-insensitively. Items that the rounds do not have are
-/// problems, and names that several items have, unless level and record select one of them.
-VANLAYOUT_EXPORT ConcordMap readConcordMap(QIODevice &device, const QVector<Layout> &rounds);
+/// the end of its path. Decisions are compared case-insensitively. An apostrophe before a name that a spreadsheet would
+/// evaluate as a formula is removed. \a files are those of the rounds; concord() reports items that they do not have.
+VANLAYOUT_EXPORT ConcordMap readConcordMap(QIODevice &device, const QStringList &files);
 
 } // namespace vanlayout
 

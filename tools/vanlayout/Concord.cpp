@@ -120,22 +120,28 @@ private:
         QFile file(map);
         if (!file.open(QIODevice::ReadOnly))
             return noAnswerFor(map, QStringLiteral("cannot be read: ") + file.errorString());
-        const ConcordMap decided = readConcordMap(file, rounds);
+        const ConcordMap decided = readConcordMap(file, files);
         if (file.error() != QFileDevice::NoError)
             return noAnswerFor(map, QStringLiteral("cannot be read: ") + file.errorString());
         for (const ConcordMapProblem &problem : decided.problems)
-            complainOfFile(map,
-                           problem.line == 0 ? problem.message
-                                             : QStringLiteral("line %1: %2").arg(problem.line).arg(problem.message));
+            complainOfMap(problem);
+        linesOfMap = decided.lines;
         options.decisions = decided.decisions;
         return decided.problems.isEmpty() ? statusFine : statusNoAnswer;
+    }
+
+    void complainOfMap(const ConcordMapProblem &problem) const
+    {
+        complainOfFile(map,
+                       problem.line == 0 ? problem.message
+                                         : QStringLiteral("line %1: %2").arg(problem.line).arg(problem.message));
     }
 
     int compareRounds()
     {
         concordance = concord(rounds, options);
-        for (const QString &problem : qAsConst(concordance.problems))
-            complainOfFile(map, problem);
+        for (const ConcordProblem &problem : qAsConst(concordance.problems))
+            complainOfMap({ linesOfMap.at(problem.decision), problem.message });
         if (!concordance.problems.isEmpty())
             return statusNoAnswer;
         const int status = writtenMap.isEmpty() ? int(statusFine) : writeMap();
@@ -209,6 +215,7 @@ private:
     QString writtenMap; // empty for none
     QStringList files;
     ConcordOptions options;
+    QVector<int> linesOfMap; // of the decisions
     QVector<Layout> rounds;
     Concordance concordance;
 };
