@@ -100,12 +100,21 @@ private:
     {
         QByteArray text = "\n/* Lines that are in no table. */\ndata _null_;\n" + lines.read() + "  if "
             + lines.isBlank() + " then " + p + "blank + 1;\n  else if " + isUnknown() + " then " + p + "unknown + 1;\n";
-        if (!lines.divided().countCharacters())
-            text += wideLines();
+        text += badBytes();
         text += "  if " + p + "last then do;\n    if " + p + "unknown > 0 then put " + p
             + "unknown 'lines of no known record type';\n    if " + p + "blank > 0 then put " + p
             + "blank 'blank lines';\n  end;\n  return;\n";
         return text + lines.readLabel() + "run;\n";
+    }
+
+    // Lines that are read in pieces are not exact if they are not ASCII, and only counted.
+    QByteArray badBytes() const
+    {
+        if (!lines.divided().countCharacters())
+            return wideLines();
+        if (plan.options.encoding != DataEncoding::Utf8)
+            return QByteArray();
+        return programPart("sas/utf-8.sas", { { "p", p }, { "length", number(LinePieces::length) } });
     }
 
     QByteArray wideLines() const

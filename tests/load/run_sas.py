@@ -144,6 +144,13 @@ def run(tool, variant, directory):
     compare_labels(result, outcome)
 
 
+def stops_at_wrong_bytes(tool, variant, directory):
+    """The message names the first line of bytes that are no characters."""
+    for wrong in survey.WRONG_BYTES:
+        broken = survey.broken(os.path.join(directory, "broken.dat"), variant, 7, wrong)
+        compare.stops("Line 7 is not valid UTF-8.", run_program, tool, variant, os.path.join(directory, "broken"), broken)
+
+
 def page(tool, project, directory):
     """The example of the page, which states the frequencies of a variable and the mean of another."""
     section = run_docs.section_of(project, "SAS")
@@ -168,6 +175,7 @@ def main(tool, project):
         absent = os.path.join(directory, "absent")
         compare.check("sas without its data file", compare.stops, "cannot be opened", run_program, tool, variants[0], absent,
                       os.path.join(directory, "absent.dat"))
+        compare.check("sas, bytes that are not UTF-8", stops_at_wrong_bytes, tool, survey.variant(directory, "mixed"), directory)
         compare.check("sas, the page", page, tool, project, directory)
     compare.finish()
 

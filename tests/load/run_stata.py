@@ -156,6 +156,10 @@ def main(tool, project):
                 compare.check(f"stata, {variant.name}, {way}", run, tool, variant, place, takes_blanks_off, 17)
         compare.check("stata without its data file", compare.stops, "not found, r(601)", run_program, tool,
                       survey.variant(directory, "ascii"), os.path.join(directory, "absent"), [os.path.join(directory, "absent.dat")], True)
+        ascii_variant = survey.variant(directory, "ascii")
+        broken = survey.broken(os.path.join(directory, "broken.dat"), ascii_variant, 7, b"\xe9")
+        compare.check("stata, a byte that is not ASCII", compare.stops, "1 lines are not ASCII; the first is line 7.", run_program,
+                      tool, ascii_variant, os.path.join(directory, "broken"), [broken], True)
         compare.check("stata, a byte-order mark before a long line", compare.stops, "Remove the mark", run_program, tool,
                       longlines.variants(directory)[0], os.path.join(directory, "mark"), [], True)
         compare.check("stata, the page", page, tool, project, directory)

@@ -359,6 +359,7 @@ FUNCTIONS = {
     "left": lambda cell: cell.lstrip(b" "), "lengthn": lambda cell: float(len(cell.rstrip(b" "))),
     "indexc": place_of_first, "compress": lambda cell, removed: bytes(byte for byte in cell if byte not in removed),
     "verify": lambda cell, allowed: float(min((i for i, byte in enumerate(cell) if byte not in allowed), default=-1) + 1),
+    "rank": lambda cell: float(cell[0]),
     "floor": lambda number: float(math.floor(number)),
 }
 STEP_FUNCTIONS = {

@@ -635,7 +635,7 @@ class Stata:
             if quoted:
                 made, rest = made + quoted[0], rest[quoted[1]:].strip()
                 continue
-            match = re.match(r"%1\.0f\s+(r\(N\)|_N)\s*", rest)
+            match = re.match(r"%1\.0f\s+(r\(N\)|_N|\w+\[[0-9]+\])\s*", rest)
             if not match:
                 raise StataError(f"display: {rest} is not known here")
             made += str(int(Expression(match.group(1), self).value(0)))
