@@ -77,7 +77,10 @@ void measureDerived(const QString &collection, const QStringList &files)
     const struct {
         const char *title;
         derived::Changes changes;
-    } kinds[] = { { "mild", derived::mild() }, { "usual", derived::usual() }, { "harsh", derived::harsh() } };
+    } kinds[] = { { "mild", derived::mild() },
+                  { "usual", derived::usual() },
+                  { "harsh", derived::harsh() },
+                  { "extreme", derived::extreme() } };
     for (const auto &kind : kinds) {
         Sums all;
         for (int i = 0; i < files.size(); ++i) {

@@ -56,6 +56,15 @@ void ConcordContext::learn()
 
 void ConcordContext::learnRecords()
 {
+    for (const ConcordSequence *const side : { &before, &after }) {
+        std::map<int, Presence> &records = presence[side == &after ? 1 : 0];
+        records.clear();
+        for (size_t index = 0; index < side->items.size(); ++index) {
+            Presence &ofRecord = records[side->items[index]->container];
+            ++ofRecord.all;
+            ofRecord.known += side->partner[index] != ConcordSequence::none ? 1 : 0;
+        }
+    }
     pairsOfRecords.clear();
     knownOfRecord.clear();
     shareOfRecord.clear();
@@ -83,6 +92,16 @@ double ConcordContext::ofRecords(int beforeIndex, int afterIndex) const
     const double count = pairs != pairsOfRecords.end() ? pairs->second : 0;
     const double all = known != knownOfRecord.end() ? known->second : 0;
     return std::clamp(std::log((count + weight * share) / (all + weight) / share), least, most);
+}
+
+double ConcordContext::ofPresence(const ConcordSequence &sequence, int index) const
+{
+    constexpr double least = -1;
+    constexpr double most = 0.3;
+    const Presence &ofRecord = presence[&sequence == &after ? 1 : 0].at(sequence.items[size_t(index)]->container);
+    const int known = ofRecord.known - (sequence.partner[size_t(index)] != ConcordSequence::none ? 1 : 0);
+    const int others = ofRecord.all - 1 - known;
+    return std::clamp(std::log((known + 1.5) / (others + 1.5)) / 2, least, most);
 }
 
 double ConcordContext::ofNeighbour(const ConcordSequence &from, const ConcordSequence &to, const Neighbour &neighbour,

@@ -27,7 +27,11 @@ public:
     /// Learns from the known pairs which records belong together, and whether the order was kept.
     void learn();
 
-    double evidence(int variable, int item) const { return ofRecords(variable, item) + ofNeighbours(variable, item); }
+    double evidence(int variable, int item) const
+    {
+        return ofRecords(variable, item) + ofNeighbours(variable, item) + ofPresence(before, variable)
+            + ofPresence(after, item);
+    }
     /// The indexes on the earlier side next to the partners of the neighbours of an item.
     std::vector<int> candidatesOf(int after) const;
 
@@ -43,6 +47,8 @@ private:
     static Nearest nearest(const ConcordSequence &sequence, Direction direction);
     void learnRecords();
     double ofRecords(int before, int after) const;
+    /// That of the share of the other items of the record that have a partner: a record can be absent as a whole.
+    double ofPresence(const ConcordSequence &sequence, int index) const;
     double ofNeighbours(int before, int after) const;
     static double ofNeighbour(const ConcordSequence &from, const ConcordSequence &to, const Neighbour &neighbour,
                               int other, Direction direction);
@@ -56,6 +62,11 @@ private:
     std::map<std::pair<int, int>, int> pairsOfRecords;
     std::map<int, int> knownOfRecord;    // of the earlier side
     std::map<int, double> shareOfRecord; // of the later side
+    struct Presence {
+        int known = 0;
+        int all = 0;
+    };
+    std::map<int, Presence> presence[2]; // by record, of the earlier and of the later side
     double orderKept = 0;
 };
 

@@ -32,11 +32,11 @@ double ConcordEvidence::ofLabelPair(int one, int other)
 {
     constexpr double maxFor = 9;
     constexpr double maxAgainst = 8;
-    constexpr double ofOtherNumbers = -2.5;
+    constexpr double ofContrary = -2.5;
     return known(labelPairs, one, other, [&] {
         const auto &labels = corpus.labels();
         const ConcordOverlap overlap = corpus.words().overlapOfLabels(labels[size_t(one)], labels[size_t(other)]);
-        return overlap.evidence(maxFor, maxAgainst) + (overlap.haveOtherNumbers ? ofOtherNumbers : 0);
+        return overlap.evidence(maxFor, maxAgainst) + (overlap.isContrary ? ofContrary : 0);
     });
 }
 

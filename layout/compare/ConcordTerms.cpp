@@ -28,11 +28,8 @@ void ConcordTerms::limit(int term, double information)
     limits[size_t(term)] = information;
 }
 
-void ConcordTerms::weigh(int rounds, int items)
+void ConcordTerms::weigh(int rounds, int items, double furtherItems)
 {
-    // The words of a small dictionary are about as frequent in general as those of a large one: frequencies are those
-    // among some more items.
-    constexpr double furtherItems = 100;
     constexpr double furtherCount = 0.5;
     const double perRound = double(items) / std::max(rounds, 1);
     weights.resize(texts.size());

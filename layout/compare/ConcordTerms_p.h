@@ -34,8 +34,9 @@ public:
     int size() const { return int(texts.size()); }
     /// Counts the terms of one item.
     void count(const List &terms);
-    /// Computes the weights from the counts in \a rounds rounds with \a items items.
-    void weigh(int rounds, int items);
+    /// Computes the weights from the counts in \a rounds rounds with \a items items. Terms are also rare in a small
+    /// dictionary: frequencies are those among \a furtherItems more items, which do not have them.
+    void weigh(int rounds, int items, double furtherItems);
     /// The weight squared: the square of the information in nats.
     double weightOf(int term) const { return weights[size_t(term)]; }
     /// The max weight of a term, for words that are in most languages of surveys without meaning.
@@ -56,8 +57,8 @@ private:
 /// How much two lists of terms have in common: sums of squared weights.
 struct ConcordOverlap {
     double common = 0;
-    double different = 0;          ///< of both lists
-    bool haveOtherNumbers = false; ///< whether each has a number that the other one lacks
+    double different = 0;    ///< of both lists
+    bool isContrary = false; ///< whether they have different numbers, or words such as "father" and "mother"
 
     /// 0 to 1; 0 if both lists are empty.
     double similarity() const

@@ -76,9 +76,11 @@ ConcordCorpus::ConcordCorpus(const std::vector<ConcordRound> &rounds)
         }
         items += round.size();
     }
-    labelWords.terms().weigh(int(rounds.size()), items);
-    nameTerms.weigh(int(rounds.size()), items);
-    valueTerms.weigh(int(rounds.size()), items);
+    constexpr double furtherWords = 100;
+    constexpr double furtherValues = 20;
+    labelWords.terms().weigh(int(rounds.size()), items, furtherWords);
+    nameTerms.weigh(int(rounds.size()), items, furtherWords);
+    valueTerms.weigh(int(rounds.size()), items, furtherValues);
     perRound = double(items) / double(std::max<size_t>(rounds.size(), 1));
 }
 

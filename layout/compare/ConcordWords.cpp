@@ -60,31 +60,51 @@ int commonBeginning(const QString &one, const QString &other)
     return count;
 }
 
+// Returns the number of characters of a name, or of its number, at the beginning of a label.
+int lengthOfName(const QString &text, const QString &name)
+{
+    const auto isNumber = [](QChar unit) { return unit.isDigit(); };
+    const auto *const digit = std::find_if(name.begin(), name.end(), isNumber);
+    // A name without a number is a word of its own: the label "Sex" of the item SEX is kept.
+    if (digit == name.end())
+        return 0;
+    const QString number = name.mid(int(digit - name.begin()));
+    const QString digits = number.left(int(std::find_if_not(digit, name.end(), isNumber) - digit));
+    for (const QString *const part : { &name, &number, &digits }) {
+        const int length = int(part->size());
+        if (text.size() > length && text.startsWith(*part, Qt::CaseInsensitive) && !text.at(length).isDigit()
+            && (part == &digits || !text.at(length).isLetter()))
+            return length;
+    }
+    return text.compare(name, Qt::CaseInsensitive) == 0 ? int(text.size()) : 0;
+}
+
 } // namespace
 
 QString withoutQuestionNumber(const QString &label, const QString &name)
 {
-    static const QRegularExpression numbered(
-        QStringLiteral("^\\s*[\\(\\[]?(?:[A-Za-z]{0,4}[0-9]{1,4}[A-Za-z]?(?:[._/-][0-9A-Za-z]{1,3})*|[A-Za-z])"
-                       "[\\)\\]]?\\s*[.:\\)\\]=-](?=[\\s\\p{L}(])[\\s.:\\)=-]*"));
-    static const QRegularExpression letters(
-        QStringLiteral("^\\s*[A-Za-z]{1,4}[0-9]{1,4}[A-Za-z]?(?:[._-][0-9A-Za-z]{1,3})*\\s+"));
-    QString text = label.trimmed();
-    // A name without a number is a word of its own: the label "Sex" of the item SEX is kept.
-    const bool isNumbered = std::any_of(name.begin(), name.end(), [](QChar unit) { return unit.isDigit(); });
-    if (isNumbered && text.startsWith(name, Qt::CaseInsensitive)
-        && (text.size() == name.size() || !text.at(name.size()).isLetterOrNumber())) {
-        int begin = int(name.size());
-        while (begin < text.size() && !text.at(begin).isLetterOrNumber())
-            ++begin;
-        text = text.mid(begin);
+    // "Q12a -", "3.1)", "(b)"
+    static const QRegularExpression marked(
+        QStringLiteral("^[\\(\\[]?(?:[A-Za-z]{0,4}[0-9]{1,4}[A-Za-z]?(?:[._/-][0-9A-Za-z]{1,3})*|[A-Za-z])"
+                       "[\\)\\]]?\\s*[.:\\)\\]=-](?=[\\s\\p{L}(])"));
+    // "Q12a ", "A1_", and a number of three or four digits that is not a year: "309 Religion"
+    static const QRegularExpression lettered(
+        QStringLiteral("^[A-Za-z]{1,4}[0-9]{1,4}[A-Za-z]?(?:[._-][0-9][0-9A-Za-z]{0,2})*[\\s_]"));
+    static const QRegularExpression numbered(QStringLiteral("^(?!19|20)[0-9]{3,4}[A-Za-z]{0,2}\\s"));
+    static const QRegularExpression rest(QStringLiteral("^[A-Za-z]?[\\s_.:\\)\\]=-]+(?=.)"));
+    const QString text = label.trimmed();
+    int length = lengthOfName(text, name);
+    if (length == text.size())
+        return QString();
+    for (const QRegularExpression *const pattern : { &marked, &lettered, &numbered }) {
+        if (length == 0)
+            length = pattern->match(text).capturedLength();
     }
-    for (const QRegularExpression *const pattern : { &numbered, &letters }) {
-        const QRegularExpressionMatch match = pattern->match(text);
-        if (match.hasMatch() && match.capturedLength() < text.size())
-            return text.mid(match.capturedLength());
-    }
-    return text;
+    if (length == 0)
+        return text;
+    const QString after = text.mid(length);
+    const QRegularExpressionMatch marks = rest.match(after);
+    return marks.hasMatch() ? after.mid(marks.capturedLength()) : after;
 }
 
 bool ConcordWords::isFiller(const QString &word)
@@ -142,8 +162,12 @@ int ConcordWords::numberOf(const QString &word)
     const int before = words.size();
     const int number = words.numberOf(commonForm(word));
     constexpr double ofFiller = 0.7;
-    if (number == before && isFiller(word))
-        words.limit(number, ofFiller);
+    if (number == before) {
+        sides.push_back(sideOf(word));
+        areNumbers.push_back(isNumber(word) ? 1 : 0);
+        if (isFiller(word))
+            words.limit(number, ofFiller);
+    }
     return number;
 }
 
@@ -187,6 +211,12 @@ double ConcordWords::knownSimilarity(int one, int other)
     return found->second;
 }
 
+bool ConcordWords::areContrary(int one, int other) const
+{
+    return (areNumbers[size_t(one)] && areNumbers[size_t(other)])
+        || sides[size_t(one)].isOpposite(sides[size_t(other)]);
+}
+
 ConcordOverlap ConcordWords::overlapOfLabels(const ConcordTerms::List &one, const ConcordTerms::List &other)
 {
     ConcordTerms::List left;
@@ -194,10 +224,9 @@ ConcordOverlap ConcordWords::overlapOfLabels(const ConcordTerms::List &one, cons
     std::set_difference(one.begin(), one.end(), other.begin(), other.end(), std::back_inserter(left));
     std::set_difference(other.begin(), other.end(), one.begin(), one.end(), std::back_inserter(right));
     ConcordOverlap overlap = overlapOf(words, one, other);
-    const auto hasNumber = [&](const ConcordTerms::List &list) {
-        return std::any_of(list.begin(), list.end(), [&](int word) { return isNumber(words.textOf(word)); });
-    };
-    overlap.haveOtherNumbers = hasNumber(left) && hasNumber(right);
+    for (const int word : left)
+        overlap.isContrary = overlap.isContrary
+            || std::any_of(right.begin(), right.end(), [&](int candidate) { return areContrary(word, candidate); });
     for (const int word : left) {
         double best = 0;
         auto partner = right.end();

@@ -1,6 +1,7 @@
 #ifndef LAYOUT_COMPARE_CONCORDWORDS_P_H
 #define LAYOUT_COMPARE_CONCORDWORDS_P_H
 
+#include "compare/ConcordOpposites_p.h"
 #include "compare/ConcordTerms_p.h"
 
 namespace vanlayout
@@ -33,7 +34,11 @@ private:
     int numberOf(const QString &word);
     double knownSimilarity(int one, int other);
 
+    bool areContrary(int one, int other) const;
+
     ConcordTerms words;
+    std::vector<ConcordSide> sides; // of the words
+    std::vector<char> areNumbers;
     std::unordered_map<quint64, double> similarities;
 };
 

@@ -98,7 +98,7 @@ private:
         QVector<Item> moving;
         for (const Item &item : qAsConst(items)) {
             if (!item.isSubitem && happens(changes.added) && !donors.isEmpty()) {
-                Item added = donors.at(below(donors.size()));
+                Item added = donors.takeAt(below(donors.size()));
                 added.note = nextIdentity();
                 added.isSubitem = false;
                 added.subitemOf.clear();
@@ -297,6 +297,17 @@ Changes harsh()
     changes.widened = 0.1;
     changes.moved = 0.06;
     changes.otherRecord = 0.03;
+    return changes;
+}
+
+Changes extreme()
+{
+    Changes changes = harsh();
+    changes.prefixes = 0.5;
+    changes.reworded = 0.8;
+    changes.relabelled = 0.4;
+    changes.recoded = 0.4;
+    changes.moved = 0.1;
     return changes;
 }
 

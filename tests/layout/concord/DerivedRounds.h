@@ -26,6 +26,7 @@ struct Changes {
 Changes mild();
 Changes usual();
 Changes harsh();
+Changes extreme();
 
 struct Rounds {
     QVector<vanlayout::Layout> layouts;
