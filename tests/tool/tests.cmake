@@ -59,6 +59,11 @@ van_add_test(tool/VanlayoutExportMemoryTest.cpp)
 add_dependencies(VanlayoutExportMemoryTest vanlayout)
 target_compile_definitions(VanlayoutExportMemoryTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 
+van_add_test(tool/VanlayoutConcordTest.cpp)
+add_dependencies(VanlayoutConcordTest vanlayout)
+target_compile_definitions(VanlayoutConcordTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>"
+    VAN_DOCS="${PROJECT_SOURCE_DIR}/docs")
+
 van_add_test(tool/VanlayoutDiffTest.cpp)
 add_dependencies(VanlayoutDiffTest vanlayout)
 target_compile_definitions(VanlayoutDiffTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")

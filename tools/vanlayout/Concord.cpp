@@ -119,10 +119,10 @@ private:
     {
         QFile file(map);
         if (!file.open(QIODevice::ReadOnly))
-            return noAnswerFor(map, QStringLiteral("cannot be read: ") + file.errorString());
+            return noAnswerFor(map, QStringLiteral("cannot be opened: ") + file.errorString());
         const ConcordMap decided = readConcordMap(file, files);
         if (file.error() != QFileDevice::NoError)
-            return noAnswerFor(map, QStringLiteral("cannot be read: ") + file.errorString());
+            return noAnswerFor(map, QStringLiteral("cannot be opened: ") + file.errorString());
         for (const ConcordMapProblem &problem : decided.problems)
             complainOfMap(problem);
         linesOfMap = decided.lines;
