@@ -22,13 +22,13 @@ struct PathEnd {
     void lengthen()
     {
         // The part that precedes the slash at begin - 1; a slash at the beginning is kept with it.
-        begin = begin < 2 ? 0 : path.lastIndexOf(QLatin1Char('/'), begin - 2) + 1;
+        begin = begin < 2 ? 0 : int(path.lastIndexOf(QLatin1Char('/'), begin - 2)) + 1;
     }
 };
 
 PathEnd lastPartOf(const QString &path)
 {
-    return { path, path.lastIndexOf(QLatin1Char('/')) + 1 };
+    return { path, int(path.lastIndexOf(QLatin1Char('/'))) + 1 };
 }
 
 KeyedMap<QString, int> countsOf(const QVector<PathEnd> &ends)
