@@ -1,10 +1,16 @@
 // A dictionary, from its bytes to its layout and all forms in which the layout is written. The layout is also compared
-// with itself.
+// with itself, and is two rounds of a concordance.
 
+#include "compare/Concord.h"
 #include "compare/Diff.h"
+#include "read/ConcordMap.h"
 #include "read/Reader.h"
 #include "write/Codebook.h"
 #include "write/CodebookCsv.h"
+#include "write/ConcordCsv.h"
+#include "write/ConcordJson.h"
+#include "write/ConcordMapCsv.h"
+#include "write/ConcordPage.h"
 #include "write/Csvw.h"
 #include "write/Ddi.h"
 #include "write/DiffJson.h"
@@ -12,6 +18,7 @@
 #include "write/Frictionless.h"
 #include "write/JsonSchema.h"
 #include "write/Markdown.h"
+#include "write/Recodeflow.h"
 
 #include <QBuffer>
 #include <QJsonDocument>
@@ -48,8 +55,27 @@ void checkDdi(const Layout &layout, DdiProfile profile)
         qFatal("DDI is not well-formed: %s", qPrintable(xml.errorString()));
 }
 
+void checkConcordance(const Layout &layout)
+{
+    const QVector<Layout> rounds = { layout, layout };
+    const Concordance concordance = concord(rounds);
+    checkJson([&](QIODevice &device) { return writeConcordJson(concordance, device); });
+    written([&](QIODevice &device) { return writeConcordPage(concordance, device); });
+    written([&](QIODevice &device) { return writeConcordVariablesCsv(concordance, device); });
+    written([&](QIODevice &device) { return writeConcordCodesCsv(concordance, device); });
+    written([&](QIODevice &device) { return writeRecodeflowDetails(concordance, rounds, device); });
+    written([&](QIODevice &device) { return writeRecodeflowVariables(concordance, rounds, device); });
+    QByteArray bytes = written([&](QIODevice &device) { return writeConcordMap(concordance, {}, device); });
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    const ConcordMap map = readConcordMap(buffer, concordance.rounds);
+    if (!map.problems.isEmpty() || !map.decisions.isEmpty())
+        qFatal("a map without decisions is not read as written");
+}
+
 void checkForms(const Layout &layout)
 {
+    checkConcordance(layout);
     if (exportProblem(layout).isEmpty()) {
         checkDdi(layout, DdiProfile::Plain);
         checkDdi(layout, DdiProfile::Ipums);

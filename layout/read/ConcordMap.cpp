@@ -182,13 +182,17 @@ private:
 
 ConcordMap readConcordMap(QIODevice &device, const QStringList &files)
 {
-    ConcordMap map;
-    const QByteArray bytes = device.read(maxConcordMapSize + 1);
-    if (bytes.size() > maxConcordMapSize)
-        map.problems.append({ 0, QStringLiteral("a map can have at most 256 MiB") });
-    else
-        map = MapReader(files).read(readCsvTable(bytes));
-    return map;
+    constexpr qint64 pieceSize = 1 << 16;
+    QByteArray bytes;
+    for (QByteArray piece = device.read(pieceSize); !piece.isEmpty(); piece = device.read(pieceSize)) {
+        bytes += piece;
+        if (bytes.size() > maxConcordMapSize) {
+            ConcordMap map;
+            map.problems.append({ 0, QStringLiteral("a map can have at most 256 MiB") });
+            return map;
+        }
+    }
+    return MapReader(files).read(readCsvTable(bytes));
 }
 
 } // namespace vanlayout

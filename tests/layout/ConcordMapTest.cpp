@@ -180,6 +180,27 @@ private Q_SLOTS:
         QCOMPARE(textsOf(read("")), QStringList{ "line 1: the map has no line of heads" });
     }
 
+    void mapThatIsTooLargeIsRefused()
+    {
+        // A device without an end.
+        class Endless : public QIODevice
+        {
+        public:
+            bool isSequential() const override { return true; }
+
+        protected:
+            qint64 readData(char *data, qint64 size) override
+            {
+                std::fill_n(data, size, 'a');
+                return size;
+            }
+            qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
+        };
+        Endless device;
+        device.open(QIODevice::ReadOnly);
+        QCOMPARE(textsOf(readConcordMap(device, files)), QStringList{ "line 0: a map can have at most 256 MiB" });
+    }
+
     void hostileTextsAreReadAsWritten_data() { made::hostileTexts(); }
     void hostileTextsAreReadAsWritten()
     {

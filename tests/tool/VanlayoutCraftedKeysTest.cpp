@@ -141,6 +141,7 @@ private Q_SLOTS:
         const QStringList explain = { "explain", "FILE" };
         const QStringList codebook = { "codebook", "-o", "out", "FILE" };
         const QStringList diff = { "diff", "FILE", "SECOND" };
+        const QStringList concord = { "concord", "--format", "html", "-o", "out", "FILE", "SECOND" };
         const auto exportTo
             = [](const QString &form) { return QStringList{ "export", "--to", form, "-o", "out", "FILE" }; };
         const FileOf none = nullptr;
@@ -152,6 +153,8 @@ private Q_SLOTS:
         QTest::newRow("records in a codebook") << codebook << FileOf(records) << none;
         QTest::newRow("labels that are compared") << diff << FileOf(items) << FileOf(itemsInOtherOrder);
         QTest::newRow("value labels that are compared") << diff << FileOf(values) << FileOf(valuesWithOtherLabels);
+        QTest::newRow("variables of rounds") << concord << FileOf(items) << FileOf(itemsInOtherOrder);
+        QTest::newRow("codes of rounds") << concord << FileOf(values) << FileOf(valuesWithOtherLabels);
         QTest::newRow("notes of names") << explain << FileOf(itemsTwice) << none;
         QTest::newRow("notes of records") << explain << FileOf(records) << none;
         QTest::newRow("notes of codes in JSON") << explain << FileOf(jsonValues) << none;

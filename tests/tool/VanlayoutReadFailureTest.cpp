@@ -70,9 +70,11 @@ private Q_SLOTS:
             QCOMPARE(run.out, QByteArray());
         }
         for (const QStringList &files : { QStringList{ file, "good.dcf" }, QStringList{ "good.dcf", file } }) {
-            const Run run = runOnBadDisk(QStringList{ "diff" } + files, file, goodBytes);
-            verifyComplaint(run, file.toUtf8() + ": " + cause);
-            QCOMPARE(run.out, QByteArray());
+            for (const char *command : { "diff", "concord" }) {
+                const Run run = runOnBadDisk(QStringList{ command } + files, file, goodBytes);
+                verifyComplaint(run, file.toUtf8() + ": " + cause);
+                QCOMPARE(run.out, QByteArray());
+            }
         }
     }
 

@@ -1021,9 +1021,9 @@ void VanlayoutTest::tableSendsNoControlCharacters()
     QVERIFY(isUtf8(shown.out));
     verifyHarmless(shown.out);
     QVERIFY(shown.out.count("INTEGER") == 3);
-    for (const char *command : { "explain", "diff", "lookup", "show" }) {
-        const QStringList files
-            = command == QByteArray("diff") ? QStringList{ fileName, fileName } : QStringList(fileName);
+    for (const char *command : { "explain", "diff", "concord", "lookup", "show" }) {
+        const bool comparesTwo = command == QByteArray("diff") || command == QByteArray("concord");
+        const QStringList files = comparesTwo ? QStringList{ fileName, fileName } : QStringList(fileName);
         const Run other = run(QStringList(command) + files);
         QVERIFY(!other.out.isEmpty());
         verifyHarmless(other.out);

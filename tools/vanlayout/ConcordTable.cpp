@@ -23,8 +23,9 @@ using vanlayout::ConcordVariable;
 namespace
 {
 
-constexpr int gap = 2;           // blanks between columns
-constexpr int maxCellWidth = 40; // a longer label is cut in a column, not in a list
+constexpr int gap = 2;             // blanks between columns
+constexpr int maxCellWidth = 40;   // a longer label is cut in a column of a terminal, not in a list
+constexpr int maxWidestCell = 200; // likewise in a column without a terminal, because all rows are as wide
 constexpr int minLabelWidth = 16;
 
 const QString &absentMark()
@@ -49,12 +50,14 @@ QString countOf(int count, const char *one)
     return QString::number(count) + QLatin1Char(' ') + QLatin1String(one) + QLatin1String(count == 1 ? "" : "s");
 }
 
-/// A table whose columns are as wide as their widest cell, and in which the last one may be cut.
+/// A table whose columns are as wide as their widest cell. Long cells are cut, except in the last column, which is cut
+/// to the width of the terminal.
 class Grid
 {
 public:
-    explicit Grid(const QStringList &headings)
+    Grid(const QStringList &headings, int widestCell)
         : widths(headings.size(), 0)
+        , maxWidth(widestCell)
     {
         add(headings);
     }
@@ -62,7 +65,8 @@ public:
     void add(QStringList cells)
     {
         for (int i = 0; i < cells.size(); ++i) {
-            cells[i] = cutToColumns(cells.at(i), maxCellWidth);
+            if (i + 1 < cells.size())
+                cells[i] = cutToColumns(cells.at(i), maxWidth);
             widths[i] = std::max(widths.at(i), columnsOf(cells.at(i)));
         }
         rows.append(cells);
@@ -86,6 +90,7 @@ public:
 
 private:
     QVector<int> widths;
+    int maxWidth;
     QVector<QStringList> rows;
 };
 
@@ -269,11 +274,13 @@ private:
 
     bool printVariableGrid(const QVector<int> &shown)
     {
-        Grid grid(QStringList{ QStringLiteral("Name") } + rounds + QStringList{ QStringLiteral("Label") });
+        Grid grid(QStringList{ QStringLiteral("Name") } + rounds + QStringList{ QStringLiteral("Label") },
+                  widestCell());
         for (const int index : shown)
             grid.add(rowOf(index));
         return printIfItFits(grid, minLabelWidth);
     }
+    int widestCell() const { return style.width > 0 ? maxCellWidth : maxWidestCell; }
     bool printIfItFits(const Grid &grid, int lastWidth)
     {
         if (style.width > 0 && grid.widthWithLast(lastWidth) > style.width)
@@ -347,7 +354,8 @@ private:
     }
     bool printCodeGrid(const QVector<int> &shown)
     {
-        Grid grid(QStringList{ QStringLiteral("Name"), QStringLiteral("Code"), QStringLiteral("Change") } + rounds);
+        Grid grid(QStringList{ QStringLiteral("Name"), QStringLiteral("Code"), QStringLiteral("Change") } + rounds,
+                  widestCell());
         for (const int index : shown) {
             const ConcordCode &code = concordance.codes.at(index);
             grid.add(QStringList{ nameOf(code), printable(describeCode(code)), changeOf(code) }
