@@ -17,7 +17,7 @@ HeadTexts headTexts(const LoadPlan &plan, const QString &file)
              { QStringLiteral("python3 %1 DATA OUT [SCHEDULER]").arg(file) },
              { QStringLiteral("Needs Python 3.9, pandas 1.5, dask and distributed 2022.12, or later releases, and the "
                               "program %1.py in the same directory.")
-                   .arg(plan.name) },
+                   .arg(pythonModule(plan)) },
              { QStringLiteral(
                    "The run reads the file DATA and writes the files TABLE/part-NNNN.csv of each table into "
                    "the directory OUT. SCHEDULER is the address of a cluster, such as tcp://HOST:8786; all "
@@ -34,7 +34,7 @@ QVector<LoadFile> daskProgram(const LoadPlan &plan)
     const QString file = plan.name + QLatin1String("_dask.py");
     const QByteArray program = programPart("dask.py",
                                            { { "head", programHead(plan, { "# ", "", "" }, headTexts(plan, file)) },
-                                             { "settings", "MODULE = " + literal(plan.name, python()) } });
+                                             { "settings", "MODULE = " + literal(pythonModule(plan), python()) } });
     return QVector<LoadFile>{ { file, program } } + pandasProgram(plan);
 }
 

@@ -156,9 +156,8 @@ QByteArray settingsOf(const LoadPlan &plan)
 
 HeadTexts headTexts(const LoadPlan &plan)
 {
-    const QString file = plan.name + QLatin1String(".py");
     return { QStringLiteral("pandas"),
-             { QStringLiteral("python3 %1 DATA OUT").arg(file) },
+             { QStringLiteral("python3 %1.py DATA OUT").arg(pythonModule(plan)) },
              { QStringLiteral("Needs Python 3.9 and pandas 1.5, or later releases.") },
              { QStringLiteral("The run reads the file DATA and writes the files TABLE.csv and TABLE.pkl of each table "
                               "into the directory OUT. Without arguments it reads the data file above and writes into "
@@ -170,6 +169,12 @@ HeadTexts headTexts(const LoadPlan &plan)
 
 } // namespace
 
+QString pythonModule(const LoadPlan &plan)
+{
+    const QByteArrayList names = readPart("python-names.txt").simplified().split(' ');
+    return names.contains(plan.name.toLatin1()) ? plan.name + QLatin1String("_2") : plan.name;
+}
+
 QVector<LoadFile> pandasProgram(const LoadPlan &plan)
 {
     const QByteArray program = programPart("pandas.py",
@@ -177,7 +182,7 @@ QVector<LoadFile> pandasProgram(const LoadPlan &plan)
                                              { "settings", settingsOf(plan) },
                                              { "codes", codesOf(plan) },
                                              { "tables", tablesOf(plan) } });
-    return { { plan.name + QLatin1String(".py"), program } };
+    return { { pythonModule(plan) + QLatin1String(".py"), program } };
 }
 
 } // namespace vanlayout

@@ -21,6 +21,8 @@ private slots:
     void linesAreShort_data();
     void linesAreShort();
     void programToRunIsFirst();
+    void moduleHasNoNameThatPythonUses_data();
+    void moduleHasNoNameThatPythonUses();
     void pathForRCannotBeAnAddress();
     void codesHaveTheTypeOfTheColumnInPython();
     void rangesWithoutLabelsAreListedForR();
@@ -127,6 +129,36 @@ void LoadScriptsTest::programToRunIsFirst()
     QCOMPARE(program.files.at(1).name, QStringLiteral("D.py"));
     QVERIFY(program.files.at(0).text.contains("\nMODULE = 'D'\n"));
     QCOMPARE(program.files.at(1).text, made::program(made::loadable({}), LoadTarget::Pandas));
+}
+
+void LoadScriptsTest::moduleHasNoNameThatPythonUses_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("module");
+    QTest::newRow("library") << text("re") << text("re_2");
+    QTest::newRow("package") << text("pandas") << text("pandas_2");
+    QTest::newRow("word of the language") << text("class") << text("class_2");
+    QTest::newRow("first of the list") << text("False") << text("False_2");
+    QTest::newRow("last of the list") << text("zoneinfo") << text("zoneinfo_2");
+    QTest::newRow("other case") << text("RE") << text("RE");
+    QTest::newRow("part of a name") << text("panda") << text("panda");
+}
+
+// The program would be imported in place of the module.
+void LoadScriptsTest::moduleHasNoNameThatPythonUses()
+{
+    QFETCH(QString, name);
+    Layout layout = made::loadable({});
+    layout.name = name;
+    const LoadProgram program = makeLoadProgram(layout, LoadTarget::Dask);
+    QCOMPARE(program.files.at(0).name, name + QLatin1String("_dask.py"));
+    const QString module = program.files.at(1).name.chopped(3);
+    QTEST(module, "module");
+    const QByteArray moduleLine = "\nMODULE = '" + module.toLatin1() + "'\n";
+    QVERIFY(program.files.at(0).text.contains(moduleLine));
+    QVERIFY(program.files.at(0).text.contains(' ' + module.toLatin1() + ".py"));
+    QVERIFY(program.files.at(1).text.contains("python3 " + module.toLatin1() + ".py DATA OUT"));
+    QVERIFY(program.files.at(1).text.contains("\nDATA = '" + name.toLatin1() + ".dat'\n"));
 }
 
 void LoadScriptsTest::pathForRCannotBeAnAddress()

@@ -6,6 +6,7 @@
         postgresql  BIN, the directory of initdb and pg_ctl
         duckdb      NODE MODULES, see run_duckdb.py
         pandas      none: runs in a Python that has pandas
+        dask        none: runs in a Python that has dask and distributed
         r           RSCRIPT
         spss        MAKE_PROGRAMS PSPP
         stata, sas  none: the interpreters of the tests
@@ -246,21 +247,44 @@ def duckdb_tables(dictionaries, directory, node, modules):
             yield dictionary, made, made["codes"]["rows"]
 
 
+def loaded_frames(dictionary, load):
+    """The tables as DataFrames, with the labels that the dictionary has."""
+    with contextlib.redirect_stderr(io.StringIO()):
+        loaded = load()
+    for name, table in dictionary.result.tables.items():
+        labels = {column.name: column.label for column in table.columns if column.item and column.label}
+        attrs = loaded[name].attrs["labels"]
+        same(f"{dictionary.number}: labels", labels, {column: label for column, label in attrs.items() if column in labels})
+    return loaded
+
+
 def pandas_tables(dictionaries, directory):
     import frames
     here = os.getcwd()
     os.chdir(directory)
     for dictionary in dictionaries:
-        module = frames.module(dictionary.program(".py"))
-        with contextlib.redirect_stderr(io.StringIO()):
-            loaded = module.load()
-        for name, table in dictionary.result.tables.items():
-            labels = {column.name: column.label for column in table.columns if column.item and column.label}
-            attrs = loaded[name].attrs["labels"]
-            same(f"{dictionary.number}: labels", labels, {column: label for column, label in attrs.items() if column in labels})
+        loaded = loaded_frames(dictionary, frames.module(dictionary.program(".py")).load)
         made = {name: frames.canonical(frame) for name, frame in loaded.items()}
         yield dictionary, made, made["codes"]["rows"]
     os.chdir(here)
+
+
+def dask_tables(dictionaries, directory):
+    """All programs are imported by the workers of one cluster. A block of the data file has one line or two."""
+    import dask
+    import frames
+    import run_dask
+    here = os.getcwd()
+    with tempfile.TemporaryDirectory() as place, run_dask.Cluster(place):
+        os.chdir(directory)
+        for dictionary in dictionaries:
+            path = dictionary.program("_dask.py")
+            frames.module(path.replace("_dask.py", ".py"))
+            module = frames.module(path)
+            loaded = loaded_frames(dictionary, lambda: dict(zip(lazy := module.load(blocksize=10), dask.compute(*lazy.values()))))
+            made = {name: frames.canonical(frame) for name, frame in loaded.items()}
+            yield dictionary, made, made["codes"]["rows"]
+        os.chdir(here)
 
 
 R_SCRIPT = r"""
@@ -360,8 +384,8 @@ def sas_tables(dictionaries, directory):
         yield dictionary, run_sas.tables_of(outcome), None
 
 
-TARGETS = {"sqlite": sqlite_tables, "postgresql": postgresql_tables, "duckdb": duckdb_tables, "pandas": pandas_tables, "r": r_tables,
-           "spss": spss_tables, "stata": stata_tables, "sas": sas_tables}
+TARGETS = {"sqlite": sqlite_tables, "postgresql": postgresql_tables, "duckdb": duckdb_tables, "pandas": pandas_tables, "dask": dask_tables,
+           "r": r_tables, "spss": spss_tables, "stata": stata_tables, "sas": sas_tables}
 POLICY = compare.Policy(compare.ULP, ordered=False)
 
 
@@ -381,7 +405,7 @@ def compare_all(dictionaries, target, engine):
 
 def make_all(make_programs, count):
     """Each dictionary has a program for each target."""
-    for target in [*TARGETS, "dask"]:
+    for target in TARGETS:
         dictionaries = Dictionaries(make_programs, target, count)
         for dictionary in dictionaries.all:
             sizes = [os.path.getsize(os.path.join(dictionary.directory, name)) for name in os.listdir(dictionary.directory)]

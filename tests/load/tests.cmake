@@ -43,8 +43,13 @@ target_link_libraries(make_programs PRIVATE vanlayout_objects)
 
 # The programs of 1,000 generated dictionaries with hostile texts, for a target: the Python, its word, its engine.
 function(van_add_hostile_test name python)
+    van_add_hostile_test_of(1000 ${name} ${python} ${ARGN})
+endfunction()
+
+# Likewise, of so many dictionaries.
+function(van_add_hostile_test_of count name python)
     add_test(NAME LoadHostile${name} COMMAND ${python} -B ${PROJECT_SOURCE_DIR}/tests/load/hostile.py
-        $<TARGET_FILE:make_programs> 1000 ${ARGN})
+        $<TARGET_FILE:make_programs> ${count} ${ARGN})
     van_test_properties(LoadHostile${name} "load;engine")
     set_tests_properties(LoadHostile${name} PROPERTIES TIMEOUT 900)
 endfunction()
@@ -92,6 +97,7 @@ if(VAN_PYTHON)
             van_add_load_test_in(${VAN_PANDAS_PYTHON} LoadDask run_dask.py)
             set_tests_properties(LoadDask PROPERTIES TIMEOUT 900) # its processes share the processors with other tests
             van_add_load_page_test(Dask Dask ${VAN_PANDAS_PYTHON})
+            van_add_hostile_test_of(240 Dask ${VAN_PANDAS_PYTHON} dask)
         endif()
     endif()
     if(VAN_RSCRIPT)
