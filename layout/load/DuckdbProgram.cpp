@@ -14,8 +14,7 @@ namespace
 
 constexpr int maxIntegerDigits = 9;
 constexpr int maxBigintDigits = 18;
-constexpr int maxExactDigits = 15; // of a double
-constexpr int maxExactPower = 22;  // of ten, in a double
+constexpr int maxExactPower = 22; // of ten, in a double
 
 QByteArray typeOf(const PlannedColumn &column)
 {

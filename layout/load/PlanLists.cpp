@@ -69,6 +69,24 @@ QByteArray missingValueOf(CellOutcome outcome)
     return QByteArray();
 }
 
+QStringList textSpecialRemarks(const LoadPlan &plan)
+{
+    QStringList remarks;
+    forEachCodeList(plan, [&](const PlannedTable &table, const PlannedColumn &column) {
+        QStringList codes;
+        const QVector<SpecialRule> &specials = plan.codes.at(column.codes).specials;
+        for (const SpecialRule &rule : specials) {
+            const QString code = QLatin1Char('"') + rule.low + QLatin1Char('"');
+            if (rule.outcome != CellOutcome::Value && !codes.contains(code))
+                codes.append(code);
+        }
+        if (column.type == CellType::Text && !codes.isEmpty())
+            remarks.append(QStringLiteral("%1.%2: texts with these special codes stay as they are: %3")
+                               .arg(table.name, column.name, codes.join(QLatin1String(", "))));
+    });
+    return remarks;
+}
+
 QStringList cutTextRemarks(const PlannedTable &table, int maxBytes)
 {
     QStringList remarks;
@@ -81,7 +99,6 @@ QStringList cutTextRemarks(const PlannedTable &table, int maxBytes)
 
 QStringList longCodeRemarks(const LoadPlan &plan, int maxWhole, int maxDecimal)
 {
-    constexpr int maxExactDigits = 15; // of a double
     const auto isLong
         = [](const SpecialRule &rule) { return std::max(digitsOf(rule.low), digitsOf(rule.high)) > maxExactDigits; };
     QStringList remarks;

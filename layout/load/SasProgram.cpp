@@ -53,6 +53,7 @@ private:
             QStringLiteral("Below, `data` is the path of the data file, and `out` the directory of the tables."));
         texts.needs = needs();
         LoadPlan described = plan;
+        described.remarks += textSpecialRemarks(plan) + longCodeRemarks(plan, maxExactDigits, maxExactDigits);
         for (const PlannedTable &table : plan.tables)
             described.remarks += cutTextRemarks(table, LinePieces::maxText);
         return programHead(described, commentStyle, texts);
@@ -64,7 +65,7 @@ private:
             "It needs SAS 9.4, and a session in UTF-8 for texts and labels that are not ASCII. SAS itself was not run: "
             "programs of this form were tested with an interpreter of the statements that they use, written from the "
             "manual of SAS."));
-        needs.append(QStringLiteral("The formats are in WORK. Texts with a special code stay as they are."));
+        needs.append(QStringLiteral("The formats are in WORK."));
         if (!lines.divided().countCharacters())
             needs.append(QStringLiteral("The lines are so long that their columns are counted in bytes. That is exact "
                                         "for ASCII data; the log says "

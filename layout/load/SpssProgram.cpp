@@ -111,7 +111,7 @@ private:
             "TABLE.sav in the working directory."));
         texts.needs = needs();
         LoadPlan described = plan;
-        described.remarks += remarks + rangeRemarks(plan);
+        described.remarks += remarks + rangeRemarks(plan) + longCodeRemarks(plan, maxExactDigits, maxExactDigits);
         return programHead(described, commentStyle, texts);
     }
 

@@ -73,7 +73,8 @@ private:
                                               "32,767, and Stata/MP of release 15 or later 120,000.")
                                    .arg(variablesAtOnce()));
         LoadPlan described = plan;
-        described.remarks += rangeRemarks(plan) + textRemarks();
+        described.remarks += rangeRemarks(plan) + textRemarks() + textSpecialRemarks(plan)
+            + longCodeRemarks(plan, maxExactDigits, maxExactDigits);
         const QStringList names = textsWithoutBlanks();
         if (!names.isEmpty())
             described.remarks.append(QLatin1String("These texts lose blanks before them if infix takes them off: ")

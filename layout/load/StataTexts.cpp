@@ -280,7 +280,7 @@ QStringList stataUnlabelled(const CodeList &codes, bool areTexts)
     QStringList unlabelled;
     for (int i = 0; i < places.size(); ++i) {
         const CodeLabel &label = codes.labels.at(i);
-        if (label.outcome == CellOutcome::Value && (areTexts || places.at(i).isEmpty()))
+        if (areTexts || (label.outcome == CellOutcome::Value && places.at(i).isEmpty()))
             unlabelled.append(label.code + QLatin1String(" (") + label.text + QLatin1Char(')'));
     }
     return unlabelled;

@@ -11,6 +11,7 @@
 using namespace vanlayout;
 
 Q_DECLARE_METATYPE(vanlayout::LoadTarget)
+Q_DECLARE_METATYPE(vanlayout::SpecialForm)
 
 /// The texts of the programs for SPSS, Stata and SAS. tests/load/run_spss.py, run_stata.py and run_sas.py run them.
 class LoadStatisticalTest : public QObject
@@ -27,6 +28,13 @@ private slots:
     void valueLabelOfStataHolds65536Codes();
     void stataHasRoomForAllVariables();
     void recordTypeMayHoldAPlaceholder();
+    void textsWithASpecialCodeAreListed_data();
+    void textsWithASpecialCodeAreListed();
+    void longSpecialCodesAreListed_data();
+    void longSpecialCodesAreListed();
+    void spssErasesItsFilesWhenTheirDataSetsAreClosed();
+    void spssKnowsTheLengthOfALine_data();
+    void spssKnowsTheLengthOfALine();
     void namesAreNoOperandsInSas();
     void headSaysWhatWasNotRun_data();
     void headSaysWhatWasNotRun();
@@ -37,6 +45,8 @@ private slots:
     void relativePathsAreNoCommands();
     void pathThatSasExpandsIsNotInLet();
     void stataHasADictionaryForEachTable();
+    void textsOfStataArePartsOfALineThatNoBlankBegins_data();
+    void textsOfStataArePartsOfALineThatNoBlankBegins();
     void stataTypesHoldAllNumbers_data();
     void stataTypesHoldAllNumbers();
     void firstMissingValuesThatFitCount_data();
@@ -200,6 +210,85 @@ void LoadStatisticalTest::recordTypeMayHoldAPlaceholder()
     QVERIFY2(program.contains("RECODE @type ('%1'=1) (ELSE=0) INTO @record."), program.constData());
 }
 
+void LoadStatisticalTest::textsWithASpecialCodeAreListed_data()
+{
+    QTest::addColumn<LoadTarget>("target");
+    QTest::addColumn<SpecialForm>("form");
+    QTest::addColumn<QByteArray>("codes");
+    for (const LoadTarget target : { LoadTarget::Stata, LoadTarget::Sas }) {
+        const QByteArray name = target == LoadTarget::Sas ? "sas" : "stata";
+        QTest::newRow(name.constData()) << target << SpecialForm::Missing << QByteArray("\"ZZ\", \"XX\"\n");
+        QTest::newRow((name + ", kept").constData()) << target << SpecialForm::Keep << QByteArray("\"XX\"\n");
+    }
+}
+
+void LoadStatisticalTest::textsWithASpecialCodeAreListed()
+{
+    QFETCH(LoadTarget, target);
+    QFETCH(SpecialForm, form);
+    QFETCH(QByteArray, codes);
+    Item item = made::placed(made::item(QStringLiteral("A"), 2,
+                                        { made::value(QStringLiteral("ZZ"), QStringLiteral("None"), Special::Missing),
+                                          made::value(QStringLiteral("XX"), QString(), Special::NotApplicable),
+                                          made::value(QStringLiteral("ZZ"), QString(), Special::Refused) }));
+    item.type = itemtype::alpha();
+    LoadOptions options;
+    options.specials = form;
+    QByteArray program = made::program(made::loadable({ item }), target, options);
+    program.replace(" */\n", "\n");
+    QVERIFY2(program.contains("R.A: texts with these special codes stay as they are: " + codes), program.constData());
+    if (target == LoadTarget::Stata)
+        QVERIFY(program.contains("R.A: Stata has no labels for ZZ (None)\n"));
+}
+
+void LoadStatisticalTest::longSpecialCodesAreListed_data()
+{
+    addTargets();
+}
+
+void LoadStatisticalTest::longSpecialCodesAreListed()
+{
+    QFETCH(LoadTarget, target);
+    Item item = made::placed(made::item(QStringLiteral("A"), 16,
+                                        { made::value(QString(16, QLatin1Char('9')), QString(), Special::Missing) }));
+    const QByteArray sentence("R.A has special codes of more than 15 digits.");
+    QVERIFY(made::program(made::loadable({ item }), target).contains(sentence));
+    item.length = 15;
+    QVERIFY(!made::program(made::loadable({ item }), target).contains(sentence));
+}
+
+void LoadStatisticalTest::spssErasesItsFilesWhenTheirDataSetsAreClosed()
+{
+    Item item = made::placed(made::item(QStringLiteral("A"), 2));
+    item.occurrences = 2;
+    LoadOptions options;
+    options.occurrences = OccurrenceForm::Long;
+    const QByteArray program = made::program(made::loadable({ item }), LoadTarget::Spss, options);
+    QVERIFY2(program.endsWith("DATASET CLOSE ALL.\nNEW FILE.\nERASE FILE='R_A.tmp'.\n"),
+             program.right(300).constData());
+    QVERIFY(made::program(made::loadable({ item }), LoadTarget::Spss).endsWith("DATASET CLOSE ALL.\n"));
+}
+
+// SPSS reads 8,192 bytes of a line otherwise.
+void LoadStatisticalTest::spssKnowsTheLengthOfALine_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("short") << 1 << QByteArray("/LRECL=12\n");
+    QTest::newRow("one variable") << 5000 << QByteArray("/LRECL=20008\n");
+    QTest::newRow("several variables") << 9000 << QByteArray("/LRECL=48000\n");
+}
+
+void LoadStatisticalTest::spssKnowsTheLengthOfALine()
+{
+    QFETCH(int, length);
+    QFETCH(QByteArray, bytes);
+    Item item = made::placed(made::item(QStringLiteral("A"), length));
+    item.type = itemtype::alpha();
+    const QByteArray program = made::program(made::loadable({ item }), LoadTarget::Spss);
+    QVERIFY2(program.contains(bytes), program.mid(program.indexOf("FILE HANDLE"), 100).constData());
+}
+
 void LoadStatisticalTest::namesAreNoOperandsInSas()
 {
     Item item = made::placed(
@@ -295,6 +384,36 @@ void LoadStatisticalTest::stataHasADictionaryForEachTable()
     QCOMPARE(program.files.at(0).name, QStringLiteral("D.do"));
     QCOMPARE(program.files.at(1).name, QStringLiteral("R.dct"));
     QVERIFY(program.files.at(1).text.contains("\n    str A 3-"));
+}
+
+// A part of the line that begins at the record type keeps the blanks of texts, if the record type begins with none.
+void LoadStatisticalTest::textsOfStataArePartsOfALineThatNoBlankBegins_data()
+{
+    QTest::addColumn<QString>("mark");
+    QTest::addColumn<int>("start");
+    QTest::addColumn<bool>("isPart");
+    QTest::newRow("after the record type") << text("R") << 5 << true;
+    QTest::newRow("blank before the record type") << text(" R") << 5 << false;
+    QTest::newRow("before the record type") << text("R") << 1 << false;
+    QTest::newRow("last column") << text("R") << 3 + 2043 << true;
+    QTest::newRow("too far") << text("R") << 3 + 2044 << false;
+}
+
+void LoadStatisticalTest::textsOfStataArePartsOfALineThatNoBlankBegins()
+{
+    QFETCH(QString, mark);
+    QFETCH(int, start);
+    QFETCH(bool, isPart);
+    Item item = made::placed(made::item(QStringLiteral("A"), 2));
+    item.type = itemtype::alpha();
+    item.start = start;
+    Layout layout = made::loadable({ item });
+    layout.recordType = RecordTypeColumns{ 3, 2 };
+    layout.levels[0].records[0].recordType = mark;
+    const LoadProgram program = makeLoadProgram(layout, LoadTarget::Stata);
+    QCOMPARE(program.files.at(1).text.contains("\n    str A "), !isPart);
+    QCOMPARE(program.files.at(0).text.contains("These texts lose blanks before them if infix takes them off: R.A\n"),
+             !isPart);
 }
 
 void LoadStatisticalTest::stataTypesHoldAllNumbers_data()

@@ -90,6 +90,8 @@ def compare_labels(result, outcome):
     differences = []
     for name, table in result.tables.items():
         data = outcome.files[table.name + ".dta"]
+        if data.label != written(table.label, 80):
+            differences.append(f"{name}: the label is {table.label!r}, got {data.label!r}")
         for column in table.columns:
             if column.item:
                 label, got = written(column.label, 80), data.variable_labels.get(column.name, "")
