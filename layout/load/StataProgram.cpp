@@ -202,7 +202,7 @@ private:
     {
         QByteArray text;
         for (const QString &mark : plan.knownMarks)
-            text += stataLine("replace _known = 1 if " + stataHasMark(mark, "_type"));
+            text += stataLine("replace _known = 1 if " + stataHasMark(mark, plan.recordType->length, "_type"));
         return text;
     }
 

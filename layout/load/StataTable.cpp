@@ -86,7 +86,7 @@ QByteArray StataTable::selection() const
 {
     QByteArray text;
     if (plan.recordType)
-        text = stataLine("keep if " + stataHasMark(table.mark, own("type")));
+        text = stataLine("keep if " + stataHasMark(table.mark, plan.recordType->length, own("type")));
     const QVector<QByteArray> wholeLine = raw.namesOfWholeLine();
     if (!wholeLine.isEmpty())
         text += stataLine("drop if " + stataAreBlank(wholeLine));

@@ -218,8 +218,10 @@ QByteArray stataAreBlank(const QVector<QByteArray> &names)
     return stataJoined(conditions, " & ");
 }
 
-QByteArray stataHasMark(const QString &mark, const QByteArray &name)
+QByteArray stataHasMark(const QString &mark, int length, const QByteArray &name)
 {
+    if (mark.size() > length)
+        return "1 == 0";
     QVector<QByteArray> conditions;
     for (int i = 0; i < mark.size(); ++i) {
         const QByteArray character = name + number(i + 1);

@@ -34,8 +34,8 @@ QByteArray stataJoinedTexts(const QVector<QByteArray> &names);
 QByteArray stataAreBlank(const QVector<QByteArray> &names);
 
 /// The condition that is true for lines with a record type, of which each character is a variable: \a name and its
-/// number.
-QByteArray stataHasMark(const QString &mark, const QByteArray &name);
+/// number. \a length is the number of these variables; no line has a longer record type.
+QByteArray stataHasMark(const QString &mark, int length, const QByteArray &name);
 
 /// A command that ends in a text in compound quotes, after \a command, and \a options after the text. The text is set
 /// by a macro before, if it holds characters that Stata expands. A label cannot hold a quote before an apostrophe, nor

@@ -215,6 +215,7 @@ def records():
         Record("CODES", "C", 1, 1, [Item("CODE", 4, "Code"), Item("TEXT", 10, None, kind="alpha")], "Codes"),
         Record("SQLITE_STAT1", "Q", 1, 1, [Item("FLAG", 1, "Flag", values=YES_NO)], None),
         Record("ERASED", "~E", 1, 0, [Item("FLAG", 1, "Flag")], "Its lines are erased ones"),
+        Record("NONE", "HHH", 1, 0, [Item("FLAG", 1, "Flag")], "Its type is longer than the columns of the type"),
     ]
 
 
