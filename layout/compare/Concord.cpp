@@ -54,11 +54,11 @@ private:
         const ConcordRound &later = rounds[size_t(after.round)];
         QVector<ConcordChange> changes
             = ConcordChanges(earlier, later, language).changesOf(earlier.at(before.item), later.at(after.item));
-        const auto textOf = [](const std::optional<QString> &label) {
-            return label ? std::optional(label->simplified()) : std::nullopt;
+        const auto isSame = [](const std::optional<QString> &one, const std::optional<QString> &other) {
+            return one == other || (one && other && one->simplified() == other->simplified());
         };
-        if (std::any_of(codes.begin(), codes.end(), [&](const ConcordCode &code) {
-                return textOf(code.cells.at(before.round)) != textOf(code.cells.at(after.round));
+        if (!std::all_of(codes.begin(), codes.end(), [&](const ConcordCode &code) {
+                return isSame(code.cells.at(before.round), code.cells.at(after.round));
             }))
             changes.append(ConcordChange::Values);
         return changes;

@@ -45,8 +45,10 @@ void ConcordCandidates::Postings::fill(const std::vector<const ConcordTraits *> 
     }
 }
 
-ConcordCandidates::ConcordCandidates(const ConcordCorpus &ofCorpus, const std::vector<const ConcordTraits *> &variables)
+ConcordCandidates::ConcordCandidates(const ConcordCorpus &ofCorpus,
+                                     const std::vector<const ConcordTraits *> &ofVariables)
     : corpus(ofCorpus)
+    , variables(ofVariables)
     , byName(corpus.nameCount())
     , byWord(corpus.words().terms().size())
     , byValue(corpus.values().size())
@@ -97,8 +99,28 @@ void ConcordCandidates::takeBest(std::vector<int> &found, int most)
     touched.clear();
 }
 
+// Returns the only variable with the same name, label and values, or -1.
+int ConcordCandidates::unchanged(const ConcordTraits &item) const
+{
+    int found = -1;
+    if (item.texts.empty() || byName.count(item.name.whole) > maxPostings)
+        return found;
+    for (const int *variable = byName.begin(item.name.whole); variable != byName.end(item.name.whole); ++variable) {
+        const ConcordTraits &other = *variables[size_t(*variable)];
+        if (other.values != item.values || other.texts.empty() || other.texts.front().label != item.texts.front().label)
+            continue;
+        if (found >= 0)
+            return -1;
+        found = *variable;
+    }
+    return found;
+}
+
 std::vector<int> ConcordCandidates::of(const ConcordTraits &item)
 {
+    const int same = unchanged(item);
+    if (same >= 0)
+        return { same };
     std::vector<int> found;
     constexpr double ofWholeName = 10;
     constexpr double ofNumber = 1;

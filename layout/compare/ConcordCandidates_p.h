@@ -9,14 +9,15 @@ namespace vanlayout
 /// Finds the variables that an item can be, by an index of the traits of the variables: names, words of labels, values.
 ///
 /// The traits that more than `maxPostings` variables share identify none of them. An item has at most `maxCandidates`
-/// candidates from words and values, and as many from names.
+/// candidates from words and values, and as many from names. A variable with the same name, label and values is the
+/// only candidate, if there is one such variable.
 class ConcordCandidates
 {
 public:
     static constexpr int maxPostings = 60;
     static constexpr int maxCandidates = 12;
 
-    ConcordCandidates(const ConcordCorpus &ofCorpus, const std::vector<const ConcordTraits *> &variables);
+    ConcordCandidates(const ConcordCorpus &ofCorpus, const std::vector<const ConcordTraits *> &ofVariables);
 
     /// The variables, sorted.
     std::vector<int> of(const ConcordTraits &item);
@@ -40,11 +41,13 @@ private:
         std::vector<int> numbers;
     };
 
+    int unchanged(const ConcordTraits &item) const;
     void add(const Postings &postings, int term, double weight);
     void addTerms(const Postings &postings, const ConcordTerms::List &terms, const ConcordTerms &weights);
     void takeBest(std::vector<int> &found, int most);
 
     const ConcordCorpus &corpus;
+    const std::vector<const ConcordTraits *> &variables;
     Postings byName;
     Postings byWord;
     Postings byValue;

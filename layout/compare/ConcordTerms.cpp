@@ -6,15 +6,24 @@
 namespace vanlayout
 {
 
+int ConcordTerms::add(const QString &text)
+{
+    texts.push_back(text);
+    counts.push_back(0);
+    limits.push_back(maxInformation);
+    return size() - 1;
+}
+
 int ConcordTerms::numberOf(const QString &term)
 {
-    const int number = numbers.of(term);
-    if (number == size()) {
-        texts.push_back(term);
-        counts.push_back(0);
-        limits.push_back(maxInformation);
-    }
-    return number;
+    const auto [found, isNew] = numbers.emplace(term, size());
+    return isNew ? add(term) : found->second;
+}
+
+int ConcordTerms::numberOf(int one, int other)
+{
+    const auto [found, isNew] = numbersOfPairs.emplace((quint64(quint32(one)) << 32) | quint32(other), size());
+    return isNew ? add(QString()) : found->second;
 }
 
 void ConcordTerms::count(const List &terms)

@@ -30,6 +30,8 @@ public:
     using List = std::vector<int>;
 
     int numberOf(const QString &term);
+    /// The number of a term that consists of two numbers. Its text is empty.
+    int numberOf(int one, int other);
     const QString &textOf(int term) const { return texts[size_t(term)]; }
     int size() const { return int(texts.size()); }
     /// Counts the terms of one item.
@@ -47,7 +49,10 @@ public:
 private:
     static constexpr double maxInformation = 6.5;
 
-    ConcordNumbers numbers;
+    int add(const QString &text);
+
+    KeyedMap<QString, int> numbers;
+    std::unordered_map<quint64, int> numbersOfPairs;
     std::vector<QString> texts;
     std::vector<int> counts;
     std::vector<double> limits;

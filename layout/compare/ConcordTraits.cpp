@@ -176,6 +176,18 @@ int ConcordCorpus::labelOf(const QString &text, const QString &name)
     return found->second;
 }
 
+// Returns the term of the label of a value, or -1 if it has no words.
+int ConcordCorpus::termOf(const QString &label)
+{
+    const auto [found, isNew] = termOfLabel.emplace(label, -1);
+    if (isNew) {
+        const QString text = comparableText(label);
+        if (!text.isEmpty())
+            found->second = valueTerms.numberOf(text);
+    }
+    return found->second;
+}
+
 int ConcordCorpus::valuesOf(const Item &item)
 {
     constexpr int maxTerms = 300;
@@ -185,18 +197,17 @@ int ConcordCorpus::valuesOf(const Item &item)
     const CodeType type = codeTypeOf(item);
     ConcordValueList list;
     for (const Value &value : set->values) {
-        const QString text = value.labels.primary();
-        const auto [form, isNew] = formOfLabel.emplace(text, QString());
-        if (isNew)
-            form->second = comparableText(text);
-        if (!form->second.isEmpty())
-            list.labels.push_back(valueTerms.numberOf(form->second));
+        const int label = termOf(value.labels.primary());
+        if (label >= 0)
+            list.labels.push_back(label);
         for (const Range &range : value.ranges) {
             const CodeKey key = keyOf(value, range, type);
-            const QString code = QLatin1Char('=') + key.from + QLatin1Char(':') + key.to;
-            list.codes.push_back(valueTerms.numberOf(code));
-            if (!form->second.isEmpty())
-                list.labelled.push_back(valueTerms.numberOf(form->second + code));
+            const int code
+                = valueTerms.numberOf(key.to.isEmpty() ? QLatin1Char('=') + key.from
+                                                       : QLatin1Char('=') + key.from + QLatin1Char(':') + key.to);
+            list.codes.push_back(code);
+            if (label >= 0)
+                list.labelled.push_back(valueTerms.numberOf(label, code));
         }
         if (list.codes.size() > maxTerms)
             break;

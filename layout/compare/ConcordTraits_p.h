@@ -71,6 +71,7 @@ private:
     ConcordName nameOf(const QString &name);
     int nameWordsOf(const QString &foldedName);
     int labelOf(const QString &text, const QString &name);
+    int termOf(const QString &label);
     int valuesOf(const Item &item);
     int listOf(const ConcordValueList &list);
     void count(const ConcordTraits &item);
@@ -83,7 +84,7 @@ private:
     ConcordNumbers types;
     KeyedMap<QString, int> labelOfText;
     KeyedMap<QString, int> listOfKey;
-    KeyedMap<QString, QString> formOfLabel; // of values
+    KeyedMap<QString, int> termOfLabel; // of values; -1 for one without words
     std::vector<ConcordTerms::List> labelList;
     std::vector<ConcordTerms::List> nameWordList;
     KeyedMap<QString, int> wordsOfName;

@@ -25,7 +25,9 @@ bool hasDigit(const QString &word)
 bool isRomanNumeral(const QString &word)
 {
     static const QRegularExpression numeral(QStringLiteral("^(?=[ivx])x{0,3}(?:ix|iv|v?i{0,3})$"));
-    return numeral.match(word).hasMatch();
+    const QChar first = word.at(0);
+    return (first == QLatin1Char('i') || first == QLatin1Char('v') || first == QLatin1Char('x'))
+        && numeral.match(word).hasMatch();
 }
 
 QString withoutLeadingZeros(QString number)
@@ -62,9 +64,11 @@ QString withMarksAsWords(const QString &folded)
     static const QRegularExpression negative(QStringLiteral("^-(?=\\d)"));
     static const QRegularExpression decimal(QStringLiteral("(?<=\\d)[.,](?=\\d)"));
     QString text = folded.simplified();
-    text.remove(thousands);
-    text.replace(negative, QStringLiteral("minus"));
-    text.replace(decimal, QStringLiteral("point"));
+    if (hasDigit(text)) {
+        text.remove(thousands);
+        text.replace(negative, QStringLiteral("minus"));
+        text.replace(decimal, QStringLiteral("point"));
+    }
     for (const auto &[mark, word] :
          { std::pair("<", " less "), std::pair("≤", " less "), std::pair(">", " more "), std::pair("≥", " more "),
            std::pair("+", " more "), std::pair("&", " and "), std::pair("%", " percent ") })
@@ -76,8 +80,10 @@ QString withMarksAsWords(const QString &folded)
 QString withoutShortForms(QString text)
 {
     static const QRegularExpression shortNot(QStringLiteral("n't\\b"));
-    text.replace(QStringLiteral("can't"), QStringLiteral("can not"));
-    text.replace(shortNot, QStringLiteral(" not"));
+    if (text.contains(QLatin1Char('\''))) {
+        text.replace(QStringLiteral("can't"), QStringLiteral("can not"));
+        text.replace(shortNot, QStringLiteral(" not"));
+    }
     return text;
 }
 
@@ -88,7 +94,8 @@ QString squeezedText(const QString &text)
         QStringLiteral("(?<=\\d)\\s*[-–—/:]\\s*(?=\\d)|(?<=\\d)\\s+(?=\\d)"));
     QString squeezed;
     QString marked = text;
-    marked.replace(betweenNumbers, QStringLiteral("-"));
+    if (hasDigit(text))
+        marked.replace(betweenNumbers, QStringLiteral("-"));
     for (int i = 0; i < marked.size(); ++i) {
         const QChar unit = marked.at(i);
         const bool isBetween = unit == QLatin1Char('-') && i > 0 && i + 1 < marked.size() && marked.at(i - 1).isDigit()
@@ -104,9 +111,14 @@ CodeLabel::CodeLabel(const QString &label)
     constexpr int longest = 1000;
     const QString cut = label.left(longest);
     const QString folded = foldedText(cut);
-    const QStringList parts = folded.split(QRegularExpression(QStringLiteral("[\\s/.-]+")), Qt::SkipEmptyParts);
-    for (const QString &part : parts)
-        initials += part.at(0);
+    bool isBeginning = true;
+    for (const QChar unit : folded) {
+        const bool separates
+            = unit.isSpace() || unit == QLatin1Char('/') || unit == QLatin1Char('.') || unit == QLatin1Char('-');
+        if (isBeginning && !separates)
+            initials += unit;
+        isBeginning = separates;
+    }
     const QString text = withMarksAsWords(folded);
     squeezed = squeezedText(text);
     const QStringList words = wordsOf(withoutShortForms(text));
@@ -259,6 +271,8 @@ CodeChange wordingChange(const QString &before, const QString &after)
 {
     if (before == after)
         return CodeChange::None;
+    if (before.compare(after, Qt::CaseInsensitive) == 0)
+        return CodeChange::Spelling;
     const CodeLabel one(before);
     const CodeLabel other(after);
     if (one.squeezed.isEmpty() != other.squeezed.isEmpty())

@@ -60,6 +60,15 @@ int commonBeginning(const QString &one, const QString &other)
     return count;
 }
 
+// Whether a question number is possible: there is a digit among the first characters, or a mark after the first one.
+bool canBeNumbered(const QString &text)
+{
+    constexpr int longest = 32;
+    const int count = int(std::min<qsizetype>(text.size(), longest));
+    const bool hasDigit = std::any_of(text.begin(), text.begin() + count, [](QChar unit) { return unit.isDigit(); });
+    return hasDigit || (count > 1 && !text.at(0).isLetter()) || (count > 1 && !text.at(1).isLetter());
+}
+
 // Returns the number of characters of a name, or of its number, at the beginning of a label.
 int lengthOfName(const QString &text, const QString &name)
 {
@@ -93,6 +102,8 @@ QString withoutQuestionNumber(const QString &label, const QString &name)
     static const QRegularExpression numbered(QStringLiteral("^(?!19|20)[0-9]{3,4}[A-Za-z]{0,2}\\s"));
     static const QRegularExpression rest(QStringLiteral("^[A-Za-z]?[\\s_.:\\)\\]=-]+(?=.)"));
     const QString text = label.trimmed();
+    if (!canBeNumbered(text))
+        return text;
     int length = lengthOfName(text, name);
     if (length == text.size())
         return QString();
@@ -164,6 +175,7 @@ int ConcordWords::numberOf(const QString &word)
     constexpr double ofFiller = 0.7;
     if (number == before) {
         sides.push_back(sideOf(word));
+        initials.push_back(word.at(0));
         areNumbers.push_back(isNumber(word) ? 1 : 0);
         if (isFiller(word))
             words.limit(number, ofFiller);
@@ -188,7 +200,7 @@ double ConcordWords::similarity(const QString &one, const QString &other)
     constexpr double ofAbbreviation = 0.7;
     constexpr double ofTypingError = 0.8;
     constexpr double ofBeginning = 0.6;
-    if (isNumber(one) || isNumber(other))
+    if (isNumber(one) || isNumber(other) || one.at(0) != other.at(0))
         return 0;
     const int shorter = int(std::min(one.size(), other.size()));
     const int longer = int(std::max(one.size(), other.size()));
@@ -231,6 +243,8 @@ ConcordOverlap ConcordWords::overlapOfLabels(const ConcordTerms::List &one, cons
         double best = 0;
         auto partner = right.end();
         for (auto candidate = right.begin(); candidate != right.end(); ++candidate) {
+            if (initials[size_t(word)] != initials[size_t(*candidate)])
+                continue;
             const double similarity = knownSimilarity(word, *candidate);
             if (similarity > best) {
                 best = similarity;

@@ -18,7 +18,7 @@ public:
 
     ConcordTerms &terms() { return words; }
     const ConcordTerms &terms() const { return words; }
-    /// 0 to 1: whether two different words are probably forms of the same word.
+    /// 0 to 1: whether two different words with the same first letter are probably forms of the same word.
     static double similarity(const QString &one, const QString &other);
     /// Whether a folded word has little meaning of its own: "the", "de".
     static bool isFiller(const QString &word);
@@ -38,6 +38,7 @@ private:
 
     ConcordTerms words;
     std::vector<ConcordSide> sides; // of the words
+    std::vector<QChar> initials;
     std::vector<char> areNumbers;
     std::unordered_map<quint64, double> similarities;
 };
