@@ -277,6 +277,10 @@ private Q_SLOTS:
             "two tables are written into a directory; name it with -o DIRECTORY");
         row("map and table to standard output", { "--write-map", "-", "2001.dcf", "2006.dcf" },
             "only one of -o and --write-map can be standard output");
+        row("map and table in one file", { "-o", "x.csv", "--write-map", "x.csv", "2001.dcf", "2006.dcf" },
+            "-o and --write-map are the same file");
+        row("map without a name", { "--map", "", "2001.dcf", "2006.dcf" }, "'': no such file");
+        row("written map without a name", { "--write-map", "", "2001.dcf", "2006.dcf" }, "'': no such file");
         row("no such file", { "2001.dcf", "gone.dcf" }, "gone.dcf: cannot be opened: No such file or directory");
         row("no such language", { "--language", "FR", "2001.dcf", "fr.dcf" }, "fr.dcf: has no language FR; it has EN");
         row("no such map", { "--map", "gone.csv", "2001.dcf", "2006.dcf" },

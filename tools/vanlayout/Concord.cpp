@@ -44,8 +44,8 @@ public:
     explicit ConcordRun(const ConcordCall &concordCall)
         : call(concordCall)
         , output(QFile::decodeName(call.output.c_str()))
-        , map(QFile::decodeName(call.map.c_str()))
-        , writtenMap(QFile::decodeName(call.writtenMap.c_str()))
+        , map(QFile::decodeName(call.map.value_or("").c_str()))
+        , writtenMap(QFile::decodeName(call.writtenMap.value_or("").c_str()))
     {
         for (const std::string &name : call.files)
             files.append(QFile::decodeName(name.c_str()));
@@ -63,7 +63,7 @@ public:
         if (status != statusFine)
             return status;
         return answerFor(files.constLast(), [this] {
-            const int statusOfMap = map.isEmpty() ? int(statusFine) : readMap();
+            const int statusOfMap = call.map ? readMap() : int(statusFine);
             return statusOfMap == statusFine ? compareRounds() : statusOfMap;
         });
     }
@@ -85,6 +85,8 @@ private:
             return QStringLiteral("two tables are written into a directory; name it with -o DIRECTORY");
         if (writtenMap == standardName() && output == standardName())
             return QStringLiteral("only one of -o and --write-map can be standard output");
+        if (call.writtenMap && writtenMap == output)
+            return QStringLiteral("-o and --write-map are the same file");
         return QString();
     }
 
@@ -117,6 +119,8 @@ private:
 
     int readMap()
     {
+        if (map.isEmpty())
+            return noAnswerFor(map, QStringLiteral("no such file"));
         QFile file(map);
         if (!file.open(QIODevice::ReadOnly))
             return noAnswerFor(map, QStringLiteral("cannot be opened: ") + file.errorString());
@@ -144,7 +148,7 @@ private:
             complainOfMap({ linesOfMap.at(problem.decision), problem.message });
         if (!concordance.problems.isEmpty())
             return statusNoAnswer;
-        const int status = writtenMap.isEmpty() ? int(statusFine) : writeMap();
+        const int status = call.writtenMap ? writeMap() : int(statusFine);
         return status == statusFine ? writeResult() : status;
     }
 
@@ -204,15 +208,15 @@ private:
     int writeFile(const QString &path, const AnswerWriter &write) const
     {
         const auto isInput = [&](const QString &file) { return isSameFile(path, file); };
-        if (std::any_of(files.begin(), files.end(), isInput) || (!map.isEmpty() && isInput(map)))
+        if (std::any_of(files.begin(), files.end(), isInput) || (call.map && isInput(map)))
             return noAnswerFor(path, QStringLiteral("is a file to read, and is not overwritten"));
         return writeAnswer(path, files.constLast(), write);
     }
 
     const ConcordCall &call;
     QString output;
-    QString map;        // empty for none
-    QString writtenMap; // empty for none
+    QString map;
+    QString writtenMap;
     QStringList files;
     ConcordOptions options;
     QVector<int> linesOfMap; // of the decisions

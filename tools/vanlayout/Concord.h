@@ -1,6 +1,7 @@
 #ifndef VANLAYOUT_CONCORD_H
 #define VANLAYOUT_CONCORD_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,9 +13,9 @@ struct ConcordCall {
     bool isForExcel = false;        ///< for CSV
     std::string language;           ///< code of the language of the labels; empty for the primary one
     std::string output = "-";       ///< file or directory to write; - is standard output
-    std::string map;                ///< file with decisions; empty for none
-    std::string writtenMap;         ///< file to write the map to; empty for none
-    std::vector<std::string> files; ///< in the order of the rounds; `-` is standard input
+    std::optional<std::string> map; ///< file with decisions
+    std::optional<std::string> writtenMap; ///< file to write the map to; - is standard output
+    std::vector<std::string> files;        ///< in the order of the rounds; `-` is standard input
 };
 
 /// Compares the exact layouts of several rounds of a survey and writes the concordance. Returns the exit status.
