@@ -115,6 +115,8 @@ RecodePlan::Codes RecodePlan::codesOf(int variable)
 const Item *RecodePlan::itemIn(const ConcordVariable &variable, int round) const
 {
     static const Item unknown;
+    if (size_t(round) >= items.size())
+        return &unknown;
     const ConcordCell &cell = *variable.cells.at(round);
     const auto &index = items[size_t(round)];
     const auto found = index.find(keyOf(cell.level, cell.record, cell.item));

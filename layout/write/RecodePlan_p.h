@@ -12,7 +12,7 @@
 namespace vanlayout
 {
 
-/// What becomes of the values that a rule selects.
+/// The result for the values that a rule selects.
 enum class RecodeKind {
     Category,      ///< a code of the result
     Copy,          ///< the value itself

@@ -130,7 +130,7 @@ private:
     {
         for (int i = 0; i < concordance.variables.size(); ++i) {
             const RecodeVariable planned = plan.next(i);
-            if (isReadable(*planned.variable))
+            if (!planned.rounds.isEmpty() && isReadable(*planned.variable))
                 writeOne(names.at(i), planned);
         }
         return csv.end();
@@ -164,10 +164,10 @@ private:
     void writeRule(const QString &name, const RecodeVariable &planned, const RecodeRule &rule)
     {
         const QString type = planned.isCategorical ? QStringLiteral("cat") : QStringLiteral("cont");
-        const QString count = planned.isCategorical ? QString::number(planned.categories) : notApplicable();
-        const QString dummy = planned.isCategorical
-            ? name + QLatin1String("_cat") + count + QLatin1Char('_') + endOf(rule)
-            : notApplicable();
+        const bool hasCategories = planned.isCategorical && planned.categories > 0;
+        const QString count = hasCategories ? QString::number(planned.categories) : notApplicable();
+        const QString dummy
+            = hasCategories ? name + QLatin1String("_cat") + count + QLatin1Char('_') + endOf(rule) : notApplicable();
         const QString label = rule.kind == RecodeKind::Copy ? notApplicable() : rule.label;
         const QString startLabel = rule.label.isEmpty() ? notApplicable() : rule.label;
         const ConcordCell &first = *planned.variable->cells.at(rule.rounds.constFirst());

@@ -102,7 +102,7 @@ private:
     qint64 space;
 };
 
-/// What a writer writes; empty if it reports a failure.
+/// The bytes from a writer; empty if it reports a failure.
 template <typename Write> QByteArray bytesOf(Write write)
 {
     QBuffer buffer;

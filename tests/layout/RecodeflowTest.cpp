@@ -196,6 +196,14 @@ private Q_SLOTS:
         QVERIFY2(bytes.contains("\r\nX,X_cat1_NA::a,cat,a,[X],cat,NA::a,1,No,No,N/A,2,No,x,x,\r\n"), bytes.constData());
     }
 
+    void textWithoutCodesHasNoCategories()
+    {
+        const Rounds rounds = { round("a.dcf", { made::item("X", 9, {}, "alpha") }) };
+        QCOMPARE(cellOf(rounds, "X", "copy", "typeEnd"), QString("cat"));
+        QCOMPARE(cellOf(rounds, "X", "copy", "numValidCat"), QString("N/A"));
+        QCOMPARE(cellOf(rounds, "X", "copy", "dummyVariable"), QString("N/A"));
+    }
+
     void codesThatCannotBeReadAreNoted()
     {
         const Item item
@@ -250,6 +258,18 @@ private Q_SLOTS:
         QCOMPARE(recodeflowOmitted(concord(rounds)), QStringList(name));
         QCOMPARE(tableOf(rounds, writeRecodeflowVariables).size(), 3); // heads, id item and B
         QCOMPARE(tableOf(rounds, writeRecodeflowDetails).size(), 3);
+    }
+
+    void itemsWithoutALayoutAreNumbers()
+    {
+        Concordance concordance = made::hostileConcordance("X");
+        concordance.variables.append(made::variable({ made::absent, made::absent }));
+        const QByteArray bytes
+            = made::bytesOf([&](QIODevice &device) { return writeRecodeflowVariables(concordance, {}, device); });
+        QCOMPARE(readCsvTable(bytes).rows.size(), 3); // the variable without items has no row
+        QVERIFY(!made::bytesOf([&](QIODevice &device) {
+                     return writeRecodeflowDetails(concordance, {}, device);
+                 }).isEmpty());
     }
 
     void resultsAreNamesOfR()
