@@ -72,21 +72,31 @@ void measureMarked(const QString &collection)
     print(QStringLiteral("all marked"), all);
 }
 
+struct Kind {
+    const char *title;
+    derived::Changes changes;
+    derived::Rounds (*change)(const derived::Rounds &rounds); // null for none
+};
+
 void measureDerived(const QString &collection, const QStringList &files)
 {
-    const struct {
-        const char *title;
-        derived::Changes changes;
-    } kinds[] = { { "mild", derived::mild() },
-                  { "usual", derived::usual() },
-                  { "harsh", derived::harsh() },
-                  { "extreme", derived::extreme() } };
-    for (const auto &kind : kinds) {
+    const Kind kinds[] = {
+        { "mild", derived::mild(), nullptr },
+        { "usual", derived::usual(), nullptr },
+        { "harsh", derived::harsh(), nullptr },
+        { "extreme", derived::extreme(), nullptr },
+        { "statistical", derived::harsh(), derived::asStatistical },
+        { "no values", derived::harsh(), derived::withoutValues },
+        { "no labels", derived::mild(), derived::withoutLabels },
+    };
+    for (const Kind &kind : kinds) {
         Sums all;
         for (int i = 0; i < files.size(); ++i) {
             const Layout first = readLayout(collection + QLatin1Char('/') + files.at(i));
             const Layout donor = readLayout(collection + QLatin1Char('/') + files.at((i + 1) % files.size()));
-            const derived::Rounds rounds = derived::derive(first, donor, 5, kind.changes, unsigned(i + 1));
+            derived::Rounds rounds = derived::derive(first, donor, 5, kind.changes, unsigned(i + 1));
+            if (kind.change)
+                rounds = kind.change(rounds);
             measure(QLatin1String(kind.title) + QLatin1Char(' ') + QFileInfo(files.at(i)).completeBaseName(),
                     rounds.layouts, rounds.truth, all);
         }

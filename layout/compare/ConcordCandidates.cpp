@@ -13,6 +13,8 @@ ConcordTerms::List namesOf(const ConcordTraits &item)
     ConcordTerms::List names = { item.name.whole };
     if (item.name.rest != ConcordName::none && !item.name.isMnemonic)
         names.push_back(item.name.rest);
+    if (item.name.firstOf != ConcordName::none && !item.isDictionary)
+        names.push_back(item.name.firstOf);
     return names;
 }
 
@@ -127,6 +129,8 @@ std::vector<int> ConcordCandidates::of(const ConcordTraits &item)
     add(byName, item.name.whole, ofWholeName);
     if (item.name.rest != ConcordName::none && !item.name.isMnemonic)
         add(byName, item.name.rest, ofNumber);
+    if (item.name.firstOf != ConcordName::none && !item.isDictionary)
+        add(byName, item.name.firstOf, ofWholeName);
     takeBest(found, maxCandidates);
     addTerms(byWord, wordsOf(corpus, item), corpus.words().terms());
     addTerms(byValue, corpus.valueLists()[size_t(item.values)].labels, corpus.values());

@@ -21,6 +21,12 @@ double known(std::unordered_map<quint64, double> &pairs, int one, int other, Com
     return found->second;
 }
 
+// Whether two labels are known to be in different languages, so that other words are no evidence against them.
+bool areTranslations(int language, int otherLanguage)
+{
+    return language != otherLanguage && language != unknownLanguage && otherLanguage != unknownLanguage;
+}
+
 } // namespace
 
 double ConcordEvidence::ofContent(const ConcordTraits &one, const ConcordTraits &other)
@@ -57,8 +63,11 @@ double ConcordEvidence::ofLabels(const ConcordTraits &one, const ConcordTraits &
         sum += evidence;
         ++count;
     }
-    if (count == 0)
-        return ofLabelPair(one.texts.front().label, other.texts.front().label);
+    if (count == 0) {
+        const double evidence = ofLabelPair(one.texts.front().label, other.texts.front().label);
+        return areTranslations(one.texts.front().language, other.texts.front().language) ? std::max(evidence, 0.0)
+                                                                                         : evidence;
+    }
     return (best + sum / count) / 2;
 }
 
@@ -83,7 +92,8 @@ double ConcordEvidence::ofValues(const ConcordTraits &one, const ConcordTraits &
         return ofNoValues;
     if (one.values == 0 || other.values == 0)
         return one.isDictionary == other.isDictionary ? ofOneSide : 0;
-    return ofValuePair(one.values, other.values);
+    const double evidence = ofValuePair(one.values, other.values);
+    return areTranslations(one.valueLanguage, other.valueLanguage) ? std::max(evidence, 0.0) : evidence;
 }
 
 double ConcordEvidence::ofShape(const ConcordTraits &one, const ConcordTraits &other)

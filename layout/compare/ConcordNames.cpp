@@ -6,12 +6,24 @@
 namespace vanlayout
 {
 
+// A repeating item of a dictionary has one variable for each occurrence in a statistical file: X is X_1.
+bool ConcordNames::isFirstOccurrence(const ConcordTraits &item, const ConcordTraits &variable)
+{
+    return item.isDictionary && !variable.isDictionary && item.occurrences > 1
+        && variable.name.firstOf == item.name.whole;
+}
+
 bool ConcordNames::correspond(const ConcordTraits &one, const ConcordTraits &other)
 {
     const ConcordName &left = one.name;
     const ConcordName &right = other.name;
-    return left.whole == right.whole
+    return areEqual(one, other)
         || (left.rest != ConcordName::none && left.rest == right.rest && !left.isMnemonic && !right.isMnemonic);
+}
+
+bool ConcordNames::areEqual(const ConcordTraits &one, const ConcordTraits &other)
+{
+    return one.name.whole == other.name.whole || isFirstOccurrence(one, other) || isFirstOccurrence(other, one);
 }
 
 void ConcordNames::clear()
@@ -25,7 +37,7 @@ void ConcordNames::clear()
 
 void ConcordNames::learn(const ConcordTraits &one, const ConcordTraits &other, bool areSame)
 {
-    if (one.name.whole == other.name.whole && one.name.isMnemonic) {
+    if (areEqual(one, other) && one.name.isMnemonic) {
         mnemonics.add(areSame);
         return;
     }
@@ -47,7 +59,7 @@ double ConcordNames::shareOf(const ConcordTraits &one, const ConcordTraits &othe
     constexpr double ofNumbered = 0.8;
     constexpr double ofOtherPrefix = 0.05;
     constexpr double weight = 3;
-    if (one.name.whole == other.name.whole && one.name.isMnemonic)
+    if (areEqual(one, other) && one.name.isMnemonic)
         return mnemonics.after(ofMnemonics, weight);
     const auto prefix = prefixes.find({ one.name.prefix, other.name.prefix });
     const Share ofPrefix = prefix != prefixes.end() ? prefix->second : Share();

@@ -46,6 +46,8 @@ private:
         }
     };
 
+    static bool isFirstOccurrence(const ConcordTraits &item, const ConcordTraits &variable);
+    static bool areEqual(const ConcordTraits &one, const ConcordTraits &other);
     double shareOf(const ConcordTraits &one, const ConcordTraits &other) const;
     double ofWords(const ConcordTraits &one, const ConcordTraits &other) const;
 

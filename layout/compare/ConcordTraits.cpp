@@ -3,6 +3,7 @@
 #include "text/Words_p.h"
 
 #include <algorithm>
+#include <map>
 
 namespace vanlayout
 {
@@ -65,6 +66,8 @@ ConcordCorpus::ConcordCorpus(const std::vector<ConcordRound> &rounds)
     labelList.emplace_back();
     nameWordList.emplace_back();
     valueListList.emplace_back();
+    languages.of(QString()); // is unknownLanguage
+    findCommonLanguage(rounds);
     int items = 0;
     traits.reserve(rounds.size());
     for (const ConcordRound &round : rounds) {
@@ -82,6 +85,22 @@ ConcordCorpus::ConcordCorpus(const std::vector<ConcordRound> &rounds)
     nameTerms.weigh(int(rounds.size()), items, furtherWords);
     valueTerms.weigh(int(rounds.size()), items, furtherValues);
     perRound = double(items) / double(std::max<size_t>(rounds.size(), 1));
+}
+
+// The labels of values are compared in one language, because most surveys have one that all rounds share.
+void ConcordCorpus::findCommonLanguage(const std::vector<ConcordRound> &rounds)
+{
+    std::map<QString, int> counts;
+    int most = 0;
+    for (const ConcordRound &round : rounds) {
+        for (const Language &language : round.layout().languages) {
+            const int count = ++counts[language.name.toCaseFolded()];
+            if (count > most) {
+                most = count;
+                commonLanguage = language.name;
+            }
+        }
+    }
 }
 
 void ConcordCorpus::count(const ConcordTraits &item)
@@ -108,6 +127,7 @@ ConcordTraits ConcordCorpus::traitsOf(const ConcordRound &round, const RoundItem
             made.texts.push_back({ languages.of(part.language.toCaseFolded()), label });
     }
     made.values = valuesOf(item);
+    made.valueLanguage = languageOfValues(round.layout());
     made.container = names.of(QString::number(place.depth) + QLatin1Char('/') + place.recordName().toCaseFolded());
     made.type = types.of(item.type);
     made.length = item.length;
@@ -117,6 +137,16 @@ ConcordTraits ConcordCorpus::traitsOf(const ConcordRound &round, const RoundItem
     made.isId = !place.record;
     made.isDictionary = round.isDictionary();
     return made;
+}
+
+int ConcordCorpus::languageOfValues(const Layout &layout)
+{
+    const auto isCommon
+        = [this](const Language &language) { return language.name.compare(commonLanguage, Qt::CaseInsensitive) == 0; };
+    if (layout.languages.isEmpty())
+        return unknownLanguage;
+    const bool hasCommon = std::any_of(layout.languages.begin(), layout.languages.end(), isCommon);
+    return languages.of((hasCommon ? commonLanguage : layout.languages.constFirst().name).toCaseFolded());
 }
 
 ConcordName ConcordCorpus::nameOf(const QString &name)
@@ -130,6 +160,8 @@ ConcordName ConcordCorpus::nameOf(const QString &name)
     parts.section = names.of(folded.left(prefix + 1) + QLatin1Char('*'));
     if (prefix < folded.size())
         parts.rest = names.of(QLatin1Char('*') + withoutZeros(folded.mid(prefix)));
+    if (folded.endsWith(QLatin1String("_1")))
+        parts.firstOf = names.of(folded.left(folded.size() - 2));
     parts.words = nameWordsOf(folded);
     parts.isMnemonic = isMnemonic(folded);
     return parts;
@@ -197,7 +229,7 @@ int ConcordCorpus::valuesOf(const Item &item)
     const CodeType type = codeTypeOf(item);
     ConcordValueList list;
     for (const Value &value : set->values) {
-        const int label = termOf(value.labels.primary());
+        const int label = termOf(value.labels.in(commonLanguage));
         if (label >= 0)
             list.labels.push_back(label);
         for (const Range &range : value.ranges) {

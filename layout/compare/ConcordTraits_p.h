@@ -15,6 +15,7 @@ struct ConcordName {
     int prefix = none;       ///< letters at the beginning: "HV" of HV009
     int rest = none;         ///< what follows, numbers without leading zeros: "9"; none if there is none
     int section = none;      ///< prefix and first digit: "HV0"
+    int firstOf = none;      ///< the whole name without `_1` at its end
     int words = 0;           ///< index in ConcordCorpus::nameWordLists(): words of three or more letters
     bool isMnemonic = false; ///< whether it has a word of several letters, such as Q5_RELIGION or SEX
 };
@@ -25,12 +26,16 @@ struct ConcordText {
     int label = 0; ///< index in ConcordCorpus::labels()
 };
 
+/// The language of a text that states none.
+constexpr int unknownLanguage = 0;
+
 /// The traits of an item by which it is matched.
 struct ConcordTraits {
     ConcordName name;
-    std::vector<ConcordText> texts; ///< labels with words, in the order of the file
-    int values = 0;                 ///< index in ConcordCorpus::valueLists(); 0 if there are none
-    int container = 0;              ///< number of its record: level and name with case folded
+    std::vector<ConcordText> texts;      ///< labels with words, in the order of the file
+    int values = 0;                      ///< index in ConcordCorpus::valueLists(); 0 if there are none
+    int valueLanguage = unknownLanguage; ///< of the labels of the values
+    int container = 0;                   ///< number of its record: level and name with case folded
     int type = 0;
     int length = 0;
     int decimals = 0;
@@ -67,7 +72,9 @@ public:
     double itemsOfRound() const { return perRound; }
 
 private:
+    void findCommonLanguage(const std::vector<ConcordRound> &rounds);
     ConcordTraits traitsOf(const ConcordRound &round, const RoundItem &item);
+    int languageOfValues(const Layout &layout);
     ConcordName nameOf(const QString &name);
     int nameWordsOf(const QString &foldedName);
     int labelOf(const QString &text, const QString &name);
@@ -81,6 +88,7 @@ private:
     ConcordTerms nameTerms;
     ConcordNumbers names;
     ConcordNumbers languages;
+    QString commonLanguage; // the language that most rounds have
     ConcordNumbers types;
     KeyedMap<QString, int> labelOfText;
     KeyedMap<QString, int> listOfKey;

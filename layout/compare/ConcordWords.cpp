@@ -46,9 +46,9 @@ constexpr Abbreviation abbreviations[] = {
     { "hr", "hour" },         { "hrs", "hour" },     { "pers", "person" },    { "gender", "sex" },
 };
 
-bool isNumber(const QString &word)
+bool hasDigit(const QString &word)
 {
-    return !word.isEmpty() && std::all_of(word.begin(), word.end(), [](QChar unit) { return unit.isDigit(); });
+    return std::any_of(word.begin(), word.end(), [](QChar unit) { return unit.isDigit(); });
 }
 
 int commonBeginning(const QString &one, const QString &other)
@@ -74,8 +74,9 @@ int lengthOfName(const QString &text, const QString &name)
 {
     const auto isNumber = [](QChar unit) { return unit.isDigit(); };
     const auto *const digit = std::find_if(name.begin(), name.end(), isNumber);
-    // A name without a number is a word of its own: the label "Sex" of the item SEX is kept.
-    if (digit == name.end())
+    // A name that is a word is kept: the label "Sex" of the item SEX, "Notes5" of NOTES5.
+    constexpr int lettersOfWord = 4;
+    if (digit == name.end() || (digit - name.begin() >= lettersOfWord && text.compare(name, Qt::CaseInsensitive) == 0))
         return 0;
     const QString number = name.mid(int(digit - name.begin()));
     const QString digits = number.left(int(std::find_if_not(digit, name.end(), isNumber) - digit));
@@ -176,7 +177,7 @@ int ConcordWords::numberOf(const QString &word)
     if (number == before) {
         sides.push_back(sideOf(word));
         initials.push_back(word.at(0));
-        areNumbers.push_back(isNumber(word) ? 1 : 0);
+        areNumbers.push_back(hasDigit(word) ? 1 : 0);
         if (isFiller(word))
             words.limit(number, ofFiller);
     }
@@ -200,7 +201,7 @@ double ConcordWords::similarity(const QString &one, const QString &other)
     constexpr double ofAbbreviation = 0.7;
     constexpr double ofTypingError = 0.8;
     constexpr double ofBeginning = 0.6;
-    if (isNumber(one) || isNumber(other) || one.at(0) != other.at(0))
+    if (hasDigit(one) || hasDigit(other) || one.at(0) != other.at(0))
         return 0;
     const int shorter = int(std::min(one.size(), other.size()));
     const int longer = int(std::max(one.size(), other.size()));

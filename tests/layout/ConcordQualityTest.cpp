@@ -66,6 +66,30 @@ private slots:
         QVERIFY2(quality.recall() >= recall, qPrintable(words));
     }
 
+    void roundsOfOtherFormsAreMatched_data()
+    {
+        QTest::addColumn<int>("form");
+        QTest::addColumn<double>("precision");
+        QTest::addColumn<double>("recall");
+        QTest::newRow("statistical files") << 0 << 0.97 << 0.94;
+        QTest::newRow("without values") << 1 << 0.97 << 0.94;
+        QTest::newRow("without labels") << 2 << 0.9 << 0.8;
+    }
+    void roundsOfOtherFormsAreMatched()
+    {
+        QFETCH(int, form);
+        QFETCH(double, precision);
+        QFETCH(double, recall);
+        const derived::Rounds rounds = derived::derive(made::householdSurvey(), made::furtherSurvey(), 5,
+                                                       form == 2 ? derived::mild() : derived::usual(), 11);
+        const derived::Rounds changed = form == 0 ? derived::asStatistical(rounds)
+            : form == 1                           ? derived::withoutValues(rounds)
+                                                  : derived::withoutLabels(rounds);
+        const truth::Quality quality = truth::compare(truth::tableOf(concord(changed.layouts)), changed.truth);
+        QVERIFY2(quality.precision() >= precision, qPrintable(inWords(quality)));
+        QVERIFY2(quality.recall() >= recall, qPrintable(inWords(quality)));
+    }
+
     void theMatchingIsBetterThanRulesOfNames()
     {
         const derived::Rounds rounds

@@ -154,6 +154,51 @@ private slots:
         QCOMPARE(namesOf(concord({ round("a", { one }), round("b", { other }) })), QStringList({ "ID ID", "Q1 Q7" }));
     }
 
+    void labelsOfRoundsInDifferentLanguagesAreNoEvidenceAgainstAName()
+    {
+        const auto inLanguage = [](const QString &language, const QString &label, const QString &code) {
+            Item item = made::item("FAITH", 2, { made::value("1", code) });
+            item.labels.parts = { { language, label } };
+            item.valueSets[0].values[0].labels.parts = { { language, code } };
+            Layout layout = round(language, { item });
+            layout.languages = { { language, language } };
+            return layout;
+        };
+        QCOMPARE(namesOf(concord({ inLanguage("EN", "Religion", "Muslim"), inLanguage("FR", "Croyance", "Musulman") })),
+                 QStringList({ "ID ID", "FAITH FAITH" }));
+        QCOMPARE(
+            namesOf(concord({ inLanguage("", "Household income", "Low"), inLanguage("", "Croyance", "Musulman") })),
+            QStringList({ "ID ID", "- FAITH", "FAITH -" }));
+    }
+
+    void aRepeatingItemIsTheVariableOfItsFirstOccurrence()
+    {
+        Item repeating = labelled("CROP", "Crop");
+        repeating.occurrences = 2;
+        Layout file = round("b", { labelled("crop_1", "Crop"), labelled("crop_2", "Crop") });
+        file.format = Format::Stata;
+        QCOMPARE(namesOf(concord({ round("a", { repeating }), file })),
+                 QStringList({ "ID ID", "CROP crop_1", "- crop_2" }));
+    }
+
+    void recordsOfAStatisticalFileAreNotCompared()
+    {
+        Layout file = round("b", { labelled("AGE", "Age") });
+        file.format = Format::Spss;
+        file.levels[0].records[0].name = "OTHER";
+        file.levels[0].records[0].items[0].length = 0;
+        const Concordance concordance = concord({ round("a", { labelled("AGE", "Age") }), file });
+        QCOMPARE(changesOf(concordance, 1, 1), QStringList());
+    }
+
+    void aNumberOfTheLabelThatRepeatsTheNameIsIgnored()
+    {
+        QCOMPARE(namesOf(concord(
+                     { round("a", { labelled("P309", "309 Religion") }),
+                       round("b", { labelled("P309", "309 Mothers line no"), labelled("P207", "Q207. Religion") }) })),
+                 QStringList({ "ID ID", "- P309", "P309 P207" }));
+    }
+
     void theChangesOfAVariableAreThoseSinceTheRoundBeforeThatHasIt()
     {
         Layout first = round(

@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 #include <QSet>
 
+#include <algorithm>
 #include <random>
 
 using namespace vanlayout;
@@ -342,6 +343,67 @@ Rounds derive(const Layout &first, const Layout &donor, int count, const Changes
     for (const QStringList &row : qAsConst(variables))
         rounds.truth.variables.append(row);
     return rounds;
+}
+
+Rounds asStatistical(const Rounds &rounds)
+{
+    Rounds result;
+    const QString record = QStringLiteral("data");
+    bool isCut = false;
+    for (const Layout &layout : rounds.layouts) {
+        Record all;
+        all.name = record;
+        for (const Level &level : layout.levels) {
+            all.items += level.ids;
+            for (const Record &of : level.records)
+                all.items += of.items;
+        }
+        for (Item &item : all.items) {
+            item.name = item.name.toLower();
+            item.isSubitem = false;
+            for (Label &label : item.labels.parts)
+                label.text = isCut ? label.text.left(40) : label.text;
+        }
+        isCut = !isCut;
+        Layout flat;
+        flat.file = layout.file;
+        flat.format = Format::Stata;
+        flat.levels.append(Level());
+        flat.levels[0].records = { all };
+        result.layouts.append(flat);
+    }
+    for (QStringList row : rounds.truth.variables) {
+        for (QString &place : row)
+            place = place.isEmpty() ? place : truth::placeOf(record, place.section(QLatin1Char('.'), 1).toLower());
+        result.truth.variables.append(row);
+    }
+    return result;
+}
+
+namespace
+{
+
+template <typename Change> Rounds changed(Rounds rounds, Change change)
+{
+    for (Layout &layout : rounds.layouts) {
+        for (Level &level : layout.levels) {
+            for (Record &record : level.records)
+                std::for_each(record.items.begin(), record.items.end(), change);
+        }
+    }
+    return rounds;
+}
+
+} // namespace
+
+Rounds withoutValues(const Rounds &rounds)
+{
+    return changed(rounds, [](Item &item) { item.valueSets.clear(); });
+}
+
+Rounds withoutLabels(const Rounds &rounds)
+{
+    return changed(rounds, [](Item &item) { item.labels.parts.clear(); });
 }
 
 } // namespace derived

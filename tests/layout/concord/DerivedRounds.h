@@ -37,6 +37,13 @@ struct Rounds {
 Rounds derive(const vanlayout::Layout &first, const vanlayout::Layout &donor, int count, const Changes &changes,
               unsigned seed);
 
+/// The rounds as statistical files: one record, names in lower case, labels of at most 40 characters in every second
+/// round.
+Rounds asStatistical(const Rounds &rounds);
+/// The rounds without value sets, and without the labels of items.
+Rounds withoutValues(const Rounds &rounds);
+Rounds withoutLabels(const Rounds &rounds);
+
 } // namespace derived
 
 #endif
