@@ -22,6 +22,22 @@ LinePieces::LinePieces(const LoadPlan &plan)
 {
 }
 
+int LinePieces::lengthInPiece(int column, int fieldLength) const
+{
+    return countCharacters() ? fieldLength : std::min(fieldLength, length - columnInPiece(column) + 1);
+}
+
+QStringList LinePieces::cutTextRemarks(const PlannedTable &table) const
+{
+    QStringList remarks;
+    for (const PlannedColumn &column : table.columns) {
+        const int held = lengthInPiece(column.start, std::min(column.length, maxText));
+        if (column.type == CellType::Text && column.length > held)
+            remarks.append(QStringLiteral("%1.%2 is cut to %3 bytes.").arg(table.name, column.name).arg(held));
+    }
+    return remarks;
+}
+
 int LinePieces::bytesOf(int characters) const
 {
     return int(std::min(qint64(characters) * bytesOfCharacter, qint64(maxText)));

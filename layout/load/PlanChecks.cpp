@@ -1,5 +1,6 @@
 #include "PlanChecks_p.h"
 
+#include "LinePieces_p.h"
 #include "PlanLists_p.h"
 #include "write/Columns_p.h"
 #include "write/Exportable.h"
@@ -204,6 +205,30 @@ QString problemWithTable(const PlannedTable &table, const TargetRules &rules)
     return QString();
 }
 
+// An occurrence of an item table has to be in one piece of a line that is read in pieces.
+bool isInPieces(const PlannedTable &table, const LinePieces &pieces)
+{
+    for (int k = 0; table.isItemTable() && k < table.occurrences; ++k) {
+        if (pieces.lengthInPiece(table.start + k * table.step, table.length) < table.length)
+            return false;
+    }
+    return true;
+}
+
+QString problemWithLongOccurrences(const LoadPlan &plan, const TargetRules &rules)
+{
+    if (rules.target != LoadTarget::Spss && rules.target != LoadTarget::Sas)
+        return QString();
+    const LinePieces pieces(plan);
+    for (const PlannedTable &table : plan.tables) {
+        if (!isInPieces(table, pieces))
+            return QStringLiteral("has %1 characters in an occurrence of the table %2, of which %3 reads a part; use "
+                                  "--occurrences wide")
+                .arg(QString::number(table.length), table.original, QLatin1String(rules.word));
+    }
+    return QString();
+}
+
 } // namespace
 
 QString paddedMark(const QString &recordType, int length)
@@ -255,6 +280,8 @@ QString problemWithPlan(const LoadPlan &plan, const TargetRules &rules)
         problem
             = QStringLiteral("has lines of %1 characters, and %2 reads at most %3; leave records out with --records")
                   .arg(QString::number(lastColumnOf(plan)), QLatin1String(rules.word), QString::number(rules.maxLine));
+    if (problem.isEmpty())
+        problem = problemWithLongOccurrences(plan, rules);
     for (const PlannedTable &table : plan.tables) {
         if (problem.isEmpty())
             problem = problemWithTable(table, rules);

@@ -87,16 +87,6 @@ QStringList textSpecialRemarks(const LoadPlan &plan)
     return remarks;
 }
 
-QStringList cutTextRemarks(const PlannedTable &table, int maxBytes)
-{
-    QStringList remarks;
-    for (const PlannedColumn &column : table.columns) {
-        if (column.type == CellType::Text && column.length > maxBytes)
-            remarks.append(QStringLiteral("%1.%2 is cut to %3 bytes.").arg(table.name, column.name).arg(maxBytes));
-    }
-    return remarks;
-}
-
 QStringList longCodeRemarks(const LoadPlan &plan, int maxWhole, int maxDecimal)
 {
     const auto isLong

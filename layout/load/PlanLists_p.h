@@ -60,9 +60,6 @@ QByteArray specialStatements(const CodeList &codes, const char *butNot, Conditio
 /// A line for the head for each list of special codes of a text, for targets whose texts have no missing values.
 QStringList textSpecialRemarks(const LoadPlan &plan);
 
-/// A line for the head for each text of a table that is longer than a variable of the target, and is cut.
-QStringList cutTextRemarks(const PlannedTable &table, int maxBytes);
-
 constexpr int maxExactDigits = 15; ///< of a double
 
 /// A line for the head for each item whose special codes have more digits than a double holds, if the cells of so many

@@ -70,7 +70,8 @@ QByteArray SasLines::readLabel() const
 
 QByteArray SasLines::field(int start, int length) const
 {
-    const QByteArray place = number(division.columnInPiece(start)) + ", " + number(length) + ')';
+    const QByteArray place
+        = number(division.columnInPiece(start)) + ", " + number(division.lengthInPiece(start, length)) + ')';
     return (division.countCharacters() ? "ksubstr(" : "substr(") + names.at(division.indexAt(start)) + ", " + place;
 }
 

@@ -55,7 +55,7 @@ private:
         LoadPlan described = plan;
         described.remarks += textSpecialRemarks(plan) + longCodeRemarks(plan, maxExactDigits, maxExactDigits);
         for (const PlannedTable &table : plan.tables)
-            described.remarks += cutTextRemarks(table, LinePieces::maxText);
+            described.remarks += lines.divided().cutTextRemarks(table);
         return programHead(described, commentStyle, texts);
     }
 

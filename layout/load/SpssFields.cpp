@@ -121,7 +121,8 @@ QByteArray SpssFields::repeat(const Columns &columns, Place place) const
         const bool isPart = areBytes && place == Place::Shifted;
         const int start = isPart ? column->start - table.start + 1 : lines.divided().columnInPiece(column->start);
         starts.append(QString::number(start));
-        ends.append(QString::number(areBytes ? column->length : start + column->length));
+        const int bytes = isPart ? column->length : lines.divided().lengthInPiece(column->start, column->length);
+        ends.append(QString::number(areBytes ? bytes : start + column->length));
     }
     const QByteArray text = "\nDO REPEAT @item=" + wordLines(namesOf(columns)) + "\n  /@start=" + wordLines(starts);
     return text + (areBytes ? "\n  /@size=" : "\n  /@after=") + wordLines(ends);

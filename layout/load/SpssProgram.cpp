@@ -98,7 +98,7 @@ private:
                     QStringLiteral("%1.%2: there is no place for more missing values, so these stay valid: %3.")
                         .arg(table.name, names.constFirst(), found.leftOver.join(QLatin1String(", "))));
         });
-        remarks += cutTextRemarks(table, LinePieces::maxText);
+        remarks += lines.divided().cutTextRemarks(table);
     }
 
     QByteArray head() const

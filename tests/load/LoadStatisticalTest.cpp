@@ -35,6 +35,9 @@ private slots:
     void spssErasesItsFilesWhenTheirDataSetsAreClosed();
     void spssKnowsTheLengthOfALine_data();
     void spssKnowsTheLengthOfALine();
+    void textIsCutAtTheEndOfItsPiece_data();
+    void textIsCutAtTheEndOfItsPiece();
+    void occurrenceThatNoPieceHoldsIsRefused();
     void namesAreNoOperandsInSas();
     void headSaysWhatWasNotRun_data();
     void headSaysWhatWasNotRun();
@@ -51,6 +54,7 @@ private slots:
     void stataTypesHoldAllNumbers();
     void firstMissingValuesThatFitCount_data();
     void firstMissingValuesThatFitCount();
+    void codeBeforeASystemMissingRangeIsKept();
     void wideTextHasOneMissingValue();
     void codesThatStataCannotLabelAreListed();
     void rangesOfAFormatDoNotOverlap();
@@ -289,6 +293,57 @@ void LoadStatisticalTest::spssKnowsTheLengthOfALine()
     QVERIFY2(program.contains(bytes), program.mid(program.indexOf("FILE HANDLE"), 100).constData());
 }
 
+// A line of more than 8,000 characters is read in pieces of 32,000 bytes, one each 16,000 bytes.
+void LoadStatisticalTest::textIsCutAtTheEndOfItsPiece_data()
+{
+    QTest::addColumn<LoadTarget>("target");
+    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("held");
+    for (const LoadTarget target : { LoadTarget::Spss, LoadTarget::Sas }) {
+        const QByteArray name = target == LoadTarget::Sas ? "sas" : "spss";
+        QTest::newRow((name + ", fits").constData()) << target << 16000 << 16001 << 16001;
+        QTest::newRow((name + ", too long").constData()) << target << 16000 << 16002 << 16001;
+        QTest::newRow((name + ", begin of a piece").constData()) << target << 16001 << 32000 << 32000;
+        QTest::newRow((name + ", longer than a piece").constData()) << target << 16001 << 33000 << 32000;
+    }
+}
+
+void LoadStatisticalTest::textIsCutAtTheEndOfItsPiece()
+{
+    QFETCH(LoadTarget, target);
+    QFETCH(int, start);
+    QFETCH(int, length);
+    QFETCH(int, held);
+    Item item = made::placed(made::item(QStringLiteral("A"), length));
+    item.type = itemtype::alpha();
+    item.start = start;
+    const QByteArray program = made::program(made::loadable({ item }), target);
+    const QByteArray bytes = QByteArray::number(held);
+    QCOMPARE(program.contains("R.A is cut to " + bytes + " bytes."), held < length);
+    const QByteArray field = target == LoadTarget::Sas ? ", " + bytes + ");\n" : "/@size=" + bytes + ".\n";
+    QVERIFY2(program.contains(field), program.constData());
+}
+
+void LoadStatisticalTest::occurrenceThatNoPieceHoldsIsRefused()
+{
+    Item item = made::item(QStringLiteral("A"), 16002);
+    item.start = 16000;
+    item.type = itemtype::alpha();
+    item.occurrences = 2;
+    LoadOptions options;
+    options.occurrences = OccurrenceForm::Long;
+    for (const LoadTarget target : { LoadTarget::Spss, LoadTarget::Sas }) {
+        const QByteArray problem = made::program(made::loadable({ item }), target, options);
+        QVERIFY2(problem.startsWith("has 16002 characters in an occurrence of the table R_A, and s"),
+                 problem.left(99).constData());
+        QVERIFY(made::program(made::loadable({ item }), target).contains("Loads a CSPro data file"));
+    }
+    QVERIFY(made::program(made::loadable({ item }), LoadTarget::Stata, options).contains("Loads a CSPro data file"));
+    item.length = 16001;
+    QVERIFY(made::program(made::loadable({ item }), LoadTarget::Sas, options).contains("Loads a CSPro data file"));
+}
+
 void LoadStatisticalTest::namesAreNoOperandsInSas()
 {
     Item item = made::placed(
@@ -464,6 +519,16 @@ void LoadStatisticalTest::firstMissingValuesThatFitCount()
     const SpssMissing missing = spssMissingOf(list);
     QTEST(missing.values.join(QLatin1String(", ")), "values");
     QTEST(missing.leftOver.join(QLatin1String(", ")), "leftOver");
+}
+
+void LoadStatisticalTest::codeBeforeASystemMissingRangeIsKept()
+{
+    CodeList list;
+    list.specials = { { CellOutcome::NoAnswer, QStringLiteral("9"), QStringLiteral("9") },
+                      { CellOutcome::Missing, QStringLiteral("1"), QStringLiteral("10") },
+                      { CellOutcome::Refused, QStringLiteral("20"), QStringLiteral("20") } };
+    const QStringList recodes = { QStringLiteral("(9=COPY)"), QStringLiteral("(1 THRU 10=SYSMIS)") };
+    QCOMPARE(spssMissingOf(list).recodes, recodes);
 }
 
 void LoadStatisticalTest::wideTextHasOneMissingValue()
