@@ -155,6 +155,10 @@ private Q_SLOTS:
         QVERIFY2(run.out.contains("\nP304 \"Religion\"\n  2006.dcf: P305, values\n  2011.dcf: values\n"),
                  run.out.constData());
         QVERIFY(run.out.contains("\nP303 \"Age\"\n  2006.dcf: label \"Age in completed\n"));
+        QVERIFY2(run.out.contains("\nP305 \"Can read\"\n  2006.dcf: P306\n  2011.dcf: absent\n"), run.out.constData());
+        const Run two = onTerminal(24, { "2001.dcf", "2006.dcf" });
+        QVERIFY2(two.out.contains("\nP304_2 \"Language spoken\n  at home\": absent in\n  2001.dcf\n"),
+                 two.out.constData());
         QVERIFY(run.out.contains("\nP304 4: meaning\n  2001.dcf: \"Traditional religion\"\n"
                                  "  2006.dcf: \"No religion\"\n"));
         QVERIFY(run.out.contains("\nP304 5: added\n  2001.dcf to 2006.dcf: absent\n  2011.dcf: \"Traditional"));

@@ -1,8 +1,9 @@
 #include "ConcordTable.h"
 
-#include "Columns.h"
 #include "Printable.h"
+#include "RoundLines.h"
 #include "TableLines.h"
+#include "TextGrid.h"
 #include "compare/RoundNames.h"
 #include "write/ConcordTexts_p.h"
 
@@ -11,7 +12,6 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 using vanlayout::CodeChange;
 using vanlayout::Concordance;
@@ -23,7 +23,6 @@ using vanlayout::ConcordVariable;
 namespace
 {
 
-constexpr int gap = 2;             // blanks between columns
 constexpr int maxCellWidth = 40;   // a longer label is cut in a column of a terminal, not in a list
 constexpr int maxWidestCell = 200; // likewise in a column without a terminal, because all rows are as wide
 constexpr int minLabelWidth = 16;
@@ -49,83 +48,6 @@ QString countOf(int count, const char *one)
 {
     return QString::number(count) + QLatin1Char(' ') + QLatin1String(one) + QLatin1String(count == 1 ? "" : "s");
 }
-
-/// A table whose columns are as wide as their widest cell. Long cells are cut, except in the last column, which is cut
-/// to the width of the terminal.
-class Grid
-{
-public:
-    Grid(const QStringList &headings, int widestCell)
-        : widths(headings.size(), 0)
-        , maxWidth(widestCell)
-    {
-        add(headings);
-    }
-
-    void add(QStringList cells)
-    {
-        for (int i = 0; i < cells.size(); ++i) {
-            if (i + 1 < cells.size())
-                cells[i] = cutToColumns(cells.at(i), maxWidth);
-            widths[i] = std::max(widths.at(i), columnsOf(cells.at(i)));
-        }
-        rows.append(cells);
-    }
-    /// The width of the table if its last column has at most \a last columns.
-    int widthWithLast(int last) const
-    {
-        const int begin = std::accumulate(widths.begin(), widths.end() - 1, 0,
-                                          [](int sum, int width) { return sum + width + gap; });
-        return begin + std::min(widths.constLast(), last);
-    }
-    void print(TableLines &lines, int width) const
-    {
-        for (const QStringList &row : rows) {
-            QString line;
-            for (int i = 0; i + 1 < row.size(); ++i)
-                line += paddedToColumns(row.at(i), widths.at(i) + gap);
-            lines.printWhole(cutToColumns(line + row.constLast(), width));
-        }
-    }
-
-private:
-    QVector<int> widths;
-    int maxWidth;
-    QVector<QStringList> rows;
-};
-
-/// The lines of a list below a heading: one for each run of successive rounds with the same text.
-class RoundLines
-{
-public:
-    RoundLines(TableLines &tableLines, const QStringList &roundNames)
-        : lines(tableLines)
-        , rounds(roundNames)
-    {
-    }
-
-    /// Texts of all rounds; those that are empty have no line.
-    void print(const QStringList &texts)
-    {
-        for (int begin = 0, end = 0; begin < texts.size(); begin = end) {
-            end = begin + 1;
-            while (end < texts.size() && texts.at(end) == texts.at(begin) && texts.at(begin) == absent())
-                ++end;
-            if (!texts.at(begin).isEmpty())
-                lines.print(1, namesOf(begin, end - 1) + QLatin1String(": ") + texts.at(begin));
-        }
-    }
-    static QString absent() { return QStringLiteral("absent"); }
-
-private:
-    QString namesOf(int first, int last) const
-    {
-        return first == last ? rounds.at(first) : rounds.at(first) + QLatin1String(" to ") + rounds.at(last);
-    }
-
-    TableLines &lines;
-    const QStringList &rounds;
-};
 
 // The changes of a cell: the new name, the new record, and words for the others.
 QStringList changesIn(const ConcordCell &cell, bool showsLabel)
@@ -274,14 +196,14 @@ private:
 
     bool printVariableGrid(const QVector<int> &shown)
     {
-        Grid grid(QStringList{ QStringLiteral("Name") } + rounds + QStringList{ QStringLiteral("Label") },
-                  widestCell());
+        TextGrid grid(QStringList{ QStringLiteral("Name") } + rounds + QStringList{ QStringLiteral("Label") },
+                      widestCell());
         for (const int index : shown)
             grid.add(rowOf(index));
         return printIfItFits(grid, minLabelWidth);
     }
     int widestCell() const { return style.width > 0 ? maxCellWidth : maxWidestCell; }
-    bool printIfItFits(const Grid &grid, int lastWidth)
+    bool printIfItFits(const TextGrid &grid, int lastWidth)
     {
         if (style.width > 0 && grid.widthWithLast(lastWidth) > style.width)
             return false;
@@ -310,11 +232,10 @@ private:
         for (const int index : shown) {
             const ConcordVariable &variable = concordance.variables.at(index);
             const ConcordCell &first = firstCellOf(variable);
-            lines.print(0, variableNames.at(index) + QLatin1Char(' ') + quoted(first.label));
             QStringList texts;
             for (const std::optional<ConcordCell> &cell : variable.cells)
                 texts.append(cell ? changesIn(*cell, true).join(QLatin1String(", ")) : RoundLines::absent());
-            list.print(texts);
+            list.print(variableNames.at(index) + QLatin1Char(' ') + quoted(first.label), texts);
         }
     }
 
@@ -354,8 +275,8 @@ private:
     }
     bool printCodeGrid(const QVector<int> &shown)
     {
-        Grid grid(QStringList{ QStringLiteral("Name"), QStringLiteral("Code"), QStringLiteral("Change") } + rounds,
-                  widestCell());
+        TextGrid grid(QStringList{ QStringLiteral("Name"), QStringLiteral("Code"), QStringLiteral("Change") } + rounds,
+                      widestCell());
         for (const int index : shown) {
             const ConcordCode &code = concordance.codes.at(index);
             grid.add(QStringList{ nameOf(code), printable(describeCode(code)), changeOf(code) }
@@ -368,10 +289,9 @@ private:
         RoundLines list(lines, rounds);
         for (const int index : shown) {
             const ConcordCode &code = concordance.codes.at(index);
-            lines.print(0,
-                        nameOf(code) + QLatin1Char(' ') + printable(describeCode(code)) + QLatin1String(": ")
-                            + changeOf(code));
-            list.print(labelsOf(code, RoundLines::absent(), QString(), quoted));
+            list.print(nameOf(code) + QLatin1Char(' ') + printable(describeCode(code)) + QLatin1String(": ")
+                           + changeOf(code),
+                       labelsOf(code, RoundLines::absent(), QString(), quoted));
         }
     }
 
