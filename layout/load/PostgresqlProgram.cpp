@@ -5,6 +5,8 @@
 #include "SqlTable_p.h"
 #include "SqlText_p.h"
 
+#include <algorithm>
+
 namespace vanlayout
 {
 
@@ -140,6 +142,35 @@ QByteArray decoding(DataEncoding encoding)
     return decoded;
 }
 
+// The bytes of a row in which all columns have a value. Of a long text, the row has a reference.
+int bytesOfRow(const PlannedTable &table)
+{
+    constexpr int header = 24;
+    constexpr int reference = 18;
+    int bytes = header + table.columns.size() / 8;
+    for (const PlannedColumn &column : table.columns) {
+        const QByteArray type = typeOf(column);
+        bytes += type == "integer" ? 4 : type == "bigint" ? 8 : std::min(column.length + 1, reference);
+    }
+    return bytes;
+}
+
+QStringList remarks(const LoadPlan &plan)
+{
+    constexpr int maxBytes = 8160;
+    QStringList lines;
+    for (const PlannedTable &table : plan.tables) {
+        if (bytesOfRow(table) > maxBytes)
+            lines.append(QStringLiteral("A row of %1 has at most %2 bytes in PostgreSQL, not counting long texts. A "
+                                        "record in which nearly all columns have a value may have more: the program "
+                                        "then stops with \"row is too big\". Make it with --occurrences long, or "
+                                        "without this record by --records.")
+                             .arg(table.name)
+                             .arg(maxBytes));
+    }
+    return lines;
+}
+
 QByteArray head(const LoadPlan &plan)
 {
     const QString file = plan.name + QLatin1String(".sql");
@@ -147,11 +178,12 @@ QByteArray head(const LoadPlan &plan)
         plan, sqlComment(),
         { QStringLiteral("PostgreSQL"),
           { QStringLiteral("psql -d DATABASE -v data=FILE -f ") + file },
-          { QStringLiteral(
+          QStringList{ QStringLiteral(
               "It needs psql and PostgreSQL 13 or later, a database in UTF8, and the right to create tables; no "
               "superuser. During the run the whole data file is on the server, as a large object and as a "
               "temporary table. Tables of an earlier run are replaced; after an error they are as before, and "
-              "the status is 3.") },
+              "the status is 3.") }
+              + remarks(plan),
           { QStringLiteral(
               "Without -v data=FILE it reads the data file named above, from the working directory. The tables "
               "are created in the first schema of search_path.") } });

@@ -7,7 +7,8 @@
 
 using namespace vanlayout;
 
-/// The texts of the programs for Python and R. tests/load/run_pandas.py, run_dask.py and run_r.py run them.
+/// The texts of the programs for Python, R and PostgreSQL. tests/load/run_pandas.py, run_dask.py, run_r.py and
+/// run_postgresql.py run them.
 class LoadScriptsTest : public QObject
 {
     Q_OBJECT
@@ -26,6 +27,8 @@ private slots:
     void pathForRCannotBeAnAddress();
     void codesHaveTheTypeOfTheColumnInPython();
     void rangesWithoutLabelsAreListedForR();
+    void rowsThatMayBeTooLongAreListedForPostgresql_data();
+    void rowsThatMayBeTooLongAreListedForPostgresql();
 };
 
 namespace
@@ -187,6 +190,29 @@ void LoadScriptsTest::rangesWithoutLabelsAreListedForR()
         QStringLiteral("X"), 4, { made::range(QStringLiteral("1"), QStringLiteral("5000"), QStringLiteral("Any")) }));
     QVERIFY(made::program(made::loadable({ item }), LoadTarget::R).contains("\n# R.X: 1 to 5000 is \"Any\"\n"));
     QVERIFY(made::program(made::loadable({ item }), LoadTarget::Pandas).contains("(1, 5000, 'Any')"));
+}
+
+void LoadScriptsTest::rowsThatMayBeTooLongAreListedForPostgresql_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("occurrences");
+    QTest::addColumn<bool>("isListed");
+    QTest::newRow("integers") << 9 << 1598 << false;
+    QTest::newRow("bigints") << 18 << 1500 << true;
+    QTest::newRow("fewer bigints") << 18 << 1000 << false;
+    QTest::newRow("long numbers") << 19 << 500 << true;
+    QTest::newRow("fewer long numbers") << 19 << 400 << false;
+}
+
+void LoadScriptsTest::rowsThatMayBeTooLongAreListedForPostgresql()
+{
+    QFETCH(int, length);
+    QFETCH(int, occurrences);
+    Item item = made::placed(made::item(QStringLiteral("X"), length));
+    item.occurrences = occurrences;
+    const QByteArray program = made::program(made::loadable({ item }), LoadTarget::Postgresql);
+    QVERIFY(program.contains("CREATE TABLE"));
+    QTEST(program.contains("\"row is too big\""), "isListed");
 }
 
 QTEST_MAIN(LoadScriptsTest)
