@@ -118,8 +118,7 @@ QByteArray markExpression(const LoadPlan &plan)
 QByteArray codes(const LoadPlan &plan)
 {
     const QByteArray table = sqlName(plan.codesName);
-    return "\n-- The codes of all columns. The table may hold those of other programs as well.\n"
-        + sqlReplaceCodes(plan, table)
+    return sqlReplaceCodes(plan, table)
         + copyStatement("SELECT * FROM " + table + " WHERE table_name IN " + sqlTableNames(plan)
                             + "\n  AND getvariable('parquet') IS NOT NULL",
                         plan.codesName);

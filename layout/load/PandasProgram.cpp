@@ -146,12 +146,9 @@ QByteArray recordTypeOf(const LoadPlan &plan)
 QByteArray settingsOf(const LoadPlan &plan)
 {
     const bool isUtf8 = plan.options.encoding == DataEncoding::Utf8;
-    return "# The data file, its encoding (utf-8 or windows-1252), the first column and the length of the record "
-           "type,\n"
-           "# and the types of all records.\nDATA = "
-        + text(plan.options.data) + "\nENCODING = " + (isUtf8 ? "'utf-8'" : "'windows-1252'")
-        + "\nRECORD_TYPE = " + recordTypeOf(plan) + "\nKNOWN_TYPES = ["
-        + argumentLines(literals(plan.knownMarks, python()), QByteArray(15, ' ')) + ']';
+    return settingsComment() + "DATA = " + text(plan.options.data)
+        + "\nENCODING = " + (isUtf8 ? "'utf-8'" : "'windows-1252'") + "\nRECORD_TYPE = " + recordTypeOf(plan)
+        + "\nKNOWN_TYPES = [" + argumentLines(literals(plan.knownMarks, python()), QByteArray(15, ' ')) + ']';
 }
 
 HeadTexts headTexts(const LoadPlan &plan)

@@ -191,8 +191,7 @@ QByteArray head(const LoadPlan &plan)
 
 QByteArray codes(const LoadPlan &plan)
 {
-    return "\n-- The codes of all columns. The table may hold those of other programs as well.\n"
-        + sqlReplaceCodes(plan, tableName(plan.codesName));
+    return sqlReplaceCodes(plan, tableName(plan.codesName));
 }
 
 QByteArray closing(const LoadPlan &plan)

@@ -136,12 +136,9 @@ QByteArray settingsOf(const LoadPlan &plan)
     if (plan.recordType)
         recordType = { number(plan.recordType->start), number(plan.recordType->length) };
     const bool isUtf8 = plan.options.encoding == DataEncoding::Utf8;
-    return "# The data file, its encoding (utf-8 or windows-1252), the first column and the length of the record "
-           "type,\n"
-           "# and the types of all records.\nDATA <- "
-        + text(safePath(plan.options.data)) + "\nENCODING <- " + (isUtf8 ? "\"utf-8\"" : "\"windows-1252\"")
-        + "\nRECORD_TYPE <- c(" + recordType.join(", ") + ")\nKNOWN_TYPES <- c("
-        + argumentLines(literals(plan.knownMarks, r()), QByteArray(17, ' ')) + ')';
+    return settingsComment() + "DATA <- " + text(safePath(plan.options.data)) + "\nENCODING <- "
+        + (isUtf8 ? "\"utf-8\"" : "\"windows-1252\"") + "\nRECORD_TYPE <- c(" + recordType.join(", ")
+        + ")\nKNOWN_TYPES <- c(" + argumentLines(literals(plan.knownMarks, r()), QByteArray(17, ' ')) + ')';
 }
 
 HeadTexts headTexts(const QString &file)

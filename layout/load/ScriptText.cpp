@@ -154,6 +154,13 @@ QByteArray elementLines(const QByteArrayList &elements, const QByteArray &indent
     return elements.isEmpty() ? QByteArray() : '\n' + indent + elements.join(",\n" + indent);
 }
 
+QByteArray settingsComment()
+{
+    return "# The data file, its encoding (utf-8 or windows-1252), the first column and the length of the record "
+           "type,\n"
+           "# and the types of all records.\n";
+}
+
 QVector<CellType> typesOfCodes(const LoadPlan &plan)
 {
     QVector<CellType> types(plan.codes.size(), CellType::Integer);

@@ -48,6 +48,9 @@ QByteArray argumentLines(const QByteArrayList &arguments, const QByteArray &inde
 /// Elements separated by commas, each on lines of its own that begin with \a indent; empty if there is none.
 QByteArray elementLines(const QByteArrayList &elements, const QByteArray &indent);
 
+/// The comment before the settings of a program in Python or R.
+QByteArray settingsComment();
+
 /// The type of the cells with the codes of each list of the plan.
 QVector<CellType> typesOfCodes(const LoadPlan &plan);
 

@@ -186,7 +186,9 @@ QByteArray sqlWithoutSpecials(const LoadPlan &plan, const PlannedColumn &column,
 
 QByteArray sqlReplaceCodes(const LoadPlan &plan, const QByteArray &table)
 {
-    QByteArray statements = "CREATE TABLE IF NOT EXISTS " + table
+    QByteArray statements = "\n-- The codes of all columns. The table may hold those of other programs as well.\n"
+                            "CREATE TABLE IF NOT EXISTS "
+        + table
         + " (table_name text, column_name text, code_from text, code_to text, label text, special text);\nDELETE FROM "
         + table + " WHERE table_name IN " + sqlTableNames(plan) + ";\n";
     QByteArrayList tuples;

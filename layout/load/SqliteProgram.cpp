@@ -382,8 +382,7 @@ QByteArray workingTables(const LoadPlan &plan)
 
 QByteArray codes(const LoadPlan &plan)
 {
-    return "\n-- The labels of the codes. Other programs may have rows in this table.\n"
-        + sqlReplaceCodes(plan, mainTable(plan.codesName));
+    return sqlReplaceCodes(plan, mainTable(plan.codesName));
 }
 
 QByteArray unknownLines(const LoadPlan &plan)
