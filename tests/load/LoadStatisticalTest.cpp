@@ -149,6 +149,8 @@ void LoadStatisticalTest::longTextsAreBrokenIntoLines()
              QLatin1String("'y") + wide.left(48) + QLatin1String("' +\n    '") + wide.left(2) + QLatin1Char('\''));
     QCOMPARE(sasQuoted(label), '\'' + bytes + '\'');
     QCOMPARE(sasQuoted(label + QLatin1Char('y')), '\'' + bytes + "\ny'");
+    // No line ends with a blank.
+    QCOMPARE(sasQuoted(label.left(198) + QLatin1String(" yz")), '\'' + bytes.left(198) + " y\nz'");
     QCOMPARE(stataExpression(label), "\"" + bytes.left(100) + "\" + \"" + bytes.mid(100) + '"');
 }
 
@@ -335,7 +337,7 @@ void LoadStatisticalTest::occurrenceThatNoPieceHoldsIsRefused()
     options.occurrences = OccurrenceForm::Long;
     for (const LoadTarget target : { LoadTarget::Spss, LoadTarget::Sas }) {
         const QByteArray problem = made::program(made::loadable({ item }), target, options);
-        QVERIFY2(problem.startsWith("has 16002 characters in an occurrence of the table R_A, and s"),
+        QVERIFY2(problem.startsWith("has 16002 characters in an occurrence of the table R_A, of which s"),
                  problem.left(99).constData());
         QVERIFY(made::program(made::loadable({ item }), target).contains("Loads a CSPro data file"));
     }

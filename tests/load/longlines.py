@@ -15,7 +15,8 @@ import survey
 
 # Items at the begin and the end of the line, and over the columns at which a piece of the line may end.
 ITEMS = [("FIRST", "numeric", 6, 4, 1), ("NAME", "alpha", 15990, 20, 1), ("AMOUNT", "numeric", 15995, 10, 1),
-         ("AREA", "numeric", 16000, 4, 600), ("LAST", "alpha", 40000, 12, 1), ("NUMBER", "numeric", 40012, 3, 1)]
+         ("AREA", "numeric", 16000, 4, 600), ("LAST", "alpha", 40000, 12, 1), ("NUMBER", "numeric", 40012, 3, 1),
+         ("HUGE", "numeric", 40015, 40, 1)]
 
 
 def label(text):
@@ -28,7 +29,7 @@ def item(name, kind, start, length, times):
         element["zeroFill"] = False
     if times > 1:
         element["occurrences"] = {"maximum": times}
-    return element | ({"decimals": 2, "decimalMark": False} if name == "AMOUNT" else {})
+    return element | ({"decimals": 2, "decimalMark": False} if name in ("AMOUNT", "HUGE") else {})
 
 
 def dictionary():
@@ -51,7 +52,7 @@ def cells(draw):
 
 
 def line(number, draw):
-    text = bytearray(b" " * 40020)
+    text = bytearray(b" " * 40060)
     text[0:5] = b"F" + b"%4d" % (number // 2)
     # An item may lie over another one: the later is written over it.
     for start, cell in sorted(cells(draw).items()):
