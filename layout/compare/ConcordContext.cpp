@@ -96,7 +96,7 @@ double ConcordContext::ofRecords(int beforeIndex, int afterIndex) const
 
 double ConcordContext::ofPresence(const ConcordSequence &sequence, int index) const
 {
-    constexpr double least = -1;
+    constexpr double least = -0.7;
     constexpr double most = 0.3;
     const Presence &ofRecord = presence[&sequence == &after ? 1 : 0].at(sequence.items[size_t(index)]->container);
     const int known = ofRecord.known - (sequence.partner[size_t(index)] != ConcordSequence::none ? 1 : 0);

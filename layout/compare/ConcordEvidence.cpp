@@ -39,9 +39,15 @@ double ConcordEvidence::ofLabelPair(int one, int other)
     constexpr double maxFor = 9;
     constexpr double maxAgainst = 8;
     constexpr double ofContrary = -2.5;
+    constexpr double ofCut = 0.2; // share of the words that only the longer label has
+    constexpr double ofUnique = 1;
     return known(labelPairs, one, other, [&] {
         const auto &labels = corpus.labels();
-        const ConcordOverlap overlap = corpus.words().overlapOfLabels(labels[size_t(one)], labels[size_t(other)]);
+        ConcordOverlap overlap = corpus.words().overlapOfLabels(labels[size_t(one)], labels[size_t(other)]);
+        if (corpus.isCut(one, other))
+            overlap.different *= ofCut;
+        if (one == other && corpus.isUnique(one))
+            return overlap.evidence(maxFor, maxAgainst) + ofUnique;
         return overlap.evidence(maxFor, maxAgainst) + (overlap.isContrary ? ofContrary : 0);
     });
 }
@@ -79,7 +85,7 @@ double ConcordEvidence::ofValuePair(int one, int other)
         const ConcordTerms &terms = corpus.values();
         if (left.labels.empty() || right.labels.empty())
             return overlapOf(terms, left.codes, right.codes).evidence(2.5, 1);
-        return 0.8 * overlapOf(terms, left.labels, right.labels).evidence(6, 5)
+        return 0.8 * overlapOf(terms, left.labels, right.labels).evidence(6, 3.5)
             + 0.5 * overlapOf(terms, left.labelled, right.labelled).evidence(4, 2);
     });
 }

@@ -64,6 +64,10 @@ QString comparableText(const QString &label)
 ConcordCorpus::ConcordCorpus(const std::vector<ConcordRound> &rounds)
 {
     labelList.emplace_back();
+    labelTexts.emplace_back();
+    labelCounts.push_back(0);
+    labelOfWords.emplace(ConcordTerms::List(), 0);
+    roundCount = int(rounds.size());
     nameWordList.emplace_back();
     valueListList.emplace_back();
     languages.of(QString()); // is unknownLanguage
@@ -106,8 +110,10 @@ void ConcordCorpus::findCommonLanguage(const std::vector<ConcordRound> &rounds)
 void ConcordCorpus::count(const ConcordTraits &item)
 {
     ConcordTerms::List words;
-    for (const ConcordText &text : item.texts)
+    for (const ConcordText &text : item.texts) {
+        ++labelCounts[size_t(text.label)];
         words.insert(words.end(), labelList[size_t(text.label)].begin(), labelList[size_t(text.label)].end());
+    }
     labelWords.terms().count(ConcordTerms::sorted(std::move(words)));
     nameTerms.count(nameWordList[size_t(item.name.words)]);
     const ConcordValueList &values = valueListList[size_t(item.values)];
@@ -196,16 +202,30 @@ int ConcordCorpus::nameWordsOf(const QString &foldedName)
 
 int ConcordCorpus::labelOf(const QString &text, const QString &name)
 {
+    constexpr int longest = 300;
     const QString stripped = withoutQuestionNumber(text, name);
     const auto [found, isNew] = labelOfText.emplace(stripped, 0);
     if (isNew) {
         const ConcordTerms::List words = labelWords.wordsOfLabel(stripped, QString());
-        if (!words.empty()) {
-            found->second = int(labelList.size());
+        const auto [known, isNewList] = labelOfWords.emplace(words, int(labelList.size()));
+        if (isNewList) {
             labelList.push_back(words);
+            labelTexts.push_back(foldedText(stripped.left(longest)).simplified());
+            labelCounts.push_back(0);
         }
+        found->second = known->second;
     }
     return found->second;
+}
+
+bool ConcordCorpus::isCut(int label, int otherLabel) const
+{
+    constexpr int shortest = 25;
+    const QString &one = labelTexts[size_t(label)];
+    const QString &other = labelTexts[size_t(otherLabel)];
+    const QString &shorter = one.size() < other.size() ? one : other;
+    const QString &longer = one.size() < other.size() ? other : one;
+    return shorter.size() >= shortest && longer.startsWith(shorter);
 }
 
 // Returns the term of the label of a value, or -1 if it has no words.

@@ -4,6 +4,8 @@
 #include "compare/ConcordRound_p.h"
 #include "compare/ConcordWords_p.h"
 
+#include <map>
+
 namespace vanlayout
 {
 
@@ -60,6 +62,10 @@ public:
 
     const ConcordTraits &at(const RoundPlace &place) const { return traits[size_t(place.round)][size_t(place.item)]; }
     const std::vector<ConcordTerms::List> &labels() const { return labelList; }
+    /// Whether at most one item of a round has the label.
+    bool isUnique(int label) const { return labelCounts[size_t(label)] <= roundCount; }
+    /// Whether one of two labels is the beginning of the other one, cut at the length that a format permits.
+    bool isCut(int label, int otherLabel) const;
     const std::vector<ConcordValueList> &valueLists() const { return valueListList; }
     const std::vector<ConcordTerms::List> &nameWordLists() const { return nameWordList; }
     const ConcordTerms &nameWords() const { return nameTerms; }
@@ -94,6 +100,10 @@ private:
     KeyedMap<QString, int> listOfKey;
     KeyedMap<QString, int> termOfLabel; // of values; -1 for one without words
     std::vector<ConcordTerms::List> labelList;
+    std::map<ConcordTerms::List, int> labelOfWords;
+    std::vector<QString> labelTexts; // folded
+    std::vector<int> labelCounts;    // the number of items with the label
+    int roundCount = 0;
     std::vector<ConcordTerms::List> nameWordList;
     KeyedMap<QString, int> wordsOfName;
     std::vector<ConcordValueList> valueListList;

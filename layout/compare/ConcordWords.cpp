@@ -37,13 +37,21 @@ struct Abbreviation {
     const char *word;
 };
 
-// Abbreviations that are not the beginning of their word.
+// Abbreviations that are not the beginning of their word, and words that questions use for that of a label.
 constexpr Abbreviation abbreviations[] = {
-    { "no", "number" },       { "nr", "number" },    { "nb", "nombre" },      { "nbr", "number" },
-    { "nbre", "nombre" },     { "hh", "household" }, { "hhld", "household" }, { "hld", "household" },
-    { "yr", "year" },         { "yrs", "year" },     { "qty", "quantity" },   { "dk", "know" },
-    { "govt", "government" }, { "pct", "percent" },  { "wk", "week" },        { "mth", "month" },
-    { "hr", "hour" },         { "hrs", "hour" },     { "pers", "person" },    { "gender", "sex" },
+    { "no", "number" },       { "nr", "number" },      { "nb", "nombre" },      { "nbr", "number" },
+    { "nbre", "nombre" },     { "hh", "household" },   { "hhld", "household" }, { "hld", "household" },
+    { "yr", "year" },         { "yrs", "year" },       { "qty", "quantity" },   { "dk", "know" },
+    { "govt", "government" }, { "pct", "percent" },    { "wk", "week" },        { "mth", "month" },
+    { "hr", "hour" },         { "hrs", "hour" },       { "pers", "person" },    { "gender", "sex" },
+    { "old", "age" },         { "born", "birth" },     { "dob", "birth" },      { "telephone", "phone" },
+    { "cellphone", "phone" }, { "faith", "religion" },
+};
+
+constexpr Abbreviation irregularPlurals[] = {
+    { "children", "child" }, { "men", "man" },        { "women", "woman" },
+    { "people", "person" },  { "wives", "wif" },      { "travaux", "travail" },
+    { "animaux", "animal" }, { "chevaux", "cheval" }, { "journaux", "journal" },
 };
 
 bool hasDigit(const QString &word)
@@ -127,6 +135,10 @@ bool ConcordWords::isFiller(const QString &word)
 // The endings are those of English and Romance languages.
 QString ConcordWords::stemOf(const QString &word)
 {
+    for (const Abbreviation &plural : irregularPlurals) {
+        if (word == QLatin1String(plural.text))
+            return QLatin1String(plural.word);
+    }
     QString stem = word;
     if (stem.size() > 4 && stem.endsWith(QLatin1String("ies")))
         stem = stem.left(stem.size() - 3) + QLatin1Char('y');

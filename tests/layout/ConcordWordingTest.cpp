@@ -42,6 +42,8 @@ constexpr Row rows[] = {
     { "Mujer", "Mujeres", spelling },
     { "City", "Cities", spelling },
     { "Person", "Persons", spelling },
+    { "Child", "Children", spelling },
+    { "Wife", "Wives", spelling },
     // typing errors
     { "Catholic", "Cahtolic", spelling },
     { "Protestant", "Protestent", spelling },
