@@ -30,7 +30,7 @@ public:
 
 private:
     static constexpr int none = ConcordMatching::none;
-    static constexpr double minScore = 0;
+    static constexpr double minScore = 0.5;
 
     void addPair(int variable, int item);
     void addNeighbours();
