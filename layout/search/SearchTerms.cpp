@@ -183,18 +183,17 @@ bool SearchTerms::hasText(const Range &range, const Code &code)
     return from <= code.text && code.text <= canonicalCode(range.to, CodeType::Text);
 }
 
-// Codes such as `.a` are no numbers.
+// Codes such as `.a` are no numbers; they are compared as texts.
 bool SearchTerms::hasNumber(const Range &range, const Code &code)
 {
     const QString from = canonicalCode(range.from, CodeType::Number);
-    if (range.to.isEmpty() || from == code.canonical)
+    if (range.to.isEmpty())
         return from == code.canonical;
-    const QString to = canonicalCode(range.to, CodeType::Number);
     const std::optional<double> least = numberOf(from);
-    const std::optional<double> largest = numberOf(to);
-    if (!code.number || !least || !largest)
-        return to == code.canonical;
-    return *least <= *code.number && *code.number <= *largest;
+    const std::optional<double> largest = numberOf(canonicalCode(range.to, CodeType::Number));
+    if (!code.number)
+        return !least && !largest && hasText(range, code);
+    return least && largest && *least <= *code.number && *code.number <= *largest;
 }
 
 } // namespace vanlayout

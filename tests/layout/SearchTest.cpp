@@ -307,7 +307,8 @@ private Q_SLOTS:
                                        { made::value("098", "a"), made::range("10", "20", "b"), made::value("-1", "c"),
                                          made::value("1.50", "d") });
         const Item text = made::text("A", 3, { made::value("098", "a"), made::range("B", "D", "b") });
-        Item stored = made::stored("A", "F8.0", { made::value("1", "a"), made::value(".a", "b") });
+        Item stored = made::stored("A", "F8.0",
+                                   { made::value("1", "a"), made::value(".a", "b"), made::range(".d", ".f", "c") });
         stored.missing = { { "95", "99" }, { "1", QString() }, { "-inf", "-5" }, { "200", "inf" } };
         // clang-format off
         QTest::newRow("with a zero")            << number << "98"   << "098- a";
@@ -332,6 +333,9 @@ private Q_SLOTS:
         QTest::newRow("missing value")          << stored << "98"   << "95-99 ";
         QTest::newRow("missing with a label")   << stored << "1"    << "1- a";
         QTest::newRow("extended missing value") << stored << ".a"   << ".a- b";
+        QTest::newRow("range of extended missing values") << stored << ".e" << ".d-.f c";
+        QTest::newRow("after such a range")     << stored << ".g"   << "";
+        QTest::newRow("text between numbers")   << number << "15x"  << "";
         QTest::newRow("open range below")       << stored << "-7"   << "-inf--5 ";
         QTest::newRow("open range above")       << stored << "1000" << "200-inf ";
         QTest::newRow("between the ranges")     << stored << "100"  << "";
