@@ -259,10 +259,10 @@ private Q_SLOTS:
     }
     void aValueOfSeveralValueSetsIsListedOnce()
     {
-        Item item = made::item("A", 1, { made::value("1", "Yes"), made::value("2", "No") });
+        Item item = made::item("A", 1, { made::value("1", "Yes"), made::value("3", "Yes, early") });
         item.valueSets.append(made::valueSet({ made::value("1", "Yes"), made::value("1", "Yes, please") }));
         QCOMPARE(described(hits(words({ "yes" }), made::layout({ item })).value(0).values),
-                 QStringList({ "1- Yes", "1- Yes, please" }));
+                 QStringList({ "1- Yes", "3- Yes, early", "1- Yes, please" }));
     }
     void itemsThatShareAListHaveTheSameValues()
     {
