@@ -28,7 +28,7 @@ struct BestText {
     }
 };
 
-/// What was found in the values of a value set.
+/// The values of a value set that were found, with their terms.
 struct FoundValues {
     FoundTerms terms;
     BestText label;

@@ -35,7 +35,7 @@ using vanlayout::SharedSet;
 namespace
 {
 
-/// What one file has.
+/// The result of searching one file.
 struct FoundInFile {
     bool isSkipped = false; ///< a file of a directory that is no layout
     QStringList complaints; ///< lines for standard error
@@ -70,7 +70,7 @@ QString describeUnfinished(int texts)
         + QLatin1String(" not searched to its end, because a pattern needs too many steps; use a simpler one");
 }
 
-/// Writes what was found, in one form.
+/// Writes the results of files in one form.
 class FoundWriter
 {
 public:
