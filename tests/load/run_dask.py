@@ -6,6 +6,7 @@ table with that of the program for pandas and with the loader of the tests.
 """
 
 import contextlib
+import inspect
 import io
 import os
 import shutil
@@ -160,6 +161,17 @@ def cases_across_blocks_count_on(tool, directory):
     variant_agrees(tool, variant._replace(data=scattered), os.path.join(directory, "p"))
 
 
+def defaults_are_the_data_file_and_large_blocks(tool, directory):
+    """Of the functions that others call; the command needs the data file and the directory."""
+    variant = survey.variant(directory, "ascii")
+    _, program, path = modules(tool, variant, os.path.join(directory, "p"))
+    compare.same("arguments of load()", {"path": variant.data, "blocksize": "64MB"},
+                {name: each.default for name, each in inspect.signature(program.load).parameters.items()})
+    for arguments in ([], [variant.data], [variant.data, "out", "tcp://127.0.0.1:1", "more"]):
+        printed = frames.run([path, *arguments], status=2)
+        compare.same("message", True, printed.startswith(f"Usage: python3 {os.path.basename(path)} DATA OUT [SCHEDULER]"))
+
+
 def progress_is_reported(tool, directory):
     variant = survey.variant(directory, "ascii")
     plain, program, _ = modules(tool, variant, os.path.join(directory, "p"))
@@ -210,7 +222,8 @@ def main(tool):
                 compare.check(f"Dask, {variant.name}", variant_agrees, tool, variant,
                               os.path.join(directory, variant.name))
             for test in (blocks_smaller_than_a_line, lines_belong_to_the_block_in_which_they_begin,
-                         cases_across_blocks_count_on, failures_leave_nothing, progress_is_reported):
+                         cases_across_blocks_count_on, failures_leave_nothing, progress_is_reported,
+                         defaults_are_the_data_file_and_large_blocks):
                 place = os.path.join(directory, test.__name__)
                 os.makedirs(place)
                 compare.check(test.__name__, test, tool, place)

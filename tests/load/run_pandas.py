@@ -131,6 +131,13 @@ def progress_is_reported(tool, directory):
         raise compare.Difference(f"no progress in {printed!r}")
 
 
+def other_arguments_print_the_usage(tool, directory):
+    variant, program = program_of(tool, directory)
+    for arguments in (["--help"], ["-h"], [variant.data, "out", "more"]):
+        printed = frames.run([program, *arguments], directory, status=2)
+        compare.same("message", f"Usage: python3 {os.path.basename(program)} [DATA [OUT]]\n", printed)
+
+
 def import_runs_nothing(tool, directory):
     variant, program = program_of(tool, directory)
     before = sorted(os.listdir(directory))
@@ -144,7 +151,8 @@ def main(tool):
         for variant in [*survey.variants(directory), survey.long_codes(directory)]:
             compare.check(f"pandas, {variant.name}", variant_agrees, tool, variant, os.path.join(directory, variant.name))
         for test in (failures_leave_nothing, data_is_read_in_the_working_directory, blocks_do_not_matter,
-                     any_number_of_decimals_is_exact, progress_is_reported, import_runs_nothing):
+                     any_number_of_decimals_is_exact, progress_is_reported, import_runs_nothing,
+                     other_arguments_print_the_usage):
             place = os.path.join(directory, test.__name__)
             os.makedirs(os.path.join(place, "p"))
             compare.check(test.__name__, test, tool, place)
