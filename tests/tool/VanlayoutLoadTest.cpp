@@ -32,6 +32,19 @@ class VanlayoutLoadTest : public QObject
 private Q_SLOTS:
     void init() { directory.write("survey.dcf", dictionary() + secondRecord); }
 
+    void severalFilesAreWrittenTogether()
+    {
+        QVERIFY(QDir(directory.filePath(QStringLiteral("."))).mkpath(QStringLiteral("part/S.dct")));
+        directory.write("part/D.do", "earlier");
+        const Run run = directory.run({ "load", "--to", "stata", "-o", "part", "survey.dcf" });
+        QCOMPARE(run.status, noAnswer);
+        QVERIFY2(run.err.contains("S.dct: cannot be written: "), run.err.constData());
+        QCOMPARE(run.err.count('\n'), 1);
+        QCOMPARE(directory.read("part/D.do"), QByteArray("earlier"));
+        QCOMPARE(QDir(directory.filePath(QStringLiteral("part"))).entryList(QDir::Files, QDir::Name),
+                 QStringList("D.do"));
+    }
+
     void everyTargetHasAProgram_data()
     {
         QTest::addColumn<QString>("target");

@@ -46,12 +46,15 @@ int makeDirectory(const QString &path)
 
 int writeInto(const QString &directory, const LoadProgram &program, const QString &input)
 {
-    int status = makeDirectory(directory);
-    for (const LoadFile &file : program.files) {
-        if (status == statusFine)
-            status = write(file, inDirectory(directory, file.name), input);
-    }
-    return status;
+    const int status = makeDirectory(directory);
+    if (status != statusFine)
+        return status;
+    if (program.files.size() == 1)
+        return write(program.files.constFirst(), inDirectory(directory, program.files.constFirst().name), input);
+    std::vector<NamedAnswer> answers;
+    for (const LoadFile &file : program.files)
+        answers.push_back({ inDirectory(directory, file.name), [&](QIODevice &device) { device.write(file.text); } });
+    return writeAnswers(answers, input);
 }
 
 int writeProgram(const LoadCall &call, const LoadProgram &program, const QString &input)

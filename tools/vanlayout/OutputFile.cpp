@@ -8,6 +8,7 @@
 #include <QSaveFile>
 
 #include <cstdio>
+#include <memory>
 #include <optional>
 
 namespace
@@ -77,19 +78,29 @@ QString problemAfterWriting(QFileDevice &file)
     return isWhole && file.error() == QFileDevice::NoError ? QString() : cannotBeWritten(file);
 }
 
-// The cause of a failure must be read before the file is closed, which discards it.
-QString problemWithReplacing(const QString &name, const AnswerWriter &write)
+// Writes a file that has its name when it is committed. The cause of a failure must be read before the file is closed,
+// which discards it.
+QString problemWithPreparing(QSaveFile &file, const AnswerWriter &write)
 {
-    QSaveFile file(name);
     if (!file.open(QIODevice::WriteOnly))
         return cannotBeWritten(file);
     writeTo(file, write);
     const QString problem = problemAfterWriting(file);
     if (!problem.isEmpty())
         file.cancelWriting();
-    if (file.commit())
-        return QString();
-    return problem.isEmpty() ? cannotBeWritten(file) : problem;
+    return problem;
+}
+
+QString problemWithCommitting(QSaveFile &file)
+{
+    return file.commit() ? QString() : cannotBeWritten(file);
+}
+
+QString problemWithReplacing(const QString &name, const AnswerWriter &write)
+{
+    QSaveFile file(name);
+    const QString problem = problemWithPreparing(file, write);
+    return problem.isEmpty() ? problemWithCommitting(file) : problem;
 }
 
 QString problemWithWritingInto(const QString &name, const AnswerWriter &write)
@@ -127,6 +138,25 @@ QString problemWithWriting(const QString &output, const QString &input, const An
 }
 
 } // namespace
+
+int writeAnswers(const std::vector<NamedAnswer> &answers, const QString &input)
+{
+    std::vector<std::unique_ptr<QSaveFile>> files;
+    for (const NamedAnswer &answer : answers) {
+        files.push_back(std::make_unique<QSaveFile>(answer.output));
+        const QString problem = isSameFile(answer.output, input)
+            ? QStringLiteral("is the file to read, and is not overwritten")
+            : problemWithPreparing(*files.back(), answer.write);
+        if (!problem.isEmpty())
+            return noAnswerFor(answer.output, problem);
+    }
+    for (const std::unique_ptr<QSaveFile> &file : files) {
+        const QString problem = problemWithCommitting(*file);
+        if (!problem.isEmpty())
+            return noAnswerFor(file->fileName(), problem);
+    }
+    return statusFine;
+}
 
 int writeAnswer(const QString &output, const QString &input, const AnswerWriter &write)
 {

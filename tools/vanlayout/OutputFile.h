@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <functional>
+#include <vector>
 
 /// Writes the output of a command to a device.
 using AnswerWriter = std::function<void(QIODevice &device)>;
@@ -17,5 +18,15 @@ using AnswerWriter = std::function<void(QIODevice &device)>;
 /// Descriptors of other processes and circular links are refused. \a input, the file that was read, is never
 /// overwritten, under any of its names.
 int writeAnswer(const QString &output, const QString &input, const AnswerWriter &write);
+
+/// The path of a file of several, and what is written to it.
+struct NamedAnswer {
+    QString output;
+    AnswerWriter write;
+};
+
+/// Writes several files in directories, and returns the exit status. If one of them cannot be written, which is one
+/// line on standard error, those that exist are unchanged and no other is made. \a input is never overwritten.
+int writeAnswers(const std::vector<NamedAnswer> &answers, const QString &input);
 
 #endif
