@@ -6,6 +6,7 @@
 
 import json
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -81,7 +82,7 @@ def compare_variant(engine, tool, variant, directory):
     program = program_of(compare.make_program(tool, "duckdb", variant, os.path.join(directory, variant.name)))
     wanted = compare.expected(tool, "duckdb", variant)
     names = list(wanted.tables) + ["codes"]
-    database = os.path.join(directory, variant.name + ".db")
+    database = os.path.join(directory, variant.name + ' "x".db')
     result, made = loaded(engine, names, database=database, script=program)
     check_result(result, wanted)
     compare.tables(wanted, made, POLICY)
@@ -149,6 +150,13 @@ def compare_bad_bytes(engine, tool, variant, directory):
             raise compare.Difference(f"a failed run left tables or counts: {result}")
 
 
+def compare_name_of_packed_file(engine, tool, variant, directory):
+    """A file is not unpacked because of its name."""
+    data = os.path.join(directory, "lines.gz")
+    shutil.copyfile(variant.data, data)
+    compare_variant(engine, tool, variant._replace(name="packed", data=data), directory)
+
+
 def compare_blocks(engine, tool, variant, directory):
     """The same lines many times, read in blocks of 4,096 bytes, with little memory."""
     with open(variant.data, "rb") as file:
@@ -175,6 +183,7 @@ def main(tool, node, modules):
         for variant in made:
             compare.check(f"duckdb {variant.name}", compare_variant, engine, tool, variant, directory)
         compare.check("bad bytes", compare_bad_bytes, engine, tool, made[0], directory)
+        compare.check("name of a packed file", compare_name_of_packed_file, engine, tool, made[4], directory)
         compare.check("blocks", compare_blocks, engine, tool, made[0], directory)
     compare.finish()
 
