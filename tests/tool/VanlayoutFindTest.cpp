@@ -112,6 +112,22 @@ private Q_SLOTS:
                             "  PERSON  P309  label [EN]  Religion  1\xE2\x80\xA6\n"));
     }
 
+    void valuesAreVisibleAtATerminalNextToLongLabels()
+    {
+        directory.write("long.dcf",
+                        dictionary(item("A", "Religion of the person who answers", values("V", { "1;Catholic church" }))
+                                   + item("B", "Religion of the person, if not Catholic")));
+        const PseudoTerminal terminal;
+        QVERIFY(terminal.setWidth(60));
+        QProcess tool;
+        tool.setStandardOutputFile(terminal.name());
+        QCOMPARE(find({ "religion", "catholic", "long.dcf" }, tool).status, fine);
+        QCOMPARE(terminal.taken().replace("\r\n", "\n"),
+                 QByteArray("long.dcf\n"
+                            "  PERSON  A  label  Religion of the pers\xE2\x80\xA6  1 Catholic church\n"
+                            "  PERSON  B  label  Religion of the person, if not Catholic\n"));
+    }
+
     void jsonHasAnObjectOnEachLineWithItsKeysInOrder()
     {
         const Run run = find({ "--format", "json", "mus", "confession", "rounds" });

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <set>
 
 using vanlayout::SearchedValue;
@@ -70,12 +71,27 @@ QString lineOf(const Cells &cells, const std::array<int, 5> &widths)
     return line + cells.back();
 }
 
-void writeLine(QIODevice &device, const QString &text, int width)
+void writeLine(QIODevice &device, QString line, int width)
 {
-    QString line = cutToColumns(text, width);
     while (line.endsWith(QLatin1Char(' ')))
         line.chop(1);
-    device.write(printable(line).toUtf8() + '\n');
+    device.write(printable(cutToColumns(line, width)).toUtf8() + '\n');
+}
+
+constexpr size_t labelColumn = 3;
+
+// Narrows the column of labels so that what follows it has up to half of the columns that are left.
+void narrowLabels(std::vector<Cells> &lines, std::array<int, 5> &widths, int width)
+{
+    constexpr int narrowest = 10;
+    const int taken = std::accumulate(widths.begin(), widths.begin() + labelColumn, 0) + int(gap.size()) * 5;
+    const int left = std::max(width - taken, 0);
+    widths.at(labelColumn)
+        = std::min(widths.at(labelColumn), std::max(narrowest, left - std::min(widths.back(), left / 2)));
+    for (Cells &cells : lines) {
+        if (!cells.back().isEmpty())
+            cells.at(labelColumn) = cutToColumns(cells.at(labelColumn), widths.at(labelColumn));
+    }
 }
 
 QString describe(const Value &value, const QString &language)
@@ -116,6 +132,8 @@ void FindTable::print(const QString &file, const QVector<SearchHit> &hits)
         for (size_t i = 0; i < widths.size(); ++i)
             widths.at(i) = std::max(widths.at(i), std::min(columnsOf(lines.back().at(i)), widestLabel));
     }
+    if (isGrouped && width > 0)
+        narrowLabels(lines, widths, width);
     if (isGrouped && !isFirst)
         write(QString());
     isFirst = false;
