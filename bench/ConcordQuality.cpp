@@ -2,11 +2,9 @@
 #include "read/Reader.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileInfo>
 
 #include <cstdio>
-#include <ctime>
 
 using namespace vanlayout;
 

@@ -17,10 +17,17 @@ namespace
 class ConcordTables
 {
 public:
-    ConcordTables(const std::vector<ConcordRound> &allRounds, const QString &labelLanguage)
+    ConcordTables(const std::vector<ConcordRound> &allRounds, const ConcordChain &chain, const QString &labelLanguage)
         : rounds(allRounds)
         , language(labelLanguage)
+        , records(allRounds)
+        , changes(allRounds, records, language)
     {
+        for (int variable = 0; variable < chain.count(); ++variable) {
+            const QVector<RoundPlace> &items = chain.itemsOf(variable);
+            for (int i = 1; i < items.size(); ++i)
+                records.add(items.at(i - 1), items.at(i));
+        }
     }
 
     void addTo(Concordance &concordance, const QVector<RoundPlace> &items) const
@@ -50,22 +57,21 @@ private:
     QVector<ConcordChange> changesOf(const RoundPlace &before, const RoundPlace &after,
                                      const QVector<ConcordCode> &codes) const
     {
-        const ConcordRound &earlier = rounds[size_t(before.round)];
-        const ConcordRound &later = rounds[size_t(after.round)];
-        QVector<ConcordChange> changes
-            = ConcordChanges(earlier, later, language).changesOf(earlier.at(before.item), later.at(after.item));
+        QVector<ConcordChange> all = changes.changesOf(before, after);
         const auto isSame = [](const std::optional<QString> &one, const std::optional<QString> &other) {
             return one == other || (one && other && one->simplified() == other->simplified());
         };
         if (!std::all_of(codes.begin(), codes.end(), [&](const ConcordCode &code) {
                 return isSame(code.cells.at(before.round), code.cells.at(after.round));
             }))
-            changes.append(ConcordChange::Values);
-        return changes;
+            all.append(ConcordChange::Values);
+        return all;
     }
 
     const std::vector<ConcordRound> &rounds;
     const QString &language;
+    ConcordRecordNames records;
+    ConcordChanges changes;
 };
 
 } // namespace
@@ -96,7 +102,7 @@ Concordance concord(const QVector<Layout> &rounds, const ConcordOptions &options
     concordance.problems = decisions.problems();
     ConcordChain chain(items, decisions);
     chain.addAll();
-    const ConcordTables tables(items, options.language);
+    const ConcordTables tables(items, chain, options.language);
     const QVector<int> variables = chain.inOrder();
     for (const int variable : variables)
         tables.addTo(concordance, chain.itemsOf(variable));

@@ -95,7 +95,22 @@ struct VANLAYOUT_EXPORT ConcordOptions {
 ///
 /// No variable has two items of one round, and each item is in exactly one variable. An equal name is evidence, not
 /// proof: name, label in all languages that both rounds have, codes and their labels, record, type, width and
-/// neighbouring items are weighed, and the assignment between two rounds that is best as a whole is used.
+/// neighbouring items are weighed, and the assignment between two rounds that is best as a whole is used. How much
+/// names prove is learnt from the rounds: much if items with equal names have similar labels, little if a questionnaire
+/// was numbered again. Each round is matched with the latest item of each variable, so a variable can be absent in a
+/// round and come back.
+///
+/// The order of variables is that of the first round; a variable that a later round adds follows the one that it
+/// follows there. Likewise the codes of a variable. The codes are those of the first value set of an item that has
+/// codes; they are numbers, compared as such, if the items of all rounds are numeric, else texts. A SAS file without
+/// its catalog has no value sets, so it removes no codes.
+///
+/// A repeating item of a dictionary is the variable of its first occurrence, such as `X_1`, in a statistical file. An
+/// item is moved if its level or its record is another one; not if the record only has another name. Records and
+/// decimals are compared between dictionaries, and widths not between a dictionary and a statistical file.
+///
+/// Time and memory grow with the number of cells, whatever names, labels and codes the files have: an item has a
+/// bounded number of candidates.
 VANLAYOUT_EXPORT Concordance concord(const QVector<Layout> &rounds, const ConcordOptions &options = {});
 
 } // namespace vanlayout

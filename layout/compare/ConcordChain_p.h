@@ -17,6 +17,8 @@ public:
 
     void addAll();
 
+    /// The number of variables.
+    int count() const { return int(places.size()); }
     /// The items of a variable, in the order of rounds.
     const QVector<RoundPlace> &itemsOf(int variable) const { return places.at(variable); }
     /// The variables in the order of the first round; one that a later round adds follows the item that it follows

@@ -3,23 +3,62 @@
 namespace vanlayout
 {
 
-namespace
+ConcordRecordNames::ConcordRecordNames(const std::vector<ConcordRound> &allRounds)
+    : rounds(allRounds)
 {
-
-bool isMoved(const RoundItem &before, const RoundItem &after)
-{
-    return before.depth != after.depth || !before.record != !after.record
-        || before.recordName().compare(after.recordName(), Qt::CaseInsensitive) != 0;
+    names.reserve(rounds.size());
+    for (const ConcordRound &round : rounds) {
+        names.emplace_back();
+        for (const RoundItem &item : round.items())
+            names.back().insert(item.recordName().toCaseFolded());
+    }
 }
 
-} // namespace
-
-QVector<ConcordChange> ConcordChanges::changesOf(const RoundItem &before, const RoundItem &after) const
+ConcordRecordNames::Key ConcordRecordNames::keyOf(const RoundPlace &before, const RoundPlace &after) const
 {
+    return { before.round, rounds[size_t(before.round)].at(before.item).container, after.round };
+}
+
+void ConcordRecordNames::add(const RoundPlace &before, const RoundPlace &after)
+{
+    const Key key = keyOf(before, after);
+    ++counts[key];
+    ++countsOfPairs[{ key, rounds[size_t(after.round)].at(after.item).container }];
+}
+
+bool ConcordRecordNames::hasRecord(int round, const QString &name) const
+{
+    return names[size_t(round)].count(name.toCaseFolded()) > 0;
+}
+
+bool ConcordRecordNames::isRenamed(const RoundPlace &before, const RoundPlace &after) const
+{
+    const RoundItem &one = rounds[size_t(before.round)].at(before.item);
+    const RoundItem &other = rounds[size_t(after.round)].at(after.item);
+    if (!one.record || !other.record || hasRecord(after.round, one.recordName())
+        || hasRecord(before.round, other.recordName()))
+        return false;
+    const Key key = keyOf(before, after);
+    return countsOfPairs.at({ key, other.container }) * 2 > counts.at(key);
+}
+
+bool ConcordChanges::isMoved(const RoundPlace &before, const RoundPlace &after) const
+{
+    const RoundItem &one = rounds[size_t(before.round)].at(before.item);
+    const RoundItem &other = rounds[size_t(after.round)].at(after.item);
+    if (one.depth != other.depth || !one.record != !other.record)
+        return true;
+    return one.recordName().compare(other.recordName(), Qt::CaseInsensitive) != 0 && !records.isRenamed(before, after);
+}
+
+QVector<ConcordChange> ConcordChanges::changesOf(const RoundPlace &before, const RoundPlace &after) const
+{
+    const ConcordRound &earlier = rounds[size_t(before.round)];
+    const ConcordRound &later = rounds[size_t(after.round)];
     const bool areDictionaries = earlier.isDictionary() && later.isDictionary();
     const bool areOfOneKind = earlier.isDictionary() == later.isDictionary();
-    const Item &one = *before.item;
-    const Item &other = *after.item;
+    const Item &one = *earlier.at(before.item).item;
+    const Item &other = *later.at(after.item).item;
     QVector<ConcordChange> changes;
     const auto addIf = [&](bool isChanged, ConcordChange change) {
         if (isChanged)

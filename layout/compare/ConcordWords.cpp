@@ -50,7 +50,7 @@ constexpr Abbreviation abbreviations[] = {
 
 constexpr Abbreviation irregularPlurals[] = {
     { "children", "child" }, { "men", "man" },        { "women", "woman" },
-    { "people", "person" },  { "wives", "wife" },      { "travaux", "travail" },
+    { "people", "person" },  { "wives", "wife" },     { "travaux", "travail" },
     { "animaux", "animal" }, { "chevaux", "cheval" }, { "journaux", "journal" },
 };
 

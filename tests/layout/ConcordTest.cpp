@@ -221,6 +221,20 @@ private slots:
         QCOMPARE(changesOf(concordance, 2, 2), QStringList());
     }
 
+    void anItemOfARenamedRecordIsNotMoved()
+    {
+        const Layout first
+            = round("a", { labelled("AGE", "Age"), labelled("SEX", "Sex"), labelled("FAITH", "Religion") });
+        Layout second = first;
+        second.levels[0].records[0].name = "PERSON";
+        QCOMPARE(changesOf(concord({ first, second }), 1, 1), QStringList());
+        Record other = made::record("EXTRA", { second.levels[0].records[0].items.takeLast() });
+        second.levels[0].records.append(other);
+        const Concordance split = concord({ first, second });
+        QCOMPARE(changesOf(split, 1, 1), QStringList());
+        QCOMPARE(changesOf(split, 3, 1), QStringList({ "moved" }));
+    }
+
     void anotherTypeIsAChange()
     {
         Item text = labelled("AGE", "Age");
