@@ -303,6 +303,17 @@ private Q_SLOTS:
         QCOMPARE(named.err.count('\n'), 1);
         QVERIFY(named.err.startsWith("vanlayout: rounds/" + name.toUtf8() + ": "));
     }
+    void layoutsThatTheCommandWroteAreSkippedInADirectory()
+    {
+        for (const QStringList &options : { QStringList(), QStringList("--pretty") }) {
+            const Run shown
+                = directory.run(QStringList{ "show", "--format", "json" } + options + QStringList("rounds/2009.dcf"));
+            directory.write("rounds/shown.json", shown.out);
+            const Run run = find({ "religion", "rounds" });
+            QCOMPARE(run.err, QByteArray());
+            QCOMPARE(run.out.count('\n'), 2);
+        }
+    }
     void aDirectoryWithoutALayoutIsNoAnswer()
     {
         QVERIFY(QDir().mkpath(directory.filePath("texts")));
@@ -381,7 +392,8 @@ private Q_SLOTS:
         QCOMPARE(run.out, expected);
         QCOMPARE(run.err.count('\n'), count / 10);
         QStringList complaints;
-        for (const QByteArray &line : run.err.split('\n'))
+        const QList<QByteArray> errors = run.err.split('\n');
+        for (const QByteArray &line : errors)
             complaints.append(QString::fromUtf8(line));
         complaints.removeLast();
         QStringList sorted = complaints;
@@ -498,10 +510,11 @@ private Q_SLOTS:
 
 private:
     /// "file item" of each line of JSON, the file without directory and extension.
-    static QStringList itemsOf(const QByteArray &lines)
+    static QStringList itemsOf(const QByteArray &out)
     {
+        const QList<QByteArray> lines = out.split('\n');
         QStringList items;
-        for (const QByteArray &line : lines.split('\n')) {
+        for (const QByteArray &line : lines) {
             const QJsonObject hit = QJsonDocument::fromJson(line).object();
             if (!hit.isEmpty())
                 items.append(QFileInfo(hit["file"].toString()).completeBaseName() + ' ' + hit["item"].toString());

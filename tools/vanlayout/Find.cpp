@@ -52,13 +52,16 @@ bool isOtherFile(const Problem &problem)
     return std::find(ids.begin(), ids.end(), problem.id) != ids.end();
 }
 
-// Whether a file begins as JSON and is no dictionary: it need not be read to its end.
+// Whether a file begins as JSON and is no dictionary: it need not be read to its end. A layout that `vanlayout show`
+// wrote has keys of a dictionary, but begins with its version.
 bool isOtherJson(const QString &file)
 {
     constexpr int searchedSize = 1 << 16;
-    const QByteArray head = headOf(file, searchedSize);
-    if (!head.trimmed().startsWith('{'))
+    const QByteArray head = headOf(file, searchedSize).trimmed();
+    if (!head.startsWith('{'))
         return false;
+    if (head.mid(1).trimmed().startsWith("\"layoutVersion\""))
+        return true;
     const std::array<const char *, 4> keys
         = { "\"fileType\"", "\"recordType\"", "\"relativePositions\"", "\"levels\"" };
     return std::none_of(keys.begin(), keys.end(), [&](const char *key) { return head.contains(key); });
