@@ -576,7 +576,9 @@ def long_codes(directory, neighbours=True):
     survey.type_columns = None
     survey.ids = [[Item("LINE", 1)]]
     survey.records = [Record("R", "", 1, 0, [
-        Item("WHOLE17", 17, values=[value("Not known", "99999999999999998", special="MISSING")]),
+        Item("WHOLE17", 17, values=[value("Not known", "99999999999999998", special="MISSING"),
+                                    value("Two to four", ("1.5", "4.5"), special="NOTAPPL"),
+                                    value("Minus two to minus four", ("-4.5", "-1.5"), special="NOTAPPL")]),
         Item("WHOLE20", 20, values=[value("Not known", "99999999999999999998", special="MISSING"),
                                     value("Kept", "-2", special="DEFAULT"), value("Negative", ("-9", "-1"), special="NOTAPPL")]),
         Item("DECIMAL", 20, decimals=4, values=[value("Not known", "9992325549739149.48", special="REFUSED"),
@@ -585,10 +587,11 @@ def long_codes(directory, neighbours=True):
     dictionary = write(os.path.join(directory, "long_codes.dcf"), json.dumps(survey.element()).encode())
     cells = [("99999999999999998", "99999999999999999998", "99923255497391494800"), ("0", "-9", "0.50"), ("-0", "-10", ",5"),
              ("", "-2", "5000"), ("1", "-0", "-0000"), ("-9999999999999998", "-9999999999999999998", "9992325549739149.48")]
+    cells += [(number, "", "") for number in ("1", "2", "4", "5", "-1", "-2", "-4", "-5")]
     if neighbours:
         cells += [("99999999999999997", "99999999999999999997", "99923255497391494801"),
                   ("99999999999999999", "+9999999999999999999", "9992325549739149.47")]
-    lines = [f"{number}{first:17}{second:20}{third:20}\n" for number, (first, second, third) in enumerate(cells)]
+    lines = [f"{number % 10}{first:17}{second:20}{third:20}\n" for number, (first, second, third) in enumerate(cells)]
     return Variant("long_codes", dictionary, write(os.path.join(directory, "long_codes.dat"), "".join(lines).encode()), [], "ascii", False)
 
 
