@@ -582,7 +582,8 @@ def long_codes(directory, neighbours=True):
         Item("WHOLE20", 20, values=[value("Not known", "99999999999999999998", special="MISSING"),
                                     value("Kept", "-2", special="DEFAULT"), value("Negative", ("-9", "-1"), special="NOTAPPL")]),
         Item("DECIMAL", 20, decimals=4, values=[value("Not known", "9992325549739149.48", special="REFUSED"),
-                                                value("Not asked", "00.5", special="NOTAPPL")])], "Long codes")]
+                                                value("Not asked", "00.5", special="NOTAPPL")]),
+        Item("LINE_NO", 1, "A name that the programs in SQL use"), Item("line_text", 1, kind="alpha")], "Long codes")]
     survey.place()
     dictionary = write(os.path.join(directory, "long_codes.dcf"), json.dumps(survey.element()).encode())
     cells = [("99999999999999998", "99999999999999999998", "99923255497391494800"), ("0", "-9", "0.50"), ("-0", "-10", ",5"),
