@@ -31,9 +31,9 @@ ConcordTerms::List wordsOf(const ConcordCorpus &corpus, const ConcordTraits &ite
 } // namespace
 
 template <typename TermsOf>
-void ConcordCandidates::Postings::fill(const std::vector<const ConcordTraits *> &variables, TermsOf termsOf)
+void ConcordCandidates::Postings::fill(const std::vector<const ConcordTraits *> &items, TermsOf termsOf)
 {
-    for (const ConcordTraits *const variable : variables) {
+    for (const ConcordTraits *const variable : items) {
         for (const int term : termsOf(*variable))
             ++begins[size_t(term) + 1];
     }
@@ -41,8 +41,8 @@ void ConcordCandidates::Postings::fill(const std::vector<const ConcordTraits *> 
         begins[term] += begins[term - 1];
     numbers.resize(size_t(begins.back()));
     std::vector<int> next(begins.begin(), begins.end() - 1);
-    for (size_t i = 0; i < variables.size(); ++i) {
-        for (const int term : termsOf(*variables[i]))
+    for (size_t i = 0; i < items.size(); ++i) {
+        for (const int term : termsOf(*items[i]))
             numbers[size_t(next[size_t(term)]++)] = int(i);
     }
 }

@@ -31,7 +31,7 @@ private:
             : begins(size_t(terms) + 1, 0)
         {
         }
-        template <typename TermsOf> void fill(const std::vector<const ConcordTraits *> &variables, TermsOf termsOf);
+        template <typename TermsOf> void fill(const std::vector<const ConcordTraits *> &items, TermsOf termsOf);
         const int *begin(int term) const { return numbers.data() + begins[size_t(term)]; }
         const int *end(int term) const { return numbers.data() + begins[size_t(term) + 1]; }
         int count(int term) const { return begins[size_t(term) + 1] - begins[size_t(term)]; }

@@ -6,6 +6,8 @@
 
 using namespace vanlayout;
 
+Q_DECLARE_METATYPE(ConcordDecision)
+
 namespace
 {
 
@@ -386,8 +388,6 @@ private slots:
         QCOMPARE(namesOf(concordance), QStringList({ "ID ID", "A -", "A X" }));
     }
 };
-
-Q_DECLARE_METATYPE(ConcordDecision)
 
 QTEST_APPLESS_MAIN(ConcordTest)
 
