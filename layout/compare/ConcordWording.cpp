@@ -1,6 +1,7 @@
 #include "compare/ConcordWording_p.h"
 
 #include "compare/ConcordOpposites_p.h"
+#include "compare/ConcordPlurals_p.h"
 #include "compare/ConcordWords_p.h"
 #include "text/Words_p.h"
 
@@ -168,7 +169,8 @@ Likeness likenessOf(const QString &one, const QString &other)
         return Likeness::SameWord;
     if (side.isOpposite(otherSide) || isNegation(one) != isNegation(other))
         return Likeness::None;
-    if (ConcordWords::stemOf(one) == ConcordWords::stemOf(other) || isTypingError(one, other))
+    if (ConcordWords::stemOf(one) == ConcordWords::stemOf(other) || areSingularAndPlural(one, other)
+        || isTypingError(one, other))
         return Likeness::SameWord;
     if (side.isSame(otherSide) || ConcordWords::commonForm(one) == ConcordWords::commonForm(other)
         || (isNegation(one) && isNegation(other)))
