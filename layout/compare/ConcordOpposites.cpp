@@ -63,6 +63,9 @@ constexpr const char *subjects[] = {
     "living alive vivant vivo | dead died deceased decede mort muerto morto",
     "red rouge rojo | green vert verde | blue bleu azul | black noir negro preto | white blanc blanco branco | yellow "
     "jaune amarillo amarelo",
+    "employer employers employeur employeurs empleador empleadores empregador empregadores | "
+    "employee employees employe employes empleado empleados empleada empleadas empregado empregados empregada "
+    "empregadas",
     "internal interne | external externe",
     "import imports importation | export exports exportation",
     "hot chaud caliente quente | cold froid frio",
@@ -95,10 +98,11 @@ struct LookAlikes {
 
 // Words of labels that differ by one letter.
 constexpr LookAlikes lookAlikes[] = {
-    { "horse", "house" },    { "horses", "houses" },      { "daily", "dairy" },   { "farmer", "former" },
-    { "county", "country" }, { "counties", "countries" }, { "widow", "window" },  { "widows", "windows" },
-    { "plant", "planet" },   { "friend", "fiend" },       { "board", "boarder" }, { "border", "boarder" },
-    { "cousin", "cousine" }, { "voisin", "voisine" },
+    { "horse", "house" },    { "horses", "houses" },      { "daily", "dairy" },     { "farmer", "former" },
+    { "county", "country" }, { "counties", "countries" }, { "widow", "window" },    { "widows", "windows" },
+    { "plant", "planet" },   { "friend", "fiend" },       { "board", "boarder" },   { "border", "boarder" },
+    { "cousin", "cousine" }, { "voisin", "voisine" },     { "adopted", "adapted" }, { "poisson", "poison" },
+    { "dessert", "desert" }, { "cheveux", "chevaux" },
 };
 
 } // namespace

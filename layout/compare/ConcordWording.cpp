@@ -138,14 +138,15 @@ void CodeLabel::addWord(const QString &word)
         numbers.push_back(withoutLeadingZeros(word));
     else if (word.size() == 1 || isRomanNumeral(word))
         single.insert(word);
-    else if (ConcordWords::isFiller(word))
+    else if (ConcordWords::isFiller(word) && !side.isKnown()) // "son" is a word of English and of French
         fillers += word + QLatin1Char(' ');
     else
         content.push_back(word);
 }
 
 // Whether a longer word differs by one typing error, or by two if it is very long. A first letter is not mistyped, and
-// a wrong letter is no typing error in a word of less than seven, nor at its end, where it can be the gender.
+// a wrong letter is no typing error in a word of less than seven, nor at its end, where it can be the gender. Letters
+// after a whole word make another word ("bakery" is no "baker"), except the French ending of the feminine.
 bool isTypingError(const QString &one, const QString &other)
 {
     const int shorter = int(std::min(one.size(), other.size()));
@@ -154,8 +155,11 @@ bool isTypingError(const QString &one, const QString &other)
     const int errors = ConcordWords::typingErrors(one, other);
     if (errors > (shorter >= 10 ? 2 : 1))
         return false;
-    if (one.size() != other.size())
-        return true;
+    if (one.size() != other.size()) {
+        const QString &longer = one.size() < other.size() ? other : one;
+        const bool goesOn = longer.startsWith(one.size() < other.size() ? one : other);
+        return !goesOn || longer.endsWith(QLatin1Char('e'));
+    }
     if (std::is_permutation(one.begin(), one.end(), other.begin()))
         return true;
     return shorter >= 7 && one.at(shorter - 1) == other.at(shorter - 1);
@@ -248,6 +252,14 @@ bool haveOtherSingleLetters(const CodeLabel &one, const CodeLabel &other)
         && !std::all_of(other.single.begin(), other.single.end(), isIn(one.single));
 }
 
+// Whether the longer label is the other one with a remark in brackets, which explains it: "Other (not specified)".
+bool isWithRemark(const QString &longer, const QString &shorter)
+{
+    const auto bracket = longer.indexOf(QLatin1Char('('));
+    return bracket > 0 && longer.trimmed().endsWith(QLatin1Char(')')) && !shorter.contains(QLatin1Char('('))
+        && CodeLabel(longer.left(bracket)).squeezed == CodeLabel(shorter).squeezed;
+}
+
 CodeChange changeOfWords(const CodeLabel &one, const CodeLabel &other)
 {
     const PairedWords words = paired(one.content, other.content);
@@ -255,13 +267,14 @@ CodeChange changeOfWords(const CodeLabel &one, const CodeLabel &other)
         return CodeChange::Meaning;
     const int common = words.same + words.meaning;
     const bool areAllPaired = words.onlyOne.empty() && words.onlyOther.empty();
+    const bool isOneWithin = words.onlyOne.empty() || words.onlyOther.empty();
     const bool haveSameNumbers = one.numbers == other.numbers;
     if (areAllPaired && words.meaning == 0 && words.isInOrder && haveSameNumbers
         && one.content.size() == other.content.size() && one.fillers == other.fillers && common > 0)
         return CodeChange::Spelling;
     if (common == 0)
-        return areAllPaired && haveSameNumbers && !one.numbers.empty() ? CodeChange::Wording : CodeChange::Meaning;
-    if (words.onlyOne.empty() || words.onlyOther.empty())
+        return isOneWithin && haveSameNumbers && !one.numbers.empty() ? CodeChange::Wording : CodeChange::Meaning;
+    if (isOneWithin)
         return CodeChange::Wording;
     const size_t larger = std::max(one.content.size(), other.content.size());
     return size_t(common) * 2 > larger ? CodeChange::Wording : CodeChange::Meaning;
@@ -283,7 +296,7 @@ CodeChange wordingChange(const QString &before, const QString &after)
         return CodeChange::Meaning;
     if (one.squeezed == other.squeezed)
         return CodeChange::Spelling;
-    if (areInitials(one, other))
+    if (areInitials(one, other) || isWithRemark(before, after) || isWithRemark(after, before))
         return CodeChange::Wording;
     const bool haveOtherNumbers = !one.numbers.empty() && !other.numbers.empty() && one.numbers != other.numbers;
     const bool haveNumbers = !one.numbers.empty() || !other.numbers.empty();

@@ -21,9 +21,9 @@ const KeyedSet<QString> &fillers()
             = QStringLiteral(
                   "a an the of in on at to for from by with and or is are was were be been do does did has have had "
                   "this that these those it its any you your he she they his her their him them s what which who "
-                  "how if as "
+                  "how if as into "
                   "le la les l un une des du de d et ou en au aux dans sur pour par est sont a ce cette ces il "
-                  "elle qui que quel quelle quels quelles avez vous votre vos son sa ses on "
+                  "elle qui que quel quelle quels quelles avez vous votre vos son sa ses on avec "
                   "el los las una unos del y o en con por para es su sus que cual ha este esta "
                   "os as um uma do da dos das e ou na nos nas ao com seu sua qual")
                   .split(QLatin1Char(' '));
