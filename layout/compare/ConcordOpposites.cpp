@@ -114,6 +114,29 @@ ConcordSide sideOf(const QString &word)
     return found != sides.end() ? found->second : ConcordSide();
 }
 
+bool isRelative(const QString &word)
+{
+    static const KeyedSet<QString> words = [] {
+        const QStringList list
+            = QStringLiteral("father mother parent parents son sons daughter daughters child children brother brothers "
+                             "sister sisters uncle aunt pere mere fils fille filles enfant enfants frere freres soeur "
+                             "soeurs oncle tante")
+                  .split(QLatin1Char(' '));
+        return KeyedSet<QString>(list.begin(), list.end());
+    }();
+    return words.count(word) > 0;
+}
+
+bool isOfOtherRelative(const QString &word)
+{
+    static const QStringList words
+        = { QStringLiteral("law"),   QStringLiteral("step"),    QStringLiteral("grand"),  QStringLiteral("great"),
+            QStringLiteral("half"),  QStringLiteral("foster"),  QStringLiteral("beau"),   QStringLiteral("beaux"),
+            QStringLiteral("belle"), QStringLiteral("petit"),   QStringLiteral("petite"), QStringLiteral("petits"),
+            QStringLiteral("demi"),  QStringLiteral("petites"), QStringLiteral("belles"), QStringLiteral("grands") };
+    return words.contains(word);
+}
+
 bool isNegation(const QString &word)
 {
     static const KeyedSet<QString> words = [] {

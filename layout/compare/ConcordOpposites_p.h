@@ -22,6 +22,10 @@ struct ConcordSide {
 
 /// The side of a folded word, in the languages of most surveys.
 ConcordSide sideOf(const QString &word);
+/// Whether a folded word is a relative who can be another one with a further word: "mother", "fils".
+bool isRelative(const QString &word);
+/// Whether a folded word makes another relative: "law" of "mother-in-law", "petit" of "petit-fils".
+bool isOfOtherRelative(const QString &word);
 /// Whether a folded word negates a label: "no", "sans", "nunca".
 bool isNegation(const QString &word);
 /// Whether one folded word is the other one with a prefix that changes its meaning: "employed" and "unemployed".

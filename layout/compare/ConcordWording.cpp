@@ -234,6 +234,14 @@ bool haveOpposites(const PairedWords &words)
     });
 }
 
+// Whether the words that only one label has make another relative: "law" of "son-in-law", "grand" of "grand-mère".
+bool areOtherRelatives(const CodeLabel &label, const PairedWords &words)
+{
+    const std::vector<QString> &rest = words.onlyOne.empty() ? words.onlyOther : words.onlyOne;
+    return !rest.empty() && std::all_of(rest.begin(), rest.end(), isOfOtherRelative)
+        && std::any_of(label.content.begin(), label.content.end(), isRelative);
+}
+
 bool areInitials(const CodeLabel &one, const CodeLabel &other)
 {
     const auto isOf = [](const CodeLabel &shorter, const CodeLabel &longer) {
@@ -275,7 +283,7 @@ CodeChange changeOfWords(const CodeLabel &one, const CodeLabel &other)
     if (common == 0)
         return isOneWithin && haveSameNumbers && !one.numbers.empty() ? CodeChange::Wording : CodeChange::Meaning;
     if (isOneWithin)
-        return CodeChange::Wording;
+        return areOtherRelatives(one, words) ? CodeChange::Meaning : CodeChange::Wording;
     const size_t larger = std::max(one.content.size(), other.content.size());
     return size_t(common) * 2 > larger ? CodeChange::Wording : CodeChange::Meaning;
 }
