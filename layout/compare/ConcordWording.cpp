@@ -50,6 +50,7 @@ public:
     std::vector<QString> numbers;
     std::set<QString> single;  ///< words of one letter and Roman numerals
     std::set<int> comparisons; ///< sides of "less" and "more"
+    std::set<int> directions;  ///< sides of "north" and "east"
     QString initials;          ///< of the words between blanks
     bool isNegated = false;
     QString fillers; ///< words with little meaning, in their order
@@ -130,7 +131,10 @@ CodeLabel::CodeLabel(const QString &label)
 void CodeLabel::addWord(const QString &word)
 {
     static const ConcordSide less = sideOf(QStringLiteral("less"));
+    static const ConcordSide north = sideOf(QStringLiteral("north"));
     const ConcordSide side = sideOf(word);
+    if (side.isKnown() && side.subject == north.subject)
+        directions.insert(side.side);
     isNegated = isNegated || isNegation(word);
     if (side.isKnown() && side.subject == less.subject)
         comparisons.insert(side.side);
@@ -251,6 +255,12 @@ bool areInitials(const CodeLabel &one, const CodeLabel &other)
     return isOf(one, other) || isOf(other, one);
 }
 
+// "North" is not "North East", although it is within it.
+bool haveOtherDirections(const CodeLabel &one, const CodeLabel &other)
+{
+    return !one.directions.empty() && !other.directions.empty() && one.directions != other.directions;
+}
+
 bool haveOtherSingleLetters(const CodeLabel &one, const CodeLabel &other)
 {
     const auto isIn = [](const std::set<QString> &letters) {
@@ -309,7 +319,7 @@ CodeChange wordingChange(const QString &before, const QString &after)
     const bool haveOtherNumbers = !one.numbers.empty() && !other.numbers.empty() && one.numbers != other.numbers;
     const bool haveNumbers = !one.numbers.empty() || !other.numbers.empty();
     if (haveOtherNumbers || (haveNumbers && one.comparisons != other.comparisons) || one.isNegated != other.isNegated
-        || haveOtherSingleLetters(one, other))
+        || haveOtherDirections(one, other) || haveOtherSingleLetters(one, other))
         return CodeChange::Meaning;
     return changeOfWords(one, other);
 }
