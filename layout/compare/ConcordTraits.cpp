@@ -158,7 +158,7 @@ int ConcordCorpus::languageOfValues(const Layout &layout)
 ConcordName ConcordCorpus::nameOf(const QString &name)
 {
     const QString folded = name.toCaseFolded();
-    const auto digit = std::find_if(folded.begin(), folded.end(), isDigit);
+    const auto *const digit = std::find_if(folded.begin(), folded.end(), isDigit);
     const int prefix = int(digit - folded.begin());
     ConcordName parts;
     parts.whole = names.of(folded);

@@ -79,7 +79,7 @@ public:
 
 private:
     void findCommonLanguage(const std::vector<ConcordRound> &rounds);
-    ConcordTraits traitsOf(const ConcordRound &round, const RoundItem &item);
+    ConcordTraits traitsOf(const ConcordRound &round, const RoundItem &place);
     int languageOfValues(const Layout &layout);
     ConcordName nameOf(const QString &name);
     int nameWordsOf(const QString &foldedName);

@@ -108,9 +108,9 @@ QString withoutQuestionNumber(const QString &label, const QString &name)
     // "Q12a ", "A1_", and a number of three or four digits that is not a year: "309 Religion"
     static const QRegularExpression lettered(
         QStringLiteral("^[A-Za-z]{1,4}[0-9]{1,4}[A-Za-z]?(?:[._-][0-9][0-9A-Za-z]{0,2})*[\\s_]"));
-    static const QRegularExpression numbered(QStringLiteral("^(?!19|20)[0-9]{3,4}[A-Za-z]{0,2}\\s"));
+    static const QRegularExpression numbered(QStringLiteral("^(?!(?:19|20)[0-9]{2}\\s)[0-9]{3,4}[A-Za-z]{0,2}\\s"));
     static const QRegularExpression rest(QStringLiteral("^[A-Za-z]?[\\s_.:\\)\\]=-]+(?=.)"));
-    const QString text = label.trimmed();
+    QString text = label.trimmed();
     if (!canBeNumbered(text))
         return text;
     int length = lengthOfName(text, name);
@@ -122,7 +122,7 @@ QString withoutQuestionNumber(const QString &label, const QString &name)
     }
     if (length == 0)
         return text;
-    const QString after = text.mid(length);
+    QString after = text.mid(length);
     const QRegularExpressionMatch marks = rest.match(after);
     return marks.hasMatch() ? after.mid(marks.capturedLength()) : after;
 }
