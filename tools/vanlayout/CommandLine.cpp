@@ -196,7 +196,8 @@ void describeFind(CLI::App &command, FindCall &call)
 
 void describeConcord(CLI::App &command, ConcordCall &call)
 {
-    addChoice(command, "--format", call.format, { "table", "csv", "json", "html", "recodeflow" }, "table, csv, json, html or recodeflow");
+    addChoice(command, "--format", call.format, { "table", "csv", "json", "html", "recodeflow" },
+              "table, csv, json, html or recodeflow");
     command.add_option("--table", call.table, "for CSV: the table to write; variables by default")
         ->check(CLI::IsMember({ "variables", "codes" }));
     command.add_flag("--all", call.showsAll, "for a table: show also what is the same in all rounds");
