@@ -24,8 +24,11 @@ if(dynamic MATCHES "Qt[56](Gui|Widgets)" OR NOT dynamic MATCHES "Qt[56]Core")
 endif()
 
 file(STRINGS ${LIST} wanted)
-string(REPLACE "QVector<" "QList<" wanted "${wanted}") # both are one class in Qt 6
-string(REPLACE "QVector<" "QList<" found "${found}")
+# Names of one class in Qt 6.
+foreach(list IN ITEMS wanted found)
+    string(REPLACE "QVector<" "QList<" ${list} "${${list}}")
+    string(REPLACE "QStringList" "QList<QString>" ${list} "${${list}}")
+endforeach()
 set(missing ${wanted})
 list(REMOVE_ITEM missing ${found})
 set(others ${found})
