@@ -25,7 +25,7 @@ public:
     bool writeVariables()
     {
         add({ QStringLiteral("variable"), QStringLiteral("name"), QStringLiteral("changes") });
-        for (const QString &round : rounds) {
+        for (const QString &round : qAsConst(rounds)) {
             for (const char *column : { "level ", "record ", "item ", "label ", "changes " })
                 add(QLatin1String(column) + round);
         }

@@ -41,7 +41,7 @@ public:
         const auto found = indexes.find(keyOf(round, cell.item));
         if (found == indexes.end())
             return word;
-        for (const int index : found->second) {
+        for (const int index : qAsConst(found->second)) {
             const ConcordDecision &decision = decisions.at(index);
             if ((names(decision.one, round, cell) && names(decision.other, otherRound, other))
                 || (names(decision.other, round, cell) && names(decision.one, otherRound, other))) {

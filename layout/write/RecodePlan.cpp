@@ -223,7 +223,7 @@ void RecodePlan::addOtherValues(RecodeVariable &planned, const Codes &codes) con
 {
     RecodeRule missing = { {}, QStringLiteral("else"), RecodeKind::Missing, {}, QStringLiteral("missing"), {} };
     RecodeRule copied = { {}, QStringLiteral("else"), RecodeKind::Copy, {}, {}, {} };
-    for (const int round : planned.rounds) {
+    for (const int round : qAsConst(planned.rounds)) {
         const bool hasCodes = std::any_of(codes.begin(), codes.end(), [&](const ConcordCode *code) {
             return code->cells.at(round) && kindOf(*planned.variable, *code, round) == RecodeKind::Category;
         });
@@ -235,12 +235,12 @@ void RecodePlan::addOtherValues(RecodeVariable &planned, const Codes &codes) con
         if (startOf(*planned.variable, *code).isEmpty())
             unread.append(describeCode(*code));
     }
-    for (RecodeRule rule : { copied, missing }) {
+    for (RecodeRule *rule : { &copied, &missing }) {
         if (!unread.isEmpty())
-            rule.note
+            rule->note
                 = QLatin1String("includes codes that recodeflow cannot read: ") + unread.join(QLatin1String(", "));
-        if (!rule.rounds.isEmpty())
-            planned.rules.append(rule);
+        if (!rule->rounds.isEmpty())
+            planned.rules.append(*rule);
     }
 }
 

@@ -19,7 +19,7 @@ QString nameOf(const std::string &argument)
 
 bool isExisting(const std::string &argument)
 {
-    return argument == "-" || QFileInfo(nameOf(argument)).exists();
+    return argument == "-" || QFileInfo::exists(nameOf(argument));
 }
 
 bool isLikePath(const std::string &argument)

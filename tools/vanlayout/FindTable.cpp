@@ -20,7 +20,7 @@ namespace
 {
 
 constexpr int widestLabel = 50; // a longer label or name only shifts the rest of its line
-constexpr QLatin1String gap("  ");
+const QLatin1String gap("  ");
 
 // A text on one line.
 QString shown(const QString &text)
