@@ -38,8 +38,8 @@ const ValueSet *codedSetOf(const Item &item)
         return std::any_of(set.values.begin(), set.values.end(),
                            [](const Value &value) { return !value.ranges.isEmpty(); });
     };
-    const auto set = std::find_if(item.valueSets.begin(), item.valueSets.end(), hasCode);
-    return set != item.valueSets.end() ? &*set : nullptr;
+    const int set = int(std::find_if(item.valueSets.begin(), item.valueSets.end(), hasCode) - item.valueSets.begin());
+    return set < item.valueSets.size() ? &item.valueSets.at(set) : nullptr;
 }
 
 } // namespace vanlayout

@@ -157,7 +157,7 @@ private:
     Place placeOf(const CsvRow &row, Column first, QString &problem) const
     {
         const QString round = cellOf(row, first);
-        const Place wanted
+        Place wanted
             = { finder.find(round), cellOf(row, first + LevelColumn - RoundColumn),
                 cellOf(row, first + RecordColumn - RoundColumn), cellOf(row, first + ItemColumn - RoundColumn) };
         if (!problem.isEmpty())

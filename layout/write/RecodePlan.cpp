@@ -142,16 +142,16 @@ RecodeKind RecodePlan::kindOf(const ConcordVariable &variable, const ConcordCode
 // Empty for a code that recodeflow cannot read: blanks, an extended missing value, a range of texts.
 QString RecodePlan::startOf(const ConcordVariable &variable, const ConcordCode &code) const
 {
-    const auto first = std::find_if(code.cells.begin(), code.cells.end(),
-                                    [](const std::optional<QString> &label) { return label.has_value(); });
-    if (first == code.cells.end())
+    const auto hasLabel = [](const std::optional<QString> &label) { return label.has_value(); };
+    const int first = int(std::find_if(code.cells.begin(), code.cells.end(), hasLabel) - code.cells.begin());
+    if (first == code.cells.size())
         return QString();
-    const Item &item = *itemIn(variable, int(first - code.cells.begin()));
+    const Item &item = *itemIn(variable, first);
     if (!item.isNumeric()) {
         const QString text = cellOf(item, code.from);
         return isRange(code) || isReserved(text) ? QString() : text;
     }
-    const QString from = QString::fromLatin1(decimalNumberOf(code.from).spelling);
+    QString from = QString::fromLatin1(decimalNumberOf(code.from).spelling);
     if (!isRange(code))
         return from;
     const QString to = QString::fromLatin1(decimalNumberOf(code.to).spelling);
@@ -186,11 +186,11 @@ QVector<QVector<int>> RecodePlan::roundsByMeaning(const ConcordCode &code) const
             return code.change != CodeChange::Meaning
                 || wordingChange(*code.cells.at(group.constLast()), *code.cells.at(round)) != CodeChange::Meaning;
         };
-        const auto found = std::find_if(groups.begin(), groups.end(), isOfGroup);
-        if (found == groups.end())
+        const int found = int(std::find_if(groups.begin(), groups.end(), isOfGroup) - groups.begin());
+        if (found == groups.size())
             groups.append(QVector<int>{ round });
         else
-            found->append(round);
+            groups[found].append(round);
     }
     return groups;
 }

@@ -85,7 +85,7 @@ QString problemWithPreparing(QSaveFile &file, const AnswerWriter &write)
     if (!file.open(QIODevice::WriteOnly))
         return cannotBeWritten(file);
     writeTo(file, write);
-    const QString problem = problemAfterWriting(file);
+    QString problem = problemAfterWriting(file);
     if (!problem.isEmpty())
         file.cancelWriting();
     return problem;
