@@ -105,6 +105,12 @@ constexpr LookAlikes lookAlikes[] = {
     { "dessert", "desert" }, { "cheveux", "chevaux" },
 };
 
+KeyedSet<QString> setOf(const QString &words)
+{
+    const QStringList list = words.split(QLatin1Char(' '));
+    return KeyedSet<QString>(list.begin(), list.end());
+}
+
 } // namespace
 
 ConcordSide sideOf(const QString &word)
@@ -116,14 +122,10 @@ ConcordSide sideOf(const QString &word)
 
 bool isRelative(const QString &word)
 {
-    static const KeyedSet<QString> words = [] {
-        const QStringList list
-            = QStringLiteral("father mother parent parents son sons daughter daughters child children brother brothers "
-                             "sister sisters uncle aunt pere mere fils fille filles enfant enfants frere freres soeur "
-                             "soeurs oncle tante")
-                  .split(QLatin1Char(' '));
-        return KeyedSet<QString>(list.begin(), list.end());
-    }();
+    static const KeyedSet<QString> words = setOf(
+        QStringLiteral("father mother parent parents son sons daughter daughters child children brother brothers "
+                       "sister sisters uncle aunt pere mere fils fille filles enfant enfants frere freres soeur "
+                       "soeurs oncle tante"));
     return words.count(word) > 0;
 }
 
@@ -139,14 +141,10 @@ bool isOfOtherRelative(const QString &word)
 
 bool isNegation(const QString &word)
 {
-    static const KeyedSet<QString> words = [] {
-        const QStringList list
-            = QStringLiteral("no not non none never without neither nor cannot nobody nothing pas ne sans aucun aucune "
-                             "jamais ni sin ningun ninguno ninguna nunca jamas nao sem nenhum nenhuma nem "
-                             "nicht kein keine ohne")
-                  .split(QLatin1Char(' '));
-        return KeyedSet<QString>(list.begin(), list.end());
-    }();
+    static const KeyedSet<QString> words = setOf(
+        QStringLiteral("no not non none never without neither nor cannot nobody nothing pas ne sans aucun aucune "
+                       "jamais ni sin ningun ninguno ninguna nunca jamas nao sem nenhum nenhuma nem "
+                       "nicht kein keine ohne"));
     return words.count(word) > 0;
 }
 

@@ -173,3 +173,43 @@ class Browser:
             elif event["method"] == "Network.requestWillBeSent" and parameters.get("type") != "Document":
                 found.append(parameters["request"]["url"])
         return found
+
+
+SKIPPED = 77  # exit status of a test that cannot be run here
+
+
+def expect(found, expected):
+    if found != expected:
+        raise AssertionError("%r instead of %r" % (found, expected))
+
+
+def _run_each(tests, page):
+    failures = 0
+    for name in [name for name in vars(tests) if not name.startswith("_")]:
+        try:
+            page.begin()
+            getattr(tests(page), name)()
+            expect(page.browser.complaints(), [])
+            print("PASS  ", name)
+        except Exception as failure:  # the other tests continue
+            failures += 1
+            print("FAIL  ", name, "\n       ", failure)
+        page.browser.events.clear()
+    print(failures, "failed")
+    return 1 if failures else 0
+
+
+def run_tests(tests, make_page):
+    """Runs each operation of the class `tests` on a page that `make_page` makes from a browser and a directory, and
+    that its begin() opens before each one. Returns the exit status."""
+    program = find()
+    if not program:
+        print("there is no Chromium here")
+        return SKIPPED
+    try:
+        with tempfile.TemporaryDirectory() as directory, Browser(program) as browser:
+            browser.look(1280, 900)
+            return _run_each(tests, make_page(browser, directory))
+    except NotStarted as error:
+        print(program, "does not run here:", error)
+        return SKIPPED

@@ -8,13 +8,11 @@ import json
 import os
 import subprocess
 import sys
-import tempfile
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import chromium  # noqa: E402
-
-SKIPPED = 77
+from chromium import expect  # noqa: E402
 
 HOSTILE = "</script><script>document.title = 'taken'</script><b onclick=x>"
 
@@ -42,11 +40,6 @@ ROUNDS = [
 ]
 
 
-def expect(found, expected):
-    if found != expected:
-        raise AssertionError("%r instead of %r" % (found, expected))
-
-
 class Page:
     """The page of a concordance in a browser."""
 
@@ -54,6 +47,9 @@ class Page:
         self.tool = tool
         self.browser = browser
         self.directory = directory
+
+    def begin(self):
+        self.open()
 
     def open(self, rounds=None):
         names = []
@@ -208,35 +204,5 @@ class Tests:
         expect(self.browser.print()[:5], b"%PDF-")
 
 
-def run_tests(page):
-    failures = 0
-    for name in [name for name in vars(Tests) if not name.startswith("_")]:
-        try:
-            page.open()
-            getattr(Tests(page), name)()
-            expect(page.browser.complaints(), [])
-            print("PASS  ", name)
-        except Exception as failure:  # the other tests continue
-            failures += 1
-            print("FAIL  ", name, "\n       ", failure)
-        page.browser.events.clear()
-    print(failures, "failed")
-    return 1 if failures else 0
-
-
-def main(arguments):
-    program = chromium.find()
-    if not program:
-        print("there is no Chromium here")
-        return SKIPPED
-    try:
-        with tempfile.TemporaryDirectory() as directory, chromium.Browser(program) as browser:
-            browser.look(1280, 900)
-            return run_tests(Page(arguments[0], browser, directory))
-    except chromium.NotStarted as error:
-        print(program, "does not run here:", error)
-        return SKIPPED
-
-
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    sys.exit(chromium.run_tests(Tests, lambda browser, directory: Page(sys.argv[1], browser, directory)))

@@ -8,13 +8,11 @@ import json
 import os
 import subprocess
 import sys
-import tempfile
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import chromium  # noqa: E402
-
-SKIPPED = 77
+from chromium import expect  # noqa: E402
 
 HOSTILE = "</main><script>document.title = 'taken'</script><b onclick=x>"
 
@@ -45,11 +43,6 @@ AFTER = dictionary(
     [item("ROOF", "Roof of the house", 5, [("1", "Straw")]), item("WALL", HOSTILE, 6)])
 
 
-def expect(found, expected):
-    if found != expected:
-        raise AssertionError("%r instead of %r" % (found, expected))
-
-
 class Page:
     """The page of a comparison in a browser."""
 
@@ -57,6 +50,9 @@ class Page:
         self.tool = tool
         self.browser = browser
         self.directory = directory
+
+    def begin(self):
+        self.open(BEFORE, AFTER)
 
     def open(self, before, after):
         for name, text in (("before.dcf", before), ("after.dcf", after)):
@@ -173,35 +169,5 @@ class Tests:
         expect(self.page.shown(".counts li"), ["The layouts are the same"])
 
 
-def run_tests(page):
-    failures = 0
-    for name in [name for name in vars(Tests) if not name.startswith("_")]:
-        try:
-            page.open(BEFORE, AFTER)
-            getattr(Tests(page), name)()
-            expect(page.browser.complaints(), [])
-            print("PASS  ", name)
-        except Exception as failure:  # the other tests continue
-            failures += 1
-            print("FAIL  ", name, "\n       ", failure)
-        page.browser.events.clear()
-    print(failures, "failed")
-    return 1 if failures else 0
-
-
-def main(arguments):
-    program = chromium.find()
-    if not program:
-        print("there is no Chromium here")
-        return SKIPPED
-    try:
-        with tempfile.TemporaryDirectory() as directory, chromium.Browser(program) as browser:
-            browser.look(1280, 900)
-            return run_tests(Page(arguments[0], browser, directory))
-    except chromium.NotStarted as error:
-        print(program, "does not run here:", error)
-        return SKIPPED
-
-
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    sys.exit(chromium.run_tests(Tests, lambda browser, directory: Page(sys.argv[1], browser, directory)))
