@@ -91,6 +91,13 @@ std::optional<Special> specialOf(QStringView word)
     return found != std::end(specialWords) ? std::optional<Special>(found->special) : std::nullopt;
 }
 
+QString wordOfSpecial(Special special)
+{
+    const auto *found = std::find_if(std::begin(specialWords), std::end(specialWords),
+                                     [special](const SpecialWord &row) { return row.special == special; });
+    return found != std::end(specialWords) ? QString(found->word) : QString();
+}
+
 std::optional<QString> itemTypeOf(QStringView word)
 {
     return wordIn(itemTypes, word);

@@ -25,6 +25,8 @@ void dropEmptyLabel(Labels &labels);
 
 /// "MISSING", "NOTAPPL", "REFUSED", "DEFAULT".
 std::optional<Special> specialOf(QStringView word);
+/// The word of a special meaning; empty for None.
+QString wordOfSpecial(Special special);
 /// A type of item in the spelling of the JSON form of the layout: "numeric", "alpha", "document", "audio", "image",
 /// "geometry".
 std::optional<QString> itemTypeOf(QStringView word);

@@ -178,6 +178,26 @@ QString fromWindows1252(const char *bytes, int size, bool *isDamaged)
     return text;
 }
 
+QByteArray toWindows1252(const QString &text)
+{
+    constexpr int firstControl = 0x80;
+    constexpr int firstLatin1 = 0xA0;
+    constexpr int lastLatin1 = 0xFF;
+    QByteArray bytes;
+    for (const QChar character : text) {
+        const int unit = character.unicode();
+        const auto *control
+            = std::find(windows1252Controls.begin(), windows1252Controls.end(), char16_t(character.unicode()));
+        if (unit < firstControl || (unit >= firstLatin1 && unit <= lastLatin1))
+            bytes += char(unit);
+        else if (control != windows1252Controls.end() && unit != QChar::ReplacementCharacter)
+            bytes += char(firstControl + int(control - windows1252Controls.begin()));
+        else
+            bytes += '?';
+    }
+    return bytes;
+}
+
 QString fromUtf16LE(const char *bytes, int size, bool *isDamaged)
 {
     return fromUtf16(bytes, size, isDamaged, [](const char *unit) { return qFromLittleEndian<quint16>(unit); });

@@ -19,6 +19,9 @@ QString fromWindows1252(const char *bytes, int size, bool *isDamaged = nullptr);
 QString fromUtf16LE(const char *bytes, int size, bool *isDamaged = nullptr);
 QString fromUtf16BE(const char *bytes, int size, bool *isDamaged = nullptr);
 
+/// The bytes of a text in Windows-1252; a character that it does not have is `?`.
+QByteArray toWindows1252(const QString &text);
+
 /// True if all bytes are well-formed UTF-8.
 bool isUtf8(const char *bytes, int size);
 

@@ -1,0 +1,229 @@
+#include "write/CSProTextLines_p.h"
+
+#include "read/CSProCommon_p.h"
+
+#include <algorithm>
+
+namespace vanlayout
+{
+
+namespace
+{
+
+bool isLineBreak(QChar character)
+{
+    return character == QLatin1Char('\n') || character == QLatin1Char('\r');
+}
+
+// A text on one line, without white space at its end.
+QString endOfLine(const QString &value)
+{
+    QString line = cspro::cleanNote(value);
+    std::replace_if(line.begin(), line.end(), isLineBreak, QLatin1Char(' '));
+    return line;
+}
+
+// Whether a code looks like a number of the width of its item; CSPro then writes no quotation marks.
+bool isPlainText(const QString &code, int length)
+{
+    const auto isOfNumber = [](QChar character) {
+        return (character >= QLatin1Char('0') && character <= QLatin1Char('9')) || character == QLatin1Char('-')
+            || character == QLatin1Char('.');
+    };
+    return !code.isEmpty() && code.size() == length && std::all_of(code.begin(), code.end(), isOfNumber);
+}
+
+bool needsMarks(const QString &code)
+{
+    return code.isEmpty() || std::any_of(code.begin(), code.end(), [](QChar character) {
+               return cspro::isWhiteSpace(character) || character == QLatin1Char(':') || character == QLatin1Char('\'')
+                   || character == QLatin1Char('"');
+           });
+}
+
+// The width to which codes are padded: that of the item, unless no data could have it.
+int paddedWidth(const Item &item)
+{
+    constexpr int longestRecord = 32000;
+    return item.length <= longestRecord ? std::max(item.length, 0) : 0;
+}
+
+QString inMarks(const QString &code)
+{
+    const QChar mark = code.contains(QLatin1Char('\'')) ? QLatin1Char('"') : QLatin1Char('\'');
+    return mark + code + mark;
+}
+
+// The position of the blank at which a line of a note is divided, the first of several; -1 if the line is short or has
+// no such blank.
+int divisionOf(const QString &line)
+{
+    constexpr int longest = 117; // so that CSPro's own lines are at most 120 characters
+    if (line.size() <= longest)
+        return -1;
+    int blank = line.lastIndexOf(QLatin1Char(' '), longest);
+    while (blank > 0 && line.at(blank - 1) == QLatin1Char(' '))
+        --blank;
+    return blank > 0 ? blank : -1;
+}
+
+// A blank at the beginning of a line would be lost.
+QString withLeadingBlank(const QString &piece)
+{
+    return piece.startsWith(QLatin1Char(' ')) ? QLatin1Char('~') + piece.mid(1) : piece;
+}
+
+} // namespace
+
+void CSProTextSpelling::lose(const QString &path, const QString &what) const
+{
+    if (losses)
+        losses->append({ path, what });
+}
+
+QString CSProTextSpelling::text(const QString &value, const QString &path, const QString &what) const
+{
+    const auto begin = std::find_if_not(value.begin(), value.end(), cspro::isWhiteSpace);
+    const QString line = endOfLine(value.mid(int(begin - value.begin())));
+    if (line != value)
+        lose(path, what + QStringLiteral(": line breaks, and white space at both ends"));
+    return line;
+}
+
+// The index of the language of a part; -1 if it names none or one that is not declared.
+int CSProTextSpelling::placeOf(const Label &part) const
+{
+    for (int place = 0; place < languages.size(); ++place) {
+        if (languages.at(place).name.compare(part.language, Qt::CaseInsensitive) == 0)
+            return place;
+    }
+    return -1;
+}
+
+QStringList CSProTextSpelling::inOrder(const Labels &labels, const QString &path) const
+{
+    QStringList texts;
+    const auto put = [&](int place, const QString &value) {
+        while (texts.size() <= place)
+            texts.append(QString());
+        texts[place] = value;
+    };
+    QVector<bool> isTaken(languages.size(), false);
+    QStringList further;
+    for (int index = 0; index < labels.parts.size(); ++index) {
+        const Label &part = labels.parts.at(index);
+        // The first part without a language is in the primary one.
+        const int place = part.language.isEmpty() && index == 0 && !languages.isEmpty() ? 0 : placeOf(part);
+        if (place >= 0 && !isTaken.at(place)) {
+            isTaken[place] = true;
+            put(place, part.text);
+            continue;
+        }
+        if (!part.language.isEmpty())
+            lose(path, QStringLiteral("the language of a label: \"%1\"").arg(part.language));
+        further.append(part.text);
+    }
+    // A text stands for the first one if that is absent.
+    if (!isTaken.isEmpty() && !isTaken.constFirst() && !labels.parts.isEmpty())
+        put(0, labels.parts.constFirst().text);
+    for (int index = 0; index < further.size(); ++index)
+        put(int(languages.size()) + index, further.at(index));
+    return texts;
+}
+
+QString CSProTextSpelling::part(QString value, const QString &path) const
+{
+    if (!value.contains(QLatin1Char('|')))
+        return value;
+    lose(path, QStringLiteral("\"|\" in a label; it is a blank"));
+    return value.replace(QLatin1Char('|'), QLatin1Char(' '));
+}
+
+QString CSProTextSpelling::joined(const Labels &labels, const QString &path) const
+{
+    QString line;
+    const QStringList texts = inOrder(labels, path);
+    for (int index = 0; index < texts.size(); ++index) {
+        if (index > 0)
+            line += QLatin1Char('|');
+        line += part(texts.at(index), path);
+    }
+    return line;
+}
+
+QString CSProTextSpelling::label(const Labels &labels, const QString &path) const
+{
+    return text(joined(labels, path), path, QStringLiteral("label"));
+}
+
+QString CSProTextSpelling::valueLabel(const Labels &labels, const QString &path) const
+{
+    const QString whole = joined(labels, path);
+    const QString line = endOfLine(whole);
+    if (line != whole)
+        lose(path, QStringLiteral("label: line breaks, and white space at the end"));
+    return line;
+}
+
+QString CSProTextSpelling::code(const QString &value, const Item &item, bool isBlankField) const
+{
+    if (isBlankField && value.isEmpty())
+        return inMarks(QString(paddedWidth(item), QLatin1Char(' ')));
+    if (!item.isAlpha())
+        return needsMarks(value) ? inMarks(value) : value;
+    const QString padded = value.leftJustified(paddedWidth(item), QLatin1Char(' '));
+    return isPlainText(padded, item.length) ? padded : inMarks(padded);
+}
+
+bool CSProTextSpelling::isWritable(const Range &range, bool isBlankField, const QString &path) const
+{
+    const QString both = range.from + range.to;
+    if (range.from.isEmpty() && !isBlankField) {
+        lose(path, QStringLiteral("a code without a character"));
+        return false;
+    }
+    if (both.contains(QLatin1Char(';')) || std::any_of(both.begin(), both.end(), isLineBreak)
+        || (both.contains(QLatin1Char('\'')) && both.contains(QLatin1Char('"')))) {
+        lose(path, QStringLiteral("the code \"%1\", because of its characters").arg(range.from));
+        return false;
+    }
+    return true;
+}
+
+QString CSProTextSpelling::codes(const Value &value, const Item &item, const QString &path) const
+{
+    const bool isBlankField = value.special == Special::NotApplicable || value.special == Special::Default;
+    QStringList codes;
+    for (const Range &range : value.ranges) {
+        if (!isWritable(range, isBlankField, path))
+            continue;
+        QString spelled = code(range.from, item, isBlankField);
+        if (!range.to.isEmpty())
+            spelled += QLatin1Char(':') + code(range.to, item, false);
+        codes.append(spelled);
+    }
+    return codes.join(QLatin1Char(' '));
+}
+
+QStringList CSProTextSpelling::note(const QString &text, const QString &path) const
+{
+    const auto lineEnd = QLatin1String("\\r\\n");
+    if (text.contains(QLatin1Char('\r')) || text.contains(lineEnd) || text.startsWith(QLatin1Char('~')))
+        lose(path, QStringLiteral("note: a carriage return, \"\\r\\n\" as text, or \"~\" at the beginning"));
+    QStringList pieces;
+    const QStringList lines = QString(text).remove(QLatin1Char('\r')).split(QLatin1Char('\n'));
+    for (int index = 0; index < lines.size(); ++index) {
+        QString line = lines.at(index);
+        for (int division = divisionOf(line); division >= 0; division = divisionOf(line)) {
+            pieces.append(withLeadingBlank(line.left(division)));
+            line.remove(0, division + 1);
+        }
+        if (index + 1 < lines.size())
+            line += lineEnd;
+        if (!line.isEmpty())
+            pieces.append(withLeadingBlank(line));
+    }
+    return pieces;
+}
+
+} // namespace vanlayout
