@@ -2,8 +2,8 @@
 
 #include "read/CSProCommon_p.h"
 #include "read/Decoding_p.h"
-#include "util/KeyedHash_p.h"
 #include "util/Numbers_p.h"
+#include "write/CSProForms_p.h"
 #include "write/CSProTextLines_p.h"
 #include "write/WriteAll_p.h"
 
@@ -24,14 +24,6 @@ bool isBefore(const QString &version, int major, int minor)
     const int majorPart = numbers::toInt(QStringView(parts.constFirst()));
     const int minorPart = parts.size() > 1 ? numbers::toInt(QStringView(parts.at(1))) : 0;
     return majorPart < major || (majorPart == major && minorPart < minor);
-}
-
-// The last column of all occurrences.
-qint64 endOf(const Item &item)
-{
-    return item.isSubitem || item.start < 1
-        ? 0
-        : qint64(item.start) + qint64(std::max(item.length, 0)) * std::max(item.occurrences, 1) - 1;
 }
 
 QString withCapital(QString word)
@@ -159,7 +151,9 @@ private:
     void writeSettings()
     {
         if (layout.security && layout.security->settings)
-            line("SecurityOptions", spelling.text(*layout.security->settings, QString(), QStringLiteral("settings")));
+            line("SecurityOptions",
+                 spelling.text(isOwnForm ? *layout.security->settings : layout.security->settings->toUpper(), QString(),
+                               QStringLiteral("settings")));
         if (layout.valueSetImages)
             line("ValueSetImages", spelling.text(*layout.valueSetImages, QString(), QStringLiteral("ValueSetImages")));
         if (layout.security
@@ -205,31 +199,16 @@ private:
             yesOrNo("Required", false);
         if (record.maximum != 1)
             line("MaxRecords", record.maximum);
-        line("RecordLen", record.length.value_or(lengthOf(record)));
+        line("RecordLen", record.length.value_or(csproforms::recordLength(layout, record)));
         writeOccurrenceLabels(record.occurrenceLabels, path);
         for (const Item &item : record.items)
             writeItem(item, path);
     }
 
-    // The last column of the record type, the ids of all levels and the items of the record.
-    int lengthOf(const Record &record) const
-    {
-        qint64 length = 1;
-        if (layout.recordType)
-            length = std::max(length, qint64(layout.recordType->start) + layout.recordType->length - 1);
-        for (const Level &level : layout.levels) {
-            for (const Item &item : level.ids)
-                length = std::max(length, endOf(item));
-        }
-        for (const Item &item : record.items)
-            length = std::max(length, endOf(item));
-        return numbers::clamped(length);
-    }
-
     void writeItem(const Item &item, const QString &parent)
     {
         const QString path = cspro::childPath(parent, item.name);
-        if (isBinary(item)) {
+        if (csproforms::isBinary(item)) {
             spelling.lose(path, QStringLiteral("the item, because its type is %1").arg(item.type));
             return;
         }
@@ -255,12 +234,6 @@ private:
             writeValueSet(set, item, path);
     }
 
-    static bool isBinary(const Item &item)
-    {
-        return item.type == QLatin1String("document") || item.type == QLatin1String("audio")
-            || item.type == QLatin1String("image") || item.type == QLatin1String("geometry");
-    }
-
     void writeCapture(const Item &item)
     {
         if (!item.capture)
@@ -277,19 +250,10 @@ private:
         writeNamed(set, path);
         if (!set.link.isEmpty())
             line("Link", spelling.text(set.link, path, QStringLiteral("link")));
-        if (isCopy(set))
+        if (linkedSets.isCopy(set))
             return;
         for (int index = 0; index < set.values.size(); ++index)
             writeValue(set.values.at(index), item, cspro::valuePath(path, index + 1));
-    }
-
-    // Whether the values were written with an earlier set that has the same link.
-    bool isCopy(const ValueSet &set)
-    {
-        if (set.link.isEmpty() || set.values.isEmpty())
-            return false;
-        const auto [known, isFirst] = linked.emplace(set.link, set.values);
-        return !isFirst && known->second == set.values;
     }
 
     void writeValue(const Value &value, const Item &item, const QString &path)
@@ -340,7 +304,7 @@ private:
     QByteArray buffer;
     bool hasSection = false;
     bool isWhole = true;
-    KeyedMap<QString, QVector<Value>> linked; // the values written for each link
+    LinkedValueSets linkedSets;
 };
 
 } // namespace

@@ -165,9 +165,9 @@ QString CSProTextSpelling::valueLabel(const Labels &labels, const QString &path)
     return line;
 }
 
-QString CSProTextSpelling::code(const QString &value, const Item &item, bool isBlankField) const
+QString CSProTextSpelling::code(const QString &value, const Item &item) const
 {
-    if (isBlankField && value.isEmpty())
+    if (value.isEmpty())
         return inMarks(QString(paddedWidth(item), QLatin1Char(' ')));
     if (!item.isAlpha())
         return needsMarks(value) ? inMarks(value) : value;
@@ -175,11 +175,11 @@ QString CSProTextSpelling::code(const QString &value, const Item &item, bool isB
     return isPlainText(padded, item.length) ? padded : inMarks(padded);
 }
 
-bool CSProTextSpelling::isWritable(const Range &range, bool isBlankField, const QString &path) const
+bool CSProTextSpelling::isWritable(const Range &range, const Item &item, const QString &path) const
 {
     const QString both = range.from + range.to;
-    if (range.from.isEmpty() && !isBlankField) {
-        lose(path, QStringLiteral("a code without a character"));
+    if (range.from.isEmpty() && paddedWidth(item) == 0) {
+        lose(path, QStringLiteral("the code of a blank field, because the item has no length"));
         return false;
     }
     if (both.contains(QLatin1Char(';')) || std::any_of(both.begin(), both.end(), isLineBreak)
@@ -192,14 +192,13 @@ bool CSProTextSpelling::isWritable(const Range &range, bool isBlankField, const 
 
 QString CSProTextSpelling::codes(const Value &value, const Item &item, const QString &path) const
 {
-    const bool isBlankField = value.special == Special::NotApplicable || value.special == Special::Default;
     QStringList codes;
     for (const Range &range : value.ranges) {
-        if (!isWritable(range, isBlankField, path))
+        if (!isWritable(range, item, path))
             continue;
-        QString spelled = code(range.from, item, isBlankField);
+        QString spelled = code(range.from, item);
         if (!range.to.isEmpty())
-            spelled += QLatin1Char(':') + code(range.to, item, false);
+            spelled += QLatin1Char(':') + code(range.to, item);
         codes.append(spelled);
     }
     return codes.join(QLatin1Char(' '));

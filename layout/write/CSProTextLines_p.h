@@ -40,8 +40,8 @@ private:
     QStringList inOrder(const Labels &labels, const QString &path) const;
     int placeOf(const Label &part) const;
     QString part(QString value, const QString &path) const;
-    QString code(const QString &value, const Item &item, bool isBlankField) const;
-    bool isWritable(const Range &range, bool isBlankField, const QString &path) const;
+    QString code(const QString &value, const Item &item) const;
+    bool isWritable(const Range &range, const Item &item, const QString &path) const;
 
     const QVector<Language> &languages;
     Losses *losses;
