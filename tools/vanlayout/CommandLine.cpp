@@ -3,6 +3,7 @@
 #include "Answer.h"
 #include "Codebook.h"
 #include "Completion.h"
+#include "Convert.h"
 #include "Concord.h"
 #include "Diff.h"
 #include "Explain.h"
@@ -294,6 +295,23 @@ void describeLoad(CLI::App &command, LoadCall &call)
         ->required();
 }
 
+void describeConvert(CLI::App &command, ConvertCall &call)
+{
+    command.add_option("--to", call.target, "format to write")->check(CLI::IsMember(convertTargets()))->required();
+    command
+        .add_option("--ids", call.ids,
+                    "variable of a statistical file that becomes an id item; several are separated by commas")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->type_name("NAME");
+    command
+        .add_option("--language", call.language, "for sav and dta: language of the labels; the primary one by default")
+        ->type_name("CODE");
+    command.add_option("-o,--output", call.output, "file to write; standard output if - or absent")
+        ->type_name("OUTPUT");
+    command.add_option("FILE", call.file, "file to convert; - is standard input")->required();
+}
+
 // All commands and options that are allowed at this position.
 std::vector<std::string> knownWords(const CLI::App &app)
 {
@@ -497,6 +515,12 @@ private:
                          "  vanlayout load --to spss --records PERSON --specials keep -o programs census.dcf",
                          [this](int, char **) { return writeLoadProgram(loadCall); }),
                      loadCall);
+        describeConvert(add("convert", "Write the layout of FILE in another format.",
+                            "  vanlayout convert --to cspro-json census.dcf -o census8.dcf\n"
+                            "  vanlayout convert --to cspro-text --ids HHID,LINE survey.sav -o survey.dcf\n"
+                            "  vanlayout convert --to dta census.dcf -o census.dta",
+                            [this](int, char **) { return convertFile(convertCall); }),
+                        convertCall);
     }
 
     void addCompletion()
@@ -540,6 +564,7 @@ private:
     CodebookOptions codebookOptions;
     ExportOptions exportOptions;
     LoadCall loadCall;
+    ConvertCall convertCall;
     std::string helpTopic;
     std::string shell;
 };

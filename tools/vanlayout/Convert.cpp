@@ -1,0 +1,137 @@
+#include "Convert.h"
+
+#include "Answer.h"
+#include "LayoutInput.h"
+#include "LocaleText.h"
+#include "OutputFile.h"
+#include "convert/Dictionary.h"
+#include "convert/StatisticalFile.h"
+#include "write/CSProJson.h"
+#include "write/CSProText.h"
+
+#include <QFile>
+#include <QIODevice>
+
+#include <algorithm>
+
+using namespace vanlayout;
+
+namespace
+{
+
+/// The bytes of the source that have no meaning in a text dictionary, which are kept if it is written as text again.
+CSProTextStyle styleOf(const Layout &layout)
+{
+    CSProTextStyle style;
+    QFile file(layout.file);
+    if (layout.format != Format::CSProText || !layout.container.isEmpty() || layout.file == QLatin1String("-")
+        || !file.open(QIODevice::ReadOnly))
+        return style;
+    constexpr int longestFirstLine = 4096;
+    const QByteArray begin = file.read(longestFirstLine);
+    const int lineEnd = begin.indexOf('\n');
+    if (lineEnd == 0 || (lineEnd > 0 && begin.at(lineEnd - 1) != '\r'))
+        style.lineEnd = CSProTextStyle::LineEnd::Lf;
+    if (!begin.startsWith("\xEF\xBB\xBF"))
+        style.mark = CSProTextStyle::Mark::Absent;
+    return style;
+}
+
+bool isDictionary(const Layout &layout)
+{
+    return layout.format == Format::CSProText || layout.format == Format::CSProJson;
+}
+
+/// One conversion.
+class Conversion
+{
+public:
+    explicit Conversion(const ConvertCall &convertCall)
+        : call(convertCall)
+        , file(QFile::decodeName(call.file.c_str()))
+    {
+    }
+
+    int run()
+    {
+        return answerFor(file, [&] {
+            layout = readExactLayout(file, ReadOptions());
+            if (const Problem *error = layout.error())
+                return noAnswerFor(file, messageOf(*error));
+            complainIfReadInPart(layout);
+            return call.target == "sav" || call.target == "dta" ? toStatisticalFile() : toDictionary();
+        });
+    }
+
+private:
+    int toDictionary()
+    {
+        const CSProTextStyle style = styleOf(layout);
+        if (!isDictionary(layout)) {
+            MadeDictionary made = makeDictionary(layout, ids());
+            if (!made.problem.isEmpty())
+                return noAnswerFor(file, made.problem);
+            layout = made.layout;
+            losses = made.losses;
+        } else if (!call.ids.empty()) {
+            return noAnswerFor(file, QStringLiteral("has id items already; --ids is for statistical files"));
+        }
+        return write([&](QIODevice &device) {
+            if (call.target == "cspro-text")
+                writeCSProText(layout, device, style, &losses);
+            else
+                writeCSProJson(layout, device, &losses);
+        });
+    }
+
+    int toStatisticalFile()
+    {
+        const QString language = fromLocale(call.language);
+        const QString problem = problemWithLanguage(layout, language);
+        if (!problem.isEmpty())
+            return noAnswerFor(file, problem);
+        const StatisticalFile made = makeStatisticalFile(
+            layout, call.target == "sav" ? StatisticalFormat::Sav : StatisticalFormat::Dta, language);
+        if (!made.problem.isEmpty())
+            return noAnswerFor(file, made.problem);
+        losses = made.losses;
+        return write([&](QIODevice &device) { device.write(made.bytes); });
+    }
+
+    QStringList ids() const
+    {
+        QStringList names;
+        for (const std::string &name : call.ids)
+            names.append(fromLocale(name));
+        return names;
+    }
+
+    int write(const AnswerWriter &writer)
+    {
+        const int status = writeAnswer(QFile::decodeName(call.output.c_str()), file, writer);
+        if (status != statusFine)
+            return status;
+        for (const Loss &loss : qAsConst(losses))
+            complainOfFile(file,
+                           (loss.path.isEmpty() ? QString() : loss.path + QStringLiteral(": "))
+                               + QStringLiteral("cannot hold ") + loss.what);
+        return losses.isEmpty() ? statusFine : statusFinding;
+    }
+
+    const ConvertCall &call;
+    QString file;
+    Layout layout;
+    Losses losses;
+};
+
+} // namespace
+
+std::vector<std::string> convertTargets()
+{
+    return { "cspro-text", "cspro-json", "sav", "dta" };
+}
+
+int convertFile(const ConvertCall &call)
+{
+    return Conversion(call).run();
+}
