@@ -1,16 +1,16 @@
 #include "convert/StatisticalFile.h"
 
 #include "convert/LossesByKind_p.h"
-#include "load/PlanNames_p.h"
+#include "convert/StatisticalNames_p.h"
+#include "convert/StatisticalTypes_p.h"
 #include "load/PlanTexts_p.h"
-#include "load/Targets_p.h"
 #include "write/Columns_p.h"
 #include "write/Exportable.h"
 
 #include <readstat.h>
 
 #include <cmath>
-#include <limits>
+#include <list>
 #include <map>
 #include <memory>
 
@@ -24,14 +24,6 @@ constexpr LengthLimit labelOfSav = { 256, LengthUnit::Bytes };
 constexpr LengthLimit labelOfDta = { 80, LengthUnit::Characters };
 constexpr LengthLimit valueLabelOfSav = { 120, LengthUnit::Bytes };
 constexpr LengthLimit valueLabelOfDta = { 32000, LengthUnit::Bytes };
-constexpr int maxTextOfSav = 32767; // bytes
-constexpr int maxTextOfDta = 2045;  // bytes; longer ones are strL
-
-const TargetRules &rulesOf(LoadTarget target)
-{
-    const QVector<TargetRules> &rules = targetRules();
-    return *std::find_if(rules.begin(), rules.end(), [target](const TargetRules &row) { return row.target == target; });
-}
 
 ssize_t append(const void *data, size_t size, void *context)
 {
@@ -66,9 +58,10 @@ public:
     StatisticalFileMaker(const Layout &source, StatisticalFormat target, const QString &languageCode)
         : layout(source)
         , isSav(target == StatisticalFormat::Sav)
-        , isOwnForm(source.format == (isSav ? Format::Spss : Format::Stata))
         , language(languageCode)
-        , names(rulesOf(isSav ? LoadTarget::Spss : LoadTarget::Stata), PlanNames::Columns)
+        , types(target, source.format)
+        , names(target)
+        , setNames(target)
         , writer(readstat_writer_init(), readstat_writer_free)
     {
     }
@@ -93,8 +86,22 @@ private:
         const QString label = cut(layout.labels.in(language), isSav ? LengthLimit{ 64, LengthUnit::Bytes } : labelOfDta,
                                   QString(), QStringLiteral("the label of the file"));
         readstat_writer_set_file_label(writer.get(), label.toUtf8().constData());
-        if (!layout.note.isEmpty())
+        if (isSav)
+            addNotes();
+        else if (!layout.note.isEmpty())
             made.losses.append({ QString(), QStringLiteral("the note of the file") });
+    }
+
+    // SPSS keeps notes as lines of 80 bytes.
+    void addNotes()
+    {
+        constexpr LengthLimit limit = { 80, LengthUnit::Bytes };
+        if (layout.note.isEmpty())
+            return;
+        const QStringList lines = layout.note.split(QLatin1Char('\n'));
+        for (const QString &line : lines)
+            readstat_add_note(writer.get(),
+                              cut(line, limit, QString(), QStringLiteral("a line of the note")).toUtf8().constData());
     }
 
     void addVariables()
@@ -124,12 +131,12 @@ private:
         if (name != column.name)
             made.losses.append({ column.name, QStringLiteral("the name, which is now %1").arg(name) });
         const bool isText = kindOf(item) == ValueKind::Text;
-        readstat_variable_t *variable
-            = readstat_add_variable(writer.get(), name.toUtf8().constData(), typeOf(item), isText ? widthOf(item) : 0);
+        readstat_variable_t *variable = readstat_add_variable(writer.get(), name.toUtf8().constData(),
+                                                              types.typeOf(item), isText ? types.widthOfText(item) : 0);
         const QString label = cut(labelsOf(column).in(language), isSav ? labelOfSav : labelOfDta, column.name,
                                   QStringLiteral("the label"));
         readstat_variable_set_label(variable, label.toUtf8().constData());
-        readstat_variable_set_format(variable, formatOf(item).toLatin1().constData());
+        readstat_variable_set_format(variable, types.formatOf(item).toLatin1().constData());
         setDisplay(variable, item);
         addMissing(variable, column);
         if (readstat_label_set_t *set = labelSetOf(item, name))
@@ -137,77 +144,6 @@ private:
         if (item.name == layout.weight && !layout.weight.isEmpty())
             readstat_writer_set_fweight_variable(writer.get(), variable);
         reportOf(column);
-    }
-
-    readstat_type_t typeOf(const Item &item) const
-    {
-        if (kindOf(item) == ValueKind::Text)
-            return !isSav && (item.length < 1 || item.length > maxTextOfDta) ? READSTAT_TYPE_STRING_REF
-                                                                             : READSTAT_TYPE_STRING;
-        if (isSav)
-            return READSTAT_TYPE_DOUBLE;
-        switch (item.storage) {
-        case Storage::Int8:
-            return READSTAT_TYPE_INT8;
-        case Storage::Int16:
-            return READSTAT_TYPE_INT16;
-        case Storage::Int32:
-            return READSTAT_TYPE_INT32;
-        case Storage::Float:
-            return READSTAT_TYPE_FLOAT;
-        case Storage::None:
-        case Storage::Double:
-        case Storage::String:
-            break;
-        }
-        return item.storage == Storage::None && kindOf(item) == ValueKind::Whole ? typeOfDigits(item.length)
-                                                                                 : READSTAT_TYPE_DOUBLE;
-    }
-
-    // The smallest type that holds all numbers of this width.
-    static readstat_type_t typeOfDigits(int digits)
-    {
-        constexpr int digitsOfByte = 2;
-        constexpr int digitsOfInt = 4;
-        constexpr int digitsOfLong = 9;
-        if (digits <= digitsOfByte)
-            return READSTAT_TYPE_INT8;
-        if (digits <= digitsOfInt)
-            return READSTAT_TYPE_INT16;
-        return digits <= digitsOfLong ? READSTAT_TYPE_INT32 : READSTAT_TYPE_DOUBLE;
-    }
-
-    size_t widthOf(const Item &item) const
-    {
-        const int longest = isSav ? maxTextOfSav : maxTextOfDta;
-        if (!isSav && (item.length < 1 || item.length > longest))
-            return 0;
-        return size_t(std::min(std::max(item.length, 1), longest));
-    }
-
-    QString formatOf(const Item &item) const
-    {
-        if (isOwnForm && !item.format.isEmpty())
-            return item.format;
-        if (kindOf(item) == ValueKind::Text)
-            return isSav ? QLatin1Char('A') + QString::number(widthOf(item))
-                         : formatOfStata(textWidthInStata(item), QStringLiteral("s"));
-        constexpr int longest = 32;
-        const int width = std::min(std::max(item.length, item.decimals > 0 ? item.decimals + 2 : 1), longest);
-        const QString decimals = QLatin1Char('.') + QString::number(item.decimals);
-        return isSav ? QLatin1Char('F') + QString::number(width) + decimals
-                     : formatOfStata(width, decimals + QLatin1Char('f'));
-    }
-
-    static QString formatOfStata(int width, const QString &kind)
-    {
-        return QLatin1Char('%') + QString::number(width) + kind;
-    }
-
-    int textWidthInStata(const Item &item) const
-    {
-        constexpr int widthOfLongText = 9; // as Stata itself shows a strL
-        return widthOf(item) == 0 ? widthOfLongText : int(widthOf(item));
     }
 
     static void setDisplay(readstat_variable_t *variable, const Item &item)
@@ -283,13 +219,13 @@ private:
         return range.to.isEmpty() ? range.from : range.from + QStringLiteral(" to ") + range.to;
     }
 
-    static bool addMissing(readstat_variable_t *variable, const Item &item, const Range &range)
+    bool addMissing(readstat_variable_t *variable, const Item &item, const Range &range)
     {
         if (kindOf(item) == ValueKind::Text) {
-            constexpr int longest = 8; // bytes
-            const QByteArray code = range.from.toUtf8();
-            return range.to.isEmpty() && code.size() <= longest
-                && readstat_variable_add_missing_string_value(variable, code.constData()) == READSTAT_OK;
+            constexpr int longest = 8;            // bytes
+            texts.push_back(range.from.toUtf8()); // the writer keeps the pointer
+            return range.to.isEmpty() && texts.back().size() <= longest
+                && readstat_variable_add_missing_string_value(variable, texts.back().constData()) == READSTAT_OK;
         }
         const std::optional<double> from = numberOf(range.from);
         const std::optional<double> to = range.to.isEmpty() ? from : numberOf(range.to);
@@ -359,8 +295,9 @@ private:
             readstat_label_tagged_value(set, tag, label.constData());
             return true;
         }
-        constexpr double largest = 2147483620; // of Stata's long
-        if (!number || std::abs(*number) > largest || *number != std::floor(*number))
+        constexpr double smallest = -2147483647; // of Stata's long
+        constexpr double largest = 2147483620;
+        if (!number || *number < smallest || *number > largest || *number != std::floor(*number))
             return false;
         readstat_label_int32_value(set, int32_t(*number), label.constData());
         return true;
@@ -385,7 +322,7 @@ private:
             byKind.add(QStringLiteral("aliases"), column.name);
         if (item.valueSets.size() > 1)
             byKind.add(QStringLiteral("further value sets"), column.name);
-        if (!isOwnForm && !item.format.isEmpty() && item.format != formatOf(item))
+        if (!item.format.isEmpty() && item.format != types.formatOf(item))
             byKind.add(QStringLiteral("format %1").arg(item.format), column.name);
     }
 
@@ -420,10 +357,11 @@ private:
 
     const Layout &layout;
     bool isSav;
-    bool isOwnForm;
     QString language;
-    PlanNames names;
-    PlanNames setNames = PlanNames(rulesOf(isSav ? LoadTarget::Spss : LoadTarget::Stata), PlanNames::Columns);
+    StatisticalTypes types;
+    StatisticalNames names;
+    StatisticalNames setNames;
+    std::list<QByteArray> texts; // codes that the writer points to
     std::unique_ptr<readstat_writer_t, void (*)(readstat_writer_t *)> writer;
     std::map<const ValueSet *, readstat_label_set_t *> labelSets;
     LossesByKind byKind;
