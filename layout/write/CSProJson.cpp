@@ -186,21 +186,34 @@ private:
         optionalText("note", element.note);
     }
 
+    // A label without a text is written with an empty one.
     void writeLabels(const Labels &labels)
     {
-        QVector<Label> parts = labels.parts;
+        QVector<Label> parts = isOwnForm ? labels.parts : necessaryParts(labels);
         if (parts.isEmpty())
             parts.append(Label());
-        const bool isSingle = parts.size() == 1;
-        // The only text of a label needs no language, and CSPro writes none.
-        if (isSingle && !isOwnForm)
-            parts.first().language.clear();
-        if (isSingle && parts.constFirst().language.isEmpty())
+        if (parts.size() == 1 && parts.constFirst().language.isEmpty())
             json.beginLine();
         objects("labels", parts, [&](const Label &part) {
             text("text", part.text);
             optionalText("language", part.language);
         });
+    }
+
+    // The parts of a label of the text form. An empty part between others only keeps the place of its language, and
+    // the only part of a label needs no language.
+    static QVector<Label> necessaryParts(const Labels &labels)
+    {
+        QVector<Label> parts;
+        for (int index = 0; index < labels.parts.size(); ++index) {
+            const Label &part = labels.parts.at(index);
+            const bool isBetween = index > 0 && index + 1 < labels.parts.size();
+            if (!isBetween || !part.text.isEmpty() || part.language.isEmpty())
+                parts.append(part);
+        }
+        if (parts.size() == 1)
+            parts.first().language.clear();
+        return parts;
     }
 
     void writeOccurrenceLabels(const QVector<OccurrenceLabel> &labels)

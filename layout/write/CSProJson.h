@@ -17,9 +17,9 @@ namespace vanlayout
 /// a CSPro dictionary (`Format::CSProText` or `Format::CSProJson`).
 ///
 /// In a dictionary with relative positions, only ids state their start, and an item that is not where the items before
-/// it end. Blanks at the end of codes are omitted, as CSPro does. Parts of a label that are empty or equal to the first
-/// one are kept, unlike in CSPro, so that a text dictionary can be made from the file again. `security` is omitted if
-/// the layout has none: the settings are encrypted, and none are made up.
+/// it end. Blanks at the end of codes are omitted, as CSPro does. Parts of a label that are equal to the first one,
+/// and an empty last one, are kept, unlike in CSPro, so that the same text dictionary can be made from the file.
+/// `security` is omitted if the layout has none: the settings are encrypted, and none are made up.
 ///
 /// The JSON form cannot hold `ValueSetImages`, a stated record length that differs from the columns, and statements
 /// that CSPro does not know. They are appended to \a losses, which may be null.

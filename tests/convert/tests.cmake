@@ -1,0 +1,1 @@
+van_add_test(convert/RoundTripTest.cpp)
