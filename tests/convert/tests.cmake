@@ -1,3 +1,5 @@
 van_add_test(convert/RoundTripTest.cpp)
 van_add_test(convert/CSProTextWriterTest.cpp)
 van_add_test(convert/CSProJsonWriterTest.cpp)
+van_add_test(convert/DictionaryTest.cpp)
+van_add_test(convert/StatisticalFileTest.cpp)
