@@ -69,6 +69,11 @@ add_dependencies(VanlayoutDiffTest vanlayout)
 target_compile_definitions(VanlayoutDiffTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 van_use_made_data(VanlayoutDiffTest)
 
+van_add_test(tool/VanlayoutConvertTest.cpp)
+add_dependencies(VanlayoutConvertTest vanlayout)
+target_compile_definitions(VanlayoutConvertTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+target_link_libraries(VanlayoutConvertTest PRIVATE vanlayout_library)
+
 van_add_test(tool/VanlayoutFindTest.cpp)
 add_dependencies(VanlayoutFindTest vanlayout)
 target_compile_definitions(VanlayoutFindTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")

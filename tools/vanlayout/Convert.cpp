@@ -86,6 +86,9 @@ private:
 
     int toStatisticalFile()
     {
+        if (!call.ids.empty())
+            return noAnswerFor(
+                file, QStringLiteral("a statistical file has no id items; --ids is for cspro-text and cspro-json"));
         const QString language = fromLocale(call.language);
         const QString problem = problemWithLanguage(layout, language);
         if (!problem.isEmpty())
