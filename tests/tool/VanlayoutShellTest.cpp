@@ -131,7 +131,7 @@ private Q_SLOTS:
         QTest::newRow("topic of help")
             << QStringList{ "help", "shwo" }
             << QByteArray("COMMAND: shwo not in "
-                          "{show,fields,explain,lookup,diff,find,concord,codebook,export,load,completion,help}; "
+                          "{show,fields,explain,lookup,diff,find,concord,codebook,export,load,convert,completion,help}; "
                           "did you mean show?");
         QTest::newRow("file before its command")
             << QStringList{ "x.dcf", "show" } << QByteArray("x.dcf: no such command or option");

@@ -363,7 +363,7 @@ std::string problemWithValue(const CLI::App &app, const std::string &problem)
 {
     constexpr char separator[] = ": ";
     constexpr char listMark[] = " not in {";
-    constexpr size_t longList = 12;
+    constexpr size_t longList = 20;
     const size_t start = problem.find(separator);
     const size_t end = problem.find(listMark);
     if (start == std::string::npos || end == std::string::npos || end < start)
