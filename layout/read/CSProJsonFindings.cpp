@@ -1,7 +1,5 @@
 #include "read/CSProJsonFindings_p.h"
 
-#include "read/CSProCommon_p.h"
-
 #include <tuple>
 
 namespace vanlayout
@@ -9,40 +7,6 @@ namespace vanlayout
 
 namespace
 {
-
-const Item &itemAt(const Level &level, const ElementAddress &address)
-{
-    return address.isInIds() ? level.ids.at(address.item) : level.records.at(address.record).items.at(address.item);
-}
-
-// `LEVEL`, `LEVEL/RECORD` or `LEVEL/(ids)`.
-QString recordPath(const Level &level, const ElementAddress &address)
-{
-    const QString path = cspro::nameInPath(level.name);
-    if (address.isInIds())
-        return cspro::childPath(path, cspro::idsName());
-    return address.record < 0 ? path : cspro::childPath(path, level.records.at(address.record).name);
-}
-
-QString itemPath(const Level &level, const ElementAddress &address)
-{
-    const Item &item = itemAt(level, address);
-    QString path = cspro::childPath(recordPath(level, address), item.name);
-    if (address.valueSet < 0)
-        return path;
-    const QString setPath = cspro::childPath(path, item.valueSets.at(address.valueSet).name);
-    return address.value < 0 ? setPath : cspro::valuePath(setPath, address.value + 1);
-}
-
-QString madePath(const Layout &layout, const ElementAddress &address)
-{
-    if (address.relation >= 0)
-        return cspro::relationPath(layout.relations.at(address.relation).name);
-    if (address.level < 0)
-        return QString();
-    const Level &level = layout.levels.at(address.level);
-    return address.item < 0 ? recordPath(level, address) : itemPath(level, address);
-}
 
 bool isSame(const ElementAddress &left, const ElementAddress &right)
 {
@@ -64,7 +28,7 @@ public:
     QString of(const ElementAddress &address)
     {
         if (!isSame(address, last)) {
-            path = madePath(layout, address);
+            path = pathOf(layout, address);
             last = address;
         }
         return path;

@@ -2,26 +2,12 @@
 #define LAYOUT_READ_CSPROJSONFINDINGS_P_H
 
 #include "read/Diagnostics_p.h"
+#include "read/ElementAddress_p.h"
 
 #include <vector>
 
 namespace vanlayout
 {
-
-/// An element of a layout by its 0-based indexes, -1 for none. Unlike its path, it is known before the names are,
-/// because the keys of a JSON object have no order.
-struct ElementAddress {
-    static constexpr int ids = -2; ///< value of `record` for the id items
-
-    int level = -1;
-    int record = -1;
-    int item = -1;
-    int valueSet = -1;
-    int value = -1;
-    int relation = -1;
-
-    bool isInIds() const { return record == ids; }
-};
 
 /// Collects problems and extra statements of the JSON form, each with the address of its element.
 class CSProJsonFindings

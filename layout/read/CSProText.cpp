@@ -10,9 +10,10 @@ namespace vanlayout
 
 using namespace csprotext;
 
-CSProTextReader::CSProTextReader(Layout &target, Diagnostics &targetDiagnostics)
+CSProTextReader::CSProTextReader(Layout &target, Diagnostics &targetDiagnostics, ElementLines *linesOfElements)
     : layout(target)
     , diagnostics(targetDiagnostics)
+    , elementLines(linesOfElements)
 {
 }
 
@@ -169,7 +170,7 @@ void readCSProText(Input &input, Layout &layout, Diagnostics &diagnostics)
     QString problem;
     const QByteArray bytes = readAllOf(input.device, problem);
     if (problem.isEmpty())
-        readCSProText(bytes, layout, diagnostics);
+        CSProTextReader(layout, diagnostics, input.options.lines).read(bytes);
     else
         diagnostics.fail("cannot-read", problem);
 }

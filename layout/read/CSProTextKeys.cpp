@@ -356,6 +356,7 @@ void CSProTextReader::readValue(const Statement &statement)
     const ValueLine line = valueLineOf(statement.value);
     const Codes made = codes.of(line.codes, codesOf);
     Value &value = values.emplace_back();
+    noteValueLine();
     value.ranges = made.ranges;
     value.labels = labelsIn(line.label, statement.line);
     areCodesNumbers = made.areNumbers;

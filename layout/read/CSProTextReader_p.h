@@ -4,6 +4,7 @@
 #include "read/CSProTextLines_p.h"
 #include "read/CSProTextValues_p.h"
 #include "read/Diagnostics_p.h"
+#include "read/ElementLines.h"
 #include "read/MadeOnce_p.h"
 
 #include <vector>
@@ -23,7 +24,8 @@ namespace vanlayout
 class CSProTextReader
 {
 public:
-    CSProTextReader(Layout &target, Diagnostics &targetDiagnostics);
+    /// \a linesOfElements receives the lines of the elements unless it is null.
+    CSProTextReader(Layout &target, Diagnostics &targetDiagnostics, ElementLines *linesOfElements = nullptr);
 
     void read(const QByteArray &bytes);
 
@@ -107,6 +109,14 @@ private:
     QString pathOfValue() const;
     QString pathOfRelation() const;
 
+    // Lines of the elements, if they are wanted
+    void noteLevelLine();
+    void noteRecordLine();
+    void noteItemLine();
+    void noteValueSetLine();
+    void noteValueLine();
+    ElementLines::Element &itemLines() const;
+
     // Keys
     void readKey(const Statement &statement);
     void readKnownKey(const Key &key, const Statement &statement);
@@ -154,6 +164,7 @@ private:
 
     Layout &layout;
     Diagnostics &diagnostics;
+    ElementLines *elementLines;
 
     const Section *section = nullptr; ///< the open section; null within one that is kept in the extras
     int sectionLine = 0;

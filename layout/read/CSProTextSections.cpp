@@ -197,6 +197,8 @@ bool CSProTextReader::beginDictionary()
              sectionLine);
     if (hasDictionary)
         stated = dictionaryStatements;
+    if (elementLines && !hasDictionary)
+        elementLines->dictionary = sectionLine;
     hasDictionary = true;
     return true;
 }
@@ -213,6 +215,7 @@ bool CSProTextReader::beginLevel()
 {
     level = &addedTo(layout.levels);
     levelLines.push_back(sectionLine);
+    noteLevelLine();
     setNamed(*level);
     return beginIdItems();
 }
@@ -231,6 +234,7 @@ bool CSProTextReader::beginRecord()
 {
     requireLevel();
     record = &addedTo(level->records);
+    noteRecordLine();
     items = &record->items;
     hasHolder = false;
     setNamed(*record);
@@ -245,6 +249,7 @@ bool CSProTextReader::beginItem()
     dateFormat = Statement();
     itemLevel = layout.levels.size() - 1;
     itemRecord = record ? level->records.size() - 1 : -1;
+    noteItemLine();
     setNamed(*item);
     named.occurrenceLabels = &item->occurrenceLabels;
     return true;
@@ -255,6 +260,7 @@ bool CSProTextReader::beginValueSet()
     if (!item)
         return false;
     set = &addedTo(item->valueSets);
+    noteValueSetLine();
     setNamed(*set);
     return true;
 }
@@ -262,6 +268,8 @@ bool CSProTextReader::beginValueSet()
 bool CSProTextReader::beginRelation()
 {
     relation = &addedTo(layout.relations);
+    if (elementLines)
+        elementLines->relations.push_back(sectionLine);
     named = { &relation->name, nullptr, nullptr, &relation->aliases, nullptr };
     hasPrimaryLink = false;
     hasSecondary = false;

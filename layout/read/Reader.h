@@ -2,6 +2,7 @@
 #define LAYOUT_READ_READER_H
 
 #include "model/Layout.h"
+#include "read/ElementLines.h"
 #include "vanlayout_export.h"
 
 #include <QString>
@@ -16,6 +17,9 @@ struct VANLAYOUT_EXPORT ReadOptions {
     /// Path of a SAS catalog (`.sas7bcat`) with the label sets for a SAS data set or transport file; empty for none. A
     /// catalog that cannot be read is a problem of severity warning; one for a file of another format is an info.
     QString catalog;
+    /// Receives the lines of the elements of a text dictionary; null if they are not wanted. It stays empty for a file
+    /// of another format, and for the dictionary within a data file.
+    ElementLines *lines = nullptr;
 };
 
 /// Reads the exact layout of a file: a CSPro dictionary in text or JSON form, a CSPro data file (`.csdb`) with its

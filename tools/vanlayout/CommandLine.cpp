@@ -10,6 +10,8 @@
 #include "Export.h"
 #include "Fields.h"
 #include "Find.h"
+#include "Lint.h"
+#include "LintSettings.h"
 #include "Load.h"
 #include "LocaleText.h"
 #include "LookupCheck.h"
@@ -312,6 +314,35 @@ void describeConvert(CLI::App &command, ConvertCall &call)
     command.add_option("FILE", call.file, "file to convert; - is standard input")->required();
 }
 
+void describeLint(CLI::App &command, LintCall &call)
+{
+    addChoice(command, "--format", call.format, { "table", "json", "sarif" }, "table, json or sarif");
+    command.add_flag("--pretty", call.isPretty, "indent the JSON form");
+    command.add_flag("--all", call.showsAll, "for a table: show all findings of a rule, not only the first ten");
+    const auto addRules = [&](const char *name, std::vector<std::string> &rules, const char *help) {
+        command.add_option(name, rules, help)
+            ->delimiter(',')
+            ->allow_extra_args(false)
+            ->check(CLI::IsMember(lintRuleIds(), CLI::ignore_case))
+            ->option_text("ID");
+    };
+    addRules("--only", call.only, "check only this rule, such as overlap; several are separated by commas");
+    addRules("--disable", call.disabled, "do not check this rule; several are separated by commas");
+    command.add_flag("--list-rules", call.listsRules, "list the rules and exit");
+    command.add_flag("--fix", call.isFixed,
+                     "correct what has one right result, and print the difference; with -o, write the dictionary");
+    command.add_flag("-r,--recursive", call.walksDirectories, "read the files in directories and their subdirectories");
+    command
+        .add_option("-o,--output", call.output,
+                    "file for the findings, or for the corrected dictionary; standard output if - or absent")
+        ->type_name("OUTPUT");
+    CLI::Option *files = command.add_option("FILE", call.files, "files and directories to check; - is standard input");
+    command.parse_complete_callback([&call, files] {
+        if (!call.listsRules && files->empty())
+            throw CLI::RequiredError(files->get_name());
+    });
+}
+
 // All commands and options that are allowed at this position.
 std::vector<std::string> knownWords(const CLI::App &app)
 {
@@ -521,6 +552,13 @@ private:
                             "  vanlayout convert --to dta census.dcf -o census.dta",
                             [this](int, char **) { return convertFile(convertCall); }),
                         convertCall);
+        describeLint(add("lint", "List what is wrong or risky in each FILE, or correct it.",
+                         "  vanlayout lint census.dcf\n"
+                         "  vanlayout lint --disable gap,duplicate-label -r dictionaries\n"
+                         "  vanlayout lint --format sarif -o findings.sarif census.dcf\n"
+                         "  vanlayout lint --fix census.dcf -o corrected.dcf",
+                         [this](int, char **) { return lintFiles(lintCall); }),
+                     lintCall);
     }
 
     void addCompletion()
@@ -565,6 +603,7 @@ private:
     ExportOptions exportOptions;
     LoadCall loadCall;
     ConvertCall convertCall;
+    LintCall lintCall;
     std::string helpTopic;
     std::string shell;
 };

@@ -4,6 +4,7 @@
 #include "LayoutInput.h"
 #include "LocaleText.h"
 #include "OutputFile.h"
+#include "TextStyle.h"
 #include "convert/Dictionary.h"
 #include "convert/StatisticalFile.h"
 #include "write/CSProJson.h"
@@ -18,24 +19,6 @@ using namespace vanlayout;
 
 namespace
 {
-
-/// The bytes of the source that have no meaning in a text dictionary, which are kept if it is written as text again.
-CSProTextStyle styleOf(const Layout &layout)
-{
-    CSProTextStyle style;
-    QFile file(layout.file);
-    if (layout.format != Format::CSProText || !layout.container.isEmpty() || layout.file == QLatin1String("-")
-        || !file.open(QIODevice::ReadOnly))
-        return style;
-    constexpr int longestFirstLine = 4096;
-    const QByteArray begin = file.read(longestFirstLine);
-    const int lineEnd = begin.indexOf('\n');
-    if (lineEnd == 0 || (lineEnd > 0 && begin.at(lineEnd - 1) != '\r'))
-        style.lineEnd = CSProTextStyle::LineEnd::Lf;
-    if (!begin.startsWith("\xEF\xBB\xBF"))
-        style.mark = CSProTextStyle::Mark::Absent;
-    return style;
-}
 
 bool isDictionary(const Layout &layout)
 {

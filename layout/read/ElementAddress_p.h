@@ -1,0 +1,29 @@
+#ifndef LAYOUT_READ_ELEMENTADDRESS_P_H
+#define LAYOUT_READ_ELEMENTADDRESS_P_H
+
+#include "model/Layout.h"
+
+namespace vanlayout
+{
+
+/// An element of a layout by its 0-based indexes, -1 for none. Unlike its path, it is known before the names are,
+/// because the keys of a JSON object have no order.
+struct ElementAddress {
+    static constexpr int ids = -2; ///< value of `record` for the id items
+
+    int level = -1;
+    int record = -1;
+    int item = -1;
+    int valueSet = -1;
+    int value = -1;
+    int relation = -1;
+
+    bool isInIds() const { return record == ids; }
+};
+
+/// The path of an element, as in Problem; empty for that of the file.
+QString pathOf(const Layout &layout, const ElementAddress &address);
+
+} // namespace vanlayout
+
+#endif

@@ -1,0 +1,37 @@
+#ifndef LAYOUT_READ_ELEMENTLINES_H
+#define LAYOUT_READ_ELEMENTLINES_H
+
+#include <vector>
+
+namespace vanlayout
+{
+
+/// The 1-based line at which each element of a text dictionary begins, in the order of the layout: that of its section,
+/// or for a value that of its codes.
+struct ElementLines {
+    struct Set {
+        int line = 0;
+        std::vector<int> values;
+    };
+    struct Element {
+        int line = 0;
+        std::vector<Set> valueSets;
+    };
+    struct Record {
+        int line = 0;
+        std::vector<Element> items;
+    };
+    struct Level {
+        int line = 0;
+        std::vector<Element> ids;
+        std::vector<Record> records;
+    };
+
+    int dictionary = 0;
+    std::vector<Level> levels;
+    std::vector<int> relations;
+};
+
+} // namespace vanlayout
+
+#endif
