@@ -80,6 +80,7 @@ enum class LintRule {
     RelationTarget,
     // statistical files
     LabelOutOfRange,
+    UnlabelledVariable,
     UnlabelledMissing,
     MissingLabelSet,
     UnusedLabelSet,

@@ -33,7 +33,8 @@ public:
         if (isDictionary(layout))
             checkElements();
         else
-            forEachItem(layout, [&](const LintItem &place) { checkElement(place.item.labels, place.address, "item"); });
+            forEachItem(layout,
+                        [&](const LintItem &place) { checkElement(place.item.labels, place.address, "variable"); });
         forEachValueSet(layout, [&](const ValueSet &set, const Item &item, const ElementAddress &address) {
             if (sets.isNew(set, item))
                 checkValues(set, address);
@@ -65,7 +66,7 @@ private:
     void checkElement(const Labels &labels, const ElementAddress &address, const char *kind)
     {
         if (withoutBlanks(labels).isEmpty())
-            findings.add(LintRule::MissingLabel, address,
+            findings.add(isDictionary(layout) ? LintRule::MissingLabel : LintRule::UnlabelledVariable, address,
                          QStringLiteral("the %1 has no label; write one").arg(QLatin1String(kind)));
         else
             checkTranslations(labels, address, kind);

@@ -14,6 +14,7 @@ namespace
 using Lines = std::vector<std::string_view>;
 
 constexpr int context = 3;
+constexpr int maxEdits = 1000;   // the shortest list of edits is only searched up to this length
 constexpr size_t maxPasses = 64; // over all lines, in search of pairs
 
 Lines linesOf(const QByteArray &text)
@@ -34,6 +35,80 @@ struct Part {
     int beforeEnd;
     int afterBegin;
     int afterEnd;
+};
+
+/// Searches the shortest list of removed and added lines that makes one part of a text from the other.
+///
+/// `reach[d][k]` is the last line before which the parts are paired with d edits, if k more lines are removed than
+/// added; each row follows from the one before it.
+class EditSearch
+{
+public:
+    EditSearch(const Lines &linesBefore, const Lines &linesAfter, const Part &searchedPart)
+        : before(linesBefore)
+        , after(linesAfter)
+        , part(searchedPart)
+        , count(part.beforeEnd - part.beforeBegin)
+        , countAfter(part.afterEnd - part.afterBegin)
+    {
+    }
+
+    /// Sets the pairs of the part. Returns false if it takes too many edits.
+    bool pair(std::vector<int> &pairOf)
+    {
+        const int longest = std::min(count + countAfter, maxEdits);
+        for (int edits = 0; edits <= longest; ++edits) {
+            reach.emplace_back(size_t(2 * edits + 1));
+            for (int diagonal = -edits; diagonal <= edits; diagonal += 2) {
+                const int line = followed(start(edits, diagonal), diagonal);
+                at(edits, diagonal) = line;
+                if (line >= count && line - diagonal >= countAfter) {
+                    collect(edits, diagonal, pairOf);
+                    return true;
+                }
+            }
+        }
+        return false;
+    }
+
+private:
+    int &at(int edits, int diagonal) { return reach[size_t(edits)][size_t(diagonal + edits)]; }
+
+    bool isByAdding(int edits, int diagonal)
+    {
+        return diagonal == -edits || (diagonal != edits && at(edits - 1, diagonal - 1) < at(edits - 1, diagonal + 1));
+    }
+    // The line that is reached by one more edit, before equal lines are followed.
+    int start(int edits, int diagonal)
+    {
+        if (edits == 0)
+            return 0;
+        return isByAdding(edits, diagonal) ? at(edits - 1, diagonal + 1) : at(edits - 1, diagonal - 1) + 1;
+    }
+    int followed(int line, int diagonal) const
+    {
+        while (line < count && line - diagonal < countAfter
+               && before[size_t(part.beforeBegin + line)] == after[size_t(part.afterBegin + line - diagonal)])
+            ++line;
+        return line;
+    }
+    void collect(int edits, int diagonal, std::vector<int> &pairOf)
+    {
+        for (; edits >= 0; --edits) {
+            const int first = start(edits, diagonal);
+            for (int line = at(edits, diagonal) - 1; line >= first; --line)
+                pairOf[size_t(part.beforeBegin + line)] = part.afterBegin + line - diagonal;
+            if (edits > 0)
+                diagonal += isByAdding(edits, diagonal) ? 1 : -1;
+        }
+    }
+
+    const Lines &before;
+    const Lines &after;
+    const Part part;
+    const int count;
+    const int countAfter;
+    std::vector<std::vector<int>> reach;
 };
 
 /// Finds the lines that both texts have, in the same order.
@@ -61,6 +136,8 @@ private:
             Part part = parts.back();
             parts.pop_back();
             pairEnds(part);
+            if (EditSearch(before, after, part).pair(pairOf))
+                continue;
             const std::vector<std::pair<int, int>> anchors = anchorsOf(part);
             Part next = part;
             for (const auto &[first, second] : anchors) {

@@ -9,9 +9,9 @@
 /// Lines end with a line feed; a carriage return before it is part of the line, as are all bytes that are not valid in
 /// UTF-8.
 ///
-/// Lines are paired at those that occur exactly once in both texts, and at the beginning and end of the parts between
-/// them. The time grows with the number of lines, times its logarithm: parts of a text that would take longer are shown
-/// as removed and added. With \a isForTerminal, control characters are shown as symbols.
+/// The difference is the shortest one, unless more than 1,000 lines differ. Then lines that occur exactly once in both
+/// texts are paired first, and the shortest difference of the parts between them is searched. Parts that would take too
+/// long are shown as removed and added as a whole. With \a isForTerminal, control characters are shown as symbols.
 void printLineDiff(const QByteArray &before, const QByteArray &after, const QString &nameBefore,
                    const QString &nameAfter, bool isForTerminal, QIODevice &out);
 
