@@ -83,8 +83,8 @@ function(van_use_test_headers target)
 endfunction()
 
 # van_add_test(cspro/SectionLinesTest.cpp): adds a Qt Test program, which CTest runs without a display. It can use the
-# internal classes of src/, and of layout/ if it is in tests/layout/, tests/load/ or tests/convert/. Its label is the name of its
-# directory.
+# internal classes of src/, and of layout/ if it is in tests/layout/, tests/load/, tests/convert/ or tests/check/. Its label is
+# the name of its directory.
 function(van_add_test source)
     get_filename_component(name ${source} NAME_WE)
     get_filename_component(directory ${source} DIRECTORY)
@@ -98,7 +98,7 @@ function(van_add_test source)
         VAN_EXAMPLES="${CMAKE_CURRENT_SOURCE_DIR}/../examples"
         VAN_CORPUS="${VAN_CORPUS_DIR}")
     target_link_libraries(${name} PRIVATE van_objects ${VAN_QT}::Test van_fast_link)
-    if(directory MATCHES "^(layout|load|convert)$")
+    if(directory MATCHES "^(layout|load|convert|check)$")
         target_link_libraries(${name} PRIVATE vanlayout_objects RapidJSON::RapidJSON)
     endif()
     add_test(NAME ${name} COMMAND ${name})

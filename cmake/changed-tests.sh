@@ -14,7 +14,7 @@ while read -r file; do
         directory=${file#src/}
         labels+=" ${directory%%/*} formats report session tool corpus readme symbols layout package structure"
         ;;
-    layout/*) labels+=" layout load convert tool session package readme symbols structure" ;;
+    layout/*) labels+=" layout load convert check tool session package readme symbols structure" ;;
     tools/*) labels+=" tool session corpus layout load structure" ;;
     tests/support/* | tests/data/*) labels="$all" && break ;;
     tests/*/*)

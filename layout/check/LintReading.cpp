@@ -125,16 +125,36 @@ bool isCheckedInLayout(const Problem &problem)
     return problem.id == QLatin1String("code-without-number") || problem.id == QLatin1String("value-without-code");
 }
 
-// Messages of readers that state only a fact, and how to correct it.
-QString advised(const Problem &problem, LintRule rule)
+/// How to correct what a reader reports; its messages state the fact.
+struct AdviceRow {
+    LintRule rule;
+    const char *advice;
+};
+
+constexpr AdviceRow adviceRows[] = {
+    { LintRule::UnknownKey, "correct or remove it" },
+    { LintRule::IgnoredKey, "remove it, or correct its spelling" },
+    { LintRule::RepeatedKey, "remove one of them" },
+    { LintRule::MissingKey, "add it" },
+    { LintRule::MissingPositions, "add it" },
+    { LintRule::MisplacedSection, "correct the order of the sections" },
+    { LintRule::UnreadValue, "correct it" },
+    { LintRule::UnknownType, "use numeric or alpha" },
+    { LintRule::MixedEncodings, "save the file in one encoding, such as UTF-8" },
+    { LintRule::SubitemWithoutItem, "add the item before it, or make it an item" },
+    { LintRule::LabelWithoutLanguage, "declare the language, or remove the part" },
+    { LintRule::LabelWithoutOccurrence, "remove the label, or correct the number of occurrences" },
+};
+
+QString advised(QString message, LintRule rule)
 {
-    if (rule == LintRule::IgnoredKey)
-        return problem.message + QStringLiteral("; remove it, or correct its spelling");
-    if (rule == LintRule::UnknownType)
-        return problem.message + QStringLiteral("; use numeric or alpha");
-    if (rule == LintRule::LabelWithoutLanguage)
-        return problem.message + QStringLiteral("; declare the language, or remove the part");
-    return problem.message;
+    message.remove(QStringLiteral("; the line is kept unchanged"))
+        .remove(QStringLiteral("; its lines are kept unchanged"));
+    if (message.contains(QLatin1String("; move it")))
+        return message;
+    const auto *const row = std::find_if(std::begin(adviceRows), std::end(adviceRows),
+                                         [&](const AdviceRow &each) { return each.rule == rule; });
+    return row != std::end(adviceRows) ? message + QLatin1String("; ") + QLatin1String(row->advice) : message;
 }
 
 } // namespace
@@ -149,7 +169,7 @@ void lintReading(const Layout &layout, LintFindings &findings)
                              .arg(keyIn(problem), QLatin1String(meant)));
         } else if (!isCheckedInLayout(problem)) {
             const LintRule rule = ruleOf(problem, layout);
-            findings.add(rule, problem.path, problem.line, advised(problem, rule));
+            findings.add(rule, problem.path, problem.line, advised(problem.message, rule));
         }
     }
     for (const Extra &extra : layout.extras) {

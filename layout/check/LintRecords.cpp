@@ -33,12 +33,13 @@ void lintRecordTypes(const Layout &layout, int width, LintFindings &findings)
     forEachRecord(layout, [&](const Record &record, const ElementAddress &address) {
         const int length = record.recordType.size();
         if (length != width)
-            findings.add(LintRule::RecordTypeWidth, address,
-                         QStringLiteral("the record type '%1' has %2 characters, but its columns are %3 wide; write "
-                                        "exactly %3 characters")
-                             .arg(record.recordType)
-                             .arg(length)
-                             .arg(width));
+            findings.add(
+                LintRule::RecordTypeWidth, address,
+                QStringLiteral("the record type '%1' has %2 characters, but its columns are %3 wide; write one of "
+                               "this width")
+                    .arg(record.recordType)
+                    .arg(length)
+                    .arg(width));
         const auto [known, isFirst] = nameByType.emplace(record.recordType, record.name);
         if (!isFirst)
             findings.add(LintRule::DuplicateRecordType, address,

@@ -143,9 +143,8 @@ private:
             addWide(code, widthOf(shape, *item));
         if (shape.decimals > item->decimals)
             add(LintRule::CodeDecimals,
-                QStringLiteral("the code %1 has %2 decimals, but the item has %3; change one of them")
+                QStringLiteral("the code %1 has more decimals than its item, which has %2; change one of them")
                     .arg(code)
-                    .arg(shape.decimals)
                     .arg(item->decimals));
     }
 

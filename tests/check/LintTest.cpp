@@ -1,0 +1,450 @@
+#include "check/LintedText.h"
+#include "layout/MadeLayout.h"
+
+#include <QtTest>
+
+#include <QRandomGenerator>
+
+using namespace linted;
+
+Q_DECLARE_METATYPE(vanlayout::Item)
+Q_DECLARE_METATYPE(QVector<vanlayout::Item>)
+
+namespace
+{
+
+// The findings of a change of the dictionary of the page, as `id path`.
+QStringList idsAndPaths(const QVector<LintFinding> &findings)
+{
+    QStringList texts;
+    for (const LintFinding &finding : findings)
+        texts.append(infoOf(finding.rule).id + QLatin1Char(' ') + finding.path);
+    return texts;
+}
+
+// A dictionary with one record; the record type is column 1 and the id items follow it.
+Layout dictionary(const QVector<Item> &items, const QVector<Item> &ids = {})
+{
+    Record record;
+    record.name = "R";
+    record.labels = made::labels("Record");
+    record.recordType = "1";
+    record.items = items;
+    Level level;
+    level.name = "L";
+    level.labels = made::labels("Level");
+    level.ids = ids;
+    level.records = { record };
+    Layout layout;
+    layout.format = Format::CSProText;
+    layout.name = "D";
+    layout.labels = made::labels("Dictionary");
+    layout.recordType = RecordTypeColumns{ 1, 1 };
+    layout.relativePositions = false;
+    layout.levels = { level };
+    return layout;
+}
+
+Item itemAt(const QString &name, int start, int length)
+{
+    Item item = made::item(name, length);
+    item.labels = made::labels("Label of " + name);
+    item.start = start;
+    return item;
+}
+
+Item itemWith(const QVector<Value> &values, int length = 2, const QString &type = itemtype::numeric())
+{
+    Item item = itemAt("AGE", 2, length);
+    item.type = type;
+    item.valueSets = { made::valueSet(values) };
+    item.valueSets[0].labels = made::labels("Values");
+    return item;
+}
+
+// The findings of an item that is the only one of its dictionary.
+QStringList idsFor(const Item &item)
+{
+    QStringList ids;
+    const QVector<LintFinding> findings = lint(dictionary({ item }));
+    for (const LintFinding &finding : findings)
+        ids.append(infoOf(finding.rule).id);
+    return ids;
+}
+
+Value special(const QString &code, Special meaning)
+{
+    return made::value(code, wordOf(meaning), meaning);
+}
+
+} // namespace
+
+/// Tests the rules at their limits: what is just allowed and what is not.
+class LintTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void idsOfRulesAreUniqueWords()
+    {
+        QSet<QString> ids;
+        for (const LintRuleInfo &info : lintRules()) {
+            QVERIFY2(QRegularExpression("^[a-z]+(-[a-z]+)*$").match(info.id).hasMatch(), qPrintable(info.id));
+            QCOMPARE(infoOf(info.rule).id, info.id);
+            QCOMPARE(lintRuleOf(info.id.toUpper()).value(), info.rule);
+            ids.insert(info.id);
+        }
+        QCOMPARE(ids.size(), lintRuleCount);
+        QVERIFY(!lintRuleOf("no-such-rule"));
+    }
+
+    void codesOfAnItem_data()
+    {
+        QTest::addColumn<Item>("item");
+        QTest::addColumn<QStringList>("ids");
+        const QStringList none;
+        QTest::newRow("width of the item") << itemWith({ made::value("99", "a") }) << none;
+        QTest::newRow("leading zeros") << itemWith({ made::value("0099", "a") }) << none;
+        QTest::newRow("too wide") << itemWith({ made::value("100", "a") }) << QStringList("wide-code");
+        QTest::newRow("sign") << itemWith({ made::value("-9", "a") }) << none;
+        QTest::newRow("sign too wide") << itemWith({ made::value("-10", "a") }) << QStringList("wide-code");
+        QTest::newRow("end of a range") << itemWith({ made::range("1", "100", "a") }) << QStringList("wide-code");
+        QTest::newRow("decimals of zeros") << itemWith({ made::value("9.00", "a") }) << none;
+        QTest::newRow("decimal comma") << itemWith({ made::value("9,5", "a") }) << QStringList("code-decimals");
+        QTest::newRow("text") << itemWith({ made::value("A", "a") }) << QStringList("text-code");
+        QTest::newRow("blank") << itemWith({ made::value("  ", "a") }) << QStringList("text-code");
+        QTest::newRow("blank field") << itemWith({ special("  ", Special::NotApplicable) }) << none;
+        QTest::newRow("one code as range") << itemWith({ made::range("1", "1", "a") }) << none;
+        QTest::newRow("reversed") << itemWith({ made::range("2", "1", "a") }) << QStringList("reversed-range");
+        QTest::newRow("negative range") << itemWith({ made::range("-9", "-1", "a") }) << none;
+        QTest::newRow("same number") << itemWith({ made::value("1", "a"), made::value("01", "b") })
+                                     << QStringList("duplicate-code");
+        QTest::newRow("ranges that adjoin")
+            << itemWith({ made::range("1", "2", "a"), made::range("3", "4", "b") }) << none;
+        QTest::newRow("ranges that share an end")
+            << itemWith({ made::range("1", "3", "a"), made::range("3", "4", "b") }) << QStringList("overlapping-codes");
+        QTest::newRow("code in a range") << itemWith({ made::value("2", "a"), made::range("1", "3", "b") })
+                                         << QStringList("overlapping-codes");
+        QTest::newRow("missing code in a range")
+            << itemWith({ made::range("0", "99", "a"), special("99", Special::Missing) }) << none;
+        QTest::newRow("missing range") << itemWith({ [] {
+            Value value = made::range("98", "99", "a");
+            value.special = Special::Refused;
+            return value;
+        }() }) << QStringList("special-range");
+        QTest::newRow("missing twice") << itemWith({ special("8", Special::Missing), special("9", Special::Missing) })
+                                       << QStringList({ "duplicate-label", "repeated-special" });
+        QTest::newRow("text of the width") << itemWith({ made::value("AB ", "a") }, 2, itemtype::alpha()) << none;
+        QTest::newRow("text too wide") << itemWith({ made::value("ABC", "a") }, 2, itemtype::alpha())
+                                       << QStringList("wide-code");
+        QTest::newRow("same text with blanks")
+            << itemWith({ made::value("A ", "a"), made::value("A", "b") }, 2, itemtype::alpha())
+            << QStringList("duplicate-code");
+        QTest::newRow("texts that are equal numbers")
+            << itemWith({ made::value("1", "a"), made::value("01", "b") }, 2, itemtype::alpha()) << none;
+        QTest::newRow("no label") << itemWith({ made::value("1") }) << QStringList("missing-value-label");
+        QTest::newRow("no values") << itemWith({}) << QStringList("empty-value-set");
+    }
+    void codesOfAnItem()
+    {
+        QFETCH(Item, item);
+        QFETCH(QStringList, ids);
+        QCOMPARE(idsFor(item), ids);
+    }
+
+    void widthOfACodeIncludesTheDecimalsOfItsItem_data()
+    {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<bool>("isDecimalMark");
+        QTest::addColumn<QStringList>("ids");
+        QTest::newRow("implied mark") << "99" << false << QStringList();
+        QTest::newRow("implied mark, too wide") << "100" << false << QStringList("wide-code");
+        QTest::newRow("written mark") << "9" << true << QStringList();
+        QTest::newRow("written mark, too wide") << "10" << true << QStringList("wide-code");
+        QTest::newRow("decimals") << "0.25" << true << QStringList();
+        QTest::newRow("too many decimals") << "0.125" << true << QStringList("code-decimals");
+    }
+    void widthOfACodeIncludesTheDecimalsOfItsItem()
+    {
+        QFETCH(QString, code);
+        QFETCH(bool, isDecimalMark);
+        Item item = itemWith({ made::value(code, "a") }, 4);
+        item.decimals = 2;
+        item.decimalMark = isDecimalMark;
+        QTEST(idsFor(item), "ids");
+    }
+
+    void columnsOfItems_data()
+    {
+        QTest::addColumn<QVector<Item>>("items");
+        QTest::addColumn<QStringList>("findings");
+        const QString path = "overlap L/R/";
+        QTest::newRow("adjoining") << QVector<Item>{ itemAt("A", 3, 2), itemAt("B", 5, 2) } << QStringList();
+        QTest::newRow("in another order") << QVector<Item>{ itemAt("B", 5, 2), itemAt("A", 3, 2) } << QStringList();
+        QTest::newRow("one column") << QVector<Item>{ itemAt("A", 3, 3), itemAt("B", 5, 2) } << QStringList(path + "B");
+        QTest::newRow("the id") << QVector<Item>{ itemAt("A", 2, 2) } << QStringList(path + "A");
+        QTest::newRow("the record type") << QVector<Item>{ itemAt("A", 1, 1), itemAt("B", 3, 1) }
+                                         << QStringList(path + "A");
+        QTest::newRow("an item before the last one")
+            << QVector<Item>{ itemAt("A", 3, 9), itemAt("B", 4, 1), itemAt("C", 10, 1) }
+            << QStringList({ path + "B", path + "C" });
+        QTest::newRow("without columns") << QVector<Item>{ itemAt("A", 0, 3), itemAt("B", 0, 3) } << QStringList();
+        Item repeated = itemAt("A", 3, 2);
+        repeated.occurrences = 2;
+        QTest::newRow("second occurrence") << QVector<Item>{ repeated, itemAt("B", 6, 1) } << QStringList(path + "B");
+        Item subitem = itemAt("S", 3, 1);
+        subitem.isSubitem = true;
+        QTest::newRow("subitems") << QVector<Item>{ itemAt("A", 3, 2), subitem, subitem } << QStringList();
+    }
+    void columnsOfItems()
+    {
+        QFETCH(QVector<Item>, items);
+        LintOptions only;
+        only.only = { LintRule::Overlap };
+        QTEST(idsAndPaths(lint(dictionary(items, { itemAt("ID", 2, 1) }), only)), "findings");
+    }
+
+    void gapsAreRunsOfColumnsWithoutItem_data()
+    {
+        QTest::addColumn<QVector<int>>("starts");
+        QTest::addColumn<QStringList>("messages");
+        const auto gap = [](const char *columns) {
+            return QStringLiteral("no item has %1; move the items after the gap, or declare an item there")
+                .arg(columns);
+        };
+        QTest::newRow("none") << QVector<int>{ 3, 4 } << QStringList();
+        QTest::newRow("one column") << QVector<int>{ 3, 5 } << QStringList(gap("column 4"));
+        QTest::newRow("several") << QVector<int>{ 5, 9 }
+                                 << QStringList({ gap("columns 3 to 4"), gap("columns 6 to 8") });
+    }
+    void gapsAreRunsOfColumnsWithoutItem()
+    {
+        QFETCH(QVector<int>, starts);
+        QVector<Item> items;
+        for (const int start : qAsConst(starts))
+            items.append(itemAt(QString("I%1").arg(start), start, 1));
+        LintOptions only;
+        only.only = { LintRule::Gap };
+        QStringList messages;
+        const QVector<LintFinding> findings = lint(dictionary(items, { itemAt("ID", 2, 1) }), only);
+        for (const LintFinding &finding : findings)
+            messages.append(finding.message);
+        QTEST(messages, "messages");
+    }
+
+    void gapBetweenIdsIsReportedOnce()
+    {
+        Layout layout = dictionary({ itemAt("A", 6, 1) }, { itemAt("ID", 2, 1), itemAt("ID2", 5, 1) });
+        Record second = layout.levels[0].records[0];
+        second.name = "S";
+        layout.levels[0].records.append(second);
+        LintOptions only;
+        only.only = { LintRule::Gap };
+        QCOMPARE(idsAndPaths(lint(layout, only)), QStringList("gap "));
+    }
+
+    void overlapsAreThoseOfEveryPairOfColumns()
+    {
+        QRandomGenerator random(7);
+        for (int round = 0; round < 300; ++round) {
+            QVector<Item> items;
+            for (int index = 0; index < 6; ++index)
+                items.append(itemAt(QString("I%1").arg(index), random.bounded(1, 20), random.bounded(1, 4)));
+            LintOptions only;
+            only.only = { LintRule::Overlap };
+            const Item id = itemAt("ID", 8, 2);
+            QSet<int> columns = { 1, 8, 9 };
+            bool doOverlap = false;
+            for (const Item &item : qAsConst(items)) {
+                for (int column = item.start; column < item.start + item.length; ++column) {
+                    doOverlap = doOverlap || columns.contains(column);
+                    columns.insert(column);
+                }
+            }
+            QCOMPARE(!lint(dictionary(items, { id }), only).isEmpty(), doOverlap);
+        }
+    }
+
+    void numbersAtTheLimits_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<bool>("isAllowed");
+        const auto change = [](const char *before, const char *after) {
+            return QStringLiteral("-%1\n+%2").arg(QLatin1String(before), QLatin1String(after));
+        };
+        QTest::newRow("9999 records") << change("MaxRecords=20", "MaxRecords=9999") << true;
+        QTest::newRow("10000 records") << change("MaxRecords=20", "MaxRecords=10000") << false;
+        QTest::newRow("no record") << change("MaxRecords=20", "MaxRecords=0") << false;
+        QTest::newRow("column 32000") << " Name=ROOMS\n-Start=5\n-Len=2\n+Start=32000\n+Len=1" << true;
+        QTest::newRow("column 32001") << " Name=ROOMS\n-Start=5\n-Len=2\n+Start=32001\n+Len=1" << false;
+        QTest::newRow("15 digits") << " Name=ROOMS\n Start=5\n-Len=2\n+Len=15" << true;
+        QTest::newRow("16 digits") << " Name=ROOMS\n Start=5\n-Len=2\n+Len=16" << false;
+        QTest::newRow("999 characters") << " Name=VILLAGE\n Start=16\n-Len=3\n+Len=999" << true;
+        QTest::newRow("1000 characters") << " Name=VILLAGE\n Start=16\n-Len=3\n+Len=1000" << false;
+        QTest::newRow("type of 9 characters") << change("RecordTypeLen=1", "RecordTypeLen=9") << true;
+        QTest::newRow("type of 10 characters") << change("RecordTypeLen=1", "RecordTypeLen=10") << false;
+    }
+    void numbersAtTheLimits()
+    {
+        QFETCH(QString, change);
+        const QString text = changed(baseDictionary(), change);
+        QVERIFY(!text.isEmpty());
+        QTEST(findingsOf(text.toUtf8(), { LintRule::Limit }).isEmpty(), "isAllowed");
+    }
+
+    void namesThatProgramsDoNotAccept_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("ids");
+        QTest::newRow("plain") << "A_1" << QStringList();
+        QTest::newRow("small letters") << "age" << QStringList();
+        QTest::newRow("digit first") << "1A" << QStringList({ "invalid-name", "spss-name", "stata-name", "sql-name" });
+        QTest::newRow("underscore last") << "A_" << QStringList("invalid-name");
+        QTest::newRow("accent") << QString::fromUtf8("ÂGE")
+                                << QStringList({ "invalid-name", "spss-name", "stata-name", "sql-name" });
+        QTest::newRow("CSPro word") << "VALUESET" << QStringList("reserved-name");
+        QTest::newRow("SQL word") << "SELECT" << QStringList("sql-name");
+        QTest::newRow("32 characters") << QString(32, 'A') << QStringList();
+        QTest::newRow("33 characters") << QString(33, 'A') << QStringList("stata-name");
+        QTest::newRow("65 characters") << QString(65, 'A') << QStringList({ "spss-name", "stata-name", "sql-name" });
+    }
+    void namesThatProgramsDoNotAccept()
+    {
+        QFETCH(QString, name);
+        QTEST(idsFor(itemAt(name, 2, 1)), "ids");
+    }
+
+    void nameIsUniqueAmongAllElementsAndAliases_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("record and level") << "-Name=PERSON\n+Name=HOUSEHOLD"
+                                          << "HOUSEHOLD/HOUSEHOLD";
+        QTest::newRow("other case") << "-Name=ROOMS\n+Name=Sex"
+                                    << "HOUSEHOLD/HOUSING/Sex";
+        QTest::newRow("alias") << " Name=ROOMS\n+Alias=SEX"
+                               << "HOUSEHOLD/HOUSING/ROOMS";
+        QTest::newRow("value set") << "-Name=SCHOOL_VS1\n+Name=INCOME"
+                                   << "HOUSEHOLD/PERSON/SCHOOL/INCOME";
+    }
+    void nameIsUniqueAmongAllElementsAndAliases()
+    {
+        QFETCH(QString, change);
+        const QVector<LintFinding> findings
+            = findingsOf(changed(baseDictionary(), change).toUtf8(), { LintRule::DuplicateName });
+        QCOMPARE(findings.size(), 1);
+        if (findings.constFirst().path != QLatin1String("HOUSEHOLD/PERSON/INCOME"))
+            QTEST(findings.constFirst().path, "path");
+    }
+
+    void linkedSetsAreCheckedOnce()
+    {
+        Item first = itemWith({ made::value("100", "a") });
+        first.valueSets[0].link = "7";
+        Item second = first;
+        second.name = "SECOND";
+        second.start = 4;
+        second.valueSets[0].name = "VS2";
+        QCOMPARE(idsAndPaths(lint(dictionary({ first, second }))), QStringList("wide-code L/R/AGE/VS1/#1"));
+        second.length = 1;
+        QCOMPARE(lint(dictionary({ first, second })).size(), 2); // a different width is a different check
+    }
+
+    void labelsOfALanguageAreMissingOnlyIfTheirPartIs()
+    {
+        Layout layout = dictionary({ itemAt("A", 2, 1) });
+        layout.languages = { { "EN", "English" }, { "FR", "French" } };
+        const Labels both = { { { "EN", "Label" }, { "fr", "Texte" } } };
+        layout.labels = both;
+        layout.levels[0].labels = both;
+        layout.levels[0].records[0].labels = both;
+        LintOptions only;
+        only.only = { LintRule::MissingTranslation };
+        QCOMPARE(idsAndPaths(lint(layout, only)), QStringList("missing-translation L/R/A"));
+        layout.levels[0].records[0].items[0].labels = both;
+        QVERIFY(lint(layout, only).isEmpty());
+    }
+
+    void relationNamesRepeatingElementsAndItems_data()
+    {
+        QTest::addColumn<QString>("relation");
+        QTest::addColumn<int>("count");
+        QTest::newRow("sound") << "+Primary=PERSON\n+PrimaryLink=SEX\n+Secondary=PERSON" << 0;
+        QTest::newRow("record that does not repeat") << "+Primary=HOUSING\n+Secondary=PERSON" << 1;
+        QTest::newRow("unknown record") << "+Primary=PERSONS\n+Secondary=PERSON" << 1;
+        QTest::newRow("unknown item") << "+Primary=PERSON\n+PrimaryLink=SEXE\n+Secondary=PERSON" << 1;
+        QTest::newRow("all wrong") << "+Primary=A\n+PrimaryLink=B\n+Secondary=C\n+SecondaryLink=D" << 4;
+    }
+    void relationNamesRepeatingElementsAndItems()
+    {
+        QFETCH(QString, relation);
+        const QString text
+            = changed(baseDictionary(),
+                      " Name=ROOMS\n Start=5\n Len=2\n DataType=Numeric\n+\n+[Relation]\n+Name=PAIRS\n" + relation);
+        QTEST(findingsOf(text.toUtf8(), { LintRule::RelationTarget }).size(), "count");
+    }
+
+    void relativePositionsFollowTheItemsBefore()
+    {
+        const QString relative = changed(baseDictionary(), "-Positions=Absolute\n+Positions=Relative");
+        QVERIFY(findingsOf(relative.toUtf8(), { LintRule::RelativeStart }).isEmpty());
+        const QString moved = changed(relative, " Name=SCHOOL\n-Start=14\n+Start=15");
+        QCOMPARE(idsAndPaths(findingsOf(moved.toUtf8(), { LintRule::RelativeStart })),
+                 QStringList("relative-start HOUSEHOLD/PERSON/SCHOOL"));
+    }
+
+    void onlyAndDisabledSelectRules()
+    {
+        const Layout layout = dictionary({ itemWith({ made::value("100"), made::value("A") }) });
+        LintOptions options;
+        QCOMPARE(idsAndPaths(lint(layout, options)).size(), 3);
+        options.disabled = { LintRule::WideCode };
+        QCOMPARE(lint(layout, options).size(), 2);
+        options.only = { LintRule::WideCode, LintRule::TextCode };
+        const QVector<LintFinding> findings = lint(layout, options);
+        QCOMPARE(findings.size(), 1);
+        QCOMPARE(findings.constFirst().rule, LintRule::TextCode);
+    }
+
+    void layoutThatCouldNotBeReadHasNoFindings() { QVERIFY(findingsOf("no dictionary").isEmpty()); }
+
+    void linesAreThoseOfTheElementAlsoWithIdsAfterRecords()
+    {
+        const QByteArray text = "[Dictionary]\nName=D\nPositions=Absolute\n[Level]\nName=L\n[Record]\nName=R\n[Item]\n"
+                                "Name=A\nStart=1\nLen=20\n[ValueSet]\nName=V\nLabel=V\nValue=1;a\nNote=x\nValue=1;b\n"
+                                "[IdItems]\n[Item]\nName=I\nStart=30\nLen=20\n";
+        const QVector<LintFinding> findings = findingsOf(text, { LintRule::Limit, LintRule::DuplicateCode });
+        QCOMPARE(findings.size(), 3);
+        QCOMPARE(findings.at(0).line, 19);
+        QCOMPARE(findings.at(1).line, 8);
+        QCOMPARE(findings.at(2).line, 17);
+    }
+
+    void extremeNumbersAreChecked()
+    {
+        Item item = itemAt("A", std::numeric_limits<int>::max(), std::numeric_limits<int>::max());
+        item.occurrences = std::numeric_limits<int>::max();
+        item.decimals = std::numeric_limits<int>::max();
+        Item negative = itemAt("B", -5, -7);
+        negative.occurrences = -1;
+        Item subitem = item;
+        subitem.isSubitem = true;
+        Layout layout = dictionary({ item, item, subitem, negative });
+        layout.recordType = RecordTypeColumns{ std::numeric_limits<int>::max(), std::numeric_limits<int>::max() };
+        layout.relativePositions = true;
+        QVERIFY(lint(layout).size() > 5);
+    }
+
+    void findingsGrowLinearlyWithTheNumberOfItems()
+    {
+        QVector<Item> items;
+        for (int index = 0; index < 20000; ++index)
+            items.append(itemAt(QString("I%1").arg(index), 2, 30000)); // all overlap
+        LintOptions only;
+        only.only = { LintRule::Overlap };
+        QCOMPARE(lint(dictionary(items), only).size(), items.size() - 1);
+    }
+};
+
+QTEST_APPLESS_MAIN(LintTest)
+#include "LintTest.moc"

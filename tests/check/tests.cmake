@@ -1,0 +1,5 @@
+van_add_test(check/LintPageTest.cpp)
+van_add_test(check/LintTest.cpp)
+van_add_test(check/LintCorpusTest.cpp)
+van_add_test(check/LintFormsTest.cpp)
+van_add_test(check/FixTest.cpp)
