@@ -112,7 +112,9 @@ void lintItems(const Layout &layout, LintFindings &findings)
         const QString decimals = problemWithDecimals(place.item);
         if (!decimals.isEmpty())
             findings.add(LintRule::Decimals, place.address, decimals);
-        const QString id = place.isId() ? problemWithId(place.item) : QString();
+        const bool isInLevel
+            = !layout.levels.at(place.address.level).name.isEmpty(); // else the level is what is missing
+        const QString id = place.isId() && isInLevel ? problemWithId(place.item) : QString();
         if (!id.isEmpty())
             findings.add(LintRule::IdItem, place.address, id);
     });

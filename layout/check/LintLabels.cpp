@@ -50,7 +50,7 @@ private:
             level.level = address.level;
             if (record)
                 checkElement(record->labels, address, "record");
-            else
+            else if (!layout.levels.at(address.level).name.isEmpty())
                 checkElement(layout.levels.at(address.level).labels, level, "level");
             forEachItem(items, address, [&](const LintItem &place) { checkItem(place); });
         });

@@ -88,7 +88,7 @@ void lintRecords(const Layout &layout, LintFindings &findings)
     for (int level = 0; level < layout.levels.size(); ++level) {
         ElementAddress address;
         address.level = level;
-        if (layout.levels.at(level).records.isEmpty())
+        if (layout.levels.at(level).records.isEmpty() && !layout.levels.at(level).name.isEmpty())
             findings.add(LintRule::LevelWithoutRecord, address,
                          QStringLiteral("the level has no record; add one, or remove the level"));
     }

@@ -11,8 +11,8 @@
 namespace
 {
 
-const QStringList allCommands = { "show",    "fields",   "explain", "lookup", "diff",       "find",
-                                  "concord", "codebook", "export",  "load",   "completion", "help" };
+const QStringList allCommands = { "show",     "fields", "explain", "lookup", "diff",       "find", "concord",
+                                  "codebook", "export", "load",    "lint",   "completion", "help" };
 
 } // namespace
 
@@ -130,9 +130,10 @@ private Q_SLOTS:
             << QByteArray("--verbos: no such option of show; did you mean --verbose?");
         QTest::newRow("topic of help")
             << QStringList{ "help", "shwo" }
-            << QByteArray("COMMAND: shwo not in "
-                          "{show,fields,explain,lookup,diff,find,concord,codebook,export,load,convert,completion,help}; "
-                          "did you mean show?");
+            << QByteArray(
+                   "COMMAND: shwo not in "
+                   "{show,fields,explain,lookup,diff,find,concord,codebook,export,load,convert,lint,completion,help}; "
+                   "did you mean show?");
         QTest::newRow("file before its command")
             << QStringList{ "x.dcf", "show" } << QByteArray("x.dcf: no such command or option");
         QTest::newRow("empty word") << QStringList{ "" } << QByteArray("'': no such command or option");

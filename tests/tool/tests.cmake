@@ -74,6 +74,10 @@ add_dependencies(VanlayoutConvertTest vanlayout)
 target_compile_definitions(VanlayoutConvertTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
 target_link_libraries(VanlayoutConvertTest PRIVATE vanlayout_library)
 
+van_add_test(tool/VanlayoutLintTest.cpp)
+add_dependencies(VanlayoutLintTest vanlayout)
+target_compile_definitions(VanlayoutLintTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")
+
 van_add_test(tool/VanlayoutFindTest.cpp)
 add_dependencies(VanlayoutFindTest vanlayout)
 target_compile_definitions(VanlayoutFindTest PRIVATE VAN_TOOL="$<TARGET_FILE:vanlayout>")

@@ -30,8 +30,9 @@ public:
         const QList<QByteArray> lines = text.split('\n');
         for (const QByteArray &line : lines) {
             ++number;
-            readLine(
-                QString::fromUtf8(line).section(QLatin1Char('#'), 0, 0).replace(QLatin1Char(','), QLatin1Char(' ')));
+            readLine(QString::fromUtf8(line.constData(), line.size())
+                         .section(QLatin1Char('#'), 0, 0)
+                         .replace(QLatin1Char(','), QLatin1Char(' ')));
             if (!selection.problem.isEmpty())
                 return;
         }
