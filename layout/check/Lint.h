@@ -107,7 +107,7 @@ VANLAYOUT_EXPORT std::optional<LintRule> lintRuleOf(const QString &id);
 struct VANLAYOUT_EXPORT LintFinding {
     LintRule rule;
     QString path;    ///< the element by its name, as in Problem; empty for the file as a whole
-    int line = 0;    ///< 1-based line of a text dictionary; 0 if it is unknown
+    int line = 0;    ///< 1-based line of a dictionary; 0 if it is unknown
     QString message; ///< one line: the fact, then how to correct it
 
     Severity severity() const { return infoOf(rule).severity; }

@@ -146,12 +146,12 @@ bool failAsOther(const CSProJsonDraft &draft, Diagnostics &diagnostics)
 }
 
 // Reads \a bytes into \a draft. Returns false and reports the problem if they are damaged.
-bool parse(const QByteArray &bytes, CSProJsonDraft &draft, Diagnostics &diagnostics)
+bool parse(const QByteArray &bytes, CSProJsonDraft &draft, ElementLines *lines, Diagnostics &diagnostics)
 {
     const int begin = beginOf(bytes);
     const std::string_view content(bytes.constData() + begin, size_t(bytes.size() - begin));
     rapidjson::StringStream stream(content.data());
-    CSProJsonHandler handler(stream, content, draft);
+    CSProJsonHandler handler(stream, content, draft, lines);
     JsonReader reader;
     const rapidjson::ParseResult result = reader.Parse<jsonFlags>(stream, handler);
     const int offset = begin + int(result ? stream.Tell() : result.Offset());
@@ -179,7 +179,7 @@ bool isCSProJson(const QByteArray &head)
     return byteAt(head, nextByte(head, beginOf(head))) == '{' || isList(head);
 }
 
-void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics)
+void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics, ElementLines *lines)
 {
     if (isList(bytes)) {
         diagnostics.fail("no-dictionary", QStringLiteral("the file is a JSON list, not a CSPro dictionary"), 1);
@@ -189,7 +189,7 @@ void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnos
     const bool hasHalfPairs = mendSurrogates(content);
     CSProJsonFindings findings(layout, diagnostics);
     CSProJsonDraft draft(layout, findings);
-    if (!parse(content, draft, diagnostics) || failAsOther(draft, diagnostics))
+    if (!parse(content, draft, lines, diagnostics) || failAsOther(draft, diagnostics))
         return;
     layout.format = Format::CSProJson;
     layout.encoding = QStringLiteral("utf-8");
@@ -206,7 +206,7 @@ void readCSProJson(Input &input, Layout &layout, Diagnostics &diagnostics)
     QString problem;
     const QByteArray bytes = readAllOf(input.device, problem);
     if (problem.isEmpty())
-        readCSProJson(bytes, layout, diagnostics);
+        readCSProJson(bytes, layout, diagnostics, input.options.lines);
     else
         diagnostics.fail("cannot-read", problem);
 }

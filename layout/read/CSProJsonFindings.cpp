@@ -1,20 +1,10 @@
 #include "read/CSProJsonFindings_p.h"
 
-#include <tuple>
-
 namespace vanlayout
 {
 
 namespace
 {
-
-bool isSame(const ElementAddress &left, const ElementAddress &right)
-{
-    const auto tied = [](const ElementAddress &address) {
-        return std::tie(address.level, address.record, address.item, address.valueSet, address.value, address.relation);
-    };
-    return tied(left) == tied(right);
-}
 
 // Makes paths. Successive entries of the same element share the memory of their path.
 class Paths
@@ -27,7 +17,7 @@ public:
 
     QString of(const ElementAddress &address)
     {
-        if (!isSame(address, last)) {
+        if (!(address == last)) {
             path = pathOf(layout, address);
             last = address;
         }

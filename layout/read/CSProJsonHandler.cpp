@@ -317,9 +317,22 @@ bool CSProJsonHandler::isRepeatedUnknownKey(const char *text, int size)
 void CSProJsonHandler::begin(const JsonElement *element, const JsonKey *ofKey, Shape shape)
 {
     frames.push_back({ element, ofKey, shape, position.Tell(), findings.extraCount() });
+    const ElementAddress before = draft.address;
     const auto step = shape == Shape::List ? ofKey->begin : element->begin;
     if (step)
         step(draft);
+    const bool isElement = frames.size() == 1 || !(draft.address == before); // not a part of one, such as a label
+    if (lines && isElement)
+        setLine(*lines, draft.address, currentLine());
+}
+
+int CSProJsonHandler::currentLine()
+{
+    const size_t offset = position.Tell();
+    const std::string_view passed = source.substr(countedUntil, offset - countedUntil);
+    line += int(std::count(passed.begin(), passed.end(), '\n'));
+    countedUntil = offset;
+    return line;
 }
 
 void CSProJsonHandler::warnOfMissingKeys(const Frame &frame)

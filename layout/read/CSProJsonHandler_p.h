@@ -29,13 +29,15 @@ public:
     /// Max levels of nesting within a value that is kept in its spelling.
     static constexpr int maxDepth = 1'000'000;
 
-    /// \a stream is the stream that the reader reads, from the beginning of \a content. Both, and \a target, must
-    /// outlive this object.
-    CSProJsonHandler(const rapidjson::StringStream &stream, std::string_view content, CSProJsonDraft &target)
+    /// \a elementLines receives the lines of the elements unless it is null. \a stream is the stream that the reader
+    /// reads, from the beginning of \a content. Both, and \a target, must outlive this object.
+    CSProJsonHandler(const rapidjson::StringStream &stream, std::string_view content, CSProJsonDraft &target,
+                     ElementLines *elementLines)
         : position(stream)
         , source(content)
         , draft(target)
         , findings(target.findings)
+        , lines(elementLines)
     {
     }
 
@@ -93,6 +95,7 @@ private:
     void findKey(const char *text, int size);
     bool isRepeatedUnknownKey(const char *text, int size);
     void begin(const JsonElement *element, const JsonKey *ofKey, Shape shape);
+    int currentLine();
     void markValue() { frames.back().hasValue |= 1U << (key - frames.back().element->keys); }
     void warnOfMissingKeys(const Frame &frame);
     void keepElement(const Frame &element);
@@ -121,6 +124,9 @@ private:
     std::string_view source;
     CSProJsonDraft &draft;
     CSProJsonFindings &findings;
+    ElementLines *lines;
+    size_t countedUntil = 0; ///< offset before which the lines are counted
+    int line = 1;            ///< the line there
     TextCache texts;
     std::vector<Frame> frames;
     const JsonKey *key = nullptr; ///< key of the next value in an object; null for an unknown or repeated key

@@ -2,6 +2,8 @@
 
 #include "read/CSProCommon_p.h"
 
+#include <tuple>
+
 namespace vanlayout
 {
 
@@ -34,6 +36,14 @@ QString itemPath(const Level &level, const ElementAddress &address)
 
 } // namespace
 
+bool operator==(const ElementAddress &left, const ElementAddress &right)
+{
+    const auto tied = [](const ElementAddress &address) {
+        return std::tie(address.level, address.record, address.item, address.valueSet, address.value, address.relation);
+    };
+    return tied(left) == tied(right);
+}
+
 QString pathOf(const Layout &layout, const ElementAddress &address)
 {
     if (address.relation >= 0)
@@ -42,6 +52,52 @@ QString pathOf(const Layout &layout, const ElementAddress &address)
         return QString();
     const Level &level = layout.levels.at(address.level);
     return address.item < 0 ? recordPath(level, address) : itemPath(level, address);
+}
+
+namespace
+{
+
+template <typename Lines> typename Lines::value_type &entryOf(Lines &lines, int index)
+{
+    if (lines.size() <= size_t(index))
+        lines.resize(size_t(index) + 1);
+    return lines[size_t(index)];
+}
+
+void setLine(ElementLines::Element &lines, const ElementAddress &address, int line)
+{
+    if (address.valueSet < 0) {
+        lines.line = line;
+        return;
+    }
+    ElementLines::Set &set = entryOf(lines.valueSets, address.valueSet);
+    (address.value < 0 ? set.line : entryOf(set.values, address.value)) = line;
+}
+
+void setLine(ElementLines::Level &lines, const ElementAddress &address, int line)
+{
+    if (address.isInIds()) {
+        if (address.item >= 0)
+            setLine(entryOf(lines.ids, address.item), address, line);
+    } else if (address.record < 0) {
+        lines.line = line;
+    } else if (address.item < 0) {
+        entryOf(lines.records, address.record).line = line;
+    } else {
+        setLine(entryOf(entryOf(lines.records, address.record).items, address.item), address, line);
+    }
+}
+
+} // namespace
+
+void setLine(ElementLines &lines, const ElementAddress &address, int line)
+{
+    if (address.relation >= 0)
+        entryOf(lines.relations, address.relation) = line;
+    else if (address.level >= 0)
+        setLine(entryOf(lines.levels, address.level), address, line);
+    else
+        lines.dictionary = line;
 }
 
 } // namespace vanlayout

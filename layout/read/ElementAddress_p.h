@@ -2,6 +2,7 @@
 #define LAYOUT_READ_ELEMENTADDRESS_P_H
 
 #include "model/Layout.h"
+#include "read/ElementLines.h"
 
 namespace vanlayout
 {
@@ -21,8 +22,13 @@ struct ElementAddress {
     bool isInIds() const { return record == ids; }
 };
 
+bool operator==(const ElementAddress &left, const ElementAddress &right);
+
 /// The path of an element, as in Problem; empty for that of the file.
 QString pathOf(const Layout &layout, const ElementAddress &address);
+
+/// Sets the line of an element; elements before it in its list that have no line yet have line 0.
+void setLine(ElementLines &lines, const ElementAddress &address, int line);
 
 } // namespace vanlayout
 

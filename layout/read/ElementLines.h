@@ -6,8 +6,8 @@
 namespace vanlayout
 {
 
-/// The 1-based line at which each element of a text dictionary begins, in the order of the layout: that of its section,
-/// or for a value that of its codes.
+/// The 1-based line at which each element of a CSPro dictionary begins, in the order of the layout: that of its section
+/// or its JSON object, or for a value of the text form that of its codes. Elements without a line have line 0.
 struct ElementLines {
     struct Set {
         int line = 0;

@@ -53,7 +53,7 @@ bool isCSProJson(const QByteArray &head);
 bool isBlankCSProJson(const QByteArray &head);
 void readCSProJson(Input &input, Layout &layout, Diagnostics &diagnostics);
 /// Reads the JSON form from \a bytes, as within a data file.
-void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics);
+void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnostics, ElementLines *lines = nullptr);
 
 bool isCSProDatabase(const QByteArray &head);
 void readCSProDatabase(Input &input, Layout &layout, Diagnostics &diagnostics);

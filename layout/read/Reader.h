@@ -17,8 +17,8 @@ struct VANLAYOUT_EXPORT ReadOptions {
     /// Path of a SAS catalog (`.sas7bcat`) with the label sets for a SAS data set or transport file; empty for none. A
     /// catalog that cannot be read is a problem of severity warning; one for a file of another format is an info.
     QString catalog;
-    /// Receives the lines of the elements of a text dictionary; null if they are not wanted. It stays empty for a file
-    /// of another format, and for the dictionary within a data file.
+    /// Receives the lines of the elements of a CSPro dictionary; null if they are not wanted. It must be empty, and
+    /// stays empty for a file of another format and for the dictionary within a data file.
     ElementLines *lines = nullptr;
 };
 

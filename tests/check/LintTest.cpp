@@ -420,6 +420,28 @@ private Q_SLOTS:
         QCOMPARE(findings.at(2).line, 17);
     }
 
+    void linesOfAJsonDictionaryAreThoseOfItsObjects()
+    {
+        const QByteArray text
+            = "\xEF\xBB\xBF{\n\"name\": \"D\", \"labels\": [\n{\"text\": \"D\"}], \"recordType\": {\"start\": 0, "
+              "\"length\": 0},\n\"relativePositions\": false, \"levels\": [\n{\"name\": \"L\", \"ids\": {\n"
+              "\"items\": [\n{\"name\": \"I\", \"start\": 1, \"length\": 20, \"contentType\": \"numeric\"}]},\n"
+              "\"records\": [\n{\"name\": \"R\", \"occurrences\": {\"required\": true, \"maximum\": 0},\n"
+              "\"items\": [{\"name\": \"A\", \"start\": 21, \"length\": 1, \"contentType\": \"numeric\",\n"
+              "\"valueSets\": [\n{\"name\": \"V\", \"values\": [\n{\"pairs\": [{\"value\": \"1\"}]},\n"
+              "{\"pairs\": [{\"value\": \"1\"}]}]}]}]}]}],\n\"relations\": [{\"name\": \"P\", \"primary\": \"X\"}]}";
+        const QVector<LintFinding> findings
+            = findingsOf(text,
+                         { LintRule::Limit, LintRule::DuplicateCode, LintRule::RelationTarget,
+                           LintRule::MissingValueLabel, LintRule::MissingLabel });
+        QStringList places;
+        for (const LintFinding &finding : findings)
+            places.append(QStringLiteral("%1 %2").arg(finding.line).arg(finding.path));
+        QCOMPARE(places,
+                 QStringList({ "9 L/R", "7 L/(ids)/I", "5 L", "7 L/(ids)/I", "9 L/R", "10 L/R/A", "12 L/R/A/V",
+                               "12 L/R/A/V", "14 L/R/A/V/#2", "15 relations/P" }));
+    }
+
     void extremeNumbersAreChecked()
     {
         Item item = itemAt("A", std::numeric_limits<int>::max(), std::numeric_limits<int>::max());
