@@ -1,9 +1,9 @@
 #include "check/Fix.h"
 
 #include "check/Lint.h"
+#include "check/RecordLengths_p.h"
 #include "read/Reader.h"
 #include "util/KeyedHash_p.h"
-#include "write/CSProForms_p.h"
 #include "write/CSProJson.h"
 
 #include <QBuffer>
@@ -34,8 +34,8 @@ void fixLengths(Layout &layout)
 {
     if (!isText(layout))
         return;
-    const Layout before = layout;
-    forEachRecord(layout, [&](Record &record) { record.length = csproforms::recordLength(before, record); });
+    const RecordLengths lengths(layout);
+    forEachRecord(layout, [&](Record &record) { record.length = lengths.of(record); });
 }
 
 bool isNumber(const QString &type)

@@ -1,6 +1,8 @@
 #include "check/Lint.h"
 
 #include "check/LintFindings_p.h"
+#include "load/PlanTexts_p.h"
+#include "read/CSProCommon_p.h"
 
 #include <algorithm>
 
@@ -34,6 +36,13 @@ int lineOf(const ElementLines::Level &level, const ElementAddress &address)
 }
 
 } // namespace
+
+QString inMessage(const QString &text)
+{
+    constexpr int longest = 100;
+    const QString line = oneLine(cspro::shortened(text, longest));
+    return text.size() > longest ? line + QLatin1String("...") : line;
+}
 
 LintFindings::LintFindings(const Layout &source, const LintOptions &options)
     : layout(source)

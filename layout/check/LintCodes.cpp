@@ -69,14 +69,13 @@ private:
         const int first = std::isnan(number) ? texts.at(text) : codes.at(number);
         findings.add(LintRule::DuplicateCode, valueAddress(address, index),
                      QStringLiteral("the code %1 is also in value %2 of the set%3; remove one of them")
-                         .arg(text.isEmpty() ? QStringLiteral("of blanks") : text)
-                         .arg(first + 1)
-                         .arg(labelOf(first)));
+                         .arg(text.isEmpty() ? QStringLiteral("of blanks") : inMessage(text),
+                              QString::number(first + 1), labelOf(first)));
     }
 
     QString labelOf(int index) const
     {
-        const QString label = set.values.at(index).labels.primary();
+        const QString label = inMessage(set.values.at(index).labels.primary());
         return label.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(label);
     }
 
@@ -103,9 +102,9 @@ private:
         const NumberRange &earlier = one.value >= other.value ? other : one;
         findings.add(LintRule::OverlappingCodes, valueAddress(address, later.value),
                      QStringLiteral("%1 overlaps %2 of value %3 of the set%4; change one of them")
-                         .arg(describeRanges({ *later.range }), describeRanges({ *earlier.range }))
-                         .arg(earlier.value + 1)
-                         .arg(labelOf(earlier.value)));
+                         .arg(inMessage(describeRanges({ *later.range })),
+                              inMessage(describeRanges({ *earlier.range })), QString::number(earlier.value + 1),
+                              labelOf(earlier.value)));
     }
 
     const ValueSet &set;

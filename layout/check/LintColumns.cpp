@@ -41,7 +41,7 @@ std::vector<Columns> columnsOfItems(const QVector<Item> &items, const ElementAdd
     forEachItem(items, address, [&](const LintItem &place) {
         const qint64 last = lastColumnOf(place.item);
         if (!place.item.isSubitem && last >= place.item.start && place.item.start >= 1)
-            list.push_back({ place.item.start, last, place.item.name, place.address });
+            list.push_back({ place.item.start, last, inMessage(place.item.name), place.address });
     });
     std::stable_sort(list.begin(), list.end(), startsBefore);
     return list;
@@ -189,15 +189,14 @@ void lintSubitems(const Layout &layout, LintFindings &findings)
             findings.add(LintRule::SubitemOutsideItem, place.address,
                          QStringLiteral("the subitem has %1, but its item %2 has %3; move it into the item, or make "
                                         "the item longer")
-                             .arg(shownColumns(item.start, lastColumnOf(item)), place.parent->name,
+                             .arg(shownColumns(item.start, lastColumnOf(item)), inMessage(place.parent->name),
                                   shownColumns(place.parent->start, parentEnd)));
         if (item.occurrences > 1 && place.parent->occurrences > 1)
             findings.add(LintRule::NestedOccurrences, place.address,
                          QStringLiteral("the subitem has %1 occurrences, and its item %2 has %3; only one of them may "
                                         "repeat")
-                             .arg(item.occurrences)
-                             .arg(place.parent->name)
-                             .arg(place.parent->occurrences));
+                             .arg(QString::number(item.occurrences), inMessage(place.parent->name),
+                                  QString::number(place.parent->occurrences)));
     });
 }
 

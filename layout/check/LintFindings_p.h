@@ -101,6 +101,9 @@ inline qint64 lastColumnOf(const Item &item)
     return qint64(item.start) + qint64(std::max(item.length, 0)) * std::max(item.occurrences, 1) - 1;
 }
 
+/// A text of the file for a message: on one line, and shortened if it is long.
+QString inMessage(const QString &text);
+
 inline bool isDictionary(const Layout &layout)
 {
     return layout.format == Format::CSProText || layout.format == Format::CSProJson;

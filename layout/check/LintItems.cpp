@@ -1,4 +1,5 @@
 #include "check/LintFindings_p.h"
+#include "check/RecordLengths_p.h"
 #include "write/CSProForms_p.h"
 
 #include <algorithm>
@@ -49,6 +50,7 @@ private:
 void lintLimits(const Layout &layout, LintFindings &findings)
 {
     LimitCheck limits(findings);
+    const RecordLengths lengths(layout);
     const ElementAddress file;
     limits.check(file, "the number of levels", layout.levels.size(), 0, maxLevels);
     limits.checkNote(file, layout.note);
@@ -60,7 +62,7 @@ void lintLimits(const Layout &layout, LintFindings &findings)
         if (!record)
             return;
         limits.check(address, "the maximum number of records", record->maximum, 1, maxOccurrences);
-        limits.check(address, "the length of the record", csproforms::recordLength(layout, *record), 1, maxColumn);
+        limits.check(address, "the length of the record", lengths.of(*record), 1, maxColumn);
         limits.checkNote(address, record->note);
     });
     forEachItem(layout, [&](const LintItem &place) {
@@ -99,7 +101,7 @@ QString problemWithId(const Item &item)
     if (item.decimals > 0)
         return QStringLiteral("an id item has decimals; ids are integers or texts");
     if (csproforms::isBinary(item))
-        return QStringLiteral("an id item has the type %1; use numeric or alpha").arg(item.type);
+        return QStringLiteral("an id item has the type %1; use numeric or alpha").arg(inMessage(item.type));
     return QString();
 }
 

@@ -11,10 +11,18 @@ namespace
 {
 
 constexpr int maxLabel = 255;
+constexpr int maxLanguages = 50; // that are checked; no dictionary has so many
 
 QString withoutBlanks(const Labels &labels)
 {
     return labels.primary().trimmed();
+}
+
+// The first code of a value, which stands for the others.
+QString codeOf(const Value &value)
+{
+    return value.ranges.isEmpty() ? QStringLiteral("a value without a code")
+                                  : describeRanges({ value.ranges.constFirst() });
 }
 
 /// Checks the labels of a layout in all its languages.
@@ -92,13 +100,13 @@ private:
     QStringList missingLanguages(const Labels &labels) const
     {
         QStringList missing;
-        for (int index = 1; index < layout.languages.size(); ++index) {
+        for (int index = 1; index < std::min(int(layout.languages.size()), maxLanguages); ++index) {
             const QString &name = layout.languages.at(index).name;
             const bool isThere = std::any_of(labels.parts.begin(), labels.parts.end(), [&](const Label &part) {
                 return !part.text.isEmpty() && part.language.compare(name, Qt::CaseInsensitive) == 0;
             });
             if (!isThere)
-                missing.append(name);
+                missing.append(inMessage(name));
         }
         return missing;
     }
@@ -120,7 +128,7 @@ private:
             if (!isNew)
                 findings.add(LintRule::DuplicateLabel, valueAddress(address, index),
                              QStringLiteral("the label \"%1\" is also that of %2; give each code its own")
-                                 .arg(label, describeRanges(set.values.at(first->second).ranges)));
+                                 .arg(inMessage(label), inMessage(codeOf(set.values.at(first->second)))));
         }
         report(LintRule::MissingValueLabel, unlabelled, set, address, "no label; write them");
         report(LintRule::MissingTranslation, untranslated, set, address, "no label in one of the languages; add it");

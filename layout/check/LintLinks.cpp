@@ -26,12 +26,13 @@ void lintValueSetLinks(const Layout &layout, LintFindings &findings)
             findings.add(LintRule::LinkedSetsDiffer, address,
                          QStringLiteral("the value set is linked to %1, but their values differ; remove the link, or "
                                         "make them equal")
-                             .arg(known->second.set->name));
+                             .arg(inMessage(known->second.set->name)));
     });
     forEachValueSet(layout, [&](const ValueSet &set, const Item & /*item*/, const ElementAddress &address) {
         if (!set.link.isEmpty() && links.at(set.link).count == 1)
-            findings.add(LintRule::SingleLink, address,
-                         QStringLiteral("no other value set has the link %1; remove the link").arg(set.link));
+            findings.add(
+                LintRule::SingleLink, address,
+                QStringLiteral("no other value set has the link %1; remove the link").arg(inMessage(set.link)));
     });
 }
 
@@ -92,9 +93,9 @@ private:
     }
     void report(const QString &name, const QString &problem, const ElementAddress &address)
     {
-        findings.add(
-            LintRule::RelationTarget, address,
-            QStringLiteral("the relation names %1, %2; correct the name, or remove the relation").arg(name, problem));
+        findings.add(LintRule::RelationTarget, address,
+                     QStringLiteral("the relation names %1, %2; correct the name, or remove the relation")
+                         .arg(inMessage(name), problem));
     }
 
     const Layout &layout;

@@ -86,13 +86,14 @@ private:
                 LintRule::InvalidName, address,
                 QStringLiteral("CSPro does not accept the name \"%1\"; use letters, digits and underscores, with "
                                "a letter first and no underscore last")
-                    .arg(name));
+                    .arg(inMessage(name)));
         if (isWord(csproWords, name))
             findings.add(LintRule::ReservedName, address,
-                         QStringLiteral("%1 is a word of the CSPro language; rename the element").arg(name));
+                         QStringLiteral("%1 is a word of the CSPro language; rename the element").arg(inMessage(name)));
         if (!names.insert(name.toUpper()).second)
             findings.add(LintRule::DuplicateName, address,
-                         QStringLiteral("another element of the dictionary is named %1; rename one of them").arg(name));
+                         QStringLiteral("another element of the dictionary is named %1; rename one of them")
+                             .arg(inMessage(name)));
     }
 
     LintFindings &findings;
@@ -157,13 +158,13 @@ public:
         const bool isPlain = std::all_of(name.begin(), name.end(), isInName)
             && (isLetter(name.at(0)) || name.at(0) == QLatin1Char('_'));
         if (inSql.compare(name, Qt::CaseInsensitive) != 0 || nameIn(rulesOf(LoadTarget::Sqlite), name) != name)
-            findings.add(
-                LintRule::SqlName, place.address,
-                QStringLiteral("a database does not accept the name %1; vanlayout load names it %2").arg(name, inSql));
+            findings.add(LintRule::SqlName, place.address,
+                         QStringLiteral("a database does not accept the name %1; vanlayout load names it %2")
+                             .arg(inMessage(name), inMessage(inSql)));
         else if (!isPlain || isWord(sqlWords, name))
-            findings.add(
-                LintRule::SqlName, place.address,
-                QStringLiteral("SQL only accepts the name %1 in quotes; rename the item, or quote it").arg(name));
+            findings.add(LintRule::SqlName, place.address,
+                         QStringLiteral("SQL only accepts the name %1 in quotes; rename the item, or quote it")
+                             .arg(inMessage(name)));
     }
 
 private:
@@ -174,7 +175,7 @@ private:
             findings.add(
                 rule, place.address,
                 QStringLiteral("not every version of %1 accepts the name %2; rename the item, or use the name %3 there")
-                    .arg(QLatin1String(program), place.item.name, given));
+                    .arg(QLatin1String(program), inMessage(place.item.name), inMessage(given)));
     }
 
     LintFindings &findings;

@@ -175,11 +175,11 @@ void lintReading(const Layout &layout, LintFindings &findings)
     for (const Extra &extra : layout.extras) {
         if (!isDictionary(layout) && extra.key == QLatin1String("valueLabels")) {
             const bool isUsed = !extra.path.isEmpty();
-            findings.add(
-                isUsed ? LintRule::MissingLabelSet : LintRule::UnusedLabelSet, extra.path, extra.line,
-                isUsed
-                    ? QStringLiteral("the file has no label set %1; add it, or remove the reference").arg(extra.value)
-                    : QStringLiteral("no variable uses the label set %1; assign or remove it").arg(extra.value));
+            findings.add(isUsed ? LintRule::MissingLabelSet : LintRule::UnusedLabelSet, extra.path, extra.line,
+                         isUsed ? QStringLiteral("the file has no label set %1; add it, or remove the reference")
+                                      .arg(inMessage(extra.value))
+                                : QStringLiteral("no variable uses the label set %1; assign or remove it")
+                                      .arg(inMessage(extra.value)));
         }
     }
 }

@@ -1,6 +1,6 @@
 #include "check/LintFindings_p.h"
+#include "check/RecordLengths_p.h"
 #include "util/KeyedHash_p.h"
-#include "write/CSProForms_p.h"
 
 #include <algorithm>
 
@@ -37,22 +37,21 @@ void lintRecordTypes(const Layout &layout, int width, LintFindings &findings)
                 LintRule::RecordTypeWidth, address,
                 QStringLiteral("the record type '%1' has %2 characters, but its columns are %3 wide; write one of "
                                "this width")
-                    .arg(record.recordType)
-                    .arg(length)
-                    .arg(width));
+                    .arg(inMessage(record.recordType), QString::number(length), QString::number(width)));
         const auto [known, isFirst] = nameByType.emplace(record.recordType, record.name);
         if (!isFirst)
             findings.add(LintRule::DuplicateRecordType, address,
                          QStringLiteral("the record type '%1' is also that of the record %2; give each record its own")
-                             .arg(record.recordType, known->second));
+                             .arg(inMessage(record.recordType), inMessage(known->second)));
     });
 }
 
-void lintLength(const Layout &layout, const Record &record, const ElementAddress &address, LintFindings &findings)
+void lintLength(const RecordLengths &lengths, const Record &record, const ElementAddress &address,
+                LintFindings &findings)
 {
     if (!record.length)
         return;
-    const int last = csproforms::recordLength(layout, record);
+    const int last = lengths.of(record);
     if (*record.length > last)
         findings.add(LintRule::RecordLength, address,
                      QStringLiteral("RecordLen is %1, but the last column is %2; write RecordLen=%2")
@@ -92,8 +91,9 @@ void lintRecords(const Layout &layout, LintFindings &findings)
             findings.add(LintRule::LevelWithoutRecord, address,
                          QStringLiteral("the level has no record; add one, or remove the level"));
     }
+    const RecordLengths lengths(layout);
     forEachRecord(layout, [&](const Record &record, const ElementAddress &address) {
-        lintLength(layout, record, address, findings);
+        lintLength(lengths, record, address, findings);
     });
 }
 

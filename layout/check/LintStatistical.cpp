@@ -51,7 +51,7 @@ void lintValueSet(const ValueSet &set, const Item &item, const ElementAddress &a
                     LintRule::LabelOutOfRange, valueAddress(address, index),
                     QStringLiteral("the value %1 has a label, but the variable holds %2; correct the value, or "
                                    "store the variable in a larger type")
-                        .arg(range.from, capacityOf(item)));
+                        .arg(inMessage(range.from), capacityOf(item)));
         }
     }
 }
@@ -70,11 +70,11 @@ void lintMissing(const LintItem &place, LintFindings &findings)
         if (isSingle(range)) {
             if (!labelled.empty() && labelled.count(cellOf(item, range.from)) == 0)
                 findings.add(LintRule::UnlabelledMissing, place.address,
-                             QStringLiteral("the missing value %1 has no label; write one").arg(range.from));
+                             QStringLiteral("the missing value %1 has no label; write one").arg(inMessage(range.from)));
         } else if (valueOf(range.from) > valueOf(range.to)) {
             findings.add(LintRule::ReversedRange, place.address,
                          QStringLiteral("the range %1 to %2 of missing values ends before it begins; exchange its ends")
-                             .arg(range.from, range.to));
+                             .arg(inMessage(range.from), inMessage(range.to)));
         }
     }
 }

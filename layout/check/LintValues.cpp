@@ -123,7 +123,7 @@ private:
         if (valueOf(range.from) > valueOf(range.to))
             add(LintRule::ReversedRange,
                 QStringLiteral("the range %1 to %2 ends before it begins; exchange its ends")
-                    .arg(range.from, range.to));
+                    .arg(inMessage(range.from), inMessage(range.to)));
     }
 
     // A blank code of a special value is a blank field.
@@ -135,7 +135,7 @@ private:
             add(LintRule::TextCode,
                 QStringLiteral("the code \"%1\" of a numeric item is not a number; write a number, or make the item "
                                "alphanumeric")
-                    .arg(code));
+                    .arg(inMessage(code)));
             return;
         }
         const NumberShape shape = shapeOf(code);
@@ -144,8 +144,7 @@ private:
         if (shape.decimals > item->decimals)
             add(LintRule::CodeDecimals,
                 QStringLiteral("the code %1 has more decimals than its item, which has %2; change one of them")
-                    .arg(code)
-                    .arg(item->decimals));
+                    .arg(inMessage(code), QString::number(item->decimals)));
     }
 
     void checkTexts(const Range &range)
@@ -155,7 +154,7 @@ private:
                 QStringLiteral(
                     "%1 to %2 is a range of texts, which CSPro does not know; list the codes, or make the item "
                     "numeric")
-                    .arg(range.from, range.to));
+                    .arg(inMessage(range.from), inMessage(range.to)));
         const int width = textWithoutBlanks(range.from).size();
         if (item->length >= 1 && width > item->length)
             addWide(range.from, width);
@@ -166,9 +165,7 @@ private:
         add(LintRule::WideCode,
             QStringLiteral(
                 "the code %1 needs %2 characters, but the item has %3; correct the code, or make the item longer")
-                .arg(code)
-                .arg(width)
-                .arg(item->length));
+                .arg(inMessage(code), QString::number(width), QString::number(item->length)));
     }
 
     LintFindings &findings;

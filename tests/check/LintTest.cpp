@@ -442,6 +442,56 @@ private Q_SLOTS:
                                "12 L/R/A/V", "14 L/R/A/V/#2", "15 relations/P" }));
     }
 
+    void textsOfTheFileAreShortAndOnOneLineInMessages()
+    {
+        const QString hostile = QString("%1 %2 %3\n\x1B") + QString(100000, 'x');
+        Item item = itemWith(
+            { made::value(hostile, hostile), made::value(hostile, hostile), made::range("2", "1", hostile) });
+        item.name = hostile;
+        item.valueSets[0].link = hostile;
+        Layout layout = dictionary({ item, item });
+        layout.levels[0].records[0].recordType = hostile;
+        layout.relations = { { hostile, {}, hostile, { { hostile, hostile, hostile } } } };
+        layout.languages = { { "EN", "English" }, { hostile, hostile } };
+        const QVector<LintFinding> findings = lint(layout);
+        QVERIFY(findings.size() > 10);
+        for (const LintFinding &finding : findings) {
+            QVERIFY2(finding.message.size() < 500, qPrintable(finding.message.left(500)));
+            QVERIFY(!finding.message.contains('\n') && !finding.message.contains('\x1B'));
+        }
+    }
+
+    void placeholdersInATextOfTheFileAreKept()
+    {
+        const QVector<LintFinding> findings = lint(dictionary({ itemWith({ made::value("%2%1%3", "a") }) }));
+        QCOMPARE(findings.size(), 1);
+        QVERIFY(findings.constFirst().message.startsWith("the code \"%2%1%3\" of a numeric item"));
+        const QVector<LintFinding> twice
+            = lint(dictionary({ itemWith({ made::value("%3", "%1"), made::value("%3", "b") }, 2, itemtype::alpha()) }));
+        QCOMPARE(twice.size(), 1);
+        QCOMPARE(twice.constFirst().message,
+                 QString("the code %3 is also in value 1 of the set (%1); remove one of them"));
+    }
+
+    void changedBytesAreChecked()
+    {
+        QRandomGenerator random(11);
+        const QByteArray text = baseDictionary().toUtf8();
+        for (int round = 0; round < 500; ++round) {
+            QByteArray bytes = text;
+            for (int change = 0; change < 8; ++change) {
+                const int place = random.bounded(int(bytes.size()));
+                if (random.bounded(2) == 0)
+                    bytes[place] = char(random.bounded(256));
+                else
+                    bytes.remove(place, random.bounded(40));
+            }
+            const QVector<LintFinding> findings = findingsOf(bytes);
+            for (const LintFinding &finding : findings)
+                QVERIFY(!finding.message.isEmpty() && !finding.message.contains('\n'));
+        }
+    }
+
     void extremeNumbersAreChecked()
     {
         Item item = itemAt("A", std::numeric_limits<int>::max(), std::numeric_limits<int>::max());
