@@ -139,16 +139,6 @@ void lintOnly(benchmark::State &state)
     state.SetComplexityN(state.range(0) * (state.range(1) + 1));
 }
 
-// `vanlayout lint`, compared with `vanlayout show` of the same file.
-void lintProcess(benchmark::State &state)
-{
-    const QString path = dictionaryFile(text, state);
-    const std::vector<std::string> command = { VAN_TOOL, "lint", path.toStdString() };
-    const std::vector<std::string> show = { VAN_TOOL, "show", "--quiet", "--format", "csv", path.toStdString() };
-    measureProcesses(state, *processRunner, command, show);
-    finish(state, path);
-}
-
 // `vanlayout export`, compared with `vanlayout show` of the same file.
 void exportProcess(benchmark::State &state, const char *target)
 {
@@ -198,7 +188,6 @@ BENCHMARK_CAPTURE(wholeProcess, textJson, text, "json")->Apply(growing)->UseManu
 BENCHMARK_CAPTURE(writeOnly, ddi, ddi)->Apply(growing)->Complexity();
 BENCHMARK(lintOnly)->Apply(growing)->Complexity();
 BENCHMARK(lintOnly)->Apply(lopsided);
-BENCHMARK(lintProcess)->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(exportProcess, ddi, "ddi")->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(exportProcess, csvw, "csvw")->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(exportProcess, jsonSchema, "json-schema")->Apply(growing)->UseManualTime()->Complexity();
