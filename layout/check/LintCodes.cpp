@@ -79,18 +79,22 @@ private:
         return label.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(label);
     }
 
-    // A special value within a range is usual: it is the code that means missing.
+    // A special value within a range is usual: it is the code that means missing. A range is reported once: it may be
+    // the heading of many codes.
     void findOverlaps()
     {
         std::stable_sort(numbers.begin(), numbers.end(),
                          [](const NumberRange &left, const NumberRange &right) { return left.from < right.from; });
         const NumberRange *longest = nullptr;
+        const NumberRange *reported = nullptr;
         for (const NumberRange &each : numbers) {
             if (each.isSpecial)
                 continue;
             const bool areSingle = longest && isSingle(*each.range) && isSingle(*longest->range);
-            if (longest && each.from <= longest->to && !areSingle)
+            if (longest && longest != reported && each.from <= longest->to && !areSingle) {
                 report(each, *longest);
+                reported = longest;
+            }
             if (!longest || each.to > longest->to)
                 longest = &each;
         }

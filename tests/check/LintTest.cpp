@@ -125,6 +125,10 @@ private Q_SLOTS:
             << itemWith({ made::range("1", "3", "a"), made::range("3", "4", "b") }) << QStringList("overlapping-codes");
         QTest::newRow("code in a range") << itemWith({ made::value("2", "a"), made::range("1", "3", "b") })
                                          << QStringList("overlapping-codes");
+        QTest::newRow("heading of several codes")
+            << itemWith({ made::range("1", "3", "a"), made::value("1", "b"), made::value("2", "c"),
+                          made::range("4", "5", "d"), made::value("4", "e") })
+            << QStringList({ "overlapping-codes", "overlapping-codes" });
         QTest::newRow("missing code in a range")
             << itemWith({ made::range("0", "99", "a"), special("99", Special::Missing) }) << none;
         QTest::newRow("missing range") << itemWith({ [] {
