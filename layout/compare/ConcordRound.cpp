@@ -18,7 +18,7 @@ ConcordRound::ConcordRound(const Layout &layoutOfRound)
 
 bool ConcordRound::isDictionary() const
 {
-    return ofRound.format == Format::CSProText || ofRound.format == Format::CSProJson;
+    return !holdsData(ofRound.format);
 }
 
 void ConcordRound::append(const Level &level, const Record *record, int depth, const QVector<Item> &items)

@@ -125,7 +125,7 @@ public:
     {
         compareDictionaries();
         compareLanguages();
-        if (scope.areCSPro()) {
+        if (scope.areDictionaries()) {
             compareRelations();
             compareLevels();
         }
@@ -182,7 +182,7 @@ private:
 
     void compareLanguages()
     {
-        if (!scope.areCSPro())
+        if (!scope.areDictionaries())
             return;
         const LanguageNames namesBefore(before);
         const LanguageNames namesAfter(after);
@@ -367,7 +367,7 @@ private:
         }
         if (matching.records().partnerOfBefore(earlier.container) != later.container)
             addMove(itemsBefore.containerOf(index), itemsAfter.containerOf(partner), place);
-        if (scope.areCSPro())
+        if (scope.areDictionaries())
             compareParents(earlier, later, place);
         compareItems(*earlier.item, *later.item, place, scope, labels, changes);
         values.compare(*earlier.item, *later.item, place, changes);
@@ -384,7 +384,7 @@ private:
     {
         if (isSameName(earlier.name, later.name))
             return true;
-        return !scope.areCSPro() && !scope.areStatistical()
+        return !scope.areDictionaries() && !scope.areStatistical()
             && (ItemMatching::areItemAndOccurrence(earlier.name, later.name)
                 || ItemMatching::areItemAndOccurrence(later.name, earlier.name));
     }

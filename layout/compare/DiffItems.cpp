@@ -25,24 +25,30 @@ QString number(int value)
 
 bool betweenDictionaries(const DiffScope &scope, const Item & /*before*/, const Item & /*after*/)
 {
-    return scope.areCSPro();
+    return scope.areDictionaries();
+}
+
+// A DDI document holds only the date format of a capture.
+bool withinDictionaryFormat(const DiffScope &scope, const Item & /*before*/, const Item & /*after*/)
+{
+    return scope.areDictionaries() && !scope.areOfTwoDictionaryFormats();
 }
 
 bool withinFamily(const DiffScope &scope, const Item & /*before*/, const Item & /*after*/)
 {
-    return scope.isOneFamily() && !scope.areCSPro();
+    return scope.isOneFormat() || (scope.isOneFamily() && !scope.areDictionaries());
 }
 
 bool withinStatisticalFormat(const DiffScope &scope, const Item & /*before*/, const Item & /*after*/)
 {
-    return scope.isOneFormat() && !scope.areCSPro();
+    return scope.isOneFormat() && !scope.areDictionaries();
 }
 
 // Between formats that are not both of CSPro, only the length of a text is compared: that of a number is the width of
 // its format. A text of any length, such as strL, has none.
 bool hasComparedLength(const DiffScope &scope, const Item &before, const Item &after)
 {
-    if (scope.areCSPro())
+    if (scope.areDictionaries())
         return true;
     return before.isAlpha() && after.isAlpha() && (scope.isOneFamily() || (before.length > 0 && after.length > 0));
 }
@@ -55,7 +61,7 @@ bool isTextLength(const Item &item)
 
 bool hasComparedFormat(const DiffScope &scope, const Item &before, const Item &after)
 {
-    if (!scope.areStatistical() || (isTextLength(before) && isTextLength(after)))
+    if (!(scope.areStatistical() || scope.isOneFormat()) || (isTextLength(before) && isTextLength(after)))
         return false;
     return scope.isOneFamily()
         || (!plainNumberFormat(before.format).isEmpty() && !plainNumberFormat(after.format).isEmpty());
@@ -66,7 +72,7 @@ bool hasComparedDecimals(const DiffScope &scope, const Item &before, const Item 
 {
     const auto states
         = [](const Item &item) { return item.format.isEmpty() || !plainNumberFormat(item.format).isEmpty(); };
-    return scope.areCSPro()
+    return scope.areDictionaries()
         || (!scope.areStatistical() && before.isNumeric() && after.isNumeric() && states(before) && states(after));
 }
 
@@ -112,7 +118,7 @@ const ItemProperty properties[] = {
     { DiffKind::ItemDecimals,     hasComparedDecimals, [](const DiffScope &, const Item &item) { return number(item.decimals); } },
     { DiffKind::ItemDecimalMark,  betweenDictionaries, [](const DiffScope &, const Item &item) { return yesOrNo(writesMark(item)); } },
     { DiffKind::ItemZeroFill,     betweenDictionaries, [](const DiffScope &, const Item &item) { return yesOrNo(item.isNumeric() && item.zeroFill); } },
-    { DiffKind::ItemCapture,      betweenDictionaries, [](const DiffScope &, const Item &item) { return captureOf(item); } },
+    { DiffKind::ItemCapture,      withinDictionaryFormat, [](const DiffScope &, const Item &item) { return captureOf(item); } },
     { DiffKind::ItemStorage,      withinFamily,        [](const DiffScope &, const Item &item) { return wordOf(item.storage); } },
     { DiffKind::ItemFormat,       hasComparedFormat,   formatOf },
     { DiffKind::ItemMeasure,      hasComparedMeasure,  [](const DiffScope &, const Item &item) { return wordOf(item.measure); } },
@@ -178,7 +184,7 @@ void compareItems(const Item &before, const Item &after, const Change &place, co
         if (property.isCompared(scope, before, after))
             changes.addIfDifferent(place, property.kind, property.text(scope, before), property.text(scope, after));
     }
-    if (!scope.areCSPro())
+    if (!scope.areDictionaries())
         return;
     compareOccurrenceLabels(before.occurrenceLabels, after.occurrenceLabels, place, DiffKind::ItemOccurrenceLabel,
                             labels, changes);

@@ -133,7 +133,7 @@ QString ItemContainer::name() const
 
 ItemList::ItemList(const Layout &layout, const DiffScope &scope)
 {
-    const bool hasRecords = scope.areCSPro();
+    const bool hasRecords = scope.areDictionaries();
     if (!hasRecords)
         begin(nullptr, nullptr, 0);
     for (int depth = 0; depth < layout.levels.size(); ++depth) {
@@ -176,12 +176,12 @@ ItemMatching::ItemMatching(const ItemList &beforeItems, const ItemList &afterIte
     , recordPairing(before.containers().size(), after.containers().size())
     , itemPairing(before.items().size(), after.items().size())
 {
-    matchRecords(scope.areCSPro());
+    matchRecords(scope.areDictionaries());
     matchItems();
     matchItemsElsewhere();
     isFurther[LabelComparison::Before].fill(false, before.items().size());
     isFurther[LabelComparison::After].fill(false, after.items().size());
-    if (!scope.areCSPro() && !scope.areStatistical()) {
+    if (!scope.areDictionaries() && !scope.areStatistical()) {
         matchOccurrences(LabelComparison::Before);
         matchOccurrences(LabelComparison::After);
     }
@@ -315,7 +315,7 @@ void ItemMatching::matchOccurrences(LabelComparison::Side repeatingSide)
 
 void ItemMatching::matchRenamedItems(const DiffScope &scope)
 {
-    const bool hasColumns = scope.areCSPro();
+    const bool hasColumns = scope.areDictionaries();
     const bool hasLength = scope.isOneFamily();
     const bool hasValues = (hasColumns || scope.areStatistical()) && scope.comparesValueSets();
     const auto traits = [&](const ItemList &list, LabelComparison::Side side, int index, const RenamingRule &rule) {

@@ -90,7 +90,7 @@ bool DiffScope::knowsValueSets(const Layout &layout)
 
 bool DiffScope::isOneFamily() const
 {
-    return isOneFormat() || areCSPro() || (isSpss(before.format) && isSpss(after.format))
+    return isOneFormat() || areDictionaries() || (isSpss(before.format) && isSpss(after.format))
         || (isSas(before.format) && isSas(after.format));
 }
 
@@ -113,8 +113,8 @@ bool DiffScope::holdsCode(CodeType type, const Range &range) const
         return false;
     if (isAny(Format::Stata) && (type == CodeType::Text || !isStataCode(range.from)))
         return false;
-    const bool holdsMissing
-        = !isCSPro(before.format) && !isCSPro(after.format) && !isSpss(before.format) && !isSpss(after.format);
+    const bool holdsMissing = !isDictionary(before.format) && !isDictionary(after.format) && !isSpss(before.format)
+        && !isSpss(after.format);
     return holdsMissing || type == CodeType::Text || !isExtendedMissing(range.from);
 }
 
@@ -133,14 +133,18 @@ QVector<NotCompared> DiffScope::notCompared() const
         list.append({ QLatin1String(what), QLatin1String(why) });
     };
     const char one[] = "one of the formats does not have it";
-    if (!areCSPro() && !areStatistical()) {
+    if (!areDictionaries() && !areStatistical()) {
         for (const char *what : { "levels", "records", "columns", "occurrences", "ranges of codes", "special values",
                                   "value sets after the first", "languages after the first", "notes", "aliases",
                                   "capture", "relations", "storage", "user-missing values", "weight variable" })
             add(what, one);
-    } else if (areCSPro()) {
+    } else if (areDictionaries()) {
         if (!isOneFormat() && (hasRecordLength(before) || hasRecordLength(after)))
             add("record length", one);
+        if (areOfTwoDictionaryFormats()) {
+            for (const char *what : { "capture", "text colors of values", "storage", "formats", "user-missing values" })
+                add(what, one);
+        }
     } else if (!isOneFamily()) {
         for (const char *what :
              { "storage", "user-missing values", "alignment", "display width", "formats other than fixed numbers",
@@ -149,7 +153,7 @@ QVector<NotCompared> DiffScope::notCompared() const
     }
     if (!comparesValueSets())
         add("value labels", "a SAS data set without its catalog has none");
-    if (!areCSPro() && isOneFamily() && !isOneFormat()) {
+    if (!areDictionaries() && isOneFamily() && !isOneFormat()) {
         for (const char *what : { "alignment", "display width" })
             add(what, one);
     }

@@ -166,7 +166,7 @@ void ValueSetComparison::compareSets(const ValueSet &before, const ValueSet &aft
         if (!isSame)
             changes.add(place, DiffKind::ValueSetRenamed, before.name, after.name);
     }
-    if (scope.areCSPro()) {
+    if (scope.areDictionaries()) {
         labels.compare(before.labels, after.labels, 0,
                        [&](const QString &language, const QString &textBefore, const QString &textAfter) {
                            Change inLanguage = place;
@@ -297,7 +297,7 @@ void ValueSetComparison::compareValues(const Value &one, const Value &other, Dif
                    [&](const QString &language, const QString &textBefore, const QString &textAfter) {
                        differences.append({ DiffKind::ValueLabel, QString(), language, textBefore, textAfter });
                    });
-    if (!scope.areCSPro())
+    if (!scope.areDictionaries())
         return;
     const auto add = [&](DiffKind kind, const QString &textBefore, const QString &textAfter) {
         differences.append({ kind, QString(), QString(), textBefore, textAfter });
@@ -308,7 +308,7 @@ void ValueSetComparison::compareValues(const Value &one, const Value &other, Dif
         add(DiffKind::ValueSpecial, wordOf(one.special), wordOf(other.special));
     if (one.image != other.image && imagePath(one.image) != imagePath(other.image))
         add(DiffKind::ValueImage, one.image, other.image);
-    if (one.textColor.compare(other.textColor, Qt::CaseInsensitive) != 0)
+    if (!scope.areOfTwoDictionaryFormats() && one.textColor.compare(other.textColor, Qt::CaseInsensitive) != 0)
         add(DiffKind::ValueColor, one.textColor, other.textColor);
 }
 

@@ -18,23 +18,6 @@ constexpr int maxMarkLength = 1000;   // characters of a record type
 constexpr int maxNumberLength = 1000; // characters
 constexpr int maxDecimals = 100;
 
-bool isStatistical(const Layout &layout)
-{
-    switch (layout.format) {
-    case Format::None:
-    case Format::CSProText:
-    case Format::CSProJson:
-        return false;
-    case Format::Spss:
-    case Format::SpssPortable:
-    case Format::Stata:
-    case Format::Sas:
-    case Format::SasXport:
-        return true;
-    }
-    return false;
-}
-
 QString problemWithLanguage(const Layout &layout, const QString &wanted)
 {
     if (wanted.isEmpty() || !languageOf(layout, wanted).isEmpty())
@@ -253,7 +236,7 @@ QString problemWithLayout(const Layout &layout, const LoadOptions &options)
 {
     if (const Problem *error = layout.error())
         return error->message;
-    if (isStatistical(layout))
+    if (holdsData(layout.format))
         return QStringLiteral("already holds its data");
     QString problem = problemWithLanguage(layout, options.language);
     if (problem.isEmpty())

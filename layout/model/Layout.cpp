@@ -107,6 +107,24 @@ const Problem *Layout::error() const
     return found != problems.end() ? &*found : nullptr;
 }
 
+bool holdsData(Format format)
+{
+    switch (format) {
+    case Format::None:
+    case Format::CSProText:
+    case Format::CSProJson:
+    case Format::Ddi:
+        return false;
+    case Format::Spss:
+    case Format::SpssPortable:
+    case Format::Stata:
+    case Format::Sas:
+    case Format::SasXport:
+        return true;
+    }
+    return false;
+}
+
 QString wordOf(Format format)
 {
     switch (format) {
@@ -116,6 +134,8 @@ QString wordOf(Format format)
         return QStringLiteral("cspro-text");
     case Format::CSProJson:
         return QStringLiteral("cspro-json");
+    case Format::Ddi:
+        return QStringLiteral("ddi");
     case Format::Spss:
         return QStringLiteral("spss");
     case Format::SpssPortable:

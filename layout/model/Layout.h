@@ -200,7 +200,10 @@ struct VANLAYOUT_EXPORT Extra {
 };
 
 /// The format of the file that a layout was read from.
-enum class Format { None, CSProText, CSProJson, Spss, SpssPortable, Stata, Sas, SasXport };
+enum class Format { None, CSProText, CSProJson, Ddi, Spss, SpssPortable, Stata, Sas, SasXport };
+
+/// Whether files of a format contain their data: those of SPSS, Stata and SAS. The others describe a file of lines.
+VANLAYOUT_EXPORT bool holdsData(Format format);
 
 /// Everything that a file states about the layout of its data. If reading fails, the layout has no levels and one
 /// problem of severity error.

@@ -62,6 +62,10 @@ void readCSProDatabase(Input &input, Layout &layout, Diagnostics &diagnostics);
 bool isStatFile(const QByteArray &head);
 void readStatFile(Input &input, Layout &layout, Diagnostics &diagnostics);
 
+/// DDI Codebook, and any other XML document that begins with an XML declaration, so that its root is in the message.
+bool isDdi(const QByteArray &head);
+void readDdi(Input &input, Layout &layout, Diagnostics &diagnostics);
+
 /// Reports in one line what an unrecognised file seems to be, such as a CSV file, a PNG image or a ZIP archive. \a head
 /// are its first bytes, \a isWhole states whether these are all of the file.
 void reportUnknownFile(const QByteArray &head, bool isWhole, Diagnostics &diagnostics);

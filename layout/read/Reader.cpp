@@ -29,6 +29,7 @@ const std::vector<FileFormat> &fileFormats()
         {isCSProDatabase, readCSProDatabase},
         {isStatFile, readStatFile},
         {isJson, readCSProJson},
+        {isDdi, readDdi},
         {isCSProText, readCSProText},
     };
     return formats;

@@ -23,7 +23,8 @@ struct VANLAYOUT_EXPORT ReadOptions {
 };
 
 /// Reads the exact layout of a file: a CSPro dictionary in text or JSON form, a CSPro data file (`.csdb`) with its
-/// dictionary, an SPSS (`.sav`, `.zsav`, `.por`), Stata (`.dta`) or SAS file (`.sas7bdat`, `.xpt`).
+/// dictionary, a DDI Codebook document, an SPSS (`.sav`, `.zsav`, `.por`), Stata (`.dta`) or SAS file (`.sas7bdat`,
+/// `.xpt`).
 ///
 /// The format is determined by the content, never by the name. Reading is lenient: errors in a file are reported in
 /// `Layout::problems`, and reading continues with as much as possible kept. A file without a layout has one problem of

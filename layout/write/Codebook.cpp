@@ -41,7 +41,7 @@ class Counts
 {
 public:
     explicit Counts(const Layout &layout)
-        : hasRecords(layout.format < Format::Spss)
+        : hasRecords(!holdsData(layout.format))
     {
         for (const Level &level : layout.levels) {
             add(level.ids);

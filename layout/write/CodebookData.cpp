@@ -188,7 +188,7 @@ public:
         text("name", layout.name);
         labels(layout.labels);
         text("note", layout.note);
-        flag("isStatistical", layout.format >= Format::Spss);
+        flag("isStatistical", holdsData(layout.format));
         text("weight", layout.weight);
         writeRecordType();
         json.Key("lists");
@@ -297,7 +297,7 @@ private:
         if (!item.isNumeric())
             text("type", item.type);
         text("form", describeType(item));
-        if (layout.format >= Format::Spss && item.format != describeType(item))
+        if (holdsData(layout.format) && item.format != describeType(item))
             writeFormat(item);
         number("start", item.start);
         number("length", item.length);

@@ -174,7 +174,7 @@ CodebookIndexEntry indexEntryOf(const Layout &layout, const QString &page)
     for (const Level &level : layout.levels) {
         filler.add(level.ids);
         for (const Record &record : level.records) {
-            entry.records += layout.format < Format::Spss ? 1 : 0;
+            entry.records += holdsData(layout.format) ? 0 : 1;
             filler.add(record.items);
         }
     }

@@ -58,10 +58,14 @@ inline bool hasRecordTypes(const Layout &layout)
     return layout.recordType && layout.recordType->start > 0 && layout.recordType->length > 0;
 }
 
-/// Whether the layout is that of a statistical file, which contains its data and has no columns.
+/// Whether the layout is that of a statistical file, which contains its data and has no columns, or of a DDI document
+/// about one.
 inline bool isStatistical(const Layout &layout)
 {
-    return layout.format != Format::None && layout.format != Format::CSProText && layout.format != Format::CSProJson;
+    if (layout.format != Format::Ddi || layout.levels.isEmpty() || layout.levels.constFirst().records.isEmpty())
+        return holdsData(layout.format);
+    const QVector<Item> &items = layout.levels.constFirst().records.constFirst().items;
+    return !items.isEmpty() && items.constFirst().storage != Storage::None;
 }
 
 } // namespace vanlayout

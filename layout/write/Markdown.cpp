@@ -147,8 +147,7 @@ private:
     }
     bool isStatistical() const
     {
-        return layout.format != Format::CSProText && layout.format != Format::CSProJson
-            && layout.format != Format::None;
+        return holdsData(layout.format);
     }
     void writeRecordFacts(const Record &record)
     {

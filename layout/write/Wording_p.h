@@ -37,6 +37,8 @@ inline QString describeFormat(const Layout &layout)
         return wording::csproDictionary("CSPro dictionary, text form", layout);
     case Format::CSProJson:
         return wording::csproDictionary("CSPro dictionary, JSON form", layout);
+    case Format::Ddi:
+        return wording::withVersion("DDI Codebook", " ", layout.formatVersion);
     case Format::Spss:
         return QStringLiteral("SPSS file");
     case Format::SpssPortable:

@@ -1,0 +1,368 @@
+#include "read/DdiAssembly_p.h"
+
+#include "read/CSProCommon_p.h"
+#include "read/DdiRecords_p.h"
+#include "read/StatFileTexts_p.h"
+
+#include <algorithm>
+
+namespace vanlayout::ddi
+{
+
+namespace
+{
+
+// A variable can be in any number of records, so that a small document could make a very large layout.
+constexpr int maxItems = 1'000'000;
+constexpr int maxSharedValues = 4'000'000;
+
+DataFile unnamedFile()
+{
+    return DataFile();
+}
+
+Content withFile(Content content)
+{
+    if (content.files.isEmpty())
+        content.files.append(unnamedFile());
+    return content;
+}
+
+/// Makes the layout of one document.
+class Assembler
+{
+public:
+    Assembler(Content document, Layout &target, Diagnostics &reports)
+        : content(withFile(std::move(document)))
+        , layout(target)
+        , diagnostics(reports)
+        , records(content)
+        , repetitions(content.groups)
+    {
+    }
+
+    void assemble()
+    {
+        describe();
+        for (const Statement &statement : qAsConst(content.statements))
+            diagnostics.addExtra({ statement.line, QString() }, statement.key, statement.value);
+        setRecordType();
+        if (content.variables.isEmpty())
+            diagnostics.warn("no-variables", QStringLiteral("the document describes no variables"));
+        for (const Variable &variable : qAsConst(content.variables)) {
+            if (!place(variable)) {
+                diagnostics.fail("too-large",
+                                 QStringLiteral("has more than %1 variables or %2 values, counting those of "
+                                                "each record")
+                                     .arg(maxItems)
+                                     .arg(maxSharedValues));
+                return;
+            }
+        }
+        finishLevels();
+        keepGroups();
+        layout.relations = content.relations;
+        layout.weight = content.weight;
+        LanguageList(layout).gather();
+    }
+
+private:
+    /// Lists the languages of all labels, in the order of the layout.
+    class LanguageList
+    {
+    public:
+        explicit LanguageList(Layout &target)
+            : layout(target)
+        {
+        }
+
+        void gather()
+        {
+            add(layout.labels);
+            for (const Level &level : qAsConst(layout.levels)) {
+                add(level.labels);
+                addItems(level.ids);
+                for (const Record &record : level.records) {
+                    add(record.labels);
+                    addItems(record.items);
+                }
+            }
+        }
+
+    private:
+        void addItems(const QVector<Item> &items)
+        {
+            for (const Item &item : items) {
+                add(item.labels);
+                for (const ValueSet &set : item.valueSets) {
+                    add(set.labels);
+                    for (const Value &value : set.values)
+                        add(value.labels);
+                }
+            }
+        }
+        void add(const Labels &labels)
+        {
+            for (const Label &label : labels.parts) {
+                if (!label.language.isEmpty() && label.language != last && known.insert(label.language).second)
+                    layout.languages.append({ label.language, QString() });
+                last = label.language;
+            }
+        }
+
+        Layout &layout;
+        QString last;
+        KeyedSet<QString> known;
+    };
+
+    void describe()
+    {
+        const DataFile &file = content.files.constFirst();
+        const bool hasOneFile = content.files.size() == 1;
+        layout.format = Format::Ddi;
+        layout.formatVersion = content.version;
+        layout.note = content.note;
+        layout.aliases = content.aliases;
+        if (hasOneFile) {
+            layout.name = file.name;
+            layout.rows = file.rows;
+            layout.created = file.date;
+        }
+        for (int i = 0; i < content.files.size() && !hasOneFile; ++i)
+            keepFile(content.files.at(i));
+        const QVector<Label> &titles = content.titles.parts;
+        const bool isOnlyName = titles.size() == 1 && titles.constFirst().text == layout.name;
+        if (!isOnlyName)
+            layout.labels = content.titles;
+    }
+
+    // The rows and dates of several files.
+    void keepFile(const DataFile &file)
+    {
+        const Place place = { file.line, QString() };
+        if (file.rows)
+            diagnostics.addExtra(place, QStringLiteral("fileDscr/fileTxt/dimensns/caseQnty"),
+                                 QString::number(*file.rows));
+        if (file.date)
+            diagnostics.addExtra(place, QStringLiteral("fileDscr/fileTxt/verStmt/version@date"), *file.date);
+    }
+
+    // The columns of the record type are stated, or those of the variable that a record group names.
+    void setRecordType()
+    {
+        for (const DataFile &file : qAsConst(content.files)) {
+            for (const RecordGroup &group : file.groups) {
+                if (group.type.isEmpty() && group.typeStart == 0)
+                    continue;
+                const RecordTypeColumns columns = columnsOf(group);
+                if (columns.start == 0)
+                    continue;
+                if (!layout.recordType)
+                    layout.recordType = columns;
+                else if (*layout.recordType != columns)
+                    diagnostics.warn("record-type-columns-differ",
+                                     QStringLiteral("the columns of the record type differ from those of an earlier "
+                                                    "record group, which are used"),
+                                     { group.line, QString() });
+            }
+        }
+    }
+
+    RecordTypeColumns columnsOf(const RecordGroup &group)
+    {
+        if (group.typeStart > 0)
+            return { group.typeStart, group.typeLength > 0 ? group.typeLength : std::max(int(group.type.size()), 1) };
+        if (group.typeVariable.isEmpty() || !gatherTypeVariable(group.typeVariable))
+            return {};
+        return typeVariableColumns;
+    }
+
+    bool gatherTypeVariable(const QString &wanted)
+    {
+        if (typeVariable == wanted)
+            return typeVariableColumns.start > 0;
+        typeVariable = wanted;
+        typeVariableColumns = RecordTypeColumns();
+        const auto found
+            = std::find_if(content.variables.cbegin(), content.variables.cend(), [&](const Variable &variable) {
+                  return variable.id == wanted || variable.item.name == wanted;
+              });
+        if (found != content.variables.cend() && !found->locations.isEmpty())
+            typeVariableColumns = { found->locations.constFirst().start, found->locations.constFirst().length };
+        return typeVariableColumns.start > 0;
+    }
+
+    // Whether a variable is the record type itself: a record group names it, and its columns are those of the type.
+    bool isRecordType(const Variable &variable) const
+    {
+        if (!layout.recordType || variable.locations.isEmpty())
+            return false;
+        const Location &location = variable.locations.constFirst();
+        const QVector<RecordGroup> &groups = content.files.constFirst().groups;
+        return location.start == layout.recordType->start && location.length == layout.recordType->length
+            && std::any_of(groups.begin(), groups.end(), [&](const RecordGroup &group) {
+                   return !group.typeVariable.isEmpty()
+                       && (group.typeVariable == variable.id || group.typeVariable == variable.item.name);
+               });
+    }
+
+    // The categories of the record type are the records.
+    void labelRecords(const Variable &variable)
+    {
+        if (records.areStated() || variable.item.valueSets.isEmpty())
+            return;
+        for (const Value &value : variable.item.valueSets.constFirst().values) {
+            for (RecordPlace &place : records.records) {
+                const bool isOfType
+                    = !value.ranges.isEmpty() && value.ranges.constFirst().from == place.record.recordType;
+                if (isOfType && place.record.labels.isEmpty())
+                    place.record.labels = value.labels;
+            }
+        }
+    }
+
+    // Returns false if the layout became too large.
+    bool place(const Variable &variable)
+    {
+        const Places places = records.placesOf(variable);
+        if (places.idLevel < 0 && isRecordType(variable)) {
+            labelRecords(variable);
+            return true;
+        }
+        const bool isId = places.idLevel >= 0;
+        if (isId)
+            records.levels[places.idLevel].ids.append({ itemFor(variable, QString(), QString()), variable.id });
+        for (int i = 0; i < places.records.size() && !isId; ++i) {
+            RecordPlace &record = records.records[places.records.at(i)];
+            const QString file = content.files.at(record.file).id;
+            record.items.append({ itemFor(variable, file, record.segment), variable.id });
+        }
+        report(variable, places);
+        return isWithinBounds(variable.item, isId ? 1 : places.records.size());
+    }
+
+    bool isWithinBounds(const Item &item, int copies)
+    {
+        items += copies;
+        for (const ValueSet &set : item.valueSets)
+            sharedValues += qint64(set.values.size()) * (copies - 1);
+        return items <= maxItems && sharedValues <= maxSharedValues;
+    }
+
+    static Item itemFor(const Variable &variable, const QString &file, const QString &segment)
+    {
+        Item item = variable.item;
+        const auto isFor = [&](const Location &location) {
+            return (location.file.isEmpty() || location.file == file)
+                && (segment.isEmpty() || location.segment == segment);
+        };
+        const auto found = std::find_if(variable.locations.begin(), variable.locations.end(), isFor);
+        const Location location = found != variable.locations.end() ? *found : variable.locations.value(0);
+        item.start = location.start;
+        item.length = location.length;
+        if (item.length == 0 && item.start == 0)
+            item.length = stat::widthInFormat(item.format);
+        return item;
+    }
+
+    QString pathOf(const Variable &variable, const Places &places) const
+    {
+        const bool isId = places.idLevel >= 0;
+        const RecordPlace *record
+            = isId || places.records.isEmpty() ? nullptr : &records.records.at(places.records.constFirst());
+        const int level = isId ? places.idLevel : record ? record->level : 0;
+        const QString parent = cspro::childPath(cspro::nameInPath(records.levels.at(level).level.name),
+                                                record ? record->record.name : cspro::idsName());
+        return cspro::childPath(parent, variable.item.name);
+    }
+
+    void report(const Variable &variable, const Places &places)
+    {
+        const bool isPlain = variable.statements.isEmpty() && variable.findings.isEmpty();
+        if (isPlain && !places.isUnknownFile && !places.isUnknownType)
+            return;
+        const QString path = pathOf(variable, places);
+        for (const Statement &statement : variable.statements) {
+            const bool isOfValue = statement.category > 0 && !variable.item.valueSets.isEmpty();
+            const QString set = isOfValue ? cspro::childPath(path, variable.item.valueSets.constFirst().name) : path;
+            diagnostics.addExtra({ statement.line, isOfValue ? cspro::valuePath(set, statement.category) : path },
+                                 statement.key, statement.value);
+        }
+        for (const Finding &finding : variable.findings)
+            diagnostics.warn(finding.id, finding.message, { finding.line, path });
+        if (places.isUnknownFile)
+            diagnostics.warn("unknown-file",
+                             QStringLiteral("the variable names a file that the document does not have"),
+                             { variable.line, path });
+        if (places.isUnknownType)
+            diagnostics.warn("unknown-record-type",
+                             QStringLiteral("the variable names no record type of the document; it is in all records"),
+                             { variable.line, path });
+    }
+
+    void finishLevels()
+    {
+        for (LevelPlace &place : records.levels) {
+            place.level.ids = repetitions.join(place.ids);
+            place.ids.clear();
+            layout.levels.append(place.level);
+        }
+        for (RecordPlace &place : records.records) {
+            place.record.items = repetitions.join(place.items);
+            place.items.clear();
+            layout.levels[place.level].records.append(place.record);
+        }
+    }
+
+    // Groups that are not levels, records or items.
+    void keepGroups()
+    {
+        for (const Group &group : qAsConst(content.groups)) {
+            const bool isPart = records.areStated()
+                && (group.type == QLatin1String("level") || group.type == QLatin1String("record")
+                    || group.type == QLatin1String("subitems"));
+            if (!isPart && group.type != QLatin1String("repetition"))
+                keepGroup(group);
+        }
+        const QVector<const Group *> unused = repetitions.unused();
+        for (const Group *group : unused)
+            keepGroup(*group);
+    }
+
+    void keepGroup(const Group &group)
+    {
+        const Place place = { group.line, QString() };
+        const auto keepText = [&](const char *key, const QString &text) {
+            if (!text.isEmpty())
+                diagnostics.addExtra(place, QLatin1String("varGrp") + QLatin1String(key), text);
+        };
+        keepText("@type", group.type);
+        keepText("@name", group.name);
+        keepText("@var", group.variables.join(QLatin1Char(' ')));
+        keepText("@varGrp", group.groups.join(QLatin1Char(' ')));
+        for (const Label &label : group.labels.parts)
+            keepText("/labl", label.text);
+        keepText("/txt", group.note);
+        for (const Note &note : group.notes)
+            keepText("/notes", note.text);
+    }
+
+    const Content content;
+    Layout &layout;
+    Diagnostics &diagnostics;
+    Records records;
+    Repetitions repetitions;
+    QString typeVariable;
+    RecordTypeColumns typeVariableColumns;
+    qint64 items = 0;
+    qint64 sharedValues = 0;
+};
+
+} // namespace
+
+void assemble(Content content, Layout &layout, Diagnostics &diagnostics)
+{
+    Assembler(std::move(content), layout, diagnostics).assemble();
+}
+
+} // namespace vanlayout::ddi
