@@ -41,7 +41,8 @@ public:
     QVector<ValueSet> make()
     {
         gatherNotes();
-        if (all.isEmpty() && !variable.categories.isEmpty())
+        const QVector<Category> &categories = variable.categories;
+        if (all.isEmpty() && !std::all_of(categories.begin(), categories.end(), isOnlyMissing))
             all.append(SetNotes());
         for (int i = 0; i < all.size(); ++i)
             addSet(all.at(i), i == 0);

@@ -304,17 +304,17 @@ void DdiVariableWriter::writeNotes(const Item &item)
     writeDdiAliases(xml, item.aliases);
     for (int i = 0; i < item.valueSets.size(); ++i) {
         const ValueSet &set = item.valueSets.at(i);
-        const bool hasValues = i > 0 || (isForIpums() && hasRanges(set));
-        if (hasValues || set.labels != item.labels)
-            writeValueSet(set, hasValues);
+        writeValueSet(set, i > 0 || (isForIpums() && hasRanges(set)), item.valueSets.size() > 1);
     }
 }
 
 // The categories are those of the first set. The values of the others are in a note, because two labels of one code
 // would mislead; so are the ranges of the first set that are not categories.
-void DdiVariableWriter::writeValueSet(const ValueSet &set, bool hasValues)
+void DdiVariableWriter::writeValueSet(const ValueSet &set, bool hasValues, bool isOneOfSeveral)
 {
-    const QVector<DdiValueSetNote> notes = ddiValueSetNotes(set, hasValues);
+    QVector<DdiValueSetNote> notes = ddiValueSetNotes(set, hasValues);
+    if (notes.isEmpty() && (isOneOfSeveral || !set.name.isEmpty()))
+        notes.append(DdiValueSetNote()); // it names the set
     for (const DdiValueSetNote &note : notes) {
         xml.begin(QStringLiteral("notes"));
         xml.language(note.language);

@@ -41,7 +41,7 @@ private:
     void writeFormatName(const Item &item);
     void writeSchema(const QString &schema);
     void writeNotes(const Item &item);
-    void writeValueSet(const ValueSet &set, bool hasValues);
+    void writeValueSet(const ValueSet &set, bool hasValues, bool isOneOfSeveral);
 
     bool isForIpums() const { return profile == DdiProfile::Ipums; }
 

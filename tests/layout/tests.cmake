@@ -68,6 +68,8 @@ van_add_test(layout/LanguageTagTest.cpp)
 van_add_test(layout/DdiTest.cpp)
 van_use_made_data(DdiTest)
 target_compile_definitions(DdiTest PRIVATE VAN_SCHEMAS="${VAN_SCHEMAS_DIR}")
+van_add_test(layout/DdiRoundTripTest.cpp)
+van_use_made_data(DdiRoundTripTest)
 
 # Writes layouts in the forms for other programs, also for tests in other languages.
 add_executable(export_layout layout/export_layout.cpp)

@@ -1,0 +1,382 @@
+#include "support/Corpus.h"
+
+#include "read/DdiXml_p.h"
+#include "read/Reader.h"
+#include "read/StatFileTexts_p.h"
+#include "write/Columns_p.h"
+#include "write/Ddi.h"
+#include "write/Exportable.h"
+#include "write/LanguageTag_p.h"
+#include "write/LayoutJson.h"
+#include "write/XmlStream_p.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace vanlayout;
+
+namespace
+{
+
+/// Removes from a layout what its DDI document does not hold. Each operation is a row of the list in `docs/ddi.md`.
+class HeldByDdi
+{
+public:
+    explicit HeldByDdi(Layout whole)
+        : layout(std::move(whole))
+    {
+    }
+
+    Layout reduced()
+    {
+        nameItems();
+        dropFactsOfTheFile();
+        layout.created = layout.modified ? layout.modified : layout.created;
+        layout.modified.reset();
+        layout.name = heldText(layout.name);
+        layout.note = heldText(layout.note);
+        layout.aliases = heldAliases(layout.aliases);
+        layout.labels = heldLabels(layout.labels);
+        for (Label &label : layout.labels.parts)
+            label.text = label.text.trimmed();
+        if (layout.labels.parts.size() == 1 && layout.labels.primary() == layout.name)
+            layout.labels = Labels();
+        reduceRecordType();
+        for (Level &level : layout.levels)
+            reduceLevel(level);
+        for (Relation &relation : layout.relations)
+            reduceRelation(relation);
+        return layout;
+    }
+
+private:
+    static QString heldText(const QString &text) { return ddi::withoutIndentation(xmlText(text)); }
+    static QStringList heldAliases(QStringList aliases)
+    {
+        for (QString &alias : aliases)
+            alias = xmlText(alias);
+        return aliases;
+    }
+    static Labels heldLabels(const Labels &labels)
+    {
+        Labels held;
+        for (const Label &label : labels.parts) {
+            const QString text = heldText(label.text);
+            if (!text.isEmpty())
+                held.parts.append({ languageTagOf(label.language), text });
+        }
+        return held;
+    }
+
+    void dropFactsOfTheFile()
+    {
+        layout.file.clear();
+        layout.format = Format::None;
+        layout.formatVersion.clear();
+        layout.container.clear();
+        layout.encoding.clear();
+        layout.languages.clear();
+        layout.relativePositions.reset();
+        layout.decimalMark = false;
+        layout.zeroFill = false;
+        layout.editable = true;
+        layout.security.reset();
+        layout.readOptimization.reset();
+        layout.enableBinaryItems.reset();
+        layout.valueSetImages.reset();
+        layout.extras.clear();
+        layout.problems.clear();
+    }
+
+    // Names are those of the variables: unique in a record, and never empty.
+    void nameItems()
+    {
+        const Layout original = layout;
+        const auto rename = [&](const QVector<Column> &columns, const QVector<Item> &before, QVector<Item> &after) {
+            for (const Column &column : columns) {
+                const bool isHere = column.item >= before.constData() && column.item < before.constData() + before.size();
+                if (isHere && column.occurrence == 0)
+                    after[int(column.item - before.constData())].name = column.name;
+            }
+        };
+        for (int i = 0; i < original.levels.size(); ++i) {
+            rename(columnsOf(original, i, Record()), original.levels.at(i).ids, layout.levels[i].ids);
+            for (int k = 0; k < original.levels.at(i).records.size(); ++k) {
+                const Record &record = original.levels.at(i).records.at(k);
+                rename(columnsOf(original, i, record), record.items, layout.levels[i].records[k].items);
+            }
+        }
+    }
+
+    void reduceRecordType()
+    {
+        const bool hasRecords = std::any_of(layout.levels.begin(), layout.levels.end(),
+                                            [](const Level &level) { return !level.records.isEmpty(); });
+        hasTypes = hasRecords && layout.recordType && layout.recordType->start > 0 && layout.recordType->length > 0;
+        if (!hasTypes)
+            layout.recordType.reset();
+    }
+
+    template <typename Part> static void reduceTexts(Part &part)
+    {
+        part.name = xmlText(part.name);
+        part.labels = heldLabels(part.labels);
+        part.note = heldText(part.note);
+        part.aliases = heldAliases(part.aliases);
+    }
+
+    void reduceLevel(Level &level)
+    {
+        reduceTexts(level);
+        reduceItems(level.ids);
+        for (Record &record : level.records) {
+            reduceTexts(record);
+            record.recordType = hasTypes ? xmlText(record.recordType) : QString();
+            if (record.length && *record.length <= 0)
+                record.length.reset();
+            for (OccurrenceLabel &label : record.occurrenceLabels)
+                label.labels = heldLabels(label.labels);
+            dropEmpty(record.occurrenceLabels);
+            reduceItems(record.items);
+        }
+    }
+
+    static void dropEmpty(QVector<OccurrenceLabel> &labels)
+    {
+        labels.erase(std::remove_if(labels.begin(), labels.end(),
+                                    [](const OccurrenceLabel &label) { return label.labels.isEmpty(); }),
+                     labels.end());
+    }
+
+    void reduceItems(QVector<Item> &items)
+    {
+        Item parent;
+        for (Item &item : items) {
+            reduceItem(item, parent);
+            if (!item.isSubitem)
+                parent = item;
+        }
+    }
+
+    void reduceItem(Item &item, const Item &parent)
+    {
+        reduceTexts(item);
+        item.isSubitem = !item.subitemOf.isEmpty();
+        item.alignment = Alignment::None;
+        item.displayWidth = 0;
+        item.occurrences = std::max(item.occurrences, 1);
+        if (item.storage != Storage::None)
+            item.length = stat::widthInFormat(item.format);
+        else if (item.start <= 0 || item.length <= 0)
+            item.start = item.length = 0;
+        reduceNumber(item);
+        if (item.capture && item.capture->dateFormat.isEmpty())
+            item.capture.reset();
+        if (item.capture)
+            item.capture->type = QStringLiteral("date");
+        reduceOccurrenceLabels(item, parent);
+        for (int i = 0; i < item.valueSets.size(); ++i)
+            reduceSet(item, item.valueSets[i], i == 0);
+    }
+
+    void reduceNumber(Item &item) const
+    {
+        const bool isBinary = !item.isNumeric() && !item.isAlpha();
+        if (item.type.isEmpty())
+            item.type = itemtype::numeric();
+        if (!item.isNumeric() || item.decimals < 0)
+            item.decimals = 0;
+        if (item.decimals <= 0)
+            item.decimalMark = false;
+        item.zeroFill = item.zeroFill && !isBinary;
+        item.type = xmlText(item.type);
+    }
+
+    // The label of an occurrence is a part of the label of its variable, for each language of the item's label.
+    static void reduceOccurrenceLabels(Item &item, const Item &parent)
+    {
+        QVector<OccurrenceLabel> held;
+        for (int k = 1; k <= item.occurrences && item.occurrences > 1; ++k) {
+            const auto found = std::find_if(item.occurrenceLabels.begin(), item.occurrenceLabels.end(),
+                                            [&](const OccurrenceLabel &label) { return label.occurrence == k; });
+            if (found == item.occurrenceLabels.end() || item.labels.isEmpty())
+                continue;
+            Labels labels;
+            for (const Label &part : item.labels.parts)
+                labels.parts.append({ part.language, textOf(*found, part.language) });
+            addHeld(held, k, labels);
+        }
+        Q_UNUSED(parent)
+        item.occurrenceLabels = held;
+    }
+    static QString textOf(const OccurrenceLabel &label, const QString &tag)
+    {
+        for (const Label &part : label.labels.parts) {
+            if (languageTagOf(part.language) == tag && !part.text.isEmpty())
+                return xmlText(part.text);
+        }
+        return label.labels.primary().isEmpty() ? QString::number(label.occurrence) : xmlText(label.labels.primary());
+    }
+    static void addHeld(QVector<OccurrenceLabel> &held, int number, Labels labels)
+    {
+        const QString first = labels.parts.constFirst().text;
+        const bool isOne = std::all_of(labels.parts.begin(), labels.parts.end(),
+                                       [&](const Label &part) { return part.text == first; });
+        if (isOne)
+            labels.parts.resize(1);
+        if (!isOne || first != QString::number(number))
+            held.append({ number, labels });
+    }
+
+    void reduceSet(const Item &item, ValueSet &set, bool isFirst) const
+    {
+        reduceTexts(set);
+        set.link.clear();
+        QVector<Value> values;
+        for (Value value : qAsConst(set.values)) {
+            value.labels = heldLabels(value.labels);
+            value.textColor.clear();
+            value.note = isFirst ? heldText(value.note) : QString();
+            value.image = isFirst ? xmlText(value.image) : QString();
+            for (Range &range : value.ranges)
+                reduceRange(range);
+            if (isFirst)
+                values += perCode(value);
+            else if (!value.ranges.isEmpty() || !value.labels.isEmpty())
+                values.append(value);
+        }
+        Q_UNUSED(item)
+        set.values = values;
+    }
+
+    static void reduceRange(Range &range)
+    {
+        range.from = xmlText(range.from);
+        range.to = range.to == range.from ? QString() : xmlText(range.to);
+    }
+
+    // A value of the first set is one value for each code, then one for its ranges.
+    static QVector<Value> perCode(const Value &value)
+    {
+        QVector<Value> values;
+        QVector<Range> ranges;
+        Value part = value;
+        for (const Range &range : value.ranges) {
+            part.ranges = { range };
+            if (range.to.isEmpty())
+                values.append(part);
+            else
+                ranges.append(range);
+        }
+        part.ranges = ranges;
+        if (!ranges.isEmpty() || value.ranges.isEmpty())
+            values.append(part);
+        return values;
+    }
+
+    static void reduceRelation(Relation &relation)
+    {
+        relation.aliases.clear();
+        if (relation.links.isEmpty())
+            relation.primary.clear();
+    }
+
+    Layout layout;
+    bool hasTypes = false;
+};
+
+QByteArray documentOf(const Layout &layout, DdiProfile profile = DdiProfile::Plain)
+{
+    DdiOptions options;
+    options.profile = profile;
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    return writeDdi(layout, buffer, options) ? buffer.data() : QByteArray();
+}
+
+Layout readBack(QByteArray document)
+{
+    QBuffer buffer(&document);
+    buffer.open(QIODevice::ReadOnly);
+    return readLayout(buffer, QStringLiteral("name"));
+}
+
+QByteArrayList linesOf(const Layout &layout)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    writeLayoutJson(layout, buffer, JsonStyle::Pretty);
+    return buffer.data().split('\n');
+}
+
+// The first difference of two layouts; empty if there is none.
+QByteArray differenceOf(const Layout &one, const Layout &other)
+{
+    if (one == other)
+        return QByteArray();
+    const QByteArrayList before = linesOf(one);
+    const QByteArrayList after = linesOf(other);
+    int i = 0;
+    while (i < qMin(before.size(), after.size()) && before.at(i) == after.at(i))
+        ++i;
+    return "line " + QByteArray::number(i + 1) + "\n" + before.mid(qMax(i - 8, 0), 24).join('\n') + "\n--- read back:\n"
+        + after.mid(qMax(i - 8, 0), 24).join('\n');
+}
+
+} // namespace
+
+/// A layout that is written as DDI and read back is the same layout, but for what DDI does not hold.
+class DdiRoundTripTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void layoutComesBack_data();
+    void layoutComesBack();
+};
+
+void DdiRoundTripTest::layoutComesBack_data()
+{
+    QTest::addColumn<QStringList>("paths");
+    const auto add = [](const char *row, const QString &directory, const QStringList &names) {
+        QStringList paths;
+        for (const QFileInfo &file : QDir(directory).entryInfoList(names, QDir::Files))
+            paths.append(file.filePath());
+        QTest::newRow(row) << paths;
+    };
+    add("examples", VAN_EXAMPLES, { "*.dcf" });
+    add("dictionaries of other tests", VAN_TEST_DATA "/layout", { "*.dcf" });
+    add("several levels", VAN_TEST_DATA "/ddi", { "*.dcf" });
+    add("text form of the importers", VAN_TEST_DATA "/cspro", { "*.dcf" });
+    add("JSON form of the importers", VAN_TEST_DATA "/cspro8", { "*.dcf" });
+    add("statistical files", VAN_MADE_DATA, { "*.sav", "*.por", "*.dta", "*.sas7bdat", "*.xpt" });
+    for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" })
+        QTest::newRow(kind) << corpusFiles(kind);
+}
+
+void DdiRoundTripTest::layoutComesBack()
+{
+    QFETCH(QStringList, paths);
+    if (paths.isEmpty())
+        QSKIP("the corpus is not available");
+    QByteArrayList differences;
+    for (const QString &path : qAsConst(paths)) {
+        const Layout layout = readLayout(path);
+        if (!layout.isRead() || !exportProblem(layout).isEmpty())
+            continue;
+        const Layout back = readBack(documentOf(layout));
+        QVERIFY2(back.isRead(), qPrintable(path));
+        const QByteArray difference = differenceOf(HeldByDdi(layout).reduced(), HeldByDdi(back).reduced());
+        if (!difference.isEmpty())
+            differences.append(path.toUtf8() + ": " + difference);
+    }
+    const QByteArray message = QByteArray::number(differences.size()) + " of " + QByteArray::number(paths.size()) + "\n"
+        + differences.mid(0, 3).join('\n');
+    QVERIFY2(differences.isEmpty(), message.constData());
+}
+
+QTEST_APPLESS_MAIN(DdiRoundTripTest)
+#include "DdiRoundTripTest.moc"
