@@ -129,7 +129,7 @@ QByteArray comment(const QStringList &texts, const CommentStyle &style)
 QByteArray programHead(const LoadPlan &plan, const CommentStyle &style, const HeadTexts &texts)
 {
     QStringList head = {
-        QStringLiteral("Loads a CSPro data file with %1.").arg(texts.target),
+        QStringLiteral("Loads %1 with %2.").arg(plan.dataKind, texts.target),
         QStringLiteral("Made by vanlayout " VANLAYOUT_VERSION_STRING " from the data dictionary; it can be edited."),
         QString(),
         dictionaryLine(plan),

@@ -68,6 +68,10 @@ QString problemWithRecordType(const Layout &layout)
         for (const Record &record : level.records) {
             const QString mark = columns.length > 0 ? paddedMark(record.recordType, columns.length) : QString();
             const auto [other, isNew] = known.try_emplace(mark, record.name);
+            if (!isNew && layout.format == Format::Ddi && columns.length <= 0)
+                return QStringLiteral("describes lines of several kinds that have no record type: %1 and %2; make a "
+                                      "document for each")
+                    .arg(other->second, record.name);
             if (!isNew)
                 return QStringLiteral("has two records with the record type '%1': %2 and %3")
                     .arg(mark, other->second, record.name);

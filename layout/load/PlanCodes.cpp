@@ -28,7 +28,7 @@ public:
 
     CodeList make()
     {
-        const QVector<Value> &values = item.valueSets.constFirst().values;
+        const QVector<Value> values = item.valueSets.isEmpty() ? QVector<Value>() : item.valueSets.constFirst().values;
         list.rows.reserve(values.size());
         for (const Value &value : values) {
             const QString label = oneLine(value.labels.in(options.language));
@@ -90,8 +90,26 @@ private:
             list.specials.append({ outcomeOf(row.special, options.specials), isText ? row.from : row.low,
                                    isText ? row.from : row.high });
         }
+        addMissing();
         while (!list.specials.isEmpty() && list.specials.constLast().outcome == CellOutcome::Value)
             list.specials.removeLast();
+    }
+
+    // User-missing values of a DDI document. An open end of a range is the largest number of the columns.
+    void addMissing()
+    {
+        const CellOutcome outcome = outcomeOf(Special::Missing, options.specials);
+        for (const Range &range : item.missing) {
+            const QString nines(item.length, QLatin1Char('9'));
+            const bool isOpenBelow = item.isNumeric() && range.from == QLatin1String("-inf");
+            const bool isOpenAbove = item.isNumeric() && range.to == QLatin1String("inf");
+            CodeRow row = rowOf(Value(),
+                                { isOpenBelow ? QLatin1Char('-') + nines : range.from, isOpenAbove ? nines : range.to },
+                                QString());
+            if (matchesCells(row))
+                list.specials.append(
+                    { outcome, item.isNumeric() ? row.low : row.from, item.isNumeric() ? row.high : row.from });
+        }
     }
 
     std::optional<WholeRange> wholeRangeOf(const CodeRow &row) const

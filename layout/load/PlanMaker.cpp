@@ -46,10 +46,16 @@ QString plainName(const QString &name)
     return plain;
 }
 
+// The name of a DDI document is that of its data file, with a suffix.
+bool isNamedAfterData(const Layout &layout)
+{
+    return layout.format == Format::Ddi && !QFileInfo(layout.name).suffix().isEmpty();
+}
+
 QString programName(const Layout &layout)
 {
     if (!layout.name.isEmpty())
-        return plainName(layout.name);
+        return plainName(isNamedAfterData(layout) ? QFileInfo(layout.name).completeBaseName() : layout.name);
     const QString stem = layout.file == QLatin1String("-") ? QString() : QFileInfo(layout.file).completeBaseName();
     return stem.isEmpty() ? QStringLiteral("layout") : plainName(stem);
 }
@@ -125,9 +131,12 @@ private:
         plan.dictionary = oneLine(layout.name);
         options.language = languageOf(layout, options.language);
         plan.label = oneLine(layout.labels.in(options.language));
+        plan.dataKind
+            = layout.format == Format::Ddi ? QStringLiteral("a data file") : QStringLiteral("a CSPro data file");
         plan.version = oneLine(describeFormat(layout));
         if (options.data.isEmpty())
-            options.data = plan.name + QLatin1String(".dat");
+            options.data
+                = isNamedAfterData(layout) ? QFileInfo(layout.name).fileName() : plan.name + QLatin1String(".dat");
         if (layout.recordType && layout.recordType->length > 0)
             plan.recordType = layout.recordType;
     }
@@ -143,7 +152,8 @@ private:
             plan.knownMarks.append(markOf(record));
         if (!loaded.holds(record))
             return;
-        PlannedTable table = namedTable(record.name);
+        const bool isUnnamed = layout.format == Format::Ddi && record.name.isEmpty();
+        PlannedTable table = namedTable(isUnnamed ? plan.name : record.name);
         table.label = oneLine(record.labels.in(plan.options.language));
         table.level = level;
         table.record = &record;
@@ -323,7 +333,7 @@ private:
     // The index of the codes of an item, which its columns share; -1 if it has none.
     int codesOf(const PlannedTable &table, const Item &item)
     {
-        if (item.valueSets.isEmpty())
+        if (item.valueSets.isEmpty() && item.missing.isEmpty())
             return -1;
         const auto [known, isNew] = codesOfItems.try_emplace(&item, plan.codes.size());
         if (isNew) {

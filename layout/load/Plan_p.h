@@ -126,6 +126,7 @@ struct LoadPlan {
     QString name;        ///< stem of the file names: letters, digits and `_`
     QString dictionary;  ///< name of the dictionary, one line
     QString label;       ///< of the dictionary, one line
+    QString dataKind;    ///< kind of the data file: "a CSPro data file"
     QString version;     ///< kind and version of the dictionary, such as "CSPro dictionary, text form 7.7"
     std::optional<RecordTypeColumns> recordType;
     QStringList knownMarks;       ///< of all records, also of those that are not loaded, padded

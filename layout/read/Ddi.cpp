@@ -91,8 +91,6 @@ void readDdi(Input &input, Layout &layout, Diagnostics &diagnostics)
     ddi::Content content;
     if (hasRoot)
         content = ddi::readCodeBook(xml);
-    if (xml.problem().isEmpty())
-        xml.nextChild(); // what follows the root must be well-formed too
     if (!xml.problem().isEmpty()) {
         failWith(xml, hasRoot, diagnostics);
         return;

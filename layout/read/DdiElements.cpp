@@ -3,6 +3,8 @@
 #include "read/CSProCommon_p.h"
 #include "util/Numbers_p.h"
 
+#include <algorithm>
+
 namespace vanlayout::ddi
 {
 
@@ -10,6 +12,11 @@ namespace
 {
 
 constexpr int longestKey = 200; // characters, because elements within each other could have any number of them
+
+bool isBlank(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar character) { return character.isSpace(); });
+}
 
 bool isOfMarkup(const QString &attribute)
 {
@@ -64,28 +71,38 @@ void keep(Xml &xml, QVector<Statement> &statements, const QString &prefix, int c
         QString key;
         QString text;
         int line;
+        bool hasText;
     };
     QVector<Element> open;
+    int markup = 0; // open elements within a text, such as emphasis, which belong to it
     const auto begin = [&](const QString &parent) {
-        open.append({ cspro::shortened(parent + xml.name(), longestKey), QString(), xml.line() });
+        open.append({ cspro::shortened(parent + xml.name(), longestKey), QString(), xml.line(), false });
         keepAttributes(xml, statements, qAsConst(open).last().key, " ID ", category);
+    };
+    const auto keepText = [&](const Element &element) {
+        if (element.hasText)
+            statements.append({ element.key, withoutIndentation(element.text), element.line, category });
     };
     begin(prefix);
     while (!open.isEmpty()) {
         switch (xml.nextPart()) {
         case Xml::Part::Text:
-            open.last().text += xml.partText();
+            open.last().hasText = open.constLast().hasText || !isBlank(xml.partText());
+            if (open.constLast().hasText)
+                open.last().text += xml.partText();
             break;
         case Xml::Part::Begin:
-            begin(open.last().key + QLatin1Char('/'));
+            if (markup > 0 || open.constLast().hasText)
+                ++markup;
+            else
+                begin(open.last().key + QLatin1Char('/'));
             break;
-        case Xml::Part::End: {
-            const Element element = open.takeLast();
-            const QString text = withoutIndentation(element.text);
-            if (!text.trimmed().isEmpty())
-                statements.append({ element.key, text, element.line, category });
+        case Xml::Part::End:
+            if (markup > 0)
+                --markup;
+            else
+                keepText(open.takeLast());
             break;
-        }
         case Xml::Part::Nothing:
             return;
         }
@@ -113,7 +130,7 @@ void keepNote(const Note &note, QVector<Statement> &statements, const QString &k
         statements.append({ key + QLatin1String("@type"), note.type, note.line, 0 });
     if (!note.subject.isEmpty())
         statements.append({ key + QLatin1String("@subject"), note.subject, note.line, 0 });
-    if (!note.text.trimmed().isEmpty())
+    if (!isBlank(note.text))
         statements.append({ key, note.text, note.line, 0 });
 }
 

@@ -54,8 +54,8 @@ Records::Records(const Content &document)
         return;
     levels.append(LevelPlace());
     gatherSegments();
-    const bool isEmpty = content.variables.isEmpty() && content.files.size() == 1
-        && content.files.constFirst().groups.isEmpty();
+    const bool isEmpty
+        = content.variables.isEmpty() && content.files.size() == 1 && content.files.constFirst().groups.isEmpty();
     if (isEmpty)
         levels.clear();
     for (int i = 0; i < content.files.size() && !isEmpty; ++i)

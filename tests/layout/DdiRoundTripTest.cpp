@@ -97,7 +97,8 @@ private:
         const Layout original = layout;
         const auto rename = [&](const QVector<Column> &columns, const QVector<Item> &before, QVector<Item> &after) {
             for (const Column &column : columns) {
-                const bool isHere = column.item >= before.constData() && column.item < before.constData() + before.size();
+                const bool isHere
+                    = column.item >= before.constData() && column.item < before.constData() + before.size();
                 if (isHere && column.occurrence == 0)
                     after[int(column.item - before.constData())].name = column.name;
             }
@@ -151,17 +152,13 @@ private:
                      labels.end());
     }
 
-    void reduceItems(QVector<Item> &items)
+    static void reduceItems(QVector<Item> &items)
     {
-        Item parent;
-        for (Item &item : items) {
-            reduceItem(item, parent);
-            if (!item.isSubitem)
-                parent = item;
-        }
+        for (Item &item : items)
+            reduceItem(item);
     }
 
-    void reduceItem(Item &item, const Item &parent)
+    static void reduceItem(Item &item)
     {
         reduceTexts(item);
         item.isSubitem = !item.subitemOf.isEmpty();
@@ -177,12 +174,12 @@ private:
             item.capture.reset();
         if (item.capture)
             item.capture->type = QStringLiteral("date");
-        reduceOccurrenceLabels(item, parent);
+        reduceOccurrenceLabels(item);
         for (int i = 0; i < item.valueSets.size(); ++i)
-            reduceSet(item, item.valueSets[i], i == 0);
+            reduceSet(item.valueSets[i], i == 0);
     }
 
-    void reduceNumber(Item &item) const
+    static void reduceNumber(Item &item)
     {
         const bool isBinary = !item.isNumeric() && !item.isAlpha();
         if (item.type.isEmpty())
@@ -196,7 +193,7 @@ private:
     }
 
     // The label of an occurrence is a part of the label of its variable, for each language of the item's label.
-    static void reduceOccurrenceLabels(Item &item, const Item &parent)
+    static void reduceOccurrenceLabels(Item &item)
     {
         QVector<OccurrenceLabel> held;
         for (int k = 1; k <= item.occurrences && item.occurrences > 1; ++k) {
@@ -209,7 +206,6 @@ private:
                 labels.parts.append({ part.language, textOf(*found, part.language) });
             addHeld(held, k, labels);
         }
-        Q_UNUSED(parent)
         item.occurrenceLabels = held;
     }
     static QString textOf(const OccurrenceLabel &label, const QString &tag)
@@ -231,7 +227,7 @@ private:
             held.append({ number, labels });
     }
 
-    void reduceSet(const Item &item, ValueSet &set, bool isFirst) const
+    static void reduceSet(ValueSet &set, bool isFirst)
     {
         reduceTexts(set);
         set.link.clear();
@@ -241,6 +237,8 @@ private:
             value.textColor.clear();
             value.note = isFirst ? heldText(value.note) : QString();
             value.image = isFirst ? xmlText(value.image) : QString();
+            if (!isFirst)
+                sortByLanguage(value.labels);
             for (Range &range : value.ranges)
                 reduceRange(range);
             if (isFirst)
@@ -248,8 +246,13 @@ private:
             else if (!value.ranges.isEmpty() || !value.labels.isEmpty())
                 values.append(value);
         }
-        Q_UNUSED(item)
         set.values = values;
+    }
+
+    static void sortByLanguage(Labels &labels)
+    {
+        std::stable_sort(labels.parts.begin(), labels.parts.end(),
+                         [](const Label &one, const Label &other) { return one.language < other.language; });
     }
 
     static void reduceRange(Range &range)

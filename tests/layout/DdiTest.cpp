@@ -276,7 +276,7 @@ private slots:
     void missingValuesAreInvalid_data();
     void missingValuesAreInvalid();
     void furtherValueSetsAreNotes();
-    void labelOfTheItemIsNoNoteOfItsValueSet();
+    void eachValueSetIsNamedInANote();
     void valuesWithoutALabelAreInTheFirstNote();
     void notesAndImagesOfValuesAreTexts();
     void noteAndAliasesOfAnItemAreKept();
@@ -996,18 +996,20 @@ void DdiTest::furtherValueSetsAreNotes()
     QCOMPARE(notes.at(0)["type"], QString("value set"));
 }
 
-void DdiTest::labelOfTheItemIsNoNoteOfItsValueSet()
+void DdiTest::eachValueSetIsNamedInANote()
 {
     Item item = withValues(numeric("AGE"), { value({ { "1", "" } }, "One") });
     item.labels = labelled("Age", "EN");
     item.valueSets[0].values[0].labels = labelled("One", "EN");
+    const QVector<XmlElement> names = variableOf(item).all("notes");
+    QCOMPARE(textsOf(names), QStringList({ "" }));
+    QCOMPARE(attributesOf(names, "subject"), QStringList({ "AGE_VS1" }));
     item.valueSets[0].labels = item.labels;
-    QVERIFY(variableOf(item).all("notes").isEmpty());
-    item.valueSets[0].labels = labelled("Age in years", "EN");
-    QCOMPARE(textsOf(variableOf(item).all("notes")), QStringList({ "Age in years" }));
-    item.valueSets[0].labels = item.labels;
+    QCOMPARE(textsOf(variableOf(item).all("notes")), QStringList({ "Age" }));
     item.valueSets.append(item.valueSets.at(0));
-    QCOMPARE(textsOf(variableOf(item).all("notes")), QStringList({ "Age\n1: One" }));
+    QCOMPARE(textsOf(variableOf(item).all("notes")), QStringList({ "Age", "Age\n1: One" }));
+    item.valueSets = { setOf(QString(), item.valueSets.at(0).values) };
+    QVERIFY(variableOf(item).all("notes").isEmpty());
 }
 
 void DdiTest::valuesWithoutALabelAreInTheFirstNote()
@@ -1018,8 +1020,8 @@ void DdiTest::valuesWithoutALabelAreInTheFirstNote()
     Item item = withValues(numeric("X"), {});
     item.valueSets.append(set);
     const QVector<XmlElement> notes = variableOf(item).all("notes");
-    QCOMPARE(textsOf(notes), QStringList({ "1\n2: Two\n3", "2: II", "2: Deux" }));
-    QCOMPARE(attributesOf(notes, "xml:lang"), QStringList({ "en", "", "fr" }));
+    QCOMPARE(textsOf(notes), QStringList({ "", "1\n2: Two\n3", "2: II", "2: Deux" }));
+    QCOMPARE(attributesOf(notes, "xml:lang"), QStringList({ "", "en", "", "fr" }));
 }
 
 void DdiTest::notesAndImagesOfValuesAreTexts()
@@ -1236,7 +1238,7 @@ void DdiTest::rangesAreANoteForExtractReaders()
     const Item ranged = withValues(numeric("X"), { value({ { "0", "9" } }, "Years"), value({ { "98", "" } }, "None") });
     QCOMPARE(textsOf(variableOf(ranged, ipums()).all("notes")), QStringList({ "0 to 9: Years\n98: None" }));
     const Item coded = withValues(numeric("X"), { value({ { "98", "" } }, "None") });
-    QVERIFY(variableOf(coded, ipums()).all("notes").isEmpty());
+    QCOMPARE(textsOf(variableOf(coded, ipums()).all("notes")), QStringList({ "" }));
 }
 
 void DdiTest::refusalOfTheDeviceIsReported()

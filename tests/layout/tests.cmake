@@ -68,6 +68,7 @@ van_add_test(layout/LanguageTagTest.cpp)
 van_add_test(layout/DdiTest.cpp)
 van_use_made_data(DdiTest)
 target_compile_definitions(DdiTest PRIVATE VAN_SCHEMAS="${VAN_SCHEMAS_DIR}")
+van_add_test(layout/DdiReaderTest.cpp)
 van_add_test(layout/DdiRoundTripTest.cpp)
 van_use_made_data(DdiRoundTripTest)
 
