@@ -47,6 +47,7 @@ public:
         for (const Statement &statement : qAsConst(content.statements))
             diagnostics.addExtra({ statement.line, QString() }, statement.key, statement.value);
         setRecordType();
+        gatherTypes();
         if (content.variables.isEmpty())
             diagnostics.warn("no-variables", QStringLiteral("the document describes no variables"));
         for (const Variable &variable : qAsConst(content.variables)) {
@@ -172,24 +173,35 @@ private:
     {
         if (group.typeStart > 0)
             return { group.typeStart, group.typeLength > 0 ? group.typeLength : std::max(int(group.type.size()), 1) };
-        if (group.typeVariable.isEmpty() || !gatherTypeVariable(group.typeVariable))
+        const Variable *variable = group.typeVariable.isEmpty() ? nullptr : variableCalled(group.typeVariable);
+        if (!variable || variable->locations.isEmpty())
             return {};
-        return typeVariableColumns;
+        return { variable->locations.constFirst().start, variable->locations.constFirst().length };
     }
 
-    bool gatherTypeVariable(const QString &wanted)
+    // The variable with an ID or a name; null if there is none.
+    const Variable *variableCalled(const QString &idOrName)
     {
-        if (typeVariable == wanted)
-            return typeVariableColumns.start > 0;
-        typeVariable = wanted;
-        typeVariableColumns = RecordTypeColumns();
-        const auto found
-            = std::find_if(content.variables.cbegin(), content.variables.cend(), [&](const Variable &variable) {
-                  return variable.id == wanted || variable.item.name == wanted;
-              });
-        if (found != content.variables.cend() && !found->locations.isEmpty())
-            typeVariableColumns = { found->locations.constFirst().start, found->locations.constFirst().length };
-        return typeVariableColumns.start > 0;
+        if (variables.empty()) {
+            for (const Variable &variable : content.variables) {
+                variables.try_emplace(variable.id, &variable);
+                variables.try_emplace(variable.item.name, &variable);
+            }
+        }
+        const auto found = variables.find(idOrName);
+        return found != variables.end() ? found->second : nullptr;
+    }
+
+    void gatherTypes()
+    {
+        for (const DataFile &file : content.files) {
+            for (const RecordGroup &group : file.groups) {
+                if (!group.typeVariable.isEmpty())
+                    typeVariables.insert(group.typeVariable);
+            }
+        }
+        for (int i = 0; i < records.records.size(); ++i)
+            recordsOfType[records.records.at(i).record.recordType].append(i);
     }
 
     // Whether a variable is the record type itself: a record group names it, and its columns are those of the type.
@@ -198,12 +210,9 @@ private:
         if (!layout.recordType || variable.locations.isEmpty())
             return false;
         const Location &location = variable.locations.constFirst();
-        const QVector<RecordGroup> &groups = content.files.constFirst().groups;
         return location.start == layout.recordType->start && location.length == layout.recordType->length
-            && std::any_of(groups.begin(), groups.end(), [&](const RecordGroup &group) {
-                   return !group.typeVariable.isEmpty()
-                       && (group.typeVariable == variable.id || group.typeVariable == variable.item.name);
-               });
+            && (typeVariables.find(variable.id) != typeVariables.end()
+                || typeVariables.find(variable.item.name) != typeVariables.end());
     }
 
     // The categories of the record type are the records.
@@ -212,12 +221,16 @@ private:
         if (records.areStated() || variable.item.valueSets.isEmpty())
             return;
         for (const Value &value : variable.item.valueSets.constFirst().values) {
-            for (RecordPlace &place : records.records) {
-                const bool isOfType
-                    = !value.ranges.isEmpty() && value.ranges.constFirst().from == place.record.recordType;
-                if (isOfType && place.record.labels.isEmpty())
-                    place.record.labels = value.labels;
+            const auto found
+                = value.ranges.isEmpty() ? recordsOfType.end() : recordsOfType.find(value.ranges.constFirst().from);
+            if (found == recordsOfType.end())
+                continue;
+            for (const int index : qAsConst(found->second)) {
+                Record &record = records.records[index].record;
+                if (record.labels.isEmpty())
+                    record.labels = value.labels;
             }
+            recordsOfType.erase(found);
         }
     }
 
@@ -352,8 +365,9 @@ private:
     Diagnostics &diagnostics;
     Records records;
     Repetitions repetitions;
-    QString typeVariable;
-    RecordTypeColumns typeVariableColumns;
+    KeyedMap<QString, const Variable *> variables; ///< by ID and name
+    KeyedSet<QString> typeVariables;               ///< IDs or names that record groups have for the type
+    KeyedMap<QString, QVector<int>> recordsOfType; ///< records that no category has labelled yet
     qint64 items = 0;
     qint64 sharedValues = 0;
 };

@@ -3,6 +3,7 @@
 #include "read/CSProCommon_p.h"
 #include "read/DdiElements_p.h"
 #include "read/DdiVariable_p.h"
+#include "util/KeyedHash_p.h"
 
 #include <QRegularExpression>
 
@@ -107,10 +108,12 @@ private:
     // The description of the document usually has the title of the study.
     void dropTitlesOfDocument()
     {
-        const auto isTitle = [this](const Statement &statement) {
+        KeyedSet<QString> titles;
+        for (const Label &title : qAsConst(content.titles.parts))
+            titles.insert(title.text);
+        const auto isTitle = [&](const Statement &statement) {
             return statement.key.startsWith(QLatin1String("docDscr/citation/titlStmt/"))
-                && std::any_of(content.titles.parts.begin(), content.titles.parts.end(),
-                               [&](const Label &title) { return title.text == statement.value; });
+                && titles.find(statement.value) != titles.end();
         };
         QVector<Statement> &all = content.statements;
         all.erase(std::remove_if(all.begin(), all.end(), isTitle), all.end());

@@ -183,15 +183,15 @@ QVector<int> Records::filesOf(const Variable &variable, Places &places) const
 {
     QStringList ids = variable.files;
     for (int i = 0; i < variable.locations.size() && variable.files.isEmpty(); ++i) {
-        const QString &file = variable.locations.at(i).file;
-        if (!file.isEmpty() && !ids.contains(file))
-            ids.append(file);
+        if (!variable.locations.at(i).file.isEmpty())
+            ids.append(variable.locations.at(i).file);
     }
     QVector<int> numbers;
+    KeyedSet<quint64> known;
     for (const QString &id : qAsConst(ids)) {
         const auto file = files.find(id);
         places.isUnknownFile = places.isUnknownFile || file == files.end();
-        if (file != files.end() && !numbers.contains(file->second))
+        if (file != files.end() && known.insert(quint64(file->second)).second)
             numbers.append(file->second);
     }
     return numbers.isEmpty() ? QVector<int>{ 0 } : numbers;
@@ -201,16 +201,16 @@ QVector<int> Records::recordsOf(int file, const Variable &variable, Places &plac
 {
     const QVector<int> &all = recordsOfFile.at(file);
     QVector<int> found;
-    for (const QString &type : variable.recordTypes) {
-        const auto record = recordsByType.find(keyOf(file, type));
-        if (record != recordsByType.end())
-            found += record->second;
-    }
-    for (const Location &location : variable.locations) {
-        const auto record = recordsBySegment.find(keyOf(file, location.segment));
-        if (record != recordsBySegment.end() && !found.contains(record->second.constFirst()))
-            found += record->second;
-    }
+    KeyedSet<QString> known;
+    const auto gather = [&](const KeyedMap<QString, QVector<int>> &list, const QString &part) {
+        const auto place = list.find(keyOf(file, part));
+        if (place != list.end() && known.insert(part).second)
+            found += place->second;
+    };
+    for (const QString &type : variable.recordTypes)
+        gather(recordsByType, type);
+    for (const Location &location : variable.locations)
+        gather(recordsBySegment, location.segment);
     if (!found.isEmpty())
         return found;
     places.isUnknownType = !variable.recordTypes.isEmpty() && !recordsByType.empty();

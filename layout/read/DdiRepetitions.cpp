@@ -51,7 +51,9 @@ private:
     QVector<int> membersOf(int first) const
     {
         const auto group = groupOf.find(placed.at(first).id);
-        if (group == groupOf.end() || groups.at(group->second).variables.constFirst() != placed.at(first).id)
+        const bool isFirst = group != groupOf.end() && places.find(placed.at(first).id)->second == first
+            && groups.at(group->second).variables.constFirst() == placed.at(first).id;
+        if (!isFirst)
             return {};
         QVector<int> members;
         for (const QString &id : groups.at(group->second).variables) {

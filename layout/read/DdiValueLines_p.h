@@ -24,13 +24,15 @@ public:
 
     /// The value in the next line; none if the line is part of another text.
     std::optional<ValueLine> next(const QString &line);
+    /// Begins with the first line of another note about the same set.
+    void restart() { position = 0; }
     /// Whether the lines so far had all valid ranges.
     bool isComplete() const { return position == ranges.size(); }
 
 private:
     std::optional<ValueLine> validIn(const QString &line);
 
-    const QVector<Range> &ranges;
+    QVector<Range> ranges;
     QStringList texts;             ///< of each range
     KeyedMap<QString, int> places; ///< of the first range with a text
     int position = 0;

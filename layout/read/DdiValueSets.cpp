@@ -78,30 +78,36 @@ private:
         set.name = notes.name;
         set.note = notes.note;
         set.aliases = notes.aliases;
-        const QVector<Range> valid = validOf(notes.name);
+        ValueLines lines(validOf(notes.name));
+        KeyedMap<QString, int> places;
         for (const Note &note : notes.texts)
-            addText(set, note, valid, isFirst);
+            addText(set, note, lines, places, isFirst);
         if (isFirst && set.values.isEmpty())
             set.values = valuesOfCategories();
         sets.append(set);
     }
 
-    // A document with one value set does not name its ranges.
-    QVector<Range> validOf(const QString &name) const
+    // A document with one value set does not name its ranges. Each of several sets with one name has its own.
+    QVector<Range> validOf(const QString &name)
     {
         const QVector<ValidRanges> &valid = variable.valid;
         if (all.size() == 1 && valid.size() == 1)
             return valid.constFirst().ranges;
-        const QVector<ValidRanges>::const_iterator found
-            = std::find_if(valid.begin(), valid.end(), [&](const ValidRanges &ranges) { return ranges.set == name; });
-        return found != valid.end() ? found->ranges : QVector<Range>();
+        if (validByName.empty()) {
+            for (int i = valid.size() - 1; i >= 0; --i)
+                validByName[valid.at(i).set].append(i);
+        }
+        const auto named = validByName.find(name);
+        return named != validByName.end() && !named->second.isEmpty() ? valid.at(named->second.takeLast()).ranges
+                                                                      : QVector<Range>();
     }
 
     // Lines before the first value are the label of the set, and lines that are no values continue the label before.
     // The first set has values in its note only if all of them are there.
-    void addText(ValueSet &set, const Note &note, const QVector<Range> &valid, bool isFirst)
+    static void addText(ValueSet &set, const Note &note, ValueLines &lines, KeyedMap<QString, int> &places,
+                        bool isFirst)
     {
-        ValueLines lines(valid);
+        lines.restart();
         QVector<ValueLine> values;
         QString label;
         bool hasLabel = false;
@@ -121,28 +127,30 @@ private:
         }
         if (!label.isEmpty())
             set.labels.parts.append({ note.language, label });
-        addValues(set.values, values, note.language);
+        addValues(set.values, values, note.language, places);
     }
 
-    // The values of a further language are those of the first with other labels.
-    static void addValues(QVector<Value> &values, const QVector<ValueLine> &lines, const QString &language)
+    // The values of a further language are those of the first with other labels. The places are those of the values
+    // that have another language.
+    static void addValues(QVector<Value> &values, const QVector<ValueLine> &lines, const QString &language,
+                          KeyedMap<QString, int> &places)
     {
-        KeyedMap<QString, int> places;
-        for (int i = 0; i < values.size(); ++i)
-            places.try_emplace(keyOf(values.at(i).ranges, values.at(i).special), i);
-        const int known = values.size();
+        QVector<int> added;
         for (const ValueLine &line : lines) {
-            const auto place = known > 0 ? places.find(keyOf(line.ranges, line.special)) : places.end();
+            const auto place = places.find(keyOf(line.ranges, line.special));
             const int index = place != places.end() ? place->second : values.size();
             if (index == values.size()) {
                 Value value;
                 value.ranges = line.ranges;
                 value.special = line.special;
                 values.append(value);
+                added.append(index);
             }
             if (!line.label.isEmpty())
                 values[index].labels.parts.append({ language, line.label });
         }
+        for (const int index : qAsConst(added))
+            places.try_emplace(keyOf(values.at(index).ranges, values.at(index).special), index);
     }
 
     static QString keyOf(const QVector<Range> &ranges, Special special)
@@ -254,7 +262,8 @@ private:
     Variable &variable;
     QVector<SetNotes> all;
     QVector<ValueSet> sets;
-    KeyedMap<QString, Range> known; ///< ranges by their text
+    KeyedMap<QString, Range> known;              ///< ranges by their text
+    KeyedMap<QString, QVector<int>> validByName; ///< valid ranges that no set has yet, the first at the end
 };
 
 } // namespace

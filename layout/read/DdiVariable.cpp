@@ -113,8 +113,20 @@ private:
         keepAttributes(xml, variable.statements, QStringLiteral("location"),
                        " ID StartPos EndPos width RecSegNo fileid ");
         checkColumns(location, end);
-        variable.locations.append(location);
+        addLocation(location);
         xml.skip();
+    }
+
+    void addLocation(const Location &location)
+    {
+        constexpr int maxLocations = 100;
+        if (variable.locations.size() < maxLocations) {
+            variable.locations.append(location);
+        } else if (!hasTooManyLocations) {
+            hasTooManyLocations = true;
+            find("too-many-locations",
+                 QStringLiteral("more than %1 locations; further ones are not kept").arg(maxLocations));
+        }
     }
 
     int position(const char *attribute)
@@ -331,6 +343,7 @@ private:
     Item &item = variable.item;
     bool hasFormat = false;
     bool isCharacter = false;
+    bool hasTooManyLocations = false;
 };
 
 } // namespace

@@ -145,10 +145,7 @@ private:
         writeOccurrenceLabels(record.occurrenceLabels);
         writeItems(record.items);
     }
-    bool isStatistical() const
-    {
-        return holdsData(layout.format);
-    }
+    bool isStatistical() const { return holdsData(layout.format); }
     void writeRecordFacts(const Record &record)
     {
         QStringList facts;
