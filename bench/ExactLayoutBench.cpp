@@ -10,8 +10,10 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QXmlStreamReader>
 
 namespace
 {
@@ -23,6 +25,20 @@ struct Form {
 
 const Form text = { "text", generatedDictionary };
 const Form json = { "json", generatedJsonDictionary };
+
+// The DDI document of the text form.
+QByteArray generatedDdi(int items, int values)
+{
+    QBuffer dictionary;
+    dictionary.setData(generatedDictionary(items, values));
+    dictionary.open(QIODevice::ReadOnly);
+    QBuffer document;
+    document.open(QIODevice::WriteOnly);
+    vanlayout::writeDdi(vanlayout::readLayout(dictionary, QStringLiteral("name")), document);
+    return document.data();
+}
+
+const Form xml = { "ddi", generatedDdi };
 
 ProcessRunner *processRunner = nullptr;
 
@@ -74,6 +90,21 @@ void bytesOnly(benchmark::State &state, const Form &form)
         QFile file(path);
         if (file.open(QIODevice::ReadOnly))
             benchmark::DoNotOptimize(file.readAll());
+    }
+    finish(state, path);
+}
+
+// The XML parser on the same bytes, which are in memory.
+void parseOnly(benchmark::State &state, const Form &form)
+{
+    const QString path = dictionaryFile(form, state);
+    QFile file(path);
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    for (auto round : state) {
+        QXmlStreamReader reader(bytes);
+        while (!reader.atEnd())
+            reader.readNext();
+        benchmark::DoNotOptimize(reader.hasError());
     }
     finish(state, path);
 }
@@ -181,7 +212,10 @@ BENCHMARK_CAPTURE(bytesOnly, text, text)->Apply(growing)->Complexity();
 BENCHMARK_CAPTURE(bytesOnly, json, json)->Apply(growing)->Complexity();
 BENCHMARK_CAPTURE(readAndWalk, text, text)->Apply(growing)->Complexity();
 BENCHMARK_CAPTURE(readAndWalk, json, json)->Apply(growing)->Complexity();
+BENCHMARK_CAPTURE(parseOnly, ddi, xml)->Apply(growing)->Complexity();
+BENCHMARK_CAPTURE(readAndWalk, ddi, xml)->Apply(growing)->Complexity();
 BENCHMARK_CAPTURE(readAndWalk, text, text)->Apply(lopsided);
+BENCHMARK_CAPTURE(readAndWalk, ddi, xml)->Apply(lopsided);
 BENCHMARK_CAPTURE(wholeProcess, textCsv, text, "csv")->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(wholeProcess, jsonCsv, json, "csv")->Apply(growing)->UseManualTime()->Complexity();
 BENCHMARK_CAPTURE(wholeProcess, textJson, text, "json")->Apply(growing)->UseManualTime()->Complexity();
