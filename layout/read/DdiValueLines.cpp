@@ -44,21 +44,6 @@ QVector<Range> rangesIn(const QString &text)
     return ranges;
 }
 
-// The special value that a line has at its end.
-std::optional<ValueLine> specialIn(const QString &line)
-{
-    for (const SpecialWords &row : specials) {
-        const QString end = QLatin1String(" [") + QLatin1String(row.words) + QLatin1Char(']');
-        if (!line.endsWith(end))
-            continue;
-        const QString text = line.left(line.size() - end.size());
-        const int label = int(text.indexOf(beforeLabel));
-        return ValueLine{ rangesIn(text.left(label)), row.special,
-                          label < 0 ? QString() : text.mid(label + beforeLabel.size()) };
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 QString textOf(const Range &range)
@@ -73,12 +58,14 @@ Special specialOf(const QString &words)
     return found != std::end(specials) ? found->special : Special::None;
 }
 
-ValueLines::ValueLines(const QVector<Range> &valid)
+ValueLines::ValueLines(const QVector<Range> &valid, bool hasBlank)
     : ranges(valid)
+    , isBlankSpecial(hasBlank)
 {
     for (const Range &range : ranges) {
         texts.append(textOf(range));
-        places.try_emplace(texts.constLast(), texts.size() - 1);
+        if (!texts.constLast().isEmpty())
+            places.try_emplace(texts.constLast(), texts.size() - 1);
     }
 }
 
@@ -86,9 +73,11 @@ std::optional<ValueLine> ValueLines::next(const QString &line)
 {
     if (std::optional<ValueLine> value = validIn(line))
         return value;
+    if (std::optional<ValueLine> value = specialIn(line))
+        return value;
     if (line.startsWith(beforeLabel))
         return ValueLine{ {}, Special::None, line.mid(beforeLabel.size()) };
-    return specialIn(line);
+    return std::nullopt;
 }
 
 // Takes as many ranges as the line begins with, so that a range is not taken for another that it begins with.
@@ -116,6 +105,24 @@ std::optional<ValueLine> ValueLines::validIn(const QString &line)
         at += afterRange.size();
     }
     return found;
+}
+
+// The special value that a line has at its end.
+std::optional<ValueLine> ValueLines::specialIn(const QString &line) const
+{
+    for (const SpecialWords &row : specials) {
+        const QString end = QLatin1String(" [") + QLatin1String(row.words) + QLatin1Char(']');
+        if (!line.endsWith(end))
+            continue;
+        const QString text = line.left(line.size() - end.size());
+        const int label = int(text.indexOf(beforeLabel));
+        ValueLine value
+            = { rangesIn(text.left(label)), row.special, label < 0 ? QString() : text.mid(label + beforeLabel.size()) };
+        if (value.ranges.isEmpty() && isBlankSpecial)
+            value.ranges.append(Range());
+        return value;
+    }
+    return std::nullopt;
 }
 
 } // namespace vanlayout::ddi

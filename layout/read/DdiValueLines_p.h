@@ -19,8 +19,9 @@ struct ValueLine {
 class ValueLines
 {
 public:
-    /// \a valid are the codes and ranges of the set that are not special, in the order of its values.
-    explicit ValueLines(const QVector<Range> &valid);
+    /// \a valid are the codes and ranges of the set that are not special, in the order of its values. \a hasBlank is
+    /// whether an empty code is special.
+    ValueLines(const QVector<Range> &valid, bool hasBlank);
 
     /// The value in the next line; none if the line is part of another text.
     std::optional<ValueLine> next(const QString &line);
@@ -31,11 +32,13 @@ public:
 
 private:
     std::optional<ValueLine> validIn(const QString &line);
+    std::optional<ValueLine> specialIn(const QString &line) const;
 
     QVector<Range> ranges;
     QStringList texts;             ///< of each range
     KeyedMap<QString, int> places; ///< of the first range with a text
     int position = 0;
+    bool isBlankSpecial;
 };
 
 /// `1`, or `5 to 9`.

@@ -44,6 +44,8 @@ public:
         const QVector<Category> &categories = variable.categories;
         if (all.isEmpty() && !std::all_of(categories.begin(), categories.end(), isOnlyMissing))
             all.append(SetNotes());
+        hasBlank = std::any_of(variable.invalid.begin(), variable.invalid.end(),
+                               [](const Range &range) { return range.from.isEmpty() && range.to.isEmpty(); });
         for (int i = 0; i < all.size(); ++i)
             addSet(all.at(i), i == 0);
         markUsed();
@@ -78,7 +80,7 @@ private:
         set.name = notes.name;
         set.note = notes.note;
         set.aliases = notes.aliases;
-        ValueLines lines(validOf(notes.name));
+        ValueLines lines(validOf(notes.name), hasBlank);
         KeyedMap<QString, int> places;
         for (const Note &note : notes.texts)
             addText(set, note, lines, places, isFirst);
@@ -103,7 +105,7 @@ private:
     }
 
     // Lines before the first value are the label of the set, and lines that are no values continue the label before.
-    // The first set has values in its note only if all of them are there.
+    // The first set has values in its notes only if the first note has all of them.
     static void addText(ValueSet &set, const Note &note, ValueLines &lines, KeyedMap<QString, int> &places,
                         bool isFirst)
     {
@@ -121,7 +123,7 @@ private:
             open += (values.isEmpty() && !hasLabel ? QString() : QString(QLatin1Char('\n'))) + line;
             hasLabel = true;
         }
-        if (isFirst && !lines.isComplete()) {
+        if (isFirst && set.values.isEmpty() && !lines.isComplete()) {
             label = note.text;
             values.clear();
         }
@@ -262,6 +264,7 @@ private:
     Variable &variable;
     QVector<SetNotes> all;
     QVector<ValueSet> sets;
+    bool hasBlank = false;                       ///< whether an empty code is not valid
     KeyedMap<QString, Range> known;              ///< ranges by their text
     KeyedMap<QString, QVector<int>> validByName; ///< valid ranges that no set has yet, the first at the end
 };

@@ -1,5 +1,6 @@
 #include "DdiValueSetNotes_p.h"
 
+#include "Codes_p.h"
 #include "Wording_p.h"
 #include "util/KeyedHash_p.h"
 
@@ -11,7 +12,12 @@ namespace
 
 QString valueLine(const Value &value, const QString &label)
 {
-    QString line = describeRanges(value.ranges);
+    QVector<Range> ranges = value.ranges;
+    for (Range &range : ranges) {
+        if (isSingle(range))
+            range.to.clear();
+    }
+    QString line = describeRanges(ranges);
     if (!label.isEmpty())
         line += QLatin1String(": ") + label;
     if (value.special != Special::None)

@@ -180,11 +180,11 @@ private:
             reduceSet(item.valueSets[i], i == 0 && !isListedInNote(item.valueSets.at(i)));
     }
 
-    static void reduceNumber(Item &item)
+    void reduceNumber(Item &item) const
     {
         const bool isBinary = !item.isNumeric() && !item.isAlpha();
         if (item.type.isEmpty())
-            item.type = itemtype::numeric();
+            item.type = profile == DdiProfile::Plain ? itemtype::numeric() : itemtype::alpha();
         if (!item.isNumeric() || item.decimals < 0)
             item.decimals = 0;
         if (item.decimals <= 0)
