@@ -60,6 +60,7 @@ Special specialOf(const QString &words)
 
 ValueLines::ValueLines(const QVector<Range> &valid, bool hasBlank)
     : ranges(valid)
+    , seen(valid.size(), false)
     , isBlankSpecial(hasBlank)
 {
     for (const Range &range : ranges) {
@@ -104,6 +105,8 @@ std::optional<ValueLine> ValueLines::validIn(const QString &line)
             break;
         at += afterRange.size();
     }
+    if (found)
+        std::fill(seen.begin() + first, seen.begin() + position, true);
     return found;
 }
 

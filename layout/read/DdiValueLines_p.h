@@ -27,8 +27,8 @@ public:
     std::optional<ValueLine> next(const QString &line);
     /// Begins with the first line of another note about the same set.
     void restart() { position = 0; }
-    /// Whether the lines so far had all valid ranges.
-    bool isComplete() const { return position == ranges.size(); }
+    /// Whether the lines of all notes so far had all valid ranges.
+    bool isComplete() const { return !seen.contains(false); }
 
 private:
     std::optional<ValueLine> validIn(const QString &line);
@@ -37,6 +37,7 @@ private:
     QVector<Range> ranges;
     QStringList texts;             ///< of each range
     KeyedMap<QString, int> places; ///< of the first range with a text
+    QVector<bool> seen;            ///< whether a line had a range
     int position = 0;
     bool isBlankSpecial;
 };

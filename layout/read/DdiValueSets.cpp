@@ -82,8 +82,13 @@ private:
         set.aliases = notes.aliases;
         ValueLines lines(validOf(notes.name), hasBlank);
         KeyedMap<QString, int> places;
+        ValueSet listed = set;
         for (const Note &note : notes.texts)
-            addText(set, note, lines, places, isFirst);
+            addText(listed, note, lines, places);
+        if (!isFirst || lines.isComplete())
+            set = listed;
+        else
+            addLabels(set, notes.texts);
         if (isFirst && set.values.isEmpty())
             set.values = valuesOfCategories();
         sets.append(set);
@@ -104,10 +109,17 @@ private:
                                                                       : QVector<Range>();
     }
 
+    // The first set has values in its notes only if all of them are there.
+    static void addLabels(ValueSet &set, const QVector<Note> &notes)
+    {
+        for (const Note &note : notes) {
+            if (!note.text.isEmpty())
+                set.labels.parts.append({ note.language, note.text });
+        }
+    }
+
     // Lines before the first value are the label of the set, and lines that are no values continue the label before.
-    // The first set has values in its notes only if the first note has all of them.
-    static void addText(ValueSet &set, const Note &note, ValueLines &lines, KeyedMap<QString, int> &places,
-                        bool isFirst)
+    static void addText(ValueSet &set, const Note &note, ValueLines &lines, KeyedMap<QString, int> &places)
     {
         lines.restart();
         QVector<ValueLine> values;
@@ -122,10 +134,6 @@ private:
             QString &open = values.isEmpty() ? label : values.last().label;
             open += (values.isEmpty() && !hasLabel ? QString() : QString(QLatin1Char('\n'))) + line;
             hasLabel = true;
-        }
-        if (isFirst && set.values.isEmpty() && !lines.isComplete()) {
-            label = note.text;
-            values.clear();
         }
         if (!label.isEmpty())
             set.labels.parts.append({ note.language, label });
