@@ -80,6 +80,8 @@ bool isDate(const Item &item)
 
 QString schemaOf(Format format)
 {
+    if (format == Format::Ddi)
+        return QString(); // a document does not say which of them its formats are
     if (format == Format::Stata)
         return QStringLiteral("Stata");
     return format == Format::Sas || format == Format::SasXport ? QStringLiteral("SAS") : QStringLiteral("SPSS");

@@ -1070,6 +1070,7 @@ void DdiTest::formatIsNumericOrCharacter_data()
     QTest::newRow("capture") << dictionary({ button }) << "numeric/////";
     QTest::newRow("image")   << dictionary({ photo }) << "/////image";
     QTest::newRow("SPSS")    << stored("F8.2", Format::Spss) << "numeric/F8.2/SPSS///";
+    QTest::newRow("document") << stored("F8.2", Format::Ddi) << "numeric/F8.2/other///";
     QTest::newRow("portable") << stored("F8.2", Format::SpssPortable) << "numeric/F8.2/SPSS///";
     QTest::newRow("SPSS date") << stored("DATE11", Format::Spss) << "numeric/DATE11/SPSS//date/";
     QTest::newRow("Stata date") << stored("%td", Format::Stata) << "numeric/%td/other/Stata/date/";

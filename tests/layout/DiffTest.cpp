@@ -238,6 +238,7 @@ private slots:
     void formatsOfNumbersAreWidthAndDecimals_data();
     void formatsOfNumbersAreWidthAndDecimals();
     void emptyLayoutsCanBeCompared();
+    void ddiDocumentIsComparedAsADictionary();
     void bothFormsHaveNoDifference_data();
     void bothFormsHaveNoDifference();
     void realFormsHaveNoDifference();
@@ -1401,6 +1402,25 @@ void DiffTest::emptyLayoutsCanBeCompared()
     Layout dictionary;
     dictionary.format = Format::CSProJson;
     QCOMPARE(compare(dictionary, survey()).counts().size(), compare(survey(), dictionary).counts().size());
+}
+
+// The levels, records, columns and codes of a DDI document are compared with those of its dictionary.
+void DiffTest::ddiDocumentIsComparedAsADictionary()
+{
+    const QString directory = QStringLiteral(VAN_TEST_DATA);
+    const Layout dictionary = readLayout(directory + "/ddi/trips.dcf");
+    Layout document = readLayout(directory + "/layout/ddi-own.xml");
+    QCOMPARE(document.format, Format::Ddi);
+    QCOMPARE(described(compare(dictionary, document)), QStringList());
+    QCOMPARE(described(compare(document, dictionary)), QStringList());
+    QVERIFY(notComparedOf(compare(dictionary, document)).contains("capture"));
+    Layout changed = document;
+    Item &item = changed.levels[0].records[0].items[0];
+    item.start += 1;
+    item.missing = { { "9", QString() } };
+    item.capture = Capture{ "date", "YYYY" };
+    QCOMPARE(kindsOf(compare(dictionary, changed)), QStringList({ "item-start" }));
+    QCOMPARE(kindsOf(compare(document, changed)), QStringList({ "item-start", "item-capture", "item-missing" }));
 }
 
 void DiffTest::bothFormsHaveNoDifference_data()

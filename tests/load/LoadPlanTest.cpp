@@ -30,6 +30,8 @@ private slots:
     void programIsNamedByTheDictionary_data();
     void programIsNamedByTheDictionary();
     void dataFileIsNamedByTheProgram();
+    void ddiDocumentNamesItsDataFile();
+    void userMissingValuesBecomeMissing();
     void binaryItemsHaveNoColumn();
     void binaryItemsHaveNoItemTable();
     void typesFollowDecimals();
@@ -405,6 +407,35 @@ void LoadPlanTest::dataFileIsNamedByTheProgram()
     LoadOptions options;
     options.data = QStringLiteral("../my data.txt");
     QCOMPARE(plan(layout, options).options.data, options.data);
+}
+
+// The name of a DDI document is that of its data file, and a record may have no name.
+void LoadPlanTest::ddiDocumentNamesItsDataFile()
+{
+    Layout layout = named(QStringLiteral("extract 7.dat"));
+    layout.format = Format::Ddi;
+    layout.levels[0].records[0].name.clear();
+    const LoadPlan made = plan(layout);
+    QCOMPARE(made.name, QStringLiteral("extract_7"));
+    QCOMPARE(made.options.data, QStringLiteral("extract 7.dat"));
+    QCOMPARE(made.dataKind, QStringLiteral("a data file"));
+    QCOMPARE(made.tables.constFirst().name, QStringLiteral("extract_7"));
+    layout.name = QStringLiteral("DICT");
+    QCOMPARE(plan(layout).options.data, QStringLiteral("DICT.dat"));
+}
+
+void LoadPlanTest::userMissingValuesBecomeMissing()
+{
+    Item item = number(QStringLiteral("A"), 3, 2);
+    item.missing = { { QStringLiteral("08"), QString() },
+                     { QStringLiteral("-inf"), QStringLiteral("-1") },
+                     { QStringLiteral("90"), QStringLiteral("inf") },
+                     { QStringLiteral("x"), QString() } };
+    QCOMPARE(rulesOf(plan(layoutOf({ item })).codes.value(0)), QStringLiteral("8-8:2 -99--1:2 90-99:2"));
+    QVERIFY(plan(layoutOf({ item }), kept()).codes.value(0).specials.isEmpty());
+    item.type = itemtype::alpha();
+    item.missing = { { QStringLiteral("ZZ "), QString() } };
+    QCOMPARE(rulesOf(plan(layoutOf({ item })).codes.value(0)), QStringLiteral("ZZ-ZZ:2"));
 }
 
 void LoadPlanTest::binaryItemsHaveNoColumn()
@@ -803,6 +834,15 @@ void LoadPlanTest::layoutsWithoutProgramsHaveAReason_data()
     Layout stata = layoutOf({ number(QStringLiteral("A"), 3) });
     stata.format = Format::Stata;
     QTest::newRow("statistical") << stata << QStringLiteral("already holds its data");
+    Layout files = layoutOf({ number(QStringLiteral("A"), 3) });
+    files.format = Format::Ddi;
+    files.recordType.reset();
+    files.levels[0].records.append(files.levels[0].records.at(0));
+    files.levels[0].records[1].name = QStringLiteral("S");
+    QTest::newRow("several files") << files
+                                   << QStringLiteral(
+                                          "describes lines of several kinds that have no record type: R and S;"
+                                          " make a document for each");
     Layout empty;
     QTest::newRow("empty") << empty << QStringLiteral("has no records");
     QTest::newRow("no start") << layoutOf({ number(QStringLiteral("A"), 0) })
