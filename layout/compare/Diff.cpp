@@ -197,7 +197,7 @@ private:
         for (const QString &code : qAsConst(added))
             changes.add(placeOf(code), DiffKind::LanguageAdded, QString(), namesAfter.nameOf(code));
         for (const QString &code : namesBefore.codes()) {
-            if (namesAfter.declares(code))
+            if (namesAfter.declares(code) && !scope.areOfTwoDictionaryFormats())
                 changes.addIfDifferent(placeOf(code), DiffKind::LanguageName, namesBefore.nameOf(code),
                                        namesAfter.nameOf(code));
         }

@@ -142,7 +142,8 @@ QVector<NotCompared> DiffScope::notCompared() const
         if (!isOneFormat() && (hasRecordLength(before) || hasRecordLength(after)))
             add("record length", one);
         if (areOfTwoDictionaryFormats()) {
-            for (const char *what : { "capture", "text colors of values", "storage", "formats", "user-missing values" })
+            for (const char *what : { "names of languages", "capture", "text colors of values", "storage", "formats",
+                                      "user-missing values" })
                 add(what, one);
         }
     } else if (!isOneFamily()) {

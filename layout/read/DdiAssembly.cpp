@@ -16,15 +16,11 @@ namespace
 constexpr int maxItems = 1'000'000;
 constexpr int maxSharedValues = 4'000'000;
 
-DataFile unnamedFile()
-{
-    return DataFile();
-}
-
+// Variables belong to a file, also in a document that describes none.
 Content withFile(Content content)
 {
     if (content.files.isEmpty())
-        content.files.append(unnamedFile());
+        content.files.append(DataFile());
     return content;
 }
 

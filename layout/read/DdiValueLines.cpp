@@ -81,16 +81,19 @@ std::optional<ValueLine> ValueLines::next(const QString &line)
     return std::nullopt;
 }
 
-// Takes as many ranges as the line begins with, so that a range is not taken for another that it begins with.
+// The next range is expected; others were left out, because their values have no label in the language of the note.
 std::optional<ValueLine> ValueLines::validIn(const QString &line)
 {
-    int first = position;
-    if (first >= texts.size() || !line.startsWith(texts.at(first))) {
-        const auto place = places.find(line.left(std::min(endOf(line, afterRange), endOf(line, beforeLabel))));
-        if (place == places.end())
-            return std::nullopt;
-        first = place->second;
-    }
+    std::optional<ValueLine> value = validFrom(position, line);
+    if (value)
+        return value;
+    const auto place = places.find(line.left(std::min(endOf(line, afterRange), endOf(line, beforeLabel))));
+    return place != places.end() ? validFrom(place->second, line) : std::nullopt;
+}
+
+// Takes as many ranges as the line begins with, so that a range is not taken for another that it begins with.
+std::optional<ValueLine> ValueLines::validFrom(int first, const QString &line)
+{
     std::optional<ValueLine> found;
     int at = 0;
     for (int i = first; i < texts.size() && QStringView(line).mid(at).startsWith(texts.at(i)); ++i) {
@@ -110,7 +113,6 @@ std::optional<ValueLine> ValueLines::validIn(const QString &line)
     return found;
 }
 
-// The special value that a line has at its end.
 std::optional<ValueLine> ValueLines::specialIn(const QString &line) const
 {
     for (const SpecialWords &row : specials) {

@@ -32,6 +32,7 @@ public:
 
 private:
     std::optional<ValueLine> validIn(const QString &line);
+    std::optional<ValueLine> validFrom(int first, const QString &line);
     std::optional<ValueLine> specialIn(const QString &line) const;
 
     QVector<Range> ranges;

@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <random>
 
 using namespace vanlayout;
 
@@ -339,9 +340,151 @@ QByteArray differenceOf(const Layout &one, const Layout &other)
     int i = 0;
     while (i < qMin(before.size(), after.size()) && before.at(i) == after.at(i))
         ++i;
-    return "line " + QByteArray::number(i + 1) + "\n" + before.mid(qMax(i - 8, 0), 24).join('\n') + "\n--- read back:\n"
-        + after.mid(qMax(i - 8, 0), 24).join('\n');
+    return "line " + QByteArray::number(i + 1) + "\n" + before.mid(qMax(i - 4, 0), 14).join('\n') + "\n--- read back:\n"
+        + after.mid(qMax(i - 4, 0), 14).join('\n');
 }
+
+/// Makes random dictionaries, the same ones in each run.
+class RandomDictionary
+{
+public:
+    explicit RandomDictionary(quint32 seed)
+        : random(seed)
+    {
+    }
+
+    Layout make()
+    {
+        Layout layout;
+        layout.format = Format::CSProText;
+        layout.name = name("D");
+        layout.labels = labels();
+        layout.note = note();
+        layout.recordType = RecordTypeColumns{ 1, 2 };
+        for (int i = 1 + below(2); i > 0; --i)
+            layout.levels.append(level());
+        return layout;
+    }
+
+private:
+    int below(int end) { return int(random() % quint32(end)); }
+    bool oneIn(int times) { return below(times) == 0; }
+    QString name(const char *stem) { return QLatin1String(stem) + QString::number(++count); }
+    QString note() { return oneIn(3) ? text() + "\n" + text() : QString(); }
+    QString text()
+    {
+        const QStringList words = { "Age", "of", "head", "<b>", "a & b", "\u00c2ge", "(years)", "1", "x, y", "5 to 9" };
+        QStringList chosen;
+        for (int i = 1 + below(3); i > 0; --i)
+            chosen.append(words.at(below(words.size())));
+        return chosen.join(' ');
+    }
+    Labels labels()
+    {
+        if (oneIn(5))
+            return {};
+        Labels made = { { { "EN", text() } } };
+        if (oneIn(2))
+            made.parts.append({ "FR", text() });
+        return made;
+    }
+    template <typename Part> void describe(Part &part, const char *stem)
+    {
+        part.name = name(stem);
+        part.labels = labels();
+        part.note = note();
+        if (oneIn(4))
+            part.aliases = QStringList{ name("ALIAS"), name("OTHER") };
+    }
+
+    Level level()
+    {
+        Level made;
+        describe(made, "LEVEL");
+        start = start == 0 ? 3 : start;
+        for (int i = below(3); i > 0; --i)
+            made.ids.append(item(start));
+        for (int i = 1 + below(3); i > 0; --i)
+            made.records.append(record());
+        return made;
+    }
+    Record record()
+    {
+        Record made;
+        describe(made, "RECORD");
+        made.recordType = QString::number(++types).rightJustified(2, '0');
+        made.required = oneIn(2);
+        made.maximum = 1 + below(9);
+        if (oneIn(2))
+            made.length = 500 + below(100);
+        int column = start;
+        for (int i = below(6); i > 0; --i)
+            addItem(made.items, column);
+        return made;
+    }
+    Item item(int &column)
+    {
+        Item made;
+        describe(made, "ITEM");
+        made.start = column;
+        made.length = 2 + below(9);
+        if (oneIn(4)) {
+            made.type = itemtype::alpha();
+        } else {
+            made.decimals = oneIn(3) ? 1 + below(2) : 0;
+            made.decimalMark = made.decimals > 0 && oneIn(2);
+            made.zeroFill = oneIn(2);
+        }
+        for (int i = below(4); i > 0; --i)
+            made.valueSets.append(valueSet());
+        column += made.length;
+        return made;
+    }
+    void addItem(QVector<Item> &items, int &column)
+    {
+        Item made = item(column);
+        made.occurrences = oneIn(3) ? 2 + below(3) : 1;
+        for (int k = 1; k <= made.occurrences && made.occurrences > 1; ++k) {
+            if (oneIn(2) && !made.labels.isEmpty())
+                made.occurrenceLabels.append({ k, { { { "EN", text() }, { "FR", text() } } } });
+        }
+        column = made.start + made.length * made.occurrences;
+        items.append(made);
+        int inside = made.start;
+        while (oneIn(2) && inside + 2 <= made.start + made.length) {
+            Item part = item(inside);
+            part.length = 1;
+            part.isSubitem = true;
+            part.subitemOf = made.name;
+            part.occurrences = oneIn(3) ? 2 : 1;
+            inside = part.start + part.occurrences;
+            items.append(part);
+        }
+    }
+    ValueSet valueSet()
+    {
+        ValueSet made;
+        describe(made, "SET");
+        int code = 1;
+        for (int i = below(5); i > 0; --i) {
+            Value value;
+            value.labels = labels();
+            for (int k = 1 + below(2); k > 0; --k) {
+                const int from = code;
+                code += 1 + below(9);
+                value.ranges.append({ QString::number(from), code - from > 5 ? QString::number(code - 1) : QString() });
+            }
+            value.special = oneIn(4) ? Special(1 + below(4)) : Special::None;
+            made.values.append(value);
+        }
+        return made;
+    }
+
+    std::mt19937 random;
+    int count = 0;
+    int types = 0;
+    int start = 0;
+};
 
 } // namespace
 
@@ -353,6 +496,7 @@ class DdiRoundTripTest : public QObject
 private slots:
     void layoutComesBack_data();
     void layoutComesBack();
+    void randomLayoutComesBack();
 };
 
 void DdiRoundTripTest::layoutComesBack_data()
@@ -396,6 +540,18 @@ void DdiRoundTripTest::layoutComesBack()
     const QByteArray message = QByteArray::number(differences.size()) + " of " + QByteArray::number(paths.size()) + "\n"
         + differences.mid(0, 3).join('\n');
     QVERIFY2(differences.isEmpty(), message.constData());
+}
+
+void DdiRoundTripTest::randomLayoutComesBack()
+{
+    constexpr quint32 layouts = 10'000;
+    for (quint32 seed = 1; seed <= layouts; ++seed) {
+        const Layout layout = RandomDictionary(seed).make();
+        const Layout back = readBack(documentOf(layout, DdiProfile::Plain));
+        const QByteArray difference = differenceOf(HeldByDdi(layout, DdiProfile::Plain).reduced(),
+                                                   HeldByDdi(back, DdiProfile::Plain).reduced());
+        QVERIFY2(difference.isEmpty(), ("seed " + QByteArray::number(seed) + ": " + difference).constData());
+    }
 }
 
 QTEST_APPLESS_MAIN(DdiRoundTripTest)
