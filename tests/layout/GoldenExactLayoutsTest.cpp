@@ -36,8 +36,8 @@ QByteArray numbered(int index, const QByteArrayList &lines)
 
 } // namespace
 
-/// Compares the layout of each dictionary and DDI document in tests/data/layout with the file of the same name and the suffix `.json`.
-/// The target `update-golden` rewrites these files; the differences must be reviewed.
+/// Compares the layout of each dictionary and DDI document in tests/data/layout with the file of the same name and the
+/// suffix `.json`. The target `update-golden` rewrites these files; the differences must be reviewed.
 class GoldenExactLayoutsTest : public QObject
 {
     Q_OBJECT

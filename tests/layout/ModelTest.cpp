@@ -294,10 +294,11 @@ void ModelTest::aLayoutWithAnErrorIsNotRead()
 
 void ModelTest::everyWordIsThatOfTheJsonForm()
 {
-    QCOMPARE(QStringList({ wordOf(Format::None), wordOf(Format::CSProText), wordOf(Format::CSProJson),
-                           wordOf(Format::Ddi), wordOf(Format::Spss), wordOf(Format::SpssPortable), wordOf(Format::Stata),
-                           wordOf(Format::Sas), wordOf(Format::SasXport) }),
-             QStringList({ "", "cspro-text", "cspro-json", "ddi", "spss", "spss-portable", "stata", "sas", "sas-xport" }));
+    QCOMPARE(
+        QStringList({ wordOf(Format::None), wordOf(Format::CSProText), wordOf(Format::CSProJson), wordOf(Format::Ddi),
+                      wordOf(Format::Spss), wordOf(Format::SpssPortable), wordOf(Format::Stata), wordOf(Format::Sas),
+                      wordOf(Format::SasXport) }),
+        QStringList({ "", "cspro-text", "cspro-json", "ddi", "spss", "spss-portable", "stata", "sas", "sas-xport" }));
     QCOMPARE(QStringList({ wordOf(Special::None), wordOf(Special::Missing), wordOf(Special::NotApplicable),
                            wordOf(Special::Refused), wordOf(Special::Default) }),
              QStringList({ "", "missing", "notApplicable", "refused", "default" }));
