@@ -69,14 +69,14 @@ private:
     {
     public:
         explicit LanguageList(Layout &target)
-            : layout(target)
+            : result(target)
         {
         }
 
         void gather()
         {
-            add(layout.labels);
-            for (const Level &level : qAsConst(layout.levels)) {
+            add(result.labels);
+            for (const Level &level : qAsConst(result.levels)) {
                 add(level.labels);
                 addItems(level.ids);
                 for (const Record &record : level.records) {
@@ -102,12 +102,12 @@ private:
         {
             for (const Label &label : labels.parts) {
                 if (!label.language.isEmpty() && label.language != last && known.insert(label.language).second)
-                    layout.languages.append({ label.language, QString() });
+                    result.languages.append({ label.language, QString() });
                 last = label.language;
             }
         }
 
-        Layout &layout;
+        Layout &result;
         QString last;
         KeyedSet<QString> known;
     };
