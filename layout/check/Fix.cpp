@@ -34,8 +34,13 @@ void fixLengths(Layout &layout)
 {
     if (!isText(layout))
         return;
+    constexpr int longest = 32000; // the limit of CSPro; beyond it the columns are what is wrong
     const RecordLengths lengths(layout);
-    forEachRecord(layout, [&](Record &record) { record.length = lengths.of(record); });
+    forEachRecord(layout, [&](Record &record) {
+        const int length = lengths.of(record);
+        if (RecordLengths::isKnown(record) && length <= longest)
+            record.length = length;
+    });
 }
 
 bool isNumber(const QString &type)
@@ -61,15 +66,25 @@ void fixRecordTypes(Layout &layout)
     });
 }
 
+// Whether bytes were replaced because they are not valid.
+bool isDamaged(const Layout &layout)
+{
+    return std::any_of(layout.problems.begin(), layout.problems.end(),
+                       [](const Problem &problem) { return problem.id == QLatin1String("bad-bytes"); });
+}
+
 // Why the file cannot be written anew: it has statements whose meaning is unknown.
 QString problemWith(const Layout &layout)
 {
     if ((layout.format != Format::CSProText && layout.format != Format::CSProJson) || !layout.container.isEmpty())
         return QStringLiteral("is not a CSPro dictionary in text or JSON form, and cannot be corrected");
     LintOptions options;
-    options.only = { LintRule::UnknownKey,       LintRule::MisspelledKey,  LintRule::IgnoredKey,
-                     LintRule::RepeatedKey,      LintRule::UnreadValue,    LintRule::UnknownType,
-                     LintRule::MisplacedSection, LintRule::MixedEncodings, LintRule::IncompleteReading };
+    options.only
+        = { LintRule::UnknownKey,  LintRule::MisspelledKey, LintRule::IgnoredKey,       LintRule::RepeatedKey,
+            LintRule::UnreadValue, LintRule::UnknownType,   LintRule::MisplacedSection, LintRule::IncompleteReading };
+    // Labels that were misread before the file was saved in UTF-8 stay as they are.
+    if (isDamaged(layout) || layout.encoding == QLatin1String("windows-1252"))
+        options.only.append(LintRule::MixedEncodings);
     const QVector<LintFinding> findings = lint(layout, options);
     if (findings.isEmpty())
         return QString();

@@ -4,38 +4,10 @@
 #include "load/PlanTexts_p.h"
 #include "read/CSProCommon_p.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace vanlayout
 {
-
-namespace
-{
-
-template <typename Lines> bool has(const Lines &lines, int index)
-{
-    return index >= 0 && size_t(index) < lines.size();
-}
-
-int lineOf(const ElementLines::Element &element, const ElementAddress &address)
-{
-    if (!has(element.valueSets, address.valueSet))
-        return element.line;
-    const ElementLines::Set &set = element.valueSets[size_t(address.valueSet)];
-    return has(set.values, address.value) ? set.values[size_t(address.value)] : set.line;
-}
-
-int lineOf(const ElementLines::Level &level, const ElementAddress &address)
-{
-    if (address.isInIds())
-        return has(level.ids, address.item) ? lineOf(level.ids[size_t(address.item)], address) : level.line;
-    if (!has(level.records, address.record))
-        return level.line;
-    const ElementLines::Record &record = level.records[size_t(address.record)];
-    return has(record.items, address.item) ? lineOf(record.items[size_t(address.item)], address) : record.line;
-}
-
-} // namespace
 
 QString inMessage(const QString &text)
 {
@@ -69,13 +41,7 @@ void LintFindings::add(LintRule rule, const QString &path, int line, const QStri
 
 int LintFindings::lineOf(const ElementAddress &address) const
 {
-    if (!lines)
-        return 0;
-    if (has(lines->relations, address.relation))
-        return lines->relations[size_t(address.relation)];
-    if (!has(lines->levels, address.level))
-        return lines->dictionary;
-    return vanlayout::lineOf(lines->levels[size_t(address.level)], address);
+    return lines ? vanlayout::lineOf(*lines, address) : 0;
 }
 
 QVector<LintFinding> LintFindings::takeAll()
@@ -96,9 +62,12 @@ QVector<LintFinding> lint(const Layout &layout, const LintOptions &options)
     lintValues(layout, findings);
     lintCodes(layout, findings);
     lintLabels(layout, findings);
-    if (isDictionary(layout)) {
+    lintEncoding(layout, findings);
+    if (hasColumns(layout)) {
         lintRecords(layout, findings);
         lintColumns(layout, findings);
+    }
+    if (isDictionary(layout)) {
         lintItems(layout, findings);
         lintLinks(layout, findings);
     } else {

@@ -32,6 +32,7 @@ enum class LintRule {
     MissingRecordType,
     DuplicateRecordType,
     RecordTypeWidth,
+    ReservedRecordType,
     RecordLength,
     LevelWithoutRecord,
     // columns

@@ -67,10 +67,12 @@ private:
         if (isNew)
             return;
         const int first = std::isnan(number) ? texts.at(text) : codes.at(number);
+        const QString code = text.isEmpty() ? QStringLiteral("of blanks") : inMessage(text);
         findings.add(LintRule::DuplicateCode, valueAddress(address, index),
-                     QStringLiteral("the code %1 is also in value %2 of the set%3; remove one of them")
-                         .arg(text.isEmpty() ? QStringLiteral("of blanks") : inMessage(text),
-                              QString::number(first + 1), labelOf(first)));
+                     first == index
+                         ? QStringLiteral("the value has the code %1 more than once; remove one of them").arg(code)
+                         : QStringLiteral("the code %1 is also in value %2 of the set%3; remove one of them")
+                               .arg(code, QString::number(first + 1), labelOf(first)));
     }
 
     QString labelOf(int index) const
@@ -104,11 +106,13 @@ private:
     {
         const NumberRange &later = one.value >= other.value ? one : other;
         const NumberRange &earlier = one.value >= other.value ? other : one;
+        const QString first = inMessage(describeRanges({ *earlier.range }));
+        const QString second = inMessage(describeRanges({ *later.range }));
         findings.add(LintRule::OverlappingCodes, valueAddress(address, later.value),
-                     QStringLiteral("%1 overlaps %2 of value %3 of the set%4; change one of them")
-                         .arg(inMessage(describeRanges({ *later.range })),
-                              inMessage(describeRanges({ *earlier.range })), QString::number(earlier.value + 1),
-                              labelOf(earlier.value)));
+                     later.value == earlier.value
+                         ? QStringLiteral("%1 overlaps %2 of the same value; change one of them").arg(second, first)
+                         : QStringLiteral("%1 overlaps %2 of value %3 of the set%4; change one of them")
+                               .arg(second, first, QString::number(earlier.value + 1), labelOf(earlier.value)));
     }
 
     const ValueSet &set;

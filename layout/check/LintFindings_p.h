@@ -109,6 +109,12 @@ inline bool isDictionary(const Layout &layout)
     return layout.format == Format::CSProText || layout.format == Format::CSProJson;
 }
 
+/// Whether items have columns in lines of data: in a dictionary and in a DDI document, but not in a statistical file.
+inline bool hasColumns(const Layout &layout)
+{
+    return isDictionary(layout) || layout.format == Format::Ddi;
+}
+
 // The rules, by subject.
 void lintReading(const Layout &layout, LintFindings &findings);
 void lintRecords(const Layout &layout, LintFindings &findings);
@@ -116,6 +122,7 @@ void lintColumns(const Layout &layout, LintFindings &findings);
 void lintItems(const Layout &layout, LintFindings &findings);
 void lintNames(const Layout &layout, LintFindings &findings);
 void lintLabels(const Layout &layout, LintFindings &findings);
+void lintEncoding(const Layout &layout, LintFindings &findings);
 void lintValues(const Layout &layout, LintFindings &findings);
 void lintCodes(const Layout &layout, LintFindings &findings);
 void lintLinks(const Layout &layout, LintFindings &findings);

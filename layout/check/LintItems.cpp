@@ -59,8 +59,12 @@ void lintLimits(const Layout &layout, LintFindings &findings)
         limits.check(file, "the length of the record type", layout.recordType->length, 1, maxRecordTypeLength);
     }
     forEachItemList(layout, [&](const QVector<Item> & /*items*/, const ElementAddress &address, const Record *record) {
-        if (!record)
+        if (!record) {
+            ElementAddress level;
+            level.level = address.level;
+            limits.checkNote(level, layout.levels.at(address.level).note);
             return;
+        }
         limits.check(address, "the maximum number of records", record->maximum, 1, maxOccurrences);
         limits.check(address, "the length of the record", lengths.of(*record), 1, maxColumn);
         limits.checkNote(address, record->note);
@@ -74,6 +78,11 @@ void lintLimits(const Layout &layout, LintFindings &findings)
         limits.check(place.address, "the number of occurrences", item.occurrences, 1, maxOccurrences);
         limits.check(place.address, "the number of decimals", item.decimals, 0, maxDecimals);
         limits.checkNote(place.address, item.note);
+    });
+    forEachValueSet(layout, [&](const ValueSet &set, const Item & /*item*/, const ElementAddress &address) {
+        limits.checkNote(address, set.note);
+        for (int index = 0; index < set.values.size(); ++index)
+            limits.checkNote(valueAddress(address, index), set.values.at(index).note);
     });
 }
 

@@ -1,5 +1,6 @@
 #include "check/LintFindings_p.h"
 #include "check/LintSets_p.h"
+#include "write/Codes_p.h"
 #include "write/Wording_p.h"
 
 #include <algorithm>
@@ -12,6 +13,20 @@ namespace
 
 constexpr int maxLabel = 255;
 constexpr int maxLanguages = 50; // that are checked; no dictionary has so many
+
+bool isWithoutText(const Labels &labels)
+{
+    return std::all_of(labels.parts.begin(), labels.parts.end(),
+                       [](const Label &part) { return part.text.trimmed().isEmpty(); });
+}
+
+// A range of valid numbers, or a blank field, usually has no label.
+bool needsLabel(const Value &value)
+{
+    const bool isCode = value.ranges.isEmpty()
+        || std::any_of(value.ranges.begin(), value.ranges.end(), [](const Range &range) { return isSingle(range); });
+    return isCode && value.special != Special::NotApplicable;
+}
 
 QString withoutBlanks(const Labels &labels)
 {
@@ -73,7 +88,7 @@ private:
 
     void checkElement(const Labels &labels, const ElementAddress &address, const char *kind)
     {
-        if (withoutBlanks(labels).isEmpty())
+        if (isWithoutText(labels))
             findings.add(isDictionary(layout) ? LintRule::MissingLabel : LintRule::UnlabelledVariable, address,
                          QStringLiteral("the %1 has no label; write one").arg(QLatin1String(kind)));
         else
@@ -100,6 +115,8 @@ private:
     QStringList missingLanguages(const Labels &labels) const
     {
         QStringList missing;
+        if (!layout.languages.isEmpty() && withoutBlanks(labels).isEmpty())
+            missing.append(inMessage(layout.languages.constFirst().name));
         for (int index = 1; index < std::min(int(layout.languages.size()), maxLanguages); ++index) {
             const QString &name = layout.languages.at(index).name;
             const bool isThere = std::any_of(labels.parts.begin(), labels.parts.end(), [&](const Label &part) {
@@ -108,6 +125,7 @@ private:
             if (!isThere)
                 missing.append(inMessage(name));
         }
+        missing.removeDuplicates();
         return missing;
     }
 
@@ -120,8 +138,9 @@ private:
         for (int index = 0; index < set.values.size(); ++index) {
             const Value &value = set.values.at(index);
             const QString label = withoutBlanks(value.labels);
-            unlabelled += label.isEmpty() ? 1 : 0;
-            untranslated += !label.isEmpty() && !missingLanguages(value.labels).isEmpty() ? 1 : 0;
+            const bool isUnlabelled = isWithoutText(value.labels);
+            unlabelled += isUnlabelled && needsLabel(value) ? 1 : 0;
+            untranslated += !isUnlabelled && !missingLanguages(value.labels).isEmpty() ? 1 : 0;
             if (label.isEmpty())
                 continue;
             const auto [first, isNew] = labels.emplace(label, index);
@@ -130,16 +149,17 @@ private:
                              QStringLiteral("the label \"%1\" is also that of %2; give each code its own")
                                  .arg(inMessage(label), inMessage(codeOf(set.values.at(first->second)))));
         }
-        report(LintRule::MissingValueLabel, unlabelled, set, address, "no label; write them");
+        report(LintRule::MissingValueLabel, unlabelled, set, address, "no label; write it");
         report(LintRule::MissingTranslation, untranslated, set, address, "no label in one of the languages; add it");
     }
 
     void report(LintRule rule, int count, const ValueSet &set, const ElementAddress &address, const char *what)
     {
         if (count > 0)
-            findings.add(
-                rule, address,
-                QStringLiteral("%1 of %2 values have %3").arg(count).arg(set.values.size()).arg(QLatin1String(what)));
+            findings.add(rule, address,
+                         QStringLiteral("%1 of %2 values %3 %4")
+                             .arg(QString::number(count), QString::number(set.values.size()),
+                                  count == 1 ? QStringLiteral("has") : QStringLiteral("have"), QLatin1String(what)));
     }
 
     const Layout &layout;

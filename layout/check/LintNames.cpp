@@ -123,6 +123,37 @@ void lintDictionaryNames(const Layout &layout, LintFindings &findings)
         names.check(layout.relations.at(address.relation), address);
 }
 
+// The codes of languages are names in upper case, each of which occurs once.
+void lintLanguages(const Layout &layout, LintFindings &findings)
+{
+    KeyedSet<QString> codes;
+    for (const Language &language : layout.languages) {
+        if (language.name.isEmpty() || !isValidInCSPro(language.name))
+            findings.add(LintRule::InvalidName, ElementAddress(),
+                         QStringLiteral("CSPro does not accept the language code \"%1\"; use letters, digits and "
+                                        "underscores, with a letter first")
+                             .arg(inMessage(language.name)));
+        if (!codes.insert(language.name.toUpper()).second)
+            findings.add(LintRule::RepeatedKey, ElementAddress(),
+                         QStringLiteral("the language %1 is declared more than once; remove one of them")
+                             .arg(inMessage(language.name)));
+    }
+}
+
+// In other files a name is unique in its record. Stata distinguishes capital and small letters.
+void lintVariableNames(const Layout &layout, LintFindings &findings)
+{
+    forEachItemList(layout, [&](const QVector<Item> &items, const ElementAddress &address, const Record * /*record*/) {
+        KeyedSet<QString> names;
+        forEachItem(items, address, [&](const LintItem &place) {
+            if (!place.item.name.isEmpty() && !names.insert(place.item.name).second)
+                findings.add(
+                    LintRule::DuplicateName, place.address,
+                    QStringLiteral("another variable is named %1; rename one of them").arg(inMessage(place.item.name)));
+        });
+    });
+}
+
 const TargetRules &rulesOf(LoadTarget target)
 {
     return targetRules().at(int(target));
@@ -187,8 +218,12 @@ private:
 
 void lintNames(const Layout &layout, LintFindings &findings)
 {
-    if (isDictionary(layout))
+    if (isDictionary(layout)) {
         lintDictionaryNames(layout, findings);
+        lintLanguages(layout, findings);
+    } else {
+        lintVariableNames(layout, findings);
+    }
     ProgramCheck programs(layout, findings);
     forEachItem(layout, [&](const LintItem &place) { programs.check(place); });
 }

@@ -46,6 +46,7 @@ constexpr ProblemRow problemRows[] = {
     { "relation-without-primary", LintRule::MissingKey },
     { "relation-without-secondary", LintRule::MissingKey },
     { "no-level", LintRule::MissingKey },
+    { "no-variables", LintRule::MissingKey },
     { "level-without-ids", LintRule::MissingKey },
     { "no-positions", LintRule::MissingPositions },
     { "item-without-start", LintRule::MissingPositions },
@@ -59,6 +60,11 @@ constexpr ProblemRow problemRows[] = {
     { "bad-pair", LintRule::UnreadValue },
     { "bad-occurrence", LintRule::UnreadValue },
     { "unusable-subitem", LintRule::UnreadValue },
+    { "columns-differ", LintRule::UnreadValue },
+    { "unknown-file", LintRule::UnreadValue },
+    { "unknown-record-type", LintRule::UnreadValue },
+    { "record-type-columns-differ", LintRule::UnreadValue },
+    { "unresolved-entity", LintRule::UnreadValue },
     { "unknown-type", LintRule::UnknownType },
     { "bad-bytes", LintRule::MixedEncodings },
     { "subitem-without-item", LintRule::SubitemWithoutItem },
@@ -70,11 +76,37 @@ constexpr ProblemRow problemRows[] = {
     { "too-many-extras", LintRule::IncompleteReading },
     { "too-many-linked-values", LintRule::IncompleteReading },
     { "too-much-text", LintRule::IncompleteReading },
+    { "too-many-locations", LintRule::IncompleteReading },
     { "catalog-not-read", LintRule::IncompleteReading },
 };
 
+// Keys of the JSON form without whose value CSPro omits the element, or everything within it (CSPro dictionary format,
+// JSON form, section 1.1).
+constexpr const char *requiredKeys[]
+    = { "name",       "recordType", "start",       "length",       "relativePositions", "levels",      "ids",
+        "records",    "items",      "contentType", "maximum",      "occurrences",       "decimalMark", "valueSets",
+        "values",     "pairs",      "primary",     "links",        "secondary",         "settings",    "required",
+        "occurrence", "labels",     "decimals",    "subitemOffset" };
+
+// The text in the first quotation marks of a message, which is the key for problems of the JSON form.
+QString quotedIn(const QString &message)
+{
+    return message.section(QLatin1Char('"'), 1, 1);
+}
+
+bool isRequiredValue(const Problem &problem)
+{
+    if (problem.id != QLatin1String("wrong-type"))
+        return false;
+    const QString key = quotedIn(problem.message).section(QLatin1Char('.'), -1);
+    return std::any_of(std::begin(requiredKeys), std::end(requiredKeys),
+                       [&](const char *each) { return key == QLatin1String(each); });
+}
+
 LintRule ruleOf(const Problem &problem, const Layout &layout)
 {
+    if (isRequiredValue(problem))
+        return LintRule::MissingKey;
     const auto *const row = std::find_if(std::begin(problemRows), std::end(problemRows), [&](const ProblemRow &each) {
         return problem.id == QLatin1String(each.problem);
     });
@@ -116,7 +148,7 @@ const char *meantBy(const QString &key)
 // The key in the message of the problem `unknown-key` of a JSON dictionary.
 QString keyIn(const Problem &problem)
 {
-    return problem.id == QLatin1String("unknown-key") ? problem.message.section(QLatin1Char('"'), 1, 1) : QString();
+    return problem.id == QLatin1String("unknown-key") ? quotedIn(problem.message) : QString();
 }
 
 // The rules for values find these in both forms.
@@ -152,9 +184,47 @@ QString advised(QString message, LintRule rule)
         .remove(QStringLiteral("; its lines are kept unchanged"));
     if (message.contains(QLatin1String("; move it")))
         return message;
+    if (message.endsWith(QLatin1String(", and is ignored")))
+        rule = LintRule::UnreadValue;
     const auto *const row = std::find_if(std::begin(adviceRows), std::end(adviceRows),
                                          [&](const AdviceRow &each) { return each.rule == rule; });
     return row != std::end(adviceRows) ? message + QLatin1String("; ") + QLatin1String(row->advice) : message;
+}
+
+// Labels of Stata files of these versions are not read, or not all of them.
+bool isOldStata(const Layout &layout)
+{
+    constexpr int lastOldVersion = 108;
+    return layout.format == Format::Stata && layout.formatVersion.toInt() <= lastOldVersion;
+}
+
+// The label sets that a statistical file names or has without need. They are unknown if reading ended before them.
+void lintLabelSets(const Layout &layout, LintFindings &findings)
+{
+    const bool isEnded = std::any_of(layout.problems.begin(), layout.problems.end(), [](const Problem &problem) {
+        return problem.id == QLatin1String("reading-ended");
+    });
+    const auto isLabelSet = [](const Extra &extra) { return extra.key == QLatin1String("valueLabels"); };
+    if (isEnded || std::none_of(layout.extras.begin(), layout.extras.end(), isLabelSet))
+        return;
+    if (isOldStata(layout)) {
+        findings.add(LintRule::IncompleteReading, QString(), 0,
+                     QStringLiteral("value labels of a Stata file of version %1 are not read completely, and are not "
+                                    "checked; save the file in a newer version")
+                         .arg(inMessage(layout.formatVersion)));
+        return;
+    }
+    for (const Extra &extra : layout.extras) {
+        if (!isLabelSet(extra))
+            continue;
+        const bool isUsed = !extra.path.isEmpty();
+        findings.add(
+            isUsed ? LintRule::MissingLabelSet : LintRule::UnusedLabelSet, extra.path, extra.line,
+            isUsed
+                ? QStringLiteral("the file has no label set %1; add it, or remove the reference")
+                      .arg(inMessage(extra.value))
+                : QStringLiteral("no variable uses the label set %1; assign or remove it").arg(inMessage(extra.value)));
+    }
 }
 
 } // namespace
@@ -172,16 +242,8 @@ void lintReading(const Layout &layout, LintFindings &findings)
             findings.add(rule, problem.path, problem.line, advised(problem.message, rule));
         }
     }
-    for (const Extra &extra : layout.extras) {
-        if (!isDictionary(layout) && extra.key == QLatin1String("valueLabels")) {
-            const bool isUsed = !extra.path.isEmpty();
-            findings.add(isUsed ? LintRule::MissingLabelSet : LintRule::UnusedLabelSet, extra.path, extra.line,
-                         isUsed ? QStringLiteral("the file has no label set %1; add it, or remove the reference")
-                                      .arg(inMessage(extra.value))
-                                : QStringLiteral("no variable uses the label set %1; assign or remove it")
-                                      .arg(inMessage(extra.value)));
-        }
-    }
+    if (!hasColumns(layout))
+        lintLabelSets(layout, findings);
 }
 
 } // namespace vanlayout

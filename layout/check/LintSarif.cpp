@@ -63,6 +63,7 @@ private:
     {
         object("tool", [this] { object("driver", [this] { writeDriver(); }); });
         array("invocations", [&] { object([&] { writeInvocation(files); }); });
+        word("columnKind", "utf16CodeUnits");
         array("results", [&] {
             for (const LintedFile &file : files) {
                 const QString uri = uriOf(file.file);
@@ -80,8 +81,19 @@ private:
             text("id", rule.id);
             object("shortDescription", [&] { text("text", rule.title); });
             object("fullDescription", [&] { text("text", rule.meaning); });
+            object("help", [&] { writeHelp(rule); });
             object("defaultConfiguration", [&] { word("level", levelOf(rule.severity)); });
         });
+    }
+
+    // The page is part of the package, so it has no address.
+    void writeHelp(const LintRuleInfo &rule)
+    {
+        text("text", QStringLiteral("%1 The section %2 of docs/lint.md has an example.").arg(rule.meaning, rule.id));
+        text("markdown",
+             QStringLiteral("%1 The section `%2` of `docs/lint.md` has an example; `vanlayout lint "
+                            "--list-rules` lists all rules.")
+                 .arg(rule.meaning, rule.id));
     }
 
     void writeInvocation(const QVector<LintedFile> &files)

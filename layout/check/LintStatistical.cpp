@@ -87,6 +87,8 @@ void lintStatistical(const Layout &layout, LintFindings &findings)
     forEachItem(layout, [&](const LintItem &place) {
         if (!place.item.missing.isEmpty())
             lintMissing(place, findings);
+        if (hasColumns(layout))
+            return; // codes are compared with the length of the item
         ElementAddress address = place.address;
         for (address.valueSet = 0; address.valueSet < place.item.valueSets.size(); ++address.valueSet) {
             const ValueSet &set = place.item.valueSets.at(address.valueSet);

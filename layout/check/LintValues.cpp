@@ -3,12 +3,22 @@
 #include "write/Codes_p.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vanlayout
 {
 
 namespace
 {
+
+// CSPro knows no exponents and no plus sign (CSPro dictionary format, text form, section 8.3); other programs do.
+bool isNumber(const QString &code, bool isInCSPro)
+{
+    const auto isForeign
+        = [](QChar character) { return character == QLatin1Char('+') || character.toLower() == QLatin1Char('e'); };
+    return !decimalNumberOf(code).spelling.isEmpty()
+        && !(isInCSPro && std::any_of(code.begin(), code.end(), isForeign));
+}
 
 bool isBlank(const QString &code)
 {
@@ -57,8 +67,9 @@ QString textWithoutBlanks(QString text)
 class ValueCheck
 {
 public:
-    explicit ValueCheck(LintFindings &list)
+    ValueCheck(const Layout &layout, LintFindings &list)
         : findings(list)
+        , isInCSPro(isDictionary(layout))
     {
     }
 
@@ -88,15 +99,15 @@ private:
         const bool hasSeveral = value->ranges.size() > 1
             || std::any_of(value->ranges.begin(), value->ranges.end(),
                            [](const Range &range) { return !isSingle(range); });
-        if (hasSeveral)
+        if (hasSeveral && isInCSPro)
             add(LintRule::SpecialRange,
                 QStringLiteral("a value that means %1 has more than one code; give it a single code").arg(meaning()));
-        if (item->isAlpha())
+        if (item->isAlpha() && isInCSPro)
             add(LintRule::SpecialText,
                 QStringLiteral("a text cannot mean %1 in CSPro; make the item numeric, or remove the mark")
                     .arg(meaning()));
         const unsigned bit = 1U << unsigned(value->special);
-        if (seen & bit)
+        if ((seen & bit) && isInCSPro)
             add(LintRule::RepeatedSpecial,
                 QStringLiteral("another value of the set means %1 too; CSPro expects one of each").arg(meaning()));
         seen |= bit;
@@ -131,7 +142,9 @@ private:
     {
         if (isBlank(code) && value->special != Special::None)
             return;
-        if (decimalNumberOf(code).spelling.isEmpty()) {
+        if (!isInCSPro && (item->start < 1 || std::isinf(valueOf(code)))) // .a of Stata; an open end of a range
+            return;
+        if (!isNumber(code, isInCSPro)) {
             add(LintRule::TextCode,
                 QStringLiteral("the code \"%1\" of a numeric item is not a number; write a number, or make the item "
                                "alphanumeric")
@@ -139,9 +152,9 @@ private:
             return;
         }
         const NumberShape shape = shapeOf(code);
-        if (item->length >= 1 && widthOf(shape, *item) > item->length)
+        if (hasWidth() && widthOf(shape, *item) > item->length)
             addWide(code, widthOf(shape, *item));
-        if (shape.decimals > item->decimals)
+        if (shape.decimals > item->decimals && (isInCSPro || hasWidth()))
             add(LintRule::CodeDecimals,
                 QStringLiteral("the code %1 has more decimals than its item, which has %2; change one of them")
                     .arg(inMessage(code), QString::number(item->decimals)));
@@ -149,16 +162,19 @@ private:
 
     void checkTexts(const Range &range)
     {
-        if (!range.to.isEmpty())
+        if (!range.to.isEmpty() && isInCSPro)
             add(LintRule::TextRange,
                 QStringLiteral(
                     "%1 to %2 is a range of texts, which CSPro does not know; list the codes, or make the item "
                     "numeric")
                     .arg(inMessage(range.from), inMessage(range.to)));
         const int width = textWithoutBlanks(range.from).size();
-        if (item->length >= 1 && width > item->length)
+        if (hasWidth() && width > item->length)
             addWide(range.from, width);
     }
+
+    // The length of an item without columns is that of its format, and its values may be longer.
+    bool hasWidth() const { return item->length >= 1 && (isInCSPro || item->start >= 1); }
 
     void addWide(const QString &code, int width)
     {
@@ -169,6 +185,7 @@ private:
     }
 
     LintFindings &findings;
+    bool isInCSPro;
     const Item *item = nullptr;
     const Value *value = nullptr;
     ElementAddress place;
@@ -178,12 +195,12 @@ private:
 
 void lintValues(const Layout &layout, LintFindings &findings)
 {
-    if (!isDictionary(layout))
+    if (!hasColumns(layout))
         return;
     CheckedSets sets(layout);
-    ValueCheck check(findings);
+    ValueCheck check(layout, findings);
     forEachValueSet(layout, [&](const ValueSet &set, const Item &item, const ElementAddress &address) {
-        if (set.values.isEmpty())
+        if (set.values.isEmpty() && isDictionary(layout))
             findings.add(LintRule::EmptyValueSet, address,
                          QStringLiteral("the value set has no values; add them, or remove the set"));
         if (sets.isNew(set, item))

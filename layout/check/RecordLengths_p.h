@@ -19,6 +19,13 @@ public:
 
     int of(const Record &record) const { return std::max(common, csproforms::recordLength(Layout(), record)); }
 
+    /// Whether all items of a record have columns; else its last column is unknown.
+    static bool isKnown(const Record &record)
+    {
+        return std::all_of(record.items.begin(), record.items.end(),
+                           [](const Item &item) { return item.start >= 1 && item.length >= 1; });
+    }
+
 private:
     int common; ///< last column of the record type and the ids
 };

@@ -187,7 +187,7 @@ void readCSProJson(const QByteArray &bytes, Layout &layout, Diagnostics &diagnos
     }
     QByteArray content = bytes;
     const bool hasHalfPairs = mendSurrogates(content);
-    CSProJsonFindings findings(layout, diagnostics);
+    CSProJsonFindings findings(layout, diagnostics, lines);
     CSProJsonDraft draft(layout, findings);
     if (!parse(content, draft, lines, diagnostics) || failAsOther(draft, diagnostics))
         return;

@@ -32,9 +32,10 @@ private:
 
 } // namespace
 
-CSProJsonFindings::CSProJsonFindings(Layout &target, Diagnostics &list)
+CSProJsonFindings::CSProJsonFindings(Layout &target, Diagnostics &list, const ElementLines *elementLines)
     : layout(target)
     , diagnostics(list)
+    , lines(elementLines)
     , firstProblem(target.problems.size())
     , firstExtra(target.extras.size())
 {
@@ -42,13 +43,13 @@ CSProJsonFindings::CSProJsonFindings(Layout &target, Diagnostics &list)
 
 void CSProJsonFindings::warn(const char *id, const QString &message, const ElementAddress &address)
 {
-    diagnostics.warn(id, message);
+    diagnostics.warn(id, message, placeOf(address));
     addressLastProblem(address);
 }
 
 void CSProJsonFindings::inform(const char *id, const QString &message, const ElementAddress &address)
 {
-    diagnostics.inform(id, message);
+    diagnostics.inform(id, message, placeOf(address));
     addressLastProblem(address);
 }
 
@@ -74,6 +75,14 @@ void CSProJsonFindings::resolvePaths()
         layout.problems[firstProblem + int(index)].path = paths.of(ofProblems[index]);
     for (size_t index = 0; index < ofExtras.size(); ++index)
         layout.extras[firstExtra + int(index)].path = paths.of(ofExtras[index]);
+}
+
+// The path is set when all names are known.
+Place CSProJsonFindings::placeOf(const ElementAddress &address) const
+{
+    if (!lines)
+        return {};
+    return { line > 0 ? line : lineOf(*lines, address), QString() };
 }
 
 void CSProJsonFindings::addressLastProblem(const ElementAddress &address)

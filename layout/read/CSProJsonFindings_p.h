@@ -9,11 +9,16 @@
 namespace vanlayout
 {
 
-/// Collects problems and extra statements of the JSON form, each with the address of its element.
+/// Collects problems and extra statements of the JSON form, each with the address of its element. Problems have a line
+/// if the lines of the elements are wanted.
 class CSProJsonFindings
 {
 public:
-    CSProJsonFindings(Layout &target, Diagnostics &list);
+    /// \a elementLines are the lines of the elements that were read so far; null if they are not wanted.
+    CSProJsonFindings(Layout &target, Diagnostics &list, const ElementLines *elementLines);
+
+    /// Sets the line of the following problems; 0 for that of their element.
+    void setLine(int number) { line = number; }
 
     void warn(const char *id, const QString &message, const ElementAddress &address);
     void inform(const char *id, const QString &message, const ElementAddress &address);
@@ -27,10 +32,13 @@ public:
     void resolvePaths();
 
 private:
+    Place placeOf(const ElementAddress &address) const;
     void addressLastProblem(const ElementAddress &address);
 
     Layout &layout;
     Diagnostics &diagnostics;
+    const ElementLines *const lines;
+    int line = 0;
     const int firstProblem;
     const int firstExtra;
     std::vector<ElementAddress> ofProblems;

@@ -104,8 +104,10 @@ bool CSProJsonHandler::String(const char *text, rapidjson::SizeType size, bool /
 
 bool CSProJsonHandler::Key(const char *text, rapidjson::SizeType size, bool /*copy*/)
 {
-    if (skipping == Skipping::None)
+    if (skipping == Skipping::None) {
+        setProblemLine();
         findKey(text, int(size));
+    }
     return true;
 }
 
@@ -130,6 +132,7 @@ bool CSProJsonHandler::EndObject(rapidjson::SizeType /*memberCount*/)
 {
     if (skipping != Skipping::None)
         return endPart();
+    findings.setLine(0);
     const Frame ended = std::move(frames.back());
     warnOfMissingKeys(ended);
     frames.pop_back();
@@ -159,6 +162,7 @@ bool CSProJsonHandler::EndArray(rapidjson::SizeType /*elementCount*/)
 {
     if (skipping != Skipping::None)
         return endPart();
+    findings.setLine(0);
     const JsonKey &ended = *frames.back().key;
     frames.pop_back();
     if (ended.end)
@@ -213,6 +217,7 @@ void CSProJsonHandler::member(const Scalar &value)
 // Adds an entry of a list.
 void CSProJsonHandler::entry(const Scalar &value)
 {
+    setProblemLine();
     const bool isText = value.type == Scalar::Type::Text || value.type == Scalar::Type::Number;
     if (frames.back().element || !isText) {
         keep(Reason::WrongType, value);
@@ -335,6 +340,13 @@ int CSProJsonHandler::currentLine()
     return line;
 }
 
+// Problems are at the line of their key or entry, and at that of their element if they are found at its end.
+void CSProJsonHandler::setProblemLine()
+{
+    if (lines)
+        findings.setLine(currentLine());
+}
+
 void CSProJsonHandler::warnOfMissingKeys(const Frame &frame)
 {
     for (int index = 0; index < frame.element->keyCount; ++index) {
@@ -361,7 +373,9 @@ void CSProJsonHandler::beginSkipping()
     openParts = 1;
     rangeEnds.clear();
     isRangeSound = true;
-    if (!frames.back().isList() && key)
+    if (frames.back().isList())
+        setProblemLine();
+    else if (key)
         markValue();
 }
 

@@ -96,6 +96,7 @@ private:
     bool isRepeatedUnknownKey(const char *text, int size);
     void begin(const JsonElement *element, const JsonKey *ofKey, Shape shape);
     int currentLine();
+    void setProblemLine();
     void markValue() { frames.back().hasValue |= 1U << (key - frames.back().element->keys); }
     void warnOfMissingKeys(const Frame &frame);
     void keepElement(const Frame &element);

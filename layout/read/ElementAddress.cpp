@@ -88,6 +88,29 @@ void setLine(ElementLines::Level &lines, const ElementAddress &address, int line
     }
 }
 
+template <typename Lines> bool has(const Lines &lines, int index)
+{
+    return index >= 0 && size_t(index) < lines.size();
+}
+
+int lineOf(const ElementLines::Element &element, const ElementAddress &address)
+{
+    if (!has(element.valueSets, address.valueSet))
+        return element.line;
+    const ElementLines::Set &set = element.valueSets[size_t(address.valueSet)];
+    return has(set.values, address.value) ? set.values[size_t(address.value)] : set.line;
+}
+
+int lineOf(const ElementLines::Level &level, const ElementAddress &address)
+{
+    if (address.isInIds())
+        return has(level.ids, address.item) ? lineOf(level.ids[size_t(address.item)], address) : level.line;
+    if (!has(level.records, address.record))
+        return level.line;
+    const ElementLines::Record &record = level.records[size_t(address.record)];
+    return has(record.items, address.item) ? lineOf(record.items[size_t(address.item)], address) : record.line;
+}
+
 } // namespace
 
 void setLine(ElementLines &lines, const ElementAddress &address, int line)
@@ -98,6 +121,15 @@ void setLine(ElementLines &lines, const ElementAddress &address, int line)
         setLine(entryOf(lines.levels, address.level), address, line);
     else
         lines.dictionary = line;
+}
+
+int lineOf(const ElementLines &lines, const ElementAddress &address)
+{
+    if (has(lines.relations, address.relation))
+        return lines.relations[size_t(address.relation)];
+    if (!has(lines.levels, address.level))
+        return lines.dictionary;
+    return lineOf(lines.levels[size_t(address.level)], address);
 }
 
 } // namespace vanlayout

@@ -29,6 +29,8 @@ QString pathOf(const Layout &layout, const ElementAddress &address);
 
 /// Sets the line of an element; elements before it in its list that have no line yet have line 0.
 void setLine(ElementLines &lines, const ElementAddress &address, int line);
+/// The line of an element, or of the nearest one that contains it and has a line.
+int lineOf(const ElementLines &lines, const ElementAddress &address);
 
 } // namespace vanlayout
 

@@ -18,7 +18,8 @@ struct VANLAYOUT_EXPORT ReadOptions {
     /// catalog that cannot be read is a problem of severity warning; one for a file of another format is an info.
     QString catalog;
     /// Receives the lines of the elements of a CSPro dictionary; null if they are not wanted. It must be empty, and
-    /// stays empty for a file of another format and for the dictionary within a data file.
+    /// stays empty for a file of another format and for the dictionary within a data file. If it is wanted, the
+    /// problems of a dictionary in JSON form have a line too.
     ElementLines *lines = nullptr;
 };
 

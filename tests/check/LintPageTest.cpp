@@ -59,6 +59,7 @@ Layout statisticalExample(LintRule rule)
         break;
     }
     Layout layout = statisticalFile(Format::Stata, item);
+    layout.formatVersion = "118";
     if (rule == LintRule::IncompleteReading)
         layout.problems = { { Severity::Warning, "reading-ended", 0, QString(), "reading ended after the variables" } };
     else

@@ -1,5 +1,6 @@
 #include "check/LintedText.h"
 #include "layout/MadeLayout.h"
+#include "write/Ddi.h"
 
 #include <QtTest>
 
@@ -112,6 +113,8 @@ private Q_SLOTS:
         QTest::newRow("decimals of zeros") << itemWith({ made::value("9.00", "a") }) << none;
         QTest::newRow("decimal comma") << itemWith({ made::value("9,5", "a") }) << QStringList("code-decimals");
         QTest::newRow("text") << itemWith({ made::value("A", "a") }) << QStringList("text-code");
+        QTest::newRow("plus sign") << itemWith({ made::value("+1", "a") }) << QStringList("text-code");
+        QTest::newRow("exponent") << itemWith({ made::value("1e0", "a") }, 3) << QStringList("text-code");
         QTest::newRow("blank") << itemWith({ made::value("  ", "a") }) << QStringList("text-code");
         QTest::newRow("blank field") << itemWith({ special("  ", Special::NotApplicable) }) << none;
         QTest::newRow("one code as range") << itemWith({ made::range("1", "1", "a") }) << none;
@@ -147,6 +150,8 @@ private Q_SLOTS:
         QTest::newRow("texts that are equal numbers")
             << itemWith({ made::value("1", "a"), made::value("01", "b") }, 2, itemtype::alpha()) << none;
         QTest::newRow("no label") << itemWith({ made::value("1") }) << QStringList("missing-value-label");
+        QTest::newRow("range without label") << itemWith({ made::range("1", "9", "") }) << none;
+        QTest::newRow("blank field without label") << itemWith({ special("  ", Special::NotApplicable) }) << none;
         QTest::newRow("no values") << itemWith({}) << QStringList("empty-value-set");
     }
     void codesOfAnItem()
@@ -318,6 +323,199 @@ private Q_SLOTS:
         QTEST(idsFor(itemAt(name, 2, 1)), "ids");
     }
 
+    void codeMayOccurOnceInAValue_data()
+    {
+        QTest::addColumn<QString>("codes");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("code") << "1 1;Male"
+                              << "the value has the code 1 more than once; remove one of them";
+        QTest::newRow("range") << "0:2 1;Male"
+                               << "1 overlaps 0 to 2 of the same value; change one of them";
+    }
+    void codeMayOccurOnceInAValue()
+    {
+        QFETCH(QString, codes);
+        const QString text = changed(baseDictionary(), "-Value=1;Male\n-Value=2;Female\n+Value=" + codes);
+        const QVector<LintFinding> findings
+            = findingsOf(text.toUtf8(), { LintRule::DuplicateCode, LintRule::OverlappingCodes });
+        QCOMPARE(findings.size(), 1);
+        QTEST(findings.constFirst().message, "message");
+    }
+
+    void lengthOfARecordIsOnlyComparedIfItsItemsHaveColumns()
+    {
+        const QString text = changed(baseDictionary(), " Name=ROOMS\n-Start=5\n+Start=0");
+        QVERIFY(findingsOf(text.toUtf8(), { LintRule::RecordLength, LintRule::ItemOutsideRecord }).isEmpty());
+    }
+
+    void idItemsAreWithinTheRecord()
+    {
+        const QString text = changed(baseDictionary(), " Name=HOUSE\n-Start=2\n+Start=25");
+        const QVector<LintFinding> findings = findingsOf(text.toUtf8(), { LintRule::ItemOutsideRecord });
+        QCOMPARE(idsAndPaths(findings),
+                 QStringList({ "item-outside-record HOUSEHOLD/PERSON", "item-outside-record HOUSEHOLD/HOUSING" }));
+        QCOMPARE(findings.constLast().message,
+                 QString("the id items or the record type end in column 27, but the record has 6; write RecordLen=27"));
+    }
+
+    void signOfARecordTypeIsOnlyReservedInTheFirstColumn()
+    {
+        Layout layout = dictionary({ itemAt("A", 3, 1) });
+        layout.levels[0].records[0].recordType = "~";
+        LintOptions only;
+        only.only = { LintRule::ReservedRecordType };
+        QCOMPARE(idsAndPaths(lint(layout, only)), QStringList("reserved-record-type L/R"));
+        layout.recordType->start = 2;
+        QVERIFY(lint(layout, only).isEmpty());
+    }
+
+    void codesOfLanguagesAreUniqueNames_data()
+    {
+        QTest::addColumn<QString>("languages");
+        QTest::addColumn<QStringList>("findings");
+        QTest::newRow("sound") << "+EN=English\n+FR=French" << QStringList();
+        QTest::newRow("not a name") << "+EN=English\n+F R=French" << QStringList("invalid-name ");
+        QTest::newRow("twice") << "+EN=English\n+en=English" << QStringList("repeated-key ");
+    }
+    void codesOfLanguagesAreUniqueNames()
+    {
+        QFETCH(QString, languages);
+        const QString text = changed(baseDictionary(), " DecimalChar=No\n \n+[Languages]\n" + languages + "\n+");
+        QTEST(idsAndPaths(findingsOf(text.toUtf8(), { LintRule::InvalidName, LintRule::RepeatedKey })), "findings");
+    }
+
+    void labelWithoutItsFirstLanguageLacksATranslation()
+    {
+        Layout layout = dictionary({ itemAt("A", 2, 1) });
+        layout.languages = { { "EN", "English" }, { "FR", "French" } };
+        layout.levels[0].records[0].items[0].labels = { { { "EN", "" }, { "FR", "Texte" } } };
+        LintOptions only;
+        only.only = { LintRule::MissingLabel, LintRule::MissingTranslation };
+        QCOMPARE(lint(layout, only).constLast().message, QString("the item has no label in EN; add it"));
+        layout.levels[0].records[0].items[0].labels = { { { "EN", "" }, { "FR", " " } } };
+        QCOMPARE(idsAndPaths(lint(layout, only)).constFirst(), QString("missing-label L/R/A"));
+    }
+
+    void labelsInTheWrongEncoding_data()
+    {
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QString>("found");
+        const auto is = [](const char *text, const char *meant) {
+            return QStringLiteral(
+                       "the label has \"%1\", which is \"%2\" in UTF-8; save the file in one encoding, such as "
+                       "UTF-8")
+                .arg(QString::fromUtf8(text), QString::fromUtf8(meant));
+        };
+        QTest::newRow("two bytes") << QString::fromUtf8("PiÃ¨ces") << is("Ã¨", "è");
+        QTest::newRow("capital") << QString::fromUtf8("Ã‰cole") << is("Ã‰", "É");
+        QTest::newRow("three bytes") << QString::fromUtf8("1 â€“ 4") << is("â€“", "–");
+        QTest::newRow("four bytes") << QString::fromUtf8("ðŸ˜€") << is("ðŸ˜€", "\xF0\x9F\x98\x80");
+        QTest::newRow("sound") << QString::fromUtf8("Pièces, ÇÃO, 1 – 4, “MANHÔ, ŸÃ") << QString();
+        QTest::newRow("end of the label") << QString::fromUtf8("â€") << QString();
+        QTest::newRow("letter with quotation marks") << QString::fromUtf8("aí“ƒ") << QString();
+    }
+    void labelsInTheWrongEncoding()
+    {
+        QFETCH(QString, label);
+        Layout layout = dictionary({ itemWith({ made::value("1", label) }) });
+        LintOptions only;
+        only.only = { LintRule::MixedEncodings };
+        const QVector<LintFinding> findings = lint(layout, only);
+        QTEST(findings.isEmpty() ? QString() : findings.constFirst().message, "found");
+        layout.levels[0].labels = made::labels(label);
+        layout.levels[0].records[0].labels = made::labels(label);
+        layout.levels[0].records[0].items[0].labels = made::labels(label);
+        layout.levels[0].records[0].items[0].valueSets[0].labels = made::labels(label);
+        layout.labels = made::labels(label);
+        QCOMPARE(lint(layout, only).size(), findings.size() * 6);
+    }
+
+    void fileOfTwoEncodingsWithoutMarkIsFound()
+    {
+        const QByteArray text = baseDictionary().toUtf8();
+        const QByteArray both = QByteArray(text)
+                                    .replace("Label=Rooms",
+                                             "Label=Pi\xC3\xA8"
+                                             "ces")
+                                    .replace("Label=Village", "Label=Vill\xE8ge");
+        QCOMPARE(idsAndPaths(findingsOf(both)), QStringList("mixed-encodings HOUSEHOLD/HOUSING/ROOMS"));
+        QVERIFY(findingsOf(QByteArray(text).replace("Label=Rooms",
+                                                    "Label=Pi\xE8"
+                                                    "ces"))
+                    .isEmpty());
+    }
+
+    void documentHasTheFindingsOfItsDictionary_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QStringList>("ids");
+        QTest::newRow("sound") << QString() << QStringList();
+        QTest::newRow("overlap") << " Name=SEX\n-Start=5\n+Start=4" << QStringList({ "overlap", "gap" });
+        QTest::newRow("record type") << "-RecordTypeValue='2'\n+RecordTypeValue='02'"
+                                     << QStringList("record-type-width");
+        QTest::newRow("record length") << "-RecordLen=6\n+RecordLen=5" << QStringList("item-outside-record");
+        QTest::newRow("long record") << "-RecordLen=6\n+RecordLen=9" << QStringList("record-length");
+        QTest::newRow("subitem") << " Name=BIRTH_YEAR\n-Start=10\n+Start=12" << QStringList("subitem-outside-item");
+        QTest::newRow("wide code") << "-Value=2;Female\n+Value=20;Female" << QStringList("wide-code");
+        QTest::newRow("wide text") << "-Value='B  ';Bourne\n+Value='Bourne';B" << QStringList("wide-code");
+        QTest::newRow("reversed range") << "-Value=0:20;Years\n+Value=20:0;Years" << QStringList("reversed-range");
+        QTest::newRow("duplicate code") << "-Value=2;Female\n+Value=1;Female" << QStringList("duplicate-code");
+        QTest::newRow("duplicate label") << "-Value=2;Female\n+Value=2;Male" << QStringList("duplicate-label");
+        QTest::newRow("no label") << "-Label=Rooms\n+Label=\n Name=ROOMS" << QStringList("unlabelled-variable");
+        QTest::newRow("name of a word") << "-Name=ROOMS\n+Name=USER" << QStringList("sql-name");
+        QTest::newRow("limit of CSPro") << "-MaxRecords=20\n+MaxRecords=10000" << QStringList();
+    }
+    void documentHasTheFindingsOfItsDictionary()
+    {
+        QFETCH(QString, change);
+        QByteArray text = (change.isEmpty() ? baseDictionary() : changed(baseDictionary(), change)).toUtf8();
+        QVERIFY(!text.isEmpty());
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        QBuffer document;
+        document.open(QIODevice::WriteOnly);
+        QVERIFY(writeDdi(readLayout(buffer, "survey.dcf"), document));
+        QStringList ids;
+        const QVector<LintFinding> findings = findingsOf(document.data());
+        for (const LintFinding &finding : findings)
+            ids.append(infoOf(finding.rule).id);
+        QTEST(ids, "ids");
+    }
+
+    void labelSetsOfOldStataFilesAreNotMissing()
+    {
+        Layout layout;
+        layout.format = Format::Stata;
+        layout.extras = { { "//A", "valueLabels", "set", 0 } };
+        layout.formatVersion = "110";
+        QCOMPARE(idsAndPaths(lint(layout)), QStringList("missing-label-set //A"));
+        layout.formatVersion = "108";
+        QCOMPARE(idsAndPaths(lint(layout)), QStringList("incomplete-reading "));
+        layout.extras.clear();
+        QVERIFY(lint(layout).isEmpty());
+    }
+
+    void labelSetsAreUnknownIfReadingEnded()
+    {
+        Layout layout;
+        layout.format = Format::Stata;
+        layout.formatVersion = "118";
+        layout.extras = { { "//A", "valueLabels", "set", 0 } };
+        layout.problems = { { Severity::Warning, "reading-ended", 0, QString(), "reading ended" } };
+        QCOMPARE(idsAndPaths(lint(layout)), QStringList("incomplete-reading "));
+    }
+
+    void variablesOfARecordHaveDifferentNames()
+    {
+        Layout layout = dictionary({ itemAt("A", 2, 1), itemAt("a", 3, 1) });
+        layout.format = Format::Stata;
+        LintOptions only;
+        only.only = { LintRule::DuplicateName };
+        QVERIFY(lint(layout, only).isEmpty());
+        layout.levels[0].records[0].items[1].name = "A";
+        QCOMPARE(idsAndPaths(lint(layout, only)), QStringList("duplicate-name L/R/A"));
+    }
+
     void nameIsUniqueAmongAllElementsAndAliases_data()
     {
         QTest::addColumn<QString>("change");
@@ -444,6 +642,55 @@ private Q_SLOTS:
         QCOMPARE(places,
                  QStringList({ "9 L/R", "7 L/(ids)/I", "5 L", "7 L/(ids)/I", "9 L/R", "10 L/R/A", "12 L/R/A/V",
                                "12 L/R/A/V", "14 L/R/A/V/#2", "15 relations/P" }));
+    }
+
+    void problemOfAJsonDictionaryHasTheLineOfItsKey_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        QTest::addColumn<QString>("place");
+        QTest::newRow("unknown key") << QByteArray("@4") << QByteArray("\"x\": {\n\"y\": 1},\n")
+                                     << "warning ignored-key 4 ";
+        QTest::newRow("misspelled key") << QByteArray("@9") << QByteArray("\"len\":\n1,\n")
+                                        << "error misspelled-key 9 L/R/A";
+        QTest::newRow("repeated key") << QByteArray("@8") << QByteArray("\"name\": \"S\",\n")
+                                      << "warning repeated-key 8 L/R";
+        QTest::newRow("word") << QByteArray("\"numeric\"") << QByteArray("\"integer\"") << "error unknown-type 9 L/R/A";
+        QTest::newRow("type") << QByteArray("\"zeroFill\": false") << QByteArray("\"zeroFill\": 1")
+                              << "warning unread-value 10 L/R/A";
+        QTest::newRow("type of a required key")
+            << QByteArray("\"length\": 5") << QByteArray("\"length\": []") << "error missing-key 10 L/R/A";
+        QTest::newRow("list instead of an object")
+            << QByteArray("\"ids\": { \"items\": [] }") << QByteArray("\"ids\": []") << "error missing-key 7 L";
+        QTest::newRow("missing key") << QByteArray("\"length\": 5, ") << QByteArray() << "error missing-key 8 L/R/A";
+        QTest::newRow("entry of a list") << QByteArray("@11") << QByteArray(",\n7") << "error missing-key 12 L/R";
+        QTest::newRow("label") << QByteArray("[ { \"text\": \"A\" } ]")
+                               << QByteArray("[ { \"text\": \"A\" },\n{ \"text\": \"B\", \"language\": \"FR\" } ]")
+                               << "warning label-without-language 8 L/R/A";
+    }
+    void problemOfAJsonDictionaryHasTheLineOfItsKey()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        QByteArray text
+            = "{\n\"name\": \"D\",\n\"labels\": [ { \"text\": \"D\" } ],\n@4\"relativePositions\": true,\n"
+              "\"recordType\": { \"start\": 1, \"length\": 1 }, \"levels\": [\n{ \"name\": \"L\",\n"
+              "\"ids\": { \"items\": [] }, \"records\": [ { \"name\": \"R\",\n@8\"occurrences\": { \"required\": "
+              "true, \"maximum\": 1 }, \"items\": [ { \"name\": \"A\", \"labels\": [ { \"text\": \"A\" } ],\n"
+              "@9\"contentType\": \"numeric\",\n\"length\": 5, \"zeroFill\": false }\n@11] } ] } ]\n}\n";
+        QCOMPARE(text.count(before), 1);
+        text.replace(before, after);
+        for (const char *place : { "@4", "@8", "@9", "@11" })
+            text.replace(place, "");
+        QStringList places;
+        const QVector<LintFinding> findings = findingsOf(text);
+        for (const LintFinding &finding : findings)
+            places.append(QStringLiteral("%1 %2 %3 %4")
+                              .arg(wordOf(finding.severity()), infoOf(finding.rule).id)
+                              .arg(finding.line)
+                              .arg(finding.path));
+        QFETCH(QString, place);
+        QVERIFY2(places.contains(place), qPrintable(places.join('\n')));
     }
 
     void textsOfTheFileAreShortAndOnOneLineInMessages()
