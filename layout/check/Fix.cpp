@@ -76,7 +76,10 @@ bool isDamaged(const Layout &layout)
 // Why the file cannot be written anew: it has statements whose meaning is unknown.
 QString problemWith(const Layout &layout)
 {
-    if ((layout.format != Format::CSProText && layout.format != Format::CSProJson) || !layout.container.isEmpty())
+    if (!layout.container.isEmpty())
+        return QStringLiteral("is not a CSPro dictionary but a data file with one, and cannot be corrected; write its "
+                              "dictionary with vanlayout convert, and correct that");
+    if (layout.format != Format::CSProText && layout.format != Format::CSProJson)
         return QStringLiteral("is not a CSPro dictionary in text or JSON form, and cannot be corrected");
     LintOptions options;
     options.only

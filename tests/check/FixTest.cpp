@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <QJsonDocument>
+
 using namespace linted;
 
 namespace
@@ -27,6 +29,18 @@ FixedDictionary fixedFrom(QByteArray content)
 FixedDictionary fixedAfter(const QString &change)
 {
     return fixedFrom(changed(baseDictionary(), change).toUtf8());
+}
+
+// A text dictionary with other record lengths, record types without their zeros if those are unique, and names before
+// labels.
+QByteArray brokenText(const QByteArray &content)
+{
+    QString text = QString::fromUtf8(content);
+    text.replace(QRegularExpression("\nRecordLen=(\\d+)"), "\nRecordLen=1\\1");
+    text.replace(QRegularExpression("\n(Label=[^\r\n]*)(\r?\n)(Name=[^\r\n]*)"), "\n\\3\\2\\1");
+    QString shortened = text;
+    shortened.replace(QRegularExpression("RecordTypeValue='0+([1-9]\\d*)'"), "RecordTypeValue='\\1'");
+    return shortened.toUtf8();
 }
 
 } // namespace
@@ -150,6 +164,56 @@ private Q_SLOTS:
     {
         const FixedDictionary fixed = fixedAfter("-RecordTypeLen=1\n+RecordTypeLen=2000000000");
         QVERIFY(fixed.bytes.contains("RecordTypeValue='1'\n"));
+    }
+
+    void dataFileIsRefusedWithAnAdvice()
+    {
+        Layout layout;
+        layout.format = Format::CSProJson;
+        layout.container = "csdb";
+        QVERIFY(fixDictionary(layout).problem.contains("write its dictionary with vanlayout convert"));
+        layout.container.clear();
+        layout.format = Format::Ddi;
+        QCOMPARE(fixDictionary(layout).problem,
+                 QString("is not a CSPro dictionary in text or JSON form, and cannot be corrected"));
+    }
+
+    void lengthThatIsUnknownOrTooLongIsLeft_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::newRow("no start") << " Name=ROOMS\n-Start=5\n Len=2\n DataType=Numeric";
+        QTest::newRow("column 32001") << " Name=ROOMS\n-Start=5\n-Len=2\n+Start=32001\n+Len=1";
+    }
+    void lengthThatIsUnknownOrTooLongIsLeft()
+    {
+        QFETCH(QString, change);
+        const FixedDictionary fixed = fixedAfter(change);
+        QCOMPARE(fixed.problem, QString());
+        QVERIFY(fixed.bytes.contains("RecordLen=6\n"));
+    }
+
+    void labelsMisreadEarlierAreKept()
+    {
+        const QString text = baseDictionary().replace("Label=Rooms", QString::fromUtf8("Label=PiÃ¨ces"));
+        QCOMPARE(fixedFrom(text.toUtf8()).bytes, text.toUtf8());
+        const QByteArray both = text.toUtf8().replace("Village", "Vill\xE9ge");
+        QVERIFY(fixedFrom(both).problem.contains("the label has"));
+    }
+
+    void correctionOfABrokenDictionaryIsThatOfTheOriginal_data() { correctionOfACorrectedDictionaryIsTheSame_data(); }
+    void correctionOfABrokenDictionaryIsThatOfTheOriginal()
+    {
+        QFETCH(QString, path);
+        QFile file(path);
+        if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
+            return;
+        const QByteArray content = file.readAll();
+        const QByteArray broken
+            = content.trimmed().startsWith('{') ? QJsonDocument::fromJson(content).toJson() : brokenText(content);
+        QVERIFY(broken != content);
+        const FixedDictionary fixed = fixedFrom(broken);
+        QCOMPARE(fixed.problem, QString());
+        QCOMPARE(fixed.bytes, fixedFrom(content).bytes);
     }
 
     void correctionOfACorrectedDictionaryIsTheSame_data()

@@ -98,6 +98,27 @@ private Q_SLOTS:
         }
     }
 
+    void sarifHasTheStructureOfTheStandard()
+    {
+        const QJsonObject document = sarif({ lintedFile("a b.dcf"), unreadFile() });
+        QCOMPARE(document.keys(), QStringList({ "$schema", "runs", "version" }));
+        QCOMPARE(document["runs"].toArray().size(), 1);
+        const QJsonObject run = runOf(document);
+        QCOMPARE(run.keys(), QStringList({ "columnKind", "invocations", "results", "tool" }));
+        QCOMPARE(run["columnKind"].toString(), QString("utf16CodeUnits"));
+        const QJsonObject driver = run["tool"].toObject()["driver"].toObject();
+        QCOMPARE(driver.keys(), QStringList({ "name", "rules", "version" }));
+        const QJsonArray rules = driver["rules"].toArray();
+        for (const QJsonValue &rule : rules)
+            verifyRule(rule.toObject());
+        const QJsonArray results = run["results"].toArray();
+        for (const QJsonValue &result : results)
+            verifyResult(result.toObject(), rules);
+        const QJsonArray invocations = run["invocations"].toArray();
+        for (const QJsonValue &invocation : invocations)
+            verifyNotifications(invocation.toObject());
+    }
+
     void sarifResultNamesRuleLevelMessageAndPlace()
     {
         const QJsonArray results = runOf(sarif({ lintedFile() }))["results"].toArray();
@@ -148,6 +169,55 @@ private Q_SLOTS:
         const QJsonObject notice = failed["toolExecutionNotifications"].toArray().at(0).toObject();
         QCOMPARE(notice["message"].toObject()["text"].toString(), QString("cannot be opened"));
         QVERIFY(runOf(sarif({ unreadFile() }))["results"].toArray().isEmpty());
+    }
+
+private:
+    static bool isText(const QJsonValue &value) { return value.isString() && !value.toString().isEmpty(); }
+
+    static bool isLevel(const QJsonValue &value)
+    {
+        return QStringList({ "error", "warning", "note" }).contains(value.toString());
+    }
+
+    static void verifyRule(const QJsonObject &rule)
+    {
+        QCOMPARE(rule.keys(),
+                 QStringList({ "defaultConfiguration", "fullDescription", "help", "id", "shortDescription" }));
+        QVERIFY(isText(rule["id"]) && isLevel(rule["defaultConfiguration"].toObject()["level"]));
+        for (const char *key : { "shortDescription", "fullDescription", "help" })
+            QVERIFY2(isText(rule[QLatin1String(key)].toObject()["text"]), key);
+        QVERIFY(isText(rule["help"].toObject()["markdown"]));
+        QVERIFY(rule["help"].toObject()["text"].toString().contains("docs/lint.md"));
+    }
+
+    static void verifyResult(const QJsonObject &result, const QJsonArray &rules)
+    {
+        QCOMPARE(result.keys(), QStringList({ "level", "locations", "message", "ruleId", "ruleIndex" }));
+        QVERIFY(result["ruleIndex"].isDouble() && isLevel(result["level"]));
+        QCOMPARE(rules.at(result["ruleIndex"].toInt(-1)).toObject()["id"], result["ruleId"]);
+        QCOMPARE(result["message"].toObject().keys(), QStringList("text"));
+        QVERIFY(isText(result["message"].toObject()["text"]));
+        verifyLocations(result["locations"].toArray());
+    }
+
+    static void verifyNotifications(const QJsonObject &invocation)
+    {
+        QVERIFY(invocation["executionSuccessful"].isBool()); // the only required member
+        const QJsonArray notifications = invocation["toolExecutionNotifications"].toArray();
+        QCOMPARE(notifications.size(), 1);
+        const QJsonObject notification = notifications.at(0).toObject();
+        QVERIFY(isLevel(notification["level"]) && isText(notification["message"].toObject()["text"]));
+        verifyLocations(notification["locations"].toArray());
+    }
+
+    static void verifyLocations(const QJsonArray &locations)
+    {
+        QCOMPARE(locations.size(), 1);
+        const QJsonObject physical = locations.at(0).toObject()["physicalLocation"].toObject();
+        const QString uri = physical["artifactLocation"].toObject()["uri"].toString();
+        QVERIFY2(QRegularExpression("^([A-Za-z0-9._~/-]|%[0-9A-F]{2})+$").match(uri).hasMatch(), qPrintable(uri));
+        if (physical.contains("region"))
+            QVERIFY(physical["region"].toObject()["startLine"].toInt() >= 1);
     }
 };
 

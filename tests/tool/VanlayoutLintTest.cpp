@@ -191,6 +191,12 @@ private Q_SLOTS:
         QTest::newRow("fix as JSON") << QStringList({ "--fix", "--format", "json", "a.dcf" })
                                      << QByteArray("--fix prints the difference");
         QTest::newRow("fix of two") << QStringList({ "--fix", "a.dcf", "a.dcf" }) << QByteArray("--fix corrects one");
+        QTest::newRow("fix of a directory of two")
+            << QStringList({ "--fix", "-r", "two" })
+            << QByteArray("--fix corrects one dictionary, but 2 files are named");
+        QTest::newRow("fix of no dictionary") << QStringList({ "--fix", "a.xml" }) << QByteArray("cannot be corrected");
+        QTest::newRow("fix with an unknown rule")
+            << QStringList({ "--fix", "--only", "x", "a.dcf" }) << QByteArray("--only: x is not known");
         QTest::newRow("fix of standard input") << QStringList({ "--fix", "-" }) << QByteArray("--fix corrects one");
         QTest::newRow("standard input twice") << QStringList({ "-", "-" }) << QByteArray("only one of the files");
         QTest::newRow("directory") << QStringList(".") << QByteArray("is a directory; add -r");
@@ -203,8 +209,13 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, words);
         write("a.dcf", longRecord);
+        write("a.xml", "<codeBook><dataDscr><var name=\"A\"/></dataDscr></codeBook>");
+        QVERIFY(QDir(directory.path()).mkpath("two"));
+        write("two/a.dcf", longRecord);
+        write("two/b.dcf", longRecord);
         const Run run = lint(arguments);
         QCOMPARE(run.status, noAnswer);
+        QCOMPARE(run.out, QByteArray());
         QVERIFY2(run.err.contains(words), run.err.constData());
         QCOMPARE(directory.read("a.dcf"), longRecord);
     }
@@ -330,6 +341,61 @@ private Q_SLOTS:
         QCOMPARE(run.status, fine);
         QCOMPARE(run.out.isEmpty(), directory.read("b.dcf") == content);
         QCOMPARE(patched(content, run.out), directory.read("b.dcf"));
+    }
+
+    void encodingOfACorrectedDictionaryIsUtf8_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArray>("removed");
+        const QByteArray text = QByteArray(longRecord).replace("Label=Age", "Label=\xC3\x82ge").replace("\n", "\r\n");
+        const QString unicode = QString::fromUtf8(text);
+        QTest::newRow("utf-8") << text << QByteArray("\n-RecordLen=9\r\n");
+        QTest::newRow("windows-1252") << unicode.toLatin1() << QByteArray("\n-Label=\xC2ge\r\n");
+        QByteArray little = "\xFF\xFE";
+        QByteArray big = "\xFE\xFF";
+        for (const QChar character : unicode) {
+            little.append(char(character.cell())).append(char(character.row()));
+            big.append(char(character.row())).append(char(character.cell()));
+        }
+        QTest::newRow("utf-16le") << little << QByteArray("\n-RecordLen=9\r\n");
+        QTest::newRow("utf-16be") << big << QByteArray("\n-RecordLen=9\r\n");
+    }
+    void encodingOfACorrectedDictionaryIsUtf8()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QByteArray, removed);
+        write("a.dcf", content);
+        const Run run = lint({ "--fix", "a.dcf", "-o", "b.dcf" });
+        QCOMPARE(run.status, fine);
+        QVERIFY2(run.out.contains(removed), run.out.constData());
+        QVERIFY(run.out.size() < 600);
+        const QByteArray written = directory.read("b.dcf");
+        QVERIFY(written.contains("\r\nLabel=\xC3\x82ge\r\n") && written.contains("\r\nRecordLen=4\r\n"));
+        QCOMPARE(written.startsWith("\xEF\xBB\xBF"), QString(QTest::currentDataTag()) != "utf-8");
+        write("c.dcf", written);
+        QCOMPARE(lint({ "--fix", "c.dcf" }).out, QByteArray());
+    }
+
+    void allRemainingFindingsAreShownOnRequest()
+    {
+        QByteArray values;
+        for (int code = 100; code < 112; ++code)
+            values += "Value=" + QByteArray::number(code) + ";Label " + QByteArray::number(code) + '\n';
+        write("many.dcf", dictionary(values));
+        QCOMPARE(lint({ "--fix", "many.dcf" }).err.count("error [wide-code]"), 10);
+        QCOMPARE(lint({ "--fix", "--all", "many.dcf" }).err.count("error [wide-code]"), 12);
+    }
+
+    void statusIsThatOfAnUnreadableFileAmongOthers()
+    {
+        write("sound.dcf", sound);
+        write("wide.dcf", wide);
+        for (const char *format : { "table", "json", "sarif" }) {
+            const Run run = lint({ "--format", format, "wide.dcf", "absent.dcf", "sound.dcf" });
+            QCOMPARE(run.status, noAnswer);
+            QVERIFY(run.out.contains("wide.dcf") && run.out.contains("wide-code"));
+            QCOMPARE(run.err, QByteArray("vanlayout: absent.dcf: cannot be opened: No such file or directory\n"));
+        }
     }
 
     void fullDiskIsReported()

@@ -92,9 +92,16 @@ private:
 
     int fix()
     {
+        if (files.size() != 1) {
+            complain(QString(),
+                     QStringLiteral("--fix corrects one dictionary, but %1 files are named").arg(files.size()));
+            return statusNoAnswer;
+        }
         const QString &file = files.constFirst();
         LintOptions options;
-        return selectRules(file, options) ? answerFor(file, [&] { return fixFile(file, output, options); }) : status;
+        if (!selectRules(file, options))
+            return status;
+        return answerFor(file, [&] { return fixFile(file, output, options, call.showsAll); });
     }
 
     int check()

@@ -25,17 +25,21 @@ namespace
 constexpr int standardOutput = 1;
 constexpr int standardError = 2;
 
-// A dictionary that is not in UTF-8 gets the byte-order mark if it is written in it now.
-CSProTextStyle styleFor(const Layout &layout)
+// The bytes of a file for a difference: UTF-16, which a difference of bytes would make unreadable, becomes UTF-8.
+QByteArray comparable(const QByteArray &bytes, const Layout &layout)
 {
-    CSProTextStyle style = styleOf(layout);
-    if (layout.encoding != QLatin1String("utf-8"))
-        style.mark = CSProTextStyle::Mark::OfVersion;
-    return style;
+    if (!layout.encoding.startsWith(QLatin1String("utf-16")))
+        return bytes;
+    const bool isLittle = layout.encoding == QLatin1String("utf-16le");
+    QString text;
+    for (int index = 0; index + 1 < bytes.size(); index += 2)
+        text.append(
+            QChar(uchar(bytes.at(isLittle ? index : index + 1)), uchar(bytes.at(isLittle ? index + 1 : index))));
+    return text.toUtf8();
 }
 
 // Returns whether there are errors among the findings of the corrected dictionary.
-bool printRemaining(const QString &file, QByteArray bytes, LintOptions options)
+bool printRemaining(const QString &file, QByteArray bytes, LintOptions options, bool showsAll)
 {
     ElementLines lines;
     ReadOptions reading;
@@ -47,13 +51,13 @@ bool printRemaining(const QString &file, QByteArray bytes, LintOptions options)
     const LintedFile remaining = { file, layout.format, lint(layout, options), QString() };
     QFile out;
     out.open(stderr, QIODevice::WriteOnly);
-    printLintTable(remaining, { widthOfTerminal(standardError), false }, out);
+    printLintTable(remaining, { widthOfTerminal(standardError), showsAll }, out);
     return remaining.countOf(Severity::Error) > 0;
 }
 
 } // namespace
 
-int fixFile(const QString &file, const QString &output, const LintOptions &options)
+int fixFile(const QString &file, const QString &output, const LintOptions &options, bool showsAll)
 {
     const Layout layout = readExactLayout(file, {});
     if (const Problem *error = layout.error())
@@ -61,7 +65,7 @@ int fixFile(const QString &file, const QString &output, const LintOptions &optio
     QFile source(file);
     if (!source.open(QIODevice::ReadOnly))
         return noAnswerFor(file, QStringLiteral("cannot be opened: %1").arg(source.errorString()));
-    const FixedDictionary fixed = fixDictionary(layout, styleFor(layout));
+    const FixedDictionary fixed = fixDictionary(layout, styleOf(layout));
     if (!fixed.problem.isEmpty())
         return noAnswerFor(file, fixed.problem);
     const bool isWritten = output != QLatin1String("-");
@@ -71,9 +75,9 @@ int fixFile(const QString &file, const QString &output, const LintOptions &optio
     if (status != statusFine)
         return status;
     status = writeAnswer(QStringLiteral("-"), file, [&](QIODevice &device) {
-        printLineDiff(source.readAll(), fixed.bytes, file, isWritten ? output : file, isTerminal(standardOutput),
-                      device);
+        printLineDiff(comparable(source.readAll(), layout), fixed.bytes, file, isWritten ? output : file,
+                      isTerminal(standardOutput), device);
     });
-    const bool hasErrors = printRemaining(isWritten ? output : file, fixed.bytes, options);
+    const bool hasErrors = printRemaining(isWritten ? output : file, fixed.bytes, options, showsAll);
     return std::max(status, int(hasErrors ? statusFinding : statusFine));
 }

@@ -12,11 +12,12 @@ CSProTextStyle styleOf(const Layout &layout)
         || !file.open(QIODevice::ReadOnly))
         return style;
     constexpr int longestFirstLine = 4096;
-    const QByteArray begin = file.read(longestFirstLine);
+    QByteArray begin = file.read(longestFirstLine);
+    begin.replace('\0', QByteArray()); // of UTF-16
     const int lineEnd = begin.indexOf('\n');
     if (lineEnd == 0 || (lineEnd > 0 && begin.at(lineEnd - 1) != '\r'))
         style.lineEnd = CSProTextStyle::LineEnd::Lf;
-    if (!begin.startsWith("\xEF\xBB\xBF"))
+    if (!begin.startsWith("\xEF\xBB\xBF") && layout.encoding == QLatin1String("utf-8"))
         style.mark = CSProTextStyle::Mark::Absent;
     return style;
 }
