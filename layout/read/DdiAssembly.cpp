@@ -87,9 +87,9 @@ private:
         }
 
     private:
-        void addItems(const QVector<Item> &items)
+        void addItems(const QVector<Item> &list)
         {
-            for (const Item &item : items) {
+            for (const Item &item : list) {
                 add(item.labels);
                 for (const ValueSet &set : item.valueSets) {
                     add(set.labels);
