@@ -281,7 +281,7 @@ private:
         if (!original.weight.isEmpty())
             made.losses.append({ QString(), QStringLiteral("the weight variable %1").arg(original.weight) });
         for (const Extra &extra : original.extras)
-            made.losses.append({ extra.path, QStringLiteral("the statement \"%1\"").arg(extra.key) });
+            made.losses.append(lossOf(extra));
     }
 
     const Layout &original;

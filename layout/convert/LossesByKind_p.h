@@ -1,14 +1,25 @@
 #ifndef LAYOUT_CONVERT_LOSSESBYKIND_P_H
 #define LAYOUT_CONVERT_LOSSESBYKIND_P_H
 
+#include "load/PlanTexts_p.h"
+#include "model/Layout.h"
+#include "util/KeyedHash_p.h"
 #include "write/Loss.h"
 
 #include <QStringList>
 
-#include <algorithm>
-
 namespace vanlayout
 {
+
+/// The loss of a statement for which there is no member, with the beginning of its value.
+inline Loss lossOf(const Extra &extra)
+{
+    constexpr int longest = 60;
+    const QString value = oneLine(extra.value);
+    const QString begin = value.size() > longest ? cutTo(value, { longest }) + QStringLiteral("...") : value;
+    const QString what = QStringLiteral("the statement \"%1\"").arg(extra.key);
+    return { extra.path, begin.isEmpty() ? what : what + QStringLiteral(": ") + begin };
+}
 
 /// The names of the variables for which something is lost, for each kind of statement.
 class LossesByKind
@@ -16,12 +27,12 @@ class LossesByKind
 public:
     void add(const QString &what, const QString &variable)
     {
-        const auto kind
-            = std::find_if(kinds.begin(), kinds.end(), [&](const Kind &known) { return known.what == what; });
-        if (kind != kinds.end())
-            kind->variables.append(variable);
-        else
-            kinds.append({ what, { variable } });
+        const auto [place, isNew] = places.emplace(what, kinds.size());
+        if (isNew)
+            kinds.append({ what, {} });
+        QStringList &variables = kinds[place->second].variables;
+        if (variables.isEmpty() || variables.constLast() != variable)
+            variables.append(variable);
     }
     void appendTo(Losses &losses) const
     {
@@ -35,6 +46,7 @@ private:
         QStringList variables;
     };
     QVector<Kind> kinds;
+    KeyedMap<QString, int> places; // in `kinds`
 };
 
 } // namespace vanlayout

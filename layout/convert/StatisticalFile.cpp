@@ -1,17 +1,19 @@
 #include "convert/StatisticalFile.h"
 
-#include "convert/LossesByKind_p.h"
+#include "convert/StatisticalLabels_p.h"
+#include "convert/StatisticalLosses_p.h"
 #include "convert/StatisticalNames_p.h"
 #include "convert/StatisticalTypes_p.h"
 #include "load/PlanTexts_p.h"
 #include "write/Columns_p.h"
 #include "write/Exportable.h"
 
+#include <QDateTime>
+
 #include <readstat.h>
 
 #include <cmath>
 #include <list>
-#include <map>
 #include <memory>
 
 namespace vanlayout
@@ -22,33 +24,23 @@ namespace
 
 constexpr LengthLimit labelOfSav = { 256, LengthUnit::Bytes };
 constexpr LengthLimit labelOfDta = { 80, LengthUnit::Characters };
-constexpr LengthLimit valueLabelOfSav = { 120, LengthUnit::Bytes };
-constexpr LengthLimit valueLabelOfDta = { 32000, LengthUnit::Bytes };
+
+constexpr int maxNoteOfSav = 80;    // bytes
+constexpr int maxNoteOfDta = 67784; // bytes
+
+// The time at which ReadStat writes this local time, or that of 1 January 1970 if it is unknown, so that the bytes are
+// the same each time.
+time_t timeOf(const std::optional<QString> &created)
+{
+    const QDateTime stated = QDateTime::fromString(created.value_or(QString()), Qt::ISODate);
+    const QDateTime time = stated.isValid() ? stated : QDateTime(QDate(1970, 1, 1), QTime(0, 0));
+    return time_t(time.toSecsSinceEpoch());
+}
 
 ssize_t append(const void *data, size_t size, void *context)
 {
     static_cast<QByteArray *>(context)->append(static_cast<const char *>(data), int(size));
     return ssize_t(size);
-}
-
-// The number of a code, with either decimal mark; none for blanks, texts and missing values such as `.a`.
-std::optional<double> numberOf(const QString &code)
-{
-    if (code == QLatin1String("inf"))
-        return HUGE_VAL;
-    if (code == QLatin1String("-inf"))
-        return -HUGE_VAL;
-    bool isWhole = false;
-    const double number = QString(code).replace(QLatin1Char(','), QLatin1Char('.')).toDouble(&isWhole);
-    return isWhole && std::isfinite(number) ? std::optional(number) : std::nullopt;
-}
-
-// The letter of an extended missing value; 0 for other codes.
-char tagOf(const QString &code)
-{
-    const bool isTag = code.size() == 2 && code.at(0) == QLatin1Char('.') && code.at(1) >= QLatin1Char('a')
-        && code.at(1) <= QLatin1Char('z');
-    return isTag ? code.at(1).toLatin1() : '\0';
 }
 
 /// Makes one file.
@@ -60,9 +52,10 @@ public:
         , isSav(target == StatisticalFormat::Sav)
         , language(languageCode)
         , types(target, source.format)
+        , lost(source, target, types)
         , names(target)
-        , setNames(target)
         , writer(readstat_writer_init(), readstat_writer_free)
+        , labels(writer.get(), target, languageCode, { lost, made.losses })
     {
     }
 
@@ -73,8 +66,10 @@ public:
             return made;
         writeHead();
         addVariables();
-        reportRest();
-        writeBytes();
+        lost.appendTo(made.losses);
+        setVersion();
+        if (made.problem.isEmpty())
+            writeBytes();
         return made;
     }
 
@@ -82,42 +77,54 @@ private:
     void writeHead()
     {
         readstat_set_data_writer(writer.get(), append);
-        readstat_writer_set_file_timestamp(writer.get(), 0); // the same bytes each time
+        readstat_writer_set_file_timestamp(writer.get(), timeOf(layout.created));
         const QString label = cut(layout.labels.in(language), isSav ? LengthLimit{ 64, LengthUnit::Bytes } : labelOfDta,
                                   QString(), QStringLiteral("the label of the file"));
         readstat_writer_set_file_label(writer.get(), label.toUtf8().constData());
-        if (isSav)
+        if (!layout.note.isEmpty())
             addNotes();
-        else if (!layout.note.isEmpty())
-            made.losses.append({ QString(), QStringLiteral("the note of the file") });
     }
 
-    // SPSS keeps notes as lines of 80 bytes.
+    // The lines of the note: of at most 80 bytes in SPSS. In Stata each is a note.
     void addNotes()
     {
-        constexpr LengthLimit limit = { 80, LengthUnit::Bytes };
-        if (layout.note.isEmpty())
-            return;
+        const LengthLimit limit = { isSav ? maxNoteOfSav : maxNoteOfDta, LengthUnit::Bytes };
         const QStringList lines = layout.note.split(QLatin1Char('\n'));
         for (const QString &line : lines)
             readstat_add_note(writer.get(),
                               cut(line, limit, QString(), QStringLiteral("a line of the note")).toUtf8().constData());
     }
 
+    // The ids of a level are on the lines of all its records, but are variables once.
     void addVariables()
     {
-        bool isFirst = true;
         for (int level = 0; level < layout.levels.size(); ++level) {
+            const QVector<Column> ids = idColumnsOf(layout.levels.at(level));
+            for (const Column &id : ids)
+                addVariable(id);
             const QVector<Record> &records = layout.levels.at(level).records;
             for (const Record &record : records) {
                 const QVector<Column> columns = columnsOf(layout, level, record);
                 for (const Column &column : columns) {
-                    if (!column.isId || isFirst)
+                    if (!column.isId)
                         addVariable(column);
                 }
-                isFirst = false;
             }
         }
+    }
+
+    // Version 119 of a Stata file has room for more variables.
+    void setVersion()
+    {
+        constexpr int maxOfVersion118 = 32767;
+        constexpr int maxOfReadStat = 52252;
+        if (isSav || count <= maxOfVersion118)
+            return;
+        readstat_writer_set_file_format_version(writer.get(), 119); // NOLINT(readability-magic-numbers)
+        if (count > maxOfReadStat)
+            made.problem = QStringLiteral("has %1 variables, but a Stata file can be written with at most %2")
+                               .arg(count)
+                               .arg(maxOfReadStat);
     }
 
     void addVariable(const Column &column)
@@ -127,8 +134,10 @@ private:
             made.losses.append({ column.name, QStringLiteral("the item, because its type is %1").arg(item.type) });
             return;
         }
+        ++count;
         const QString name = names.give(column.name);
-        if (name != column.name)
+        const bool isRenamed = column.occurrence == 0 && !item.name.isEmpty() && column.name != item.name;
+        if (name != column.name || isRenamed)
             made.losses.append({ column.name, QStringLiteral("the name, which is now %1").arg(name) });
         const bool isText = kindOf(item) == ValueKind::Text;
         readstat_variable_t *variable = readstat_add_variable(writer.get(), name.toUtf8().constData(),
@@ -139,11 +148,20 @@ private:
         readstat_variable_set_format(variable, types.formatOf(item).toLatin1().constData());
         setDisplay(variable, item);
         addMissing(variable, column);
-        if (readstat_label_set_t *set = labelSetOf(item, name))
+        if (readstat_label_set_t *set = labels.setOf(item, name))
             readstat_variable_set_label_set(variable, set);
-        if (item.name == layout.weight && !layout.weight.isEmpty())
+        if (isSav && item.name == layout.weight && !layout.weight.isEmpty())
+            setWeight(variable, isText);
+        lost.addVariable(column);
+    }
+
+    void setWeight(readstat_variable_t *variable, bool isText)
+    {
+        if (isText)
+            made.losses.append(
+                { QString(), QStringLiteral("the weight variable %1, which is a text").arg(layout.weight) });
+        else
             readstat_writer_set_fweight_variable(writer.get(), variable);
-        reportOf(column);
     }
 
     static void setDisplay(readstat_variable_t *variable, const Item &item)
@@ -222,13 +240,13 @@ private:
     bool addMissing(readstat_variable_t *variable, const Item &item, const Range &range)
     {
         if (kindOf(item) == ValueKind::Text) {
-            constexpr int longest = 8;            // bytes
-            texts.push_back(range.from.toUtf8()); // the writer keeps the pointer
+            constexpr int longest = 8;                                   // bytes
+            texts.push_back(withoutTrailingBlanks(range.from).toUtf8()); // the writer keeps the pointer
             return range.to.isEmpty() && texts.back().size() <= longest
                 && readstat_variable_add_missing_string_value(variable, texts.back().constData()) == READSTAT_OK;
         }
-        const std::optional<double> from = numberOf(range.from);
-        const std::optional<double> to = range.to.isEmpty() ? from : numberOf(range.to);
+        const std::optional<double> from = statisticalNumberOf(range.from);
+        const std::optional<double> to = range.to.isEmpty() ? from : statisticalNumberOf(range.to);
         if (!from || !to)
             return false;
         return (range.to.isEmpty() ? readstat_variable_add_missing_double_value(variable, *from)
@@ -236,112 +254,9 @@ private:
             == READSTAT_OK;
     }
 
-    // Occurrences of an item have the same labels.
-    readstat_label_set_t *labelSetOf(const Item &item, const QString &variable)
-    {
-        const auto set = std::find_if(item.valueSets.begin(), item.valueSets.end(),
-                                      [](const ValueSet &valueSet) { return !valueSet.values.isEmpty(); });
-        if (set == item.valueSets.end())
-            return nullptr;
-        const auto known = labelSets.find(&*set);
-        if (known != labelSets.end())
-            return known->second;
-        return labelSets.emplace(&*set, makeLabelSet(item, *set, variable)).first->second;
-    }
-
-    readstat_label_set_t *makeLabelSet(const Item &item, const ValueSet &set, const QString &variable)
-    {
-        const bool isText = kindOf(item) == ValueKind::Text;
-        if (isText && !isSav) {
-            made.losses.append({ variable, QStringLiteral("the value labels, because they are of texts") });
-            return nullptr;
-        }
-        const readstat_type_t type = isText ? READSTAT_TYPE_STRING : isSav ? READSTAT_TYPE_DOUBLE : READSTAT_TYPE_INT32;
-        const QByteArray name = setNames.give(set.name.isEmpty() ? variable : set.name).toUtf8();
-        readstat_label_set_t *labels = readstat_add_label_set(writer.get(), type, name.constData());
-        for (const Value &value : set.values) {
-            for (const Range &range : value.ranges)
-                addLabel(labels, item, range, value.labels, variable);
-        }
-        return labels;
-    }
-
-    void addLabel(readstat_label_set_t *set, const Item &item, const Range &range, const Labels &labels,
-                  const QString &variable)
-    {
-        const QString text = labels.in(language);
-        if (text.isEmpty() && range.to.isEmpty())
-            return;
-        const QByteArray label = cut(text, isSav ? valueLabelOfSav : valueLabelOfDta, variable,
-                                     QStringLiteral("the label of %1").arg(range.from))
-                                     .toUtf8();
-        if (!range.to.isEmpty() || !addLabel(set, item, range.from, label))
-            made.losses.append({ variable, QStringLiteral("the label of %1: \"%2\"").arg(textOf(range), text) });
-    }
-
-    bool addLabel(readstat_label_set_t *set, const Item &item, const QString &code, const QByteArray &label) const
-    {
-        if (kindOf(item) == ValueKind::Text) {
-            readstat_label_string_value(set, withoutTrailingBlanks(code).toUtf8().constData(), label.constData());
-            return true;
-        }
-        const std::optional<double> number = numberOf(code);
-        if (isSav) {
-            if (number)
-                readstat_label_double_value(set, *number, label.constData());
-            return number.has_value();
-        }
-        if (const char tag = tagOf(code)) {
-            readstat_label_tagged_value(set, tag, label.constData());
-            return true;
-        }
-        constexpr double smallest = -2147483647; // of Stata's long
-        constexpr double largest = 2147483620;
-        if (!number || *number < smallest || *number > largest || *number != std::floor(*number))
-            return false;
-        readstat_label_int32_value(set, int32_t(*number), label.constData());
-        return true;
-    }
-
     QString cut(const QString &text, const LengthLimit &limit, const QString &path, const QString &what)
     {
-        const QString shorter = cutTo(text, limit);
-        if (shorter != text)
-            made.losses.append({ path, what + QStringLiteral(" after its first %1 characters").arg(shorter.size()) });
-        return shorter;
-    }
-
-    void reportOf(const Column &column)
-    {
-        const Item &item = *column.item;
-        if (!item.note.isEmpty())
-            byKind.add(QStringLiteral("note"), column.name);
-        if (item.capture)
-            byKind.add(QStringLiteral("capture type"), column.name);
-        if (!item.aliases.isEmpty())
-            byKind.add(QStringLiteral("aliases"), column.name);
-        if (item.valueSets.size() > 1)
-            byKind.add(QStringLiteral("further value sets"), column.name);
-        if (!item.format.isEmpty() && item.format != types.formatOf(item))
-            byKind.add(QStringLiteral("format %1").arg(item.format), column.name);
-    }
-
-    void reportRest()
-    {
-        byKind.appendTo(made.losses);
-        int records = 0;
-        for (const Level &level : layout.levels)
-            records += level.records.size();
-        if (records > 1)
-            made.losses.append(
-                { QString(),
-                  QStringLiteral("the %1 record types, whose items are variables of one file").arg(records) });
-        if (layout.languages.size() > 1)
-            made.losses.append({ QString(), QStringLiteral("the labels in further languages") });
-        if (!layout.relations.isEmpty())
-            made.losses.append({ QString(), QStringLiteral("the relations") });
-        for (const Extra &extra : layout.extras)
-            made.losses.append({ extra.path, QStringLiteral("the statement \"%1\"").arg(extra.key) });
+        return cutWithLoss(text, limit, { path, what }, made.losses);
     }
 
     void writeBytes()
@@ -358,14 +273,14 @@ private:
     const Layout &layout;
     bool isSav;
     QString language;
+    StatisticalFile made;
     StatisticalTypes types;
+    StatisticalLosses lost;
     StatisticalNames names;
-    StatisticalNames setNames;
     std::list<QByteArray> texts; // codes that the writer points to
     std::unique_ptr<readstat_writer_t, void (*)(readstat_writer_t *)> writer;
-    std::map<const ValueSet *, readstat_label_set_t *> labelSets;
-    LossesByKind byKind;
-    StatisticalFile made;
+    StatisticalLabels labels;
+    int count = 0; // of variables
 };
 
 } // namespace

@@ -17,7 +17,7 @@ const TargetRules &rulesOf(LoadTarget target)
     return *std::find_if(rules.begin(), rules.end(), [target](const TargetRules &row) { return row.target == target; });
 }
 
-// SPSS: a letter of any script or `@`, then letters, digits, `.`, `_`, `$`, `#` and `@`, not ending in `.` or `_`.
+// SPSS: a letter of any script or `@`, then letters, digits, `.`, `_`, `$`, `#` and `@`, not ending in `.`.
 bool isLegalInSpss(const QString &name)
 {
     const auto isFurther

@@ -291,7 +291,7 @@ private Q_SLOTS:
         QCOMPARE(lossesOf(makeDictionary(layout, { "ID" })),
                  (QStringList{ ": format of X, Y", ": level of measurement of X, Y", ": alignment of X, Y",
                                ": display width of X, Y", ": the weight variable Y",
-                               "//X: the statement \"valueLabels\"" }));
+                               "//X: the statement \"valueLabels\": v" }));
     }
 };
 
