@@ -14,16 +14,18 @@ while read -r file; do
         directory=${file#src/}
         labels+=" ${directory%%/*} formats report session tool corpus readme symbols layout package structure"
         ;;
-    layout/*) labels+=" layout load convert check tool session package readme symbols structure" ;;
-    tools/*) labels+=" tool session corpus layout load structure" ;;
+    layout/*) labels+=" layout load bindings convert check tool session package readme symbols structure" ;;
+    tools/*) labels+=" tool session corpus layout load structure bindings" ;;
+    python/* | r/*) labels+=" bindings" ;;
     tests/support/* | tests/data/*) labels="$all" && break ;;
     tests/*/*)
         directory=${file#tests/}
         labels+=" ${directory%%/*}"
         ;;
     bench/* | fuzz/* | CHANGELOG.md | CONTRIBUTING.md | .clang-* | .editorconfig | .gitignore) ;;
+    docs/bindings.md) labels+=" bindings" ;;
     docs/*) labels+=" report tool layout" ;;
-    README.md) labels+=" readme tool" ;;
+    README.md) labels+=" readme tool bindings" ;;
     check | run | .ci/* | cmake/*.sh | desktop/*) labels+=" package" ;;
     *) labels="$all" && break ;;
     esac

@@ -4,8 +4,8 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages="g++ cmake ninja-build qtbase5-dev libreadstat-dev libcli11-dev rapidjson-dev libsqlite3-dev libsodium-dev"
-# The programs that load programs are tested with. npm fetches DuckDB, which is not in Debian.
-engine_packages="sqlite3 postgresql r-base-core r-cran-haven python3 python3-pandas python3-dask python3-distributed pspp readstat"
+# The programs that load programs and the bindings are tested with. npm fetches DuckDB, which is not in Debian.
+engine_packages="sqlite3 postgresql r-base-core r-cran-haven r-cran-jsonlite python3 python3-pip python3-pandas python3-dask python3-distributed pspp readstat"
 command -v npm >/dev/null || engine_packages+=" npm"
 check_packages="$build_packages $engine_packages clang clang-format doxygen dpkg-dev file pkg-config binutils libbenchmark-dev nlohmann-json3-dev libxml2-utils appstream desktop-file-utils shared-mime-info lld git locales python3-jsonschema fish zsh"
 browser_packages="chromium python3"

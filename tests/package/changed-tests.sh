@@ -22,10 +22,11 @@ concerns '' ''
 concerns '' fuzz/cspro.dict bench/LookupBench.cpp CHANGELOG.md
 concerns '^(lookup)$' tests/lookup/LookupTest.cpp
 concerns '^(corpus|formats|layout|lookup|package|readme|report|session|structure|symbols|tool)$' src/lookup/Lookup.cpp
-concerns '^(layout|load|package|readme|session|structure|symbols|tool)$' layout/read/Reader.cpp tests/tool/VanlayoutTest.cpp
-concerns '^(corpus|layout|load|session|structure|tool)$' tools/vanlayout/Show.cpp
+concerns '^(bindings|check|convert|layout|load|package|readme|session|structure|symbols|tool)$' layout/read/Reader.cpp tests/tool/VanlayoutTest.cpp
+concerns '^(bindings|corpus|layout|load|session|structure|tool)$' tools/vanlayout/Show.cpp
 concerns '^(layout|report|tool)$' docs/notes.md
-concerns '^(readme|tool)$' README.md
+concerns '^(bindings|readme|tool)$' README.md
+concerns '^(bindings)$' python/vanlayout/__init__.py r/vanlayout/NAMESPACE docs/bindings.md
 concerns '^(package)$' check cmake/setup.sh desktop/vanlayout-mime.xml
 for file in src/util/Numbers.cpp src/CMakeLists.txt tests/support/ToolRun.h tests/data/cspro/census.dcf CMakePresets.json \
     cmake/VanTargets.cmake examples/census.dcf unknown; do

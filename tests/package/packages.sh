@@ -53,7 +53,7 @@ installs_first() {
 }
 
 installs_first run 2 cmake g++ libreadstat-dev
-installs_first check 2 cmake clang-format clang-tidy clazy qt6-base-dev qt6-5compat-dev chromium postgresql pspp r-cran-haven
+installs_first check 2 cmake clang-format clang-tidy clazy qt6-base-dev qt6-5compat-dev chromium postgresql pspp r-cran-haven r-cran-jsonlite python3-pip
 grep -q '^npm install --prefix .*/project/build/duckdb ' "$log" || fail "check: DuckDB is not installed"
 installs_first 'check --quick' 2 cmake clang-format sqlite3
 touch "$directory/broken" # no browser can be installed
