@@ -1,5 +1,6 @@
 #include "write/CSProForms_p.h"
 
+#include "read/CSProCommon_p.h"
 #include "util/Numbers_p.h"
 
 #include <algorithm>
@@ -45,6 +46,21 @@ int recordLength(const Layout &layout, const Record &record)
     for (const Level &level : layout.levels)
         length = std::max(length, endOf(level.ids));
     return numbers::clamped(length);
+}
+
+const Extra *renamedSecurityWord(const Layout &layout)
+{
+    for (const Extra &extra : layout.extras) {
+        const bool isBoolean = extra.value == QLatin1String("true") || extra.value == QLatin1String("false");
+        if (isBoolean && extra.path.isEmpty() && extra.key == QLatin1String("security.allowDataManagerModifications"))
+            return &extra;
+    }
+    return nullptr;
+}
+
+QString lossOf(const Extra &extra)
+{
+    return QStringLiteral("the unknown statement %1").arg(cspro::quoted(extra.key));
 }
 
 } // namespace csproforms

@@ -17,6 +17,13 @@ bool isBinary(const Item &item);
 /// The last column of a line of a record: of the record type, the ids of all levels and the items; at least 1.
 int recordLength(const Layout &layout, const Record &record);
 
+/// The security setting that CSPro 8.1 names `allowDataManagerModifications`; null if the file has none. The settings
+/// in words repeat the encrypted ones, and CSPro reads only those.
+const Extra *renamedSecurityWord(const Layout &layout);
+
+/// A statement without a member, as a loss.
+QString lossOf(const Extra &extra);
+
 } // namespace csproforms
 
 /// The value sets with a link that have been written. The values of a link are written with its first set.

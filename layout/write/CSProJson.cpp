@@ -7,6 +7,9 @@
 #include "write/JsonMembers_p.h"
 
 #include <QIODevice>
+#include <QRegularExpression>
+
+#include <algorithm>
 
 namespace vanlayout
 {
@@ -119,11 +122,9 @@ private:
     // Whether a version is digits with one point, and so a JSON number.
     static bool isNumber(const QString &version)
     {
-        bool isWhole = false;
-        version.toDouble(&isWhole);
-        const auto isUsed = [](QChar unit) { return unit == QLatin1Char('.') || unit.isDigit(); };
-        return isWhole && std::all_of(version.begin(), version.end(), isUsed) && !version.startsWith(QLatin1Char('.'))
-            && !version.endsWith(QLatin1Char('.'));
+        static const QRegularExpression number(
+            QRegularExpression::anchoredPattern(QStringLiteral("(0|[1-9][0-9]*)(\\.[0-9]+)?")));
+        return number.match(version).hasMatch();
     }
 
     void writeHead()
@@ -161,6 +162,9 @@ private:
 
     void writeSecurity(const Security &security)
     {
+        const Extra *renamed = csproforms::renamedSecurityWord(layout);
+        if (renamed && isOwnForm)
+            boolean("allowDataManagerModifications", renamed->value == QLatin1String("true"));
         if (security.allowDataViewerModifications)
             boolean("allowDataViewerModifications", *security.allowDataViewerModifications);
         if (security.allowExport)
@@ -230,16 +234,18 @@ private:
     {
         object([&] {
             writeNamed(level);
-            object("ids", [&] { writeItems(level.ids, stated.ids); });
+            const QString path = cspro::nameInPath(level.name);
+            object("ids", [&] { writeItems(level.ids, stated.ids, cspro::childPath(path, cspro::idsName())); });
             array("records", [&] {
                 for (int index = 0; index < level.records.size(); ++index)
-                    writeRecord(level.records.at(index), stated.records[size_t(index)], level.name);
+                    writeRecord(level.records.at(index), stated.records[size_t(index)], path);
             });
         });
     }
 
     void writeRecord(const Record &record, const std::vector<StoredColumns> &stated, const QString &level)
     {
+        const QString path = cspro::childPath(level, record.name);
         object([&] {
             writeNamed(record);
             optionalText("recordType", record.recordType);
@@ -248,19 +254,35 @@ private:
                 integer("maximum", record.maximum);
                 writeOccurrenceLabels(record.occurrenceLabels);
             });
-            writeItems(record.items, stated);
+            writeItems(record.items, stated, path);
         });
         if (record.length && *record.length != csproforms::recordLength(layout, record))
-            lose(cspro::childPath(cspro::nameInPath(level), record.name),
-                 QStringLiteral("the record length %1, which differs from the last column").arg(*record.length));
+            lose(path, QStringLiteral("the record length %1, which differs from the last column").arg(*record.length));
     }
 
-    void writeItems(const QVector<Item> &items, const std::vector<StoredColumns> &stated)
+    void writeItems(const QVector<Item> &items, const std::vector<StoredColumns> &stated, const QString &parent)
     {
         array("items", [&] {
-            for (int index = 0; index < items.size(); ++index)
+            for (int index = 0; index < items.size(); ++index) {
                 object([&] { writeItem(items.at(index), stated[size_t(index)]); });
+                reportItem(items.at(index), parent);
+            }
         });
+    }
+
+    // The numbers of an item that have no meaning, and that a reader of the JSON form ignores.
+    void reportItem(const Item &item, const QString &parent)
+    {
+        const auto loseOfItem = [&](const QString &what) { lose(cspro::childPath(parent, item.name), what); };
+        if (item.decimals < 0)
+            loseOfItem(QStringLiteral("%1 decimals").arg(item.decimals));
+        if (item.decimalMark && item.decimals <= 0)
+            loseOfItem(QStringLiteral("the decimal mark, because there are no decimals"));
+        if (csproforms::isBinary(item) && item.length != 1)
+            loseOfItem(QStringLiteral("the length %1, because items of the type %2 have 1 column")
+                           .arg(QString::number(item.length), item.type));
+        if (csproforms::isBinary(item) && item.isSubitem)
+            loseOfItem(QStringLiteral("that it is a subitem, because its type is %1").arg(item.type));
     }
 
     void writeItem(const Item &item, const StoredColumns &stated)
@@ -323,15 +345,22 @@ private:
         objects("pairs", value.ranges, [&](const Range &range) { writePair(range); });
     }
 
+    static QString withoutEndBlanks(QString code)
+    {
+        while (code.endsWith(QLatin1Char(' ')))
+            code.chop(1);
+        return code;
+    }
     void writePair(const Range &range)
     {
         if (range.to.isEmpty()) {
-            text("value", cspro::cleanNote(range.from));
+            text("value", withoutEndBlanks(range.from));
             return;
         }
+        const QString to = withoutEndBlanks(range.to);
         array("range", [&] {
-            string(cspro::cleanNote(range.from));
-            string(cspro::cleanNote(range.to));
+            string(withoutEndBlanks(range.from));
+            string(to.isEmpty() ? range.to : to); // an empty one would be no range
         });
     }
 
@@ -364,8 +393,11 @@ private:
     {
         if (layout.valueSetImages)
             lose(QString(), QStringLiteral("ValueSetImages"));
-        for (const Extra &extra : layout.extras)
-            lose(extra.path, QStringLiteral("the unknown statement \"%1\"").arg(extra.key));
+        const Extra *written = isOwnForm ? csproforms::renamedSecurityWord(layout) : nullptr;
+        for (const Extra &extra : layout.extras) {
+            if (&extra != written)
+                lose(extra.path, csproforms::lossOf(extra));
+        }
     }
 
     const Layout &layout;

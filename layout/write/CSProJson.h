@@ -21,8 +21,8 @@ namespace vanlayout
 /// and an empty last one, are kept, unlike in CSPro, so that the same text dictionary can be made from the file.
 /// `security` is omitted if the layout has none: the settings are encrypted, and none are made up.
 ///
-/// The JSON form cannot hold `ValueSetImages`, a stated record length that differs from the columns, and statements
-/// that CSPro does not know. They are appended to \a losses, which may be null.
+/// The JSON form cannot hold `ValueSetImages`, a stated record length that differs from the columns, a decimal mark
+/// without decimals, and statements that CSPro does not know. They are appended to \a losses, which may be null.
 ///
 /// Streams onto \a device, which must be open for writing. Returns false if the device did not accept all bytes; its
 /// error string gives the reason.

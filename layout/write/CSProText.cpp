@@ -26,6 +26,11 @@ bool isBefore(const QString &version, int major, int minor)
     return majorPart < major || (majorPart == major && minorPart < minor);
 }
 
+bool hasWords(const Security &security)
+{
+    return security.allowDataViewerModifications || security.allowExport || security.cachedPasswordMinutes;
+}
+
 QString withCapital(QString word)
 {
     if (!word.isEmpty())
@@ -56,7 +61,10 @@ public:
         , lineEnd(textStyle.lineEnd == CSProTextStyle::LineEnd::CrLf ? "\r\n" : "\n")
         , spelling(dictionary.languages, lossList)
     {
-        if (textStyle.mark == CSProTextStyle::Mark::OfVersion && !isBefore(version, 5, 0))
+        const bool isMarked = textStyle.mark == CSProTextStyle::Mark::OfVersion
+            ? !isBefore(version, 5, 0)
+            : textStyle.mark == CSProTextStyle::Mark::Present;
+        if (isMarked && !isAnsi)
             buffer += "\xEF\xBB\xBF";
     }
 
@@ -79,13 +87,19 @@ private:
         constexpr int large = 1 << 16;
         buffer += key;
         buffer += '=';
-        buffer += isAnsi ? decoding::toWindows1252(value) : value.toUtf8();
+        buffer += isAnsi ? ansi(value) : value.toUtf8();
         // A line that ends in "&" would be continued by the next one.
         if (buffer.endsWith('&'))
             buffer += ' ';
         buffer += lineEnd;
         if (buffer.size() > large)
             flush();
+    }
+    QByteArray ansi(const QString &value)
+    {
+        const QByteArray bytes = decoding::toWindows1252(value);
+        isAltered = isAltered || bytes.count('?') != value.count(QLatin1Char('?'));
+        return bytes;
     }
     void line(const char *key, int value) { line(key, QString::number(value)); }
     void yesOrNo(const char *key, bool value) { line(key, value ? QStringLiteral("Yes") : QStringLiteral("No")); }
@@ -133,7 +147,7 @@ private:
     {
         section("[Dictionary]");
         if (!version.isEmpty())
-            line("Version", QStringLiteral("CSPro ") + version);
+            line("Version", QStringLiteral("CSPro ") + spelling.text(version, QString(), QStringLiteral("version")));
         writeNamed(layout, QString());
         const RecordTypeColumns type = layout.recordType.value_or(RecordTypeColumns());
         line("RecordTypeStart", type.start);
@@ -156,12 +170,14 @@ private:
                                QStringLiteral("settings")));
         if (layout.valueSetImages)
             line("ValueSetImages", spelling.text(*layout.valueSetImages, QString(), QStringLiteral("ValueSetImages")));
-        if (layout.security
-            && (layout.security->allowDataViewerModifications || layout.security->allowExport
-                || layout.security->cachedPasswordMinutes))
-            spelling.lose(QString(), QStringLiteral("the security settings in words; the encrypted ones are kept"));
+        // The settings are these words in encrypted form, and CSPro reads only the settings.
+        if (layout.security && !layout.security->settings && hasWords(*layout.security))
+            spelling.lose(QString(),
+                          QStringLiteral("the security settings in words, because there are no encrypted ones"));
         if (layout.readOptimization && !*layout.readOptimization)
             spelling.lose(QString(), QStringLiteral("readOptimization, which is false"));
+        if (layout.enableBinaryItems && *layout.enableBinaryItems)
+            spelling.lose(QString(), QStringLiteral("enableBinaryItems, which is true"));
     }
 
     void writeLanguages()
@@ -170,9 +186,8 @@ private:
             return;
         section("[Languages]");
         for (const Language &language : layout.languages) {
-            const QString name = spelling.text(language.name, QString(), QStringLiteral("name of a language"));
-            line(name.toUtf8().constData(),
-                 spelling.text(language.label, QString(), QStringLiteral("label of a language")));
+            buffer += spelling.languageCode(language.name).toUtf8();
+            line("", spelling.text(language.label, QString(), QStringLiteral("label of a language")));
         }
     }
 
@@ -194,21 +209,30 @@ private:
         const QString path = cspro::childPath(levelPath, record.name);
         section("[Record]");
         writeNamed(record, path);
-        line("RecordTypeValue", QLatin1Char('\'') + record.recordType + QLatin1Char('\''));
+        line("RecordTypeValue", spelling.recordType(record.recordType, path));
         if (!record.required)
             yesOrNo("Required", false);
         if (record.maximum != 1)
             line("MaxRecords", record.maximum);
-        line("RecordLen", record.length.value_or(csproforms::recordLength(layout, record)));
+        line("RecordLen", record.length ? *record.length : lengthOfWritten(record));
         writeOccurrenceLabels(record.occurrenceLabels, path);
         for (const Item &item : record.items)
             writeItem(item, path);
     }
 
+    bool isWritable(const Item &item) const { return isOwnForm || !csproforms::isBinary(item); }
+    int lengthOfWritten(Record record) const
+    {
+        const auto isOmitted = [this](const Item &item) { return !isWritable(item); };
+        if (std::any_of(record.items.cbegin(), record.items.cend(), isOmitted))
+            record.items.erase(std::remove_if(record.items.begin(), record.items.end(), isOmitted), record.items.end());
+        return csproforms::recordLength(layout, record);
+    }
+
     void writeItem(const Item &item, const QString &parent)
     {
         const QString path = cspro::childPath(parent, item.name);
-        if (csproforms::isBinary(item)) {
+        if (!isWritable(item)) {
             spelling.lose(path, QStringLiteral("the item, because its type is %1").arg(item.type));
             return;
         }
@@ -219,7 +243,7 @@ private:
         if (item.isSubitem)
             line("ItemType", QStringLiteral("SubItem"));
         if (!item.isNumeric() || !isBefore(version, 7, 7))
-            line("DataType", withCapital(item.type));
+            line("DataType", withCapital(spelling.text(item.type, path, QStringLiteral("type"))));
         if (item.occurrences != 1)
             line("Occurrences", item.occurrences);
         if (item.decimals != 0)
@@ -228,19 +252,24 @@ private:
             yesOrNo("DecimalChar", true);
         if (item.zeroFill)
             yesOrNo("ZeroFill", true);
-        writeCapture(item);
+        if (item.capture)
+            writeCapture(*item.capture, path);
         writeOccurrenceLabels(item.occurrenceLabels, path);
         for (const ValueSet &set : item.valueSets)
             writeValueSet(set, item, path);
     }
 
-    void writeCapture(const Item &item)
+    void writeCapture(const Capture &capture, const QString &path)
     {
-        if (!item.capture)
+        line("CaptureType", withCapital(capture.type));
+        if (capture.dateFormat.isEmpty())
             return;
-        line("CaptureType", withCapital(item.capture->type));
-        if (!item.capture->dateFormat.isEmpty())
-            line("CaptureDateFormat", item.capture->dateFormat);
+        if (capture.type == QLatin1String("date"))
+            line("CaptureDateFormat", spelling.text(capture.dateFormat, path, QStringLiteral("date format")));
+        else
+            spelling.lose(path,
+                          QStringLiteral("the date format %1, because items are not captured as dates")
+                              .arg(cspro::quoted(capture.dateFormat)));
     }
 
     void writeValueSet(const ValueSet &set, const Item &item, const QString &parent)
@@ -265,7 +294,8 @@ private:
         line("Value", spelled);
         writeNote(value.note, path);
         if (!value.image.isEmpty())
-            line("Image", spelling.text(imagePath(value.image), path, QStringLiteral("image")));
+            line("Image",
+                 spelling.text(isOwnForm ? value.image : imagePath(value.image), path, QStringLiteral("image")));
         if (!value.textColor.isEmpty())
             line("TextColor", spelling.text(value.textColor, path, QStringLiteral("text color")));
         if (value.special != Special::None)
@@ -278,20 +308,26 @@ private:
         section("[Relation]");
         line("Name", spelling.text(relation.name, path, QStringLiteral("name")));
         writeAliases(relation.aliases, path);
-        line("Primary", relation.primary);
+        line("Primary", spelling.text(relation.primary, path, QStringLiteral("primary")));
         for (const RelationLink &link : relation.links) {
             if (!link.primaryLink.isEmpty())
-                line("PrimaryLink", link.primaryLink);
-            line("Secondary", link.secondary);
+                line("PrimaryLink", spelling.text(link.primaryLink, path, QStringLiteral("link of the primary")));
+            line("Secondary", spelling.text(link.secondary, path, QStringLiteral("secondary")));
             if (!link.secondaryLink.isEmpty())
-                line("SecondaryLink", link.secondaryLink);
+                line("SecondaryLink", spelling.text(link.secondaryLink, path, QStringLiteral("link of the secondary")));
         }
     }
 
     void reportExtras()
     {
-        for (const Extra &extra : layout.extras)
-            spelling.lose(extra.path, QStringLiteral("the unknown statement \"%1\"").arg(extra.key));
+        if (isAltered)
+            spelling.lose(QString(), QStringLiteral("characters that Windows-1252 does not have; they are \"?\""));
+        const bool hasSettings = layout.security && layout.security->settings;
+        const Extra *encrypted = hasSettings ? csproforms::renamedSecurityWord(layout) : nullptr;
+        for (const Extra &extra : layout.extras) {
+            if (&extra != encrypted)
+                spelling.lose(extra.path, csproforms::lossOf(extra));
+        }
     }
 
     const Layout &layout;
@@ -304,6 +340,7 @@ private:
     QByteArray buffer;
     bool hasSection = false;
     bool isWhole = true;
+    bool isAltered = false;
     LinkedValueSets linkedSets;
 };
 

@@ -14,8 +14,9 @@ namespace vanlayout
 struct VANLAYOUT_EXPORT CSProTextStyle {
     /// How lines end; CSPro writes CR LF.
     enum class LineEnd { CrLf, Lf };
-    /// Whether the file begins with the byte-order mark of UTF-8. CSPro writes it from version 5.0 on.
-    enum class Mark { OfVersion, Absent };
+    /// Whether the file begins with the byte-order mark of UTF-8. CSPro writes it from version 5.0 on. A file in
+    /// windows-1252 never has one.
+    enum class Mark { OfVersion, Absent, Present };
 
     LineEnd lineEnd = LineEnd::CrLf;
     Mark mark = Mark::OfVersion;
@@ -33,9 +34,11 @@ struct VANLAYOUT_EXPORT CSProTextStyle {
 /// as many blanks. A part of a label is at the place of its language; if only the first one is absent, it is the text
 /// that stands for it.
 ///
-/// The text form cannot hold: line breaks and `|` in labels, blanks around them, `;` in codes, empty codes, items of
-/// the types document, audio, image and geometry (they are omitted), `readOptimization` and the security settings in
-/// words. These, and statements that CSPro does not know, are appended to \a losses, which may be null.
+/// The text form cannot hold: line breaks and `|` in labels, blanks around them, `;` in codes, items of the types
+/// document, audio, image and geometry (they are omitted), `readOptimization`, `enableBinaryItems`, and date formats of
+/// items that are not captured as dates. These, and statements that CSPro does not know, are appended to \a losses,
+/// which may be null. The security settings in words are no loss if there are the encrypted ones: these say the same,
+/// and CSPro does not read the words.
 ///
 /// Streams onto \a device, which must be open for writing. Returns false if the device did not accept all bytes; its
 /// error string gives the reason.

@@ -54,23 +54,36 @@ QString inMarks(const QString &code)
     return mark + code + mark;
 }
 
+// Whether a line of a note can begin with this text. White space would be cut off, and `~` is read as a blank; a blank
+// at the beginning is therefore written as `~`.
+bool canBegin(QStringView text)
+{
+    if (text.isEmpty())
+        return true;
+    const QChar first = text.at(0);
+    return first != QLatin1Char('~') && (first == QLatin1Char(' ') || !cspro::isWhiteSpace(first));
+}
+
 // The position of the blank at which a line of a note is divided, the first of several; -1 if the line is short or has
-// no such blank.
-int divisionOf(const QString &line)
+// no blank at which it can be divided.
+int divisionOf(QStringView line)
 {
     constexpr int longest = 117; // so that CSPro's own lines are at most 120 characters
     if (line.size() <= longest)
         return -1;
-    int blank = line.lastIndexOf(QLatin1Char(' '), longest);
-    while (blank > 0 && line.at(blank - 1) == QLatin1Char(' '))
-        --blank;
-    return blank > 0 ? blank : -1;
+    for (int blank = longest; blank > 0; --blank) {
+        const QChar before = line.at(blank - 1);
+        if (line.at(blank) == QLatin1Char(' ') && !cspro::isWhiteSpace(before) && canBegin(line.mid(blank + 1)))
+            return blank;
+    }
+    return -1;
 }
 
 // A blank at the beginning of a line would be lost.
-QString withLeadingBlank(const QString &piece)
+QString withLeadingBlank(QStringView piece)
 {
-    return piece.startsWith(QLatin1Char(' ')) ? QLatin1Char('~') + piece.mid(1) : piece;
+    const bool isBlank = piece.startsWith(QLatin1Char(' '));
+    return (isBlank ? QStringLiteral("~") : QString()) + piece.mid(isBlank ? 1 : 0).toString();
 }
 
 } // namespace
@@ -90,11 +103,37 @@ QString CSProTextSpelling::text(const QString &value, const QString &path, const
     return line;
 }
 
-// The index of the language of a part; -1 if it names none or one that is not declared.
-int CSProTextSpelling::placeOf(const Label &part) const
+QString CSProTextSpelling::languageCode(const QString &name) const
+{
+    QString code = text(name, QString(), QStringLiteral("name of a language"));
+    const bool isBegun = code.startsWith(QLatin1Char('[')) || code.startsWith(QLatin1Char('.'));
+    if (isBegun || code.contains(QLatin1Char('='))) {
+        lose(QString(),
+             QStringLiteral("the name of the language %1, because of its characters").arg(cspro::quoted(code)));
+        code.remove(QLatin1Char('='));
+        while (code.startsWith(QLatin1Char('[')) || code.startsWith(QLatin1Char('.')))
+            code.remove(0, 1);
+    }
+    return code;
+}
+
+QString CSProTextSpelling::recordType(const QString &value, const QString &path) const
+{
+    QString type = value;
+    const bool hasBoth = type.contains(QLatin1Char('\'')) && type.contains(QLatin1Char('"'));
+    if (hasBoth || std::any_of(type.cbegin(), type.cend(), isLineBreak)) {
+        lose(path, QStringLiteral("the record type %1, because of its characters").arg(cspro::quoted(type)));
+        type.remove(QLatin1Char('"'));
+        std::replace_if(type.begin(), type.end(), isLineBreak, QLatin1Char(' '));
+    }
+    return inMarks(type);
+}
+
+// The index of the language of a part, the first that is not taken; -1 if there is none.
+int CSProTextSpelling::placeOf(const Label &part, const QVector<bool> &isTaken) const
 {
     for (int place = 0; place < languages.size(); ++place) {
-        if (languages.at(place).name.compare(part.language, Qt::CaseInsensitive) == 0)
+        if (!isTaken.at(place) && languages.at(place).name.compare(part.language, Qt::CaseInsensitive) == 0)
             return place;
     }
     return -1;
@@ -113,8 +152,8 @@ QStringList CSProTextSpelling::inOrder(const Labels &labels, const QString &path
     for (int index = 0; index < labels.parts.size(); ++index) {
         const Label &part = labels.parts.at(index);
         // The first part without a language is in the primary one.
-        const int place = part.language.isEmpty() && index == 0 && !languages.isEmpty() ? 0 : placeOf(part);
-        if (place >= 0 && !isTaken.at(place)) {
+        const int place = part.language.isEmpty() && index == 0 ? 0 : placeOf(part, isTaken);
+        if (place >= 0) {
             isTaken[place] = true;
             put(place, part.text);
             continue;
@@ -124,7 +163,7 @@ QStringList CSProTextSpelling::inOrder(const Labels &labels, const QString &path
         further.append(part.text);
     }
     // A text stands for the first one if that is absent.
-    if (!isTaken.isEmpty() && !isTaken.constFirst() && !labels.parts.isEmpty())
+    if (!isTaken.constFirst() && !labels.parts.isEmpty())
         put(0, labels.parts.constFirst().text);
     for (int index = 0; index < further.size(); ++index)
         put(int(languages.size()) + index, further.at(index));
@@ -206,21 +245,22 @@ QString CSProTextSpelling::codes(const Value &value, const Item &item, const QSt
 
 QStringList CSProTextSpelling::note(const QString &text, const QString &path) const
 {
-    const auto lineEnd = QLatin1String("\\r\\n");
-    if (text.contains(QLatin1Char('\r')) || text.contains(lineEnd) || text.startsWith(QLatin1Char('~')))
-        lose(path, QStringLiteral("note: a carriage return, \"\\r\\n\" as text, or \"~\" at the beginning"));
+    const QString lineEnd = QStringLiteral("\\r\\n");
+    if (text.contains(QLatin1Char('\r')) || text.contains(lineEnd) || !canBegin(text))
+        lose(path, QStringLiteral("note: a carriage return, \"\\r\\n\" as text, or \"~\" or a tab at the beginning"));
     QStringList pieces;
     const QStringList lines = QString(text).remove(QLatin1Char('\r')).split(QLatin1Char('\n'));
     for (int index = 0; index < lines.size(); ++index) {
-        QString line = lines.at(index);
+        QStringView line(lines.at(index));
+        QString begun = canBegin(line) || pieces.isEmpty() ? QString() : pieces.takeLast();
         for (int division = divisionOf(line); division >= 0; division = divisionOf(line)) {
-            pieces.append(withLeadingBlank(line.left(division)));
-            line.remove(0, division + 1);
+            pieces.append(begun + withLeadingBlank(line.left(division)));
+            begun.clear();
+            line = line.mid(division + 1);
         }
-        if (index + 1 < lines.size())
-            line += lineEnd;
-        if (!line.isEmpty())
-            pieces.append(withLeadingBlank(line));
+        const QString last = begun + withLeadingBlank(line) + (index + 1 < lines.size() ? lineEnd : QString());
+        if (!last.isEmpty())
+            pieces.append(last);
     }
     return pieces;
 }

@@ -15,9 +15,9 @@ namespace vanlayout
 class CSProTextSpelling
 {
 public:
-    /// \a lossList may be null.
+    /// \a lossList may be null. A dictionary without languages is in the language EN.
     CSProTextSpelling(const QVector<Language> &languageList, Losses *lossList)
-        : languages(languageList)
+        : languages(languageList.isEmpty() ? QVector<Language>{ { QStringLiteral("EN"), QString() } } : languageList)
         , losses(lossList)
     {
     }
@@ -25,6 +25,10 @@ public:
     void lose(const QString &path, const QString &what) const;
     /// A text without line breaks and without white space at both ends.
     QString text(const QString &value, const QString &path, const QString &what) const;
+    /// The code of a language, which is a key: without `=`, and not begun like a section or a comment.
+    QString languageCode(const QString &name) const;
+    /// The text that marks a record, in quotation marks.
+    QString recordType(const QString &value, const QString &path) const;
     /// All texts of a label in the order of the languages, with `|` between them.
     QString label(const Labels &labels, const QString &path) const;
     /// The same for a label that follows codes on its line, which may begin with blanks.
@@ -38,12 +42,12 @@ public:
 private:
     QString joined(const Labels &labels, const QString &path) const;
     QStringList inOrder(const Labels &labels, const QString &path) const;
-    int placeOf(const Label &part) const;
+    int placeOf(const Label &part, const QVector<bool> &isTaken) const;
     QString part(QString value, const QString &path) const;
     QString code(const QString &value, const Item &item) const;
     bool isWritable(const Range &range, const Item &item, const QString &path) const;
 
-    const QVector<Language> &languages;
+    QVector<Language> languages;
     Losses *losses;
 };
 

@@ -195,6 +195,8 @@ private Q_SLOTS:
         QTest::newRow("none") << int(Format::CSProJson) << "" << QByteArray("8.0");
         QTest::newRow("no number") << int(Format::CSProJson) << "8.0 beta" << QByteArray("8.0");
         QTest::newRow("no number of JSON") << int(Format::CSProJson) << "8." << QByteArray("8.0");
+        QTest::newRow("zero at the beginning") << int(Format::CSProJson) << "08.0" << QByteArray("8.0");
+        QTest::newRow("no decimals") << int(Format::CSProJson) << "9" << QByteArray("9");
     }
     void versionOfAJsonFormStays()
     {
@@ -333,6 +335,7 @@ private Q_SLOTS:
         QTest::newRow("text") << "A  " << QByteArray(R"([{"value":"A"}])");
         QTest::newRow("blank field") << "   " << QByteArray(R"([{"value":""}])");
         QTest::newRow("blanks at the beginning") << " A" << QByteArray(R"([{"value":" A"}])");
+        QTest::newRow("tab at the end") << "A\t" << QByteArray(R"([{"value":"A\t"}])");
     }
     void blanksAtTheEndOfCodesAreOmitted()
     {
@@ -389,6 +392,56 @@ private Q_SLOTS:
                                "L/R: the unknown statement \"Color\"" }));
         layout.levels[0].records[0].length = 5;
         QCOMPARE(write(layout).losses.size(), 2);
+    }
+
+    void numbersThatAReaderIgnoresAreLost_data()
+    {
+        QTest::addColumn<int>("decimals");
+        QTest::addColumn<bool>("mark");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<bool>("isSubitem");
+        QTest::addColumn<QStringList>("losses");
+        const QString numeric = itemtype::numeric();
+        QTest::newRow("mark without decimals")
+            << 0 << true << numeric << false << QStringList{ "the decimal mark, because there are no decimals" };
+        QTest::newRow("negative") << -1 << false << numeric << false << QStringList{ "-1 decimals" };
+        QTest::newRow("decimals") << 1 << true << numeric << false << QStringList();
+        QTest::newRow("image of two columns")
+            << 0 << false << "image" << false
+            << QStringList{ "the length 2, because items of the type image have 1 column" };
+        QTest::newRow("subitem") << 0 << false << "audio" << true
+                                 << QStringList{ "the length 2, because items of the type audio have 1 column",
+                                                 "that it is a subitem, because its type is audio" };
+    }
+    void numbersThatAReaderIgnoresAreLost()
+    {
+        QFETCH(QStringList, losses);
+        QFETCH(QString, type);
+        Item item = made::item(QStringLiteral("X"), 2, {}, type);
+        QFETCH(bool, mark);
+        QFETCH(int, decimals);
+        QFETCH(bool, isSubitem);
+        item.decimals = decimals;
+        item.decimalMark = mark;
+        item.isSubitem = isSubitem;
+        for (QString &loss : losses)
+            loss.prepend(QStringLiteral("L/R/X: "));
+        QCOMPARE(write(dictionary(item)).losses, losses);
+    }
+
+    void theSecuritySettingOfCSPro81Stays()
+    {
+        Layout layout = dictionary();
+        layout.format = Format::CSProJson;
+        layout.security = Security{ QStringLiteral("ab12"), {}, true, {} };
+        layout.extras
+            = { { QString(), QStringLiteral("security.allowDataManagerModifications"), QStringLiteral("true"), 0 } };
+        const Written written = write(layout);
+        QCOMPARE(written.losses, QStringList());
+        QVERIFY(written.json.contains(
+            "\"allowDataManagerModifications\": true, \n    \"allowExport\": true, \n    \"settings\": \"ab12\""));
+        layout.format = Format::CSProText;
+        QCOMPARE(write(layout).losses.size(), 1);
     }
 
     void aDeviceThatIsFullIsReported()

@@ -156,8 +156,13 @@ private Q_SLOTS:
         layout.encoding = QStringLiteral("windows-1252");
         layout.labels = made::labels(QStringLiteral("caf\u00e9 \u20ac \u4e2d"));
         QVERIFY(write(layout).text.contains("Label=caf\xe9 \x80 ?\r\n"));
+        QCOMPARE(write(layout).losses, QStringList{ ": characters that Windows-1252 does not have; they are \"?\"" });
+        CSProTextStyle style;
+        style.mark = CSProTextStyle::Mark::Present;
+        QVERIFY(write(layout, style).text.startsWith("[Dictionary]"));
         layout.formatVersion = QStringLiteral("5.0");
         QVERIFY(write(layout).text.contains("Label=caf\xc3\xa9 "));
+        QCOMPARE(write(layout).losses, QStringList());
     }
 
     void styleIsOfTheCaller()
@@ -168,6 +173,10 @@ private Q_SLOTS:
         const QByteArray text = write(dictionary(), style).text;
         QVERIFY(text.startsWith("[Dictionary]\n"));
         QVERIFY(!text.contains('\r'));
+        Layout old = dictionary();
+        old.formatVersion = QStringLiteral("4.1");
+        style.mark = CSProTextStyle::Mark::Present;
+        QVERIFY(write(old, style).text.startsWith("\xEF\xBB\xBF[Dictionary]\n"));
     }
 
     void labelsAreInTheOrderOfTheLanguages_data()
@@ -187,6 +196,8 @@ private Q_SLOTS:
         QTest::newRow("empty first") << two("", "b") << "Label=|b" << QStringList();
         QTest::newRow("empty second") << two("a", "") << "Label=a|" << QStringList();
         QTest::newRow("further text") << label({ { english, "a" }, { "", "c" } }) << "Label=a||c" << QStringList();
+        QTest::newRow("language twice") << label({ { english, "a" }, { english, "c" } }) << "Label=a||c"
+                                        << QStringList{ ": the language of a label: \"EN\"" };
         QTest::newRow("unknown language") << label({ { english, "a" }, { "ES", "c" } }) << "Label=a||c"
                                           << QStringList{ ": the language of a label: \"ES\"" };
         QTest::newRow("bar") << two("a|b", "c") << "Label=a b|c" << QStringList{ ": \"|\" in a label; it is a blank" };
@@ -209,6 +220,14 @@ private Q_SLOTS:
         QCOMPARE(write(layout).losses, losses);
     }
 
+    void aDictionaryWithoutLanguagesIsInEnglish()
+    {
+        Layout layout = dictionary();
+        layout.labels = { { { english, QStringLiteral("a") } } };
+        QCOMPARE(linesOf(layout, QStringLiteral("[Dictionary]")).at(1), QStringLiteral("Label=a"));
+        QCOMPARE(write(layout).losses, QStringList());
+    }
+
     void notesAreLinesOfAtMost117Characters_data()
     {
         QTest::addColumn<QString>("note");
@@ -224,6 +243,14 @@ private Q_SLOTS:
         QTest::newRow("blank at the beginning") << "a\n b" << QStringList{ "Note=a\\r\\n", "Note=~b" };
         QTest::newRow("two blanks at a division") << QString(110, 'x') + "  "
                 + QString(20, 'y') << QStringList{ "Note=" + QString(110, 'x'), "Note=~" + QString(20, 'y') };
+        // At the beginning of a line, "~" would be a blank, and a tab would be cut off.
+        QTest::newRow("tilde after a line end") << "a\n~b" << QStringList{ "Note=a\\r\\n~b" };
+        QTest::newRow("tab after an empty line") << "a\n\n\tb" << QStringList{ "Note=a\\r\\n", "Note=\\r\\n\tb" };
+        QTest::newRow("tilde at a division") << QString(90, 'x') + " y ~"
+                + QString(40, 'z') << QStringList{ "Note=" + QString(90, 'x'), "Note=y ~" + QString(40, 'z') };
+        QTest::newRow("tabs at a division") << QString(90, 'x') + " y\t \t"
+                + QString(40, 'z') << QStringList{ "Note=" + QString(90, 'x'), "Note=y\t \t" + QString(40, 'z') };
+        QTest::newRow("& at the end of a line") << "a &\nb &" << QStringList{ "Note=a &\\r\\n", "Note=b & " };
     }
     void notesAreLinesOfAtMost117Characters()
     {
@@ -241,6 +268,7 @@ private Q_SLOTS:
         QTest::newRow("carriage return") << "a\r\nb";
         QTest::newRow("the four characters of a line end") << "a\\r\\nb";
         QTest::newRow("tilde") << "~a";
+        QTest::newRow("tab") << "\ta";
     }
     void notesThatCannotBeWrittenAreReported()
     {
@@ -248,7 +276,7 @@ private Q_SLOTS:
         Layout layout = dictionary();
         layout.note = note;
         QCOMPARE(write(layout).losses,
-                 QStringList{ ": note: a carriage return, \"\\r\\n\" as text, or \"~\" at the beginning" });
+                 QStringList{ ": note: a carriage return, \"\\r\\n\" as text, or \"~\" or a tab at the beginning" });
     }
 
     void statementsOfItems_data()
@@ -303,9 +331,30 @@ private Q_SLOTS:
     void itemsThatOnlyCSPro8HasAreLost()
     {
         QFETCH(QString, type);
-        const Layout layout = dictionary(made::item(QStringLiteral("X"), 1, {}, type));
+        Layout layout = dictionary(made::item(QStringLiteral("X"), 1, {}, type));
+        layout.format = Format::CSProJson;
         QCOMPARE(linesOf(layout, QStringLiteral("[Item]"), QStringLiteral("X")), QStringList());
         QCOMPARE(write(layout).losses, QStringList{ "L/R/X: the item, because its type is " + type });
+        QVERIFY(linesOf(layout, QStringLiteral("[Record]")).contains(QStringLiteral("RecordLen=3")));
+    }
+
+    // A text dictionary may state such a type, which CSPro does not know there.
+    void unknownTypesOfATextFormStay()
+    {
+        const Layout layout = dictionary(made::item(QStringLiteral("X"), 1, {}, QStringLiteral("image")));
+        QVERIFY(
+            linesOf(layout, QStringLiteral("[Item]"), QStringLiteral("X")).contains(QStringLiteral("DataType=Image")));
+        QCOMPARE(write(layout).losses, QStringList());
+    }
+
+    void onlyDatesHaveADateFormat()
+    {
+        Item item = made::item(QStringLiteral("X"), 5);
+        item.capture = Capture{ QStringLiteral("textBox"), QStringLiteral("DDMM") };
+        const Layout layout = dictionary(item);
+        QVERIFY(!write(layout).text.contains("CaptureDateFormat"));
+        QCOMPARE(write(layout).losses,
+                 QStringList{ "L/R/X: the date format \"DDMM\", because items are not captured as dates" });
     }
 
     void recordLengthIsTheLastColumnIfNoneIsStated()
@@ -331,6 +380,75 @@ private Q_SLOTS:
         QCOMPARE(linesOf(layout, QStringLiteral("[Record]")),
                  (QStringList{ "Label=", "Name=R", "RecordTypeValue=' 1'", "Required=No", "MaxRecords=9", "RecordLen=5",
                                "OccurrenceLabel=1,head" }));
+    }
+
+    void recordTypesAreInQuotationMarks_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QStringList>("losses");
+        const auto because = [](const QString &type) {
+            return QStringList{ "L/R: the record type \"" + type + "\", because of its characters" };
+        };
+        QTest::newRow("apostrophe") << "it's"
+                                    << "RecordTypeValue=\"it's\"" << QStringList();
+        QTest::newRow("quotation mark") << "\""
+                                        << "RecordTypeValue='\"'" << QStringList();
+        QTest::newRow("both") << "'\""
+                              << "RecordTypeValue=\"'\"" << because("'\"");
+        QTest::newRow("line feed") << "a\nName=Y"
+                                   << "RecordTypeValue='a Name=Y'" << because("a Name=Y");
+    }
+    void recordTypesAreInQuotationMarks()
+    {
+        QFETCH(QString, type);
+        QFETCH(QStringList, losses);
+        Layout layout = dictionary();
+        layout.levels[0].records[0].recordType = type;
+        QTEST(linesOf(layout, QStringLiteral("[Record]")).value(2), "line");
+        QCOMPARE(write(layout).losses, losses);
+    }
+
+    // A name of a language is a key.
+    void namesOfLanguagesBeginNoSectionAndNoComment_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("section") << "[Level]"
+                                 << "Level]=x";
+        QTest::newRow("comment") << "..a"
+                                 << "a=x";
+        QTest::newRow("equals sign") << "a=b"
+                                     << "ab=x";
+    }
+    void namesOfLanguagesBeginNoSectionAndNoComment()
+    {
+        QFETCH(QString, name);
+        Layout layout = dictionary();
+        layout.languages = { { name, QStringLiteral("x") } };
+        QTEST(linesOf(layout, QStringLiteral("[Languages]")).value(0), "line");
+        QCOMPARE(write(layout).losses,
+                 QStringList{ ": the name of the language \"" + name + "\", because of its characters" });
+    }
+
+    void noTextBeginsAnotherLine()
+    {
+        const QString text = QStringLiteral("a\nKey=b");
+        Item item = made::item(QStringLiteral("X"), 5, { made::value(QStringLiteral("1")) }, text);
+        item.capture = Capture{ QStringLiteral("date"), text };
+        item.valueSets[0].link = text;
+        item.valueSets[0].values[0].image = text;
+        item.valueSets[0].values[0].textColor = text;
+        Layout layout = dictionary(item);
+        layout.format = Format::CSProJson;
+        layout.name = text;
+        layout.aliases = QStringList{ text };
+        layout.security = Security{ text, {}, {}, {} };
+        layout.languages = { { text, text } };
+        layout.relations = { { text, {}, text, { { text, text, text } } } };
+        const Written written = write(layout);
+        QVERIFY2(!written.text.contains("\nKey"), written.text.constData());
+        QCOMPARE(written.losses.size(), 16); // two of the name of the language
     }
 
     void codesAreSpelledAsInCSPro_data()
@@ -398,7 +516,7 @@ private Q_SLOTS:
     {
         Value value = made::value(QStringLiteral("9"), QStringLiteral("no"), Special::Missing);
         value.note = QStringLiteral("n");
-        value.image = QStringLiteral("images/a.jpg");
+        value.image = QStringLiteral(".\\images\\a.jpg");
         value.textColor = QStringLiteral("#ff0000");
         QCOMPARE(valueLines(itemWith(value)),
                  (QStringList{ "Value=9;no", "Note=n", "Image=.\\images\\a.jpg", "TextColor=#ff0000",
@@ -411,6 +529,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("line");
         QTest::newRow("beside") << "a.jpg"
                                 << "Image=.\\a.jpg";
+        QTest::newRow("within") << "images/a.jpg"
+                                << "Image=.\\images\\a.jpg";
         QTest::newRow("anchored") << ".\\a.jpg"
                                   << "Image=.\\a.jpg";
         QTest::newRow("above") << "../a.jpg"
@@ -425,7 +545,12 @@ private Q_SLOTS:
         QFETCH(QString, image);
         Value value = made::value(QStringLiteral("9"));
         value.image = image;
-        QTEST(valueLines(itemWith(value)).value(1), "line");
+        Layout layout = dictionary(itemWith(value));
+        layout.format = Format::CSProJson;
+        const QStringList lines = linesOf(layout, QStringLiteral("[ValueSet]"));
+        QTEST(lines.filter(QStringLiteral("Image=")).value(0), "line");
+        layout.format = Format::CSProText;
+        QVERIFY(linesOf(layout, QStringLiteral("[ValueSet]")).contains(QStringLiteral("Image=") + image));
     }
 
     void specialWords_data()
@@ -466,10 +591,29 @@ private Q_SLOTS:
         Layout layout = dictionary();
         layout.extras = { { QStringLiteral("L/R"), QStringLiteral("Color"), QStringLiteral("red"), 7 } };
         layout.readOptimization = false;
-        layout.security = Security{ QStringLiteral("ab12"), true, {}, {} };
+        layout.enableBinaryItems = true;
         QCOMPARE(write(layout).losses,
-                 (QStringList{ ": the security settings in words; the encrypted ones are kept",
-                               ": readOptimization, which is false", "L/R: the unknown statement \"Color\"" }));
+                 (QStringList{ ": readOptimization, which is false", ": enableBinaryItems, which is true",
+                               "L/R: the unknown statement \"Color\"" }));
+        layout = dictionary();
+        layout.readOptimization = true;
+        layout.enableBinaryItems = false;
+        QCOMPARE(write(layout).losses, QStringList());
+    }
+
+    // CSPro reads the encrypted settings only, which are the same.
+    void securitySettingsInWordsAreInTheEncryptedOnes()
+    {
+        const QString word = QStringLiteral("security.allowDataManagerModifications");
+        Layout layout = dictionary();
+        layout.format = Format::CSProJson;
+        layout.security = Security{ QStringLiteral("ab12"), true, true, 5 };
+        layout.extras = { { QString(), word, QStringLiteral("true"), 0 } };
+        QCOMPARE(write(layout).losses, QStringList());
+        layout.security->settings.reset();
+        QCOMPARE(write(layout).losses,
+                 (QStringList{ ": the security settings in words, because there are no encrypted ones",
+                               ": the unknown statement \"" + word + '"' }));
     }
 
     void settingsOfTheJsonFormAreInCapitals()

@@ -90,8 +90,9 @@ private:
             return QString();
         QString made;
         for (int count = 1 + below(8); count > 0; --count)
-            made += text().remove(QLatin1Char('~')) + (rarely() ? QStringLiteral("\n") : QStringLiteral(" "));
-        return made.trimmed();
+            made += text() + (rarely() ? QStringLiteral("\n") : QStringLiteral(" "));
+        made = made.trimmed();
+        return made.startsWith(QLatin1Char('~')) ? QStringLiteral("x ") + made : made;
     }
 
     template <typename Element> Element named()

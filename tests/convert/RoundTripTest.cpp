@@ -128,7 +128,9 @@ private Q_SLOTS:
             Layout expected = dictionaryOf(layout);
             if (expected.security)
                 expected.security = Security{ expected.security->settings, {}, {}, {} };
-            return dictionaryOf(layoutOf(jsonOf(layoutOf(textOf(layout))))) == expected;
+            Losses losses;
+            const Layout text = layoutOf(textOf(layout, &losses));
+            return dictionaryOf(layoutOf(jsonOf(text, &losses))) == expected && losses.isEmpty();
         });
     }
 

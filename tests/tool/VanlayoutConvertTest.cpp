@@ -72,6 +72,52 @@ private Q_SLOTS:
         QCOMPARE(run.out, bytes);
     }
 
+    // Files without the mark of UTF-8 get it when they are written in UTF-8 now.
+    void encodingsOfTextForms_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("written");
+        const auto version = [](const QByteArray &number, const QByteArray &label) {
+            return QByteArray(canonical).replace("7.7", number).replace("=Survey", '=' + label);
+        };
+        const auto typeless = [](QByteArray text) { return text.replace("DataType=Numeric\n", ""); };
+        const QByteArray mark = "\xEF\xBB\xBF";
+        QTest::newRow("windows-1252") << version("7.7", "\xe9t\xe9") << mark + version("7.7", "été");
+        QTest::newRow("windows-1252 of an old release")
+            << typeless(version("4.1", "\xe9t\xe9")) << typeless(version("4.1", "\xe9t\xe9"));
+        QTest::newRow("mark of an old release")
+            << mark + typeless(version("4.1", "été")) << mark + typeless(version("4.1", "été"));
+        QByteArray wide = "\xFF\xFE";
+        for (const char character : canonical)
+            wide += QByteArray(1, character) + '\0';
+        QTest::newRow("UTF-16") << wide << mark + canonical;
+    }
+    void encodingsOfTextForms()
+    {
+        QFETCH(QByteArray, bytes);
+        directory.write("survey.dcf", bytes);
+        const Run run = directory.run({ "convert", "--to", "cspro-text", "survey.dcf" });
+        QCOMPARE(run.err, QByteArray());
+        QTEST(run.out, "written");
+    }
+
+    void statementsThatAreDamagedAreListed()
+    {
+        const QByteArray marked = "\xEF\xBB\xBF" + canonical;
+        directory.write("survey.dcf",
+                        QByteArray(marked).replace("=5", "=5x").replace("=Id", "=\xe9").replace("Char=No", "Char=0"));
+        const Run run = directory.run({ "convert", "--to", "cspro-json", "survey.dcf" });
+        QCOMPARE(run.status, finding);
+        QCOMPARE(
+            run.err,
+            QByteArray(
+                "vanlayout: survey.dcf: line 9: DecimalChar is \"0\", which is neither Yes nor No; it is read as No\n"
+                "vanlayout: survey.dcf: line 18: the line has bytes that are not valid in its encoding; they were "
+                "replaced by U+FFFD\n"
+                "vanlayout: survey.dcf: L/R: line 28: RecordLen is \"5x\", which is not an integer; it is read as "
+                "5\n"));
+    }
+
     void theTextFormComesBackFromTheJsonForm()
     {
         QCOMPARE(directory.run({ "convert", "--to", "cspro-json", "survey.dcf", "-o", "survey8.dcf" }).status, fine);
@@ -141,6 +187,13 @@ private Q_SLOTS:
         QTest::newRow("ids for a statistical file")
             << QStringList{ "--to", "dta", "--ids", "ID", "survey.dcf" }
             << QByteArray("survey.dcf: a statistical file has no id items; --ids is for cspro-text and cspro-json");
+        for (const char *target : { "cspro-text", "cspro-json" })
+            QTest::addRow("language for %s", target)
+                << QStringList{ "--to", target, "--language", "FR", "survey.dcf" }
+                << QByteArray("survey.dcf: is written with all of its languages; --language is for sav and dta");
+        QTest::newRow("no such directory")
+            << QStringList{ "--to", "cspro-json", "survey.dcf", "-o", "absent/out.dcf" }
+            << QByteArray("absent/out.dcf: cannot be written: No such file or directory");
         QTest::newRow("no such file") << QStringList{ "--to", "dta", "absent.dcf" }
                                       << QByteArray("absent.dcf: cannot be opened: No such file or directory");
         QTest::newRow("own input") << QStringList{ "--to", "cspro-text", "survey.dcf", "-o", "survey.dcf" }

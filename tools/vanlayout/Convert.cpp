@@ -25,6 +25,15 @@ bool isDictionary(const Layout &layout)
     return layout.format == Format::CSProText || layout.format == Format::CSProJson;
 }
 
+// Whether reading changed or omitted a statement, so that the layout does not have it.
+bool isOfChangedStatement(const Problem &problem)
+{
+    static const char *const ids[]
+        = { "bad-bytes",     "bad-number",      "neither-yes-nor-no", "unknown-word",     "reading-ended",
+            "too-much-text", "too-many-extras", "label-cut",          "too-many-problems" };
+    return std::any_of(std::begin(ids), std::end(ids), [&](const char *id) { return problem.id == QLatin1String(id); });
+}
+
 /// One conversion.
 class Conversion
 {
@@ -41,14 +50,31 @@ public:
             layout = readExactLayout(file, ReadOptions());
             if (const Problem *error = layout.error())
                 return noAnswerFor(file, messageOf(*error));
-            complainIfReadInPart(layout);
+            isReadWhole = complainOfReading();
             return call.target == "sav" || call.target == "dta" ? toStatisticalFile() : toDictionary();
         });
     }
 
 private:
+    // Returns whether the layout has all statements of the file as they are.
+    bool complainOfReading() const
+    {
+        bool isWhole = true;
+        for (const Problem &problem : layout.problems) {
+            if (!isOfChangedStatement(problem))
+                continue;
+            isWhole = false;
+            complainOfFile(
+                file, (problem.path.isEmpty() ? QString() : problem.path + QStringLiteral(": ")) + messageOf(problem));
+        }
+        return isWhole;
+    }
+
     int toDictionary()
     {
+        if (!call.language.empty())
+            return noAnswerFor(file,
+                               QStringLiteral("is written with all of its languages; --language is for sav and dta"));
         const CSProTextStyle style = styleOf(layout);
         if (!isDictionary(layout)) {
             MadeDictionary made = makeDictionary(layout, ids());
@@ -101,13 +127,14 @@ private:
             complainOfFile(file,
                            (loss.path.isEmpty() ? QString() : loss.path + QStringLiteral(": "))
                                + QStringLiteral("cannot hold ") + loss.what);
-        return losses.isEmpty() ? statusFine : statusFinding;
+        return losses.isEmpty() && isReadWhole ? statusFine : statusFinding;
     }
 
     const ConvertCall &call;
     QString file;
     Layout layout;
     Losses losses;
+    bool isReadWhole = true;
 };
 
 } // namespace
