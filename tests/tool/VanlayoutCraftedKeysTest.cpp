@@ -84,6 +84,15 @@ QByteArray valuesWithOtherLabels(bool collide)
     return valuesLabelled(collide, "after");
 }
 
+// Each value set has a link of its own.
+QByteArray links(bool collide)
+{
+    QByteArray text = QByteArray(head) + recordHead + "[Item]\nName=I\nStart=2\nLen=8\n";
+    for (const QString &link : crafted::names(count, collide))
+        text += "[ValueSet]\nName=S\nLink=" + link.toUtf8() + "\nValue=1\n";
+    return text;
+}
+
 // A dictionary of records, in single quotes.
 QByteArray jsonOfRecords(const QByteArray &records)
 {
@@ -144,6 +153,8 @@ private Q_SLOTS:
         const QStringList concord = { "concord", "--format", "html", "-o", "out", "FILE", "SECOND" };
         const auto exportTo
             = [](const QString &form) { return QStringList{ "export", "--to", form, "-o", "out", "FILE" }; };
+        const auto convertTo
+            = [](const QString &form) { return QStringList{ "convert", "--to", form, "-o", "out", "FILE" }; };
         const FileOf none = nullptr;
         QTest::newRow("keys of a lookup") << lookup << FileOf(lookupOf) << none;
         QTest::newRow("names in CSVW") << exportTo("csvw") << FileOf(itemsOfLetters) << none;
@@ -151,6 +162,8 @@ private Q_SLOTS:
         QTest::newRow("names that are given twice") << exportTo("json-schema") << FileOf(itemsTwice) << none;
         QTest::newRow("records in DDI") << exportTo("ddi") << FileOf(records) << none;
         QTest::newRow("records in a codebook") << codebook << FileOf(records) << none;
+        QTest::newRow("links in a dictionary") << convertTo("cspro-json") << FileOf(links) << none;
+        QTest::newRow("names in a Stata file") << convertTo("dta") << FileOf(itemsTwice) << none;
         QTest::newRow("labels that are compared") << diff << FileOf(items) << FileOf(itemsInOtherOrder);
         QTest::newRow("value labels that are compared") << diff << FileOf(values) << FileOf(valuesWithOtherLabels);
         QTest::newRow("variables of rounds") << concord << FileOf(items) << FileOf(itemsInOtherOrder);

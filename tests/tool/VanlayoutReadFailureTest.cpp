@@ -38,8 +38,9 @@ QByteArray lookupFile()
 }
 
 const QStringList commandsOnOne[] = {
-    { "fields", "--format", "table" }, { "fields", "--format", "csv" }, { "codebook", "-o", "-" },
-    { "export", "--to", "ddi" },       { "export", "--to", "csvw" },    { "export", "--to", "json-schema" },
+    { "fields", "--format", "table" },   { "fields", "--format", "csv" },     { "codebook", "-o", "-" },
+    { "export", "--to", "ddi" },         { "export", "--to", "csvw" },        { "export", "--to", "json-schema" },
+    { "convert", "--to", "cspro-text" }, { "convert", "--to", "cspro-json" }, { "convert", "--to", "sav" },
 };
 
 } // namespace
@@ -95,7 +96,9 @@ private Q_SLOTS:
         directory.write(file, bytes);
         const qint64 goodBytes = bytes.contains("<lbl>") ? bytes.lastIndexOf("<lbl>") + 20 : bytes.size() / 2;
         for (const QStringList &command :
-             { QStringList{ "codebook", "-o", "-" }, QStringList{ "export", "--to", "ddi" } }) {
+             { QStringList{ "codebook", "-o", "-" }, QStringList{ "export", "--to", "ddi" },
+               QStringList{ "convert", "--to", "dta" },
+               QStringList{ "convert", "--to", "cspro-json", "--ids", "x" } }) {
             const Run run = runOnBadDisk(command + QStringList{ file }, file, goodBytes);
             QCOMPARE(run.status, noAnswer);
             QVERIFY(run.err.endsWith("vanlayout: " + file.toUtf8() + ": " + cause));
@@ -141,7 +144,8 @@ private Q_SLOTS:
         QFETCH(qint64, goodBytes);
 
         directory.write("kept", "as it was");
-        for (const QStringList &command : { QStringList{ "export", "--to", "ddi" }, QStringList{ "codebook" } }) {
+        for (const QStringList &command : { QStringList{ "export", "--to", "ddi" }, QStringList{ "codebook" },
+                                            QStringList{ "convert", "--to", "cspro-text" } }) {
             const Run run = runOnBadDisk(command + QStringList{ "-o", "kept", file }, file, goodBytes);
             verifyComplaint(run, file.toUtf8() + ": " + cause);
             QCOMPARE(directory.read("kept"), QByteArray("as it was"));
@@ -258,6 +262,7 @@ private Q_SLOTS:
         QTest::newRow("cspro8") << QStringList{ "fields", "--type", "cspro8" };
         QTest::newRow("lookup") << QStringList{ "lookup" };
         QTest::newRow("export") << QStringList{ "export", "--to", "ddi" };
+        QTest::newRow("convert") << QStringList{ "convert", "--to", "cspro-json" };
     }
     void memoryOfTheProcessIsNoFile()
     {
