@@ -76,7 +76,7 @@ private:
         vanlayout::Labels made;
         if (rarely())
             return made;
-        const int count = 1 + below(std::max(languages.size(), 1));
+        const int count = 1 + below(std::max(int(languages.size()), 1));
         for (int part = 0; part < count; ++part)
             made.parts.append({ languages.value(part), part > 0 && rarely() ? QString() : text() });
         if (made.parts.last().text.isEmpty())
