@@ -1,6 +1,8 @@
 // A dictionary, from its bytes to its layout and all forms in which the layout is written. The layout is also compared
-// with itself, and is two rounds of a concordance.
+// with itself, is two rounds of a concordance, and is checked and corrected.
 
+#include "check/Fix.h"
+#include "check/LintSarif.h"
 #include "compare/Concord.h"
 #include "compare/Diff.h"
 #include "read/ConcordMap.h"
@@ -73,6 +75,27 @@ void checkConcordance(const Layout &layout)
         qFatal("a map without decisions is not read as written");
 }
 
+Layout layoutOf(QByteArray bytes, ElementLines *lines = nullptr)
+{
+    ReadOptions options;
+    options.lines = lines;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    return readLayout(buffer, QStringLiteral("name"), options);
+}
+
+void checkFindings(const Layout &layout, const ElementLines &lines)
+{
+    LintOptions options;
+    options.lines = &lines;
+    const LintedFile file = { layout.file, layout.format, lint(layout, options), QString() };
+    checkJson([&](QIODevice &device) { return writeLintSarif({ file }, device); });
+    checkJson([&](QIODevice &device) { return writeLintJson(file, device); });
+    const FixedDictionary fixed = fixDictionary(layout);
+    if (fixed.problem.isEmpty() && fixDictionary(layoutOf(fixed.bytes)).bytes != fixed.bytes)
+        qFatal("a corrected dictionary is corrected again");
+}
+
 void checkForms(const Layout &layout)
 {
     checkConcordance(layout);
@@ -99,11 +122,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     constexpr size_t longest = 1 << 16; // a few bytes can state a million columns
     if (size > longest)
         return 0;
-    QByteArray bytes(reinterpret_cast<const char *>(data), int(size));
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    const Layout layout = readLayout(buffer, QStringLiteral("name"));
-    if (layout.isRead())
+    ElementLines lines;
+    const Layout layout = layoutOf(QByteArray(reinterpret_cast<const char *>(data), int(size)), &lines);
+    if (layout.isRead()) {
         checkForms(layout);
+        checkFindings(layout, lines);
+    }
     return 0;
 }

@@ -1,10 +1,12 @@
 #include "check/Fix.h"
 #include "check/LintedText.h"
 #include "support/Corpus.h"
+#include "write/CSProJson.h"
 
 #include <QtTest>
 
 #include <QJsonDocument>
+#include <QRandomGenerator>
 
 using namespace linted;
 
@@ -198,6 +200,43 @@ private Q_SLOTS:
         QCOMPARE(fixedFrom(text.toUtf8()).bytes, text.toUtf8());
         const QByteArray both = text.toUtf8().replace("Village", "Vill\xE9ge");
         QVERIFY(fixedFrom(both).problem.contains("the label has"));
+    }
+
+    void correctionOfChangedBytesIsStable_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("text") << baseDictionary().toUtf8();
+        QByteArray text = baseDictionary().toUtf8();
+        QBuffer source(&text);
+        source.open(QIODevice::ReadOnly);
+        QBuffer json;
+        json.open(QIODevice::WriteOnly);
+        QVERIFY(writeCSProJson(readLayout(source, "survey.dcf"), json));
+        QTest::newRow("JSON") << json.data();
+    }
+    void correctionOfChangedBytesIsStable()
+    {
+        QFETCH(QByteArray, text);
+        QRandomGenerator random(19);
+        int count = 0;
+        for (int round = 0; round < 250; ++round) {
+            QByteArray bytes = text;
+            for (int change = 0; change < 3; ++change) {
+                int place = random.bounded(int(bytes.size()));
+                const bool isDigitChanged = random.bounded(10) > 0;
+                while (isDigitChanged && place + 1 < bytes.size() && !isdigit(uchar(bytes.at(place))))
+                    ++place;
+                bytes[place] = char('0' + random.bounded(10));
+            }
+            const FixedDictionary fixed = fixedFrom(bytes);
+            if (!fixed.problem.isEmpty())
+                continue;
+            ++count;
+            const FixedDictionary again = fixedFrom(fixed.bytes);
+            QVERIFY2(again.problem.isEmpty(), qPrintable(QString::fromUtf8(bytes) + again.problem));
+            QCOMPARE(QString::fromUtf8(again.bytes), QString::fromUtf8(fixed.bytes));
+        }
+        QVERIFY(count > 20);
     }
 
     void correctionOfABrokenDictionaryIsThatOfTheOriginal_data() { correctionOfACorrectedDictionaryIsTheSame_data(); }

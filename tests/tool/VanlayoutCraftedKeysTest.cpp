@@ -155,6 +155,7 @@ private Q_SLOTS:
             = [](const QString &form) { return QStringList{ "export", "--to", form, "-o", "out", "FILE" }; };
         const auto convertTo
             = [](const QString &form) { return QStringList{ "convert", "--to", form, "-o", "out", "FILE" }; };
+        const QStringList lint = { "lint", "FILE" };
         const FileOf none = nullptr;
         QTest::newRow("keys of a lookup") << lookup << FileOf(lookupOf) << none;
         QTest::newRow("names in CSVW") << exportTo("csvw") << FileOf(itemsOfLetters) << none;
@@ -172,6 +173,9 @@ private Q_SLOTS:
         QTest::newRow("notes of records") << explain << FileOf(records) << none;
         QTest::newRow("notes of codes in JSON") << explain << FileOf(jsonValues) << none;
         QTest::newRow("notes of codes in SPSS") << explain << FileOf(spssValues) << none;
+        QTest::newRow("names that are checked") << lint << FileOf(itemsTwice) << none;
+        QTest::newRow("record types that are checked") << lint << FileOf(records) << none;
+        QTest::newRow("codes that are checked") << lint << FileOf(values) << none;
         QTest::newRow("signs in the name of a record") << codebook << FileOf(jsonRecordOfSigns) << none;
     }
     void craftedKeysTakeNoLonger()

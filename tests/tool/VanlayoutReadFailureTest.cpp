@@ -38,9 +38,17 @@ QByteArray lookupFile()
 }
 
 const QStringList commandsOnOne[] = {
-    { "fields", "--format", "table" },   { "fields", "--format", "csv" },     { "codebook", "-o", "-" },
-    { "export", "--to", "ddi" },         { "export", "--to", "csvw" },        { "export", "--to", "json-schema" },
-    { "convert", "--to", "cspro-text" }, { "convert", "--to", "cspro-json" }, { "convert", "--to", "sav" },
+    { "fields", "--format", "table" },
+    { "fields", "--format", "csv" },
+    { "codebook", "-o", "-" },
+    { "export", "--to", "ddi" },
+    { "export", "--to", "csvw" },
+    { "export", "--to", "json-schema" },
+    { "convert", "--to", "cspro-text" },
+    { "convert", "--to", "cspro-json" },
+    { "convert", "--to", "sav" },
+    { "lint" },
+    { "lint", "--fix" },
 };
 
 } // namespace
@@ -144,8 +152,9 @@ private Q_SLOTS:
         QFETCH(qint64, goodBytes);
 
         directory.write("kept", "as it was");
-        for (const QStringList &command : { QStringList{ "export", "--to", "ddi" }, QStringList{ "codebook" },
-                                            QStringList{ "convert", "--to", "cspro-text" } }) {
+        for (const QStringList &command :
+             { QStringList{ "export", "--to", "ddi" }, QStringList{ "codebook" },
+               QStringList{ "convert", "--to", "cspro-text" }, QStringList{ "lint", "--fix" } }) {
             const Run run = runOnBadDisk(command + QStringList{ "-o", "kept", file }, file, goodBytes);
             verifyComplaint(run, file.toUtf8() + ": " + cause);
             QCOMPARE(directory.read("kept"), QByteArray("as it was"));
