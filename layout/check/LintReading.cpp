@@ -105,6 +105,8 @@ bool isRequiredValue(const Problem &problem)
 
 LintRule ruleOf(const Problem &problem, const Layout &layout)
 {
+    if (problem.id == QLatin1String("missing-key") && quotedIn(problem.message) == QLatin1String("relativePositions"))
+        return LintRule::MissingPositions;
     if (isRequiredValue(problem))
         return LintRule::MissingKey;
     const auto *const row = std::find_if(std::begin(problemRows), std::end(problemRows), [&](const ProblemRow &each) {

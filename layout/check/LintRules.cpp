@@ -81,7 +81,7 @@ constexpr Row rows[] = {
     { LintRule::RelationTarget,        error,   "relation-target",        "Target of a relation",         "A relation names an element that does not exist or does not repeat." },
     { LintRule::LabelOutOfRange,       warning, "label-out-of-range",     "Label of an impossible value", "A label is for a value that the storage type of the variable cannot hold." },
     { LintRule::UnlabelledVariable,    info,    "unlabelled-variable",    "Variable without a label",     "A variable of a statistical file or a DDI document has no label." },
-    { LintRule::UnlabelledMissing,     info,    "unlabelled-missing",     "Unlabelled missing value",     "A variable has value labels, but a user-missing value of it has none." },
+    { LintRule::UnlabelledMissing,     info,    "unlabelled-missing",     "Unlabelled missing value",     "A user-missing value of a variable has no label." },
     { LintRule::MissingLabelSet,       warning, "missing-label-set",      "Missing label set",            "A variable names a set of value labels that the file does not have." },
     { LintRule::UnusedLabelSet,        info,    "unused-label-set",       "Unused label set",             "The file has a set of value labels that no variable uses." },
 };

@@ -25,21 +25,31 @@ constexpr StorageRange storageRanges[] = {
     { Storage::Int32, -2147483647.0, 2147483620.0 },
 };
 
+// Null if the type can hold all numbers of a label.
+const StorageRange *rangeOf(const Item &item)
+{
+    const auto *const row = std::find_if(std::begin(storageRanges), std::end(storageRanges),
+                                         [&](const StorageRange &each) { return each.storage == item.storage; });
+    return row != std::end(storageRanges) ? row : nullptr;
+}
+
 // Whether a code is outside the values of its variable. A missing value such as `.a` is not a number.
 bool isOutside(const Item &item, const QString &code)
 {
     if (item.isAlpha())
         return item.length > 0 && code.toUtf8().size() > item.length;
-    const auto *const row = std::find_if(std::begin(storageRanges), std::end(storageRanges),
-                                         [&](const StorageRange &each) { return each.storage == item.storage; });
+    const StorageRange *const range = rangeOf(item);
     const double value = valueOf(code);
-    return row != std::end(storageRanges) && !std::isnan(value) && (value < row->min || value > row->max);
+    return range && !std::isnan(value) && (value < range->min || value > range->max);
 }
 
 QString capacityOf(const Item &item)
 {
-    return item.isAlpha() ? QStringLiteral("texts of %1 bytes").arg(item.length)
-                          : QStringLiteral("numbers of the type %1").arg(wordOf(item.storage));
+    if (item.isAlpha())
+        return QStringLiteral("texts of %1 bytes").arg(item.length);
+    const StorageRange &range = *rangeOf(item);
+    return QStringLiteral("numbers from %1 to %2 (%3)")
+        .arg(QString::number(range.min, 'f', 0), QString::number(range.max, 'f', 0), wordOf(item.storage));
 }
 
 void lintValueSet(const ValueSet &set, const Item &item, const ElementAddress &address, LintFindings &findings)
@@ -68,7 +78,7 @@ void lintMissing(const LintItem &place, LintFindings &findings)
     }
     for (const Range &range : item.missing) {
         if (isSingle(range)) {
-            if (!labelled.empty() && labelled.count(cellOf(item, range.from)) == 0)
+            if (labelled.count(cellOf(item, range.from)) == 0)
                 findings.add(LintRule::UnlabelledMissing, place.address,
                              QStringLiteral("the missing value %1 has no label; write one").arg(inMessage(range.from)));
         } else if (valueOf(range.from) > valueOf(range.to)) {

@@ -482,6 +482,49 @@ private Q_SLOTS:
         QTEST(ids, "ids");
     }
 
+    void labelsMatchTheVariable_data()
+    {
+        QTest::addColumn<Item>("item");
+        QTest::addColumn<QStringList>("ids");
+        const auto numeric = [](Storage storage, const QString &code) {
+            Item item = itemWith({ made::value(code, "a") }, 8);
+            item.storage = storage;
+            return item;
+        };
+        const QStringList outside("label-out-of-range");
+        QTest::newRow("byte 100") << numeric(Storage::Int8, "100") << QStringList();
+        QTest::newRow("byte 101") << numeric(Storage::Int8, "101") << outside;
+        QTest::newRow("byte -127") << numeric(Storage::Int8, "-127") << QStringList();
+        QTest::newRow("byte -128") << numeric(Storage::Int8, "-128") << outside;
+        QTest::newRow("missing of Stata") << numeric(Storage::Int8, ".z") << QStringList();
+        QTest::newRow("int 32740") << numeric(Storage::Int16, "32740") << QStringList();
+        QTest::newRow("int 32741") << numeric(Storage::Int16, "32741") << outside;
+        QTest::newRow("long 2147483621") << numeric(Storage::Int32, "2147483621") << outside;
+        QTest::newRow("double") << numeric(Storage::Double, "2147483621") << QStringList();
+        QTest::newRow("text") << itemWith({ made::value("ABC", "a") }, 3, itemtype::alpha()) << QStringList();
+        QTest::newRow("long text") << itemWith({ made::value("ABCD", "a") }, 3, itemtype::alpha()) << outside;
+        QTest::newRow("two labels") << itemWith({ made::value("1", "a"), made::value("2", "a") })
+                                    << QStringList("duplicate-label");
+        Item item = itemAt("A", 0, 8);
+        item.missing = { { "9", QString() }, { "97", "99" } };
+        QTest::newRow("missing value without labels") << item << QStringList("unlabelled-missing");
+        item.valueSets = { made::valueSet({ made::value("9", "Refused") }) };
+        QTest::newRow("missing value with a label") << item << QStringList();
+        item.missing = { { "99", "97" } };
+        QTest::newRow("reversed range") << item << QStringList("reversed-range");
+    }
+    void labelsMatchTheVariable()
+    {
+        QFETCH(Item, item);
+        Layout layout = dictionary({ item });
+        layout.format = Format::Stata;
+        QStringList ids;
+        const QVector<LintFinding> findings = lint(layout);
+        for (const LintFinding &finding : findings)
+            ids.append(infoOf(finding.rule).id);
+        QTEST(ids, "ids");
+    }
+
     void labelSetsOfOldStataFilesAreNotMissing()
     {
         Layout layout;
@@ -653,6 +696,8 @@ private Q_SLOTS:
                                      << "warning ignored-key 4 ";
         QTest::newRow("misspelled key") << QByteArray("@9") << QByteArray("\"len\":\n1,\n")
                                         << "error misspelled-key 9 L/R/A";
+        QTest::newRow("positions") << QByteArray("\"relativePositions\": true,") << QByteArray()
+                                   << "error missing-positions 1 ";
         QTest::newRow("repeated key") << QByteArray("@8") << QByteArray("\"name\": \"S\",\n")
                                       << "warning repeated-key 8 L/R";
         QTest::newRow("word") << QByteArray("\"numeric\"") << QByteArray("\"integer\"") << "error unknown-type 9 L/R/A";

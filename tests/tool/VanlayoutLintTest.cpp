@@ -260,6 +260,16 @@ private Q_SLOTS:
         QCOMPARE(lint({ "--only", "gap", "project/a.dcf" }).status, fine);
         write("project/inner/.vanlayout-lint", "only gap\r\ndisable\twide-code\r\n");
         QCOMPARE(lint({ "project/inner/a.dcf" }).status, fine);
+        write("project/inner/.vanlayout-lint",
+              "\xEF\xBB\xBF"
+              "disable WIDE-CODE");
+        QCOMPARE(lint({ "project/inner/a.dcf" }).status, fine);
+        QVERIFY(QFile::remove(directory.filePath("project/inner/.vanlayout-lint")));
+        QVERIFY(QDir(directory.path()).mkpath("project/inner/.vanlayout-lint"));
+        const Run run = lint({ "project/inner/a.dcf", "project/a.dcf" });
+        QCOMPARE(run.status, noAnswer);
+        QVERIFY(run.err.endsWith("/project/inner/.vanlayout-lint: is not a file\n"));
+        QVERIFY(run.out.startsWith("project/a.dcf: 1 error\n"));
     }
 
     void settingsThatCannotBeUsedAreReportedOnce_data()

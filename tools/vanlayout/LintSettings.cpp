@@ -25,8 +25,11 @@ public:
     {
     }
 
-    void read(const QByteArray &text)
+    void read(QByteArray text)
     {
+        const QByteArray mark = QByteArrayLiteral("\xEF\xBB\xBF");
+        if (text.startsWith(mark))
+            text.remove(0, mark.size());
         const QList<QByteArray> lines = text.split('\n');
         for (const QByteArray &line : lines) {
             ++number;
