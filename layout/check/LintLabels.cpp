@@ -20,13 +20,24 @@ bool isWithoutText(const Labels &labels)
                        [](const Label &part) { return part.text.trimmed().isEmpty(); });
 }
 
-// A range of valid numbers, or a blank field, usually has no label.
+// A range or a list of valid codes, or a blank, usually has no label.
 bool needsLabel(const Value &value)
 {
-    const bool isCode = value.ranges.isEmpty()
-        || std::any_of(value.ranges.begin(), value.ranges.end(), [](const Range &range) { return isSingle(range); });
-    return isCode && value.special != Special::NotApplicable;
+    return value.ranges.size() == 1 && isSingle(value.ranges.constFirst())
+        && !value.ranges.constFirst().from.trimmed().isEmpty();
 }
+
+/// The values of a set that lack something.
+struct LackingValues {
+    int count = 0;
+    int first = -1; ///< index of the first of them
+
+    void add(int index)
+    {
+        first = count == 0 ? index : first;
+        ++count;
+    }
+};
 
 QString withoutBlanks(const Labels &labels)
 {
@@ -132,15 +143,17 @@ private:
     // One finding for all values of a set: such sets are usual.
     void checkValues(const ValueSet &set, const ElementAddress &address)
     {
-        int unlabelled = 0;
-        int untranslated = 0;
+        LackingValues unlabelled;
+        LackingValues untranslated;
         KeyedMap<QString, int> labels;
         for (int index = 0; index < set.values.size(); ++index) {
             const Value &value = set.values.at(index);
             const QString label = withoutBlanks(value.labels);
             const bool isUnlabelled = isWithoutText(value.labels);
-            unlabelled += isUnlabelled && needsLabel(value) ? 1 : 0;
-            untranslated += !isUnlabelled && !missingLanguages(value.labels).isEmpty() ? 1 : 0;
+            if (isUnlabelled && needsLabel(value))
+                unlabelled.add(index);
+            else if (!isUnlabelled && !missingLanguages(value.labels).isEmpty())
+                untranslated.add(index);
             if (label.isEmpty())
                 continue;
             const auto [first, isNew] = labels.emplace(label, index);
@@ -149,17 +162,21 @@ private:
                              QStringLiteral("the label \"%1\" is also that of %2; give each code its own")
                                  .arg(inMessage(label), inMessage(codeOf(set.values.at(first->second)))));
         }
-        report(LintRule::MissingValueLabel, unlabelled, set, address, "no label; write it");
-        report(LintRule::MissingTranslation, untranslated, set, address, "no label in one of the languages; add it");
+        report(LintRule::MissingValueLabel, unlabelled, set, address, "no label");
+        report(LintRule::MissingTranslation, untranslated, set, address, "no label in one of the languages");
     }
 
-    void report(LintRule rule, int count, const ValueSet &set, const ElementAddress &address, const char *what)
+    void report(LintRule rule, const LackingValues &values, const ValueSet &set, const ElementAddress &address,
+                const char *what)
     {
-        if (count > 0)
-            findings.add(rule, address,
-                         QStringLiteral("%1 of %2 values %3 %4")
-                             .arg(QString::number(count), QString::number(set.values.size()),
-                                  count == 1 ? QStringLiteral("has") : QStringLiteral("have"), QLatin1String(what)));
+        if (values.count == 0)
+            return;
+        const QString first = inMessage(codeOf(set.values.at(values.first)));
+        findings.add(rule, values.count == 1 ? valueAddress(address, values.first) : address,
+                     values.count == 1 ? QStringLiteral("the value %1 has %2; write it").arg(first, QLatin1String(what))
+                                       : QStringLiteral("%1 of %2 values have %3, such as %4; write them")
+                                             .arg(QString::number(values.count), QString::number(set.values.size()),
+                                                  QLatin1String(what), first));
     }
 
     const Layout &layout;

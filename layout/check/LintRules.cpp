@@ -58,7 +58,7 @@ constexpr Row rows[] = {
     { LintRule::StataName,             info,    "stata-name",             "Name for Stata",               "Stata does not accept the name of an item." },
     { LintRule::SqlName,               info,    "sql-name",               "Name for SQL",                 "A database only accepts the name of an item in quotes, or not at all." },
     { LintRule::MissingLabel,          warning, "missing-label",          "Missing label",                "The dictionary, a level, a record, an item or a value set has no label." },
-    { LintRule::MissingValueLabel,     info,    "missing-value-label",    "Missing label of a value",     "A value set has codes without a label; ranges and blank fields need none." },
+    { LintRule::MissingValueLabel,     info,    "missing-value-label",    "Missing label of a value",     "A value set has codes without a label; ranges, lists of codes and blanks need none." },
     { LintRule::MissingTranslation,    info,    "missing-translation",    "Missing translation",          "A label is absent in one of the languages of the file." },
     { LintRule::LabelWithoutLanguage,  warning, "label-without-language", "Label without a language",     "A label has more parts than the dictionary has languages, or names a language that is not declared; CSPro drops the part." },
     { LintRule::LabelWithoutOccurrence, warning, "label-without-occurrence", "Label without an occurrence", "A label is for an occurrence that the record or item does not have." },

@@ -151,6 +151,12 @@ private Q_SLOTS:
             << itemWith({ made::value("1", "a"), made::value("01", "b") }, 2, itemtype::alpha()) << none;
         QTest::newRow("no label") << itemWith({ made::value("1") }) << QStringList("missing-value-label");
         QTest::newRow("range without label") << itemWith({ made::range("1", "9", "") }) << none;
+        QTest::newRow("codes without label") << itemWith({ [] {
+            Value value = made::value("1");
+            value.ranges.append({ "2", QString() });
+            return value;
+        }() }) << none;
+        QTest::newRow("blank without label") << itemWith({ made::value(" ") }, 1, itemtype::alpha()) << none;
         QTest::newRow("blank field without label") << itemWith({ special("  ", Special::NotApplicable) }) << none;
         QTest::newRow("no values") << itemWith({}) << QStringList("empty-value-set");
     }
@@ -382,6 +388,14 @@ private Q_SLOTS:
         QFETCH(QString, languages);
         const QString text = changed(baseDictionary(), " DecimalChar=No\n \n+[Languages]\n" + languages + "\n+");
         QTEST(idsAndPaths(findingsOf(text.toUtf8(), { LintRule::InvalidName, LintRule::RepeatedKey })), "findings");
+    }
+
+    void valuesWithoutLabelAreCounted()
+    {
+        const Item item = itemWith({ made::value("1", "a"), made::value("2"), made::value("3") });
+        const QVector<LintFinding> findings = lint(dictionary({ item }));
+        QCOMPARE(findings.size(), 1);
+        QCOMPARE(findings.constFirst().message, QString("2 of 3 values have no label, such as 2; write them"));
     }
 
     void labelWithoutItsFirstLanguageLacksATranslation()
