@@ -1,4 +1,5 @@
 #include "check/LintFindings_p.h"
+#include "check/ReservedWords_p.h"
 #include "load/PlanNames_p.h"
 #include "load/Targets_p.h"
 #include "util/KeyedHash_p.h"
@@ -60,6 +61,16 @@ bool isValidInCSPro(const QString &name)
             && std::all_of(name.begin(), name.end(), isInName));
 }
 
+} // namespace
+
+bool isCSProWord(const QString &name)
+{
+    return isWord(csproWords, name);
+}
+
+namespace
+{
+
 /// The names of a dictionary, which share one name space.
 class NameCheck
 {
@@ -87,7 +98,7 @@ private:
                 QStringLiteral("CSPro does not accept the name \"%1\"; use letters, digits and underscores, with "
                                "a letter first and no underscore last")
                     .arg(inMessage(name)));
-        if (isWord(csproWords, name))
+        if (isCSProWord(name))
             findings.add(LintRule::ReservedName, address,
                          QStringLiteral("%1 is a word of the CSPro language; rename the element").arg(inMessage(name)));
         if (!names.insert(name.toUpper()).second)

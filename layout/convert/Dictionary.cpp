@@ -1,12 +1,13 @@
 #include "convert/Dictionary.h"
 
-#include "convert/DictionaryNames_p.h"
-#include "convert/LossesByKind_p.h"
+#include "convert/DictionaryIds_p.h"
+#include "convert/DictionaryItems_p.h"
 #include "util/Numbers_p.h"
 
 #include <QFileInfo>
 
 #include <algorithm>
+#include <vector>
 
 namespace vanlayout
 {
@@ -14,42 +15,42 @@ namespace vanlayout
 namespace
 {
 
-constexpr int maxDigits = 15; // of a number in CSPro
-constexpr int maxDecimals = 9;
-constexpr int maxText = 999; // characters of a text
+constexpr int maxColumn = 32000; // of a record of CSPro
+constexpr int maxNote = 32000;   // characters
 
-// The characters that hold all numbers of a storage type, with their sign.
-int widthOf(Storage storage)
+QVector<Item> variablesOf(const Layout &layout)
 {
-    switch (storage) {
-    case Storage::Int8:
-        return 4; // NOLINT(readability-magic-numbers)
-    case Storage::Int16:
-        return 6; // NOLINT(readability-magic-numbers)
-    case Storage::Int32:
-        return 11; // NOLINT(readability-magic-numbers)
-    case Storage::None:
-    case Storage::Float:
-    case Storage::Double:
-    case Storage::String:
-        break;
+    QVector<Item> variables;
+    for (const Level &level : layout.levels) {
+        variables += level.ids;
+        for (const Record &record : level.records)
+            variables += record.items;
     }
-    return maxDigits;
+    return variables;
 }
 
-// Whether a code is a number, and not a missing value such as `.a`, or `-inf`.
-bool isNumber(const QString &code)
+int recordsOf(const Layout &layout)
 {
-    bool isWhole = false;
-    code.toDouble(&isWhole);
-    return isWhole && !code.contains(QLatin1String("inf"), Qt::CaseInsensitive)
-        && !code.contains(QLatin1String("nan"), Qt::CaseInsensitive);
+    int count = 0;
+    for (const Level &level : layout.levels)
+        count += level.records.size();
+    return count;
 }
 
-// Whether a number of CSPro can be this code.
-bool isCode(const QString &code)
+int widthOf(const QVector<Item> &items)
 {
-    return isNumber(code) && code.size() <= maxDigits && !code.contains(QLatin1Char('e'));
+    int width = 0;
+    for (const Item &item : items)
+        width = numbers::clamped(qint64(width) + item.length);
+    return width;
+}
+
+bool describesLines(const Layout &layout)
+{
+    const QVector<Item> variables = variablesOf(layout);
+    return !holdsData(layout.format) && std::all_of(variables.begin(), variables.end(), [](const Item &item) {
+        return item.start > 0 && item.length > 0;
+    });
 }
 
 /// Makes one dictionary.
@@ -58,237 +59,234 @@ class DictionaryMaker
 public:
     explicit DictionaryMaker(const Layout &layout)
         : original(layout)
+        , hasLines(describesLines(layout))
+        , items(hasLines ? DictionaryItems::Columns::Kept : DictionaryItems::Columns::Made, layout.format, names,
+                made.losses)
     {
     }
 
     MadeDictionary make(const QStringList &ids)
     {
-        const QVector<Item> variables = variablesOfLayout();
-        const QVector<int> places = placesOf(variables, ids);
+        if (hasLines)
+            makeFromLines(ids);
+        else
+            makeFromVariables(ids);
         if (!made.problem.isEmpty())
-            return made;
-        makeFrame();
-        Level &level = made.layout.levels.first();
-        for (const int place : places)
-            level.ids.append(itemOf(variables.at(place)));
-        for (int place = 0; place < variables.size(); ++place) {
-            if (!places.contains(place))
-                level.records.first().items.append(itemOf(variables.at(place)));
-        }
-        layOut();
+            return { Layout(), {}, made.problem };
         loseRest();
         return made;
     }
 
 private:
-    QVector<Item> variablesOfLayout() const
+    void makeFromVariables(const QStringList &ids)
     {
-        QVector<Item> variables;
-        for (const Level &level : original.levels) {
-            variables += level.ids;
-            for (const Record &record : level.records)
-                variables += record.items;
+        const QVector<Item> variables = variablesOf(original);
+        const DictionaryIds found = findIds(variables, ids);
+        made.problem = found.problem;
+        if (!made.problem.isEmpty())
+            return;
+        // The variables come first, so that no made name takes one of theirs.
+        const QStringList given = namesOf(variables);
+        makeFile();
+        made.layout.relativePositions = true;
+        made.layout.decimalMark = true;
+        made.layout.levels = { levelOf(Level()) };
+        Level &level = made.layout.levels.first();
+        std::vector<bool> isId(size_t(variables.size()), false);
+        for (const int place : found.places) {
+            isId[size_t(place)] = true;
+            level.ids.append(items.make(variables.at(place), given.at(place), DictionaryItems::Use::Id));
         }
-        return variables;
+        Record record = recordOf(Record());
+        for (int place = 0; place < variables.size(); ++place) {
+            if (!isId[size_t(place)])
+                record.items.append(items.make(variables.at(place), given.at(place), DictionaryItems::Use::Item));
+        }
+        addRecords(level, record);
+        if (recordsOf(original) > 1)
+            lose(QStringLiteral("the %1 record types, whose items are in one record").arg(recordsOf(original)));
     }
 
-    QVector<int> placesOf(const QVector<Item> &variables, const QStringList &ids)
+    // Records, columns and ids stay as they are.
+    void makeFromLines(const QStringList &ids)
     {
-        QVector<int> places;
-        for (const QString &id : ids) {
-            const auto found = std::find_if(variables.begin(), variables.end(), [&](const Item &variable) {
-                return variable.name.compare(id, Qt::CaseInsensitive) == 0;
-            });
-            const int place = int(found - variables.begin());
-            if (found == variables.end())
-                made.problem = QStringLiteral("has no variable \"%1\", which --ids names").arg(id);
-            else if (!places.contains(place))
-                places.append(place);
-        }
-        if (ids.isEmpty())
-            made.problem = QStringLiteral("has no id items, which a dictionary must have; name them with --ids");
-        return places;
+        Layout source = original;
+        made.problem = moveIds(source, ids);
+        const bool hasMarks = source.recordType && source.recordType->length > 0;
+        if (made.problem.isEmpty() && recordsOf(source) > 1 && !hasMarks)
+            made.problem = QStringLiteral("has %1 records without a record type, which a dictionary must have")
+                               .arg(recordsOf(source));
+        if (!made.problem.isEmpty())
+            return;
+        makeFile();
+        made.layout.recordType = source.recordType;
+        made.layout.relativePositions = false;
+        made.layout.relations = source.relations;
+        made.layout.aliases = source.aliases;
+        for (const Level &level : qAsConst(source.levels))
+            made.layout.levels.append(levelOf(level));
+        for (int i = 0; i < source.levels.size(); ++i)
+            addLines(made.layout.levels[i], source.levels.at(i));
     }
 
-    void makeFrame()
+    void addLines(Level &level, const Level &source)
+    {
+        level.ids = itemsOf(source.ids, DictionaryItems::Use::Id);
+        for (const Record &sourceRecord : source.records) {
+            Record record = recordOf(sourceRecord);
+            record.items = itemsOf(sourceRecord.items, DictionaryItems::Use::Item);
+            level.records.append(record);
+        }
+    }
+
+    QVector<Item> itemsOf(const QVector<Item> &variables, DictionaryItems::Use use)
+    {
+        QVector<Item> list;
+        QString parent;
+        const QStringList given = namesOf(variables);
+        for (int i = 0; i < variables.size(); ++i) {
+            Item item = items.make(variables.at(i), given.at(i), use);
+            if (item.isSubitem && !item.subitemOf.isEmpty())
+                item.subitemOf = parent;
+            else if (!item.isSubitem)
+                parent = item.name;
+            list.append(item);
+        }
+        return list;
+    }
+
+    QStringList namesOf(const QVector<Item> &variables)
+    {
+        QStringList list;
+        for (const Item &variable : variables)
+            list.append(names.give(variable.name, QStringLiteral("VARIABLE")));
+        return list;
+    }
+
+    void makeFile()
     {
         Layout &layout = made.layout;
-        const QString stem = stemOfNames();
+        stem = stemOfNames();
         layout.file = original.file;
         layout.format = Format::CSProJson;
         layout.formatVersion = QStringLiteral("8.0");
         layout.encoding = QStringLiteral("utf-8");
-        layout.name = names.give(stem + QLatin1String("_DICT"), QString());
+        const QString dictionary = DictionaryNames::folded(original.name);
+        layout.name = names.give(hasLines && dictionary == original.name ? dictionary : stem + QLatin1String("_DICT"),
+                                 QStringLiteral("SURVEY_DICT"));
         layout.labels = original.labels.isEmpty() ? Labels{ { { QString(), stem } } } : original.labels;
-        layout.note = original.note;
-        layout.relativePositions = true;
+        layout.note = original.note.left(maxNote);
+        if (layout.note != original.note)
+            lose(QStringLiteral("the note of the file after its first %1 characters").arg(maxNote));
+        layout.languages = original.languages;
         layout.readOptimization = true;
-        layout.decimalMark = true;
-        Level level;
-        level.name = names.give(stem + QLatin1String("_LEVEL"), QString());
-        level.labels = layout.labels;
-        Record record;
-        record.name = names.give(stem + QLatin1String("_REC"), QString());
-        record.labels = layout.labels;
-        level.records.append(record);
-        layout.levels.append(level);
     }
 
     QString stemOfNames() const
     {
         const QString name = original.name.isEmpty() ? QFileInfo(original.file).completeBaseName() : original.name;
-        const QString stem = DictionaryNames::folded(name);
-        return stem.isEmpty() ? QStringLiteral("SURVEY") : stem;
+        const QString folded = DictionaryNames::folded(name);
+        return folded.isEmpty() ? QStringLiteral("SURVEY") : folded;
     }
 
-    Item itemOf(const Item &variable)
+    Level levelOf(const Level &source)
     {
-        Item item;
-        item.name = names.give(variable.name, QStringLiteral("VARIABLE"));
-        if (item.name != variable.name)
-            made.losses.append({ pathOf(variable), QStringLiteral("the name, which is now %1").arg(item.name) });
-        item.labels = variable.labels;
-        item.note = variable.note;
-        item.type = variable.type;
-        if (variable.isAlpha())
-            setWidthOfText(item, variable);
-        else
-            setWidthOfNumber(item, variable);
-        addValueSets(item, variable);
-        loseOfVariable(variable);
-        return item;
+        Level level = source;
+        level.ids.clear();
+        level.records.clear();
+        level.name = nameOf(source.name, "_LEVEL");
+        if (level.labels.isEmpty())
+            level.labels = made.layout.labels;
+        return level;
     }
 
-    static QString pathOf(const Item &variable) { return QStringLiteral("//") + variable.name; }
-
-    void setWidthOfText(Item &item, const Item &variable)
+    Record recordOf(const Record &source)
     {
-        item.length = std::min(std::max(variable.length, 1), maxText);
-        if (variable.length == 0 || variable.length > maxText)
-            made.losses.append(
-                { pathOf(variable),
-                  QStringLiteral("the length of the text, which is now %1 characters").arg(item.length) });
+        Record record = source;
+        record.items.clear();
+        record.name = nameOf(source.name, "_REC");
+        if (record.labels.isEmpty())
+            record.labels = made.layout.labels;
+        return record;
     }
 
-    void setWidthOfNumber(Item &item, const Item &variable)
+    QString nameOf(const QString &name, const char *suffix)
     {
-        int width = variable.length > 0 ? variable.length : widthOf(variable.storage);
-        for (const ValueSet &set : variable.valueSets) {
-            for (const Value &value : set.values) {
-                for (const Range &range : value.ranges) {
-                    if (isNumber(range.from))
-                        width = std::max(width, int(range.from.size()));
-                }
+        const QString given = names.give(name.isEmpty() ? stem + QLatin1String(suffix) : name, stem);
+        if (!name.isEmpty() && given != name)
+            lose(QStringLiteral("the name %1, which is now %2").arg(name, given));
+        return given;
+    }
+
+    // Adds a record, or several records with types if its items do not fit in one.
+    void addRecords(Level &level, const Record &whole)
+    {
+        const int widthOfIds = widthOf(level.ids);
+        level.records = partsOf(whole, maxColumn - widthOfIds - typeLength);
+        const int count = level.records.size();
+        if (count > 1) {
+            made.layout.recordType = RecordTypeColumns{ 1, typeLength };
+            lose(QStringLiteral("one record of more than %1 columns; there are %2 records").arg(maxColumn).arg(count));
+        }
+        for (int i = 0; count > 1 && i < count; ++i)
+            level.records[i].recordType = QStringLiteral("%1").arg(i + 1, typeLength, 10, QLatin1Char('0'));
+        int next = count > 1 ? typeLength + 1 : 1;
+        placeFrom(next, level.ids);
+        for (Record &record : level.records) {
+            int start = next + widthOfIds;
+            placeFrom(start, record.items);
+        }
+        if (widthOfIds + typeLength >= maxColumn)
+            made.problem = QStringLiteral("has id items of %1 columns, but a record of CSPro has at most %2")
+                               .arg(widthOfIds)
+                               .arg(maxColumn);
+    }
+
+    QVector<Record> partsOf(const Record &whole, int room)
+    {
+        Record part = whole;
+        part.items.clear();
+        QVector<Record> parts = { part };
+        int width = 0;
+        for (const Item &item : whole.items) {
+            width += item.length;
+            if (width > room && !parts.constLast().items.isEmpty()) {
+                part.name = names.give(whole.name, QString());
+                parts.append(part);
+                width = item.length;
             }
+            parts.last().items.append(item);
         }
-        item.length = std::min(width, maxDigits);
-        item.decimals = std::min({ variable.decimals, maxDecimals, item.length - 1 });
-        item.decimalMark = item.decimals > 0;
-        if (item.length < width || item.decimals < variable.decimals)
-            made.losses.append({ pathOf(variable),
-                                 QStringLiteral("the width %1.%2, which is now %3.%4")
-                                     .arg(width)
-                                     .arg(variable.decimals)
-                                     .arg(item.length)
-                                     .arg(item.decimals) });
-        const bool isFraction = variable.storage == Storage::Float || variable.storage == Storage::Double;
-        if (isFraction && variable.decimals == 0 && variable.format.contains(QLatin1Char('g')))
-            general.add(QStringLiteral("decimals, which the format does not state,"), variable.name);
+        return parts;
     }
 
-    void addValueSets(Item &item, const Item &variable)
+    static void placeFrom(int next, QVector<Item> &list)
     {
-        for (const ValueSet &set : variable.valueSets)
-            addValueSet(item, variable, set);
-        if (variable.valueSets.isEmpty() && !variable.missing.isEmpty())
-            addValueSet(item, variable, ValueSet());
-    }
-
-    void addValueSet(Item &item, const Item &variable, const ValueSet &labelSet)
-    {
-        ValueSet set;
-        set.name = names.give(item.name + QStringLiteral("_VS%1").arg(item.valueSets.size() + 1), QString());
-        set.labels = labelSet.labels.isEmpty() ? item.labels : labelSet.labels;
-        hasMissing = false;
-        for (const Value &value : labelSet.values)
-            addValue(set, variable, value);
-        for (const Range &range : variable.missing) {
-            if (!isIn(set, range))
-                addValue(set, variable, Value{ {}, {}, Special::None, {}, {}, { range } });
-        }
-        item.valueSets.append(set);
-    }
-
-    static bool isIn(const ValueSet &set, const Range &range)
-    {
-        return std::any_of(set.values.begin(), set.values.end(),
-                           [&](const Value &value) { return value.ranges.contains(range); });
-    }
-
-    void addValue(ValueSet &set, const Item &variable, const Value &value)
-    {
-        Value added = value;
-        const Range code = value.ranges.value(0);
-        if (variable.isNumeric() && (!isCode(code.from) || (!code.to.isEmpty() && !isCode(code.to)))) {
-            made.losses.append(
-                { pathOf(variable),
-                  QStringLiteral("the value %1, which no number of %2 characters is").arg(code.from).arg(maxDigits) });
-            return;
-        }
-        if (variable.isNumeric() && variable.missing.contains(code))
-            markMissing(added, variable, code);
-        set.values.append(added);
-    }
-
-    // A value set can have one value that means "missing", with one code.
-    void markMissing(Value &value, const Item &variable, const Range &code)
-    {
-        if (hasMissing || !code.to.isEmpty()) {
-            general.add(QStringLiteral("further user-missing values"), variable.name);
-            return;
-        }
-        hasMissing = true;
-        value.special = Special::Missing;
-    }
-
-    void layOut()
-    {
-        int next = 1;
-        Level &level = made.layout.levels.first();
-        for (QVector<Item> *items : { &level.ids, &level.records.first().items }) {
-            for (Item &item : *items) {
-                item.start = next;
-                next = numbers::clamped(qint64(next) + item.length);
-            }
+        for (Item &item : list) {
+            item.start = next;
+            next = numbers::clamped(qint64(next) + item.length);
         }
     }
 
-    void loseOfVariable(const Item &variable)
-    {
-        if (!variable.format.isEmpty())
-            general.add(QStringLiteral("format"), variable.name);
-        if (variable.measure != Measure::None)
-            general.add(QStringLiteral("level of measurement"), variable.name);
-        if (variable.alignment != Alignment::None)
-            general.add(QStringLiteral("alignment"), variable.name);
-        if (variable.displayWidth != 0)
-            general.add(QStringLiteral("display width"), variable.name);
-    }
+    void lose(const QString &what) { made.losses.append({ QString(), what }); }
 
     void loseRest()
     {
-        general.appendTo(made.losses);
+        items.appendLosses();
         if (!original.weight.isEmpty())
-            made.losses.append({ QString(), QStringLiteral("the weight variable %1").arg(original.weight) });
+            lose(QStringLiteral("the weight variable %1").arg(original.weight));
         for (const Extra &extra : original.extras)
             made.losses.append(lossOf(extra));
     }
 
+    static constexpr int typeLength = 3; // characters of a record type
+
     const Layout &original;
+    bool hasLines;
     MadeDictionary made;
     DictionaryNames names;
-    LossesByKind general;
-    bool hasMissing = false; // whether the value set has a value that means "missing"
+    DictionaryItems items;
+    QString stem; // of made names
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "convert/DictionaryNames_p.h"
 
+#include "check/ReservedWords_p.h"
 #include "text/Words_p.h"
 
 namespace vanlayout
@@ -40,6 +41,8 @@ QString DictionaryNames::folded(const QString &original)
 QString DictionaryNames::give(const QString &original, const QString &otherwise)
 {
     const QString wanted = folded(original);
+    if (isCSProWord(wanted))
+        names.give(wanted); // so that it gets a number
     return names.give(wanted.isEmpty() ? otherwise : wanted);
 }
 

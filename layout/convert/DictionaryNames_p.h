@@ -14,7 +14,8 @@ class DictionaryNames
 {
 public:
     /// Returns the folded form of a name: accents are removed, other characters become `_`; \a otherwise if no letter
-    /// or digit remains. The later of two equal names is `NAME_2`, or the first free one of `NAME_3` ...
+    /// or digit remains. The later of two equal names, and a word of the CSPro language, is `NAME_2`, or the first free
+    /// one of `NAME_3` ...
     QString give(const QString &original, const QString &otherwise);
 
     /// The folded form of a name, which may be in use; empty if no letter or digit remains.

@@ -35,7 +35,7 @@ Layout statistical(const QVector<Item> &variables)
 MadeDictionary dictionaryOf(const QVector<Item> &variables)
 {
     return makeDictionary(statistical(QVector<Item>{ variable(QStringLiteral("ID")) } + variables),
-                          { QStringLiteral("id") });
+                          { QStringLiteral("ID") });
 }
 
 Item itemOf(const MadeDictionary &made, int index = 0)
@@ -58,6 +58,40 @@ QStringList codesOf(const Item &item)
     for (const Value &value : item.valueSets.value(0).values)
         codes.append(value.ranges.value(0).from + wordOf(value.special));
     return codes;
+}
+
+// A DDI document with two record types and no id items. HH is in columns 2 to 4 of both.
+Layout lines()
+{
+    Layout layout;
+    layout.format = Format::Ddi;
+    layout.name = QStringLiteral("HOUSES_DICT");
+    layout.recordType = RecordTypeColumns{ 1, 1 };
+    Item household = made::item(QStringLiteral("hh"), 3);
+    household.start = 2;
+    Item rooms = made::item(QStringLiteral("ROOMS"), 2, { made::value("98", "Unknown", Special::Missing) });
+    rooms.start = 5;
+    rooms.decimals = 1;
+    rooms.format = QStringLiteral("F3.1");
+    Record houses;
+    houses.name = QStringLiteral("HOUSE");
+    houses.recordType = QStringLiteral("1");
+    houses.items = { household, rooms };
+    Item parts = made::item(QStringLiteral("BIRTH DATE"), 4);
+    parts.start = 5;
+    parts.occurrences = 2;
+    Item part = made::item(QStringLiteral("YEAR"), 2);
+    part.start = 5;
+    part.isSubitem = true;
+    part.subitemOf = parts.name;
+    Record persons;
+    persons.name = QStringLiteral("PERSON");
+    persons.recordType = QStringLiteral("2");
+    persons.items = { household, parts, part };
+    Level level;
+    level.records = { houses, persons };
+    layout.levels = { level };
+    return layout;
 }
 
 } // namespace
@@ -103,7 +137,7 @@ private Q_SLOTS:
     {
         const MadeDictionary made = makeDictionary(
             statistical({ variable("A", Storage::Double, 2), variable("B"), variable("C", Storage::Double, 4) }),
-            { "c", "A", "C" });
+            { "c", "A" });
         const QVector<Item> ids = made.layout.levels.at(0).ids;
         QCOMPARE(ids.size(), 2);
         QCOMPARE(ids.at(0).name, QStringLiteral("C"));
@@ -115,8 +149,128 @@ private Q_SLOTS:
     {
         QCOMPARE(makeDictionary(statistical({ variable("A") }), {}).problem,
                  QStringLiteral("has no id items, which a dictionary must have; name them with --ids"));
-        QCOMPARE(makeDictionary(statistical({ variable("A") }), { "B" }).problem,
-                 QStringLiteral("has no variable \"B\", which --ids names"));
+        QCOMPARE(makeDictionary(statistical({ variable("A") }), { "B", "A", "C" }).problem,
+                 QStringLiteral("has no variable \"B\", \"C\", which --ids names"));
+        QCOMPARE(makeDictionary(statistical({ variable("A") }), { "A", "a" }).problem,
+                 QStringLiteral("has one variable \"A\", which --ids names twice"));
+        const Layout cases = statistical({ variable("id"), variable("Id") });
+        QCOMPARE(makeDictionary(cases, { "ID" }).problem,
+                 QStringLiteral("has several variables \"ID\", which differ in case; --ids must name one exactly"));
+        QCOMPARE(makeDictionary(cases, { "Id" }).layout.levels.value(0).ids.value(0).name, QStringLiteral("ID_2"));
+    }
+
+    void anIdItemHasNoDecimals()
+    {
+        const MadeDictionary made = makeDictionary(statistical({ variable("A", Storage::Double, 8, 2) }), { "A" });
+        QCOMPARE(made.layout.levels.at(0).ids.at(0).decimals, 0);
+        QCOMPARE(made.layout.levels.at(0).ids.at(0).decimalMark, false);
+        QCOMPARE(made.layout.levels.at(0).ids.at(0).length, 8);
+        QCOMPARE(lossesOf(made), QStringList{ "//A: the decimals, which an id item cannot have" });
+    }
+
+    void linesKeepTheirRecordsAndColumns()
+    {
+        const MadeDictionary made = makeDictionary(lines(), { "HH" });
+        QCOMPARE(made.problem, QString());
+        const Layout &layout = made.layout;
+        QCOMPARE(layout.name, QStringLiteral("HOUSES_DICT"));
+        QCOMPARE(layout.relativePositions, std::optional<bool>(false));
+        QCOMPARE(layout.recordType, std::optional<RecordTypeColumns>(RecordTypeColumns{ 1, 1 }));
+        const Level level = layout.levels.value(0);
+        QCOMPARE(level.ids.size(), 1);
+        QCOMPARE(level.ids.at(0).name, QStringLiteral("HH"));
+        QCOMPARE(level.ids.at(0).start, 2);
+        QCOMPARE(level.records.at(1).recordType, QStringLiteral("2"));
+        const Item rooms = level.records.at(0).items.value(0);
+        QCOMPARE(rooms.start, 5);
+        QCOMPARE(rooms.decimals, 1);
+        QCOMPARE(rooms.valueSets.at(0).values.at(0).special, Special::Missing);
+        const QVector<Item> items = level.records.at(1).items;
+        QCOMPARE(items.at(0).name, QStringLiteral("BIRTH_DATE"));
+        QCOMPARE(items.at(0).occurrences, 2);
+        QCOMPARE(items.at(1).subitemOf, QStringLiteral("BIRTH_DATE"));
+        QCOMPARE(lossesOf(made),
+                 (QStringList{ "//hh: the name, which is now HH", "//BIRTH DATE: the name, which is now BIRTH_DATE",
+                               ": format of ROOMS" }));
+    }
+
+    void linesThatAreNoDictionary_data()
+    {
+        QTest::addColumn<QStringList>("ids");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("no ids") << QStringList()
+                                << "has no id items, which a dictionary must have; name them with --ids";
+        QTest::newRow("unknown") << QStringList{ "X" } << "has no variable \"X\", which --ids names";
+        QTest::newRow("in one record") << QStringList{
+            "ROOMS"
+        } << "has no variable \"ROOMS\" in the same columns of all records, which --ids names";
+    }
+    void linesThatAreNoDictionary()
+    {
+        QFETCH(QStringList, ids);
+        QTEST(makeDictionary(lines(), ids).problem, "problem");
+    }
+
+    void idsOfLinesAreStatedOnce()
+    {
+        Layout layout = lines();
+        layout.levels[0].ids = { layout.levels.at(0).records.at(0).items.at(0) };
+        for (Record &record : layout.levels[0].records)
+            record.items.removeFirst();
+        QCOMPARE(makeDictionary(layout, {}).layout.levels.value(0).ids.value(0).name, QStringLiteral("HH"));
+        QCOMPARE(makeDictionary(layout, { "HH" }).problem,
+                 QStringLiteral("has id items already; --ids is for files without"));
+        layout.recordType.reset();
+        QCOMPARE(makeDictionary(layout, {}).problem,
+                 QStringLiteral("has 2 records without a record type, which a dictionary must have"));
+        layout.levels.append(Level());
+        QCOMPARE(makeDictionary(layout, {}).problem,
+                 QStringLiteral("has several levels, not all of which have id items"));
+    }
+
+    void idsOfLinesDoNotRepeat()
+    {
+        Layout layout = lines();
+        layout.levels[0].records.removeFirst();
+        QCOMPARE(makeDictionary(layout, { "BIRTH DATE" }).problem,
+                 QStringLiteral("cannot have the id item \"BIRTH DATE\", which repeats, or is or has a subitem"));
+    }
+
+    void variablesWithoutColumnsAreLaidOut()
+    {
+        Layout layout = lines();
+        layout.levels[0].records[1].items[1].start = 0;
+        const MadeDictionary made = makeDictionary(layout, { "ROOMS" });
+        QCOMPARE(made.layout.relativePositions, std::optional<bool>(true));
+        QCOMPARE(made.layout.levels.at(0).records.size(), 1);
+        QVERIFY(lossesOf(made).contains(QStringLiteral(": the 2 record types, whose items are in one record")));
+    }
+
+    void variablesKeepTheirNamesBeforeMadeOnes()
+    {
+        const MadeDictionary made = makeDictionary(
+            statistical({ variable("X", Storage::Int8, 2), variable("X_VS1"), variable("SURVEY_2019_REC") }), { "X" });
+        QCOMPARE(itemOf(made, 0).name, QStringLiteral("X_VS1"));
+        QCOMPARE(itemOf(made, 1).name, QStringLiteral("SURVEY_2019_REC"));
+        QCOMPARE(made.layout.levels.at(0).records.at(0).name, QStringLiteral("SURVEY_2019_REC_2"));
+    }
+
+    void itemsThatDoNotFitInARecordAreInFurtherOnes()
+    {
+        QVector<Item> variables;
+        for (int i = 0; i < 33; ++i)
+            variables.append(variable(QStringLiteral("T%1").arg(i), Storage::String, 999));
+        const MadeDictionary made = dictionaryOf(variables);
+        const Level level = made.layout.levels.at(0);
+        QCOMPARE(level.records.size(), 2);
+        QCOMPARE(made.layout.recordType, std::optional<RecordTypeColumns>(RecordTypeColumns{ 1, 3 }));
+        QCOMPARE(level.ids.at(0).start, 4);
+        QCOMPARE(level.records.at(0).recordType, QStringLiteral("001"));
+        QCOMPARE(level.records.at(1).recordType, QStringLiteral("002"));
+        QCOMPARE(level.records.at(1).name, QStringLiteral("SURVEY_2019_REC_2"));
+        QCOMPARE(level.records.at(1).items.at(0).start, 12);
+        QVERIFY(
+            lossesOf(made).contains(QStringLiteral(": one record of more than 32000 columns; there are 2 records")));
     }
 
     void namesAreThoseOfCSPro_data()
@@ -135,6 +289,8 @@ private Q_SLOTS:
                                << "V1A";
         QTest::newRow("other script") << "\u05d5\u05ea"
                                       << "VARIABLE";
+        QTest::newRow("word of CSPro") << "group"
+                                       << "GROUP_2";
         QTest::newRow("in use") << "id"
                                 << "ID_2";
     }
@@ -167,6 +323,12 @@ private Q_SLOTS:
                                      << "15.0" << false;
         QTest::newRow("of the longest code") << number << 2 << 0 << "12345"
                                              << "5.0" << false;
+        QTest::newRow("of a code with its decimals") << number << 4 << 2 << "-99"
+                                                     << "6.2" << false;
+        QTest::newRow("of the decimals of a code") << number << 4 << 0 << "1.25"
+                                                   << "4.2" << true;
+        QTest::newRow("decimals that leave room for the codes") << number << 20 << 9 << "1234567"
+                                                                << "15.7" << true;
         QTest::newRow("at most 15") << number << 20 << 2 << ""
                                     << "15.2" << true;
         QTest::newRow("at most 9 decimals") << number << 15 << 12 << ""
@@ -197,7 +359,8 @@ private Q_SLOTS:
         QTest::newRow("of the file") << 20 << 20 << QStringList();
         QTest::newRow("at most 999") << 2000 << 999
                                      << QStringList{ "//X: the length of the text, which is now 999 characters" };
-        QTest::newRow("unknown") << 0 << 1 << QStringList{ "//X: the length of the text, which is now 1 characters" };
+        QTest::newRow("unknown") << 0 << 255
+                                 << QStringList{ "//X: the length of the text, which is now 255 characters" };
     }
     void widthOfAText()
     {
@@ -205,6 +368,41 @@ private Q_SLOTS:
         const MadeDictionary made = dictionaryOf({ variable(QStringLiteral("X"), Storage::String, length) });
         QTEST(itemOf(made).length, "width");
         QTEST(lossesOf(made), "losses");
+    }
+
+    void widthHasRoomForUserMissingValues()
+    {
+        Item number = variable(QStringLiteral("X"), Storage::Double, 2);
+        number.missing = { { QStringLiteral("-9"), QString() }, { QStringLiteral("990"), QStringLiteral("9999") } };
+        QCOMPARE(itemOf(dictionaryOf({ number })).length, 4);
+    }
+
+    void userMissingTextsAreOrdinaryValues()
+    {
+        Item text = variable(QStringLiteral("X"), Storage::String, 1);
+        text.missing = { { QStringLiteral("NA"), QString() } };
+        const MadeDictionary made = dictionaryOf({ text });
+        QCOMPARE(codesOf(itemOf(made)), QStringList{ "NA" });
+        QCOMPARE(itemOf(made).length, 2);
+        QVERIFY(lossesOf(made).contains(QStringLiteral(": user-missing texts of X")));
+    }
+
+    void aValueSetWithoutValuesIsNotMade()
+    {
+        Item number = variable(QStringLiteral("X"));
+        number.valueSets = { made::valueSet({ made::value(".a", "a") }) };
+        QCOMPARE(itemOf(dictionaryOf({ number })).valueSets.size(), 0);
+    }
+
+    void namesOfLabelSetsAndStorageTypesAreLost()
+    {
+        Item number = variable(QStringLiteral("X"), Storage::Int16, 3);
+        number.valueSets = { made::valueSet({ made::value("1", "a") }) };
+        number.valueSets[0].name = QStringLiteral("yesno");
+        Layout layout = statistical({ variable("ID"), number });
+        layout.format = Format::Stata;
+        QCOMPARE(lossesOf(makeDictionary(layout, { "ID" })),
+                 (QStringList{ ": name \"yesno\" of the value labels of X", ": storage type int16 of X" }));
     }
 
     void decimalsOfAGeneralFormatAreUnknown()
