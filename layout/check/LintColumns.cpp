@@ -23,6 +23,11 @@ bool startsBefore(const Columns &left, const Columns &right)
     return left.first < right.first;
 }
 
+bool isWithin(const Columns &inner, const Columns &outer)
+{
+    return inner.first >= outer.first && inner.last <= outer.last;
+}
+
 QString shownColumns(qint64 first, qint64 last)
 {
     return first == last ? QStringLiteral("column %1").arg(first)
@@ -105,8 +110,11 @@ private:
         }
     }
 
+    // A DDI document has no subitems: a variable may have some of the columns of another one.
     void report(const Columns &one, const Columns &other)
     {
+        if (!isDictionary(layout) && (isWithin(one, other) || isWithin(other, one)))
+            return;
         findings.add(LintRule::Overlap, one.address,
                      QStringLiteral("%1 (%2) overlaps %3 (%4); move one of them")
                          .arg(one.name, shownColumns(one), other.name, shownColumns(other)));
@@ -191,7 +199,7 @@ void lintSubitems(const Layout &layout, LintFindings &findings)
                                         "the item longer")
                              .arg(shownColumns(item.start, lastColumnOf(item)), inMessage(place.parent->name),
                                   shownColumns(place.parent->start, parentEnd)));
-        if (item.occurrences > 1 && place.parent->occurrences > 1)
+        if (item.occurrences > 1 && place.parent->occurrences > 1 && isDictionary(layout))
             findings.add(LintRule::NestedOccurrences, place.address,
                          QStringLiteral("the subitem has %1 occurrences, and its item %2 has %3; only one of them may "
                                         "repeat")

@@ -47,8 +47,10 @@ QString withoutBlanks(const Labels &labels)
 // The first code of a value, which stands for the others.
 QString codeOf(const Value &value)
 {
-    return value.ranges.isEmpty() ? QStringLiteral("a value without a code")
-                                  : describeRanges({ value.ranges.constFirst() });
+    if (value.ranges.isEmpty())
+        return QStringLiteral("without a code");
+    const QString code = describeRanges({ value.ranges.constFirst() }).trimmed();
+    return code.isEmpty() ? QStringLiteral("of blanks") : code;
 }
 
 /// Checks the labels of a layout in all its languages.
@@ -159,7 +161,7 @@ private:
             const auto [first, isNew] = labels.emplace(label, index);
             if (!isNew)
                 findings.add(LintRule::DuplicateLabel, valueAddress(address, index),
-                             QStringLiteral("the label \"%1\" is also that of %2; give each code its own")
+                             QStringLiteral("the label \"%1\" is also that of the value %2; give each code its own")
                                  .arg(inMessage(label), inMessage(codeOf(set.values.at(first->second)))));
         }
         report(LintRule::MissingValueLabel, unlabelled, set, address, "no label");

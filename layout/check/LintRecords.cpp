@@ -64,10 +64,11 @@ void lintLength(const Layout &layout, const RecordLengths &lengths, const Record
         return;
     const int last = lengths.of(record);
     bool areItemsWithin = true;
-    if (*record.length > last)
+    if (*record.length > last && isDictionary(layout)) // records of other files are often padded
         findings.add(LintRule::RecordLength, address,
-                     QStringLiteral("%3 is %1, but the last column is %2; write %3=%2")
-                         .arg(QString::number(*record.length), QString::number(last), lengthKey(layout)));
+                     QStringLiteral("RecordLen is %1, but the last column is %2; write RecordLen=%2")
+                         .arg(*record.length)
+                         .arg(last));
     for (int index = 0; index < record.items.size(); ++index) {
         const Item &item = record.items.at(index);
         const qint64 end = lastColumnOf(item);

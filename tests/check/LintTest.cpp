@@ -390,6 +390,13 @@ private Q_SLOTS:
         QTEST(idsAndPaths(findingsOf(text.toUtf8(), { LintRule::InvalidName, LintRule::RepeatedKey })), "findings");
     }
 
+    void labelsOfBlanksAreNamedAsThat()
+    {
+        Item item = itemWith({ made::value(" ", "a"), made::value("A", "a") }, 1, itemtype::alpha());
+        QCOMPARE(lint(dictionary({ item })).constFirst().message,
+                 QString("the label \"a\" is also that of the value of blanks; give each code its own"));
+    }
+
     void valuesWithoutLabelAreCounted()
     {
         const Item item = itemWith({ made::value("1", "a"), made::value("2"), made::value("3") });
@@ -464,11 +471,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("change");
         QTest::addColumn<QStringList>("ids");
         QTest::newRow("sound") << QString() << QStringList();
-        QTest::newRow("overlap") << " Name=SEX\n-Start=5\n+Start=4" << QStringList({ "overlap", "gap" });
+        QTest::newRow("overlap") << " Name=SEX\n Start=5\n-Len=1\n+Len=2" << QStringList("overlap");
+        QTest::newRow("part of a variable") << " Name=SEX\n-Start=5\n+Start=7" << QStringList("gap");
         QTest::newRow("record type") << "-RecordTypeValue='2'\n+RecordTypeValue='02'"
                                      << QStringList("record-type-width");
         QTest::newRow("record length") << "-RecordLen=6\n+RecordLen=5" << QStringList("item-outside-record");
-        QTest::newRow("long record") << "-RecordLen=6\n+RecordLen=9" << QStringList("record-length");
+        QTest::newRow("long record") << "-RecordLen=6\n+RecordLen=9" << QStringList();
         QTest::newRow("subitem") << " Name=BIRTH_YEAR\n-Start=10\n+Start=12" << QStringList("subitem-outside-item");
         QTest::newRow("wide code") << "-Value=2;Female\n+Value=20;Female" << QStringList("wide-code");
         QTest::newRow("wide text") << "-Value='B  ';Bourne\n+Value='Bourne';B" << QStringList("wide-code");
