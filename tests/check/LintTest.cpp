@@ -648,7 +648,7 @@ private Q_SLOTS:
         const QString text
             = changed(baseDictionary(),
                       " Name=ROOMS\n Start=5\n Len=2\n DataType=Numeric\n+\n+[Relation]\n+Name=PAIRS\n" + relation);
-        QTEST(findingsOf(text.toUtf8(), { LintRule::RelationTarget }).size(), "count");
+        QTEST(int(findingsOf(text.toUtf8(), { LintRule::RelationTarget }).size()), "count");
     }
 
     void relativePositionsFollowTheItemsBefore()
