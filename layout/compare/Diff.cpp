@@ -336,9 +336,7 @@ private:
         compareLabels(earlier.labels, later.labels, place, DiffKind::RecordLabel, 0, labels, changes);
         if (before.recordType || after.recordType)
             changes.addIfDifferent(place, DiffKind::RecordType, earlier.recordType, later.recordType);
-        changes.addIfDifferent(place, DiffKind::RecordRequired, yesOrNo(earlier.required), yesOrNo(later.required));
-        changes.addIfDifferent(place, DiffKind::RecordMaximum, QString::number(earlier.maximum),
-                               QString::number(later.maximum));
+        compareOccurrences(earlier, later, place);
         if (scope.isOneFormat() && earlier.length && later.length)
             changes.addIfDifferent(place, DiffKind::RecordLength, QString::number(*earlier.length),
                                    QString::number(*later.length));
@@ -346,6 +344,16 @@ private:
                                 DiffKind::RecordOccurrenceLabel, labels, changes);
         compareNotes(earlier.note, later.note, place, DiffKind::RecordNote);
         changes.addAliases(place, DiffKind::RecordAliases, earlier.aliases, later.aliases);
+    }
+
+    // Those that one of the layouts does not state are not compared.
+    void compareOccurrences(const Record &earlier, const Record &later, const Change &place)
+    {
+        if (!statesOccurrences(before, earlier) || !statesOccurrences(after, later))
+            return;
+        changes.addIfDifferent(place, DiffKind::RecordRequired, yesOrNo(earlier.required), yesOrNo(later.required));
+        changes.addIfDifferent(place, DiffKind::RecordMaximum, QString::number(earlier.maximum),
+                               QString::number(later.maximum));
     }
 
     void compareItem(int index, Change place)

@@ -69,6 +69,14 @@ bool hasRecordLength(const Layout &layout)
     });
 }
 
+bool statesAllOccurrences(const Layout &layout)
+{
+    return std::all_of(layout.levels.begin(), layout.levels.end(), [&](const Level &level) {
+        return std::all_of(level.records.begin(), level.records.end(),
+                           [&](const Record &record) { return statesOccurrences(layout, record); });
+    });
+}
+
 } // namespace
 
 DiffScope::DiffScope(const Layout &beforeLayout, const Layout &afterLayout)
@@ -141,6 +149,8 @@ QVector<NotCompared> DiffScope::notCompared() const
     } else if (areDictionaries()) {
         if (!isOneFormat() && (hasRecordLength(before) || hasRecordLength(after)))
             add("record length", one);
+        if (!statesAllOccurrences(before) || !statesAllOccurrences(after))
+            add("number of records in a case", "one of the files does not state it");
         if (areOfTwoDictionaryFormats()) {
             for (const char *what : { "names of languages", "capture", "text colors of values", "storage", "formats",
                                       "user-missing values" })

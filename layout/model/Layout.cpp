@@ -107,6 +107,11 @@ const Problem *Layout::error() const
     return found != problems.end() ? &*found : nullptr;
 }
 
+bool statesOccurrences(const Layout &layout, const Record &record)
+{
+    return layout.format != Format::Ddi || record.required || record.maximum != 0;
+}
+
 bool holdsData(Format format)
 {
     switch (format) {

@@ -146,7 +146,7 @@ struct VANLAYOUT_EXPORT Record {
     QStringList aliases;
     QString recordType;        ///< text that marks lines of this type
     bool required = true;      ///< whether each case must have the record
-    int maximum = 1;           ///< max number of records of the type in a case
+    int maximum = 1;           ///< max number of records of the type in a case; see statesOccurrences()
     std::optional<int> length; ///< characters of a line, if the file states it
     QVector<OccurrenceLabel> occurrenceLabels;
     QVector<Item> items; ///< subitems follow their item
@@ -244,6 +244,10 @@ struct VANLAYOUT_EXPORT Layout {
     /// True if the file was read; there may be warnings.
     bool isRead() const { return !error(); }
 };
+
+/// Whether the layout states whether a case must have a record, and how many of them it has at most. A DDI document of
+/// another program does not: `required` is false and `maximum` is 0.
+VANLAYOUT_EXPORT bool statesOccurrences(const Layout &layout, const Record &record);
 
 /// The words in the JSON form: "cspro-text", "missing", "int8", "nominal", "left" ...; empty for None.
 VANLAYOUT_EXPORT QString wordOf(Format format);

@@ -4,19 +4,11 @@
 
 #include "read/CSProCommon_p.h"
 
-#include <algorithm>
-
 namespace vanlayout
 {
 
 namespace
 {
-
-bool isNameCharacter(char character)
-{
-    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z')
-        || (character >= '0' && character <= '9') || character == '_' || character == '-' || character == '.';
-}
 
 // The beginning of the bytes without a byte-order mark, white space, and the zeros of UTF-16.
 QByteArray beginOf(const QByteArray &head)
@@ -32,20 +24,22 @@ QByteArray beginOf(const QByteArray &head)
     return begin.trimmed();
 }
 
-bool hasRootOfDdi(const QByteArray &begin)
+bool isLetter(char character)
 {
-    const QByteArray root("codeBook");
-    const auto end = std::find_if_not(begin.begin() + 1, begin.end(), isNameCharacter);
-    const QByteArray name = begin.mid(1, int(end - begin.begin()) - 1);
-    const bool hasPrefix = end != begin.end() && *end == ':';
-    return name == root || (hasPrefix && begin.mid(name.size() + 2).startsWith(root));
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') || character == '_';
+}
+
+bool isHtml(const QByteArray &begin)
+{
+    const QByteArray lower = begin.left(int(qstrlen("<!doctype html"))).toLower();
+    return lower.startsWith("<!doctype html") || lower.startsWith("<html");
 }
 
 void failWith(const ddi::Xml &xml, bool hasRoot, Diagnostics &diagnostics)
 {
     const bool isUnknown = !hasRoot && QLatin1String(xml.problemId()) == QLatin1String("not-well-formed");
     if (isUnknown)
-        diagnostics.fail("unknown-format", QStringLiteral("the file is an XML document that %1").arg(xml.problem()),
+        diagnostics.fail("unknown-format", QStringLiteral("the file begins like XML, but %1").arg(xml.problem()),
                          xml.problemLine());
     else
         diagnostics.fail(xml.problemId(), xml.problem(), xml.problemLine());
@@ -61,8 +55,13 @@ void failWithRoot(const QString &root, int line, Diagnostics &diagnostics)
         line);
 }
 
-void checkRoot(const ddi::Xml &xml, Diagnostics &diagnostics)
+void reportText(const ddi::Xml &xml, Diagnostics &diagnostics)
 {
+    if (xml.badLine() > 0)
+        diagnostics.warn("bad-bytes",
+                         QStringLiteral("the text has bytes that are not valid in its encoding; they were replaced by "
+                                        "U+FFFD"),
+                         { xml.badLine(), QString() });
     if (!xml.unresolvedEntity().isEmpty())
         diagnostics.warn("unresolved-entity",
                          QStringLiteral("the text has entities of a document type definition elsewhere, such as %1, "
@@ -75,8 +74,8 @@ void checkRoot(const ddi::Xml &xml, Diagnostics &diagnostics)
 bool isDdi(const QByteArray &head)
 {
     const QByteArray begin = beginOf(head);
-    return begin.startsWith("<?xml") || begin.startsWith("<!DOCTYPE codeBook") || begin.startsWith("<!--")
-        || (begin.startsWith('<') && hasRootOfDdi(begin));
+    const char second = begin.size() > 1 ? begin.at(1) : '\0';
+    return begin.startsWith('<') && (second == '?' || second == '!' || isLetter(second)) && !isHtml(begin);
 }
 
 void readDdi(Input &input, Layout &layout, Diagnostics &diagnostics)
@@ -96,7 +95,7 @@ void readDdi(Input &input, Layout &layout, Diagnostics &diagnostics)
         return;
     }
     layout.encoding = xml.encoding();
-    checkRoot(xml, diagnostics);
+    reportText(xml, diagnostics);
     ddi::assemble(std::move(content), layout, diagnostics);
 }
 

@@ -5,6 +5,7 @@
 #include "read/StatFileTexts_p.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace vanlayout::ddi
 {
@@ -15,6 +16,25 @@ namespace
 // A variable can be in any number of records, so that a small document could make a very large layout.
 constexpr int maxItems = 1'000'000;
 constexpr int maxSharedValues = 4'000'000;
+constexpr qint64 maxSharedText = 100'000'000; // characters
+
+qint64 sizeOf(const Labels &labels)
+{
+    return std::accumulate(labels.parts.begin(), labels.parts.end(), qint64(0),
+                           [](qint64 size, const Label &label) { return size + label.text.size(); });
+}
+
+// The characters of the texts of an item, which each of its copies shows.
+qint64 textSizeOf(const Item &item)
+{
+    qint64 size = item.name.size() + item.note.size() + sizeOf(item.labels);
+    for (const ValueSet &set : item.valueSets) {
+        size += set.note.size() + sizeOf(set.labels);
+        for (const Value &value : set.values)
+            size += value.note.size() + sizeOf(value.labels);
+    }
+    return size;
+}
 
 // Variables belong to a file, also in a document that describes none.
 Content withFile(Content content)
@@ -49,10 +69,11 @@ public:
         for (const Variable &variable : qAsConst(content.variables)) {
             if (!place(variable)) {
                 diagnostics.fail("too-large",
-                                 QStringLiteral("has more than %1 variables or %2 values, counting those of "
-                                                "each record")
+                                 QStringLiteral("has more than %1 variables, or %2 values or %3 characters that "
+                                                "records share, counting those of each record")
                                      .arg(maxItems)
-                                     .arg(maxSharedValues));
+                                     .arg(maxSharedValues)
+                                     .arg(maxSharedText));
                 return;
             }
         }
@@ -253,9 +274,12 @@ private:
     bool isWithinBounds(const Item &item, int copies)
     {
         items += copies;
-        for (const ValueSet &set : item.valueSets)
-            sharedValues += qint64(set.values.size()) * (copies - 1);
-        return items <= maxItems && sharedValues <= maxSharedValues;
+        if (copies > 1) {
+            for (const ValueSet &set : item.valueSets)
+                sharedValues += qint64(set.values.size()) * (copies - 1);
+            sharedText += textSizeOf(item) * (copies - 1);
+        }
+        return items <= maxItems && sharedValues <= maxSharedValues && sharedText <= maxSharedText;
     }
 
     static Item itemFor(const Variable &variable, const QString &file, const QString &segment)
@@ -366,6 +390,7 @@ private:
     KeyedMap<QString, QVector<int>> recordsOfType; ///< records that no category has labelled yet
     qint64 items = 0;
     qint64 sharedValues = 0;
+    qint64 sharedText = 0;
 };
 
 } // namespace

@@ -78,6 +78,9 @@ void keep(Xml &xml, QVector<Statement> &statements, const QString &prefix, int c
     const auto begin = [&](const QString &parent) {
         open.append({ cspro::shortened(parent + xml.name(), longestKey), QString(), xml.line(), false });
         keepAttributes(xml, statements, qAsConst(open).last().key, " ID ", category);
+        if (!xml.ownLanguage().isEmpty())
+            statements.append({ cspro::shortened(qAsConst(open).last().key + QLatin1String("@xml:lang"), longestKey),
+                                xml.ownLanguage(), xml.line(), category });
     };
     const auto keepText = [&](const Element &element) {
         if (element.hasText)

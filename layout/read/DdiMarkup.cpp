@@ -77,6 +77,7 @@ void MarkupScan::open(QChar character)
 void MarkupScan::declare(QChar character)
 {
     const QLatin1String entity("ENTITY");
+    const QLatin1String attributeList("ATTLIST");
     const QLatin1String section("[CDATA[");
     word += character;
     if (word == QLatin1String("--")) {
@@ -88,7 +89,11 @@ void MarkupScan::declare(QChar character)
     } else if (word == entity) {
         found
             = "declares entities, which are not expanded; replace each entity by its text, and delete the declarations";
-    } else if (!section.startsWith(word) && !entity.startsWith(word) && word != QLatin1String("-")) {
+    } else if (word == attributeList) {
+        // A small document could have a long default in each of its elements.
+        found = "declares attributes, whose defaults are not expanded; delete the declarations";
+    } else if (!section.startsWith(word) && !entity.startsWith(word) && !attributeList.startsWith(word)
+               && word != QLatin1String("-")) {
         word.clear();
         takeInTag(character);
     }

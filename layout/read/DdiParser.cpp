@@ -7,8 +7,6 @@
 
 #include <QRegularExpression>
 
-#include <algorithm>
-
 namespace vanlayout::ddi
 {
 
@@ -115,8 +113,15 @@ private:
             return statement.key.startsWith(QLatin1String("docDscr/citation/titlStmt/"))
                 && titles.find(statement.value) != titles.end();
         };
-        QVector<Statement> &all = content.statements;
-        all.erase(std::remove_if(all.begin(), all.end(), isTitle), all.end());
+        QVector<Statement> kept;
+        kept.reserve(content.statements.size());
+        for (const Statement &statement : qAsConst(content.statements)) {
+            if (!isTitle(statement))
+                kept.append(statement);
+            else if (!kept.isEmpty() && kept.constLast().key == statement.key + QLatin1String("@xml:lang"))
+                kept.removeLast(); // the language of the title
+        }
+        content.statements = kept;
     }
 
     void readFile()

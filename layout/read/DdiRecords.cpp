@@ -23,6 +23,13 @@ template <typename Part> void setTexts(Part &part, const Group &group)
     }
 }
 
+// A document of another program does not state how many records of a type a case has.
+void setUnknownOccurrences(Record &record)
+{
+    record.required = false;
+    record.maximum = 0;
+}
+
 void setOccurrences(Record &record, const QString &text)
 {
     static const QRegularExpression form(QStringLiteral("\\A(required|optional), at most (-?[0-9]+) in a case\\z"));
@@ -91,6 +98,7 @@ void Records::addStatedRecord(const Group &group, int level)
     RecordPlace place;
     Record &record = place.record;
     setTexts(record, group);
+    setUnknownOccurrences(record);
     for (const Note &note : group.notes) {
         if (note.type == QLatin1String("occurrences"))
             setOccurrences(record, note.text);
@@ -136,10 +144,16 @@ void Records::gatherSegments()
 void Records::addRecordsOf(int file)
 {
     const DataFile &described = content.files.at(file);
+    const bool hasSeveralFiles = content.files.size() > 1;
+    const QString nameOfFile = described.name.isEmpty() ? described.id : described.name;
     const bool isSegmented = described.groups.isEmpty() && segments.at(file).size() > 1;
     for (const RecordGroup &group : described.groups) {
         Record record;
         record.name = group.type.isEmpty() ? group.id : group.type;
+        if (record.name.isEmpty() && hasSeveralFiles)
+            record.name = nameOfFile;
+        if (hasSeveralFiles || described.groups.size() > 1)
+            setUnknownOccurrences(record);
         record.labels = group.labels;
         record.recordType = group.type;
         record.length = group.length;
@@ -151,12 +165,16 @@ void Records::addRecordsOf(int file)
         Record record;
         record.name = segments.at(file).at(i);
         record.length = described.lineLength;
+        if (hasSeveralFiles)
+            setUnknownOccurrences(record);
         addRecord(record, file, segments.at(file).at(i));
     }
     if (recordsOfFile.at(file).isEmpty()) {
         Record record;
-        if (content.files.size() > 1)
-            record.name = described.name.isEmpty() ? described.id : described.name;
+        if (hasSeveralFiles) {
+            record.name = nameOfFile;
+            setUnknownOccurrences(record);
+        }
         record.length = described.lineLength;
         addRecord(record, file, QString());
     }

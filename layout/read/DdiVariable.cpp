@@ -53,8 +53,7 @@ private:
         readDecimals(xml.attribute("dcml"));
         readMeasure(xml.attribute("intrvl"), xml.attribute("nature"));
         keepAttributes(xml, variable.statements, QString(), " ID name files rectype dcml intrvl nature wgt ");
-        if (!xml.attribute("wgt").isEmpty() && xml.attribute("wgt") != QLatin1String("wgt"))
-            keepStatement(QStringLiteral("@wgt"), xml.attribute("wgt"));
+        keepUnlessKnown("wgt", QStringLiteral("@wgt"), { "wgt" });
     }
 
     void readDecimals(const QString &decimals)
@@ -62,6 +61,17 @@ private:
         item.decimals = countOf(decimals).value_or(0);
         if (item.decimals == 0 && !decimals.isEmpty() && decimals.trimmed() != QLatin1String("0"))
             keepStatement(QStringLiteral("@dcml"), decimals);
+    }
+
+    // Keeps the value of an attribute that is none of the known ones.
+    void keepUnlessKnown(const char *attribute, const QString &key, std::initializer_list<const char *> known,
+                         int category = 0)
+    {
+        const QString value = xml.attribute(attribute);
+        const bool isKnown
+            = std::any_of(known.begin(), known.end(), [&](const char *word) { return value == QLatin1String(word); });
+        if (!isKnown && !value.isEmpty())
+            variable.statements.append({ key, value, xml.line(), category });
     }
 
     // "discrete" is the default, and does not say whether the codes have an order.
@@ -76,6 +86,7 @@ private:
             item.measure = Measure::Scale;
         if (item.measure == Measure::None && !nature.isEmpty())
             keepStatement(QStringLiteral("@nature"), nature);
+        keepUnlessKnown("intrvl", QStringLiteral("@intrvl"), { "contin", "discrete" });
     }
 
     void readChild(const QString &name)
@@ -212,6 +223,7 @@ private:
         const int number = variable.categories.size() + 1;
         category.isMissing = xml.attribute("missing") == QLatin1String("Y");
         category.missingKind = xml.attribute("missType");
+        keepUnlessKnown("missing", QStringLiteral("catgry@missing"), { "Y", "N" }, number);
         keepAttributes(xml, variable.statements, QStringLiteral("catgry"), " ID missing missType ", number);
         while (xml.nextChild()) {
             const QString name = xml.name();
@@ -235,6 +247,7 @@ private:
     {
         hasFormat = true;
         isCharacter = xml.attribute("type") == QLatin1String("character");
+        keepUnlessKnown("type", QStringLiteral("varFormat@type"), { "character", "numeric" });
         const QString name = xml.attribute("formatname");
         const bool isCSPro = xml.attribute("otherSchema") == QLatin1String("CSPro");
         if (isCSPro && !name.isEmpty())
@@ -243,9 +256,7 @@ private:
             item.format = name;
         keepAttributes(xml, variable.statements, QStringLiteral("varFormat"),
                        " ID type formatname schema otherSchema category ");
-        const QString category = xml.attribute("category");
-        if (!category.isEmpty() && category != QLatin1String("other") && category != QLatin1String("date"))
-            keepStatement(QStringLiteral("varFormat@category"), category);
+        keepUnlessKnown("category", QStringLiteral("varFormat@category"), { "other", "date" });
         readFormatText(xml.text());
     }
 

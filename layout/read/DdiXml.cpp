@@ -15,6 +15,7 @@ namespace
 
 constexpr int blockSize = 1 << 18;
 constexpr qint64 maxSize = qint64(1) << 30;
+constexpr int maxLanguage = 100; // characters, because each label has it
 
 bool isSpace(QChar character)
 {
@@ -36,15 +37,34 @@ QByteArray declaredEncoding(const QByteArray &head)
     return begin > 0 && end > 0 ? value.mid(1, end - 1).trimmed().toLower() : QByteArray();
 }
 
+// Whether each character has several bytes. A declaration that could be read does not have such an encoding: programs
+// that keep documents as texts in UTF-16 write its name into files of UTF-8.
+bool isOfSeveralBytes(const QByteArray &encoding)
+{
+    const QByteArray begins[] = { "utf-16", "utf-32", "ucs-2", "ucs-4", "iso-10646-ucs-" };
+    return std::any_of(std::begin(begins), std::end(begins),
+                       [&](const QByteArray &begin) { return encoding.startsWith(begin); });
+}
+
 QByteArray encodingOf(const QByteArray &head)
 {
+    if (head.startsWith(QByteArray("\xff\xfe\0\0", 4)))
+        return QByteArrayLiteral("utf-32le");
     if (head.startsWith("\xff\xfe") || head.startsWith(QByteArray("<\0", 2)))
         return QByteArrayLiteral("utf-16le");
     if (head.startsWith("\xfe\xff") || head.startsWith(QByteArray("\0<", 2)))
         return QByteArrayLiteral("utf-16be");
     const bool hasMark = head.startsWith("\xef\xbb\xbf");
     const QByteArray declared = hasMark ? QByteArray() : declaredEncoding(head);
-    return declared.isEmpty() || declared == "us-ascii" || declared == "utf8" ? QByteArrayLiteral("utf-8") : declared;
+    return declared.isEmpty() || declared == "us-ascii" || declared == "utf8" || isOfSeveralBytes(declared)
+        ? QByteArrayLiteral("utf-8")
+        : declared;
+}
+
+int breaksBeforeBadBytes(const QString &text)
+{
+    const int end = std::max(int(text.indexOf(QChar(QChar::ReplacementCharacter))), 0);
+    return int(std::count(text.begin(), text.begin() + end, QLatin1Char('\n')));
 }
 
 QString describe(const QXmlStreamReader &reader)
@@ -74,15 +94,19 @@ XmlText::~XmlText() = default;
 
 QString XmlText::next(const QByteArray &block, bool isLast)
 {
-    if (decoder)
-        return decoder->toUnicode(block);
-    rest += block;
-    const int size = isLast ? int(rest.size()) : wholeSize(rest);
-    QString text = decode(rest.constData(), size, nullptr);
-    rest.remove(0, size);
+    QString text;
+    if (decoder) {
+        text = decoder->toUnicode(block);
+        hasBadBytes = hasBadBytes || text.contains(QChar(QChar::ReplacementCharacter));
+    } else {
+        rest += block;
+        const int size = isLast ? int(rest.size()) : wholeSize(rest);
+        text = decode(rest.constData(), size, &hasBadBytes);
+        rest.remove(0, size);
+    }
     if (!isBegun && text.startsWith(QChar(QChar::ByteOrderMark)))
         text.remove(0, 1);
-    isBegun = isBegun || size > 0;
+    isBegun = isBegun || !text.isEmpty();
     return text;
 }
 
@@ -143,7 +167,10 @@ bool Xml::feed()
         fail("cannot-read", QStringLiteral("is larger than 1 GiB, which is the limit"), 0);
         return false;
     }
+    const int line = markup.line();
     const QString text = decoded.next(block, isAtEnd);
+    if (lineOfBadBytes == 0 && decoded.isDamaged())
+        lineOfBadBytes = line + breaksBeforeBadBytes(text);
     if (!markup.accepts(text)) {
         fail("unsafe-xml", QLatin1String(markup.problem()), markup.line());
         return false;
@@ -170,8 +197,11 @@ void Xml::begin()
 {
     const QXmlStreamAttributes all = reader.attributes();
     const QString inherited = language();
-    languages.append(all.hasAttribute(QLatin1String("xml:lang")) ? all.value(QLatin1String("xml:lang")).toString()
-                                                                 : inherited);
+    const QString own = ownLanguage();
+    const bool isStated = all.hasAttribute(QLatin1String("xml:lang")) || all.hasAttribute(QLatin1String("xml-lang"));
+    languages.append(isStated ? own : inherited);
+    if (own.size() > maxLanguage)
+        fail("unsafe-xml", QStringLiteral("has a language of more than %1 characters").arg(maxLanguage), line());
     if (languages.size() > maxDepth)
         fail("too-deep", QStringLiteral("has more than %1 elements within each other").arg(maxDepth), line());
 }
@@ -237,6 +267,13 @@ QString Xml::name() const
 {
     const QString qualified = reader.qualifiedName().toString();
     return qualified.mid(qualified.indexOf(QLatin1Char(':')) + 1);
+}
+
+// Documents of version 1 may have the attribute `xml-lang` instead.
+QString Xml::ownLanguage() const
+{
+    const QString language = attribute("xml:lang");
+    return language.isEmpty() ? attribute("xml-lang") : language;
 }
 
 QString Xml::attribute(const char *wanted) const

@@ -32,6 +32,8 @@ public:
     /// The text of the next block; characters that are split between blocks come with the second one. \a isLast is
     /// whether this is the last block.
     QString next(const QByteArray &block, bool isLast);
+    /// Whether there were invalid bytes.
+    bool isDamaged() const { return hasBadBytes; }
 
 private:
     using Decode = QString (*)(const char *bytes, int size, bool *isDamaged);
@@ -43,6 +45,7 @@ private:
     std::unique_ptr<QTextDecoder> decoder;
     QByteArray rest;
     bool isBegun = false;
+    bool hasBadBytes = false;
 };
 
 /// Reads an XML document from a device in one pass, element by element, without recursion.
@@ -75,6 +78,8 @@ public:
     QString name() const;
     QString attribute(const char *wanted) const;
     QXmlStreamAttributes attributes() const { return reader.attributes(); }
+    /// The `xml:lang` of the current element itself; empty if there is none.
+    QString ownLanguage() const;
     /// The `xml:lang` of the current element or of the nearest one around it; empty if there is none.
     QString language() const { return languages.isEmpty() ? QString() : languages.constLast(); }
     int depth() const { return languages.size(); }
@@ -82,6 +87,8 @@ public:
     int line() const;
 
     const QString &encoding() const { return decoded.encoding(); }
+    /// The 1-based line of the first invalid bytes; 0 if there are none.
+    int badLine() const { return lineOfBadBytes; }
     /// The name of the first entity that was not expanded; empty if there is none.
     const QString &unresolvedEntity() const { return firstEntity; }
 
@@ -107,6 +114,7 @@ private:
     QString problemText;
     const char *id = "";
     int lineOfProblem = 0;
+    int lineOfBadBytes = 0;
     qint64 bytesRead = 0;
     bool isAtEnd = false;
 };

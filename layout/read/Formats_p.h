@@ -62,7 +62,7 @@ void readCSProDatabase(Input &input, Layout &layout, Diagnostics &diagnostics);
 bool isStatFile(const QByteArray &head);
 void readStatFile(Input &input, Layout &layout, Diagnostics &diagnostics);
 
-/// DDI Codebook, and any other XML document that begins with an XML declaration, so that its root is in the message.
+/// DDI Codebook, and any other XML document that is not a page of HTML, so that its root is in the message.
 bool isDdi(const QByteArray &head);
 void readDdi(Input &input, Layout &layout, Diagnostics &diagnostics);
 

@@ -284,6 +284,7 @@ private:
         text("type", record.recordType);
         flag("isOptional", !record.required);
         number("maximum", record.maximum, 1);
+        flag("isOfUnknownNumber", !statesOccurrences(layout, record));
         if (record.length)
             number("length", *record.length);
         occurrenceLabels(record.occurrenceLabels);

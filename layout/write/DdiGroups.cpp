@@ -23,8 +23,9 @@ QString occurrencesText(const Record &record)
 class DdiGroupsWriter
 {
 public:
-    DdiGroupsWriter(XmlStream &stream, const DdiVariables &list)
+    DdiGroupsWriter(XmlStream &stream, const Layout &source, const DdiVariables &list)
         : xml(stream)
+        , layout(source)
         , variables(list)
     {
     }
@@ -49,7 +50,8 @@ public:
         begin(recordGroupId(number), QStringLiteral("record"));
         xml.attributeIfAny(QStringLiteral("var"), idsIn(entry.variables));
         writeTexts(*entry.record, QStringLiteral("record"));
-        writeDdiNote(xml, QStringLiteral("occurrences"), occurrencesText(*entry.record));
+        if (statesOccurrences(layout, *entry.record))
+            writeDdiNote(xml, QStringLiteral("occurrences"), occurrencesText(*entry.record));
         for (const OccurrenceLabel &label : entry.record->occurrenceLabels)
             writeOccurrenceLabel(label);
         writeDdiAliases(xml, entry.record->aliases);
@@ -167,6 +169,7 @@ private:
     QString nextId() { return QLatin1String("group-") + QString::number(++count); }
 
     XmlStream &xml;
+    const Layout &layout;
     const DdiVariables &variables;
     int count = 0;
 };
@@ -177,7 +180,7 @@ void writeDdiGroups(XmlStream &xml, const Layout &layout, const DdiVariables &va
 {
     if (isStatistical(layout))
         return;
-    DdiGroupsWriter writer(xml, variables);
+    DdiGroupsWriter writer(xml, layout, variables);
     for (int i = 0; i < variables.levels.size(); ++i)
         writer.writeLevel(i);
     for (int i = 0; i < variables.records.size(); ++i)

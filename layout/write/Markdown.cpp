@@ -151,8 +151,12 @@ private:
         QStringList facts;
         if (!record.recordType.isEmpty())
             facts.append(QLatin1String("type ") + markdownText(record.recordType));
-        facts.append(record.required ? QStringLiteral("required") : QStringLiteral("not required"));
-        facts.append(QStringLiteral("at most %1 in a case").arg(record.maximum));
+        if (statesOccurrences(layout, record)) {
+            facts.append(record.required ? QStringLiteral("required") : QStringLiteral("not required"));
+            facts.append(QStringLiteral("at most %1 in a case").arg(record.maximum));
+        }
+        if (facts.isEmpty())
+            return;
         out.line(QLatin1String("Record: ") + facts.join(QLatin1String(", ")));
         out.line(QString());
     }

@@ -300,6 +300,10 @@ private slots:
                  QByteArray(
                      "{\"aliases\":[\"OTHER\"],\"isOptional\":true,\"label\":\"Persons\",\"length\":61,\"maximum\":30,"
                      "\"name\":\"REC\",\"note\":\"N\",\"occurrenceLabels\":[[2,\"Second\"]],\"type\":\"1\"}"));
+        QVERIFY(!firstRecordOf(dataOf(layout))["isOfUnknownNumber"].toBool());
+        layout.format = Format::Ddi;
+        record.maximum = 0;
+        QVERIFY(firstRecordOf(dataOf(layout))["isOfUnknownNumber"].toBool());
     }
 
     void itemHasEverythingThatTheLayoutHas()

@@ -3,6 +3,7 @@
 #include "read/Reader.h"
 
 #include <QBuffer>
+#include <QTemporaryFile>
 #include <QTest>
 
 using namespace vanlayout;
@@ -130,6 +131,7 @@ private slots:
     void commentsAndSectionsAreNoMarkup_data();
     void commentsAndSectionsAreNoMarkup();
     void entitiesOfAnotherFileStay();
+    void documentTypeDefinitionIsNotRead();
     void predefinedEntitiesAreCharacters();
     void failureOfTheDeviceIsReported();
     void indentationIsNoText_data();
@@ -246,6 +248,13 @@ void DdiReaderTest::textsAreDecoded_data()
     QTest::newRow("UTF-16 LE, mark") << "\xFF\xFE" + utf16(true) << "utf-16le";
     QTest::newRow("UTF-16 BE, mark") << "\xFE\xFF" + utf16(false) << "utf-16be";
     QTest::newRow("UTF-16 LE") << utf16(true) << "utf-16le";
+    QTest::newRow("name of UTF-16 in UTF-8") << declared("utf-16") + text.toUtf8() << "utf-8";
+    QByteArray wide("\xFF\xFE\0\0", 4);
+    for (const QChar unit : text) {
+        wide += char(unit.unicode() & 0xFFU);
+        wide += QByteArray(3, '\0');
+    }
+    QTest::newRow("UTF-32 LE, mark") << wide << "utf-32le";
     QTest::newRow("UTF-16 BE") << utf16(false) << "utf-16be";
 }
 
@@ -261,7 +270,14 @@ void DdiReaderTest::textsAreDecoded()
 
 void DdiReaderTest::invalidBytesBecomeReplacementCharacters()
 {
-    QCOMPARE(itemOf("<labl>a\xFF\xE2\x82z</labl>").labels.primary(), QString("a\uFFFD\uFFFDz"));
+    const Layout layout = variablesOf("\n<var name='X'><labl>a\xFF\xE2\x82z</labl>\n</var>");
+    QCOMPARE(itemsOf(layout).value(0).labels.primary(), QString("a\uFFFD\uFFFDz"));
+    QCOMPARE(idsOf(layout.problems), QStringList({ "warning bad-bytes" }));
+    QCOMPARE(layout.problems.at(0).line, 2);
+    QCOMPARE(idsOf(variablesOf("<var name='\xEF\xBF\xBD'/>").problems), QStringList());
+    const QByteArray japanese
+        = "<?xml version=\"1.0\" encoding=\"Shift_JIS\"?>\n<codeBook>\n<dataDscr><var name='\xFF'/>";
+    QCOMPARE(layoutOf(japanese + "</dataDscr></codeBook>").problems.value(0).line, 3);
 }
 
 // Characters of several bytes are at each place around the end of a block.
@@ -288,8 +304,14 @@ void DdiReaderTest::documentIsRefused_data()
     };
     row("another root", "<?xml version=\"1.0\"?>\n<note/>", "unknown-format", 2, "with the root \"note\"");
     row("root of another DDI", "<?xml version=\"1.0\"?>\n<DDIInstance/>", "unknown-format", 2, "with the root");
+    row("root without a declaration", "<note/>", "unknown-format", 1, "with the root \"note\"");
+    row("root in small letters", "\n<codebook/>", "unknown-format", 2, "with the root \"codebook\"");
     row("no root", "<?xml version=\"1.0\"?>", "unknown-format", 1,
-        "the file is an XML document that is not well-formed");
+        "the file begins like XML, but is not well-formed XML: ");
+    row("default of an attribute", "<!DOCTYPE codeBook [\n<!ATTLIST var name CDATA \"X\">]><codeBook/>", "unsafe-xml",
+        2, "declares attributes, whose defaults are not expanded");
+    row("language", "<codeBook>\n<labl xml:lang='" + QByteArray(101, 'x') + "'/></codeBook>", "unsafe-xml", 2,
+        "has a language of more than 100 characters");
     row("end in an element", "<codeBook>\n<dataDscr>", "not-well-formed", 2, "is not well-formed XML: ");
     row("wrong end", "<codeBook>\n</dataDscr>", "not-well-formed", 2, "is not well-formed XML: ");
     row("control character", "<codeBook>\x01</codeBook>", "not-well-formed", 1, "is not well-formed XML: ");
@@ -366,6 +388,23 @@ void DdiReaderTest::entitiesOfAnotherFileStay()
     QVERIFY(layout.problems.at(0).message.contains("\"&Eacute;\""));
 }
 
+// The document type definition exists, and declares the entity.
+void DdiReaderTest::documentTypeDefinitionIsNotRead()
+{
+    QTemporaryFile definition;
+    QVERIFY(definition.open());
+    definition.write("<!ENTITY name \"secret\"><!ELEMENT codeBook ANY>");
+    definition.close();
+    const QByteArray path = definition.fileName().toUtf8();
+    for (const QByteArray &address : { path, "file://" + path }) {
+        for (const QByteArray &declaration : { "SYSTEM \"" + address + "\"", "PUBLIC \"DDI\" \"" + address + "\"" }) {
+            const Layout layout = layoutOf("<!DOCTYPE codeBook " + declaration + ">"
+                                           + withVariables("<var name=\"X\"><labl>&name;</labl></var>"));
+            QCOMPARE(itemsOf(layout).value(0).labels.primary(), QString("&name;"));
+        }
+    }
+}
+
 void DdiReaderTest::predefinedEntitiesAreCharacters()
 {
     QCOMPARE(itemOf("<labl>&lt;&amp;&gt;&#233;&#x20AC;</labl>").labels.primary(),
@@ -423,6 +462,8 @@ void DdiReaderTest::languageIsThatOfTheNearestElement()
                    "<titl>Study</titl></titlStmt></citation></stdyDscr></codeBook>");
     QCOMPARE(textsOf(itemsOf(layout).value(0).labels), QStringList({ "fr=Sexe", "pt-br=Sexo" }));
     QCOMPARE(textsOf(layout.labels), QStringList({ "en=Study" }));
+    const Item old = itemOf("<labl xml-lang='fr'>Sexe</labl><labl xml-lang='fr' xml:lang='en'>Sex</labl>");
+    QCOMPARE(textsOf(old.labels), QStringList({ "fr=Sexe", "en=Sex" }));
 }
 
 void DdiReaderTest::languagesAreThoseOfTheLabels()
@@ -680,6 +721,11 @@ void DdiReaderTest::questionsAndConceptsAreExtras()
     QCOMPARE(extrasOf(layout), QStringList({ "//X qstn@seqNo=4", "//X qstn/qstnLit=How old?", "//X universe=All" }));
     QVERIFY(itemsOf(layout).value(0).note.isEmpty());
     QCOMPARE(layout.extras.at(0).line, 1);
+    const Layout translated = variablesOf("<var name=\"X\" xml:lang=\"en\"><qstn><qstnLit>How old?</qstnLit>"
+                                          "<qstnLit xml:lang=\"fr\">Quel age ?</qstnLit></qstn></var>");
+    QCOMPARE(
+        extrasOf(translated),
+        QStringList({ "//X qstn/qstnLit=How old?", "//X qstn/qstnLit@xml:lang=fr", "//X qstn/qstnLit=Quel age ?" }));
 }
 
 void DdiReaderTest::markupIsPartOfItsText()
@@ -703,6 +749,11 @@ void DdiReaderTest::unknownAttributesAreExtras()
 {
     const Layout layout = variablesOf("<var ID='V' name='X' qstn='Q1' wgt='not-wgt'><location locMap='M'/></var>");
     QCOMPARE(extrasOf(layout), QStringList({ "//X @qstn=Q1", "//X @wgt=not-wgt", "//X location@locMap=M" }));
+    const Layout words = variablesOf("<var name='X' intrvl='other' nature='percent'><varFormat type='date' "
+                                     "category='time'/><catgry missing='yes'><catValu>1</catValu></catgry></var>");
+    QCOMPARE(extrasOf(words),
+             QStringList({ "//X @nature=percent", "//X @intrvl=other", "//X varFormat@type=date",
+                           "//X varFormat@category=time", "//X//#1 catgry@missing=yes" }));
 }
 
 void DdiReaderTest::extrasOfACategoryNameItsValue()
@@ -742,6 +793,9 @@ void DdiReaderTest::recordGroupsAreRecords()
         = hierarchyOf("rtypeloc='3' rtypewidth='1'", "<var name='A' rectype='H'/><var name='B' rectype='P'/>");
     QCOMPARE(recordsOf(layout), QStringList({ "H: A", "P: B" }));
     QCOMPARE(layout.levels.at(0).records.at(1).recordType, QString("P"));
+    QVERIFY(!statesOccurrences(layout, layout.levels.at(0).records.at(1)));
+    QVERIFY(!layout.levels.at(0).records.at(1).required);
+    QCOMPARE(layout.levels.at(0).records.at(1).maximum, 0);
     QCOMPARE(layout.levels.at(0).records.at(0).labels.primary(), QString("Household"));
     QCOMPARE(layout.recordType->start, 3);
     QCOMPARE(layout.recordType->length, 1);
@@ -796,7 +850,12 @@ void DdiReaderTest::filesAreRecords()
     QCOMPARE(layout.levels.at(0).records.at(1).items.at(1).start, 5);
     QVERIFY(layout.name.isEmpty());
     QVERIFY(!layout.rows);
+    QVERIFY(!statesOccurrences(layout, layout.levels.at(0).records.at(0)));
     QCOMPARE(extrasOf(layout), QStringList({ " fileDscr/fileTxt/dimensns/caseQnty=5" }));
+    const QByteArray grouped = "<fileDscr ID='F1'><fileTxt><fileName>one.tab</fileName><fileStrc><recGrp keyvar='A'/>"
+                               "</fileStrc></fileTxt></fileDscr><fileDscr ID='F2'/>";
+    QCOMPARE(recordsOf(layoutOf(withVariables("<var name='A' files='F1'/>", grouped))),
+             QStringList({ "one.tab: A", "F2: " }));
 }
 
 void DdiReaderTest::linesOfACaseAreRecords()
@@ -808,6 +867,7 @@ void DdiReaderTest::linesOfACaseAreRecords()
     const Layout layout = variablesOf(located("A", "1") + located("B", "2") + located("C", "1"));
     QCOMPARE(recordsOf(layout), QStringList({ "1: A C", "2: B" }));
     QVERIFY(!layout.recordType);
+    QVERIFY(statesOccurrences(layout, layout.levels.at(0).records.at(1)));
     QCOMPARE(recordsOf(variablesOf(located("A", "1") + located("B", "1"))), QStringList({ ": A B" }));
 }
 
@@ -872,6 +932,15 @@ void DdiReaderTest::copiesInRecordsAreBounded()
     const QByteArray file = "<fileDscr ID='F'><fileTxt><fileStrc>" + groups + "</fileStrc></fileTxt></fileDscr>";
     const Layout layout = layoutOf(withVariables(variables, file));
     QCOMPARE(idsOf(layout.problems), QStringList({ "error too-large" }));
+    const QByteArray text(100'000, 't');
+    const QByteArray texts[] = { "<txt>" + text + "</txt>", "<labl>" + text + "</labl>",
+                                 "<catgry><catValu>1</catValu><txt>" + text + "</txt></catgry>",
+                                 "<catgry><catValu>1</catValu><labl>" + text + "</labl></catgry>" };
+    for (const QByteArray &content : texts) {
+        const QByteArray one = "<var name='X'>" + content + "</var>";
+        QCOMPARE(idsOf(layoutOf(withVariables(one, file)).problems), QStringList({ "error too-large" }));
+        QVERIFY(variablesOf(one).isRead());
+    }
 }
 
 void DdiReaderTest::longKeysAreCut()

@@ -497,6 +497,8 @@ private slots:
     void layoutComesBack_data();
     void layoutComesBack();
     void randomLayoutComesBack();
+    void documentOfAnotherProgramComesBack_data();
+    void documentOfAnotherProgramComesBack();
 };
 
 void DdiRoundTripTest::layoutComesBack_data()
@@ -544,14 +546,37 @@ void DdiRoundTripTest::layoutComesBack()
 
 void DdiRoundTripTest::randomLayoutComesBack()
 {
-    constexpr quint32 layouts = 1'000;
+    constexpr quint32 layouts = 400;
     for (quint32 seed = 1; seed <= layouts; ++seed) {
         const Layout layout = RandomDictionary(seed).make();
         const Layout back = readBack(documentOf(layout, DdiProfile::Plain));
         const QByteArray difference = differenceOf(HeldByDdi(layout, DdiProfile::Plain).reduced(),
                                                    HeldByDdi(back, DdiProfile::Plain).reduced());
         QVERIFY2(difference.isEmpty(), ("seed " + QByteArray::number(seed) + ": " + difference).constData());
+        QVERIFY2(back.extras.isEmpty(), QByteArray::number(seed).constData());
+        for (const Problem &problem : back.problems)
+            QCOMPARE(problem.id, QString("no-variables"));
+        // A document of a layout that was read comes back as the same document.
+        const QByteArray document = documentOf(back, DdiProfile::Plain);
+        QCOMPARE(documentOf(readBack(document), DdiProfile::Plain), document);
     }
+}
+
+void DdiRoundTripTest::documentOfAnotherProgramComesBack_data()
+{
+    QTest::addColumn<QString>("path");
+    const QDir directory(QStringLiteral(VAN_TEST_DATA "/layout"));
+    for (const QString &name : directory.entryList({ "ddi-*.xml" }))
+        QTest::newRow(qPrintable(name)) << directory.filePath(name);
+}
+
+void DdiRoundTripTest::documentOfAnotherProgramComesBack()
+{
+    QFETCH(QString, path);
+    const Layout layout = readLayout(path);
+    const Layout back = readBack(documentOf(layout, DdiProfile::Plain));
+    QCOMPARE(differenceOf(HeldByDdi(layout, DdiProfile::Plain).reduced(), HeldByDdi(back, DdiProfile::Plain).reduced()),
+             QByteArray());
 }
 
 QTEST_APPLESS_MAIN(DdiRoundTripTest)

@@ -1421,6 +1421,14 @@ void DiffTest::ddiDocumentIsComparedAsADictionary()
     item.capture = Capture{ "date", "YYYY" };
     QCOMPARE(kindsOf(compare(dictionary, changed)), QStringList({ "item-start" }));
     QCOMPARE(kindsOf(compare(document, changed)), QStringList({ "item-start", "item-capture", "item-missing" }));
+    Layout silent = document;
+    silent.levels[0].records[0].required = false;
+    silent.levels[0].records[0].maximum = 0;
+    for (const LayoutDiff &diff : { compare(dictionary, silent), compare(silent, dictionary) }) {
+        QCOMPARE(kindsOf(diff), QStringList());
+        QVERIFY(notComparedOf(diff).contains("number of records in a case"));
+    }
+    QVERIFY(!notComparedOf(compare(dictionary, document)).contains("number of records in a case"));
 }
 
 void DiffTest::bothFormsHaveNoDifference_data()

@@ -129,6 +129,11 @@ Note of the set
 | (blank) | No one | not applicable |
 
 )"));
+    layout.format = Format::Ddi; // a document of another program does not state the number of records
+    layout.levels[0].records[0].maximum = 0;
+    QVERIFY(markdown(layout).contains("\nRecord: type P\n\nNote of R\n"));
+    layout.levels[0].records[0].recordType.clear();
+    QVERIFY(markdown(layout).contains("\n## R: Record\n\nNote of R\n"));
 }
 
 void MarkdownTest::statisticalFilesHaveVariables()

@@ -216,6 +216,14 @@ void VanlayoutShowTest::headingHasTheFactsOfItsRecord()
     QVERIFY2(levels.contains("\nR (level 1, max 1)\n"), levels.constData());
     QVERIFY2(levels.contains("\nR2: Second (level 2, max 1)\n"), levels.constData());
     QVERIFY(!levels.contains("Id items of level 2"));
+    // A DDI document of another program does not state how many records a case has.
+    directory.write("records.xml",
+                    "<codeBook><fileDscr><fileTxt><fileStrc><recGrp rectype='H'/><recGrp ID='P'>"
+                    "<labl>Person</labl></recGrp></fileStrc></fileTxt></fileDscr><dataDscr>"
+                    "<var name='A'/></dataDscr></codeBook>");
+    const QByteArray document = show({ "records.xml" }).out;
+    QVERIFY2(document.contains("\nH (type \"H\")\nName"), document.constData());
+    QVERIFY2(document.contains("\nP: Person\nA "), document.constData());
 }
 
 void VanlayoutShowTest::recordWithoutItemsHasOnlyItsHeading()

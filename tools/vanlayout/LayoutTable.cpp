@@ -212,10 +212,13 @@ private:
             facts.append(QStringLiteral("type \"%1\"").arg(printable(record.recordType)));
         if (layout.levels.size() > 1)
             facts.append(QStringLiteral("level %1").arg(levelNumber));
-        facts.append(QStringLiteral("max %1").arg(record.maximum));
-        if (!record.required)
+        const bool isStated = statesOccurrences(layout, record);
+        if (isStated)
+            facts.append(QStringLiteral("max %1").arg(record.maximum));
+        if (isStated && !record.required)
             facts.append(QStringLiteral("optional"));
-        return QLatin1String(" (") + facts.join(QLatin1String(", ")) + QLatin1Char(')');
+        return facts.isEmpty() ? QString()
+                               : QLatin1String(" (") + facts.join(QLatin1String(", ")) + QLatin1Char(')');
     }
     // An empty line, then name, label and facts on one line; the label is cut if necessary.
     void heading(const QString &name, const QString &label, const QString &facts) const

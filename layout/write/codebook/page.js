@@ -1150,12 +1150,12 @@ function makeRecordFacts(group, count)
     const facts = make("p", "facts");
     if (group.type)
         facts.append("type ", makeText("code", "", group.type), " · ");
-    if (!group.isIds && !data.isStatistical) {
+    if (!group.isIds && !data.isStatistical && !group.isOfUnknownNumber) {
         facts.append(group.isOptional ? "optional · " : "required · ");
         facts.append("at most " + counted(group.maximum === undefined ? 1 : group.maximum, "record") + " per case · ");
-        if (group.length !== undefined)
-            facts.append("length " + group.length + " · ");
     }
+    if (group.length !== undefined)
+        facts.append("length " + group.length + " · ");
     facts.append(counted(count, "variable"));
     return facts;
 }
