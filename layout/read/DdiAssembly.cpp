@@ -273,13 +273,13 @@ private:
 
     bool isWithinBounds(const Item &item, int copies)
     {
-        items += copies;
+        itemCount += copies;
         if (copies > 1) {
             for (const ValueSet &set : item.valueSets)
                 sharedValues += qint64(set.values.size()) * (copies - 1);
             sharedText += textSizeOf(item) * (copies - 1);
         }
-        return items <= maxItems && sharedValues <= maxSharedValues && sharedText <= maxSharedText;
+        return itemCount <= maxItems && sharedValues <= maxSharedValues && sharedText <= maxSharedText;
     }
 
     static Item itemFor(const Variable &variable, const QString &file, const QString &segment)
@@ -388,7 +388,7 @@ private:
     KeyedMap<QString, const Variable *> variables; ///< by ID and name
     KeyedSet<QString> typeVariables;               ///< IDs or names that record groups have for the type
     KeyedMap<QString, QVector<int>> recordsOfType; ///< records that no category has labelled yet
-    qint64 items = 0;
+    qint64 itemCount = 0;
     qint64 sharedValues = 0;
     qint64 sharedText = 0;
 };
