@@ -296,6 +296,31 @@ private Q_SLOTS:
         QTest::newRow("16 digits") << " Name=ROOMS\n Start=5\n-Len=2\n+Len=16" << false;
         QTest::newRow("999 characters") << " Name=VILLAGE\n Start=16\n-Len=3\n+Len=999" << true;
         QTest::newRow("1000 characters") << " Name=VILLAGE\n Start=16\n-Len=3\n+Len=1000" << false;
+        const auto rooms = [](const char *length, const char *more) {
+            return QStringLiteral(" Name=ROOMS\n Start=5\n-Len=2\n+Len=%1\n DataType=Numeric\n+%2")
+                .arg(QLatin1String(length), QLatin1String(more));
+        };
+        QTest::newRow("9999 occurrences") << rooms("1", "Occurrences=9999") << true;
+        QTest::newRow("10000 occurrences") << rooms("1", "Occurrences=10000") << false;
+        QTest::newRow("no occurrence") << rooms("1", "Occurrences=0") << false;
+        QTest::newRow("9 decimals") << rooms("15", "Decimal=9") << true;
+        QTest::newRow("10 decimals") << rooms("15", "Decimal=10") << false;
+        QTest::newRow("record of 32000") << rooms("8", "Occurrences=3999") << true;
+        QTest::newRow("record of 32004") << rooms("10", "Occurrences=3200") << false;
+        QTest::newRow("type in column 32000") << change("RecordTypeStart=1", "RecordTypeStart=32000") << true;
+        QTest::newRow("type in column 32001") << change("RecordTypeStart=1", "RecordTypeStart=32001") << false;
+        QTest::newRow("type without column") << change("RecordTypeStart=1", "RecordTypeStart=0") << false;
+        QTest::newRow("type without length") << change("RecordTypeLen=1", "RecordTypeLen=0") << false;
+        const QString level
+            = "+\n+[Level]\n+Label=L\n+Name=L%1\n+\n+[IdItems]\n+\n+[Item]\n+Name=I%1\n+Start=9\n+Len=1";
+        const QString end = " Name=ROOMS\n Start=5\n Len=2\n DataType=Numeric\n";
+        QTest::newRow("3 levels") << end + level.arg(2) + '\n' + level.arg(3) << true;
+        QTest::newRow("4 levels") << end + level.arg(2) + '\n' + level.arg(3) + '\n' + level.arg(4) << false;
+        for (const char *place : { "HOUSEHOLD", "PERSON", "ROOMS", "SEX_VS1", "SURVEY_DICT" }) {
+            const QString note = QStringLiteral(" Name=%1\n+Note=").arg(QLatin1String(place));
+            QTest::newRow(qPrintable(QString("note of 32000 of ") + place)) << note + QString(32000, 'x') << true;
+            QTest::newRow(qPrintable(QString("note of 32001 of ") + place)) << note + QString(32001, 'x') << false;
+        }
         QTest::newRow("type of 9 characters") << change("RecordTypeLen=1", "RecordTypeLen=9") << true;
         QTest::newRow("type of 10 characters") << change("RecordTypeLen=1", "RecordTypeLen=10") << false;
     }
@@ -758,6 +783,60 @@ private Q_SLOTS:
                               .arg(finding.path));
         QFETCH(QString, place);
         QVERIFY2(places.contains(place), qPrintable(places.join('\n')));
+    }
+
+    void problemOfAReaderIsAFindingOfItsRule_data()
+    {
+        QTest::addColumn<QString>("problem");
+        QTest::addColumn<QString>("rule");
+        const std::pair<const char *, QStringList> problemsOfRules[] = {
+            { "unknown-key", { "no-equals-sign", "unknown-key", "unknown-section", "text-after-section" } },
+            { "ignored-key",
+              { "extra-key", "unused-length", "unusable-offset", "unused-offset", "date-without-capture",
+                "relation-label" } },
+            { "repeated-key", { "repeated-key", "repeated-language", "value-and-range" } },
+            { "misplaced-section",
+              { "repeated-section", "misplaced-section", "dictionary-after-level", "languages-after-level",
+                "no-level-yet" } },
+            { "missing-key",
+              { "missing-key", "dictionary-without-name", "level-without-name", "record-without-name",
+                "item-without-name", "item-without-length", "value-set-without-name", "relation-without-name",
+                "relation-without-primary", "relation-without-secondary", "no-level", "no-variables",
+                "level-without-ids" } },
+            { "missing-positions", { "no-positions", "item-without-start", "no-start" } },
+            { "unread-value",
+              { "bad-number", "neither-yes-nor-no", "unknown-word", "unknown-special", "wrong-type", "converted-type",
+                "bad-pair", "bad-occurrence", "unusable-subitem", "columns-differ", "unknown-file",
+                "unknown-record-type", "record-type-columns-differ", "unresolved-entity" } },
+            { "unknown-type", { "unknown-type" } },
+            { "mixed-encodings", { "bad-bytes" } },
+            { "subitem-without-item", { "subitem-without-item" } },
+            { "label-without-language", { "label-without-language", "undeclared-language" } },
+            { "label-without-occurrence", { "label-without-occurrence" } },
+            { "incomplete-reading",
+              { "reading-ended", "too-many-problems", "too-many-extras", "too-many-linked-values", "too-much-text",
+                "too-many-locations", "catalog-not-read" } },
+            { "reader-remark", { "newer-version", "carriage-returns", "another" } },
+        };
+        for (const auto &[rule, problems] : problemsOfRules) {
+            for (const QString &problem : problems)
+                QTest::newRow(qPrintable(problem)) << problem << rule;
+        }
+    }
+    void problemOfAReaderIsAFindingOfItsRule()
+    {
+        QFETCH(QString, problem);
+        QFETCH(QString, rule);
+        Layout layout = dictionary({ itemAt("A", 2, 1) });
+        layout.problems = { { Severity::Warning, problem, 7, "L/R", "the fact" } };
+        const QVector<LintFinding> findings = lint(layout);
+        QCOMPARE(findings.size(), 1);
+        QCOMPARE(infoOf(findings.constFirst().rule).id, rule);
+        QCOMPARE(findings.constFirst().line, 7);
+        QCOMPARE(findings.constFirst().path, QString("L/R"));
+        QVERIFY(findings.constFirst().message.startsWith("the fact"));
+        layout.format = Format::CSProJson; // CSPro ignores unknown keys there
+        QCOMPARE(infoOf(lint(layout).constFirst().rule).id, rule == "unknown-key" ? QString("ignored-key") : rule);
     }
 
     void textsOfTheFileAreShortAndOnOneLineInMessages()
