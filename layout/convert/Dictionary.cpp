@@ -2,6 +2,7 @@
 
 #include "convert/DictionaryIds_p.h"
 #include "convert/DictionaryItems_p.h"
+#include "convert/DictionaryLanguages_p.h"
 #include "util/Numbers_p.h"
 
 #include <QFileInfo>
@@ -73,6 +74,7 @@ public:
             makeFromVariables(ids);
         if (!made.problem.isEmpty())
             return { Layout(), {}, made.problem };
+        nameLanguages(made.layout);
         loseRest();
         return made;
     }

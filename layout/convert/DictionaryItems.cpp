@@ -32,11 +32,11 @@ int widthOf(Storage storage)
     return maxDigits;
 }
 
-// Whether a code is a number, and not a missing value such as `.a`, or `-inf`.
+// Whether a code is a number, and not a missing value such as `.a`, or `-inf`. CSPro knows both decimal marks.
 bool isNumber(const QString &code)
 {
     bool isWhole = false;
-    code.toDouble(&isWhole);
+    QString(code).replace(QLatin1Char(','), QLatin1Char('.')).toDouble(&isWhole);
     return isWhole && !code.contains(QLatin1String("inf"), Qt::CaseInsensitive)
         && !code.contains(QLatin1String("nan"), Qt::CaseInsensitive);
 }

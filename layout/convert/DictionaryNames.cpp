@@ -28,7 +28,7 @@ QString DictionaryNames::folded(const QString &original)
     for (const QChar character : upper) {
         if (isLetter(character) || isDigit(character))
             name += character;
-        else if (!name.isEmpty() && !name.endsWith(QLatin1Char('_')))
+        else if (!name.isEmpty() && (character == QLatin1Char('_') || !name.endsWith(QLatin1Char('_'))))
             name += QLatin1Char('_');
     }
     while (name.endsWith(QLatin1Char('_')))

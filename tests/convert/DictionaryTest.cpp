@@ -236,6 +236,38 @@ private Q_SLOTS:
                  QStringLiteral("cannot have the id item \"BIRTH DATE\", which repeats, or is or has a subitem"));
     }
 
+    void languagesAreNames()
+    {
+        Layout layout = lines();
+        layout.languages = { { "fr", "" }, { "pt-BR", "Brazil" } };
+        const Labels both = { { { "fr", "a" }, { "pt-BR", "b" }, { "", "c" } } };
+        Record &person = layout.levels[0].records[1];
+        layout.labels = layout.levels[0].labels = person.labels = person.items[1].labels = both;
+        person.items[1].occurrenceLabels = { { 1, both } };
+        person.items[2].valueSets = { { "S", both, {}, {}, {}, { made::value("1") } } };
+        person.items[2].valueSets[0].values[0].labels = both;
+        const Layout made = makeDictionary(layout, { QStringLiteral("HH") }).layout;
+        const Labels named = { { { "FR", "a" }, { "PT_BR", "b" }, { "", "c" } } };
+        QCOMPARE(made.languages, (QVector<Language>{ { "FR", "fr" }, { "PT_BR", "Brazil" } }));
+        QCOMPARE(made.labels, named);
+        QCOMPARE(made.levels.at(0).labels, named);
+        const Record record = made.levels.at(0).records.at(1);
+        QCOMPARE(record.labels, named);
+        QCOMPARE(record.items.at(0).labels, named);
+        QCOMPARE(record.items.at(0).occurrenceLabels.at(0).labels, named);
+        QCOMPARE(record.items.at(1).valueSets.at(0).labels, named);
+        QCOMPARE(record.items.at(1).valueSets.at(0).values.at(0).labels, named);
+    }
+
+    // French and other settings of Windows write a decimal comma.
+    void codesMayHaveADecimalComma()
+    {
+        Layout layout = lines();
+        layout.levels[0].records[0].items[1].valueSets = { { "S", {}, {}, {}, {}, { made::range("0,5", "9,5") } } };
+        const MadeDictionary made = makeDictionary(layout, { QStringLiteral("HH") });
+        QCOMPARE(codesOf(itemOf(made)), QStringList{ "0,5" });
+    }
+
     void variablesWithoutColumnsAreLaidOut()
     {
         Layout layout = lines();
@@ -283,6 +315,8 @@ private Q_SLOTS:
                                  << "AGE_ETE";
         QTest::newRow("other characters") << "a.b$c"
                                           << "A_B_C";
+        QTest::newRow("two underscores") << "a__b. c"
+                                         << "A__B_C";
         QTest::newRow("at the ends") << "@a_"
                                      << "A";
         QTest::newRow("digit") << "1a"
