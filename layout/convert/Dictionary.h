@@ -25,12 +25,12 @@ struct VANLAYOUT_EXPORT MadeDictionary {
 /// of all records.
 ///
 /// Any other layout becomes one level and one record, or several if its items need more than 32,000 columns. \a ids are
-/// the names of the variables that become id items, in this order: the exact name, or the only one that differs in case;
-/// CSPro requires at least one. The other variables are the items of the record. Positions are relative: the ids from
-/// column 1, then the items in the order of the file. The width of a number is that of its format, or of its storage
-/// type if there is none, but at least that of its longest code, and at most 15; the decimal mark is part of it. A text
-/// has its length in bytes, at most 999. User-missing values become values with the special meaning "missing", of which
-/// a value set can have one; further ones are ordinary values.
+/// the names of the variables that become id items, in this order: the exact name, or the only one that differs in
+/// case; CSPro requires at least one. The other variables are the items of the record. Positions are relative: the ids
+/// from column 1, then the items in the order of the file. The width of a number is that of its format, or of its
+/// storage type if there is none, but at least that of its longest code, and at most 15; the decimal mark is part of
+/// it. A text has its length in bytes, at most 999. User-missing values become values with the special meaning
+/// "missing", of which a value set can have one; further ones are ordinary values.
 ///
 /// Names are folded to A to Z, 0 to 9 and `_`, and numbered if they are not unique or words of the CSPro language.
 VANLAYOUT_EXPORT MadeDictionary makeDictionary(const Layout &layout, const QStringList &ids);

@@ -3,6 +3,7 @@
 #include "convert/StatisticalLabels_p.h"
 #include "convert/StatisticalLosses_p.h"
 #include "convert/StatisticalNames_p.h"
+#include "convert/WrittenFile_p.h"
 #include "convert/StatisticalTypes_p.h"
 #include "load/PlanTexts_p.h"
 #include "write/Columns_p.h"
@@ -90,6 +91,7 @@ private:
     {
         const LengthLimit limit = { isSav ? maxNoteOfSav : maxNoteOfDta, LengthUnit::Bytes };
         const QStringList lines = layout.note.split(QLatin1Char('\n'));
+        notes = lines.size();
         for (const QString &line : lines)
             readstat_add_note(writer.get(),
                               cut(line, limit, QString(), QStringLiteral("a line of the note")).toUtf8().constData());
@@ -146,6 +148,8 @@ private:
                                   QStringLiteral("the label"));
         readstat_variable_set_label(variable, label.toUtf8().constData());
         readstat_variable_set_format(variable, types.formatOf(item).toLatin1().constData());
+        if (isText)
+            widths.emplace(name.toUtf8(), int(types.widthOfText(item)));
         setDisplay(variable, item);
         addMissing(variable, column);
         if (readstat_label_set_t *set = labels.setOf(item, name))
@@ -268,6 +272,9 @@ private:
             result = readstat_end_writing(handle);
         if (result != READSTAT_OK)
             made.problem = QStringLiteral("cannot be written: ") + QString::fromUtf8(readstat_error_message(result));
+        else
+            made.bytes
+                = isSav ? writtenfile::correctedSav(made.bytes, widths) : writtenfile::correctedDta(made.bytes, notes);
     }
 
     const Layout &layout;
@@ -281,6 +288,8 @@ private:
     std::unique_ptr<readstat_writer_t, void (*)(readstat_writer_t *)> writer;
     StatisticalLabels labels;
     int count = 0; // of variables
+    int notes = 0;
+    KeyedMap<QByteArray, int> widths; // of texts, by name
 };
 
 } // namespace

@@ -470,6 +470,59 @@ private Q_SLOTS:
         QTEST(inStata.losses, "lossesOfStata");
     }
 
+    // Other readers ignore labels whose width is not that of the text.
+    void labelsOfALongTextHaveItsWidth()
+    {
+        const Layout layout = dictionary({ text(10, { made::value("ABCDEFGHIJ", "a"), made::value("K", "b") }) });
+        const QByteArray bytes = makeStatisticalFile(layout, sav, {}).bytes;
+        const auto number = [](int value) { return QByteArray(1, char(value)) + QByteArray(3, '\0'); };
+        QVERIFY(bytes.contains(number(7) + number(21) + number(1) + number(51) + number(1) + "X" + number(10)
+                               + number(2) + number(10) + "ABCDEFGHIJ" + number(1) + "a" + number(10) + "K         "
+                               + number(1) + "b" + number(7)));
+        QCOMPARE(labelsOf(make(layout, sav).item()), (QStringList{ "ABCDEFGHIJ=a", "K=b" }));
+        QCOMPARE(make(layout, sav).item().length, 10);
+    }
+
+    void shortNamesDoNotEndWithinACharacter()
+    {
+        Item longText = text(300);
+        longText.name = QStringLiteral("abcdef\u05d1\u05d1");
+        Item number = made::item(QStringLiteral("abcdefg\u05d1"), 1, { made::value("1", "a") });
+        number.missing = { { QStringLiteral("9"), QString() } };
+        number.labels = made::labels(QStringLiteral("Label"));
+        Layout layout = dictionary({ longText, number });
+        layout.note = QStringLiteral("note");
+        const QByteArray bytes = makeStatisticalFile(layout, sav, {}).bytes;
+        QVERIFY(bytes.contains("ABCDEFG0=abcdefg\u05d1"));
+        QCOMPARE(bytes.count("ABCDEFG0"), 2);
+        QCOMPARE(make(layout, sav).names(), (QStringList{ "ID", longText.name, number.name }));
+        QCOMPARE(make(layout, sav).item(1).length, 300);
+        QCOMPARE(missingOf(make(layout, sav).item(2)), QStringList{ "9" });
+    }
+
+    void labelsOfStataAreInTheOrderOfTheirCodes()
+    {
+        const QVector<Value> values
+            = { made::value(".a", "t"), made::value("2147483620", "max"), made::value("3", "three"),
+                made::value("-2147483647", "min"), made::value("1", "one") };
+        const Made made = make(dictionary({ made::item("X", 10, values), made::item("Y", 1, { values.at(4) }) }), dta);
+        QCOMPARE(labelsOf(made.item(1)),
+                 (QStringList{ "-2147483647=min", "1=one", "3=three", "2147483620=max", ".a=t" }));
+        QCOMPARE(labelsOf(made.item(2)), QStringList{ "1=one" });
+    }
+
+    // Stata does not show notes without their number.
+    void numberOfNotesIsInAStataFile()
+    {
+        Layout layout = dictionary({ made::item("X", 1, { made::value("1", "one") }) });
+        QVERIFY(!makeStatisticalFile(layout, dta, {}).bytes.contains("note0"));
+        layout.note = QStringLiteral("first\nsecond");
+        QVERIFY(makeStatisticalFile(layout, dta, {})
+                    .bytes.contains("note0" + QByteArray(124, '\0') + "2" + '\0' + "</ch><ch>"));
+        QCOMPARE(make(layout, dta).layout.note, layout.note);
+        QCOMPARE(labelsOf(make(layout, dta).item()), QStringList{ "1=one" });
+    }
+
     void firstValueSetWithValuesCounts()
     {
         Item item = made::item(QStringLiteral("X"), 2, { made::value("1", "a") });
