@@ -213,11 +213,16 @@ private:
     void check(const LintItem &place, const TargetRules &rules, LintRule rule, const char *program)
     {
         const QString given = nameIn(rules, place.item.name);
-        if (given != place.item.name)
-            findings.add(
-                rule, place.address,
-                QStringLiteral("not every version of %1 accepts the name %2; rename the item, or use the name %3 there")
-                    .arg(QLatin1String(program), inMessage(place.item.name), inMessage(given)));
+        if (given == place.item.name)
+            return;
+        // Letters other than A to Z are only accepted by newer versions.
+        const bool isAscii = std::all_of(place.item.name.begin(), place.item.name.end(),
+                                         [](QChar character) { return character.unicode() <= 0x7F; });
+        findings.add(rule, place.address,
+                     QStringLiteral("%1 the name %2; rename the item, or use the name %3 there")
+                         .arg(isAscii ? QStringLiteral("%1 does not accept").arg(QLatin1String(program))
+                                      : QStringLiteral("not every version of %1 accepts").arg(QLatin1String(program)),
+                              inMessage(place.item.name), inMessage(given)));
     }
 
     LintFindings &findings;

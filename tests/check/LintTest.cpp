@@ -606,6 +606,20 @@ private Q_SLOTS:
         QCOMPARE(idsAndPaths(lint(layout, only)), QStringList("duplicate-name L/R/A"));
     }
 
+    void otherLettersAreAcceptedByNewerVersions()
+    {
+        const auto message = [](const QString &name) {
+            LintOptions only;
+            only.only = { LintRule::StataName };
+            return lint(dictionary({ itemAt(name, 2, 1) }), only).constFirst().message;
+        };
+        QCOMPARE(message("A B"),
+                 QString("Stata does not accept the name A B; rename the item, or use the name A_B there"));
+        QCOMPARE(message(QString::fromUtf8("ÂGE")),
+                 QString::fromUtf8("not every version of Stata accepts the name ÂGE; rename the item, or use the name "
+                                   "_GE there"));
+    }
+
     void nameIsUniqueAmongAllElementsAndAliases_data()
     {
         QTest::addColumn<QString>("change");
