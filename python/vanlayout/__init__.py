@@ -9,7 +9,7 @@
     layout.to_pandas(language="FR")          # codes of all items
 
 The classes have the members of the layout in the spelling of Python: `valueSets` is `value_sets`, and `from`, which is
-a keyword, is `from_`. A member that the file does not state has its default value, None where there is no default.
+a keyword, is `from_`. A member that the file does not state has its default value, or None if it has no default.
 Codes and other texts are exactly those of the file. Keys of later releases of the command are ignored.
 """
 
@@ -282,7 +282,7 @@ class Extra(_Element):
 
 @dataclass
 class Problem(_Element):
-    """What is wrong or unusual in the file. `severity` is "error", "warning" or "info"."""
+    """A fact that is wrong or unusual in the file. `severity` is "warning" or "info"."""
 
     _always = ("severity", "id", "message")
     severity: str = ""
@@ -410,14 +410,14 @@ def _command(command: Union[str, os.PathLike[str], None]) -> str:
 
 def _run(command: str, arguments: list[Any], stdin: dict[str, Any]) -> subprocess.CompletedProcess[bytes]:
     try:
-        return subprocess.run([command, "show", "--format", "json", "--quiet", *arguments], stdout=subprocess.PIPE,
+        return subprocess.run([command, "show", "--format", "json", *arguments], stdout=subprocess.PIPE,
                               stderr=subprocess.PIPE, check=False, **stdin)
     except (OSError, ValueError) as error:  # ValueError: a null character in a path
         raise VanlayoutError(f"{command}: cannot be run: {error}") from error
 
 
 def _stdin(file: Any) -> dict[str, Any]:
-    """What the command reads as standard input, if `file` is a file object or "-"."""
+    """Standard input of the command: the content of a file object, that of this process for "-", else none."""
     if hasattr(file, "read"):
         content = file.read()
         if isinstance(content, str):

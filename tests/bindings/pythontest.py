@@ -17,6 +17,7 @@ import tempfile
 import unittest
 from unittest import mock
 
+import numpy
 import vanlayout
 from vanlayout import VanlayoutError
 
@@ -46,12 +47,35 @@ def printed(*arguments):
                           check=False).stdout.decode("utf-8")
 
 
+def default_of(form, definitions):
+    """The value of a member that the JSON form omits: the value that this part of the schema excludes, or None."""
+    form = definitions[form["$ref"].rpartition("/")[2]] if "$ref" in form else form
+    if "const" in form and isinstance(form["const"], bool):
+        return not form["const"]
+    if form.get("minItems"):
+        return []
+    if form.get("minimum"):
+        return form["minimum"] - 1
+    return "" if form.get("minLength") or "enum" in form or "const" in form else form.get("not", {}).get("const")
+
+
 def readable(paths):
     """The layouts of the files that have one."""
     try:
         return vanlayout.read_all(paths)
     except VanlayoutError as error:
         return error.layouts
+
+
+def fake(test, script, head="#!/bin/sh"):
+    """A command that runs this script of the shell, for the time of a test."""
+    directory = tempfile.TemporaryDirectory(prefix="van fake-")
+    test.addCleanup(directory.cleanup)
+    path = os.path.join(directory.name, "a command")
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(f"{head}\n{script}\n")
+    os.chmod(path, 0o755)
+    return path
 
 
 class Layouts(unittest.TestCase):
@@ -84,6 +108,10 @@ class Layouts(unittest.TestCase):
         for kind, form in shapes:
             self.assertEqual(list(form["properties"]), [member.key for member in vanlayout._members(kind)], kind)
             self.assertLessEqual(set(form.get("required", [])), set(kind().to_dict()), kind)
+            for member in vanlayout._members(kind):
+                if member.key not in kind().to_dict():
+                    self.assertEqual((member.key, default_of(form["properties"][member.key], definitions)),
+                                     (member.key, member.default()), kind)
 
     def test_codes_are_those_of_the_command_in_each_language(self):
         compared = 0
@@ -130,6 +158,7 @@ class Census(unittest.TestCase):
             frame = holder.to_pandas()
             self.assertEqual(frame.to_dict("records"), holder.codes())
             self.assertEqual(list(frame.columns), list(holder.codes()[0]))
+            self.assertEqual(set(frame.dtypes), {numpy.dtype(object)})
         self.assertEqual(self.layout.item("H07_RENT").to_pandas().shape, (0, 5))
         self.assertEqual(list(self.layout.to_pandas().columns),
                          ["level", "record", "item", "valueSet", "from", "to", "label", "special"])
@@ -185,9 +214,10 @@ class Files(unittest.TestCase):
                                             check=True).stdout, b"<Layout of '-': cspro-text, 56 items>\n")
 
     def test_no_other_call_reads_standard_input(self):
-        code = "import sys, vanlayout; vanlayout.read(sys.argv[1]); print(sys.stdin.read())"
-        self.assertEqual(subprocess.run([sys.executable, "-c", code, CENSUS], input=b"kept", stdout=subprocess.PIPE,
-                                        check=True).stdout, b"kept\n")
+        code = "import sys, vanlayout; vanlayout.read(sys.argv[1], command=sys.argv[2]); print(sys.stdin.read())"
+        command = fake(self, f"cat; exec '{TOOL}' \"$@\"")
+        self.assertEqual(subprocess.run([sys.executable, "-c", code, CENSUS, command], input=b"kept",
+                                        stdout=subprocess.PIPE, check=True).stdout, b"kept\n")
 
     def test_catalogs(self):
         data = os.path.join(MADE_DATA, "survey.sas7bdat")
@@ -198,6 +228,9 @@ class Files(unittest.TestCase):
     def test_warnings_are_problems_of_the_layout(self):
         self.write("w.dcf", self.content + b"\n[Nonsense]\nA=1\n")
         self.assertEqual([problem.severity for problem in vanlayout.read("w.dcf").problems], ["warning"])
+        with self.assertRaises(VanlayoutError) as raised:
+            vanlayout.read_all(["w.dcf", "absent"])
+        self.assertEqual(str(raised.exception), f"absent: {ABSENT}")
 
     def test_texts_do_not_depend_on_the_locale(self):
         self.write("é.dcf", "[Dictionary]\r\nName=D\r\nLabel=été 日\r\n".encode())
@@ -210,8 +243,9 @@ class Files(unittest.TestCase):
     def test_many_files_are_read_in_order(self):
         names = [self.write(f"{number:03}.dcf", b"[Dictionary]\nName=D\n[Level]\nName=L\n") for number in range(450)]
         names[250] = "absent"
-        with self.assertRaises(VanlayoutError) as raised:
+        with mock.patch("subprocess.run", wraps=subprocess.run) as calls, self.assertRaises(VanlayoutError) as raised:
             vanlayout.read_all(names)
+        self.assertEqual(calls.call_count, 3)
         self.assertEqual(str(raised.exception), f"absent: {ABSENT}")
         self.assertEqual([layout.file for layout in raised.exception.layouts], names[:250] + names[251:])
         self.assertEqual(vanlayout.read_all([]), [])
@@ -223,16 +257,6 @@ class Failures(unittest.TestCase):
         with self.assertRaises(VanlayoutError) as raised:
             call(*arguments, **options)
         return raised.exception
-
-    def fake(self, script, head="#!/bin/sh"):
-        """A command that runs this script of the shell."""
-        directory = tempfile.TemporaryDirectory(prefix="van fake-")
-        self.addCleanup(directory.cleanup)
-        path = os.path.join(directory.name, "a command")
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(f"{head}\n{script}\n")
-        os.chmod(path, 0o755)
-        return path
 
     def test_the_message_is_that_of_the_command(self):
         error = self.failure("/absent/a.dcf")
@@ -256,26 +280,27 @@ class Failures(unittest.TestCase):
                 "vanlayout: no such command; install vanlayout, or set the environment variable VANLAYOUT to its path",
                 None))
         self.assertIn("/absent/c: no such command", str(self.failure(CENSUS, command="/absent/c")))
-        self.assertIn("cannot be run", str(self.failure(CENSUS, command=self.fake("", "#!/absent/shell"))))
+        self.assertIn("cannot be run", str(self.failure(CENSUS, command=fake(self, "", "#!/absent/shell"))))
 
     def test_a_command_that_prints_no_layout(self):
         for script, status in (("exit 0", 0), ("echo text", 0), ("echo 5", 0), ("kill -9 $$", -9)):
-            command = self.fake(script)
+            command = fake(self, script)
             error = self.failure(CENSUS, command=command)
             self.assertEqual(str(error), f"{command}: no layout was printed, and the exit status is {status}")
             self.assertEqual(error.status, status)
-        error = self.failure(CENSUS, command=self.fake("echo 'vanlayout: --quiet: no such option of show' >&2; exit 2"))
-        self.assertEqual(str(error), "--quiet: no such option of show")
+        command = fake(self, "echo 'vanlayout: --format: no such option of show' >&2; exit 2")
+        error = self.failure(CENSUS, command=command)
+        self.assertEqual(str(error), "--format: no such option of show")
 
     def test_keys_of_later_releases_are_ignored_and_another_version_is_an_error(self):
         made = {"layoutVersion": 1, "file": "f", "format": "new", "levels": [
             {"name": "L", "new": {"a": 1}, "ids": [], "records": [{"name": "R", "new": [], "items": [
                 {"name": "I", "type": "alpha", "length": 3, "new": True, "missing": [{"from": "01", "new": 1}]}]}]}]}
-        command = self.fake(f"echo '{json.dumps(dict(made, new=None))}'")
+        command = fake(self, f"echo '{json.dumps(dict(made, new=None))}'")
         layout = vanlayout.read("f", command=command)
         self.assertEqual((layout.format, layout.items[0].missing), ("new", [vanlayout.Range("01")]))
         self.assertNotIn("new", json.dumps(layout.to_dict()).replace('"new", "levels"', ""))
-        command = self.fake(f"echo '{json.dumps(dict(made, layoutVersion=2))}'")
+        command = fake(self, f"echo '{json.dumps(dict(made, layoutVersion=2))}'")
         self.assertIn("f: the layout has version 2, but this package reads version 1",
                       str(self.failure("f", command=command)))
 

@@ -91,6 +91,24 @@ TESTS$to_list_is_what_the_command_prints <- function() {
   }
 }
 
+# The value of a member that the JSON form omits: the value that this part of the schema excludes, or NULL.
+default_of <- function(form, forms) {
+  if (!is.null(form[["$ref"]])) {
+    form <- forms[[basename(form[["$ref"]])]]
+  }
+  if (is.logical(form$const)) {
+    !form$const
+  } else if (!is.null(form$minItems)) {
+    list()
+  } else if (identical(form$minimum, 1L)) {
+    0L
+  } else if (!is.null(form$minLength) || !is.null(form$enum) || !is.null(form$const)) {
+    ""
+  } else {
+    form[["not"]]$const
+  }
+}
+
 TESTS$objects_have_the_members_of_the_schema <- function() {
   forms <- json_of(text_of(file.path(PROJECT, "docs/layout.schema.json")))[["$defs"]]
   forms$capture <- forms$item$properties$capture
@@ -101,6 +119,9 @@ TESTS$objects_have_the_members_of_the_schema <- function() {
     form <- forms[[if (kind %in% names(names)) names[[kind]] else kind]]
     same(names(form$properties), names(shapes[[kind]]), kind)
     stopifnot(unlist(form$required) %in% vanlayout:::ALWAYS[[kind]])
+    for (key in setdiff(names(form$properties), vanlayout:::ALWAYS[[kind]])) {
+      same(default_of(form$properties[[key]], forms), shapes[[kind]][[key]], kind, key)
+    }
   }
 }
 
@@ -179,6 +200,8 @@ TESTS$raw_vectors_and_standard_input <- function() {
   }
   same("ORVANDIA_CENSUS_DICT", run("cat(vanlayout::read_layout('-')$name)", CENSUS))
   write_bytes("kept", charToRaw("kept\n")) # only "-" reads standard input
+  Sys.setenv(VANLAYOUT = fake("cat", paste0("exec '", TOOL, "' \"$@\"")))
+  on.exit(Sys.setenv(VANLAYOUT = TOOL))
   same("ORVANDIA_CENSUS_DICT kept",
        run("cat(vanlayout::read_layout(commandArgs(TRUE))$name, readLines('stdin'))", "kept"))
 }
@@ -198,11 +221,24 @@ TESTS$texts_do_not_depend_on_the_locale <- function() {
   same(paste0("n\u00f6.dcf: ", ABSENT), conditionMessage(failure(read_layout("n\u00f6.dcf"))))
 }
 
+TESTS$warnings_are_problems_of_the_layout <- function() {
+  write_bytes("w.dcf", c(CONTENT, charToRaw("\n[Nonsense]\nA=1\n")))
+  same("warning", read_layout("w.dcf")$problems[[1]]$severity)
+  same(paste0("absent: ", ABSENT), conditionMessage(failure(read_layouts(c("w.dcf", "absent")))))
+}
+
+TESTS$null_characters_are_replaced <- function() {
+  writeLines('{"layoutVersion":1,"file":"","format":"","name":"\\u0000\\u0000a\\\\u0000\\\\\\u0000","levels":[]}', "made")
+  same("\ufffd\ufffda\\u0000\\\ufffd", read_layout("made", command = fake("cat made"))$name)
+}
+
 TESTS$many_files_are_read_in_order <- function() {
   names <- sprintf("%03d.dcf", 1:250)
   for (name in names) write_bytes(name, charToRaw("[Dictionary]\nName=D\n[Level]\nName=L\n"))
   names[240] <- "absent"
-  result <- failure(read_layouts(names))
+  command <- fake("echo >> calls", paste0("exec '", TOOL, "' \"$@\""))
+  result <- failure(read_layouts(names, command = command))
+  same(2L, length(readLines("calls")))
   same(paste0("absent: ", ABSENT), conditionMessage(result))
   same(names[-240], vapply(result$layouts, `[[`, "", "file"))
   same(list(), read_layouts(character()))
@@ -220,9 +256,9 @@ TESTS$failures_have_the_message_of_the_command <- function() {
     result <- failure(read_layout(CENSUS, command = command))
     same(paste0(command, ": no layout was printed, and the exit status is 0"), conditionMessage(result))
   }
-  command <- fake("echo 'vanlayout: --quiet: no such option of show' >&2; exit 2")
+  command <- fake("echo 'vanlayout: --format: no such option of show' >&2; exit 2")
   result <- failure(read_layout(CENSUS, command = command))
-  same("--quiet: no such option of show", conditionMessage(result))
+  same("--format: no such option of show", conditionMessage(result))
 }
 
 TESTS$the_command_is_the_argument_or_of_the_environment_or_of_the_path <- function() {

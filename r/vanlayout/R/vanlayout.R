@@ -142,7 +142,7 @@ run <- function(command, arguments, input) {
   output <- tempfile("vanlayout")
   errors <- tempfile("vanlayout")
   on.exit(unlink(c(output, errors)))
-  arguments <- c("show", "--format", "json", "--quiet", arguments)
+  arguments <- c("show", "--format", "json", arguments)
   status <- suppressWarnings(system2(
     command, vapply(arguments, shQuote, ""), stdout = output, stderr = errors, stdin = input
   ))
