@@ -3,7 +3,7 @@
 #
 #     Rscript rtest.R TOOL PROJECT MADE_DATA [CORPUS]
 #
-# CTest runs it in several locales: in each, texts are in UTF-8. Of the corpus, every third file is read.
+# CTest runs it in several locales: in each, texts are in UTF-8. Every third file of the corpus is read.
 
 library(vanlayout)
 options(warn = 2)

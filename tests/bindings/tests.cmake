@@ -1,4 +1,4 @@
-# The packages for Python and R. Each is installed as by its users; its tests and the examples of its pages then run with
+# The packages for Python and R. Each is installed the way users do it; its tests and the examples of its pages then run with
 # what was installed. Like the tests of load programs they have the label `engine` and run in one build only.
 set(python_package ${CMAKE_CURRENT_BINARY_DIR}/bindings/python)
 set(r_package ${CMAKE_CURRENT_BINARY_DIR}/bindings/r)

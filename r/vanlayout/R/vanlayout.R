@@ -3,7 +3,7 @@
 LAYOUT_VERSION <- 1L
 FILES_PER_CALL <- 200 # a system limits the length of a command
 
-# The members of each kind of object, with their default values; NULL where there is no default. The names are those of
+# The members of each kind of object, with their default values; NULL if there is no default. The names are those of
 # the JSON form.
 SHAPES <- list(
   layout = list(
