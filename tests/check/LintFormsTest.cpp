@@ -194,7 +194,7 @@ private:
     {
         QCOMPARE(result.keys(), QStringList({ "level", "locations", "message", "ruleId", "ruleIndex" }));
         QVERIFY(result["ruleIndex"].isDouble() && isLevel(result["level"]));
-        QCOMPARE(rules.at(result["ruleIndex"].toInt(-1)).toObject()["id"], result["ruleId"]);
+        QCOMPARE(rules.at(result["ruleIndex"].toInt(-1)).toObject()["id"].toString(), result["ruleId"].toString());
         QCOMPARE(result["message"].toObject().keys(), QStringList("text"));
         QVERIFY(isText(result["message"].toObject()["text"]));
         verifyLocations(result["locations"].toArray());
