@@ -18,6 +18,7 @@ namespace
 
 constexpr int maxColumn = 32000; // of a record of CSPro
 constexpr int maxNote = 32000;   // characters
+constexpr int maxRecords = 9999; // of a type in a case
 
 QVector<Item> variablesOf(const Layout &layout)
 {
@@ -209,6 +210,8 @@ private:
         record.name = nameOf(source.name, "_REC");
         if (record.labels.isEmpty())
             record.labels = made.layout.labels;
+        if (!statesOccurrences(original, source))
+            record.maximum = maxRecords;
         return record;
     }
 

@@ -194,6 +194,17 @@ private Q_SLOTS:
                                ": format of ROOMS" }));
     }
 
+    void recordsOfUnknownNumberAreOptionalAndManyInACase()
+    {
+        Layout source = lines();
+        QCOMPARE(makeDictionary(source, { "HH" }).layout.levels.value(0).records.value(1).maximum, 1);
+        source.levels[0].records[1].required = false;
+        source.levels[0].records[1].maximum = 0;
+        const Record persons = makeDictionary(source, { "HH" }).layout.levels.value(0).records.value(1);
+        QCOMPARE(persons.maximum, 9999);
+        QVERIFY(!persons.required);
+    }
+
     void linesThatAreNoDictionary_data()
     {
         QTest::addColumn<QStringList>("ids");
