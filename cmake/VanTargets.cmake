@@ -66,6 +66,15 @@ function(van_moc target source)
     target_include_directories(${target} PRIVATE ${directory})
 endfunction()
 
+# The headers that most sources of the libraries and of the command include, compiled once for each of these targets
+# (VAN_PRECOMPILED_LIBRARY_HEADERS). The presets dev, clang and bench do not use it, so that they find a missing include.
+function(van_use_common_headers target)
+    if(VAN_PRECOMPILED_LIBRARY_HEADERS)
+        target_precompile_headers(${target} PRIVATE <QByteArray> <QFile> <QFileInfo> <QRegularExpression> <QStringList>
+            <QVector> <algorithm> <array> <cmath> <functional> <map> <memory> <optional> <set> <string> <tuple> <vector>)
+    endif()
+endfunction()
+
 # The headers that most tests include, compiled once for all of them (VAN_PRECOMPILED_HEADERS).
 function(van_use_test_headers target)
     if(NOT VAN_PRECOMPILED_HEADERS)
