@@ -261,13 +261,15 @@ private:
         }
         const bool isId = places.idLevel >= 0;
         if (isId)
-            records.levels[places.idLevel].ids.append({ itemFor(variable, QString(), QString()), variable.id });
+            records.levels[places.idLevel].ids.append(
+                { itemFor(variable, locationFor(variable, QString(), QString())), variable.id });
         for (int i = 0; i < places.records.size() && !isId; ++i) {
             RecordPlace &record = records.records[places.records.at(i)];
-            const QString file = content.files.at(record.file).id;
-            record.items.append({ itemFor(variable, file, record.segment), variable.id });
+            record.items.append({ itemFor(variable, locationIn(variable, record)), variable.id });
         }
         report(variable, places);
+        if (variable.locations.size() > 1)
+            keepOtherLocations(variable, places, pathOf(variable, places));
         return isWithinBounds(variable.item, isId ? 1 : places.records.size());
     }
 
@@ -282,15 +284,27 @@ private:
         return itemCount <= maxItems && sharedValues <= maxSharedValues && sharedText <= maxSharedText;
     }
 
-    static Item itemFor(const Variable &variable, const QString &file, const QString &segment)
+    Location locationIn(const Variable &variable, const RecordPlace &record) const
     {
-        Item item = variable.item;
+        return locationFor(variable, content.files.at(record.file).id, record.segment);
+    }
+
+    static Location locationFor(const Variable &variable, const QString &file, const QString &segment)
+    {
         const auto isFor = [&](const Location &location) {
             return (location.file.isEmpty() || location.file == file)
                 && (segment.isEmpty() || location.segment == segment);
         };
-        const auto found = std::find_if(variable.locations.begin(), variable.locations.end(), isFor);
-        const Location location = found != variable.locations.end() ? *found : variable.locations.value(0);
+        for (const Location &location : variable.locations) {
+            if (isFor(location))
+                return location;
+        }
+        return variable.locations.value(0);
+    }
+
+    static Item itemFor(const Variable &variable, const Location &location)
+    {
+        Item item = variable.item;
         item.start = location.start;
         item.length = location.length;
         if (item.length == 0 && item.start == 0)
@@ -307,6 +321,24 @@ private:
         const QString parent = cspro::childPath(cspro::nameInPath(records.levels.at(level).level.name),
                                                 record ? record->record.name : cspro::idsName());
         return cspro::childPath(parent, variable.item.name);
+    }
+
+    // Further columns, which no record has for the variable, are statements.
+    void keepOtherLocations(const Variable &variable, const Places &places, const QString &path)
+    {
+        QVector<Location> known;
+        if (places.idLevel >= 0)
+            known.append(locationFor(variable, QString(), QString()));
+        for (const int index : places.records)
+            known.append(locationIn(variable, records.records.at(index)));
+        for (const Location &location : variable.locations) {
+            const bool isKnown = std::any_of(known.begin(), known.end(), [&](const Location &other) {
+                return other.start == location.start && other.length == location.length;
+            });
+            if (!isKnown && location.start > 0)
+                diagnostics.addExtra({ variable.line, path }, QStringLiteral("location"),
+                                     QStringLiteral("StartPos %1, width %2").arg(location.start).arg(location.length));
+        }
     }
 
     void report(const Variable &variable, const Places &places)

@@ -86,6 +86,10 @@ void keep(Xml &xml, QVector<Statement> &statements, const QString &prefix, int c
         if (element.hasText)
             statements.append({ element.key, withoutIndentation(element.text), element.line, category });
     };
+    const auto breakAtParagraph = [&] {
+        if (xml.isParagraph())
+            addBreak(open.last().text);
+    };
     begin(prefix);
     while (!open.isEmpty()) {
         switch (xml.nextPart()) {
@@ -95,16 +99,20 @@ void keep(Xml &xml, QVector<Statement> &statements, const QString &prefix, int c
                 open.last().text += xml.partText();
             break;
         case Xml::Part::Begin:
-            if (markup > 0 || open.constLast().hasText)
+            if (markup > 0 || open.constLast().hasText) {
                 ++markup;
-            else
+                breakAtParagraph();
+            } else {
                 begin(open.last().key + QLatin1Char('/'));
+            }
             break;
         case Xml::Part::End:
-            if (markup > 0)
+            if (markup > 0) {
                 --markup;
-            else
+                breakAtParagraph();
+            } else {
                 keepText(open.takeLast());
+            }
             break;
         case Xml::Part::Nothing:
             return;

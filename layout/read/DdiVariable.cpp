@@ -293,9 +293,10 @@ private:
     void finishType()
     {
         const auto isText = [](const Category &category) {
+            const QString code = category.value.ranges.constFirst().from.trimmed();
             bool isNumber = false;
-            category.value.ranges.constFirst().from.trimmed().toDouble(&isNumber);
-            return !isNumber && !category.isMissing;
+            code.toDouble(&isNumber);
+            return !isNumber && !category.isMissing && !code.isEmpty(); // a blank is a code of numbers as well
         };
         const bool hasTexts
             = std::any_of(variable.categories.begin(), variable.categories.end(),

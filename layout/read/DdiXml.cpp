@@ -259,8 +259,16 @@ QString Xml::text()
             break;
         if (part == Part::Text)
             all += piece;
+        else if (isParagraph())
+            addBreak(all);
     }
     return withoutIndentation(all);
+}
+
+bool Xml::isParagraph() const
+{
+    const QLatin1String elements(" p div br li itm tr head h1 h2 h3 h4 h5 h6 ");
+    return QString(elements).contains(QLatin1Char(' ') + name() + QLatin1Char(' '));
 }
 
 QString Xml::name() const
@@ -279,6 +287,12 @@ QString Xml::ownLanguage() const
 QString Xml::attribute(const char *wanted) const
 {
     return reader.attributes().value(QLatin1String(wanted)).toString();
+}
+
+void addBreak(QString &text)
+{
+    if (!text.isEmpty() && !text.endsWith(QLatin1Char('\n')))
+        text += QLatin1Char('\n');
 }
 
 QString withoutIndentation(const QString &text)

@@ -72,6 +72,9 @@ public:
     /// Continues within the current element to the next text, child, or end of a child or of the element itself.
     enum class Part { Text, Begin, End, Nothing };
     Part nextPart();
+    /// Whether the element that begins or ends here is a paragraph, an item of a list, or the like: its text has lines
+    /// of its own.
+    bool isParagraph() const;
     /// The text of the last Part::Text.
     const QString &partText() const { return piece; }
 
@@ -119,6 +122,8 @@ private:
     bool isAtEnd = false;
 };
 
+/// Begins a new line, unless the text is empty or at the begin of one.
+void addBreak(QString &text);
 /// The text without indentation around it: line breaks with the blanks next to them.
 QString withoutIndentation(const QString &text);
 

@@ -142,6 +142,7 @@ private slots:
     void titleOfTheDocumentIsNotKeptTwice();
     void columnsAreThoseOfTheLocation_data();
     void columnsAreThoseOfTheLocation();
+    void furtherLocationsAreKept();
     void typeIsThatOfTheFormat_data();
     void typeIsThatOfTheFormat();
     void decimalsAreImplied_data();
@@ -539,6 +540,17 @@ void DdiReaderTest::columnsAreThoseOfTheLocation()
         QCOMPARE(problem.path, QString("//X"));
 }
 
+void DdiReaderTest::furtherLocationsAreKept()
+{
+    const QByteArray second = "<location StartPos='3' width='2'/><location StartPos='9' EndPos='10'/>";
+    const Layout layout = variablesOf("<var name=\"X\">" + second + second + "</var>");
+    QCOMPARE(itemsOf(layout).value(0).start, 3);
+    QCOMPARE(extrasOf(layout), QStringList({ "//X location=StartPos 9, width 2", "//X location=StartPos 9, width 2" }));
+    const QByteArray lines = "<var name='X'><location StartPos='3' width='2' RecSegNo='1'/>"
+                             "<location StartPos='9' width='2' RecSegNo='2'/></var>";
+    QCOMPARE(extrasOf(variablesOf(lines)), QStringList());
+}
+
 void DdiReaderTest::typeIsThatOfTheFormat_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -552,6 +564,8 @@ void DdiReaderTest::typeIsThatOfTheFormat_data()
     QTest::newRow("numeric, texts") << code + "<varFormat type='numeric'/>"
                                     << "numeric";
     QTest::newRow("none, missing text") << QByteArray("<catgry missing='Y'><catValu>.</catValu></catgry>") << "numeric";
+    QTest::newRow("none, blank") << QByteArray("<catgry><catValu/></catgry><catgry><catValu>1</catValu></catgry>")
+                                 << "numeric";
     QTest::newRow("none, numbers") << QByteArray("<catgry><catValu>-1.5</catValu></catgry>") << "numeric";
 }
 
@@ -734,7 +748,10 @@ void DdiReaderTest::markupIsPartOfItsText()
         = variablesOf("<var name=\"X\"><txt>A <emph>b</emph> c</txt><universe>All <emph>men</emph> and\n"
                       "women<list><itm>x</itm></list></universe></var>");
     QCOMPARE(itemsOf(layout).value(0).note, QString("A b c"));
-    QCOMPARE(extrasOf(layout), QStringList({ "//X universe=All men and\nwomenx" }));
+    QCOMPARE(
+        itemOf("<txt>\n <p xmlns='http://www.w3.org/1999/xhtml'>One <b>a</b></p><p>Two<br/>three</p>\n</txt>").note,
+        QString("One a\nTwo\nthree"));
+    QCOMPARE(extrasOf(layout), QStringList({ "//X universe=All men and\nwomen\nx" }));
 }
 
 void DdiReaderTest::figuresOfTheDataAreNotRead()
