@@ -234,7 +234,7 @@ private:
             lose(QStringLiteral("one record of more than %1 columns; there are %2 records").arg(maxColumn).arg(count));
         }
         for (int i = 0; count > 1 && i < count; ++i)
-            level.records[i].recordType = QStringLiteral("%1").arg(i + 1, typeLength, 10, QLatin1Char('0'));
+            level.records[i].recordType = QString::number(i + 1).rightJustified(typeLength, QLatin1Char('0'));
         int next = count > 1 ? typeLength + 1 : 1;
         placeFrom(next, level.ids);
         for (Record &record : level.records) {

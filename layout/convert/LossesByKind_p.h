@@ -27,7 +27,7 @@ class LossesByKind
 public:
     void add(const QString &what, const QString &variable)
     {
-        const auto [place, isNew] = places.emplace(what, kinds.size());
+        const auto [place, isNew] = places.emplace(what, int(kinds.size()));
         if (isNew)
             kinds.append({ what, {} });
         QStringList &variables = kinds[place->second].variables;

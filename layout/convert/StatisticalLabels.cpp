@@ -107,10 +107,11 @@ void StatisticalLabels::addLabel(const Value &value, const Range &range)
 {
     const QString label = value.labels.in(language);
     const auto loseIt = [&] { lose(QStringLiteral("the label of %1: \"%2\"").arg(vanlayout::textOf(range), label)); };
-    if (!range.to.isEmpty())
+    const QString *earlier = range.to.isEmpty() ? earlierLabel(range.from, label) : nullptr;
+    if (earlier && *earlier == label)
+        return;
+    if (earlier || !range.to.isEmpty())
         return loseIt();
-    if (const QString *earlier = earlierLabel(range.from, label))
-        return *earlier == label ? void() : loseIt();
     const Loss loss = { path, QStringLiteral("the label of %1").arg(range.from) };
     const QString shorter = cutWithLoss(label, isSav ? labelOfSav : labelOfDta, loss, reports.single);
     if (!write(range.from, shorter.toUtf8()))

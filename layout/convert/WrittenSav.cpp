@@ -2,6 +2,7 @@
 
 #include <QList>
 
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 
@@ -57,16 +58,25 @@ qint64 roundedUp(qint64 size, qint64 unit)
     return (size + unit - 1) / unit * unit;
 }
 
+// The bytes of a UTF-8 character that begins with this byte; 0 for a byte within a character.
+int bytesOfCharacter(uchar first)
+{
+    constexpr uchar within = 0x80;
+    constexpr uchar two = 0xC0;
+    constexpr uchar three = 0xE0;
+    constexpr uchar four = 0xF0;
+    if (first < within)
+        return 1;
+    return first < two ? 0 : first < three ? 2 : first < four ? 3 : 4;
+}
+
 // The bytes at the end of a name that are the beginning of a character.
 int partialBytes(const QByteArray &name)
 {
-    constexpr int maxOfCharacter = 4;
-    for (int count = 1; count < maxOfCharacter && count <= name.size(); ++count) {
-        const auto byte = static_cast<uchar>(name.at(name.size() - count));
-        if (byte < 0x80)
-            return 0;
-        if (byte >= 0xC0)
-            return count < (byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : 2) ? count : 0;
+    for (int count = 1; count <= name.size(); ++count) {
+        const int needed = bytesOfCharacter(static_cast<uchar>(name.at(name.size() - count)));
+        if (needed > 0)
+            return count < needed ? count : 0;
     }
     return 0;
 }
@@ -116,7 +126,7 @@ private:
         ByteReader fields(record.begin);
         fields.number();
         const bool hasLabel = fields.number() != 0;
-        const qint64 missing = std::abs(fields.number()) * sizeOfValue;
+        const qint64 missing = qint64(std::abs(fields.number())) * sizeOfValue;
         if (hasLabel) {
             const qint32 length = reader.number();
             append(record.end, length);
