@@ -1,5 +1,6 @@
 #include "check/LintedText.h"
 #include "support/Corpus.h"
+#include "write/Ddi.h"
 
 #include <QtTest>
 
@@ -17,6 +18,20 @@ private Q_SLOTS:
     void publishedExamplesHaveNoErrors()
     {
         const QVector<LintFinding> findings = findingsOfFile();
+        for (const LintFinding &finding : findings)
+            QVERIFY2(finding.severity() != Severity::Error, qPrintable(shown(finding)));
+    }
+
+    void documentsOfPublishedExamplesHaveNoErrors_data() { publishedExamplesHaveNoErrors_data(); }
+    void documentsOfPublishedExamplesHaveNoErrors()
+    {
+        QFETCH(QString, path);
+        if (path.isEmpty())
+            return;
+        QBuffer document;
+        document.open(QIODevice::WriteOnly);
+        QVERIFY(writeDdi(readLayout(path), document));
+        const QVector<LintFinding> findings = findingsOf(document.data());
         for (const LintFinding &finding : findings)
             QVERIFY2(finding.severity() != Severity::Error, qPrintable(shown(finding)));
     }

@@ -247,6 +247,40 @@ private Q_SLOTS:
         QTEST(messages, "messages");
     }
 
+    void gapWithinARecordIsReportedForEachRecord()
+    {
+        Layout layout = dictionary({ itemAt("A", 2, 1), itemAt("B", 4, 1) });
+        Record second = layout.levels[0].records[0];
+        second.name = "S";
+        layout.levels[0].records.append(second);
+        LintOptions only;
+        only.only = { LintRule::Gap };
+        QCOMPARE(idsAndPaths(lint(layout, only)), QStringList({ "gap L/R", "gap L/S" }));
+    }
+
+    void subitemIsWithinTheFirstOccurrenceOfItsItem_data()
+    {
+        QTest::addColumn<int>("start");
+        QTest::addColumn<int>("length");
+        QTest::addColumn<int>("count");
+        QTest::newRow("whole item") << 10 << 4 << 0;
+        QTest::newRow("end") << 13 << 1 << 0;
+        QTest::newRow("begins before it") << 9 << 2 << 1;
+        QTest::newRow("ends after it") << 13 << 2 << 1;
+    }
+    void subitemIsWithinTheFirstOccurrenceOfItsItem()
+    {
+        QFETCH(int, start);
+        QFETCH(int, length);
+        Item item = itemAt("A", 10, 4);
+        item.occurrences = 2;
+        Item subitem = itemAt("S", start, length);
+        subitem.isSubitem = true;
+        LintOptions only;
+        only.only = { LintRule::SubitemOutsideItem };
+        QTEST(lint(dictionary({ item, subitem }), only).size(), "count");
+    }
+
     void gapBetweenIdsIsReportedOnce()
     {
         Layout layout = dictionary({ itemAt("A", 6, 1) }, { itemAt("ID", 2, 1), itemAt("ID2", 5, 1) });
@@ -697,6 +731,38 @@ private Q_SLOTS:
         const QString moved = changed(relative, " Name=SCHOOL\n-Start=14\n+Start=15");
         QCOMPARE(idsAndPaths(findingsOf(moved.toUtf8(), { LintRule::RelativeStart })),
                  QStringList("relative-start HOUSEHOLD/PERSON/SCHOOL"));
+    }
+
+    void recordTypeOfARelativeFileMayFollowTheIds()
+    {
+        Layout layout = dictionary({ itemAt("A", 5, 1) }, { itemAt("ID", 1, 3) });
+        layout.recordType = RecordTypeColumns{ 4, 1 };
+        layout.relativePositions = true;
+        LintOptions only;
+        only.only = { LintRule::RelativeStart };
+        QVERIFY(lint(layout, only).isEmpty());
+        layout.levels[0].records[0].items[0].start = 4;
+        QCOMPARE(idsAndPaths(lint(layout, only)), QStringList("relative-start L/R/A"));
+    }
+
+    void linkedSetsOfNumbersAndTextsAreCheckedApart()
+    {
+        Item numeric = itemWith({ made::value("X", "a") });
+        numeric.valueSets[0].link = "7";
+        Item alpha = numeric;
+        alpha.type = itemtype::alpha();
+        LintOptions only;
+        only.only = { LintRule::TextCode };
+        QCOMPARE(lint(dictionary({ alpha, numeric }), only).size(), 1);
+    }
+
+    void valueThatIsIgnoredIsToBeCorrected()
+    {
+        const QByteArray text = "{\"name\": \"D\", \"levels\": {}, \"relativePositions\": true}";
+        const QVector<LintFinding> findings = findingsOf(text, { LintRule::MissingKey });
+        QVERIFY(!findings.isEmpty());
+        QCOMPARE(findings.constFirst().message,
+                 QString("a value of \"levels\" is not a list of objects, and is ignored; correct it"));
     }
 
     void onlyAndDisabledSelectRules()
