@@ -3,6 +3,7 @@
 #include "read/CSProCommon_p.h"
 
 #include <algorithm>
+#include <set>
 
 namespace vanlayout
 {
@@ -88,6 +89,16 @@ QString withLeadingBlank(QStringView piece)
 
 } // namespace
 
+CSProTextSpelling::CSProTextSpelling(const QVector<Language> &languageList, Losses *lossList)
+    : languages(languageList)
+    , losses(lossList)
+{
+    if (languages.isEmpty())
+        languages.append({ QStringLiteral("EN"), QString() });
+    for (int place = 0; place < languages.size(); ++place)
+        places.emplace(languages.at(place).name.toUpper(), place);
+}
+
 void CSProTextSpelling::lose(const QString &path, const QString &what) const
 {
     if (losses)
@@ -129,14 +140,16 @@ QString CSProTextSpelling::recordType(const QString &value, const QString &path)
     return inMarks(type);
 }
 
-// The index of the language of a part, the first that is not taken; -1 if there is none.
-int CSProTextSpelling::placeOf(const Label &part, const QVector<bool> &isTaken) const
+// The place of a part in a label of all languages; -1 if it has none. A part is usually at the place of its language.
+int CSProTextSpelling::placeOf(const Label &part, int index) const
 {
-    for (int place = 0; place < languages.size(); ++place) {
-        if (!isTaken.at(place) && languages.at(place).name.compare(part.language, Qt::CaseInsensitive) == 0)
-            return place;
-    }
-    return -1;
+    // The first part without a language is in the primary one.
+    if (index == 0 && part.language.isEmpty())
+        return 0;
+    if (index < languages.size() && languages.at(index).name.compare(part.language, Qt::CaseInsensitive) == 0)
+        return index;
+    const auto found = places.find(part.language.toUpper());
+    return found == places.end() ? -1 : found->second;
 }
 
 QStringList CSProTextSpelling::inOrder(const Labels &labels, const QString &path) const
@@ -147,14 +160,12 @@ QStringList CSProTextSpelling::inOrder(const Labels &labels, const QString &path
             texts.append(QString());
         texts[place] = value;
     };
-    QVector<bool> isTaken(languages.size(), false);
+    std::set<int> taken;
     QStringList further;
     for (int index = 0; index < labels.parts.size(); ++index) {
         const Label &part = labels.parts.at(index);
-        // The first part without a language is in the primary one.
-        const int place = part.language.isEmpty() && index == 0 ? 0 : placeOf(part, isTaken);
-        if (place >= 0) {
-            isTaken[place] = true;
+        const int place = placeOf(part, index);
+        if (place >= 0 && taken.insert(place).second) {
             put(place, part.text);
             continue;
         }
@@ -163,7 +174,7 @@ QStringList CSProTextSpelling::inOrder(const Labels &labels, const QString &path
         further.append(part.text);
     }
     // A text stands for the first one if that is absent.
-    if (!isTaken.constFirst() && !labels.parts.isEmpty())
+    if (taken.count(0) == 0 && !labels.parts.isEmpty())
         put(0, labels.parts.constFirst().text);
     for (int index = 0; index < further.size(); ++index)
         put(int(languages.size()) + index, further.at(index));
@@ -252,15 +263,18 @@ QStringList CSProTextSpelling::note(const QString &text, const QString &path) co
     const QStringList lines = QString(text).remove(QLatin1Char('\r')).split(QLatin1Char('\n'));
     for (int index = 0; index < lines.size(); ++index) {
         QStringView line(lines.at(index));
-        QString begun = canBegin(line) || pieces.isEmpty() ? QString() : pieces.takeLast();
+        QString piece = canBegin(line) || pieces.isEmpty() ? QString() : pieces.takeLast();
         for (int division = divisionOf(line); division >= 0; division = divisionOf(line)) {
-            pieces.append(begun + withLeadingBlank(line.left(division)));
-            begun.clear();
+            piece += withLeadingBlank(line.left(division));
+            pieces.append(piece);
+            piece = QString();
             line = line.mid(division + 1);
         }
-        const QString last = begun + withLeadingBlank(line) + (index + 1 < lines.size() ? lineEnd : QString());
-        if (!last.isEmpty())
-            pieces.append(last);
+        piece += withLeadingBlank(line);
+        if (index + 1 < lines.size())
+            piece += lineEnd;
+        if (!piece.isEmpty())
+            pieces.append(piece);
     }
     return pieces;
 }

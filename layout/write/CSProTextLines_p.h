@@ -2,6 +2,7 @@
 #define LAYOUT_WRITE_CSPROTEXTLINES_P_H
 
 #include "model/Layout.h"
+#include "util/KeyedHash_p.h"
 #include "write/Loss.h"
 
 #include <QByteArray>
@@ -16,11 +17,7 @@ class CSProTextSpelling
 {
 public:
     /// \a lossList may be null. A dictionary without languages is in the language EN.
-    CSProTextSpelling(const QVector<Language> &languageList, Losses *lossList)
-        : languages(languageList.isEmpty() ? QVector<Language>{ { QStringLiteral("EN"), QString() } } : languageList)
-        , losses(lossList)
-    {
-    }
+    CSProTextSpelling(const QVector<Language> &languageList, Losses *lossList);
 
     void lose(const QString &path, const QString &what) const;
     /// A text without line breaks and without white space at both ends.
@@ -42,12 +39,13 @@ public:
 private:
     QString joined(const Labels &labels, const QString &path) const;
     QStringList inOrder(const Labels &labels, const QString &path) const;
-    int placeOf(const Label &part, const QVector<bool> &isTaken) const;
+    int placeOf(const Label &part, int index) const;
     QString part(QString value, const QString &path) const;
     QString code(const QString &value, const Item &item) const;
     bool isWritable(const Range &range, const Item &item, const QString &path) const;
 
     QVector<Language> languages;
+    KeyedMap<QString, int> places; // of the languages, by their codes in capitals
     Losses *losses;
 };
 
