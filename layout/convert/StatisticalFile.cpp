@@ -152,7 +152,7 @@ private:
             widths.emplace(name.toUtf8(), int(types.widthOfText(item)));
         setDisplay(variable, item);
         addMissing(variable, column);
-        if (readstat_label_set_t *set = labels.setOf(item, name))
+        if (readstat_label_set_t *set = labels.setOf(item, column.name))
             readstat_variable_set_label_set(variable, set);
         if (isSav && item.name == layout.weight && !layout.weight.isEmpty())
             setWeight(variable, isText);

@@ -132,6 +132,8 @@ void StatisticalLosses::appendFile(Losses &losses) const
         add(QStringLiteral("the labels in more than one of the languages ") + languages.join(QLatin1String(", ")));
     if (!layout.relations.isEmpty())
         add(QStringLiteral("the relations"));
+    if (holdsData(layout.format) && !layout.name.isEmpty())
+        add(QStringLiteral("the name %1 of the data set").arg(layout.name));
     if (!isSav && !layout.weight.isEmpty())
         add(QStringLiteral("the weight variable %1").arg(layout.weight));
     for (const Extra &extra : layout.extras)

@@ -150,9 +150,13 @@ size_t StatisticalTypes::widthOfText(const Item &item) const
 
 QString StatisticalTypes::formatOf(const Item &item) const
 {
-    if (isOwnForm && !item.format.isEmpty())
+    const bool isText = kindOf(item) == ValueKind::Text;
+    // The width in the format A of SPSS must be that of the text, which some files do not observe.
+    const bool isWidth = isSav && isText && item.format.startsWith(QLatin1Char('A')) && widthOfText(item) > 0
+        && !item.format.startsWith(QLatin1String("AHEX"));
+    if (isOwnForm && !item.format.isEmpty() && !isWidth)
         return item.format;
-    return kindOf(item) == ValueKind::Text ? formatOfText(item) : formatOfNumber(item);
+    return isText ? formatOfText(item) : formatOfNumber(item);
 }
 
 QString StatisticalTypes::formatOfText(const Item &item) const

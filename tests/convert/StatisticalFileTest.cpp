@@ -208,6 +208,24 @@ private Q_SLOTS:
         QCOMPARE(make(layout, dta).losses, QStringList{ ": format DATETIME20.0 of X" });
     }
 
+    void formatOfATextInSpssHasItsWidth()
+    {
+        Item item = text(8);
+        item.format = QStringLiteral("A16");
+        Layout layout = dictionary({ item });
+        layout.format = Format::Spss;
+        QCOMPARE(make(layout, sav).item().format, QStringLiteral("A8"));
+        QCOMPARE(make(layout, sav).losses, QStringList{ ": format A16 of X" });
+        layout.levels[0].records[0].items[0].format = QStringLiteral("AHEX16");
+        QCOMPARE(make(layout, sav).item().format, QStringLiteral("AHEX16"));
+    }
+
+    void lossesHaveTheNamesOfTheSource()
+    {
+        QCOMPARE(make(made::item("a.b", 4, { made::range("1", "5", "a") }), dta).losses,
+                 (QStringList{ "a.b: the name, which is now a_b", "a.b: the label of 1 to 5: \"a\"" }));
+    }
+
     void formatsThatShowTheSameStay_data()
     {
         QTest::addColumn<int>("source");
@@ -264,6 +282,8 @@ private Q_SLOTS:
         QCOMPARE(make(layout, sav).losses,
                  (QStringList{ ": name \"yesno\" of the value labels of X", ": storage type int8 of X" }));
         QCOMPARE(make(layout, dta).item().valueSets.at(0).name, QStringLiteral("yesno"));
+        layout.name = QStringLiteral("DATASET");
+        QVERIFY(make(layout, dta).losses.contains(": the name DATASET of the data set"));
     }
 
     void aTextIsNoWeight()
