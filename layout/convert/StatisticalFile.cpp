@@ -67,6 +67,8 @@ public:
             return made;
         writeHead();
         addVariables();
+        if (count == 0)
+            made.problem = QStringLiteral("has no variable that a statistical file can hold");
         lost.appendTo(made.losses);
         setVersion();
         if (made.problem.isEmpty())

@@ -36,7 +36,8 @@ bool isMissing(const Value &value)
 
 QString cutWithLoss(const QString &text, const LengthLimit &limit, const Loss &loss, Losses &losses)
 {
-    const QString shorter = cutTo(text, limit);
+    const int zero = text.indexOf(QChar(0)); // which ends a text of ReadStat
+    const QString shorter = cutTo(zero < 0 ? text : text.left(zero), limit);
     if (shorter != text)
         losses.append({ loss.path, loss.what + QStringLiteral(" after its first %1 characters").arg(shorter.size()) });
     return shorter;

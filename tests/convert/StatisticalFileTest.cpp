@@ -710,6 +710,23 @@ private Q_SLOTS:
         QCOMPARE(make(item, sav).losses, QStringList());
     }
 
+    void aLayoutWithoutVariablesIsRefused()
+    {
+        Layout layout = dictionary({});
+        layout.levels[0].ids.clear();
+        const StatisticalFile file = makeStatisticalFile(layout, sav, QString());
+        QCOMPARE(file.problem, QStringLiteral("has no variable that a statistical file can hold"));
+        QVERIFY(file.bytes.isEmpty());
+    }
+
+    void aLabelEndsBeforeAZero()
+    {
+        Item item = made::item(QStringLiteral("X"), 3);
+        item.labels = made::labels(QStringLiteral("ab") + QChar(0) + QStringLiteral("cd"));
+        QCOMPARE(make(item, sav).item().labels.primary(), QStringLiteral("ab"));
+        QCOMPARE(make(item, dta).losses, QStringList{ "X: the label after its first 2 characters" });
+    }
+
     void aLayoutWithTooManyColumnsIsRefused()
     {
         Item item = made::item(QStringLiteral("X"), 1);
