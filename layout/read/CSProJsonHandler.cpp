@@ -162,7 +162,6 @@ bool CSProJsonHandler::EndArray(rapidjson::SizeType /*elementCount*/)
 {
     if (skipping != Skipping::None)
         return endPart();
-    findings.setLine(0);
     const JsonKey &ended = *frames.back().key;
     frames.pop_back();
     if (ended.end)

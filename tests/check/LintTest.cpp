@@ -629,6 +629,20 @@ private Q_SLOTS:
         QCOMPARE(idsAndPaths(lint(layout)), QStringList("incomplete-reading "));
     }
 
+    void codesOfADocumentWithoutColumnsHaveAnyWidth()
+    {
+        Item item = itemWith({ made::value("12345", "a"), made::value(".a", "b"), made::value("1.5", "c") });
+        Layout layout = dictionary({ item });
+        layout.format = Format::Ddi;
+        LintOptions only;
+        only.only = { LintRule::WideCode, LintRule::TextCode, LintRule::CodeDecimals };
+        QCOMPARE(
+            idsAndPaths(lint(layout, only)),
+            QStringList({ "wide-code L/R/AGE/VS1/#1", "text-code L/R/AGE/VS1/#2", "code-decimals L/R/AGE/VS1/#3" }));
+        layout.levels[0].records[0].items[0].start = 0;
+        QVERIFY(lint(layout, only).isEmpty());
+    }
+
     void variablesOfARecordHaveDifferentNames()
     {
         Layout layout = dictionary({ itemAt("A", 2, 1), itemAt("a", 3, 1) });
@@ -836,6 +850,10 @@ private Q_SLOTS:
             << QByteArray("\"ids\": { \"items\": [] }") << QByteArray("\"ids\": []") << "error missing-key 7 L";
         QTest::newRow("missing key") << QByteArray("\"length\": 5, ") << QByteArray() << "error missing-key 8 L/R/A";
         QTest::newRow("entry of a list") << QByteArray("@11") << QByteArray(",\n7") << "error missing-key 12 L/R";
+        QTest::newRow("list in a list") << QByteArray("@11") << QByteArray(",\n[\n7]") << "error missing-key 12 L/R";
+        QTest::newRow("empty list") << QByteArray("\"zeroFill\": false")
+                                    << QByteArray("\"valueSets\": [\n{ \"name\": \"V\",\n\"labels\": [] } ]")
+                                    << "info reader-remark 12 L/R/A/V";
         QTest::newRow("label") << QByteArray("[ { \"text\": \"A\" } ]")
                                << QByteArray("[ { \"text\": \"A\" },\n{ \"text\": \"B\", \"language\": \"FR\" } ]")
                                << "warning label-without-language 8 L/R/A";
