@@ -176,6 +176,8 @@ private slots:
     void documentWithoutVariablesIsALayout();
     void copiesInRecordsAreBounded();
     void longKeysAreCut();
+    void manyPartsTakeLinearTime_data();
+    void manyPartsTakeLinearTime();
 };
 
 void DdiReaderTest::rootIsFound_data()
@@ -965,6 +967,43 @@ void DdiReaderTest::longKeysAreCut()
     const QByteArray name(300, 'n');
     const Layout layout = layoutOf("<codeBook><" + name + ">text</" + name + "></codeBook>");
     QCOMPARE(layout.extras.value(0).key.size(), 200);
+}
+
+void DdiReaderTest::manyPartsTakeLinearTime_data()
+{
+    QTest::addColumn<QByteArray>("group");
+    QTest::addColumn<QByteArray>("part");
+    QTest::addColumn<QByteArray>("variable");
+    QTest::newRow("records") << QByteArray("<recGrp rectype='%1' recidvar='V%1' keyvar='V%1'/>") << QByteArray()
+                             << QByteArray("<var ID='V%1' name='V%1' rectype='%1'/>");
+    QTest::newRow("lines") << QByteArray() << QByteArray()
+                           << QByteArray("<var name='V%1'><location StartPos='1' width='1' RecSegNo='%1'/></var>");
+    QTest::newRow("repetitions") << QByteArray() << QByteArray("<varGrp type='repetition' name='G%1' var='V%1 W%1'/>")
+                                 << QByteArray("<var ID='V%1' name='V%1'/><var ID='W%1' name='W%1'/>");
+}
+
+// Each of these parts is looked up by others.
+void DdiReaderTest::manyPartsTakeLinearTime()
+{
+    QFETCH(QByteArray, group);
+    QFETCH(QByteArray, part);
+    QFETCH(QByteArray, variable);
+    constexpr int count = 10'000;
+    QByteArray groups;
+    QByteArray parts;
+    QByteArray variables;
+    for (int i = 1; i <= count; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        groups += QByteArray(group).replace("%1", number);
+        parts += QByteArray(part).replace("%1", number);
+        variables += QByteArray(variable).replace("%1", number);
+    }
+    const Layout layout = layoutOf(withVariables(
+        parts + variables, "<fileDscr ID='F1'><fileTxt><fileStrc>" + groups + "</fileStrc></fileTxt></fileDscr>"));
+    int items = 0;
+    for (const Record &record : layout.levels.value(0).records)
+        items += record.items.size();
+    QCOMPARE(items, count);
 }
 
 QTEST_APPLESS_MAIN(DdiReaderTest)
