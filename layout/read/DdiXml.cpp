@@ -1,5 +1,6 @@
 #include "read/DdiXml_p.h"
 
+#include "read/CSProCommon_p.h"
 #include "read/Decoding_p.h"
 
 #include <QIODevice>
@@ -133,7 +134,8 @@ Xml::Xml(QIODevice &source, const QByteArray &head)
 {
     reader.setNamespaceProcessing(false);
     if (!decoded.isKnown())
-        fail("unknown-encoding", QStringLiteral("has the unknown encoding %1").arg(decoded.encoding().left(40)), 1);
+        fail("unknown-encoding", QStringLiteral("has the unknown encoding %1").arg(cspro::quoted(decoded.encoding())),
+             1);
 }
 
 void Xml::fail(const char *problemWord, const QString &problem, int lineNumber)

@@ -320,7 +320,9 @@ void DdiReaderTest::documentIsRefused_data()
     row("control character", "<codeBook>\x01</codeBook>", "not-well-formed", 1, "is not well-formed XML: ");
     row("unknown entity", "<codeBook>&x;</codeBook>", "not-well-formed", 1, "is not well-formed XML: ");
     row("encoding", "<?xml version=\"1.0\" encoding=\"x-none\"?><codeBook/>", "unknown-encoding", 1,
-        "has the unknown encoding x-none");
+        "has the unknown encoding \"x-none\"");
+    row("encoding of two lines", "<?xml version=\"1.0\" encoding=\"x\ny\"?><codeBook/>", "unknown-encoding", 1,
+        "has the unknown encoding \"x y\"");
     row("entity", "<!DOCTYPE codeBook [\n<!ENTITY a \"text\">]><codeBook>&a;</codeBook>", "unsafe-xml", 2,
         "declares entities, which are not expanded");
     row("entity of a file", "<!DOCTYPE codeBook [<!ENTITY a SYSTEM \"file:///etc/passwd\">]><codeBook>&a;</codeBook>",
