@@ -296,6 +296,22 @@ private Q_SLOTS:
         QVERIFY(!itemOf(dictionary(made::item("X", 2, {}, itemtype::alpha()))).contains(QStringLiteral("zeroFill")));
     }
 
+    void imagesOfAJsonFormStay()
+    {
+        Value value = made::value(QStringLiteral("9"));
+        value.image = QStringLiteral(".\\a.jpg");
+        Layout layout = dictionary(made::item(QStringLiteral("X"), 2, { value }));
+        QVERIFY(write(layout).json.contains("\"image\": \"a.jpg\""));
+        layout.format = Format::CSProJson;
+        QVERIFY(write(layout).json.contains("\"image\": \".\\\\a.jpg\""));
+    }
+
+    void aRangeKeepsItsSecondCode()
+    {
+        const Layout layout = dictionary(made::item(QStringLiteral("X"), 2, { made::range("1 ", " ") }));
+        QVERIFY(write(layout).json.contains("\"range\": [ \"1\", \" \" ]"));
+    }
+
     void typesOfBinaryItemsHaveACapital()
     {
         const Layout layout = dictionary(made::item(QStringLiteral("X"), 1, {}, QStringLiteral("image")));

@@ -190,6 +190,8 @@ private Q_SLOTS:
         QTest::newRow("other order") << label({ { french, "b" }, { english, "a" } }) << "Label=a|b" << QStringList();
         QTest::newRow("code in another case")
             << label({ { "en", "a" }, { "fr", "b" } }) << "Label=a|b" << QStringList();
+        QTest::newRow("other order and case")
+            << label({ { "fr", "b" }, { "en", "a" } }) << "Label=a|b" << QStringList();
         QTest::newRow("no language") << label({ { "", "a" } }) << "Label=a" << QStringList();
         QTest::newRow("only the second stands for the first")
             << label({ { french, "b" } }) << "Label=b|b" << QStringList();
@@ -466,6 +468,8 @@ private Q_SLOTS:
         QTest::newRow("blank field") << number("") << "Value='   '";
         QTest::newRow("blanks as written") << number("  ") << "Value='  '";
         QTest::newRow("text in a number") << number("a b") << "Value='a b'";
+        QTest::newRow("apostrophe in a number") << number("1'") << "Value=\"1'\"";
+        QTest::newRow("quotation mark in a number") << number("1\"") << "Value='1\"'";
         QTest::newRow("colon in a number") << number("1:2") << "Value='1:2'";
         QTest::newRow("text is padded") << text("A") << "Value='A  '";
         QTest::newRow("digits of the whole length") << text("123") << "Value=123";
@@ -488,6 +492,20 @@ private Q_SLOTS:
         Value value = made::value(QStringLiteral("1"), QStringLiteral("some; others"));
         value.ranges.append({ QStringLiteral("5"), QStringLiteral("7") });
         QCOMPARE(valueLines(itemWith(value)), QStringList{ "Value=1 5:7;some; others" });
+    }
+
+    void labelOfAValueIsOnOneLine()
+    {
+        const Layout layout = dictionary(itemWith(made::value(QStringLiteral("1"), QStringLiteral("a\nb "))));
+        QCOMPARE(valueLines(layout.levels[0].records[0].items[0]), QStringList{ "Value=1;a b" });
+        QCOMPARE(write(layout).losses, QStringList{ "L/R/X/VS1/#1: label: line breaks, and white space at the end" });
+    }
+
+    void aBlankFieldOfAnItemWithoutALengthIsLost()
+    {
+        const Layout layout = dictionary(itemWith(made::value(QString()), itemtype::alpha(), 0));
+        QCOMPARE(write(layout).losses,
+                 QStringList{ "L/R/X/VS1/#1: the code of a blank field, because the item has no length" });
     }
 
     void blanksBeforeTheLabelOfAValueStay()
@@ -614,6 +632,28 @@ private Q_SLOTS:
         QCOMPARE(write(layout).losses,
                  (QStringList{ ": the security settings in words, because there are no encrypted ones",
                                ": the unknown statement \"" + word + '"' }));
+    }
+
+    // What a text form states stays as it is, also if CSPro would not write it.
+    void unusualStatementsOfATextFormStay()
+    {
+        Item item = made::item(QStringLiteral("X"), 2);
+        item.occurrences = 0;
+        item.decimals = -1;
+        Layout layout = dictionary(item);
+        layout.levels[0].records[0].maximum = 0;
+        layout.relativePositions.reset();
+        layout.security = Security{ QStringLiteral("ab12"), {}, {}, {} };
+        layout.valueSetImages = QStringLiteral("x");
+        const QStringList head = linesOf(layout, QStringLiteral("[Dictionary]"));
+        QVERIFY(head.contains(QStringLiteral("SecurityOptions=ab12"))
+                && head.contains(QStringLiteral("ValueSetImages=x")));
+        QCOMPARE(head.filter(QStringLiteral("Positions")), QStringList());
+        QVERIFY(linesOf(layout, QStringLiteral("[Record]")).contains(QStringLiteral("MaxRecords=0")));
+        const QStringList lines = linesOf(layout, QStringLiteral("[Item]"), QStringLiteral("X"));
+        QVERIFY(lines.contains(QStringLiteral("Occurrences=0")) && lines.contains(QStringLiteral("Decimal=-1")));
+        layout.format = Format::CSProJson;
+        QVERIFY(linesOf(layout, QStringLiteral("[Dictionary]")).contains(QStringLiteral("Positions=Absolute")));
     }
 
     void settingsOfTheJsonFormAreInCapitals()
