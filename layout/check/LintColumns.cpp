@@ -23,9 +23,10 @@ bool startsBefore(const Columns &left, const Columns &right)
     return left.first < right.first;
 }
 
-bool isWithin(const Columns &inner, const Columns &outer)
+// Whether one of them has all columns of the other.
+bool contains(const Columns &one, const Columns &other)
 {
-    return inner.first >= outer.first && inner.last <= outer.last;
+    return (one.first >= other.first && one.last <= other.last) || (other.first >= one.first && other.last <= one.last);
 }
 
 QString shownColumns(qint64 first, qint64 last)
@@ -113,7 +114,7 @@ private:
     // A DDI document has no subitems: a variable may have some of the columns of another one.
     void report(const Columns &one, const Columns &other)
     {
-        if (!isDictionary(layout) && (isWithin(one, other) || isWithin(other, one)))
+        if (!isDictionary(layout) && contains(one, other))
             return;
         findings.add(LintRule::Overlap, one.address,
                      QStringLiteral("%1 (%2) overlaps %3 (%4); move one of them")

@@ -79,7 +79,7 @@ Misreading misreadingIn(const QString &text)
     for (int index = 0; index < text.size(); ++index) {
         if (text.at(index).unicode() < lowestBegin)
             continue;
-        const Misreading found = misreadingAt(text, index);
+        Misreading found = misreadingAt(text, index);
         if (!found.text.isEmpty())
             return found;
     }

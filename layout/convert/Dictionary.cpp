@@ -217,7 +217,7 @@ private:
 
     QString nameOf(const QString &name, const char *suffix)
     {
-        const QString given = names.give(name.isEmpty() ? stem + QLatin1String(suffix) : name, stem);
+        QString given = names.give(name.isEmpty() ? stem + QLatin1String(suffix) : name, stem);
         if (!name.isEmpty() && given != name)
             lose(QStringLiteral("the name %1, which is now %2").arg(name, given));
         return given;

@@ -124,7 +124,7 @@ QString moveIds(Layout &layout, const QStringList &names)
     if (!ids.problem.isEmpty())
         return ids.problem;
     for (const QString &name : names) {
-        const QString problem = moveId(level, name);
+        QString problem = moveId(level, name);
         if (!problem.isEmpty())
             return problem;
     }

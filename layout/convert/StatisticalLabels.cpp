@@ -37,7 +37,7 @@ bool isMissing(const Value &value)
 QString cutWithLoss(const QString &text, const LengthLimit &limit, const Loss &loss, Losses &losses)
 {
     const int zero = text.indexOf(QChar(0)); // which ends a text of ReadStat
-    const QString shorter = cutTo(zero < 0 ? text : text.left(zero), limit);
+    QString shorter = cutTo(zero < 0 ? text : text.left(zero), limit);
     if (shorter != text)
         losses.append({ loss.path, loss.what + QStringLiteral(" after its first %1 characters").arg(shorter.size()) });
     return shorter;

@@ -57,7 +57,7 @@ QString StatisticalNames::give(const QString &original)
         changed.take(original);
         return original;
     }
-    const QString name = changed.give(original);
+    QString name = changed.give(original);
     used.insert(rules.nameCase == NameCase::Exact ? name : name.toLower());
     return name;
 }

@@ -97,9 +97,11 @@ readstat_type_t typeOfDigits(int digits)
 
 const ValueSet *labelledSetOf(const Item &item)
 {
-    const auto set = std::find_if(item.valueSets.begin(), item.valueSets.end(),
-                                  [](const ValueSet &valueSet) { return !valueSet.values.isEmpty(); });
-    return set != item.valueSets.end() ? &*set : nullptr;
+    for (const ValueSet &set : item.valueSets) {
+        if (!set.values.isEmpty())
+            return &set;
+    }
+    return nullptr;
 }
 
 StatisticalTypes::StatisticalTypes(StatisticalFormat target, Format sourceFormat)

@@ -35,8 +35,8 @@ struct Places {
 class Records
 {
 public:
-    /// \a content must have a file, and outlive this object.
-    explicit Records(const Content &content);
+    /// \a document must have a file, and outlive this object.
+    explicit Records(const Content &document);
 
     Places placesOf(const Variable &variable) const;
     /// Whether levels and records are stated as groups of variables, as in the documents of this library.

@@ -97,7 +97,7 @@ private:
     }
     QByteArray ansi(const QString &value)
     {
-        const QByteArray bytes = decoding::toWindows1252(value);
+        QByteArray bytes = decoding::toWindows1252(value);
         isAltered = isAltered || bytes.count('?') != value.count(QLatin1Char('?'));
         return bytes;
     }

@@ -107,8 +107,10 @@ void CSProTextSpelling::lose(const QString &path, const QString &what) const
 
 QString CSProTextSpelling::text(const QString &value, const QString &path, const QString &what) const
 {
-    const auto begin = std::find_if_not(value.begin(), value.end(), cspro::isWhiteSpace);
-    const QString line = endOfLine(value.mid(int(begin - value.begin())));
+    int begin = 0;
+    while (begin < value.size() && cspro::isWhiteSpace(value.at(begin)))
+        ++begin;
+    QString line = endOfLine(value.mid(begin));
     if (line != value)
         lose(path, what + QStringLiteral(": line breaks, and white space at both ends"));
     return line;
@@ -209,7 +211,7 @@ QString CSProTextSpelling::label(const Labels &labels, const QString &path) cons
 QString CSProTextSpelling::valueLabel(const Labels &labels, const QString &path) const
 {
     const QString whole = joined(labels, path);
-    const QString line = endOfLine(whole);
+    QString line = endOfLine(whole);
     if (line != whole)
         lose(path, QStringLiteral("label: line breaks, and white space at the end"));
     return line;

@@ -72,7 +72,11 @@ public:
     }
 
 private:
-    int &at(int edits, int diagonal) { return reach[size_t(edits)][size_t(diagonal + edits)]; }
+    int &at(int edits, int diagonal)
+    {
+        const int index = diagonal + edits;
+        return reach[size_t(edits)][size_t(index)];
+    }
 
     bool isByAdding(int edits, int diagonal)
     {
@@ -87,17 +91,23 @@ private:
     }
     int followed(int line, int diagonal) const
     {
-        while (line < count && line - diagonal < countAfter
-               && before[size_t(part.beforeBegin + line)] == after[size_t(part.afterBegin + line - diagonal)])
-            ++line;
-        return line;
+        int index = part.beforeBegin + line;
+        int indexAfter = part.afterBegin + line - diagonal;
+        while (index < part.beforeEnd && indexAfter < part.afterEnd
+               && before[size_t(index)] == after[size_t(indexAfter)]) {
+            ++index;
+            ++indexAfter;
+        }
+        return index - part.beforeBegin;
     }
     void collect(int edits, int diagonal, std::vector<int> &pairOf)
     {
         for (; edits >= 0; --edits) {
             const int first = start(edits, diagonal);
-            for (int line = at(edits, diagonal) - 1; line >= first; --line)
-                pairOf[size_t(part.beforeBegin + line)] = part.afterBegin + line - diagonal;
+            for (int line = at(edits, diagonal) - 1; line >= first; --line) {
+                const int index = part.beforeBegin + line;
+                pairOf[size_t(index)] = part.afterBegin + line - diagonal;
+            }
             if (edits > 0)
                 diagonal += isByAdding(edits, diagonal) ? 1 : -1;
         }

@@ -76,7 +76,7 @@ LintSelection LintSettings::forFile(const QString &file)
     if (known != qAsConst(byDirectory).end())
         return *known;
     const QString path = pathFor(directory);
-    const LintSelection selection = path.isEmpty() ? LintSelection() : readFrom(path);
+    LintSelection selection = path.isEmpty() ? LintSelection() : readFrom(path);
     byDirectory.insert(directory, selection);
     return selection;
 }
@@ -85,7 +85,7 @@ QString LintSettings::pathFor(const QString &directory)
 {
     QString each = QDir::cleanPath(directory);
     for (;;) {
-        const QString path = QDir(each).filePath(QStringLiteral(".vanlayout-lint"));
+        QString path = QDir(each).filePath(QStringLiteral(".vanlayout-lint"));
         if (QFileInfo::exists(path))
             return path;
         const QString parent = QFileInfo(each).path();

@@ -41,15 +41,16 @@ QString placeOf(const LintFinding &finding)
 void printSeverity(const LintedFile &file, Severity severity, bool showsAll, TableLines &lines)
 {
     const QVector<LintFinding> &findings = file.findings;
-    for (auto first = findings.begin(); first != findings.end();) {
-        const LintRule rule = first->rule;
-        const auto end
-            = std::find_if(first, findings.end(), [&](const LintFinding &each) { return each.rule != rule; });
-        const int count = infoOf(rule).severity == severity ? int(end - first) : 0;
+    for (int first = 0; first < findings.size();) {
+        const LintRule rule = findings.at(first).rule;
+        int end = first;
+        while (end < findings.size() && findings.at(end).rule == rule)
+            ++end;
+        const int count = infoOf(rule).severity == severity ? end - first : 0;
         const int shown = showsAll ? count : std::min(count, maxShown);
-        for (auto each = first; each != first + shown; ++each) {
-            lines.print(1, printable(placeOf(*each)));
-            lines.print(2, printable(each->message));
+        for (int index = first; index < first + shown; ++index) {
+            lines.print(1, printable(placeOf(findings.at(index))));
+            lines.print(2, printable(findings.at(index).message));
         }
         if (shown < count)
             lines.print(1, QStringLiteral("%1 more of [%2]; --all shows them").arg(count - shown).arg(infoOf(rule).id));
