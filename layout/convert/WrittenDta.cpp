@@ -58,6 +58,7 @@ void sortSet(QByteArray &bytes, int begin, int count)
 {
     std::vector<std::pair<qint32, qint32>> codes; // with the place of the label
     constexpr int size = sizeof(qint32);
+    codes.reserve(size_t(count));
     for (int i = 0; i < count; ++i)
         codes.emplace_back(numberAt<qint32>(bytes, begin + (count + i) * size),
                            numberAt<qint32>(bytes, begin + i * size));
