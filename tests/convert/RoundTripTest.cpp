@@ -1,7 +1,7 @@
 #include "RandomDictionary.h"
 #include "read/Reader.h"
 #include "support/Corpus.h"
-#include "support/Sanitizer.h"
+#include "support/RandomLayouts.h"
 #include "write/CSProJson.h"
 #include "write/CSProText.h"
 #include "write/LayoutJson.h"
@@ -152,7 +152,7 @@ private:
 
     static void forEachDictionary(void (*check)(const Layout &layout))
     {
-        constexpr quint32 dictionaries = sanitizesMemory ? 500 : 5000; // for each form
+        const quint32 dictionaries = randomLayoutCount(5000); // for each form
         for (quint32 seed = 1; seed <= dictionaries; ++seed) {
             check(RandomDictionary(seed).make());
             if (QTest::currentTestFailed())

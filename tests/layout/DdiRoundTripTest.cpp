@@ -1,4 +1,5 @@
 #include "support/Corpus.h"
+#include "support/RandomLayouts.h"
 
 #include "read/DdiXml_p.h"
 #include "read/Reader.h"
@@ -546,7 +547,7 @@ void DdiRoundTripTest::layoutComesBack()
 
 void DdiRoundTripTest::randomLayoutComesBack()
 {
-    constexpr quint32 layouts = 400;
+    const quint32 layouts = randomLayoutCount(500);
     for (quint32 seed = 1; seed <= layouts; ++seed) {
         const Layout layout = RandomDictionary(seed).make();
         const Layout back = readBack(documentOf(layout, DdiProfile::Plain));
