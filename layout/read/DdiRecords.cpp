@@ -119,7 +119,8 @@ void Records::addStatedRecord(const Group &group, int level)
 // The record groups of a file are in the order of their numbers.
 const RecordGroup *Records::recordGroupOf(const Group &group) const
 {
-    const int number = group.id.startsWith(recordGroup) ? group.id.mid(recordGroup.size()).toInt() : 0;
+    const QString digits = group.id.startsWith(recordGroup) ? group.id.mid(recordGroup.size()) : QString();
+    const int number = digits.toInt(); // 0 if these are no digits
     const QVector<RecordGroup> &stated = content.files.constFirst().groups;
     return number > 0 && number <= stated.size() ? &stated.at(number - 1) : nullptr;
 }
