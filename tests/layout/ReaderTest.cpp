@@ -158,13 +158,13 @@ void ReaderTest::aFileWithoutALayoutSaysWhatItIs_data()
     QTest::newRow("HTML in small letters") << QByteArray("<!doctype html>") << "unknown-format"
                                            << "HTML page";
     QTest::newRow("XML with a mark") << QByteArray("\xEF\xBB\xBF<?xml version=\"1.0\"?>") << "unknown-format"
-                                     << "XML document";
+                                     << "begins like XML, but is not well-formed XML";
     QTest::newRow("PROC CPORT") << QByteArray("**COMPRESSED** ").repeated(5) + QByteArray(80, '\1') << "unknown-format"
                                 << "PROC CPORT, not a layout; make a data set of it in SAS";
     QTest::newRow("archive") << QByteArray("\x1f\x8b\x08\0", 4) << "unknown-format"
                              << "a gzip archive, not a layout; unpack it";
     QTest::newRow("XML") << QByteArray("<?xml version=\"1.0\"?>") << "unknown-format"
-                         << "XML document";
+                         << "begins like XML, but is not well-formed XML";
     QTest::newRow("encrypted SPSS file") << QByteArray("\x1c\0\0\0\0\0\0\0ENCRYPTEDSAV\x15\0\0\0", 24)
                                          << "unknown-format"
                                          << "encrypted SPSS file";

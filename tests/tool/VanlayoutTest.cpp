@@ -1401,8 +1401,8 @@ void VanlayoutTest::emptyLinesTakeAFewTimesTheirSize()
 
 void VanlayoutTest::manyRecordsArePrintedInAFewSeconds()
 {
-    constexpr int count = 100000;
-    constexpr rlim_t fewSeconds = 30; // visiting all entries for each one would take minutes
+    constexpr int count = 30000;
+    constexpr rlim_t fewSeconds = 30; // visiting all entries for each one would take more than a minute
     QByteArray content = oneItem("ONE");
     for (int i = 0; i < count; ++i) {
         const QByteArray number = QByteArray::number(i).rightJustified(6, '0');
@@ -1414,7 +1414,7 @@ void VanlayoutTest::manyRecordsArePrintedInAFewSeconds()
     const QJsonArray groups
         = QJsonDocument::fromJson(shown.out).object().value("importer").toObject().value("groups").toArray();
     QCOMPARE(groups.size(), count);
-    for (int i : { 0, 1, 77777, count - 1 }) {
+    for (int i : { 0, 1, 17777, count - 1 }) {
         const QByteArray number = QByteArray::number(i).rightJustified(6, '0');
         const QString entry = QString::fromLatin1('R' + number + '=' + number);
         QCOMPARE(groups.at(i).toObject().value("name").toString(), entry);
