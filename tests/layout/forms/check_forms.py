@@ -19,6 +19,18 @@ def files_of(paths):
         yield from sorted(p for p in path.rglob("*") if p.is_file()) if path.is_dir() else [path]
 
 
+def documents_of(program, form, files):
+    """The document of each file that has a layout; None if it cannot be written."""
+    run = subprocess.run([program, "--each", form, *map(str, files)], stdout=subprocess.PIPE, check=True)
+    begin = 0
+    for path in files:
+        head = run.stdout.index(b"\n", begin) + 1
+        status, size = map(int, run.stdout[begin:head].split())
+        begin = head + size
+        if status != NO_LAYOUT:
+            yield path, json.loads(run.stdout[head:begin]) if status == 0 else None
+
+
 def main():
     form, program, *paths = sys.argv[1:]
     try:
@@ -27,14 +39,10 @@ def main():
         print(error)
         return 77
     documents = wrong = 0
-    for path in files_of(paths):
-        run = subprocess.run([program, form, str(path)], capture_output=True, check=False)
-        if run.returncode == NO_LAYOUT:
-            continue
-        document = json.loads(run.stdout) if run.returncode == 0 else {}
+    for path, document in documents_of(program, form, list(files_of(paths))):
         if document and not document.get(TABLES.get(form), True):
             continue
-        violations = checker.violations(document) if document else [run.stderr.decode()]
+        violations = checker.violations(document) if document else ["not written"]
         for violation in violations[:10]:
             print(f"{path}: {violation}")
         documents += 1
