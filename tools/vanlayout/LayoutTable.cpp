@@ -217,8 +217,7 @@ private:
             facts.append(QStringLiteral("max %1").arg(record.maximum));
         if (isStated && !record.required)
             facts.append(QStringLiteral("optional"));
-        return facts.isEmpty() ? QString()
-                               : QLatin1String(" (") + facts.join(QLatin1String(", ")) + QLatin1Char(')');
+        return facts.isEmpty() ? QString() : QLatin1String(" (") + facts.join(QLatin1String(", ")) + QLatin1Char(')');
     }
     // An empty line, then name, label and facts on one line; the label is cut if necessary.
     void heading(const QString &name, const QString &label, const QString &facts) const
