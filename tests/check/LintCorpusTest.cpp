@@ -14,6 +14,12 @@ class LintCorpusTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        if (corpusFiles("cspro-text").isEmpty())
+            QSKIP("the corpus is not available");
+    }
+
     void publishedExamplesHaveNoErrors_data() { addFiles({ "cspro-text", "cspro-json" }, "cspro-ex-"); }
     void publishedExamplesHaveNoErrors()
     {
@@ -26,8 +32,6 @@ private Q_SLOTS:
     void documentsOfPublishedExamplesHaveNoErrors()
     {
         QFETCH(QString, path);
-        if (path.isEmpty())
-            return;
         QBuffer document;
         document.open(QIODevice::WriteOnly);
         QVERIFY(writeDdi(readLayout(path), document));
@@ -64,14 +68,12 @@ private:
                     QTest::newRow(qPrintable(QFileInfo(path).fileName())) << path;
             }
         }
-        if (corpusFiles(kinds.constFirst()).isEmpty())
-            QTest::newRow("no corpus") << QString();
     }
     static QVector<LintFinding> findingsOfFile()
     {
         QFETCH(QString, path);
         QFile file(path);
-        return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? findingsOf(file.readAll()) : QVector<LintFinding>();
+        return file.open(QIODevice::ReadOnly) ? findingsOf(file.readAll()) : QVector<LintFinding>();
     }
 };
 

@@ -278,7 +278,7 @@ private Q_SLOTS:
         subitem.isSubitem = true;
         LintOptions only;
         only.only = { LintRule::SubitemOutsideItem };
-        QTEST(lint(dictionary({ item, subitem }), only).size(), "count");
+        QTEST(int(lint(dictionary({ item, subitem }), only).size()), "count");
     }
 
     void gapBetweenIdsIsReportedOnce()
