@@ -1,4 +1,4 @@
-#include "layout/MadeLayout.h"
+#include "convert/MadeDictionary.h"
 #include "write/CSProJson.h"
 
 #include <QtTest>
@@ -9,28 +9,6 @@ using namespace vanlayout;
 
 namespace
 {
-
-// A dictionary of the text form with the id ID and the item X in the record R.
-Layout dictionary(const Item &item = made::item(QStringLiteral("X")))
-{
-    Layout layout;
-    layout.format = Format::CSProText;
-    layout.formatVersion = QStringLiteral("7.7");
-    layout.name = QStringLiteral("D");
-    layout.relativePositions = true;
-    Level level;
-    level.name = QStringLiteral("L");
-    level.ids = { made::item(QStringLiteral("ID"), 3) };
-    level.ids[0].start = 1;
-    Record record;
-    record.name = QStringLiteral("R");
-    record.items = { item };
-    if (record.items[0].start == 0)
-        record.items[0].start = 4;
-    level.records = { record };
-    layout.levels = { level };
-    return layout;
-}
 
 // As CSPro 8 writes it.
 constexpr char demo[] = R"json({
@@ -131,10 +109,7 @@ Written write(const Layout &layout)
     Losses losses;
     if (!writeCSProJson(layout, buffer, &losses))
         return {};
-    Written written = { buffer.data(), {} };
-    for (const Loss &loss : losses)
-        written.losses.append(loss.path + QStringLiteral(": ") + loss.what);
-    return written;
+    return { buffer.data(), made::linesOf(losses) };
 }
 
 QJsonObject recordOf(const Layout &layout)
@@ -150,7 +125,7 @@ QJsonObject itemOf(const Layout &layout, int index = 0)
 
 QJsonArray valueSetsOf(const Item &item)
 {
-    return itemOf(dictionary(item)).value(QStringLiteral("valueSets")).toArray();
+    return itemOf(made::dictionary(item)).value(QStringLiteral("valueSets")).toArray();
 }
 
 QByteArray compact(const QJsonObject &object)
@@ -179,7 +154,8 @@ class CSProJsonWriterTest : public QObject
 private Q_SLOTS:
     void membersAndWhiteSpaceAreThoseOfCSPro()
     {
-        Layout layout = dictionary(made::item(QStringLiteral("X"), 2, { made::range("1", "3"), made::value("9") }));
+        Layout layout
+            = made::dictionary(made::item(QStringLiteral("X"), 2, { made::range("1", "3"), made::value("9") }));
         layout.relations
             = { { QStringLiteral("REL"), {}, QStringLiteral("R"), { { QString(), QStringLiteral("S"), QString() } } } };
         QCOMPARE(write(layout).json, QByteArray(demo));
@@ -203,7 +179,7 @@ private Q_SLOTS:
         QFETCH(int, format);
         QFETCH(QString, version);
         QFETCH(QByteArray, written);
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.format = Format(format);
         layout.formatVersion = version;
         QVERIFY(write(layout).json.contains("\"version\": " + written + ", \n"));
@@ -236,7 +212,7 @@ private Q_SLOTS:
     {
         QFETCH(int, format);
         QFETCH(Labels, labels);
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.format = Format(format);
         layout.labels = labels;
         const QByteArray written = compact(write(layout).object().value(QStringLiteral("labels")));
@@ -245,7 +221,7 @@ private Q_SLOTS:
 
     void startsAreStatedWhereTheReaderNeedsThem()
     {
-        Layout layout = dictionary(made::item(QStringLiteral("X"), 2));
+        Layout layout = made::dictionary(made::item(QStringLiteral("X"), 2));
         Item moved = made::item(QStringLiteral("Y"), 3);
         moved.start = 9;
         Item part = made::item(QStringLiteral("Z"), 1);
@@ -267,7 +243,7 @@ private Q_SLOTS:
         Item part = made::item(QStringLiteral("Z"), 1);
         part.isSubitem = true;
         part.start = 4;
-        const QJsonObject item = itemOf(dictionary(part));
+        const QJsonObject item = itemOf(made::dictionary(part));
         QCOMPARE(item.value(QStringLiteral("start")).toInt(), 4);
         QVERIFY(!item.contains(QStringLiteral("subitemOffset")));
     }
@@ -284,7 +260,7 @@ private Q_SLOTS:
         item.zeroFill = true;
         item.capture = Capture{ QStringLiteral("date"), QStringLiteral("DDMMYY") };
         QCOMPARE(
-            compact(itemOf(dictionary(item))),
+            compact(itemOf(made::dictionary(item))),
             QByteArray(R"({"aliases":["A"],"capture":{"dateFormat":"DDMMYY","type":"date"},"contentType":"numeric",)"
                        R"("decimalMark":true,"decimals":2,"labels":[{"text":""}],"length":6,"name":"X","note":"n",)"
                        R"("occurrences":{"labels":[{"labels":[{"text":"second"}],"occurrence":2}],"maximum":2},)"
@@ -293,14 +269,15 @@ private Q_SLOTS:
 
     void onlyNumbersHaveZeroFill()
     {
-        QVERIFY(!itemOf(dictionary(made::item("X", 2, {}, itemtype::alpha()))).contains(QStringLiteral("zeroFill")));
+        QVERIFY(
+            !itemOf(made::dictionary(made::item("X", 2, {}, itemtype::alpha()))).contains(QStringLiteral("zeroFill")));
     }
 
     void imagesOfAJsonFormStay()
     {
         Value value = made::value(QStringLiteral("9"));
         value.image = QStringLiteral(".\\a.jpg");
-        Layout layout = dictionary(made::item(QStringLiteral("X"), 2, { value }));
+        Layout layout = made::dictionary(made::item(QStringLiteral("X"), 2, { value }));
         QVERIFY(write(layout).json.contains("\"image\": \"a.jpg\""));
         layout.format = Format::CSProJson;
         QVERIFY(write(layout).json.contains("\"image\": \".\\\\a.jpg\""));
@@ -308,20 +285,20 @@ private Q_SLOTS:
 
     void aRangeKeepsItsSecondCode()
     {
-        const Layout layout = dictionary(made::item(QStringLiteral("X"), 2, { made::range("1 ", " ") }));
+        const Layout layout = made::dictionary(made::item(QStringLiteral("X"), 2, { made::range("1 ", " ") }));
         QVERIFY(write(layout).json.contains("\"range\": [ \"1\", \" \" ]"));
     }
 
     void typesOfBinaryItemsHaveACapital()
     {
-        const Layout layout = dictionary(made::item(QStringLiteral("X"), 1, {}, QStringLiteral("image")));
+        const Layout layout = made::dictionary(made::item(QStringLiteral("X"), 1, {}, QStringLiteral("image")));
         QCOMPARE(itemOf(layout).value(QStringLiteral("contentType")).toString(), QStringLiteral("Image"));
         QCOMPARE(write(layout).losses, QStringList());
     }
 
     void membersOfRecords()
     {
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         Record &record = layout.levels[0].records[0];
         record.recordType = QStringLiteral("1");
         record.required = false;
@@ -374,7 +351,7 @@ private Q_SLOTS:
 
     void settingsAreThoseOfTheDictionary()
     {
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.editable = false;
         layout.languages = { { QStringLiteral("EN"), QStringLiteral("English") } };
         layout.security = Security{ QStringLiteral("AB12"), {}, {}, {} };
@@ -399,7 +376,7 @@ private Q_SLOTS:
 
     void whatTheFormCannotHoldIsLost()
     {
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.valueSetImages = QStringLiteral("Yes");
         layout.levels[0].records[0].length = 80;
         layout.extras = { { QStringLiteral("L/R"), QStringLiteral("Color"), QStringLiteral("red"), 7 } };
@@ -442,12 +419,12 @@ private Q_SLOTS:
         item.isSubitem = isSubitem;
         for (QString &loss : losses)
             loss.prepend(QStringLiteral("L/R/X: "));
-        QCOMPARE(write(dictionary(item)).losses, losses);
+        QCOMPARE(write(made::dictionary(item)).losses, losses);
     }
 
     void theSecuritySettingOfCSPro81Stays()
     {
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.format = Format::CSProJson;
         layout.security = Security{ QStringLiteral("ab12"), {}, true, {} };
         layout.extras
@@ -464,7 +441,7 @@ private Q_SLOTS:
     {
         QBuffer closed;
         QTest::ignoreMessage(QtWarningMsg, "QIODevice::write (QBuffer): device not open");
-        QVERIFY(!writeCSProJson(dictionary(), closed));
+        QVERIFY(!writeCSProJson(made::dictionary(), closed));
     }
 };
 

@@ -1,4 +1,4 @@
-#include "layout/MadeLayout.h"
+#include "convert/MadeDictionary.h"
 #include "write/CSProText.h"
 
 #include <QtTest>
@@ -19,29 +19,6 @@ Labels two(const QString &first, const QString &second)
     return { { { english, first }, { french, second } } };
 }
 
-// A dictionary with the id ID and the item X in the record R.
-Layout dictionary(const Item &item = made::item(QStringLiteral("X")))
-{
-    Layout layout;
-    layout.format = Format::CSProText;
-    layout.formatVersion = QStringLiteral("7.7");
-    layout.encoding = QStringLiteral("utf-8");
-    layout.name = QStringLiteral("D");
-    layout.relativePositions = true;
-    Level level;
-    level.name = QStringLiteral("L");
-    level.ids = { made::item(QStringLiteral("ID"), 3) };
-    level.ids[0].start = 1;
-    Record record;
-    record.name = QStringLiteral("R");
-    record.items = { item };
-    if (record.items[0].start == 0)
-        record.items[0].start = 4;
-    level.records = { record };
-    layout.levels = { level };
-    return layout;
-}
-
 struct Written {
     QByteArray text;
     QStringList losses;
@@ -54,10 +31,7 @@ Written write(const Layout &layout, const CSProTextStyle &style = {})
     Losses losses;
     if (!writeCSProText(layout, buffer, style, &losses))
         return {};
-    Written written = { buffer.data(), {} };
-    for (const Loss &loss : losses)
-        written.losses.append(loss.path + QStringLiteral(": ") + loss.what);
-    return written;
+    return { buffer.data(), made::linesOf(losses) };
 }
 
 // The lines of a section after its name; the first section of that name that has the line `Name=`.
@@ -76,7 +50,7 @@ QStringList linesOf(const Layout &layout, const QString &section, const QString 
 // The lines of the value set of the item X, from its first value on.
 QStringList valueLines(const Item &item)
 {
-    const QStringList lines = linesOf(dictionary(item), QStringLiteral("[ValueSet]"));
+    const QStringList lines = linesOf(made::dictionary(item), QStringLiteral("[ValueSet]"));
     const int first = lines.indexOf(QRegularExpression(QStringLiteral("Value=.*")));
     return first < 0 ? QStringList() : lines.mid(first);
 }
@@ -96,7 +70,7 @@ class CSProTextWriterTest : public QObject
 private Q_SLOTS:
     void sectionsFollowEachOtherAsInCSPro()
     {
-        Layout layout = dictionary(made::item(QStringLiteral("X"), 2, { made::value(QStringLiteral("1")) }));
+        Layout layout = made::dictionary(made::item(QStringLiteral("X"), 2, { made::value(QStringLiteral("1")) }));
         layout.languages = { { english, QStringLiteral("English") }, { french, QString() } };
         layout.relations = { { QStringLiteral("REL"),
                                { QStringLiteral("A2") },
@@ -141,7 +115,7 @@ private Q_SLOTS:
     {
         QFETCH(int, format);
         QFETCH(QString, version);
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.format = Format(format);
         layout.formatVersion = version;
         QTEST(linesOf(layout, QStringLiteral("[Dictionary]")).constFirst(), "line");
@@ -151,7 +125,7 @@ private Q_SLOTS:
 
     void oldFilesStayInWindows1252()
     {
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.formatVersion = QStringLiteral("4.1");
         layout.encoding = QStringLiteral("windows-1252");
         layout.labels = made::labels(QStringLiteral("caf\u00e9 \u20ac \u4e2d"));
@@ -170,10 +144,10 @@ private Q_SLOTS:
         CSProTextStyle style;
         style.lineEnd = CSProTextStyle::LineEnd::Lf;
         style.mark = CSProTextStyle::Mark::Absent;
-        const QByteArray text = write(dictionary(), style).text;
+        const QByteArray text = write(made::dictionary(), style).text;
         QVERIFY(text.startsWith("[Dictionary]\n"));
         QVERIFY(!text.contains('\r'));
-        Layout old = dictionary();
+        Layout old = made::dictionary();
         old.formatVersion = QStringLiteral("4.1");
         style.mark = CSProTextStyle::Mark::Present;
         QVERIFY(write(old, style).text.startsWith("\xEF\xBB\xBF[Dictionary]\n"));
@@ -215,7 +189,7 @@ private Q_SLOTS:
     {
         QFETCH(Labels, labels);
         QFETCH(QStringList, losses);
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.languages = { { english, QString() }, { french, QString() } };
         layout.labels = labels;
         QTEST(linesOf(layout, QStringLiteral("[Dictionary]")).at(1), "line");
@@ -224,7 +198,7 @@ private Q_SLOTS:
 
     void aDictionaryWithoutLanguagesIsInEnglish()
     {
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.labels = { { { english, QStringLiteral("a") } } };
         QCOMPARE(linesOf(layout, QStringLiteral("[Dictionary]")).at(1), QStringLiteral("Label=a"));
         QCOMPARE(write(layout).losses, QStringList());
@@ -258,7 +232,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, note);
         QFETCH(QStringList, lines);
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.note = note;
         QCOMPARE(linesOf(layout, QStringLiteral("[Dictionary]")).filter(QStringLiteral("Note=")), lines);
         QCOMPARE(write(layout).losses, QStringList());
@@ -275,7 +249,7 @@ private Q_SLOTS:
     void notesThatCannotBeWrittenAreReported()
     {
         QFETCH(QString, note);
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.note = note;
         QCOMPARE(write(layout).losses,
                  QStringList{ ": note: a carriage return, \"\\r\\n\" as text, or \"~\" or a tab at the beginning" });
@@ -321,7 +295,7 @@ private Q_SLOTS:
     void statementsOfItems()
     {
         QFETCH(Item, item);
-        QTEST(linesOf(dictionary(item), QStringLiteral("[Item]"), QStringLiteral("X")), "lines");
+        QTEST(linesOf(made::dictionary(item), QStringLiteral("[Item]"), QStringLiteral("X")), "lines");
     }
 
     void itemsThatOnlyCSPro8HasAreLost_data()
@@ -333,7 +307,7 @@ private Q_SLOTS:
     void itemsThatOnlyCSPro8HasAreLost()
     {
         QFETCH(QString, type);
-        Layout layout = dictionary(made::item(QStringLiteral("X"), 1, {}, type));
+        Layout layout = made::dictionary(made::item(QStringLiteral("X"), 1, {}, type));
         layout.format = Format::CSProJson;
         QCOMPARE(linesOf(layout, QStringLiteral("[Item]"), QStringLiteral("X")), QStringList());
         QCOMPARE(write(layout).losses, QStringList{ "L/R/X: the item, because its type is " + type });
@@ -343,7 +317,7 @@ private Q_SLOTS:
     // A text dictionary may state such a type, which CSPro does not know there.
     void unknownTypesOfATextFormStay()
     {
-        const Layout layout = dictionary(made::item(QStringLiteral("X"), 1, {}, QStringLiteral("image")));
+        const Layout layout = made::dictionary(made::item(QStringLiteral("X"), 1, {}, QStringLiteral("image")));
         QVERIFY(
             linesOf(layout, QStringLiteral("[Item]"), QStringLiteral("X")).contains(QStringLiteral("DataType=Image")));
         QCOMPARE(write(layout).losses, QStringList());
@@ -353,7 +327,7 @@ private Q_SLOTS:
     {
         Item item = made::item(QStringLiteral("X"), 5);
         item.capture = Capture{ QStringLiteral("textBox"), QStringLiteral("DDMM") };
-        const Layout layout = dictionary(item);
+        const Layout layout = made::dictionary(item);
         QVERIFY(!write(layout).text.contains("CaptureDateFormat"));
         QCOMPARE(write(layout).losses,
                  QStringList{ "L/R/X: the date format \"DDMM\", because items are not captured as dates" });
@@ -363,7 +337,7 @@ private Q_SLOTS:
     {
         Item item = made::item(QStringLiteral("X"), 5);
         item.occurrences = 3;
-        Layout layout = dictionary(item);
+        Layout layout = made::dictionary(item);
         QVERIFY(linesOf(layout, QStringLiteral("[Record]")).contains(QStringLiteral("RecordLen=18")));
         layout.recordType = RecordTypeColumns{ 30, 2 };
         QVERIFY(linesOf(layout, QStringLiteral("[Record]")).contains(QStringLiteral("RecordLen=31")));
@@ -373,7 +347,7 @@ private Q_SLOTS:
 
     void statementsOfRecords()
     {
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         Record &record = layout.levels[0].records[0];
         record.recordType = QStringLiteral(" 1");
         record.required = false;
@@ -405,7 +379,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, type);
         QFETCH(QStringList, losses);
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.levels[0].records[0].recordType = type;
         QTEST(linesOf(layout, QStringLiteral("[Record]")).value(2), "line");
         QCOMPARE(write(layout).losses, losses);
@@ -426,7 +400,7 @@ private Q_SLOTS:
     void namesOfLanguagesBeginNoSectionAndNoComment()
     {
         QFETCH(QString, name);
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.languages = { { name, QStringLiteral("x") } };
         QTEST(linesOf(layout, QStringLiteral("[Languages]")).value(0), "line");
         QCOMPARE(write(layout).losses,
@@ -441,7 +415,7 @@ private Q_SLOTS:
         item.valueSets[0].link = text;
         item.valueSets[0].values[0].image = text;
         item.valueSets[0].values[0].textColor = text;
-        Layout layout = dictionary(item);
+        Layout layout = made::dictionary(item);
         layout.format = Format::CSProJson;
         layout.name = text;
         layout.aliases = QStringList{ text };
@@ -496,14 +470,14 @@ private Q_SLOTS:
 
     void labelOfAValueIsOnOneLine()
     {
-        const Layout layout = dictionary(itemWith(made::value(QStringLiteral("1"), QStringLiteral("a\nb "))));
+        const Layout layout = made::dictionary(itemWith(made::value(QStringLiteral("1"), QStringLiteral("a\nb "))));
         QCOMPARE(valueLines(layout.levels[0].records[0].items[0]), QStringList{ "Value=1;a b" });
         QCOMPARE(write(layout).losses, QStringList{ "L/R/X/VS1/#1: label: line breaks, and white space at the end" });
     }
 
     void aBlankFieldOfAnItemWithoutALengthIsLost()
     {
-        const Layout layout = dictionary(itemWith(made::value(QString()), itemtype::alpha(), 0));
+        const Layout layout = made::dictionary(itemWith(made::value(QString()), itemtype::alpha(), 0));
         QCOMPARE(write(layout).losses,
                  QStringList{ "L/R/X/VS1/#1: the code of a blank field, because the item has no length" });
     }
@@ -524,7 +498,7 @@ private Q_SLOTS:
     void codesThatCannotBeWrittenAreLost()
     {
         QFETCH(QString, code);
-        const Layout layout = dictionary(itemWith(made::value(code), itemtype::alpha()));
+        const Layout layout = made::dictionary(itemWith(made::value(code), itemtype::alpha()));
         QCOMPARE(valueLines(layout.levels[0].records[0].items[0]), QStringList{ "Value=" });
         QCOMPARE(write(layout).losses,
                  QStringList{ "L/R/X/VS1/#1: the code \"" + code + "\", because of its characters" });
@@ -563,7 +537,7 @@ private Q_SLOTS:
         QFETCH(QString, image);
         Value value = made::value(QStringLiteral("9"));
         value.image = image;
-        Layout layout = dictionary(itemWith(value));
+        Layout layout = made::dictionary(itemWith(value));
         layout.format = Format::CSProJson;
         const QStringList lines = linesOf(layout, QStringLiteral("[ValueSet]"));
         QTEST(lines.filter(QStringLiteral("Image=")).value(0), "line");
@@ -596,7 +570,7 @@ private Q_SLOTS:
         other.name = QStringLiteral("VS3");
         other.values = { made::value(QStringLiteral("2")) };
         item.valueSets += { copy, other };
-        const Layout layout = dictionary(item);
+        const Layout layout = made::dictionary(item);
         const auto lines
             = [&](const char *name) { return linesOf(layout, QStringLiteral("[ValueSet]"), QLatin1String(name)); };
         QCOMPARE(lines("VS1"), (QStringList{ "Label=", "Name=VS1", "Link=77", "Value=1" }));
@@ -606,14 +580,14 @@ private Q_SLOTS:
 
     void whatCSProDoesNotKnowIsLost()
     {
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.extras = { { QStringLiteral("L/R"), QStringLiteral("Color"), QStringLiteral("red"), 7 } };
         layout.readOptimization = false;
         layout.enableBinaryItems = true;
         QCOMPARE(write(layout).losses,
                  (QStringList{ ": readOptimization, which is false", ": enableBinaryItems, which is true",
                                "L/R: the unknown statement \"Color\"" }));
-        layout = dictionary();
+        layout = made::dictionary();
         layout.readOptimization = true;
         layout.enableBinaryItems = false;
         QCOMPARE(write(layout).losses, QStringList());
@@ -623,7 +597,7 @@ private Q_SLOTS:
     void securitySettingsInWordsAreInTheEncryptedOnes()
     {
         const QString word = QStringLiteral("security.allowDataManagerModifications");
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.format = Format::CSProJson;
         layout.security = Security{ QStringLiteral("ab12"), true, true, 5 };
         layout.extras = { { QString(), word, QStringLiteral("true"), 0 } };
@@ -640,7 +614,7 @@ private Q_SLOTS:
         Item item = made::item(QStringLiteral("X"), 2);
         item.occurrences = 0;
         item.decimals = -1;
-        Layout layout = dictionary(item);
+        Layout layout = made::dictionary(item);
         layout.levels[0].records[0].maximum = 0;
         layout.relativePositions.reset();
         layout.security = Security{ QStringLiteral("ab12"), {}, {}, {} };
@@ -658,7 +632,7 @@ private Q_SLOTS:
 
     void settingsOfTheJsonFormAreInCapitals()
     {
-        Layout layout = dictionary();
+        Layout layout = made::dictionary();
         layout.security = Security{ QStringLiteral("ab12"), {}, {}, {} };
         layout.format = Format::CSProJson;
         QVERIFY(linesOf(layout, QStringLiteral("[Dictionary]")).contains(QStringLiteral("SecurityOptions=AB12")));
@@ -668,7 +642,7 @@ private Q_SLOTS:
     {
         QBuffer closed;
         QTest::ignoreMessage(QtWarningMsg, "QIODevice::write (QBuffer): device not open");
-        QVERIFY(!writeCSProText(dictionary(), closed));
+        QVERIFY(!writeCSProText(made::dictionary(), closed));
     }
 };
 

@@ -1,4 +1,4 @@
-#include "support/Corpus.h"
+#include "layout/LayoutFiles.h"
 #include "support/RandomLayouts.h"
 
 #include "read/DdiXml_p.h"
@@ -504,21 +504,9 @@ private slots:
 
 void DdiRoundTripTest::layoutComesBack_data()
 {
-    QTest::addColumn<QStringList>("paths");
-    const auto add = [](const char *row, const QString &directory, const QStringList &names) {
-        QStringList paths;
-        for (const QFileInfo &file : QDir(directory).entryInfoList(names, QDir::Files))
-            paths.append(file.filePath());
-        QTest::newRow(row) << paths;
-    };
-    add("examples", VAN_EXAMPLES, { "*.dcf" });
-    add("dictionaries of other tests", VAN_TEST_DATA "/layout", { "*.dcf" });
-    add("several levels", VAN_TEST_DATA "/ddi", { "*.dcf" });
-    add("text form of the importers", VAN_TEST_DATA "/cspro", { "*.dcf" });
-    add("JSON form of the importers", VAN_TEST_DATA "/cspro8", { "*.dcf" });
-    add("statistical files", VAN_MADE_DATA, { "*.sav", "*.por", "*.dta", "*.sas7bdat", "*.xpt" });
-    for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" })
-        QTest::newRow(kind) << corpusFiles(kind);
+    addLayoutFiles();
+    addFiles("text form of the importers", VAN_TEST_DATA "/cspro", { "*.dcf" });
+    addFiles("JSON form of the importers", VAN_TEST_DATA "/cspro8", { "*.dcf" });
 }
 
 void DdiRoundTripTest::layoutComesBack()

@@ -1,4 +1,4 @@
-#include "support/Corpus.h"
+#include "layout/LayoutFiles.h"
 #include "support/XmlElement.h"
 
 #include "read/Reader.h"
@@ -6,7 +6,6 @@
 #include "write/XmlStream_p.h"
 
 #include <QBuffer>
-#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -298,19 +297,7 @@ private slots:
 
 void DdiTest::documentsAreValid_data()
 {
-    QTest::addColumn<QStringList>("paths");
-    const auto add = [](const char *row, const QString &directory, const QStringList &names) {
-        QStringList paths;
-        for (const QFileInfo &file : QDir(directory).entryInfoList(names, QDir::Files))
-            paths.append(file.filePath());
-        QTest::newRow(row) << paths;
-    };
-    add("examples", VAN_EXAMPLES, { "*.dcf" });
-    add("dictionaries of other tests", VAN_TEST_DATA "/layout", { "*.dcf" });
-    add("several levels", VAN_TEST_DATA "/ddi", { "*.dcf" });
-    add("statistical files", VAN_MADE_DATA, { "*.sav", "*.por", "*.dta", "*.sas7bdat", "*.xpt" });
-    for (const char *kind : { "cspro-text", "cspro-json", "spss", "stata" })
-        QTest::newRow(kind) << corpusFiles(kind);
+    addLayoutFiles();
 }
 
 void DdiTest::documentsAreValid()
