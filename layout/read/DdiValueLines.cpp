@@ -63,7 +63,7 @@ ValueLines::ValueLines(const QVector<Range> &valid, bool hasBlank)
     , seen(valid.size(), false)
     , isBlankSpecial(hasBlank)
 {
-    for (const Range &range : ranges) {
+    for (const Range &range : valid) {
         texts.append(textOf(range));
         if (!texts.constLast().isEmpty())
             places.try_emplace(texts.constLast(), texts.size() - 1);
